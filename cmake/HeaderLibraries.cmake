@@ -1,0 +1,18 @@
+# Header-only libraries from Debian packages, each exposed by its own folder: the cross build must
+# never see /usr/include as a whole.
+set(ZAVREL_HEADER_LINKS ${CMAKE_BINARY_DIR}/header_libraries)
+function(zavrel_header_library target folder)
+  set(source /usr/include/${folder})
+  if(NOT EXISTS ${source})
+    message(FATAL_ERROR "${source} is missing: run ./dev setup")
+  endif()
+  file(MAKE_DIRECTORY ${ZAVREL_HEADER_LINKS}/${target})
+  file(CREATE_LINK ${source} ${ZAVREL_HEADER_LINKS}/${target}/${folder} SYMBOLIC)
+  add_library(${target} INTERFACE)
+  target_include_directories(${target} SYSTEM INTERFACE ${ZAVREL_HEADER_LINKS}/${target})
+endfunction()
+zavrel_header_library(header_doctest doctest)
+zavrel_header_library(header_cli11 CLI)
+zavrel_header_library(header_fmt fmt)
+target_compile_definitions(header_fmt INTERFACE FMT_HEADER_ONLY)
+zavrel_header_library(header_json nlohmann)

@@ -1,0 +1,20 @@
+# One set of compiler options for everything that is written here.
+add_library(zavrel_options INTERFACE)
+target_compile_features(zavrel_options INTERFACE cxx_std_20)
+target_compile_options(zavrel_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
+  -Woverloaded-virtual -Wcast-align -Wnull-dereference -Wformat=2 -Werror
+  # A sum must be the same number whatever the compiler fuses; no fast-math anywhere.
+  -ffp-contract=off)
+if(WIN32)
+  target_compile_definitions(zavrel_options INTERFACE
+    UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0A00 __USE_MINGW_ANSI_STDIO=1)
+  target_compile_options(zavrel_options INTERFACE -Wa,-muse-unaligned-vector-move)
+  target_link_options(zavrel_options INTERFACE
+    -static -Wl,--dynamicbase,--nxcompat,--high-entropy-va)
+endif()
+if(ZAVREL_SANITIZE)
+  target_compile_options(zavrel_options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(zavrel_options INTERFACE -fsanitize=address,undefined)
+endif()

@@ -1,0 +1,73 @@
+#pragma once
+// The host's engine: a workbook, an add-in and the recalculation of the formulas that use it.
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/capi/judge.h"
+#include "host/capi/registered_function.h"
+#include "host/workbook/workbook.h"
+
+namespace zavhost {
+
+struct EngineOptions {
+  /// Language id that the announcement passes (9 English, 7 German).
+  std::uint32_t language = 9;
+  /// Formulas that use the add-in, at the most; more is a WorkbookError.
+  std::size_t formula_limit = 500'000;
+  /// Called now and then with (done, total) while recalculating; may be empty.
+  std::function<void(std::size_t, std::size_t)> progress;
+};
+
+/// One recalculated formula cell (an array formula is one entry).
+struct RecalculatedCell {
+  CellAddress address;
+  std::optional<CellRange> array;
+  std::u16string formula;  // as it reads in this cell, with its leading "="
+  Value before;            // top left, as stored in the file
+  Value after;             // top left
+};
+
+struct RecalculationReport {
+  std::vector<RecalculatedCell> cells;
+  std::vector<std::string> warnings;  // one line each, cell named first
+  std::vector<std::string> errors;    // circular references and formulas that cannot be parsed
+};
+
+class Engine {
+ public:
+  explicit Engine(Workbook workbook, EngineOptions options = {});
+  ~Engine();
+
+  Workbook& workbook();
+
+  /// Loads an add-in and opens it (xlAutoOpen). Throws WorkbookError with one clear line.
+  void LoadAddIn(const std::filesystem::path& file);
+  /// Announces companion application `id` by the wide form, with null automation objects.
+  void Announce(std::uint16_t id);
+  void Withdraw(std::uint16_t id);
+  /// Closes the add-in (xlAutoClose) and, with `unload`, lets go of the module.
+  void CloseAddIn(bool unload = true);
+
+  const std::vector<RegisteredFunction>& functions() const;
+
+  /// Recalculates every formula that calls a registered function or one whose name begins with
+  /// "Zav", and stores the results in the workbook's cells.
+  RecalculationReport Recalculate();
+
+  /// Evaluates one formula (with or without "=") as if it stood in `cell`.
+  Operand Evaluate(std::u16string_view formula, CellAddress cell = {});
+
+  /// What the strict judge found so far; a run with findings has failed.
+  const Judge& judge() const;
+
+ private:
+  class State;
+  std::unique_ptr<State> state_;
+};
+
+}  // namespace zavhost

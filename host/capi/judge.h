@@ -1,0 +1,48 @@
+#pragma once
+// The strict judge: what an add-in must never do, found while it runs.
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace zavhost {
+
+enum class ViolationKind {
+  kMissingBracket,      // a call without the host's messages enabled around it
+  kUnbalancedBracket,   // messages left enabled, enabled twice or disabled without enabling
+  kNotFreed,            // a value of the host's that the add-in still holds
+  kFreedTwice,
+  kFreedForeign,        // xlFree of memory that the host never gave
+  kArgumentWritten,
+  kMalformedResult,
+  kMalformedCall,       // a callback argument that is no value
+  kCrash,
+};
+
+struct Violation {
+  ViolationKind kind;
+  std::string detail;   // what exactly, in words
+  std::string formula;  // empty outside a formula
+  std::string cell;     // "Sheet1!B7"; empty outside a cell
+};
+
+/// "Sheet1!B7: =ZavMean(A1:A9): a string of 40,000 characters was returned (malformed result)".
+std::string DescribeViolation(const Violation& violation);
+
+class Judge {
+ public:
+  /// The place that findings are put down to until it is changed.
+  void SetPlace(std::string cell, std::string formula);
+  void Report(ViolationKind kind, std::string detail);
+  /// The first 1,000; the count goes on.
+  const std::vector<Violation>& violations() const { return violations_; }
+  std::uint64_t count() const { return count_; }
+
+ private:
+  std::vector<Violation> violations_;
+  std::uint64_t count_ = 0;
+  std::string cell_;
+  std::string formula_;
+};
+
+}  // namespace zavhost

@@ -1,0 +1,80 @@
+#pragma once
+// Evaluation of a parsed formula. The evaluator knows the grammar, the operators and the coercions;
+// cells, names and functions come from the context, which the calculation engine implements.
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/workbook/value.h"
+#include "host/workbook/workbook.h"
+
+namespace zavhost {
+
+/// A formula that cannot be parsed; what() says why, position() where (code units, zero-based).
+class FormulaError : public std::runtime_error {
+ public:
+  FormulaError(const std::string& message, std::size_t position)
+      : std::runtime_error(message), position_(position) {}
+  std::size_t position() const { return position_; }
+
+ private:
+  std::size_t position_;
+};
+
+/// Thrown by a context out of an evaluation that met cells which are not calculated yet. The engine
+/// calculates them and evaluates again; the context itself remembers which cells they were.
+struct Uncalculated {};
+
+/// A function that a formula can call.
+class CallableFunction {
+ public:
+  virtual ~CallableFunction() = default;
+  /// True when argument `index` (zero-based) takes references as they are.
+  virtual bool TakesReference(std::size_t index) const = 0;
+  /// Calls it. Arguments that take no reference arrive as Value, ArrayPtr or MissingArgument.
+  virtual Operand Call(std::span<const Operand> arguments) = 0;
+};
+
+class EvaluationContext {
+ public:
+  virtual ~EvaluationContext() = default;
+  /// The value of one cell. Throws Uncalculated.
+  virtual Value ReadCell(const CellAddress& cell) = 0;
+  /// The values of a range; whole columns and rows are clipped to the used part of the sheet (a
+  /// range that holds nothing gives one blank). Throws Uncalculated.
+  virtual ArrayPtr ReadRange(std::uint32_t sheet, const CellRange& range) = 0;
+  /// The function by its visible name in any letter case, or null: #NAME?.
+  virtual CallableFunction* FindFunction(std::u16string_view name) = 0;
+  virtual const Workbook& workbook() const = 0;
+  /// The cell whose formula is evaluated.
+  virtual CellAddress caller() const = 0;
+};
+
+/// A parsed formula; immutable, shared by the cells of a shared formula.
+class Formula;
+using FormulaPtr = std::shared_ptr<const Formula>;
+
+/// Parses a formula text without its leading "=". Nesting is limited to 64 levels as in Excel and
+/// length to 8,192 characters: beyond, FormulaError.
+FormulaPtr ParseFormula(std::u16string_view text);
+
+/// Names of all functions called, as written, each once.
+std::vector<std::u16string> FunctionsCalled(const Formula& formula);
+
+/// References that the formula reads directly (as seen from `caller` for a text written for `origin`),
+/// names resolved; used to warn of cells that depend on recalculated ones.
+std::vector<Reference> ReferencesOf(const Formula& formula, const CellAddress& origin,
+                                    const CellAddress& caller, const Workbook& workbook);
+
+/// Evaluates for `context.caller()`; the text was written for `origin`. In a normal cell a range in
+/// the place of a single value is taken by implicit intersection; with `as_array` it is an array.
+/// A single-cell reference result is dereferenced, so the operand is a Value or an ArrayPtr.
+Operand EvaluateFormula(const Formula& formula, const CellAddress& origin, bool as_array,
+                        EvaluationContext& context);
+
+}  // namespace zavhost
