@@ -1,0 +1,145 @@
+// ZavHost.exe as a user starts it.
+#include <windows.h>
+
+#include <doctest/doctest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+
+#include "host/hostile_workbooks.h"
+#include "host/xlsx/xlsx_file.h"
+#include "integration/running_add_in.h"
+
+namespace zavrel::tests {
+namespace {
+
+struct Outcome {
+  DWORD exit_code = ~0u;
+  std::string output;
+  std::string errors;
+};
+
+std::string ReadAll(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+HANDLE OpenForChild(const std::filesystem::path& file) {
+  SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+  return CreateFileW(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherited, CREATE_ALWAYS, 0,
+                     nullptr);
+}
+
+/// Runs ZavHost with these arguments, quoted as a shell would; at most `seconds`.
+Outcome ZavHost(const std::wstring& arguments, DWORD seconds = 60) {
+  const std::filesystem::path output = ScratchFolder() / "stdout.txt";
+  const std::filesystem::path errors = ScratchFolder() / "stderr.txt";
+  const HANDLE output_handle = OpenForChild(output);
+  const HANDLE error_handle = OpenForChild(errors);
+  std::wstring line =
+      L"\"" + (AddInFile().parent_path() / "ZavHost.exe").wstring() + L"\" " + arguments;
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  startup.dwFlags = STARTF_USESTDHANDLES;
+  startup.hStdOutput = output_handle;
+  startup.hStdError = error_handle;
+  PROCESS_INFORMATION process{};
+  REQUIRE(CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
+                         &startup, &process));
+  CloseHandle(output_handle);
+  CloseHandle(error_handle);
+  Outcome outcome;
+  if (WaitForSingleObject(process.hProcess, seconds * 1000) == WAIT_OBJECT_0) {
+    GetExitCodeProcess(process.hProcess, &outcome.exit_code);
+  } else {
+    TerminateProcess(process.hProcess, 99);
+    FAIL_CHECK("no end within the time");
+  }
+  CloseHandle(process.hThread);
+  CloseHandle(process.hProcess);
+  outcome.output = ReadAll(output);
+  outcome.errors = ReadAll(errors);
+  return outcome;
+}
+
+const std::filesystem::path kExample =
+    std::filesystem::path(ZAVREL_SOURCE_DIR) / "examples" / "air-quality.xlsx";
+
+bool Contains(const std::string& text, const char* part) {
+  return text.find(part) != std::string::npos;
+}
+
+}  // namespace
+
+TEST_CASE("run shows every formula and writes a workbook that reads back the same") {
+  const std::filesystem::path written = ScratchFolder() / L"Luft g\u00fcte.xlsx";
+  const Outcome outcome =
+      ZavHost(L"run \"" + kExample.wstring() + L"\" -o \"" + written.wstring() + L"\"");
+  CHECK(outcome.exit_code == 0);
+  CHECK(outcome.errors.empty());
+  CHECK(Contains(outcome.output, "=ZavMean(Ozone)"));
+  CHECK(Contains(outcome.output, "42.129"));
+  CHECK(Contains(outcome.output, "{=ZavMean(IF("));
+  const zavhost::Workbook book = zavhost::ReadXlsx(written);
+  const zavhost::Value mean = book.sheets[*book.FindSheet(u"Summary")].At(7, 1);
+  REQUIRE(mean.number() != nullptr);
+  CHECK(*mean.number() == doctest::Approx(42.129310344827587).epsilon(1e-14));
+
+  const Outcome again = ZavHost(L"run --json \"" + written.wstring() + L"\"");
+  CHECK(again.exit_code == 0);
+  CHECK(Contains(again.output, "\"formula\": \"=ZavMean(Ozone)\""));
+  const Outcome lines = ZavHost(L"run --csv \"" + written.wstring() + L"\"");
+  CHECK(Contains(lines.output, "Summary,B8,=ZavMean(Ozone),42.1293103448"));
+}
+
+TEST_CASE("eval computes a formula, over a file of values too") {
+  CHECK(ZavHost(L"eval =ZavMean(1,2,3)").output == "2\r\n");
+  const std::filesystem::path data = ScratchFolder() / "data.csv";
+  std::ofstream(data) << "price,in stock\n1.5,TRUE\n,FALSE\n2.5,TRUE\n";
+  CHECK(ZavHost(L"eval ZavMean(price) --data \"" + data.wstring() + L"\"").output == "2\r\n");
+  CHECK(ZavHost(L"eval =Zav( ").exit_code == 1);
+  CHECK(ZavHost(L"eval =NoSuch(1)").output == "#NAME?\r\n");
+}
+
+TEST_CASE("functions lists what the wizard would, in the language asked for") {
+  const Outcome english = ZavHost(L"functions");
+  const Outcome german = ZavHost(L"functions --language de");
+  CHECK(english.exit_code == 0);
+  CHECK(Contains(english.output, "ZavCorrelationMatrix("));
+  CHECK(!Contains(english.output, "ZavMeanI("));
+  CHECK(Contains(ZavHost(L"functions --hidden").output, "ZavMeanI("));
+  CHECK(german.output != english.output);
+  CHECK(Contains(ZavHost(L"functions zavmean").output, "ZavMean("));
+  CHECK(ZavHost(L"functions ZavNoSuch").exit_code == 1);
+}
+
+TEST_CASE("a mistake gets one clear line") {
+  CHECK(ZavHost(L"").exit_code == 64);
+  CHECK(ZavHost(L"run").exit_code == 64);
+  const Outcome missing = ZavHost(L"run no-such-file.xlsx");
+  CHECK(missing.exit_code == 1);
+  CHECK(Contains(missing.errors, "no-such-file.xlsx"));
+  const Outcome no_add_in = ZavHost(L"eval =1 --add-in no-such.xll");
+  CHECK(no_add_in.exit_code == 1);
+  CHECK(Contains(no_add_in.errors, "no-such.xll"));
+  CHECK(ZavHost(L"--help").exit_code == 0);
+}
+
+TEST_CASE("hostile workbooks end in one line and a non-zero exit") {
+  const std::filesystem::path folder = ScratchFolder() / "hostile";
+  std::filesystem::create_directories(folder);
+  std::size_t count = 0;
+  for (const auto& hostile : zavhost::tests::WriteHostileWorkbooks(folder)) {
+    const Outcome outcome = ZavHost(L"run \"" + hostile.file.wstring() + L"\"");
+    CAPTURE(hostile.file.string());
+    CAPTURE(outcome.errors);
+    CHECK(outcome.exit_code != 0);
+    CHECK(outcome.exit_code != 3);
+    CHECK(std::count(outcome.errors.begin(), outcome.errors.end(), '\n') == 1);
+    ++count;
+  }
+  CHECK(count >= 30);
+}
+
+}  // namespace zavrel::tests

@@ -1,0 +1,154 @@
+// The entry points that a macro add-in calls, by GetProcAddress on the loaded add-in.
+#include <windows.h>
+
+#include <oleauto.h>
+
+#include <doctest/doctest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+
+#include "integration/running_add_in.h"
+
+namespace zavrel::tests {
+namespace {
+
+template <class Function>
+Function* EntryPoint(const char* name) {
+  const HMODULE module = GetModuleHandleW(L"ZavrelFuncs8_x64.xll");
+  REQUIRE(module != nullptr);
+  auto* found = reinterpret_cast<void*>(GetProcAddress(module, name));
+  REQUIRE_MESSAGE(found != nullptr, name);
+  return reinterpret_cast<Function*>(found);
+}
+
+using AnnounceVb = void(IDispatch*, IDispatch*, std::uint16_t, BSTR, std::int32_t, BSTR, BSTR);
+using AnnounceW = void(IDispatch*, IDispatch*, std::uint16_t, const wchar_t*, std::int32_t,
+                       const wchar_t*, const wchar_t*);
+using GetExceptionInfo = std::int32_t(std::uint32_t, BSTR*, BSTR*, BSTR*);
+using WriteRange = std::uint32_t(const VARIANT*, SAFEARRAY**);
+
+BSTR AnsiBstr(const char* text) {
+  return SysAllocStringByteLen(text, static_cast<UINT>(std::strlen(text)));
+}
+
+std::size_t ProcessBytes() {
+  PROCESS_HEAP_ENTRY entry{};
+  std::size_t bytes = 0;
+  const HANDLE heap = GetProcessHeap();
+  HeapLock(heap);
+  while (HeapWalk(heap, &entry)) {
+    if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) bytes += entry.cbData;
+  }
+  HeapUnlock(heap);
+  return bytes;
+}
+
+}  // namespace
+
+TEST_CASE("the macro language's announce takes strings of both kinds, empty and null ones") {
+  auto engine = OpenAddIn();
+  auto* announce = EntryPoint<AnnounceVb>("InitializeXlaInformationVB");
+  auto* announce_wide = EntryPoint<AnnounceW>("InitializeXlaInformationW");
+
+  announce(nullptr, nullptr, 5, nullptr, 9, nullptr, nullptr);
+  CHECK(Shown(*engine, u"ZavMean(1,2,3)") == "2");
+  engine->Withdraw(5);
+
+  const BSTR file = AnsiBstr("C:\\Add-ins\\companion.xlam");
+  const BSTR version = SysAllocString(L"8.0.1");
+  const BSTR help = SysAllocString(L"");
+  announce(nullptr, nullptr, 5, file, 0x0407, version, help);
+  CHECK(Shown(*engine, u"ZavMean(1,2,3)") == "2");
+  for (const BSTR text : {file, version, help}) SysFreeString(text);
+
+  announce_wide(nullptr, nullptr, 7, L"", 9, L"", L"");
+  announce_wide(nullptr, nullptr, 7, nullptr, 9, nullptr, nullptr);
+  // An id without a slot changes nothing.
+  announce_wide(nullptr, nullptr, 60000, nullptr, 9, nullptr, nullptr);
+  engine->Withdraw(60000);
+  CHECK(Shown(*engine, u"ZavMean(1,2,3)") == "2");
+  CloseClean(*engine);
+}
+
+TEST_CASE("the last hundred failures can be told by their numbers") {
+  auto engine = ServingAddIn();
+  auto* info = EntryPoint<GetExceptionInfo>("ZavrelGetExceptionInfoVB");
+  auto* write_range = EntryPoint<WriteRange>("ZavrelWriteRangeVB");
+
+  CHECK(info(1, nullptr, nullptr, nullptr) == 0);
+  VARIANT no_range;
+  VariantInit(&no_range);
+  for (std::uint32_t number = 1; number <= 101; ++number)
+    REQUIRE(write_range(&no_range, nullptr) == number);
+
+  BSTR name = SysAllocString(L"as before");
+  BSTR place = nullptr;
+  BSTR message = nullptr;
+  CHECK(info(1, &name, &place, &message) == 0);
+  CHECK(std::wstring(name) == L"as before");
+  CHECK(place == nullptr);
+  CHECK(info(101, nullptr, nullptr, nullptr) == 1);
+  CHECK(info(101, &name, &place, &message) == 1);
+  CHECK(std::wstring(name) == L"VekInvalidDataType");
+  CHECK(std::wstring(place) == L"ZavrelWriteRangeVB");
+  CHECK(SysStringLen(message) > 10);
+  CHECK(info(2, &name, nullptr, nullptr) == 1);
+  CHECK(info(0, &name, nullptr, nullptr) == 0);
+  for (const BSTR text : {name, place, message}) SysFreeString(text);
+  CloseClean(*engine);
+}
+
+TEST_CASE(
+    "the log is written when its marker file is there, and an old one goes away when it is not") {
+  const std::filesystem::path folder = ScratchFolder() / "log";
+  std::filesystem::create_directories(folder);
+  const std::filesystem::path log = folder / "VekZavrelFuncs8.log";
+  std::ofstream(log) << "of an earlier session";
+  wchar_t old_temp[MAX_PATH + 1] = {};
+  GetEnvironmentVariableW(L"TMP", old_temp, MAX_PATH);
+  SetEnvironmentVariableW(L"TMP", folder.wstring().c_str());
+
+  auto quiet = ServingAddIn();
+  CHECK(Shown(*quiet, u"ZavMean(1,2,3)") == "2");
+  CloseClean(*quiet);
+  CHECK(!std::filesystem::exists(log));
+
+  std::ofstream(folder / "BrennicLoggingDetail.txt");
+  auto logged = ServingAddIn();
+  CHECK(Shown(*logged, u"ZavMean(1,2,3)") == "2");
+  CloseClean(*logged);
+  SetEnvironmentVariableW(L"TMP", old_temp);
+
+  std::ifstream stream(log, std::ios::binary);
+  const std::string text(std::istreambuf_iterator<char>(stream), {});
+  std::size_t at = 0;
+  for (const char* line :
+       {"Exe fileName=", "DLL fileName=", "DLL fileVersion=8.0.0.",
+        "Windows=", "xlAutoOpen, Excel version=", "Memory stats:load=",
+        "===== InitializeXlaInformationPrivate (", ") enter =====", "===== ZavrelMean enter =====",
+        "xlAutoClose: About to close log file with logFile.reset ()."}) {
+    const std::size_t found = text.find(line, at);
+    CHECK_MESSAGE(found != std::string::npos, line << " is missing or out of order in\n" << text);
+    if (found != std::string::npos) at = found;
+  }
+}
+
+TEST_CASE("twenty openings and announcements leave no memory behind") {
+  auto engine = OpenAddIn();
+  const auto round = [&] {
+    engine->Announce(5);
+    engine->Withdraw(5);
+    engine->CloseAddIn(false);
+    engine->LoadAddIn(AddInFile());
+  };
+  for (int i = 0; i < 5; ++i) round();
+  const std::size_t before = ProcessBytes();
+  for (int i = 0; i < 20; ++i) round();
+  const std::size_t after = ProcessBytes();
+  CHECK_MESSAGE(after < before + 64 * 1024, before << " bytes became " << after);
+  CloseClean(*engine);
+}
+
+}  // namespace zavrel::tests
