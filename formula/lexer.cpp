@@ -1,7 +1,282 @@
 #include "formula/lexer.h"
 
-namespace formula {
+#include <array>
+#include <optional>
 
-std::vector<Token> Tokenize(std::u16string_view) { return {}; }
+#include "formula/a1_reference.h"
+
+namespace formula {
+namespace {
+
+constexpr std::array<std::u16string_view, 14> kErrorTexts = {
+    u"#NULL!",  u"#DIV/0!",   u"#VALUE!",   u"#REF!",     u"#NAME?",  u"#NUM!",  u"#N/A",
+    u"#SPILL!", u"#CONNECT!", u"#BLOCKED!", u"#UNKNOWN!", u"#FIELD!", u"#CALC!", u"#GETTING_DATA"};
+
+bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
+bool IsBlank(char16_t unit) {
+  return unit == u' ' || unit == u'\n' || unit == u'\r' || unit == u'\t';
+}
+
+bool StartsWithNoCase(std::u16string_view text, std::u16string_view upper) {
+  if (text.size() < upper.size()) return false;
+  for (std::size_t i = 0; i < upper.size(); ++i) {
+    const char16_t unit = text[i];
+    if ((unit >= u'a' && unit <= u'z' ? unit - 0x20 : unit) != upper[i]) return false;
+  }
+  return true;
+}
+
+class Lexer {
+ public:
+  explicit Lexer(std::u16string_view formula) : formula_(formula) {}
+
+  std::vector<Token> Run() {
+    while (position_ < formula_.size()) Next();
+    MarkIntersections();
+    return std::move(tokens_);
+  }
+
+ private:
+  char16_t At(std::size_t index) const { return index < formula_.size() ? formula_[index] : u'\0'; }
+
+  void Emit(TokenKind kind, std::size_t end) {
+    tokens_.push_back({kind, formula_.substr(position_, end - position_), position_});
+    position_ = end;
+  }
+
+  void Next() {
+    const char16_t unit = formula_[position_];
+    if (IsBlank(unit)) return LexWhiteSpace();
+    if (unit == u'"') return LexText();
+    if (unit == u'\'') return LexQuotedPrefix();
+    if (unit == u'[') return LexBracket();
+    if (unit == u'#') return LexHash();
+    if (IsDigit(unit) || unit == u'.') return LexNumber();
+    if (unit == u'$') return LexDollar();
+    if (IsNameStart(unit)) return LexWord();
+    LexSymbol(unit);
+  }
+
+  void LexWhiteSpace() {
+    std::size_t end = position_;
+    while (end < formula_.size() && IsBlank(formula_[end])) ++end;
+    Emit(TokenKind::kWhiteSpace, end);
+  }
+
+  /// The place behind the closing quote of a run in which a doubled quote stands for one; nothing
+  /// when it is not closed.
+  std::optional<std::size_t> EndOfQuoted(char16_t quote) const {
+    std::size_t end = position_ + 1;
+    while (end < formula_.size()) {
+      if (formula_[end] != quote) {
+        ++end;
+      } else if (At(end + 1) == quote) {
+        end += 2;
+      } else {
+        return end + 1;
+      }
+    }
+    return std::nullopt;
+  }
+
+  void LexText() {
+    const auto end = EndOfQuoted(u'"');
+    if (!end) return Emit(TokenKind::kInvalid, formula_.size());
+    Emit(TokenKind::kText, *end);
+  }
+
+  void LexQuotedPrefix() {
+    const auto end = EndOfQuoted(u'\'');
+    if (!end) return Emit(TokenKind::kInvalid, formula_.size());
+    if (At(*end) != u'!') return Emit(TokenKind::kInvalid, *end);
+    LexBehindPrefix(*end + 1);
+  }
+
+  std::size_t EndOfWord(std::size_t start) const {
+    while (start < formula_.size() && IsNamePart(formula_[start])) ++start;
+    return start;
+  }
+
+  /// The place behind the "!" of a plain sheet prefix that starts at `start` ("Sheet1!" or
+  /// "Sheet1:Sheet3!"); nothing when there is none.
+  std::optional<std::size_t> EndOfPlainPrefix(std::size_t start) const {
+    const std::size_t end = EndOfWord(start);
+    if (At(end) == u'!') return end + 1;
+    if (end == start || At(end) != u':' || !IsNameStart(At(end + 1))) return std::nullopt;
+    const std::size_t second = EndOfWord(end + 1);
+    return At(second) == u'!' ? std::optional(second + 1) : std::nullopt;
+  }
+
+  /// The place behind the "]" that closes the "[" at `start`; an apostrophe escapes what follows
+  /// it.
+  std::optional<std::size_t> EndOfBrackets(std::size_t start) const {
+    std::size_t depth = 0;
+    for (std::size_t i = start; i < formula_.size(); ++i) {
+      if (formula_[i] == u'\'')
+        ++i;
+      else if (formula_[i] == u'[')
+        ++depth;
+      else if (formula_[i] == u']' && --depth == 0)
+        return i + 1;
+    }
+    return std::nullopt;
+  }
+
+  /// A workbook in front of a sheet name, or a structured reference inside its own table.
+  void LexBracket() {
+    const auto end = EndOfBrackets(position_);
+    if (!end) return Emit(TokenKind::kInvalid, formula_.size());
+    if (const auto prefix = EndOfPlainPrefix(*end)) return LexBehindPrefix(*prefix);
+    Emit(TokenKind::kStructuredReference, *end);
+  }
+
+  void LexBehindPrefix(std::size_t start) {
+    const std::u16string_view rest = formula_.substr(start);
+    if (const auto reference = ScanA1(rest)) {
+      return Emit(TokenKind::kReference, start + reference->length);
+    }
+    if (StartsWithNoCase(rest, u"#REF!")) return Emit(TokenKind::kError, start + 5);
+    if (!IsNameStart(At(start))) return Emit(TokenKind::kInvalid, start);
+    LexName(start);
+  }
+
+  void LexHash() {
+    const std::u16string_view rest = formula_.substr(position_);
+    for (const std::u16string_view text : kErrorTexts) {
+      if (!StartsWithNoCase(rest, text)) continue;
+      std::size_t length = text.size();
+      if (text == u"#REF!") {
+        if (const auto reference = ScanA1(rest.substr(length))) length += reference->length;
+      }
+      return Emit(TokenKind::kError, position_ + length);
+    }
+    Emit(TokenKind::kOperator, position_ + 1);
+  }
+
+  void LexNumber() {
+    const std::u16string_view rest = formula_.substr(position_);
+    if (const auto rows = ScanA1(rest)) {
+      return Emit(TokenKind::kReference, position_ + rows->length);
+    }
+    std::size_t end = position_;
+    std::size_t digits = 0;
+    for (; IsDigit(At(end)); ++end) ++digits;
+    if (At(end) == u'.') {
+      for (++end; IsDigit(At(end)); ++end) ++digits;
+    }
+    if (digits == 0) return Emit(TokenKind::kInvalid, end);
+    if (At(end) == u'E' || At(end) == u'e') {
+      std::size_t exponent = end + 1;
+      if (At(exponent) == u'+' || At(exponent) == u'-') ++exponent;
+      if (IsDigit(At(exponent))) {
+        while (IsDigit(At(exponent))) ++exponent;
+        end = exponent;
+      }
+    }
+    Emit(TokenKind::kNumber, end);
+  }
+
+  void LexDollar() {
+    const auto reference = ScanA1(formula_.substr(position_));
+    if (!reference) return Emit(TokenKind::kInvalid, position_ + 1);
+    Emit(TokenKind::kReference, position_ + reference->length);
+  }
+
+  void LexWord() {
+    const auto reference = ScanA1(formula_.substr(position_));
+    // "A1:Sheet2!B2" is a range of two operands: a sheet called A1 would stand in quotes.
+    if (!reference) {
+      if (const auto prefix = EndOfPlainPrefix(position_)) return LexBehindPrefix(*prefix);
+      return LexName(position_);
+    }
+    Emit(TokenKind::kReference, position_ + reference->length);
+  }
+
+  /// The word at `start`, behind the prefix that the token begins with, if any.
+  void LexName(std::size_t start) {
+    const std::size_t end = EndOfWord(start);
+    if (At(end) == u'(') return Emit(TokenKind::kFunction, end + 1);
+    if (At(end) == u'[') {
+      const auto close = EndOfBrackets(end);
+      return close ? Emit(TokenKind::kStructuredReference, *close)
+                   : Emit(TokenKind::kInvalid, formula_.size());
+    }
+    const std::u16string_view word = formula_.substr(position_, end - position_);
+    const bool is_boolean = (word.size() == 4 && StartsWithNoCase(word, u"TRUE")) ||
+                            (word.size() == 5 && StartsWithNoCase(word, u"FALSE"));
+    Emit(is_boolean ? TokenKind::kBoolean : TokenKind::kName, end);
+  }
+
+  void LexSymbol(char16_t unit) {
+    const char16_t next = At(position_ + 1);
+    switch (unit) {
+      case u'(':
+        return Emit(TokenKind::kOpen, position_ + 1);
+      case u')':
+        return Emit(TokenKind::kClose, position_ + 1);
+      case u'{':
+        return Emit(TokenKind::kArrayOpen, position_ + 1);
+      case u'}':
+        return Emit(TokenKind::kArrayClose, position_ + 1);
+      case u',':
+        return Emit(TokenKind::kSeparator, position_ + 1);
+      case u';':
+        return Emit(TokenKind::kRowSeparator, position_ + 1);
+      case u'<':
+        return Emit(TokenKind::kOperator, position_ + (next == u'=' || next == u'>' ? 2 : 1));
+      case u'>':
+        return Emit(TokenKind::kOperator, position_ + (next == u'=' ? 2 : 1));
+      default:
+        break;
+    }
+    const bool is_operator =
+        std::u16string_view(u"+-*/^&=%:@").find(unit) != std::u16string_view::npos;
+    Emit(is_operator ? TokenKind::kOperator : TokenKind::kInvalid, position_ + 1);
+  }
+
+  static bool MayEndReference(const Token& token) {
+    switch (token.kind) {
+      case TokenKind::kReference:
+      case TokenKind::kStructuredReference:
+      case TokenKind::kName:
+      case TokenKind::kError:
+      case TokenKind::kClose:
+        return true;
+      default:
+        return token.kind == TokenKind::kOperator && token.text == u"#";
+    }
+  }
+
+  static bool MayBeginReference(const Token& token) {
+    switch (token.kind) {
+      case TokenKind::kReference:
+      case TokenKind::kStructuredReference:
+      case TokenKind::kName:
+      case TokenKind::kError:
+      case TokenKind::kFunction:
+      case TokenKind::kOpen:
+        return true;
+      default:
+        return false;
+    }
+  }
+
+  void MarkIntersections() {
+    for (std::size_t i = 1; i + 1 < tokens_.size(); ++i) {
+      if (tokens_[i].kind == TokenKind::kWhiteSpace && MayEndReference(tokens_[i - 1]) &&
+          MayBeginReference(tokens_[i + 1])) {
+        tokens_[i].kind = TokenKind::kOperator;
+      }
+    }
+  }
+
+  std::u16string_view formula_;
+  std::size_t position_ = 0;
+  std::vector<Token> tokens_;
+};
+
+}  // namespace
+
+std::vector<Token> Tokenize(std::u16string_view formula) { return Lexer(formula).Run(); }
 
 }  // namespace formula

@@ -8,22 +8,25 @@
 namespace formula {
 
 enum class TokenKind {
-  kNumber,
-  kText,           // "..." with doubled quotes; the token's text includes the quotes
-  kBoolean,        // TRUE, FALSE
-  kError,          // #DIV/0! and so on
-  kReference,      // A1, $B$2:C9, A:A, 3:7, Sheet1!A1, 'My sheet'!A1:B2 (one token, prefix included)
-  kName,           // a defined name, with its sheet prefix if any
-  kFunction,       // a name followed by "(": the parenthesis is part of the token
-  kOpen,           // "("
-  kClose,          // ")" of a function or of a group
-  kSeparator,      // "," between arguments, or as the union operator: `text` alone does not tell
-  kOperator,       // + - * / ^ & = <> < <= > >= % : and the intersection (a significant space)
-  kArrayOpen,      // "{"
-  kArrayClose,     // "}"
-  kRowSeparator,   // ";" inside an array constant
-  kWhiteSpace,     // anything else that is blank
-  kInvalid,        // a character that begins no token; lexing goes on behind it
+  kNumber,               // 1, .5, 1E+20; never with a sign
+  kText,                 // "..." with doubled quotes; the token's text includes the quotes
+  kBoolean,              // TRUE, FALSE
+  kError,                // #DIV/0! and so on; also Sheet1!#REF! and #REF!A1, what deletions leave
+  kReference,            // A1, $B$2:C9, A:A, 3:7, Sheet1!A1, 'My sheet'!A1:B2, S1:S3!A1, [1]S!A1
+  kStructuredReference,  // Table1[Column], [@Column]
+  kName,                 // a defined name, with its sheet prefix if any
+  kFunction,             // a name followed by "(": the parenthesis is part of the token
+  kOpen,                 // "("
+  kClose,                // ")" of a function or of a group
+  kSeparator,     // "," between arguments, between the elements of an array row, or the union:
+                  // what it stands in tells
+  kOperator,      // + - * / ^ & = <> < <= > >= % : @ # and the intersection, whose text is the
+                  // run of blanks between two operands that may be references
+  kArrayOpen,     // "{"
+  kArrayClose,    // "}"
+  kRowSeparator,  // ";" inside an array constant
+  kWhiteSpace,    // blanks, tabs and line ends without a meaning
+  kInvalid,       // what begins no token or is not closed; lexing goes on behind it
 };
 
 struct Token {
@@ -33,7 +36,7 @@ struct Token {
 };
 
 /// Splits a formula without its leading "=". Never throws for content: what cannot be read becomes
-/// kInvalid tokens, and the tokens' texts together are the formula.
+/// kInvalid tokens, and the tokens' texts together are the formula. Takes linear time.
 std::vector<Token> Tokenize(std::u16string_view formula);
 
 }  // namespace formula

@@ -13,8 +13,20 @@ namespace zavhost {
 
 /// Error values by their codes in the C API.
 enum class ErrorCode : std::int32_t {
-  kNull = 0, kDiv0 = 7, kValue = 15, kRef = 23, kName = 29, kNum = 36, kNA = 42,
-  kGettingData = 43, kSpill = 45, kConnect = 46, kBlocked = 47, kUnknown = 48, kField = 49, kCalc = 50,
+  kNull = 0,
+  kDiv0 = 7,
+  kValue = 15,
+  kRef = 23,
+  kName = 29,
+  kNum = 36,
+  kNA = 42,
+  kGettingData = 43,
+  kSpill = 45,
+  kConnect = 46,
+  kBlocked = 47,
+  kUnknown = 48,
+  kField = 49,
+  kCalc = 50,
 };
 
 /// "#DIV/0!" and so on; a code outside the list is shown as "#UNKNOWN!".
@@ -34,11 +46,12 @@ struct Blank {
 class Value {
  public:
   Value() = default;
-  Value(double number) : content_(number) {}            // NOLINT(google-explicit-constructor)
-  Value(bool boolean) : content_(boolean) {}            // NOLINT(google-explicit-constructor)
-  Value(ErrorCode error) : content_(error) {}           // NOLINT(google-explicit-constructor)
-  Value(Text text) : content_(std::move(text)) {}       // NOLINT(google-explicit-constructor)
+  Value(double number) : content_(number) {}       // NOLINT(google-explicit-constructor)
+  Value(bool boolean) : content_(boolean) {}       // NOLINT(google-explicit-constructor)
+  Value(ErrorCode error) : content_(error) {}      // NOLINT(google-explicit-constructor)
+  Value(Text text) : content_(std::move(text)) {}  // NOLINT(google-explicit-constructor)
   explicit Value(std::u16string_view text) : content_(MakeText(text)) {}
+  explicit Value(const char16_t* text) : Value(std::u16string_view(text)) {}  // not a boolean
 
   bool IsBlank() const { return std::holds_alternative<Blank>(content_); }
   const double* number() const { return std::get_if<double>(&content_); }
@@ -108,17 +121,23 @@ struct MissingArgument {
 /// What an expression yields while a formula is evaluated.
 using Operand = std::variant<Value, ArrayPtr, Reference, MissingArgument>;
 
-/// General number format: what Excel shows for a number in a cell without a format, at most 15
-/// significant digits (1E+20 for 1e20, 0.1, 123456789012).
+/// General number format: what Excel shows for a number in a wide cell without a format, rounded to
+/// at most 15 significant digits; with an exponent from 1E+20 up and below 0.0001 ("1E+20", "0.1",
+/// "123456789012", "1.23E-05"). A number that is not finite gives "#NUM!".
 std::u16string GeneralText(double number);
-/// The number that a text spells as a cell entry would ("1.5", " -2e3 ", "50%"); nothing otherwise.
+/// The number that a text spells as a cell entry would ("1.5", " -2e3 ", "50%", "1,234.5", in US
+/// form); nothing otherwise, nor when it is too large or too small for a double.
 std::optional<double> NumberFromText(std::u16string_view text);
 
+/// A lone surrogate becomes U+FFFD.
 std::string ToUtf8(std::u16string_view text);
 /// Malformed UTF-8 becomes U+FFFD; never throws for content.
 std::u16string FromUtf8(std::string_view text);
+bool IsValidUtf8(std::string_view text);
+/// Appends one character, which must be no surrogate and at most U+10FFFF.
+void AppendUtf8(char32_t code, std::string& out);
 
-/// "B7", "$B$7"-free; zero-based in, A1 style out.
+/// A1 style without "$", from zero-based numbers: "B7"; ranges "B7:C9", "A:A", "3:7".
 std::u16string A1Text(std::int32_t row, std::int32_t column);
 std::u16string A1Text(const CellRange& range);
 

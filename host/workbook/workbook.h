@@ -6,6 +6,8 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -36,15 +38,18 @@ class Sheet {
   const Value& At(std::int32_t row, std::int32_t column) const;
   /// Stores a value; cheapest when the rows of a column come in ascending order.
   void Set(std::int32_t row, std::int32_t column, Value value);
-  /// Appends without looking for the place; call SortColumns when all are in. Later entries of the
-  /// same cell win.
+  /// Appends without looking for the place; call SortColumns when all are in, before any reading.
+  /// Later entries of the same cell win.
   void Append(std::int32_t row, std::int32_t column, Value value);
   void SortColumns();
 
   /// The stored cells of one column, ascending by row; empty where the column has none.
   const Column& column(std::int32_t index) const;
-  /// The smallest rectangle that holds every stored cell; nothing on an empty sheet.
-  std::optional<CellRange> used_range() const;
+  /// The smallest rectangle that holds every stored and covered cell; nothing on an empty sheet.
+  /// Costs nothing.
+  const std::optional<CellRange>& used_range() const { return used_range_; }
+  /// Makes the used range hold these cells as well: a formula will fill them.
+  void Cover(const CellRange& range);
   bool is_protected() const { return protected_; }
   void set_protected(bool is_protected) { protected_ = is_protected; }
   /// False for a chart sheet and other sheets without cells.
@@ -52,8 +57,17 @@ class Sheet {
   void set_has_cells(bool has_cells) { has_cells_ = has_cells; }
 
  private:
+  struct NumberedColumn {
+    std::int32_t index;
+    Column cells;
+  };
+
+  Column* FindColumn(std::int32_t index);
+  Column& ColumnFor(std::int32_t index);
+
   std::u16string name_;
-  std::vector<Column> columns_;
+  std::vector<NumberedColumn> columns_;  // those that hold cells, ascending by index
+  std::optional<CellRange> used_range_;
   bool protected_ = false;
   bool has_cells_ = true;
 };
@@ -62,9 +76,10 @@ class Sheet {
 /// text's relative references hold for the origin and move with the cell.
 struct FormulaCell {
   CellAddress address;
-  std::uint32_t text = 0;         // index into Workbook::formula_texts
-  CellAddress origin;             // the cell that the text was written for
-  std::optional<CellRange> array; // the range of a multi-cell array formula; address is its top left
+  std::uint32_t text = 0;  // index into Workbook::formula_texts
+  CellAddress origin;      // the cell that the text was written for
+  /// The range of an array formula, often of one cell; `address` is its top left.
+  std::optional<CellRange> array;
 };
 
 struct DefinedName {
@@ -79,13 +94,21 @@ class Workbook {
   std::vector<std::u16string> formula_texts;  // without the leading "="
   std::vector<FormulaCell> formulas;          // in file order: sheets, then rows, then columns
   std::vector<DefinedName> names;
+  /// Formula cells whose text the file does not give (a part of a shared formula that is not
+  /// there): they keep the value stored in the file.
+  std::vector<CellAddress> unreadable_formulas;
   bool date1904 = false;
-  std::u16string file_name = u"Book1.xlsx";   // last component only
+  std::u16string file_name = u"Book1.xlsx";  // last component only
 
   /// Sheet by name, in any letter case.
   std::optional<std::uint32_t> FindSheet(std::u16string_view name) const;
   /// The name as seen from a sheet: its own names first, then the workbook's; any letter case.
   const DefinedName* FindName(std::u16string_view name, std::uint32_t sheet) const;
+
+ private:
+  /// Places in `names` by folded name, made anew when the number of names has changed.
+  mutable std::unordered_multimap<std::u16string, std::size_t> name_index_;
+  mutable std::size_t indexed_names_ = 0;
 };
 
 }  // namespace zavhost

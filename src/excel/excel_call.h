@@ -21,9 +21,16 @@ struct ExcelResult {
 };
 
 /// Calls function number `function`, with the host's messages enabled around this one call. A call
-/// that fails never throws: its value is #VALUE! with the return code in the 32-bit word that follows
-/// the error code.
+/// that fails never throws: its value is #VALUE! with the return code in the 32-bit word that
+/// follows the error code.
 ExcelResult CallExcel(int function, std::span<const XXloper> arguments);
 ExcelResult CallExcel(int function, std::initializer_list<XXloper> arguments = {});
+
+/// The most arguments that a call can have; with more it fails without reaching Excel.
+inline constexpr std::size_t kMostCallArguments = 255;
+
+/// Frees through Excel what Excel attached to the record, with the messages enabled around the
+/// call. Without a callback it does nothing.
+void FreeThroughExcel(XLOPER12* record) noexcept;
 
 }  // namespace zavrel

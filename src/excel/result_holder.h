@@ -10,8 +10,8 @@ void OpenResultHolder();
 /// Releases every held result and the slot. Results handed out before are no longer valid.
 void CloseResultHolder();
 
-/// Stores the result for this thread, releasing the one before, and gives the record that Excel gets.
-/// Never throws: without memory for a holder the shared #N/A is returned.
+/// Stores the result for this thread, releasing the one before, and gives the record that Excel
+/// gets. Never throws: without memory for a holder the shared #N/A is returned.
 XLOPER12* ReturnToExcel(const XXloper& result) noexcept;
 
 }  // namespace zavrel

@@ -1,0 +1,73 @@
+#include "host/workbook/cell_names.h"
+
+#include <algorithm>
+#include <string>
+
+namespace zavhost {
+namespace {
+
+std::u16string ColumnLetters(std::int32_t column) {
+  std::u16string letters;
+  for (std::int32_t rest = column + 1; rest > 0; rest = (rest - 1) / 26) {
+    letters.insert(letters.begin(), static_cast<char16_t>(u'A' + (rest - 1) % 26));
+  }
+  return letters;
+}
+
+std::u16string RowDigits(std::int32_t row) {
+  const std::string digits = std::to_string(static_cast<std::int64_t>(row) + 1);
+  return {digits.begin(), digits.end()};
+}
+
+}  // namespace
+
+std::u16string A1Text(std::int32_t row, std::int32_t column) {
+  return ColumnLetters(column) + RowDigits(row);
+}
+
+std::u16string A1Text(const CellRange& range) {
+  if (range.IsSingleCell()) return A1Text(range.first_row, range.first_column);
+  if (range.first_row == 0 && range.last_row == kSheetRows - 1) {
+    return ColumnLetters(range.first_column) + u":" + ColumnLetters(range.last_column);
+  }
+  if (range.first_column == 0 && range.last_column == kSheetColumns - 1) {
+    return RowDigits(range.first_row) + u":" + RowDigits(range.last_row);
+  }
+  return A1Text(range.first_row, range.first_column) + u":" +
+         A1Text(range.last_row, range.last_column);
+}
+
+std::optional<CellPosition> ParseCellName(std::string_view text) {
+  const auto skip_dollar = [&text] {
+    if (!text.empty() && text.front() == '$') text.remove_prefix(1);
+  };
+  std::int32_t column = 0;
+  skip_dollar();
+  while (!text.empty() && ((text.front() | 0x20) >= 'a' && (text.front() | 0x20) <= 'z')) {
+    column = column * 26 + ((text.front() | 0x20) - 'a' + 1);
+    if (column > kSheetColumns) return std::nullopt;
+    text.remove_prefix(1);
+  }
+  std::int32_t row = 0;
+  skip_dollar();
+  if (text.empty()) return std::nullopt;
+  for (const char digit : text) {
+    if (digit < '0' || digit > '9') return std::nullopt;
+    row = row * 10 + (digit - '0');
+    if (row > kSheetRows) return std::nullopt;
+  }
+  if (row == 0 || column == 0) return std::nullopt;
+  return CellPosition{row - 1, column - 1};
+}
+
+std::optional<CellRange> ParseRangeName(std::string_view text) {
+  const std::size_t colon = text.find(':');
+  const std::optional<CellPosition> first = ParseCellName(text.substr(0, colon));
+  const std::optional<CellPosition> last =
+      colon == std::string_view::npos ? first : ParseCellName(text.substr(colon + 1));
+  if (!first || !last) return std::nullopt;
+  return CellRange{std::min(first->row, last->row), std::min(first->column, last->column),
+                   std::max(first->row, last->row), std::max(first->column, last->column)};
+}
+
+}  // namespace zavhost

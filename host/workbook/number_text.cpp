@@ -1,0 +1,135 @@
+#include <charconv>
+#include <cmath>
+#include <string>
+#include <system_error>
+
+#include "host/workbook/value.h"
+
+namespace zavhost {
+namespace {
+
+bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
+bool IsBlankUnit(char16_t unit) {
+  return unit == u' ' || unit == u'\t' || unit == u'\r' || unit == u'\n' || unit == 0xA0;
+}
+
+std::u16string_view Trim(std::u16string_view text) {
+  while (!text.empty() && IsBlankUnit(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsBlankUnit(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+/// Takes the digits at the front, with commas between groups of three if they are used at all.
+/// False when commas stand where no thousands separator can.
+bool TakeWholePart(std::u16string_view& text, std::string& digits) {
+  std::size_t run = 0;
+  bool grouped = false;
+  while (!text.empty()) {
+    if (IsDigit(text.front())) {
+      digits.push_back(static_cast<char>(text.front()));
+      ++run;
+    } else if (text.front() == u',') {
+      if (run == 0 || run > 3 || (grouped && run != 3)) return false;
+      grouped = true;
+      run = 0;
+    } else {
+      break;
+    }
+    text.remove_prefix(1);
+  }
+  return !grouped || run == 3;
+}
+
+void TakeDigits(std::u16string_view& text, std::string& digits) {
+  while (!text.empty() && IsDigit(text.front())) {
+    digits.push_back(static_cast<char>(text.front()));
+    text.remove_prefix(1);
+  }
+}
+
+/// Takes "E+05" at the front. False when an exponent begins and does not end well.
+bool TakeExponent(std::u16string_view& text, std::string& number) {
+  if (text.empty() || (text.front() != u'e' && text.front() != u'E')) return true;
+  text.remove_prefix(1);
+  number.push_back('e');
+  if (!text.empty() && (text.front() == u'+' || text.front() == u'-')) {
+    number.push_back(static_cast<char>(text.front()));
+    text.remove_prefix(1);
+  }
+  const std::size_t before = number.size();
+  TakeDigits(text, number);
+  return number.size() > before;
+}
+
+std::u16string Widen(std::string_view ascii) { return {ascii.begin(), ascii.end()}; }
+
+}  // namespace
+
+std::u16string GeneralText(double number) {
+  if (!std::isfinite(number)) return std::u16string(ErrorText(ErrorCode::kNum));
+  if (number == 0.0) return u"0";
+  char buffer[32];
+  const std::to_chars_result end = std::to_chars(buffer, buffer + sizeof buffer, std::fabs(number),
+                                                 std::chars_format::scientific, 14);
+  const std::string_view text(buffer, static_cast<std::size_t>(end.ptr - buffer));
+  const std::size_t mark = text.find('e');
+  int exponent = 0;
+  const char* exponent_begin = text.data() + mark + (text[mark + 1] == '+' ? 2 : 1);
+  std::from_chars(exponent_begin, text.data() + text.size(), exponent);
+
+  std::string digits(1, text[0]);
+  digits.append(text.substr(2, mark - 2));
+  digits.erase(digits.find_last_not_of('0') + 1);
+
+  std::string shown = number < 0 ? "-" : "";
+  const int count = static_cast<int>(digits.size());
+  if (exponent < -4 || exponent >= 20) {
+    shown += digits[0];
+    if (count > 1) shown.append(".").append(digits, 1);
+    shown += exponent < 0 ? "E-" : "E+";
+    const std::string power = std::to_string(std::abs(exponent));
+    if (power.size() < 2) shown += '0';
+    shown += power;
+  } else if (exponent < 0) {
+    shown.append("0.").append(static_cast<std::size_t>(-exponent - 1), '0').append(digits);
+  } else if (count <= exponent + 1) {
+    shown.append(digits).append(static_cast<std::size_t>(exponent + 1 - count), '0');
+  } else {
+    const std::size_t whole = static_cast<std::size_t>(exponent) + 1;
+    shown.append(digits, 0, whole).append(".").append(digits, whole);
+  }
+  return Widen(shown);
+}
+
+std::optional<double> NumberFromText(std::u16string_view text) {
+  text = Trim(text);
+  std::string number;
+  if (!text.empty() && (text.front() == u'+' || text.front() == u'-')) {
+    if (text.front() == u'-') number.push_back('-');
+    text.remove_prefix(1);
+  }
+  const std::size_t before = number.size();
+  if (!TakeWholePart(text, number)) return std::nullopt;
+  std::size_t digits = number.size() - before;
+  if (!text.empty() && text.front() == u'.') {
+    text.remove_prefix(1);
+    if (digits == 0) number.push_back('0');
+    number.push_back('.');
+    const std::size_t point = number.size();
+    TakeDigits(text, number);
+    digits += number.size() - point;
+    if (number.size() == point) number.push_back('0');
+  }
+  if (digits == 0 || !TakeExponent(text, number)) return std::nullopt;
+  text = Trim(text);
+  const bool percent = text == u"%";
+  if (!text.empty() && !percent) return std::nullopt;
+
+  double value = 0.0;
+  const std::from_chars_result result =
+      std::from_chars(number.data(), number.data() + number.size(), value);
+  if (result.ec != std::errc()) return std::nullopt;
+  return percent ? value / 100.0 : value;
+}
+
+}  // namespace zavhost

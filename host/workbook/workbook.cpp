@@ -1,0 +1,117 @@
+#include "host/workbook/workbook.h"
+
+#include <algorithm>
+
+#include "host/workbook/letter_case.h"
+
+namespace zavhost {
+namespace {
+
+const Value kBlankValue;
+const Sheet::Column kNoColumn;
+
+bool RowBefore(const Sheet::Entry& entry, std::int32_t row) { return entry.row < row; }
+
+}  // namespace
+
+Sheet::Column* Sheet::FindColumn(std::int32_t index) {
+  // Most sheets fill their columns from A on without a gap.
+  const auto place = static_cast<std::size_t>(index);
+  if (place < columns_.size() && columns_[place].index == index) return &columns_[place].cells;
+  const auto found = std::lower_bound(
+      columns_.begin(), columns_.end(), index,
+      [](const NumberedColumn& column, std::int32_t wanted) { return column.index < wanted; });
+  return found != columns_.end() && found->index == index ? &found->cells : nullptr;
+}
+
+Sheet::Column& Sheet::ColumnFor(std::int32_t index) {
+  if (Column* found = FindColumn(index)) return *found;
+  const auto place = std::find_if(columns_.begin(), columns_.end(),
+                                  [index](const auto& column) { return column.index > index; });
+  return columns_.insert(place, NumberedColumn{index, {}})->cells;
+}
+
+const Sheet::Column& Sheet::column(std::int32_t index) const {
+  const Column* found = const_cast<Sheet*>(this)->FindColumn(index);
+  return found == nullptr ? kNoColumn : *found;
+}
+
+void Sheet::Cover(const CellRange& range) {
+  if (!used_range_) {
+    used_range_ = range;
+    return;
+  }
+  used_range_->first_row = std::min(used_range_->first_row, range.first_row);
+  used_range_->first_column = std::min(used_range_->first_column, range.first_column);
+  used_range_->last_row = std::max(used_range_->last_row, range.last_row);
+  used_range_->last_column = std::max(used_range_->last_column, range.last_column);
+}
+
+const Value& Sheet::At(std::int32_t row, std::int32_t column_index) const {
+  const Column& cells = column(column_index);
+  const auto found = std::lower_bound(cells.begin(), cells.end(), row, RowBefore);
+  return found != cells.end() && found->row == row ? found->value : kBlankValue;
+}
+
+void Sheet::Set(std::int32_t row, std::int32_t column_index, Value value) {
+  Column& cells = ColumnFor(column_index);
+  Cover({row, column_index, row, column_index});
+  if (cells.empty() || cells.back().row < row) {
+    cells.push_back({row, std::move(value)});
+    return;
+  }
+  const auto found = std::lower_bound(cells.begin(), cells.end(), row, RowBefore);
+  if (found->row == row) {
+    found->value = std::move(value);
+  } else {
+    cells.insert(found, {row, std::move(value)});
+  }
+}
+
+void Sheet::Append(std::int32_t row, std::int32_t column_index, Value value) {
+  ColumnFor(column_index).push_back({row, std::move(value)});
+  Cover({row, column_index, row, column_index});
+}
+
+void Sheet::SortColumns() {
+  for (NumberedColumn& column : columns_) {
+    Column& cells = column.cells;
+    const auto in_order = [](const Entry& a, const Entry& b) { return a.row < b.row; };
+    const auto out_of_order = std::adjacent_find(
+        cells.begin(), cells.end(), [](const Entry& a, const Entry& b) { return a.row >= b.row; });
+    if (out_of_order != cells.end()) {
+      // Latest entries first among equals, so that unique keeps them.
+      std::reverse(cells.begin(), cells.end());
+      std::stable_sort(cells.begin(), cells.end(), in_order);
+      cells.erase(std::unique(cells.begin(), cells.end(),
+                              [](const Entry& a, const Entry& b) { return a.row == b.row; }),
+                  cells.end());
+    }
+    cells.shrink_to_fit();
+  }
+}
+
+std::optional<std::uint32_t> Workbook::FindSheet(std::u16string_view name) const {
+  for (std::size_t i = 0; i < sheets.size(); ++i) {
+    if (EqualIgnoringCase(sheets[i].name(), name)) return static_cast<std::uint32_t>(i);
+  }
+  return std::nullopt;
+}
+
+const DefinedName* Workbook::FindName(std::u16string_view name, std::uint32_t sheet) const {
+  if (indexed_names_ != names.size()) {
+    name_index_.clear();
+    for (std::size_t i = 0; i < names.size(); ++i) name_index_.emplace(FoldCase(names[i].name), i);
+    indexed_names_ = names.size();
+  }
+  const DefinedName* found = nullptr;
+  const auto [first, last] = name_index_.equal_range(FoldCase(name));
+  for (auto entry = first; entry != last; ++entry) {
+    const DefinedName& candidate = names[entry->second];
+    if (candidate.sheet == sheet) return &candidate;
+    if (!candidate.sheet && found == nullptr) found = &candidate;
+  }
+  return found;
+}
+
+}  // namespace zavhost

@@ -1,0 +1,117 @@
+#include <fmt/format.h>
+
+#include <new>
+
+#include "host/workbook/cell_names.h"
+#include "host/workbook/letter_case.h"
+#include "host/xlsx/file_io.h"
+#include "host/xlsx/messages.h"
+#include "host/xlsx/xlsx_file.h"
+
+namespace zavhost {
+namespace {
+
+constexpr std::size_t kLongestText = 32'767;
+
+/// Splits comma-separated text into fields. Quoted fields may hold commas, line ends and doubled
+/// quotes; lines end in "\n", "\r\n" or "\r".
+class CsvReader {
+ public:
+  CsvReader(std::string_view text, Sheet& sheet, std::uint64_t cells)
+      : text_(text), sheet_(sheet), cells_left_(cells) {
+    if (text_.starts_with("\xEF\xBB\xBF")) text_.remove_prefix(3);
+  }
+
+  void Read() {
+    while (!text_.empty()) {
+      ReadField();
+      StoreField();
+      if (text_.empty()) return;
+      const bool line_ends = text_.front() != ',';
+      text_.remove_prefix(text_.starts_with("\r\n") ? 2 : 1);
+      column_ = line_ends ? 0 : column_ + 1;
+      row_ += line_ends ? 1 : 0;
+    }
+  }
+
+ private:
+  void ReadField() {
+    field_.clear();
+    if (text_.starts_with('"')) ReadQuoted();
+    // Text behind a closing quote belongs to the field, as spreadsheets take it.
+    const std::size_t end = std::min(text_.find_first_of(",\r\n"), text_.size());
+    field_.append(text_.substr(0, end));
+    text_.remove_prefix(end);
+  }
+
+  void ReadQuoted() {
+    const std::int32_t start = row_;
+    while (true) {
+      text_.remove_prefix(1);
+      const std::size_t quote = text_.find('"');
+      if (quote == std::string_view::npos) {
+        throw WorkbookError(
+            fmt::format("a quotation that begins in row {} does not end", start + 1));
+      }
+      field_.append(text_.substr(0, quote));
+      text_.remove_prefix(quote + 1);
+      if (!text_.starts_with('"')) return;
+      field_.push_back('"');
+    }
+  }
+
+  void StoreField() {
+    if (row_ >= kSheetRows) {
+      throw WorkbookError(fmt::format("it has more than {} rows", kSheetRows));
+    }
+    if (column_ >= kSheetColumns) {
+      throw WorkbookError(fmt::format("row {} has more than {} fields", row_ + 1, kSheetColumns));
+    }
+    Value value = FieldValue();
+    if (value.IsBlank()) return;
+    if (cells_left_-- == 0) throw WorkbookError("it holds more cells than are read");
+    sheet_.Append(row_, column_, std::move(value));
+  }
+
+  Value FieldValue() const {
+    if (field_.empty() || field_ == "NA") return {};
+    std::u16string text = FromUtf8(field_);
+    if (const std::optional<double> number = NumberFromText(text)) return *number;
+    if (const std::optional<ErrorCode> error = ErrorFromText(text)) return *error;
+    if (EqualIgnoringCase(text, u"TRUE")) return true;
+    if (EqualIgnoringCase(text, u"FALSE")) return false;
+    if (text.size() > kLongestText) {
+      throw WorkbookError(fmt::format("the text of cell {} is longer than {} characters",
+                                      ToUtf8(A1Text(row_, column_)), kLongestText));
+    }
+    return std::make_shared<const std::u16string>(std::move(text));
+  }
+
+  std::string_view text_;
+  Sheet& sheet_;
+  std::uint64_t cells_left_;
+  std::string field_;
+  std::int32_t row_ = 0;
+  std::int32_t column_ = 0;
+};
+
+}  // namespace
+
+Workbook ReadCsv(const std::filesystem::path& file, const XlsxLimits& limits) {
+  try {
+    const std::string text = ReadFile(file, limits.part_bytes);
+    if (text.find('\0') != std::string::npos) {
+      throw WorkbookError("this is not comma-separated text in UTF-8");
+    }
+    Workbook workbook;
+    workbook.file_name = file.filename().u16string();
+    CsvReader(text, workbook.sheets.emplace_back(u"Data"), limits.cells).Read();
+    return workbook;
+  } catch (const WorkbookError& error) {
+    throw WorkbookError(fmt::format("{}: {}", PrintablePath(file), error.what()));
+  } catch (const std::bad_alloc&) {
+    throw WorkbookError(fmt::format("{}: not enough memory to read it", PrintablePath(file)));
+  }
+}
+
+}  // namespace zavhost

@@ -1,0 +1,97 @@
+#include "host/xlsx/file_io.h"
+
+#include <fmt/format.h>
+
+#include <fstream>
+#include <random>
+#include <system_error>
+
+#include "host/workbook/workbook.h"
+
+namespace zavhost {
+namespace fs = std::filesystem;
+namespace {
+
+std::string Megabytes(std::uint64_t bytes) { return fmt::format("{} MB", (bytes >> 20) + 1); }
+
+/// A file that goes away unless it was moved to its place.
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(const fs::path& target) : path_(target) {
+    std::random_device random;
+    path_ += fmt::format(".{:08x}{:08x}.tmp", random(), random());
+  }
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  ~TemporaryFile() {
+    std::error_code ignored;
+    if (!moved_) fs::remove(path_, ignored);
+  }
+
+  const fs::path& path() const { return path_; }
+  void MoveTo(const fs::path& target) {
+    std::error_code error;
+    fs::rename(path_, target, error);
+    if (error)
+      throw WorkbookError("the file cannot be replaced; it may be open in another program");
+    moved_ = true;
+  }
+
+ private:
+  fs::path path_;
+  bool moved_ = false;
+};
+
+}  // namespace
+
+std::string ReadFile(const fs::path& file, std::uint64_t limit) {
+  std::error_code error;
+  const fs::file_status status = fs::status(file, error);
+  if (status.type() == fs::file_type::not_found) throw WorkbookError("there is no such file");
+  if (status.type() == fs::file_type::directory)
+    throw WorkbookError("this is a folder, not a file");
+  if (status.type() != fs::file_type::regular)
+    throw WorkbookError("this is not a file to read from");
+  const std::uint64_t size = fs::file_size(file, error);
+  if (error) throw WorkbookError("the file cannot be read");
+  if (size > limit) {
+    throw WorkbookError(fmt::format("the file is too large: {}, and at most {} are read",
+                                    Megabytes(size), Megabytes(limit - 1)));
+  }
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream) throw WorkbookError("the file cannot be opened; is reading it allowed?");
+  std::string bytes(static_cast<std::size_t>(size), '\0');
+  stream.read(bytes.data(), static_cast<std::streamsize>(size));
+  if (stream.bad() || stream.gcount() != static_cast<std::streamsize>(size)) {
+    throw WorkbookError("the file cannot be read to its end");
+  }
+  return bytes;
+}
+
+void WriteFile(const fs::path& file, const std::string& bytes) {
+  std::error_code error;
+  fs::path target = file;
+  // The file that a link leads to is replaced, not the link.
+  if (fs::is_symlink(file, error)) {
+    const fs::path resolved = fs::canonical(file, error);
+    if (!error) target = resolved;
+  }
+  const fs::file_status before = fs::status(target, error);
+  if (before.type() == fs::file_type::directory)
+    throw WorkbookError("this is a folder, not a file");
+
+  TemporaryFile temporary(target);
+  {
+    std::ofstream stream(temporary.path(), std::ios::binary | std::ios::trunc);
+    if (!stream) throw WorkbookError("no file can be written into this folder");
+    stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    stream.close();
+    if (!stream) throw WorkbookError("the file cannot be written whole; is the disk full?");
+  }
+  if (before.type() == fs::file_type::regular) {
+    fs::permissions(temporary.path(), before.permissions(), error);
+  }
+  temporary.MoveTo(target);
+}
+
+}  // namespace zavhost

@@ -1,0 +1,68 @@
+#include "host/xlsx/iso_date.h"
+
+#include <charconv>
+#include <chrono>
+#include <cstddef>
+#include <system_error>
+
+namespace zavhost {
+namespace {
+
+/// The digits at a place of the text, exactly `length` of them.
+std::optional<int> Digits(std::string_view text, std::size_t place, std::size_t length) {
+  if (text.size() < place + length) return std::nullopt;
+  int number = 0;
+  for (const char c : text.substr(place, length)) {
+    if (c < '0' || c > '9') return std::nullopt;
+    number = number * 10 + (c - '0');
+  }
+  return number;
+}
+
+/// Days since the epoch of the serial numbers.
+std::optional<double> DayNumber(std::string_view text, bool date1904) {
+  using std::chrono::day, std::chrono::month, std::chrono::year, std::chrono::sys_days;
+  const std::optional<int> y = Digits(text, 0, 4), m = Digits(text, 5, 2), d = Digits(text, 8, 2);
+  if (!y || !m || !d || text.size() != 10 || text[4] != '-' || text[7] != '-') return std::nullopt;
+  const std::chrono::year_month_day date{year(*y), month(static_cast<unsigned>(*m)),
+                                         day(static_cast<unsigned>(*d))};
+  if (!date.ok()) return std::nullopt;
+  const sys_days epoch = date1904 ? sys_days(year(1904) / 1 / 1) : sys_days(year(1899) / 12 / 31);
+  int days = static_cast<int>((sys_days(date) - epoch).count());
+  if (!date1904 && days >= 60) ++days;
+  if (days < 0) return std::nullopt;
+  return days;
+}
+
+/// The part of a day that a time of day makes: "10:30", "10:30:00", "10:30:00.25".
+std::optional<double> DayFraction(std::string_view text) {
+  const std::optional<int> hours = Digits(text, 0, 2), minutes = Digits(text, 3, 2);
+  if (!hours || !minutes || text[2] != ':' || *hours > 24 || *minutes > 59) return std::nullopt;
+  double seconds = 0.0;
+  if (text.size() > 5) {
+    if (text[5] != ':' || !Digits(text, 6, 2)) return std::nullopt;
+    const char* end = text.data() + text.size();
+    const auto [stop, error] =
+        std::from_chars(text.data() + 6, end, seconds, std::chars_format::fixed);
+    if (error != std::errc() || stop != end || seconds >= 61.0) return std::nullopt;
+  }
+  return (*hours * 3600.0 + *minutes * 60.0 + seconds) / 86400.0;
+}
+
+}  // namespace
+
+std::optional<double> SerialFromIsoDate(std::string_view text, bool date1904) {
+  if (text.ends_with('Z')) text.remove_suffix(1);
+  const std::size_t t = text.find('T');
+  const bool only_time = t == std::string_view::npos && text.find(':') != std::string_view::npos;
+  if (only_time) return DayFraction(text);
+  const std::optional<double> days = DayNumber(text.substr(0, t), date1904);
+  if (!days || t == std::string_view::npos) return days;
+  std::string_view time = text.substr(t + 1);
+  time = time.substr(0, time.find_first_of("+-"));
+  const std::optional<double> fraction = DayFraction(time);
+  if (!fraction) return std::nullopt;
+  return *days + *fraction;
+}
+
+}  // namespace zavhost

@@ -1,0 +1,205 @@
+#include "host/xlsx/package.h"
+
+#include <fmt/format.h>
+
+#include <set>
+#include <unordered_map>
+#include <utility>
+
+#include "host/workbook/letter_case.h"
+#include "host/xlsx/messages.h"
+
+namespace zavhost {
+namespace {
+
+struct Relationship {
+  std::string type;  // the last component of its type: "worksheet"
+  std::string part;  // empty when it leads outside of the package
+};
+using Relationships = std::unordered_map<std::string, Relationship>;  // by id
+
+std::string_view Folder(std::string_view part) { return part.substr(0, part.rfind('/') + 1); }
+
+/// The part that a target names, seen from the folder of the part that holds the relationship.
+std::string ResolveTarget(std::string_view folder, std::string_view target) {
+  if (target.starts_with('/')) folder = {};
+  std::vector<std::string_view> components;
+  const auto add = [&](std::string_view path) {
+    while (!path.empty()) {
+      const std::size_t slash = std::min(path.find('/'), path.size());
+      const std::string_view component = path.substr(0, slash);
+      path.remove_prefix(std::min(slash + 1, path.size()));
+      if (component == "..") {
+        if (components.empty()) {
+          throw WorkbookError(
+              fmt::format("a relationship leads outside of the workbook: '{}'", Printable(target)));
+        }
+        components.pop_back();
+      } else if (!component.empty() && component != ".") {
+        components.push_back(component);
+      }
+    }
+  };
+  add(folder);
+  add(target);
+  return fmt::format("{}", fmt::join(components, "/"));
+}
+
+/// The relationships of a part ("" for those of the package).
+Relationships ReadRelationships(ZipArchive& archive, std::string_view of_part) {
+  const std::string_view folder = Folder(of_part);
+  const std::string part = fmt::format("{}_rels/{}.rels", folder, of_part.substr(folder.size()));
+  const DecodedXml xml = ReadXmlPart(archive, part);
+  Relationships relationships;
+  try {
+    XmlReader reader(xml.text);
+    while (true) {
+      const XmlReader::Event event = reader.Next();
+      if (event == XmlReader::Event::kDone) return relationships;
+      if (event != XmlReader::Event::kStart || reader.name() != "Relationship") continue;
+      const std::string type = reader.Attribute("Type").value_or("");
+      Relationship relationship{type.substr(type.rfind('/') + 1), {}};
+      if (reader.Attribute("TargetMode") != "External") {
+        relationship.part = ResolveTarget(folder, reader.Attribute("Target").value_or(""));
+      }
+      relationships.emplace(reader.Attribute("Id").value_or(""), std::move(relationship));
+    }
+  } catch (const XmlError& error) {
+    throw DamagedPart(part, error);
+  }
+}
+
+std::string FindWorkbookPart(ZipArchive& archive) {
+  if (!archive.Has("_rels/.rels")) {
+    const bool is_open_document = archive.Has("mimetype") && archive.Has("content.xml");
+    throw WorkbookError(is_open_document
+                            ? "this is an OpenDocument file; save it as .xlsx"
+                            : "this is a zip archive, but not an Excel workbook (.xlsx)");
+  }
+  for (const auto& [id, relationship] : ReadRelationships(archive, "")) {
+    if (relationship.type != "officeDocument" || relationship.part.empty()) continue;
+    if (relationship.part.ends_with(".bin")) {
+      throw WorkbookError("this is a binary workbook (.xlsb); save it as .xlsx");
+    }
+    return relationship.part;
+  }
+  throw WorkbookError("the part that holds the workbook is not named");
+}
+
+/// Reads the workbook part, event by event.
+class WorkbookPartReader {
+ public:
+  WorkbookPartReader(std::string_view xml, Relationships relationships)
+      : reader_(xml), relationships_(std::move(relationships)) {}
+
+  WorkbookParts Read() {
+    if (reader_.Next() != XmlReader::Event::kStart || reader_.name() != "workbook") {
+      throw WorkbookError("this is not an Excel workbook (.xlsx), but another kind of document");
+    }
+    while (true) {
+      const XmlReader::Event event = reader_.Next();
+      if (event == XmlReader::Event::kDone) break;
+      if (event == XmlReader::Event::kStart) ReadElement();
+    }
+    if (parts_.sheets.empty()) throw WorkbookError("the workbook has no sheets");
+    CheckNames();
+    for (const auto& [id, relationship] : relationships_) {
+      if (relationship.type == "sharedStrings" && !relationship.part.empty()) {
+        parts_.shared_strings = relationship.part;
+      }
+    }
+    return std::move(parts_);
+  }
+
+ private:
+  void ReadElement() {
+    const std::string_view name = reader_.name();
+    if (name == "workbookPr") {
+      parts_.date1904 = reader_.BooleanAttribute("date1904");
+    } else if (name == "sheet" && reader_.depth() == 3) {
+      ReadSheet();
+    } else if (name == "definedName") {
+      ReadName();
+    }
+  }
+
+  void ReadSheet() {
+    SheetPart sheet{FromUtf8(reader_.Attribute("name").value_or("")), {}};
+    const std::string shown = Printable(sheet.name);
+    if (sheet.name.empty()) throw WorkbookError("a sheet has no name");
+    if (!sheet_names_.insert(FoldCase(sheet.name)).second) {
+      throw WorkbookError(fmt::format("two sheets are named '{}'", shown));
+    }
+    const auto found = relationships_.find(reader_.PrefixedAttribute("id").value_or(""));
+    if (found == relationships_.end() || found->second.part.empty()) {
+      throw WorkbookError(fmt::format("the part of sheet '{}' is not named", shown));
+    }
+    if (found->second.type == "worksheet") {
+      sheet.part = found->second.part;
+      if (!sheet_parts_.insert(sheet.part).second) {
+        throw WorkbookError(fmt::format("sheet '{}' shares its part with another sheet", shown));
+      }
+    }
+    parts_.sheets.push_back(std::move(sheet));
+  }
+
+  void ReadName() {
+    DefinedName name;
+    name.name = FromUtf8(reader_.Attribute("name").value_or(""));
+    name.sheet = reader_.NumberAttribute("localSheetId");
+    // Macros' names, and those that Excel keeps for print areas, filters and the like.
+    const bool is_ours =
+        !reader_.BooleanAttribute("hidden") && !reader_.BooleanAttribute("function") &&
+        !reader_.BooleanAttribute("vbProcedure") && !name.name.starts_with(u"_xlnm.");
+    std::string text;
+    reader_.ReadText(text);
+    name.text = FromUtf8(text);
+    if (name.text.starts_with(u'=')) name.text.erase(0, 1);
+    if (is_ours) parts_.names.push_back(std::move(name));
+  }
+
+  void CheckNames() const {
+    std::set<std::pair<std::u16string, std::optional<std::uint32_t>>> seen;
+    for (const DefinedName& name : parts_.names) {
+      if (name.sheet && *name.sheet >= parts_.sheets.size()) {
+        throw WorkbookError(fmt::format("the name '{}' belongs to a sheet that does not exist",
+                                        Printable(name.name)));
+      }
+      if (!seen.emplace(FoldCase(name.name), name.sheet).second) {
+        throw WorkbookError(fmt::format("the name '{}' is defined twice", Printable(name.name)));
+      }
+    }
+  }
+
+  XmlReader reader_;
+  Relationships relationships_;
+  WorkbookParts parts_;
+  std::set<std::u16string> sheet_names_;
+  std::set<std::string> sheet_parts_;
+};
+
+}  // namespace
+
+DecodedXml ReadXmlPart(ZipArchive& archive, std::string_view part) {
+  try {
+    return DecodeXml(archive.Read(part));
+  } catch (const XmlError& error) {
+    throw DamagedPart(part, error);
+  }
+}
+
+WorkbookError DamagedPart(std::string_view part, const XmlError& error) {
+  return WorkbookError(fmt::format("part '{}' is damaged: {}", Printable(part), error.what()));
+}
+
+WorkbookParts ReadWorkbookParts(ZipArchive& archive) {
+  const std::string part = FindWorkbookPart(archive);
+  const DecodedXml xml = ReadXmlPart(archive, part);
+  try {
+    return WorkbookPartReader(xml.text, ReadRelationships(archive, part)).Read();
+  } catch (const XmlError& error) {
+    throw DamagedPart(part, error);
+  }
+}
+
+}  // namespace zavhost

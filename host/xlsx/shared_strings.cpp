@@ -1,0 +1,70 @@
+#include "host/xlsx/shared_strings.h"
+
+#include <fmt/format.h>
+
+#include "host/workbook/workbook.h"
+#include "host/xlsx/xml_text.h"
+
+namespace zavhost {
+namespace {
+
+bool IsSpace(char c) { return c == ' ' || c == '\n' || c == '\t'; }
+
+/// At the start of a t element: appends its text. White space at its ends counts only when asked
+/// for.
+void AppendRun(XmlReader& reader, std::string& text) {
+  const XmlAttribute* space = reader.FindAttribute("xml:space");
+  const bool preserved = space != nullptr && space->raw == "preserve";
+  const std::size_t start = text.size();
+  reader.ReadText(text);
+  if (preserved) return;
+  while (text.size() > start && IsSpace(text.back())) text.pop_back();
+  std::size_t first = start;
+  while (first < text.size() && IsSpace(text[first])) ++first;
+  text.erase(start, first - start);
+}
+
+}  // namespace
+
+std::u16string ReadRichText(XmlReader& reader, std::string& scratch) {
+  scratch.clear();
+  const std::size_t level = reader.depth();
+  while (true) {
+    const XmlReader::Event event = reader.Next();
+    if (event == XmlReader::Event::kEnd && reader.depth() == level) break;
+    if (event != XmlReader::Event::kStart) continue;
+    if (reader.name() == "t") {
+      AppendRun(reader, scratch);
+    } else if (reader.name() != "r") {
+      reader.SkipElement();
+    }
+  }
+  return UnescapeCellText(scratch);
+}
+
+std::vector<Text> ReadSharedStrings(std::string_view xml, std::size_t limit) {
+  std::vector<Text> strings;
+  const Text empty = MakeText(u"");
+  std::string scratch;
+  XmlReader reader(xml);
+  if (reader.Next() != XmlReader::Event::kStart || reader.name() != "sst") {
+    throw XmlError("it is no table of shared texts");
+  }
+  for (XmlReader::Event event = reader.Next(); event != XmlReader::Event::kDone;
+       event = reader.Next()) {
+    if (event != XmlReader::Event::kStart) continue;
+    if (reader.name() != "si") {
+      reader.SkipElement();
+      continue;
+    }
+    if (strings.size() >= limit) {
+      throw WorkbookError(fmt::format("it holds more than {} shared texts", limit));
+    }
+    std::u16string text = ReadRichText(reader, scratch);
+    strings.push_back(text.empty() ? empty
+                                   : std::make_shared<const std::u16string>(std::move(text)));
+  }
+  return strings;
+}
+
+}  // namespace zavhost

@@ -1,0 +1,295 @@
+#include "host/xlsx/sheet_reader.h"
+
+#include <fmt/format.h>
+
+#include <charconv>
+#include <cmath>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <unordered_map>
+
+#include "host/workbook/cell_names.h"
+#include "host/xlsx/iso_date.h"
+#include "host/xlsx/messages.h"
+#include "host/xlsx/shared_strings.h"
+#include "host/xlsx/sheet_positions.h"
+#include "host/xlsx/xml_reader.h"
+#include "host/xlsx/xml_text.h"
+
+namespace zavhost {
+namespace {
+
+constexpr std::size_t kLongestText = 32'767;
+
+using Event = XmlReader::Event;
+
+/// A number as XML schemas write doubles, without their infinities.
+std::optional<double> ParseDouble(std::string_view text) {
+  while (!text.empty() && (text.front() == ' ' || text.front() == '\n')) text.remove_prefix(1);
+  while (!text.empty() && (text.back() == ' ' || text.back() == '\n')) text.remove_suffix(1);
+  if (text.starts_with('+')) text.remove_prefix(1);
+  double number = 0.0;
+  const char* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  if (stop != end || text.empty()) return std::nullopt;
+  if (error == std::errc::result_out_of_range &&
+      text.find_first_of("-", 1) != std::string_view::npos)
+    return 0;
+  if (error != std::errc() || !std::isfinite(number)) return std::nullopt;
+  return number;
+}
+
+class SheetReader {
+ public:
+  SheetReader(std::string_view xml, std::uint32_t sheet, SheetReading& reading)
+      : reader_(xml),
+        sheet_index_(sheet),
+        reading_(reading),
+        workbook_(*reading.workbook),
+        sheet_(workbook_.sheets[sheet]) {}
+
+  void Read() {
+    if (reader_.Next() != Event::kStart || reader_.name() != "worksheet") {
+      throw XmlError("it is no worksheet");
+    }
+    for (Event event = reader_.Next(); event != Event::kDone; event = reader_.Next()) {
+      if (event != Event::kStart) continue;
+      if (reader_.name() == "sheetData") {
+        ReadRows();
+      } else {
+        if (reader_.name() == "sheetProtection") {
+          sheet_.set_protected(reader_.BooleanAttribute("sheet"));
+        }
+        reader_.SkipElement();
+      }
+    }
+    ResolveEarlyMembers();
+    sheet_.SortColumns();
+  }
+
+ private:
+  /// The text of a shared formula and the cell it was written for.
+  struct SharedFormula {
+    std::uint32_t text;
+    CellAddress origin;
+  };
+  struct StoredCell {
+    CellPosition position;
+    std::string type;
+    bool has_value = false;
+    bool has_formula = false;
+    std::string value;  // UTF-8, of v
+    std::optional<std::u16string> inline_text;
+  };
+
+  void ReadRows() {
+    reader_.ForEachChild("row", [this] {
+      positions_.StartRow(reader_);
+      reader_.ForEachChild("c", [this] { ReadCell(); });
+    });
+  }
+
+  void ReadCell() {
+    cell_.position = positions_.StartCell(reader_);
+    const XmlAttribute* type = reader_.FindAttribute("t");
+    cell_.type = type == nullptr ? "n" : type->raw;
+    cell_.has_value = cell_.has_formula = false;
+    cell_.value.clear();
+    cell_.inline_text.reset();
+    for (Event event = reader_.Next(); event != Event::kEnd; event = reader_.Next()) {
+      if (event != Event::kStart) continue;
+      if (reader_.name() == "v") {
+        cell_.has_value = true;
+        cell_.value.clear();
+        reader_.ReadText(cell_.value);
+      } else if (reader_.name() == "f") {
+        ReadFormula();
+      } else if (reader_.name() == "is") {
+        cell_.inline_text = ReadRichText(reader_, scratch_);
+      } else {
+        reader_.SkipElement();
+      }
+    }
+    StoreCell();
+  }
+
+  void StoreCell() {
+    Value value = CellValue();
+    const auto [row, column] = cell_.position;
+    if (!value.IsBlank()) {
+      TakeCells(1);
+      sheet_.Append(row, column, std::move(value));
+    } else if (cell_.has_formula) {
+      sheet_.Cover({row, column, row, column});
+    }
+  }
+
+  void TakeCells(std::uint64_t count) {
+    if (count > reading_.cells_left) throw XmlError("with it, there are more cells than are read");
+    reading_.cells_left -= count;
+  }
+
+  Value CellValue() {
+    const std::string& type = cell_.type;
+    if (type == "inlineStr") {
+      if (!cell_.inline_text) return {};
+      return TextValue(std::move(*cell_.inline_text));
+    }
+    if (!cell_.has_value) return {};
+    if (type == "str") return TextValue(UnescapeCellText(cell_.value));
+    if (cell_.value.empty()) return {};
+    if (type == "n") {
+      const std::optional<double> number = ParseDouble(cell_.value);
+      if (!number) RejectValue("a number");
+      return *number;
+    }
+    if (type == "s") return SharedText();
+    if (type == "b") {
+      const bool is_true = cell_.value == "1" || cell_.value == "true";
+      if (!is_true && cell_.value != "0" && cell_.value != "false") RejectValue("a boolean");
+      return is_true;
+    }
+    if (type == "e") {
+      return ErrorFromText(FromUtf8(cell_.value)).value_or(ErrorCode::kUnknown);
+    }
+    if (type == "d") {
+      const std::optional<double> serial = SerialFromIsoDate(cell_.value, workbook_.date1904);
+      if (!serial) RejectValue("a date");
+      return *serial;
+    }
+    throw XmlError(fmt::format("cell {} has the unknown type '{}'", CellText(), Printable(type)));
+  }
+
+  Value SharedText() const {
+    std::uint32_t index = 0;
+    const char* end = cell_.value.data() + cell_.value.size();
+    const auto [stop, error] = std::from_chars(cell_.value.data(), end, index);
+    if (error != std::errc() || stop != end) RejectValue("the number of a shared text");
+    if (index >= reading_.shared_strings->size()) {
+      throw XmlError(fmt::format("cell {} has shared text {}, and there are {}", CellText(), index,
+                                 reading_.shared_strings->size()));
+    }
+    const Text& text = (*reading_.shared_strings)[index];
+    CheckLength(text->size());
+    return text;
+  }
+
+  Value TextValue(std::u16string text) const {
+    CheckLength(text.size());
+    return std::make_shared<const std::u16string>(std::move(text));
+  }
+
+  void CheckLength(std::size_t length) const {
+    if (length > kLongestText) {
+      throw XmlError(
+          fmt::format("the text of cell {} has {} characters, and at most {} are allowed",
+                      CellText(), length, kLongestText));
+    }
+  }
+
+  [[noreturn]] void RejectValue(std::string_view wanted) const {
+    throw XmlError(fmt::format("cell {} holds '{}', which is not {}", CellText(),
+                               Printable(cell_.value), wanted));
+  }
+
+  std::string CellText() const { return ToUtf8(A1Text(cell_.position.row, cell_.position.column)); }
+
+  CellAddress Address() const { return {sheet_index_, cell_.position.row, cell_.position.column}; }
+
+  void ReadFormula() {
+    const XmlAttribute* type_attribute = reader_.FindAttribute("t");
+    const std::string_view type = type_attribute == nullptr ? "normal" : type_attribute->raw;
+    const std::optional<std::uint32_t> shared_index =
+        type == "shared" ? reader_.NumberAttribute("si") : std::nullopt;
+    std::optional<CellRange> array;
+    if (type == "array") array = ArrayRange();
+    scratch_.clear();
+    reader_.ReadText(scratch_);
+    if (type == "dataTable") return;
+    cell_.has_formula = true;
+    if (scratch_.starts_with('=')) scratch_.erase(0, 1);
+    if (scratch_.empty()) {
+      AddMember(shared_index);
+      return;
+    }
+    const auto text = static_cast<std::uint32_t>(workbook_.formula_texts.size());
+    workbook_.formula_texts.push_back(FromUtf8(scratch_));
+    workbook_.formulas.push_back({Address(), text, Address(), array});
+    if (shared_index) shared_.insert_or_assign(*shared_index, SharedFormula{text, Address()});
+  }
+
+  CellRange ArrayRange() {
+    const std::optional<std::string> text = reader_.Attribute("ref");
+    const std::optional<CellRange> range = text ? ParseRangeName(*text) : std::nullopt;
+    if (!range || range->first_row != cell_.position.row ||
+        range->first_column != cell_.position.column) {
+      throw XmlError(fmt::format("the array formula of cell {} does not say which cells it fills",
+                                 CellText()));
+    }
+    TakeCells(static_cast<std::uint64_t>(range->rows()) *
+              static_cast<std::uint64_t>(range->columns()));
+    sheet_.Cover(*range);
+    return *range;
+  }
+
+  /// A cell of a shared formula without a text of its own.
+  void AddMember(std::optional<std::uint32_t> shared_index) {
+    if (!shared_index) {
+      workbook_.unreadable_formulas.push_back(Address());
+      return;
+    }
+    const auto found = shared_.find(*shared_index);
+    if (found == shared_.end())
+      early_members_.push_back({workbook_.formulas.size(), *shared_index});
+    const SharedFormula shared = found == shared_.end() ? SharedFormula{} : found->second;
+    workbook_.formulas.push_back({Address(), shared.text, shared.origin, std::nullopt});
+  }
+
+  /// Members that stand before the cell with the text; those whose text never came are unreadable.
+  void ResolveEarlyMembers() {
+    std::vector<FormulaCell>& formulas = workbook_.formulas;
+    std::vector<bool> dropped;
+    for (const auto& [place, shared_index] : early_members_) {
+      const auto found = shared_.find(shared_index);
+      if (found != shared_.end()) {
+        formulas[place].text = found->second.text;
+        formulas[place].origin = found->second.origin;
+        continue;
+      }
+      workbook_.unreadable_formulas.push_back(formulas[place].address);
+      dropped.resize(formulas.size());
+      dropped[place] = true;
+    }
+    if (dropped.empty()) return;
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < formulas.size(); ++i) {
+      if (!dropped[i]) formulas[kept++] = formulas[i];
+    }
+    formulas.resize(kept);
+  }
+
+  struct EarlyMember {
+    std::size_t place;
+    std::uint32_t shared_index;
+  };
+
+  XmlReader reader_;
+  std::uint32_t sheet_index_;
+  SheetReading& reading_;
+  Workbook& workbook_;
+  Sheet& sheet_;
+  SheetPositions positions_;
+  StoredCell cell_;
+  std::string scratch_;
+  std::unordered_map<std::uint32_t, SharedFormula> shared_;
+  std::vector<EarlyMember> early_members_;
+};
+
+}  // namespace
+
+void ReadSheet(std::string_view xml, std::uint32_t sheet, SheetReading& reading) {
+  SheetReader(xml, sheet, reading).Read();
+}
+
+}  // namespace zavhost

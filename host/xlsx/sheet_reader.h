@@ -1,0 +1,23 @@
+#pragma once
+// Reading one sheet part into the workbook.
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "host/workbook/workbook.h"
+
+namespace zavhost {
+
+/// What is common to the sheets of one workbook while they are read.
+struct SheetReading {
+  Workbook* workbook = nullptr;
+  const std::vector<Text>* shared_strings = nullptr;
+  std::uint64_t cells_left = 0;  // stored cells and cells of array formulas
+};
+
+/// Reads values, formulas and protection of sheet number `sheet`. Throws XmlError and
+/// WorkbookError.
+void ReadSheet(std::string_view xml, std::uint32_t sheet, SheetReading& reading);
+
+}  // namespace zavhost

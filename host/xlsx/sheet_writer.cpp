@@ -1,0 +1,301 @@
+#include "host/xlsx/sheet_writer.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+#include "host/xlsx/sheet_positions.h"
+#include "host/xlsx/xml_reader.h"
+#include "host/xlsx/xml_text.h"
+
+namespace zavhost {
+namespace {
+
+using Event = XmlReader::Event;
+
+/// A value as a cell stores it: the cell's `t` attribute (empty: none) and the content of v.
+struct StoredValue {
+  std::string type;
+  std::string content;
+  bool is_blank = false;
+  bool preserves_space = false;
+};
+
+StoredValue Store(const Value& value) {
+  StoredValue stored;
+  if (const double* number = value.number(); number != nullptr && std::isfinite(*number)) {
+    stored.content = NumberText(*number);
+  } else if (number != nullptr) {
+    stored.type = "e";
+    stored.content = ToUtf8(ErrorText(ErrorCode::kNum));
+  } else if (const bool* boolean = value.boolean()) {
+    stored.type = "b";
+    stored.content = *boolean ? "1" : "0";
+  } else if (const ErrorCode* error = value.error()) {
+    stored.type = "e";
+    stored.content = ToUtf8(ErrorText(*error));
+  } else if (const std::u16string* text = value.text()) {
+    stored.type = "str";
+    AppendCellText(*text, stored.content);
+    stored.preserves_space = NeedsSpacePreserved(*text);
+  } else {
+    stored.is_blank = true;
+  }
+  return stored;
+}
+
+/// The prefix of a name with its colon: "x:" of "x:row".
+std::string_view PrefixOf(std::string_view qualified_name) {
+  return qualified_name.substr(0, qualified_name.rfind(':') + 1);
+}
+
+class SheetRewriter {
+ public:
+  SheetRewriter(std::string_view xml, const Sheet& sheet, const std::vector<CellPosition>& cells)
+      : xml_(xml), sheet_(sheet), cells_(cells), is_there_(cells.size()) {}
+
+  std::string Rewrite() {
+    FindPresentCells();
+    reader_ = XmlReader(xml_);
+    reader_.Next();
+    reader_.ForEachChild("sheetData", [this] { RewriteRows(); });
+    CopyUpTo(xml_.size());
+    return std::move(out_);
+  }
+
+ private:
+  /// Notes which of the cells and their rows the part has. A file may hold them in any order.
+  void FindPresentCells() {
+    XmlReader reader(xml_);
+    SheetPositions positions;
+    bool has_data = false;
+    reader.Next();
+    reader.ForEachChild("sheetData", [&] {
+      has_data = true;
+      reader.ForEachChild("row", [&] {
+        NoteRow(positions.StartRow(reader));
+        reader.ForEachChild("c", [&] {
+          const std::size_t place = PlaceOf(positions.StartCell(reader));
+          if (place < cells_.size()) is_there_[place] = true;
+          reader.SkipElement();
+        });
+      });
+    });
+    if (!has_data) throw XmlError("it holds no sheet data");
+    std::sort(rows_there_.begin(), rows_there_.end());
+  }
+
+  void NoteRow(std::int32_t row) {
+    const auto found = std::lower_bound(cells_.begin(), cells_.end(), CellPosition{row, 0});
+    if (found != cells_.end() && found->row == row) rows_there_.push_back(row);
+  }
+
+  /// The index of a cell among those to change, or their number.
+  std::size_t PlaceOf(const CellPosition& cell) const {
+    const auto found = std::lower_bound(cells_.begin(), cells_.end(), cell);
+    const bool is_it = found != cells_.end() && *found == cell;
+    return is_it ? static_cast<std::size_t>(found - cells_.begin()) : cells_.size();
+  }
+
+  void CopyUpTo(std::size_t place) {
+    out_.append(xml_.substr(copied_, place - copied_));
+    copied_ = place;
+  }
+
+  /// Writes an empty-element tag, which the reader is at, as a start tag.
+  void OpenEmptyElement() {
+    CopyUpTo(reader_.end() - 2);
+    out_ += '>';
+    copied_ = reader_.end();
+  }
+
+  void RewriteRows() {
+    prefix_ = PrefixOf(reader_.qualified_name());
+    const std::string data_name(reader_.qualified_name());
+    if (reader_.is_empty_element()) {
+      OpenEmptyElement();
+      AddRowsBefore(kSheetRows);
+      out_ += fmt::format("</{}>", data_name);
+      reader_.SkipElement();
+      return;
+    }
+    reader_.ForEachChild("row", [this] {
+      const std::int32_t row = positions_.StartRow(reader_);
+      CopyUpTo(reader_.begin());
+      AddRowsBefore(row);
+      RewriteRow(row);
+    });
+    CopyUpTo(reader_.begin());
+    AddRowsBefore(kSheetRows);
+  }
+
+  void RewriteRow(std::int32_t row) {
+    // The cells of this row that are to be made, if this is the first element for the row.
+    std::size_t missing = FirstMissing({row, 0});
+    const bool has_missing = missing < cells_.size() && cells_[missing].row == row;
+    const CellPosition row_end{row, kSheetColumns};
+    if (reader_.is_empty_element()) {
+      if (has_missing) {
+        const std::string name(reader_.qualified_name());
+        OpenEmptyElement();
+        AddCells(missing, row_end);
+        out_ += fmt::format("</{}>", name);
+      }
+      reader_.SkipElement();
+      return;
+    }
+    reader_.ForEachChild("c", [&] {
+      const CellPosition cell = positions_.StartCell(reader_);
+      CopyUpTo(reader_.begin());
+      if (has_missing) AddCells(missing, std::min(cell, row_end));
+      if (PlaceOf(cell) < cells_.size()) {
+        RewriteCell(cell);
+      } else {
+        reader_.SkipElement();
+      }
+    });
+    CopyUpTo(reader_.begin());
+    if (has_missing) AddCells(missing, row_end);
+  }
+
+  /// The first cell from `from` on that the part does not have yet.
+  std::size_t FirstMissing(const CellPosition& from) const {
+    auto place = static_cast<std::size_t>(std::lower_bound(cells_.begin(), cells_.end(), from) -
+                                          cells_.begin());
+    while (place < cells_.size() && cells_[place].row == from.row && is_there_[place]) ++place;
+    return place;
+  }
+
+  /// Makes the missing cells before `end` in its row, beginning with number `place`.
+  void AddCells(std::size_t& place, const CellPosition& end) {
+    for (; place < cells_.size() && cells_[place] < end; ++place) {
+      if (is_there_[place]) continue;
+      AddCell(cells_[place]);
+      is_there_[place] = true;
+    }
+  }
+
+  /// Makes rows that the part does not have, up to `end`, with their cells.
+  void AddRowsBefore(std::int32_t end) {
+    while (next_row_place_ < cells_.size() && cells_[next_row_place_].row < end) {
+      const std::int32_t row = cells_[next_row_place_].row;
+      std::size_t place = next_row_place_;
+      while (next_row_place_ < cells_.size() && cells_[next_row_place_].row == row) {
+        ++next_row_place_;
+      }
+      if (std::binary_search(rows_there_.begin(), rows_there_.end(), row)) continue;
+      out_ += fmt::format("<{}row r=\"{}\">", prefix_, row + 1);
+      AddCells(place, {row, kSheetColumns});
+      out_ += fmt::format("</{}row>", prefix_);
+    }
+  }
+
+  void AddCell(const CellPosition& cell) {
+    const StoredValue stored = Store(sheet_.At(cell.row, cell.column));
+    if (stored.is_blank) return;
+    out_ += fmt::format("<{}c r=\"{}\"", prefix_, ToUtf8(A1Text(cell.row, cell.column)));
+    if (!stored.type.empty()) out_ += fmt::format(" t=\"{}\"", stored.type);
+    out_ += '>';
+    AddValueElement(stored);
+    out_ += fmt::format("</{}c>", prefix_);
+  }
+
+  void AddValueElement(const StoredValue& stored) {
+    if (stored.is_blank) return;
+    out_ += fmt::format("<{}v{}>{}</{}v>", prefix_,
+                        stored.preserves_space ? " xml:space=\"preserve\"" : "", stored.content,
+                        prefix_);
+  }
+
+  /// At the start of a cell: writes it with its new value.
+  void RewriteCell(const CellPosition& cell) {
+    const StoredValue stored = Store(sheet_.At(cell.row, cell.column));
+    const std::string name(reader_.qualified_name());
+    const bool is_empty = reader_.is_empty_element();
+    RewriteStartTag(stored.type);
+    if (is_empty) {
+      reader_.SkipElement();
+      if (stored.is_blank) return;
+      out_.resize(out_.size() - 2);  // "/>"
+      out_ += '>';
+      AddValueElement(stored);
+      out_ += fmt::format("</{}>", name);
+      return;
+    }
+    // The value's place is behind the formula; without one it comes first.
+    std::size_t value_place = out_.size();
+    for (Event event = reader_.Next(); event != Event::kEnd; event = reader_.Next()) {
+      if (event != Event::kStart) continue;
+      const bool is_value = reader_.name() == "v" || reader_.name() == "is";
+      const bool is_formula = reader_.name() == "f";
+      CopyUpTo(reader_.begin());
+      reader_.SkipElement();
+      if (is_value) copied_ = reader_.end();
+      CopyUpTo(reader_.end());
+      if (is_formula) value_place = out_.size();
+    }
+    CopyUpTo(reader_.begin());
+    std::string rest = out_.substr(value_place);
+    out_.resize(value_place);
+    AddValueElement(stored);
+    out_ += rest;
+    CopyUpTo(reader_.end());
+  }
+
+  /// Copies the start tag with its `t` attribute changed, added or taken away.
+  void RewriteStartTag(std::string_view type) {
+    const XmlAttribute* old_type = reader_.FindAttribute("t");
+    if (old_type != nullptr) {
+      const auto name_begin = static_cast<std::size_t>(old_type->name.data() - xml_.data());
+      const auto value_begin = static_cast<std::size_t>(old_type->raw.data() - xml_.data());
+      const std::size_t value_end = value_begin + old_type->raw.size();
+      if (type.empty()) {
+        CopyUpTo(xml_.find_last_not_of(" \t\r\n", name_begin - 1) + 1);
+        copied_ = value_end + 1;
+      } else {
+        CopyUpTo(value_begin);
+        out_ += type;
+        copied_ = value_end;
+      }
+    } else if (!type.empty()) {
+      const std::vector<XmlAttribute>& attributes = reader_.attributes();
+      const std::string_view last =
+          attributes.empty() ? reader_.qualified_name() : attributes.back().raw;
+      CopyUpTo(static_cast<std::size_t>(last.data() - xml_.data()) + last.size() +
+               (attributes.empty() ? 0 : 1));
+      out_ += fmt::format(" t=\"{}\"", type);
+    }
+    CopyUpTo(reader_.end());
+  }
+
+  std::string_view xml_;
+  const Sheet& sheet_;
+  const std::vector<CellPosition>& cells_;
+  std::vector<bool> is_there_;            // of cells_: in the part, or made by now
+  std::vector<std::int32_t> rows_there_;  // rows of cells_ that the part has, ascending
+  XmlReader reader_{""};
+  SheetPositions positions_;
+  std::string prefix_;
+  std::string out_;
+  std::size_t copied_ = 0;          // of xml_
+  std::size_t next_row_place_ = 0;  // of cells_: rows before it are done
+};
+
+}  // namespace
+
+std::string NumberText(double number) {
+  char buffer[32];
+  const std::to_chars_result result = std::to_chars(buffer, buffer + sizeof buffer, number);
+  std::string text(buffer, result.ptr);
+  std::replace(text.begin(), text.end(), 'e', 'E');
+  return text;
+}
+
+std::string RewriteSheet(std::string_view xml, const Sheet& sheet,
+                         const std::vector<CellPosition>& cells) {
+  return SheetRewriter(xml, sheet, cells).Rewrite();
+}
+
+}  // namespace zavhost

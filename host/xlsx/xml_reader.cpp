@@ -1,0 +1,257 @@
+#include "host/xlsx/xml_reader.h"
+
+#include <fmt/format.h>
+
+#include <charconv>
+#include <cstdint>
+#include <system_error>
+
+#include "host/xlsx/xml_text.h"
+
+namespace zavhost {
+namespace {
+
+constexpr std::size_t kMaxDepth = 200;
+constexpr std::size_t kMaxAttributes = 500;
+
+bool IsWhiteSpace(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; }
+
+bool IsNameEnd(char c) {
+  return IsWhiteSpace(c) || c == '>' || c == '/' || c == '=' || c == '<' || c == '"' || c == '\'';
+}
+
+std::string_view LocalName(std::string_view name) {
+  const std::size_t colon = name.rfind(':');
+  return colon == std::string_view::npos ? name : name.substr(colon + 1);
+}
+
+}  // namespace
+
+XmlReader::XmlReader(std::string_view document) : document_(document) {
+  if (document_.starts_with("\xEF\xBB\xBF")) position_ = 3;
+}
+
+void XmlReader::Fail(std::string_view reason) const {
+  throw XmlError(fmt::format("{} (at byte {})", reason, begin_));
+}
+
+XmlReader::Event XmlReader::Next() {
+  if (closes_) {
+    open_.pop_back();
+    closes_ = false;
+  }
+  if (end_is_pending_) {
+    end_is_pending_ = false;
+    closes_ = true;
+    return Event::kEnd;
+  }
+  while (position_ < document_.size()) {
+    begin_ = position_;
+    if (document_[position_] == '<') {
+      Event event = Event::kDone;
+      if (ReadMarkup(event)) return event;
+      continue;
+    }
+    position_ = std::min(document_.find('<', position_), document_.size());
+    text_ = document_.substr(begin_, position_ - begin_);
+    literal_text_ = false;
+    if (!open_.empty()) return Event::kText;
+    for (const char c : text_) {
+      if (!IsWhiteSpace(c)) Fail("text outside of every element");
+    }
+  }
+  begin_ = position_;
+  if (!open_.empty()) Fail("it ends in the middle of an element");
+  if (!has_root_) Fail("it holds no element");
+  return Event::kDone;
+}
+
+/// Reads what begins with "<". False for what is no event: comments and processing instructions.
+bool XmlReader::ReadMarkup(Event& event) {
+  const std::string_view rest = document_.substr(position_);
+  if (rest.starts_with("<!")) {
+    event = Event::kText;
+    return ReadDeclaration();
+  }
+  if (rest.starts_with("<?")) {
+    SkipMarkup("<?", "?>");
+    return false;
+  }
+  if (rest.starts_with("</")) {
+    ReadEndTag();
+    event = Event::kEnd;
+  } else {
+    ReadStartTag();
+    event = Event::kStart;
+  }
+  return true;
+}
+
+/// Comments are skipped; true for a CDATA section.
+bool XmlReader::ReadDeclaration() {
+  constexpr std::string_view kLiteral = "<![CDATA[";
+  const std::string_view rest = document_.substr(position_, kLiteral.size());
+  if (rest.starts_with("<!--")) {
+    SkipMarkup("<!--", "-->");
+    return false;
+  }
+  if (rest != kLiteral) Fail("it declares a document type, which no workbook needs");
+  if (open_.empty()) Fail("text outside of every element");
+  SkipMarkup(kLiteral, "]]>");
+  text_ = document_.substr(begin_ + kLiteral.size(), position_ - begin_ - kLiteral.size() - 3);
+  literal_text_ = true;
+  return true;
+}
+
+void XmlReader::SkipMarkup(std::string_view opening, std::string_view closing) {
+  const std::size_t found = document_.find(closing, position_ + opening.size());
+  if (found == std::string_view::npos) Fail(fmt::format("'{}' without '{}'", opening, closing));
+  position_ = found + closing.size();
+}
+
+void XmlReader::SkipWhiteSpace() {
+  while (position_ < document_.size() && IsWhiteSpace(document_[position_])) ++position_;
+}
+
+std::string_view XmlReader::ReadName() {
+  const std::size_t start = position_;
+  while (position_ < document_.size() && !IsNameEnd(document_[position_])) ++position_;
+  if (position_ == start) Fail("a name is missing in a tag");
+  return document_.substr(start, position_ - start);
+}
+
+void XmlReader::SetName(std::string_view name) {
+  qualified_name_ = name;
+  local_name_ = LocalName(name);
+}
+
+void XmlReader::ReadStartTag() {
+  if (open_.empty() && has_root_) Fail("a second root element");
+  if (open_.size() >= kMaxDepth) Fail("elements are nested too deeply");
+  ++position_;
+  SetName(ReadName());
+  attributes_.clear();
+  empty_element_ = false;
+  while (true) {
+    SkipWhiteSpace();
+    if (position_ >= document_.size()) Fail("it ends in the middle of a tag");
+    if (document_[position_] == '>') break;
+    if (document_.substr(position_, 2) == "/>") {
+      empty_element_ = end_is_pending_ = true;
+      ++position_;
+      break;
+    }
+    ReadAttribute();
+  }
+  ++position_;
+  has_root_ = true;
+  open_.push_back(qualified_name_);
+}
+
+void XmlReader::ReadAttribute() {
+  if (attributes_.size() >= kMaxAttributes) Fail("a tag has too many attributes");
+  const std::string_view name = ReadName();
+  SkipWhiteSpace();
+  if (position_ >= document_.size() || document_[position_] != '=') {
+    Fail("an attribute without a value");
+  }
+  ++position_;
+  SkipWhiteSpace();
+  const char quote = position_ < document_.size() ? document_[position_] : ' ';
+  if (quote != '"' && quote != '\'') Fail("an attribute's value is not in quotes");
+  const std::size_t start = position_ + 1;
+  const std::size_t finish = document_.find(quote, start);
+  if (finish == std::string_view::npos) Fail("an attribute's value does not end");
+  attributes_.push_back({name, document_.substr(start, finish - start)});
+  if (attributes_.back().raw.find('<') != std::string_view::npos) {
+    Fail("'<' in an attribute's value");
+  }
+  position_ = finish + 1;
+}
+
+void XmlReader::ReadEndTag() {
+  position_ += 2;
+  SetName(ReadName());
+  SkipWhiteSpace();
+  if (position_ >= document_.size() || document_[position_] != '>') Fail("an end tag does not end");
+  ++position_;
+  if (open_.empty() || open_.back() != qualified_name_) Fail("an end tag without its start tag");
+  closes_ = true;
+}
+
+const XmlAttribute* XmlReader::FindAttribute(std::string_view name) const {
+  for (const XmlAttribute& attribute : attributes_) {
+    if (attribute.name == name) return &attribute;
+  }
+  return nullptr;
+}
+
+std::string XmlReader::Decoded(const XmlAttribute& attribute) const {
+  std::string value;
+  if (!AppendDecoded(attribute.raw, XmlPlace::kAttribute, value)) {
+    Fail("an entity that XML does not define");
+  }
+  return value;
+}
+
+std::optional<std::string> XmlReader::Attribute(std::string_view name) const {
+  const XmlAttribute* attribute = FindAttribute(name);
+  if (attribute == nullptr) return std::nullopt;
+  return Decoded(*attribute);
+}
+
+std::optional<std::string> XmlReader::PrefixedAttribute(std::string_view local_name) const {
+  for (const XmlAttribute& attribute : attributes_) {
+    if (attribute.name.size() > local_name.size() && LocalName(attribute.name) == local_name &&
+        !attribute.name.starts_with("xmlns:")) {
+      return Decoded(attribute);
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<std::uint32_t> XmlReader::NumberAttribute(std::string_view name) const {
+  const XmlAttribute* attribute = FindAttribute(name);
+  if (attribute == nullptr) return std::nullopt;
+  const std::string_view raw = attribute->raw;
+  std::uint32_t number = 0;
+  const auto [end, error] = std::from_chars(raw.data(), raw.data() + raw.size(), number);
+  if (error != std::errc() || end != raw.data() + raw.size()) {
+    Fail(fmt::format("attribute '{}' of <{}> is no valid whole number", name, local_name_));
+  }
+  return number;
+}
+
+bool XmlReader::BooleanAttribute(std::string_view name) const {
+  const XmlAttribute* attribute = FindAttribute(name);
+  return attribute != nullptr &&
+         (attribute->raw == "1" || attribute->raw == "true" || attribute->raw == "on");
+}
+
+void XmlReader::SkipElement() {
+  const std::size_t level = depth();
+  while (Next() != Event::kEnd || depth() != level) {
+  }
+}
+
+void XmlReader::ReadText(std::string& text) {
+  while (true) {
+    switch (Next()) {
+      case Event::kText:
+        AppendText(text);
+        break;
+      case Event::kStart:
+        SkipElement();
+        break;
+      default:
+        return;
+    }
+  }
+}
+
+void XmlReader::AppendText(std::string& text) const {
+  const XmlPlace place = literal_text_ ? XmlPlace::kLiteral : XmlPlace::kText;
+  if (!AppendDecoded(text_, place, text)) Fail("an entity that XML does not define");
+}
+
+}  // namespace zavhost

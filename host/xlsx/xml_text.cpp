@@ -1,0 +1,216 @@
+#include "host/xlsx/xml_text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <optional>
+#include <system_error>
+
+#include "host/workbook/value.h"
+#include "host/xlsx/messages.h"
+#include "host/xlsx/xml_reader.h"
+
+namespace zavhost {
+namespace {
+
+bool StartsWith(std::string_view bytes, std::initializer_list<unsigned char> start) {
+  return bytes.size() >= start.size() &&
+         std::equal(start.begin(), start.end(), bytes.begin(), [](unsigned char wanted, char byte) {
+           return wanted == static_cast<unsigned char>(byte);
+         });
+}
+
+XmlEncoding DetectEncoding(std::string_view bytes) {
+  if (StartsWith(bytes, {0xFF, 0xFE}) || StartsWith(bytes, {'<', 0})) {
+    return XmlEncoding::kUtf16LittleEndian;
+  }
+  if (StartsWith(bytes, {0xFE, 0xFF}) || StartsWith(bytes, {0, '<'})) {
+    return XmlEncoding::kUtf16BigEndian;
+  }
+  return XmlEncoding::kUtf8;
+}
+
+std::string Utf8FromUtf16(std::string_view bytes, bool big_endian) {
+  if (bytes.size() % 2 != 0) throw XmlError("its UTF-16 text ends in the middle of a character");
+  std::u16string units(bytes.size() / 2, u'\0');
+  for (std::size_t i = 0; i < units.size(); ++i) {
+    const auto first = static_cast<unsigned char>(bytes[2 * i]);
+    const auto second = static_cast<unsigned char>(bytes[2 * i + 1]);
+    units[i] = static_cast<char16_t>(big_endian ? first << 8 | second : second << 8 | first);
+  }
+  return ToUtf8(units);
+}
+
+/// The encoding that the XML declaration names, in lower case; empty when it names none.
+std::string DeclaredEncoding(std::string_view text) {
+  if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
+  if (!text.starts_with("<?xml")) return {};
+  const std::string_view declaration = text.substr(0, text.find("?>"));
+  const std::size_t place = declaration.find("encoding");
+  if (place == std::string_view::npos) return {};
+  const std::size_t start = declaration.find_first_of("\"'", place);
+  if (start == std::string_view::npos) return {};
+  const std::size_t finish = declaration.find(declaration[start], start + 1);
+  std::string name(declaration.substr(start + 1, std::min<std::size_t>(finish - start - 1, 40)));
+  std::transform(name.begin(), name.end(), name.begin(),
+                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+  return name;
+}
+
+void CheckCharacters(std::string_view text) {
+  bool only_ascii = true;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r') {
+      throw XmlError("it holds a control character");
+    }
+    only_ascii = only_ascii && byte < 0x80;
+  }
+  if (!only_ascii && !IsValidUtf8(text)) throw XmlError("it holds bytes that are not UTF-8");
+}
+
+/// The character that the name of an entity stands for, without "&" and ";".
+std::optional<char32_t> EntityCharacter(std::string_view name) {
+  if (name == "amp") return U'&';
+  if (name == "lt") return U'<';
+  if (name == "gt") return U'>';
+  if (name == "quot") return U'"';
+  if (name == "apos") return U'\'';
+  if (!name.starts_with('#')) return std::nullopt;
+  name.remove_prefix(1);
+  const int base = name.starts_with('x') ? 16 : 10;
+  if (base == 16) name.remove_prefix(1);
+  std::uint32_t code = 0;
+  const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), code, base);
+  if (error != std::errc() || end != name.data() + name.size() || code == 0 || code > 0x10FFFF ||
+      (code >= 0xD800 && code <= 0xDFFF)) {
+    return std::nullopt;
+  }
+  return static_cast<char32_t>(code);
+}
+
+/// The code unit of an escape _xHHHH_ at the front of `text`.
+template <typename Char>
+std::optional<char16_t> EscapedUnit(std::basic_string_view<Char> text) {
+  if (text.size() < 7 || text[0] != '_' || text[1] != 'x' || text[6] != '_') return std::nullopt;
+  std::uint32_t unit = 0;
+  for (std::size_t i = 2; i < 6; ++i) {
+    const auto c = static_cast<std::uint32_t>(text[i]);
+    const std::uint32_t lower = c | 0x20u;
+    if (c >= '0' && c <= '9') {
+      unit = unit << 4 | (c - '0');
+    } else if (lower >= 'a' && lower <= 'f') {
+      unit = unit << 4 | (lower - 'a' + 10);
+    } else {
+      return std::nullopt;
+    }
+  }
+  return static_cast<char16_t>(unit);
+}
+
+bool IsSurrogate(char16_t unit) { return unit >= 0xD800 && unit <= 0xDFFF; }
+
+}  // namespace
+
+DecodedXml DecodeXml(std::string bytes) {
+  DecodedXml decoded;
+  decoded.encoding = DetectEncoding(bytes);
+  if (decoded.encoding == XmlEncoding::kUtf8) {
+    const std::string declared = DeclaredEncoding(bytes);
+    if (!declared.empty() && declared != "utf-8" && declared != "us-ascii") {
+      throw XmlError(fmt::format("it is written in '{}', and only UTF-8 and UTF-16 are read",
+                                 Printable(declared)));
+    }
+    decoded.text = std::move(bytes);
+  } else {
+    decoded.text = Utf8FromUtf16(bytes, decoded.encoding == XmlEncoding::kUtf16BigEndian);
+  }
+  CheckCharacters(decoded.text);
+  return decoded;
+}
+
+std::string EncodeXml(std::string text, XmlEncoding encoding) {
+  if (encoding == XmlEncoding::kUtf8) return text;
+  std::string bytes;
+  for (const char16_t unit : FromUtf8(text)) {
+    const char low = static_cast<char>(unit & 0xFF);
+    const char high = static_cast<char>(unit >> 8);
+    bytes.push_back(encoding == XmlEncoding::kUtf16BigEndian ? high : low);
+    bytes.push_back(encoding == XmlEncoding::kUtf16BigEndian ? low : high);
+  }
+  return bytes;
+}
+
+bool AppendDecoded(std::string_view raw, XmlPlace place, std::string& out) {
+  const std::string_view special = place == XmlPlace::kAttribute ? "&\r\n\t" : "&\r";
+  while (true) {
+    const std::size_t next = raw.find_first_of(special);
+    out.append(raw.substr(0, next));
+    if (next == std::string_view::npos) return true;
+    raw.remove_prefix(next);
+    if (raw.front() == '&' && place != XmlPlace::kLiteral) {
+      const std::size_t semicolon = raw.substr(0, 12).find(';');
+      if (semicolon == std::string_view::npos) return false;
+      const std::optional<char32_t> code = EntityCharacter(raw.substr(1, semicolon - 1));
+      if (!code) return false;
+      AppendUtf8(*code, out);
+      raw.remove_prefix(semicolon + 1);
+    } else {
+      const bool line_end = raw.starts_with("\r\n");
+      out.push_back(place == XmlPlace::kAttribute ? ' ' : raw.front() == '\r' ? '\n' : raw.front());
+      raw.remove_prefix(line_end ? 2 : 1);
+    }
+  }
+}
+
+std::u16string UnescapeCellText(std::string_view stored) {
+  std::u16string text = FromUtf8(stored);
+  std::size_t escape = text.find(u"_x");
+  if (escape == std::u16string::npos) return text;
+  std::size_t kept = escape;
+  for (std::size_t i = escape; i < text.size(); ++kept) {
+    const std::optional<char16_t> unit = EscapedUnit(std::u16string_view(text).substr(i));
+    text[kept] = unit ? *unit : text[i];
+    i += unit ? std::size_t{7} : std::size_t{1};
+  }
+  text.resize(kept);
+  return text;
+}
+
+void AppendCellText(std::u16string_view text, std::string& out) {
+  const auto append_escape = [&out](char16_t unit) {
+    fmt::format_to(std::back_inserter(out), "_x{:04X}_", static_cast<unsigned>(unit));
+  };
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char16_t unit = text[i];
+    const bool is_pair = unit >= 0xD800 && unit <= 0xDBFF && i + 1 < text.size() &&
+                         text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF;
+    if (unit == u'&') {
+      out += "&amp;";
+    } else if (unit == u'<') {
+      out += "&lt;";
+    } else if (unit == u'>') {
+      out += "&gt;";
+    } else if (is_pair) {
+      out += ToUtf8(text.substr(i++, 2));
+    } else if ((unit < 0x20 && unit != u'\t' && unit != u'\n') || unit >= 0xFFFE ||
+               IsSurrogate(unit) || EscapedUnit(text.substr(i))) {
+      append_escape(unit);
+    } else {
+      AppendUtf8(unit, out);
+    }
+  }
+}
+
+bool NeedsSpacePreserved(std::u16string_view text) {
+  const auto is_space = [](char16_t unit) {
+    return unit == u' ' || unit == u'\t' || unit == u'\n';
+  };
+  return !text.empty() && (is_space(text.front()) || is_space(text.back()) ||
+                           text.find_first_of(u"\t\n") != std::u16string_view::npos ||
+                           text.find(u"  ") != std::u16string_view::npos);
+}
+
+}  // namespace zavhost

@@ -1,0 +1,139 @@
+#include "diagnostics/log.h"
+
+#include <chrono>
+#include <memory>
+#include <system_error>
+
+#include "platform/clock.h"
+#include "platform/operating_system.h"
+#include "platform/utf.h"
+
+namespace zavrel {
+namespace {
+
+constexpr const char* kFlushThreadName = "WorkerThread<class LogFile>::threadProc";
+constexpr auto kWakePeriod = std::chrono::milliseconds(1);
+constexpr auto kFlushPeriod = std::chrono::milliseconds(500);
+
+// The second name is what comes of saving the first with an editor that hides extensions.
+bool MarkerStandsIn(const std::filesystem::path& folder) {
+  std::error_code ignored;
+  return std::filesystem::is_regular_file(folder / "BrennicLoggingDetail.txt", ignored) ||
+         std::filesystem::is_regular_file(folder / "BrennicLoggingDetail.txt.txt", ignored);
+}
+
+std::unique_ptr<LogFile>& SessionLog() {
+  // Never destroyed: a process that ends without closing the session has no flush thread left to
+  // wait for.
+  static auto* log = new std::unique_ptr<LogFile>;
+  return *log;
+}
+
+std::atomic<LogFile*> current_log = nullptr;
+std::atomic<LogFile*> enabled_log = nullptr;
+
+}  // namespace
+
+LogFile::LogFile(const std::filesystem::path& folder, std::string_view name, Flush flush)
+    : path_(folder / (Utf16FromUtf8(name) + u".log")) {
+  std::error_code ignored;
+  std::filesystem::remove(path_, ignored);
+  if (!MarkerStandsIn(folder)) return;
+  file_.open(path_, std::ios::binary | std::ios::trunc);
+  enabled_ = file_.is_open();
+  Write({LocalTimeText(), "\n"});
+  if (enabled_ && flush == Flush::kInBackground) StartFlushing();
+}
+
+LogFile::~LogFile() {
+  closing_ = true;
+  if (thread_.joinable()) thread_.join();
+}
+
+void LogFile::Write(std::initializer_list<std::string_view> parts) noexcept {
+  if (!enabled_) return;
+  try {
+    const std::lock_guard guard(file_mutex_);
+    for (const std::string_view part : parts)
+      file_.write(part.data(), static_cast<std::streamsize>(part.size()));
+    if (thread_runs_)
+      unflushed_ = true;
+    else
+      file_.flush();
+  } catch (...) {  // a log never disturbs what it logs
+  }
+}
+
+void LogFile::StartFlushing() {
+  try {
+    thread_ = std::thread([this] { FlushUntilClosed(); });
+  } catch (const std::system_error&) {  // no thread to be had: each write flushes
+    return;
+  }
+  while (!thread_runs_) std::this_thread::yield();
+}
+
+void LogFile::FlushUntilClosed() {
+  NameThisThread(kFlushThreadName);
+  auto flushed_at = std::chrono::steady_clock::now();
+  thread_runs_ = true;
+  while (!closing_) {
+    std::this_thread::sleep_for(kWakePeriod);
+    const auto now = std::chrono::steady_clock::now();
+    if (now - flushed_at < kFlushPeriod) continue;
+    const std::lock_guard guard(file_mutex_);
+    if (unflushed_) file_.flush();
+    unflushed_ = false;
+    flushed_at = now;
+  }
+}
+
+LogFile& OpenLog(const std::filesystem::path& folder, std::string_view name) {
+  CloseLog();
+  SessionLog() = std::make_unique<LogFile>(folder, name, LogFile::Flush::kInBackground);
+  LogFile& log = *SessionLog();
+  current_log = &log;
+  enabled_log = log.enabled() ? &log : nullptr;
+  return log;
+}
+
+void CloseLog() {
+  enabled_log = nullptr;
+  current_log = nullptr;
+  SessionLog().reset();
+}
+
+LogFile* CurrentLog() { return current_log.load(std::memory_order_acquire); }
+
+LogFile* EnabledLog() { return enabled_log.load(std::memory_order_acquire); }
+
+void ScopedTrace::Enter() noexcept {
+  LogFile* log = EnabledLog();
+  if (log == nullptr) return;
+  entered_ = true;
+  if (detail_.empty())
+    log->Write({"===== ", operation_, " enter =====\n"});
+  else
+    log->Write({"===== ", operation_, " (", detail_, ") enter =====\n"});
+}
+
+// Asks for the log anew: the operation may have been the one that closes it.
+ScopedTrace::~ScopedTrace() {
+  LogFile* log = entered_ ? EnabledLog() : nullptr;
+  if (log == nullptr) return;
+  if (has_result_)
+    log->Write({"===== ", operation_, " (", detail_, ") = ", result_, " exit =====\n"});
+  else
+    log->Write({"===== ", operation_, " (", detail_, ") exit =====\n"});
+}
+
+void ScopedTrace::SetResult(std::string_view result) noexcept {
+  if (!entered_) return;
+  try {
+    result_ = result;
+    has_result_ = true;
+  } catch (...) {  // the exit line goes without it
+  }
+}
+
+}  // namespace zavrel

@@ -1,0 +1,108 @@
+#pragma once
+// The diagnostic log: a text file in the temporary folder, written only where a user put the marker
+// file "BrennicLoggingDetail.txt" beside it.
+
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <initializer_list>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <type_traits>
+
+namespace zavrel {
+
+/// One log file, from opening to closing. Text is UTF-8 with plain line feeds. Every write may come
+/// from any thread; a log that is disabled, or whose file cannot be written, swallows all of them.
+class LogFile {
+ public:
+  enum class Flush {
+    kEachWrite,     // nothing is lost when the process dies
+    kInBackground,  // a thread flushes at most every 500 ms; at most that much is lost
+  };
+
+  /// Starts "<name>.log" in the folder afresh: an old one is deleted, even when the log is
+  /// disabled. The first line is the local time.
+  LogFile(const std::filesystem::path& folder, std::string_view name, Flush flush);
+  /// Ends the thread, flushes and closes.
+  ~LogFile();
+  LogFile(const LogFile&) = delete;
+  LogFile& operator=(const LogFile&) = delete;
+
+  const std::filesystem::path& path() const { return path_; }
+  bool enabled() const { return enabled_; }
+
+  /// Appends the parts as they are, together; a line brings its own "\n".
+  void Write(std::initializer_list<std::string_view> parts) noexcept;
+  void Write(std::string_view text) noexcept { Write({text}); }
+
+ private:
+  void StartFlushing();
+  void FlushUntilClosed();
+
+  std::filesystem::path path_;
+  bool enabled_ = false;
+  std::mutex file_mutex_;
+  std::ofstream file_;
+  bool unflushed_ = false;
+  std::atomic<bool> thread_runs_ = false;
+  std::atomic<bool> closing_ = false;
+  std::thread thread_;
+};
+
+/// Makes this the session's log, with a background flush when it is enabled; closes the one before.
+LogFile& OpenLog(const std::filesystem::path& folder, std::string_view name);
+void CloseLog();
+/// The session's log; null when there is none.
+LogFile* CurrentLog();
+
+/// The session's log when it is there and enabled, else null: what a writer asks for before it goes
+/// to the trouble of composing a line. Costs next to nothing.
+LogFile* EnabledLog();
+
+/// Brackets an operation in the session's log, from construction to destruction.
+class ScopedTrace {
+ public:
+  /// `operation` must outlive the trace.
+  explicit ScopedTrace(std::string_view operation) noexcept : operation_(operation) {
+    if (EnabledLog() != nullptr) Enter();
+  }
+  /// `compose` gives the detail as UTF-8 text and is only called when the log is enabled.
+  template <typename Compose>
+  requires std::is_invocable_r_v<std::string, Compose> ScopedTrace(std::string_view operation,
+                                                                   Compose&& compose)
+  noexcept : operation_(operation) {
+    if (EnabledLog() != nullptr) EnterWith(compose);
+  }
+  ScopedTrace(std::string_view operation, std::string_view detail) noexcept
+      : ScopedTrace(operation, [&] { return std::string(detail); }) {}
+  ~ScopedTrace();
+  ScopedTrace(const ScopedTrace&) = delete;
+  ScopedTrace& operator=(const ScopedTrace&) = delete;
+
+  /// True when the trace is written: ask before composing a result.
+  bool active() const { return entered_; }
+  /// The exit line tells this result.
+  void SetResult(std::string_view result) noexcept;
+
+ private:
+  void Enter() noexcept;
+  template <typename Compose>
+  void EnterWith(Compose&& compose) noexcept {
+    try {
+      detail_ = compose();
+    } catch (...) {  // the trace goes without its detail
+    }
+    Enter();
+  }
+
+  std::string_view operation_;
+  std::string detail_;
+  std::string result_;
+  bool entered_ = false;
+  bool has_result_ = false;
+};
+
+}  // namespace zavrel

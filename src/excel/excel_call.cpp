@@ -1,0 +1,70 @@
+#include "excel/excel_call.h"
+
+#include <atomic>
+#include <cstring>
+
+namespace zavrel {
+namespace {
+
+constinit std::atomic<Excel12Callback> excel_callback{nullptr};
+
+/// Excel's messages are enabled while this lives. A bracket holds exactly one call.
+class MessageBracket {
+ public:
+  explicit MessageBracket(Excel12Callback callback) : callback_(callback) {
+    callback_(xlEnableXLMsgs, 0, nullptr, nullptr);
+  }
+  ~MessageBracket() { callback_(xlDisableXLMsgs, 0, nullptr, nullptr); }
+  MessageBracket(const MessageBracket&) = delete;
+  MessageBracket& operator=(const MessageBracket&) = delete;
+
+ private:
+  Excel12Callback callback_;
+};
+
+void WriteFailure(int return_code, XLOPER12& record) {
+  record = {};
+  const std::int32_t words[] = {xlerrValue, return_code};
+  std::memcpy(&record.val, words, sizeof words);
+  record.xltype = xltypeErr;
+}
+
+int CallBack(int function, std::span<const XXloper> arguments, XLOPER12& result) {
+  const Excel12Callback callback = ExcelCallback();
+  if (callback == nullptr) return xlretFailed;
+  if (arguments.size() > kMostCallArguments) return xlretInvCount;
+  XLOPER12* records[kMostCallArguments];
+  // The API takes pointers to what it may read only.
+  for (std::size_t i = 0; i < arguments.size(); ++i)
+    records[i] = const_cast<XLOPER12*>(&arguments[i].record());
+  const MessageBracket bracket(callback);
+  return callback(function, static_cast<int>(arguments.size()), records, &result);
+}
+
+}  // namespace
+
+void SetExcelCallback(Excel12Callback callback) {
+  excel_callback.store(callback, std::memory_order_relaxed);
+}
+
+Excel12Callback ExcelCallback() { return excel_callback.load(std::memory_order_relaxed); }
+
+ExcelResult CallExcel(int function, std::span<const XXloper> arguments) {
+  auto record = std::make_unique<XLOPER12>();
+  const int return_code = CallBack(function, arguments, *record);
+  if (return_code != xlretSuccess) WriteFailure(return_code, *record);
+  return {XXloper::FromExcelResult(std::move(record)), return_code};
+}
+
+ExcelResult CallExcel(int function, std::initializer_list<XXloper> arguments) {
+  return CallExcel(function, std::span(arguments.begin(), arguments.size()));
+}
+
+void FreeThroughExcel(XLOPER12* record) noexcept {
+  const Excel12Callback callback = ExcelCallback();
+  if (callback == nullptr) return;
+  const MessageBracket bracket(callback);
+  callback(xlFree, 1, &record, nullptr);
+}
+
+}  // namespace zavrel

@@ -1,0 +1,84 @@
+#include "excel/reference.h"
+
+#include <algorithm>
+
+#include "excel/excel_call.h"
+#include "excel/wide_text.h"
+
+namespace zavrel {
+namespace {
+
+void AppendCell(std::u16string& text, std::int32_t row, std::int32_t column) {
+  text += ColumnLetters(column);
+  text += FromUtf8(std::to_string(row + 1));
+}
+
+void AppendSheet(std::u16string& text, std::u16string_view sheet_name) {
+  text += u'\'';
+  for (const char16_t unit : sheet_name) text.append(unit == u'\'' ? 2 : 1, unit);
+  text += u"'!";
+}
+
+}  // namespace
+
+std::optional<ReferenceView> ReferenceView::Of(const XLOPER12& record) {
+  std::span<const XLREF12> areas;
+  std::optional<std::uint64_t> sheet_id;
+  if (TypeOf(record) == xltypeSRef) {
+    areas = {&record.val.sref.ref, 1};
+  } else if (TypeOf(record) == xltypeRef && record.val.mref.lpmref != nullptr) {
+    areas = {record.val.mref.lpmref->reftbl, record.val.mref.lpmref->count};
+    sheet_id = record.val.mref.idSheet;
+  }
+  if (areas.empty() || !std::all_of(areas.begin(), areas.end(), IsOnSheet)) return std::nullopt;
+  return ReferenceView(areas, sheet_id);
+}
+
+OneArea::OneArea(const ReferenceView& sheet, const XLREF12& area) {
+  if (const auto sheet_id = sheet.sheet_id()) {
+    areas_.count = 1;
+    areas_.reftbl[0] = area;
+    record_.xltype = xltypeRef;
+    record_.val.mref.lpmref = &areas_;
+    record_.val.mref.idSheet = *sheet_id;
+  } else {
+    record_.xltype = xltypeSRef;
+    record_.val.sref.count = 1;
+    record_.val.sref.ref = area;
+  }
+}
+
+CallingRange CallingRange::Ask() { return CallingRange(CallExcel(xlfCaller).value); }
+
+std::u16string SheetNameOf(const XXloper& reference) {
+  return std::u16string(CallExcel(xlSheetNm, {reference}).value.text());
+}
+
+std::optional<std::uint64_t> SheetIdOf(std::u16string_view sheet_name) {
+  const ExcelResult sheet = CallExcel(xlSheetId, {XXloper::Text(sheet_name)});
+  if (sheet.value.type() != xltypeRef) return std::nullopt;
+  return sheet.value.record().val.mref.idSheet;
+}
+
+std::u16string ColumnLetters(std::int32_t column) {
+  std::u16string letters;
+  for (std::int32_t rest = column; rest >= 0; rest = rest / 26 - 1)
+    letters.insert(letters.begin(), static_cast<char16_t>(u'A' + rest % 26));
+  return letters;
+}
+
+std::u16string ReferenceText(const ReferenceView& reference, std::u16string_view sheet_name) {
+  std::u16string text;
+  for (const XLREF12& area : reference.areas()) {
+    if (!text.empty()) text += u',';
+    if (!sheet_name.empty()) AppendSheet(text, sheet_name);
+    AppendCell(text, area.rwFirst, area.colFirst);
+    if (RowsOf(area) > 1 || ColumnsOf(area) > 1) {
+      text += u':';
+      AppendCell(text, area.rwLast, area.colLast);
+    }
+  }
+  return text;
+}
+
+}  // namespace zavrel

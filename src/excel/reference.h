@@ -1,0 +1,87 @@
+#pragma once
+// References: their areas, the sheet and the cell that they stand for, and how they are written.
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+
+#include "excel/xxloper.h"
+
+namespace zavrel {
+
+constexpr std::int32_t RowsOf(const XLREF12& area) { return area.rwLast - area.rwFirst + 1; }
+constexpr std::int32_t ColumnsOf(const XLREF12& area) { return area.colLast - area.colFirst + 1; }
+/// True when the area lies on a worksheet and its ends are in order.
+constexpr bool IsOnSheet(const XLREF12& area) {
+  return area.rwFirst >= 0 && area.rwFirst <= area.rwLast && area.rwLast < kExcelRows &&
+         area.colFirst >= 0 && area.colFirst <= area.colLast && area.colLast < kExcelColumns;
+}
+
+/// The areas and the sheet of a reference record, checked. Views the record, which must outlive it.
+class ReferenceView {
+ public:
+  /// Nothing when the record is no reference, has no area or one that lies on no worksheet.
+  static std::optional<ReferenceView> Of(const XLOPER12& record);
+
+  /// At least one.
+  std::span<const XLREF12> areas() const { return areas_; }
+  /// Nothing for a reference without a sheet of its own: it stands on the calling formula's.
+  std::optional<std::uint64_t> sheet_id() const { return sheet_id_; }
+
+ private:
+  ReferenceView(std::span<const XLREF12> areas, std::optional<std::uint64_t> sheet_id)
+      : areas_(areas), sheet_id_(sheet_id) {}
+
+  std::span<const XLREF12> areas_;
+  std::optional<std::uint64_t> sheet_id_;
+};
+
+/// A reference record of one area, on the sheet of another reference.
+class OneArea {
+ public:
+  OneArea(const ReferenceView& sheet, const XLREF12& area);
+  OneArea(const OneArea&) = delete;
+  OneArea& operator=(const OneArea&) = delete;
+
+  const XLOPER12& record() const { return record_; }
+
+ private:
+  XLMREF12 areas_{};
+  XLOPER12 record_{};
+};
+
+/// The cell or range whose formula is being calculated.
+class CallingRange {
+ public:
+  /// Asks Excel. Called from elsewhere than a cell (a macro, a conditional format, a menu) there is
+  /// no range, and Excel answers with a number, a text, an array or #REF!.
+  static CallingRange Ask();
+
+  bool is_range() const { return view_.has_value(); }
+  /// Of the range's first area, the whole range of an array formula; 0 without a range.
+  std::int32_t rows() const { return view_ ? RowsOf(view_->areas().front()) : 0; }
+  std::int32_t columns() const { return view_ ? ColumnsOf(view_->areas().front()) : 0; }
+  /// What Excel answered.
+  const XXloper& value() const { return value_; }
+
+ private:
+  explicit CallingRange(XXloper value)
+      : value_(std::move(value)), view_(ReferenceView::Of(value_.record())) {}
+
+  XXloper value_;
+  std::optional<ReferenceView> view_;
+};
+
+/// The sheet of a reference as Excel names it, "[Book]Sheet"; empty when Excel does not tell.
+std::u16string SheetNameOf(const XXloper& reference);
+/// The sheet with this name ("[Book]Sheet", or "Sheet" in the active workbook).
+std::optional<std::uint64_t> SheetIdOf(std::u16string_view sheet_name);
+
+/// "A" for column 0, "XFD" for the last one.
+std::u16string ColumnLetters(std::int32_t column);
+/// The external form: 'Sheet'!B7 for a cell, 'Sheet'!B7:C9 for a larger area, areas joined by
+/// commas. Quotes within the name are doubled. Without a sheet name just the areas.
+std::u16string ReferenceText(const ReferenceView& reference, std::u16string_view sheet_name);
+
+}  // namespace zavrel

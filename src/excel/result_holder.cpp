@@ -1,0 +1,56 @@
+#include "excel/result_holder.h"
+
+#include <new>
+#include <optional>
+
+#include "platform/thread_slot.h"
+
+namespace zavrel {
+namespace {
+
+struct Holder {
+  XXloper result;
+};
+
+void DestroyHolder(void* holder) { delete static_cast<Holder*>(holder); }
+
+// Opened and closed on Excel's main thread while no worksheet function runs. Never destroyed on
+// unloading, when the system's own thread storage may be gone.
+std::optional<ThreadSlot>& Slot() {
+  static auto& slot = *new std::optional<ThreadSlot>;
+  return slot;
+}
+
+Holder* HolderOfThread(ThreadSlot& slot) noexcept {
+  if (void* holder = slot.Get()) return static_cast<Holder*>(holder);
+  auto* holder = new (std::nothrow) Holder;
+  if (holder == nullptr || slot.Set(holder)) return holder;
+  delete holder;
+  return nullptr;
+}
+
+// The C API's functions return pointers to what Excel only reads.
+XLOPER12* RecordOf(const XXloper& value) { return const_cast<XLOPER12*>(&value.record()); }
+
+}  // namespace
+
+void OpenResultHolder() {
+  if (!Slot()) Slot().emplace(&DestroyHolder);
+}
+
+void CloseResultHolder() { Slot().reset(); }
+
+XLOPER12* ReturnToExcel(const XXloper& result) noexcept {
+  try {
+    if (Slot()) {
+      if (Holder* holder = HolderOfThread(*Slot())) {
+        holder->result = result.Owned();
+        return RecordOf(holder->result);
+      }
+    }
+  } catch (const std::bad_alloc&) {
+  }
+  return RecordOf(XXloper::Error(ExcelError::kNA));
+}
+
+}  // namespace zavrel

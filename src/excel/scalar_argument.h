@@ -1,0 +1,75 @@
+#pragma once
+// Single-valued arguments of worksheet functions, read by kind letters.
+//
+// A function describes its arguments by one letter each, upper case for a required argument, lower
+// case for one that may be left out:
+//
+//   D d  a number               L l  a whole number of 32 bits
+//   S s  a text                 B b  a boolean
+//   R r  a data set             V    a data set of this and all further arguments
+//
+// R, r and V are read by the data layer; this file reads the others, by these rules:
+//
+// - Left out. An omitted argument, and for an optional letter an empty cell too, is not given. A
+//   required letter takes an empty cell as 0, FALSE or the empty text, as Excel's own functions and
+//   its own marshalling of number arguments do, and fails on an omitted argument.
+// - Errors. An error value fails and is named, so that a function may pass it on. An array that
+//   holds an error anywhere fails with its first one.
+// - Arrays and references give their upper left element; a reference is looked up in the host
+//   first, one cell only. A cell that is not calculated yet is told apart from every failure.
+// - D takes a finite number, an integer, a boolean as 1 or 0, and a text that the host reads as a
+//   number. Every other text fails, without naming an error.
+// - L is a number cut towards zero, as Excel's own functions cut (2.9 is 2, -2.9 is -2). One that
+// 32
+//   bits do not hold fails.
+// - S takes every single value; the host makes the text of a number (as in General format) and of a
+//   boolean (its own word).
+// - B takes a number as its being other than 0, and a text that the host reads as a boolean or as a
+//   number.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <variant>
+
+#include "excel/xxloper.h"
+
+namespace zavrel {
+
+enum class ScalarStatus {
+  kGiven,
+  kNotGiven,      // an optional argument that was left out
+  kFailed,        // cannot be what its letter asks for
+  kUncalculated,  // the host has still to calculate a cell: the function returns at once
+};
+
+template <class T>
+struct Scalar {
+  ScalarStatus status = ScalarStatus::kFailed;
+  T value{};                            // of a given argument
+  std::optional<std::int32_t> error{};  // of a failed one: Excel's code, if it is or holds an error
+
+  bool given() const { return status == ScalarStatus::kGiven; }
+};
+
+enum class Presence : bool { kRequired, kOptional };
+
+Scalar<double> ReadNumber(const XXloper& argument, Presence presence);
+Scalar<std::int32_t> ReadInteger(const XXloper& argument, Presence presence);
+Scalar<std::u16string> ReadText(const XXloper& argument, Presence presence);
+Scalar<bool> ReadBoolean(const XXloper& argument, Presence presence);
+
+enum class ScalarType { kNumber, kInteger, kText, kBoolean };
+struct ScalarKind {
+  ScalarType type;
+  Presence presence;
+};
+
+/// What a letter stands for; nothing for R, r, V and letters without a meaning.
+std::optional<ScalarKind> ScalarKindOf(char letter);
+
+/// A double, a whole number, a text or a boolean, after the kind's type.
+using ScalarValue = std::variant<std::monostate, double, std::int32_t, std::u16string, bool>;
+Scalar<ScalarValue> ReadScalar(ScalarKind kind, const XXloper& argument);
+
+}  // namespace zavrel

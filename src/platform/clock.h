@@ -1,0 +1,23 @@
+#pragma once
+// The clocks of the system.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace zavrel {
+
+/// The current local time in the C library's asctime form, "Tue Nov 24 21:52:37 2026", without a
+/// newline; empty when the system cannot tell it.
+std::string LocalTimeText();
+
+/// Seconds since 1970-01-01 00:00 UTC.
+std::int64_t CalendarSeconds();
+
+/// Milliseconds since the system started, modulo 2^32.
+std::uint32_t TickCountMilliseconds();
+
+/// The high-resolution counter, in units of its own; nothing when the machine has none.
+std::optional<std::int64_t> PerformanceCounter();
+
+}  // namespace zavrel

@@ -1,0 +1,18 @@
+#pragma once
+// The version that a binary carries in its version resource.
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+
+namespace zavrel {
+
+/// Major, minor, patch and build number.
+using FileVersion = std::array<std::uint16_t, 4>;
+
+/// Nothing when the file cannot be read or has no version resource; always nothing where binaries
+/// have no such resource.
+std::optional<FileVersion> ReadFileVersion(const std::filesystem::path& file);
+
+}  // namespace zavrel

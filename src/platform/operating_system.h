@@ -1,0 +1,19 @@
+#pragma once
+// What the code runs on.
+
+#include <cstdint>
+#include <string>
+
+namespace zavrel {
+
+/// Name, version and build of the operating system, for people to read.
+std::u16string OperatingSystemDescription();
+
+/// Primary language id of the calling thread's locale (the low 10 bits of the locale id): 9 is
+/// English, 7 German. Always English where locales have no such id.
+std::uint32_t ThreadPrimaryLanguage();
+
+/// Names the calling thread for debuggers; a system that cannot ignores it or cuts the name.
+void NameThisThread(const std::string& name) noexcept;
+
+}  // namespace zavrel

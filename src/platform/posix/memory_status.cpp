@@ -1,0 +1,22 @@
+#include "platform/memory_status.h"
+
+#include <cstdio>
+
+namespace zavrel {
+
+MemoryStatus ReadMemoryStatus() noexcept {
+  std::FILE* file = std::fopen("/proc/meminfo", "r");
+  if (file == nullptr) return {};
+  unsigned long long total = 0;
+  unsigned long long unused = 0;
+  unsigned long long available = 0;  // what caches would give back included, unlike the second line
+  const int found = std::fscanf(file, "MemTotal: %llu kB MemFree: %llu kB MemAvailable: %llu",
+                                &total, &unused, &available);
+  std::fclose(file);
+  if (found != 3 || total == 0 || available > total) return {};
+  constexpr std::uint64_t kAddressSpace = std::uint64_t{1} << 47;
+  return {static_cast<std::uint32_t>((total - available) * 100 / total), total * 1024,
+          available * 1024, kAddressSpace, kAddressSpace};
+}
+
+}  // namespace zavrel

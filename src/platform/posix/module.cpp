@@ -1,0 +1,47 @@
+#include "platform/module.h"
+
+#include <dlfcn.h>
+
+#include <system_error>
+
+#include "platform/utf.h"
+
+namespace zavrel {
+
+std::optional<LoadedModule> LoadedModule::ByName(const std::u16string& name) {
+  void* handle = dlopen(Utf8FromUtf16(name).c_str(), RTLD_LAZY | RTLD_NOLOAD);
+  if (handle == nullptr) return std::nullopt;
+  dlclose(handle);  // the handle of a library that somebody else keeps loaded stays good
+  return LoadedModule(handle);
+}
+
+LoadedModule LoadedModule::HostExecutable() { return LoadedModule(RTLD_DEFAULT); }
+
+ExportAddress LoadedModule::FindExport(const char* name) const {
+  return reinterpret_cast<ExportAddress>(dlsym(handle_, name));
+}
+
+std::optional<Module> Module::Load(const std::filesystem::path& full_path) {
+  if (!full_path.is_absolute()) return std::nullopt;
+  void* handle = dlopen(full_path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (handle == nullptr) return std::nullopt;
+  return Module(handle);
+}
+
+Module::~Module() {
+  if (handle_ != nullptr) dlclose(handle_);
+}
+
+std::filesystem::path HostExecutablePath() {
+  std::error_code error;
+  return std::filesystem::read_symlink("/proc/self/exe", error);
+}
+
+std::filesystem::path PathOfModuleContaining(const void* address) {
+  Dl_info info{};
+  if (dladdr(address, &info) == 0 || info.dli_fname == nullptr) return {};
+  std::error_code error;
+  return std::filesystem::canonical(info.dli_fname, error);
+}
+
+}  // namespace zavrel

@@ -1,0 +1,94 @@
+#include "platform/thread_slot.h"
+
+#include <pthread.h>
+
+#include <new>
+
+namespace zavrel {
+namespace {
+
+// The system forgets the pointers of a key that is deleted, so the cells of all threads are
+// chained, under one lock for all slots.
+struct Cell {
+  ThreadSlot::Destructor destructor;
+  void* pointer;
+  Cell** chain;
+  Cell* next;
+};
+
+struct Slot {
+  pthread_key_t key = 0;
+  Cell* cells = nullptr;
+};
+
+pthread_mutex_t chain_mutex = PTHREAD_MUTEX_INITIALIZER;
+
+Slot* SlotOf(std::uintptr_t slot) { return reinterpret_cast<Slot*>(slot); }
+
+void DestroyCell(Cell* cell) {
+  if (cell->pointer != nullptr) cell->destructor(cell->pointer);
+  delete cell;
+}
+
+void Unchain(Cell* cell) {
+  pthread_mutex_lock(&chain_mutex);
+  Cell** link = cell->chain;
+  while (*link != cell) link = &(*link)->next;
+  *link = cell->next;
+  pthread_mutex_unlock(&chain_mutex);
+}
+
+void OnThreadEnd(void* cell) {
+  Unchain(static_cast<Cell*>(cell));
+  DestroyCell(static_cast<Cell*>(cell));
+}
+
+}  // namespace
+
+ThreadSlot::ThreadSlot(Destructor destructor) : destructor_(destructor), slot_(0) {
+  auto* slot = new Slot;
+  if (pthread_key_create(&slot->key, OnThreadEnd) == 0)
+    slot_ = reinterpret_cast<std::uintptr_t>(slot);
+  else
+    delete slot;
+}
+
+ThreadSlot::~ThreadSlot() {
+  Slot* slot = SlotOf(slot_);
+  if (slot == nullptr) return;
+  pthread_key_delete(slot->key);
+  for (Cell* cell = slot->cells; cell != nullptr;) {
+    Cell* next = cell->next;
+    DestroyCell(cell);
+    cell = next;
+  }
+  delete slot;
+}
+
+void* ThreadSlot::Get() const noexcept {
+  if (slot_ == 0) return nullptr;
+  const auto* cell = static_cast<const Cell*>(pthread_getspecific(SlotOf(slot_)->key));
+  return cell == nullptr ? nullptr : cell->pointer;
+}
+
+bool ThreadSlot::Set(void* pointer) noexcept {
+  Slot* slot = SlotOf(slot_);
+  if (slot == nullptr) return false;
+  if (auto* cell = static_cast<Cell*>(pthread_getspecific(slot->key))) {
+    cell->pointer = pointer;
+    return true;
+  }
+  auto* cell = new (std::nothrow) Cell{destructor_, pointer, &slot->cells, nullptr};
+  if (cell == nullptr) return false;
+  if (pthread_setspecific(slot->key, cell) != 0) {
+    delete cell;
+    return false;
+  }
+  pthread_mutex_lock(&chain_mutex);
+  cell->next = slot->cells;
+  slot->cells = cell;
+  pthread_mutex_unlock(&chain_mutex);
+  return true;
+}
+
+}  // namespace zavrel

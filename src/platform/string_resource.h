@@ -1,0 +1,36 @@
+#pragma once
+// String tables in the resources of a library.
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace zavrel {
+
+/// Owner of a library that is loaded for its resources only: no code of it runs.
+class StringResources {
+ public:
+  /// Nothing when the file is missing or no library, and always where libraries have no resources.
+  static std::optional<StringResources> Load(const std::filesystem::path& full_path);
+
+  StringResources(StringResources&& other) noexcept
+      : library_(std::exchange(other.library_, nullptr)) {}
+  StringResources& operator=(StringResources&& other) noexcept {
+    std::swap(library_, other.library_);
+    return *this;
+  }
+  ~StringResources();
+
+  /// The text in exactly this language; an empty text counts as missing, since a table cannot tell
+  /// the two apart.
+  std::optional<std::u16string> Find(std::uint16_t language, std::uint16_t id) const;
+
+ private:
+  explicit StringResources(void* library) : library_(library) {}
+
+  void* library_;
+};
+
+}  // namespace zavrel

@@ -1,0 +1,56 @@
+#include "platform/registry.h"
+
+#include "platform/windows/wide.h"
+
+namespace zavrel {
+namespace {
+
+HKEY RootOf(RegistryHive hive) {
+  return hive == RegistryHive::kPerUser ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
+}
+
+HKEY KeyOf(void* key) { return static_cast<HKEY>(key); }
+
+}  // namespace
+
+std::optional<RegistryKey> RegistryKey::Open(RegistryHive hive, const std::u16string& path) {
+  HKEY key = nullptr;
+  if (RegOpenKeyExW(RootOf(hive), ToWide(path).c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
+    return std::nullopt;
+  return RegistryKey(key);
+}
+
+std::optional<RegistryKey> RegistryKey::Create(RegistryHive hive, const std::u16string& path) {
+  HKEY key = nullptr;
+  if (RegCreateKeyExW(RootOf(hive), ToWide(path).c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
+                      KEY_READ | KEY_WRITE, nullptr, &key, nullptr) != ERROR_SUCCESS) {
+    return std::nullopt;
+  }
+  return RegistryKey(key);
+}
+
+RegistryKey::~RegistryKey() {
+  if (key_ != nullptr) RegCloseKey(KeyOf(key_));
+}
+
+std::optional<std::u16string> RegistryKey::ReadText(const std::u16string& name) const {
+  const std::wstring wide_name = ToWide(name);
+  std::wstring text(256, L'\0');
+  // RegGetValue terminates the text even where whoever stored it did not. The value may grow
+  // between two calls, hence the loop.
+  while (true) {
+    auto bytes = static_cast<DWORD>(text.size() * sizeof(wchar_t));
+    const LSTATUS status = RegGetValueW(KeyOf(key_), nullptr, wide_name.c_str(), RRF_RT_REG_SZ,
+                                        nullptr, text.data(), &bytes);
+    if (status == ERROR_SUCCESS) return FromWide(text.c_str());
+    if (status != ERROR_MORE_DATA || text.size() > (1u << 20)) return std::nullopt;
+    text.resize(text.size() * 2);
+  }
+}
+
+bool RegistryKey::WriteNumber(const std::u16string& name, std::uint32_t number) {
+  return RegSetValueExW(KeyOf(key_), ToWide(name).c_str(), 0, REG_DWORD,
+                        reinterpret_cast<const BYTE*>(&number), sizeof number) == ERROR_SUCCESS;
+}
+
+}  // namespace zavrel

@@ -1,0 +1,20 @@
+#include "platform/show_box.h"
+
+#include "platform/windows/wide.h"
+
+namespace zavrel {
+
+bool SystemHasAReader() {
+  if (GetEnvironmentVariableW(L"ZAVREL_NO_MESSAGE_BOX", nullptr, 0) > 0) return false;
+  USEROBJECTFLAGS flags{};
+  return GetUserObjectInformationW(GetProcessWindowStation(), UOI_FLAGS, &flags, sizeof flags,
+                                   nullptr) &&
+         (flags.dwFlags & WSF_VISIBLE) != 0;
+}
+
+bool ShowSystemErrorBox(const std::u16string& title, const std::u16string& text) {
+  return MessageBoxW(nullptr, ToWide(text).c_str(), ToWide(title).c_str(), MB_OK | MB_ICONERROR) >
+         0;
+}
+
+}  // namespace zavrel

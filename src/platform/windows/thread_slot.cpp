@@ -1,0 +1,56 @@
+#include "platform/thread_slot.h"
+
+#include <windows.h>
+
+#include <new>
+
+namespace zavrel {
+namespace {
+
+// Fibre-local storage is thread-local storage that tells when a thread ends; a thread that makes no
+// fibres has one of each. The system calls back with the bare pointer, so the cell brings its
+// destructor along.
+struct Cell {
+  ThreadSlot::Destructor destructor;
+  void* pointer;
+};
+
+void WINAPI DestroyCell(void* cell) {
+  const auto* own = static_cast<Cell*>(cell);
+  if (own == nullptr) return;
+  if (own->pointer != nullptr) own->destructor(own->pointer);
+  delete own;
+}
+
+DWORD IndexOf(std::uintptr_t slot) { return static_cast<DWORD>(slot); }
+
+}  // namespace
+
+ThreadSlot::ThreadSlot(Destructor destructor)
+    : destructor_(destructor), slot_(FlsAlloc(DestroyCell)) {}
+
+// Calls back for every thread's cell.
+ThreadSlot::~ThreadSlot() {
+  if (slot_ != FLS_OUT_OF_INDEXES) FlsFree(IndexOf(slot_));
+}
+
+void* ThreadSlot::Get() const noexcept {
+  if (slot_ == FLS_OUT_OF_INDEXES) return nullptr;
+  const auto* cell = static_cast<const Cell*>(FlsGetValue(IndexOf(slot_)));
+  return cell == nullptr ? nullptr : cell->pointer;
+}
+
+bool ThreadSlot::Set(void* pointer) noexcept {
+  if (slot_ == FLS_OUT_OF_INDEXES) return false;
+  if (auto* cell = static_cast<Cell*>(FlsGetValue(IndexOf(slot_)))) {
+    cell->pointer = pointer;
+    return true;
+  }
+  auto* cell = new (std::nothrow) Cell{destructor_, pointer};
+  if (cell == nullptr) return false;
+  if (FlsSetValue(IndexOf(slot_), cell)) return true;
+  delete cell;
+  return false;
+}
+
+}  // namespace zavrel

@@ -1,0 +1,179 @@
+#include "stats/moment_block.h"
+
+#include <bit>
+#include <cmath>
+#include <cstdint>
+
+#include "stats/floating_point_scope.h"
+
+namespace zavrel {
+namespace {
+
+static_assert(__LDBL_MANT_DIG__ == 64,
+              "the retry after an overflow needs 80-bit extended precision");
+
+template <class Real>
+struct PowerSums {
+  Real s1 = 0, s2 = 0, s3 = 0, s4 = 0;
+};
+
+// Counts a value that is not a number.
+[[gnu::noinline]] void CountSkipped(double value, MomentBlock& block) {
+  if (HasCondition(value, kConditionExcluded)) {
+    ++block.excluded;
+  } else {
+    ++block.not_a_number;
+  }
+}
+
+/// Counts, minimum and maximum; gives the sum.
+template <class Real>
+Real FirstPass(std::span<const double> values, MomentBlock& block) {
+  block = MomentBlock{.presented = values.size()};
+  std::size_t first = 0;
+  for (; first < values.size() && std::isnan(values[first]); ++first)
+    CountSkipped(values[first], block);
+  if (first == values.size()) return 0;
+
+  double minimum = values[first];
+  double maximum = minimum;
+  Real sum = 0;
+  for (const double x : values.subspan(first)) {
+    if (std::isnan(x)) [[unlikely]] {
+      CountSkipped(x, block);
+      continue;
+    }
+    minimum = x < minimum ? x : minimum;
+    maximum = x > maximum ? x : maximum;
+    sum += static_cast<Real>(x);
+  }
+  block.valid = values.size() - block.not_a_number - block.excluded;
+  block.minimum = minimum;
+  block.maximum = maximum;
+  return sum;
+}
+
+template <class Real>
+PowerSums<Real> SecondPass(std::span<const double> values, Real mean) {
+  PowerSums<Real> sums;
+  for (const double x : values) {
+    if (std::isnan(x)) [[unlikely]]
+      continue;
+    const Real d = static_cast<Real>(x) - mean;
+    const Real d2 = d * d;
+    sums.s1 += d;
+    sums.s2 += d2;
+    sums.s3 += d2 * d;
+    sums.s4 += d2 * d2;
+  }
+  return sums;
+}
+
+/// The results in Real; a missing one is the too-few code.
+template <class Real>
+struct Spread {
+  Real variance;
+  Real standard_deviation;
+  bool has_skewness;
+  Real skewness;
+  bool has_kurtosis;
+  Real kurtosis;
+};
+
+// n >= 2
+template <class Real>
+Spread<Real> SampleSpread(const PowerSums<Real>& sums, Real n) {
+  Spread<Real> spread{};
+  Real v = (sums.s2 - sums.s1 * sums.s1 / n) / (n - 1);
+  if (v < 0) v = 0;
+  const Real s = std::sqrt(v);
+  spread.variance = v;
+  spread.standard_deviation = s;
+  spread.has_skewness = v != 0 && n > 2;
+  if (spread.has_skewness) spread.skewness = n / ((n - 1) * (n - 2)) * sums.s3 / (v * s);
+  spread.has_kurtosis = v != 0 && n > 3;
+  if (spread.has_kurtosis) {
+    spread.kurtosis = n * (n + 1) / ((n - 1) * (n - 2) * (n - 3)) * sums.s4 / (v * v) -
+                      3 * (n - 1) * (n - 1) / ((n - 2) * (n - 3)) + 3;
+  }
+  return spread;
+}
+
+template <class Real>
+Spread<Real> PopulationSpread(const PowerSums<Real>& sums, Real n) {
+  Spread<Real> spread{};
+  const Real v = sums.s2 / n;
+  const Real s = std::sqrt(v);
+  spread.variance = v;
+  spread.standard_deviation = s;
+  spread.has_skewness = spread.has_kurtosis = v != 0;
+  if (v != 0) {
+    spread.skewness = sums.s3 / (s * v * n);
+    spread.kurtosis = sums.s4 / (v * v * n);
+  }
+  return spread;
+}
+
+template <class Real>
+double Finite(Real result) {
+  const auto value = static_cast<double>(result);
+  return std::isfinite(value) ? value : ConditionDouble(kConditionNotFinite);
+}
+
+template <class Real>
+void FillBlock(std::span<const double> values, bool sample, MomentBlock& block) {
+  const Real sum = FirstPass<Real>(values, block);
+  if (block.valid < 1) return;
+  const auto n = static_cast<Real>(block.valid);
+  const Real mean = sum / n;
+  block.mean = Finite(mean);
+
+  constexpr double kTooFew = ConditionDouble(kConditionTooFew);
+  block.standard_deviation = block.variance = block.skewness = block.kurtosis = kTooFew;
+  if (sample && block.valid < 2) return;
+
+  const PowerSums<Real> sums =
+      block.minimum == block.maximum ? PowerSums<Real>{} : SecondPass<Real>(values, mean);
+  const Spread<Real> spread = sample ? SampleSpread(sums, n) : PopulationSpread(sums, n);
+  block.variance = Finite(spread.variance);
+  block.standard_deviation = Finite(spread.standard_deviation);
+  if (spread.has_skewness) block.skewness = Finite(spread.skewness);
+  if (spread.has_kurtosis) block.kurtosis = Finite(spread.kurtosis);
+}
+
+}  // namespace
+
+double MomentBlock::operator[](StatisticId id) const {
+  switch (id) {
+    case StatisticId::kMinimum:
+      return minimum;
+    case StatisticId::kMaximum:
+      return maximum;
+    case StatisticId::kMean:
+      return mean;
+    case StatisticId::kStdDev:
+      return standard_deviation;
+    case StatisticId::kVariance:
+      return variance;
+    case StatisticId::kSkewness:
+      return skewness;
+    case StatisticId::kKurtosis:
+      return kurtosis;
+    default:
+      return ConditionDouble(kConditionNoData);
+  }
+}
+
+MomentBlock ComputeMoments(std::span<const double> values, bool sample) {
+  MomentBlock block;
+  const FloatingPointScope environment;
+  FillBlock<double>(values, sample, block);
+  Settle(block);
+  if (environment.Overflowed()) {
+    FillBlock<long double>(values, sample, block);
+    Settle(block);
+  }
+  return block;
+}
+
+}  // namespace zavrel

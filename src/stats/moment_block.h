@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+#include "excel/error_double.h"
+#include "stats/statistic_id.h"
+
+namespace zavrel {
+
+/// Minimum, maximum and the first four moments of one series of values, with what was counted on
+/// the way.
+struct MomentBlock {
+  std::size_t presented = 0;  // values in the series
+  std::size_t valid = 0;
+  std::size_t not_a_number = 0;  // skipped
+  std::size_t excluded = 0;      // skipped: they carry the excluded-value code
+
+  double minimum = ConditionDouble(kConditionNoData);
+  double maximum = ConditionDouble(kConditionNoData);
+  double mean = ConditionDouble(kConditionNoData);
+  double standard_deviation = ConditionDouble(kConditionNoData);
+  double variance = ConditionDouble(kConditionNoData);
+  double skewness = ConditionDouble(kConditionNoData);
+  double kurtosis = ConditionDouble(kConditionNoData);
+
+  /// The moment of this id; the no-data code for an id that is none.
+  double operator[](StatisticId id) const;
+};
+
+/// The moments of the values that are numbers.
+///
+/// Two passes in observation order: the mean, then the sums S1..S4 of the powers of d = x - mean.
+/// With n valid values:
+///   sample form:      variance  v = (S2 - S1^2/n) / (n - 1), not below 0
+///                     skewness  n / ((n-1)(n-2)) * S3 / v^1.5                       from n = 3
+///                     kurtosis  n(n+1) / ((n-1)(n-2)(n-3)) * S4 / v^2
+///                               - 3(n-1)^2 / ((n-2)(n-3)) + 3                       from n = 4
+///   population form:  variance  v = S2 / n, skewness S3 / (n v^1.5), kurtosis S4 / (n v^2)
+/// Both kurtosis forms are on one scale: a normal series gives about 3, not 0.
+///
+/// No valid value leaves every result at the no-data code. Too few values for a result, or no
+/// spread for the third and fourth, give the too-few code; what is not finite the not-finite code.
+/// When an operation overflows, everything is computed again in 80-bit extended precision.
+MomentBlock ComputeMoments(std::span<const double> values, bool sample);
+
+}  // namespace zavrel

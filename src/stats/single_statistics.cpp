@@ -1,0 +1,133 @@
+#include "stats/single_statistics.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "excel/error_double.h"
+#include "stats/floating_point_scope.h"
+
+namespace zavrel {
+namespace {
+
+using Values = std::span<const double>;
+
+double Finite(double result) {
+  return std::isfinite(result) ? result : ConditionDouble(kConditionNotFinite);
+}
+
+// Each formula in a precision of choice.
+template <class Real>
+Real SumOf(Values values) {
+  Real sum = 0;
+  for (const double x : values) sum += static_cast<Real>(x);
+  return sum;
+}
+
+template <class Real>
+Real AveDevOf(Values values) {
+  const auto n = static_cast<Real>(values.size());
+  const Real mean = SumOf<Real>(values) / n;
+  Real sum = 0;
+  for (const double x : values) sum += std::abs(static_cast<Real>(x) - mean);
+  return sum / n;
+}
+
+template <class Real>
+Real SumDevSqOf(Values values) {
+  const Real mean = SumOf<Real>(values) / static_cast<Real>(values.size());
+  Real sum = 0;
+  for (const double x : values) {
+    const Real d = static_cast<Real>(x) - mean;
+    sum += d * d;
+  }
+  return sum;
+}
+
+template <class Real>
+Real MeanAbsOf(Values values) {
+  Real sum = 0;
+  for (const double x : values) sum += std::abs(static_cast<Real>(x));
+  return sum / static_cast<Real>(values.size());
+}
+
+/// The formula in double precision and, when that overflows, in extended precision.
+template <double (*kPlain)(Values), long double (*kExtended)(Values)>
+double WithExtendedRetry(Values values) {
+  const FloatingPointScope environment;
+  double result = kPlain(values);
+  Settle(result);
+  if (environment.Overflowed()) {
+    result = static_cast<double>(kExtended(values));
+    Settle(result);
+  }
+  return Finite(result);
+}
+
+double ProductByLogarithms(Values values) {
+  long double logarithms = 0;
+  bool negative = false;
+  for (const double x : values) {
+    if (x == 0) return 0;
+    if (x < 0) negative = !negative;
+    logarithms += std::log(std::abs(static_cast<long double>(x)));
+  }
+  const auto magnitude = static_cast<double>(std::exp(logarithms));
+  return negative ? -magnitude : magnitude;
+}
+
+double Product(Values values) {
+  const FloatingPointScope environment;
+  double product = 1;
+  for (const double x : values) product *= x;
+  Settle(product);
+  if (environment.Overflowed()) {
+    product = ProductByLogarithms(values);
+    Settle(product);
+  }
+  return Finite(product);
+}
+
+double Range(Values values) {
+  const FloatingPointScope environment;
+  const auto [minimum, maximum] = std::minmax_element(values.begin(), values.end());
+  double range = *maximum - *minimum;
+  Settle(range);
+  return Finite(range);
+}
+
+double SumSq(Values values) {
+  const FloatingPointScope environment;
+  double sum = 0;
+  for (const double x : values) sum += x * x;
+  Settle(sum);
+  return Finite(sum);
+}
+
+}  // namespace
+
+double SingleStatistic(StatisticId id, std::span<const double> values) {
+  constexpr double kNotComputed = ConditionDouble(kConditionNotComputed);
+  const bool empty = values.empty();
+  switch (id) {
+    case StatisticId::kSum:
+      return WithExtendedRetry<SumOf<double>, SumOf<long double>>(values);
+    case StatisticId::kProduct:
+      return empty ? kNotComputed : Product(values);
+    case StatisticId::kRange:
+      return empty ? 0 : Range(values);
+    case StatisticId::kAveDev:
+      return empty ? kNotComputed
+                   : WithExtendedRetry<AveDevOf<double>, AveDevOf<long double>>(values);
+    case StatisticId::kSumSq:
+      return SumSq(values);
+    case StatisticId::kSumDevSq:
+      return empty ? 0 : WithExtendedRetry<SumDevSqOf<double>, SumDevSqOf<long double>>(values);
+    case StatisticId::kMeanAbs:
+      return empty ? kNotComputed
+                   : WithExtendedRetry<MeanAbsOf<double>, MeanAbsOf<long double>>(values);
+    default:
+      return static_cast<double>(values.size());
+  }
+}
+
+}  // namespace zavrel

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+
+namespace zavrel {
+
+/// The single-variable statistics. The order is fixed: it indexes the result cache.
+enum class StatisticId : std::size_t {
+  kMinimum = 0,
+  kMaximum = 1,
+  kMean = 2,
+  kStdDev = 3,
+  kVariance = 4,
+  kSkewness = 5,
+  kKurtosis = 6,
+  kSum = 7,
+  kProduct = 8,
+  kRange = 9,
+  kCount = 10,
+  kAveDev = 11,    // mean absolute deviation from the mean
+  kSumSq = 12,     // sum of squares
+  kSumDevSq = 13,  // sum of squared deviations from the mean
+  kMeanAbs = 14,   // mean of absolute values
+  kMode = 15,
+};
+
+/// The statistics that one run over the data gives together.
+constexpr bool IsMoment(StatisticId id) { return id <= StatisticId::kKurtosis; }
+
+}  // namespace zavrel
