@@ -2,21 +2,28 @@
 // The strict judge: what an add-in must never do, found while it runs.
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace zavhost {
 
 enum class ViolationKind {
-  kMissingBracket,      // a call without the host's messages enabled around it
-  kUnbalancedBracket,   // messages left enabled, enabled twice or disabled without enabling
-  kNotFreed,            // a value of the host's that the add-in still holds
+  kMissingBracket,     // a call without the host's messages enabled around it
+  kUnbalancedBracket,  // messages left enabled, enabled twice or disabled without enabling
+  kNotFreed,           // a value of the host's that the add-in still holds
   kFreedTwice,
-  kFreedForeign,        // xlFree of memory that the host never gave
+  kFreedForeign,  // xlFree of memory that the host never gave
   kArgumentWritten,
   kMalformedResult,
-  kMalformedCall,       // a callback argument that is no value
+  kMalformedCall,  // a callback argument that is no value, or a call where none is allowed
   kCrash,
+};
+
+/// Where something happened: a formula and its cell, both empty outside a formula.
+struct Place {
+  std::string formula;  // "=ZavMean(A1:A9)"
+  std::string cell;     // "Sheet1!B7"
 };
 
 struct Violation {
@@ -33,7 +40,12 @@ class Judge {
  public:
   /// The place that findings are put down to until it is changed.
   void SetPlace(std::string cell, std::string formula);
-  void Report(ViolationKind kind, std::string detail);
+  /// That place, to be kept for a finding that may come later.
+  const std::shared_ptr<const Place>& place() const { return place_; }
+
+  void Report(ViolationKind kind, std::string detail) { Report(kind, std::move(detail), *place_); }
+  void Report(ViolationKind kind, std::string detail, const Place& place);
+
   /// The first 1,000; the count goes on.
   const std::vector<Violation>& violations() const { return violations_; }
   std::uint64_t count() const { return count_; }
@@ -41,8 +53,7 @@ class Judge {
  private:
   std::vector<Violation> violations_;
   std::uint64_t count_ = 0;
-  std::string cell_;
-  std::string formula_;
+  std::shared_ptr<const Place> place_ = std::make_shared<Place>();
 };
 
 }  // namespace zavhost

@@ -52,9 +52,9 @@ void RewriteSheetPart(ZipArchive& archive, const SheetPart& sheet_part, const Sh
   }
 }
 
-std::string RewriteArchive(std::string bytes, const Workbook& workbook, const ChangedCells& cells,
-                           const XlsxLimits& limits) {
-  ZipArchive archive(std::move(bytes), limits);
+std::string RewriteArchive(std::string_view bytes, const Workbook& workbook,
+                           const ChangedCells& cells, const XlsxLimits& limits) {
+  ZipArchive archive(bytes, limits);
   const WorkbookParts parts = ReadWorkbookParts(archive);
   for (const auto& [index, of_sheet] : cells) {
     if (index >= parts.sheets.size() || index >= workbook.sheets.size() ||
@@ -72,7 +72,7 @@ std::string RewriteFile(const std::filesystem::path& source, const Workbook& wor
   try {
     std::string bytes = ReadFile(source, limits.file_bytes);
     if (changed.empty()) return bytes;
-    return RewriteArchive(std::move(bytes), workbook, CollectCells(workbook, changed), limits);
+    return RewriteArchive(bytes, workbook, CollectCells(workbook, changed), limits);
   } catch (const WorkbookError& error) {
     throw WorkbookError(fmt::format("{}: {}", PrintablePath(source), error.what()));
   } catch (const std::bad_alloc&) {

@@ -4,7 +4,9 @@
 #include <zip.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <new>
 
 #include "host/xlsx/messages.h"
 
@@ -84,6 +86,20 @@ void CheckKind(std::string_view bytes) {
   }
 }
 
+/// A source over a copy of the bytes that it owns: libzip 1.7.3 frees a buffer of its caller's when
+/// it writes an archive whose beginning stays as it was.
+zip_source_t* MakeSource(std::string_view bytes) {
+  void* copy = std::malloc(bytes.size());
+  if (copy == nullptr) throw std::bad_alloc();
+  std::memcpy(copy, bytes.data(), bytes.size());
+  zip_source_t* source = zip_source_buffer_create(copy, bytes.size(), 1, nullptr);
+  if (source == nullptr) {
+    std::free(copy);
+    throw std::bad_alloc();
+  }
+  return source;
+}
+
 struct FileCloser {
   void operator()(zip_file_t* file) const { zip_fclose(file); }
 };
@@ -100,23 +116,19 @@ struct ZipArchive::Handle {
   }
 };
 
-ZipArchive::ZipArchive(std::string bytes, const XlsxLimits& limits)
-    : bytes_(std::move(bytes)), limits_(limits), handle_(std::make_unique<Handle>()) {
-  CheckKind(bytes_);
-  const std::uint64_t declared = DeclaredParts(bytes_);
+ZipArchive::ZipArchive(std::string_view bytes, const XlsxLimits& limits)
+    : limits_(limits), handle_(std::make_unique<Handle>()) {
+  CheckKind(bytes);
+  const std::uint64_t declared = DeclaredParts(bytes);
   if (declared > limits_.parts) {
     throw WorkbookError(
         fmt::format("it has {} parts, and at most {} are read", declared, limits_.parts));
   }
-  zip_error_t error;
-  zip_error_init(&error);
-  handle_->source = zip_source_buffer_create(bytes_.data(), bytes_.size(), 0, &error);
-  if (handle_->source == nullptr) throw std::bad_alloc();
+  handle_->source = MakeSource(bytes);
   zip_source_keep(handle_->source);
-  handle_->archive = zip_open_from_source(handle_->source, 0, &error);
+  handle_->archive = zip_open_from_source(handle_->source, 0, nullptr);
   if (handle_->archive == nullptr) {
     zip_source_free(handle_->source);  // the reference that the archive would have taken
-    zip_error_fini(&error);
     throw WorkbookError("the file is damaged or cut short: its list of parts cannot be read");
   }
   IndexParts();

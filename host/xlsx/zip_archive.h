@@ -16,7 +16,7 @@ namespace zavhost {
 class ZipArchive {
  public:
   /// Throws WorkbookError when the bytes are no zip archive that can be used.
-  ZipArchive(std::string bytes, const XlsxLimits& limits);
+  ZipArchive(std::string_view bytes, const XlsxLimits& limits);
   ~ZipArchive();
   ZipArchive(const ZipArchive&) = delete;
   ZipArchive& operator=(const ZipArchive&) = delete;
@@ -37,7 +37,6 @@ class ZipArchive {
   void IndexParts();
   std::uint64_t Find(std::string_view part) const;
 
-  std::string bytes_;
   XlsxLimits limits_;
   std::uint64_t unpacked_ = 0;
   std::unordered_map<std::string, std::uint64_t> parts_;

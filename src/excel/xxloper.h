@@ -21,7 +21,9 @@ std::u16string_view TextIn(const XLOPER12& record);
 std::span<const XLOPER12> ElementsIn(const XLOPER12& record);
 
 /// Deleter of a record that Excel filled as the result of a C API call: frees what Excel attached
-/// to it through Excel, then the record itself.
+/// to it through Excel, then the record itself. A record with nothing attached goes the same way:
+/// what that would save, some 15 ns of the 500 of a call with its result, is not worth a second
+/// rule.
 struct CallExcelToFree {
   void operator()(const XLOPER12* record) const noexcept;
 };

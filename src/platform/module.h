@@ -9,7 +9,7 @@
 namespace zavrel {
 
 /// The address of an export; the caller knows its real type and casts with AsFunction.
-using ExportAddress = void (*)();
+using ExportAddress = void*;
 
 template <typename Function>
 Function* AsFunction(ExportAddress address) {

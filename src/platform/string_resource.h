@@ -23,8 +23,9 @@ class StringResources {
   }
   ~StringResources();
 
-  /// The text in exactly this language; an empty text counts as missing, since a table cannot tell
-  /// the two apart.
+  /// The text in this language. The system may answer for a sublanguage with the text of its
+  /// primary language, and falls back on no other. An empty text counts as missing, since a table
+  /// cannot tell the two apart.
   std::optional<std::u16string> Find(std::uint16_t language, std::uint16_t id) const;
 
  private:

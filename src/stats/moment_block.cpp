@@ -29,7 +29,7 @@ struct PowerSums {
 /// Counts, minimum and maximum; gives the sum.
 template <class Real>
 Real FirstPass(std::span<const double> values, MomentBlock& block) {
-  block = MomentBlock{.presented = values.size()};
+  block.presented = values.size();
   std::size_t first = 0;
   for (; first < values.size() && std::isnan(values[first]); ++first)
     CountSkipped(values[first], block);
@@ -120,25 +120,38 @@ double Finite(Real result) {
   return std::isfinite(value) ? value : ConditionDouble(kConditionNotFinite);
 }
 
+/// What both forms are made of.
 template <class Real>
-void FillBlock(std::span<const double> values, bool sample, MomentBlock& block) {
-  const Real sum = FirstPass<Real>(values, block);
-  if (block.valid < 1) return;
-  const auto n = static_cast<Real>(block.valid);
-  const Real mean = sum / n;
-  block.mean = Finite(mean);
+struct Passes {
+  explicit Passes(std::span<const double> values) {
+    mean = FirstPass<Real>(values, block);
+    if (block.valid < 1) return;
+    mean /= static_cast<Real>(block.valid);
+    block.mean = Finite(mean);
+    if (block.minimum != block.maximum) sums = SecondPass<Real>(values, mean);
+  }
 
+  MomentBlock block;  // counts, minimum, maximum and mean
+  Real mean = 0;
+  PowerSums<Real> sums;
+};
+
+template <class Real>
+MomentBlock Form(const Passes<Real>& passes, bool sample) {
+  MomentBlock block = passes.block;
+  if (block.valid < 1) return block;
   constexpr double kTooFew = ConditionDouble(kConditionTooFew);
   block.standard_deviation = block.variance = block.skewness = block.kurtosis = kTooFew;
-  if (sample && block.valid < 2) return;
+  if (sample && block.valid < 2) return block;
 
-  const PowerSums<Real> sums =
-      block.minimum == block.maximum ? PowerSums<Real>{} : SecondPass<Real>(values, mean);
-  const Spread<Real> spread = sample ? SampleSpread(sums, n) : PopulationSpread(sums, n);
+  const auto n = static_cast<Real>(block.valid);
+  const Spread<Real> spread =
+      sample ? SampleSpread(passes.sums, n) : PopulationSpread(passes.sums, n);
   block.variance = Finite(spread.variance);
   block.standard_deviation = Finite(spread.standard_deviation);
   if (spread.has_skewness) block.skewness = Finite(spread.skewness);
   if (spread.has_kurtosis) block.kurtosis = Finite(spread.kurtosis);
+  return block;
 }
 
 }  // namespace
@@ -165,15 +178,25 @@ double MomentBlock::operator[](StatisticId id) const {
 }
 
 MomentBlock ComputeMoments(std::span<const double> values, bool sample) {
-  MomentBlock block;
   const FloatingPointScope environment;
-  FillBlock<double>(values, sample, block);
+  MomentBlock block = Form(Passes<double>(values), sample);
   Settle(block);
   if (environment.Overflowed()) {
-    FillBlock<long double>(values, sample, block);
+    block = Form(Passes<long double>(values), sample);
     Settle(block);
   }
   return block;
+}
+
+MomentBlocks ComputeBothForms(std::span<const double> values) {
+  const FloatingPointScope environment;
+  const Passes<double> passes(values);
+  MomentBlocks blocks{Form(passes, false), Form(passes, true)};
+  Settle(blocks);
+  // Each form has its own overflow.
+  if (environment.Overflowed())
+    return {ComputeMoments(values, false), ComputeMoments(values, true)};
+  return blocks;
 }
 
 }  // namespace zavrel

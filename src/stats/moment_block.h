@@ -44,4 +44,11 @@ struct MomentBlock {
 /// When an operation overflows, everything is computed again in 80-bit extended precision.
 MomentBlock ComputeMoments(std::span<const double> values, bool sample);
 
+/// Both forms of one series, for the price of one.
+struct MomentBlocks {
+  MomentBlock population;
+  MomentBlock sample;
+};
+MomentBlocks ComputeBothForms(std::span<const double> values);
+
 }  // namespace zavrel

@@ -130,7 +130,7 @@ TEST_CASE("hostile workbooks end in one line and a non-zero exit") {
   const std::filesystem::path folder = ScratchFolder() / "hostile";
   std::filesystem::create_directories(folder);
   std::size_t count = 0;
-  for (const auto& hostile : zavhost::tests::WriteHostileWorkbooks(folder)) {
+  for (const auto& hostile : zavhost_test::WriteHostileWorkbooks(folder)) {
     const Outcome outcome = ZavHost(L"run \"" + hostile.file.wstring() + L"\"");
     CAPTURE(hostile.file.string());
     CAPTURE(outcome.errors);

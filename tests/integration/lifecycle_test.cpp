@@ -8,6 +8,12 @@
 namespace zavrel::tests {
 namespace {
 
+#ifdef _WIN32
+constexpr const char* kMajorVersion = "8";
+#else
+constexpr const char* kMajorVersion = "65535";  // a binary without a version resource says so
+#endif
+
 const zavhost::RegisteredFunction* Find(const zavhost::Engine& engine, std::u16string_view name) {
   const auto& functions = engine.functions();
   const auto found = std::find_if(functions.begin(), functions.end(),
@@ -20,7 +26,7 @@ const zavhost::RegisteredFunction* Find(const zavhost::Engine& engine, std::u16s
 TEST_CASE("only the version is there until a companion announces itself") {
   auto engine = OpenAddIn();
   CHECK(engine->functions().size() == 1);
-  CHECK(Shown(*engine, u"ZavrelFuncsVersion()") == "8");
+  CHECK(Shown(*engine, u"ZavrelFuncsVersion()") == kMajorVersion);
   CHECK(Shown(*engine, u"ZavMean(1,2,3)") == "#NAME?");
   engine->Announce(5);
   CHECK(Shown(*engine, u"ZavMean(1,2,3)") == "2");

@@ -17,9 +17,7 @@ std::optional<LoadedModule> LoadedModule::ByName(const std::u16string& name) {
 
 LoadedModule LoadedModule::HostExecutable() { return LoadedModule(RTLD_DEFAULT); }
 
-ExportAddress LoadedModule::FindExport(const char* name) const {
-  return reinterpret_cast<ExportAddress>(dlsym(handle_, name));
-}
+ExportAddress LoadedModule::FindExport(const char* name) const { return dlsym(handle_, name); }
 
 std::optional<Module> Module::Load(const std::filesystem::path& full_path) {
   if (!full_path.is_absolute()) return std::nullopt;

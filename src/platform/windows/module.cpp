@@ -45,8 +45,7 @@ std::optional<LoadedModule> LoadedModule::ByName(const std::u16string& name) {
 LoadedModule LoadedModule::HostExecutable() { return LoadedModule(GetModuleHandleW(nullptr)); }
 
 ExportAddress LoadedModule::FindExport(const char* name) const {
-  return reinterpret_cast<ExportAddress>(
-      reinterpret_cast<void*>(GetProcAddress(HandleOf(handle_), name)));
+  return reinterpret_cast<ExportAddress>(GetProcAddress(HandleOf(handle_), name));
 }
 
 std::optional<Module> Module::Load(const std::filesystem::path& full_path) {

@@ -1,0 +1,63 @@
+#pragma once
+// One formula being evaluated: the cells, names and functions that it sees.
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "host/calc/formula_index.h"
+#include "host/capi/add_in_function.h"
+#include "host/capi/excel_api.h"
+#include "host/formula/evaluate.h"
+
+namespace zavhost {
+
+class Calculation : public EvaluationContext, public HostCells {
+ public:
+  Calculation(Workbook& workbook, Judge& judge, const ExcelBehaviour& behaviour);
+
+  ExcelApi& api() { return api_; }
+  /// The formulas that are not calculated yet.
+  FormulaIndex& uncalculated() { return uncalculated_; }
+
+  /// Evaluates a formula for a cell or the range of an array formula. Throws Uncalculated,
+  /// whereupon `met` names the first formulas that it waits for, and FormulaError.
+  Operand Evaluate(const Formula& formula, const CellAddress& origin, const CellAddress& cell,
+                   const std::optional<CellRange>& array, bool as_array);
+  const std::vector<std::uint32_t>& met() const { return met_; }
+
+  /// The defined names may have changed.
+  void ForgetNames() { parsed_names_.clear(); }
+
+  // EvaluationContext
+  Value ReadCell(const CellAddress& cell) override;
+  ArrayPtr ReadRange(std::uint32_t sheet, const CellRange& range) override;
+  CallableFunction* FindFunction(std::u16string_view name) override;
+  const Workbook& workbook() const override { return workbook_; }
+  FormulaPtr ParsedName(const DefinedName& name) override;
+  CellAddress caller() const override { return cell_; }
+
+  // HostCells
+  Workbook& cells_workbook() override { return workbook_; }
+  bool MeetsUncalculated(std::uint32_t sheet, const CellRange& range) override;
+  std::optional<CallingCells> calling_cells() const override { return calling_; }
+
+ private:
+  Workbook& workbook_;
+  ExcelApi api_;
+  ArgumentBlock block_;
+  FormulaIndex uncalculated_;
+  std::vector<std::uint32_t> met_;
+  CellAddress cell_;
+  std::optional<CallingCells> calling_;
+  std::unordered_map<const DefinedName*, FormulaPtr> parsed_names_;
+  /// Made anew when functions have come or gone; in the order of the registry.
+  std::vector<std::unique_ptr<AddInFunction>> functions_;
+  std::uint64_t functions_generation_ = 0;
+};
+
+}  // namespace zavhost

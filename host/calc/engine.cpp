@@ -1,0 +1,150 @@
+#include "host/calc/engine.h"
+
+#include "host/calc/calculation.h"
+#include "host/calc/formula_text.h"
+#include "host/calc/recalculation.h"
+#include "host/capi/crash_guard.h"
+
+namespace zavhost {
+
+class Engine::State {
+ public:
+  State(Workbook given_workbook, EngineOptions given_options)
+      : workbook(std::move(given_workbook)),
+        options(std::move(given_options)),
+        calculation(workbook, judge, options.behaviour) {}
+
+  ExcelApi& api() { return calculation.api(); }
+
+  void* FindExport(const std::string& name) const {
+    void* found = module == nullptr ? nullptr : module->Find(name);
+    if (found == nullptr)
+      throw WorkbookError("the add-in " + ToUtf8(file.filename().u16string()) + " has no export " +
+                          name);
+    return found;
+  }
+
+  std::int32_t CallCommand(void* function, const MachineArguments& arguments) {
+    judge.SetPlace({}, {});
+    try {
+      const ExcelApi::Entry entry(api(), CallContext::kCommand);
+      return static_cast<std::int32_t>(arguments.CallForInteger(function));
+    } catch (...) {
+      judge.Report(ViolationKind::kCrash, "an exception left an entry point");
+      return 0;
+    }
+  }
+
+  void Close() {
+    if (!is_open) return;
+    is_open = false;
+    if (void* close = module->Find("xlAutoClose")) CallCommand(close, {});
+    judge.SetPlace({}, {});
+    api().memory().ReportHeld();
+    api().registry().Clear();
+  }
+
+  void Unload() {
+    api().SetAddIn(nullptr, {});
+    module.reset();
+    call_library.reset();
+    EndCrashGuard(judge);
+  }
+
+  Workbook workbook;
+  EngineOptions options;
+  Judge judge;
+  Calculation calculation;
+  std::unique_ptr<Module> call_library;
+  std::unique_ptr<Module> module;
+  std::filesystem::path file;
+  bool is_open = false;
+};
+
+Engine::Engine(Workbook workbook, EngineOptions options)
+    : state_(std::make_unique<State>(std::move(workbook), std::move(options))) {}
+
+Engine::~Engine() {
+  state_->Close();
+  state_->Unload();
+}
+
+Workbook& Engine::workbook() { return state_->workbook; }
+const Judge& Engine::judge() const { return state_->judge; }
+const std::vector<RegisteredFunction>& Engine::functions() const {
+  return state_->api().registry().functions();
+}
+const std::vector<std::string>& Engine::refused_registrations() const {
+  return state_->api().refused_registrations();
+}
+
+void Engine::LoadAddIn(const std::filesystem::path& file) {
+  State& state = *state_;
+  state.Close();
+  if (!state.options.call_library.empty() && !state.call_library)
+    state.call_library = std::make_unique<Module>(state.options.call_library);
+  GuardAgainstCrashes(state.judge);
+  // Already during its loading an add-in may look up the callback, but it must not call.
+  state.module = std::make_unique<Module>(file);
+  std::error_code ignored;
+  state.file = std::filesystem::absolute(file, ignored);
+  state.api().SetAddIn(state.module.get(), state.file);
+  void* open = state.module->Find("xlAutoOpen");
+  if (open == nullptr) {
+    state.Unload();
+    throw WorkbookError(ToUtf8(file.u16string()) + " is no add-in: it has no export xlAutoOpen");
+  }
+  state.is_open = true;
+  if (state.CallCommand(open, {}) != 1) {
+    state.Close();
+    state.Unload();
+    throw WorkbookError("the add-in " + ToUtf8(file.u16string()) +
+                        " did not open (xlAutoOpen failed)");
+  }
+}
+
+void Engine::Announce(std::uint16_t id) {
+  MachineArguments arguments;
+  arguments.AddPointer(nullptr);  // the application's automation object
+  arguments.AddPointer(nullptr);  // the companion's
+  arguments.AddInteger(id);
+  arguments.AddPointer(nullptr);  // the companion's workbook
+  arguments.AddInteger(state_->options.language);
+  arguments.AddPointer(nullptr);  // its version
+  arguments.AddPointer(nullptr);  // its help
+  state_->CallCommand(state_->FindExport("InitializeXlaInformationW"), arguments);
+}
+
+void Engine::Withdraw(std::uint16_t id) {
+  MachineArguments arguments;
+  arguments.AddInteger(id);
+  state_->CallCommand(state_->FindExport("UninitializeXlaInformation"), arguments);
+}
+
+std::int32_t Engine::RunCommand(const std::string& procedure) {
+  return state_->CallCommand(state_->FindExport(procedure), {});
+}
+
+void Engine::CloseAddIn(bool unload) {
+  state_->Close();
+  if (unload) state_->Unload();
+}
+
+RecalculationReport Engine::Recalculate() {
+  return Recalculation(state_->calculation, state_->judge, state_->options).Run();
+}
+
+Operand Engine::Evaluate(std::u16string_view formula, CellAddress cell) {
+  State& state = *state_;
+  if (!formula.empty() && formula.front() == u'=') formula.remove_prefix(1);
+  if (cell.sheet >= state.workbook.sheets.size())
+    throw WorkbookError("the workbook has no sheet for the formula");
+  const FormulaPtr parsed = ParseFormula(formula);
+  state.judge.SetPlace(CellText(state.workbook, cell), "=" + ToUtf8(formula));
+  state.calculation.ForgetNames();
+  Operand result = state.calculation.Evaluate(*parsed, cell, cell, std::nullopt, true);
+  state.judge.SetPlace({}, {});
+  return result;
+}
+
+}  // namespace zavhost

@@ -1,0 +1,130 @@
+#include "host/calc/formula_use.h"
+
+#include <algorithm>
+
+#include "formula/lexer.h"
+#include "host/formula/builtin_functions.h"
+#include "host/workbook/letter_case.h"
+
+namespace zavhost {
+namespace {
+
+using formula::Token;
+using formula::TokenKind;
+
+/// What stands behind a sheet or workbook prefix.
+std::u16string_view WithoutPrefix(std::u16string_view token) {
+  const std::size_t mark = token.rfind(u'!');
+  return mark == std::u16string_view::npos ? token : token.substr(mark + 1);
+}
+
+/// A function's name without what files put in front of it and without its parenthesis.
+std::u16string_view FunctionName(std::u16string_view token) {
+  std::u16string_view name = WithoutPrefix(token);
+  while (!name.empty() && (name.back() == u'(' || name.back() == u' ')) name.remove_suffix(1);
+  for (const std::u16string_view mark : {u"_xlfn.", u"_xlws.", u"_xludf.", u"_xll."}) {
+    if (EqualIgnoringCase(name.substr(0, mark.size()), mark)) name.remove_prefix(mark.size());
+  }
+  return name;
+}
+
+/// Another workbook's cells, or those of several sheets.
+bool IsForeignReference(std::u16string_view token) {
+  const std::size_t mark = token.rfind(u'!');
+  if (mark == std::u16string_view::npos) return false;
+  const std::u16string_view prefix = token.substr(0, mark);
+  return prefix.find_first_of(u"[:") != std::u16string_view::npos;
+}
+
+bool Merge(const FormulaUse& from, FormulaUse& to) {
+  bool changed = false;
+  if (from.uses_add_in && !to.uses_add_in) to.uses_add_in = changed = true;
+  if (!from.foreign.empty() && to.foreign.empty()) {
+    to.foreign = from.foreign;
+    changed = true;
+  }
+  return changed;
+}
+
+}  // namespace
+
+FormulaUses::FormulaUses(const Workbook& workbook, const FunctionRegistry& registry)
+    : workbook_(workbook),
+      registry_(registry),
+      uses_(workbook.formula_texts.size()),
+      known_(workbook.formula_texts.size()) {
+  LookAtNames();
+}
+
+void FormulaUses::LookAtFunction(std::u16string_view token, FormulaUse& use) const {
+  const std::u16string_view name = FunctionName(token);
+  const bool is_registered = registry_.Find(name) != FunctionRegistry::npos;
+  if (is_registered || EqualIgnoringCase(name.substr(0, 3), u"Zav")) {
+    use.uses_add_in = true;
+  } else if (use.foreign.empty() && !IsBuiltIn(name) && !EqualIgnoringCase(name, u"SINGLE")) {
+    use.foreign = name;
+  }
+}
+
+FormulaUse FormulaUses::Look(std::u16string_view text, std::vector<std::u16string>& names) const {
+  FormulaUse use;
+  for (const Token& token : formula::Tokenize(text)) {
+    switch (token.kind) {
+      case TokenKind::kFunction:
+        LookAtFunction(token.text, use);
+        break;
+      case TokenKind::kName:
+        names.push_back(FoldCase(WithoutPrefix(token.text)));
+        break;
+      case TokenKind::kStructuredReference:
+        if (use.foreign.empty()) use.foreign = token.text;
+        break;
+      case TokenKind::kReference:
+        if (use.foreign.empty() && IsForeignReference(token.text)) use.foreign = token.text;
+        break;
+      case TokenKind::kOperator:
+        if (use.foreign.empty() && token.text == u"#") use.foreign = token.text;  // spilled cells
+        break;
+      default:
+        break;
+    }
+  }
+  return use;
+}
+
+// What a name uses, the names use that mention it; passed on until nothing changes, so that names
+// in a circle do no harm.
+void FormulaUses::LookAtNames() {
+  std::vector<std::u16string> changed;
+  for (const DefinedName& name : workbook_.names) {
+    std::vector<std::u16string> mentioned;
+    const FormulaUse use = Look(name.text, mentioned);
+    const std::u16string key = FoldCase(name.name);
+    if (Merge(use, names_[key].use)) changed.push_back(key);
+    for (std::u16string& other : mentioned) names_[std::move(other)].users.push_back(key);
+  }
+  while (!changed.empty()) {
+    const std::u16string key = std::move(changed.back());
+    changed.pop_back();
+    const NameUse& name = names_.at(key);
+    for (const std::u16string& user : name.users) {
+      if (Merge(name.use, names_.at(user).use)) changed.push_back(user);
+    }
+  }
+}
+
+const FormulaUse& FormulaUses::Of(std::uint32_t text) {
+  if (!known_[text]) {
+    known_[text] = true;
+    std::vector<std::u16string> mentioned;
+    FormulaUse use = Look(workbook_.formula_texts[text], mentioned);
+    for (const std::u16string& name : mentioned) {
+      const auto found = names_.find(name);
+      if (found != names_.end()) Merge(found->second.use, use);
+    }
+    uses_[text] = std::move(use);
+  }
+  return uses_[text];
+}
+
+}  // namespace zavhost

@@ -1,0 +1,45 @@
+#pragma once
+// Which formulas are recalculated: those that use the add-in, directly or through defined names.
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "host/capi/function_registry.h"
+#include "host/workbook/workbook.h"
+
+namespace zavhost {
+
+struct FormulaUse {
+  bool uses_add_in = false;
+  /// Something that the host does not compute, as written: a function, a structured or external
+  /// reference. Empty when there is none.
+  std::u16string foreign;
+};
+
+class FormulaUses {
+ public:
+  /// Both must outlive this. Looks at the defined names at once, at formula texts when asked.
+  FormulaUses(const Workbook& workbook, const FunctionRegistry& registry);
+
+  const FormulaUse& Of(std::uint32_t text);
+
+ private:
+  struct NameUse {
+    FormulaUse use;
+    std::vector<std::u16string> users;  // names whose texts mention this one
+  };
+
+  FormulaUse Look(std::u16string_view text, std::vector<std::u16string>& names) const;
+  void LookAtFunction(std::u16string_view token, FormulaUse& use) const;
+  void LookAtNames();
+
+  const Workbook& workbook_;
+  const FunctionRegistry& registry_;
+  /// By folded name. A name that several sheets define is all of them at once.
+  std::unordered_map<std::u16string, NameUse> names_;
+  std::vector<FormulaUse> uses_;
+  std::vector<bool> known_;
+};
+
+}  // namespace zavhost

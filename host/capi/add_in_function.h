@@ -1,0 +1,42 @@
+#pragma once
+// A registered function, callable from a formula: arguments marshalled by its type text, the call,
+// and its result.
+
+#include <string>
+#include <vector>
+
+#include "host/capi/argument_block.h"
+#include "host/capi/excel_api.h"
+#include "host/formula/evaluate.h"
+
+namespace zavhost {
+
+class AddInFunction : public CallableFunction {
+ public:
+  /// `block` may be shared by functions that are not called within each other.
+  AddInFunction(ExcelApi& api, ArgumentBlock& block, TypeText type, void* address);
+
+  bool TakesReference(std::size_t index) const override;
+  bool TakesArray(std::size_t index) const override;
+  /// Gives #VALUE! for too many arguments and for values that cannot be converted, #NUM! for an
+  /// integer out of range, without a call. Throws Uncalculated when the function was told that a
+  /// cell is not calculated yet; what it returned then is dropped.
+  Operand Call(std::span<const Operand> arguments) override;
+
+ private:
+  Operand CallMachineCode(const MachineArguments& arguments);
+
+  Operand TakePointer(const void* pointer, TypeLetter kind);
+  Operand TakeText(const void* pointer, TypeLetter kind);
+  Operand TakeNumbers(const void* pointer, bool small);
+  Operand TakeRecord(XLOPER12* record);
+  Operand Malformed(const std::string& what);
+  void ReleaseRecord(XLOPER12* record);
+
+  ExcelApi& api_;
+  ArgumentBlock& block_;
+  TypeText type_;
+  void* address_;
+};
+
+}  // namespace zavhost

@@ -1,0 +1,124 @@
+#pragma once
+// The C API as Excel offers it to an add-in: what stands behind the callback.
+
+#include <atomic>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "excel/xloper12.h"
+#include "host/capi/excel_behaviour.h"
+#include "host/capi/function_registry.h"
+#include "host/capi/host_cells.h"
+#include "host/capi/host_memory.h"
+#include "host/capi/judge.h"
+#include "host/capi/module.h"
+
+namespace zavhost {
+
+/// What the host has called in the add-in, which decides what the add-in may call back.
+enum class CallContext : std::uint8_t {
+  kCommand,            // xlAutoOpen and its like, macros
+  kMacroTypeFunction,  // registered with "#"
+  kWorksheetFunction,
+};
+
+class ExcelApi {
+ public:
+  ExcelApi(HostCells& cells, Judge& judge, ExcelBehaviour behaviour);
+  ~ExcelApi();
+  ExcelApi(const ExcelApi&) = delete;
+  ExcelApi& operator=(const ExcelApi&) = delete;
+
+  /// The add-in whose functions can be registered; its file is what xlGetName answers.
+  void SetAddIn(Module* module, std::filesystem::path file);
+
+  /// The callback's work: judges the call and carries it out. Gives the API's return code.
+  int Call(int function, int count, XLOPER12** arguments, XLOPER12* result);
+
+  FunctionRegistry& registry() { return registry_; }
+  HostMemory& memory() { return memory_; }
+  HostCells& cells() { return cells_; }
+  Judge& judge() { return judge_; }
+  const ExcelBehaviour& behaviour() const { return behaviour_; }
+  Module* module() { return module_; }
+  /// Registrations that were answered with #VALUE!, and why.
+  const std::vector<std::string>& refused_registrations() const { return refused_; }
+  /// True when the present call of the add-in was told that a cell is not calculated yet.
+  bool met_uncalculated() const { return met_uncalculated_; }
+  std::uint32_t current_sheet() const;
+
+  /// The time during which the host runs code of the add-in. Calls that come back go to the API
+  /// that entered last; when the add-in returns, its message brackets must be closed.
+  class Entry {
+   public:
+    Entry(ExcelApi& api, CallContext context);
+    ~Entry();
+    Entry(const Entry&) = delete;
+    Entry& operator=(const Entry&) = delete;
+
+   private:
+    ExcelApi& api_;
+    CallContext outer_context_;
+  };
+
+ private:
+  struct Arguments {
+    int count;
+    XLOPER12** records;
+    const XLOPER12& operator[](int index) const { return *records[index]; }
+    /// True when the argument is there and says something.
+    bool Has(int index) const {
+      return index < count && (records[index]->xltype & xltypeMask) != xltypeMissing;
+    }
+  };
+
+  int CallInOrder(int function, int count, XLOPER12** arguments, XLOPER12* result);
+  bool JudgeBracket(int function);
+  void JudgeReturn();
+  bool JudgeArguments(int function, int count, XLOPER12** arguments);
+  int Dispatch(int function, const Arguments& arguments, XLOPER12& result);
+  int DispatchCommand(int function, const Arguments& arguments, XLOPER12& result);
+  void Free(const Arguments& arguments);
+
+  int Coerce(const Arguments& arguments, XLOPER12& result);
+  int CoerceReference(const XLOPER12& source, std::uint32_t types, XLOPER12& result);
+  int CoerceRange(const Reference& reference, XLOPER12& result);
+  int CoerceValue(const Value& value, std::uint32_t types, XLOPER12& result);
+  int CopyArray(const XLOPER12& source, XLOPER12& result);
+  int CopyReference(const XLOPER12& source, XLOPER12& result);
+  int Caller(XLOPER12& result);
+  int Set(const Arguments& arguments, XLOPER12& result);
+  int SheetIdOf(const Arguments& arguments, XLOPER12& result);
+  int SheetNameOf(const Arguments& arguments, XLOPER12& result);
+  int Workspace(const Arguments& arguments, XLOPER12& result);
+  int Register(const Arguments& arguments, XLOPER12& result);
+  int Unregister(const Arguments& arguments, XLOPER12& result);
+  /// Registers, or says why not.
+  std::string TryRegister(const Arguments& arguments, double& register_id);
+  void* FindProcedure(const XLOPER12& procedure) const;
+
+  void GiveText(std::u16string_view text, XLOPER12& result);
+  void GiveValue(const Value& value, XLOPER12& result);
+
+  HostCells& cells_;
+  Judge& judge_;
+  ExcelBehaviour behaviour_;
+  HostMemory memory_;
+  FunctionRegistry registry_;
+  Module* module_ = nullptr;
+  std::filesystem::path file_;
+  std::vector<std::string> refused_;
+
+  CallContext context_ = CallContext::kCommand;
+  const char* function_name_ = "";  // of the call that is carried out
+  bool messages_enabled_ = false;
+  bool bracket_used_ = false;
+  bool met_uncalculated_ = false;
+  const std::thread::id thread_ = std::this_thread::get_id();
+  std::atomic<std::uint64_t> calls_from_other_threads_ = 0;
+};
+
+}  // namespace zavhost

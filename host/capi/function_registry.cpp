@@ -1,0 +1,70 @@
+#include "host/capi/function_registry.h"
+
+#include <algorithm>
+
+#include "host/workbook/letter_case.h"
+
+namespace zavhost {
+namespace {
+
+// Excel's ids are large and of either sign: nobody may take them for an index or test their sign.
+double IdOf(std::int64_t number) {
+  const double id = static_cast<double>(0x7A10000 + number * 8);
+  return number % 2 == 0 ? -id : id;
+}
+
+}  // namespace
+
+double FunctionRegistry::Add(RegisteredFunction function, TypeText type, void* address) {
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    if (entries_[i].address == address && functions_[i].name == function.name &&
+        functions_[i].type_text == function.type_text) {
+      ++entries_[i].use_count;
+      return entries_[i].register_id;
+    }
+  }
+  const double id = IdOf(next_id_++);
+  function.register_id = id;
+  function.is_volatile = type.is_volatile;
+  if (function.macro_type != 2) ids_by_name_[FoldCase(function.name)].push_back(id);
+  functions_.push_back(std::move(function));
+  entries_.push_back({id, std::move(type), address, 1});
+  ++generation_;
+  return id;
+}
+
+bool FunctionRegistry::Remove(double register_id) {
+  const auto entry = std::find_if(entries_.begin(), entries_.end(), [&](const RegistryEntry& e) {
+    return e.register_id == register_id;
+  });
+  if (entry == entries_.end()) return false;
+  if (--entry->use_count > 0) return true;
+  const auto function = functions_.begin() + (entry - entries_.begin());
+  const auto name = ids_by_name_.find(FoldCase(function->name));
+  if (name != ids_by_name_.end()) {
+    std::erase(name->second, register_id);
+    if (name->second.empty()) ids_by_name_.erase(name);
+  }
+  functions_.erase(function);
+  entries_.erase(entry);
+  ++generation_;
+  return true;
+}
+
+void FunctionRegistry::Clear() {
+  functions_.clear();
+  entries_.clear();
+  ids_by_name_.clear();
+  ++generation_;
+}
+
+std::size_t FunctionRegistry::Find(std::u16string_view name) const {
+  const auto found = ids_by_name_.find(FoldCase(name));
+  if (found == ids_by_name_.end()) return npos;
+  const double id = found->second.back();
+  const auto entry = std::find_if(entries_.begin(), entries_.end(),
+                                  [&](const RegistryEntry& e) { return e.register_id == id; });
+  return static_cast<std::size_t>(entry - entries_.begin());
+}
+
+}  // namespace zavhost

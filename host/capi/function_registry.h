@@ -1,0 +1,49 @@
+#pragma once
+// The functions that the add-in has registered.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "host/capi/registered_function.h"
+#include "host/capi/type_text.h"
+
+namespace zavhost {
+
+struct RegistryEntry {
+  double register_id = 0;
+  TypeText type;
+  void* address = nullptr;
+  std::uint32_t use_count = 1;
+};
+
+class FunctionRegistry {
+ public:
+  /// Adds a function and gives its id. The same procedure under the same name and type text, once
+  /// more, counts one more use of the one that is there.
+  double Add(RegisteredFunction function, TypeText type, void* address);
+  /// Counts one use less, and removes the function with its last use. False for an unknown id.
+  bool Remove(double register_id);
+  void Clear();
+
+  const std::vector<RegisteredFunction>& functions() const { return functions_; }
+  /// The entry that belongs to functions()[index].
+  const RegistryEntry& entry(std::size_t index) const { return entries_[index]; }
+  /// The function that was registered last under this name, in any letter case; commands are not
+  /// found. npos when there is none.
+  static constexpr std::size_t npos = static_cast<std::size_t>(-1);
+  std::size_t Find(std::u16string_view name) const;
+  /// Changes whenever functions come or go.
+  std::uint64_t generation() const { return generation_; }
+
+ private:
+  std::vector<RegisteredFunction> functions_;
+  std::vector<RegistryEntry> entries_;
+  std::unordered_map<std::u16string, std::vector<double>> ids_by_name_;
+  std::uint64_t generation_ = 0;
+  std::int64_t next_id_ = 0;
+};
+
+}  // namespace zavhost

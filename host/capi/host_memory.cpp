@@ -1,0 +1,94 @@
+#include "host/capi/host_memory.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace zavhost {
+namespace {
+
+constexpr std::size_t kQuarantined = 512;
+constexpr std::size_t kLargeWords = (256u << 10) / 8;
+constexpr std::size_t kLargeKept = 4;
+constexpr std::size_t kLargeKeptWords = (80u << 20) / 8;
+constexpr std::size_t kFreedRemembered = 1u << 16;
+// An add-in may keep values between calls; nobody keeps this many.
+constexpr std::size_t kGrowthLimit = 20'000;
+constexpr std::uint64_t kFreedPattern = 0xDDDDDDDDDDDDDDDD;
+
+}  // namespace
+
+HostMemory::Storage HostMemory::TakeLarge(std::size_t words, std::size_t& actual) {
+  const auto fits = [&](const Block& block) {
+    return block.words >= words && block.words / 2 <= words;
+  };
+  const auto found = std::find_if(large_.begin(), large_.end(), fits);
+  if (found == large_.end()) return nullptr;
+  Storage storage = std::move(found->storage);
+  actual = found->words;
+  large_.erase(found);
+  return storage;
+}
+
+void* HostMemory::Give(std::size_t bytes, const char* function) {
+  std::size_t words = std::max<std::size_t>((bytes + 7) / 8, 1);
+  Storage storage;
+  if (words >= kLargeWords) storage = TakeLarge(words, words);
+  if (!storage) storage = std::make_unique_for_overwrite<std::uint64_t[]>(words);
+  void* address = storage.get();
+  freed_.erase(address);
+  held_.emplace(address, Block{std::move(storage), words, function, judge_.place()});
+  return address;
+}
+
+void HostMemory::Free(const void* block) {
+  if (block == nullptr) return;
+  const auto found = held_.find(block);
+  if (found != held_.end()) {
+    Block taken = std::move(found->second);
+    held_.erase(found);
+    Retire(std::move(taken));
+  } else if (freed_.contains(block)) {
+    judge_.Report(ViolationKind::kFreedTwice, "a value was given to xlFree that was freed before");
+  } else {
+    judge_.Report(ViolationKind::kFreedForeign,
+                  "a value was given to xlFree that is not the host's");
+  }
+}
+
+void HostMemory::Retire(Block block) {
+  if (freed_.size() >= kFreedRemembered) freed_.clear();
+  freed_.insert(block.storage.get());
+  if (block.words >= kLargeWords) {
+    if (block.words > kLargeKeptWords) return;
+    if (large_.size() == kLargeKept) large_.erase(large_.begin());
+    large_.push_back(std::move(block));
+    return;
+  }
+  std::fill_n(block.storage.get(), block.words, kFreedPattern);
+  quarantine_.push_back(std::move(block));
+  if (quarantine_.size() > kQuarantined) quarantine_.pop_front();
+}
+
+void HostMemory::JudgeGrowth() {
+  if (growth_reported_ || held_.size() < kGrowthLimit) return;
+  growth_reported_ = true;
+  judge_.Report(
+      ViolationKind::kNotFreed,
+      fmt::format("the add-in holds {} values of the host's, and ever more of them", held_.size()));
+}
+
+void HostMemory::ReportHeld() {
+  for (auto& [address, block] : held_) {
+    judge_.Report(ViolationKind::kNotFreed,
+                  fmt::format("a value that {} gave was never freed", block.function),
+                  *block.place);
+    // Whatever still points there finds memory.
+    freed_.insert(address);
+    quarantine_.push_back(std::move(block));
+  }
+  held_.clear();
+  growth_reported_ = false;
+}
+
+}  // namespace zavhost

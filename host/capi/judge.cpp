@@ -1,0 +1,51 @@
+#include "host/capi/judge.h"
+
+namespace zavhost {
+namespace {
+
+constexpr std::size_t kKept = 1000;
+
+const char* KindText(ViolationKind kind) {
+  switch (kind) {
+    case ViolationKind::kMissingBracket:
+      return "missing message bracket";
+    case ViolationKind::kUnbalancedBracket:
+      return "unbalanced message bracket";
+    case ViolationKind::kNotFreed:
+      return "value not freed";
+    case ViolationKind::kFreedTwice:
+      return "value freed twice";
+    case ViolationKind::kFreedForeign:
+      return "foreign memory freed";
+    case ViolationKind::kArgumentWritten:
+      return "argument written to";
+    case ViolationKind::kMalformedResult:
+      return "malformed result";
+    case ViolationKind::kMalformedCall:
+      return "malformed call";
+    case ViolationKind::kCrash:
+      return "crash";
+  }
+  return "violation";
+}
+
+}  // namespace
+
+std::string DescribeViolation(const Violation& violation) {
+  std::string line;
+  if (!violation.cell.empty()) line += violation.cell + ": ";
+  if (!violation.formula.empty()) line += violation.formula + ": ";
+  return line + violation.detail + " (" + KindText(violation.kind) + ")";
+}
+
+void Judge::SetPlace(std::string cell, std::string formula) {
+  place_ = std::make_shared<Place>(Place{std::move(formula), std::move(cell)});
+}
+
+void Judge::Report(ViolationKind kind, std::string detail, const Place& place) {
+  ++count_;
+  if (violations_.size() < kKept)
+    violations_.push_back({kind, std::move(detail), place.formula, place.cell});
+}
+
+}  // namespace zavhost

@@ -1,0 +1,50 @@
+#include <windows.h>
+
+#include "host/capi/module.h"
+#include "host/workbook/workbook.h"
+
+namespace zavhost {
+namespace {
+
+std::string SystemMessage(DWORD error) {
+  wchar_t buffer[512];
+  const DWORD length =
+      FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0,
+                     buffer, static_cast<DWORD>(std::size(buffer)), nullptr);
+  std::u16string text(reinterpret_cast<const char16_t*>(buffer), length);
+  while (!text.empty() && (text.back() <= u' ' || text.back() == u'.')) text.pop_back();
+  return text.empty() ? "error " + std::to_string(error) : ToUtf8(text);
+}
+
+}  // namespace
+
+Module::Module(const std::filesystem::path& file) {
+  // The add-in's own folder is searched for the libraries that it needs, and no dialog is shown.
+  DWORD old_mode = 0;
+  SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &old_mode);
+  std::error_code ignored;
+  const std::filesystem::path absolute = std::filesystem::absolute(file, ignored);
+  handle_ = LoadLibraryExW(absolute.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+  const DWORD error = GetLastError();
+  SetThreadErrorMode(old_mode, nullptr);
+  if (handle_ == nullptr) {
+    throw WorkbookError("the add-in " + ToUtf8(file.u16string()) +
+                        " cannot be loaded: " + SystemMessage(error));
+  }
+}
+
+Module::~Module() { FreeLibrary(static_cast<HMODULE>(handle_)); }
+
+void* Module::Find(const std::string& name) const {
+  return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(handle_), name.c_str()));
+}
+
+void* Module::Find(std::uint16_t ordinal) const {
+  return reinterpret_cast<void*>(
+      GetProcAddress(static_cast<HMODULE>(handle_),
+                     reinterpret_cast<const char*>(static_cast<std::uintptr_t>(ordinal))));
+}
+
+void* ProgramHandle() { return GetModuleHandleW(nullptr); }
+
+}  // namespace zavhost

@@ -1,0 +1,84 @@
+#include "host/capi/native_call.h"
+
+#include <bit>
+#include <stdexcept>
+#include <utility>
+
+namespace zavhost {
+namespace {
+
+template <std::size_t>
+using Word = std::uint64_t;
+
+}  // namespace
+
+#ifdef _WIN32
+
+// Windows: an argument's register follows from its position; the first four are in rcx, rdx, r8, r9
+// or in xmm0 to xmm3, all others on the stack. A call without a prototype puts a double into both
+// registers of its position, so that the callee finds integers and doubles alike.
+
+void MachineArguments::AddInteger(std::uint64_t word) {
+  if (words_ == kLimit) throw std::length_error("too many arguments");
+  stack_[words_++] = word;
+}
+
+void MachineArguments::AddDouble(double number) {
+  AddInteger(std::bit_cast<std::uint64_t>(number));
+}
+
+template <class Result>
+Result MachineArguments::Call(void* function) const {
+  const auto call = [&]<std::size_t... I>(std::index_sequence<I...>) {
+    const auto target = reinterpret_cast<Result (*)(...)>(function);
+    return target(std::bit_cast<double>(stack_[0]), std::bit_cast<double>(stack_[1]),
+                  std::bit_cast<double>(stack_[2]), std::bit_cast<double>(stack_[3]),
+                  stack_[I + 4]...);
+  };
+  return call(std::make_index_sequence<kLimit - 4>());
+}
+
+#else
+
+// System V: integers and doubles fill their registers independently, the rest is on the stack in
+// order.
+
+void MachineArguments::AddInteger(std::uint64_t word) {
+  if (integers_ < kIntegerRegisters) {
+    integer_registers_[integers_++] = word;
+    return;
+  }
+  if (words_ == kLimit) throw std::length_error("too many arguments");
+  stack_[words_++] = word;
+}
+
+void MachineArguments::AddDouble(double number) {
+  if (doubles_ < kDoubleRegisters) {
+    double_registers_[doubles_++] = number;
+    return;
+  }
+  if (words_ == kLimit) throw std::length_error("too many arguments");
+  stack_[words_++] = std::bit_cast<std::uint64_t>(number);
+}
+
+template <class Result>
+Result MachineArguments::Call(void* function) const {
+  const auto call = [&]<std::size_t... I, std::size_t... D, std::size_t... S>(
+      std::index_sequence<I...>, std::index_sequence<D...>, std::index_sequence<S...>) {
+    const auto target = reinterpret_cast<Result (*)(
+        Word<I>..., decltype(static_cast<void>(D), 0.0)..., Word<S>...)>(function);
+    return target(integer_registers_[I]..., double_registers_[D]..., stack_[S]...);
+  };
+  return call(std::make_index_sequence<kIntegerRegisters>(),
+              std::make_index_sequence<kDoubleRegisters>(), std::make_index_sequence<kLimit>());
+}
+
+#endif
+
+std::uint64_t MachineArguments::CallForInteger(void* function) const {
+  return Call<std::uint64_t>(function);
+}
+
+double MachineArguments::CallForDouble(void* function) const { return Call<double>(function); }
+
+}  // namespace zavhost

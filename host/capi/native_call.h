@@ -1,0 +1,40 @@
+#pragma once
+// Calls of machine code whose signature is known at run time only.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace zavhost {
+
+/// Arguments of a call in the platform's 64-bit calling convention, in the order of the signature.
+class MachineArguments {
+ public:
+  static constexpr std::size_t kLimit = 60;
+
+  /// An integer of any width or a pointer, extended to a machine word.
+  void AddInteger(std::uint64_t word);
+  void AddPointer(const void* pointer) { AddInteger(reinterpret_cast<std::uintptr_t>(pointer)); }
+  void AddDouble(double number);
+
+  /// Calls `function`. The caller of a function takes its arguments off the stack in both
+  /// conventions, so more words than the function declares do no harm.
+  std::uint64_t CallForInteger(void* function) const;
+  double CallForDouble(void* function) const;
+
+ private:
+  template <class Result>
+  Result Call(void* function) const;
+
+  static constexpr std::size_t kIntegerRegisters = 6;
+  static constexpr std::size_t kDoubleRegisters = 8;
+
+  std::size_t integers_ = 0;  // words that went into integer registers
+  std::size_t doubles_ = 0;
+  std::size_t words_ = 0;  // words on the stack; with the register areas first on Windows
+  std::array<std::uint64_t, kIntegerRegisters> integer_registers_{};
+  std::array<double, kDoubleRegisters> double_registers_{};
+  std::array<std::uint64_t, kLimit> stack_{};
+};
+
+}  // namespace zavhost

@@ -1,0 +1,308 @@
+// The calls of the C API that read and write cells, and those about sheets.
+
+#include <algorithm>
+#include <cstring>
+
+#include "host/capi/excel_api.h"
+#include "host/capi/excel_record.h"
+#include "host/capi/scalar_conversion.h"
+#include "host/workbook/letter_case.h"
+
+namespace zavhost {
+namespace {
+
+// xlCoerce and xlSet refuse more than this: 8 million cells are 256 MB of records.
+constexpr std::int64_t kCellLimit = 1 << 23;
+
+std::int64_t CellCount(const CellRange& range) {
+  return static_cast<std::int64_t>(range.rows()) * range.columns();
+}
+
+std::uint32_t TypeOf(const Value& value) {
+  if (value.number() != nullptr) return xltypeNum;
+  if (value.text() != nullptr) return xltypeStr;
+  if (value.boolean() != nullptr) return xltypeBool;
+  if (value.error() != nullptr) return xltypeErr;
+  return xltypeNil;
+}
+
+CellRange Clipped(CellRange range, const Sheet& sheet) {
+  const std::optional<CellRange>& used = sheet.used_range();
+  const bool whole_columns = range.first_row == 0 && range.last_row == kExcelRows - 1;
+  const bool whole_rows = range.first_column == 0 && range.last_column == kExcelColumns - 1;
+  if (whole_columns) range.last_row = used ? used->last_row : 0;
+  if (whole_rows) range.last_column = used ? used->last_column : 0;
+  return range;
+}
+
+std::u16string QualifiedName(const Workbook& workbook, std::uint32_t sheet) {
+  return u"[" + workbook.file_name + u"]" + workbook.sheets[sheet].name();
+}
+
+std::optional<std::uint32_t> SheetByName(std::u16string_view name, const Workbook& workbook) {
+  if (!name.empty() && name.front() == u'[') {
+    const std::size_t end = name.find(u']');
+    if (end == std::u16string_view::npos ||
+        !EqualIgnoringCase(name.substr(1, end - 1), workbook.file_name))
+      return std::nullopt;
+    name.remove_prefix(end + 1);
+  }
+  return workbook.FindSheet(name);
+}
+
+}  // namespace
+
+// xlCoerce
+
+int ExcelApi::Coerce(const Arguments& arguments, XLOPER12& result) {
+  std::uint32_t types = 0;
+  if (arguments.Has(1)) {
+    const IntegerOutcome mask = IntegerOf(ToValue(arguments[1]), 1, xltypeMask);
+    if (!mask.integer) return xlretInvXloper;
+    types = static_cast<std::uint32_t>(*mask.integer);
+  }
+  const XLOPER12& source = arguments[0];
+  const std::uint32_t type = source.xltype & xltypeMask;
+  if (type == xltypeRef || type == xltypeSRef) return CoerceReference(source, types, result);
+  if (type == xltypeMulti) {
+    if (types == 0 || (types & xltypeMulti) != 0) return CopyArray(source, result);
+    return CoerceValue(ToValue(source.val.array.lparray[0]), types, result);
+  }
+  return CoerceValue(ToValue(source), types, result);
+}
+
+int ExcelApi::CoerceReference(const XLOPER12& source, std::uint32_t types, XLOPER12& result) {
+  if ((types & (xltypeRef | xltypeSRef)) != 0) return CopyReference(source, result);
+  const std::optional<Reference> reference =
+      ToReference(source, current_sheet(), cells_.cells_workbook());
+  if (!reference) return xlretInvXloper;
+  if (reference->areas.size() != 1) return xlretFailed;
+  const CellRange& range = reference->areas[0];
+  const bool one_cell = range.IsSingleCell() || (types != 0 && (types & xltypeMulti) == 0);
+  if (!one_cell) return CoerceRange(*reference, result);
+  const CellRange top_left{range.first_row, range.first_column, range.first_row,
+                           range.first_column};
+  if (context_ == CallContext::kWorksheetFunction &&
+      cells_.MeetsUncalculated(reference->sheet, top_left))
+    return xlretUncalced;
+  const Sheet& sheet = cells_.cells_workbook().sheets[reference->sheet];
+  return CoerceValue(sheet.At(range.first_row, range.first_column), types, result);
+}
+
+int ExcelApi::CoerceRange(const Reference& reference, XLOPER12& result) {
+  const Sheet& sheet = cells_.cells_workbook().sheets[reference.sheet];
+  CellRange range = reference.areas[0];
+  if (context_ == CallContext::kWorksheetFunction &&
+      cells_.MeetsUncalculated(reference.sheet, range))
+    return xlretUncalced;
+  if (behaviour_.clip_whole_columns) range = Clipped(range, sheet);
+  if (CellCount(range) > kCellLimit) return xlretFailed;
+  const auto size = static_cast<std::size_t>(CellCount(range));
+  const std::size_t units = TextUnits(sheet, range);
+  void* block = memory_.Give(size * sizeof(XLOPER12) + units * sizeof(char16_t), function_name_);
+  auto* elements = static_cast<XLOPER12*>(block);
+  WriteCells(sheet, range, elements, reinterpret_cast<char16_t*>(elements + size));
+  result.xltype = xltypeMulti;
+  result.val.array = {elements, range.rows(), range.columns()};
+  return xlretSuccess;
+}
+
+int ExcelApi::CoerceValue(const Value& value, std::uint32_t types, XLOPER12& result) {
+  if (types == 0 || (types & TypeOf(value)) != 0) {
+    GiveValue(value, result);
+    return xlretSuccess;
+  }
+  if ((types & xltypeNum) != 0) {
+    if (const std::optional<double> number = NumberOf(value)) {
+      GiveValue(*number, result);
+      return xlretSuccess;
+    }
+  }
+  if ((types & xltypeStr) != 0) {
+    if (const std::optional<std::u16string> text = TextOf(value)) {
+      GiveText(*text, result);
+      return xlretSuccess;
+    }
+  }
+  if ((types & xltypeBool) != 0) {
+    if (const std::optional<bool> boolean = BooleanOf(value)) {
+      GiveValue(*boolean, result);
+      return xlretSuccess;
+    }
+  }
+  if ((types & xltypeInt) != 0) {
+    const IntegerOutcome outcome = IntegerOf(value, INT32_MIN, INT32_MAX);
+    if (outcome.integer) {
+      result.xltype = xltypeInt;
+      result.val.w = *outcome.integer;
+      return xlretSuccess;
+    }
+  }
+  if ((types & xltypeMulti) != 0) {
+    const std::size_t bytes = sizeof(XLOPER12) + TextUnits(value) * sizeof(char16_t);
+    auto* element = static_cast<XLOPER12*>(memory_.Give(bytes, function_name_));
+    auto* text = reinterpret_cast<char16_t*>(element + 1);
+    WriteValue(value, *element, text);
+    result.xltype = xltypeMulti;
+    result.val.array = {element, 1, 1};
+    return xlretSuccess;
+  }
+  return xlretFailed;
+}
+
+int ExcelApi::CopyArray(const XLOPER12& source, XLOPER12& result) {
+  const auto& array = source.val.array;
+  const std::size_t size =
+      static_cast<std::size_t>(array.rows) * static_cast<std::size_t>(array.columns);
+  std::size_t units = 0;
+  for (std::size_t i = 0; i < size; ++i) {
+    if ((array.lparray[i].xltype & xltypeMask) == xltypeStr)
+      units += static_cast<std::size_t>(array.lparray[i].val.str[0]) + 1;
+  }
+  auto* elements = static_cast<XLOPER12*>(
+      memory_.Give(size * sizeof(XLOPER12) + units * sizeof(char16_t), function_name_));
+  auto* text = reinterpret_cast<char16_t*>(elements + size);
+  for (std::size_t i = 0; i < size; ++i) WriteValue(ToValue(array.lparray[i]), elements[i], text);
+  result.xltype = xltypeMulti;
+  result.val.array = {elements, array.rows, array.columns};
+  return xlretSuccess;
+}
+
+int ExcelApi::CopyReference(const XLOPER12& source, XLOPER12& result) {
+  const std::optional<Reference> reference =
+      ToReference(source, current_sheet(), cells_.cells_workbook());
+  if (!reference) return xlretInvXloper;
+  if ((source.xltype & xltypeMask) == xltypeSRef) {
+    result.xltype = xltypeSRef;
+    result.val.sref.count = 1;
+    WriteRange(reference->areas[0], result.val.sref.ref);
+    return xlretSuccess;
+  }
+  const std::size_t count = reference->areas.size();
+  auto* areas = static_cast<XLMREF12*>(
+      memory_.Give(offsetof(XLMREF12, reftbl) + count * sizeof(XLREF12), function_name_));
+  areas->count = static_cast<std::uint16_t>(count);
+  for (std::size_t i = 0; i < count; ++i) WriteRange(reference->areas[i], areas->reftbl[i]);
+  result.xltype = xltypeRef;
+  result.val.mref.lpmref = areas;
+  result.val.mref.idSheet = SheetId(reference->sheet);
+  return xlretSuccess;
+}
+
+// xlfCaller
+
+int ExcelApi::Caller(XLOPER12& result) {
+  const std::optional<CallingCells> calling = cells_.calling_cells();
+  if (!calling || behaviour_.caller == CallerForm::kError) {
+    WriteError(xlerrRef, result);
+    return xlretSuccess;
+  }
+  XLOPER12 own;
+  std::memset(&own, 0, sizeof own);
+  switch (behaviour_.caller) {
+    case CallerForm::kNumber:
+      GiveValue(1.0, result);
+      return xlretSuccess;
+    case CallerForm::kText:
+      GiveText(u"Button 1", result);
+      return xlretSuccess;
+    case CallerForm::kMenu: {
+      XLOPER12 numbers[4];
+      char16_t* no_text = nullptr;
+      for (int i = 0; i < 4; ++i) WriteValue(Value(i + 1.0), numbers[i], no_text);
+      own.xltype = xltypeMulti;
+      own.val.array = {numbers, 1, 4};
+      return CopyArray(own, result);
+    }
+    case CallerForm::kExternalReference: {
+      XLMREF12 areas;
+      areas.count = 1;
+      WriteRange(calling->range, areas.reftbl[0]);
+      own.xltype = xltypeRef;
+      own.val.mref.lpmref = &areas;
+      own.val.mref.idSheet = SheetId(calling->sheet);
+      return CopyReference(own, result);
+    }
+    default:
+      result.xltype = xltypeSRef;
+      result.val.sref.count = 1;
+      WriteRange(calling->range, result.val.sref.ref);
+      return xlretSuccess;
+  }
+}
+
+// xlSet
+
+int ExcelApi::Set(const Arguments& arguments, XLOPER12& result) {
+  const XLOPER12& target = arguments[0];
+  const std::uint32_t type = target.xltype & xltypeMask;
+  if (type != xltypeRef && type != xltypeSRef) return xlretInvXloper;
+  Workbook& workbook = cells_.cells_workbook();
+  const std::optional<Reference> reference = ToReference(target, current_sheet(), workbook);
+  if (!reference) return xlretInvXloper;
+  if (reference->areas.size() != 1) return xlretFailed;
+  const CellRange& range = reference->areas[0];
+  Sheet& sheet = workbook.sheets[reference->sheet];
+  if (sheet.is_protected() || !sheet.has_cells() || CellCount(range) > kCellLimit)
+    return xlretFailed;
+
+  Array values{1, 1, {Value()}};
+  bool broadcast = true;
+  if (arguments.Has(1)) {
+    const std::uint32_t value_type = arguments[1].xltype & xltypeMask;
+    if (value_type == xltypeRef || value_type == xltypeSRef) return xlretInvXloper;
+    broadcast = value_type != xltypeMulti;
+    values = broadcast ? Array{1, 1, {ToValue(arguments[1])}} : ToArray(arguments[1]);
+  }
+  for (std::int32_t column = 0; column < range.columns(); ++column) {
+    for (std::int32_t row = 0; row < range.rows(); ++row) {
+      Value value = ErrorCode::kNA;
+      if (broadcast) {
+        value = values.values[0];
+      } else if (row < values.rows && column < values.columns) {
+        value = values.At(row, column);
+      }
+      sheet.Set(range.first_row + row, range.first_column + column, std::move(value));
+    }
+  }
+  result.xltype = xltypeBool;
+  result.val.xbool = 1;
+  return xlretSuccess;
+}
+
+// Sheets
+
+int ExcelApi::SheetIdOf(const Arguments& arguments, XLOPER12& result) {
+  const Workbook& workbook = cells_.cells_workbook();
+  std::uint32_t sheet = current_sheet();
+  if (arguments.Has(0)) {
+    const Value name = ToValue(arguments[0]);
+    if (name.text() == nullptr) return xlretInvXloper;
+    const std::optional<std::uint32_t> found = SheetByName(*name.text(), workbook);
+    if (!found) return xlretFailed;
+    sheet = *found;
+  }
+  if (sheet >= workbook.sheets.size()) return xlretFailed;
+  result.xltype = xltypeRef;
+  result.val.mref.lpmref = nullptr;
+  result.val.mref.idSheet = SheetId(sheet);
+  return xlretSuccess;
+}
+
+int ExcelApi::SheetNameOf(const Arguments& arguments, XLOPER12& result) {
+  const Workbook& workbook = cells_.cells_workbook();
+  const std::uint32_t type = arguments[0].xltype & xltypeMask;
+  std::optional<std::uint32_t> sheet;
+  if (type == xltypeSRef) {
+    sheet = current_sheet();
+  } else if (type == xltypeRef) {
+    sheet = SheetFromId(arguments[0].val.mref.idSheet, current_sheet(), workbook);
+  } else {
+    return xlretInvXloper;
+  }
+  if (!sheet || *sheet >= workbook.sheets.size()) return xlretFailed;
+  GiveText(QualifiedName(workbook, *sheet), result);
+  return xlretSuccess;
+}
+
+}  // namespace zavhost

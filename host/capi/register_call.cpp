@@ -1,0 +1,109 @@
+// xlfRegister: what it is told, and what it does not accept.
+
+#include <fmt/format.h>
+
+#include <cmath>
+
+#include "host/capi/excel_api.h"
+#include "host/capi/excel_record.h"
+#include "host/capi/scalar_conversion.h"
+#include "host/workbook/letter_case.h"
+
+namespace zavhost {
+namespace {
+
+constexpr std::size_t kTextLimit = 255;
+constexpr int kFirstArgumentHelp = 10;
+
+/// The text of an optional argument: empty when it is missing, nothing when it is no text.
+std::optional<std::u16string> OptionalText(const XLOPER12& record) {
+  switch (record.xltype & xltypeMask) {
+    case xltypeStr:
+      return std::u16string(record.val.str + 1, record.val.str[0]);
+    case xltypeNum:  // a category by its number
+    case xltypeInt:
+      return TextOf(ToValue(record));
+    case xltypeMissing:
+    case xltypeNil:
+      return u"";
+    default:
+      return std::nullopt;
+  }
+}
+
+/// "module" in a registration is the add-in's file, by its whole path or by its name.
+bool NamesFile(std::u16string_view module, const std::filesystem::path& file) {
+  return EqualIgnoringCase(module, file.u16string()) ||
+         EqualIgnoringCase(module, file.filename().u16string());
+}
+
+bool IsFunctionName(std::u16string_view name) {
+  if (name.empty() || (name[0] >= u'0' && name[0] <= u'9')) return false;
+  for (const char16_t c : name) {
+    const bool allowed = c == u'_' || c == u'.' || c == u'\\' || c == u'?' || c >= 0x80 ||
+                         (c >= u'0' && c <= u'9') || (c >= u'A' && c <= u'Z') ||
+                         (c >= u'a' && c <= u'z');
+    if (!allowed) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+void* ExcelApi::FindProcedure(const XLOPER12& procedure) const {
+  if (module_ == nullptr) return nullptr;
+  const Value value = ToValue(procedure);
+  if (value.text() != nullptr) return module_->Find(ToUtf8(*value.text()));
+  const IntegerOutcome ordinal = IntegerOf(value, 1, 0xFFFF);
+  return ordinal.integer ? module_->Find(static_cast<std::uint16_t>(*ordinal.integer)) : nullptr;
+}
+
+std::string ExcelApi::TryRegister(const Arguments& arguments, double& register_id) {
+  std::vector<std::u16string> texts;
+  for (int i = 0; i < arguments.count; ++i) {
+    std::optional<std::u16string> text = OptionalText(arguments[i]);
+    if (!text) return fmt::format("argument {} of a registration is no text", i + 1);
+    texts.push_back(std::move(*text));
+  }
+  texts.resize(std::max<std::size_t>(texts.size(), kFirstArgumentHelp));
+
+  RegisteredFunction function;
+  function.module = texts[0];
+  function.procedure = texts[1];
+  function.type_text = texts[2];
+  function.name = texts[3].empty() ? texts[1] : texts[3];
+  function.argument_text = texts[4];
+  function.category = texts[6];
+  function.shortcut = texts[7];
+  function.help_topic = texts[8];
+  function.function_help = texts[9];
+  function.argument_helps.assign(texts.begin() + kFirstArgumentHelp, texts.end());
+  while (
+      !function.argument_helps.empty() &&
+      (arguments[kFirstArgumentHelp + static_cast<int>(function.argument_helps.size()) - 1].xltype &
+       xltypeMask) == xltypeMissing)
+    function.argument_helps.pop_back();
+
+  const std::string who = "the registration of " + ToUtf8(function.name) + ": ";
+  for (std::size_t i = 1; i < texts.size(); ++i) {
+    if (texts[i].size() > kTextLimit)
+      return who + fmt::format("argument {} is longer than 255 characters", i + 1);
+  }
+  if (!NamesFile(function.module, file_))
+    return who + "the module " + ToUtf8(function.module) + " is not the add-in";
+  void* address = FindProcedure(arguments[1]);
+  if (address == nullptr) return who + "the add-in has no export " + ToUtf8(function.procedure);
+  std::variant<TypeText, std::string> type = ParseTypeText(function.type_text);
+  if (const std::string* problem = std::get_if<std::string>(&type))
+    return who + "type text \"" + ToUtf8(function.type_text) + "\": " + *problem;
+  if (!IsFunctionName(function.name)) return who + "this is no name for a function";
+  if (arguments.Has(5)) {
+    const IntegerOutcome macro_type = IntegerOf(ToValue(arguments[5]), 0, 2);
+    if (!macro_type.integer) return who + "the macro type is not 0, 1 or 2";
+    function.macro_type = *macro_type.integer;
+  }
+  register_id = registry_.Add(std::move(function), std::get<TypeText>(std::move(type)), address);
+  return {};
+}
+
+}  // namespace zavhost

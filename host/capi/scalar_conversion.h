@@ -1,0 +1,28 @@
+#pragma once
+// Conversions of single values as the C API makes them.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "host/workbook/value.h"
+
+namespace zavhost {
+
+/// A number from a number, a boolean (1 or 0), a text that spells a number, or a blank (0); nothing
+/// otherwise.
+std::optional<double> NumberOf(const Value& value);
+/// A boolean from a boolean, a number (not 0), the texts TRUE and FALSE, or a blank (FALSE).
+std::optional<bool> BooleanOf(const Value& value);
+/// The text of a value as a cell in General format shows it; nothing for an error.
+std::optional<std::u16string> TextOf(const Value& value);
+
+/// An integer between `low` and `high`, fractions cut off. kValue when the value is no number, kNum
+/// when the number lies outside.
+struct IntegerOutcome {
+  std::optional<std::int32_t> integer;
+  ErrorCode error = ErrorCode::kValue;
+};
+IntegerOutcome IntegerOf(const Value& value, std::int32_t low, std::int32_t high);
+
+}  // namespace zavhost

@@ -1,0 +1,117 @@
+#include "host/cli/command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <iostream>
+
+namespace zavhost {
+namespace {
+
+std::filesystem::path FromUtf8Path(const std::string& text) {
+  return std::filesystem::path(std::u8string(text.begin(), text.end()));
+}
+
+constexpr const char* kFooter =
+    "Examples:\n"
+    "  ZavHost run sales.xlsx                     recalculate and show every formula's value\n"
+    "  ZavHost run sales.xlsx -o sales-new.xlsx   and write a workbook with the new values\n"
+    "  ZavHost run sales.xlsx --json              the same for a program to read\n"
+    "  ZavHost eval \"=ZavMean(1,2,3)\"             one formula\n"
+    "  ZavHost eval \"=ZavMean(price)\" --data sales.csv\n"
+    "  ZavHost functions ZavMean                  help for a function; without a name, all of "
+    "them\n"
+    "\n"
+    "Exit codes: 0 success; 1 a file, a formula or the add-in cannot be used; 2 the add-in broke "
+    "a\n"
+    "rule of the Excel C API; 3 it crashed; 4 circular references or formulas that cannot be "
+    "read;\n"
+    "64 a mistake in the command line.";
+
+struct Texts {
+  std::string workbook, output, data, add_in;
+};
+
+void AddCommonOptions(CLI::App& command, CommandLine& line, Texts& texts) {
+  command
+      .add_option("--add-in", texts.add_in,
+                  "The add-in to load instead of the one beside this program")
+      ->type_name("FILE.xll");
+  command.add_option("--language", line.language, "Language of the add-in's texts: en or de")
+      ->check(CLI::IsMember({"en", "de"}))
+      ->capture_default_str();
+}
+
+void AddFormOptions(CLI::App& command, bool& json, bool& csv) {
+  auto* json_flag = command.add_flag("--json", json, "Write JSON");
+  command.add_flag("--csv", csv, "Write comma-separated lines")->excludes(json_flag);
+}
+
+}  // namespace
+
+unsigned LanguageId(const std::string& language) { return language == "de" ? 7 : 9; }
+
+ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
+  CommandLine line;
+  Texts texts;
+  bool json = false;
+  bool csv = false;
+
+  CLI::App app{
+      "Recalculates Excel workbooks that use the Zavrel statistics functions, without Excel: loads "
+      "the\n"
+      "add-in as Excel does, computes every formula that calls it, and reports what it finds.",
+      "ZavHost"};
+  app.require_subcommand(1);
+  app.footer(kFooter);
+
+  CLI::App* run = app.add_subcommand("run", "Recalculate a workbook");
+  run->add_option("workbook", texts.workbook, "The workbook")->type_name("BOOK.xlsx")->required();
+  run->add_option(
+         "-o,--output", texts.output,
+         "Write the workbook with its new values here; everything else in it stays as it is")
+      ->type_name("OUT.xlsx");
+  run->add_option("--max-formulas", line.formula_limit,
+                  "Refuse a workbook with more formulas to recalculate")
+      ->capture_default_str();
+  AddFormOptions(*run, json, csv);
+  AddCommonOptions(*run, line, texts);
+
+  CLI::App* eval = app.add_subcommand("eval", "Evaluate one formula");
+  eval->add_option("formula", line.formula, "The formula, with or without its equals sign")
+      ->required();
+  eval->add_option(
+          "--data", texts.data,
+          "A file of comma-separated values: sheet Data, and a name for every column heading")
+      ->type_name("FILE.csv");
+  AddFormOptions(*eval, json, csv);
+  AddCommonOptions(*eval, line, texts);
+
+  CLI::App* functions =
+      app.add_subcommand("functions", "List the add-in's functions with their help");
+  functions->add_option("names", line.names,
+                        "Only these functions, with the help of every argument");
+  functions->add_flag("--hidden", line.hidden,
+                      "List functions that the function wizard does not show, too");
+  AddFormOptions(*functions, json, csv);
+  AddCommonOptions(*functions, line, texts);
+
+  try {
+    std::reverse(arguments.begin(), arguments.end());
+    app.parse(arguments);
+  } catch (const CLI::ParseError& error) {
+    const int code = app.exit(error, std::cout, std::cerr);
+    return {std::nullopt, code == 0 ? kExitSuccess : kExitUsage};
+  }
+
+  line.command = run->parsed()    ? Command::kRun
+                 : eval->parsed() ? Command::kEval
+                                  : Command::kFunctions;
+  line.form = json ? OutputForm::kJson : csv ? OutputForm::kCsv : OutputForm::kTable;
+  line.workbook = FromUtf8Path(texts.workbook);
+  line.output = FromUtf8Path(texts.output);
+  line.data = FromUtf8Path(texts.data);
+  line.add_in = FromUtf8Path(texts.add_in);
+  return {line, kExitSuccess};
+}
+
+}  // namespace zavhost

@@ -1,0 +1,39 @@
+#pragma once
+// The three commands. Each writes its result to stdout, everything else to stderr, and gives the
+// program's exit code. A WorkbookError or FormulaError is the caller's to report.
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "host/calc/engine.h"
+#include "host/cli/command_line.h"
+
+namespace zavhost {
+
+int RunCommand(const CommandLine& line);
+int EvalCommand(const CommandLine& line);
+int FunctionsCommand(const CommandLine& line);
+
+/// An engine with the add-in of the command line loaded and announced.
+std::unique_ptr<Engine> StartEngine(const CommandLine& line, Workbook workbook);
+/// Closes the add-in and reports what the judge found on stderr; the exit code that follows from
+/// it.
+int FinishEngine(Engine& engine);
+
+/// The folder of this program.
+std::filesystem::path ProgramFolder();
+/// Progress on stderr once work takes longer than a moment, when stderr is a terminal; else empty.
+std::function<void(std::size_t, std::size_t)> ProgressToTerminal();
+
+/// A value as a cell in General format shows it.
+std::string DisplayText(const Value& value);
+/// The same with a number in its shortest form that reads back exactly.
+std::string ExactText(const Value& value);
+/// "Sheet1!B7", or "'My sheet'!B7" where the name needs quotes.
+std::string PlaceText(const Workbook& workbook, const CellAddress& address);
+/// One field of comma-separated output.
+std::string CsvField(const std::string& text);
+
+}  // namespace zavhost

@@ -1,0 +1,82 @@
+// What the commands have in common.
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <iostream>
+
+#include "host/cli/commands.h"
+#include "host/cli/json_value.h"
+
+namespace zavhost {
+
+nlohmann::ordered_json ToJson(const Value& value) {
+  if (const double* number = value.number()) return *number;
+  if (const bool* boolean = value.boolean()) return *boolean;
+  if (const std::u16string* text = value.text()) return ToUtf8(*text);
+  if (const ErrorCode* error = value.error()) return {{"error", ToUtf8(ErrorText(*error))}};
+  return nullptr;
+}
+
+std::string DisplayText(const Value& value) {
+  if (const double* number = value.number()) return ToUtf8(GeneralText(*number));
+  if (const bool* boolean = value.boolean()) return *boolean ? "TRUE" : "FALSE";
+  if (const std::u16string* text = value.text()) return ToUtf8(*text);
+  if (const ErrorCode* error = value.error()) return ToUtf8(ErrorText(*error));
+  return "";
+}
+
+std::string ExactText(const Value& value) {
+  const double* number = value.number();
+  return number == nullptr ? DisplayText(value) : fmt::format("{}", *number);
+}
+
+std::string PlaceText(const Workbook& workbook, const CellAddress& address) {
+  const std::u16string& name = workbook.sheets[address.sheet].name();
+  const bool plain = !name.empty() && std::all_of(name.begin(), name.end(), [](char16_t c) {
+    return c == u'_' || (c >= u'0' && c <= u'9') || (c >= u'A' && c <= u'Z') ||
+           (c >= u'a' && c <= u'z') || c >= 0x80;
+  }) && !(name[0] >= u'0' && name[0] <= u'9');
+  std::u16string place;
+  if (plain) {
+    place = name;
+  } else {
+    place = u"'";
+    for (const char16_t c : name) place.append(c == u'\'' ? 2 : 1, c);
+    place += u"'";
+  }
+  return ToUtf8(place + u"!" + A1Text(address.row, address.column));
+}
+
+std::string CsvField(const std::string& text) {
+  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
+  std::string quoted = "\"";
+  for (const char c : text) quoted.append(c == '"' ? 2 : 1, c);
+  return quoted + "\"";
+}
+
+std::unique_ptr<Engine> StartEngine(const CommandLine& line, Workbook workbook) {
+  EngineOptions options;
+  options.language = LanguageId(line.language);
+  options.formula_limit = line.formula_limit;
+  options.progress = ProgressToTerminal();
+  auto engine = std::make_unique<Engine>(std::move(workbook), std::move(options));
+  engine->LoadAddIn(line.add_in.empty() ? ProgramFolder() / "ZavrelFuncs8_x64.xll" : line.add_in);
+  engine->Announce(5);
+  return engine;
+}
+
+int FinishEngine(Engine& engine) {
+  engine.CloseAddIn();
+  const Judge& judge = engine.judge();
+  if (judge.count() == 0) return kExitSuccess;
+  std::cerr << "ZavHost: the add-in broke rules of the Excel C API " << judge.count() << " time"
+            << (judge.count() == 1 ? "" : "s") << ":\n";
+  constexpr std::size_t kShown = 20;
+  for (std::size_t i = 0; i < std::min(kShown, judge.violations().size()); ++i) {
+    std::cerr << "  " << DescribeViolation(judge.violations()[i]) << '\n';
+  }
+  if (judge.count() > kShown) std::cerr << "  and " << judge.count() - kShown << " more\n";
+  return kExitViolation;
+}
+
+}  // namespace zavhost

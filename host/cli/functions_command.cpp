@@ -1,0 +1,152 @@
+#include <algorithm>
+#include <iostream>
+
+#include "host/cli/commands.h"
+#include "host/cli/json_value.h"
+#include "host/cli/text_table.h"
+
+namespace zavhost {
+namespace {
+
+constexpr std::size_t kWidth = 96;
+
+char16_t Lower(char16_t c) { return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c; }
+bool SameName(const std::u16string& a, const std::u16string& b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char16_t x, char16_t y) { return Lower(x) == Lower(y); });
+}
+
+std::vector<RegisteredFunction> Selected(const CommandLine& line, const Engine& engine) {
+  std::vector<RegisteredFunction> selected;
+  if (line.names.empty()) {
+    for (const RegisteredFunction& function : engine.functions()) {
+      if (function.macro_type != 0 || line.hidden) selected.push_back(function);
+    }
+    std::stable_sort(selected.begin(), selected.end(), [](const auto& a, const auto& b) {
+      return std::tie(a.category, a.name) < std::tie(b.category, b.name);
+    });
+    return selected;
+  }
+  for (const std::string& name : line.names) {
+    const std::u16string wanted = FromUtf8(name);
+    const auto found =
+        std::find_if(engine.functions().begin(), engine.functions().end(),
+                     [&](const auto& function) { return SameName(function.name, wanted); });
+    if (found == engine.functions().end()) {
+      throw WorkbookError("the add-in has no function " + name +
+                          "; ZavHost functions lists those it has");
+    }
+    selected.push_back(*found);
+  }
+  return selected;
+}
+
+std::string Signature(const RegisteredFunction& function) {
+  return ToUtf8(function.name) + "(" + ToUtf8(function.argument_text) + ")";
+}
+
+std::vector<std::string> ArgumentNames(const RegisteredFunction& function) {
+  std::vector<std::string> names;
+  std::string name;
+  for (const char c : ToUtf8(function.argument_text) + ",") {
+    if (c != ',') {
+      if (c != ' ' || !name.empty()) name += c;
+      continue;
+    }
+    names.push_back(std::move(name));
+    name.clear();
+  }
+  return names;
+}
+
+void PrintDetails(const RegisteredFunction& function) {
+  std::cout << '\n' << Signature(function) << "\n  " << ToUtf8(function.category) << "\n\n";
+  for (const std::string& text : WrapWords(ToUtf8(function.function_help), kWidth - 2))
+    std::cout << "  " << text << '\n';
+  const std::vector<std::string> names = ArgumentNames(function);
+  std::size_t width = 0;
+  for (const std::string& name : names) width = std::max(width, DisplayWidth(name));
+  // The help of a repeated argument stands once, by its first name.
+  const std::size_t count = std::min(function.argument_helps.size(), names.size());
+  for (std::size_t i = 0; i < count; ++i) {
+    std::string indent = "    " + names[i] + std::string(width - DisplayWidth(names[i]) + 2, ' ');
+    if (i == 0) std::cout << '\n';
+    for (const std::string& text :
+         WrapWords(ToUtf8(function.argument_helps[i]), kWidth - width - 6)) {
+      std::cout << indent << text << '\n';
+      indent.assign(width + 6, ' ');
+    }
+  }
+}
+
+void PrintList(const std::vector<RegisteredFunction>& functions) {
+  std::u16string category;
+  for (const RegisteredFunction& function : functions) {
+    if (function.category != category || &function == functions.data()) {
+      category = function.category;
+      std::cout << '\n' << ToUtf8(category) << '\n';
+    }
+    std::cout << "\n  " << Signature(function) << (function.macro_type == 0 ? "  [hidden]" : "")
+              << '\n';
+    for (const std::string& text : WrapWords(ToUtf8(function.function_help), kWidth - 6)) {
+      std::cout << "      " << text << '\n';
+    }
+  }
+  std::cout << '\n' << functions.size() << " functions\n";
+}
+
+void PrintJson(const std::vector<RegisteredFunction>& functions) {
+  auto list = nlohmann::ordered_json::array();
+  for (const RegisteredFunction& function : functions) {
+    nlohmann::ordered_json entry;
+    entry["name"] = ToUtf8(function.name);
+    entry["arguments"] = ToUtf8(function.argument_text);
+    entry["category"] = ToUtf8(function.category);
+    entry["help"] = ToUtf8(function.function_help);
+    entry["argument_helps"] = nlohmann::ordered_json::array();
+    for (const auto& help : function.argument_helps)
+      entry["argument_helps"].push_back(ToUtf8(help));
+    entry["hidden"] = function.macro_type == 0;
+    entry["export"] = ToUtf8(function.procedure);
+    entry["types"] = ToUtf8(function.type_text);
+    entry["help_topic"] = ToUtf8(function.help_topic);
+    list.push_back(std::move(entry));
+  }
+  std::cout << list.dump(2) << '\n';
+}
+
+void PrintCsv(const std::vector<RegisteredFunction>& functions) {
+  std::cout << "name,arguments,category,help\n";
+  for (const RegisteredFunction& function : functions) {
+    std::cout << CsvField(ToUtf8(function.name)) << ',' << CsvField(ToUtf8(function.argument_text))
+              << ',' << CsvField(ToUtf8(function.category)) << ','
+              << CsvField(ToUtf8(function.function_help)) << '\n';
+  }
+}
+
+}  // namespace
+
+int FunctionsCommand(const CommandLine& line) {
+  Workbook workbook;
+  workbook.sheets.emplace_back(u"Sheet1");
+  std::unique_ptr<Engine> engine = StartEngine(line, std::move(workbook));
+  const std::vector<RegisteredFunction> functions = Selected(line, *engine);
+  switch (line.form) {
+    case OutputForm::kJson:
+      PrintJson(functions);
+      break;
+    case OutputForm::kCsv:
+      PrintCsv(functions);
+      break;
+    case OutputForm::kTable:
+      if (line.names.empty()) {
+        PrintList(functions);
+      } else {
+        for (const RegisteredFunction& function : functions) PrintDetails(function);
+      }
+  }
+  std::cout.flush();
+  return FinishEngine(*engine);
+}
+
+}  // namespace zavhost

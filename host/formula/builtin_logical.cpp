@@ -1,0 +1,53 @@
+#include "host/formula/builtin_groups.h"
+#include "host/formula/coercion.h"
+
+namespace zavhost {
+namespace {
+
+/// AND and OR: texts and blanks in cells and arrays do not count; no value at all is #VALUE!.
+Operand Fold(const BuiltInCall& call, bool is_and) {
+  bool result = is_and;
+  bool any = false;
+  const auto error =
+      VisitValues(call, [&](const Value& value, bool is_direct) -> std::optional<ErrorCode> {
+        if (!is_direct && (value.IsBlank() || value.text() != nullptr)) return std::nullopt;
+        const Converted<bool> converted = ToBoolean(value);
+        if (converted.error) return converted.error;
+        any = true;
+        result = is_and ? result && converted.value : result || converted.value;
+        return std::nullopt;
+      });
+  if (error) return Value(*error);
+  return any ? Value(result) : Value(ErrorCode::kValue);
+}
+
+Operand And(const BuiltInCall& call) { return Fold(call, true); }
+Operand Or(const BuiltInCall& call) { return Fold(call, false); }
+
+Operand Not(const BuiltInCall& call) {
+  const Converted<bool> converted = ToBoolean(ScalarArgument(call, 0));
+  return converted.error ? Value(*converted.error) : Value(!converted.value);
+}
+
+Operand True(const BuiltInCall&) { return Value(true); }
+Operand False(const BuiltInCall&) { return Value(false); }
+
+constexpr ArgumentKind kScalar = ArgumentKind::kScalar;
+constexpr ArgumentKind kReference = ArgumentKind::kReference;
+
+constexpr BuiltInFunction kFunctions[] = {
+    {u"IF", 2, 3, kScalar, kReference, nullptr, LazyForm::kIf},
+    {u"IFERROR", 2, 2, kScalar, kReference, nullptr, LazyForm::kIfError},
+    {u"IFNA", 2, 2, kScalar, kReference, nullptr, LazyForm::kIfNA},
+    {u"AND", 1, kAnyNumberOfArguments, kReference, kReference, And},
+    {u"OR", 1, kAnyNumberOfArguments, kReference, kReference, Or},
+    {u"NOT", 1, 1, kScalar, kScalar, Not},
+    {u"TRUE", 0, 0, kScalar, kScalar, True},
+    {u"FALSE", 0, 0, kScalar, kScalar, False},
+};
+
+}  // namespace
+
+std::span<const BuiltInFunction> LogicalFunctions() { return kFunctions; }
+
+}  // namespace zavhost

@@ -1,0 +1,69 @@
+#include <string>
+
+#include "host/formula/builtin_groups.h"
+#include "host/formula/coercion.h"
+
+namespace zavhost {
+
+Value ScalarArgument(const BuiltInCall& call, std::size_t index) {
+  if (index >= call.arguments.size()) return {};
+  const Value* value = std::get_if<Value>(&call.arguments[index]);
+  return value == nullptr ? Value() : *value;
+}
+
+namespace {
+
+Operand IsError(const BuiltInCall& call) {
+  return Value(ScalarArgument(call, 0).error() != nullptr);
+}
+
+Operand IsNA(const BuiltInCall& call) {
+  const Value value = ScalarArgument(call, 0);
+  return Value(value.error() != nullptr && *value.error() == ErrorCode::kNA);
+}
+
+Operand IsNumber(const BuiltInCall& call) {
+  return Value(ScalarArgument(call, 0).number() != nullptr);
+}
+
+Operand IsText(const BuiltInCall& call) { return Value(ScalarArgument(call, 0).text() != nullptr); }
+
+Operand IsBlank(const BuiltInCall& call) {
+  const Value* value = std::get_if<Value>(&call.arguments[0]);
+  return Value(value != nullptr && value->IsBlank());
+}
+
+Operand NA(const BuiltInCall&) { return Value(ErrorCode::kNA); }
+
+Operand Concatenate(const BuiltInCall& call) {
+  Value joined(u"");
+  for (std::size_t i = 0; i < call.arguments.size(); ++i) {
+    joined = ApplyBinary(Operator::kConcatenate, joined, ScalarArgument(call, i));
+    if (joined.error() != nullptr) break;
+  }
+  return joined;
+}
+
+Operand Len(const BuiltInCall& call) {
+  const Converted<std::u16string> text = ToText(ScalarArgument(call, 0));
+  return text.error ? Value(*text.error) : Value(static_cast<double>(text.value.size()));
+}
+
+constexpr ArgumentKind kScalar = ArgumentKind::kScalar;
+
+constexpr BuiltInFunction kFunctions[] = {
+    {u"ISERROR", 1, 1, kScalar, kScalar, IsError},
+    {u"ISNA", 1, 1, kScalar, kScalar, IsNA},
+    {u"ISNUMBER", 1, 1, kScalar, kScalar, IsNumber},
+    {u"ISTEXT", 1, 1, kScalar, kScalar, IsText},
+    {u"ISBLANK", 1, 1, kScalar, kScalar, IsBlank},
+    {u"NA", 0, 0, kScalar, kScalar, NA},
+    {u"CONCATENATE", 1, kAnyNumberOfArguments, kScalar, kScalar, Concatenate},
+    {u"LEN", 1, 1, kScalar, kScalar, Len},
+};
+
+}  // namespace
+
+std::span<const BuiltInFunction> ValueFunctions() { return kFunctions; }
+
+}  // namespace zavhost

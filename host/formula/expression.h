@@ -1,0 +1,89 @@
+#pragma once
+// The parsed form of a formula: expressions in postfix order, so that neither a long chain of
+// operators nor its destruction needs a deep stack. Only the arguments of calls nest, and their
+// nesting is limited.
+
+#include <cstddef>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "formula/a1_reference.h"
+#include "host/formula/builtin_functions.h"
+#include "host/workbook/value.h"
+
+namespace zavhost {
+
+/// What stands in front of the "!" of a reference or a name.
+struct SheetPrefix {
+  enum class Kind { kNone, kSheet, kThisWorkbook };
+  Kind kind = Kind::kNone;
+  std::u16string sheet;  // unquoted
+};
+
+/// A literal, or the #REF! that stands for what the host does not evaluate.
+struct ConstantStep {
+  Operand value;
+};
+
+struct ReferenceStep {
+  SheetPrefix prefix;
+  formula::A1Reference reference;
+};
+
+struct NameStep {
+  SheetPrefix prefix;
+  std::u16string name;
+  std::size_t position;
+};
+
+enum class Operator {
+  // References
+  kRange,
+  kIntersection,
+  kUnion,
+  kSingle,  // "@"
+  kSpill,   // "#"
+  // One value
+  kPlus,
+  kMinus,
+  kPercent,
+  // Two values
+  kPower,
+  kMultiply,
+  kDivide,
+  kAdd,
+  kSubtract,
+  kConcatenate,
+  kEqual,
+  kNotEqual,
+  kLess,
+  kLessEqual,
+  kGreater,
+  kGreaterEqual,
+};
+
+struct Expression;
+
+struct CallStep {
+  std::u16string name;                // as written, without prefixes
+  const BuiltInFunction* built_in;    // of that name, or null
+  std::vector<Expression> arguments;  // an omitted one is empty
+};
+
+using Step = std::variant<ConstantStep, ReferenceStep, NameStep, Operator, CallStep>;
+
+struct Expression {
+  std::vector<Step> steps;  // postfix; empty for an omitted argument
+};
+
+class Formula {
+ public:
+  explicit Formula(Expression expression) : expression_(std::move(expression)) {}
+  const Expression& expression() const { return expression_; }
+
+ private:
+  Expression expression_;
+};
+
+}  // namespace zavhost

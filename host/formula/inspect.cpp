@@ -1,0 +1,112 @@
+// What a formula uses, without evaluating it.
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+#include "host/formula/evaluate.h"
+#include "host/formula/expression.h"
+#include "host/formula/reference_algebra.h"
+#include "host/workbook/letter_case.h"
+
+namespace zavhost {
+namespace {
+
+void CollectFunctions(const Expression& expression, std::set<std::u16string>& known,
+                      std::vector<std::u16string>& names) {
+  for (const Step& step : expression.steps) {
+    const CallStep* call = std::get_if<CallStep>(&step);
+    if (call == nullptr) continue;
+    for (const Expression& argument : call->arguments) CollectFunctions(argument, known, names);
+    if (known.insert(FoldCase(call->name)).second) names.push_back(call->name);
+  }
+}
+
+class ReferenceCollector {
+ public:
+  ReferenceCollector(const CellAddress& caller, const Workbook& workbook)
+      : caller_(caller), workbook_(workbook) {}
+
+  std::vector<Reference> Run(const Formula& formula, const CellAddress& origin) {
+    Collect(formula.expression(), Shift::Between(origin, caller_, false));
+    // Names go through a list and each is read once: they may use each other in circles.
+    const Shift name_shift = Shift::Between({}, caller_, true);
+    while (!waiting_.empty()) {
+      const DefinedName* name = waiting_.back();
+      waiting_.pop_back();
+      try {
+        Collect(ParseFormula(name->text)->expression(), name_shift);
+      } catch (const FormulaError&) {
+        continue;  // evaluation reports it; it reads nothing
+      }
+    }
+    return std::move(found_);
+  }
+
+ private:
+  void Collect(const Expression& expression, const Shift& shift) {
+    // The last steps that were plain references, so that "A1:C3" of two operands counts as a range.
+    std::size_t plain = 0;
+    for (const Step& step : expression.steps) {
+      if (const auto* reference = std::get_if<ReferenceStep>(&step)) {
+        plain = Add(*reference, shift) ? plain + 1 : 0;
+        continue;
+      }
+      const Operator* op = std::get_if<Operator>(&step);
+      if (op != nullptr && *op == Operator::kRange && plain >= 2) {
+        JoinLastTwo();
+        --plain;
+        continue;
+      }
+      plain = 0;
+      if (const auto* name = std::get_if<NameStep>(&step)) AddName(*name);
+      if (const auto* call = std::get_if<CallStep>(&step)) {
+        for (const Expression& argument : call->arguments) Collect(argument, shift);
+      }
+    }
+  }
+
+  bool Add(const ReferenceStep& step, const Shift& shift) {
+    const auto sheet = SheetOf(step.prefix, caller_.sheet, workbook_);
+    const auto range = ShiftedRange(step.reference, shift);
+    if (!sheet || !range) return false;
+    found_.push_back({*sheet, {*range}});
+    return true;
+  }
+
+  void AddName(const NameStep& step) {
+    const DefinedName* name = DefinedNameOf(step.prefix, step.name, caller_.sheet, workbook_);
+    if (name != nullptr && seen_.insert(name).second) waiting_.push_back(name);
+  }
+
+  void JoinLastTwo() {
+    const Operand left = found_[found_.size() - 2];
+    const Operand joined = CombineReferences(Operator::kRange, left, found_.back());
+    const Reference* range = std::get_if<Reference>(&joined);
+    if (range == nullptr) return;
+    found_.pop_back();
+    found_.back() = *range;
+  }
+
+  CellAddress caller_;
+  const Workbook& workbook_;
+  std::vector<Reference> found_;
+  std::set<const DefinedName*> seen_;
+  std::vector<const DefinedName*> waiting_;
+};
+
+}  // namespace
+
+std::vector<std::u16string> FunctionsCalled(const Formula& formula) {
+  std::set<std::u16string> known;
+  std::vector<std::u16string> names;
+  CollectFunctions(formula.expression(), known, names);
+  return names;
+}
+
+std::vector<Reference> ReferencesOf(const Formula& formula, const CellAddress& origin,
+                                    const CellAddress& caller, const Workbook& workbook) {
+  return ReferenceCollector(caller, workbook).Run(formula, origin);
+}
+
+}  // namespace zavhost

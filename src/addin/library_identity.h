@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace zavrel {
+
+/// Where this library's file is and which version it has. Never changes while it is loaded.
+struct LibraryIdentity {
+  std::u16string path;
+  std::u16string folder;  // as the path has it, with the separator at its end
+  std::u16string file_name;
+  std::uint32_t major_version = kNoVersion;
+  std::u16string version_text;  // "8.0.0.1"
+
+  /// Major version of a file whose version resource cannot be read.
+  static constexpr std::uint32_t kNoVersion = 0xFFFF;
+
+  /// This library's, read on first need: at process attach the loader's lock would be held, under
+  /// which no other library may be loaded.
+  static const LibraryIdentity& OfThisLibrary();
+};
+
+/// "VekZavrelFuncs8": what the session and its log are called.
+std::string SessionName();
+
+}  // namespace zavrel

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "addin/session.h"
+
+namespace zavrel {
+
+/// Finds Excel's callback, opens the session and registers what is always registered. False after a
+/// failure, which a message box has shown once; nothing is left open then.
+bool OpenAddIn(SessionServices (*services)() = &SessionServices::OfThisMachine) noexcept;
+
+/// Closes the session, if one is open.
+void CloseAddIn() noexcept;
+
+}  // namespace zavrel

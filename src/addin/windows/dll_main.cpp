@@ -1,0 +1,12 @@
+#include <windows.h>
+
+#include <cstdlib>
+
+/// At process attach the loader's lock is held: no other library is loaded here and none of Excel's
+/// code called. What needs either (the callback, the version resource, the language) is found when
+/// it is first needed, at the latest by xlAutoOpen. The fixed seed keeps the C library's generator
+/// repeatable.
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID) {
+  if (reason == DLL_PROCESS_ATTACH) std::srand(2);
+  return TRUE;
+}

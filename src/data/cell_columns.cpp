@@ -1,0 +1,183 @@
+#include "data/cell_columns.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+namespace zavrel {
+namespace {
+
+static_assert(sizeof(CellTag) == 1);
+constexpr std::size_t kStep = 8;  // cells that are compared at once, a word of tags
+
+std::uint64_t Bits(double value) { return std::bit_cast<std::uint64_t>(value); }
+
+double CodePayload(std::int32_t code) {
+  return std::bit_cast<double>(static_cast<std::uint64_t>(static_cast<std::uint32_t>(code)));
+}
+std::int32_t CodeOf(double payload) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(Bits(payload)));
+}
+
+// A text's payload: where it begins in the pool, and its length.
+double TextPayload(std::uint64_t offset, std::uint64_t length) {
+  return std::bit_cast<double>(offset << 16 | length);
+}
+static_assert(kExcelTextLimit < (1u << 16));
+
+bool IsNumberCell(const XLOPER12& cell) { return (cell.xltype & xltypeMask) == xltypeNum; }
+
+}  // namespace
+
+std::uint16_t ValueType(CellTag tag) {
+  static constexpr std::uint16_t kTypes[kCellTags] = {
+      xltypeNum, xltypeStr, xltypeBool, xltypeErr, xltypeMissing, xltypeNil, xltypeInt};
+  return kTypes[static_cast<std::size_t>(tag)];
+}
+
+SingleValue SingleValueOf(const XLOPER12& value) {
+  switch (value.xltype & xltypeMask) {
+    case xltypeNum:
+      return {.tag = CellTag::kNumber, .number = value.val.num};
+    case xltypeStr: {
+      const XCHAR* text = value.val.str;
+      return {
+          .tag = CellTag::kText,
+          .text = text == nullptr ? std::u16string_view() : std::u16string_view(text + 1, text[0])};
+    }
+    case xltypeBool:
+      return {.tag = CellTag::kBoolean, .code = value.val.xbool != 0 ? 1 : 0};
+    case xltypeErr:
+      return {.tag = CellTag::kError, .code = value.val.err};
+    case xltypeMissing:
+      return {.tag = CellTag::kMissing};
+    case xltypeNil:
+      return {.tag = CellTag::kBlank};
+    case xltypeInt:
+      return {.tag = CellTag::kInteger, .code = value.val.w};
+    default:
+      return {.tag = CellTag::kError, .code = xlerrValue};
+  }
+}
+
+SingleValue CellColumns::operator[](std::size_t index) const {
+  SingleValue value{.tag = tag(index)};
+  switch (value.tag) {
+    case CellTag::kNumber:
+      value.number = payloads_.data()[index];
+      break;
+    case CellTag::kText:
+      value.text = TextAt(index);
+      break;
+    case CellTag::kBoolean:
+    case CellTag::kError:
+    case CellTag::kInteger:
+      value.code = CodeOf(payloads_.data()[index]);
+      break;
+    case CellTag::kMissing:
+    case CellTag::kBlank:
+      break;
+  }
+  return value;
+}
+
+std::u16string_view CellColumns::TextAt(std::size_t index) const {
+  const std::uint64_t payload = Bits(payloads_.data()[index]);
+  return {texts_.data() + (payload >> 16), static_cast<std::size_t>(payload & 0xFFFF)};
+}
+
+double CellColumns::StoreText(std::u16string_view text) {
+  const std::size_t offset = texts_.size();
+  if (text.empty()) return TextPayload(0, 0);
+  std::copy(text.begin(), text.end(), texts_.Extend(text.size()));
+  return TextPayload(offset, text.size());
+}
+
+void CellColumns::Reserve(std::size_t cells) {
+  tags_.Reserve(cells);
+  payloads_.Reserve(cells);
+}
+
+void CellColumns::Append(std::span<const XLOPER12> cells) {
+  CellTag* tags = tags_.Extend(cells.size());
+  double* payloads = payloads_.Extend(cells.size());
+  std::size_t others = 0;
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    if (IsNumberCell(cells[i])) {
+      tags[i] = CellTag::kNumber;
+      payloads[i] = cells[i].val.num;
+      continue;
+    }
+    const SingleValue value = SingleValueOf(cells[i]);
+    tags[i] = value.tag;
+    payloads[i] = value.tag == CellTag::kText ? StoreText(value.text) : CodePayload(value.code);
+    ++counts_[static_cast<std::size_t>(value.tag)];
+    ++others;
+  }
+  counts_[static_cast<std::size_t>(CellTag::kNumber)] += cells.size() - others;
+}
+
+void CellColumns::AppendBlanks(std::size_t count) {
+  std::fill_n(tags_.Extend(count), count, CellTag::kBlank);
+  std::fill_n(payloads_.Extend(count), count, 0.0);
+  counts_[static_cast<std::size_t>(CellTag::kBlank)] += count;
+}
+
+void CellColumns::AppendFirst(const CellColumns& cells, std::size_t count) {
+  if (count == 0) return;
+  CellTag* tags = tags_.Extend(count);
+  double* payloads = payloads_.Extend(count);
+  std::memcpy(tags, cells.tags_.data(), count * sizeof *tags);
+  std::memcpy(payloads, cells.payloads_.data(), count * sizeof *payloads);
+  for (std::size_t i = 0; i < count; ++i) {
+    ++counts_[static_cast<std::size_t>(tags[i])];
+    if (tags[i] == CellTag::kText) payloads[i] = StoreText(cells.TextAt(i));
+  }
+}
+
+bool CellColumns::EqualCell(std::size_t index, const XLOPER12& cell) const {
+  const SingleValue value = SingleValueOf(cell);
+  if (value.tag != tag(index)) return false;
+  const double payload = payloads_.data()[index];
+  switch (value.tag) {
+    case CellTag::kNumber:
+      return Bits(value.number) == Bits(payload);
+    case CellTag::kText:
+      return value.text == TextAt(index);
+    default:
+      return value.code == CodeOf(payload);
+  }
+}
+
+std::size_t CellColumns::CountEqual(std::size_t position, std::span<const XLOPER12> cells) const {
+  const std::size_t count = std::min(cells.size(), size() - position);
+  const CellTag* tags = tags_.data() + position;
+  const double* payloads = payloads_.data() + position;
+  std::size_t i = 0;
+  while (i < count) {
+    // Runs of numbers, a word of tags at a time and without a branch per cell.
+    for (; i + kStep <= count; i += kStep) {
+      std::uint64_t difference = 0;
+      std::memcpy(&difference, tags + i, kStep);
+      for (std::size_t k = i; k < i + kStep; ++k) {
+        difference |= (cells[k].xltype & xltypeMask) ^ xltypeNum;
+        difference |= Bits(cells[k].val.num) ^ Bits(payloads[k]);
+      }
+      if (difference != 0) break;
+    }
+    for (const std::size_t end = std::min(i + kStep, count); i < end; ++i) {
+      if (!EqualCell(position + i, cells[i])) return i;
+    }
+  }
+  return count;
+}
+
+std::size_t CellColumns::CountBlanks(std::size_t position, std::size_t count) const {
+  const std::span<const CellTag> range =
+      tags().subspan(position, std::min(count, size() - position));
+  const auto other =
+      std::find_if(range.begin(), range.end(), [](CellTag tag) { return tag != CellTag::kBlank; });
+  return static_cast<std::size_t>(other - range.begin());
+}
+
+}  // namespace zavrel

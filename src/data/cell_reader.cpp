@@ -1,0 +1,204 @@
+#include "data/cell_reader.h"
+
+#include <algorithm>
+
+#include "data/cell_columns.h"
+#include "excel/coerce.h"
+#include "excel/reference.h"
+#include "excel/xxloper.h"
+
+namespace zavrel {
+namespace {
+
+// Cells asked for in one call: small enough to be consumed while they are still in the processor's
+// cache, large enough that the calls do not count.
+constexpr std::int64_t kBlockCells = 1 << 15;
+// Whole columns and rows with more cells than this (64 columns) are not searched for their used
+// part: the host is asked for all of them at once, which it answers if it knows the used part
+// itself.
+constexpr std::int64_t kMostSearched = std::int64_t{1} << 26;
+
+std::int64_t CellCount(const XLREF12& area) { return std::int64_t{RowsOf(area)} * ColumnsOf(area); }
+
+bool IsWholeColumns(const XLREF12& area) {
+  return area.rwFirst == 0 && area.rwLast == kExcelRows - 1;
+}
+bool IsWholeRows(const XLREF12& area) {
+  return area.colFirst == 0 && area.colLast == kExcelColumns - 1;
+}
+bool IsWhole(const XLREF12& area) { return IsWholeColumns(area) || IsWholeRows(area); }
+
+std::size_t Size(std::int64_t count) { return static_cast<std::size_t>(count); }
+
+/// The values of an area as the host gave them. A host that knows its sheet's used part may give
+/// fewer rows and columns than it was asked for: the others are blank.
+struct Block {
+  XXloper value;
+  std::span<const XLOPER12> cells;
+  std::int64_t rows = 0;
+  std::int64_t columns = 0;
+
+  std::span<const XLOPER12> Row(std::int64_t row) const {
+    return cells.subspan(Size(row * columns), Size(columns));
+  }
+};
+
+class AreaReader {
+ public:
+  AreaReader(const ReferenceView& reference, const XLREF12& area, CellSink& sink)
+      : reference_(reference), area_(area), sink_(sink) {}
+
+  ReadOutcome Read() {
+    if (IsWhole(area_)) return ReadWhole();
+    return EachBlock(BlockRows(), [&](const Block& block, std::int64_t rows) {
+      Emit(block, rows, ColumnsOf(area_));
+    });
+  }
+
+ private:
+  /// Rows per block. A block is at least one row, of 16,384 cells at most.
+  std::int64_t BlockRows() const {
+    return std::max<std::int64_t>(1, kBlockCells / ColumnsOf(area_));
+  }
+
+  ReadOutcome ReadBlock(const XLREF12& part, Block& block) const {
+    const OneArea one(reference_, part);
+    ExcelResult read = LookUp(XXloper::FromArgument(&one.record()));
+    if (WantsReturn(read)) return ReadOutcome::kUncalculated;
+    if (!read.ok()) return ReadOutcome::kUnreadable;
+
+    block.value = std::move(read.value);
+    block.rows = block.columns = 1;
+    if (!block.value.Is(xltypeMulti)) {
+      if (block.value.Is(xltypeRef | xltypeSRef)) return ReadOutcome::kUnreadable;
+      block.cells = {&block.value.record(), 1};
+      return ReadOutcome::kRead;
+    }
+    block.cells = block.value.elements();
+    block.rows = block.value.record().val.array.rows;
+    block.columns = block.value.record().val.array.columns;
+    const bool fits =
+        !block.cells.empty() && block.rows <= RowsOf(part) && block.columns <= ColumnsOf(part);
+    return fits ? ReadOutcome::kRead : ReadOutcome::kUnreadable;
+  }
+
+  /// Calls take(block, rows asked for) for each block of rows from top to bottom.
+  template <class Take>
+  ReadOutcome EachBlock(std::int64_t block_rows, Take take) const {
+    for (std::int64_t row = area_.rwFirst; row <= area_.rwLast; row += block_rows) {
+      XLREF12 part = area_;
+      part.rwFirst = static_cast<std::int32_t>(row);
+      part.rwLast =
+          static_cast<std::int32_t>(std::min<std::int64_t>(area_.rwLast, row + block_rows - 1));
+      Block block;
+      const ReadOutcome outcome = ReadBlock(part, block);
+      if (outcome != ReadOutcome::kRead) return outcome;
+      take(block, RowsOf(part));
+    }
+    return ReadOutcome::kRead;
+  }
+
+  /// Hands on the block's upper left part of this size.
+  void Emit(const Block& block, std::int64_t rows, std::int64_t columns) {
+    const std::int64_t given = std::min(rows, block.rows);
+    if (block.columns == columns) {
+      sink_.Cells(block.cells.first(Size(given * columns)));
+    } else {
+      for (std::int64_t row = 0; row < given; ++row) {
+        sink_.Cells(block.Row(row).first(Size(std::min(columns, block.columns))));
+        if (columns > block.columns) sink_.Blanks(Size(columns - block.columns));
+      }
+    }
+    if (rows > given) sink_.Blanks(Size((rows - given) * columns));
+  }
+
+  /// Rows of the block down to its last used one.
+  static std::int64_t UsedRows(const Block& block) {
+    auto last = block.cells.rbegin();
+    while (last != block.cells.rend() && IsBlankCell(*last)) ++last;
+    return (block.cells.rend() - last + block.columns - 1) / block.columns;
+  }
+  static std::int64_t UsedColumns(const Block& block) {
+    std::int64_t used = 0;
+    for (std::int64_t row = 0; row < block.rows; ++row) {
+      const std::span<const XLOPER12> cells = block.Row(row);
+      std::int64_t columns = block.columns;
+      while (columns > used && IsBlankCell(cells[Size(columns - 1)])) --columns;
+      used = std::max(used, columns);
+    }
+    return used;
+  }
+
+  /// Whole columns end at their last used row, whole rows at their last used column.
+  ReadOutcome ReadWhole() {
+    const std::int64_t block_rows = CellCount(area_) > kMostSearched ? RowsOf(area_) : BlockRows();
+    std::int64_t columns = ColumnsOf(area_);
+    if (IsWholeRows(area_)) {
+      std::int64_t used = 0;
+      const ReadOutcome outcome = EachBlock(block_rows, [&](const Block& block, std::int64_t) {
+        used = std::max(used, UsedColumns(block));
+      });
+      if (outcome != ReadOutcome::kRead || used == 0) return outcome;
+      columns = used;
+    }
+    const bool clip_rows = IsWholeColumns(area_);
+    std::int64_t blank_rows = 0;  // seen, and left out unless something follows
+    return EachBlock(block_rows, [&](const Block& block, std::int64_t rows) {
+      const std::int64_t used = clip_rows ? UsedRows(block) : rows;
+      if (used > 0) {
+        if (blank_rows > 0) sink_.Blanks(Size(blank_rows * columns));
+        blank_rows = 0;
+        Emit(block, used, columns);
+      }
+      blank_rows += rows - used;
+    });
+  }
+
+  const ReferenceView& reference_;
+  const XLREF12 area_;
+  CellSink& sink_;
+};
+
+}  // namespace
+
+bool HasOpenEnd(const XLOPER12& argument) {
+  const auto reference = ReferenceView::Of(argument);
+  return reference && IsWhole(reference->areas().back());
+}
+
+std::size_t ExpectedCells(const XLOPER12& argument) {
+  if (const auto reference = ReferenceView::Of(argument)) {
+    std::size_t cells = 0;
+    for (const XLREF12& area : reference->areas()) {
+      if (!IsWhole(area)) cells += Size(CellCount(area));
+    }
+    return cells;
+  }
+  return TypeOf(argument) == xltypeMulti ? XXloper::FromArgument(&argument).elements().size() : 1;
+}
+
+ReadOutcome ReadCells(const XLOPER12& argument, CellSink& sink) {
+  switch (TypeOf(argument)) {
+    case xltypeSRef:
+    case xltypeRef: {
+      const auto reference = ReferenceView::Of(argument);
+      if (!reference) return ReadOutcome::kUnreadable;
+      for (const XLREF12& area : reference->areas()) {
+        const ReadOutcome outcome = AreaReader(*reference, area, sink).Read();
+        if (outcome != ReadOutcome::kRead) return outcome;
+      }
+      return ReadOutcome::kRead;
+    }
+    case xltypeMulti: {
+      const std::span<const XLOPER12> elements = XXloper::FromArgument(&argument).elements();
+      if (elements.empty()) return ReadOutcome::kUnreadable;
+      sink.Cells(elements);
+      return ReadOutcome::kRead;
+    }
+    default:
+      sink.Cells({&argument, 1});
+      return ReadOutcome::kRead;
+  }
+}
+
+}  // namespace zavrel

@@ -1,0 +1,31 @@
+#pragma once
+// From a data argument to its data set.
+
+#include <cstddef>
+#include <memory>
+#include <span>
+
+#include "data/cell_reader.h"
+#include "data/excel_data.h"
+
+namespace zavrel {
+
+/// More cells than this (64 full columns) are refused as unreadable: they would be a slip, and
+/// several hundred megabytes.
+inline constexpr std::size_t kMostCells = std::size_t{1} << 26;
+
+/// The data set, when `outcome` is kRead.
+struct DataArgument {
+  ReadOutcome outcome = ReadOutcome::kUnreadable;
+  std::shared_ptr<ExcelData> data;
+};
+
+/// The data set that the pieces form together, in their order. Omitted pieces at the end (null
+/// pointers included) contribute nothing; when all are omitted, the data set is one omitted value.
+///
+/// The cells are read at every call. Those of the data set that the session's cache has under the
+/// same key are compared with them, in every bit, while they come in, without allocating anything.
+/// Only from the first difference on is a new data set built, which then takes the other's place.
+DataArgument ReadDataArgument(std::span<const XLOPER12* const> pieces);
+
+}  // namespace zavrel

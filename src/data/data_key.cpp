@@ -1,0 +1,109 @@
+#include "data/data_key.h"
+
+#include <bit>
+#include <charconv>
+#include <cstdint>
+#include <optional>
+
+#include "data/cell_columns.h"
+#include "excel/coerce.h"
+#include "excel/reference.h"
+#include "excel/xxloper.h"
+
+namespace zavrel {
+namespace {
+
+/// FNV-1a over 64-bit words.
+class Fingerprint {
+ public:
+  void Add(std::uint64_t word) { hash_ = (hash_ ^ word) * 0x100000001B3ull; }
+  void Add(const SingleValue& value) {
+    Add(static_cast<std::uint64_t>(value.tag));
+    Add(std::bit_cast<std::uint64_t>(value.number));
+    Add(static_cast<std::uint32_t>(value.code));
+    Add(value.text.size());
+    for (const char16_t unit : value.text) Add(unit);
+  }
+  // The multiplication carries upwards only: fold the high half back.
+  std::uint64_t Get() const { return hash_ ^ hash_ >> 32; }
+
+ private:
+  std::uint64_t hash_ = 0xCBF29CE484222325ull;
+};
+
+/// The sheet that a reference without one stands on: the calling one, which the host puts in when
+/// it makes the other kind of reference of it. 0 when it does not.
+std::uint64_t CallingSheet(const XLOPER12& reference) {
+  const ExcelResult full = CoerceTo(XXloper::FromArgument(&reference), xltypeRef);
+  return full.ok() && full.value.type() == xltypeRef ? full.value.record().val.mref.idSheet : 0;
+}
+
+class KeyText {
+ public:
+  KeyText() { text_.reserve(64); }
+
+  void AddPiece(const XLOPER12& piece) {
+    if (!text_.empty()) text_ += ';';
+    if (const auto reference = ReferenceView::Of(piece)) {
+      AddReference(piece, *reference);
+    } else if (TypeOf(piece) == xltypeMissing) {
+      text_ += '-';
+    } else if (TypeOf(piece) == xltypeMulti) {
+      AddContent(XXloper::FromArgument(&piece).elements());
+    } else {
+      AddContent({&piece, 1});
+    }
+  }
+  std::string Take() && { return std::move(text_); }
+
+ private:
+  template <class Number>
+  void Add(Number number, int base = 10) {
+    char digits[24];
+    const auto end = std::to_chars(digits, digits + sizeof digits, number, base).ptr;
+    text_.append(digits, end);
+  }
+
+  void AddReference(const XLOPER12& piece, const ReferenceView& reference) {
+    if (!reference.sheet_id() && !calling_sheet_) calling_sheet_ = CallingSheet(piece);
+    text_ += '[';
+    Add(reference.sheet_id() ? *reference.sheet_id() : *calling_sheet_, 16);
+    text_ += ']';
+    const char* separator = "";
+    for (const XLREF12& area : reference.areas()) {
+      text_ += separator;
+      separator = ",";
+      text_ += 'R';
+      Add(area.rwFirst + 1);
+      text_ += 'C';
+      Add(area.colFirst + 1);
+      text_ += ":R";
+      Add(area.rwLast + 1);
+      text_ += 'C';
+      Add(area.colLast + 1);
+    }
+  }
+
+  void AddContent(std::span<const XLOPER12> cells) {
+    Fingerprint fingerprint;
+    for (const XLOPER12& cell : cells) fingerprint.Add(SingleValueOf(cell));
+    text_ += '{';
+    Add(cells.size());
+    text_ += '#';
+    Add(fingerprint.Get(), 16);
+    text_ += '}';
+  }
+
+  std::string text_;
+  std::optional<std::uint64_t> calling_sheet_;
+};
+
+}  // namespace
+
+std::string DataKey(std::span<const XLOPER12* const> pieces) {
+  KeyText key;
+  for (const XLOPER12* piece : pieces) key.AddPiece(*piece);
+  return std::move(key).Take();
+}
+
+}  // namespace zavrel

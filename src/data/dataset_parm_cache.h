@@ -1,0 +1,45 @@
+#pragma once
+// The data-set parameters of the latest calls.
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+#include "data/missing_data_policy.h"
+
+namespace zavrel {
+
+class DatasetParm;
+class ExcelData;
+
+/// Keeps the latest parameters, found by data set, policy and error flag. Being held here is what
+/// keeps a data set through a pruning of the ExcelDataCache: the working set of the calculation at
+/// hand, whatever its size. Used from Excel's main thread only.
+class DatasetParmCache {
+ public:
+  static constexpr std::size_t kEntries = 32;
+  /// Cells' memory that pruning leaves held, the latest parameter's excepted.
+  static constexpr std::size_t kBytesAfterPruning = std::size_t{256} << 20;
+
+  DatasetParmCache();
+  ~DatasetParmCache();
+  DatasetParmCache(const DatasetParmCache&) = delete;
+  DatasetParmCache& operator=(const DatasetParmCache&) = delete;
+
+  /// The parameter, found or made; now the latest used.
+  std::shared_ptr<const DatasetParm> Get(const std::shared_ptr<ExcelData>& data,
+                                         MissingDataPolicy policy, bool propagate_errors);
+  /// Lets go of a data set whose cells changed.
+  void Forget(const ExcelData* data) noexcept;
+
+  /// Drops the parameters used longest ago until the rest holds no more than kBytesAfterPruning.
+  void Prune() noexcept;
+  void Clear() noexcept;
+
+  std::size_t size() const { return parms_.size(); }
+
+ private:
+  std::vector<std::shared_ptr<const DatasetParm>> parms_;  // latest used first
+};
+
+}  // namespace zavrel

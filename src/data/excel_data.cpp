@@ -1,0 +1,133 @@
+#include "data/excel_data.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "excel/error_double.h"
+
+namespace zavrel {
+namespace {
+
+bool IsBlankOrMissing(CellTag tag) { return tag == CellTag::kBlank || tag == CellTag::kMissing; }
+
+}  // namespace
+
+bool BelongsTo(CellTag tag, CellClass cell_class) {
+  switch (cell_class) {
+    case CellClass::kEvery:
+      return true;
+    case CellClass::kNumber:
+      return tag == CellTag::kNumber;
+    case CellClass::kNonBlank:
+      return !IsBlankOrMissing(tag);
+    case CellClass::kNonBlankNonNumber:
+      return !IsBlankOrMissing(tag) && tag != CellTag::kNumber;
+    case CellClass::kBlank:
+      return IsBlankOrMissing(tag);
+  }
+  return false;
+}
+
+ExcelData::ExcelData(std::string key, CellColumns cells, bool open_end)
+    : key_(std::move(key)), cells_(std::move(cells)), open_end_(open_end) {}
+
+std::size_t ExcelData::CountOfClass(CellClass cell_class) const {
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < kCellTags; ++i) {
+    const auto tag = static_cast<CellTag>(i);
+    if (BelongsTo(tag, cell_class)) count += cells_.count(tag);
+  }
+  return count;
+}
+
+const XXloper& ExcelData::Acceptance(MissingDataPolicy policy, bool propagate_errors) {
+  std::optional<XXloper>& result =
+      acceptance_[propagate_errors ? 1 : 0][static_cast<std::size_t>(policy)];
+  if (!result) result = CheckAcceptance(policy, propagate_errors);
+  return *result;
+}
+
+// Under kOneRun the accepted layouts are: blanks, numbers, at most one cell that is neither blank
+// nor a number, blanks. An omitted argument among others counts as such a cell, not as a blank one.
+XXloper ExcelData::CheckAcceptance(MissingDataPolicy policy, bool propagate_errors) const {
+  const bool every = policy == MissingDataPolicy::kNumbersRequired;
+  const bool run = policy == MissingDataPolicy::kOneRun;
+  const bool look_for_errors = propagate_errors && cells_.count(CellTag::kError) > 0;
+  if (cells_.AllNumbers() || (!every && !run && !look_for_errors)) return XXloper::Nil();
+
+  enum { kBefore, kWithin, kAfter } state = kBefore;
+  bool invalid = false;
+  for (std::size_t i = 0; i < cells_.size(); ++i) {
+    const CellTag tag = cells_.tag(i);
+    if (look_for_errors && tag == CellTag::kError) return XXloper::ErrorByCode(cells_[i].code);
+    if (tag == CellTag::kBlank) {
+      invalid |= every;
+      if (state == kWithin) state = kAfter;
+      continue;
+    }
+    if (state == kBefore) {
+      state = kWithin;
+    } else if (state == kAfter) {
+      invalid |= run;
+    }
+    if (tag != CellTag::kNumber) {
+      invalid |= every;
+      if (state == kWithin) state = kAfter;
+    }
+  }
+  return invalid ? XXloper::Error(ExcelError::kValue) : XXloper::Nil();
+}
+
+std::span<const double> ExcelData::Numbers(MissingDataPolicy policy) {
+  if (IsOmitted()) return {};
+  if (cells_.AllNumbers()) return cells_.payloads();
+  const bool with_errors = policy == MissingDataPolicy::kPositionalWithErrors;
+  Shape& shape = !IsPositional(policy) ? numbers_only_
+                 : with_errors         ? positional_with_errors_
+                                       : positional_;
+  if (!shape) shape = IsPositional(policy) ? Positional(with_errors) : NumbersOnly();
+  return {shape->data(), shape->size()};
+}
+
+BlockArray<double> ExcelData::NumbersOnly() const {
+  BlockArray<double> numbers;
+  const std::size_t count = NumberCount();
+  if (count == 0) return numbers;
+  numbers.Reserve(count);
+  double* next = numbers.Extend(count);
+  const std::span<const double> payloads = cells_.payloads();
+  const std::span<const CellTag> tags = cells_.tags();
+  for (std::size_t i = 0; i < tags.size(); ++i) {
+    if (tags[i] == CellTag::kNumber) *next++ = payloads[i];
+  }
+  return numbers;
+}
+
+BlockArray<double> ExcelData::Positional(bool with_errors) const {
+  BlockArray<double> numbers;
+  if (size() == 0) return numbers;
+  numbers.Reserve(size());
+  double* next = numbers.Extend(size());
+  const std::span<const double> payloads = cells_.payloads();
+  const std::span<const CellTag> tags = cells_.tags();
+  for (std::size_t i = 0; i < tags.size(); ++i) {
+    if (tags[i] == CellTag::kNumber) {
+      next[i] = payloads[i];
+    } else if (with_errors && tags[i] == CellTag::kError) {
+      next[i] = ErrorCodedNaN(cells_[i].code);
+    } else {
+      next[i] = kMissingValue;
+    }
+  }
+  return numbers;
+}
+
+std::size_t ExcelData::bytes() const {
+  std::size_t bytes = sizeof *this + key_.capacity() + cells_.bytes();
+  for (const Shape* shape : {&positional_, &positional_with_errors_, &numbers_only_}) {
+    if (*shape) bytes += (*shape)->bytes();
+  }
+  return bytes;
+}
+
+}  // namespace zavrel

@@ -1,0 +1,70 @@
+#include "data/excel_data_cache.h"
+
+#include <utility>
+
+#include "data/block_pool.h"
+#include "data/excel_data.h"
+
+namespace zavrel {
+
+ExcelDataCache::ExcelDataCache(Budget limit, Budget after_pruning)
+    : limit_(limit), after_pruning_(after_pruning) {}
+
+ExcelDataCache::~ExcelDataCache() { Clear(); }
+
+std::shared_ptr<ExcelData> ExcelDataCache::Find(std::string_view key) {
+  const auto found = by_key_.find(key);
+  if (found == by_key_.end()) return nullptr;
+  entries_.splice(entries_.begin(), entries_, found->second);
+  Measure(*found->second);
+  return found->second->data;
+}
+
+void ExcelDataCache::Put(std::shared_ptr<ExcelData> data) {
+  if (const auto same = by_key_.find(data->key()); same != by_key_.end()) Erase(same->second);
+  entries_.push_front({std::move(data), 0});
+  try {
+    by_key_.emplace(entries_.front().data->key(), entries_.begin());
+  } catch (...) {
+    entries_.pop_front();
+    throw;
+  }
+  Measure(entries_.front());
+  while (entries_.size() > 1 && Exceeds(limit_)) Erase(std::prev(entries_.end()));
+}
+
+void ExcelDataCache::Prune() noexcept {
+  auto entry = entries_.end();
+  while (Exceeds(after_pruning_) && entry != entries_.begin()) {
+    --entry;
+    if (entry->data.use_count() > 1) continue;
+    const auto dropped = entry++;
+    Erase(dropped);
+  }
+}
+
+void ExcelDataCache::Clear() noexcept {
+  by_key_.clear();
+  entries_.clear();
+  bytes_ = 0;
+  ReleaseKeptBlocks();
+}
+
+// A data set grows by what is worked out from it, so it is measured whenever it is used.
+void ExcelDataCache::Measure(Entry& entry) {
+  const std::size_t bytes = entry.data->bytes();
+  bytes_ += bytes - entry.bytes;
+  entry.bytes = bytes;
+}
+
+void ExcelDataCache::Erase(Entries::iterator entry) noexcept {
+  bytes_ -= entry->bytes;
+  by_key_.erase(entry->data->key());
+  entries_.erase(entry);
+}
+
+bool ExcelDataCache::Exceeds(const Budget& budget) const {
+  return entries_.size() > budget.entries || bytes_ > budget.bytes;
+}
+
+}  // namespace zavrel

@@ -1,0 +1,66 @@
+#pragma once
+// The session's data sets, found by the text of the argument that they came from.
+
+#include <cstddef>
+#include <list>
+#include <memory>
+#include <string_view>
+#include <unordered_map>
+
+namespace zavrel {
+
+class ExcelData;
+
+/// At most one data set per key text. Whoever finds one here compares it with its cells before
+/// using it (ReadDataArgument does), so an entry is never trusted for its key alone.
+///
+/// Bounded at all times: what comes in pushes out what was used longest ago. Prune narrows that to
+/// a smaller budget, but spares every data set that somebody else holds; the DatasetParmCache holds
+/// those of the latest calls, so pruning after each call does not part functions that read the same
+/// range. Used from Excel's main thread only.
+class ExcelDataCache {
+ public:
+  struct Budget {
+    std::size_t entries;
+    std::size_t bytes;
+  };
+  static constexpr Budget kLimit{16384, std::size_t{512} << 20};
+  static constexpr Budget kAfterPruning{4096, std::size_t{64} << 20};
+
+  explicit ExcelDataCache(Budget limit = kLimit, Budget after_pruning = kAfterPruning);
+  ~ExcelDataCache();
+  ExcelDataCache(const ExcelDataCache&) = delete;
+  ExcelDataCache& operator=(const ExcelDataCache&) = delete;
+
+  /// The data set under this key, now the latest used; null when there is none.
+  std::shared_ptr<ExcelData> Find(std::string_view key);
+  /// Adds a data set, in place of the one with the same key.
+  void Put(std::shared_ptr<ExcelData> data);
+
+  /// Drops what was used longest ago, down to the smaller budget; nothing that others hold.
+  void Prune() noexcept;
+  /// Drops everything, the memory kept for reuse included.
+  void Clear() noexcept;
+
+  std::size_t size() const { return entries_.size(); }
+  std::size_t bytes() const { return bytes_; }
+
+ private:
+  struct Entry {
+    std::shared_ptr<ExcelData> data;
+    std::size_t bytes;
+  };
+  using Entries = std::list<Entry>;  // latest used first
+
+  void Measure(Entry& entry);
+  void Erase(Entries::iterator entry) noexcept;
+  bool Exceeds(const Budget& budget) const;
+
+  Budget limit_;
+  Budget after_pruning_;
+  Entries entries_;
+  std::unordered_map<std::string_view, Entries::iterator> by_key_;  // keys stand in the data sets
+  std::size_t bytes_ = 0;
+};
+
+}  // namespace zavrel

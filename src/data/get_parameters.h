@@ -1,0 +1,92 @@
+#pragma once
+// Reads a worksheet function's whole argument list.
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "data/block_pool.h"
+#include "data/dataset_parm.h"
+#include "excel/scalar_argument.h"
+#include "excel/xxloper.h"
+
+namespace zavrel {
+
+struct ParameterOptions {
+  /// An error cell of a data argument, and an error given for a single value, is the call's result.
+  bool propagate_errors = false;
+  /// The data arguments' numbers must be equally many.
+  bool equal_lengths = false;
+};
+
+/// The arguments of a call, by their position among the kind letters. Asking for an argument that
+/// was not given, or by another type than its letter's, throws std::bad_variant_access.
+class Parameters {
+ public:
+  /// False: the call returns failure() instead of computing anything.
+  bool accepted() const { return accepted_; }
+  const XXloper& failure() const { return failure_; }
+  /// With accepted() false: the host calls again, until then it wants nothing but the return.
+  bool uncalculated() const { return uncalculated_; }
+
+  /// False for an optional argument that was left out.
+  bool given(std::size_t position) const {
+    return !std::holds_alternative<std::monostate>(values_[position].value);
+  }
+  ExcelData& data(std::size_t position) const { return parm(position)->data(); }
+  const std::shared_ptr<const DatasetParm>& parm(std::size_t position) const {
+    return std::get<std::shared_ptr<const DatasetParm>>(values_[position].value);
+  }
+  /// The data argument's numbers in the policy's shape. They live as long as this object.
+  std::span<const double> numbers(std::size_t position) const;
+
+  double number(std::size_t position) const { return std::get<double>(values_[position].value); }
+  std::int32_t integer(std::size_t position) const {
+    return std::get<std::int32_t>(values_[position].value);
+  }
+  bool boolean(std::size_t position) const { return std::get<bool>(values_[position].value); }
+  const std::u16string& text(std::size_t position) const {
+    return std::get<std::u16string>(values_[position].value);
+  }
+
+ private:
+  friend class ParameterReader;
+
+  using Value = std::variant<std::monostate, double, std::int32_t, std::u16string, bool,
+                             std::shared_ptr<const DatasetParm>>;
+  struct Argument {
+    Value value;
+    BlockArray<double>
+        lengthened;  // numbers with blank cells added at the end, if there had to be any
+  };
+
+  bool accepted_ = false;
+  bool uncalculated_ = false;
+  XXloper failure_ = XXloper::Error(ExcelError::kValue);
+  std::vector<Argument> values_;
+};
+
+/// Reads the arguments by one kind letter each (excel/scalar_argument.h lists them), first to last,
+/// up to the first that fails:
+///
+///   R  a data set; an omitted argument is a data set of one omitted value
+///   r  a data set; an omitted argument is not given
+///   V  one data set of this and all further arguments
+///
+/// Data sets are held to the policy. Failures: #REF! for cells that cannot be read; #VALUE! for a
+/// data set that the policy does not accept, for a single value that is not what its letter asks
+/// for and for unequal lengths; with `propagate_errors` an error met is returned as it is.
+/// Arguments beyond those given count as omitted.
+///
+/// Equal lengths compare the numeric shapes. A positional shape of whole columns or rows ends where
+/// these were last used; when another argument goes further, the blank cells that follow are put
+/// back.
+Parameters GetParameters(std::string_view kinds, MissingDataPolicy policy,
+                         std::span<const XLOPER12* const> arguments, ParameterOptions options = {});
+
+}  // namespace zavrel

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstddef>
+
+namespace zavrel {
+
+/// What a statistics function does about cells that hold no number. It decides which data sets the
+/// function accepts and in which shape it gets their numbers.
+enum class MissingDataPolicy {
+  kNumbersRequired = 0,  // every cell must be a number; numbers only
+  kPositional = 1,       // any cells; one entry per cell, the missing-value marker for the rest
+  kOneRun = 2,           // the numbers must form one run; numbers only
+  kNumbersOnly = 3,      // any cells; numbers only
+  kPositionalWithErrors = 4,  // as kPositional, but an error cell gives its error-coded NaN
+};
+inline constexpr std::size_t kMissingDataPolicies = 5;
+
+/// True when the policy hands out one entry per cell.
+constexpr bool IsPositional(MissingDataPolicy policy) {
+  return policy == MissingDataPolicy::kPositional ||
+         policy == MissingDataPolicy::kPositionalWithErrors;
+}
+
+}  // namespace zavrel

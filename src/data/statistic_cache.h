@@ -1,0 +1,43 @@
+#pragma once
+// What was computed from a data set: one number per statistic and variant.
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace zavrel {
+
+/// A table of numbers indexed by sample form (0 population or none, 1 sample), discrete selector
+/// (0 not given, 1 false, 2 true; only the mode uses other than 0) and statistic id. Lives and dies
+/// with its data set.
+class StatisticCache {
+ public:
+  static constexpr std::size_t kStatistics = 16;
+  /// What an id outside 0..15 stands for.
+  static constexpr std::size_t kCount = 10;
+
+  bool Has(bool sample, std::size_t selector, std::size_t statistic) const {
+    return computed_[Index(sample, selector, statistic)] != 0;
+  }
+  double Get(bool sample, std::size_t selector, std::size_t statistic) const {
+    return values_[Index(sample, selector, statistic)];
+  }
+  void Set(bool sample, std::size_t selector, std::size_t statistic, double value) {
+    values_[Index(sample, selector, statistic)] = value;
+    computed_[Index(sample, selector, statistic)] = 1;
+  }
+
+ private:
+  static constexpr std::size_t kSelectors = 3;
+
+  static std::size_t Index(bool sample, std::size_t selector, std::size_t statistic) {
+    return ((sample ? kSelectors : 0) + std::min(selector, kSelectors - 1)) * kStatistics +
+           (statistic < kStatistics ? statistic : kCount);
+  }
+
+  std::array<double, 2 * kSelectors * kStatistics> values_{};
+  std::array<std::uint8_t, 2 * kSelectors * kStatistics> computed_{};
+};
+
+}  // namespace zavrel

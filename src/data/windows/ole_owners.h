@@ -1,0 +1,90 @@
+#pragma once
+// Owners of what OLE Automation hands out: nothing leaks on any path.
+
+#include <windows.h>
+// The order matters: the automation types build on the basic ones.
+#include <oaidl.h>
+#include <oleauto.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace zavrel {
+
+/// A VARIANT that is cleared when its owner ends.
+class OwnedVariant {
+ public:
+  OwnedVariant() { VariantInit(&variant_); }
+  OwnedVariant(const OwnedVariant&) = delete;
+  OwnedVariant& operator=(const OwnedVariant&) = delete;
+  OwnedVariant(OwnedVariant&& other) noexcept : variant_(other.variant_) {
+    VariantInit(&other.variant_);
+  }
+  ~OwnedVariant() { VariantClear(&variant_); }
+
+  VARIANT* address() { return &variant_; }
+  const VARIANT& get() const { return variant_; }
+
+ private:
+  VARIANT variant_;
+};
+
+/// Keeps a SAFEARRAY locked; a null or unlockable array gives a lock that is not ok().
+class SafeArrayLock {
+ public:
+  explicit SafeArrayLock(SAFEARRAY* array)
+      : array_(array != nullptr && SUCCEEDED(::SafeArrayLock(array)) ? array : nullptr) {}
+  SafeArrayLock(const SafeArrayLock&) = delete;
+  SafeArrayLock& operator=(const SafeArrayLock&) = delete;
+  ~SafeArrayLock() {
+    if (array_ != nullptr) SafeArrayUnlock(array_);
+  }
+
+  bool ok() const { return array_ != nullptr; }
+  void* data() const { return array_->pvData; }
+
+ private:
+  SAFEARRAY* array_;
+};
+
+/// The system's functions take what they only read without const.
+inline VARIANT* Unconst(const VARIANT& variant) { return const_cast<VARIANT*>(&variant); }
+
+/// The text of a wide BSTR; a null one is empty.
+inline std::u16string_view BstrView(BSTR text) {
+  return {reinterpret_cast<const char16_t*>(text), text == nullptr ? 0 : SysStringLen(text)};
+}
+
+/// The value of a property of an automation object, by name; nothing when the object has none,
+/// fails or is null.
+inline std::optional<OwnedVariant> AutomationProperty(IDispatch* object, const wchar_t* name) {
+  if (object == nullptr) return std::nullopt;
+  DISPID id = 0;
+  auto* names = const_cast<LPOLESTR>(name);
+  if (FAILED(object->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id)))
+    return std::nullopt;
+  OwnedVariant result;
+  DISPPARAMS none{};
+  if (FAILED(object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none,
+                            result.address(), nullptr, nullptr))) {
+    return std::nullopt;
+  }
+  return result;
+}
+
+/// The object that such a property holds; nothing when it holds none.
+inline IDispatch* ObjectIn(const std::optional<OwnedVariant>& property) {
+  return property && property->get().vt == VT_DISPATCH ? property->get().pdispVal : nullptr;
+}
+
+/// A whole number from such a property; nothing when it is none.
+inline std::optional<long> IntegerIn(const std::optional<OwnedVariant>& property) {
+  if (!property) return std::nullopt;
+  OwnedVariant number;
+  if (FAILED(VariantChangeType(number.address(), Unconst(property->get()), 0, VT_I4))) return std::nullopt;
+  return number.get().lVal;
+}
+
+}  // namespace zavrel

@@ -1,0 +1,24 @@
+#pragma once
+// Arrays between the companion macro add-in and the library.
+
+#include "data/double_matrix.h"
+#include "data/windows/ole_owners.h"
+#include "excel/xxloper.h"
+
+namespace zavrel {
+
+/// The value of Excel that a VARIANT stands for: numbers of every kind, dates and currency become
+/// numbers, an automation error its Excel error, empty, null and omitted an empty value; what Excel
+/// has no value for becomes #VALUE!.
+XXloper ExcelValueOf(const VARIANT& variant);
+
+/// The matrix in a two-dimensional array of doubles (first index the row, stored column by column).
+/// Throws VekArraySizeError ("VB array is not 2-dimensional") for any other rank or no array,
+/// VekInvalidDataType for elements that are no 8-byte doubles, VekOutOfMemory.
+DoubleMatrix MatrixFromVbArray(SAFEARRAY* array);
+
+/// The block of cell values in an array: one of doubles by MatrixFromVbArray, one of any other
+/// simple type element by element; a one-dimensional array is one row, as Excel writes it.
+XXloper CellBlockFromVbArray(SAFEARRAY* array);
+
+}  // namespace zavrel

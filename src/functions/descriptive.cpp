@@ -1,0 +1,108 @@
+// The summary statistics of one data set: ZavMin ... ZavMeanAbs.
+#include "addin/worksheet_function.h"
+#include "data/get_parameters.h"
+#include "excel/error_double.h"
+#include "functions/refusal.h"
+#include "platform/export.h"
+#include "stats/moment_block.h"
+#include "stats/single_statistics.h"
+#include "stats/statistic_id.h"
+
+namespace zavrel {
+namespace {
+
+enum class Form : bool { kPopulation, kSample };
+constexpr Form kOnly = Form::kPopulation;  // of a statistic that has no forms
+
+/// What a function does about cells that hold no number.
+enum class Incomplete : bool { kUseNumbers, kRefuse };
+
+using Arguments = std::span<const XLOPER12* const>;
+
+void ComputeInto(StatisticCache& cache, StatisticId id, Form form,
+                 std::span<const double> numbers) {
+  if (!IsMoment(id)) {
+    cache.Set(form == Form::kSample, 0, static_cast<std::size_t>(id), SingleStatistic(id, numbers));
+    return;
+  }
+  const MomentBlocks blocks = ComputeBothForms(numbers);
+  for (std::size_t i = 0; IsMoment(static_cast<StatisticId>(i)); ++i) {
+    cache.Set(false, 0, i, blocks.population[static_cast<StatisticId>(i)]);
+    cache.Set(true, 0, i, blocks.sample[static_cast<StatisticId>(i)]);
+  }
+}
+
+// Computed from the numbers alone under either policy, since both share the cached result; that of
+// incomplete data is then not asked for.
+double CachedStatistic(ExcelData& data, StatisticId id, Form form) {
+  StatisticCache& cache = data.statistics();
+  const bool sample = form == Form::kSample;
+  const auto index = static_cast<std::size_t>(id);
+  if (!cache.Has(sample, 0, index))
+    ComputeInto(cache, id, form, data.Numbers(MissingDataPolicy::kNumbersOnly));
+  return cache.Get(sample, 0, index);
+}
+
+WorksheetResult UseNumbers(StatisticId id, Form form, Arguments arguments) {
+  const Parameters parameters = GetParameters("V", MissingDataPolicy::kNumbersOnly, arguments);
+  if (!parameters.accepted()) return Refusal(parameters);
+  return ToExcelValue(CachedStatistic(parameters.data(0), id, form));
+}
+
+/// The empty text for data with a cell that is no number and for every failure: never an error.
+WorksheetResult RefuseIncomplete(StatisticId id, Form form, Arguments arguments) {
+  const auto empty = [] { return XXloper::Text(u""); };
+  try {
+    const Parameters parameters = GetParameters("V", MissingDataPolicy::kPositional, arguments);
+    if (parameters.uncalculated()) return WorksheetResult::Uncalculated(empty());
+    if (!parameters.accepted()) return empty();
+    ExcelData& data = parameters.data(0);
+    if (data.NumberCount() < data.size()) return empty();
+    XXloper result = ToExcelValue(CachedStatistic(data, id, form));
+    return result.Is(xltypeErr) ? empty() : result;
+  } catch (...) {
+    return empty();
+  }
+}
+
+WorksheetResult Describe(StatisticId id, Form form, Incomplete incomplete, Arguments arguments) {
+  return incomplete == Incomplete::kRefuse ? RefuseIncomplete(id, form, arguments)
+                                           : UseNumbers(id, form, arguments);
+}
+
+}  // namespace
+
+#define ZAV_STATISTIC(name, id, form, incomplete)                                           \
+  ZAV_EXPORT XLOPER12* name(ZAV_THIRTY_PARAMETERS) {                                        \
+    return WorksheetFunction(#name, [&] {                                                   \
+      return Describe(StatisticId::id, form, Incomplete::incomplete, ZAV_THIRTY_ARGUMENTS); \
+    });                                                                                     \
+  }
+
+ZAV_STATISTIC(ZavrelMin, kMinimum, kOnly, kUseNumbers)
+ZAV_STATISTIC(ZavrelMinI, kMinimum, kOnly, kRefuse)
+ZAV_STATISTIC(ZavrelMax, kMaximum, kOnly, kUseNumbers)
+ZAV_STATISTIC(ZavrelMaxI, kMaximum, kOnly, kRefuse)
+ZAV_STATISTIC(ZavrelMean, kMean, kOnly, kUseNumbers)
+ZAV_STATISTIC(ZavrelMeanI, kMean, kOnly, kRefuse)
+ZAV_STATISTIC(ZavrelStdDev, kStdDev, Form::kSample, kUseNumbers)
+ZAV_STATISTIC(ZavrelStdDevP, kStdDev, Form::kPopulation, kUseNumbers)
+ZAV_STATISTIC(ZavrelVariance, kVariance, Form::kSample, kUseNumbers)
+ZAV_STATISTIC(ZavrelVarianceP, kVariance, Form::kPopulation, kUseNumbers)
+ZAV_STATISTIC(ZavrelSkewness, kSkewness, Form::kSample, kUseNumbers)
+ZAV_STATISTIC(ZavrelSkewnessP, kSkewness, Form::kPopulation, kUseNumbers)
+ZAV_STATISTIC(ZavrelKurtosis, kKurtosis, Form::kSample, kUseNumbers)
+ZAV_STATISTIC(ZavrelKurtosisP, kKurtosis, Form::kPopulation, kUseNumbers)
+ZAV_STATISTIC(ZavrelSum, kSum, kOnly, kUseNumbers)
+ZAV_STATISTIC(ZavrelSumI, kSum, kOnly, kRefuse)
+ZAV_STATISTIC(ZavrelProduct, kProduct, kOnly, kUseNumbers)
+ZAV_STATISTIC(ZavrelProductI, kProduct, kOnly, kRefuse)
+ZAV_STATISTIC(ZavrelRange, kRange, kOnly, kUseNumbers)
+ZAV_STATISTIC(ZavrelRangeI, kRange, kOnly, kRefuse)
+ZAV_STATISTIC(ZavrelCount, kCount, kOnly, kUseNumbers)
+ZAV_STATISTIC(ZavrelAveDev, kAveDev, kOnly, kUseNumbers)
+ZAV_STATISTIC(ZavrelSumSq, kSumSq, kOnly, kUseNumbers)
+ZAV_STATISTIC(ZavrelSumDevSq, kSumDevSq, kOnly, kUseNumbers)
+ZAV_STATISTIC(ZavrelMeanAbs, kMeanAbs, kOnly, kUseNumbers)
+
+}  // namespace zavrel

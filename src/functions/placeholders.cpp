@@ -1,0 +1,129 @@
+// The registered functions that are still to come: each answers with its result type's failure
+// value. A function that arrives leaves this list.
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+
+#include "addin/worksheet_function.h"
+#include "excel/xxloper.h"
+#include "platform/export.h"
+
+namespace zavrel {
+namespace {
+
+// One answer per result type, under the name that the log shows.
+XLOPER12* NotYetValue(const char* name) {
+  return WorksheetFunction(name, [] { return XXloper::Error(ExcelError::kNA); });
+}
+// -1 is the failure value of the outlier count.
+std::int32_t NotYetInteger(const char* name) {
+  return PlainFunction<std::int32_t>(name, -1, [] { return -1; });
+}
+// Excel shows #NUM! for a not-a-number.
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+double NotYetNumber(const char* name) {
+  return PlainFunction(name, kNaN, [] { return kNaN; });
+}
+// A null pointer, which Excel shows as #NUM!.
+const char* NotYetText(const char* name) {
+  return TextFunction(name, [] { return std::optional<std::string>(); });
+}
+
+}  // namespace
+
+// The argument lists stay open: what is not read need not be declared. On the 64-bit convention the
+// caller removes the arguments.
+#define ZAV_NOT_YET(name) \
+  ZAV_EXPORT XLOPER12* name() { return NotYetValue(#name); }
+
+ZAV_NOT_YET(ZavrelMultiRange)
+ZAV_NOT_YET(ZavrelDurbinWatson)
+ZAV_NOT_YET(ZavrelAutocorrelation)
+ZAV_NOT_YET(ZavrelBoxPlotX)
+ZAV_NOT_YET(ZavrelBoxPlotY)
+ZAV_NOT_YET(ZavrelOutlierType)
+ZAV_NOT_YET(ZavrelScatterPlot)
+ZAV_NOT_YET(ZavrelQQPlotStandardize)
+ZAV_NOT_YET(ZavrelQQPlotSort)
+ZAV_NOT_YET(ZavrelQQPlotZValue)
+ZAV_NOT_YET(ZavrelLilliefors)
+ZAV_NOT_YET(ZavrelRunsTest)
+ZAV_NOT_YET(ZavrelPercentile)
+ZAV_NOT_YET(ZavrelQuartile)
+ZAV_NOT_YET(ZavrelMedian)
+ZAV_NOT_YET(ZavrelMode)
+ZAV_NOT_YET(ZavrelCountRange)
+ZAV_NOT_YET(ZavrelIsBlank)
+ZAV_NOT_YET(ZavrelPower)
+ZAV_NOT_YET(ZavrelLog)
+ZAV_NOT_YET(ZavrelDummy)
+ZAV_NOT_YET(ZavrelInteraction)
+ZAV_NOT_YET(ZavrelPairCount)
+ZAV_NOT_YET(ZavrelPairCountRange)
+ZAV_NOT_YET(ZavrelPairMean)
+ZAV_NOT_YET(ZavrelPairMedian)
+ZAV_NOT_YET(ZavrelPairStdDev)
+ZAV_NOT_YET(ZavrelPairMeanQuotient)
+ZAV_NOT_YET(ZavrelPairMeanAbsQuotient)
+ZAV_NOT_YET(ZavrelCovariance)
+ZAV_NOT_YET(ZavrelCovarianceP)
+ZAV_NOT_YET(ZavrelCorrelationCoeff)
+ZAV_NOT_YET(ZavrelStudentizedRangeDist)
+ZAV_NOT_YET(ZavrelStudentizedRangeInv)
+ZAV_NOT_YET(ZavrelNormal)
+ZAV_NOT_YET(ZavrelStudent)
+ZAV_NOT_YET(ZavrelChisq)
+ZAV_NOT_YET(ZavrelF)
+ZAV_NOT_YET(ZavrelBinomial)
+ZAV_NOT_YET(ZavrelStandardize)
+ZAV_NOT_YET(ZavrelLn)
+ZAV_NOT_YET(ZavrelCountCategories)
+ZAV_NOT_YET(ZavrelCategoryNames)
+ZAV_NOT_YET(ZavrelCategoryNamesPrivate)
+ZAV_NOT_YET(ZavrelCategoryNamesPrivate2)
+ZAV_NOT_YET(ZavrelCategoryOccurrenceCount)
+ZAV_NOT_YET(ZavrelCategoryIndices)
+ZAV_NOT_YET(ZavrelCategoryIndicesPrivate)
+ZAV_NOT_YET(ZavrelCategoryIndicesPrivate2)
+ZAV_NOT_YET(ZavrelCategoryNameCompare)
+ZAV_NOT_YET(ZavrelGetCellValues)
+ZAV_NOT_YET(ZavrelGetCellValuesPrivate)
+ZAV_NOT_YET(ZavrelGetCellValuesPrivate2)
+ZAV_NOT_YET(ZavrelGetCellValuesCategoryPrivate2)
+ZAV_NOT_YET(ZavrelGetCellValuesNumericPrivate2)
+ZAV_NOT_YET(ZavrelEigenvalues)
+ZAV_NOT_YET(ZavrelEigenvectors)
+ZAV_NOT_YET(ZavrelEigendata)
+ZAV_NOT_YET(ZavrelPCAScores)
+ZAV_NOT_YET(ZavrelCorrelationMatrix)
+ZAV_NOT_YET(ZavrelCovarianceMatrix)
+ZAV_NOT_YET(ZavrelWSRExactPValMaxSample)
+ZAV_NOT_YET(ZavrelWSRpValue)
+ZAV_NOT_YET(ZavrelWSRTies)
+ZAV_NOT_YET(ZavrelWSRTieCorrectionTerm)
+ZAV_NOT_YET(ZavrelWSRNegative)
+ZAV_NOT_YET(ZavrelWSRPositive)
+ZAV_NOT_YET(ZavrelWSRPairTies)
+ZAV_NOT_YET(ZavrelWSRPairTieCorrectionTerm)
+ZAV_NOT_YET(ZavrelWSRPairNegative)
+ZAV_NOT_YET(ZavrelWSRPairPositive)
+ZAV_NOT_YET(ZavrelMWUsingNormalApproximation)
+ZAV_NOT_YET(ZavrelMWpValue)
+ZAV_NOT_YET(ZavrelMWTies)
+ZAV_NOT_YET(ZavrelMWTieCorrectionTerm)
+ZAV_NOT_YET(ZavrelMWRankSum1)
+ZAV_NOT_YET(ZavrelMWRankSum2)
+ZAV_NOT_YET(ZavrelKWData)
+ZAV_NOT_YET(ZavrelKWpValue)
+ZAV_NOT_YET(ZavrelKWpValueComputationMethod)
+
+#undef ZAV_NOT_YET
+
+ZAV_EXPORT const char* ZavrelDestack() { return NotYetText("ZavrelDestack"); }
+ZAV_EXPORT std::int32_t ZavrelBoxPlotCountOutliers() {
+  return NotYetInteger("ZavrelBoxPlotCountOutliers");
+}
+ZAV_EXPORT double ZavrelRand() { return NotYetNumber("ZavrelRand"); }
+
+}  // namespace zavrel

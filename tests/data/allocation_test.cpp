@@ -1,0 +1,88 @@
+// Reading allocates by the block, never by the cell.
+#include <doctest/doctest.h>
+
+#include <cstdlib>
+#include <new>
+#include <string>
+
+#include "data/block_pool.h"
+#include "data/data_argument.h"
+#include "data/fake_excel.h"
+
+namespace {
+bool counting = false;
+int allocations = 0;
+}  // namespace
+
+void* operator new(std::size_t bytes) {
+  if (counting && zavrel::tests::FakeExcel::inside == 0) ++allocations;
+  if (void* block = std::malloc(bytes > 0 ? bytes : 1)) return block;
+  throw std::bad_alloc();
+}
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+
+namespace zavrel::tests {
+namespace {
+
+int CountAllocations(const XLOPER12* reference) {
+  allocations = 0;
+  counting = true;
+  const DataArgument argument = ReadDataArgument({&reference, 1});
+  counting = false;
+  CHECK(argument.outcome == ReadOutcome::kRead);
+  return allocations;
+}
+
+}  // namespace
+
+TEST_CASE("nothing is allocated per cell") {
+  FakeExcel excel;
+  constexpr std::int32_t kRows = 60000;
+  for (std::int32_t row = 0; row < kRows; ++row) {
+    if (row % 3 == 0) excel.Set(row, 0, 1.0 * row);
+    if (row % 3 == 1) excel.Set(row, 0, u"a text of some length " + std::u16string(5, u'x'));
+  }
+  const Reference small(Area(0, 9, 0, 0));
+  const Reference large(Area(0, kRows - 1, 0, 0));
+  const Reference whole(WholeColumns(0, 0));
+  // Beyond a handful, only what a growing block or a block of the host's takes.
+  CHECK(CountAllocations(small) < 25);
+  CHECK(CountAllocations(large) < 60);
+  CHECK(CountAllocations(whole) < 150);
+  // Again: the key, and what the calls into the host take.
+  CHECK(CountAllocations(small) <= 6);
+  CHECK(CountAllocations(large) <= 8);
+  CHECK(CountAllocations(whole) <= 100);
+}
+
+TEST_CASE("large blocks are used again, within a limit") {
+  ReleaseKeptBlocks();
+  const void* block = nullptr;
+  {
+    BlockArray<double> numbers;
+    numbers.Reserve(100000);
+    block = numbers.data();
+  }
+  CHECK(KeptBlockBytes() >= 800000);
+  {
+    BlockArray<double> numbers;
+    numbers.Extend(90000);
+    CHECK(numbers.data() == block);
+    CHECK(KeptBlockBytes() == 0);
+    BlockArray<char> small;  // not out of the large one
+    small.Reserve(100);
+    BlockArray<double> copy = std::move(numbers);
+    CHECK(copy.size() == 90000);
+    CHECK(numbers.size() == 0);  // NOLINT(bugprone-use-after-move): empty by contract
+  }
+  {
+    std::vector<BlockArray<char>> many(100);
+    for (BlockArray<char>& array : many) array.Reserve(std::size_t{1} << 20);
+  }
+  CHECK(KeptBlockBytes() <= std::size_t{64} << 20);
+  ReleaseKeptBlocks();
+  CHECK(KeptBlockBytes() == 0);
+}
+
+}  // namespace zavrel::tests

@@ -1,0 +1,322 @@
+#include "data/data_argument.h"
+
+#include <doctest/doctest.h>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "data/data_key.h"
+#include "data/fake_excel.h"
+#include "excel/error_double.h"
+
+namespace zavrel::tests {
+namespace {
+
+using Pieces = std::initializer_list<const XLOPER12*>;
+
+DataArgument Read(Pieces pieces) { return ReadDataArgument({pieces.begin(), pieces.size()}); }
+std::shared_ptr<ExcelData> Data(Pieces pieces) {
+  DataArgument argument = Read(pieces);
+  REQUIRE(argument.outcome == ReadOutcome::kRead);
+  return argument.data;
+}
+/// The data set as it is read without any cache.
+std::shared_ptr<ExcelData> Uncached(Pieces pieces) {
+  const WithoutCaches without;
+  return Data(pieces);
+}
+ReadOutcome OutcomeOf(Pieces pieces) { return Read(pieces).outcome; }
+
+/// The cells in short: numbers, "texts", TRUE, #code, - for omitted, . for blank.
+std::string Shown(const ExcelData& data) {
+  std::string shown;
+  for (std::size_t i = 0; i < data.size(); ++i) {
+    const ExcelData::SingleValue value = data[i];
+    if (i > 0) shown += ' ';
+    switch (value.type()) {
+      case xltypeNum:
+        shown += std::to_string(static_cast<int>(value.number));
+        break;
+      case xltypeStr:
+        shown += '"' + std::string(value.text.begin(), value.text.end()) + '"';
+        break;
+      case xltypeBool:
+        shown += value.code != 0 ? "TRUE" : "FALSE";
+        break;
+      case xltypeErr:
+        shown += '#' + std::to_string(value.code);
+        break;
+      case xltypeMissing:
+        shown += '-';
+        break;
+      case xltypeNil:
+        shown += '.';
+        break;
+      case xltypeInt:
+        shown += 'i' + std::to_string(value.code);
+        break;
+    }
+  }
+  return shown;
+}
+std::string Shown(Pieces pieces) { return Shown(*Data(pieces)); }
+
+}  // namespace
+
+TEST_CASE("arguments of every shape become cells, in their order") {
+  FakeExcel excel;
+  excel.SetColumn(0, 0, {1.0, u"a", Cell(), true, ErrorCell{42}});
+  excel.SetColumn(0, 1, {10.0, 20.0, 30.0});
+  excel.Set(0, 0, 100.0, 7);
+  excel.Set(1, 0, u"x", 7);
+
+  const Reference column(Area(0, 4, 0, 0));
+  const Reference block(Area(0, 1, 0, 1));
+  const Reference cell(Area(0, 0, 1, 1));
+  const Reference blank_cell(Area(9, 9, 9, 9));
+  const Reference areas(FakeExcel::kCallingSheet,
+                        {Area(0, 1, 1, 1), Area(2, 2, 0, 1), Area(0, 0, 1, 1)});
+  const Reference elsewhere(7, {Area(0, 2, 0, 0)});
+  const Argument array(2, 2, {1.0, u"", false, ErrorCell{7}});
+  const Argument number(Cell(5.0));
+  const Argument text(Cell(u"12"));
+  const Argument missing(xltypeMissing);
+  const Argument nil(xltypeNil);
+  const Argument integer(xltypeInt);
+
+  CHECK(Shown({column}) == "1 \"a\" . TRUE #42");
+  CHECK(Shown({block}) == "1 10 \"a\" 20");
+  CHECK(Shown({cell}) == "10");
+  CHECK(Shown({blank_cell}) == ".");
+  CHECK(Shown({areas}) == "10 20 . 30 10");
+  CHECK(Shown({elsewhere}) == "100 \"x\" .");
+  CHECK(Shown({array}) == "1 \"\" FALSE #7");
+  CHECK(Shown({number, text, nil, integer}) == "5 \"12\" . i0");
+  CHECK(Shown({cell, elsewhere, array, number}) == "10 100 \"x\" . 1 \"\" FALSE #7 5");
+
+  CHECK(Shown({missing}) == "-");
+  CHECK(Shown({nullptr}) == "-");
+  CHECK(Shown({}) == "-");
+  CHECK(Shown({missing, nullptr, missing}) == "-");
+  CHECK(Shown({number, missing, missing, nullptr}) == "5");
+  CHECK(Shown({missing, number, nullptr, number, missing}) == "- 5 - 5");
+  CHECK(excel.values_out == 0);
+
+  // Without a session nothing is kept, and the cells are the same.
+  SetSessionCaches(nullptr, nullptr);
+  CHECK(Shown({column}) == "1 \"a\" . TRUE #42");
+}
+
+TEST_CASE("whole columns and rows count as their used part, whether the host clips or not") {
+  for (const bool clips : {false, true}) {
+    CAPTURE(clips);
+    FakeExcel excel;
+    excel.clips_to_used_part = clips;
+    excel.SetColumn(0, 0, {1.0, Cell(), 3.0});
+    excel.SetColumn(0, 1, {4.0, 5.0, Cell(), Cell(), u""});
+    excel.Set(70000, 3, 7.0);
+
+    const Reference a(WholeColumns(0, 0));
+    const Reference a_to_b(WholeColumns(0, 1));
+    const Reference d(WholeColumns(3, 3));
+    const Reference blank(WholeColumns(25, 25));
+    const Reference row(WholeRows(0, 0));
+    const Reference rows(WholeRows(1, 2));
+    const Reference both(FakeExcel::kCallingSheet, {WholeColumns(0, 0), WholeRows(1, 1)});
+    CHECK(Shown({a}) == "1 . 3");
+    CHECK(Shown({a_to_b}) == "1 4 . 5 3 . . . . \"\"");
+    const auto far = Data({d});
+    CHECK(far->size() == 70001);
+    CHECK(far->NumberCount() == 1);
+    CHECK(Shown({blank}) == "");
+    CHECK(Shown({row}) == "1 4");
+    CHECK(Shown({rows}) == ". 5 3 .");
+    CHECK(Shown({both}) == "1 . 3 . 5");
+    // Found again, shorter, longer.
+    CHECK(Data({d}) == far);
+    excel.Set(69999, 3, 8.0);
+    CHECK(Data({d})->NumberCount() == 2);
+    excel.Set(70000, 3, Cell());
+    CHECK(Data({d})->size() == 70000);
+    excel.Set(70001, 3, 9.0);
+    CHECK(Data({d})->size() == 70002);
+    CHECK(Data({a})->open_end());
+
+    // Other references keep their blank cells.
+    const Reference plain(Area(1, 9, 0, 0));
+    CHECK(Data({plain})->size() == 9);
+    CHECK_FALSE(Data({plain})->open_end());
+    CHECK(excel.values_out == 0);
+  }
+}
+
+TEST_CASE("what is too large is refused without being read") {
+  FakeExcel excel;
+  excel.SetColumn(0, 0, {1.0, 2.0});
+  const Reference nearly_everything(Area(1, kExcelRows - 1, 1, kExcelColumns - 1));
+  CHECK(OutcomeOf({nearly_everything}) == ReadOutcome::kUnreadable);
+  CHECK(excel.lookups == 0);
+  // The whole sheet: only a host that knows its used part can tell.
+  const Reference everything(Area(0, kExcelRows - 1, 0, kExcelColumns - 1));
+  CHECK(OutcomeOf({everything}) == ReadOutcome::kUnreadable);
+  CHECK(excel.lookups == 1);
+  excel.clips_to_used_part = true;
+  CHECK(Shown({everything}) == "1 2");
+}
+
+TEST_CASE("a data set is kept while its cells are the same, and replaced when one differs") {
+  FakeExcel excel;
+  for (std::int32_t row = 0; row < 40; ++row) excel.Set(row, 0, 1.0 + row);
+  const Reference reference(Area(0, 39, 0, 0));
+  auto data = Data({reference});
+  CHECK(Data({reference}) == data);
+  // The same range by its sheet, and by a text form of its own.
+  const Reference on_sheet(FakeExcel::kCallingSheet, {Area(0, 39, 0, 0)});
+  CHECK(Data({on_sheet}) == data);
+
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  const std::vector<Cell> contents{0.0,          -0.0,         std::nextafter(0.0, 1.0),
+                                   nan,          -nan,         u"",
+                                   u"ab",        u"ac",        u"abc",
+                                   Cell(),       false,        true,
+                                   ErrorCell{0}, ErrorCell{1}, 1.0,
+                                   u"ab"};
+  for (const std::int32_t row : {0, 7, 8, 33, 39}) {
+    for (const Cell& content : contents) {
+      excel.Set(row, 0, content);
+      const auto changed = Data({reference});
+      CHECK(changed != data);
+      data = changed;
+      CHECK(Data({reference}) == data);
+    }
+  }
+  // An unchanged neighbour of the same key costs nothing: the replaced ones are gone.
+  CHECK(SessionExcelDataCache()->size() == 1);
+}
+
+TEST_CASE("random edits never show an old cell") {
+  FakeExcel excel;
+  std::mt19937 random(20261124);
+  const auto pick = [&](int below) {
+    return static_cast<int>(random() % static_cast<unsigned>(below));
+  };
+  const auto content = [&]() -> Cell {
+    switch (pick(7)) {
+      case 0:
+        return Cell();
+      case 1:
+        return std::u16string(static_cast<std::size_t>(pick(4)),
+                              static_cast<char16_t>(u'a' + pick(2)));
+      case 2:
+        return pick(2) == 0;
+      case 3:
+        return ErrorCell{pick(3)};
+      default:
+        return 1.0 * pick(5);
+    }
+  };
+  const Reference column(Area(0, 29, 0, 0));
+  const Reference whole(WholeRows(0, 1));
+  const Reference areas(FakeExcel::kCallingSheet, {Area(5, 25, 0, 1), Area(0, 3, 0, 0)});
+  const Argument array(1, 3, {1.0, u"a", 2.0});
+  const Pieces requests[] = {{column}, {whole}, {areas}, {array, column, nullptr, areas}};
+  for (int step = 0; step < 3000; ++step) {
+    excel.Set(pick(30), pick(2), content());
+    const Pieces& request = requests[pick(4)];
+    const auto cached = Data(request);
+    const std::shared_ptr<ExcelData> fresh = Uncached(request);
+    REQUIRE(Shown(*cached) == Shown(*fresh));
+    const auto numbers = cached->Numbers(MissingDataPolicy::kPositionalWithErrors);
+    const auto expected = fresh->Numbers(MissingDataPolicy::kPositionalWithErrors);
+    REQUIRE(std::equal(numbers.begin(), numbers.end(), expected.begin(), expected.end(),
+                       [](double a, double b) {
+                         return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
+                       }));
+  }
+}
+
+TEST_CASE("arrays and values are told apart by content, not by their fingerprint") {
+  FakeExcel excel;
+  const Argument row(1, 3, {1.0, 2.0, 3.0});
+  const Argument same(1, 3, {1.0, 2.0, 3.0});
+  const Argument other(1, 3, {1.0, 3.0, 2.0});
+  CHECK(Data({row}) == Data({same}));
+  CHECK(Shown({other}) == "1 3 2");
+
+  // Something else that stands under the very key.
+  const XLOPER12* const pieces[] = {row};
+  CellColumns cells;
+  cells.AppendBlanks(3);
+  const auto impostor = std::make_shared<ExcelData>(DataKey(pieces), std::move(cells));
+  SessionExcelDataCache()->Put(impostor);
+  CHECK(Shown({row}) == "1 2 3");
+}
+
+TEST_CASE("hostile arguments are refused or read as errors") {
+  FakeExcel excel;
+  for (const auto& [rows, columns] : {std::pair{1, 1}, {0, 5}, {-1, -1}, {65536, 65536}}) {
+    XLOPER12 array{};
+    array.xltype = xltypeMulti;
+    array.val.array.rows = rows;
+    array.val.array.columns = columns;
+    CHECK(OutcomeOf({&array}) == ReadOutcome::kUnreadable);
+  }
+  XLOPER12 no_areas{};
+  no_areas.xltype = xltypeRef;
+  CHECK(OutcomeOf({&no_areas}) == ReadOutcome::kUnreadable);
+  const Reference empty(1, {});
+  CHECK(OutcomeOf({empty}) == ReadOutcome::kUnreadable);
+  for (const XLREF12& area : {Area(-1, 0, 0, 0), Area(3, 2, 0, 0), Area(0, kExcelRows, 0, 0),
+                              Area(0, 0, 5, 4), Area(0, 0, 0, kExcelColumns)}) {
+    const Reference reference(area);
+    CHECK(OutcomeOf({reference}) == ReadOutcome::kUnreadable);
+  }
+  CHECK(excel.lookups == 0);
+
+  XLOPER12 strange[5]{};
+  strange[0].xltype = xltypeStr;    // without a text
+  strange[1].xltype = xltypeMulti;  // within an array
+  strange[2].xltype = xltypeRef;
+  strange[3].xltype = 0x0F00;
+  strange[4].xltype = xltypeNum | xlbitXLFree | xlbitDLLFree;
+  XLOPER12 array{};
+  array.xltype = xltypeMulti;
+  array.val.array.lparray = strange;
+  array.val.array.rows = 1;
+  array.val.array.columns = 5;
+  CHECK(Shown({&array}) == "\"\" #15 #15 #15 0");
+  CHECK(Shown({&strange[3]}) == "#15");
+
+  const Argument one(Cell(1.0));
+  const std::vector<const XLOPER12*> many(300, one);
+  CHECK(ReadDataArgument(many).outcome == ReadOutcome::kUnreadable);
+}
+
+TEST_CASE("cells that the host does not give") {
+  FakeExcel excel;
+  for (std::int32_t row = 0; row < 100000; row += 100) excel.Set(row, 0, 1.0 * row);
+  const Reference reference(Area(0, 99999, 0, 0));
+  const auto data = Data({reference});
+  for (const auto& [code, outcome] : {std::pair{xlretUncalced, ReadOutcome::kUncalculated},
+                                      {xlretAbort, ReadOutcome::kUncalculated},
+                                      {xlretFailed, ReadOutcome::kUnreadable}}) {
+    excel.lookups = 0;
+    excel.answer = [code = code](const XLREF12& area) {
+      return area.rwFirst >= 50000 ? code : xlretSuccess;
+    };
+    CHECK(OutcomeOf({reference}) == outcome);
+    CHECK(excel.lookups == 3);  // and not once more
+  }
+  excel.answer = nullptr;
+  CHECK(Data({reference}) == data);
+  CHECK(excel.values_out == 0);
+  SetExcelCallback(nullptr);
+  CHECK(OutcomeOf({reference}) == ReadOutcome::kUnreadable);
+}
+
+}  // namespace zavrel::tests

@@ -1,0 +1,179 @@
+#include "data/excel_data.h"
+
+#include <doctest/doctest.h>
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+#include "data/array_accessor.h"
+#include "data/dataset_parm.h"
+#include "data/fake_excel.h"
+#include "excel/error_double.h"
+
+namespace zavrel::tests {
+namespace {
+
+using enum MissingDataPolicy;
+
+std::shared_ptr<ExcelData> DataOf(const std::vector<Cell>& contents, const std::string& key = "k") {
+  std::vector<XLOPER12> records(contents.size());
+  for (std::size_t i = 0; i < contents.size(); ++i) SetRecord(records[i], contents[i]);
+  CellColumns cells;
+  cells.Append(records);
+  for (XLOPER12& record : records) FreeRecord(record);
+  return std::make_shared<ExcelData>(key, std::move(cells));
+}
+
+std::shared_ptr<ExcelData> Omitted() {
+  XLOPER12 missing{};
+  missing.xltype = xltypeMissing;
+  CellColumns cells;
+  cells.Append({&missing, 1});
+  return std::make_shared<ExcelData>("-", std::move(cells));
+}
+
+/// 0 when accepted, else the error's code.
+std::int32_t Refused(const std::vector<Cell>& contents, MissingDataPolicy policy,
+                     bool propagate_errors = false) {
+  const auto data = DataOf(contents);
+  const XXloper& result = data->Acceptance(policy, propagate_errors);
+  CHECK(&data->Acceptance(policy, propagate_errors) == &result);  // checked once
+  return result.type() == xltypeNil ? 0 : result.record().val.err;
+}
+
+std::vector<double> Shape(const std::vector<Cell>& contents, MissingDataPolicy policy) {
+  const auto data = DataOf(contents);
+  const auto numbers = data->Numbers(policy);
+  CHECK(data->Numbers(policy).data() == numbers.data());  // made once
+  return {numbers.begin(), numbers.end()};
+}
+
+}  // namespace
+
+TEST_CASE("classes of cells") {
+  const auto data = DataOf({1.0, u"a", Cell(), true, ErrorCell{42}});
+  const std::size_t expected[] = {5, 1, 4, 3, 1};
+  for (int code = 0; code < kCellClasses; ++code)
+    CHECK(data->CountOfClass(static_cast<CellClass>(code)) == expected[code]);
+  // A text is a text, whatever it says; an omitted value is as blank as an empty cell.
+  CHECK(DataOf({u"12"})->CountOfClass(CellClass::kNumber) == 0);
+  CHECK(Omitted()->CountOfClass(CellClass::kBlank) == 1);
+  CHECK_FALSE(BelongsTo(CellTag::kInteger, CellClass::kNumber));
+  CHECK(BelongsTo(CellTag::kInteger, CellClass::kNonBlankNonNumber));
+}
+
+TEST_CASE("what each policy accepts") {
+  const Cell blank;
+  const std::vector<Cell> mixed{3.0, blank, u"x", ErrorCell{7}, 5.0};
+  CHECK(Refused({1.0, 2.0}, kNumbersRequired) == 0);
+  CHECK(Refused({1.0, blank}, kNumbersRequired) == xlerrValue);
+  CHECK(Refused({1.0, u"2"}, kNumbersRequired) == xlerrValue);
+  for (const auto policy : {kPositional, kNumbersOnly, kPositionalWithErrors})
+    CHECK(Refused(mixed, policy) == 0);
+
+  CHECK(Refused({blank, 1.0, 2.0, u"t", blank}, kOneRun) == 0);
+  CHECK(Refused({blank, blank}, kOneRun) == 0);
+  CHECK(Refused({1.0, u"t"}, kOneRun) == 0);
+  CHECK(Refused({u"t", 1.0, 2.0}, kOneRun) == xlerrValue);
+  CHECK(Refused({1.0, blank, 2.0}, kOneRun) == xlerrValue);
+  CHECK(Refused({1.0, 2.0, u"t", u"t"}, kOneRun) == xlerrValue);
+  CHECK(Refused({1.0, blank, u"t"}, kOneRun) == xlerrValue);
+
+  // The first error wins over everything, and each way is remembered apart.
+  for (const auto policy :
+       {kNumbersRequired, kPositional, kOneRun, kNumbersOnly, kPositionalWithErrors}) {
+    CHECK(Refused({u"x", ErrorCell{xlerrDiv0}, ErrorCell{xlerrNA}}, policy, true) == xlerrDiv0);
+    CHECK(Refused({1.0, ErrorCell{0}}, policy, true) == 0x0);
+  }
+  CHECK(Refused(mixed, kNumbersRequired, true) == xlerrDiv0);
+  CHECK(Refused(mixed, kNumbersRequired, false) == xlerrValue);
+}
+
+TEST_CASE("the numbers in each policy's shape") {
+  const std::vector<Cell> cells{3.0, Cell(), u"x", 5.0};
+  using Numbers = std::vector<double>;
+  for (const auto policy : {kNumbersRequired, kOneRun, kNumbersOnly})
+    CHECK(Shape(cells, policy) == Numbers{3, 5});
+  CHECK(Shape(cells, kPositional) == Numbers{3, 1.01e300, 1.01e300, 5});
+
+  const Numbers coded =
+      Shape({3.0, ErrorCell{xlerrDiv0}, true, ErrorCell{xlerrSpill}}, kPositionalWithErrors);
+  CHECK(coded[0] == 3);
+  CHECK(ErrorCodeOf(coded[1]) == xlerrDiv0);
+  CHECK(coded[2] == kMissingValue);
+  CHECK(ErrorCodeOf(coded[3]) == xlerrSpill);
+
+  for (const auto policy :
+       {kNumbersRequired, kPositional, kOneRun, kNumbersOnly, kPositionalWithErrors}) {
+    CHECK(Shape({1.0, 2.0}, policy) == Numbers{1, 2});
+    CHECK(Shape({}, policy).empty());
+    CHECK(Omitted()->Numbers(policy).empty());
+  }
+}
+
+TEST_CASE("views") {
+  const std::vector<double> values{1, 2, 3};
+  const VectorArrayAccessor vector(values);
+  const RawMemoryArrayAccessor memory(values.data(), values.size());
+  CHECK(vector.count() == 3);
+  CHECK(vector[2] == 3);
+  CHECK(memory.values().data() == vector.values().data());
+  CHECK(RawMemoryArrayAccessor(nullptr, 9).count() == 0);
+}
+
+TEST_CASE("the cache is bounded, and pruning spares what is held") {
+  ExcelDataCache cache({.entries = 4, .bytes = 1 << 20}, {.entries = 2, .bytes = 1 << 20});
+  const auto put = [&](const char* key) { cache.Put(DataOf({1.0}, key)); };
+  for (const char* key : {"a", "b", "c", "d"}) put(key);
+  CHECK(cache.Find("a") != nullptr);  // and is the latest used now
+  put("e");
+  CHECK(cache.size() == 4);
+  CHECK(cache.Find("b") == nullptr);
+
+  const auto held = cache.Find("c");
+  for (const char* key : {"d", "e", "a"}) CHECK(cache.Find(key) != nullptr);
+  cache.Prune();  // c is the oldest
+  CHECK(cache.size() == 2);
+  CHECK(cache.Find("c") == held);
+  CHECK(cache.Find("a") != nullptr);
+
+  const auto replacement = DataOf({2.0}, "c");
+  cache.Put(replacement);
+  CHECK(cache.size() == 2);
+  CHECK(cache.Find("c") == replacement);
+  CHECK((*held)[0].number == 1);
+
+  cache.Put(DataOf(std::vector<Cell>(200000, 1.0), "large"));  // alone beyond the limit: kept alone
+  CHECK(cache.size() == 1);
+  CHECK(cache.bytes() > 1 << 20);
+  cache.Prune();
+  CHECK(cache.size() == 0);
+  CHECK(cache.bytes() == 0);
+  put("a");
+  cache.Clear();
+  CHECK(cache.size() == 0);
+  CHECK(cache.Find("a") == nullptr);
+}
+
+TEST_CASE("the latest parameters are shared and hold their data sets") {
+  DatasetParmCache cache;
+  const auto data = DataOf({1.0});
+  const auto parm = cache.Get(data, kNumbersOnly, false);
+  CHECK(cache.Get(data, kNumbersOnly, false) == parm);
+  CHECK(cache.Get(data, kNumbersOnly, true) != parm);
+  CHECK(cache.Get(data, kPositional, false) != parm);
+  CHECK(cache.Get(DataOf({1.0}), kNumbersOnly, false) != parm);
+  CHECK(cache.size() == 4);
+  cache.Prune();
+  CHECK(cache.size() == 4);
+  cache.Forget(data.get());
+  CHECK(cache.size() == 1);
+  for (std::size_t i = 0; i < 2 * DatasetParmCache::kEntries; ++i)
+    cache.Get(DataOf({1.0}), kNumbersOnly, false);
+  CHECK(cache.size() == DatasetParmCache::kEntries);
+  cache.Clear();
+  CHECK(cache.size() == 0);
+}
+
+}  // namespace zavrel::tests

@@ -1,0 +1,178 @@
+#include <doctest/doctest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <thread>
+
+#include "diagnostics/log.h"
+#include "diagnostics/log_line.h"
+#include "platform/temporary_folder.h"
+#include "platform/utf.h"
+
+namespace zavrel {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// An empty folder for logs; closes the session's log before it goes.
+class LogFolder {
+ public:
+  explicit LogFolder(const char* marker = nullptr)
+      : path_(TemporaryFolder() / u"zavrel log test ä") {
+    fs::remove_all(path_);
+    fs::create_directories(path_);
+    if (marker != nullptr) std::ofstream(path_ / marker) << "";
+  }
+  ~LogFolder() {
+    CloseLog();
+    fs::remove_all(path_);
+  }
+  LogFolder(const LogFolder&) = delete;
+  LogFolder& operator=(const LogFolder&) = delete;
+
+  const fs::path& path() const { return path_; }
+  fs::path file() const { return path_ / "Session8.log"; }
+  std::string content() const {
+    std::ifstream file(this->file(), std::ios::binary);
+    std::ostringstream all;
+    all << file.rdbuf();
+    return all.str();
+  }
+  /// Without the line that holds the time.
+  std::string lines() const {
+    const std::string all = content();
+    return all.substr(all.find('\n') + 1);
+  }
+
+ private:
+  fs::path path_;
+};
+
+TEST_CASE("the marker file switches the log on, under both of its names") {
+  for (const char* marker : {"BrennicLoggingDetail.txt", "BrennicLoggingDetail.txt.txt"}) {
+    const LogFolder folder(marker);
+    LogFile& log = OpenLog(folder.path(), "Session8");
+    CHECK(log.enabled());
+    CHECK(log.path() == folder.file());
+    CHECK(EnabledLog() == &log);
+    LogLine("{} of {}\n", Utf8FromUtf16(u"ü"), 2);
+    CloseLog();
+    CHECK(CurrentLog() == nullptr);
+    CHECK(folder.lines() == "\xC3\xBC of 2\n");
+    CHECK(folder.content().find('\n') == 24);  // Tue Nov 24 21:57:49 2026
+    CHECK(folder.content()[3] == ' ');
+  }
+}
+
+TEST_CASE("without the marker nothing is written, and the old log goes all the same") {
+  const LogFolder folder("BrennicLoggingDetail.txt.bak");
+  fs::create_directory(folder.path() / "BrennicLoggingDetail.txt");  // a folder is no marker file
+  std::ofstream(folder.file()) << "of yesterday";
+  LogFile& log = OpenLog(folder.path(), "Session8");
+  CHECK_FALSE(log.enabled());
+  CHECK(CurrentLog() == &log);
+  CHECK(EnabledLog() == nullptr);
+  bool composed = false;
+  {
+    ScopedTrace trace("Operation", [&] {
+      composed = true;
+      return std::string();
+    });
+    CHECK_FALSE(trace.active());
+  }
+  log.Write("nothing\n");
+  LogLine("nothing\n");
+  CHECK_FALSE(composed);
+  CHECK_FALSE(fs::exists(folder.file()));
+}
+
+TEST_CASE("every session starts afresh, and a folder that cannot be written disables the log") {
+  const LogFolder folder("BrennicLoggingDetail.txt");
+  OpenLog(folder.path(), "Session8").Write("first session\n");
+  OpenLog(folder.path(), "Session8").Write("second session\n");
+  CloseLog();
+  CHECK(folder.lines() == "second session\n");
+  fs::remove(folder.file());
+  fs::create_directories(folder.file() / "in the way");
+  CHECK_FALSE(OpenLog(folder.path(), "Session8").enabled());
+}
+
+TEST_CASE("traces say exactly what they are meant to") {
+  const LogFolder folder("BrennicLoggingDetail.txt");
+  OpenLog(folder.path(), "Session8");
+  {
+    const ScopedTrace outer("xlAutoOpen");
+    ScopedTrace inner("UninitializeXlaInformation", [] { return fmt::format("appid={}", 5); });
+    CHECK(inner.active());
+    inner.SetResult("1");
+  }
+  { const ScopedTrace detailed("Write", "a {} %s"); }
+  {
+    const ScopedTrace closing("xlAutoClose");
+    CloseLog();
+  }
+  CHECK(folder.lines() ==
+        "===== xlAutoOpen enter =====\n"
+        "===== UninitializeXlaInformation (appid=5) enter =====\n"
+        "===== UninitializeXlaInformation (appid=5) = 1 exit =====\n"
+        "===== xlAutoOpen () exit =====\n"
+        "===== Write (a {} %s) enter =====\n"
+        "===== Write (a {} %s) exit =====\n"
+        "===== xlAutoClose enter =====\n");
+}
+
+TEST_CASE("a trace that began without a log does not end in one") {
+  const LogFolder folder("BrennicLoggingDetail.txt");
+  {
+    const ScopedTrace opening("xlAutoOpen");
+    OpenLog(folder.path(), "Session8");
+  }
+  CloseLog();
+  CHECK(folder.lines().empty());
+}
+
+TEST_CASE("the background thread flushes while the log is open") {
+  const LogFolder folder("BrennicLoggingDetail.txt");
+  OpenLog(folder.path(), "Session8").Write("one\n");
+  const auto start = std::chrono::steady_clock::now();
+  while (folder.lines() != "one\n" &&
+         std::chrono::steady_clock::now() - start < std::chrono::seconds(20))
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  CHECK(folder.lines() == "one\n");
+  CurrentLog()->Write("two\n");
+  CloseLog();
+  CHECK(folder.lines() == "one\ntwo\n");
+}
+
+TEST_CASE("without the thread each write is in the file at once") {
+  const LogFolder folder("BrennicLoggingDetail.txt");
+  LogFile log(folder.path(), "Session8", LogFile::Flush::kEachWrite);
+  log.Write({"one", " line\n"});
+  CHECK(folder.lines() == "one line\n");
+}
+
+TEST_CASE("lines of several threads stay whole") {
+  const LogFolder folder("BrennicLoggingDetail.txt");
+  LogFile& log = OpenLog(folder.path(), "Session8");
+  const auto work = [&](std::string_view letter) {
+    for (int i = 0; i < 1000; ++i) log.Write({letter, letter, letter, "\n"});
+  };
+  std::thread other(work, "a");
+  work("b");
+  other.join();
+  CloseLog();
+  const std::string lines = folder.lines();
+  REQUIRE(lines.size() == 8000);
+  int whole = 0;
+  for (std::size_t at = 0; at < lines.size(); at += 4) {
+    const std::string line = lines.substr(at, 4);
+    whole += line == "aaa\n" || line == "bbb\n";
+  }
+  CHECK(whole == 2000);
+}
+
+}  // namespace
+}  // namespace zavrel

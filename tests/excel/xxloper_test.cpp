@@ -1,0 +1,179 @@
+#include "excel/xxloper.h"
+
+#include <doctest/doctest.h>
+
+#include <limits>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+#include "excel/result_holder.h"
+#include "excel/scripted_excel.h"
+#include "excel/wide_text.h"
+
+using namespace zavrel;
+using namespace zavrel::tests;
+
+namespace {
+
+XLOPER12 Array(XLOPER12* elements, std::int32_t rows, std::int32_t columns) {
+  XLOPER12 record{};
+  record.xltype = xltypeMulti;
+  record.val.array = {elements, rows, columns};
+  return record;
+}
+
+}  // namespace
+
+TEST_CASE("Arguments are wrapped as they are; a null pointer is an omitted one") {
+  ScriptedExcel excel;
+  XLOPER12 number{};
+  number.xltype = xltypeNum | xlbitXLFree;
+  number.val.num = 2.5;
+  {
+    const XXloper wrapped = XXloper::FromArgument(&number);
+    CHECK(&wrapped.record() == &number);
+    CHECK(wrapped.type() == xltypeNum);
+    CHECK(wrapped.Is(xltypeStr | xltypeNum));
+  }
+  CHECK(excel.calls.empty());
+  CHECK(XXloper::FromArgument(nullptr).IsMissing());
+  CHECK(XXloper().IsMissing());
+}
+
+TEST_CASE("Records that a hostile caller made hold nothing") {
+  XLOPER12 record{};
+  record.xltype = xltypeStr;
+  CHECK(XXloper::FromArgument(&record).text().empty());
+  XLOPER12 element = XXloper::Nil().record();
+  for (const XLOPER12& array :
+       {Array(nullptr, 2, 2), Array(&element, 0, 1), Array(&element, -1, -1),
+        Array(&element, 1, kExcelColumns + 1), Array(&element, std::numeric_limits<int>::max(), 1)})
+    CHECK(XXloper::FromArgument(&array).elements().empty());
+  record.xltype = xltypeBigData;
+  const XXloper big_data = XXloper::FromArgument(&record);
+  CHECK_FALSE(big_data.Is(xltypeStr | xltypeInt));
+  CHECK(big_data.text().empty());
+}
+
+TEST_CASE("A text is cut to what a cell can hold, never through a surrogate pair") {
+  const std::u16string longest(kExcelTextLimit, u'x');
+  CHECK(XXloper::Text(longest).text() == longest);
+  CHECK(XXloper::Text(longest + u"yz").text() == longest);
+  const std::u16string pair_at_the_end = longest.substr(1) + u"\U0001F600";
+  CHECK(XXloper::Text(pair_at_the_end).text() == longest.substr(1));
+  XXloperArray array(1, 2);
+  array.SetText(0, longest + u"y");
+  array.SetText(1, pair_at_the_end);
+  const XXloper finished = std::move(array).Finish();
+  CHECK(TextIn(finished.elements()[0]) == longest);
+  CHECK(TextIn(finished.elements()[1]) == longest.substr(1));
+  CHECK(XXloper::Text(u"").record().val.str[0] == 0);
+}
+
+TEST_CASE("The 13 errors are shared; another code is kept in a value of its own") {
+  for (const int code : {7, 15, 23, 29, 36, 42, 43, 45, 46, 47, 48, 49, 50}) {
+    const XXloper error = XXloper::ErrorByCode(code);
+    CHECK(error.type() == xltypeErr);
+    CHECK(error.record().val.err == code);
+    CHECK(&error.record() == &XXloper::Error(static_cast<ExcelError>(code)).record());
+  }
+  for (const int code : {0, 44, -1}) CHECK(XXloper::ErrorByCode(code).record().val.err == code);
+}
+
+TEST_CASE("An array holds what was set, without memory flags, and takes no index past its end") {
+  XXloperArray builder(2, 4, ExcelError::kNum);
+  const XXloper text = XXloper::Text(u"ab");
+  XLOPER12 flagged = text.record();
+  flagged.xltype |= xlbitDLLFree;
+  const XLOPER12 reference = ReferenceTo({0, 0, 0, 0});
+  builder.SetNumber(0, 1.5);
+  builder.Set(1, flagged);
+  builder.Set(2, reference);
+  builder.Set(3, XXloper::Missing().record());
+  builder.Set(4, XXloper::Boolean(true).record());
+  builder.Set(5, XXloper::Integer(-7).record());
+  builder.SetNumber(6, std::numeric_limits<double>::infinity());
+  CHECK_THROWS_AS(builder.SetNumber(8, 1), std::out_of_range);
+  CHECK_THROWS_AS(builder.SetText(8, u"x"), std::out_of_range);
+
+  const XXloper array = std::move(builder).Finish();
+  CHECK(builder.size() == 0);
+  CHECK(array.record().val.array.rows == 2);
+  CHECK(array.record().val.array.columns == 4);
+  const auto elements = array.elements();
+  REQUIRE(elements.size() == 8);
+  for (const XLOPER12& element : elements) CHECK(element.xltype == TypeOf(element));
+  CHECK(elements[0].val.num == 1.5);
+  CHECK(TextIn(elements[1]) == u"ab");
+  CHECK(elements[2].val.err == xlerrValue);
+  CHECK(elements[3].xltype == xltypeNil);
+  CHECK(elements[4].val.xbool == 1);
+  CHECK(elements[5].val.w == -7);
+  CHECK(elements[6].val.err == xlerrNum);
+  CHECK(elements[7].val.err == xlerrNum);  // the fill
+
+  CHECK(XXloperArray(0, -5).size() == 1);
+  CHECK(XXloperArray(std::numeric_limits<int>::max(), 1).size() == 1048576);
+}
+
+TEST_CASE("A result lives until the same thread's next one; without a holder #N/A is returned") {
+  CHECK(ReturnToExcel(XXloper::Number(1))->val.err == xlerrNA);
+  ScriptedExcel excel;
+  OpenResultHolder();
+  const XLOPER12* first =
+      ReturnToExcel(XXloper::FromExcelResult(std::make_unique<XLOPER12>(XXloper::Nil().record())));
+  CHECK(first->xltype == xltypeNil);
+  CHECK(excel.CountOf(xlFree) == 0);
+  const XLOPER12* second = ReturnToExcel(XXloper::Text(u"second"));
+  CHECK(excel.CountOf(xlFree) == 1);
+  CHECK(TextIn(*second) == u"second");
+  CHECK(ReturnToExcel(XXloper::Error(ExcelError::kDiv0)) ==
+        &XXloper::Error(ExcelError::kDiv0).record());
+  CloseResultHolder();
+  CloseResultHolder();
+  OpenResultHolder();
+  CHECK(ReturnToExcel(XXloper::Number(3))->val.num == 3);
+  CloseResultHolder();
+  CHECK(excel.faults.empty());
+}
+
+TEST_CASE("Threads hold results of their own, freed when the thread ends or the holder closes") {
+  ScriptedExcel excel;
+  const auto excel_result = [] {
+    return XXloper::FromExcelResult(std::make_unique<XLOPER12>(XXloper::Nil().record()));
+  };
+  OpenResultHolder();
+  const XLOPER12* mine = ReturnToExcel(excel_result());
+  std::thread([&] {
+    CHECK(ReturnToExcel(excel_result()) != mine);
+    CHECK(excel.CountOf(xlFree) == 0);
+  }).join();
+  CHECK(excel.CountOf(xlFree) == 1);
+  CHECK(mine->xltype == xltypeNil);
+  CloseResultHolder();
+  CHECK(excel.CountOf(xlFree) == 2);
+}
+
+TEST_CASE("What belongs to the caller is returned as a copy") {
+  OpenResultHolder();
+  XLOPER12 inner[2] = {XXloper::Number(1).record(), XXloper::ErrorByCode(0).record()};
+  inner[0].xltype |= xlbitXLFree;
+  const XLOPER12 argument = Array(inner, 1, 2);
+  const XLOPER12* returned = ReturnToExcel(XXloper::FromArgument(&argument));
+  CHECK(returned != &argument);
+  const auto elements = ElementsIn(*returned);
+  REQUIRE(elements.size() == 2);
+  CHECK(elements.data() != inner);
+  CHECK(elements[0].xltype == xltypeNum);
+  CHECK(elements[1].val.err == 0);
+  const XLOPER12 reference = ReferenceTo({0, 0, 0, 0});
+  CHECK(ReturnToExcel(XXloper::FromArgument(&reference))->val.err == xlerrValue);
+  CloseResultHolder();
+}
+
+TEST_CASE("White space is trimmed at both ends") {
+  CHECK(TrimWhiteSpace(u" \t\u00A0a b\u2003\r\n\u3000") == u"a b");
+  CHECK(TrimWhiteSpace(u" \u00A0 ").empty());
+  CHECK(TrimWhiteSpace(u"").empty());
+}

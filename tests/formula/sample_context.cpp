@@ -1,0 +1,120 @@
+#include "formula/sample_context.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "host/workbook/letter_case.h"
+
+namespace sample {
+
+using namespace zavhost;
+
+namespace {
+
+std::string ShownValue(const Value& value) {
+  if (value.IsBlank()) return "blank";
+  if (const double* number = value.number()) return ToUtf8(GeneralText(*number));
+  if (const bool* boolean = value.boolean()) return *boolean ? "TRUE" : "FALSE";
+  if (const ErrorCode* error = value.error()) return ToUtf8(ErrorText(*error));
+  return "\"" + ToUtf8(*value.text()) + "\"";
+}
+
+std::string ShownArray(const Array& array) {
+  std::string shown = "{";
+  for (std::int32_t row = 0; row < array.rows; ++row) {
+    if (row > 0) shown += ";";
+    for (std::int32_t column = 0; column < array.columns; ++column) {
+      if (column > 0) shown += ",";
+      shown += ShownValue(array.At(row, column));
+    }
+  }
+  return shown + "}";
+}
+
+}  // namespace
+
+std::string Shown(const Operand& operand) {
+  if (const Value* value = std::get_if<Value>(&operand)) return ShownValue(*value);
+  if (const ArrayPtr* array = std::get_if<ArrayPtr>(&operand)) return ShownArray(**array);
+  if (std::holds_alternative<MissingArgument>(operand)) return "missing";
+  const Reference& reference = std::get<Reference>(operand);
+  std::string shown = std::to_string(reference.sheet) + "!";
+  for (const CellRange& area : reference.areas) {
+    if (shown.back() != '!') shown += ",";
+    shown += ToUtf8(A1Text(area));
+  }
+  return shown;
+}
+
+Operand Echo::Call(std::span<const Operand> arguments) {
+  ++calls_;
+  std::string shown;
+  for (const Operand& argument : arguments) {
+    if (!shown.empty()) shown += " | ";
+    shown += Shown(argument);
+  }
+  return Value(std::u16string_view(FromUtf8(shown)));
+}
+
+Context::Context() {
+  workbook_.sheets.emplace_back(u"Sheet1");
+  workbook_.sheets.emplace_back(u"Other sheet");
+  Sheet& first = workbook_.sheets[0];
+  for (std::int32_t i = 0; i < 12; ++i) first.Set(i / 3, i % 3, i + 1.0);
+  first.Set(0, 4, Value(u"x"));
+  first.Set(1, 4, Value(u"5"));
+  first.Set(2, 4, true);
+  first.Set(3, 4, ErrorCode::kNA);
+  for (std::int32_t i = 0; i < 3; ++i) workbook_.sheets[1].Set(i, 0, 100.0 * (i + 1));
+  Register(u"ECHOR", "R");
+  Register(u"ECHOA", "A");
+  Register(u"ECHOS", "S");
+}
+
+Value Context::ReadCell(const CellAddress& cell) {
+  ++cells_read_;
+  return workbook_.sheets[cell.sheet].At(cell.row, cell.column);
+}
+
+ArrayPtr Context::ReadRange(std::uint32_t sheet, const CellRange& range) {
+  CellRange clipped = range;
+  clipped.last_row = std::max(range.first_row, std::min(range.last_row, 19));
+  clipped.last_column = std::max(range.first_column, std::min(range.last_column, 9));
+  Array array;
+  array.rows = clipped.rows();
+  array.columns = clipped.columns();
+  for (std::int32_t row = clipped.first_row; row <= clipped.last_row; ++row) {
+    for (std::int32_t column = clipped.first_column; column <= clipped.last_column; ++column) {
+      array.values.push_back(ReadCell({sheet, row, column}));
+    }
+  }
+  return std::make_shared<const Array>(std::move(array));
+}
+
+CallableFunction* Context::FindFunction(std::u16string_view name) {
+  const auto found = functions_.find(FoldCase(name));
+  return found == functions_.end() ? nullptr : &found->second;
+}
+
+void Context::DefineName(std::u16string name, std::u16string text,
+                         std::optional<std::uint32_t> sheet) {
+  workbook_.names.push_back({std::move(name), std::move(text), sheet});
+}
+
+void Context::Register(std::u16string name, std::string kinds) {
+  functions_.emplace(std::move(name), Echo(std::move(kinds)));
+}
+
+std::string Context::Evaluate(std::u16string_view formula, bool as_array) {
+  try {
+    return Shown(EvaluateFormula(*ParseFormula(formula), caller_, as_array, *this));
+  } catch (const FormulaError& error) {
+    return std::string("error: ") + error.what();
+  }
+}
+
+std::string Context::EvaluateFrom(std::u16string_view formula, CellAddress origin) {
+  return Shown(EvaluateFormula(*ParseFormula(formula), origin, false, *this));
+}
+
+}  // namespace sample

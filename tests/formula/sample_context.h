@@ -1,0 +1,66 @@
+#pragma once
+// A workbook in memory to evaluate against, and results as texts a table can hold.
+
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/formula/evaluate.h"
+
+namespace sample {
+
+/// "12", "\"abc\"", "TRUE", "#N/A", "{1,2;3,4}", "blank", "Sheet1!A1:B2,C3", "missing".
+std::string Shown(const zavhost::Operand& operand);
+
+/// A registered function for tests: answers its arguments as a text, so that a test sees what
+/// arrived. `kinds` has a letter per argument: R reference, A array, S single value; the last
+/// repeats.
+class Echo : public zavhost::CallableFunction {
+ public:
+  explicit Echo(std::string kinds) : kinds_(std::move(kinds)) {}
+  bool TakesReference(std::size_t index) const override { return KindOf(index) == 'R'; }
+  bool TakesArray(std::size_t index) const override { return KindOf(index) != 'S'; }
+  zavhost::Operand Call(std::span<const zavhost::Operand> arguments) override;
+  int calls() const { return calls_; }
+
+ private:
+  char KindOf(std::size_t index) const { return kinds_[std::min(index, kinds_.size() - 1)]; }
+
+  std::string kinds_;
+  int calls_ = 0;
+};
+
+/// Sheet1 A1:C4 = 1 to 12 row by row, E1:E4 = text "x", "5", TRUE, #N/A, F1 blank; "Other sheet"
+/// A1:A3 = 100, 200, 300. The functions EchoR, EchoA and EchoS.
+class Context : public zavhost::EvaluationContext {
+ public:
+  Context();
+
+  zavhost::Value ReadCell(const zavhost::CellAddress& cell) override;
+  zavhost::ArrayPtr ReadRange(std::uint32_t sheet, const zavhost::CellRange& range) override;
+  zavhost::CallableFunction* FindFunction(std::u16string_view name) override;
+  const zavhost::Workbook& workbook() const override { return workbook_; }
+  zavhost::CellAddress caller() const override { return caller_; }
+
+  void DefineName(std::u16string name, std::u16string text,
+                  std::optional<std::uint32_t> sheet = std::nullopt);
+  void Register(std::u16string name, std::string kinds);
+  Echo& function(const std::u16string& name) { return functions_.at(name); }
+  void set_caller(zavhost::CellAddress caller) { caller_ = caller; }
+  int cells_read() const { return cells_read_; }
+
+  /// Parses and evaluates in the caller's cell; a FormulaError is shown as "error: ...".
+  std::string Evaluate(std::u16string_view formula, bool as_array = false);
+  /// The same for a text written for `origin`.
+  std::string EvaluateFrom(std::u16string_view formula, zavhost::CellAddress origin);
+
+ private:
+  zavhost::Workbook workbook_;
+  zavhost::CellAddress caller_{0, 9, 9};
+  std::map<std::u16string, Echo> functions_;  // by folded name
+  int cells_read_ = 0;
+};
+
+}  // namespace sample

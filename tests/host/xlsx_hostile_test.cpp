@@ -1,0 +1,84 @@
+#include <doctest/doctest.h>
+
+#include <algorithm>
+#include <chrono>
+
+#include "host/workbook/value.h"
+#include "host/xlsx/xlsx_file.h"
+#include "tests/host/book_builder.h"
+#include "tests/host/hostile_workbooks.h"
+
+using namespace zavhost;
+using namespace zavhost_test;
+
+namespace {
+
+/// What reading the file ends in; empty when it can be read.
+std::string ReadingError(const std::filesystem::path& file, const XlsxLimits& limits = {}) {
+  try {
+    ReadXlsx(file, limits);
+    return {};
+  } catch (const WorkbookError& error) {
+    return error.what();
+  }
+}
+
+}  // namespace
+
+TEST_CASE("every hostile workbook ends in one clear line, soon") {
+  const TemporaryFolder folder;
+  const std::vector<HostileWorkbook> books = WriteHostileWorkbooks(folder.path());
+  CHECK(books.size() >= 60);
+  for (const HostileWorkbook& book : books) {
+    const std::string path = ToUtf8(book.file.u16string());
+    CAPTURE(path);
+    const auto start = std::chrono::steady_clock::now();
+    const std::string error = ReadingError(book.file);
+    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+    CAPTURE(error);
+    CHECK(taken.count() < 60.0);
+    CHECK(error.empty() == book.expected.empty());
+    if (book.expected.empty()) continue;
+    CHECK(error.find(book.expected) != std::string::npos);
+    CHECK(error.starts_with(path + ": "));
+    CHECK(error.size() < path.size() + 300);
+    CHECK(std::none_of(error.begin(), error.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 0x20; }));
+  }
+}
+
+TEST_CASE("limits hold for the file, all parts together and the cells") {
+  const TemporaryFolder folder;
+  const std::string rows = "<row><c><v>1</v></c><c><v>2</v></c></row>";
+  const std::filesystem::path file = folder.Put(u"book.xlsx", ZipBook(OneSheetBook(rows)));
+  CHECK(ReadingError(file).empty());
+  CHECK(ReadingError(file, {.file_bytes = 100}).find("the file is too large") != std::string::npos);
+  CHECK(ReadingError(file, {.total_bytes = 800}).find("parts are too large") != std::string::npos);
+  CHECK(ReadingError(file, {.cells = 1}).find("more cells than are read") != std::string::npos);
+  CHECK(ReadingError(file, {.cells = 2}).empty());
+  CHECK(ReadingError(file, {.parts = 4}).find("it has 5 parts") != std::string::npos);
+}
+
+TEST_CASE(
+    "a good workbook cut off anywhere, or with any byte changed, never does worse than fail") {
+  const TemporaryFolder folder;
+  BookParts parts = OneSheetBook(
+      "<row r=\"1\"><c r=\"A1\" t=\"str\"><f t=\"shared\" si=\"0\" ref=\"A1:A2\">B1&amp;1</f>"
+      "<v>a&#10;b</v></c></row><row r=\"2\"><c r=\"A2\"><f t=\"shared\" si=\"0\"/></c></row>");
+  std::vector<ZipPart> list;
+  for (const auto& [name, content] : parts) {
+    list.push_back({.name = name, .content = content, .stored = true});
+  }
+  const std::string good = Zip(list);
+  for (std::size_t length = 0; length < good.size(); length += 7) {
+    CHECK(!ReadingError(folder.Put(u"cut.xlsx", good.substr(0, length))).empty());
+  }
+  int readable = 0;
+  for (std::size_t place = 0; place < good.size(); place += 3) {
+    std::string changed = good;
+    changed[place] = static_cast<char>(changed[place] ^ (1 << place % 8));
+    readable += ReadingError(folder.Put(u"changed.xlsx", changed)).empty() ? 1 : 0;
+  }
+  // The bytes of parts are under a checksum; times and a few flags are all that may change freely.
+  CHECK(readable < static_cast<int>(good.size() / 3 / 2));
+}

@@ -1,0 +1,169 @@
+#include <doctest/doctest.h>
+
+#include "host/xlsx/xlsx_file.h"
+#include "tests/host/book_builder.h"
+
+using namespace zavhost;
+using namespace zavhost_test;
+
+namespace {
+
+Workbook Read(const BookParts& parts) {
+  const TemporaryFolder folder;
+  return ReadXlsx(folder.Put(u"book.xlsx", ZipBook(parts)));
+}
+Workbook ReadRows(const std::string& rows) { return Read(OneSheetBook(rows)); }
+
+/// A workbook with shared texts.
+BookParts WithSharedTexts(const std::string& rows, const std::string& texts) {
+  BookParts parts = OneSheetBook(rows);
+  parts["xl/_rels/workbook.xml.rels"] =
+      RelationshipsXml(RelationshipXml("rId1", "worksheet", "/xl/worksheets/sheet1.xml") +
+                       RelationshipXml("rId2", "sharedStrings", "sharedStrings.xml"));
+  parts["xl/sharedStrings.xml"] = "<sst count=\"9\">" + texts + "</sst>";
+  return parts;
+}
+
+std::string Utf16(std::string_view text, bool big_endian) {
+  std::string bytes = big_endian ? "\xFE\xFF" : "\xFF\xFE";
+  for (const char16_t unit : FromUtf8(text)) {
+    const char low = static_cast<char>(unit & 0xFF);
+    const char high = static_cast<char>(unit >> 8);
+    bytes += big_endian ? high : low;
+    bytes += big_endian ? low : high;
+  }
+  return bytes;
+}
+
+}  // namespace
+
+TEST_CASE("every cell type reads as what it stands for") {
+  const Workbook book = ReadRows(
+      "<row r=\"3\" spans=\"1:9\"><c r=\"A3\"><v>1.5E-3</v></c><c t=\"b\"><v>1</v></c>"
+      "<c t=\"e\"><v>#DIV/0!</v></c><c r=\"F3\" t=\"str\"><v> a&amp;b&#x20AC; </v></c>"
+      "<c t=\"inlineStr\"><is><t>in</t><r><rPr><b/></rPr><t xml:space=\"preserve\"> "
+      "line</t></r></is></c>"
+      "<c t=\"d\"><v>2024-03-05T12:00:00Z</v></c><c t=\"n\" s=\"4\"/><c t=\"str\"><v></v></c></row>"
+      "<row><c r=\"A4\"><v> 0.1 </v></c><c t=\"e\"><v>#FUTURE!</v></c>"
+      "<c t=\"str\"><v><![CDATA[<&>]]></v></c><c t=\"d\"><v>1900-02-28</v></c></row>");
+  const Sheet& sheet = book.sheets.at(0);
+  CHECK(sheet.At(2, 0) == Value(1.5e-3));
+  CHECK(sheet.At(2, 1) == Value(true));
+  CHECK(sheet.At(2, 2) == Value(ErrorCode::kDiv0));
+  CHECK(sheet.At(2, 5) == Value(u" a&b\u20AC "));
+  CHECK(sheet.At(2, 6) == Value(u"in line"));
+  CHECK(sheet.At(2, 7) == Value(45356.5));
+  CHECK(sheet.At(2, 8).IsBlank());
+  CHECK(sheet.At(2, 9) == Value(u""));
+  CHECK(sheet.At(3, 0) == Value(0.1));
+  CHECK(sheet.At(3, 1) == Value(ErrorCode::kUnknown));
+  CHECK(sheet.At(3, 2) == Value(u"<&>"));
+  CHECK(sheet.At(3, 3) == Value(59.0));
+  CHECK(sheet.used_range() == CellRange{2, 0, 3, 9});
+  CHECK(book.file_name == u"book.xlsx");
+}
+
+TEST_CASE("shared texts: runs joined, readings dropped, escapes decoded, texts held once") {
+  const Workbook book = Read(WithSharedTexts(
+      "<row><c t=\"s\"><v>0</v></c><c t=\"s\"><v>1</v></c><c t=\"s\"><v>2</v></c>"
+      "<c t=\"s\"><v>3</v></c><c t=\"s\"><v>3</v></c></row>",
+      "<si><r><t>Tokyo</t></r><r><rPr/><t xml:space=\"preserve\"> 1 </t></r>"
+      "<rPh sb=\"0\" eb=\"1\"><t>reading</t></rPh><phoneticPr fontId=\"1\"/></si>"
+      "<si><t>a_x000D_b_x005F_x0041__xZZZZ_</t></si><si/><si><t>\n  same </t></si>"));
+  const Sheet& sheet = book.sheets.at(0);
+  CHECK(sheet.At(0, 0) == Value(u"Tokyo 1 "));
+  CHECK(sheet.At(0, 1) == Value(u"a\rb_x0041__xZZZZ_"));
+  CHECK(sheet.At(0, 2) == Value(u""));
+  CHECK(sheet.At(0, 3) == Value(u"same"));
+  CHECK(sheet.At(0, 3).text() == sheet.At(0, 4).text());
+}
+
+TEST_CASE("formulas: normal, shared, array, data table and those without their text") {
+  const Workbook book = ReadRows(
+      "<row r=\"1\"><c r=\"A1\"><f>=ZavMean(B1)</f><v>2</v></c>"
+      "<c r=\"D1\"><f t=\"array\" ref=\"D1:E2\">B1:C2*2</f><v>4</v></c><c "
+      "r=\"E1\"><v>6</v></c></row>"
+      "<row r=\"2\"><c r=\"A2\"><f t=\"shared\" si=\"3\"/><v>1</v></c></row>"
+      "<row r=\"3\"><c r=\"A3\"><f t=\"shared\" ref=\"A2:A4\" si=\"3\">B3&lt;C3</f></c></row>"
+      "<row r=\"4\"><c r=\"A4\"><f t=\"shared\" si=\"3\"/></c><c r=\"B4\"><f t=\"shared\" "
+      "si=\"9\"/>"
+      "<v>7</v></c><c r=\"C4\"><f t=\"dataTable\" ref=\"C4:C9\" r1=\"A1\"/><v>8</v></c>"
+      "<c r=\"D4\" cm=\"1\"><f t=\"array\" ref=\"D4\">B1</f><v>1</v></c></row>");
+  REQUIRE(book.formulas.size() == 6);
+  const auto text = [&](std::size_t i) { return book.formula_texts[book.formulas[i].text]; };
+  CHECK(text(0) == u"ZavMean(B1)");
+  CHECK(book.formulas[1].array == CellRange{0, 3, 1, 4});
+  CHECK(book.formulas[2].address == CellAddress{0, 1, 0});
+  CHECK(text(2) == u"B3<C3");
+  CHECK(book.formulas[2].origin == CellAddress{0, 2, 0});
+  CHECK(book.formulas[4].text == book.formulas[3].text);
+  CHECK(book.formulas[5].array == CellRange{3, 3, 3, 3});
+  REQUIRE(book.unreadable_formulas.size() == 1);
+  CHECK(book.unreadable_formulas[0] == CellAddress{0, 3, 1});
+  CHECK(book.sheets[0].At(3, 1) == Value(7.0));
+  CHECK(book.sheets[0].At(3, 2) == Value(8.0));
+  CHECK(book.sheets[0].At(0, 4) == Value(6.0));
+}
+
+TEST_CASE("the used range holds the cells that formulas will fill") {
+  const Workbook book = ReadRows(
+      "<row r=\"2\"><c r=\"B2\"><f t=\"array\" ref=\"B2:C5\">1</f></c></row>"
+      "<row r=\"9\"><c r=\"A9\"><f>1</f></c></row>");
+  CHECK(book.sheets[0].used_range() == CellRange{1, 0, 8, 2});
+}
+
+TEST_CASE("sheets come in the order of the workbook, with names, dates and protection") {
+  BookParts parts = OneSheetBook("");
+  parts["xl/workbook.xml"] = WorkbookXml(
+      "<sheet name=\"Z &amp; \xC3\x9C\" sheetId=\"7\" r:id=\"rId9\"/><sheet name=\"Chart\" "
+      "sheetId=\"3\" "
+      "r:id=\"rId2\"/><sheet name=\"A\" sheetId=\"1\" state=\"hidden\" r:id=\"rId1\"/>",
+      "<workbookPr date1904=\"true\"/><definedNames><definedName name=\"Rate\">A!$B$1</definedName>"
+      "<definedName name=\"Rate\" localSheetId=\"2\">=0.5</definedName>"
+      "<definedName name=\"_xlnm.Print_Area\" localSheetId=\"0\">A!$A$1</definedName>"
+      "<definedName name=\"secret\" hidden=\"1\">1</definedName></definedNames>");
+  parts["xl/_rels/workbook.xml.rels"] =
+      RelationshipsXml(RelationshipXml("rId1", "worksheet", "worksheets/./sheet1.xml") +
+                       RelationshipXml("rId2", "chartsheet", "chartsheets/sheet1.xml") +
+                       RelationshipXml("rId9", "worksheet", "../xl/worksheets/sheet9.xml"));
+  parts["xl/worksheets/sheet9.xml"] = SheetXml("<row><c t=\"d\"><v>1904-01-02</v></c></row>",
+                                               "<sheetProtection sheet=\"1\" objects=\"1\"/>");
+  const Workbook book = Read(parts);
+  REQUIRE(book.sheets.size() == 3);
+  CHECK(book.sheets[0].name() == u"Z & \u00DC");
+  CHECK(book.sheets[0].is_protected());
+  CHECK(book.sheets[0].At(0, 0) == Value(1.0));
+  CHECK(!book.sheets[1].has_cells());
+  CHECK(book.sheets[2].name() == u"A");
+  CHECK(!book.sheets[2].is_protected());
+  CHECK(book.date1904);
+  REQUIRE(book.names.size() == 2);
+  CHECK(book.FindName(u"rate", 2)->text == u"0.5");
+  CHECK(book.FindName(u"rate", 1)->text == u"A!$B$1");
+}
+
+TEST_CASE("other ways to write the same: strict names, prefixes, UTF-16, comments, back slashes") {
+  const std::string strict =
+      "<?xml version=\"1.0\"?><!-- c --><x:worksheet "
+      "xmlns:x='http://purl.oclc.org/ooxml/spreadsheetml/"
+      "main'><?pi ?><x:sheetData><x:row r='2'><x:c r='B2'><x:f>1+1</x:f><x:v><!-- no "
+      "-->4<![CDATA[2]]>"
+      "</x:v></x:c></x:row></x:sheetData><x:extLst><x:ext><x:f>3</x:f></x:ext></x:extLst></"
+      "x:worksheet>";
+  for (const std::string& xml :
+       {strict, "\xEF\xBB\xBF" + strict, Utf16(strict, false), Utf16(strict, true)}) {
+    BookParts parts = OneSheetBook("");
+    parts.erase("xl/worksheets/sheet1.xml");
+    parts["xl\\Worksheets\\Sheet1.xml"] = xml;
+    const Workbook book = Read(parts);
+    CHECK(book.sheets[0].At(1, 1) == Value(42.0));
+    CHECK(book.formulas.size() == 1);
+  }
+}
+
+TEST_CASE("files under any name, of any name") {
+  const TemporaryFolder folder;
+  const std::u16string name = u"Größe 数据 \U0001F600.xlsx";
+  const std::filesystem::path file = folder.Put(name, ZipBook(OneSheetBook("")));
+  CHECK(ReadXlsx(file).file_name == name);
+}

@@ -1,0 +1,208 @@
+#include <doctest/doctest.h>
+
+#include <cstring>
+#include <fstream>
+#include <random>
+#include <sstream>
+
+#include "host/workbook/cell_names.h"
+#include "host/xlsx/xlsx_file.h"
+#include "host/xlsx/zip_archive.h"
+#include "tests/host/book_builder.h"
+
+using namespace zavhost;
+using namespace zavhost_test;
+
+namespace {
+
+constexpr char kSheetPart[] = "xl/worksheets/sheet1.xml";
+
+std::string Bytes(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return (std::ostringstream() << stream.rdbuf()).str();
+}
+
+/// What the sheet part inside sheetData becomes when the values are put into its cells.
+std::string Rewritten(const std::string& rows,
+                      const std::vector<std::pair<CellPosition, Value>>& values) {
+  const TemporaryFolder folder;
+  const std::filesystem::path file = folder.Put(u"book.xlsx", ZipBook(OneSheetBook(rows)));
+  Workbook book = ReadXlsx(file);
+  std::vector<CellAddress> changed;
+  for (const auto& [cell, value] : values) {
+    book.sheets[0].Set(cell.row, cell.column, value);
+    changed.push_back({0, cell.row, cell.column});
+  }
+  WriteXlsx(file, file, book, changed);
+  const std::string xml = ZipArchive(Bytes(file), {}).Read(kSheetPart);
+  const std::size_t start = xml.find("<sheetData>") + 11;
+  return xml.substr(start, xml.find("</sheetData>") - start);
+}
+
+}  // namespace
+
+TEST_CASE("only t and v of the cells named change") {
+  // Each value over each way a cell may look; what else the cell holds stays, byte for byte.
+  CHECK(Rewritten("<row r=\"1\"><c r=\"A1\" s=\"3\" t=\"str\" cm='1' "
+                  "><f>x</f><v>old</v><extLst/></c></row>",
+                  {{{0, 0}, 0.1}}) ==
+        "<row r=\"1\"><c r=\"A1\" s=\"3\" cm='1' ><f>x</f><v>0.1</v><extLst/></c></row>");
+  CHECK(Rewritten("<row r=\"1\"><c r='A1'><f t=\"shared\" si=\"0\" ref=\"A1\">x</f></c></row>",
+                  {{{0, 0}, ErrorCode::kNA}}) ==
+        "<row r=\"1\"><c r='A1' t=\"e\"><f t=\"shared\" si=\"0\" "
+        "ref=\"A1\">x</f><v>#N/A</v></c></row>");
+  CHECK(Rewritten("<row r=\"1\"><c r=\"A1\" t='inlineStr'><is><t>a</t></is></c></row>",
+                  {{{0, 0}, true}}) == "<row r=\"1\"><c r=\"A1\" t='b'><v>1</v></c></row>");
+  CHECK(Rewritten("<row r=\"1\"><c r=\"A1\"  s=\"2\" /><c r=\"B1\"/></row>", {{{0, 0}, 1e20}}) ==
+        "<row r=\"1\"><c r=\"A1\"  s=\"2\" ><v>1E+20</v></c><c r=\"B1\"/></row>");
+  CHECK(Rewritten("<row r=\"1\"><c><!-- k --><v>1</v><f>x</f> <v>2</v></c></row>",
+                  {{{0, 0}, -0.0}}) == "<row r=\"1\"><c><!-- k --><f>x</f><v>-0</v> </c></row>");
+  CHECK(Rewritten("<row r=\"1\"><c r=\"A1\" t=\"str\"><f>x</f><v>1</v></c></row>",
+                  {{{0, 0}, Value()}}) == "<row r=\"1\"><c r=\"A1\"><f>x</f></c></row>");
+}
+
+TEST_CASE("texts are escaped so that they read back the same") {
+  CHECK(Rewritten("<row><c><f>x</f></c></row>", {{{0, 0}, Value(u" <a>&\r_x0041_ ")}}) ==
+        "<row><c t=\"str\"><f>x</f><v xml:space=\"preserve\"> &lt;a&gt;&amp;_x000D__x005F_x0041_ "
+        "</v></c></row>");
+  const TemporaryFolder folder;
+  const std::filesystem::path file = folder.Put(
+      u"book.xlsx", ZipBook(OneSheetBook("<row><c><v>1</v></c></row><row><c t=\"s\"/></row>")));
+  const std::u16string text =
+      std::u16string(u"\t\n\u0001\uFFFE 数据\U0001F600_x_x004_") + char16_t{0xD800};
+  Workbook book = ReadXlsx(file);
+  book.sheets[0].Set(0, 0, Value(text));
+  book.sheets[0].Set(1, 0, Value(u""));
+  WriteXlsx(file, file, book, {{0, 0, 0}, {0, 1, 0}});
+  const Workbook again = ReadXlsx(file);
+  CHECK(again.sheets[0].At(0, 0) == Value(text));
+  CHECK(again.sheets[0].At(1, 0) == Value(u""));
+}
+
+TEST_CASE("cells of an array that the file lacks are made in their places") {
+  const std::string rows =
+      "<row r=\"2\" ht=\"20\"><c r=\"A2\"/><c r=\"B2\"><f t=\"array\" ref=\"B2:C5\">x</f></c>"
+      "<c r=\"D2\"><v>9</v></c></row><row r=\"4\"/><row r=\"7\"><c r=\"A7\"/></row>";
+  const TemporaryFolder folder;
+  const std::filesystem::path file = folder.Put(u"book.xlsx", ZipBook(OneSheetBook(rows)));
+  Workbook book = ReadXlsx(file);
+  for (int i = 0; i < 8; ++i) book.sheets[0].Set(1 + i / 2, 1 + i % 2, static_cast<double>(i));
+  WriteXlsx(file, folder.path() / "new.xlsx", book, {{0, 1, 1}});
+  const std::string xml = ZipArchive(Bytes(folder.path() / "new.xlsx"), {}).Read(kSheetPart);
+  CHECK(
+      xml ==
+      SheetXml("<row r=\"2\" ht=\"20\"><c r=\"A2\"/><c r=\"B2\"><f t=\"array\" ref=\"B2:C5\">x</f>"
+               "<v>0</v></c><c r=\"C2\"><v>1</v></c><c r=\"D2\"><v>9</v></c></row>"
+               "<row r=\"3\"><c r=\"B3\"><v>2</v></c><c r=\"C3\"><v>3</v></c></row>"
+               "<row r=\"4\"><c r=\"B4\"><v>4</v></c><c r=\"C4\"><v>5</v></c></row>"
+               "<row r=\"5\"><c r=\"B5\"><v>6</v></c><c r=\"C5\"><v>7</v></c></row>"
+               "<row r=\"7\"><c r=\"A7\"/></row>"));
+  // Rows in any order, an empty sheet, and prefixed names.
+  CHECK(Rewritten("<row r=\"5\"/><row r=\"3\"><c r=\"C3\"/></row>",
+                  {{{2, 1}, 1.0}, {{4, 0}, 2.0}, {{9, 0}, 3.0}}) ==
+        "<row r=\"5\"><c r=\"A5\"><v>2</v></c></row><row r=\"3\"><c r=\"B3\"><v>1</v></c><c "
+        "r=\"C3\"/></row>"
+        "<row r=\"10\"><c r=\"A10\"><v>3</v></c></row>");
+  BookParts parts = OneSheetBook("");
+  parts[kSheetPart] = "<x:worksheet xmlns:x=\"m\"><x:sheetData /></x:worksheet>";
+  const std::filesystem::path empty = folder.Put(u"empty.xlsx", ZipBook(parts));
+  book = ReadXlsx(empty);
+  book.sheets[0].Set(0, 0, u"a");
+  WriteXlsx(empty, empty, book, {{0, 0, 0}});
+  CHECK(
+      ZipArchive(Bytes(empty), {}).Read(kSheetPart) ==
+      "<x:worksheet xmlns:x=\"m\"><x:sheetData ><x:row r=\"1\"><x:c r=\"A1\" t=\"str\"><x:v>a</x:v>"
+      "</x:c></x:row></x:sheetData></x:worksheet>");
+}
+
+TEST_CASE("every other part keeps its packed bytes, whatever it holds") {
+  BookParts parts = OneSheetBook("<row><c><v>1</v></c></row>");
+  parts["xl/calcChain.xml"] = "<calcChain><c r=\"A1\"/></calcChain>";
+  parts["xl/media/image1.png"] = std::string("\x89PNG\0\1\2", 7) + std::string(5'000, 'i');
+  parts["customXml/odd.xml"] = "<not well <formed";
+  const TemporaryFolder folder;
+  const std::filesystem::path source = folder.Put(u"Quelle \u00FC.xlsx", ZipBook(parts));
+  const std::filesystem::path target = folder.path() / std::filesystem::path(u"Ziel \u00FC.xlsx");
+  Workbook book = ReadXlsx(source);
+  book.sheets[0].Set(0, 0, 2.0);
+  WriteXlsx(source, target, book, {{0, 0, 0}});
+  const std::string bytes = Bytes(target);
+  ZipArchive archive(bytes, {});
+  for (const auto& [name, content] : parts) {
+    CAPTURE(name);
+    if (name == kSheetPart) {
+      CHECK(archive.Read(name) == SheetXml("<row><c><v>2</v></c></row>"));
+    } else {
+      CHECK(archive.Read(name) == content);
+      CHECK(bytes.find(name + Deflate(content)) != std::string::npos);
+    }
+  }
+  // The same work gives the same bytes, and nothing but the two files is left in the folder.
+  WriteXlsx(source, target, book, {{0, 0, 0}});
+  CHECK(Bytes(target) == bytes);
+  WriteXlsx(source, source, book, {});
+  CHECK(Bytes(source) == ZipBook(parts));
+  const std::filesystem::directory_iterator files(folder.path());
+  CHECK(std::distance(begin(files), end(files)) == 2);
+}
+
+TEST_CASE("numbers come back bit by bit, and UTF-16 parts stay UTF-16") {
+  std::string rows;
+  for (int i = 0; i < 2'000; ++i) rows += "<row><c/></row>";
+  BookParts parts = OneSheetBook(rows);
+  std::string wide = "\xFF\xFE";
+  for (const char c : parts[kSheetPart]) wide += std::string{c, '\0'};
+  parts[kSheetPart] = wide;
+  const TemporaryFolder folder;
+  const std::filesystem::path file = folder.Put(u"book.xlsx", ZipBook(parts));
+  Workbook book = ReadXlsx(file);
+  std::mt19937_64 random(7);
+  std::vector<double> numbers = {
+      0.1, 1.0 / 3.0, 1.7976931348623157e308, 2.2250738585072014e-308, 5e-324, 123456789.123456789,
+      -0.0};
+  while (numbers.size() < 2'000) {
+    const std::uint64_t bits = random();
+    double number = 0;
+    std::memcpy(&number, &bits, sizeof number);
+    if (number - number == 0.0) numbers.push_back(number);
+  }
+  std::vector<CellAddress> changed;
+  for (std::int32_t row = 0; row < 2'000; ++row) {
+    book.sheets[0].Set(row, 0, numbers[static_cast<std::size_t>(row)]);
+    changed.push_back({0, row, 0});
+  }
+  WriteXlsx(file, file, book, changed);
+  CHECK(ZipArchive(Bytes(file), {}).Read(kSheetPart).starts_with(wide.substr(0, 100)));
+  const Workbook again = ReadXlsx(file);
+  int differing = 0;
+  for (std::int32_t row = 0; row < 2'000; ++row) {
+    const double* number = again.sheets[0].At(row, 0).number();
+    REQUIRE(number != nullptr);
+    differing +=
+        std::memcmp(number, &numbers[static_cast<std::size_t>(row)], sizeof(double)) != 0 ? 1 : 0;
+  }
+  CHECK(differing == 0);
+}
+
+TEST_CASE("a failure to write names the file and leaves what was there") {
+  const TemporaryFolder folder;
+  const std::filesystem::path source =
+      folder.Put(u"book.xlsx", ZipBook(OneSheetBook("<row><c><v>1</v></c></row>")));
+  const std::filesystem::path target = folder.Put(u"target.xlsx", "precious");
+  Workbook book = ReadXlsx(source);
+  const auto failure = [&](const std::filesystem::path& from, const std::filesystem::path& to) {
+    try {
+      WriteXlsx(from, to, book, {{0, 0, 0}});
+      return std::string();
+    } catch (const WorkbookError& error) {
+      return std::string(error.what());
+    }
+  };
+  CHECK(failure(folder.path() / "absent.xlsx", target).find("no such file") != std::string::npos);
+  CHECK(failure(source, folder.path()).find("this is a folder") != std::string::npos);
+  CHECK(failure(source, folder.path() / "none" / "x.xlsx").find("no file can be written") !=
+        std::string::npos);
+  book.sheets[0] = Sheet(u"Renamed");
+  CHECK(failure(source, target).find("no longer those that were read") != std::string::npos);
+  CHECK(Bytes(target) == "precious");
+}

@@ -1,0 +1,105 @@
+#include "stats/floating_point_scope.h"
+
+#include <doctest/doctest.h>
+
+#include <cstdint>
+#include <vector>
+
+#include "stats/moment_block.h"
+#include "stats/single_statistics.h"
+
+namespace zavrel::tests {
+namespace {
+
+std::uint32_t Mxcsr() {
+  std::uint32_t word;
+  asm volatile("stmxcsr %0" : "=m"(word) : : "memory");
+  return word;
+}
+void SetMxcsr(std::uint32_t word) { asm volatile("ldmxcsr %0" : : "m"(word) : "memory"); }
+std::uint16_t X87Control() {
+  std::uint16_t word;
+  asm volatile("fnstcw %0" : "=m"(word) : : "memory");
+  return word;
+}
+void SetX87Control(std::uint16_t word) { asm volatile("fldcw %0" : : "m"(word) : "memory"); }
+
+/// An environment that another add-in may leave behind: flush to zero, subnormals as zero, rounding
+/// upwards, overflow trapped, long double cut to 53 bits.
+class ForeignEnvironment {
+ public:
+  static constexpr std::uint32_t kMxcsr = 0xDB40;  // the overflow mask (0x400) is missing
+  static constexpr std::uint16_t kX87 = 0x0A77;    // and here (0x08)
+
+  ForeignEnvironment() : mxcsr_(Mxcsr()), x87_(X87Control()) {
+    SetMxcsr(kMxcsr);
+    SetX87Control(kX87);
+  }
+  ~ForeignEnvironment() {
+    asm volatile("fnclex");
+    SetX87Control(x87_);
+    SetMxcsr(mxcsr_);
+  }
+
+ private:
+  std::uint32_t mxcsr_;
+  std::uint16_t x87_;
+};
+
+}  // namespace
+
+TEST_CASE("results do not depend on the environment, which is left as it was") {
+  const std::vector<double> values{0.1, 0.2, 0.4, 1e-310};
+  const std::vector<double> huge{1e160, 2e160, 4e160, 8e160};
+  const double sum = SingleStatistic(StatisticId::kSum, values);
+  const MomentBlock moments = ComputeMoments(huge, true);
+  double foreign_sum = 0;
+  double foreign_tiny = 0;
+  MomentBlock foreign;
+  std::uint32_t mxcsr = 0;
+  std::uint16_t x87 = 0;
+  {
+    const ForeignEnvironment environment;
+    foreign_sum = SingleStatistic(StatisticId::kSum, values);
+    foreign_tiny = SingleStatistic(StatisticId::kSum, std::vector<double>{1e-310, 1e-310});
+    foreign = ComputeMoments(huge, true);
+    mxcsr = Mxcsr();
+    x87 = X87Control();
+  }
+  CHECK(foreign_sum == sum);
+  CHECK(foreign_tiny == 2e-310);
+  CHECK(foreign.standard_deviation == moments.standard_deviation);
+  CHECK(foreign.kurtosis == moments.kurtosis);
+  CHECK(mxcsr == ForeignEnvironment::kMxcsr);
+  CHECK(x87 == ForeignEnvironment::kX87);
+}
+
+TEST_CASE("an overflow is seen wherever it happens, and only then") {
+  std::vector<double> values{1e300, 1e10};
+  {
+    const FloatingPointScope scope;
+    CHECK_FALSE(scope.Overflowed());
+    double product = values[0] * values[1];
+    Settle(product);
+    CHECK(scope.Overflowed());
+  }
+  {
+    const FloatingPointScope scope;
+    CHECK_FALSE(scope.Overflowed());
+    long double wide = static_cast<long double>(values[0]) * values[1];
+    Settle(wide);
+    CHECK_FALSE(scope.Overflowed());
+    auto narrow = static_cast<double>(wide);
+    Settle(narrow);
+    CHECK(scope.Overflowed());
+  }
+}
+
+TEST_CASE("long double has 64 bits of significand even in a process that starts with 53") {
+  const FloatingPointScope scope;
+  volatile long double one = 1;
+  volatile long double small = 0x1p-63L;
+  CHECK(one + small > one);
+}
+
+}  // namespace zavrel::tests
