@@ -1,6 +1,6 @@
 # Header-only libraries from Debian packages, each exposed by its own folder: the cross build must
 # never see /usr/include as a whole.
-set(ZAVREL_HEADER_LINKS ${CMAKE_BINARY_DIR}/header_libraries)
+set(ZAVREL_HEADER_LINKS ${PROJECT_SOURCE_DIR}/build/third_party/headers)
 function(zavrel_header_library target folder)
   set(source /usr/include/${folder})
   if(NOT EXISTS ${source})
@@ -13,6 +13,8 @@ function(zavrel_header_library target folder)
 endfunction()
 zavrel_header_library(header_doctest doctest)
 zavrel_header_library(header_cli11 CLI)
+# fmt as a compiled library: header-only it costs most of a file's compile time.
 zavrel_header_library(header_fmt fmt)
-target_compile_definitions(header_fmt INTERFACE FMT_HEADER_ONLY)
+find_library(FMT_LIBRARY NAMES libfmt.a fmt REQUIRED)
+target_link_libraries(header_fmt INTERFACE ${FMT_LIBRARY})
 zavrel_header_library(header_json nlohmann)

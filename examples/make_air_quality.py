@@ -88,7 +88,7 @@ def fill_summary(sheet, last):
     first = first + 7
     head(sheet, first, ["More ways to ask", "Result"])
     others = [
-        ("May and September together", f"=ZavMean((Data!C2:C32,Data!C124:C{last}))"),
+        ("May and September together", f"=ZavMean((Data!C2:C32,Data!C125:C{last}))"),
         ("A whole column", "=ZavMean(Data!F:F)"),
         ("Several arguments", "=ZavMax(Data!C2:C32,Data!D2:D32,100)"),
         ("An array constant", "=ZavSumSq({1,2,3;4,5,6})"),

@@ -72,18 +72,23 @@ std::uint64_t Mix(std::uint64_t hash, std::uint64_t word) {
 
 // Four independent chains, so that arrays of a million records are checked at memory speed.
 std::uint64_t ArgumentBlock::Fingerprint() const {
+  const auto word = [this](std::size_t index) {
+    std::uint64_t read;
+    std::memcpy(&read, memory_.get() + index * 8, sizeof read);
+    return read;
+  };
   std::uint64_t chains[4] = {1, 2, 3, 4};
   std::size_t i = 0;
   for (; i + 4 <= taken_; i += 4) {
-    for (std::size_t lane = 0; lane < 4; ++lane) chains[lane] = Mix(chains[lane], words_[i + lane]);
+    for (std::size_t lane = 0; lane < 4; ++lane) chains[lane] = Mix(chains[lane], word(i + lane));
   }
-  for (; i < taken_; ++i) chains[0] = Mix(chains[0], words_[i]);
+  for (; i < taken_; ++i) chains[0] = Mix(chains[0], word(i));
   return Mix(Mix(chains[0], chains[1]), Mix(chains[2], chains[3]));
 }
 
 std::byte* ArgumentBlock::Take(std::size_t bytes, bool writable) {
   std::size_t& taken = writable ? writable_taken_ : taken_;
-  auto* place = reinterpret_cast<std::byte*>(words_.get() + (writable ? read_only_ : 0) + taken);
+  std::byte* place = memory_.get() + ((writable ? read_only_ : 0) + taken) * 8;
   taken += Words(bytes);
   return place;
 }
@@ -107,12 +112,13 @@ std::optional<ErrorCode> ArgumentBlock::Prepare(const TypeText& type,
     if (!writable(i)) read_only_ += own;
   }
   if (words > capacity_ || capacity_ > std::max<std::size_t>(words * 4, 1u << 20)) {
-    words_ = std::make_unique_for_overwrite<std::uint64_t[]>(words);
+    memory_ = std::make_unique_for_overwrite<std::byte[]>(words * 8);
     capacity_ = words;
   }
-  std::fill_n(words_.get(), words, 0);  // padding included, so that it can be compared
+  // Padding included, so that it can be compared.
+  if (words > 0) std::memset(memory_.get(), 0, words * 8);
   for (std::size_t i = 0; i < operands.size(); ++i) {
-    places_[i] = words_.get() + (writable(i) ? read_only_ + writable_taken_ : taken_);
+    places_[i] = memory_.get() + (writable(i) ? read_only_ + writable_taken_ : taken_) * 8;
     if (const auto error = Add(type.arguments[i], operands[i], writable(i))) return error;
   }
   fingerprint_ = Fingerprint();

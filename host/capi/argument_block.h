@@ -42,9 +42,9 @@ class ArgumentBlock {
   std::optional<ErrorCode> AddText(TypeLetter kind, const Value& value, bool writable);
   std::optional<ErrorCode> AddInteger(TypeLetter kind, const Value& value, bool writable);
 
-  std::unique_ptr<std::uint64_t[]> words_;
-  std::size_t capacity_ = 0;   // words
-  std::size_t read_only_ = 0;  // words that functions may not change
+  std::unique_ptr<std::byte[]> memory_;  // bytes: records of any type may be made in it
+  std::size_t capacity_ = 0;             // words
+  std::size_t read_only_ = 0;            // words that functions may not change
   std::size_t taken_ = 0;
   std::size_t writable_taken_ = 0;  // from the end of the read-only part
   std::uint64_t fingerprint_ = 0;

@@ -3,41 +3,42 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstring>
 
 namespace zavhost {
 namespace {
 
 constexpr std::size_t kQuarantined = 512;
-constexpr std::size_t kLargeWords = (256u << 10) / 8;
+constexpr std::size_t kLarge = 256u << 10;
 constexpr std::size_t kLargeKept = 4;
-constexpr std::size_t kLargeKeptWords = (80u << 20) / 8;
+constexpr std::size_t kLargestKept = 80u << 20;
 constexpr std::size_t kFreedRemembered = 1u << 16;
 // An add-in may keep values between calls; nobody keeps this many.
 constexpr std::size_t kGrowthLimit = 20'000;
-constexpr std::uint64_t kFreedPattern = 0xDDDDDDDDDDDDDDDD;
+constexpr int kFreedPattern = 0xDD;
 
 }  // namespace
 
-HostMemory::Storage HostMemory::TakeLarge(std::size_t words, std::size_t& actual) {
+HostMemory::Storage HostMemory::TakeLarge(std::size_t bytes, std::size_t& actual) {
   const auto fits = [&](const Block& block) {
-    return block.words >= words && block.words / 2 <= words;
+    return block.bytes >= bytes && block.bytes / 2 <= bytes;
   };
   const auto found = std::find_if(large_.begin(), large_.end(), fits);
   if (found == large_.end()) return nullptr;
   Storage storage = std::move(found->storage);
-  actual = found->words;
+  actual = found->bytes;
   large_.erase(found);
   return storage;
 }
 
 void* HostMemory::Give(std::size_t bytes, const char* function) {
-  std::size_t words = std::max<std::size_t>((bytes + 7) / 8, 1);
+  bytes = std::max<std::size_t>(bytes, 1);
   Storage storage;
-  if (words >= kLargeWords) storage = TakeLarge(words, words);
-  if (!storage) storage = std::make_unique_for_overwrite<std::uint64_t[]>(words);
+  if (bytes >= kLarge) storage = TakeLarge(bytes, bytes);
+  if (!storage) storage = std::make_unique_for_overwrite<std::byte[]>(bytes);
   void* address = storage.get();
   freed_.erase(address);
-  held_.emplace(address, Block{std::move(storage), words, function, judge_.place()});
+  held_.emplace(address, Block{std::move(storage), bytes, function, judge_.place()});
   return address;
 }
 
@@ -59,13 +60,13 @@ void HostMemory::Free(const void* block) {
 void HostMemory::Retire(Block block) {
   if (freed_.size() >= kFreedRemembered) freed_.clear();
   freed_.insert(block.storage.get());
-  if (block.words >= kLargeWords) {
-    if (block.words > kLargeKeptWords) return;
+  if (block.bytes >= kLarge) {
+    if (block.bytes > kLargestKept) return;
     if (large_.size() == kLargeKept) large_.erase(large_.begin());
     large_.push_back(std::move(block));
     return;
   }
-  std::fill_n(block.storage.get(), block.words, kFreedPattern);
+  std::memset(block.storage.get(), kFreedPattern, block.bytes);
   quarantine_.push_back(std::move(block));
   if (quarantine_.size() > kQuarantined) quarantine_.pop_front();
 }

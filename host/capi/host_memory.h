@@ -32,15 +32,15 @@ class HostMemory {
   void ReportHeld();
 
  private:
-  using Storage = std::unique_ptr<std::uint64_t[]>;
+  using Storage = std::unique_ptr<std::byte[]>;
   struct Block {
     Storage storage;
-    std::size_t words = 0;
+    std::size_t bytes = 0;
     const char* function = "";
     std::shared_ptr<const Place> place;
   };
 
-  Storage TakeLarge(std::size_t words, std::size_t& actual);
+  Storage TakeLarge(std::size_t bytes, std::size_t& actual);
   void Retire(Block block);
 
   Judge& judge_;

@@ -51,7 +51,8 @@ class Value {
   Value(ErrorCode error) : content_(error) {}      // NOLINT(google-explicit-constructor)
   Value(Text text) : content_(std::move(text)) {}  // NOLINT(google-explicit-constructor)
   explicit Value(std::u16string_view text) : content_(MakeText(text)) {}
-  explicit Value(const char16_t* text) : Value(std::u16string_view(text)) {}  // not a boolean
+  // Without this one a literal would become a boolean.
+  Value(const char16_t* text) : content_(MakeText(text)) {}  // NOLINT(google-explicit-constructor)
 
   bool IsBlank() const { return std::holds_alternative<Blank>(content_); }
   const double* number() const { return std::get_if<double>(&content_); }

@@ -47,7 +47,7 @@ std::uint64_t DeclaredParts(std::string_view bytes) {
     std::uint64_t directory_size = LittleEndian(bytes, at + 12, 4);
     if (at >= 20 && bytes.substr(at - 20, 4) == "PK\6\7") {
       const std::uint64_t large = LittleEndian(bytes, at - 12, 8);
-      if (large + 56 <= bytes.size() && bytes.substr(large, 4) == "PK\6\6") {
+      if (large < at && at - large >= 56 && bytes.substr(large, 4) == "PK\6\6") {
         parts = std::max(parts == 0xFFFF ? 0 : parts, LittleEndian(bytes, large + 32, 8));
         directory_size = LittleEndian(bytes, large + 40, 8);
       }

@@ -17,7 +17,7 @@ class FloatingPointScope {
   FloatingPointScope& operator=(const FloatingPointScope&) = delete;
 
   /// True when an operation overflowed since the scope began. What is asked about must have gone
-  /// through Settle before.
+  /// through Settled before.
   bool Overflowed() const;
 
  private:
@@ -25,12 +25,14 @@ class FloatingPointScope {
   std::uint16_t x87_control_;
 };
 
-/// Pins a result: what leads to it is computed before, what follows after. The compiler knows
-/// nothing of the floating-point environment and would otherwise move arithmetic across reading the
-/// status or restoring the control words. Every result that leaves a scope goes through here last.
+/// Pins a result: what leads to it is computed before, what follows after. The compiler knows nothing
+/// of the floating-point environment and would otherwise move arithmetic across reading the status or
+/// restoring the control words. Every result that leaves a scope goes through here last. (By value: an
+/// accumulator that is pinned itself would live in memory throughout its loop.)
 template <class T>
-void Settle(T& result) {
+T Settled(T result) {
   asm volatile("" : "+m"(result) : : "memory");
+  return result;
 }
 
 }  // namespace zavrel

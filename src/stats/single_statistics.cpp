@@ -54,13 +54,9 @@ Real MeanAbsOf(Values values) {
 template <double (*kPlain)(Values), long double (*kExtended)(Values)>
 double WithExtendedRetry(Values values) {
   const FloatingPointScope environment;
-  double result = kPlain(values);
-  Settle(result);
-  if (environment.Overflowed()) {
-    result = static_cast<double>(kExtended(values));
-    Settle(result);
-  }
-  return Finite(result);
+  const double result = Settled(kPlain(values));
+  if (!environment.Overflowed()) return Finite(result);
+  return Finite(Settled(static_cast<double>(kExtended(values))));
 }
 
 double ProductByLogarithms(Values values) {
@@ -79,28 +75,22 @@ double Product(Values values) {
   const FloatingPointScope environment;
   double product = 1;
   for (const double x : values) product *= x;
-  Settle(product);
-  if (environment.Overflowed()) {
-    product = ProductByLogarithms(values);
-    Settle(product);
-  }
-  return Finite(product);
+  product = Settled(product);
+  if (!environment.Overflowed()) return Finite(product);
+  return Finite(Settled(ProductByLogarithms(values)));
 }
 
 double Range(Values values) {
   const FloatingPointScope environment;
   const auto [minimum, maximum] = std::minmax_element(values.begin(), values.end());
-  double range = *maximum - *minimum;
-  Settle(range);
-  return Finite(range);
+  return Finite(Settled(*maximum - *minimum));
 }
 
 double SumSq(Values values) {
   const FloatingPointScope environment;
   double sum = 0;
   for (const double x : values) sum += x * x;
-  Settle(sum);
-  return Finite(sum);
+  return Finite(Settled(sum));
 }
 
 }  // namespace

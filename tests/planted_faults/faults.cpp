@@ -184,7 +184,7 @@ PLANTED_EXPORT double FaultCrash() {
 PLANTED_EXPORT double FaultAbort() { std::abort(); }
 
 namespace {
-double Recurse(volatile double depth) {
+double Recurse(double depth) {
   volatile char frame[4096] = {};
   return depth + frame[0] + Recurse(depth + 1) + frame[4095];
 }
