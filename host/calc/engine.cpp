@@ -45,7 +45,7 @@ class Engine::State {
   }
 
   void Unload() {
-    api().SetAddIn(nullptr, {});
+    api().SetAddIn(nullptr);
     module.reset();
     call_library.reset();
     EndCrashGuard(judge);
@@ -86,9 +86,8 @@ void Engine::LoadAddIn(const std::filesystem::path& file) {
   GuardAgainstCrashes(state.judge);
   // Already during its loading an add-in may look up the callback, but it must not call.
   state.module = std::make_unique<Module>(file);
-  std::error_code ignored;
-  state.file = std::filesystem::absolute(file, ignored);
-  state.api().SetAddIn(state.module.get(), state.file);
+  state.file = file;
+  state.api().SetAddIn(state.module.get());
   void* open = state.module->Find("xlAutoOpen");
   if (open == nullptr) {
     state.Unload();

@@ -46,6 +46,7 @@ Recalculation::~Recalculation() {
 RecalculationReport Recalculation::Run() {
   calculation_.ForgetNames();
   Select();
+  MakeRoom();
   for (std::uint32_t entry = 0; entry < entries_.size(); ++entry) CalculateFrom(entry);
   if (options_.progress) options_.progress(done_, entries_.size());
   return std::move(report_);
@@ -120,6 +121,26 @@ void Recalculation::WarnOfKept(const FormulaCell& formula, const std::u16string&
   }
   report_.warnings.push_back(CellText(workbook_, formula.address) + " uses " + ToUtf8(foreign) +
                              ", which this host does not compute: its stored value is kept");
+}
+
+// Every cell that a result goes to gets its place now, all columns in one go: results come in the
+// order of dependencies, and one by one would move what stands below each time.
+void Recalculation::MakeRoom() {
+  std::vector<CellAddress> empty;
+  for (const Entry& entry : entries_) {
+    const FormulaCell& formula = workbook_.formulas[entry.formula];
+    const std::uint32_t sheet = formula.address.sheet;
+    const CellRange range = RangeOf(formula);
+    for (std::int32_t column = range.first_column; column <= range.last_column; ++column) {
+      for (std::int32_t row = range.first_row; row <= range.last_row; ++row) {
+        if (workbook_.sheets[sheet].At(row, column).IsBlank())
+          empty.push_back({sheet, row, column});
+      }
+    }
+  }
+  for (const CellAddress& cell : empty)
+    workbook_.sheets[cell.sheet].Append(cell.row, cell.column, Value());
+  for (Sheet& sheet : workbook_.sheets) sheet.SortColumns();
 }
 
 // The list of formulas that have begun: the one on top is tried next.

@@ -38,6 +38,7 @@ class Recalculation {
   };
 
   void Select();
+  void MakeRoom();
   void WarnOfKept(const FormulaCell& formula, const std::u16string& foreign);
   void CalculateFrom(std::uint32_t entry);
   void Calculate(std::uint32_t entry);

@@ -74,9 +74,8 @@ ExcelApi::~ExcelApi() {
   if (ActiveApi() == this) SetActiveApi(nullptr);
 }
 
-void ExcelApi::SetAddIn(Module* module, std::filesystem::path file) {
+void ExcelApi::SetAddIn(Module* module) {
   module_ = module;
-  file_ = std::move(file);
   refused_.clear();
 }
 
@@ -227,7 +226,8 @@ int ExcelApi::Dispatch(int function, const Arguments& arguments, XLOPER12& resul
     case xlGetHwnd:  // there is no window
       return GiveInteger(0, result);
     case xlGetName:
-      GiveText(file_.u16string(), result);
+      if (module_ == nullptr) return xlretFailed;
+      GiveText(module_->file().u16string(), result);
       return xlretSuccess;
     case xlfCaller:
       return Caller(result);

@@ -2,7 +2,6 @@
 // The C API as Excel offers it to an add-in: what stands behind the callback.
 
 #include <atomic>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <thread>
@@ -32,8 +31,8 @@ class ExcelApi {
   ExcelApi(const ExcelApi&) = delete;
   ExcelApi& operator=(const ExcelApi&) = delete;
 
-  /// The add-in whose functions can be registered; its file is what xlGetName answers.
-  void SetAddIn(Module* module, std::filesystem::path file);
+  /// The add-in whose functions can be registered; its file is what xlGetName answers. Null: none.
+  void SetAddIn(Module* module);
 
   /// The callback's work: judges the call and carries it out. Gives the API's return code.
   int Call(int function, int count, XLOPER12** arguments, XLOPER12* result);
@@ -109,7 +108,6 @@ class ExcelApi {
   HostMemory memory_;
   FunctionRegistry registry_;
   Module* module_ = nullptr;
-  std::filesystem::path file_;
   std::vector<std::string> refused_;
 
   CallContext context_ = CallContext::kCommand;

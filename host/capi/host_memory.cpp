@@ -12,7 +12,6 @@ constexpr std::size_t kQuarantined = 512;
 constexpr std::size_t kLarge = 256u << 10;
 constexpr std::size_t kLargeKept = 4;
 constexpr std::size_t kLargestKept = 80u << 20;
-constexpr std::size_t kFreedRemembered = 1u << 16;
 // An add-in may keep values between calls; nobody keeps this many.
 constexpr std::size_t kGrowthLimit = 20'000;
 constexpr int kFreedPattern = 0xDD;
@@ -57,18 +56,19 @@ void HostMemory::Free(const void* block) {
   }
 }
 
+// An address is known as freed for as long as its memory stays here: afterwards it may be anybody's, the
+// add-in's own heap included.
 void HostMemory::Retire(Block block) {
-  if (freed_.size() >= kFreedRemembered) freed_.clear();
+  if (block.bytes > kLargestKept) return;
   freed_.insert(block.storage.get());
-  if (block.bytes >= kLarge) {
-    if (block.bytes > kLargestKept) return;
-    if (large_.size() == kLargeKept) large_.erase(large_.begin());
-    large_.push_back(std::move(block));
-    return;
+  const bool large = block.bytes >= kLarge;
+  if (!large) std::memset(block.storage.get(), kFreedPattern, block.bytes);
+  std::deque<Block>& kept = large ? large_ : quarantine_;
+  kept.push_back(std::move(block));
+  if (kept.size() > (large ? kLargeKept : kQuarantined)) {
+    freed_.erase(kept.front().storage.get());
+    kept.pop_front();
   }
-  std::memset(block.storage.get(), kFreedPattern, block.bytes);
-  quarantine_.push_back(std::move(block));
-  if (quarantine_.size() > kQuarantined) quarantine_.pop_front();
 }
 
 void HostMemory::JudgeGrowth() {

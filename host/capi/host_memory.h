@@ -45,9 +45,9 @@ class HostMemory {
 
   Judge& judge_;
   std::unordered_map<const void*, Block> held_;
-  std::unordered_set<const void*> freed_;  // addresses not given again since
+  std::unordered_set<const void*> freed_;  // addresses in the two below
   std::deque<Block> quarantine_;           // small blocks, so that their addresses rest a while
-  std::vector<Block> large_;               // for reuse: fresh memory of this size is dear
+  std::deque<Block> large_;                // for reuse: fresh memory of this size is dear
   bool growth_reported_ = false;
 };
 

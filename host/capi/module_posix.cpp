@@ -5,11 +5,10 @@
 
 namespace zavhost {
 
-Module::Module(const std::filesystem::path& file) {
+Module::Module(const std::filesystem::path& file) : file_(std::filesystem::absolute(file)) {
   std::error_code ignored;
   const bool is_program = std::filesystem::equivalent(file, "/proc/self/exe", ignored);
-  handle_ =
-      dlopen(is_program ? nullptr : std::filesystem::absolute(file).c_str(), RTLD_NOW | RTLD_LOCAL);
+  handle_ = dlopen(is_program ? nullptr : file_.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (handle_ == nullptr)
     throw WorkbookError("the add-in " + file.string() + " cannot be loaded: " + dlerror());
 }

@@ -16,6 +16,18 @@ std::string SystemMessage(DWORD error) {
   return text.empty() ? "error " + std::to_string(error) : ToUtf8(text);
 }
 
+std::filesystem::path FileOf(HMODULE module) {
+  std::wstring path(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD length = GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
+    if (length < path.size()) {
+      path.resize(length);
+      return path;
+    }
+    path.resize(path.size() * 2);
+  }
+}
+
 }  // namespace
 
 Module::Module(const std::filesystem::path& file) {
@@ -31,6 +43,7 @@ Module::Module(const std::filesystem::path& file) {
     throw WorkbookError("the add-in " + ToUtf8(file.u16string()) +
                         " cannot be loaded: " + SystemMessage(error));
   }
+  file_ = FileOf(static_cast<HMODULE>(handle_));
 }
 
 Module::~Module() { FreeLibrary(static_cast<HMODULE>(handle_)); }

@@ -15,8 +15,9 @@ using Word = std::uint64_t;
 #ifdef _WIN32
 
 // Windows: an argument's register follows from its position; the first four are in rcx, rdx, r8, r9
-// or in xmm0 to xmm3, all others on the stack. A call without a prototype puts a double into both
-// registers of its position, so that the callee finds integers and doubles alike.
+// or in xmm0 to xmm3, all others on the stack. A call with a variable argument list puts a double
+// into both registers of its position, so that the callee finds integers and doubles alike; only
+// the first argument, which such a list cannot begin with, needs its own type.
 
 void MachineArguments::AddInteger(std::uint64_t word) {
   if (words_ == kLimit) throw std::length_error("too many arguments");
@@ -24,18 +25,19 @@ void MachineArguments::AddInteger(std::uint64_t word) {
 }
 
 void MachineArguments::AddDouble(double number) {
+  if (words_ == 0) doubles_ = 1;
   AddInteger(std::bit_cast<std::uint64_t>(number));
 }
 
 template <class Result>
 Result MachineArguments::Call(void* function) const {
-  const auto call = [&]<std::size_t... I>(std::index_sequence<I...>) {
-    const auto target = reinterpret_cast<Result (*)(...)>(function);
-    return target(std::bit_cast<double>(stack_[0]), std::bit_cast<double>(stack_[1]),
-                  std::bit_cast<double>(stack_[2]), std::bit_cast<double>(stack_[3]),
-                  stack_[I + 4]...);
+  const auto call = [&]<class First, std::size_t... I>(First first, std::index_sequence<I...>) {
+    const auto target = reinterpret_cast<Result (*)(First, ...)>(function);
+    return target(first, std::bit_cast<double>(stack_[1]), std::bit_cast<double>(stack_[2]),
+                  std::bit_cast<double>(stack_[3]), stack_[I + 4]...);
   };
-  return call(std::make_index_sequence<kLimit - 4>());
+  constexpr std::make_index_sequence<kLimit - 4> kRest;
+  return doubles_ > 0 ? call(std::bit_cast<double>(stack_[0]), kRest) : call(stack_[0], kRest);
 }
 
 #else

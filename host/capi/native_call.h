@@ -29,9 +29,9 @@ class MachineArguments {
   static constexpr std::size_t kIntegerRegisters = 6;
   static constexpr std::size_t kDoubleRegisters = 8;
 
-  std::size_t integers_ = 0;  // words that went into integer registers
-  std::size_t doubles_ = 0;
-  std::size_t words_ = 0;  // words on the stack; with the register areas first on Windows
+  std::size_t integers_ = 0;  // in integer registers; not counted on Windows
+  std::size_t doubles_ = 0;   // in floating-point registers; on Windows, 1 when the first one is
+  std::size_t words_ = 0;     // on the stack; on Windows, all
   std::array<std::uint64_t, kIntegerRegisters> integer_registers_{};
   std::array<double, kDoubleRegisters> double_registers_{};
   std::array<std::uint64_t, kLimit> stack_{};

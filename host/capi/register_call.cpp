@@ -33,8 +33,11 @@ std::optional<std::u16string> OptionalText(const XLOPER12& record) {
 
 /// "module" in a registration is the add-in's file, by its whole path or by its name.
 bool NamesFile(std::u16string_view module, const std::filesystem::path& file) {
-  return EqualIgnoringCase(module, file.u16string()) ||
-         EqualIgnoringCase(module, file.filename().u16string());
+  if (EqualIgnoringCase(module, file.u16string()) ||
+      EqualIgnoringCase(module, file.filename().u16string()))
+    return true;
+  std::error_code ignored;
+  return std::filesystem::equivalent(std::filesystem::path(module), file, ignored);
 }
 
 bool IsFunctionName(std::u16string_view name) {
@@ -89,7 +92,7 @@ std::string ExcelApi::TryRegister(const Arguments& arguments, double& register_i
     if (texts[i].size() > kTextLimit)
       return who + fmt::format("argument {} is longer than 255 characters", i + 1);
   }
-  if (!NamesFile(function.module, file_))
+  if (module_ == nullptr || !NamesFile(function.module, module_->file()))
     return who + "the module " + ToUtf8(function.module) + " is not the add-in";
   void* address = FindProcedure(arguments[1]);
   if (address == nullptr) return who + "the add-in has no export " + ToUtf8(function.procedure);

@@ -62,6 +62,7 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
       "add-in as Excel does, computes every formula that calls it, and reports what it finds.",
       "ZavHost"};
   app.require_subcommand(1);
+  app.allow_windows_style_options(false);  // a path may begin with a slash
   app.footer(kFooter);
 
   CLI::App* run = app.add_subcommand("run", "Recalculate a workbook");

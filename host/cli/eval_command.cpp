@@ -29,6 +29,19 @@ std::u16string NameFromHeading(std::u16string heading) {
   return like_a_cell || heading[0] == u'.' ? u"_" + heading : heading;
 }
 
+/// "$B$2:$B$9": a name's relative references would move with the cell that uses it.
+std::u16string AbsoluteText(const CellRange& range) {
+  std::u16string text;
+  bool digits = true;
+  for (const char16_t c : A1Text(range)) {
+    const bool digit = c >= u'0' && c <= u'9';
+    if (c != u':' && digit != digits) text += u'$';
+    digits = c == u':' || digit;
+    text += c;
+  }
+  return text;
+}
+
 /// Where every heading of the first row is a text, the column below it can be called by that name.
 void NameColumns(Workbook& workbook) {
   const Sheet& sheet = workbook.sheets.at(0);
@@ -41,7 +54,7 @@ void NameColumns(Workbook& workbook) {
   for (std::int32_t column = 0; column <= used->last_column; ++column) {
     const CellRange range{1, column, used->last_row, column};
     workbook.names.push_back(
-        {NameFromHeading(*sheet.At(0, column).text()), u"Data!" + A1Text(range), {}});
+        {NameFromHeading(*sheet.At(0, column).text()), u"Data!" + AbsoluteText(range), {}});
   }
 }
 

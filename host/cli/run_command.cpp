@@ -27,13 +27,22 @@ std::string CellText(const RecalculatedCell& cell) {
                     : A1Text(cell.address.row, cell.address.column));
 }
 
+/// The text that stands to the left of a cell in its row, which is where people put what it is.
+std::string RowLabel(const Workbook& workbook, const CellAddress& address) {
+  for (std::int32_t column = address.column - 1; column >= 0; --column) {
+    const Value& left = workbook.sheets[address.sheet].At(address.row, column);
+    if (left.text() != nullptr) return DisplayText(left);
+  }
+  return "";
+}
+
 bool Changed(const RecalculatedCell& cell) {
   return !cell.before.IsBlank() && !(cell.before == cell.after);
 }
 
 std::size_t CountChanged(const RecalculationReport& report) {
   std::size_t changed = 0;
-  for (const RecalculatedCell& cell : report.cells) changed += Changed(cell) ? 1 : 0;
+  for (const RecalculatedCell& cell : report.cells) changed += Changed(cell) ? 1u : 0u;
   return changed;
 }
 
@@ -47,8 +56,8 @@ void PrintTable(const Workbook& workbook, const RecalculationReport& report) {
                                                         {"Value", Alignment::kRight, 32},
                                                         {"", Alignment::kLeft, 32}}))
             .first->second;
-    table.AddRow({CellText(cell), FormulaText(cell), DisplayText(cell.after),
-                  Changed(cell) ? "was " + DisplayText(cell.before) : ""});
+    table.AddRow({CellText(cell), RowLabel(workbook, cell.address), FormulaText(cell),
+                  DisplayText(cell.after), Changed(cell) ? "was " + DisplayText(cell.before) : ""});
   }
   for (const auto& [sheet, table] : tables) {
     std::cout << '\n' << ToUtf8(workbook.sheets[sheet].name()) << "\n\n" << table.Render();

@@ -5,7 +5,7 @@
 
 #include <doctest/doctest.h>
 
-#include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <iterator>
 

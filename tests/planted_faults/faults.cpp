@@ -176,7 +176,7 @@ PLANTED_EXPORT const char* FaultLongNarrow() {
 }
 
 PLANTED_EXPORT double FaultCrash() {
-  int* volatile nowhere = nullptr;
+  volatile int* volatile nowhere = nullptr;
   *nowhere = 1;
   return 1;
 }
@@ -184,9 +184,11 @@ PLANTED_EXPORT double FaultCrash() {
 PLANTED_EXPORT double FaultAbort() { std::abort(); }
 
 namespace {
+double Recurse(double depth);
+double (*volatile recurse)(double) = Recurse;  // which the compiler cannot see through
 double Recurse(double depth) {
   volatile char frame[4096] = {};
-  return depth + frame[0] + Recurse(depth + 1) + frame[4095];
+  return depth + frame[0] + recurse(depth + 1) + frame[4095];
 }
 }  // namespace
-PLANTED_EXPORT double FaultStack() { return Recurse(0); }
+PLANTED_EXPORT double FaultStack() { return recurse(0); }
