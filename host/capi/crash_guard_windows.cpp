@@ -106,7 +106,7 @@ void GuardAgainstCrashes(const Judge& judge) {
   SetUnhandledExceptionFilter(OnUnhandledException);
   std::signal(SIGABRT, OnAbort);
   // Room for the report when the stack is what ran out.
-  ULONG bytes = 256 << 10;
+  ULONG bytes = 64 << 10;
   SetThreadStackGuarantee(&bytes);
 }
 

@@ -69,6 +69,7 @@ void PrintDetails(const RegisteredFunction& function) {
   // The help of a repeated argument stands once, by its first name.
   const std::size_t count = std::min(function.argument_helps.size(), names.size());
   for (std::size_t i = 0; i < count; ++i) {
+    if (i > 0 && function.argument_helps[i] == function.argument_helps[i - 1]) continue;
     std::string indent = "    " + names[i] + std::string(width - DisplayWidth(names[i]) + 2, ' ');
     if (i == 0) std::cout << '\n';
     for (const std::string& text :

@@ -31,7 +31,7 @@ std::string CellText(const RecalculatedCell& cell) {
 std::string RowLabel(const Workbook& workbook, const CellAddress& address) {
   for (std::int32_t column = address.column - 1; column >= 0; --column) {
     const Value& left = workbook.sheets[address.sheet].At(address.row, column);
-    if (left.text() != nullptr) return DisplayText(left);
+    if (left.text() != nullptr && !left.text()->empty()) return DisplayText(left);
   }
   return "";
 }
@@ -52,7 +52,8 @@ void PrintTable(const Workbook& workbook, const RecalculationReport& report) {
     TextTable& table =
         tables
             .try_emplace(cell.address.sheet, TextTable({{"Cell"},
-                                                        {"Formula", Alignment::kLeft, 64},
+                                                        {"Row", Alignment::kLeft, 30},
+                                                        {"Formula", Alignment::kLeft, 56},
                                                         {"Value", Alignment::kRight, 32},
                                                         {"", Alignment::kLeft, 32}}))
             .first->second;

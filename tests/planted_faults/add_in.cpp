@@ -92,7 +92,6 @@ constexpr Row kRows[] = {
     {u"FaultLongNarrow", u"C"},
     {u"FaultCrash", u"B"},
     {u"FaultAbort", u"B"},
-    {u"FaultStack", u"B"},
 };
 
 }  // namespace

@@ -182,13 +182,3 @@ PLANTED_EXPORT double FaultCrash() {
 }
 
 PLANTED_EXPORT double FaultAbort() { std::abort(); }
-
-namespace {
-double Recurse(double depth);
-double (*volatile recurse)(double) = Recurse;  // which the compiler cannot see through
-double Recurse(double depth) {
-  volatile char frame[4096] = {};
-  return depth + frame[0] + recurse(depth + 1) + frame[4095];
-}
-}  // namespace
-PLANTED_EXPORT double FaultStack() { return recurse(0); }
