@@ -56,8 +56,8 @@ void HostMemory::Free(const void* block) {
   }
 }
 
-// An address is known as freed for as long as its memory stays here: afterwards it may be anybody's, the
-// add-in's own heap included.
+// An address is known as freed for as long as its memory stays here: afterwards it may be
+// anybody's, the add-in's own heap included.
 void HostMemory::Retire(Block block) {
   if (block.bytes > kLargestKept) return;
   freed_.insert(block.storage.get());

@@ -1,10 +1,12 @@
 #include "platform/memory_status.h"
 
+#include <chrono>
 #include <cstdio>
 
 namespace zavrel {
+namespace {
 
-MemoryStatus ReadMemoryStatus() noexcept {
+MemoryStatus ReadFromKernel() noexcept {
   std::FILE* file = std::fopen("/proc/meminfo", "r");
   if (file == nullptr) return {};
   unsigned long long total = 0;
@@ -17,6 +19,21 @@ MemoryStatus ReadMemoryStatus() noexcept {
   constexpr std::uint64_t kAddressSpace = std::uint64_t{1} << 47;
   return {static_cast<std::uint32_t>((total - available) * 100 / total), total * 1024,
           available * 1024, kAddressSpace, kAddressSpace};
+}
+
+}  // namespace
+
+// The kernel writes a page of text for every reading, at ten microseconds each; a tenth of a second
+// changes little.
+MemoryStatus ReadMemoryStatus() noexcept {
+  using Clock = std::chrono::steady_clock;
+  thread_local MemoryStatus latest;
+  thread_local Clock::time_point good_until;
+  if (const auto now = Clock::now(); now >= good_until) {
+    latest = ReadFromKernel();
+    good_until = now + std::chrono::milliseconds(100);
+  }
+  return latest;
 }
 
 }  // namespace zavrel
