@@ -56,7 +56,7 @@ def fill_summary(sheet, last):
         ("Empty cells", "=ZavCountCellsByType({name},4)", "0"),
         ("Texts and errors", "=ZavCountCellsByType({name},3)", "0"),
         ("Mean", "=ZavMean({name})", "0.000"),
-        ("Mean, empty if incomplete", "=ZavMeanI({name})", "0.000"),
+        ("Mean of complete data", '=IF(ZavMeanI({name})="","incomplete",ZavMeanI({name}))', "0.000"),
         ("Standard deviation", "=ZavStdDev({name})", "0.000"),
         ("Variance", "=ZavVariance({name})", "0.000"),
         ("Variance (population)", "=ZavVarianceP({name})", "0.000"),
@@ -95,7 +95,6 @@ def fill_summary(sheet, last):
         ("Coefficient of variation (%)", "=100*ZavStdDev(Ozone)/ZavMean(Ozone)"),
         ("Mean temperature in °C", "=ROUND((ZavMean(Temp)-32)/1.8,2)"),
         ("Of nothing at all", "=IFERROR(ZavMean(Data!H2:H9),\"no data\")"),
-        ("An error kept", "=ZavMean(Data!H2:H9)"),
     ]
     for line, (label, formula) in enumerate(others, start=first + 1):
         sheet.cell(line, 1, label)

@@ -1,6 +1,6 @@
 #pragma once
-// The texts of the message library as a table for programs that are not built for Windows, where they
-// come from the resource DLL instead. Generated from the files in texts/.
+// The texts of the message library as a table for programs that are not built for Windows, where
+// they come from the resource DLL instead. Generated from the files in texts/.
 
 #include <cstdint>
 #include <span>

@@ -31,8 +31,6 @@ std::function<void(std::size_t, std::size_t)> ProgressToTerminal();
 std::string DisplayText(const Value& value);
 /// The same with a number in its shortest form that reads back exactly.
 std::string ExactText(const Value& value);
-/// "Sheet1!B7", or "'My sheet'!B7" where the name needs quotes.
-std::string PlaceText(const Workbook& workbook, const CellAddress& address);
 /// One field of comma-separated output.
 std::string CsvField(const std::string& text);
 

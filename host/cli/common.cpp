@@ -30,23 +30,6 @@ std::string ExactText(const Value& value) {
   return number == nullptr ? DisplayText(value) : fmt::format("{}", *number);
 }
 
-std::string PlaceText(const Workbook& workbook, const CellAddress& address) {
-  const std::u16string& name = workbook.sheets[address.sheet].name();
-  const bool plain = !name.empty() && std::all_of(name.begin(), name.end(), [](char16_t c) {
-    return c == u'_' || (c >= u'0' && c <= u'9') || (c >= u'A' && c <= u'Z') ||
-           (c >= u'a' && c <= u'z') || c >= 0x80;
-  }) && !(name[0] >= u'0' && name[0] <= u'9');
-  std::u16string place;
-  if (plain) {
-    place = name;
-  } else {
-    place = u"'";
-    for (const char16_t c : name) place.append(c == u'\'' ? 2 : 1, c);
-    place += u"'";
-  }
-  return ToUtf8(place + u"!" + A1Text(address.row, address.column));
-}
-
 std::string CsvField(const std::string& text) {
   if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
   std::string quoted = "\"";

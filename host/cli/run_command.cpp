@@ -2,6 +2,7 @@
 
 #include <iostream>
 #include <map>
+#include <set>
 
 #include "host/cli/commands.h"
 #include "host/cli/json_value.h"
@@ -27,11 +28,14 @@ std::string CellText(const RecalculatedCell& cell) {
                     : A1Text(cell.address.row, cell.address.column));
 }
 
-/// The text that stands to the left of a cell in its row, which is where people put what it is.
-std::string RowLabel(const Workbook& workbook, const CellAddress& address) {
-  for (std::int32_t column = address.column - 1; column >= 0; --column) {
-    const Value& left = workbook.sheets[address.sheet].At(address.row, column);
-    if (left.text() != nullptr && !left.text()->empty()) return DisplayText(left);
+/// The nearest text to the left of a cell in its row that no formula made: where people put what it
+/// is.
+std::string RowLabel(const Workbook& workbook, const std::set<CellAddress>& formulas,
+                     CellAddress cell) {
+  while (--cell.column >= 0) {
+    const Value& left = workbook.sheets[cell.sheet].At(cell.row, cell.column);
+    if (left.text() != nullptr && !left.text()->empty() && !formulas.contains(cell))
+      return DisplayText(left);
   }
   return "";
 }
@@ -40,13 +44,22 @@ bool Changed(const RecalculatedCell& cell) {
   return !cell.before.IsBlank() && !(cell.before == cell.after);
 }
 
-std::size_t CountChanged(const RecalculationReport& report) {
+/// "3 changed since the workbook was saved, 2 had no value then".
+std::string ChangesText(const RecalculationReport& report) {
   std::size_t changed = 0;
-  for (const RecalculatedCell& cell : report.cells) changed += Changed(cell) ? 1u : 0u;
-  return changed;
+  std::size_t without_value = 0;
+  for (const RecalculatedCell& cell : report.cells) {
+    changed += Changed(cell) ? 1u : 0u;
+    without_value += cell.before.IsBlank() ? 1u : 0u;
+  }
+  std::string text = fmt::format("{} changed since the workbook was saved", changed);
+  if (without_value > 0) text += fmt::format(", {} had no value then", without_value);
+  return text;
 }
 
 void PrintTable(const Workbook& workbook, const RecalculationReport& report) {
+  std::set<CellAddress> formulas;
+  for (const FormulaCell& formula : workbook.formulas) formulas.insert(formula.address);
   std::map<std::uint32_t, TextTable> tables;
   for (const RecalculatedCell& cell : report.cells) {
     TextTable& table =
@@ -57,7 +70,7 @@ void PrintTable(const Workbook& workbook, const RecalculationReport& report) {
                                                         {"Value", Alignment::kRight, 32},
                                                         {"", Alignment::kLeft, 32}}))
             .first->second;
-    table.AddRow({CellText(cell), RowLabel(workbook, cell.address), FormulaText(cell),
+    table.AddRow({CellText(cell), RowLabel(workbook, formulas, cell.address), FormulaText(cell),
                   DisplayText(cell.after), Changed(cell) ? "was " + DisplayText(cell.before) : ""});
   }
   for (const auto& [sheet, table] : tables) {
@@ -144,8 +157,7 @@ int RunCommand(const CommandLine& line) {
   for (const std::string& warning : report.warnings) std::cerr << "warning: " << warning << '\n';
   for (const std::string& error : report.errors) std::cerr << "error: " << error << '\n';
   if (line.form == OutputForm::kTable) {
-    std::cout << Plural(report.cells.size(), "formula") << " recalculated, " << CountChanged(report)
-              << " changed since the workbook was saved";
+    std::cout << Plural(report.cells.size(), "formula") << " recalculated, " << ChangesText(report);
     if (write) std::cout << "; written to " << ToUtf8(line.output.u16string());
     std::cout << ".\n";
   }

@@ -98,20 +98,15 @@ class CsvReader {
 }  // namespace
 
 Workbook ReadCsv(const std::filesystem::path& file, const XlsxLimits& limits) {
-  try {
+  return ReadNamed(file, [&] {
     const std::string text = ReadFile(file, limits.part_bytes);
     if (text.find('\0') != std::string::npos) {
       throw WorkbookError("this is not comma-separated text in UTF-8");
     }
     Workbook workbook;
-    workbook.file_name = file.filename().u16string();
     CsvReader(text, workbook.sheets.emplace_back(u"Data"), limits.cells).Read();
     return workbook;
-  } catch (const WorkbookError& error) {
-    throw WorkbookError(fmt::format("{}: {}", PrintablePath(file), error.what()));
-  } catch (const std::bad_alloc&) {
-    throw WorkbookError(fmt::format("{}: not enough memory to read it", PrintablePath(file)));
-  }
+  });
 }
 
 }  // namespace zavhost

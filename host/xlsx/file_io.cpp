@@ -6,7 +6,7 @@
 #include <random>
 #include <system_error>
 
-#include "host/workbook/workbook.h"
+#include "host/xlsx/messages.h"
 
 namespace zavhost {
 namespace fs = std::filesystem;
@@ -92,6 +92,18 @@ void WriteFile(const fs::path& file, const std::string& bytes) {
     fs::permissions(temporary.path(), before.permissions(), error);
   }
   temporary.MoveTo(target);
+}
+
+Workbook ReadNamed(const std::filesystem::path& file, const std::function<Workbook()>& read) {
+  try {
+    Workbook workbook = read();
+    workbook.file_name = file.filename().u16string();
+    return workbook;
+  } catch (const WorkbookError& error) {
+    throw WorkbookError(fmt::format("{}: {}", PrintablePath(file), error.what()));
+  } catch (const std::bad_alloc&) {
+    throw WorkbookError(fmt::format("{}: not enough memory to read it", PrintablePath(file)));
+  }
 }
 
 }  // namespace zavhost

@@ -3,7 +3,10 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
+
+#include "host/workbook/workbook.h"
 
 namespace zavhost {
 
@@ -14,5 +17,9 @@ std::string ReadFile(const std::filesystem::path& file, std::uint64_t limit);
 /// Writes a file by way of a temporary one beside it, so that a failure leaves what was there.
 /// Throws WorkbookError (without the file's name).
 void WriteFile(const std::filesystem::path& file, const std::string& bytes);
+
+/// The workbook that `read` makes of a file. What goes wrong becomes a WorkbookError that begins
+/// with the file's name.
+Workbook ReadNamed(const std::filesystem::path& file, const std::function<Workbook()>& read);
 
 }  // namespace zavhost

@@ -55,16 +55,10 @@ Workbook ReadArchive(ZipArchive& archive, const XlsxLimits& limits) {
 }  // namespace
 
 Workbook ReadXlsx(const std::filesystem::path& file, const XlsxLimits& limits) {
-  try {
+  return ReadNamed(file, [&] {
     ZipArchive archive(ReadFile(file, limits.file_bytes), limits);
-    Workbook workbook = ReadArchive(archive, limits);
-    workbook.file_name = file.filename().u16string();
-    return workbook;
-  } catch (const WorkbookError& error) {
-    throw WorkbookError(fmt::format("{}: {}", PrintablePath(file), error.what()));
-  } catch (const std::bad_alloc&) {
-    throw WorkbookError(fmt::format("{}: not enough memory to read it", PrintablePath(file)));
-  }
+    return ReadArchive(archive, limits);
+  });
 }
 
 }  // namespace zavhost

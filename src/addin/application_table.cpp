@@ -37,7 +37,7 @@ ApplicationRecord::ApplicationRecord(const Announcement& announcement)
 
 std::u16string ProductName(unsigned application_id) {
   if (application_id == 5) return u"Zavrel";
-  return u"Application" + FromUtf8(std::to_string(application_id));
+  return u"Application" + Utf16FromUtf8(std::to_string(application_id));
 }
 
 ProductVersion ParseVersion(std::u16string_view text) {
@@ -78,7 +78,7 @@ std::u16string ApplicationTable::HelpKey(unsigned application_id) const {
   const ProductVersion version =
       record != nullptr ? ParseVersion(record->version) : ProductVersion();
   return u"Software\\Brennic\\" + ProductName(application_id) + u'\\' +
-         FromUtf8(std::to_string(version.major) + '.' + std::to_string(version.minor));
+         Utf16FromUtf8(std::to_string(version.major) + '.' + std::to_string(version.minor));
 }
 
 }  // namespace zavrel

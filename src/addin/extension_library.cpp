@@ -11,7 +11,7 @@ std::u16string ExtensionLibraryPath(std::u16string_view add_in_folder, unsigned 
   std::u16string path(add_in_folder);
   if (!path.ends_with(u'\\')) path += u'\\';
   return path + u"ZavrelFuncs Extensions\\NonparametricTests" +
-         FromUtf8(std::to_string(major_version)) + u"_x64.DLL";
+         Utf16FromUtf8(std::to_string(major_version)) + u"_x64.DLL";
 }
 
 ExtensionLibrary::ExtensionLibrary(std::u16string path, Loader load)

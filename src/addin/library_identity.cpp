@@ -21,7 +21,7 @@ LibraryIdentity ReadIdentity() {
   }
   for (const std::uint16_t part : version) {
     if (!identity.version_text.empty()) identity.version_text += u'.';
-    identity.version_text += FromUtf8(std::to_string(part));
+    identity.version_text += Utf16FromUtf8(std::to_string(part));
   }
   return identity;
 }

@@ -17,16 +17,18 @@ constexpr std::size_t kFixedArguments = 10;  // up to and with the function help
 
 std::u16string Resolve(TextReference text, const RegistrationSources& sources) {
   if (text.is_null()) return {};
-  return text.is_message_id() ? sources.message(text.message_id()) : FromUtf8(text.literal());
+  return text.is_message_id() ? sources.message(text.message_id()) : Utf16FromUtf8(text.literal());
 }
 
-XXloper RegistrationText(std::u16string_view text) { return XXloper::Text(CutText(text)); }
+XXloper RegistrationText(std::u16string_view text) {
+  return XXloper::Text(CutToUnits(text, kRegistrationTextLimit));
+}
 
 /// A help text with a space behind it. The function wizard is known to lose the last character of
 /// the last help it was given; with the space, that is what it loses. The cut counts the space.
 XXloper HelpText(std::u16string_view text) {
   if (text.empty()) return XXloper::Text(text);
-  return XXloper::Text(std::u16string(CutText(text, kRegistrationTextLimit - 1)) + u' ');
+  return XXloper::Text(std::u16string(CutToUnits(text, kRegistrationTextLimit - 1)) + u' ');
 }
 
 /// Fills the positions of the argument helps; false when the row has none.
@@ -53,16 +55,9 @@ std::optional<double> NumberIn(const XXloper& value) {
 
 }  // namespace
 
-std::u16string_view CutText(std::u16string_view text, std::size_t limit) {
-  if (text.size() <= limit) return text;
-  const bool splits_pair =
-      limit > 0 && (text[limit - 1] & 0xFC00) == 0xD800 && (text[limit] & 0xFC00) == 0xDC00;
-  return text.substr(0, splits_pair ? limit - 1 : limit);
-}
-
 std::u16string WideTypeText(std::string_view type_text) {
   if (type_text.ends_with('$')) type_text.remove_suffix(1);
-  std::u16string wide = FromUtf8(type_text);
+  std::u16string wide = Utf16FromUtf8(type_text);
   std::replace(wide.begin(), wide.end(), u'P', u'Q');
   std::replace(wide.begin(), wide.end(), u'R', u'U');
   return wide;
@@ -84,7 +79,7 @@ unsigned HelpOwner(unsigned category, std::uint32_t application_mask) {
 
 std::u16string HelpTopic(std::u16string_view help_file, int topic_id) {
   if (help_file.empty() || topic_id == -1) return {};
-  return std::u16string(help_file) + u'!' + FromUtf8(std::to_string(topic_id));
+  return std::u16string(help_file) + u'!' + Utf16FromUtf8(std::to_string(topic_id));
 }
 
 void Registration::Register(std::uint32_t application_mask, const RegistrationSources& sources) {
@@ -119,9 +114,9 @@ void Registration::RegisterRow(const RegistrationRow& row, const std::u16string&
       row, sources, std::span(arguments).subspan<kFixedArguments, kArgumentHelps>());
 
   arguments[0] = RegistrationText(sources.library_path);
-  arguments[1] = RegistrationText(FromUtf8(row.export_name));
+  arguments[1] = RegistrationText(Utf16FromUtf8(row.export_name));
   arguments[2] = RegistrationText(WideTypeText(row.type_text));
-  arguments[3] = RegistrationText(FromUtf8(row.visible_name));
+  arguments[3] = RegistrationText(Utf16FromUtf8(row.visible_name));
   arguments[4] = RegistrationText(Resolve(row.argument_text, sources));
   arguments[5] = XXloper::Number(row.macro_type);
   arguments[6] = RegistrationText(category);

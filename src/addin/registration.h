@@ -17,9 +17,6 @@ namespace zavrel {
 /// Longest text that a registration takes; longer ones make Excel refuse the row.
 inline constexpr std::size_t kRegistrationTextLimit = 255;
 
-/// At most `limit` code units from the start; a surrogate pair is left out rather than split.
-std::u16string_view CutText(std::u16string_view text, std::size_t limit = kRegistrationTextLimit);
-
 /// The type text as Excel's XLOPER12 interface has it: P becomes Q, R becomes U, and a `$` at the
 /// end (thread-safe) goes.
 std::u16string WideTypeText(std::string_view type_text);

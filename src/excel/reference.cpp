@@ -10,7 +10,7 @@ namespace {
 
 void AppendCell(std::u16string& text, std::int32_t row, std::int32_t column) {
   text += ColumnLetters(column);
-  text += FromUtf8(std::to_string(row + 1));
+  text += Utf16FromUtf8(std::to_string(row + 1));
 }
 
 void AppendSheet(std::u16string& text, std::u16string_view sheet_name) {

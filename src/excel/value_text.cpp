@@ -18,7 +18,7 @@ std::string Quoted(std::u16string_view text) {
   std::u16string shown(CutToUnits(text, kShownUnits));
   std::replace_if(
       shown.begin(), shown.end(), [](char16_t unit) { return unit < u' '; }, u' ');
-  return '"' + ToUtf8(shown) + (shown.size() < text.size() ? "\"..." : "\"");
+  return '"' + Utf8FromUtf16(shown) + (shown.size() < text.size() ? "\"..." : "\"");
 }
 
 /// The content of a single value; empty for what has none.
@@ -44,7 +44,7 @@ std::string ReferenceContent(const XLOPER12& value) {
   const auto reference = ReferenceView::Of(value);
   if (!reference) return {};
   const OneArea first(*reference, reference->areas().front());
-  std::string text = ToUtf8(ReferenceText(*ReferenceView::Of(first.record()), {}));
+  std::string text = Utf8FromUtf16(ReferenceText(*ReferenceView::Of(first.record()), {}));
   if (const auto sheet_id = reference->sheet_id()) text = fmt::format("[{:X}]", *sheet_id) + text;
   return reference->areas().size() > 1 ? text + ",..." : text;
 }

@@ -25,10 +25,10 @@ class FloatingPointScope {
   std::uint16_t x87_control_;
 };
 
-/// Pins a result: what leads to it is computed before, what follows after. The compiler knows nothing
-/// of the floating-point environment and would otherwise move arithmetic across reading the status or
-/// restoring the control words. Every result that leaves a scope goes through here last. (By value: an
-/// accumulator that is pinned itself would live in memory throughout its loop.)
+/// Pins a result: what leads to it is computed before, what follows after. The compiler knows
+/// nothing of the floating-point environment and would otherwise move arithmetic across reading the
+/// status or restoring the control words. Every result that leaves a scope goes through here last.
+/// (By value: an accumulator that is pinned itself would live in memory throughout its loop.)
 template <class T>
 T Settled(T result) {
   asm volatile("" : "+m"(result) : : "memory");

@@ -52,7 +52,7 @@ int FakeExcel::Register(int count, XLOPER12** arguments, XLOPER12* result) {
   if (made.export_name() == refused_export) return xlretFailed;
   ++registrations;
   const std::u16string name = made.export_name();
-  if (Has(name.c_str())) faults.push_back("registered twice: " + ToUtf8(name));
+  if (Has(name.c_str())) faults.push_back("registered twice: " + Utf8FromUtf16(name));
   names_[next_id_] = name;
   by_name_[name] = std::move(made);
   result->xltype = xltypeNum;
@@ -77,7 +77,7 @@ int FakeExcel::Unregister(double id, XLOPER12* result) {
 SessionServices QuietServices() {
   const auto text = [](std::uint16_t language, std::uint16_t id) -> std::optional<std::u16string> {
     if (language != 9 && language != 7) return std::nullopt;
-    return FromUtf8(std::to_string(language) + ':' + std::to_string(id) + " {1}");
+    return Utf16FromUtf8(std::to_string(language) + ':' + std::to_string(id) + " {1}");
   };
   return {.messages = [=] { return MessageLibrary(text); },
           .extension_present = [] { return false; },

@@ -19,7 +19,7 @@ TEST_CASE("the literal 16384 among the arguments of the library's functions") {
            u"=ZavMean(\"a)\",16384)",
            u"=ZavMean(16384",
        }) {
-    CHECK_MESSAGE(CorrectedXloper::Is16384InFormula(formula), ToUtf8(formula));
+    CHECK_MESSAGE(CorrectedXloper::Is16384InFormula(formula), Utf8FromUtf16(formula));
   }
   for (const char16_t* formula : {
            u"",
@@ -40,7 +40,7 @@ TEST_CASE("the literal 16384 among the arguments of the library's functions") {
            u"=MyZav(16384)",
            u"=ZavMean('16384'!A1)",
        }) {
-    CHECK_MESSAGE(!CorrectedXloper::Is16384InFormula(formula), ToUtf8(formula));
+    CHECK_MESSAGE(!CorrectedXloper::Is16384InFormula(formula), Utf8FromUtf16(formula));
   }
 }
 

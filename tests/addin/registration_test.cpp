@@ -16,7 +16,7 @@ constexpr std::uint32_t kApplication7 = 1u << 7;
 
 RegistrationSources Sources() {
   return {.library_path = u"C:\\Add-ins\\ZavrelFuncs8_x64.xll",
-          .message = [](std::uint32_t id) { return u"text " + FromUtf8(std::to_string(id)); },
+          .message = [](std::uint32_t id) { return u"text " + Utf16FromUtf8(std::to_string(id)); },
           .help_file =
               [](unsigned application) {
                 return application == 5 ? std::u16string(u"C:\\help.chm") : std::u16string();
@@ -138,10 +138,10 @@ TEST_CASE("a help topic needs a file and a number; the owner follows the categor
 }
 
 TEST_CASE("long texts are cut, and never through a surrogate pair") {
-  CHECK(CutText(std::u16string(255, u'x')).size() == 255);
-  CHECK(CutText(std::u16string(256, u'x')).size() == 255);
+  CHECK(CutToUnits(std::u16string(255, u'x'), kRegistrationTextLimit).size() == 255);
+  CHECK(CutToUnits(std::u16string(256, u'x'), kRegistrationTextLimit).size() == 255);
   const std::u16string pair = std::u16string(254, u'x') + u"\U0001F600";
-  CHECK(CutText(pair).size() == 254);
+  CHECK(CutToUnits(pair, kRegistrationTextLimit).size() == 254);
 
   FakeExcel excel;
   Registration main(MainTable());

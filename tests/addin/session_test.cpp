@@ -78,7 +78,7 @@ TEST_CASE("a companion's language is remembered, and what cannot be written is l
   std::u16string written;
   services.write_user_number = [&](const std::u16string& key, const std::u16string& name,
                                    std::uint32_t value) {
-    written = key + u'|' + name + u'|' + FromUtf8(std::to_string(value));
+    written = key + u'|' + name + u'|' + Utf16FromUtf8(std::to_string(value));
     throw std::runtime_error("no registry");
   };
   const OpenSession session(services);

@@ -87,7 +87,7 @@ void ScriptedExcel::AnswerCoercions(XXloper cell) {
   On(xlCoerce, [this, cell](Arguments arguments, XLOPER12& result) {
     const XXloper source = XXloper::FromArgument(arguments[0]);
     if (source.Is(xltypeSRef | xltypeRef)) return GiveScalar(cell, result);
-    const std::string text = ToUtf8(source.text());
+    const std::string text = Utf8FromUtf16(source.text());
     switch (arguments.size() == 2 ? arguments[1]->val.w : 0) {
       case xltypeNum: {
         double number = 0;

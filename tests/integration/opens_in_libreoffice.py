@@ -3,7 +3,8 @@
 
     opens_in_libreoffice.py WINE_RUN ZAVHOST WORKBOOK SCRATCH_FOLDER
 
-Array formulas are left out: LibreOffice recalculates those on load and knows no function of the add-in.
+Left out is what LibreOffice recalculates on load, knowing no function of the add-in: array formulas, and
+formulas whose stored result is an error or an empty text.
 """
 
 import csv
@@ -23,8 +24,6 @@ def cell_of(rows, name):
 
 
 def same(shown, value):
-    if isinstance(value, dict):
-        return shown == value["error"]
     if isinstance(value, bool):
         return shown == str(value).upper()
     if isinstance(value, (int, float)):
@@ -49,7 +48,7 @@ def main():
         with open(folder / f"written-{sheet}.csv", newline="", encoding="utf-8") as file:
             rows = list(csv.reader(file))
         for cell in report["cells"]:
-            if cell["sheet"] != sheet or "array" in cell:
+            if cell["sheet"] != sheet or "array" in cell or cell["value"] == "" or isinstance(cell["value"], dict):
                 continue
             shown = cell_of(rows, cell["cell"])
             if not same(shown, cell["value"]):

@@ -1,6 +1,6 @@
 #pragma once
-// The real add-in in the real host: the built XLL on Windows, the same entry points linked into the test
-// program elsewhere.
+// The real add-in in the real host: the built XLL on Windows, the same entry points linked into the
+// test program elsewhere.
 
 #include <filesystem>
 #include <memory>
@@ -17,7 +17,8 @@ std::filesystem::path AddInFile();
 std::filesystem::path ScratchFolder();
 
 /// An engine with the add-in open, over a workbook of one sheet "Data" unless another is given.
-std::unique_ptr<zavhost::Engine> OpenAddIn(zavhost::Workbook workbook = {}, std::uint32_t language = 9);
+std::unique_ptr<zavhost::Engine> OpenAddIn(zavhost::Workbook workbook = {},
+                                           std::uint32_t language = 9);
 
 /// The same, announced for application 5.
 std::unique_ptr<zavhost::Engine> ServingAddIn(zavhost::Workbook workbook = {});

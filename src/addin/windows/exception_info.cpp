@@ -51,7 +51,7 @@ ZAV_EXPORT std::int32_t ZavrelGetExceptionInfoVB(std::uint32_t failure_number, B
     if (!failure) return 0;
     // All three are made before the first is handed over: without memory nothing is touched.
     NewString new_class(failure->class_name());
-    NewString new_place(FromUtf8(failure->place()));
+    NewString new_place(Utf16FromUtf8(failure->place()));
     NewString new_message(session->MessageOf(*failure));
     new_class.HandOver(class_name);
     new_place.HandOver(place);

@@ -83,7 +83,8 @@ inline IDispatch* ObjectIn(const std::optional<OwnedVariant>& property) {
 inline std::optional<long> IntegerIn(const std::optional<OwnedVariant>& property) {
   if (!property) return std::nullopt;
   OwnedVariant number;
-  if (FAILED(VariantChangeType(number.address(), Unconst(property->get()), 0, VT_I4))) return std::nullopt;
+  if (FAILED(VariantChangeType(number.address(), Unconst(property->get()), 0, VT_I4)))
+    return std::nullopt;
   return number.get().lVal;
 }
 

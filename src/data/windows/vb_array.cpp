@@ -104,7 +104,8 @@ XXloper BlockOfNumbers(const DoubleMatrix& matrix) {
 
 XXloper ExcelValueOf(const VARIANT& variant) {
   OwnedVariant copy;
-  if (FAILED(VariantCopyInd(copy.address(), Unconst(variant)))) return XXloper::Error(ExcelError::kValue);
+  if (FAILED(VariantCopyInd(copy.address(), Unconst(variant))))
+    return XXloper::Error(ExcelError::kValue);
   const VARIANT& value = copy.get();
   switch (value.vt) {
     case VT_EMPTY:
@@ -143,7 +144,8 @@ DoubleMatrix MatrixFromVbArray(SAFEARRAY* array) {
   const std::size_t rows = ElementsIn(array, 1);
   const std::size_t columns = ElementsIn(array, 2);
   const SafeArrayLock lock(array);
-  if (!lock.ok()) throw VekArraySizeError("MatrixFromVbArray", messages::kMessageArrayServiceFailed);
+  if (!lock.ok())
+    throw VekArraySizeError("MatrixFromVbArray", messages::kMessageArrayServiceFailed);
   DoubleMatrix matrix(rows, std::vector<double>(columns));
   const auto* element = static_cast<const double*>(lock.data());
   for (std::size_t column = 0; column < columns; ++column) {
@@ -164,7 +166,8 @@ XXloper CellBlockFromVbArray(SAFEARRAY* array) {
     throw VekInvalidDataType("CellBlockFromVbArray", messages::kMessageInvalidDataType);
   }
   const SafeArrayLock lock(array);
-  if (!lock.ok()) throw VekArraySizeError("CellBlockFromVbArray", messages::kMessageArrayServiceFailed);
+  if (!lock.ok())
+    throw VekArraySizeError("CellBlockFromVbArray", messages::kMessageArrayServiceFailed);
   XXloperArray block(static_cast<std::int32_t>(extent.rows),
                      static_cast<std::int32_t>(extent.columns));
   for (std::size_t row = 0; row < extent.rows; ++row) {
