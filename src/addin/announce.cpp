@@ -2,6 +2,7 @@
 #include "addin/announce.h"
 
 #include "addin/announced_text.h"
+#include "addin/opening.h"
 #include "addin/session.h"
 #include "addin/worksheet_function.h"
 #include "platform/export.h"
@@ -9,14 +10,17 @@
 namespace zavrel {
 
 void AnnounceToSession(const Announcement& announcement) {
+  // Excel closes the add-in before it asks whether to save; a user who cancels goes on working, and
+  // Excel need not open the add-in again. The companion that announces itself then means to be
+  // served.
+  if (Session::Current() == nullptr) ReopenAddIn();
   Session* session = Session::Current();
   if (session != nullptr) session->Announce(announcement);
 }
 
 /// Announces a companion application and registers the functions that it uses.
-/// The automation objects may be null, the texts (null-terminated) null or empty. Without an open
-/// session, before xlAutoOpen or after xlAutoClose, nothing is registered and nothing is kept: a
-/// companion announces itself again when it is loaded again.
+/// The automation objects may be null, the texts (null-terminated) null or empty. Before the first
+/// xlAutoOpen nothing is registered and nothing is kept; after xlAutoClose the add-in opens again.
 ZAV_EXPORT void InitializeXlaInformationW(void* excel_application, void* companion,
                                           std::uint16_t application_id,
                                           const char16_t* workbook_file, std::int32_t language_id,

@@ -4,8 +4,8 @@
 
 namespace zavrel {
 
-/// Hands an announcement to the open session. Without one it is noted in the log, if there is one,
-/// and forgotten.
+/// Hands an announcement to the open session; opens the add-in again if it was open before.
+/// Forgotten if it never was.
 void AnnounceToSession(const Announcement& announcement);
 
 }  // namespace zavrel

@@ -6,7 +6,7 @@ namespace zavrel {
 enum class UpkeepMode {
   kAfterCall = 0,  // every worksheet function, just before it returns
   kPruneData = 1,
-  kClearAll = 2,
+  kClearAll = 2,  // the further caches as well
 };
 
 /// Percent of the machine's physical memory in use from which cached data sets are pruned, and from

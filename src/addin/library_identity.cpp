@@ -33,6 +33,14 @@ const LibraryIdentity& LibraryIdentity::OfThisLibrary() {
   return identity;
 }
 
+std::int32_t MajorVersion() noexcept {
+  try {
+    return static_cast<std::int32_t>(LibraryIdentity::OfThisLibrary().major_version);
+  } catch (...) {
+    return static_cast<std::int32_t>(LibraryIdentity::kNoVersion);
+  }
+}
+
 std::string SessionName() {
   return "VekZavrelFuncs" + std::to_string(LibraryIdentity::OfThisLibrary().major_version);
 }

@@ -5,6 +5,7 @@
 
 #include "addin/library_identity.h"
 #include "companions/messages/message_ids.h"
+#include "diagnostics/log.h"
 #include "diagnostics/log_line.h"
 #include "diagnostics/message_library.h"
 #include "excel/excel_call.h"
@@ -19,6 +20,8 @@ namespace zavrel {
 namespace {
 
 constexpr const char16_t* kComponent = u"ZavrelFuncs";
+
+SessionServices (*opened_with)() = nullptr;  // what the latest opening was given
 
 /// Excel's callback: the loaded module XLCall32 tells it, or Excel's own program exports it. Looked
 /// for when the add-in opens rather than at process attach, where XLCall32's code must not be
@@ -89,9 +92,13 @@ bool OpenAddIn(SessionServices (*services)()) noexcept {
   }
   try {
     FindExcelCallback();
+    // The system calls back into this library when a thread ends, and the log has a thread of its
+    // own: if the library is let go without being closed first, its code must still be there.
+    PinModuleContaining(&kComponent);
     OpenLog(TemporaryFolder(), SessionName());
     WriteOpeningLines();
     Session::Open(services());
+    opened_with = services;
     return true;
   } catch (const VekException& failure) {
     ShowFailure(failure);
@@ -108,9 +115,14 @@ bool OpenAddIn(SessionServices (*services)()) noexcept {
   return false;
 }
 
+bool ReopenAddIn() noexcept { return opened_with != nullptr && OpenAddIn(opened_with); }
+
 void CloseAddIn() noexcept {
   if (Session::Current() == nullptr) return;
-  Session::Close();
+  {
+    const ScopedTrace trace("xlAutoClose");
+    Session::Close();
+  }
   LogLine("{}: About to close log file with logFile.reset ().\n", "xlAutoClose");
   CloseLog();
 }

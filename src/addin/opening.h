@@ -8,6 +8,9 @@ namespace zavrel {
 /// failure, which a message box has shown once; nothing is left open then.
 bool OpenAddIn(SessionServices (*services)() = &SessionServices::OfThisMachine) noexcept;
 
+/// Opens again what was open before in this process; false, and nothing done, if nothing was.
+bool ReopenAddIn() noexcept;
+
 /// Closes the session, if one is open.
 void CloseAddIn() noexcept;
 

@@ -97,8 +97,7 @@ void Session::Announce(const Announcement& announcement) {
     LogLine("Application id {} has no slot: ignored\n", announcement.application_id);
     return;
   }
-  // 0 names no language: the user's own stays.
-  if (announcement.language_id != 0) language_id_ = announcement.language_id;
+  language_id_ = announcement.language_id;
   excel_application_ = AutomationObject(announcement.excel_application);
   applications_.Store(announcement);
   RememberLanguage(*applications_.Find(announcement.application_id));

@@ -58,7 +58,7 @@ XLOPER12* RunValueBody(const char* name, Body body, WorksheetResult& result) noe
   if (session != nullptr) {
     InspectCallingFormula();
     if (!RunTraced(name, body)) result = WorksheetResult(XXloper::Error(ExcelError::kNA));
-    if (!result.uncalculated) session->KeepUpCaches(UpkeepMode::kAfterCall);
+    session->KeepUpCaches(UpkeepMode::kAfterCall);
   }
   return ReturnToExcel(result.value);
 }

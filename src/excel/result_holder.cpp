@@ -3,6 +3,8 @@
 #include <new>
 #include <optional>
 
+#include "companions/messages/message_ids.h"
+#include "diagnostics/vek_exception.h"
 #include "platform/thread_slot.h"
 
 namespace zavrel {
@@ -36,6 +38,10 @@ XLOPER12* RecordOf(const XXloper& value) { return const_cast<XLOPER12*>(&value.r
 
 void OpenResultHolder() {
   if (!Slot()) Slot().emplace(&DestroyHolder);
+  if (Slot()->ok()) return;
+  Slot().reset();
+  throw VekKernelObjectError("OpenResultHolder", messages::kMessageKernelObjectError,
+                             {std::u16string(u"thread slot"), std::int64_t{0}});
 }
 
 void CloseResultHolder() { Slot().reset(); }

@@ -5,7 +5,8 @@
 
 namespace zavrel {
 
-/// Reserves the thread slot; the holder of a thread is made when it first returns something.
+/// Reserves the thread slot; the holder of a thread is made when it first returns something. Throws
+/// VekKernelObjectError when the process has no slot left.
 void OpenResultHolder();
 /// Releases every held result and the slot. Results handed out before are no longer valid.
 void CloseResultHolder();

@@ -7,11 +7,11 @@
 
 namespace zavrel {
 
-/// The high word of the file version; 65535 when the library has no version resource.
+/// The high word of the file version; 65535 when the library has no version resource. Open or not:
+/// it is what a macro asks before it asks for anything else.
 ZAV_EXPORT std::int32_t ZavrelFuncsVersion() {
-  return PlainFunction<std::int32_t>("ZavrelFuncsVersion", LibraryIdentity::kNoVersion, [] {
-    return static_cast<std::int32_t>(LibraryIdentity::OfThisLibrary().major_version);
-  });
+  const std::int32_t version = MajorVersion();
+  return PlainFunction("ZavrelFuncsVersion", version, [&] { return version; });
 }
 
 }  // namespace zavrel

@@ -64,6 +64,10 @@ class Module {
 /// Full path of the running program; empty when the system does not tell.
 std::filesystem::path HostExecutablePath();
 
+/// Keeps the module whose code or data holds this address loaded until the process ends. False when
+/// the system refuses.
+bool PinModuleContaining(const void* address) noexcept;
+
 /// Full path of the module whose code or data holds this address; empty when no module does.
 std::filesystem::path PathOfModuleContaining(const void* address);
 

@@ -19,6 +19,8 @@ class ThreadSlot {
   ThreadSlot(const ThreadSlot&) = delete;
   ThreadSlot& operator=(const ThreadSlot&) = delete;
 
+  /// False when the process had no slot left.
+  bool ok() const noexcept;
   void* Get() const noexcept;
   /// Takes the pointer over without destroying the one before. False, and nothing taken, without
   /// memory or a slot.

@@ -68,6 +68,19 @@ TEST_CASE("opening after closing works in one process, ten times") {
   CloseClean(*engine);
 }
 
+TEST_CASE("after a close that the user cancelled, an announcement brings everything back") {
+  auto engine = OpenAddIn();
+  engine->Announce(5);
+  engine->CloseAddIn(false);
+  CHECK(Shown(*engine, u"ZavMean(1,2,3)") == "#NAME?");
+  engine->Announce(5);
+  CHECK(Shown(*engine, u"ZavMean(1,2,3)") == "2");
+  engine->LoadAddIn(AddInFile());  // and an opening after all
+  engine->Announce(5);
+  CHECK(Shown(*engine, u"ZavMean(1,2,3)") == "2");
+  CloseClean(*engine);
+}
+
 TEST_CASE("the wizard's texts come in the announced language") {
   auto english = OpenAddIn({}, 9);
   english->Announce(5);

@@ -124,11 +124,11 @@ TEST_CASE(
   std::ifstream stream(log, std::ios::binary);
   const std::string text(std::istreambuf_iterator<char>(stream), {});
   std::size_t at = 0;
-  for (const char* line :
-       {"Exe fileName=", "DLL fileName=", "DLL fileVersion=8.0.0.",
-        "Windows=", "xlAutoOpen, Excel version=", "Memory stats:load=",
-        "===== InitializeXlaInformationPrivate (", ") enter =====", "===== ZavrelMean enter =====",
-        "xlAutoClose: About to close log file with logFile.reset ()."}) {
+  for (const char* line : {"Exe fileName=", "DLL fileName=", "DLL fileVersion=8.0.0.",
+                           "Windows=", "xlAutoOpen, Excel version=", "Memory stats:load=",
+                           "===== InitializeXlaInformationPrivate (", ") enter =====",
+                           "===== ZavrelMean enter =====", "===== xlAutoClose enter =====",
+                           "xlAutoClose: About to close log file with logFile.reset ()."}) {
     const std::size_t found = text.find(line, at);
     CHECK_MESSAGE(found != std::string::npos, line << " is missing or out of order in\n" << text);
     if (found != std::string::npos) at = found;

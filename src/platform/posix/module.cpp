@@ -35,6 +35,12 @@ std::filesystem::path HostExecutablePath() {
   return std::filesystem::read_symlink("/proc/self/exe", error);
 }
 
+bool PinModuleContaining(const void* address) noexcept {
+  Dl_info info{};
+  return dladdr(address, &info) != 0 &&
+         dlopen(info.dli_fname, RTLD_NOW | RTLD_NOLOAD | RTLD_NODELETE) != nullptr;
+}
+
 std::filesystem::path PathOfModuleContaining(const void* address) {
   Dl_info info{};
   if (dladdr(address, &info) == 0 || info.dli_fname == nullptr) return {};

@@ -65,6 +65,8 @@ ThreadSlot::~ThreadSlot() {
   delete slot;
 }
 
+bool ThreadSlot::ok() const noexcept { return slot_ != 0; }
+
 void* ThreadSlot::Get() const noexcept {
   if (slot_ == 0) return nullptr;
   const auto* cell = static_cast<const Cell*>(pthread_getspecific(SlotOf(slot_)->key));

@@ -65,6 +65,12 @@ Module::~Module() {
 
 std::filesystem::path HostExecutablePath() { return PathOf(nullptr); }
 
+bool PinModuleContaining(const void* address) noexcept {
+  HMODULE module = nullptr;
+  return GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
+                            static_cast<const wchar_t*>(address), &module) != 0;
+}
+
 std::filesystem::path PathOfModuleContaining(const void* address) {
   HMODULE module = nullptr;
   if (!GetModuleHandleExW(

@@ -34,6 +34,8 @@ ThreadSlot::~ThreadSlot() {
   if (slot_ != FLS_OUT_OF_INDEXES) FlsFree(IndexOf(slot_));
 }
 
+bool ThreadSlot::ok() const noexcept { return slot_ != FLS_OUT_OF_INDEXES; }
+
 void* ThreadSlot::Get() const noexcept {
   if (slot_ == FLS_OUT_OF_INDEXES) return nullptr;
   const auto* cell = static_cast<const Cell*>(FlsGetValue(IndexOf(slot_)));
