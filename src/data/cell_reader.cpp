@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "data/cell_columns.h"
+#include "data/whole_area.h"
 #include "excel/coerce.h"
 #include "excel/reference.h"
 #include "excel/xxloper.h"
@@ -19,14 +20,6 @@ constexpr std::int64_t kBlockCells = 1 << 15;
 constexpr std::int64_t kMostSearched = std::int64_t{1} << 26;
 
 std::int64_t CellCount(const XLREF12& area) { return std::int64_t{RowsOf(area)} * ColumnsOf(area); }
-
-bool IsWholeColumns(const XLREF12& area) {
-  return area.rwFirst == 0 && area.rwLast == kExcelRows - 1;
-}
-bool IsWholeRows(const XLREF12& area) {
-  return area.colFirst == 0 && area.colLast == kExcelColumns - 1;
-}
-bool IsWhole(const XLREF12& area) { return IsWholeColumns(area) || IsWholeRows(area); }
 
 std::size_t Size(std::int64_t count) { return static_cast<std::size_t>(count); }
 
@@ -51,7 +44,7 @@ class AreaReader {
   ReadOutcome Read() {
     if (IsWhole(area_)) return ReadWhole();
     return EachBlock(BlockRows(), [&](const Block& block, std::int64_t rows) {
-      Emit(block, rows, ColumnsOf(area_));
+      return Emit(block, rows, ColumnsOf(area_));
     });
   }
 
@@ -82,7 +75,8 @@ class AreaReader {
     return fits ? ReadOutcome::kRead : ReadOutcome::kUnreadable;
   }
 
-  /// Calls take(block, rows asked for) for each block of rows from top to bottom.
+  /// Calls take(block, rows asked for) for each block of rows from top to bottom, while it gives
+  /// true.
   template <class Take>
   ReadOutcome EachBlock(std::int64_t block_rows, Take take) const {
     for (std::int64_t row = area_.rwFirst; row <= area_.rwLast; row += block_rows) {
@@ -93,23 +87,24 @@ class AreaReader {
       Block block;
       const ReadOutcome outcome = ReadBlock(part, block);
       if (outcome != ReadOutcome::kRead) return outcome;
-      take(block, RowsOf(part));
+      if (!take(block, RowsOf(part))) return ReadOutcome::kUnreadable;
     }
     return ReadOutcome::kRead;
   }
 
   /// Hands on the block's upper left part of this size.
-  void Emit(const Block& block, std::int64_t rows, std::int64_t columns) {
+  bool Emit(const Block& block, std::int64_t rows, std::int64_t columns) {
     const std::int64_t given = std::min(rows, block.rows);
+    bool wanted = true;
     if (block.columns == columns) {
-      sink_.Cells(block.cells.first(Size(given * columns)));
+      wanted = sink_.Cells(block.cells.first(Size(given * columns)));
     } else {
-      for (std::int64_t row = 0; row < given; ++row) {
-        sink_.Cells(block.Row(row).first(Size(std::min(columns, block.columns))));
-        if (columns > block.columns) sink_.Blanks(Size(columns - block.columns));
+      for (std::int64_t row = 0; wanted && row < given; ++row) {
+        wanted = sink_.Cells(block.Row(row).first(Size(std::min(columns, block.columns))));
+        if (columns > block.columns) wanted = wanted && sink_.Blanks(Size(columns - block.columns));
       }
     }
-    if (rows > given) sink_.Blanks(Size((rows - given) * columns));
+    return wanted && (rows == given || sink_.Blanks(Size((rows - given) * columns)));
   }
 
   /// Rows of the block down to its last used one.
@@ -137,6 +132,7 @@ class AreaReader {
       std::int64_t used = 0;
       const ReadOutcome outcome = EachBlock(block_rows, [&](const Block& block, std::int64_t) {
         used = std::max(used, UsedColumns(block));
+        return true;
       });
       if (outcome != ReadOutcome::kRead || used == 0) return outcome;
       columns = used;
@@ -145,12 +141,14 @@ class AreaReader {
     std::int64_t blank_rows = 0;  // seen, and left out unless something follows
     return EachBlock(block_rows, [&](const Block& block, std::int64_t rows) {
       const std::int64_t used = clip_rows ? UsedRows(block) : rows;
+      bool wanted = true;
       if (used > 0) {
-        if (blank_rows > 0) sink_.Blanks(Size(blank_rows * columns));
+        wanted = (blank_rows == 0 || sink_.Blanks(Size(blank_rows * columns))) &&
+                 Emit(block, used, columns);
         blank_rows = 0;
-        Emit(block, used, columns);
       }
       blank_rows += rows - used;
+      return wanted;
     });
   }
 
@@ -159,22 +157,27 @@ class AreaReader {
   CellSink& sink_;
 };
 
-}  // namespace
-
-bool HasOpenEnd(const XLOPER12& argument) {
-  const auto reference = ReferenceView::Of(argument);
-  return reference && IsWhole(reference->areas().back());
-}
-
-std::size_t ExpectedCells(const XLOPER12& argument) {
+/// `counts`: the areas that count.
+template <class Counts>
+std::size_t CountCells(const XLOPER12& argument, Counts counts) {
   if (const auto reference = ReferenceView::Of(argument)) {
     std::size_t cells = 0;
     for (const XLREF12& area : reference->areas()) {
-      if (!IsWhole(area)) cells += Size(CellCount(area));
+      if (counts(area)) cells += Size(CellCount(area));
     }
     return cells;
   }
   return TypeOf(argument) == xltypeMulti ? XXloper::FromArgument(&argument).elements().size() : 1;
+}
+
+}  // namespace
+
+std::size_t ExpectedCells(const XLOPER12& argument) {
+  return CountCells(argument, [](const XLREF12& area) { return !IsWhole(area); });
+}
+
+std::size_t AllCells(const XLOPER12& argument) {
+  return CountCells(argument, [](const XLREF12&) { return true; });
 }
 
 ReadOutcome ReadCells(const XLOPER12& argument, CellSink& sink) {
@@ -192,12 +195,10 @@ ReadOutcome ReadCells(const XLOPER12& argument, CellSink& sink) {
     case xltypeMulti: {
       const std::span<const XLOPER12> elements = XXloper::FromArgument(&argument).elements();
       if (elements.empty()) return ReadOutcome::kUnreadable;
-      sink.Cells(elements);
-      return ReadOutcome::kRead;
+      return sink.Cells(elements) ? ReadOutcome::kRead : ReadOutcome::kUnreadable;
     }
     default:
-      sink.Cells({&argument, 1});
-      return ReadOutcome::kRead;
+      return sink.Cells({&argument, 1}) ? ReadOutcome::kRead : ReadOutcome::kUnreadable;
   }
 }
 

@@ -8,11 +8,11 @@
 
 namespace zavrel {
 
-/// Takes an argument's cells in order.
+/// Takes an argument's cells in order. False: these and all further ones are not wanted.
 class CellSink {
  public:
-  virtual void Cells(std::span<const XLOPER12> cells) = 0;
-  virtual void Blanks(std::size_t count) = 0;
+  virtual bool Cells(std::span<const XLOPER12> cells) = 0;
+  virtual bool Blanks(std::size_t count) = 0;
 
  protected:
   ~CellSink() = default;
@@ -20,7 +20,7 @@ class CellSink {
 
 enum class ReadOutcome {
   kRead,
-  kUnreadable,    // no cells behind the argument, or the host does not give them
+  kUnreadable,    // no cells behind the argument, not given by the host, or not wanted
   kUncalculated,  // the host has still to calculate a cell, or wants the call to end
 };
 
@@ -34,8 +34,7 @@ ReadOutcome ReadCells(const XLOPER12& argument, CellSink& sink);
 
 /// How many cells an argument has, whole columns and rows not counted: what is worth reserving.
 std::size_t ExpectedCells(const XLOPER12& argument);
-
-/// True when the argument's last area is one of whole columns or rows.
-bool HasOpenEnd(const XLOPER12& argument);
+/// How many cells an argument has, with all those of whole columns and rows.
+std::size_t AllCells(const XLOPER12& argument);
 
 }  // namespace zavrel

@@ -1,6 +1,7 @@
 #include "data/data_argument.h"
 
 #include <array>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -18,30 +19,34 @@ constexpr std::size_t kMostPieces = 255;
 class CellCollector final : public CellSink {
  public:
   /// `known` may be null: then everything is new.
-  CellCollector(const CellColumns* known, std::size_t expected)
-      : known_(known), expected_(expected), comparing_(known != nullptr) {
+  CellCollector(const CellColumns* known, std::size_t expected, std::size_t most)
+      : known_(known), expected_(expected), most_(most), comparing_(known != nullptr) {
     if (!comparing_) StartCollecting();
   }
 
-  void Cells(std::span<const XLOPER12> cells) override {
+  bool Cells(std::span<const XLOPER12> cells) override {
     if (comparing_) {
       const std::size_t equal = known_->CountEqual(position_, cells);
       position_ += equal;
-      if (equal == cells.size()) return;
+      if (equal == cells.size()) return true;
       StartCollecting();
       cells = cells.subspan(equal);
     }
+    if (cells.size() > most_ - collected_.size()) return false;
     collected_.Append(cells);
+    return true;
   }
-  void Blanks(std::size_t count) override {
+  bool Blanks(std::size_t count) override {
     if (comparing_) {
       const std::size_t equal = known_->CountBlanks(position_, count);
       position_ += equal;
-      if (equal == count) return;
+      if (equal == count) return true;
       StartCollecting();
       count -= equal;
     }
+    if (count > most_ - collected_.size()) return false;
     collected_.AppendBlanks(count);
+    return true;
   }
 
   /// To be asked once, after the last cell: are the known cells all of them?
@@ -60,6 +65,7 @@ class CellCollector final : public CellSink {
 
   const CellColumns* known_;
   std::size_t expected_;
+  std::size_t most_;  // no fewer than the known cells that are met again
   bool comparing_;
   std::size_t position_ = 0;  // known cells that were met again
   CellColumns collected_;
@@ -74,15 +80,21 @@ bool IsOmitted(const XLOPER12* piece) {
   return piece == nullptr || TypeOf(*piece) == xltypeMissing;
 }
 
-DataArgument ReadPieces(Pieces pieces) {
+DataArgument ReadPieces(Pieces pieces, std::size_t most_cells) {
   std::size_t expected = 0;
-  for (const XLOPER12* piece : pieces) expected += ExpectedCells(*piece);
-  if (expected > kMostCells) return {};
+  std::size_t all = 0;
+  for (const XLOPER12* piece : pieces) {
+    expected += ExpectedCells(*piece);
+    all += AllCells(*piece);
+  }
+  if (expected > most_cells) return {};
 
-  std::string key = DataKey(pieces);
+  std::optional<std::string> key = DataKey(pieces);
+  if (!key) return {ReadOutcome::kUncalculated, nullptr};
   ExcelDataCache* cache = SessionExcelDataCache();
-  std::shared_ptr<ExcelData> known = cache != nullptr ? cache->Find(key) : nullptr;
-  CellCollector collector(known ? &known->cells() : nullptr, expected);
+  std::shared_ptr<ExcelData> known = cache != nullptr ? cache->Find(*key) : nullptr;
+  if (known != nullptr && known->size() > most_cells) known = nullptr;
+  CellCollector collector(known ? &known->cells() : nullptr, expected, most_cells);
   for (const XLOPER12* piece : pieces) {
     const ReadOutcome outcome = ReadCells(*piece, collector);
     if (outcome != ReadOutcome::kRead) return {outcome, nullptr};
@@ -92,22 +104,24 @@ DataArgument ReadPieces(Pieces pieces) {
   if (known != nullptr) {
     if (DatasetParmCache* parms = SessionDatasetParmCache()) parms->Forget(known.get());
   }
-  auto data = std::make_shared<ExcelData>(std::move(key), std::move(collector).Take(),
-                                          HasOpenEnd(*pieces.back()));
+  CellColumns cells = std::move(collector).Take();
+  const std::size_t left_out = all - cells.size();
+  auto data =
+      std::make_shared<ExcelData>(std::move(*key), std::move(cells), left_out, LayoutOf(pieces));
   if (cache != nullptr) cache->Put(data);
   return {.outcome = ReadOutcome::kRead, .data = std::move(data)};
 }
 
 }  // namespace
 
-DataArgument ReadDataArgument(Pieces pieces) {
+DataArgument ReadDataArgument(Pieces pieces, std::size_t most_cells) {
   while (pieces.size() > 1 && IsOmitted(pieces.back())) pieces = pieces.first(pieces.size() - 1);
   if (pieces.size() > kMostPieces) return {};
   std::array<const XLOPER12*, kMostPieces> given;
   std::size_t count = 0;
   for (const XLOPER12* piece : pieces) given[count++] = OrMissing(piece);
   if (count == 0) given[count++] = OrMissing(nullptr);
-  return ReadPieces({given.data(), count});
+  return ReadPieces({given.data(), count}, most_cells);
 }
 
 }  // namespace zavrel

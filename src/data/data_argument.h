@@ -26,6 +26,10 @@ struct DataArgument {
 /// The cells are read at every call. Those of the data set that the session's cache has under the
 /// same key are compared with them, in every bit, while they come in, without allocating anything.
 /// Only from the first difference on is a new data set built, which then takes the other's place.
-DataArgument ReadDataArgument(std::span<const XLOPER12* const> pieces);
+///
+/// An argument of more than `most_cells` cells is unreadable. Those of whole columns and rows count
+/// as they come in, up to the last used one.
+DataArgument ReadDataArgument(std::span<const XLOPER12* const> pieces,
+                              std::size_t most_cells = kMostCells);
 
 }  // namespace zavrel

@@ -32,9 +32,11 @@ class Fingerprint {
 };
 
 /// The sheet that a reference without one stands on: the calling one, which the host puts in when
-/// it makes the other kind of reference of it. 0 when it does not.
-std::uint64_t CallingSheet(const XLOPER12& reference) {
+/// it makes the other kind of reference of it. 0 when it does not; nothing when it wants the call
+/// to return.
+std::optional<std::uint64_t> CallingSheet(const XLOPER12& reference) {
   const ExcelResult full = CoerceTo(XXloper::FromArgument(&reference), xltypeRef);
+  if (WantsReturn(full)) return std::nullopt;
   return full.ok() && full.value.type() == xltypeRef ? full.value.record().val.mref.idSheet : 0;
 }
 
@@ -42,17 +44,18 @@ class KeyText {
  public:
   KeyText() { text_.reserve(64); }
 
-  void AddPiece(const XLOPER12& piece) {
+  /// False when the host wants the call to return.
+  bool AddPiece(const XLOPER12& piece) {
     if (!text_.empty()) text_ += ';';
-    if (const auto reference = ReferenceView::Of(piece)) {
-      AddReference(piece, *reference);
-    } else if (TypeOf(piece) == xltypeMissing) {
+    if (const auto reference = ReferenceView::Of(piece)) return AddReference(piece, *reference);
+    if (TypeOf(piece) == xltypeMissing) {
       text_ += '-';
     } else if (TypeOf(piece) == xltypeMulti) {
       AddContent(XXloper::FromArgument(&piece).elements());
     } else {
       AddContent({&piece, 1});
     }
+    return true;
   }
   std::string Take() && { return std::move(text_); }
 
@@ -64,8 +67,11 @@ class KeyText {
     text_.append(digits, end);
   }
 
-  void AddReference(const XLOPER12& piece, const ReferenceView& reference) {
-    if (!reference.sheet_id() && !calling_sheet_) calling_sheet_ = CallingSheet(piece);
+  bool AddReference(const XLOPER12& piece, const ReferenceView& reference) {
+    if (!reference.sheet_id() && !calling_sheet_) {
+      calling_sheet_ = CallingSheet(piece);
+      if (!calling_sheet_) return false;
+    }
     text_ += '[';
     Add(reference.sheet_id() ? *reference.sheet_id() : *calling_sheet_, 16);
     text_ += ']';
@@ -82,6 +88,7 @@ class KeyText {
       text_ += 'C';
       Add(area.colLast + 1);
     }
+    return true;
   }
 
   void AddContent(std::span<const XLOPER12> cells) {
@@ -100,9 +107,11 @@ class KeyText {
 
 }  // namespace
 
-std::string DataKey(std::span<const XLOPER12* const> pieces) {
+std::optional<std::string> DataKey(std::span<const XLOPER12* const> pieces) {
   KeyText key;
-  for (const XLOPER12* piece : pieces) key.AddPiece(*piece);
+  for (const XLOPER12* piece : pieces) {
+    if (!key.AddPiece(*piece)) return std::nullopt;
+  }
   return std::move(key).Take();
 }
 

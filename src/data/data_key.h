@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 
@@ -10,6 +11,8 @@ namespace zavrel {
 /// The key text of a data set: for a reference its sheet and areas, for an array or a value its
 /// size and a fingerprint of its content. Different arguments may in principle share a key, so what
 /// is found under one is always compared with the argument's cells. No piece is null.
-std::string DataKey(std::span<const XLOPER12* const> pieces);
+///
+/// Nothing when the host, asked for the calling sheet, wants the call to return at once.
+std::optional<std::string> DataKey(std::span<const XLOPER12* const> pieces);
 
 }  // namespace zavrel

@@ -9,6 +9,7 @@
 
 #include "data/block_pool.h"
 #include "data/cell_columns.h"
+#include "data/cell_layout.h"
 #include "data/missing_data_policy.h"
 #include "data/statistic_cache.h"
 #include "excel/xxloper.h"
@@ -30,17 +31,18 @@ class ExcelData {
  public:
   using SingleValue = zavrel::SingleValue;
 
-  /// `open_end`: the cells end where a whole column or row has its last used cell, so that any
-  /// number of blank cells may be thought to follow.
-  ExcelData(std::string key, CellColumns cells, bool open_end = false);
+  /// `left_out`: the blank cells outside the used parts of whole columns and rows, which are not
+  /// among `cells`.
+  ExcelData(std::string key, CellColumns cells, std::size_t left_out = 0, CellLayout layout = {});
 
   /// The text that the cache finds it by.
   const std::string& key() const { return key_; }
   const CellColumns& cells() const { return cells_; }
   std::size_t size() const { return cells_.size(); }
   SingleValue operator[](std::size_t index) const { return cells_[index]; }
-  bool open_end() const { return open_end_; }
+  const CellLayout& layout() const { return layout_; }
 
+  /// Of the whole argument: what was left out counts among the blank cells.
   std::size_t CountOfClass(CellClass cell_class) const;
   /// Cells that hold a number.
   std::size_t NumberCount() const { return cells_.count(CellTag::kNumber); }
@@ -68,7 +70,8 @@ class ExcelData {
 
   std::string key_;
   CellColumns cells_;
-  bool open_end_;
+  std::size_t left_out_;
+  CellLayout layout_;
   std::array<std::array<std::optional<XXloper>, kMissingDataPolicies>, 2> acceptance_{};
   Shape positional_;
   Shape positional_with_errors_;

@@ -1,5 +1,6 @@
 #include "data/excel_data_cache.h"
 
+#include <new>
 #include <utility>
 
 #include "data/block_pool.h"
@@ -20,14 +21,15 @@ std::shared_ptr<ExcelData> ExcelDataCache::Find(std::string_view key) {
   return found->second->data;
 }
 
-void ExcelDataCache::Put(std::shared_ptr<ExcelData> data) {
+void ExcelDataCache::Put(std::shared_ptr<ExcelData> data) noexcept {
   if (const auto same = by_key_.find(data->key()); same != by_key_.end()) Erase(same->second);
-  entries_.push_front({std::move(data), 0});
   try {
-    by_key_.emplace(entries_.front().data->key(), entries_.begin());
-  } catch (...) {
-    entries_.pop_front();
-    throw;
+    Entries entry;
+    entry.push_front({std::move(data), 0});
+    by_key_.emplace(entry.front().data->key(), entry.begin());
+    entries_.splice(entries_.begin(), entry);
+  } catch (const std::bad_alloc&) {
+    return;
   }
   Measure(entries_.front());
   while (entries_.size() > 1 && Exceeds(limit_)) Erase(std::prev(entries_.end()));
@@ -51,7 +53,7 @@ void ExcelDataCache::Clear() noexcept {
 }
 
 // A data set grows by what is worked out from it, so it is measured whenever it is used.
-void ExcelDataCache::Measure(Entry& entry) {
+void ExcelDataCache::Measure(Entry& entry) noexcept {
   const std::size_t bytes = entry.data->bytes();
   bytes_ += bytes - entry.bytes;
   entry.bytes = bytes;
@@ -63,7 +65,7 @@ void ExcelDataCache::Erase(Entries::iterator entry) noexcept {
   entries_.erase(entry);
 }
 
-bool ExcelDataCache::Exceeds(const Budget& budget) const {
+bool ExcelDataCache::Exceeds(const Budget& budget) const noexcept {
   return entries_.size() > budget.entries || bytes_ > budget.bytes;
 }
 

@@ -34,8 +34,9 @@ class ExcelDataCache {
 
   /// The data set under this key, now the latest used; null when there is none.
   std::shared_ptr<ExcelData> Find(std::string_view key);
-  /// Adds a data set, in place of the one with the same key.
-  void Put(std::shared_ptr<ExcelData> data);
+  /// Adds a data set, in place of the one with the same key. Without memory for the entry the data
+  /// set stays uncached.
+  void Put(std::shared_ptr<ExcelData> data) noexcept;
 
   /// Drops what was used longest ago, down to the smaller budget; nothing that others hold.
   void Prune() noexcept;
@@ -52,9 +53,9 @@ class ExcelDataCache {
   };
   using Entries = std::list<Entry>;  // latest used first
 
-  void Measure(Entry& entry);
+  void Measure(Entry& entry) noexcept;
   void Erase(Entries::iterator entry) noexcept;
-  bool Exceeds(const Budget& budget) const;
+  bool Exceeds(const Budget& budget) const noexcept;
 
   Budget limit_;
   Budget after_pruning_;

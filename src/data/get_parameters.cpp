@@ -112,16 +112,27 @@ class ParameterReader {
   bool EqualLengths() {
     std::size_t longest = 0;
     for (std::size_t i = 0; i < parameters_.values_.size(); ++i) {
-      if (IsData(i)) longest = std::max(longest, parameters_.numbers(i).size());
+      if (!IsData(i)) continue;
+      longest = std::max(longest, parameters_.numbers(i).size());
+      for (std::size_t j = 0; j < i; ++j) {
+        if (IsData(j) && !AreEqual(i, j)) return false;
+      }
     }
     for (std::size_t i = 0; i < parameters_.values_.size(); ++i) {
       if (!IsData(i)) continue;
       const std::span<const double> numbers = parameters_.numbers(i);
-      if (numbers.size() == longest) continue;
-      if (!IsPositional(policy_) || !parameters_.data(i).open_end()) return false;
-      parameters_.values_[i].lengthened = Lengthened(numbers, longest);
+      if (numbers.size() < longest)
+        parameters_.values_[i].lengthened = Lengthened(numbers, longest);
     }
     return true;
+  }
+
+  /// Equally long, or to be made so at an open end.
+  bool AreEqual(std::size_t i, std::size_t j) const {
+    const std::size_t i_size = parameters_.numbers(i).size();
+    const std::size_t j_size = parameters_.numbers(j).size();
+    if (!IsPositional(policy_)) return i_size == j_size;
+    return CanPair(parameters_.data(i).layout(), i_size, parameters_.data(j).layout(), j_size);
   }
 
   bool IsData(std::size_t position) const {

@@ -83,9 +83,11 @@ class Parameters {
 /// for and for unequal lengths; with `propagate_errors` an error met is returned as it is.
 /// Arguments beyond those given count as omitted.
 ///
-/// Equal lengths compare the numeric shapes. A positional shape of whole columns or rows ends where
-/// these were last used; when another argument goes further, the blank cells that follow are put
-/// back.
+/// Equal lengths compare the numeric shapes. A positional shape of whole columns or of one whole
+/// row ends where these were last used; when another argument goes further, the blank cells that
+/// follow are put back. Several columns go with as many columns only. Where the cells of arguments
+/// cut down to their used parts need not lie alike (several whole rows used to different columns, a
+/// whole sheet, whole areas among several), they are refused as unequal.
 Parameters GetParameters(std::string_view kinds, MissingDataPolicy policy,
                          std::span<const XLOPER12* const> arguments, ParameterOptions options = {});
 

@@ -37,8 +37,7 @@ Scalar<XXloper> SingleValue(const XXloper& argument) {
     single = cell.value;
   }
   if (const auto error = FirstError(single.record())) return FailedWith<XXloper>(*error);
-  // The elements live as long as the argument does.
-  if (!single.elements().empty()) single = XXloper::FromArgument(single.elements().data());
+  if (!single.elements().empty()) single = single.Element(0);
   if (single.IsMissing()) return {kNotGiven};
   if (!single.Is(xltypeNum | xltypeStr | xltypeBool | xltypeInt | xltypeNil)) return {};
   return Given(std::move(single));

@@ -20,8 +20,7 @@
 // - D takes a finite number, an integer, a boolean as 1 or 0, and a text that the host reads as a
 //   number. Every other text fails, without naming an error.
 // - L is a number cut towards zero, as Excel's own functions cut (2.9 is 2, -2.9 is -2). One that
-// 32
-//   bits do not hold fails.
+//   does not fit in 32 bits fails.
 // - S takes every single value; the host makes the text of a number (as in General format) and of a
 //   boolean (its own word).
 // - B takes a number as its being other than 0, and a text that the host reads as a boolean or as a

@@ -47,7 +47,7 @@ constinit std::array shared_errors = {
     ErrorRecord(xlerrUnknown)};
 
 // A record that lives as long as the library needs no counting: nobody owns it.
-std::shared_ptr<const XLOPER12> Uncounted(const XLOPER12& record) {
+std::shared_ptr<const XLOPER12> Uncounted(const XLOPER12& record) noexcept {
   return {std::shared_ptr<const XLOPER12>(), &record};
 }
 
@@ -135,7 +135,7 @@ void CallExcelToFree::operator()(const XLOPER12* record) const noexcept {
   FreeThroughExcel(const_cast<XLOPER12*>(record));
 }
 
-XXloper::XXloper() : XXloper(Missing()) {}
+XXloper::XXloper() noexcept : XXloper(Missing()) {}
 
 XXloper XXloper::FromArgument(const XLOPER12* argument) {
   if (argument == nullptr) return Missing();
@@ -160,7 +160,7 @@ XXloper XXloper::Integer(std::int32_t integer) {
   return XXloper(record);
 }
 
-XXloper XXloper::Boolean(bool boolean) {
+XXloper XXloper::Boolean(bool boolean) noexcept {
   return XXloper(Uncounted(shared_booleans[boolean ? 1 : 0]));
 }
 
@@ -169,39 +169,33 @@ XXloper XXloper::Text(std::u16string_view text) {
   return XXloper(std::shared_ptr<const XLOPER12>(value, &value->record));
 }
 
-const XXloper& XXloper::Missing() {
-  static const auto& missing = *new XXloper(Uncounted(shared_missing));
-  return missing;
-}
+XXloper XXloper::Missing() noexcept { return XXloper(Uncounted(shared_missing)); }
 
-const XXloper& XXloper::Nil() {
-  static const auto& nil = *new XXloper(Uncounted(shared_nil));
-  return nil;
-}
+XXloper XXloper::Nil() noexcept { return XXloper(Uncounted(shared_nil)); }
 
-const XXloper& XXloper::Error(ExcelError error) {
-  static const auto& values = *[] {
-    auto* made = new std::array<XXloper, shared_errors.size()>;
-    for (std::size_t i = 0; i < made->size(); ++i)
-      (*made)[i] = XXloper(Uncounted(shared_errors[i]));
-    return made;
-  }();
-  const auto found = std::find_if(values.begin(), values.end(), [&](const XXloper& value) {
-    return value.record().val.err == static_cast<std::int32_t>(error);
-  });
-  return found != values.end() ? *found : Error(ExcelError::kValue);
+XXloper XXloper::Error(ExcelError error) noexcept {
+  const auto found = std::find_if(
+      shared_errors.begin(), shared_errors.end(),
+      [&](const XLOPER12& record) { return record.val.err == static_cast<std::int32_t>(error); });
+  return found != shared_errors.end() ? XXloper(Uncounted(*found)) : Error(ExcelError::kValue);
 }
 
 XXloper XXloper::ErrorByCode(std::int32_t code) {
-  const XXloper& shared = Error(static_cast<ExcelError>(code));
+  XXloper shared = Error(static_cast<ExcelError>(code));
   if (shared.record().val.err == code) return shared;
   return XXloper(std::make_shared<const XLOPER12>(ErrorRecord(code)));
 }
 
+XXloper XXloper::Element(std::size_t index) const {
+  const std::span<const XLOPER12> all = elements();
+  if (index >= all.size()) return Missing();
+  return XXloper(std::shared_ptr<const XLOPER12>(record_, &all[index]));
+}
+
 XXloper XXloper::Owned() const {
-  const auto& owner = ArgumentOwner();
-  const bool is_argument = !record_.owner_before(owner) && !owner.owner_before(record_);
-  return is_argument || record_->xltype != type() ? CopyOf(*this) : *this;
+  const bool is_argument = std::get_deleter<ExcelOwnsItSoDoNotFree>(record_) != nullptr;
+  const bool is_excel_filled = std::get_deleter<CallExcelToFree>(record_) != nullptr;
+  return is_argument || is_excel_filled || record_->xltype != type() ? CopyOf(*this) : *this;
 }
 
 struct XXloperArray::Storage {

@@ -55,7 +55,7 @@ enum class ExcelError : std::int32_t {
 class XXloper {
  public:
   /// The shared missing value.
-  XXloper();
+  XXloper() noexcept;
 
   /// Wraps an argument that Excel passed in, or any record that outlives the wrapper. A null
   /// pointer counts as an omitted argument. Allocates nothing.
@@ -66,14 +66,16 @@ class XXloper {
   /// The number as it is; ToExcelValue (error_double.h) makes a value of a computed double.
   static XXloper Number(double number);
   static XXloper Integer(std::int32_t integer);
-  static XXloper Boolean(bool boolean);
+  static XXloper Boolean(bool boolean) noexcept;
   /// A text of the library's own; longer than a cell can hold is cut to 32,767 code units (no
   /// surrogate pair is split).
   static XXloper Text(std::u16string_view text);
-  static const XXloper& Missing();
-  static const XXloper& Nil();
+  /// These stand for records that the library has from the start, and so does Boolean: they
+  /// allocate nothing, whenever they are first asked for.
+  static XXloper Missing() noexcept;
+  static XXloper Nil() noexcept;
   /// The shared immutable value of an error.
-  static const XXloper& Error(ExcelError error);
+  static XXloper Error(ExcelError error) noexcept;
   /// The shared value of Excel's error code; a code that has none (#NULL! among them) gives a fresh
   /// value with that very code.
   static XXloper ErrorByCode(std::int32_t code);
@@ -90,8 +92,12 @@ class XXloper {
   std::u16string_view text() const { return TextIn(*record_); }
   std::span<const XLOPER12> elements() const { return ElementsIn(*record_); }
 
+  /// An element of an array as a value that keeps the array alive; the missing value past the end.
+  XXloper Element(std::size_t index) const;
+
   /// A value whose record is the library's own and carries no memory flags: this one, or a copy of
-  /// what belongs to the caller of a worksheet function and may go before the result is read.
+  /// what belongs to the caller of a worksheet function and may go before the result is read, or of
+  /// what only Excel can free, which a thread that ends must not ask it for.
   XXloper Owned() const;
 
  private:

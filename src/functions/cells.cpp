@@ -7,7 +7,8 @@
 namespace zavrel {
 
 /// The number of cells of a class: 0 every cell, 1 numbers, 2 cells that are not blank, 3 those of
-/// them that are no numbers, 4 blank cells. Any other class code: #VALUE!.
+/// them that are no numbers, 4 blank cells; of whole columns and rows all of them, used or not. Any
+/// other class code: #VALUE!.
 ZAV_EXPORT XLOPER12* ZavrelCountCellsByType(const XLOPER12* range, const XLOPER12* class_code) {
   return WorksheetFunction("ZavrelCountCellsByType", [&]() -> WorksheetResult {
     const XLOPER12* const arguments[] = {range, class_code};

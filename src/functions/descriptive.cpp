@@ -49,7 +49,8 @@ WorksheetResult UseNumbers(StatisticId id, Form form, Arguments arguments) {
   return ToExcelValue(CachedStatistic(parameters.data(0), id, form));
 }
 
-/// The empty text for data with a cell that is no number and for every failure: never an error.
+/// The empty text for data with a cell that is no number or without any cell, and for every
+/// failure: never an error. A whole column counts as its used part; one that is blank has no cell.
 WorksheetResult RefuseIncomplete(StatisticId id, Form form, Arguments arguments) {
   const auto empty = [] { return XXloper::Text(u""); };
   try {
@@ -57,7 +58,7 @@ WorksheetResult RefuseIncomplete(StatisticId id, Form form, Arguments arguments)
     if (parameters.uncalculated()) return WorksheetResult::Uncalculated(empty());
     if (!parameters.accepted()) return empty();
     ExcelData& data = parameters.data(0);
-    if (data.NumberCount() < data.size()) return empty();
+    if (data.size() == 0 || data.NumberCount() < data.size()) return empty();
     XXloper result = ToExcelValue(CachedStatistic(data, id, form));
     return result.Is(xltypeErr) ? empty() : result;
   } catch (...) {

@@ -7,15 +7,18 @@
 
 #include "data/block_pool.h"
 #include "data/data_argument.h"
+#include "data/excel_data_cache.h"
 #include "data/fake_excel.h"
 
 namespace {
 bool counting = false;
 int allocations = 0;
+int until_failure = -1;  // allocations that still succeed before one fails; negative: all do
 }  // namespace
 
 void* operator new(std::size_t bytes) {
   if (counting && zavrel::tests::FakeExcel::inside == 0) ++allocations;
+  if (until_failure >= 0 && until_failure-- == 0) throw std::bad_alloc();
   if (void* block = std::malloc(bytes > 0 ? bytes : 1)) return block;
   throw std::bad_alloc();
 }
@@ -54,6 +57,36 @@ TEST_CASE("nothing is allocated per cell") {
   CHECK(CountAllocations(small) <= 6);
   CHECK(CountAllocations(large) <= 8);
   CHECK(CountAllocations(whole) <= 100);
+}
+
+TEST_CASE("without memory to cache it a data set stays uncached") {
+  ExcelDataCache cache;
+  auto data = std::make_shared<ExcelData>("key", CellColumns());
+  cache.Put(data);
+  data = std::make_shared<ExcelData>("key", CellColumns());
+  int failures = 0;
+  for (; cache.Find("key") != data; ++failures) {
+    REQUIRE(failures < 10);
+    until_failure = failures;
+    cache.Put(data);
+    const bool failed = until_failure < 0;
+    until_failure = -1;
+    CHECK(failed == (cache.size() == 0));
+    CHECK((cache.Find("key") == nullptr) == failed);
+    cache.Prune();
+  }
+  CHECK(failures >= 2);
+  CHECK(cache.size() == 1);
+}
+
+TEST_CASE("the shared values take no memory") {
+  until_failure = 0;
+  const XXloper values[] = {XXloper(), XXloper::Nil(), XXloper::Boolean(true),
+                            XXloper::Error(ExcelError::kSpill), XXloper::ErrorByCode(xlerrNA)};
+  const bool none = until_failure == 0;
+  until_failure = -1;
+  CHECK(none);
+  CHECK(values[3].record().val.err == xlerrSpill);
 }
 
 TEST_CASE("large blocks are used again, within a limit") {

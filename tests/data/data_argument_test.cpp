@@ -145,12 +145,15 @@ TEST_CASE("whole columns and rows count as their used part, whether the host cli
     CHECK(Data({d})->size() == 70000);
     excel.Set(70001, 3, 9.0);
     CHECK(Data({d})->size() == 70002);
-    CHECK(Data({a})->open_end());
+    CHECK(Data({a})->layout().kind == CellLayout::Kind::kOpenEnd);
+    CHECK(Data({a})->CountOfClass(CellClass::kBlank) == kExcelRows - 2);
+    CHECK(Data({both})->CountOfClass(CellClass::kEvery) == kExcelRows + kExcelColumns);
 
     // Other references keep their blank cells.
     const Reference plain(Area(1, 9, 0, 0));
     CHECK(Data({plain})->size() == 9);
-    CHECK_FALSE(Data({plain})->open_end());
+    CHECK(Data({plain})->layout().kind == CellLayout::Kind::kComplete);
+    CHECK(Data({plain})->CountOfClass(CellClass::kEvery) == 9);
     CHECK(excel.values_out == 0);
   }
 }
@@ -167,6 +170,35 @@ TEST_CASE("what is too large is refused without being read") {
   CHECK(excel.lookups == 1);
   excel.clips_to_used_part = true;
   CHECK(Shown({everything}) == "1 2");
+}
+
+TEST_CASE("whole areas that come to too many cells together are refused") {
+  FakeExcel excel;
+  excel.SetColumn(0, 0, std::vector<Cell>(40, 1.0));
+  excel.Set(80, 1, 1.0);
+  excel.Set(50000, 2, 1.0);
+  excel.Set(0, 9, 1.0);
+  const auto outcome = [](const XLOPER12* piece, std::size_t most) {
+    return ReadDataArgument({&piece, 1}, most).outcome;
+  };
+  const Reference a(WholeColumns(0, 0));
+  const Reference twice(FakeExcel::kCallingSheet, {WholeColumns(0, 0), WholeColumns(0, 0)});
+  const Reference b(WholeColumns(1, 1));
+  const Reference c(WholeColumns(2, 2));
+  const Reference rows(WholeRows(0, 9));
+  const std::pair<const XLOPER12*, std::size_t> sizes[] = {
+      {a, 40}, {twice, 80}, {b, 81}, {c, 50001}, {rows, 100}};
+  for (int round = 0; round < 2; ++round) {  // the second one finds the cells in the cache
+    for (const auto& [piece, size] : sizes) {
+      CHECK(outcome(piece, size - 1) == ReadOutcome::kUnreadable);
+      CHECK(outcome(piece, size) == ReadOutcome::kRead);
+    }
+  }
+  // One that is known and grows.
+  excel.Set(40, 0, 1.0);
+  CHECK(outcome(a, 40) == ReadOutcome::kUnreadable);
+  CHECK(outcome(a, 41) == ReadOutcome::kRead);
+  CHECK(excel.values_out == 0);
 }
 
 TEST_CASE("a data set is kept while its cells are the same, and replaced when one differs") {
@@ -252,7 +284,7 @@ TEST_CASE("arrays and values are told apart by content, not by their fingerprint
   const XLOPER12* const pieces[] = {row};
   CellColumns cells;
   cells.AppendBlanks(3);
-  const auto impostor = std::make_shared<ExcelData>(DataKey(pieces), std::move(cells));
+  const auto impostor = std::make_shared<ExcelData>(DataKey(pieces).value(), std::move(cells));
   SessionExcelDataCache()->Put(impostor);
   CHECK(Shown({row}) == "1 2 3");
 }
@@ -314,6 +346,16 @@ TEST_CASE("cells that the host does not give") {
   }
   excel.answer = nullptr;
   CHECK(Data({reference}) == data);
+  // Asked for the calling sheet first: not to know it is no reason to stop, to be sent back is.
+  excel.lookups = 0;
+  for (const int code : {xlretUncalced, xlretAbort}) {
+    excel.conversion_code = code;
+    CHECK(OutcomeOf({reference}) == ReadOutcome::kUncalculated);
+  }
+  CHECK(excel.lookups == 0);
+  excel.conversion_code = xlretFailed;
+  CHECK(OutcomeOf({reference}) == ReadOutcome::kRead);
+  excel.conversion_code = xlretSuccess;
   CHECK(excel.values_out == 0);
   SetExcelCallback(nullptr);
   CHECK(OutcomeOf({reference}) == ReadOutcome::kUnreadable);

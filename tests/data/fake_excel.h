@@ -159,6 +159,7 @@ class FakeExcel {
 
   bool clips_to_used_part = false;            // gives no rows and columns behind the last used ones
   std::function<int(const XLREF12&)> answer;  // a return code other than 0 ends a look-up
+  int conversion_code = xlretSuccess;         // of what is asked for the calling sheet
   int lookups = 0;
   std::int64_t cells_given = 0;
   int values_out = 0;  // given, with memory of their own, and not freed yet
@@ -204,6 +205,7 @@ class FakeExcel {
   }
 
   int Convert(const XLOPER12& value, const XLOPER12& type, XLOPER12& result) {
+    if (conversion_code != xlretSuccess) return conversion_code;
     if (value.xltype != xltypeSRef || type.val.w != static_cast<int>(xltypeRef)) return xlretFailed;
     result.xltype = xltypeRef;
     result.val.mref.lpmref = new XLMREF12{1, {value.val.sref.ref}};

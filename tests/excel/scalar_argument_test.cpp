@@ -143,6 +143,14 @@ TEST_CASE("A reference is looked up, one cell of it; uncalculated cells are told
       CHECK(Read(letter, reference).status == kUncalculated);
     CHECK(Read('B', XXloper::Text(u"x")).status == kUncalculated);
   }
+  // A host that answers with an array: its first element is read before the array is freed.
+  excel.On(xlCoerce, [&](ScriptedExcel::Arguments, XLOPER12& result) {
+    excel.GiveArray(1, 2, result);
+    result.val.array.lparray[0] = XXloper::Number(8).record();
+    return xlretSuccess;
+  });
+  CHECK(Number('D', reference) == 8);
+  CHECK(excel.unfreed() == 0);
   excel.On(xlCoerce, [](ScriptedExcel::Arguments, XLOPER12&) { return xlretFailed; });
   CHECK(FailsUnnamed('D', reference));
   const XLOPER12 nowhere = ReferenceTo({-1, 5, 0, 0});

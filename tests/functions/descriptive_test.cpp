@@ -31,6 +31,7 @@ ZAV_DECLARE(ZavrelSumI)
 ZAV_DECLARE(ZavrelProduct)
 ZAV_DECLARE(ZavrelProductI)
 ZAV_DECLARE(ZavrelRange)
+ZAV_DECLARE(ZavrelRangeI)
 ZAV_DECLARE(ZavrelCount)
 ZAV_DECLARE(ZavrelAveDev)
 ZAV_DECLARE(ZavrelSumSq)
@@ -161,6 +162,17 @@ TEST_CASE("nothing to compute from") {
   CHECK(Number(Call(ZavrelVarianceP, {one})) == 0);
   CHECK(Error(Call(ZavrelKurtosisP, {one})) == xlerrDiv0);
 
+  // A blank whole column is as blank as a part of it.
+  const Reference blank_column(WholeColumns(0, 0));
+  for (const Statistic statistic : {ZavrelSumI, ZavrelRangeI, ZavrelMinI, ZavrelMeanI}) {
+    CHECK(IsEmptyText(Call(statistic, {blank_column})));
+    CHECK(IsEmptyText(Call(statistic, {blank})));
+  }
+  CHECK(Number(Call(ZavrelSum, {blank_column})) == 0);
+  add_in.excel.SetColumn(0, 2, {1.0, 2.0});
+  const Reference used_column(WholeColumns(2, 2));
+  CHECK(Number(Call(ZavrelSumI, {used_column})) == 3);
+
   // A cell that is not calculated yet: the call ends, and the next one finds everything in order.
   add_in.excel.SetColumn(0, 0, {1.0, 2.0, 6.0});
   add_in.excel.answer = [](const XLREF12&) { return xlretUncalced; };
@@ -178,6 +190,15 @@ TEST_CASE("cells by their class") {
   for (int code = 0; code < 5; ++code) {
     const Argument class_code(Cell(code + 0.0));
     CHECK(Number(*ZavrelCountCellsByType(range, class_code)) == expected[code]);
+  }
+  const Reference column(WholeColumns(0, 0));
+  const Reference blank_columns(WholeColumns(3, 4));
+  const double expected_of_column[] = {kExcelRows, 1, 4, 3, kExcelRows - 4};
+  for (int code = 0; code < 5; ++code) {
+    const Argument class_code(Cell(code + 0.0));
+    CHECK(Number(*ZavrelCountCellsByType(column, class_code)) == expected_of_column[code]);
+    CHECK(Number(*ZavrelCountCellsByType(blank_columns, class_code)) ==
+          (code == 0 || code == 4 ? 2.0 * kExcelRows : 0));
   }
   for (const double code : {-1.0, 5.0, 1e9, std::nan("")}) {
     const Argument class_code{Cell(code)};
