@@ -192,10 +192,22 @@ class Lexer {
     Emit(TokenKind::kReference, position_ + reference->length);
   }
 
+  /// The place behind the "(" that blanks divide from the word that ends at `end`; nothing when
+  /// there is none or the word is no plain one.
+  std::optional<std::size_t> EndOfSpacedCall(std::size_t start, std::size_t end) const {
+    if (start != position_ || !IsBlank(At(end))) return std::nullopt;
+    std::size_t open = end;
+    while (IsBlank(At(open))) ++open;
+    const std::u16string_view word = formula_.substr(start, end - start);
+    const bool is_plain = word.find_first_of(u"\\?") == std::u16string_view::npos;
+    return is_plain && At(open) == u'(' ? std::optional(open + 1) : std::nullopt;
+  }
+
   /// The word at `start`, behind the prefix that the token begins with, if any.
   void LexName(std::size_t start) {
     const std::size_t end = EndOfWord(start);
     if (At(end) == u'(') return Emit(TokenKind::kFunction, end + 1);
+    if (const auto open = EndOfSpacedCall(start, end)) return Emit(TokenKind::kFunction, *open);
     if (At(end) == u'[') {
       const auto close = EndOfBrackets(end);
       return close ? Emit(TokenKind::kStructuredReference, *close)

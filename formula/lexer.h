@@ -15,7 +15,8 @@ enum class TokenKind {
   kReference,            // A1, $B$2:C9, A:A, 3:7, Sheet1!A1, 'My sheet'!A1:B2, S1:S3!A1, [1]S!A1
   kStructuredReference,  // Table1[Column], [@Column]
   kName,                 // a defined name, with its sheet prefix if any
-  kFunction,             // a name followed by "(": the parenthesis is part of the token
+  kFunction,             // a name followed by "(", which is part of the token; also with blanks in
+                         // between behind a plain word: "SUM (A1)"
   kOpen,                 // "("
   kClose,                // ")" of a function or of a group
   kSeparator,     // "," between arguments, between the elements of an array row, or the union:
@@ -37,6 +38,10 @@ struct Token {
 
 /// Splits a formula without its leading "=". Never throws for content: what cannot be read becomes
 /// kInvalid tokens, and the tokens' texts together are the formula. Takes linear time.
+///
+/// A plain word (no prefix, no "\" or "?"), blanks and "(" are a function, as some programs write
+/// one; a defined name in an intersection with a group looks the same and is far rarer. What is a
+/// cell too stays a reference: "A1 (", "LOG10 (".
 std::vector<Token> Tokenize(std::u16string_view formula);
 
 }  // namespace formula

@@ -55,10 +55,11 @@ Value Calculation::ReadCell(const CellAddress& cell) {
   return workbook_.sheets[cell.sheet].At(cell.row, cell.column);
 }
 
-ArrayPtr Calculation::ReadRange(std::uint32_t sheet_index, const CellRange& whole) {
+ArrayPtr Calculation::ReadRange(std::uint32_t sheet_index, const CellRange& whole,
+                                RangeExtent extent) {
   if (MeetsUncalculated(sheet_index, whole)) throw Uncalculated{};
   const Sheet& sheet = workbook_.sheets[sheet_index];
-  const CellRange range = Clipped(whole, sheet.used_range());
+  const CellRange range = extent == RangeExtent::kUsed ? Clipped(whole, sheet.used_range()) : whole;
   auto array = std::make_shared<Array>();
   if (static_cast<std::int64_t>(range.rows()) * range.columns() > kArrayLimit) {
     array->values.emplace_back(ErrorCode::kValue);

@@ -36,7 +36,9 @@ struct RecalculatedCell {
   std::optional<CellRange> array;
   std::u16string formula;  // as it reads in this cell, with its leading "="
   Value before;            // top left, as stored in the file
-  Value after;             // top left
+  Value after;             // top left; the other cells of an array stand in the workbook
+  bool changed = false;    // a cell that had a value has another one now
+  std::string problem;     // why the stored value is kept; empty for a formula that was computed
 };
 
 struct RecalculationReport {

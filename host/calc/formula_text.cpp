@@ -86,7 +86,7 @@ std::string CellText(const Workbook& workbook, const CellAddress& cell) {
     for (const char16_t c : name) quoted.append(c == u'\'' ? 2 : 1, c);
     name = quoted + u"'";
   }
-  return ToUtf8(name + u"!" + A1Text(cell.row, cell.column));
+  return PrintableUtf8(name + u"!" + A1Text(cell.row, cell.column));
 }
 
 }  // namespace zavhost

@@ -21,18 +21,20 @@ std::u16string_view WithoutPrefix(std::u16string_view token) {
 /// A function's name without what files put in front of it and without its parenthesis.
 std::u16string_view FunctionName(std::u16string_view token) {
   std::u16string_view name = WithoutPrefix(token);
-  while (!name.empty() && (name.back() == u'(' || name.back() == u' ')) name.remove_suffix(1);
+  name = name.substr(0, name.find_last_not_of(u"( \t\r\n") + 1);
   for (const std::u16string_view mark : {u"_xlfn.", u"_xlws.", u"_xludf.", u"_xll."}) {
     if (EqualIgnoringCase(name.substr(0, mark.size()), mark)) name.remove_prefix(mark.size());
   }
   return name;
 }
 
-/// Another workbook's cells, or those of several sheets.
-bool IsForeignReference(std::u16string_view token) {
+/// Another workbook's cells or name, or the cells of several sheets. "[0]" is this workbook.
+bool IsForeign(std::u16string_view token) {
   const std::size_t mark = token.rfind(u'!');
   if (mark == std::u16string_view::npos) return false;
-  const std::u16string_view prefix = token.substr(0, mark);
+  std::u16string_view prefix = token.substr(0, mark);
+  if (prefix.starts_with(u'\'')) prefix.remove_prefix(1);
+  if (prefix.starts_with(u"[0]")) prefix.remove_prefix(3);
   return prefix.find_first_of(u"[:") != std::u16string_view::npos;
 }
 
@@ -74,13 +76,17 @@ FormulaUse FormulaUses::Look(std::u16string_view text, std::vector<std::u16strin
         LookAtFunction(token.text, use);
         break;
       case TokenKind::kName:
+        if (IsForeign(token.text)) {
+          if (use.foreign.empty()) use.foreign = token.text;
+          break;
+        }
         names.push_back(FoldCase(WithoutPrefix(token.text)));
         break;
       case TokenKind::kStructuredReference:
         if (use.foreign.empty()) use.foreign = token.text;
         break;
       case TokenKind::kReference:
-        if (use.foreign.empty() && IsForeignReference(token.text)) use.foreign = token.text;
+        if (use.foreign.empty() && IsForeign(token.text)) use.foreign = token.text;
         break;
       case TokenKind::kOperator:
         if (use.foreign.empty() && token.text == u"#") use.foreign = token.text;  // spilled cells

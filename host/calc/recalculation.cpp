@@ -88,11 +88,7 @@ void Recalculation::Select() {
     index.Add(static_cast<std::uint32_t>(entries_.size()), formula.address.sheet, range);
     entries_.push_back({i});
   }
-  for (const std::uint32_t entry : index.Finish()) {
-    entries_[entry].state = State::kDone;
-    report_.errors.push_back(Name(entry) +
-                             ": two formulas fill the same cell; the stored value is kept");
-  }
+  const std::vector<std::uint32_t> overlapping = index.Finish();
   kept.Warn(index, kWarningLimit, report_.warnings);
   report_.cells.reserve(entries_.size());
   for (const Entry& entry : entries_) {
@@ -100,9 +96,37 @@ void Recalculation::Select() {
     const CellAddress& cell = formula.address;
     const Value& before = workbook_.sheets[cell.sheet].At(cell.row, cell.column);
     report_.cells.push_back(
-        {cell, formula.array,
+        {cell,
+         formula.array,
          u"=" + MovedFormulaText(workbook_.formula_texts[formula.text], formula.origin, cell),
-         before, before});
+         before,
+         before,
+         false,
+         {}});
+  }
+  for (const std::uint32_t entry : overlapping) {
+    entries_[entry].state = State::kDone;
+    KeepStored(entry, "two formulas fill the same cell");
+  }
+  WarnOfUnreadable();
+}
+
+void Recalculation::KeepStored(std::uint32_t entry, const std::string& problem) {
+  report_.cells[entry].problem = problem;
+  if (report_.errors.size() < kErrorLimit)
+    report_.errors.push_back(Name(entry) + ": " + problem + "; the stored value is kept");
+}
+
+void Recalculation::WarnOfUnreadable() {
+  const std::vector<CellAddress>& cells = workbook_.unreadable_formulas;
+  for (std::size_t i = 0; i < std::min(cells.size(), kWarningLimit); ++i) {
+    report_.warnings.push_back(
+        CellText(workbook_, cells[i]) +
+        " shares a formula that is not in the workbook: its stored value is kept");
+  }
+  if (cells.size() > kWarningLimit) {
+    report_.warnings.push_back(fmt::format(
+        "{} more cells share formulas that are not in the workbook", cells.size() - kWarningLimit));
   }
 }
 
@@ -188,16 +212,14 @@ void Recalculation::Calculate(std::uint32_t entry) {
     const Operand result =
         calculation_.Evaluate(*Parsed(formula.text), formula.origin, formula.address, formula.array,
                               formula.array.has_value());
-    Store(formula, result);
+    cell.changed = Store(formula, result);
     cell.after = workbook_.sheets[cell.address.sheet].At(cell.address.row, cell.address.column);
     Finish(entry);
   } catch (const Uncalculated&) {
     entries_[entry].state = State::kWaiting;
     WaitForMet(entry);
   } catch (const FormulaError& error) {
-    if (report_.errors.size() < kErrorLimit) {
-      report_.errors.push_back(Name(entry) + ": " + error.what() + "; the stored value is kept");
-    }
+    KeepStored(entry, error.what());
     Finish(entry);
   }
 }
@@ -231,7 +253,10 @@ void Recalculation::ReportCircle(std::uint32_t first) {
   }
   line += members.size() > 1 ? "; the stored values are kept" : "; the stored value is kept";
   if (report_.errors.size() < kErrorLimit) report_.errors.push_back(std::move(line));
-  for (const std::uint32_t member : members) Finish(member);
+  for (const std::uint32_t member : members) {
+    report_.cells[member].problem = "circular reference";
+    Finish(member);
+  }
 }
 
 void Recalculation::Finish(std::uint32_t entry) {
@@ -242,15 +267,19 @@ void Recalculation::Finish(std::uint32_t entry) {
   if (options_.progress && done_ % kProgressStep == 0) options_.progress(done_, entries_.size());
 }
 
-void Recalculation::Store(const FormulaCell& formula, const Operand& result) {
+bool Recalculation::Store(const FormulaCell& formula, const Operand& result) {
   Sheet& sheet = workbook_.sheets[formula.address.sheet];
   const CellRange range = RangeOf(formula);
-  for (std::int32_t column = 0; column < range.columns(); ++column) {
-    for (std::int32_t row = 0; row < range.rows(); ++row) {
-      sheet.Set(range.first_row + row, range.first_column + column,
-                ShownInRange(result, row, column));
+  bool changed = false;
+  for (std::int32_t column = range.first_column; column <= range.last_column; ++column) {
+    for (std::int32_t row = range.first_row; row <= range.last_row; ++row) {
+      Value value = ShownInRange(result, row - range.first_row, column - range.first_column);
+      const Value& stored = sheet.At(row, column);
+      changed = changed || (!stored.IsBlank() && !(stored == value));
+      sheet.Set(row, column, std::move(value));
     }
   }
+  return changed;
 }
 
 const FormulaPtr& Recalculation::Parsed(std::uint32_t text) {

@@ -45,7 +45,10 @@ class Recalculation {
   void WaitForMet(std::uint32_t entry);
   void ReportCircle(std::uint32_t first);
   void Finish(std::uint32_t entry);
-  void Store(const FormulaCell& formula, const Operand& result);
+  /// True when a cell that had a value has another one now.
+  bool Store(const FormulaCell& formula, const Operand& result);
+  void KeepStored(std::uint32_t entry, const std::string& problem);
+  void WarnOfUnreadable();
   void PutOnTop(std::uint32_t entry);
   void TakeOut(std::uint32_t entry);
   const FormulaPtr& Parsed(std::uint32_t text);

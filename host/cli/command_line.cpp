@@ -62,6 +62,7 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
       "add-in as Excel does, computes every formula that calls it, and reports what it finds.",
       "ZavHost"};
   app.require_subcommand(1);
+  app.set_version_flag("--version", ZAVHOST_VERSION);
   app.allow_windows_style_options(false);  // a path may begin with a slash
   app.footer(kFooter);
 
@@ -73,6 +74,7 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
       ->type_name("OUT.xlsx");
   run->add_option("--max-formulas", line.formula_limit,
                   "Refuse a workbook with more formulas to recalculate")
+      ->check(CLI::Range(std::size_t{1}, std::size_t{100'000'000}))
       ->capture_default_str();
   AddFormOptions(*run, json, csv);
   AddCommonOptions(*run, line, texts);
@@ -104,6 +106,10 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
     return {std::nullopt, code == 0 ? kExitSuccess : kExitUsage};
   }
 
+  if (run->count("--output") > 0 && texts.output.empty()) {
+    std::cerr << "--output: no file is named\n";
+    return {std::nullopt, kExitUsage};
+  }
   line.command = run->parsed()    ? Command::kRun
                  : eval->parsed() ? Command::kEval
                                   : Command::kFunctions;

@@ -8,25 +8,26 @@
 namespace zavhost {
 namespace {
 
-/// A defined name may hold letters, digits, dots and underscores and must not read as a number or a
-/// cell: other characters become underscores, and what then still reads as a cell gets one in
-/// front.
+bool IsDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
+bool IsLetter(char16_t c) { return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z'); }
+
+/// Reads as a cell (AB12), or as R or C, which Excel keeps for rows and columns.
+bool ReadsAsReference(const std::u16string& name) {
+  if (name.size() == 1) return name == u"r" || name == u"R" || name == u"c" || name == u"C";
+  const auto digits = std::find_if_not(name.begin(), name.end(), IsLetter);
+  const auto letters = digits - name.begin();
+  return letters >= 1 && letters <= 3 && digits != name.end() &&
+         std::all_of(digits, name.end(), IsDigit);
+}
+
+/// The name for a column with this heading: what no name may hold becomes "_", and "_" goes in
+/// front of what would read as a number or a cell.
 std::u16string NameFromHeading(std::u16string heading) {
   for (char16_t& c : heading) {
-    const bool allowed = c == u'.' || c == u'_' || (c >= u'0' && c <= u'9') ||
-                         (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z') || c >= 0xC0;
-    if (!allowed) c = u'_';
+    if (!IsDigit(c) && !IsLetter(c) && c != u'.' && c != u'_' && c < 0xC0) c = u'_';
   }
-  const std::size_t letters =
-      static_cast<std::size_t>(std::find_if(heading.begin(), heading.end(),
-                                            [](char16_t c) { return c >= u'0' && c <= u'9'; }) -
-                               heading.begin());
-  const bool only_digits_follow =
-      std::all_of(heading.begin() + static_cast<std::ptrdiff_t>(letters), heading.end(),
-                  [](char16_t c) { return c >= u'0' && c <= u'9'; });
-  const bool like_a_cell =
-      letters <= 3 && only_digits_follow && (letters < heading.size() || letters <= 1);
-  return like_a_cell || heading[0] == u'.' ? u"_" + heading : heading;
+  const bool starts_badly = IsDigit(heading[0]) || heading[0] == u'.';
+  return starts_badly || ReadsAsReference(heading) ? u"_" + heading : heading;
 }
 
 /// "$B$2:$B$9": a name's relative references would move with the cell that uses it.
@@ -42,19 +43,27 @@ std::u16string AbsoluteText(const CellRange& range) {
   return text;
 }
 
-/// Where every heading of the first row is a text, the column below it can be called by that name.
+/// The data of a column can be called by its heading. Says on stderr which name a heading got that
+/// is no name itself, and which has none because an earlier one has it.
 void NameColumns(Workbook& workbook) {
   const Sheet& sheet = workbook.sheets.at(0);
   const std::optional<CellRange> used = sheet.used_range();
   if (!used || used->last_row < 1) return;
   for (std::int32_t column = 0; column <= used->last_column; ++column) {
-    const std::u16string* heading = sheet.At(0, column).text();
-    if (heading == nullptr || heading->empty()) return;
-  }
-  for (std::int32_t column = 0; column <= used->last_column; ++column) {
+    const std::u16string heading = FromUtf8(DisplayText(sheet.At(0, column)));
+    if (heading.empty()) continue;
+    const std::u16string name = NameFromHeading(heading);
+    if (workbook.FindName(name, 0) != nullptr) {
+      std::cerr << "note: column " << column + 1 << " has no name: " << PrintableUtf8(name)
+                << " is an earlier column\n";
+      continue;
+    }
+    if (name != heading) {
+      std::cerr << "note: the column \"" << PrintableUtf8(heading) << "\" is called "
+                << PrintableUtf8(name) << '\n';
+    }
     const CellRange range{1, column, used->last_row, column};
-    workbook.names.push_back(
-        {NameFromHeading(*sheet.At(0, column).text()), u"Data!" + AbsoluteText(range), {}});
+    workbook.names.push_back({name, u"Data!" + AbsoluteText(range), {}});
   }
 }
 
@@ -97,7 +106,8 @@ void PrintLines(const Array& array, OutputForm form) {
     for (std::int32_t column = 0; column < array.columns; ++column) {
       if (column > 0) std::cout << (form == OutputForm::kCsv ? "," : "\t");
       const Value& value = array.At(row, column);
-      std::cout << (form == OutputForm::kCsv ? CsvField(ExactText(value)) : DisplayText(value));
+      std::cout << (form == OutputForm::kCsv ? CsvField(ExactText(value))
+                                             : PrintableUtf8(FromUtf8(DisplayText(value))));
     }
     std::cout << '\n';
   }

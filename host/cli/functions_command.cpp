@@ -96,6 +96,12 @@ void PrintList(const std::vector<RegisteredFunction>& functions) {
   std::cout << '\n' << functions.size() << " functions\n";
 }
 
+/// Helps may end in a blank that protects them in the wizard.
+std::string WithoutTrailingBlank(std::string text) {
+  if (text.ends_with(' ')) text.pop_back();
+  return text;
+}
+
 void PrintJson(const std::vector<RegisteredFunction>& functions) {
   auto list = nlohmann::ordered_json::array();
   for (const RegisteredFunction& function : functions) {
@@ -103,10 +109,10 @@ void PrintJson(const std::vector<RegisteredFunction>& functions) {
     entry["name"] = ToUtf8(function.name);
     entry["arguments"] = ToUtf8(function.argument_text);
     entry["category"] = ToUtf8(function.category);
-    entry["help"] = ToUtf8(function.function_help);
+    entry["help"] = WithoutTrailingBlank(ToUtf8(function.function_help));
     entry["argument_helps"] = nlohmann::ordered_json::array();
     for (const auto& help : function.argument_helps)
-      entry["argument_helps"].push_back(ToUtf8(help));
+      entry["argument_helps"].push_back(WithoutTrailingBlank(ToUtf8(help)));
     entry["hidden"] = function.macro_type == 0;
     entry["export"] = ToUtf8(function.procedure);
     entry["types"] = ToUtf8(function.type_text);

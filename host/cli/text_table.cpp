@@ -20,10 +20,9 @@ std::size_t UnitWidth(char16_t unit) {
   return IsWide(unit) ? 2 : 1;
 }
 
-std::string OneLine(std::string text, std::size_t limit) {
-  std::replace_if(
-      text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r' || c == '\t'; }, ' ');
-  std::u16string units = FromUtf8(text);
+std::string OneLine(const std::string& given, std::size_t limit) {
+  const std::string text = PrintableUtf8(FromUtf8(given));
+  const std::u16string units = FromUtf8(text);
   std::size_t width = 0;
   for (std::size_t i = 0; i < units.size(); ++i) {
     width += UnitWidth(units[i]);
@@ -78,8 +77,7 @@ TextTable::TextTable(std::vector<Column> columns) : columns_(std::move(columns))
 
 void TextTable::AddRow(std::vector<std::string> cells) {
   cells.resize(columns_.size());
-  for (std::size_t i = 0; i < cells.size(); ++i)
-    cells[i] = OneLine(std::move(cells[i]), columns_[i].limit);
+  for (std::size_t i = 0; i < cells.size(); ++i) cells[i] = OneLine(cells[i], columns_[i].limit);
   rows_.push_back(std::move(cells));
 }
 

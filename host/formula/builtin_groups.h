@@ -37,7 +37,7 @@ std::optional<ErrorCode> VisitValues(const BuiltInCall& call, const Visit& visit
       error = visit_array(**array);
     } else if (const Reference* reference = std::get_if<Reference>(&argument)) {
       for (const CellRange& area : reference->areas) {
-        error = visit_array(*call.context.ReadRange(reference->sheet, area));
+        error = visit_array(*call.context.ReadRange(reference->sheet, area, RangeExtent::kUsed));
         if (error) break;
       }
     } else {

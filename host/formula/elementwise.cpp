@@ -22,6 +22,11 @@ bool Spread::IsReasonable() const {
   return cells <= largest_ || cells <= kFreelySpreadCells;
 }
 
+std::size_t NewTextLength(const Value& value) {
+  const Text* text = value.shared_text();
+  return text != nullptr && text->use_count() == 1 ? (*text)->size() : 0;
+}
+
 Value ElementAt(const Operand& operand, std::int32_t row, std::int32_t column) {
   if (const Value* value = std::get_if<Value>(&operand)) return *value;
   const ArrayPtr* held = std::get_if<ArrayPtr>(&operand);

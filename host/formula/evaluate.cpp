@@ -16,6 +16,9 @@ constexpr std::size_t kMaxDepth = 256;
 // Code units of names' texts that one evaluation may run through: names that use each other twice
 // unfold without an end that anyone would live to see.
 constexpr std::size_t kNameTextLimit = 1'000'000;
+// Elements of all arrays that one evaluation may read and make, 24 bytes each: nested parentheses
+// hold up to 64 arrays at a time, and a call 255.
+constexpr std::size_t kElementLimit = 50'000'000;
 
 /// A function's argument kinds, wherever the function comes from.
 class Callee {
@@ -69,11 +72,26 @@ class Evaluator {
   }
 
   /// The operand as one value or an array.
-  Operand Scalar(const Operand& operand, bool as_array) {
-    return Dereference(operand, as_array, context_);
+  Operand Scalar(const Operand& operand, bool as_array, RangeExtent extent = RangeExtent::kWhole) {
+    Operand read = Dereference(operand, as_array, context_, extent);
+    return std::holds_alternative<Reference>(operand) ? Counted(std::move(read)) : read;
   }
 
  private:
+  /// The operand, or #VALUE! when it is an array and the evaluation has had too many elements.
+  Operand Counted(Operand operand) {
+    if (const ArrayPtr* array = std::get_if<ArrayPtr>(&operand)) {
+      elements_ += (*array)->values.size();
+      if (elements_ > kElementLimit) return Value(ErrorCode::kValue);
+    }
+    return operand;
+  }
+
+  template <typename Function>
+  Operand Fill(const Spread& spread, const Function& f) {
+    return Counted(FillSpread(spread, f));
+  }
+
   class Nesting {
    public:
     explicit Nesting(Evaluator& evaluator) : evaluator_(evaluator) {
@@ -132,7 +150,7 @@ class Evaluator {
       const Operand operand = Scalar(last, as_array);
       Spread spread;
       spread.Include(operand);
-      stack.back() = FillSpread(spread, [&](std::int32_t row, std::int32_t column) {
+      stack.back() = Fill(spread, [&](std::int32_t row, std::int32_t column) {
         return ApplyUnary(op, ElementAt(operand, row, column));
       });
       return;
@@ -147,7 +165,7 @@ class Evaluator {
     Spread spread;
     spread.Include(left);
     spread.Include(right);
-    stack.back() = FillSpread(spread, [&](std::int32_t row, std::int32_t column) {
+    stack.back() = Fill(spread, [&](std::int32_t row, std::int32_t column) {
       return ApplyBinary(op, ElementAt(left, row, column), ElementAt(right, row, column));
     });
   }
@@ -175,6 +193,9 @@ class Evaluator {
       if (built_in->lazy != LazyForm::kNone) return CallIfError(step, shift, as_array);
     }
     const Callee callee(registered, built_in);
+    // A range that is an add-in's argument itself ends where its sheet's cells do: a million blanks
+    // would say no more. Where operators or TRANSPOSE make something of them, they count.
+    const RangeExtent extent = registered != nullptr ? RangeExtent::kUsed : RangeExtent::kWhole;
     std::vector<Operand> arguments;
     arguments.reserve(step.arguments.size());
     Spread spread;
@@ -184,7 +205,10 @@ class Evaluator {
       Operand argument = Evaluate(step.arguments[i], shift, argument_as_array);
       const bool is_ready =
           kind == ArgumentKind::kReference || std::holds_alternative<MissingArgument>(argument);
-      arguments.push_back(is_ready ? std::move(argument) : Scalar(argument, argument_as_array));
+      arguments.push_back(
+          is_ready ? std::move(argument)
+                   : Scalar(argument, argument_as_array,
+                            kind == ArgumentKind::kArray ? extent : RangeExtent::kWhole));
       if (kind == ArgumentKind::kScalar) spread.Include(arguments.back());
     }
     if (!spread.is_array) return callee.Call(arguments, context_, as_array);
@@ -195,7 +219,7 @@ class Evaluator {
   Operand CallForEach(const Callee& callee, const std::vector<Operand>& arguments,
                       const Spread& spread, bool as_array) {
     std::vector<Operand> element = arguments;
-    return FillSpread(spread, [&](std::int32_t row, std::int32_t column) {
+    return Fill(spread, [&](std::int32_t row, std::int32_t column) {
       for (std::size_t i = 0; i < arguments.size(); ++i) {
         const bool spreads = callee.KindOf(i) == ArgumentKind::kScalar &&
                              std::holds_alternative<ArrayPtr>(arguments[i]);
@@ -223,7 +247,7 @@ class Evaluator {
     const Operand if_false = Scalar(EvaluateBranch(step, 2, shift, as_array), as_array);
     Spread spread;
     for (const Operand* operand : {&condition, &if_true, &if_false}) spread.Include(*operand);
-    return FillSpread(spread, [&](std::int32_t row, std::int32_t column) {
+    return Fill(spread, [&](std::int32_t row, std::int32_t column) {
       const Converted<bool> chosen = ToBoolean(ElementAt(condition, row, column));
       if (chosen.error) return Value(*chosen.error);
       return ElementAt(chosen.value ? if_true : if_false, row, column);
@@ -243,7 +267,7 @@ class Evaluator {
     Spread spread;
     spread.Include(tried);
     spread.Include(instead);
-    return FillSpread(spread, [&](std::int32_t row, std::int32_t column) {
+    return Fill(spread, [&](std::int32_t row, std::int32_t column) {
       Value value = ElementAt(tried, row, column);
       return is_caught(value) ? ElementAt(instead, row, column) : value;
     });
@@ -253,6 +277,7 @@ class Evaluator {
   CellAddress caller_;
   std::size_t depth_ = 0;
   std::size_t name_text_ = 0;
+  std::size_t elements_ = 0;
   std::vector<const DefinedName*> open_names_;
 };
 

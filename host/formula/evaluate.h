@@ -57,14 +57,22 @@ using FormulaPtr = std::shared_ptr<const Formula>;
 /// refer to; so does the spill operator, as no formula spills here.
 FormulaPtr ParseFormula(std::u16string_view text);
 
+/// How much of a range is read.
+enum class RangeExtent {
+  kWhole,
+  /// Whole columns and rows only as far as the sheet is used: for readers to whom the blanks behind
+  /// make no difference.
+  kUsed,
+};
+
 class EvaluationContext {
  public:
   virtual ~EvaluationContext() = default;
   /// The value of one cell. Throws Uncalculated.
   virtual Value ReadCell(const CellAddress& cell) = 0;
-  /// The values of a range; whole columns and rows are clipped to the used part of the sheet (a
-  /// range that holds nothing gives one blank). Throws Uncalculated.
-  virtual ArrayPtr ReadRange(std::uint32_t sheet, const CellRange& range) = 0;
+  /// The values of a range; with kUsed, a whole column that holds nothing gives one blank. A range
+  /// too large to be held gives one #VALUE!. Throws Uncalculated.
+  virtual ArrayPtr ReadRange(std::uint32_t sheet, const CellRange& range, RangeExtent extent) = 0;
   /// The function by its visible name in any letter case, or null: #NAME?.
   virtual CallableFunction* FindFunction(std::u16string_view name) = 0;
   virtual const Workbook& workbook() const = 0;

@@ -249,7 +249,7 @@ class Parser {
   void ParseCall(Expression& out) {
     Enter();
     std::u16string_view name = Take().text;
-    name.remove_suffix(1);
+    name = name.substr(0, name.find_last_not_of(u"( \t\r\n") + 1);
     name.remove_prefix(name.rfind(u'!') + 1);  // npos + 1 is 0
     const bool is_future = TakeStart(name, u"_xlfn.");
     TakeStart(name, u"_xlws.");

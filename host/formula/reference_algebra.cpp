@@ -126,13 +126,14 @@ std::optional<CellAddress> ImplicitIntersection(const Reference& reference,
   return std::nullopt;
 }
 
-Operand Dereference(const Operand& operand, bool as_array, EvaluationContext& context) {
+Operand Dereference(const Operand& operand, bool as_array, EvaluationContext& context,
+                    RangeExtent extent) {
   if (std::holds_alternative<MissingArgument>(operand)) return {};  // a blank value
   const Reference* reference = std::get_if<Reference>(&operand);
   if (reference == nullptr) return operand;
   if (reference->areas.size() != 1) return Value(ErrorCode::kValue);
   const CellRange& area = reference->areas.front();
-  if (as_array && !area.IsSingleCell()) return context.ReadRange(reference->sheet, area);
+  if (as_array && !area.IsSingleCell()) return context.ReadRange(reference->sheet, area, extent);
   const auto cell = ImplicitIntersection(*reference, context.caller());
   if (!cell) return Value(ErrorCode::kValue);
   return context.ReadCell(*cell);

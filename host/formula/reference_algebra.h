@@ -45,6 +45,7 @@ std::optional<CellAddress> ImplicitIntersection(const Reference& reference,
 /// The value of an operand where one value or an array is wanted: a Value or an ArrayPtr. A range
 /// becomes an array with `as_array` and one value by implicit intersection without; a reference of
 /// several areas is #VALUE!; a missing argument is blank.
-Operand Dereference(const Operand& operand, bool as_array, EvaluationContext& context);
+Operand Dereference(const Operand& operand, bool as_array, EvaluationContext& context,
+                    RangeExtent extent = RangeExtent::kWhole);
 
 }  // namespace zavhost

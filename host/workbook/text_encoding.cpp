@@ -63,6 +63,16 @@ void AppendUtf8(char32_t code, std::string& out) {
   }
 }
 
+std::string PrintableUtf8(std::u16string_view text) {
+  std::u16string line(text);
+  for (char16_t& unit : line) {
+    const bool control = unit < 0x20 || (unit >= 0x7F && unit < 0xA0);
+    if (control || (unit >= 0x2028 && unit <= 0x202E) || (unit >= 0x2066 && unit <= 0x2069))
+      unit = u' ';
+  }
+  return ToUtf8(line);
+}
+
 std::string ToUtf8(std::u16string_view text) {
   std::string out;
   out.reserve(text.size());

@@ -132,6 +132,9 @@ std::optional<double> NumberFromText(std::u16string_view text);
 
 /// A lone surrogate becomes U+FFFD.
 std::string ToUtf8(std::u16string_view text);
+/// The same on one line and safe for a terminal: controls, line separators and marks that turn the
+/// direction of writing become blanks.
+std::string PrintableUtf8(std::u16string_view text);
 /// Malformed UTF-8 becomes U+FFFD; never throws for content.
 std::u16string FromUtf8(std::string_view text);
 bool IsValidUtf8(std::string_view text);

@@ -95,13 +95,30 @@ class CsvReader {
   std::int32_t column_ = 0;
 };
 
+/// True when the first line holds semicolons and no commas outside of quotations.
+bool IsDividedBySemicolons(std::string_view text) {
+  bool is_quoted = false;
+  bool has_semicolon = false;
+  for (const char c : text) {
+    if (c == '"') is_quoted = !is_quoted;
+    if (is_quoted) continue;
+    if (c == ',') return false;
+    if (c == '\r' || c == '\n') break;
+    has_semicolon = has_semicolon || c == ';';
+  }
+  return has_semicolon;
+}
+
 }  // namespace
 
 Workbook ReadCsv(const std::filesystem::path& file, const XlsxLimits& limits) {
   return ReadNamed(file, [&] {
     const std::string text = ReadFile(file, limits.part_bytes);
-    if (text.find('\0') != std::string::npos) {
+    if (text.find('\0') != std::string::npos || !IsValidUtf8(text)) {
       throw WorkbookError("this is not comma-separated text in UTF-8");
+    }
+    if (IsDividedBySemicolons(text)) {
+      throw WorkbookError("this file seems to be divided by semicolons; commas are expected");
     }
     Workbook workbook;
     CsvReader(text, workbook.sheets.emplace_back(u"Data"), limits.cells).Read();

@@ -113,8 +113,7 @@ TEST_CASE("upkeep follows the memory load") {
         UpkeepSteps{.clear_parameters = true, .clear_data = true});
 }
 
-TEST_CASE(
-    "every worksheet function keeps the caches up, also one that must return at once") {
+TEST_CASE("every worksheet function keeps the caches up, also one that must return at once") {
   WithSession session;
   const auto call = [] { WorksheetFunction("f", [] { return XXloper::Number(1); }); };
   session.load = 90;

@@ -47,6 +47,7 @@ TEST_CASE("precedence and associativity") {
                        {u"SUM(A1:B2:C3)", "45"},
                        {u"SUM(A1:C2 B1:B4)", "7"},
                        {u"SUM((A1,B1:C1 C1:C4))", "4"},
+                       {u"SUM (1,ABS\n (-2))", "3"},
                        {u"-A1:A1", "-1"}});
 }
 

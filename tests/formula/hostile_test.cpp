@@ -95,6 +95,10 @@ TEST_CASE("growth is bounded") {
   context.DefineName(u"long", u"\"" + Repeated(u"x", 8000) + u"\"");
   CHECK(context.Evaluate(u"LEN(long&long&long&long)") == "32000");
   CHECK(context.Evaluate(u"long&long&long&long&long") == "#VALUE!");
+  // 20 million new characters in 2,500 elements are too many; the same text 2,500 times is one.
+  CHECK(context.Evaluate(u"SUM(LEN(ROW(1:2500)&long))", true) == "#VALUE!");
+  CHECK(context.Evaluate(u"SUM(LEN(CONCATENATE(ROW(1:2500),long)))", true) == "#VALUE!");
+  CHECK(context.Evaluate(u"SUM(LEN(IF(ROW(1:2500)>0,long)))", true) == "20000000");
 }
 
 std::u16string Mutated(std::mt19937& random, std::u16string text) {

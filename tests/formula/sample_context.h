@@ -39,7 +39,8 @@ class Context : public zavhost::EvaluationContext {
   Context();
 
   zavhost::Value ReadCell(const zavhost::CellAddress& cell) override;
-  zavhost::ArrayPtr ReadRange(std::uint32_t sheet, const zavhost::CellRange& range) override;
+  zavhost::ArrayPtr ReadRange(std::uint32_t sheet, const zavhost::CellRange& range,
+                              zavhost::RangeExtent extent) override;
   zavhost::CallableFunction* FindFunction(std::u16string_view name) override;
   const zavhost::Workbook& workbook() const override { return workbook_; }
   zavhost::CellAddress caller() const override { return caller_; }

@@ -160,6 +160,51 @@ TEST_CASE("what is recalculated, what is kept, and what is said of it") {
   CHECK(report.cells.size() == 5);
 }
 
+TEST_CASE("what another workbook's names give is kept") {
+  Workbook workbook = SmallWorkbook();
+  Sheet& sheet = workbook.sheets[0];
+  for (std::int32_t row = 0; row < 9; ++row) sheet.Set(row, 3, 1000.0 + row);
+  workbook.names.push_back({u"prices", u"Sheet1!$A$1:$A$5", {}});
+  workbook.names.push_back({u"theirs", u"[1]!prices", {}});
+  AddFormula(workbook, u"D1", u"GoodSum([1]!prices)");
+  AddFormula(workbook, u"D2", u"GoodSum([1]Other!prices)");
+  AddFormula(workbook, u"D3", u"GoodSum('[1]Oth er'!prices)");
+  AddFormula(workbook, u"D4", u"GoodSum(theirs)");
+  AddFormula(workbook, u"D5", u"GoodSum (theirs)");
+  AddFormula(workbook, u"D6", u"GoodSum([0]!prices)");
+  AddFormula(workbook, u"D7", u"GoodSum([0]Sheet1!A1:A2)+GoodSum('[0]Sheet1'!prices)");
+  AddFormula(workbook, u"D8", u"goodsum (prices)");
+  AddFormula(workbook, u"D9", u"GoodSum(prices (A1:B1))");  // taken for a function
+  auto engine = PlantedEngine(std::move(workbook));
+  const RecalculationReport report = engine->Recalculate();
+  CHECK(Joined(report.errors).empty());
+  CHECK(report.warnings.size() == 6);
+  for (std::int32_t row = 0; row < 5; ++row)
+    CHECK(CellShown(*engine, row, 3) == std::to_string(1000 + row));
+  CHECK(CellShown(*engine, 5, 3) == "15");
+  CHECK(CellShown(*engine, 6, 3) == "18");
+  CHECK(CellShown(*engine, 7, 3) == "15");
+  CHECK(CellShown(*engine, 8, 3) == "1008");
+}
+
+TEST_CASE("whole columns count whole in expressions, and only there") {
+  Workbook workbook = SmallWorkbook();
+  AddFormula(workbook, u"D1", u"GoodSum(0)+SUM(IF(A:A=\"\",1,0))", "D1");
+  AddFormula(workbook, u"D2", u"GoodSum(0)+COLUMNS(TRANSPOSE(A:A))", "D2");
+  AddFormula(workbook, u"D3", u"GoodSum(0)+SUM(A:A)+COUNT(Other!A:XFD)", "D3");
+  AddFormula(workbook, u"D4", u"GoodDescribe(B:B)");
+  AddFormula(workbook, u"D5", u"GoodSum(0)+SUM(IF(Other!A:I=\"\",1,0))", "D5");
+  workbook.sheets.emplace_back(u"Other").Set(0, 0, 1.0);
+  auto engine = PlantedEngine(std::move(workbook));
+  const RecalculationReport report = engine->Recalculate();
+  CHECK(Joined(report.errors).empty());
+  CHECK(CellShown(*engine, 0, 3) == "1048571");
+  CHECK(CellShown(*engine, 1, 3) == "1048576");
+  CHECK(CellShown(*engine, 2, 3) == "16");
+  CHECK(CellShown(*engine, 3, 3) == "5x1 of text of 4");
+  CHECK(CellShown(*engine, 4, 3) == "#VALUE!");
+}
+
 TEST_CASE("many warnings become a count, and the formula limit is one clear error") {
   Workbook workbook = SmallWorkbook();
   AddFormula(workbook, u"D1", u"GoodSum(A1:A5)");

@@ -57,5 +57,10 @@ TEST_CASE("comma-separated text that cannot be used is refused in one line") {
   CHECK(refused(std::string(1'100'000, '\n') + "1", "more than 1048576 rows"));
   CHECK(refused(std::string(40'000, 'x'), "longer than 32767"));
   CHECK(!Read("").sheets.at(0).used_range());
-  CHECK(Read("\xFF\n").sheets.at(0).At(0, 0) == Value(u"\uFFFD"));
+  CHECK(refused("name,value\nM\xFCller,1\n", "this is not comma-separated text in UTF-8"));
+  const std::string semicolons = "this file seems to be divided by semicolons; commas are expected";
+  CHECK(refused("name;value\nx;1,5\n", semicolons));
+  CHECK(refused("\"Name, first\";value\r\n", semicolons));
+  CHECK(Read("\"a;b\"\nc;d\n").sheets.at(0).At(1, 0) == Value(u"c;d"));
+  CHECK(Read("a;b,c\n").sheets.at(0).At(0, 0) == Value(u"a;b"));
 }

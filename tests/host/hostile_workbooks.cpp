@@ -238,6 +238,10 @@ void AddReadable(Writer& writer) {
   writer.AddRows(
       "cyclic_cells", "",
       "<row r=\"1\">" + formula("A1", "ZavMean(B1)") + formula("B1", "ZavMean(A1)") + "</row>");
+  writer.AddRows("texts_without_bounds", "",
+                 "<row r=\"1\"><c r=\"A1\"><f t=\"array\" ref=\"A1\">"
+                 "ZavMean(ROW(1:500)*COLUMN(A:IV)&amp;\"" +
+                     std::string(4000, 'x') + "\")</f><v>5</v></c></row>");
   std::string rows;
   for (int row = 1; row <= 1'000'000; ++row) {
     rows += "<row><c><f t=\"shared\" si=\"0\"";

@@ -57,9 +57,10 @@ inline std::u16string_view BstrView(BSTR text) {
   return {reinterpret_cast<const char16_t*>(text), text == nullptr ? 0 : SysStringLen(text)};
 }
 
-/// The locale that late-bound calls name. Excel refuses one whose language pack it does not have, such as
-/// a German user's in an English Excel; it always knows this one.
-inline constexpr LCID kCallLocale = MAKELCID(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), SORT_DEFAULT);
+/// The locale that late-bound calls name. Excel refuses one whose language pack it does not have,
+/// such as a German user's in an English Excel; it always knows this one.
+inline constexpr LCID kCallLocale =
+    MAKELCID(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), SORT_DEFAULT);
 
 /// The value of a property of an automation object, by name; nothing when the object has none,
 /// fails or is null.
@@ -67,8 +68,7 @@ inline std::optional<OwnedVariant> AutomationProperty(IDispatch* object, const w
   if (object == nullptr) return std::nullopt;
   DISPID id = 0;
   auto* names = const_cast<LPOLESTR>(name);
-  if (FAILED(object->GetIDsOfNames(IID_NULL, &names, 1, kCallLocale, &id)))
-    return std::nullopt;
+  if (FAILED(object->GetIDsOfNames(IID_NULL, &names, 1, kCallLocale, &id))) return std::nullopt;
   OwnedVariant result;
   DISPPARAMS none{};
   if (FAILED(object->Invoke(id, IID_NULL, kCallLocale, DISPATCH_PROPERTYGET, &none,

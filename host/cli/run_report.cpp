@@ -1,0 +1,180 @@
+#include "host/cli/run_report.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "host/cli/commands.h"
+#include "host/cli/json_value.h"
+#include "host/cli/text_table.h"
+
+namespace zavhost {
+namespace {
+
+constexpr std::int32_t kLabelColumns = 64;  // how far to the left a label is looked for
+
+const Value& ValueIn(const Workbook& workbook, const CellAddress& cell) {
+  return workbook.sheets[cell.sheet].At(cell.row, cell.column);
+}
+
+std::string SheetName(const Workbook& workbook, const CellAddress& cell) {
+  return ToUtf8(workbook.sheets[cell.sheet].name());
+}
+
+std::string CellName(const CellAddress& cell) { return ToUtf8(A1Text(cell.row, cell.column)); }
+
+/// "{=...}" for an array formula, as Excel shows it.
+std::string FormulaText(const RecalculatedCell& cell) {
+  const std::string text = ToUtf8(cell.formula);
+  return cell.array ? "{" + text + "}" : text;
+}
+
+/// The nearest text to the left of a cell in its row that no formula made: where people put what it
+/// is.
+std::string RowLabel(const Workbook& workbook, const std::set<CellAddress>& formulas,
+                     CellAddress cell) {
+  const std::int32_t last = std::max(0, cell.column - kLabelColumns);
+  while (--cell.column >= last) {
+    const Value& left = ValueIn(workbook, cell);
+    if (left.text() != nullptr && !left.text()->empty() && !formulas.contains(cell))
+      return DisplayText(left);
+  }
+  return "";
+}
+
+std::string Remark(const RecalculatedCell& cell) {
+  if (!cell.problem.empty()) return "kept: " + cell.problem;
+  if (!cell.changed) return "";
+  return cell.before == cell.after ? "changed" : "was " + DisplayText(cell.before);
+}
+
+/// "91 formulas recalculated, 3 changed since the workbook was saved, 2 had no value then".
+std::string Summary(const RecalculationReport& report) {
+  std::size_t computed = 0;
+  std::size_t changed = 0;
+  std::size_t without_value = 0;
+  for (const RecalculatedCell& cell : report.cells) {
+    if (!cell.problem.empty()) continue;
+    ++computed;
+    changed += cell.changed ? 1u : 0u;
+    without_value += cell.before.IsBlank() ? 1u : 0u;
+  }
+  std::string text =
+      fmt::format("{} formula{} recalculated, {} changed since the workbook was saved", computed,
+                  computed == 1 ? "" : "s", changed);
+  if (without_value > 0) text += fmt::format(", {} had no value then", without_value);
+  if (const std::size_t kept = report.cells.size() - computed; kept > 0)
+    text += fmt::format(", {} kept", kept);
+  return text;
+}
+
+std::string TableForm(const Workbook& workbook, const RecalculationReport& report) {
+  std::set<CellAddress> formulas;
+  for (const FormulaCell& formula : workbook.formulas) formulas.insert(formula.address);
+  std::map<std::uint32_t, TextTable> tables;
+  for (const RecalculatedCell& cell : report.cells) {
+    TextTable& table =
+        tables
+            .try_emplace(cell.address.sheet, TextTable({{"Cell"},
+                                                        {"Row", Alignment::kLeft, 30},
+                                                        {"Formula", Alignment::kLeft, 56},
+                                                        {"Value", Alignment::kRight, 32},
+                                                        {"", Alignment::kLeft, 40}}))
+            .first->second;
+    for (const CellAddress& place : CellsOf(cell)) {
+      const bool first = place == cell.address;
+      table.AddRow({CellName(place), RowLabel(workbook, formulas, place),
+                    first ? FormulaText(cell) : "", DisplayText(ValueIn(workbook, place)),
+                    first ? Remark(cell) : ""});
+    }
+  }
+  std::string text;
+  for (const auto& [sheet, table] : tables) {
+    text += "\n" + PrintableUtf8(workbook.sheets[sheet].name()) + "\n\n" + table.Render();
+  }
+  return text + "\n";
+}
+
+std::string CsvForm(const Workbook& workbook, const RecalculationReport& report) {
+  std::string text = "sheet,cell,formula,value,problem\n";
+  for (const RecalculatedCell& cell : report.cells) {
+    for (const CellAddress& place : CellsOf(cell)) {
+      text += fmt::format("{},{},{},{},{}\n", CsvField(SheetName(workbook, place)), CellName(place),
+                          CsvField(FormulaText(cell)),
+                          CsvField(ExactText(ValueIn(workbook, place))), CsvField(cell.problem));
+    }
+  }
+  return text;
+}
+
+/// A value for one cell, rows of values for an array formula's range.
+nlohmann::ordered_json ValuesOf(const Workbook& workbook, const RecalculatedCell& cell) {
+  if (!cell.array || cell.array->IsSingleCell()) return ToJson(cell.after);
+  auto rows = nlohmann::ordered_json::array();
+  for (const CellAddress& place : CellsOf(cell)) {
+    if (place.column == cell.array->first_column) rows.push_back(nlohmann::ordered_json::array());
+    rows.back().push_back(ToJson(ValueIn(workbook, place)));
+  }
+  return rows;
+}
+
+std::string JsonForm(const CommandLine& line, Engine& engine, const RecalculationReport& report,
+                     bool written) {
+  nlohmann::ordered_json root;
+  const Workbook& workbook = engine.workbook();
+  root["workbook"] = ToUtf8(workbook.file_name);
+  if (written) root["output"] = ToUtf8(line.output.u16string());
+  root["cells"] = nlohmann::ordered_json::array();
+  for (const RecalculatedCell& cell : report.cells) {
+    nlohmann::ordered_json entry;
+    entry["sheet"] = SheetName(workbook, cell.address);
+    entry["cell"] = CellName(cell.address);
+    if (cell.array) entry["array"] = ToUtf8(A1Text(*cell.array));
+    entry["formula"] = ToUtf8(cell.formula);
+    entry["value"] = ValuesOf(workbook, cell);
+    entry["before"] = ToJson(cell.before);
+    entry["changed"] = cell.changed;
+    if (!cell.problem.empty()) entry["problem"] = cell.problem;
+    root["cells"].push_back(std::move(entry));
+  }
+  root["warnings"] = report.warnings;
+  root["errors"] = report.errors;
+  root["violations"] = nlohmann::ordered_json::array();
+  for (const Violation& violation : engine.judge().violations()) {
+    root["violations"].push_back(DescribeViolation(violation));
+  }
+  return root.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+}
+
+}  // namespace
+
+std::vector<CellAddress> CellsOf(const RecalculatedCell& cell) {
+  if (!cell.array) return {cell.address};
+  std::vector<CellAddress> cells;
+  for (std::int32_t row = cell.array->first_row; row <= cell.array->last_row; ++row) {
+    for (std::int32_t column = cell.array->first_column; column <= cell.array->last_column;
+         ++column) {
+      cells.push_back({cell.address.sheet, row, column});
+    }
+  }
+  return cells;
+}
+
+std::string RunReport(const CommandLine& line, Engine& engine, const RecalculationReport& report,
+                      bool written) {
+  switch (line.form) {
+    case OutputForm::kJson:
+      return JsonForm(line, engine, report, written);
+    case OutputForm::kCsv:
+      return CsvForm(engine.workbook(), report);
+    case OutputForm::kTable:
+      break;
+  }
+  std::string text = TableForm(engine.workbook(), report) + Summary(report);
+  if (written) text += "; written to " + PrintableUtf8(line.output.u16string());
+  return text + ".\n";
+}
+
+}  // namespace zavhost
