@@ -13,7 +13,7 @@ if(WIN32)
     UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0A00 __USE_MINGW_ANSI_STDIO=1)
   target_compile_options(zavrel_options INTERFACE -Wa,-muse-unaligned-vector-move)
   target_link_options(zavrel_options INTERFACE
-    -static -Wl,--dynamicbase,--nxcompat,--high-entropy-va)
+    -static -Wl,--dynamicbase,--nxcompat,--high-entropy-va,--no-insert-timestamp)
 endif()
 if(ZAVREL_SANITIZE)
   target_compile_options(zavrel_options INTERFACE

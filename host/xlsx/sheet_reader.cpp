@@ -34,7 +34,7 @@ std::optional<double> ParseDouble(std::string_view text) {
   const auto [stop, error] = std::from_chars(text.data(), end, number);
   if (stop != end || text.empty()) return std::nullopt;
   if (error == std::errc::result_out_of_range &&
-      text.find_first_of("-", 1) != std::string_view::npos)
+      text.find_first_of('-', 1) != std::string_view::npos)
     return 0;
   if (error != std::errc() || !std::isfinite(number)) return std::nullopt;
   return number;
