@@ -53,14 +53,9 @@ bool RunWorksheetBody(const char* name, Body body) noexcept {
   return returned;
 }
 
-XLOPER12* RunValueBody(const char* name, Body body, WorksheetResult& result) noexcept {
-  Session* session = Session::Current();
-  if (session != nullptr) {
-    InspectCallingFormula();
-    if (!RunTraced(name, body)) result = WorksheetResult(XXloper::Error(ExcelError::kNA));
-    session->KeepUpCaches(UpkeepMode::kAfterCall);
-  }
-  return ReturnToExcel(result.value);
+XLOPER12* RunValueBody(const char* name, Body body, XXloper& result) noexcept {
+  if (!RunWorksheetBody(name, body)) result = XXloper::Error(ExcelError::kNA);
+  return ReturnToExcel(result);
 }
 
 std::uint32_t RunMacroBody(const char* name, Body body) noexcept {

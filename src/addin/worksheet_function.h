@@ -11,26 +11,10 @@
 #include <optional>
 #include <string>
 #include <type_traits>
-#include <utility>
 
 #include "excel/xxloper.h"
 
 namespace zavrel {
-
-/// What a worksheet function's body gives back. `Uncalculated` is for a body that met a cell which
-/// Excel has still to calculate: Excel calls again, and until then wants nothing but the return.
-struct WorksheetResult {
-  WorksheetResult(XXloper result)  // NOLINT(google-explicit-constructor): a body returns its value
-      : value(std::move(result)) {}
-  static WorksheetResult Uncalculated(XXloper result) {
-    WorksheetResult made(std::move(result));
-    made.uncalculated = true;
-    return made;
-  }
-
-  XXloper value;
-  bool uncalculated = false;
-};
 
 namespace frame {
 
@@ -64,7 +48,7 @@ bool RunUntracedBody(Body body) noexcept;
 const char* KeepText(const std::string& text) noexcept;
 
 /// The value frame: runs the body, which fills `result`, and hands the result to Excel.
-XLOPER12* RunValueBody(const char* name, Body body, WorksheetResult& result) noexcept;
+XLOPER12* RunValueBody(const char* name, Body body, XXloper& result) noexcept;
 
 template <class Callable>
 Body Erase(Callable& callable) {
@@ -73,11 +57,11 @@ Body Erase(Callable& callable) {
 
 }  // namespace frame
 
-/// A worksheet function with a value result (P). The body returns an XXloper or a WorksheetResult;
+/// A worksheet function with a value result (P). The body returns an XXloper;
 /// whatever it throws, the cell shows #N/A. The record stays valid until this thread's next result.
 template <class Callable>
 XLOPER12* WorksheetFunction(const char* name, Callable&& body) noexcept {
-  WorksheetResult result(XXloper::Error(ExcelError::kNA));
+  XXloper result = XXloper::Error(ExcelError::kNA);
   auto store = [&] { result = body(); };
   return frame::RunValueBody(name, frame::Erase(store), result);
 }

@@ -2,7 +2,6 @@
 #include "addin/worksheet_function.h"
 #include "data/get_parameters.h"
 #include "excel/error_double.h"
-#include "functions/refusal.h"
 #include "platform/export.h"
 #include "stats/moment_block.h"
 #include "stats/single_statistics.h"
@@ -43,19 +42,18 @@ double CachedStatistic(ExcelData& data, StatisticId id, Form form) {
   return cache.Get(sample, 0, index);
 }
 
-WorksheetResult UseNumbers(StatisticId id, Form form, Arguments arguments) {
+XXloper UseNumbers(StatisticId id, Form form, Arguments arguments) {
   const Parameters parameters = GetParameters("V", MissingDataPolicy::kNumbersOnly, arguments);
-  if (!parameters.accepted()) return Refusal(parameters);
+  if (!parameters.accepted()) return parameters.failure();
   return ToExcelValue(CachedStatistic(parameters.data(0), id, form));
 }
 
 /// The empty text for data with a cell that is no number or without any cell, and for every
 /// failure: never an error. A whole column counts as its used part; one that is blank has no cell.
-WorksheetResult RefuseIncomplete(StatisticId id, Form form, Arguments arguments) {
+XXloper RefuseIncomplete(StatisticId id, Form form, Arguments arguments) {
   const auto empty = [] { return XXloper::Text(u""); };
   try {
     const Parameters parameters = GetParameters("V", MissingDataPolicy::kPositional, arguments);
-    if (parameters.uncalculated()) return WorksheetResult::Uncalculated(empty());
     if (!parameters.accepted()) return empty();
     ExcelData& data = parameters.data(0);
     if (data.size() == 0 || data.NumberCount() < data.size()) return empty();
@@ -66,7 +64,7 @@ WorksheetResult RefuseIncomplete(StatisticId id, Form form, Arguments arguments)
   }
 }
 
-WorksheetResult Describe(StatisticId id, Form form, Incomplete incomplete, Arguments arguments) {
+XXloper Describe(StatisticId id, Form form, Incomplete incomplete, Arguments arguments) {
   return incomplete == Incomplete::kRefuse ? RefuseIncomplete(id, form, arguments)
                                            : UseNumbers(id, form, arguments);
 }

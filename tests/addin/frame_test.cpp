@@ -125,8 +125,7 @@ TEST_CASE("every worksheet function keeps the caches up, also one that must retu
   PlainFunction("f", 0.0, [] { return 1.5; });
   WorksheetFunction("f", []() -> XXloper { throw 1; });
   CHECK(session.cleared == 3);
-  const XLOPER12* result = WorksheetFunction(
-      "f", [] { return WorksheetResult::Uncalculated(XXloper::Error(ExcelError::kRef)); });
+  const XLOPER12* result = WorksheetFunction("f", [] { return XXloper::Error(ExcelError::kRef); });
   CHECK(result->val.err == xlerrRef);
   CHECK(session.cleared == 4);
   session.load = 0;
