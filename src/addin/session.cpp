@@ -4,7 +4,7 @@
 #include <exception>
 #include <utility>
 
-#include "addin/extension_library.h"
+#include "addin/companion_library.h"
 #include "diagnostics/log_line.h"
 #include "platform/memory_status.h"
 #include "platform/operating_system.h"
@@ -44,7 +44,7 @@ std::string Describe(const Announcement& announced) {
 SessionServices SessionServices::OfThisMachine() {
   return {
       .messages = [] { return MessageLibrary::Open(LibraryIdentity::OfThisLibrary().folder); },
-      .extension_present = [] { return ExtensionLibrary::OfProcess().IsPresent(); },
+      .extension_present = [] { return NonparametricTestsLibrary().IsPresent(); },
       .memory_load = [] { return ReadMemoryStatus().load_percent; },
       .machine_text = [](const std::u16string& key,
                          const std::u16string& name) -> std::optional<std::u16string> {

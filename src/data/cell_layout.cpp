@@ -35,16 +35,23 @@ CellLayout LayoutOf(std::span<const XLOPER12* const> pieces) {
   return rows == 1 ? CellLayout{Kind::kOpenEnd, 1} : CellLayout{Kind::kWholeRows, rows};
 }
 
-bool CanPair(const CellLayout& a, std::size_t a_cells, const CellLayout& b, std::size_t b_cells) {
+bool CanPairShorter(const CellLayout& a, std::size_t a_cells, const CellLayout& b,
+                    std::size_t b_cells) {
+  if (a.kind == Kind::kComplete && b.kind == Kind::kComplete) return true;
   if (a.kind == Kind::kClipped || b.kind == Kind::kClipped) return false;
   if (a.kind == Kind::kWholeRows || b.kind == Kind::kWholeRows)
     return a.kind == b.kind && a.width == b.width && a_cells == b_cells;
-  if (a.kind == Kind::kComplete && b.kind == Kind::kComplete) return a_cells == b_cells;
   if (a.kind == Kind::kOpenEnd && b.kind == Kind::kOpenEnd) return a.width == b.width;
-  const auto [open, open_cells, complete, complete_cells] =
-      a.kind == Kind::kOpenEnd ? std::tuple(a, a_cells, b, b_cells)
-                               : std::tuple(b, b_cells, a, a_cells);
-  return open_cells <= complete_cells && (open.width == 1 || open.width == complete.width);
+  const auto [open, complete] = a.kind == Kind::kOpenEnd ? std::tuple(a, b) : std::tuple(b, a);
+  return open.width == 1 || open.width == complete.width;
+}
+
+bool CanPair(const CellLayout& a, std::size_t a_cells, const CellLayout& b, std::size_t b_cells) {
+  if (!CanPairShorter(a, a_cells, b, b_cells)) return false;
+  if (a.kind == Kind::kComplete && b.kind == Kind::kComplete) return a_cells == b_cells;
+  if (a.kind == Kind::kComplete) return b_cells <= a_cells;
+  if (b.kind == Kind::kComplete) return a_cells <= b_cells;
+  return true;
 }
 
 }  // namespace zavrel

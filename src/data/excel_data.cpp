@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "excel/error_double.h"
+#include "stats/sort_ascending.h"
 
 namespace zavrel {
 namespace {
@@ -122,9 +123,26 @@ BlockArray<double> ExcelData::Positional(bool with_errors) const {
   return numbers;
 }
 
+std::span<const double> ExcelData::SortedNumbers() {
+  if (!sorted_) sorted_ = Sorted();
+  return {sorted_->data(), sorted_->size()};
+}
+
+BlockArray<double> ExcelData::Sorted() {
+  BlockArray<double> sorted;
+  const std::span<const double> numbers = Numbers(MissingDataPolicy::kNumbersOnly);
+  if (numbers.empty()) return sorted;
+  sorted.Reserve(numbers.size());
+  std::copy(numbers.begin(), numbers.end(), sorted.Extend(numbers.size()));
+  BlockArray<double> scratch;
+  scratch.Reserve(numbers.size());
+  SortAscending({sorted.data(), sorted.size()}, {scratch.Extend(numbers.size()), numbers.size()});
+  return sorted;
+}
+
 std::size_t ExcelData::bytes() const {
   std::size_t bytes = sizeof *this + key_.capacity() + cells_.bytes();
-  for (const Shape* shape : {&positional_, &positional_with_errors_, &numbers_only_}) {
+  for (const Shape* shape : {&positional_, &positional_with_errors_, &numbers_only_, &sorted_}) {
     if (*shape) bytes += (*shape)->bytes();
   }
   return bytes;

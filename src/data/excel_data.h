@@ -54,6 +54,9 @@ class ExcelData {
   /// The numbers in the policy's shape. A single omitted argument has none under any policy.
   std::span<const double> Numbers(MissingDataPolicy policy);
 
+  /// The numbers without anything between them (as under kNumbersOnly), in ascending order.
+  std::span<const double> SortedNumbers();
+
   StatisticCache& statistics() { return statistics_; }
 
   /// Memory that the data set holds at present.
@@ -67,6 +70,7 @@ class ExcelData {
   XXloper CheckAcceptance(MissingDataPolicy policy, bool propagate_errors) const;
   BlockArray<double> NumbersOnly() const;
   BlockArray<double> Positional(bool with_errors) const;
+  BlockArray<double> Sorted();
 
   std::string key_;
   CellColumns cells_;
@@ -76,6 +80,7 @@ class ExcelData {
   Shape positional_;
   Shape positional_with_errors_;
   Shape numbers_only_;
+  Shape sorted_;
   StatisticCache statistics_;
 };
 

@@ -7,7 +7,7 @@
 
 #include "addin/announce.h"
 #include "addin/announced_text.h"
-#include "addin/extension_library.h"
+#include "addin/companion_library.h"
 #include "addin/fake_excel.h"
 #include "addin/opening.h"
 #include "excel/wide_text.h"
@@ -200,19 +200,18 @@ TEST_CASE("what a failed announcement did register is taken back") {
   CHECK(excel.faults.empty());
 }
 
-TEST_CASE("the extension library is looked for once") {
-  CHECK(ExtensionLibraryPath(u"C:\\Add-ins", 8) ==
-        u"C:\\Add-ins\\ZavrelFuncs Extensions\\NonparametricTests8_x64.DLL");
-  CHECK(ExtensionLibraryPath(u"C:\\", 8) ==
-        u"C:\\ZavrelFuncs Extensions\\NonparametricTests8_x64.DLL");
+TEST_CASE("a companion library is looked for once") {
+  CHECK(CompanionLibraryPath(u"C:\\Add-ins", u"Extensions", u"Tests8_x64.DLL") ==
+        u"C:\\Add-ins\\Extensions\\Tests8_x64.DLL");
+  CHECK(CompanionLibraryPath(u"C:\\", u"", u"Q_x64.DLL") == u"C:\\Q_x64.DLL");
   int looked = 0;
-  ExtensionLibrary library(u"x", [&](const std::u16string&) {
+  CompanionLibrary library(u"x", [&](const std::u16string&) {
     ++looked;
     return std::optional<Module>();
   });
   CHECK(looked == 0);
   CHECK_FALSE(library.IsPresent());
-  CHECK_FALSE(library.IsPresent());
+  CHECK(library.FindExport("Anything") == nullptr);
   CHECK(looked == 1);
 }
 

@@ -112,6 +112,29 @@ TEST_CASE("the numbers in each policy's shape") {
   }
 }
 
+TEST_CASE("the numbers in ascending order, made once") {
+  const auto sorted = [](const std::shared_ptr<ExcelData>& data) {
+    const auto numbers = data->SortedNumbers();
+    CHECK(data->SortedNumbers().data() == numbers.data());
+    return std::vector<double>(numbers.begin(), numbers.end());
+  };
+  using Numbers = std::vector<double>;
+  CHECK(sorted(DataOf({3.0, Cell(), -1.0, u"x", true, ErrorCell{7}, 2.0, -1.0})) ==
+        Numbers{-1, -1, 2, 3});
+  CHECK(sorted(DataOf({u"x", Cell()})).empty());
+  CHECK(sorted(DataOf({})).empty());
+  CHECK(sorted(Omitted()).empty());
+
+  std::vector<Cell> cells;
+  for (int i = 0; i < 5000; ++i) cells.push_back(static_cast<double>(i * 37 % 5000));
+  const auto data = DataOf(cells);
+  const std::size_t bytes = data->bytes();
+  const Numbers ascending = sorted(data);
+  for (std::size_t i = 0; i < 5000; ++i) CHECK(ascending[i] == static_cast<double>(i));
+  CHECK(data->bytes() >= bytes + 5000 * sizeof(double));
+  CHECK(data->Numbers(kNumbersOnly)[1] == 37);  // the cells keep their own order
+}
+
 TEST_CASE("views") {
   const std::vector<double> values{1, 2, 3};
   const VectorArrayAccessor vector(values);

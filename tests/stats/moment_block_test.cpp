@@ -23,12 +23,7 @@ doctest::Approx Near(double value, double epsilon = 4e-15) {
   return doctest::Approx(value).epsilon(epsilon).scale(0);
 }
 
-/// Digits that agree: the negative decimal logarithm of the relative error.
-double AgreeingDigits(double value, double certified) {
-  return value == certified ? 16 : -std::log10(std::abs(value - certified) / std::abs(certified));
-}
-
-/// The certified series with a large offset: mean `offset` + 0.2, standard deviation 0.1.
+/// Mean `offset` + 0.2, standard deviation 0.1, had doubles the digits for it.
 std::vector<double> OffsetSeries(double offset) {
   std::vector<double> values{offset + 0.2};
   for (int i = 0; i < 500; ++i) {
@@ -143,16 +138,8 @@ TEST_CASE("values that are no numbers are skipped and counted") {
 }
 
 TEST_CASE("a large offset costs no more digits than the data lost themselves") {
-  const MomentBlock million = ComputeMoments(OffsetSeries(1e6), true);
-  CHECK(AgreeingDigits(million.mean, 1000000.2) >= 15);
-  CHECK(AgreeingDigits(million.standard_deviation, 0.1) >= 9.4);
-  // Against the doubles as they are, it is nearly exact.
-  CHECK(million.variance == Near(0.01000000000698492, 1e-12));
-
-  const MomentBlock ten_million = ComputeMoments(OffsetSeries(1e7), true);
-  CHECK(AgreeingDigits(ten_million.mean, 10000000.2) >= 14);
-  CHECK(AgreeingDigits(ten_million.standard_deviation, 0.1) >= 8.2);
-  CHECK(ten_million.kurtosis == Near(0.996996996996997, 1e-7));
+  CHECK(ComputeMoments(OffsetSeries(1e6), true).variance == Near(0.01000000000698492, 1e-12));
+  CHECK(ComputeMoments(OffsetSeries(1e7), true).kurtosis == Near(0.996996996996997, 1e-7));
 }
 
 TEST_CASE("overflow is computed again in extended precision") {

@@ -6,6 +6,7 @@
 #include <oaidl.h>
 #include <oleauto.h>
 
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -29,6 +30,40 @@ class OwnedVariant {
 
  private:
   VARIANT variant_;
+};
+
+/// Owns a fresh automation string until it is handed over. Throws std::bad_alloc when it cannot be
+/// made.
+class OwnedBstr {
+ public:
+  /// Wide text, as VARIANTs and Automation's own strings hold it.
+  static OwnedBstr Wide(std::u16string_view text) {
+    return OwnedBstr(SysAllocStringLen(reinterpret_cast<const OLECHAR*>(text.data()),
+                                       static_cast<UINT>(text.size())));
+  }
+  /// Bytes of the ANSI code page, as a macro's `As String` exchanges them. What the code page lacks
+  /// becomes its substitute, as a rule "?".
+  static OwnedBstr Ansi(std::u16string_view text);
+
+  OwnedBstr(const OwnedBstr&) = delete;
+  OwnedBstr& operator=(const OwnedBstr&) = delete;
+  OwnedBstr(OwnedBstr&& other) noexcept : text_(std::exchange(other.text_, nullptr)) {}
+  ~OwnedBstr() { SysFreeString(text_); }
+
+  BSTR Release() { return std::exchange(text_, nullptr); }
+  /// Puts the string in the caller's place, whose old one goes; a null place is left alone.
+  void HandOver(BSTR* place) {
+    if (place == nullptr) return;
+    SysFreeString(*place);
+    *place = Release();
+  }
+
+ private:
+  explicit OwnedBstr(BSTR text) : text_(text) {
+    if (text_ == nullptr) throw std::bad_alloc();
+  }
+
+  BSTR text_;
 };
 
 /// Keeps a SAFEARRAY locked; a null or unlockable array gives a lock that is not ok().

@@ -1,0 +1,46 @@
+#pragma once
+// Libraries that may or may not stand beside the add-in.
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/module.h"
+
+namespace zavrel {
+
+/// Looks for its library on first need and remembers the outcome, found or not. A library that was
+/// found stays loaded.
+class CompanionLibrary {
+ public:
+  using Loader = std::function<std::optional<Module>(const std::u16string& path)>;
+
+  CompanionLibrary(std::u16string path, Loader load);
+  bool IsPresent() { return module() != nullptr; }
+  /// The loaded library, null when absent.
+  const Module* module();
+  /// Null when the library or the export is absent.
+  ExportAddress FindExport(const char* name);
+
+ private:
+  std::u16string path_;
+  Loader load_;
+  std::optional<Module> module_;
+  bool looked_ = false;
+};
+
+/// Full path of a library in a folder below the add-in's own (an empty name: beside the add-in).
+std::u16string CompanionLibraryPath(std::u16string_view add_in_folder, std::u16string_view folder,
+                                    std::u16string_view file_name);
+
+// Those of this process, beside the add-in's own file. They are never unloaded: when the process or
+// this library ends, the loader's lock is held.
+
+/// The nonparametric tests.
+CompanionLibrary& NonparametricTestsLibrary();
+/// The sibling product's: "QLX4_x64.DLL", named as its exports are and as every library of the
+/// suite, product with its major version, then the bitness.
+CompanionLibrary& SiblingLibrary();
+
+}  // namespace zavrel

@@ -1,0 +1,101 @@
+#include "stats/sort_ascending.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+
+namespace zavrel {
+namespace {
+
+// A digit of 10 bits takes at most seven passes; with 11 the places of a pass no longer fit into
+// the fastest cache.
+constexpr int kDigitBits = 10;
+constexpr std::size_t kDigitValues = std::size_t{1} << kDigitBits;
+constexpr std::size_t kShort = 256;  // from here on the radix sort is the faster one
+
+using Counts = std::array<std::uint32_t, kDigitValues>;
+
+/// The bits as an unsigned integer that orders as the doubles do.
+std::uint64_t Key(double value) {
+  constexpr std::uint64_t kSignBit = std::uint64_t{1} << 63;
+  const auto bits = std::bit_cast<std::uint64_t>(value);
+  return (bits & kSignBit) != 0 ? ~bits : bits | kSignBit;
+}
+
+// Comparing doubles themselves is no order when a not-a-number is among them.
+bool Before(double a, double b) { return Key(a) < Key(b); }
+
+std::size_t Digit(std::uint64_t key, int lowest_bit) {
+  return key >> lowest_bit & (kDigitValues - 1);
+}
+
+/// The bits in which the keys differ.
+std::uint64_t VaryingBits(std::span<const double> values) {
+  const std::uint64_t first = Key(values[0]);
+  std::uint64_t varying = 0;
+  for (const double value : values) varying |= Key(value) ^ first;
+  return varying;
+}
+
+/// Counts become the places where the values with each digit begin.
+void ToFirstPlaces(Counts& counts) {
+  std::uint32_t place = 0;
+  for (std::uint32_t& count : counts) {
+    const std::uint32_t next = place + count;
+    count = place;
+    place = next;
+  }
+}
+
+/// Moves the values to the places of their digits, and counts the digits of the next pass.
+void Distribute(std::span<const double> from, double* to, Counts& places, int lowest_bit,
+                Counts& next_counts, int next_lowest_bit) {
+  for (const double value : from) {
+    const std::uint64_t key = Key(value);
+    ++next_counts[Digit(key, next_lowest_bit)];
+    to[places[Digit(key, lowest_bit)]++] = value;
+  }
+}
+
+// Each digit begins at a bit that varies: bits in which all values agree cost nothing.
+void RadixSort(std::span<double> values, double* scratch) {
+  std::uint64_t varying = VaryingBits(values);
+  int lowest_bit = std::countr_zero(varying);
+  Counts counts{};
+  Counts next_counts;
+  for (const double value : values) ++counts[Digit(Key(value), lowest_bit)];
+
+  double* from = values.data();
+  double* to = scratch;
+  while (varying != 0) {
+    varying &= ~(std::uint64_t{kDigitValues - 1} << lowest_bit);
+    const int next_lowest_bit = varying != 0 ? std::countr_zero(varying) : lowest_bit;
+    ToFirstPlaces(counts);
+    next_counts.fill(0);
+    Distribute({from, values.size()}, to, counts, lowest_bit, next_counts, next_lowest_bit);
+    std::swap(from, to);
+    counts = next_counts;
+    lowest_bit = next_lowest_bit;
+  }
+  if (from != values.data()) std::memcpy(values.data(), from, values.size_bytes());
+}
+
+}  // namespace
+
+void SortAscending(std::span<double> values, std::span<double> scratch) {
+  if (std::is_sorted(values.begin(), values.end(), Before)) return;
+  if (std::is_sorted(values.rbegin(), values.rend(), Before)) {
+    std::reverse(values.begin(), values.end());
+    return;
+  }
+  if (values.size() < kShort || values.size() > std::numeric_limits<std::uint32_t>::max()) {
+    std::sort(values.begin(), values.end(), Before);
+    return;
+  }
+  RadixSort(values, scratch.data());
+}
+
+}  // namespace zavrel
