@@ -20,3 +20,7 @@ if(ZAVREL_SANITIZE)
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(zavrel_options INTERFACE -fsanitize=address,undefined)
 endif()
+if(ZAVREL_FUZZ)
+  # Code is held to GCC's warnings, clang only watches it run.
+  target_compile_options(zavrel_options INTERFACE -Wno-error -Wno-unknown-warning-option -fsanitize=fuzzer-no-link)
+endif()

@@ -13,6 +13,7 @@
 #include "addin/cache_upkeep.h"
 #include "addin/library_identity.h"
 #include "addin/registration.h"
+#include "data/macro_handshakes.h"
 #include "data/session_caches.h"
 #include "diagnostics/failure_store.h"
 #include "diagnostics/message_library.h"
@@ -66,6 +67,7 @@ class Session {
   void AddFurtherCache(std::function<void()> clear);
 
   FailureStore& failures() { return failures_; }
+  MacroHandshakes& macro_handshakes() { return macro_handshakes_; }
   const ApplicationTable& applications() const { return applications_; }
   /// The language in which texts are shown: the thread's when the session opens, then whatever the
   /// latest announcement named. With or without a country (0x0407, 7).
@@ -101,6 +103,7 @@ class Session {
   ResultHolderOwner result_holder_;
   MessageLibrary messages_;
   FailureStore failures_;
+  MacroHandshakes macro_handshakes_;
   std::shared_ptr<ExcelDataCache> data_cache_;
   std::shared_ptr<DatasetParmCache> parm_cache_;
   std::vector<std::function<void()>> further_caches_;

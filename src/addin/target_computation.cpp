@@ -24,9 +24,8 @@ Function* SiblingEntry(const char* name) {
 }  // namespace
 
 std::optional<double> PercentileOfSorted(std::span<const double> sorted, double p,
-                                         std::int16_t method) {
+                                         std::int16_t method, DiscreteSetting setting) {
   constexpr auto kDirection = Stats::Direction::kProbabilityToValue;
-  constexpr auto kSetting = DiscreteSetting::kUnknown;
   static auto* const sibling = SiblingEntry<CalcDoubleArrayTarget3>("QLX4_CalcDoubleArrayTarget3");
   if (sibling == nullptr) {
     // Looked at here rather than caught: a throw takes longer than the computation.
@@ -34,12 +33,12 @@ std::optional<double> PercentileOfSorted(std::span<const double> sorted, double 
         method > Stats::kLastPercentileMethod) {
       return std::nullopt;
     }
-    return Stats::Target(sorted, kDirection, method, kSetting, p);
+    return Stats::Target(sorted, kDirection, method, setting, p);
   }
   double result = 0;
   const std::int16_t status =
       sibling(static_cast<Whole>(sorted.size()), sorted.data(), static_cast<Whole>(kDirection), p,
-              static_cast<Whole>(kSetting), method, &result);
+              static_cast<Whole>(DiscreteSetting::kUnknown), method, &result);
   if (status != 0) return std::nullopt;
   return result;
 }

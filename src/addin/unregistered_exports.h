@@ -2,6 +2,11 @@
 // What the add-in exports beside the rows of the registration tables: called by Excel itself or by
 // a macro add-in, never from a formula. A test holds the built library's exports against the tables
 // and this list.
+//
+// Strings that a macro exchanges with them. VARIANTs hold wide strings, and so do the
+// out-parameters of forms that end in W and of ZavrelGetExceptionInfoVB. A string result and every
+// other string out-parameter (the ids) follow what a parameter or result declared `As String` does:
+// a BSTR of bytes in the ANSI code page, which loses what the page lacks.
 
 namespace zavrel {
 
@@ -20,6 +25,32 @@ inline constexpr const char* kUnregisteredExports[] = {
     // macro add-in
     "ZavrelGetExceptionInfoVB",
     "ZavrelWriteRangeVB",
+    // macro add-in, cells of a range
+    "VariantIdString",
+    "ZavrelGetCellValuesSetArrayVB",
+    "ZavrelGetCellValuesSetArrayPrivateVB",
+    "ZavrelGetCellValuesCategorySetArrayPrivateVB",
+    "ZavrelGetCellValuesNumericSetArrayPrivateVB",
+    "ZavrelGetCellValueCategory",
+    "ZavrelGetCellValueCategoryW",
+    // macro add-in, statistics of arrays
+    "ZavrelMinVB",
+    "ZavrelMaxVB",
+    "ZavrelMeanVB",
+    "ZavrelStdDevVB",
+    "ZavrelStdDevPVB",
+    "ZavrelVarianceVB",
+    "ZavrelVariancePVB",
+    "ZavrelSkewnessVB",
+    "ZavrelSkewnessPVB",
+    "ZavrelKurtosisVB",
+    "ZavrelKurtosisPVB",
+    "ZavrelSumSqVB",
+    "ZavrelSumDevSqVB",
+    "ZavrelModeVB",
+    "ZavrelPercentileVB",
+    "ZavrelQuartileVB",
+    "ZavrelMedianVB",
 };
 
 }  // namespace zavrel

@@ -128,6 +128,11 @@ std::span<const double> ExcelData::SortedNumbers() {
   return {sorted_->data(), sorted_->size()};
 }
 
+const IsDiscrete& ExcelData::Discreteness() {
+  if (!discreteness_) discreteness_.emplace(SortedNumbers());
+  return *discreteness_;
+}
+
 BlockArray<double> ExcelData::Sorted() {
   BlockArray<double> sorted;
   const std::span<const double> numbers = Numbers(MissingDataPolicy::kNumbersOnly);

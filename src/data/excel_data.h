@@ -13,6 +13,7 @@
 #include "data/missing_data_policy.h"
 #include "data/statistic_cache.h"
 #include "excel/xxloper.h"
+#include "stats/is_discrete.h"
 
 namespace zavrel {
 
@@ -56,6 +57,8 @@ class ExcelData {
 
   /// The numbers without anything between them (as under kNumbersOnly), in ascending order.
   std::span<const double> SortedNumbers();
+  /// Whether the numbers look discrete.
+  const IsDiscrete& Discreteness();
 
   StatisticCache& statistics() { return statistics_; }
 
@@ -81,6 +84,7 @@ class ExcelData {
   Shape positional_with_errors_;
   Shape numbers_only_;
   Shape sorted_;
+  std::optional<IsDiscrete> discreteness_;
   StatisticCache statistics_;
 };
 

@@ -34,18 +34,21 @@ std::optional<ReferenceView> ReferenceView::Of(const XLOPER12& record) {
   return ReferenceView(areas, sheet_id);
 }
 
-OneArea::OneArea(const ReferenceView& sheet, const XLREF12& area) {
-  if (const auto sheet_id = sheet.sheet_id()) {
-    areas_.count = 1;
-    areas_.reftbl[0] = area;
-    record_.xltype = xltypeRef;
-    record_.val.mref.lpmref = &areas_;
-    record_.val.mref.idSheet = *sheet_id;
-  } else {
-    record_.xltype = xltypeSRef;
-    record_.val.sref.count = 1;
-    record_.val.sref.ref = area;
-  }
+OneArea::OneArea(std::uint64_t sheet_id, const XLREF12& area) {
+  areas_.count = 1;
+  areas_.reftbl[0] = area;
+  record_.xltype = xltypeRef;
+  record_.val.mref.lpmref = &areas_;
+  record_.val.mref.idSheet = sheet_id;
+}
+
+OneArea::OneArea(const ReferenceView& sheet, const XLREF12& area)
+    : OneArea(sheet.sheet_id().value_or(0), area) {
+  if (sheet.sheet_id()) return;
+  record_ = {};
+  record_.xltype = xltypeSRef;
+  record_.val.sref.count = 1;
+  record_.val.sref.ref = area;
 }
 
 CallingRange CallingRange::Ask() { return CallingRange(CallExcel(xlfCaller).value); }

@@ -38,10 +38,11 @@ class ReferenceView {
   std::optional<std::uint64_t> sheet_id_;
 };
 
-/// A reference record of one area, on the sheet of another reference.
+/// A reference record of one area, on the sheet of another reference or on that of an id.
 class OneArea {
  public:
   OneArea(const ReferenceView& sheet, const XLREF12& area);
+  OneArea(std::uint64_t sheet_id, const XLREF12& area);
   OneArea(const OneArea&) = delete;
   OneArea& operator=(const OneArea&) = delete;
 

@@ -1,8 +1,11 @@
-// The summary statistics of one data set: ZavMin ... ZavMeanAbs.
+// The summary statistics of one data set: ZavMin ... ZavMode.
 #include "addin/worksheet_function.h"
 #include "data/get_parameters.h"
+#include "diagnostics/log_line.h"
 #include "excel/error_double.h"
 #include "platform/export.h"
+#include "stats/data_set_summary.h"
+#include "stats/mode.h"
 #include "stats/moment_block.h"
 #include "stats/single_statistics.h"
 #include "stats/statistic_id.h"
@@ -18,13 +21,18 @@ enum class Incomplete : bool { kUseNumbers, kRefuse };
 
 using Arguments = std::span<const XLOPER12* const>;
 
-void ComputeInto(StatisticCache& cache, StatisticId id, Form form,
-                 std::span<const double> numbers) {
+void ComputeInto(ExcelData& data, StatisticId id, Form form) {
+  StatisticCache& cache = data.statistics();
+  const std::span<const double> numbers = data.Numbers(MissingDataPolicy::kNumbersOnly);
   if (!IsMoment(id)) {
     cache.Set(form == Form::kSample, 0, static_cast<std::size_t>(id), SingleStatistic(id, numbers));
     return;
   }
   const MomentBlocks blocks = ComputeBothForms(numbers);
+  if (EnabledLog() != nullptr) {
+    LogLine("{}\n",
+            SummaryOf(blocks.sample, data.size(), data.cells().count(CellTag::kError)).Text());
+  }
   for (std::size_t i = 0; IsMoment(static_cast<StatisticId>(i)); ++i) {
     cache.Set(false, 0, i, blocks.population[static_cast<StatisticId>(i)]);
     cache.Set(true, 0, i, blocks.sample[static_cast<StatisticId>(i)]);
@@ -37,8 +45,7 @@ double CachedStatistic(ExcelData& data, StatisticId id, Form form) {
   StatisticCache& cache = data.statistics();
   const bool sample = form == Form::kSample;
   const auto index = static_cast<std::size_t>(id);
-  if (!cache.Has(sample, 0, index))
-    ComputeInto(cache, id, form, data.Numbers(MissingDataPolicy::kNumbersOnly));
+  if (!cache.Has(sample, 0, index)) ComputeInto(data, id, form);
   return cache.Get(sample, 0, index);
 }
 
@@ -67,6 +74,17 @@ XXloper RefuseIncomplete(StatisticId id, Form form, Arguments arguments) {
 XXloper Describe(StatisticId id, Form form, Incomplete incomplete, Arguments arguments) {
   return incomplete == Incomplete::kRefuse ? RefuseIncomplete(id, form, arguments)
                                            : UseNumbers(id, form, arguments);
+}
+
+double CachedMode(ExcelData& data, DiscreteSetting setting) {
+  StatisticCache& cache = data.statistics();
+  const auto selector = static_cast<std::size_t>(static_cast<int>(setting) + 1);
+  constexpr auto kIndex = static_cast<std::size_t>(StatisticId::kMode);
+  if (!cache.Has(false, selector, kIndex)) {
+    if (setting == DiscreteSetting::kUnknown) setting = SettingOf(data.Discreteness().forMode);
+    cache.Set(false, selector, kIndex, Mode(data.SortedNumbers(), setting));
+  }
+  return cache.Get(false, selector, kIndex);
 }
 
 }  // namespace
@@ -103,5 +121,20 @@ ZAV_STATISTIC(ZavrelAveDev, kAveDev, kOnly, kUseNumbers)
 ZAV_STATISTIC(ZavrelSumSq, kSumSq, kOnly, kUseNumbers)
 ZAV_STATISTIC(ZavrelSumDevSq, kSumDevSq, kOnly, kUseNumbers)
 ZAV_STATISTIC(ZavrelMeanAbs, kMeanAbs, kOnly, kUseNumbers)
+
+/// The mode of the numbers, of discrete data (`discrete` other than 0) or of continuous (0); not
+/// given, the data's ties decide (stats/mode.h). Without a number: #N/A.
+ZAV_EXPORT XLOPER12* ZavrelMode(const XLOPER12* range, const XLOPER12* discrete) {
+  return WorksheetFunction("ZavrelMode", [&] {
+    const XLOPER12* const arguments[] = {range, discrete};
+    const Parameters parameters = GetParameters("Rl", MissingDataPolicy::kNumbersOnly, arguments);
+    if (!parameters.accepted()) return parameters.failure();
+    auto setting = DiscreteSetting::kUnknown;
+    if (parameters.given(1)) {
+      setting = SettingOf(parameters.integer(1) != 0);
+    }
+    return ToExcelValue(CachedMode(parameters.data(0), setting));
+  });
+}
 
 }  // namespace zavrel

@@ -9,6 +9,10 @@ namespace zavrel {
 /// decides.
 enum class DiscreteSetting : int { kUnknown = -1, kContinuous = 0, kDiscrete = 1 };
 
+constexpr DiscreteSetting SettingOf(bool discrete) {
+  return discrete ? DiscreteSetting::kDiscrete : DiscreteSetting::kContinuous;
+}
+
 /// Whether data look discrete, by their ties: one flag for each thing that depends on it.
 struct IsDiscrete {
   /// Of values in ascending order. With t ties (values equal to their predecessor) and d distinct

@@ -59,6 +59,23 @@ TEST_CASE("nothing is allocated per cell") {
   CHECK(CountAllocations(whole) <= 100);
 }
 
+TEST_CASE("a kept number takes at most 24 bytes before its data set is sorted") {
+  FakeExcel excel;
+  constexpr std::int32_t kRows = 40000;
+  for (std::int32_t row = 0; row < kRows; ++row) {
+    excel.Set(row, 0, 1.0 * row);
+    if (row % 10 != 0) excel.Set(row, 1, 1.0 * row);
+  }
+  for (const std::int32_t column : {0, 1}) {
+    const Reference range(Area(0, kRows - 1, column, column));
+    const XLOPER12* const piece = range;
+    const DataArgument argument = ReadDataArgument({&piece, 1});
+    REQUIRE(argument.outcome == ReadOutcome::kRead);
+    CHECK(argument.data->Numbers(MissingDataPolicy::kNumbersOnly).size() > 0);
+    CHECK(argument.data->bytes() <= 24 * argument.data->NumberCount());
+  }
+}
+
 TEST_CASE("without memory to cache it a data set stays uncached") {
   ExcelDataCache cache;
   auto data = std::make_shared<ExcelData>("key", CellColumns());

@@ -7,6 +7,7 @@
 #include <initializer_list>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <variant>
@@ -160,6 +161,10 @@ class FakeExcel {
   bool clips_to_used_part = false;            // gives no rows and columns behind the last used ones
   std::function<int(const XLREF12&)> answer;  // a return code other than 0 ends a look-up
   int conversion_code = xlretSuccess;         // of what is asked for the calling sheet
+  int text_code = xlretSuccess;               // of conversions to text
+  std::map<double, std::u16string> texts_of_numbers;  // what a number can be converted to
+  std::optional<XLREF12> caller;                      // nothing: called from no cell
+  int caller_code = xlretSuccess;
   int lookups = 0;
   std::int64_t cells_given = 0;
   int values_out = 0;  // given, with memory of their own, and not freed yet
@@ -189,6 +194,14 @@ class FakeExcel {
         if (code == xlretSuccess && OwnsMemory(*result)) ++values_out;
         return code;
       }
+      case xlfCaller:
+        if (caller_code != xlretSuccess) return caller_code;
+        SetRecord(*result, ErrorCell{xlerrRef});
+        if (caller) {
+          result->xltype = xltypeSRef;
+          result->val.sref = {1, *caller};
+        }
+        return xlretSuccess;
       case xlfRegister:
         SetRecord(*result, Cell(1.0));
         return xlretSuccess;
@@ -205,11 +218,25 @@ class FakeExcel {
   }
 
   int Convert(const XLOPER12& value, const XLOPER12& type, XLOPER12& result) {
+    if (type.val.w == static_cast<int>(xltypeStr)) return ConvertToText(value, result);
     if (conversion_code != xlretSuccess) return conversion_code;
     if (value.xltype != xltypeSRef || type.val.w != static_cast<int>(xltypeRef)) return xlretFailed;
     result.xltype = xltypeRef;
     result.val.mref.lpmref = new XLMREF12{1, {value.val.sref.ref}};
     result.val.mref.idSheet = kCallingSheet;
+    return xlretSuccess;
+  }
+
+  int ConvertToText(const XLOPER12& value, XLOPER12& result) {
+    if (text_code != xlretSuccess) return text_code;
+    if (value.xltype == xltypeBool) {
+      SetRecord(result, Cell(value.val.xbool != 0 ? u"WAHR" : u"FALSCH"));
+      return xlretSuccess;
+    }
+    const auto text =
+        texts_of_numbers.find(value.xltype == xltypeInt ? value.val.w : value.val.num);
+    if (text == texts_of_numbers.end()) return xlretFailed;
+    SetRecord(result, Cell(text->second));
     return xlretSuccess;
   }
 

@@ -1,4 +1,4 @@
-// The exported functions on a host of the tests': what a cell shows.
+// The summary statistics and the cells of a range: what a cell shows.
 #include <doctest/doctest.h>
 
 #include <array>
@@ -6,9 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include "addin/session.h"
 #include "addin/worksheet_function.h"
-#include "data/fake_excel.h"
+#include "functions/open_add_in.h"
 #include "platform/export.h"
 
 namespace zavrel {
@@ -46,25 +45,6 @@ namespace {
 
 using Statistic = XLOPER12* (*)(ZAV_THIRTY_PARAMETERS);
 
-SessionServices QuietServices() {
-  SessionServices services = SessionServices::OfThisMachine();
-  services.extension_present = [] { return false; };
-  services.memory_load = [] { return 60u; };
-  services.machine_text = [](const std::u16string&, const std::u16string&) { return std::nullopt; };
-  services.write_user_number = [](const std::u16string&, const std::u16string&, std::uint32_t) {};
-  return services;
-}
-
-/// A host with the add-in open in it.
-struct OpenAddIn {
-  OpenAddIn() { Session::Open(QuietServices()); }
-  ~OpenAddIn() { Session::Close(); }
-  OpenAddIn(const OpenAddIn&) = delete;
-  OpenAddIn& operator=(const OpenAddIn&) = delete;
-
-  FakeExcel excel;
-};
-
 const XLOPER12& Call(Statistic statistic, const std::vector<const XLOPER12*>& arguments) {
   static const Argument missing(xltypeMissing);
   std::array<const XLOPER12*, 30> all;
@@ -73,14 +53,6 @@ const XLOPER12& Call(Statistic statistic, const std::vector<const XLOPER12*>& ar
   return *std::apply(statistic, all);
 }
 
-double Number(const XLOPER12& result) {
-  REQUIRE((result.xltype & xltypeMask) == xltypeNum);
-  return result.val.num;
-}
-std::int32_t Error(const XLOPER12& result) {
-  REQUIRE((result.xltype & xltypeMask) == xltypeErr);
-  return result.val.err;
-}
 bool IsEmptyText(const XLOPER12& result) {
   return (result.xltype & xltypeMask) == xltypeStr && result.val.str[0] == 0;
 }

@@ -8,9 +8,6 @@
 namespace zavrel {
 namespace {
 
-// Status of an automation error that stands for an Excel error: this base plus Excel's code.
-constexpr std::uint32_t kExcelErrorStatus = 0x800A07D0u;
-
 struct Extent {
   std::size_t rows;
   std::size_t columns;

@@ -1,11 +1,16 @@
 #pragma once
 // Arrays between the companion macro add-in and the library.
 
+#include <cstdint>
+
 #include "data/double_matrix.h"
 #include "data/windows/ole_owners.h"
 #include "excel/xxloper.h"
 
 namespace zavrel {
+
+/// Status of an automation error that stands for an Excel error: this base plus Excel's code.
+inline constexpr std::uint32_t kExcelErrorStatus = 0x800A07D0u;
 
 /// The value of Excel that a VARIANT stands for: numbers of every kind, dates and currency become
 /// numbers, an automation error its Excel error, empty, null and omitted an empty value; what Excel

@@ -1,0 +1,84 @@
+// The summary statistics of an array, for macros: ZavrelMinVB ... ZavrelModeVB.
+//
+// Each returns 0 when the result is an ordinary number. Else it returns -11005 and the result holds
+// the code that stands for the reason (excel/error_double.h): not computed for an array that cannot
+// be read. Without a place for the result it does nothing but return -11005.
+#include <algorithm>
+#include <cmath>
+
+#include "addin/target_computation.h"
+#include "addin/worksheet_function.h"
+#include "data/windows/vb_numbers.h"
+#include "excel/error_double.h"
+#include "platform/export.h"
+#include "stats/mode.h"
+#include "stats/moment_block.h"
+#include "stats/single_statistics.h"
+#include "stats/sort_ascending.h"
+#include "stats/statistic_id.h"
+
+namespace zavrel {
+namespace {
+
+using Numbers = std::span<const double>;
+
+/// The frame of every member; `compute` makes the result of the array's numbers.
+template <class Compute>
+std::int16_t OfArray(const char* name, SAFEARRAY** array, double* result,
+                     Compute compute) noexcept {
+  return MacroStatus(name, kNoNumberStatus, [&]() -> std::int16_t {
+    if (result == nullptr) return kNoNumberStatus;
+    // Written last: the macro may have given one of the array's own elements.
+    const VbNumbers numbers(array);
+    *result = numbers.ok() ? compute(numbers.values()) : ConditionDouble(kConditionNotComputed);
+    return numbers.ok() && !IsErrorCoded(*result) ? std::int16_t{0} : kNoNumberStatus;
+  });
+}
+
+/// Not-a-numbers are left out, as the moments leave them out.
+double ModeOfUnsorted(Numbers numbers, DiscreteSetting setting) {
+  const auto copy = TryCopy(numbers);
+  const auto scratch = TryAllocate(numbers.size());
+  if (copy == nullptr || scratch == nullptr) return ConditionDouble(kConditionNotComputed);
+  const double* end = std::remove_if(copy.get(), copy.get() + numbers.size(),
+                                     [](double number) { return std::isnan(number); });
+  const std::span<double> values(copy.get(), static_cast<std::size_t>(end - copy.get()));
+  SortAscending(values, {scratch.get(), values.size()});
+  return Mode(values, setting);
+}
+
+}  // namespace
+
+#define ZAV_STATISTIC_VB(name, computation)                               \
+  ZAV_EXPORT std::int16_t name(SAFEARRAY** array, double* result) {       \
+    return OfArray(#name, array, result, [](Numbers x) { computation; }); \
+  }
+#define ZAV_MOMENT_VB(name, id, sample) \
+  ZAV_STATISTIC_VB(name, return ComputeMoments(x, sample)[StatisticId::id])
+#define ZAV_SINGLE_VB(name, id) ZAV_STATISTIC_VB(name, return SingleStatistic(StatisticId::id, x))
+
+ZAV_MOMENT_VB(ZavrelMinVB, kMinimum, false)
+ZAV_MOMENT_VB(ZavrelMaxVB, kMaximum, false)
+ZAV_MOMENT_VB(ZavrelMeanVB, kMean, false)
+ZAV_MOMENT_VB(ZavrelStdDevVB, kStdDev, true)
+ZAV_MOMENT_VB(ZavrelStdDevPVB, kStdDev, false)
+ZAV_MOMENT_VB(ZavrelVarianceVB, kVariance, true)
+ZAV_MOMENT_VB(ZavrelVariancePVB, kVariance, false)
+ZAV_MOMENT_VB(ZavrelSkewnessVB, kSkewness, true)
+ZAV_MOMENT_VB(ZavrelSkewnessPVB, kSkewness, false)
+ZAV_MOMENT_VB(ZavrelKurtosisVB, kKurtosis, true)
+ZAV_MOMENT_VB(ZavrelKurtosisPVB, kKurtosis, false)
+ZAV_SINGLE_VB(ZavrelSumSqVB, kSumSq)
+ZAV_SINGLE_VB(ZavrelSumDevSqVB, kSumDevSq)
+
+/// `discrete`: -1 not given, so that the data's ties decide (a macro's True is -1 as well),
+/// 0 continuous data, else discrete.
+ZAV_EXPORT std::int16_t ZavrelModeVB(SAFEARRAY** array, std::int16_t discrete, double* result) {
+  const DiscreteSetting setting = discrete == -1  ? DiscreteSetting::kUnknown
+                                  : discrete == 0 ? DiscreteSetting::kContinuous
+                                                  : DiscreteSetting::kDiscrete;
+  return OfArray("ZavrelModeVB", array, result,
+                 [setting](Numbers x) { return ModeOfUnsorted(x, setting); });
+}
+
+}  // namespace zavrel

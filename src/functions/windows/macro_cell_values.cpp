@@ -1,0 +1,137 @@
+// What a macro calls before and beside the worksheet functions that fill its arrays.
+// unregistered_exports.h says in which form the strings travel.
+#include <utility>
+
+#include "addin/session.h"
+#include "addin/worksheet_function.h"
+#include "companions/messages/message_ids.h"
+#include "data/category_name.h"
+#include "data/windows/macro_variant.h"
+#include "data/windows/range_object.h"
+#include "diagnostics/vek_exception.h"
+#include "excel/coerce.h"
+#include "excel/reference.h"
+#include "excel/wide_text.h"
+#include "platform/export.h"
+
+namespace zavrel {
+namespace {
+
+/// The text in a macro's VARIANT: a string, or what the system makes one of; empty for an empty or
+/// omitted one.
+std::u16string TextIn(const char* place, const VARIANT* designator) {
+  if (designator == nullptr) return {};
+  const auto value = CopyOf(designator);
+  if (!value) throw VekExpectedString(place, messages::kMessageExpectedString);
+  const VARIANT& held = value->get();
+  const bool omitted = held.vt == VT_ERROR && held.scode == DISP_E_PARAMNOTFOUND;
+  if (omitted || held.vt == VT_EMPTY || held.vt == VT_NULL) return {};
+  OwnedVariant text;
+  if (FAILED(VariantChangeType(text.address(), Unconst(held), 0, VT_BSTR)))
+    throw VekExpectedString(place, messages::kMessageExpectedString);
+  return std::u16string(BstrView(text.get().bstrVal));
+}
+
+/// The macro's VARIANTs. `values` has to be one that lasts; `indices` may be left out.
+PendingCellValues Wanted(const char* place, CellElements elements, const VARIANT* values,
+                         const VARIANT* indices = nullptr) {
+  const std::uint64_t address = LastingAddress(values);
+  if (address == 0) throw VekParameterError(place, messages::kMessageParameterError);
+  return {std::move(elements), address, LastingAddress(indices)};
+}
+
+/// Enters the arrays under a fresh id and hands it over. Without an open session the id is empty:
+/// it names no entry.
+void Enter(const char* place, PendingCellValues wanted, BSTR* id) {
+  if (id == nullptr) throw VekParameterError(place, messages::kMessageParameterError);
+  Session* session = Session::Current();
+  if (session == nullptr) return OwnedBstr::Ansi(u"").HandOver(id);
+  MacroHandshakes& handshakes = session->macro_handshakes();
+  OwnedBstr::Ansi(Utf16FromUtf8(handshakes.Enter(std::move(wanted)))).HandOver(id);
+}
+
+/// The category name of a range object's first cell; empty whatever stands in the way.
+std::u16string NameOfFirstCell(const VARIANT* range) {
+  const auto cell = FirstCellIn(range);
+  if (!cell) return {};
+  const OneArea reference(cell->sheet_id, cell->area);
+  const ExcelResult value = LookUp(XXloper::FromArgument(&reference.record()));
+  if (!value.ok()) return {};
+  return CategoryNameOf(SingleValueOf(value.value.record())).value_or(std::u16string());
+}
+
+}  // namespace
+
+/// The address of the macro's VARIANT as a decimal text (ANSI), which the ...Private2 worksheet
+/// functions take: "0", which to them means that there is none, without a VARIANT that lasts beyond
+/// this call or while the add-in is not open.
+ZAV_EXPORT BSTR VariantIdString(const VARIANT* variant) {
+  return MacroStatus<BSTR>("VariantIdString", nullptr, [&] {
+    Session* session = Session::Current();
+    const std::uint64_t address = session == nullptr ? 0 : LastingAddress(variant);
+    OwnedBstr text = OwnedBstr::Ansi(Utf16FromUtf8(TextOfAddress(address)));
+    if (address != 0) session->macro_handshakes().Issue(address);
+    return text.Release();
+  });
+}
+
+/// The next ZavGetCellValues writes the cells' values into `values`, and into `indices`, where it
+/// is given, their positions in the range from 1; its result is then their number. Replaces what
+/// was arranged before. Returns 0, or the number of the failure; nothing is arranged then.
+ZAV_EXPORT std::uint32_t ZavrelGetCellValuesSetArrayVB(const VARIANT* values,
+                                                       const VARIANT* indices) {
+  constexpr const char* kPlace = "ZavrelGetCellValuesSetArrayVB";
+  return MacroCall(kPlace, [&] {
+    PendingCellValues wanted = Wanted(kPlace, ValueElements{}, values, indices);
+    if (Session* session = Session::Current())
+      session->macro_handshakes().next_cell_values() = std::move(wanted);
+  });
+}
+
+/// As ZavrelGetCellValuesSetArrayVB, but for the ZavGetCellValuesPrivate call that passes the `id`
+/// which is handed out here (ANSI). Returns 0, or the number of the failure; nothing is arranged
+/// then.
+ZAV_EXPORT std::uint32_t ZavrelGetCellValuesSetArrayPrivateVB(const VARIANT* values,
+                                                              const VARIANT* indices, BSTR* id) {
+  constexpr const char* kPlace = "ZavrelGetCellValuesSetArrayPrivateVB";
+  return MacroCall(kPlace,
+                   [&] { Enter(kPlace, Wanted(kPlace, ValueElements{}, values, indices), id); });
+}
+
+/// The same for the cells' category names; `blank_name` for cells without one.
+ZAV_EXPORT std::uint32_t ZavrelGetCellValuesCategorySetArrayPrivateVB(const VARIANT* values,
+                                                                      const VARIANT* blank_name,
+                                                                      BSTR* id) {
+  constexpr const char* kPlace = "ZavrelGetCellValuesCategorySetArrayPrivateVB";
+  return MacroCall(kPlace, [&] {
+    Enter(kPlace, Wanted(kPlace, CategoryElements{TextIn(kPlace, blank_name)}, values), id);
+  });
+}
+
+/// The same for the cells' numbers; `for_non_numbers` for cells that hold none.
+ZAV_EXPORT std::uint32_t ZavrelGetCellValuesNumericSetArrayPrivateVB(const VARIANT* values,
+                                                                     double for_non_numbers,
+                                                                     BSTR* id) {
+  constexpr const char* kPlace = "ZavrelGetCellValuesNumericSetArrayPrivateVB";
+  return MacroCall(
+      kPlace, [&] { Enter(kPlace, Wanted(kPlace, NumericElements{for_non_numbers}, values), id); });
+}
+
+/// The category name (ANSI) of a range object's first cell; empty when the argument holds no range
+/// object or its cell cannot be read.
+ZAV_EXPORT BSTR ZavrelGetCellValueCategory(const VARIANT* range) {
+  return MacroStatus<BSTR>("ZavrelGetCellValueCategory", nullptr,
+                           [&] { return OwnedBstr::Ansi(NameOfFirstCell(range)).Release(); });
+}
+
+/// The same name as a wide string, with whatever the code page lacks. Returns 0, or the number of
+/// the failure when `name` could not be written.
+ZAV_EXPORT std::uint32_t ZavrelGetCellValueCategoryW(const VARIANT* range, BSTR* name) {
+  constexpr const char* kPlace = "ZavrelGetCellValueCategoryW";
+  return MacroCall(kPlace, [&] {
+    if (name == nullptr) throw VekParameterError(kPlace, messages::kMessageParameterError);
+    OwnedBstr::Wide(NameOfFirstCell(range)).HandOver(name);
+  });
+}
+
+}  // namespace zavrel

@@ -1,0 +1,18 @@
+// Stands in for the sibling product's library: answers in a way that tells who computed.
+#include <cstdint>
+
+#define SIBLING_EXPORT extern "C" __declspec(dllexport)
+
+/// 1000 times the count, plus the first and the last value, plus the method and a tenth of p. A p
+/// of a half by method 5 fails.
+SIBLING_EXPORT std::int16_t QLX4_CalcDoubleArrayTarget3(std::int32_t count, const double* sorted,
+                                                        std::int16_t direction, double p,
+                                                        std::int16_t discrete_setting,
+                                                        std::int16_t method, double* result) {
+  if (direction != 1 || discrete_setting != -1) return 1;
+  if (p == 0.5 && method == 5) return 12;
+  *result = 1000.0 * count + sorted[0] + sorted[count - 1] + method + p / 10;
+  return 0;
+}
+
+SIBLING_EXPORT std::int16_t QLX4_DoubleIsError(double value) { return value != value ? -1 : 0; }
