@@ -1,18 +1,33 @@
-// The least that an add-in can do: a function that reads its cells and adds the numbers, and one
-// that does nothing. What the real add-in takes is held against these.
-#include <dlfcn.h>
-
+// The least that an add-in can do: functions that do nothing, or read their cells and look at none
+// of them. What the real add-in takes is held against these. They are registered with as many
+// arguments as the real ones, so that the host's work is the same.
+#include <algorithm>
 #include <array>
+#include <cstring>
 #include <string>
 
 #include "excel/xloper12.h"
 
+#ifdef _WIN32
+#include <windows.h>
+#define FLOOR_EXPORT extern "C" __declspec(dllexport)
+#else
+#include <dlfcn.h>
 #define FLOOR_EXPORT extern "C" __attribute__((visibility("default")))
+#endif
 
 namespace {
 
-using Callback = int (*)(int, int, XLOPER12**, XLOPER12*);
-Callback callback = nullptr;
+Excel12Callback callback = nullptr;
+
+Excel12Callback FindCallback() {
+#ifdef _WIN32
+  return reinterpret_cast<Excel12Callback>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(nullptr), "MdCallBack12")));
+#else
+  return reinterpret_cast<Excel12Callback>(dlsym(RTLD_DEFAULT, "MdCallBack12"));
+#endif
+}
 
 int CallHost(int function, int count, XLOPER12** arguments, XLOPER12* result) {
   callback(xlEnableXLMsgs, 0, nullptr, nullptr);
@@ -22,13 +37,9 @@ int CallHost(int function, int count, XLOPER12** arguments, XLOPER12* result) {
 }
 
 struct CountedText {
-  explicit CountedText(const char* text) {
-    std::size_t length = 0;
-    while (text[length] != 0) {
-      units[length + 1] = static_cast<XCHAR>(text[length]);
-      ++length;
-    }
-    units[0] = static_cast<XCHAR>(length);
+  explicit CountedText(const std::string& text) {
+    std::copy(text.begin(), text.end(), units.begin() + 1);
+    units[0] = static_cast<XCHAR>(text.size());
     record.xltype = xltypeStr;
     record.val.str = units.data();
   }
@@ -36,11 +47,11 @@ struct CountedText {
   XLOPER12 record{};
 };
 
-void Register(const char* procedure, const char* types) {
+void Register(const char* procedure) {
   XLOPER12 module{};
   CallHost(xlGetName, 0, nullptr, &module);
   CountedText name(procedure);
-  CountedText type_text(types);
+  CountedText type_text("Q" + std::string(30, 'U'));
   XLOPER12* arguments[] = {&module, &name.record, &type_text.record, &name.record};
   XLOPER12 id{};
   CallHost(xlfRegister, 4, arguments, &id);
@@ -56,28 +67,45 @@ XLOPER12* Return(double number) {
   return &result;
 }
 
+/// Looks up one area and frees it at once; false when the host gives no cells.
+bool ReadAndFree(XLOPER12* reference) {
+  XLOPER12 cells{};
+  XLOPER12* arguments[] = {reference};
+  if (CallHost(xlCoerce, 1, arguments, &cells) != xlretSuccess) return false;
+  XLOPER12* to_free[] = {&cells};
+  CallHost(xlFree, 1, to_free, nullptr);
+  return true;
+}
+
 }  // namespace
 
 FLOOR_EXPORT int xlAutoOpen() {
-  callback = reinterpret_cast<Callback>(dlsym(RTLD_DEFAULT, "MdCallBack12"));
+  callback = FindCallback();
   if (callback == nullptr) return 0;
-  Register("FloorScan", "QU");
-  Register("FloorNothing", "QQ");
+  Register("FloorRead");
+  Register("FloorNothing");
   return 1;
 }
 
 FLOOR_EXPORT XLOPER12* FloorNothing(XLOPER12*) { return Return(0); }
 
-FLOOR_EXPORT XLOPER12* FloorScan(XLOPER12* reference) {
-  XLOPER12 cells{};
-  XLOPER12* arguments[] = {reference};
-  if (CallHost(xlCoerce, 1, arguments, &cells) != xlretSuccess) return Return(-1);
-  double sum = 0;
-  const std::int64_t count = std::int64_t{cells.val.array.rows} * cells.val.array.columns;
-  for (std::int64_t i = 0; i < count; ++i) {
-    if (cells.val.array.lparray[i].xltype == xltypeNum) sum += cells.val.array.lparray[i].val.num;
+/// Reads one column, in blocks that stay in the processor's cache, as the real add-in does.
+FLOOR_EXPORT XLOPER12* FloorRead(XLOPER12* reference) {
+  constexpr std::int32_t kBlockRows = 1 << 15;
+  const bool local = (reference->xltype & xltypeMask) == xltypeSRef;
+  const XLREF12 area = local ? reference->val.sref.ref : reference->val.mref.lpmref->reftbl[0];
+  for (std::int32_t row = area.rwFirst; row <= area.rwLast; row += kBlockRows) {
+    XLREF12 part = area;
+    part.rwFirst = row;
+    part.rwLast = std::min(area.rwLast, row + kBlockRows - 1);
+    XLMREF12 areas{1, {part}};
+    XLOPER12 block = *reference;
+    if (local) {
+      block.val.sref.ref = part;
+    } else {
+      block.val.mref.lpmref = &areas;
+    }
+    if (!ReadAndFree(&block)) return Return(-1);
   }
-  XLOPER12* to_free[] = {&cells};
-  CallHost(xlFree, 1, to_free, nullptr);
-  return Return(sum);
+  return Return(0);
 }

@@ -1,128 +1,198 @@
-// Worksheet calls through the host, against an add-in that does the least that is possible.
+// Worksheet calls through the host: the real add-in's against the host's own reading of the same
+// cells and against one scan over as many cells.
 #include <benchmark/benchmark.h>
 
-#include <filesystem>
-#include <random>
+#include <algorithm>
 
-#include "host/calc/engine.h"
+#include "data/cell_columns.h"
+#include "engines.h"
+#include "excel/xloper12.h"
 #include "ratios.h"
-#include "stats/moment_block.h"
-#include "stats/single_statistics.h"
 
 namespace zavrel::bench {
 namespace {
 
+using benchmark::State;
 using zavhost::Engine;
-using zavhost::Value;
 
-constexpr int kRows = 1'000'000;
-
-/// A column of numbers with one gap in fifty.
-zavhost::Workbook MillionCells() {
-  zavhost::Workbook book;
-  book.sheets.emplace_back(u"Data");
-  std::mt19937 random(1);
-  for (int row = 0; row < kRows; ++row) {
-    if (random() % 50 != 0)
-      book.sheets[0].Append(row, 0, Value(static_cast<double>(random()) / 1000));
-  }
-  book.sheets[0].SortColumns();
-  return book;
+void Calls(State& state, Engine& engine, const std::u16string& formula) {
+  SecondsOf(engine, formula);
+  for (auto _ : state) state.SetIterationTime(SecondsOf(engine, formula));
 }
 
-enum class AddIn { kFloor, kReal };
-
-Engine& Start(Engine& engine, AddIn add_in) {
-  if (add_in == AddIn::kFloor) {
-    engine.LoadAddIn(FLOOR_ADD_IN);
-  } else {
-    engine.LoadAddIn(std::filesystem::read_symlink("/proc/self/exe"));
-    engine.Announce(5);
-  }
-  return engine;
-}
-
-void Calls(benchmark::State& state, Engine& engine, std::u16string_view formula) {
+/// So short that only many together can be timed.
+void SmallCalls(State& state, Engine& engine, const std::u16string& formula) {
+  SecondsOf(engine, formula);
   for (auto _ : state) benchmark::DoNotOptimize(engine.Evaluate(formula, {0, 0, 5}));
-  if (engine.judge().count() != 0) state.SkipWithError("the judge found violations");
 }
 
-void FloorScan(benchmark::State& state) {
-  Engine engine(MillionCells());
-  Calls(state, Start(engine, AddIn::kFloor), u"FloorScan(A1:A1000000)");
-  state.SetItemsProcessed(state.iterations() * kRows);
+/// On a new range at every call.
+void FirstCalls(State& state, std::u16string_view function, char16_t column,
+                std::u16string_view further = u"") {
+  WarmMemory();
+  const std::u16string begin = u"Zav" + std::u16string(function) + u"(";
+  const std::u16string end = std::u16string(further) + u")";
+  for (int i = 0; i < 3; ++i) SecondsOf(RealEngine(), begin + NewRange(column) + end);
+  for (auto _ : state)
+    state.SetIterationTime(SecondsOf(RealEngine(), begin + NewRange(column) + end));
 }
-BENCHMARK(FloorScan)->Unit(benchmark::kMillisecond);
 
-/// The same range again, nothing changed: cells are read and compared, the mean is known.
-void MeanOfUnchangedCells(benchmark::State& state) {
-  Engine engine(MillionCells());
-  Calls(state, Start(engine, AddIn::kReal), u"ZavMean(A1:A1000000)");
-  state.SetItemsProcessed(state.iterations() * kRows);
-}
-BENCHMARK(MeanOfUnchangedCells)->Unit(benchmark::kMillisecond);
-const Ratio kUnchanged("MeanOfUnchangedCells", "FloorScan",
-                       "ZavMean of 1,000,000 cells seen before");
-
-/// One cell changes before every call: a new data set and new moments.
-void MeanOfChangedCells(benchmark::State& state) {
-  Engine engine(MillionCells());
-  Start(engine, AddIn::kReal);
-  double number = 0;
-  for (auto _ : state) {
-    engine.workbook().sheets[0].Set(kRows / 2, 0, Value(number += 1));
-    benchmark::DoNotOptimize(engine.Evaluate(u"ZavMean(A1:A1000000)", {0, 0, 5}));
+/// Runs a benchmark's body; what it throws ends this benchmark alone.
+template <void (*kBody)(State&)>
+void Guarded(State& state) {
+  try {
+    kBody(state);
+  } catch (const std::exception& failure) {
+    state.SkipWithError(failure.what());
   }
-  state.SetItemsProcessed(state.iterations() * kRows);
 }
-BENCHMARK(MeanOfChangedCells)->Unit(benchmark::kMillisecond);
-const Ratio kChanged("MeanOfChangedCells", "FloorScan",
-                     "ZavMean of 1,000,000 cells, one of them new");
+#define ZAV_TIMED(name) BENCHMARK(Guarded<name>)->Name(#name)->UseManualTime()
 
-void FloorCall(benchmark::State& state) {
-  zavhost::Workbook book;
-  book.sheets.emplace_back(u"Data");
-  Engine engine(std::move(book));
-  Calls(state, Start(engine, AddIn::kFloor), u"FloorNothing(1)");
-}
-BENCHMARK(FloorCall);
+// Floors.
 
-void MeanOfOneValue(benchmark::State& state) {
-  zavhost::Workbook book;
-  book.sheets.emplace_back(u"Data");
-  Engine engine(std::move(book));
-  Calls(state, Start(engine, AddIn::kReal), u"ZavMean(1)");
-}
-BENCHMARK(MeanOfOneValue);
-const Ratio kCall("MeanOfOneValue", "FloorCall", "ZavMean(1), host and marshalling in both");
-
-std::vector<double> Numbers() {
-  std::mt19937 random(1);
-  std::vector<double> numbers(kRows);
-  for (double& number : numbers) number = static_cast<double>(random()) / 1000;
-  return numbers;
+std::vector<XLOPER12> CellRecords() {
+  std::vector<XLOPER12> cells(kRows);
+  const std::vector<double> numbers = RandomNumbers(kRows, false);
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    cells[i].xltype = xltypeNum;
+    cells[i].val.num = numbers[i];
+  }
+  return cells;
 }
 
-void FloorTwoPasses(benchmark::State& state) {
-  const std::vector<double> numbers = Numbers();
+/// S: one minimal scan over the records of 1,000,000 cells.
+void Scan(State& state) {
+  const std::vector<XLOPER12> cells = CellRecords();
   for (auto _ : state) {
     double sum = 0;
-    for (const double x : numbers) sum += x;
-    const double mean = sum / kRows;
-    double squares = 0;
-    for (const double x : numbers) squares += (x - mean) * (x - mean);
-    benchmark::DoNotOptimize(squares);
+    for (const XLOPER12& cell : cells) {
+      if (cell.xltype == xltypeNum) sum += cell.val.num;
+    }
+    benchmark::DoNotOptimize(sum);
   }
 }
-BENCHMARK(FloorTwoPasses)->Unit(benchmark::kMillisecond);
+BENCHMARK(Scan);
 
-void MomentBlockKernel(benchmark::State& state) {
-  const std::vector<double> numbers = Numbers();
-  for (auto _ : state) benchmark::DoNotOptimize(ComputeBothForms(numbers));
+void HostReading(State& state) {
+  Calls(state, FloorEngine(), u"FloorRead(" + OldRange(kNumbers) + u")");
 }
-BENCHMARK(MomentBlockKernel)->Unit(benchmark::kMillisecond);
-const Ratio kMoments("MomentBlockKernel", "FloorTwoPasses",
-                     "seven statistics in both forms, 1,000,000 numbers");
+ZAV_TIMED(HostReading);
+
+void HostReadingOfTen(State& state) { SmallCalls(state, FloorEngine(), u"FloorRead(A1:A10)"); }
+BENCHMARK(HostReadingOfTen);
+
+// The mean, and what follows it.
+
+void FirstMean(State& state) { FirstCalls(state, u"Mean", kNumbers); }
+ZAV_TIMED(FirstMean);
+const Ratio kFirst("S: ZavMean of 1,000,000 cells never seen, beyond the host's reading",
+                   {{"FirstMean"}, {"HostReading", -1}}, {{"Scan"}}, 3);
+
+void FirstMeanWithGaps(State& state) { FirstCalls(state, u"Mean", kGaps); }
+ZAV_TIMED(FirstMeanWithGaps);
+const Ratio kGapped("S: the same, one cell in fifty blank",
+                    {{"FirstMeanWithGaps"}, {"HostReading", -1}}, {{"Scan"}});
+
+void RepeatedMean(State& state) {
+  Calls(state, RealEngine(), u"ZavMean(" + OldRange(kNumbers) + u")");
+}
+ZAV_TIMED(RepeatedMean);
+const Ratio kRepeated("S: ZavMean again, no cell changed, beyond the host's reading",
+                      {{"RepeatedMean"}, {"HostReading", -1}}, {{"Scan"}}, 1.3);
+
+/// One cell in the middle changes before every call.
+void MeanOfChangedCells(State& state) {
+  WarmMemory();
+  double number = 0;
+  for (auto _ : state) {
+    RealEngine().workbook().sheets[0].Set(kRows / 2, kNumbers - u'A', number += 1);
+    state.SetIterationTime(SecondsOf(RealEngine(), u"ZavMean(" + OldRange(kNumbers) + u")"));
+  }
+}
+ZAV_TIMED(MeanOfChangedCells);
+const Ratio kChanged("S: ZavMean again, one cell changed, beyond the host's reading",
+                     {{"MeanOfChangedCells"}, {"HostReading", -1}}, {{"Scan"}});
+
+/// After the mean of a range not seen before.
+void SixMoreMoments(State& state) {
+  WarmMemory();
+  for (auto _ : state) {
+    const std::u16string range = u"(" + NewRange(kNumbers) + u")";
+    SecondsOf(RealEngine(), u"ZavMean" + range);
+    double seconds = 0;
+    for (const char16_t* name :
+         {u"ZavMin", u"ZavMax", u"ZavStdDev", u"ZavVariance", u"ZavSkewness", u"ZavKurtosis"})
+      seconds += SecondsOf(RealEngine(), name + range);
+    state.SetIterationTime(seconds);
+  }
+}
+ZAV_TIMED(SixMoreMoments);
+const Ratio kSix("six repeated ZavMean: the six other moments after the first",
+                 {{"SixMoreMoments"}}, {{"RepeatedMean", 6}}, 1.1);
+
+void MeanOfTen(State& state) { SmallCalls(state, RealEngine(), u"ZavMean(A1:A10)"); }
+BENCHMARK(MeanOfTen);
+const Ratio kTen("microseconds: ZavMean of 10 cells, beyond the host's reading",
+                 {{"MeanOfTen"}, {"HostReadingOfTen", -1}}, {}, 2);
+
+/// Taking the records over, without the reading; and the memory that a data set then holds.
+void TakeOver(State& state) {
+  const std::vector<XLOPER12> cells = CellRecords();
+  for (auto _ : state) {
+    CellColumns columns;
+    columns.Reserve(cells.size());
+    columns.Append(cells);
+    state.counters["bytes per cell"] = static_cast<double>(columns.bytes()) / kRows;
+  }
+}
+BENCHMARK(TakeOver);
+const Ratio kTakeOver("S: taking 1,000,000 cells over into a data set", {{"TakeOver"}}, {{"Scan"}});
+
+// Percentiles.
+
+void StandardSort(State& state, bool ties) {
+  const std::vector<double> numbers = RandomNumbers(kRows, ties);
+  std::vector<double> sorted;
+  for (auto _ : state) {
+    sorted = numbers;
+    const auto begin = std::chrono::steady_clock::now();
+    std::sort(sorted.begin(), sorted.end());
+    const std::chrono::duration<double> time = std::chrono::steady_clock::now() - begin;
+    state.SetIterationTime(time.count());
+  }
+}
+void SortRandom(State& state) { StandardSort(state, false); }
+void SortTies(State& state) { StandardSort(state, true); }
+ZAV_TIMED(SortRandom);
+ZAV_TIMED(SortTies);
+
+void FirstPercentile(State& state) { FirstCalls(state, u"Percentile", kNumbers, u",0.3,1"); }
+ZAV_TIMED(FirstPercentile);
+const Ratio kPercentile(
+    "std::sort: ZavPercentile of 1,000,000 cells never seen, beyond the host's reading",
+    {{"FirstPercentile"}, {"HostReading", -1}}, {{"SortRandom"}}, 0.3);
+
+void FirstPercentileOfTies(State& state) { FirstCalls(state, u"Percentile", kTies, u",0.3,1"); }
+ZAV_TIMED(FirstPercentileOfTies);
+const Ratio kPercentileOfTies("std::sort: the same over a hundred different numbers",
+                              {{"FirstPercentileOfTies"}, {"HostReading", -1}}, {{"SortTies"}},
+                              0.25);
+
+/// After the first percentile of a range not seen before.
+void NineMorePercentiles(State& state) {
+  WarmMemory();
+  for (auto _ : state) {
+    const std::u16string begin = u"ZavPercentile(" + NewRange(kNumbers) + u",0.";
+    SecondsOf(RealEngine(), begin + u"05,1)");
+    double seconds = 0;
+    for (char16_t digit = u'1'; digit <= u'9'; ++digit)
+      seconds += SecondsOf(RealEngine(), begin + digit + u",1)");
+    state.SetIterationTime(seconds);
+  }
+}
+ZAV_TIMED(NineMorePercentiles);
+const Ratio kNine("nine repeated ZavMean: nine further percentiles of the same cells",
+                  {{"NineMorePercentiles"}}, {{"RepeatedMean", 9}}, 1.3);
 
 }  // namespace
 }  // namespace zavrel::bench

@@ -1,0 +1,42 @@
+#pragma once
+// Hosts with the floor add-in and with the real one, over the same cells.
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/calc/engine.h"
+
+namespace zavrel::bench {
+
+/// Cells of a large range.
+inline constexpr int kRows = 1'000'000;
+
+/// `count` random numbers; with ties only a hundred different ones.
+std::vector<double> RandomNumbers(int count, bool ties);
+
+/// The sheet's columns, 1,048,576 rows each.
+inline constexpr char16_t kNumbers = u'A';  // random numbers
+inline constexpr char16_t kTies = u'B';     // a hundred different numbers
+inline constexpr char16_t kGaps = u'C';     // random numbers, one cell in fifty blank
+
+/// Both live as long as the program.
+zavhost::Engine& FloorEngine();
+zavhost::Engine& RealEngine();
+
+/// "A7:A1000006": a range of kRows cells, another one at every call, so that no data set of it is
+/// kept.
+std::u16string NewRange(char16_t column);
+/// The range that never changes.
+std::u16string OldRange(char16_t column);
+
+/// Seconds that a formula takes; its value must be a number.
+double SecondsOf(zavhost::Engine& engine, std::u16string_view formula);
+
+/// Calls on new ranges until the caches are full: from then on every data set stands in memory that
+/// an earlier one left.
+void WarmMemory();
+
+}  // namespace zavrel::bench

@@ -1,0 +1,237 @@
+// Whatever is edited, what a function shows is computed from the cells as they are now.
+#include <doctest/doctest.h>
+
+#include <functional>
+#include <optional>
+#include <random>
+
+#include "excel/xloper12.h"
+#include "integration/plain_statistics.h"
+#include "integration/running_add_in.h"
+
+namespace zavrel::tests {
+namespace {
+
+using zavhost::CellRange;
+using zavhost::Value;
+
+constexpr int kRows = 30;
+constexpr int kColumns = 4;
+#ifdef __SANITIZE_ADDRESS__
+constexpr int kSteps = 1500;
+#else
+constexpr int kSteps = 10'000;
+#endif
+
+struct Area {
+  std::optional<std::uint32_t> sheet;  // nothing: the calling formula's
+  CellRange range;
+};
+struct Argument {
+  const char16_t* text;
+  std::vector<Area> areas;
+  bool one = true;  // one argument
+};
+
+const std::vector<Argument>& Arguments() {
+  static const std::vector<Argument> arguments = {
+      {u"A1:A30", {{{}, {0, 0, 29, 0}}}},
+      {u"A1:D12", {{{}, {0, 0, 11, 3}}}},
+      {u"B5:C20", {{{}, {4, 1, 19, 2}}}},
+      {u"D4", {{{}, {3, 3, 3, 3}}}},
+      {u"(A1:A10,B5:B30,A5:C8)", {{{}, {0, 0, 9, 0}}, {{}, {4, 1, 29, 1}}, {{}, {4, 0, 7, 2}}}},
+      {u"Other!A1:C9", {{1, {0, 0, 8, 2}}}},
+      {u"A1:A9,Other!B1:B20,D4",
+       {{{}, {0, 0, 8, 0}}, {1, {0, 1, 19, 1}}, {{}, {3, 3, 3, 3}}},
+       false},
+      {u"2:3", {{{}, {1, 0, 2, kExcelColumns - 1}}}},
+      // Slow: all of their cells are read.
+      {u"A:B", {{{}, {0, 0, kExcelRows - 1, 1}}}},
+      {u"Data!C:C", {{0, {0, 2, kExcelRows - 1, 2}}}},
+  };
+  return arguments;
+}
+constexpr std::size_t kQuickArguments = 8;
+
+/// Appends an area's cells as a function counts them, whole columns and rows as far as they are
+/// used; gives the number of those left out.
+double AppendCells(const zavhost::Sheet& sheet, CellRange range, std::vector<Value>& cells) {
+  const double all = static_cast<double>(range.rows()) * range.columns();
+  // No test goes further than this.
+  constexpr int kFarRow = 300;
+  constexpr int kFarColumn = 20;
+  const bool whole_columns = range.rows() == kExcelRows;
+  const bool whole_rows = range.columns() == kExcelColumns;
+  CellRange used{range.first_row, range.first_column, -1, -1};
+  for (int row = range.first_row; row <= std::min(range.last_row, kFarRow); ++row) {
+    for (int column = range.first_column; column <= std::min(range.last_column, kFarColumn);
+         ++column) {
+      if (sheet.At(row, column).IsBlank()) continue;
+      used.last_row = std::max(used.last_row, row);
+      used.last_column = std::max(used.last_column, column);
+    }
+  }
+  if (whole_columns) range.last_row = used.last_row;
+  if (whole_rows) range.last_column = used.last_column;
+  double counted = 0;
+  for (int row = range.first_row; row <= range.last_row; ++row) {
+    for (int column = range.first_column; column <= range.last_column; ++column, ++counted)
+      cells.push_back(sheet.At(row, column));
+  }
+  return all - counted;
+}
+
+PlainStatistics PlainOf(const zavhost::Workbook& book, const Argument& argument,
+                        std::uint32_t calling_sheet) {
+  std::vector<Value> cells;
+  double beyond = 0;
+  for (const Area& area : argument.areas)
+    beyond += AppendCells(book.sheets[area.sheet.value_or(calling_sheet)], area.range, cells);
+  return {std::move(cells), beyond};
+}
+
+class Sheets {
+ public:
+  explicit Sheets(unsigned seed) : random_(seed) {
+    zavhost::Workbook book;
+    book.sheets.emplace_back(u"Data");
+    book.sheets.emplace_back(u"Other");
+    engine_ = ServingAddIn(std::move(book));
+    for (int i = 0; i < 2 * kRows * kColumns; ++i) Edit();
+  }
+
+  zavhost::Engine& engine() { return *engine_; }
+  int Below(int count) { return static_cast<int>(random_() % static_cast<unsigned>(count)); }
+
+  void Edit() {
+    zavhost::Sheet& sheet = engine_->workbook().sheets[random_() % 2];
+    const int row = Below(kRows);
+    const int column = Below(kColumns);
+    switch (Below(12)) {
+      case 0:  // insert a cell: those below move down
+        for (int i = kRows - 1; i > row; --i) sheet.Set(i, column, Value(sheet.At(i - 1, column)));
+        break;
+      case 1: {  // two cells change places
+        const Value one = sheet.At(row, column);
+        const int other = Below(kRows);
+        sheet.Set(row, column, Value(sheet.At(other, column)));
+        sheet.Set(other, column, one);
+        return;
+      }
+      case 2:  // a column is used further down than before, or less far again
+        sheet.Set(Below(2) == 0 ? 299 : 150, Below(3), NewValue());
+        return;
+      case 3:  // a column is cleared
+        if (Below(8) == 0) {
+          for (int i = 0; i < kRows; ++i) sheet.Set(i, column, Value());
+        }
+        break;
+      default:
+        break;
+    }
+    sheet.Set(row, column, NewValue());
+  }
+
+  /// Every function over one argument, as seen from one of the sheets.
+  void Compare(const Argument& argument) {
+    calling_sheet_ = static_cast<std::uint32_t>(Below(2));
+    const PlainStatistics plain = PlainOf(engine_->workbook(), argument, calling_sheet_);
+    const std::u16string in = u"(" + std::u16string(argument.text) + u")";
+    Check(u"Mean" + in, plain.Mean());
+    Check(u"MeanI" + in, plain.MeanOfComplete());
+    Check(u"Sum" + in, plain.Sum());
+    Check(u"Min" + in, plain.Minimum());
+    Check(u"Max" + in, plain.Maximum());
+    Check(u"Range" + in, plain.Range());
+    Check(u"Count" + in, plain.Count());
+    Check(u"SumSq" + in, plain.SumOfSquares());
+    for (const bool sample : {true, false}) {
+      const std::u16string end = (sample ? u"" : u"P") + in;
+      Check(u"Variance" + end, plain.Variance(sample));
+      Check(u"StdDev" + end, plain.StdDev(sample));
+      Check(u"Skewness" + end, plain.Skewness(sample));
+      Check(u"Kurtosis" + end, plain.Kurtosis(sample));
+    }
+    if (!argument.one) return;
+    const std::u16string begin = u"(" + std::u16string(argument.text) + u",";
+    for (int method = -1; method <= 5; ++method) {
+      const int k = Below(41);
+      const std::u16string end = u"," + Text(method) + u")";
+      Check(u"Percentile" + begin + Text(k) + u"/40" + end, plain.Percentile(k, method));
+      Check(u"Quartile" + begin + Text(k % 5) + end, plain.Percentile(k % 5 * 10, method));
+      Check(u"Median" + begin + Text(method) + u")", plain.Percentile(20, method));
+    }
+    Check(u"Mode" + begin + u"1)", plain.DiscreteMode());
+    for (int code = 0; code < 5; ++code)
+      Check(u"CountCellsByType" + begin + Text(code) + u")", plain.CountOfClass(code));
+  }
+
+ private:
+  static std::u16string Text(int number) { return zavhost::FromUtf8(std::to_string(number)); }
+
+  Value NewValue() {
+    switch (Below(12)) {
+      case 0:
+        return {};
+      case 1:
+        return Value(u"a text");
+      case 2:
+        return Value(u"12");
+      case 3:
+        return Below(2) == 0;
+      case 4:
+        return Below(2) == 0 ? zavhost::ErrorCode::kNA : zavhost::ErrorCode::kDiv0;
+      case 5:
+        return static_cast<double>(Below(4));
+      default:
+        return static_cast<double>(Below(100'000)) / 64 - 700;
+    }
+  }
+
+  void Check(const std::u16string& formula, const Expected& expected) {
+    const zavhost::Operand result =
+        engine_->Evaluate(u"Zav" + formula, {calling_sheet_, 0, kColumns + 20});
+    const Value* value = std::get_if<Value>(&result);
+    REQUIRE(value != nullptr);
+    const double* number = value->number();
+    const double error = number != nullptr ? std::abs(*number - expected.number) : 0;
+    if (expected.shown.empty() && number != nullptr &&
+        error <= 1e-11 * std::max(1.0, std::abs(expected.number)))
+      return;
+    const std::u16string shown = value->text() != nullptr ? *value->text()
+                                 : value->error() != nullptr
+                                     ? std::u16string(ErrorText(*value->error()))
+                                     : std::u16string(u"a number");
+    const bool same = number == nullptr && !(expected.shown.empty() && value->text() == nullptr) &&
+                      zavhost::FromUtf8(expected.shown) == shown;
+    CHECK_MESSAGE(
+        same, zavhost::ToUtf8(formula)
+                  << " on sheet " << calling_sheet_ << " shows "
+                  << (number != nullptr ? std::to_string(*number) : zavhost::ToUtf8(shown))
+                  << ", not "
+                  << (expected.shown.empty() ? std::to_string(expected.number) : expected.shown));
+  }
+
+  std::mt19937 random_;
+  std::unique_ptr<zavhost::Engine> engine_;
+  std::uint32_t calling_sheet_ = 0;
+};
+
+}  // namespace
+
+TEST_CASE("after any sequence of edits every function is computed from the cells as they are") {
+  Sheets sheets(20261125);
+  for (int step = 0; step < kSteps; ++step) {
+    CAPTURE(step);
+    sheets.Edit();
+    sheets.Compare(Arguments()[static_cast<std::size_t>(sheets.Below(kQuickArguments))]);
+    // The same argument as one step in two: most often it saw no edit in between.
+    if (step % 2 == 0) sheets.Compare(Arguments()[static_cast<std::size_t>(step / 2 % 3)]);
+    if (step % 250 == 249) {
+      for (const Argument& argument : Arguments()) sheets.Compare(argument);
+    }
+  }
+  CloseClean(sheets.engine());
+}
+
+}  // namespace zavrel::tests
