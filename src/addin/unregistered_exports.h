@@ -4,7 +4,7 @@
 // and this list.
 //
 // Strings that a macro exchanges with them. VARIANTs hold wide strings, and so do the
-// out-parameters of forms that end in W and of ZavrelGetExceptionInfoVB. A string result and every
+// out-parameters of forms that end in W or WVB and of ZavrelGetExceptionInfoVB. A string result and every
 // other string out-parameter (the ids) follow what a parameter or result declared `As String` does:
 // a BSTR of bytes in the ANSI code page, which loses what the page lacks.
 
@@ -51,6 +51,14 @@ inline constexpr const char* kUnregisteredExports[] = {
     "ZavrelPercentileVB",
     "ZavrelQuartileVB",
     "ZavrelMedianVB",
+    // macro add-in, categories
+    "ZavrelCategoryNamesGetArrayVB",
+    "ZavrelCategoryNamesSetArrayPrivateVB",
+    "ZavrelCategoryNamesSetArrayPrivateWVB",
+    "ZavrelCategoryIndicesSetArrayVB",
+    "ZavrelCategoryIndicesSetArrayPrivateVB",
+    // macro add-in, single values
+    "ZavrelStandardizeVB",
 };
 
 }  // namespace zavrel

@@ -136,15 +136,15 @@ void CellColumns::AppendBlanks(std::size_t count) {
   counts_[static_cast<std::size_t>(CellTag::kBlank)] += count;
 }
 
-void CellColumns::AppendFirst(const CellColumns& cells, std::size_t count) {
+void CellColumns::AppendPart(const CellColumns& cells, std::size_t position, std::size_t count) {
   if (count == 0) return;
   CellTag* tags = tags_.Extend(count);
   double* payloads = payloads_.Extend(count);
-  std::memcpy(tags, cells.tags_.data(), count * sizeof *tags);
-  std::memcpy(payloads, cells.payloads_.data(), count * sizeof *payloads);
+  std::memcpy(tags, cells.tags_.data() + position, count * sizeof *tags);
+  std::memcpy(payloads, cells.payloads_.data() + position, count * sizeof *payloads);
   for (std::size_t i = 0; i < count; ++i) {
     ++counts_[static_cast<std::size_t>(tags[i])];
-    if (tags[i] == CellTag::kText) payloads[i] = StoreText(cells.TextAt(i));
+    if (tags[i] == CellTag::kText) payloads[i] = StoreText(cells.TextAt(position + i));
   }
 }
 
@@ -181,6 +181,18 @@ std::size_t CellColumns::CountEqual(std::size_t position, std::span<const XLOPER
     for (const std::size_t end = std::min(i + kStep, count); i < end; ++i) {
       if (!EqualCell(position + i, cells[i])) return i;
     }
+  }
+  return count;
+}
+
+std::size_t CellColumns::CountEqual(std::size_t position, const CellColumns& cells) const {
+  const std::size_t count = std::min(cells.size(), size() - position);
+  for (std::size_t i = 0; i < count; ++i) {
+    if (tag(position + i) != cells.tag(i)) return i;
+    const bool equal = tag(position + i) == CellTag::kText ? TextAt(position + i) == cells.TextAt(i)
+                                                           : Bits(payloads_.data()[position + i]) ==
+                                                                 Bits(cells.payloads_.data()[i]);
+    if (!equal) return i;
   }
   return count;
 }

@@ -63,11 +63,15 @@ class CellColumns {
   void Append(std::span<const XLOPER12> cells);
   void AppendBlanks(std::size_t count);
   /// The first `count` cells of others.
-  void AppendFirst(const CellColumns& cells, std::size_t count);
+  void AppendFirst(const CellColumns& cells, std::size_t count) { AppendPart(cells, 0, count); }
+  /// `count` cells of others from `position` on.
+  void AppendPart(const CellColumns& cells, std::size_t position, std::size_t count);
 
   /// How many of the host's cells equal the stored ones from `position` on, in type and in value:
   /// every bit of a number, every code unit of a text. Allocates nothing.
   std::size_t CountEqual(std::size_t position, std::span<const XLOPER12> cells) const;
+  /// The same for the cells of others.
+  std::size_t CountEqual(std::size_t position, const CellColumns& cells) const;
   /// How many of `count` cells from `position` on are blank.
   std::size_t CountBlanks(std::size_t position, std::size_t count) const;
 

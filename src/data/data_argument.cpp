@@ -7,6 +7,8 @@
 
 #include "data/data_key.h"
 #include "data/session_caches.h"
+#include "data/stacked_argument.h"
+#include "data/stacked_data.h"
 #include "excel/xxloper.h"
 
 namespace zavrel {
@@ -49,6 +51,20 @@ class CellCollector final : public CellSink {
     return true;
   }
 
+  /// Cells of another data set.
+  bool Cells(const CellColumns& cells) {
+    std::size_t equal = 0;
+    if (comparing_) {
+      equal = known_->CountEqual(position_, cells);
+      position_ += equal;
+      if (equal == cells.size()) return true;
+      StartCollecting();
+    }
+    if (cells.size() - equal > most_ - collected_.size()) return false;
+    collected_.AppendPart(cells, equal, cells.size() - equal);
+    return true;
+  }
+
   /// To be asked once, after the last cell: are the known cells all of them?
   bool AsKnown() {
     if (comparing_ && position_ < known_->size()) StartCollecting();
@@ -69,6 +85,25 @@ class CellCollector final : public CellSink {
   bool comparing_;
   std::size_t position_ = 0;  // known cells that were met again
   CellColumns collected_;
+};
+
+/// Hands a single cell on, unless its text is the handle of a selection of stacked data.
+class HandleCatcher final : public CellSink {
+ public:
+  explicit HandleCatcher(CellSink& sink) : sink_(sink) {}
+
+  bool Cells(std::span<const XLOPER12> cells) override {
+    if (cells.size() == 1) index_ = StackedHandleIndex(TextIn(cells.front()));
+    return index_ || sink_.Cells(cells);
+  }
+  bool Blanks(std::size_t count) override { return sink_.Blanks(count); }
+
+  /// The selection's index, if there was a handle.
+  const std::optional<std::size_t>& index() const { return index_; }
+
+ private:
+  CellSink& sink_;
+  std::optional<std::size_t> index_;
 };
 
 using Pieces = std::span<const XLOPER12* const>;
@@ -96,8 +131,18 @@ DataArgument ReadPieces(Pieces pieces, std::size_t most_cells) {
   if (known != nullptr && known->size() > most_cells) known = nullptr;
   CellCollector collector(known ? &known->cells() : nullptr, expected, most_cells);
   for (const XLOPER12* piece : pieces) {
-    const ReadOutcome outcome = ReadCells(*piece, collector);
+    HandleCatcher catcher(collector);
+    const bool one_cell = AllCells(*piece) == 1;
+    const ReadOutcome outcome =
+        one_cell ? ReadCells(*piece, catcher) : ReadCells(*piece, collector);
     if (outcome != ReadOutcome::kRead) return {outcome, nullptr};
+    if (!catcher.index()) continue;
+
+    DataArgument stacked = ReadStackedData(*catcher.index());
+    if (stacked.outcome != ReadOutcome::kRead || pieces.size() == 1) return stacked;
+    if (!collector.Cells(stacked.data->cells())) return {};
+    all += stacked.data->size();
+    --all;  // the handle's own cell
   }
   if (collector.AsKnown()) return {.outcome = ReadOutcome::kRead, .data = std::move(known)};
 

@@ -23,6 +23,9 @@ struct DataArgument {
 /// The data set that the pieces form together, in their order. Omitted pieces at the end (null
 /// pointers included) contribute nothing; when all are omitted, the data set is one omitted value.
 ///
+/// A piece of one cell whose text is the handle of a selection of stacked data stands for the cells
+/// that the selection takes (data/stacked_argument.h).
+///
 /// The cells are read at every call. Those of the data set that the session's cache has under the
 /// same key are compared with them, in every bit, while they come in, without allocating anything.
 /// Only from the first difference on is a new data set built, which then takes the other's place.

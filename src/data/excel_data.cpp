@@ -128,6 +128,11 @@ std::span<const double> ExcelData::SortedNumbers() {
   return {sorted_->data(), sorted_->size()};
 }
 
+const CategoryTable* ExcelData::Categories() {
+  if (!categories_) categories_ = CategoryTable::Of(cells_);
+  return categories_ ? &*categories_ : nullptr;
+}
+
 const IsDiscrete& ExcelData::Discreteness() {
   if (!discreteness_) discreteness_.emplace(SortedNumbers());
   return *discreteness_;
@@ -150,6 +155,7 @@ std::size_t ExcelData::bytes() const {
   for (const Shape* shape : {&positional_, &positional_with_errors_, &numbers_only_, &sorted_}) {
     if (*shape) bytes += (*shape)->bytes();
   }
+  if (categories_) bytes += categories_->bytes();
   return bytes;
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "data/block_pool.h"
+#include "data/category_table.h"
 #include "data/cell_columns.h"
 #include "data/cell_layout.h"
 #include "data/missing_data_policy.h"
@@ -57,6 +58,9 @@ class ExcelData {
 
   /// The numbers without anything between them (as under kNumbersOnly), in ascending order.
   std::span<const double> SortedNumbers();
+  /// The cells as categories; null when the host, which is asked for the names of numbers, wants
+  /// the call to end.
+  const CategoryTable* Categories();
   /// Whether the numbers look discrete.
   const IsDiscrete& Discreteness();
 
@@ -85,6 +89,7 @@ class ExcelData {
   Shape numbers_only_;
   Shape sorted_;
   std::optional<IsDiscrete> discreteness_;
+  std::optional<CategoryTable> categories_;
   StatisticCache statistics_;
 };
 

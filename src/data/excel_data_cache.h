@@ -7,9 +7,9 @@
 #include <string_view>
 #include <unordered_map>
 
-namespace zavrel {
+#include "data/stacked_data.h"
 
-class ExcelData;
+namespace zavrel {
 
 /// At most one data set per key text. Whoever finds one here compares it with its cells before
 /// using it (ReadDataArgument does), so an entry is never trusted for its key alone.
@@ -43,6 +43,9 @@ class ExcelDataCache {
   /// Drops everything, the memory kept for reuse included.
   void Clear() noexcept;
 
+  /// Kept as long as the session: a handle that was issued stays good whatever is dropped here.
+  StackedSelections& stacked_selections() { return stacked_selections_; }
+
   std::size_t size() const { return entries_.size(); }
   std::size_t bytes() const { return bytes_; }
 
@@ -62,6 +65,7 @@ class ExcelDataCache {
   Entries entries_;
   std::unordered_map<std::string_view, Entries::iterator> by_key_;  // keys stand in the data sets
   std::size_t bytes_ = 0;
+  StackedSelections stacked_selections_;
 };
 
 }  // namespace zavrel

@@ -23,6 +23,12 @@ std::string TextOfAddress(std::uint64_t address) {
   return std::to_string(static_cast<std::int64_t>(address));
 }
 
+std::optional<std::uint64_t> MacroHandshakes::IssuedAddress(const char* text) const {
+  const auto address = AddressFromText(text);
+  if (address && *address != 0 && !HasIssued(*address)) return std::nullopt;
+  return address;
+}
+
 std::string MacroHandshakes::Enter(PendingArrays arrays) {
   // The counter alone tells ids of one session apart, the clocks those of different ones.
   std::string id = fmt::format("Time={}, TickCount={}, PerfCounter={}, counter={}",

@@ -38,8 +38,16 @@ struct PendingCellValues {
   std::uint64_t indices = 0;  // for the cells' positions in the range, from 1
 };
 
+/// The VARIANT that category names or positions are to be written to.
+struct PendingCategoryNames {
+  std::uint64_t address = 0;
+};
+struct PendingCategoryIndices {
+  std::uint64_t address = 0;
+};
+
 /// What can be entered under an id; a kind for each family of functions that fills entries.
-using PendingArrays = std::variant<PendingCellValues>;
+using PendingArrays = std::variant<PendingCellValues, PendingCategoryNames, PendingCategoryIndices>;
 
 /// The address in a text: a whole decimal number of 64 bits with its sign, without anything before
 /// or behind it. An absent or empty text is 0, "no VARIANT"; nothing for every other text.
@@ -56,6 +64,8 @@ class MacroHandshakes {
   /// Issuing an address again makes it the latest.
   void Issue(std::uint64_t address) { issued_.Put(address, {}); }
   bool HasIssued(std::uint64_t address) const { return issued_.Find(address) != nullptr; }
+  /// The address in a text, 0 for none; nothing for another text, or when it was not issued.
+  std::optional<std::uint64_t> IssuedAddress(const char* text) const;
 
   /// Enters the arrays and gives their id, which no other entry of the session has had.
   std::string Enter(PendingArrays arrays);
@@ -70,11 +80,16 @@ class MacroHandshakes {
 
   /// The arrays of the next call that reads cell values, entered without an id.
   std::optional<PendingCellValues>& next_cell_values() { return next_cell_values_; }
+  /// The array of the next call for category names, for category positions; 0 for none.
+  std::uint64_t& next_category_names() { return next_category_names_; }
+  std::uint64_t& next_category_indices() { return next_category_indices_; }
 
  private:
   LatestMap<std::uint64_t, std::monostate> issued_{kRemembered};
   LatestMap<std::string, PendingArrays> entries_{kRemembered};
   std::optional<PendingCellValues> next_cell_values_;
+  std::uint64_t next_category_names_ = 0;
+  std::uint64_t next_category_indices_ = 0;
   std::uint32_t ids_made_ = 0;
 };
 

@@ -119,19 +119,12 @@ XXloper FromCells(const XLOPER12* range, const XLOPER12* class_code, Filler fill
   }
 }
 
-/// The VARIANT that an address text names, 0 for none; nothing unless the session issued it.
-std::optional<std::uint64_t> IssuedAddress(const char* text) {
-  const auto address = AddressFromText(text);
-  if (address && *address != 0 && !Session::Current()->macro_handshakes().HasIssued(*address))
-    return std::nullopt;
-  return address;
-}
-
 XXloper FillByAddress(const XLOPER12* range, const XLOPER12* class_code, CellElements elements,
                       const char* values_address, const char* indices_address) {
   return FromCells(range, class_code, [&](const ExcelData& data, CellClass cell_class) {
-    const auto values = IssuedAddress(values_address);
-    const auto indices = IssuedAddress(indices_address);
+    const MacroHandshakes& handshakes = Session::Current()->macro_handshakes();
+    const auto values = handshakes.IssuedAddress(values_address);
+    const auto indices = handshakes.IssuedAddress(indices_address);
     if (!values || !indices) return XXloper::Error(ExcelError::kValue);
     return Fill(data, cell_class, {std::move(elements), *values, *indices}).value;
   });

@@ -25,10 +25,6 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 double NotYetNumber(const char* name) {
   return PlainFunction(name, kNaN, [] { return kNaN; });
 }
-// A null pointer, which Excel shows as #NUM!.
-const char* NotYetText(const char* name) {
-  return TextFunction(name, [] { return std::optional<std::string>(); });
-}
 
 }  // namespace
 
@@ -37,7 +33,6 @@ const char* NotYetText(const char* name) {
 #define ZAV_NOT_YET(name) \
   ZAV_EXPORT XLOPER12* name() { return NotYetValue(#name); }
 
-ZAV_NOT_YET(ZavrelMultiRange)
 ZAV_NOT_YET(ZavrelDurbinWatson)
 ZAV_NOT_YET(ZavrelAutocorrelation)
 ZAV_NOT_YET(ZavrelBoxPlotX)
@@ -49,18 +44,6 @@ ZAV_NOT_YET(ZavrelQQPlotSort)
 ZAV_NOT_YET(ZavrelQQPlotZValue)
 ZAV_NOT_YET(ZavrelLilliefors)
 ZAV_NOT_YET(ZavrelRunsTest)
-ZAV_NOT_YET(ZavrelCountRange)
-ZAV_NOT_YET(ZavrelPower)
-ZAV_NOT_YET(ZavrelLog)
-ZAV_NOT_YET(ZavrelDummy)
-ZAV_NOT_YET(ZavrelInteraction)
-ZAV_NOT_YET(ZavrelPairCount)
-ZAV_NOT_YET(ZavrelPairCountRange)
-ZAV_NOT_YET(ZavrelPairMean)
-ZAV_NOT_YET(ZavrelPairMedian)
-ZAV_NOT_YET(ZavrelPairStdDev)
-ZAV_NOT_YET(ZavrelPairMeanQuotient)
-ZAV_NOT_YET(ZavrelPairMeanAbsQuotient)
 ZAV_NOT_YET(ZavrelCovariance)
 ZAV_NOT_YET(ZavrelCovarianceP)
 ZAV_NOT_YET(ZavrelCorrelationCoeff)
@@ -71,17 +54,6 @@ ZAV_NOT_YET(ZavrelStudent)
 ZAV_NOT_YET(ZavrelChisq)
 ZAV_NOT_YET(ZavrelF)
 ZAV_NOT_YET(ZavrelBinomial)
-ZAV_NOT_YET(ZavrelStandardize)
-ZAV_NOT_YET(ZavrelLn)
-ZAV_NOT_YET(ZavrelCountCategories)
-ZAV_NOT_YET(ZavrelCategoryNames)
-ZAV_NOT_YET(ZavrelCategoryNamesPrivate)
-ZAV_NOT_YET(ZavrelCategoryNamesPrivate2)
-ZAV_NOT_YET(ZavrelCategoryOccurrenceCount)
-ZAV_NOT_YET(ZavrelCategoryIndices)
-ZAV_NOT_YET(ZavrelCategoryIndicesPrivate)
-ZAV_NOT_YET(ZavrelCategoryIndicesPrivate2)
-ZAV_NOT_YET(ZavrelCategoryNameCompare)
 ZAV_NOT_YET(ZavrelEigenvalues)
 ZAV_NOT_YET(ZavrelEigenvectors)
 ZAV_NOT_YET(ZavrelEigendata)
@@ -110,7 +82,6 @@ ZAV_NOT_YET(ZavrelKWpValueComputationMethod)
 
 #undef ZAV_NOT_YET
 
-ZAV_EXPORT const char* ZavrelDestack() { return NotYetText("ZavrelDestack"); }
 ZAV_EXPORT std::int32_t ZavrelBoxPlotCountOutliers() {
   return NotYetInteger("ZavrelBoxPlotCountOutliers");
 }

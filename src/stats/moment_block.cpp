@@ -54,21 +54,34 @@ Real FirstPass(std::span<const double> values, MomentBlock& block) {
 }
 
 template <class Real>
+void Add(PowerSums<Real>& sums, Real d) {
+  const Real d2 = d * d;
+  sums.s1 += d;
+  sums.s2 += d2;
+  sums.s3 += d2 * d;
+  sums.s4 += d2 * d2;
+}
+
+// Every other deviation has sums of its own: one addition does not wait for the other.
+template <class Real>
 PowerSums<Real> SecondPass(std::span<const double> values, Real mean) {
-  Real s1 = 0, s2 = 0, s3 = 0, s4 = 0;
-  for (const double x : values) {
-    if (std::isnan(x)) [[unlikely]]
-      continue;
-    const Real d = static_cast<Real>(x) - mean;
-    const Real d2 = d * d;
-    s1 += d;
-    s2 += d2;
-    s3 += d2 * d;
-    s4 += d2 * d2;
+  PowerSums<Real> even;
+  PowerSums<Real> odd;
+  const std::size_t paired = values.size() & ~std::size_t{1};
+  for (std::size_t i = 0; i < paired; i += 2) {
+    const double x = values[i];
+    const double y = values[i + 1];
+    if (!std::isnan(x)) [[likely]]
+      Add(even, static_cast<Real>(x) - mean);
+    if (!std::isnan(y)) [[likely]]
+      Add(odd, static_cast<Real>(y) - mean);
   }
+  if (paired < values.size() && !std::isnan(values.back()))
+    Add(even, static_cast<Real>(values.back()) - mean);
   // Settled one by one: stored side by side as they are, the compiler would pack them in pairs, and
   // packing and unpacking takes as long again as the sums themselves.
-  return {Settled(s1), Settled(s2), Settled(s3), Settled(s4)};
+  return {Settled(even.s1 + odd.s1), Settled(even.s2 + odd.s2), Settled(even.s3 + odd.s3),
+          Settled(even.s4 + odd.s4)};
 }
 
 /// The results in Real; a missing one is the too-few code.

@@ -1,0 +1,148 @@
+#include "data/category_table.h"
+
+#include <algorithm>
+#include <bit>
+
+#include "data/category_name.h"
+#include "platform/letter_case.h"
+#include "platform/white_space.h"
+
+namespace zavrel {
+namespace {
+
+constexpr std::int32_t kNoCategory = -1;
+
+}  // namespace
+
+std::u16string CleanedCategoryName(std::u16string_view name) {
+  std::u16string cleaned(Trimmed(name));
+  for (char16_t& unit : cleaned) {
+    if (unit == u'\r' || unit == u'\n') unit = u' ';
+  }
+  return cleaned;
+}
+
+std::u16string CategoryKey(std::u16string_view name) {
+  return LowerCase(CleanedCategoryName(name));
+}
+
+/// Gives each cell the index of its category, then gathers each category's positions. What a text
+/// or a number has once been found to mean is looked up from then on.
+class CategoryTableBuilder {
+ public:
+  explicit CategoryTableBuilder(const CellColumns& cells) : cells_(cells) {}
+
+  std::optional<CategoryTable> Build() {
+    const std::size_t count = cells_.size();
+    if (count > 0) {
+      indices_.Reserve(count);
+      std::int32_t* index = indices_.Extend(count);
+      for (std::size_t i = 0; i < count; ++i) {
+        const std::optional<std::int32_t> found = IndexOf(cells_[i]);
+        if (!found) return std::nullopt;
+        index[i] = *found;
+      }
+    }
+    GatherPositions();
+    SortNames();
+    return std::move(table_);
+  }
+
+ private:
+  std::optional<std::int32_t> IndexOf(const SingleValue& cell) {
+    switch (cell.tag) {
+      case CellTag::kBlank:
+      case CellTag::kMissing:
+      case CellTag::kError:
+        return kNoCategory;
+      case CellTag::kText: {
+        const auto [known, is_new] = by_text_.try_emplace(cell.text, kNoCategory);
+        if (is_new) known->second = IndexOfName(cell.text);
+        return known->second;
+      }
+      case CellTag::kNumber: {
+        const auto [known, is_new] =
+            by_number_.try_emplace(std::bit_cast<std::uint64_t>(cell.number), kNoCategory);
+        if (is_new) {
+          const auto name = CategoryNameOf(cell);
+          if (!name) return std::nullopt;
+          known->second = IndexOfName(*name);
+        }
+        return known->second;
+      }
+      case CellTag::kBoolean:
+      case CellTag::kInteger:
+        break;
+    }
+    const auto name = CategoryNameOf(cell);
+    if (!name) return std::nullopt;
+    return IndexOfName(*name);
+  }
+
+  std::int32_t IndexOfName(std::u16string_view name) {
+    std::u16string cleaned = CleanedCategoryName(name);
+    if (cleaned.empty()) return kNoCategory;
+    const auto [known, is_new] =
+        table_.by_key_.try_emplace(LowerCase(cleaned), table_.categories_.size());
+    if (is_new) table_.categories_.push_back({std::move(cleaned)});
+    return static_cast<std::int32_t>(known->second);
+  }
+
+  void GatherPositions() {
+    std::vector<std::size_t> counts(table_.size());
+    std::size_t total = 0;
+    for (const std::int32_t index : Indices()) {
+      if (index == kNoCategory) continue;
+      ++counts[static_cast<std::size_t>(index)];
+      ++total;
+    }
+    if (total == 0) return;
+    table_.positions_.Reserve(total);
+    std::int32_t* next = table_.positions_.Extend(total);
+    std::vector<std::int32_t*> places;
+    places.reserve(table_.size());
+    for (std::size_t i = 0; i < table_.size(); ++i) {
+      table_.categories_[i].positions = {next, counts[i]};
+      places.push_back(next);
+      next += counts[i];
+    }
+    std::int32_t position = 0;
+    for (const std::int32_t index : Indices()) {
+      if (index != kNoCategory) *places[static_cast<std::size_t>(index)]++ = position;
+      ++position;
+    }
+  }
+
+  void SortNames() {
+    table_.sorted_names_.reserve(table_.size());
+    for (const Category& category : table_.categories_)
+      table_.sorted_names_.push_back(category.name);
+    std::sort(table_.sorted_names_.begin(), table_.sorted_names_.end());
+  }
+
+  std::span<const std::int32_t> Indices() const { return {indices_.data(), indices_.size()}; }
+
+  const CellColumns& cells_;
+  CategoryTable table_;
+  BlockArray<std::int32_t> indices_;
+  std::unordered_map<std::u16string_view, std::int32_t> by_text_;
+  std::unordered_map<std::uint64_t, std::int32_t> by_number_;
+};
+
+std::optional<CategoryTable> CategoryTable::Of(const CellColumns& cells) {
+  return CategoryTableBuilder(cells).Build();
+}
+
+const Category* CategoryTable::Find(std::u16string_view name) const {
+  const auto found = by_key_.find(CategoryKey(name));
+  return found == by_key_.end() ? nullptr : &categories_[found->second];
+}
+
+std::size_t CategoryTable::bytes() const {
+  std::size_t bytes = positions_.bytes();
+  for (const Category& category : categories_)
+    bytes += sizeof category + 2 * category.name.capacity() * sizeof(char16_t) + 64;
+  return bytes;
+}
+
+}  // namespace zavrel

@@ -1,0 +1,60 @@
+#pragma once
+// The categories of a data set.
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "data/block_pool.h"
+#include "data/cell_columns.h"
+
+namespace zavrel {
+
+/// A category's name as users write it: line breaks become spaces, white space at both ends goes.
+std::u16string CleanedCategoryName(std::u16string_view name);
+/// What the names of one category have in common: the cleaned name in lower case.
+std::u16string CategoryKey(std::u16string_view name);
+
+struct Category {
+  /// The cleaned name of its first cell.
+  std::u16string name;
+  /// Where its cells stand in the data set, from 0, in order.
+  std::span<const std::int32_t> positions{};
+};
+
+/// The categories of a data set's cells, in the order in which they first occur. Cells with the
+/// same key belong to the same one; a cell whose name is empty (blank, omitted, error, white space
+/// alone) belongs to none. Built in one run over the cells, without an allocation per cell.
+class CategoryTable {
+ public:
+  /// Nothing when the host, which names numbers and booleans, wants the call to end.
+  static std::optional<CategoryTable> Of(const CellColumns& cells);
+
+  CategoryTable(CategoryTable&&) noexcept = default;
+  CategoryTable& operator=(CategoryTable&&) noexcept = default;
+
+  std::size_t size() const { return categories_.size(); }
+  std::span<const Category> categories() const { return categories_; }
+  /// The category that a name stands for, however it is written; null when it is none.
+  const Category* Find(std::u16string_view name) const;
+  /// The categories' names by ascending code units: capitals before small letters, 10 before 9.
+  std::span<const std::u16string_view> SortedNames() const { return sorted_names_; }
+
+  std::size_t bytes() const;
+
+ private:
+  friend class CategoryTableBuilder;
+  CategoryTable() = default;
+
+  std::vector<Category> categories_;
+  std::unordered_map<std::u16string, std::size_t> by_key_;
+  std::vector<std::u16string_view> sorted_names_;  // of the strings in categories_
+  BlockArray<std::int32_t> positions_;
+};
+
+}  // namespace zavrel

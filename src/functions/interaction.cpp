@@ -1,0 +1,91 @@
+// ZavInteraction: the product of several variables, row by row.
+#include <algorithm>
+#include <vector>
+
+#include "addin/worksheet_function.h"
+#include "data/get_parameters.h"
+#include "functions/indicator.h"
+#include "functions/result_column.h"
+#include "platform/export.h"
+
+namespace zavrel {
+namespace {
+
+constexpr std::size_t kPairs = 7;
+
+/// One variable of the product: numeric, or the indicator of a category.
+class Variable {
+ public:
+  /// An empty category is none.
+  Variable(const CellColumns& cells, const std::u16string& category) : cells_(cells) {
+    if (!category.empty()) indicator_.emplace(category);
+  }
+
+  /// Rows past the last used one of a whole column are blank. Nothing when the host wants the call
+  /// to end.
+  std::optional<VariableCell> At(std::size_t row) {
+    if (row >= cells_.size()) return VariableCell();
+    const SingleValue cell = cells_[row];
+    if (indicator_) return indicator_->Of(cell);
+    return cell.IsNumber() ? VariableCell::Number(cell.number) : WithoutNumber(cell);
+  }
+
+ private:
+  const CellColumns& cells_;
+  std::optional<Indicator> indicator_;
+};
+
+/// The first variable from the left without a number decides; else the product.
+std::optional<VariableCell> Product(std::vector<Variable>& variables, std::size_t row) {
+  double product = 1;
+  for (Variable& variable : variables) {
+    const std::optional<VariableCell> cell = variable.At(row);
+    if (!cell || cell->kind != VariableCell::Kind::kNumber) return cell;
+    product *= cell->number;
+  }
+  return VariableCell::Number(product);
+}
+
+}  // namespace
+
+/// Up to seven pairs of a range and a category, two at least. With a category, the pair's variable
+/// is 1 where a cell's text is the category's and 0 where it is another (functions/indicator.h);
+/// with an empty one it is numeric, and a text or boolean is #VALUE!. Each row's cell is the
+/// product of its variables; a row without a number in some variable shows that of the leftmost
+/// such one, an empty cell or an error. Ranges of different lengths: #VALUE!. A range left out ends
+/// the list.
+ZAV_EXPORT XLOPER12* ZavrelInteraction(const XLOPER12* range1, const XLOPER12* category1,
+                                       const XLOPER12* range2, const XLOPER12* category2,
+                                       const XLOPER12* range3, const XLOPER12* category3,
+                                       const XLOPER12* range4, const XLOPER12* category4,
+                                       const XLOPER12* range5, const XLOPER12* category5,
+                                       const XLOPER12* range6, const XLOPER12* category6,
+                                       const XLOPER12* range7, const XLOPER12* category7) {
+  return WorksheetFunction("ZavrelInteraction", [&]() -> XXloper {
+    const Parameters parameters = GetParameters(
+        "RSRSrsrsrsrsrs", MissingDataPolicy::kPositional,
+        std::array{range1, category1, range2, category2, range3, category3, range4, category4,
+                   range5, category5, range6, category6, range7, category7},
+        {.equal_lengths = true});
+    if (!parameters.accepted()) return parameters.failure();
+
+    std::vector<Variable> variables;
+    std::size_t rows = 0;
+    for (std::size_t pair = 0; pair < kPairs; ++pair) {
+      if (!parameters.given(2 * pair)) continue;
+      variables.emplace_back(parameters.data(2 * pair).cells(), parameters.given(2 * pair + 1)
+                                                                    ? parameters.text(2 * pair + 1)
+                                                                    : std::u16string());
+      rows = std::max(rows, parameters.numbers(2 * pair).size());
+    }
+    bool ended = false;
+    XXloper column = ResultColumn(rows, [&](std::size_t row) {
+      const auto cell = ended ? std::nullopt : Product(variables, row);
+      ended = !cell;
+      return cell.value_or(VariableCell());
+    });
+    return ended ? XXloper::Error(ExcelError::kRef) : column;
+  });
+}
+
+}  // namespace zavrel

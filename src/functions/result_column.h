@@ -1,0 +1,62 @@
+#pragma once
+// A variable made of other variables: one column with a cell for each row.
+
+#include <cmath>
+#include <cstddef>
+#include <optional>
+
+#include "data/excel_data.h"
+#include "excel/xxloper.h"
+
+namespace zavrel {
+
+/// The value of one variable in one row: a number, an empty cell or an error.
+struct VariableCell {
+  enum class Kind { kNumber, kEmpty, kError };
+  Kind kind = Kind::kEmpty;
+  double number = 0;       // kNumber; one that is not finite shows as #NUM!
+  std::int32_t error = 0;  // kError: Excel's code
+
+  static VariableCell Number(double number) { return {Kind::kNumber, number}; }
+  static VariableCell Error(std::int32_t code) { return {Kind::kError, 0, code}; }
+};
+
+/// What becomes of a cell that holds no number: an empty one stays empty, an error stays the same
+/// error, anything else is #VALUE!.
+inline VariableCell WithoutNumber(const SingleValue& cell) {
+  switch (cell.tag) {
+    case CellTag::kBlank:
+    case CellTag::kMissing:
+      return {};
+    case CellTag::kError:
+      return VariableCell::Error(cell.code);
+    default:
+      return VariableCell::Error(xlerrValue);
+  }
+}
+
+/// The column of cell_of(0) ... cell_of(rows - 1). More rows than a sheet has give #VALUE!; no row
+/// at all, as of a blank whole column, an empty value.
+template <class CellOf>
+XXloper ResultColumn(std::size_t rows, CellOf cell_of) {
+  if (rows > kExcelRows) return XXloper::Error(ExcelError::kValue);
+  if (rows == 0) return XXloper::Nil();
+  XXloperArray column(static_cast<std::int32_t>(rows), 1);
+  for (std::size_t row = 0; row < rows; ++row) {
+    const VariableCell cell = cell_of(row);
+    switch (cell.kind) {
+      case VariableCell::Kind::kNumber:
+        column.SetNumber(row, cell.number);
+        break;
+      case VariableCell::Kind::kEmpty:
+        column.SetEmpty(row);
+        break;
+      case VariableCell::Kind::kError:
+        column.SetError(row, cell.error);
+        break;
+    }
+  }
+  return std::move(column).Finish();
+}
+
+}  // namespace zavrel

@@ -1,0 +1,123 @@
+// Variables made of others: ZavStandardize, ZavLn, ZavPower, ZavLog, ZavDummy, ZavInteraction.
+//
+// A function of a range gives one column with a cell for each cell of the range, in its order (of
+// whole columns and rows, of the used part). A failure stays in its own cell.
+#include <array>
+#include <cmath>
+
+#include "addin/worksheet_function.h"
+#include "data/get_parameters.h"
+#include "functions/indicator.h"
+#include "functions/result_column.h"
+#include "platform/export.h"
+#include "stats/standardize.h"
+
+namespace zavrel {
+namespace {
+
+/// The column of `of_number` of each number of a range; `parameters`: the range first.
+template <class OfNumber>
+XXloper EachNumber(const Parameters& parameters, OfNumber of_number) {
+  const CellColumns& cells = parameters.data(0).cells();
+  return ResultColumn(cells.size(), [&](std::size_t row) {
+    const SingleValue cell = cells[row];
+    return cell.IsNumber() ? of_number(cell.number) : WithoutNumber(cell);
+  });
+}
+
+/// The host wants the call to end: it calls again.
+XXloper Uncalculated() { return XXloper::Error(ExcelError::kRef); }
+
+}  // namespace
+
+/// (x - mean) / standard deviation. A standard deviation of 0: #DIV/0!; overflow: #NUM!.
+ZAV_EXPORT XLOPER12* ZavrelStandardize(const XLOPER12* x, const XLOPER12* mean,
+                                       const XLOPER12* standard_deviation) {
+  return WorksheetFunction("ZavrelStandardize", [&]() -> XXloper {
+    const Parameters parameters = GetParameters("DDD", MissingDataPolicy::kNumbersOnly,
+                                                std::array{x, mean, standard_deviation});
+    if (!parameters.accepted()) return parameters.failure();
+    const Standardized standardized =
+        Standardize(parameters.number(0), parameters.number(1), parameters.number(2));
+    switch (standardized.status) {
+      case StandardizeStatus::kGiven:
+        return XXloper::Number(standardized.value);
+      case StandardizeStatus::kNoSpread:
+        return XXloper::Error(ExcelError::kDiv0);
+      case StandardizeStatus::kOverflow:
+        break;
+    }
+    return XXloper::Error(ExcelError::kNum);
+  });
+}
+
+/// The same for macros: the quotient into `result`, whatever it is. Returns 0, 10 for a standard
+/// deviation of 0, 4 for an overflow; -11005 without a place for the result.
+ZAV_EXPORT std::int16_t ZavrelStandardizeVB(double x, double mean, double standard_deviation,
+                                            double* result) {
+  constexpr std::int16_t kNoResult = -11005;
+  return MacroStatus("ZavrelStandardizeVB", kNoResult, [&]() -> std::int16_t {
+    if (result == nullptr) return kNoResult;
+    const Standardized standardized = Standardize(x, mean, standard_deviation);
+    *result = standardized.value;
+    return static_cast<std::int16_t>(standardized.status);
+  });
+}
+
+/// The natural logarithm of x. x <= 0: #NUM!.
+ZAV_EXPORT XLOPER12* ZavrelLn(const XLOPER12* x) {
+  return WorksheetFunction("ZavrelLn", [&]() -> XXloper {
+    const Parameters parameters =
+        GetParameters("D", MissingDataPolicy::kNumbersOnly, std::array{x});
+    if (!parameters.accepted()) return parameters.failure();
+    if (parameters.number(0) <= 0) return XXloper::Error(ExcelError::kNum);
+    return XXloper::Number(std::log(parameters.number(0)));
+  });
+}
+
+/// Each number of the range to the power of the exponent. What has no finite value: #NUM!.
+ZAV_EXPORT XLOPER12* ZavrelPower(const XLOPER12* range, const XLOPER12* exponent) {
+  return WorksheetFunction("ZavrelPower", [&]() -> XXloper {
+    const Parameters parameters =
+        GetParameters("RD", MissingDataPolicy::kPositional, std::array{range, exponent});
+    if (!parameters.accepted()) return parameters.failure();
+    return EachNumber(parameters, [e = parameters.number(1)](double x) {
+      return VariableCell::Number(std::pow(x, e));
+    });
+  });
+}
+
+/// The logarithm of each number of the range, as ln x / ln base. A negative base: #VALUE! for every
+/// number; what has no finite value (x <= 0, base 1): #NUM!.
+ZAV_EXPORT XLOPER12* ZavrelLog(const XLOPER12* range, const XLOPER12* base) {
+  return WorksheetFunction("ZavrelLog", [&]() -> XXloper {
+    const Parameters parameters =
+        GetParameters("RD", MissingDataPolicy::kPositional, std::array{range, base});
+    if (!parameters.accepted()) return parameters.failure();
+    return EachNumber(parameters, [ln_base = std::log(parameters.number(1))](double x) {
+      return std::isnan(ln_base) ? VariableCell::Error(xlerrValue)
+                                 : VariableCell::Number(std::log(x) / ln_base);
+    });
+  });
+}
+
+/// The 0/1 variable of a category (functions/indicator.h). A category that is left out: 0.
+ZAV_EXPORT XLOPER12* ZavrelDummy(const XLOPER12* range, const XLOPER12* category) {
+  return WorksheetFunction("ZavrelDummy", [&]() -> XXloper {
+    if (XXloper::FromArgument(category).IsMissing()) return XXloper::Number(0);
+    const Parameters parameters =
+        GetParameters("RS", MissingDataPolicy::kPositional, std::array{range, category});
+    if (!parameters.accepted()) return parameters.failure();
+    const CellColumns& cells = parameters.data(0).cells();
+    Indicator indicator(parameters.text(1));
+    bool ended = false;
+    XXloper column = ResultColumn(cells.size(), [&](std::size_t row) {
+      const auto cell = ended ? std::nullopt : indicator.Of(cells[row]);
+      ended = !cell;
+      return cell.value_or(VariableCell());
+    });
+    return ended ? Uncalculated() : column;
+  });
+}
+
+}  // namespace zavrel

@@ -1,0 +1,80 @@
+// What a macro calls before the worksheet functions that fill its arrays with category names and
+// positions. unregistered_exports.h says in which form the strings travel.
+#include "addin/session.h"
+#include "addin/worksheet_function.h"
+#include "companions/messages/message_ids.h"
+#include "data/windows/macro_variant.h"
+#include "diagnostics/vek_exception.h"
+#include "excel/wide_text.h"
+#include "platform/export.h"
+
+namespace zavrel {
+namespace {
+
+/// The address of a macro's VARIANT that lasts beyond the call.
+std::uint64_t Wanted(const char* place, const VARIANT* array) {
+  const std::uint64_t address = LastingAddress(array);
+  if (address == 0) throw VekParameterError(place, messages::kMessageParameterError);
+  return address;
+}
+
+using MakeId = OwnedBstr (*)(std::u16string_view text);
+
+/// Enters the array under a fresh id and hands it over; an empty one without an open session.
+std::uint32_t Enter(const char* place, BSTR* id, MakeId make, auto make_pending) {
+  return MacroCall(place, [&] {
+    if (id == nullptr) throw VekParameterError(place, messages::kMessageParameterError);
+    PendingArrays pending = make_pending();
+    Session* session = Session::Current();
+    make(session == nullptr ? std::u16string()
+                            : Utf16FromUtf8(session->macro_handshakes().Enter(std::move(pending))))
+        .HandOver(id);
+  });
+}
+
+}  // namespace
+
+/// The next ZavCategoryNames writes the names into `names`, strings in an array; its result is then
+/// their number. Returns 0, or the number of the failure; nothing is arranged then.
+ZAV_EXPORT std::uint32_t ZavrelCategoryNamesGetArrayVB(const VARIANT* names) {
+  return MacroCall("ZavrelCategoryNamesGetArrayVB", [&] {
+    const std::uint64_t address = Wanted("ZavrelCategoryNamesGetArrayVB", names);
+    if (Session* session = Session::Current())
+      session->macro_handshakes().next_category_names() = address;
+  });
+}
+
+/// As ZavrelCategoryNamesGetArrayVB, but for the ZavCategoryNamesPrivate call that passes the `id`
+/// which is handed out here (ANSI).
+ZAV_EXPORT std::uint32_t ZavrelCategoryNamesSetArrayPrivateVB(const VARIANT* names, BSTR* id) {
+  constexpr const char* kPlace = "ZavrelCategoryNamesSetArrayPrivateVB";
+  return Enter(kPlace, id, &OwnedBstr::Ansi,
+               [&] { return PendingCategoryNames{Wanted(kPlace, names)}; });
+}
+
+/// The same with a wide id.
+ZAV_EXPORT std::uint32_t ZavrelCategoryNamesSetArrayPrivateWVB(const VARIANT* names, BSTR* id) {
+  constexpr const char* kPlace = "ZavrelCategoryNamesSetArrayPrivateWVB";
+  return Enter(kPlace, id, &OwnedBstr::Wide,
+               [&] { return PendingCategoryNames{Wanted(kPlace, names)}; });
+}
+
+/// The next ZavCategoryIndices writes the positions, from 1, into `array`, integers of 32 bits; its
+/// result is then their number. Returns 0, or the number of the failure; nothing is arranged then.
+ZAV_EXPORT std::uint32_t ZavrelCategoryIndicesSetArrayVB(const VARIANT* array) {
+  return MacroCall("ZavrelCategoryIndicesSetArrayVB", [&] {
+    const std::uint64_t address = Wanted("ZavrelCategoryIndicesSetArrayVB", array);
+    if (Session* session = Session::Current())
+      session->macro_handshakes().next_category_indices() = address;
+  });
+}
+
+/// As ZavrelCategoryIndicesSetArrayVB, but for the ZavCategoryIndicesPrivate call that passes the
+/// `id` which is handed out here (ANSI).
+ZAV_EXPORT std::uint32_t ZavrelCategoryIndicesSetArrayPrivateVB(const VARIANT* array, BSTR* id) {
+  constexpr const char* kPlace = "ZavrelCategoryIndicesSetArrayPrivateVB";
+  return Enter(kPlace, id, &OwnedBstr::Ansi,
+               [&] { return PendingCategoryIndices{Wanted(kPlace, array)}; });
+}
+
+}  // namespace zavrel
