@@ -24,7 +24,10 @@ class LatestMap {
       entries_.pop_front();
       throw;
     }
-    if (entries_.size() > most_) Remove(Key(entries_.back().first));
+    if (entries_.size() > most_) {
+      places_.erase(places_.find(entries_.back().first));
+      entries_.pop_back();
+    }
   }
 
   /// Null when the key has no entry. The value lives until the map changes.

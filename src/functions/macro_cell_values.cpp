@@ -146,8 +146,11 @@ std::optional<XXloper> FillNextCellValues(const ExcelData& data, CellClass cell_
   std::optional<PendingCellValues>& slot =
       Session::Current()->macro_handshakes().next_cell_values();
   if (!slot) return std::nullopt;
-  const FillResult result = Fill(data, cell_class, *slot);
-  if (!result.uncalculated) slot.reset();
+  // Taken out first: what the macro's VARIANTs held may arrange something new as it goes.
+  PendingCellValues wanted = *std::move(slot);
+  slot.reset();
+  const FillResult result = Fill(data, cell_class, wanted);
+  if (result.uncalculated && !slot) slot = std::move(wanted);
   return result.value;
 }
 

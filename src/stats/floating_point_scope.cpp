@@ -5,7 +5,6 @@ namespace {
 
 constexpr std::uint32_t kMxcsrDefault = 0x1F80;  // all masked, to nearest, status clear
 constexpr std::uint16_t kX87Default = 0x037F;    // all masked, to nearest, 64-bit significand
-constexpr std::uint32_t kOverflow = 0x08;        // the same bit in both status words
 
 std::uint32_t ReadMxcsr() {
   std::uint32_t word;
@@ -33,10 +32,10 @@ FloatingPointScope::~FloatingPointScope() {
   WriteMxcsr(mxcsr_);
 }
 
-bool FloatingPointScope::Overflowed() const {
+bool FloatingPointScope::HasFlag(std::uint32_t flags) {
   std::uint16_t x87_status;
   asm volatile("fnstsw %0" : "=m"(x87_status) : : "memory");
-  return ((ReadMxcsr() | x87_status) & kOverflow) != 0;
+  return ((ReadMxcsr() | x87_status) & flags) != 0;
 }
 
 }  // namespace zavrel

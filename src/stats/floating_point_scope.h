@@ -18,9 +18,18 @@ class FloatingPointScope {
 
   /// True when an operation overflowed since the scope began. What is asked about must have gone
   /// through Settled before.
-  bool Overflowed() const;
+  bool Overflowed() const { return HasFlag(kOverflow); }
+  /// True when one overflowed, or underflowed: lost digits, or everything, below the smallest
+  /// normal number.
+  bool LeftNormalRange() const { return HasFlag(kOverflow | kUnderflow); }
 
  private:
+  // The same bits in both status words.
+  static constexpr std::uint32_t kOverflow = 0x08;
+  static constexpr std::uint32_t kUnderflow = 0x10;
+
+  static bool HasFlag(std::uint32_t flags);
+
   std::uint32_t mxcsr_;
   std::uint16_t x87_control_;
 };

@@ -10,7 +10,7 @@ namespace zavrel {
 namespace {
 
 static_assert(__LDBL_MANT_DIG__ == 64,
-              "the retry after an overflow needs 80-bit extended precision");
+              "the retry beyond the range of a double needs 80-bit extended precision");
 
 template <class Real>
 struct PowerSums {
@@ -195,7 +195,7 @@ double MomentBlock::operator[](StatisticId id) const {
 MomentBlock ComputeMoments(std::span<const double> values, bool sample) {
   const FloatingPointScope environment;
   const MomentBlock block = Settled(Form(Passes<double>(values), sample));
-  if (!environment.Overflowed()) return block;
+  if (!environment.LeftNormalRange()) return block;
   return Settled(Form(Passes<long double>(values), sample));
 }
 
@@ -203,8 +203,8 @@ MomentBlocks ComputeBothForms(std::span<const double> values) {
   const FloatingPointScope environment;
   const Passes<double> passes(values);
   const MomentBlocks blocks = Settled(MomentBlocks{Form(passes, false), Form(passes, true)});
-  if (!environment.Overflowed()) return blocks;
-  return {ComputeMoments(values, false), ComputeMoments(values, true)};  // each on its own overflow
+  if (!environment.LeftNormalRange()) return blocks;
+  return {ComputeMoments(values, false), ComputeMoments(values, true)};  // each asks for itself
 }
 
 }  // namespace zavrel

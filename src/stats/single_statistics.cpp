@@ -50,12 +50,13 @@ Real MeanAbsOf(Values values) {
   return sum / static_cast<Real>(values.size());
 }
 
-/// The formula in double precision and, when that overflows, in extended precision.
+/// The formula in double precision and, when that leaves the range of doubles, in extended
+/// precision.
 template <double (*kPlain)(Values), long double (*kExtended)(Values)>
 double WithExtendedRetry(Values values) {
   const FloatingPointScope environment;
   const double result = Settled(kPlain(values));
-  if (!environment.Overflowed()) return Finite(result);
+  if (!environment.LeftNormalRange()) return Finite(result);
   return Finite(Settled(static_cast<double>(kExtended(values))));
 }
 
@@ -76,7 +77,7 @@ double Product(Values values) {
   double product = 1;
   for (const double x : values) product *= x;
   product = Settled(product);
-  if (!environment.Overflowed()) return Finite(product);
+  if (!environment.LeftNormalRange()) return Finite(product);
   return Finite(Settled(ProductByLogarithms(values)));
 }
 

@@ -227,6 +227,21 @@ TEST_CASE("arrays that are not of that kind are refused, and nothing is written 
   dataless.get()->pvData = data;
 }
 
+TEST_CASE("the place for the result may be an element of the array itself") {
+  const auto into_array = [](auto call) {
+    MacroArray array({1, 2, 2, 5, 9});
+    const Answer apart = AnswerOf([&](double* result) { return call(array, result); });
+    double& element = static_cast<double*>(array.get()->pvData)[2];
+    CHECK(call(array, &element) == apart.status);
+    CHECK(element == apart.result);
+  };
+  for (const auto& [statistic, value] : kExpected) into_array(statistic);
+  into_array([](SAFEARRAY** x, double* result) { return ZavrelModeVB(x, -1, result); });
+  into_array([](SAFEARRAY** x, double* result) { return ZavrelPercentileVB(x, 0.6, 0, result); });
+  into_array([](SAFEARRAY** x, double* result) { return ZavrelQuartileVB(x, 3, 5, result); });
+  into_array([](SAFEARRAY** x, double* result) { return ZavrelMedianVB(x, -1, result); });
+}
+
 TEST_CASE("without a place for the result nothing happens") {
   MacroArray array({1, 2, 3});
   for (const auto& [statistic, value] : kExpected)

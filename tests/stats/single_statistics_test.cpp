@@ -71,6 +71,8 @@ TEST_CASE("a product beyond the range of a double") {
   CHECK(NotFinite(Of(Id::kProduct, {1e200, 1e200})));
   CHECK(NotFinite(Of(Id::kProduct, {-1e200, 1e200})));
   CHECK(Of(Id::kProduct, {1e-200, 1e-200}) == 0);
+  CHECK(Of(Id::kProduct, {1e-200, 1e-200, -1e250}) == Near(-1e-150, 1e-14));
+  CHECK(Of(Id::kProduct, {1e-200, 1e-115, 1e200}) == Near(1e-115, 1e-14));  // subnormal on the way
 }
 
 TEST_CASE("subnormal results are kept") {
