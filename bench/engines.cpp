@@ -23,6 +23,11 @@ zavhost::Workbook LargeWorkbook() {
       if (!ties && row % 50 != 7) sheet.Append(row, kGaps - u'A', number);
     }
   }
+  std::mt19937_64 random(2);
+  for (int row = 0; row < kExcelRows; ++row) {
+    const std::string label = "Region " + std::to_string(random() % 10'000);
+    sheet.Append(row, kLabels - u'A', Value(std::u16string(label.begin(), label.end())));
+  }
   sheet.SortColumns();
   return book;
 }

@@ -21,6 +21,7 @@ std::vector<double> RandomNumbers(int count, bool ties);
 inline constexpr char16_t kNumbers = u'A';  // random numbers
 inline constexpr char16_t kTies = u'B';     // a hundred different numbers
 inline constexpr char16_t kGaps = u'C';     // random numbers, one cell in fifty blank
+inline constexpr char16_t kLabels = u'D';   // ten thousand different texts
 
 /// Both live as long as the program.
 zavhost::Engine& FloorEngine();

@@ -194,5 +194,53 @@ ZAV_TIMED(NineMorePercentiles);
 const Ratio kNine("nine repeated ZavMean: nine further percentiles of the same cells",
                   {{"NineMorePercentiles"}}, {{"RepeatedMean", 9}}, 1.3);
 
+// Categories and pairs.
+
+void HostReadingOfLabels(State& state) {
+  Calls(state, FloorEngine(), u"FloorRead(" + OldRange(kLabels) + u")");
+}
+ZAV_TIMED(HostReadingOfLabels);
+
+void FirstCategories(State& state) { FirstCalls(state, u"CountCategories", kLabels); }
+ZAV_TIMED(FirstCategories);
+const Ratio kCategories(
+    "S: ZavCountCategories of 1,000,000 texts never seen, ten thousand different ones, beyond the "
+    "host's reading",
+    {{"FirstCategories"}, {"HostReadingOfLabels", -1}}, {{"Scan"}});
+
+void RepeatedCategories(State& state) {
+  Calls(state, RealEngine(), u"ZavCountCategories(" + OldRange(kLabels) + u")");
+}
+ZAV_TIMED(RepeatedCategories);
+const Ratio kCategoriesAgain(
+    "S: ZavCountCategories again, no cell changed, beyond the host's reading",
+    {{"RepeatedCategories"}, {"HostReadingOfLabels", -1}}, {{"Scan"}});
+
+void RepeatedCategoryNames(State& state) {
+  Calls(state, RealEngine(), u"COUNTA(ZavCategoryNames(" + OldRange(kLabels) + u"))");
+}
+ZAV_TIMED(RepeatedCategoryNames);
+const Ratio kCategoryNames("ZavCountCategories again: ZavCategoryNames after it",
+                           {{"RepeatedCategoryNames"}}, {{"RepeatedCategories"}});
+
+void FirstPairMedian(State& state) {
+  WarmMemory();
+  for (auto _ : state) {
+    const std::u16string formula =
+        u"ZavPairMedian(" + NewRange(kNumbers) + u"," + NewRange(kGaps) + u",0)";
+    state.SetIterationTime(SecondsOf(RealEngine(), formula));
+  }
+}
+ZAV_TIMED(FirstPairMedian);
+const Ratio kPairMedian("S: ZavPairMedian of 1,000,000 pairs never seen, beyond the host's reading",
+                        {{"FirstPairMedian"}, {"HostReading", -2}}, {{"Scan"}});
+
+void RepeatedPairMean(State& state) {
+  Calls(state, RealEngine(), u"ZavPairMean(" + OldRange(kNumbers) + u"," + OldRange(kGaps) + u")");
+}
+ZAV_TIMED(RepeatedPairMean);
+const Ratio kPairMean("S: ZavPairMean again, no cell changed, beyond the host's reading",
+                      {{"RepeatedPairMean"}, {"HostReading", -2}}, {{"Scan"}});
+
 }  // namespace
 }  // namespace zavrel::bench

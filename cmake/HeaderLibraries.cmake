@@ -18,6 +18,8 @@ zavrel_header_library(header_fmt fmt)
 find_library(FMT_LIBRARY NAMES libfmt.a fmt REQUIRED)
 target_link_libraries(header_fmt INTERFACE ${FMT_LIBRARY})
 zavrel_header_library(header_json nlohmann)
+zavrel_header_library(header_eigen eigen3)
+zavrel_header_library(header_boost boost)
 # Letter case by Unicode, the same on every system.
 file(MAKE_DIRECTORY ${ZAVREL_HEADER_LINKS}/utf8proc)
 file(CREATE_LINK /usr/include/utf8proc.h ${ZAVREL_HEADER_LINKS}/utf8proc/utf8proc.h SYMBOLIC)

@@ -45,6 +45,12 @@ std::u16string CompanionLibraryPath(std::u16string_view add_in_folder, std::u16s
   return path;
 }
 
+CompanionLibrary& DistributionsLibrary() {
+  static CompanionLibrary& library =
+      NewOfProcess(u"", u"Pdflib" + MajorVersionText() + u"_x64.DLL");
+  return library;
+}
+
 CompanionLibrary& NonparametricTestsLibrary() {
   static CompanionLibrary& library = NewOfProcess(
       u"ZavrelFuncs Extensions", u"NonparametricTests" + MajorVersionText() + u"_x64.DLL");

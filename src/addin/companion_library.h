@@ -18,6 +18,7 @@ class CompanionLibrary {
 
   CompanionLibrary(std::u16string path, Loader load);
   bool IsPresent() { return module() != nullptr; }
+  const std::u16string& path() const { return path_; }
   /// The loaded library, null when absent.
   const Module* module();
   /// Null when the library or the export is absent.
@@ -37,6 +38,8 @@ std::u16string CompanionLibraryPath(std::u16string_view add_in_folder, std::u16s
 // Those of this process, beside the add-in's own file. They are never unloaded: when the process or
 // this library ends, the loader's lock is held.
 
+/// The distributions: "Pdflib8_x64.DLL".
+CompanionLibrary& DistributionsLibrary();
 /// The nonparametric tests.
 CompanionLibrary& NonparametricTestsLibrary();
 /// The sibling product's: "QLX4_x64.DLL", named as its exports are and as every library of the

@@ -4,9 +4,9 @@
 // and this list.
 //
 // Strings that a macro exchanges with them. VARIANTs hold wide strings, and so do the
-// out-parameters of forms that end in W or WVB and of ZavrelGetExceptionInfoVB. A string result and every
-// other string out-parameter (the ids) follow what a parameter or result declared `As String` does:
-// a BSTR of bytes in the ANSI code page, which loses what the page lacks.
+// out-parameters of forms that end in W or WVB and of ZavrelGetExceptionInfoVB. A string result and
+// every other string out-parameter (the ids) follow what a parameter or result declared `As String`
+// does: a BSTR of bytes in the ANSI code page, which loses what the page lacks.
 
 namespace zavrel {
 
@@ -57,8 +57,35 @@ inline constexpr const char* kUnregisteredExports[] = {
     "ZavrelCategoryNamesSetArrayPrivateWVB",
     "ZavrelCategoryIndicesSetArrayVB",
     "ZavrelCategoryIndicesSetArrayPrivateVB",
+    // macro add-in, matrices
+    "ZavrelCovarianceVB",
+    "ZavrelCovariancePVB",
+    "ZavrelCorrelationCoeffVB",
+    "CalculateCovarianceMatrixVB",
+    "CalculateCorrelationMatrixVB",
+    "MatrixAddVB",
+    "MatrixMultiplyVB",
+    "MatrixInverseVB",
+    "MatrixDeterminantVB",
+    "CalculateEigenvaluesVB",
+    "CalculateEigenvectorsVB",
+    "CalculateEigendataVB",
+    "CalculatePCAScoresVB",
+    // libraries of the suite, matrices
+    "CalculateCovarianceMatrixC",
+    "CalculateCorrelationMatrixC",
+    "MatrixAddC",
+    "MatrixMultiplyC",
+    "MatrixInverseC",
+    "MatrixDeterminantC",
     // macro add-in, single values
     "ZavrelStandardizeVB",
+    // macro add-in, distributions
+    "ZavrelNormalVB",
+    "ZavrelStudentVB",
+    "ZavrelChisqVB",
+    "ZavrelFVB",
+    "ZavrelBinomialVB",
 };
 
 }  // namespace zavrel

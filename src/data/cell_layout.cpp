@@ -1,7 +1,7 @@
 #include "data/cell_layout.h"
 
 #include <algorithm>
-#include <tuple>
+#include <utility>
 
 #include "data/whole_area.h"
 #include "excel/reference.h"
@@ -37,21 +37,19 @@ CellLayout LayoutOf(std::span<const XLOPER12* const> pieces) {
 
 bool CanPairShorter(const CellLayout& a, std::size_t a_cells, const CellLayout& b,
                     std::size_t b_cells) {
-  if (a.kind == Kind::kComplete && b.kind == Kind::kComplete) return true;
   if (a.kind == Kind::kClipped || b.kind == Kind::kClipped) return false;
   if (a.kind == Kind::kWholeRows || b.kind == Kind::kWholeRows)
     return a.kind == b.kind && a.width == b.width && a_cells == b_cells;
-  if (a.kind == Kind::kOpenEnd && b.kind == Kind::kOpenEnd) return a.width == b.width;
-  const auto [open, complete] = a.kind == Kind::kOpenEnd ? std::tuple(a, b) : std::tuple(b, a);
-  return open.width == 1 || open.width == complete.width;
+  return true;
 }
 
 bool CanPair(const CellLayout& a, std::size_t a_cells, const CellLayout& b, std::size_t b_cells) {
   if (!CanPairShorter(a, a_cells, b, b_cells)) return false;
-  if (a.kind == Kind::kComplete && b.kind == Kind::kComplete) return a_cells == b_cells;
-  if (a.kind == Kind::kComplete) return b_cells <= a_cells;
-  if (b.kind == Kind::kComplete) return a_cells <= b_cells;
-  return true;
+  if (a.kind == b.kind) return a.kind == Kind::kComplete ? a_cells == b_cells : a.width == b.width;
+  const bool a_is_open = a.kind == Kind::kOpenEnd;
+  const auto [open, complete] = a_is_open ? std::pair(a, b) : std::pair(b, a);
+  const bool fits = open.width == 1 || open.width == complete.width;
+  return fits && (a_is_open ? a_cells <= b_cells : b_cells <= a_cells);
 }
 
 }  // namespace zavrel

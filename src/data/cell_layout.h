@@ -31,7 +31,8 @@ CellLayout LayoutOf(std::span<const XLOPER12* const> pieces);
 /// two are read to have and blank ones after these at an open end.
 bool CanPair(const CellLayout& a, std::size_t a_cells, const CellLayout& b, std::size_t b_cells);
 
-/// The same for as many cells as the shorter of the two has.
+/// The same for as many cells as the shorter of the two has, so that it does not matter how many
+/// columns are cut at an open end.
 bool CanPairShorter(const CellLayout& a, std::size_t a_cells, const CellLayout& b,
                     std::size_t b_cells);
 

@@ -139,7 +139,8 @@ DataArgument ReadPieces(Pieces pieces, std::size_t most_cells) {
     if (!catcher.index()) continue;
 
     DataArgument stacked = ReadStackedData(*catcher.index());
-    if (stacked.outcome != ReadOutcome::kRead || pieces.size() == 1) return stacked;
+    if (stacked.outcome != ReadOutcome::kRead) return stacked;
+    if (pieces.size() == 1) return stacked.data->size() <= most_cells ? stacked : DataArgument{};
     if (!collector.Cells(stacked.data->cells())) return {};
     all += stacked.data->size();
     --all;  // the handle's own cell

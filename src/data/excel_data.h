@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -39,6 +40,8 @@ class ExcelData {
 
   /// The text that the cache finds it by.
   const std::string& key() const { return key_; }
+  /// Tells data sets apart, those included that are gone; never 0.
+  std::uint64_t serial() const { return serial_; }
   const CellColumns& cells() const { return cells_; }
   std::size_t size() const { return cells_.size(); }
   SingleValue operator[](std::size_t index) const { return cells_[index]; }
@@ -79,6 +82,9 @@ class ExcelData {
   BlockArray<double> Positional(bool with_errors) const;
   BlockArray<double> Sorted();
 
+  inline static std::uint64_t made_ = 0;  // Excel's main thread only
+
+  std::uint64_t serial_ = ++made_;
   std::string key_;
   CellColumns cells_;
   std::size_t left_out_;

@@ -31,11 +31,12 @@ void ExcelDataCache::Put(std::shared_ptr<ExcelData> data) noexcept {
   } catch (const std::bad_alloc&) {
     return;
   }
-  Measure(entries_.front());
+  MeasureLatest();
   while (entries_.size() > 1 && Exceeds(limit_)) Erase(std::prev(entries_.end()));
 }
 
 void ExcelDataCache::Prune() noexcept {
+  MeasureLatest();
   auto entry = entries_.end();
   while (Exceeds(after_pruning_) && entry != entries_.begin()) {
     --entry;
@@ -52,7 +53,14 @@ void ExcelDataCache::Clear() noexcept {
   ReleaseKeptBlocks();
 }
 
-// A data set grows by what is worked out from it, so it is measured whenever it is used.
+// A data set grows by what is worked out from it after it was found or put here: by the call at
+// hand or the one before.
+void ExcelDataCache::MeasureLatest() noexcept {
+  std::size_t left = kMeasured;
+  for (auto entry = entries_.begin(); left > 0 && entry != entries_.end(); ++entry, --left)
+    Measure(*entry);
+}
+
 void ExcelDataCache::Measure(Entry& entry) noexcept {
   const std::size_t bytes = entry.data->bytes();
   bytes_ += bytes - entry.bytes;

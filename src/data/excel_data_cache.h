@@ -11,6 +11,8 @@
 
 namespace zavrel {
 
+class ExcelData;
+
 /// At most one data set per key text. Whoever finds one here compares it with its cells before
 /// using it (ReadDataArgument does), so an entry is never trusted for its key alone.
 ///
@@ -56,6 +58,11 @@ class ExcelDataCache {
   };
   using Entries = std::list<Entry>;  // latest used first
 
+  /// So many of the latest used are measured together: more than a call has data arguments, but for
+  /// few.
+  static constexpr std::size_t kMeasured = 8;
+
+  void MeasureLatest() noexcept;
   void Measure(Entry& entry) noexcept;
   void Erase(Entries::iterator entry) noexcept;
   bool Exceeds(const Budget& budget) const noexcept;

@@ -4,7 +4,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <iterator>
+#include <map>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -19,17 +22,31 @@ using Entry = StackedSelections::Entry;
 
 constexpr int kDeepestNesting = 16;
 
-/// Counts how deep selections are nested while it lives. Excel's main thread only.
-class Nesting {
+/// Selections of selections while they are read. Each is read once, however often others name it;
+/// one that is met within itself cannot be read. Excel's main thread only.
+class Readings {
  public:
-  Nesting() { ++depth_; }
-  ~Nesting() { --depth_; }
-  Nesting(const Nesting&) = delete;
-  Nesting& operator=(const Nesting&) = delete;
+  /// One level, while it lives; what was read goes with the outermost one.
+  class Level {
+   public:
+    Level() { ++depth_; }
+    ~Level() {
+      if (--depth_ == 0) read_.clear();
+    }
+    Level(const Level&) = delete;
+    Level& operator=(const Level&) = delete;
+  };
+
   static bool TooDeep() { return depth_ > kDeepestNesting; }
+  /// What was read of a selection, unreadable until it was; whether it is new here.
+  static std::pair<DataArgument&, bool> Of(std::size_t index) {
+    const auto [reading, is_new] = read_.try_emplace(index);
+    return {reading->second, is_new};
+  }
 
  private:
   inline static int depth_ = 0;
+  inline static std::map<std::size_t, DataArgument> read_;
 };
 
 /// The data of a selection: values, category variables.
@@ -39,14 +56,14 @@ struct Sources {
 };
 
 Sources ReadSources(const StackedSelection& selection) {
-  std::vector<const KeptArgument*> arguments{&selection.values, &selection.first.categories};
-  if (selection.second) arguments.push_back(&selection.second->categories);
   Sources sources;
-  for (const KeptArgument* argument : arguments) {
-    DataArgument read = ReadDataArgument(std::array{&argument->record()});
-    if (read.outcome != ReadOutcome::kRead) return {read.outcome};
+  selection.ForEachArgument([&](const KeptArgument& argument) {
+    if (sources.outcome != ReadOutcome::kRead) return;
+    DataArgument read = ReadDataArgument(std::array{&argument.record()});
+    sources.outcome = read.outcome;
     sources.data.push_back(std::move(read.data));
-  }
+  });
+  if (sources.outcome != ReadOutcome::kRead) return sources;
   const ExcelData& values = *sources.data.front();
   for (const std::shared_ptr<ExcelData>& data : sources.data) {
     if (!CanPairShorter(values.layout(), values.size(), data->layout(), data->size()))
@@ -55,11 +72,11 @@ Sources ReadSources(const StackedSelection& selection) {
   return sources;
 }
 
-bool AreTheSame(const Entry& entry, const Sources& sources) {
-  for (std::size_t i = 0; i < sources.data.size(); ++i) {
-    if (entry.sources[i].lock() != sources.data[i]) return false;
-  }
-  return true;
+std::array<std::uint64_t, 3> SerialsOf(const Sources& sources) {
+  std::array<std::uint64_t, 3> serials{};
+  std::transform(sources.data.begin(), sources.data.end(), serials.begin(),
+                 [](const std::shared_ptr<ExcelData>& data) { return data->serial(); });
+  return serials;
 }
 
 /// Where the cells of a name stand; nothing when the host wants the call to end.
@@ -99,30 +116,38 @@ CellColumns CellsAt(const ExcelData& values, const std::vector<std::int32_t>& ro
   return cells;
 }
 
-}  // namespace
-
-DataArgument ReadStackedData(std::size_t index) {
-  const Nesting nesting;
+DataArgument Read(std::size_t index) {
   ExcelDataCache* cache = SessionExcelDataCache();
-  Entry* entry = cache != nullptr ? cache->stacked_selections().Find(index) : nullptr;
-  if (entry == nullptr || Nesting::TooDeep()) return {};
+  const std::shared_ptr<Entry> entry =
+      cache != nullptr ? cache->stacked_selections().Find(index) : nullptr;
+  if (entry == nullptr) return {};
 
   const Sources sources = ReadSources(entry->selection);
   if (sources.outcome != ReadOutcome::kRead) return {sources.outcome, nullptr};
-  if (auto known = entry->selected.lock(); known != nullptr && AreTheSame(*entry, sources))
+  std::string key = fmt::format("{{Destack,{}}}", index);
+  const std::array<std::uint64_t, 3> serials = SerialsOf(sources);
+  std::shared_ptr<ExcelData> known = cache->Find(key);
+  if (known != nullptr && known->serial() == entry->selected && serials == entry->sources)
     return {ReadOutcome::kRead, std::move(known)};
 
   const auto rows = SelectedRows(entry->selection, sources);
   if (!rows) return {ReadOutcome::kUncalculated, nullptr};
-  auto data = std::make_shared<ExcelData>(fmt::format("{{Destack,{}}}", index),
-                                          CellsAt(*sources.data.front(), *rows));
-  std::copy(sources.data.begin(), sources.data.end(), entry->sources);
-  entry->selected = data;
-  if (DatasetParmCache* parms = SessionDatasetParmCache()) {
-    if (const auto old = cache->Find(data->key())) parms->Forget(old.get());
-  }
+  auto data = std::make_shared<ExcelData>(std::move(key), CellsAt(*sources.data.front(), *rows));
+  if (DatasetParmCache* parms = SessionDatasetParmCache(); parms != nullptr && known != nullptr)
+    parms->Forget(known.get());
+  entry->sources = serials;
+  entry->selected = data->serial();
   cache->Put(data);
   return {ReadOutcome::kRead, std::move(data)};
+}
+
+}  // namespace
+
+DataArgument ReadStackedData(std::size_t index) {
+  const Readings::Level level;
+  const auto [reading, is_new] = Readings::Of(index);
+  if (is_new && !Readings::TooDeep()) reading = Read(index);
+  return reading;
 }
 
 }  // namespace zavrel

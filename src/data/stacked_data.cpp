@@ -15,7 +15,17 @@ namespace zavrel {
 namespace {
 
 constexpr std::size_t kHandleDigits = 9;
+constexpr std::size_t kPlaces = 1'000'000'000 / StackedSelections::kArguments;
 constexpr std::u16string_view kHandleStart = u"\u0001\u0002";
+
+/// Another formula will use the reference, which has to say then that it stands on this sheet. Some
+/// hosts put it in where they make the other kind of reference of it, others only tell its name.
+ExcelResult CallingSheet(const XXloper& reference, std::optional<std::uint64_t>& sheet_id) {
+  const ExcelResult full = CoerceTo(reference, xltypeRef);
+  if (const auto view = ReferenceView::Of(full.value.record())) sheet_id = view->sheet_id();
+  if (!sheet_id && !WantsReturn(full)) sheet_id = SheetIdOf(SheetNameOf(reference));
+  return full;
+}
 
 }  // namespace
 
@@ -25,11 +35,14 @@ std::optional<KeptArgument> KeptArgument::Of(const XLOPER12& argument) {
     kept.value_ = XXloper::FromArgument(&argument).Owned();
     return kept;
   }
-  // Another formula will use the reference: it has to say which sheet it stands on.
-  const ExcelResult full = CoerceTo(XXloper::FromArgument(&argument), xltypeRef);
-  if (WantsReturn(full)) return std::nullopt;
-  const auto view = ReferenceView::Of(full.value.record());
-  if (!full.ok() || !view || !view->sheet_id()) throw std::invalid_argument("no reference");
+  const auto view = ReferenceView::Of(argument);
+  if (!view) throw std::invalid_argument("no reference");
+  auto sheet_id = view->sheet_id();
+  if (!sheet_id) {
+    const ExcelResult sheet = CallingSheet(XXloper::FromArgument(&argument), sheet_id);
+    if (WantsReturn(sheet)) return std::nullopt;
+  }
+  if (!sheet_id) throw std::invalid_argument("no sheet");
 
   const std::size_t size = offsetof(XLMREF12, reftbl) + view->areas().size() * sizeof(XLREF12);
   kept.areas_ = std::make_unique<std::byte[]>(std::max(size, sizeof(XLMREF12)));
@@ -40,7 +53,7 @@ std::optional<KeptArgument> KeptArgument::Of(const XLOPER12& argument) {
   kept.reference_ = std::make_unique<XLOPER12>();
   kept.reference_->xltype = xltypeRef;
   kept.reference_->val.mref.lpmref = areas;
-  kept.reference_->val.mref.idSheet = *view->sheet_id();
+  kept.reference_->val.mref.idSheet = *sheet_id;
   return kept;
 }
 
@@ -61,61 +74,94 @@ void KeptArgument::AddDescription(std::string& text) const {
     return;
   }
   const std::span<const XLOPER12> cells =
-      is_array() ? value_.elements() : std::span<const XLOPER12>(&value_.record(), 1);
+      value_.Is(xltypeMulti) ? value_.elements() : std::span<const XLOPER12>(&value_.record(), 1);
   add_number(0);  // no areas
   add_number(cells.size());
   for (const XLOPER12& cell : cells) {
     const SingleValue value = SingleValueOf(cell);
-    add_number(static_cast<std::uint64_t>(value.tag));
-    add(&value.number, sizeof value.number);
-    add(&value.code, sizeof value.code);
-    add_number(value.text.size());
-    add(value.text.data(), value.text.size() * sizeof(char16_t));
+    text += static_cast<char>(value.tag);
+    if (value.IsNumber()) {
+      add(&value.number, sizeof value.number);
+    } else if (value.tag == CellTag::kText) {
+      add_number(value.text.size());
+      add(value.text.data(), value.text.size() * sizeof(char16_t));
+    } else {
+      add(&value.code, sizeof value.code);
+    }
   }
+}
+
+std::size_t KeptArgument::bytes() const {
+  return is_reference() ? ReferenceView::Of(*reference_)->areas().size_bytes()
+                        : value_.elements().size_bytes();
 }
 
 /// A text from which nothing but the same selection can come.
 static std::string DescriptionOf(const StackedSelection& selection) {
   std::string text;
-  const auto add = [&](const StackedSelection::Condition& condition) {
-    condition.categories.AddDescription(text);
-    text += std::to_string(condition.name.size());
+  selection.ForEachArgument([&](const KeptArgument& argument) { argument.AddDescription(text); });
+  const auto add = [&](std::u16string_view name) {
+    text += std::to_string(name.size());
     text += ':';
-    text.append(reinterpret_cast<const char*>(condition.name.data()),
-                condition.name.size() * sizeof(char16_t));
+    text.append(reinterpret_cast<const char*>(name.data()), name.size() * sizeof(char16_t));
   };
-  selection.values.AddDescription(text);
-  add(selection.first);
-  if (selection.second) add(*selection.second);
+  add(selection.first.name);
+  if (selection.second) add(selection.second->name);
   return text;
 }
 
-std::optional<std::size_t> StackedSelections::IndexOf(StackedSelection selection) {
-  const std::string description = DescriptionOf(selection);
-  const auto known = by_description_.find(description);
-  return known != by_description_.end() ? known->second : Add(description, std::move(selection));
+/// FNV-1a, folded: the multiplication carries upwards only.
+static std::uint64_t HashOf(std::string_view text) {
+  std::uint64_t hash = 0xCBF29CE484222325ull;
+  for (const char byte : text) hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3ull;
+  return hash ^ hash >> 32;
 }
 
-std::optional<std::size_t> StackedSelections::Add(const std::string& description,
-                                                  StackedSelection selection) {
-  const std::size_t index = entries_.size() * kArguments;
-  if (index > kLastIndex) return std::nullopt;
-  const bool has_array = selection.HasArray();
-  if (has_array && with_arrays_.size() >= kMostWithArrays) {
-    const auto oldest = by_description_.find(with_arrays_.front());
-    entries_[oldest->second / kArguments].reset();
-    by_description_.erase(oldest);
-    with_arrays_.pop_front();
+std::size_t StackedSelections::IndexOf(StackedSelection selection) {
+  constexpr std::size_t kOverhead = sizeof(Kept) + sizeof(Entry) + 256;
+  bool references = true;
+  Kept kept{0, DescriptionOf(selection), kOverhead, nullptr};
+  kept.bytes += 2 * kept.description.size();  // the texts of values once more
+  selection.ForEachArgument([&](const KeptArgument& argument) {
+    references = references && argument.is_reference();
+    kept.bytes += argument.bytes();
+  });
+  const std::size_t index = kept.index = IndexFor(kept.description);
+  Shelf& shelf = references ? of_references_ : with_values_;
+  if (const auto known = by_index_.find(index); known != by_index_.end()) {
+    shelf.kept.splice(shelf.kept.begin(), shelf.kept, known->second);
+    return index;
   }
-  entries_.push_back(std::make_unique<Entry>(Entry{std::move(selection)}));
-  by_description_.emplace(description, index);
-  if (has_array) with_arrays_.push_back(description);
+  kept.entry = std::make_shared<Entry>(Entry{std::move(selection)});
+  Add(std::move(kept), shelf, references ? budget_.references : budget_.values);
   return index;
 }
 
-StackedSelections::Entry* StackedSelections::Find(std::size_t index) const {
-  const std::size_t place = index / kArguments;
-  return index % kArguments == 0 && place < entries_.size() ? entries_[place].get() : nullptr;
+/// The index that the description has, or a free one.
+std::size_t StackedSelections::IndexFor(const std::string& description) const {
+  for (std::uint64_t place = HashOf(description) % kPlaces;; place = (place + 1) % kPlaces) {
+    const auto known = by_index_.find(place * kArguments);
+    if (known == by_index_.end() || known->second->description == description)
+      return place * kArguments;
+  }
+}
+
+void StackedSelections::Add(Kept kept, Shelf& shelf, std::size_t most_bytes) {
+  std::list<Kept> one;
+  one.push_back(std::move(kept));
+  by_index_.emplace(one.front().index, one.begin());
+  shelf.bytes += one.front().bytes;
+  shelf.kept.splice(shelf.kept.begin(), one);
+  while (shelf.bytes > most_bytes && shelf.kept.size() > 1) {
+    shelf.bytes -= shelf.kept.back().bytes;
+    by_index_.erase(shelf.kept.back().index);
+    shelf.kept.pop_back();
+  }
+}
+
+std::shared_ptr<StackedSelections::Entry> StackedSelections::Find(std::size_t index) const {
+  const auto kept = by_index_.find(index);
+  return kept != by_index_.end() ? kept->second->entry : nullptr;
 }
 
 std::string StackedHandle(std::size_t index) {

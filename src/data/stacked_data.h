@@ -5,21 +5,19 @@
 // kept as it was asked for: references stay references, so that the data are read afresh whenever a
 // function uses the handle.
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
+#include <list>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <vector>
 
 #include "excel/xxloper.h"
 
 namespace zavrel {
-
-class ExcelData;
 
 /// An argument that outlives its call: its areas on their sheet, or its values.
 class KeptArgument {
@@ -34,7 +32,9 @@ class KeptArgument {
   const XLOPER12& record() const;
   /// Adds to a text from which nothing but an equal argument's comes.
   void AddDescription(std::string& text) const;
-  bool is_array() const { return value_.Is(xltypeMulti); }
+  bool is_reference() const { return reference_ != nullptr; }
+  /// Memory that it takes, texts left aside.
+  std::size_t bytes() const;
 
  private:
   KeptArgument() = default;
@@ -54,44 +54,67 @@ struct StackedSelection {
   Condition first;
   std::optional<Condition> second;
 
-  bool HasArray() const {
-    return values.is_array() || first.categories.is_array() ||
-           (second && second->categories.is_array());
+  /// Calls use(argument) for the values, then for each category variable.
+  template <class Use>
+  void ForEachArgument(Use use) const {
+    use(values);
+    use(first.categories);
+    if (second) use(second->categories);
   }
 };
 
-/// The selections of a session, found by the index of their first argument: each has five, so that
-/// the first selection has index 0, the next one 5.
+/// The selections of a session, in a list with room for as many as handles can name, five arguments
+/// each. A selection's place follows from its arguments: the same ones have the same handle however
+/// often they are asked for, and a handle that an earlier session left in a saved workbook names
+/// nothing here rather than whatever this session asked for first.
 class StackedSelections {
  public:
   static constexpr std::size_t kArguments = 5;
-  /// So many selections with an array among their arguments are remembered: each change of such
-  /// data makes another one. The oldest go first, and their handles are stale then.
-  static constexpr std::size_t kMostWithArrays = 1024;
+  /// Bytes for selections of references, and for those with values of their own, of which every
+  /// change makes another one. Beyond that those asked for longest ago go, and their handles are
+  /// stale until they are asked for again.
+  struct Budget {
+    std::size_t references = std::size_t{256} << 20;
+    std::size_t values = std::size_t{64} << 20;
+  };
 
   struct Entry {
     StackedSelection selection;
-    // What the latest reading made of which data: served again while these are the same.
-    std::weak_ptr<ExcelData> sources[3]{};
-    std::weak_ptr<ExcelData> selected{};
+    // The serials of the data sets that the latest reading found, and of what it made of them.
+    std::array<std::uint64_t, 3> sources{};
+    std::uint64_t selected = 0;
   };
 
-  /// The selection's index: the same arguments have the same one, however often they are asked for.
-  /// Nothing when there are more selections than handles can name.
-  std::optional<std::size_t> IndexOf(StackedSelection selection);
-  /// Null when no selection has this index, or has it no longer.
-  Entry* Find(std::size_t index) const;
+  StackedSelections() : StackedSelections(Budget{}) {}
+  explicit StackedSelections(Budget budget) : budget_(budget) {}
+
+  /// The index of the selection's first argument, a multiple of 5.
+  std::size_t IndexOf(StackedSelection selection);
+  /// Null when no selection has this index.
+  std::shared_ptr<Entry> Find(std::size_t index) const;
+
+  std::size_t size() const { return by_index_.size(); }
 
  private:
-  static constexpr std::size_t kLastIndex = 999'999'999;
+  struct Kept {
+    std::size_t index;
+    std::string description;
+    std::size_t bytes;
+    std::shared_ptr<Entry> entry;
+  };
+  /// The latest asked for first.
+  struct Shelf {
+    std::list<Kept> kept;
+    std::size_t bytes = 0;
+  };
 
-  using Descriptions = std::unordered_map<std::string, std::size_t>;
+  std::size_t IndexFor(const std::string& description) const;
+  void Add(Kept kept, Shelf& shelf, std::size_t most_bytes);
 
-  std::optional<std::size_t> Add(const std::string& description, StackedSelection selection);
-
-  std::vector<std::unique_ptr<Entry>> entries_;  // null for one that went
-  Descriptions by_description_;
-  std::deque<std::string> with_arrays_;  // oldest first
+  Budget budget_;
+  Shelf of_references_;
+  Shelf with_values_;
+  std::unordered_map<std::size_t, std::list<Kept>::iterator> by_index_;
 };
 
 /// The characters 1 and 2, then the index in nine digits.

@@ -7,9 +7,6 @@
 
 namespace zavrel {
 
-/// White space cut off at both ends (Unicode's, the no-break space included).
-std::u16string_view TrimWhiteSpace(std::u16string_view text);
-
 /// The first `limit` code units, one less where the cut would split a surrogate pair.
 std::u16string_view CutToUnits(std::u16string_view text, std::size_t limit);
 

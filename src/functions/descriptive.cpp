@@ -1,53 +1,18 @@
 // The summary statistics of one data set: ZavMin ... ZavMode.
 #include "addin/worksheet_function.h"
 #include "data/get_parameters.h"
-#include "diagnostics/log_line.h"
 #include "excel/error_double.h"
+#include "functions/cached_statistic.h"
 #include "platform/export.h"
-#include "stats/data_set_summary.h"
 #include "stats/mode.h"
-#include "stats/moment_block.h"
-#include "stats/single_statistics.h"
-#include "stats/statistic_id.h"
 
 namespace zavrel {
 namespace {
-
-enum class Form : bool { kPopulation, kSample };
-constexpr Form kOnly = Form::kPopulation;  // of a statistic that has no forms
 
 /// What a function does about cells that hold no number.
 enum class Incomplete : bool { kUseNumbers, kRefuse };
 
 using Arguments = std::span<const XLOPER12* const>;
-
-void ComputeInto(ExcelData& data, StatisticId id, Form form) {
-  StatisticCache& cache = data.statistics();
-  const std::span<const double> numbers = data.Numbers(MissingDataPolicy::kNumbersOnly);
-  if (!IsMoment(id)) {
-    cache.Set(form == Form::kSample, 0, static_cast<std::size_t>(id), SingleStatistic(id, numbers));
-    return;
-  }
-  const MomentBlocks blocks = ComputeBothForms(numbers);
-  if (EnabledLog() != nullptr) {
-    LogLine("{}\n",
-            SummaryOf(blocks.sample, data.size(), data.cells().count(CellTag::kError)).Text());
-  }
-  for (std::size_t i = 0; IsMoment(static_cast<StatisticId>(i)); ++i) {
-    cache.Set(false, 0, i, blocks.population[static_cast<StatisticId>(i)]);
-    cache.Set(true, 0, i, blocks.sample[static_cast<StatisticId>(i)]);
-  }
-}
-
-// Computed from the numbers alone under either policy, since both share the cached result; that of
-// incomplete data is then not asked for.
-double CachedStatistic(ExcelData& data, StatisticId id, Form form) {
-  StatisticCache& cache = data.statistics();
-  const bool sample = form == Form::kSample;
-  const auto index = static_cast<std::size_t>(id);
-  if (!cache.Has(sample, 0, index)) ComputeInto(data, id, form);
-  return cache.Get(sample, 0, index);
-}
 
 XXloper UseNumbers(StatisticId id, Form form, Arguments arguments) {
   const Parameters parameters = GetParameters("V", MissingDataPolicy::kNumbersOnly, arguments);
@@ -96,12 +61,12 @@ double CachedMode(ExcelData& data, DiscreteSetting setting) {
     });                                                                                     \
   }
 
-ZAV_STATISTIC(ZavrelMin, kMinimum, kOnly, kUseNumbers)
-ZAV_STATISTIC(ZavrelMinI, kMinimum, kOnly, kRefuse)
-ZAV_STATISTIC(ZavrelMax, kMaximum, kOnly, kUseNumbers)
-ZAV_STATISTIC(ZavrelMaxI, kMaximum, kOnly, kRefuse)
-ZAV_STATISTIC(ZavrelMean, kMean, kOnly, kUseNumbers)
-ZAV_STATISTIC(ZavrelMeanI, kMean, kOnly, kRefuse)
+ZAV_STATISTIC(ZavrelMin, kMinimum, kOnlyForm, kUseNumbers)
+ZAV_STATISTIC(ZavrelMinI, kMinimum, kOnlyForm, kRefuse)
+ZAV_STATISTIC(ZavrelMax, kMaximum, kOnlyForm, kUseNumbers)
+ZAV_STATISTIC(ZavrelMaxI, kMaximum, kOnlyForm, kRefuse)
+ZAV_STATISTIC(ZavrelMean, kMean, kOnlyForm, kUseNumbers)
+ZAV_STATISTIC(ZavrelMeanI, kMean, kOnlyForm, kRefuse)
 ZAV_STATISTIC(ZavrelStdDev, kStdDev, Form::kSample, kUseNumbers)
 ZAV_STATISTIC(ZavrelStdDevP, kStdDev, Form::kPopulation, kUseNumbers)
 ZAV_STATISTIC(ZavrelVariance, kVariance, Form::kSample, kUseNumbers)
@@ -110,17 +75,17 @@ ZAV_STATISTIC(ZavrelSkewness, kSkewness, Form::kSample, kUseNumbers)
 ZAV_STATISTIC(ZavrelSkewnessP, kSkewness, Form::kPopulation, kUseNumbers)
 ZAV_STATISTIC(ZavrelKurtosis, kKurtosis, Form::kSample, kUseNumbers)
 ZAV_STATISTIC(ZavrelKurtosisP, kKurtosis, Form::kPopulation, kUseNumbers)
-ZAV_STATISTIC(ZavrelSum, kSum, kOnly, kUseNumbers)
-ZAV_STATISTIC(ZavrelSumI, kSum, kOnly, kRefuse)
-ZAV_STATISTIC(ZavrelProduct, kProduct, kOnly, kUseNumbers)
-ZAV_STATISTIC(ZavrelProductI, kProduct, kOnly, kRefuse)
-ZAV_STATISTIC(ZavrelRange, kRange, kOnly, kUseNumbers)
-ZAV_STATISTIC(ZavrelRangeI, kRange, kOnly, kRefuse)
-ZAV_STATISTIC(ZavrelCount, kCount, kOnly, kUseNumbers)
-ZAV_STATISTIC(ZavrelAveDev, kAveDev, kOnly, kUseNumbers)
-ZAV_STATISTIC(ZavrelSumSq, kSumSq, kOnly, kUseNumbers)
-ZAV_STATISTIC(ZavrelSumDevSq, kSumDevSq, kOnly, kUseNumbers)
-ZAV_STATISTIC(ZavrelMeanAbs, kMeanAbs, kOnly, kUseNumbers)
+ZAV_STATISTIC(ZavrelSum, kSum, kOnlyForm, kUseNumbers)
+ZAV_STATISTIC(ZavrelSumI, kSum, kOnlyForm, kRefuse)
+ZAV_STATISTIC(ZavrelProduct, kProduct, kOnlyForm, kUseNumbers)
+ZAV_STATISTIC(ZavrelProductI, kProduct, kOnlyForm, kRefuse)
+ZAV_STATISTIC(ZavrelRange, kRange, kOnlyForm, kUseNumbers)
+ZAV_STATISTIC(ZavrelRangeI, kRange, kOnlyForm, kRefuse)
+ZAV_STATISTIC(ZavrelCount, kCount, kOnlyForm, kUseNumbers)
+ZAV_STATISTIC(ZavrelAveDev, kAveDev, kOnlyForm, kUseNumbers)
+ZAV_STATISTIC(ZavrelSumSq, kSumSq, kOnlyForm, kUseNumbers)
+ZAV_STATISTIC(ZavrelSumDevSq, kSumDevSq, kOnlyForm, kUseNumbers)
+ZAV_STATISTIC(ZavrelMeanAbs, kMeanAbs, kOnlyForm, kUseNumbers)
 
 /// The mode of the numbers, of discrete data (`discrete` other than 0) or of continuous (0); not
 /// given, the data's ties decide (stats/mode.h). Without a number: #N/A.

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -19,10 +22,17 @@ class Indicator {
   std::optional<VariableCell> Of(const SingleValue& cell);
 
  private:
+  /// A number by its bits, and whether its text is the category's.
+  struct KnownNumber {
+    std::uint64_t bits;
+    bool matches;
+  };
+  static constexpr std::size_t kKnownNumbers = 256;
+
   std::u16string category_;
-  // Numbers that stand for categories repeat: the host is asked once for each that comes again.
-  std::optional<double> latest_number_;
-  bool latest_matches_ = false;
+  // Numbers that stand for categories repeat: the host is asked once for each of a few hundred, not
+  // for every cell. A number has one place, which the latest one keeps.
+  std::array<std::optional<KnownNumber>, kKnownNumbers> known_{};
 };
 
 }  // namespace zavrel

@@ -52,8 +52,8 @@ std::optional<VariableCell> Product(std::vector<Variable>& variables, std::size_
 /// is 1 where a cell's text is the category's and 0 where it is another (functions/indicator.h);
 /// with an empty one it is numeric, and a text or boolean is #VALUE!. Each row's cell is the
 /// product of its variables; a row without a number in some variable shows that of the leftmost
-/// such one, an empty cell or an error. Ranges of different lengths: #VALUE!. A range left out ends
-/// the list.
+/// such one, an empty cell or an error. Ranges of different lengths: #VALUE!. A pair whose range is
+/// left out counts for nothing.
 ZAV_EXPORT XLOPER12* ZavrelInteraction(const XLOPER12* range1, const XLOPER12* category1,
                                        const XLOPER12* range2, const XLOPER12* category2,
                                        const XLOPER12* range3, const XLOPER12* category3,

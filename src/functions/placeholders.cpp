@@ -16,10 +16,6 @@ namespace {
 XLOPER12* NotYetValue(const char* name) {
   return WorksheetFunction(name, [] { return XXloper::Error(ExcelError::kNA); });
 }
-// -1 is the failure value of the outlier count.
-std::int32_t NotYetInteger(const char* name) {
-  return PlainFunction<std::int32_t>(name, -1, [] { return -1; });
-}
 // Excel shows #NUM! for a not-a-number.
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 double NotYetNumber(const char* name) {
@@ -33,33 +29,6 @@ double NotYetNumber(const char* name) {
 #define ZAV_NOT_YET(name) \
   ZAV_EXPORT XLOPER12* name() { return NotYetValue(#name); }
 
-ZAV_NOT_YET(ZavrelDurbinWatson)
-ZAV_NOT_YET(ZavrelAutocorrelation)
-ZAV_NOT_YET(ZavrelBoxPlotX)
-ZAV_NOT_YET(ZavrelBoxPlotY)
-ZAV_NOT_YET(ZavrelOutlierType)
-ZAV_NOT_YET(ZavrelScatterPlot)
-ZAV_NOT_YET(ZavrelQQPlotStandardize)
-ZAV_NOT_YET(ZavrelQQPlotSort)
-ZAV_NOT_YET(ZavrelQQPlotZValue)
-ZAV_NOT_YET(ZavrelLilliefors)
-ZAV_NOT_YET(ZavrelRunsTest)
-ZAV_NOT_YET(ZavrelCovariance)
-ZAV_NOT_YET(ZavrelCovarianceP)
-ZAV_NOT_YET(ZavrelCorrelationCoeff)
-ZAV_NOT_YET(ZavrelStudentizedRangeDist)
-ZAV_NOT_YET(ZavrelStudentizedRangeInv)
-ZAV_NOT_YET(ZavrelNormal)
-ZAV_NOT_YET(ZavrelStudent)
-ZAV_NOT_YET(ZavrelChisq)
-ZAV_NOT_YET(ZavrelF)
-ZAV_NOT_YET(ZavrelBinomial)
-ZAV_NOT_YET(ZavrelEigenvalues)
-ZAV_NOT_YET(ZavrelEigenvectors)
-ZAV_NOT_YET(ZavrelEigendata)
-ZAV_NOT_YET(ZavrelPCAScores)
-ZAV_NOT_YET(ZavrelCorrelationMatrix)
-ZAV_NOT_YET(ZavrelCovarianceMatrix)
 ZAV_NOT_YET(ZavrelWSRExactPValMaxSample)
 ZAV_NOT_YET(ZavrelWSRpValue)
 ZAV_NOT_YET(ZavrelWSRTies)
@@ -82,9 +51,6 @@ ZAV_NOT_YET(ZavrelKWpValueComputationMethod)
 
 #undef ZAV_NOT_YET
 
-ZAV_EXPORT std::int32_t ZavrelBoxPlotCountOutliers() {
-  return NotYetInteger("ZavrelBoxPlotCountOutliers");
-}
 ZAV_EXPORT double ZavrelRand() { return NotYetNumber("ZavrelRand"); }
 
 }  // namespace zavrel

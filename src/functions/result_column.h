@@ -7,6 +7,7 @@
 
 #include "data/excel_data.h"
 #include "excel/xxloper.h"
+#include "stats/floating_point_scope.h"
 
 namespace zavrel {
 
@@ -36,11 +37,13 @@ inline VariableCell WithoutNumber(const SingleValue& cell) {
 }
 
 /// The column of cell_of(0) ... cell_of(rows - 1). More rows than a sheet has give #VALUE!; no row
-/// at all, as of a blank whole column, an empty value.
+/// at all, as of a blank whole column, an empty value. Whatever is computed on the way is computed
+/// in a floating-point environment of its own.
 template <class CellOf>
 XXloper ResultColumn(std::size_t rows, CellOf cell_of) {
   if (rows > kExcelRows) return XXloper::Error(ExcelError::kValue);
   if (rows == 0) return XXloper::Nil();
+  const FloatingPointScope environment;
   XXloperArray column(static_cast<std::int32_t>(rows), 1);
   for (std::size_t row = 0; row < rows; ++row) {
     const VariableCell cell = cell_of(row);

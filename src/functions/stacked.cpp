@@ -31,8 +31,7 @@ std::optional<StackedSelection::Condition> ConditionOf(const XLOPER12* categorie
 std::optional<std::string> HandleOf(std::optional<StackedSelection> selection) {
   ExcelDataCache* cache = SessionExcelDataCache();
   if (!selection || cache == nullptr) return std::nullopt;
-  const auto index = cache->stacked_selections().IndexOf(*std::move(selection));
-  return index ? std::optional(StackedHandle(*index)) : std::nullopt;
+  return StackedHandle(cache->stacked_selections().IndexOf(*std::move(selection)));
 }
 
 enum class Order { kHost = 0, kByColumns = 1 };
@@ -56,7 +55,6 @@ class MultiRange {
 
   /// One column; of no cells an empty value.
   XXloper Column() const {
-    if (cells_.size() > kExcelRows) return XXloper::Error(ExcelError::kValue);
     if (cells_.size() == 0) return XXloper::Nil();
     XXloperArray column(static_cast<std::int32_t>(cells_.size()), 1);
     for (std::size_t i = 0; i < cells_.size(); ++i) PutCell(column, i, cells_[i]);
@@ -68,16 +66,28 @@ class MultiRange {
     const DataArgument read = ReadDataArgument(std::array{&part});
     if (read.outcome != ReadOutcome::kRead) return Fail(ExcelError::kRef);
     const CellColumns& cells = read.data->cells();
+    const std::size_t count = UsedCells(part, cells);
+    if (count > kExcelRows - cells_.size()) return Fail(ExcelError::kValue);
     if (order_ == Order::kHost) {
-      cells_.AppendPart(cells, 0, cells.size());
+      cells_.AppendPart(cells, 0, count);
       return true;
     }
     const std::optional<std::size_t> columns = ColumnsIn(part, *read.data);
     if (!columns) return Fail(ExcelError::kValue);
     for (std::size_t column = 0; column < *columns; ++column) {
-      for (std::size_t i = column; i < cells.size(); i += *columns) cells_.AppendPart(cells, i, 1);
+      for (std::size_t i = column; i < count; i += *columns) cells_.AppendPart(cells, i, 1);
     }
     return true;
+  }
+
+  /// Excel passes whole columns, where it is asked for values, as an array with all their cells: of
+  /// that the rows down to the last used one.
+  static std::size_t UsedCells(const XLOPER12& part, const CellColumns& cells) {
+    std::size_t count = cells.size();
+    if (TypeOf(part) != xltypeMulti || part.val.array.rows < kExcelRows) return count;
+    while (count > 0 && cells.tag(count - 1) == CellTag::kBlank) --count;
+    const auto columns = static_cast<std::size_t>(part.val.array.columns);
+    return (count + columns - 1) / columns * columns;
   }
 
   /// How many columns the cells of a part have. Nothing for a whole sheet, cut down to its used

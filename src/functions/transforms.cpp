@@ -10,6 +10,7 @@
 #include "functions/indicator.h"
 #include "functions/result_column.h"
 #include "platform/export.h"
+#include "stats/floating_point_scope.h"
 #include "stats/standardize.h"
 
 namespace zavrel {
@@ -71,7 +72,8 @@ ZAV_EXPORT XLOPER12* ZavrelLn(const XLOPER12* x) {
         GetParameters("D", MissingDataPolicy::kNumbersOnly, std::array{x});
     if (!parameters.accepted()) return parameters.failure();
     if (parameters.number(0) <= 0) return XXloper::Error(ExcelError::kNum);
-    return XXloper::Number(std::log(parameters.number(0)));
+    const FloatingPointScope environment;
+    return XXloper::Number(Settled(std::log(parameters.number(0))));
   });
 }
 
@@ -88,12 +90,14 @@ ZAV_EXPORT XLOPER12* ZavrelPower(const XLOPER12* range, const XLOPER12* exponent
 }
 
 /// The logarithm of each number of the range, as ln x / ln base. A negative base: #VALUE! for every
-/// number; what has no finite value (x <= 0, base 1): #NUM!.
+/// number; what has no finite value (x <= 0, base 1): #NUM!. To base 0, whose logarithm is
+/// infinite, every positive number has the logarithm 0.
 ZAV_EXPORT XLOPER12* ZavrelLog(const XLOPER12* range, const XLOPER12* base) {
   return WorksheetFunction("ZavrelLog", [&]() -> XXloper {
     const Parameters parameters =
         GetParameters("RD", MissingDataPolicy::kPositional, std::array{range, base});
     if (!parameters.accepted()) return parameters.failure();
+    const FloatingPointScope environment;
     return EachNumber(parameters, [ln_base = std::log(parameters.number(1))](double x) {
       return std::isnan(ln_base) ? VariableCell::Error(xlerrValue)
                                  : VariableCell::Number(std::log(x) / ln_base);
@@ -104,10 +108,11 @@ ZAV_EXPORT XLOPER12* ZavrelLog(const XLOPER12* range, const XLOPER12* base) {
 /// The 0/1 variable of a category (functions/indicator.h). A category that is left out: 0.
 ZAV_EXPORT XLOPER12* ZavrelDummy(const XLOPER12* range, const XLOPER12* category) {
   return WorksheetFunction("ZavrelDummy", [&]() -> XXloper {
-    if (XXloper::FromArgument(category).IsMissing()) return XXloper::Number(0);
-    const Parameters parameters =
-        GetParameters("RS", MissingDataPolicy::kPositional, std::array{range, category});
+    const bool has_category = !XXloper::FromArgument(category).IsMissing();
+    const Parameters parameters = GetParameters(
+        has_category ? "RS" : "R", MissingDataPolicy::kPositional, std::array{range, category});
     if (!parameters.accepted()) return parameters.failure();
+    if (!has_category) return XXloper::Number(0);
     const CellColumns& cells = parameters.data(0).cells();
     Indicator indicator(parameters.text(1));
     bool ended = false;

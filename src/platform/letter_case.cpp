@@ -21,10 +21,15 @@ CodePoint FirstOf(std::u16string_view text) {
   return {high, 1};
 }
 
+constexpr char32_t kSigma = 0x03C3;
+constexpr char32_t kFinalSigma = 0x03C2;
+
 char32_t Lower(char32_t code_point) {
   if (code_point < 0x80) {
     return code_point >= U'A' && code_point <= U'Z' ? code_point + (U'a' - U'A') : code_point;
   }
+  // Capitals do not tell where a word ends.
+  if (code_point == kFinalSigma) return kSigma;
   return static_cast<char32_t>(utf8proc_tolower(static_cast<utf8proc_int32_t>(code_point)));
 }
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "stats/floating_point_scope.h"
+
 namespace zavrel {
 namespace {
 
@@ -27,6 +29,7 @@ std::size_t CountPairs(PairedValues x, PairedValues y) {
 }
 
 std::size_t PairedDifferences(PairedValues x, PairedValues y, std::span<double> out) {
+  const FloatingPointScope environment;
   std::size_t count = 0;
   EachPair(x, y, [&](double a, double b) {
     out[count++] = a - b;
@@ -37,6 +40,7 @@ std::size_t PairedDifferences(PairedValues x, PairedValues y, std::span<double> 
 
 PairedQuotientsResult PairedQuotients(PairedValues x, PairedValues y, Quotient quotient,
                                       std::span<double> out) {
+  const FloatingPointScope environment;
   PairedQuotientsResult result;
   EachPair(x, y, [&](double a, double b) {
     if (b == 0) {
@@ -60,12 +64,13 @@ std::size_t CountInRange(std::span<const double> values, const NumericRange& ran
 }
 
 std::size_t CountPairsInRange(PairedValues x, PairedValues y, const NumericRange& range) {
+  const FloatingPointScope environment;
   std::size_t count = 0;
   EachPair(x, y, [&](double a, double b) {
     if (range.Contains(a - b)) ++count;
     return true;
   });
-  return count;
+  return Settled(count);
 }
 
 }  // namespace zavrel

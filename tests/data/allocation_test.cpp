@@ -6,9 +6,11 @@
 #include <string>
 
 #include "data/block_pool.h"
+#include "data/category_table.h"
 #include "data/data_argument.h"
 #include "data/excel_data_cache.h"
 #include "data/fake_excel.h"
+#include "platform/utf.h"
 
 namespace {
 bool counting = false;
@@ -57,6 +59,26 @@ TEST_CASE("nothing is allocated per cell") {
   CHECK(CountAllocations(small) <= 6);
   CHECK(CountAllocations(large) <= 8);
   CHECK(CountAllocations(whole) <= 100);
+}
+
+TEST_CASE("categories allocate by the different text, not by the cell") {
+  constexpr std::size_t kNames = 10'000;
+  constexpr std::size_t kRounds = 100;  // a million cells
+  std::vector<Cell> names(kNames);
+  for (std::size_t i = 0; i < kNames; ++i)
+    names[i] = u"A category " + Utf16FromUtf8(std::to_string(i));
+  const Argument once(kNames, 1, names);
+  CellColumns cells;
+  for (std::size_t i = 0; i < kRounds; ++i)
+    cells.Append({static_cast<const XLOPER12*>(once)->val.array.lparray, kNames});
+  allocations = 0;
+  counting = true;
+  const auto table = CategoryTable::Of(cells);
+  counting = false;
+  REQUIRE(table->size() == kNames);
+  CHECK(table->categories()[7].positions.size() == kRounds);
+  CHECK(table->categories()[7].positions[99] == 990'007);
+  CHECK(allocations < 8 * static_cast<int>(kNames));
 }
 
 TEST_CASE("a kept number takes at most 24 bytes before its data set is sorted") {

@@ -162,10 +162,12 @@ class FakeExcel {
   std::function<int(const XLREF12&)> answer;  // a return code other than 0 ends a look-up
   int conversion_code = xlretSuccess;         // of what is asked for the calling sheet
   int text_code = xlretSuccess;               // of conversions to text
+  int texts_made = 0;                         // conversions to text that were asked for
   std::map<double, std::u16string> texts_of_numbers;  // what a number can be converted to
   std::optional<XLREF12> caller;                      // nothing: called from no cell
   int caller_code = xlretSuccess;
   int lookups = 0;
+  int conversions = 0;  // to text
   std::int64_t cells_given = 0;
   int values_out = 0;  // given, with memory of their own, and not freed yet
 
@@ -228,6 +230,8 @@ class FakeExcel {
   }
 
   int ConvertToText(const XLOPER12& value, XLOPER12& result) {
+    ++conversions;
+    ++texts_made;
     if (text_code != xlretSuccess) return text_code;
     if (value.xltype == xltypeBool) {
       SetRecord(result, Cell(value.val.xbool != 0 ? u"WAHR" : u"FALSCH"));

@@ -10,7 +10,6 @@
 
 #include "excel/result_holder.h"
 #include "excel/scripted_excel.h"
-#include "excel/wide_text.h"
 
 using namespace zavrel;
 using namespace zavrel::tests;
@@ -176,10 +175,4 @@ TEST_CASE("What belongs to the caller is returned as a copy") {
   const XLOPER12 reference = ReferenceTo({0, 0, 0, 0});
   CHECK(ReturnToExcel(XXloper::FromArgument(&reference))->val.err == xlerrValue);
   CloseResultHolder();
-}
-
-TEST_CASE("White space is trimmed at both ends") {
-  CHECK(TrimWhiteSpace(u" \t\u00A0a b\u2003\r\n\u3000") == u"a b");
-  CHECK(TrimWhiteSpace(u" \u00A0 ").empty());
-  CHECK(TrimWhiteSpace(u"").empty());
 }

@@ -50,7 +50,8 @@ TEST_CASE(
 }
 
 TEST_CASE("every binary that ships imports system libraries only and can be placed anywhere") {
-  for (const char* name : {"ZavrelFuncs8_x64.xll", "ZavHost.exe", "ZavrelMessages8_x64.DLL"}) {
+  for (const char* name :
+       {"ZavrelFuncs8_x64.xll", "ZavHost.exe", "ZavrelMessages8_x64.DLL", "Pdflib8_x64.DLL"}) {
     CAPTURE(name);
     const PeFile binary(AddInFile().parent_path() / name);
     for (const std::string& library : binary.imported_libraries()) {
@@ -64,6 +65,9 @@ TEST_CASE("every binary that ships imports system libraries only and can be plac
   const PeFile messages(AddInFile().parent_path() / "ZavrelMessages8_x64.DLL");
   CHECK(messages.imported_libraries().empty());
   CHECK(messages.exports().empty());
+  const PeFile distributions(AddInFile().parent_path() / "Pdflib8_x64.DLL");
+  CHECK(distributions.exports() ==
+        std::set<std::string>{"pdfBinomial", "pdfChisq", "pdfF", "pdfNormal", "pdfStudent"});
 }
 
 TEST_CASE("the version resource is the project's version") {

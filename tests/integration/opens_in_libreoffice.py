@@ -4,7 +4,7 @@
     opens_in_libreoffice.py WINE_RUN ZAVHOST WORKBOOK SCRATCH_FOLDER
 
 Left out is what LibreOffice recalculates on load, knowing no function of the add-in: array formulas, and
-formulas whose stored result is an error or an empty text.
+formulas whose stored result is an error, an empty text or a truth value.
 """
 
 import csv
@@ -24,8 +24,6 @@ def cell_of(rows, name):
 
 
 def same(shown, value):
-    if isinstance(value, bool):
-        return shown == str(value).upper()
     if isinstance(value, (int, float)):
         return shown != "" and abs(float(shown) - value) <= 1e-9 * max(1.0, abs(value))
     return shown == (value or "")
@@ -48,7 +46,9 @@ def main():
         with open(folder / f"written-{sheet}.csv", newline="", encoding="utf-8") as file:
             rows = list(csv.reader(file))
         for cell in report["cells"]:
-            if cell["sheet"] != sheet or "array" in cell or cell["value"] == "" or isinstance(cell["value"], dict):
+            if cell["sheet"] != sheet or "array" in cell or cell["value"] == "":
+                continue
+            if isinstance(cell["value"], (bool, dict)):
                 continue
             shown = cell_of(rows, cell["cell"])
             if not same(shown, cell["value"]):

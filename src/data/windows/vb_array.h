@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
-#include "data/double_matrix.h"
 #include "data/windows/ole_owners.h"
+#include "excel/double_matrix.h"
 #include "excel/xxloper.h"
 
 namespace zavrel {

@@ -1,0 +1,56 @@
+#include "companions/pdflib/answer.h"
+
+#include <cmath>
+#include <limits>
+
+namespace DistLib {
+namespace {
+
+std::int16_t AnswerMoments(const Moments& moments, const Question& question) {
+  if (question.status == nullptr) return PDFLIB_NULL_POINTER;
+  const std::optional<Real>* const values[PDFLIB_MOMENT_COUNT] = {
+      &moments.mean,     &moments.variance, &moments.skewness,
+      &moments.kurtosis, &moments.mode,     &moments.discrete_mean};
+  for (int i = 0; i < PDFLIB_MOMENT_COUNT; ++i) {
+    const Real exact = values[i]->value_or(std::numeric_limits<Real>::quiet_NaN());
+    const auto value = static_cast<double>(exact);
+    // Overflow is as bad as underflow: a macro takes the variance's root.
+    const bool held = exact == 0 || std::isnormal(value);
+    question.results[i] = held ? value : std::numeric_limits<double>::quiet_NaN();
+    question.status[i] = held ? std::int16_t{0} : std::int16_t{PDFLIB_NO_SUCH_MOMENT};
+  }
+  return PDFLIB_OK;
+}
+
+double Value(const PdfDist& distribution, std::int16_t request, double x) {
+  switch (request) {
+    case PDFLIB_DENSITY:
+      return distribution.Density(x);
+    case PDFLIB_CUMULATIVE:
+      return distribution.Cumulative(x);
+    case PDFLIB_QUANTILE:
+      return distribution.Quantile(x);
+    case PDFLIB_UPPER_TAIL:
+      return distribution.UpperTail(x);
+    default:
+      return distribution.UpperQuantile(x);
+  }
+}
+
+bool Known(std::int16_t request) {
+  return request >= PDFLIB_MOMENTS && request <= PDFLIB_UPPER_QUANTILE && request != 5;
+}
+
+}  // namespace
+
+std::int16_t AnswerFrom(const PdfDist& distribution, const Question& question) {
+  if (!Known(question.request) || question.reserved != 0) return PDFLIB_UNKNOWN_REQUEST;
+  if (question.results == nullptr) return PDFLIB_NULL_POINTER;
+  if (question.request == PDFLIB_MOMENTS) return AnswerMoments(distribution.Moments(), question);
+  const double value = Value(distribution, question.request, question.x);
+  if (!std::isfinite(value)) return PDFLIB_NO_VALUE;
+  *question.results = value;
+  return PDFLIB_OK;
+}
+
+}  // namespace DistLib

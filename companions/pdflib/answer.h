@@ -1,0 +1,40 @@
+#pragma once
+// The boundary of the library: from a distribution to what its exported function gives.
+
+#include <cstdint>
+#include <stdexcept>
+
+#include "companions/pdflib/pdf_dist.h"
+#include "companions/pdflib/pdflib.h"
+#include "stats/floating_point_scope.h"
+
+namespace DistLib {
+
+/// The arguments that all exported functions share; pdflib.h describes them.
+struct Question {
+  std::int16_t request;
+  std::int16_t reserved;
+  double x;
+  double* results;
+  std::int16_t* status;
+};
+
+/// Answers from the distribution; its exceptions pass.
+std::int16_t AnswerFrom(const PdfDist& distribution, const Question& question);
+
+/// Answers from a distribution made of these parameters. A Windows process starts with long double
+/// at a double's 53 bits, and its caller may have left any mode: the scope stands around all that
+/// is computed.
+template <class Distribution, class... Parameters>
+std::int16_t Answer(const Question& question, Parameters... parameters) noexcept {
+  const zavrel::FloatingPointScope scope;
+  try {
+    return AnswerFrom(Distribution(parameters...), question);
+  } catch (const std::domain_error&) {
+    return PDFLIB_OUTSIDE_DOMAIN;
+  } catch (...) {
+    return PDFLIB_NO_VALUE;
+  }
+}
+
+}  // namespace DistLib

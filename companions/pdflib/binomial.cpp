@@ -1,0 +1,89 @@
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "companions/pdflib/answer.h"
+#include "companions/pdflib/beta_tails.h"
+
+namespace DistLib {
+namespace {
+
+class Binomial : public PdfDist {
+ public:
+  Binomial(std::int32_t n, double p) : PdfDist(0, n, p == 0 ? 0 : n), n_(n), p_(p), q_(1 - p_) {
+    Require(n >= 0 && p >= 0 && p <= 1);
+  }
+
+  DistLib::Moments Moments() const override {
+    const Real variance = n_ * p_ * q_;
+    DistLib::Moments moments;
+    moments.mean = n_ * p_;
+    moments.variance = variance;
+    if (variance > 0) {
+      moments.skewness = (q_ - p_) / std::sqrt(variance);
+      moments.kurtosis = 3 + (1 - 6 * p_ * q_) / variance;
+    }
+    moments.mode = std::min(std::floor((n_ + 1) * p_), n_);
+    moments.discrete_mean = std::floor(n_ * p_ + 0.5L);
+    return moments;
+  }
+
+ private:
+  Real DensityAt(Real x) const override {
+    if (x != std::floor(x)) return 0;
+    if (Certain()) return x == n_ * p_ ? 1 : 0;
+    if (x == 0) return std::exp(n_ * std::log1p(-p_));
+    if (x == n_) return std::exp(n_ * std::log(p_));
+    return BetaPower(At(x, n_ - x)) * (n_ / x / (n_ - x));
+  }
+  Real CumulativeAt(Real x) const override {
+    const Real k = std::floor(x);
+    if (Certain()) return k >= n_ * p_ ? 1 : 0;
+    if (k == n_) return 1;
+    if (k == 0) return DensityAt(0);
+    return BetaUpper(At(k + 1, n_ - k));
+  }
+  Real UpperTailAt(Real x) const override {
+    const Real k = std::floor(x);
+    if (Certain()) return k >= n_ * p_ ? 0 : 1;
+    if (k == n_) return 0;
+    return BetaLower(At(k + 1, n_ - k));
+  }
+  Real QuantileOf(Real p) const override {
+    return Smallest([&](double k) { return Cumulative(k) >= p; });
+  }
+  Real UpperQuantileOf(Real q) const override {
+    return Smallest([&](double k) { return UpperTail(k) <= q; });
+  }
+
+  /// All probability is at one value.
+  bool Certain() const { return n_ == 0 || p_ == 0 || q_ == 0; }
+
+  /// Of whole a and b; p is taken in two halves so that each product is exact.
+  BetaPoint At(Real a, Real b) const {
+    const Real high = static_cast<float>(p_), low = p_ - high;
+    return {a, b, p_, q_, (a - (a + b) * high) - (a + b) * low};
+  }
+
+  template <class Reached>
+  Real Smallest(Reached reached) const {
+    double low = -1, high = static_cast<double>(n_);  // not reached below, reached above
+    while (high - low > 1) {
+      const double middle = std::floor((low + high) / 2);
+      (reached(middle) ? high : low) = middle;
+    }
+    return high;
+  }
+
+  Real n_;
+  Real p_;
+  Real q_;
+};
+
+}  // namespace
+}  // namespace DistLib
+
+int16_t pdfBinomial(int16_t request, int16_t reserved, int32_t n, double p, double x,
+                    double* results, int16_t* status, void*) {
+  return DistLib::Answer<DistLib::Binomial>({request, reserved, x, results, status}, n, p);
+}

@@ -1,0 +1,67 @@
+#include <cmath>
+#include <numbers>
+
+#include "companions/pdflib/answer.h"
+#include "companions/pdflib/beta_tails.h"
+#include "companions/pdflib/positive_dist.h"
+
+namespace DistLib {
+namespace {
+
+/// The part of the probability below x with one degree of freedom on either side, where the
+/// incomplete beta function loses the last digits of an argument that nears 1.
+Real BothOneCumulative(Real x) { return std::atan(std::sqrt(x)) * (2 / std::numbers::pi_v<Real>); }
+
+class F : public PositiveDist {
+ public:
+  F(double df1, double df2) : m_(df1), n_(df2) { Require(ValidDf(df1) && ValidDf(df2)); }
+
+  DistLib::Moments Moments() const override {
+    const Real m = m_, n = n_;
+    DistLib::Moments moments;
+    moments.mode = m > 2 ? (m - 2) / m * (n / (n + 2)) : 0;
+    if (n > 2) moments.mean = n / (n - 2);
+    if (n > 4) moments.variance = 2 * (n / (n - 2)) * (n / (n - 2)) * ((m + n - 2) / m) / (n - 4);
+    if (n > 6)
+      moments.skewness = (2 * m + n - 2) / (n - 6) * std::sqrt(8 * (n - 4) / (m * (m + n - 2)));
+    if (n > 8) {
+      const Real excess = 5 * n - 22 + (n - 4) / m * ((n - 2) / (m + n - 2)) * (n - 2);
+      moments.kurtosis = 3 + 12 * excess / ((n - 6) * (n - 8));
+    }
+    return moments;
+  }
+
+ private:
+  Real DensityAt(Real x) const override {
+    if (x > 0) return BetaPower(At(x)) / x;
+    if (m_ < 2) throw std::overflow_error("no bound");
+    return m_ == 2 ? 1 : 0;
+  }
+  Real CumulativeAt(Real x) const override {
+    return BothOne() ? BothOneCumulative(x) : BetaLower(At(x));
+  }
+  Real UpperTailAt(Real x) const override {
+    return BothOne() ? BothOneCumulative(1 / x) : BetaUpper(At(x));
+  }
+  /// Fisher: half the logarithm is nearly normal.
+  Real ValueNear(Real z) const override {
+    return std::exp(1 / n_ - 1 / m_ + z * std::sqrt(2 / m_ + 2 / n_));
+  }
+
+  bool BothOne() const { return m_ == 1 && n_ == 1; }
+  BetaPoint At(Real x) const {
+    const Real a = m_ / 2, b = n_ / 2, whole = b + a * x;
+    return {a, b, a * x / whole, b / whole, a * (b * ((1 - x) / whole))};
+  }
+
+  Real m_;
+  Real n_;
+};
+
+}  // namespace
+}  // namespace DistLib
+
+int16_t pdfF(int16_t request, int16_t reserved, double df1, double df2, double x, double* results,
+             int16_t* status, void*) {
+  return DistLib::Answer<DistLib::F>({request, reserved, x, results, status}, df1, df2);
+}

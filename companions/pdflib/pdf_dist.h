@@ -1,0 +1,74 @@
+#pragma once
+// What every distribution of the library is.
+//
+// A further distribution is a file of its own, with its class and its exported function, and that
+// function's declaration in pdflib.h.
+
+#include <optional>
+
+namespace DistLib {
+
+/// Everything between an argument and its result is computed with 64 bits of significand: far out
+/// in a tail the rounding of an intermediate to a double would cost three digits.
+using Real = long double;
+
+/// Those that do not exist are left out.
+struct Moments {
+  std::optional<Real> mean;
+  std::optional<Real> variance;
+  std::optional<Real> skewness;
+  std::optional<Real> kurtosis;  // 3 for a normal distribution
+  std::optional<Real> mode;
+  std::optional<Real> discrete_mean;  // of discrete distributions: the mean, to a whole number
+};
+
+/// A distribution with its parameters. All members throw std::domain_error for what is outside the
+/// domain, constructors of the classes behind it for parameters, and may throw any other
+/// std::exception when there is no value.
+class PdfDist {
+ public:
+  virtual ~PdfDist() = default;
+  PdfDist(const PdfDist&) = delete;
+  PdfDist& operator=(const PdfDist&) = delete;
+
+  virtual DistLib::Moments Moments() const = 0;
+  /// The density at x; of a discrete distribution the probability of x.
+  double Density(double x) const;
+  /// The probability of x or less.
+  double Cumulative(double x) const;
+  /// The probability of more than x.
+  double UpperTail(double x) const;
+  /// The x whose cumulative probability is p; of a discrete distribution the smallest x whose
+  /// cumulative probability reaches p.
+  double Quantile(double p) const;
+  /// The x whose upper tail is q; of a discrete distribution the smallest x whose upper tail does
+  /// not exceed q.
+  double UpperQuantile(double q) const;
+
+ protected:
+  /// With the ends of its support, which may be infinite, and the smallest value that nothing lies
+  /// above when it is not the upper end.
+  PdfDist(double lowest, double highest) : PdfDist(lowest, highest, highest) {}
+  PdfDist(double lowest, double highest, double last)
+      : lowest_(lowest), highest_(highest), last_(last) {}
+  static void Require(bool in_domain);
+  /// Required of degrees of freedom: with more than these the incomplete gamma and beta functions
+  /// take seconds.
+  static bool ValidDf(double df) { return df > 0 && df <= 1e10; }
+
+  // x is finite and inside the support, p and q are strictly between 0 and 1.
+  virtual Real DensityAt(Real x) const = 0;
+  virtual Real CumulativeAt(Real x) const = 0;
+  virtual Real UpperTailAt(Real x) const = 0;
+  virtual Real QuantileOf(Real p) const = 0;
+  virtual Real UpperQuantileOf(Real q) const = 0;
+
+ private:
+  Real Supported(double x) const;
+
+  double lowest_;
+  double highest_;
+  double last_;
+};
+
+}  // namespace DistLib

@@ -1,0 +1,102 @@
+/* Pdflib8_x64.DLL: properties of probability distributions, one function per distribution, callable
+ * from C and from every language that calls C.
+ *
+ * Each function takes
+ *   request    which property, PDFLIB_MOMENTS to PDFLIB_UPPER_QUANTILE
+ *   reserved   0
+ *   ...        the distribution's parameters
+ *   x          the value for PDFLIB_DENSITY, PDFLIB_CUMULATIVE and PDFLIB_UPPER_TAIL, the
+ * probability for PDFLIB_QUANTILE and PDFLIB_UPPER_QUANTILE; not read for PDFLIB_MOMENTS results
+ * room for 6 doubles: the moments in the order of PDFLIB_MEAN and so on; for every other request
+ * the value in results[0], the other five left alone status     room for 6 words. For
+ * PDFLIB_MOMENTS one word per moment: 0, or PDFLIB_NO_SUCH_MOMENT when it does not exist or no
+ * double holds it; its result is a not-a-number then. Other requests leave it alone, and it may be
+ * null. further    reserved for what later versions may give; may be null, nothing is written to it
+ *
+ * and returns a code: PDFLIB_OK, or another of those below, with nothing written then.
+ *
+ * Upper tails are computed as tails, right to the last digits where 1 minus the cumulative
+ * probability has none left. Values outside the distribution's support and probabilities outside
+ * 0..1 are outside the domain, as is a not-a-number or an infinity anywhere. The kurtosis is the
+ * plain fourth standardised moment, 3 for a normal distribution.
+ *
+ * The quantile of a discrete distribution is the smallest value whose cumulative probability, as
+ * PDFLIB_CUMULATIVE gives it, reaches the probability; its upper quantile the smallest value whose
+ * upper tail does not exceed it. The discrete mean is the mean rounded to the next whole number,
+ * halves upwards; a continuous distribution has none.
+ *
+ * The functions may be called from any thread, in any floating-point mode, which they leave as it
+ * was. */
+#ifndef PDFLIB_H
+#define PDFLIB_H
+
+#include <stdint.h>
+
+#ifdef _WIN32
+#ifdef PDFLIB_BUILD
+#define PDFLIB_FUNCTION __declspec(dllexport)
+#else
+#define PDFLIB_FUNCTION
+#endif
+#else
+#define PDFLIB_FUNCTION __attribute__((visibility("default")))
+#endif
+
+enum {
+  PDFLIB_MOMENTS = 1,
+  PDFLIB_DENSITY = 2, /* of a discrete distribution: the probability of x itself */
+  PDFLIB_CUMULATIVE = 3,
+  PDFLIB_QUANTILE = 4,
+  PDFLIB_UPPER_TAIL = 6, /* the probability of more than x */
+  PDFLIB_UPPER_QUANTILE = 7
+};
+
+enum {
+  PDFLIB_MEAN = 0,
+  PDFLIB_VARIANCE = 1,
+  PDFLIB_SKEWNESS = 2,
+  PDFLIB_KURTOSIS = 3,
+  PDFLIB_MODE = 4, /* where the density grows without bound at 0, that is the mode */
+  PDFLIB_DISCRETE_MEAN = 5,
+  PDFLIB_MOMENT_COUNT = 6
+};
+
+enum { PDFLIB_NO_SUCH_MOMENT = 1 };
+
+enum {
+  PDFLIB_OK = 0,
+  PDFLIB_UNKNOWN_REQUEST = 1, /* or the reserved word is not 0 */
+  PDFLIB_NULL_POINTER = 2,
+  PDFLIB_OUTSIDE_DOMAIN = 3, /* a parameter, the value or the probability */
+  PDFLIB_NO_VALUE = 4        /* infinite, beyond the doubles, or the computation did not converge */
+};
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* The normal distribution; the standard deviation is greater than 0. */
+PDFLIB_FUNCTION int16_t pdfNormal(int16_t request, int16_t reserved, double mean,
+                                  double standard_deviation, double x, double* results,
+                                  int16_t* status, void* further);
+/* Student's t distribution; df is greater than 0 and at most 1e10 and need not be whole, which
+ * holds of those below as well. */
+PDFLIB_FUNCTION int16_t pdfStudent(int16_t request, int16_t reserved, double df, double x,
+                                   double* results, int16_t* status, void* further);
+/* The chi-square distribution. */
+PDFLIB_FUNCTION int16_t pdfChisq(int16_t request, int16_t reserved, double df, double x,
+                                 double* results, int16_t* status, void* further);
+/* The F distribution, by the degrees of freedom of its numerator and its denominator. */
+PDFLIB_FUNCTION int16_t pdfF(int16_t request, int16_t reserved, double df1, double df2, double x,
+                             double* results, int16_t* status, void* further);
+/* The binomial distribution: successes in n trials, n from 0, each of probability p in 0..1.
+ * Between whole numbers the probability of x is 0 and the cumulative probability that of the number
+ * below. */
+PDFLIB_FUNCTION int16_t pdfBinomial(int16_t request, int16_t reserved, int32_t n, double p,
+                                    double x, double* results, int16_t* status, void* further);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

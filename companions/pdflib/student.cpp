@@ -1,0 +1,53 @@
+#include <boost/math/distributions/students_t.hpp>
+#include <cmath>
+#include <limits>
+#include <numbers>
+
+#include "companions/pdflib/answer.h"
+
+namespace DistLib {
+namespace {
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+/// With one degree of freedom. The incomplete beta function, by which the others go, is computed
+/// through arcsine there and knows nothing of x once its square vanishes beside 1.
+Real CauchyUpperTail(Real x) {
+  constexpr Real kPi = std::numbers::pi_v<Real>;
+  return x > 1 ? std::atan(1 / x) / kPi : 0.5L - std::atan(x) / kPi;
+}
+
+class Student : public PdfDist {
+ public:
+  explicit Student(double df) : PdfDist(-kInfinity, kInfinity), df_((Require(ValidDf(df)), df)) {}
+
+  DistLib::Moments Moments() const override {
+    const Real df = df_.degrees_of_freedom();
+    DistLib::Moments moments;
+    moments.mode = 0;
+    if (df > 1) moments.mean = 0;
+    if (df > 2) moments.variance = df / (df - 2);
+    if (df > 3) moments.skewness = 0;
+    if (df > 4) moments.kurtosis = 3 + 6 / (df - 4);
+    return moments;
+  }
+
+ private:
+  Real DensityAt(Real x) const override { return pdf(df_, x); }
+  Real CumulativeAt(Real x) const override { return UpperTailAt(-x); }
+  Real UpperTailAt(Real x) const override {
+    return df_.degrees_of_freedom() == 1 ? CauchyUpperTail(x) : cdf(complement(df_, x));
+  }
+  Real QuantileOf(Real p) const override { return quantile(df_, p); }
+  Real UpperQuantileOf(Real q) const override { return -QuantileOf(q); }
+
+  boost::math::students_t_distribution<Real> df_;
+};
+
+}  // namespace
+}  // namespace DistLib
+
+int16_t pdfStudent(int16_t request, int16_t reserved, double df, double x, double* results,
+                   int16_t* status, void*) {
+  return DistLib::Answer<DistLib::Student>({request, reserved, x, results, status}, df);
+}

@@ -1,0 +1,157 @@
+#include "data/windows/redim_vb_array.h"
+
+#include <cstring>
+#include <limits>
+#include <utility>
+
+#include "companions/messages/message_ids.h"
+#include "diagnostics/vek_exception.h"
+
+namespace zavrel {
+namespace {
+
+constexpr const char* kPlace = "ReDimVbArray";
+
+[[noreturn]] void ThrowService() {
+  throw VekArraySizeError(kPlace, messages::kMessageArrayServiceFailed);
+}
+
+/// Owns an array until it is handed over.
+class OwnedArray {
+ public:
+  explicit OwnedArray(SAFEARRAY* array) : array_(array) {
+    if (array_ == nullptr) ThrowService();
+  }
+  OwnedArray(OwnedArray&& other) noexcept : array_(other.Release()) {}
+  ~OwnedArray() {
+    if (array_ != nullptr) SafeArrayDestroy(array_);
+  }
+  SAFEARRAY* get() const { return array_; }
+  SAFEARRAY* Release() { return std::exchange(array_, nullptr); }
+
+ private:
+  SAFEARRAY* array_;
+};
+
+ULONG CountOf(std::size_t count) {
+  if (count > std::numeric_limits<LONG>::max() / sizeof(double)) ThrowService();
+  return static_cast<ULONG>(count);
+}
+
+bool HoldsDoubles(SAFEARRAY* array) {
+  VARTYPE type = VT_EMPTY;
+  return SUCCEEDED(SafeArrayGetVartype(array, &type)) && type == VT_R8 &&
+         SafeArrayGetElemsize(array) == sizeof(double);
+}
+
+/// The system allocated the array and may free it or give it another size.
+bool IsOurs(SAFEARRAY* array) {
+  constexpr USHORT kBound = FADF_AUTO | FADF_STATIC | FADF_EMBEDDED | FADF_FIXEDSIZE;
+  return (array->fFeatures & kBound) == 0 && array->cLocks == 0;
+}
+
+bool IsEmpty(const DoubleMatrix& matrix) { return matrix.empty() || matrix[0].empty(); }
+
+/// Column by column.
+void Fill(const DoubleMatrix& matrix, SAFEARRAY* array) {
+  const SafeArrayLock lock(array);
+  if (!lock.ok()) ThrowService();
+  auto* next = static_cast<double*>(lock.data());
+  for (std::size_t column = 0; column < matrix[0].size(); ++column) {
+    for (const std::vector<double>& row : matrix) *next++ = row[column];
+  }
+}
+
+OwnedArray NewArray(const DoubleMatrix& matrix, LONG lower_bound) {
+  // The first dimension of a macro's array is the first bound here; the system stores them the
+  // other way round.
+  SAFEARRAYBOUND bounds[] = {{CountOf(matrix.size()), lower_bound},
+                             {CountOf(matrix[0].size()), lower_bound}};
+  OwnedArray array(SafeArrayCreate(VT_R8, 2, bounds));
+  Fill(matrix, array.get());
+  return array;
+}
+
+void CheckShape(const DoubleMatrix& matrix) {
+  for (const std::vector<double>& row : matrix) {
+    if (row.size() != matrix[0].size())
+      throw VekArraySizeError(kPlace, messages::kMessageArraySizesDiffer);
+  }
+}
+
+/// The place of the array of doubles that a VARIANT holds or refers to; null when it does neither.
+SAFEARRAY** DoublesIn(VARIANT& variant) {
+  if (variant.vt == (VT_ARRAY | VT_R8)) return &variant.parray;
+  if (variant.vt == (VT_ARRAY | VT_R8 | VT_BYREF)) return variant.pparray;
+  return nullptr;
+}
+
+/// A new array in the place of what the VARIANT holds.
+void Replace(VARIANT& variant, OwnedArray array) {
+  if (FAILED(VariantClear(&variant))) ThrowService();
+  variant.vt = VT_ARRAY | VT_R8;
+  variant.parray = array.Release();
+}
+
+VARIANT& TargetOf(VARIANT* variant) {
+  const bool refers = variant->vt == (VT_VARIANT | VT_BYREF) && variant->pvarVal != nullptr;
+  return refers ? *variant->pvarVal : *variant;
+}
+
+}  // namespace
+
+void ReDimVbArray(const DoubleMatrix& matrix, SAFEARRAY** array, LONG lower_bound) {
+  if (IsEmpty(matrix) || array == nullptr) return;
+  CheckShape(matrix);
+  SAFEARRAY* old = *array;
+  if (old == nullptr) {
+    *array = NewArray(matrix, lower_bound).Release();
+    return;
+  }
+  if (!HoldsDoubles(old)) throw VekInvalidDataType(kPlace, messages::kMessageInvalidDataType);
+  if (!IsOurs(old)) ThrowService();
+  const bool keeps = SafeArrayGetDim(old) == 2 && old->rgsabound[1].cElements == matrix.size();
+  if (!keeps) {
+    OwnedArray fresh = NewArray(matrix, lower_bound);
+    if (FAILED(SafeArrayDestroy(old))) ThrowService();
+    *array = fresh.Release();
+    return;
+  }
+  SAFEARRAYBOUND last{CountOf(matrix[0].size()), lower_bound};
+  if (FAILED(SafeArrayRedim(old, &last))) ThrowService();
+  old->rgsabound[1].lLbound = lower_bound;
+  Fill(matrix, old);
+}
+
+void StoreMatrix(const DoubleMatrix& matrix, VARIANT* variant) {
+  if (IsEmpty(matrix) || variant == nullptr) return;
+  VARIANT& target = TargetOf(variant);
+  if (SAFEARRAY** array = DoublesIn(target)) return ReDimVbArray(matrix, array, kLowerBound);
+  CheckShape(matrix);
+  Replace(target, NewArray(matrix, kLowerBound));
+}
+
+void StoreVector(std::span<const double> numbers, VARIANT* variant) {
+  if (numbers.empty() || variant == nullptr) return;
+  OwnedArray array(SafeArrayCreateVector(VT_R8, kLowerBound, CountOf(numbers.size())));
+  std::memcpy(array.get()->pvData, numbers.data(), numbers.size_bytes());
+  VARIANT& target = TargetOf(variant);
+  SAFEARRAY** place = DoublesIn(target);
+  if (place == nullptr) return Replace(target, std::move(array));
+  if (*place != nullptr) {
+    if (!IsOurs(*place) || FAILED(SafeArrayDestroy(*place))) ThrowService();
+  }
+  *place = array.Release();
+}
+
+VARIANT VariantOf(const DoubleMatrix& matrix) {
+  VARIANT variant;
+  VariantInit(&variant);
+  if (IsEmpty(matrix)) return variant;
+  CheckShape(matrix);
+  variant.parray = NewArray(matrix, kLowerBound).Release();
+  variant.vt = VT_ARRAY | VT_R8;
+  return variant;
+}
+
+}  // namespace zavrel

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "excel/double_matrix.h"
+#include "matrix/association.h"
+
+namespace zavrel {
+
+/// The association matrix of variables, one in each row. A cell error among the values fills all of
+/// it with its code.
+DoubleMatrix AssociationMatrix(bool is_correlation, bool use_ranks, bool sample_divisor,
+                               bool listwise_deletion, const DoubleMatrix& variables);
+
+}  // namespace zavrel

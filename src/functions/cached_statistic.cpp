@@ -1,0 +1,39 @@
+#include "functions/cached_statistic.h"
+
+#include "diagnostics/log_line.h"
+#include "stats/data_set_summary.h"
+#include "stats/moment_block.h"
+#include "stats/single_statistics.h"
+
+namespace zavrel {
+namespace {
+
+void ComputeInto(ExcelData& data, StatisticId id, Form form) {
+  StatisticCache& cache = data.statistics();
+  const std::span<const double> numbers = data.Numbers(MissingDataPolicy::kNumbersOnly);
+  if (!IsMoment(id)) {
+    cache.Set(form == Form::kSample, 0, static_cast<std::size_t>(id), SingleStatistic(id, numbers));
+    return;
+  }
+  const MomentBlocks blocks = ComputeBothForms(numbers);
+  if (EnabledLog() != nullptr) {
+    LogLine("{}\n",
+            SummaryOf(blocks.sample, data.size(), data.cells().count(CellTag::kError)).Text());
+  }
+  for (std::size_t i = 0; IsMoment(static_cast<StatisticId>(i)); ++i) {
+    cache.Set(false, 0, i, blocks.population[static_cast<StatisticId>(i)]);
+    cache.Set(true, 0, i, blocks.sample[static_cast<StatisticId>(i)]);
+  }
+}
+
+}  // namespace
+
+double CachedStatistic(ExcelData& data, StatisticId id, Form form) {
+  StatisticCache& cache = data.statistics();
+  const bool sample = form == Form::kSample;
+  const auto index = static_cast<std::size_t>(id);
+  if (!cache.Has(sample, 0, index)) ComputeInto(data, id, form);
+  return cache.Get(sample, 0, index);
+}
+
+}  // namespace zavrel

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "data/excel_data.h"
+#include "stats/statistic_id.h"
+
+namespace zavrel {
+
+enum class Form : bool { kPopulation, kSample };
+inline constexpr Form kOnlyForm = Form::kPopulation;  // of a statistic that has no forms
+
+/// A statistic of the data set's numbers, other than the mode; computed at the first request and
+/// kept with the data set. An error-coded double where there is none.
+///
+/// Computed from the numbers alone, whatever the policy under which the data set was read.
+double CachedStatistic(ExcelData& data, StatisticId id, Form form);
+
+}  // namespace zavrel

@@ -1,0 +1,30 @@
+// Plain matrices for libraries of the suite, which are built with the same compiler: parameters and
+// results are DoubleMatrix values, failures the exceptions of diagnostics/vek_exception.h, which
+// their caller catches.
+#include "addin/worksheet_function.h"
+#include "functions/association_matrix.h"
+#include "matrix/matrix_operations.h"
+#include "platform/export.h"
+
+namespace zavrel {
+
+/// The covariance matrix of variables, one in each row.
+ZAV_EXPORT DoubleMatrix CalculateCovarianceMatrixC(bool use_ranks, bool sample_divisor,
+                                                   bool listwise_deletion, DoubleMatrix variables) {
+  return AssociationMatrix(false, use_ranks, sample_divisor, listwise_deletion, variables);
+}
+/// The same for correlations.
+ZAV_EXPORT DoubleMatrix CalculateCorrelationMatrixC(bool use_ranks, bool sample_divisor,
+                                                    bool listwise_deletion,
+                                                    DoubleMatrix variables) {
+  return AssociationMatrix(true, use_ranks, sample_divisor, listwise_deletion, variables);
+}
+
+ZAV_EXPORT DoubleMatrix MatrixAddC(DoubleMatrix a, DoubleMatrix b) { return MatrixAdd(a, b); }
+ZAV_EXPORT DoubleMatrix MatrixMultiplyC(DoubleMatrix a, DoubleMatrix b) {
+  return MatrixMultiply(a, b);
+}
+ZAV_EXPORT DoubleMatrix MatrixInverseC(DoubleMatrix a) { return MatrixInverse(a); }
+ZAV_EXPORT double MatrixDeterminantC(DoubleMatrix a) { return MatrixDeterminant(a); }
+
+}  // namespace zavrel

@@ -1,0 +1,182 @@
+// Matrices for macros: covariance and correlation, algebra, eigen-analysis, principal components.
+//
+// A macro declares matrices `ByRef a() As Double`, with two dimensions, observations or rows first.
+// Entry points that return a number return 0, or the number of the failure, which
+// ZavrelGetExceptionInfoVB explains; what was to be written is then as it was. MatrixAddVB and its
+// kin return their matrix; in its place, on failure, an error value whose code is the failure's
+// number: `If IsError(c) Then number = CLng(c)`.
+#include <array>
+#include <span>
+
+#include "addin/worksheet_function.h"
+#include "data/windows/redim_vb_array.h"
+#include "data/windows/vb_array.h"
+#include "data/windows/vb_numbers.h"
+#include "excel/error_double.h"
+#include "functions/association_matrix.h"
+#include "matrix/association.h"
+#include "matrix/eigendata.h"
+#include "matrix/matrix_operations.h"
+#include "platform/export.h"
+
+namespace zavrel {
+namespace {
+
+DoubleMatrix MatrixIn(SAFEARRAY** array) {
+  return MatrixFromVbArray(array == nullptr ? nullptr : *array);
+}
+
+// Two variables.
+
+constexpr std::int32_t kDone = 0;
+constexpr std::int32_t kUnusableSeries = 5;
+
+/// The measure of two series into `result`. 5: arrays that cannot be read, differ in length or have
+/// too few elements, or no place for the result; it is then as it was.
+std::int32_t OfTwo(const char* name, bool is_correlation, bool sample_divisor, SAFEARRAY** x,
+                   SAFEARRAY** y, double* result) noexcept {
+  return MacroStatus<std::int32_t>(name, kUnusableSeries, [&]() -> std::int32_t {
+    const VbNumbers first(x);
+    const VbNumbers second(y);
+    if (result == nullptr || !first.ok() || !second.ok()) return kUnusableSeries;
+    const VariableColumn columns[] = {first.values(), second.values()};
+    const std::size_t fewest = sample_divisor ? 1 : 0;
+    if (columns[0].size() != columns[1].size() || columns[0].size() <= fewest)
+      return kUnusableSeries;
+    const AssociationResult association =
+        CalculateAssociationMatrix(is_correlation, false, sample_divisor, false, columns);
+    *result = association.error ? ErrorCodedNaN(*association.error) : association.matrix[0][1];
+    return kDone;
+  });
+}
+
+// Several variables.
+
+DoubleMatrix Transposed(const DoubleMatrix& matrix) {
+  DoubleMatrix transposed(matrix.empty() ? 0 : matrix[0].size(),
+                          std::vector<double>(matrix.size()));
+  for (std::size_t row = 0; row < matrix.size(); ++row) {
+    for (std::size_t column = 0; column < matrix[row].size(); ++column)
+      transposed[column][row] = matrix[row][column];
+  }
+  return transposed;
+}
+
+std::uint32_t AssociationInto(const char* name, bool is_correlation, std::int32_t use_ranks,
+                              std::int32_t sample_divisor, std::int32_t listwise_deletion,
+                              SAFEARRAY** data, VARIANT* result) noexcept {
+  return MacroCall(name, [&] {
+    if (result == nullptr) return;
+    const DoubleMatrix variables = Transposed(MatrixIn(data));
+    StoreMatrix(AssociationMatrix(is_correlation, use_ranks != 0, sample_divisor != 0,
+                                  listwise_deletion != 0, variables),
+                result);
+  });
+}
+
+// Algebra.
+
+/// What a function returns in the place of a matrix.
+VARIANT FailureValue(std::uint32_t failure) {
+  constexpr std::uint32_t kMacroError = 0x800A0000u;
+  VARIANT variant;
+  VariantInit(&variant);
+  variant.vt = VT_ERROR;
+  variant.scode = static_cast<SCODE>(kMacroError | (failure & 0xFFFFu));
+  return variant;
+}
+
+template <class Compute>
+VARIANT MatrixResult(const char* name, Compute compute) noexcept {
+  VARIANT result;
+  VariantInit(&result);
+  const std::uint32_t failure = MacroCall(name, [&] { result = VariantOf(compute()); });
+  return failure == 0 ? result : FailureValue(failure);
+}
+
+// Eigen-analysis.
+
+std::uint32_t EigendataInto(const char* name, SAFEARRAY** matrix, VARIANT* values,
+                            VARIANT* vectors) noexcept {
+  return MacroCall(name, [&] {
+    if (values == nullptr && vectors == nullptr) return;
+    std::vector<double> eigenvalues;
+    DoubleMatrix eigenvectors;
+    matrix::eigendata_private(MatrixIn(matrix), eigenvalues, eigenvectors,
+                              {.compute_vectors = vectors != nullptr, .descending = true});
+    if (vectors != nullptr) StoreMatrix(eigenvectors, vectors);
+    if (values != nullptr) StoreVector(eigenvalues, values);
+  });
+}
+
+}  // namespace
+
+/// The sample covariance of two series of equal length, two elements at least.
+ZAV_EXPORT std::int32_t ZavrelCovarianceVB(SAFEARRAY** x, SAFEARRAY** y, double* result) {
+  return OfTwo("ZavrelCovarianceVB", false, true, x, y, result);
+}
+/// The population covariance, of one element at least.
+ZAV_EXPORT std::int32_t ZavrelCovariancePVB(SAFEARRAY** x, SAFEARRAY** y, double* result) {
+  return OfTwo("ZavrelCovariancePVB", false, false, x, y, result);
+}
+/// Pearson's correlation coefficient. Without spread: the too-few code.
+ZAV_EXPORT std::int32_t ZavrelCorrelationCoeffVB(SAFEARRAY** x, SAFEARRAY** y, double* result) {
+  return OfTwo("ZavrelCorrelationCoeffVB", true, true, x, y, result);
+}
+
+/// The covariance matrix of the columns of `data` (observations in rows) into `result`; the options
+/// are true when they are not 0. Without a place for the result it does nothing and returns 0.
+ZAV_EXPORT std::uint32_t CalculateCovarianceMatrixVB(std::int32_t use_ranks,
+                                                     std::int32_t sample_divisor,
+                                                     std::int32_t listwise_deletion,
+                                                     SAFEARRAY** data, VARIANT* result) {
+  return AssociationInto("CalculateCovarianceMatrixVB", false, use_ranks, sample_divisor,
+                         listwise_deletion, data, result);
+}
+/// The same for correlations.
+ZAV_EXPORT std::uint32_t CalculateCorrelationMatrixVB(std::int32_t use_ranks,
+                                                      std::int32_t sample_divisor,
+                                                      std::int32_t listwise_deletion,
+                                                      SAFEARRAY** data, VARIANT* result) {
+  return AssociationInto("CalculateCorrelationMatrixVB", true, use_ranks, sample_divisor,
+                         listwise_deletion, data, result);
+}
+
+ZAV_EXPORT VARIANT MatrixAddVB(SAFEARRAY** a, SAFEARRAY** b) {
+  return MatrixResult("MatrixAddVB", [&] { return MatrixAdd(MatrixIn(a), MatrixIn(b)); });
+}
+ZAV_EXPORT VARIANT MatrixMultiplyVB(SAFEARRAY** a, SAFEARRAY** b) {
+  return MatrixResult("MatrixMultiplyVB", [&] { return MatrixMultiply(MatrixIn(a), MatrixIn(b)); });
+}
+ZAV_EXPORT VARIANT MatrixInverseVB(SAFEARRAY** a) {
+  return MatrixResult("MatrixInverseVB", [&] { return MatrixInverse(MatrixIn(a)); });
+}
+/// The determinant; the not-computed code on failure, which is recorded as every other.
+ZAV_EXPORT double MatrixDeterminantVB(SAFEARRAY** a) {
+  double determinant = ConditionDouble(kConditionNotComputed);
+  MacroCall("MatrixDeterminantVB", [&] { determinant = MatrixDeterminant(MatrixIn(a)); });
+  return determinant;
+}
+
+/// The eigenvalues of a symmetric matrix, largest first, as a one-dimensional array.
+ZAV_EXPORT std::uint32_t CalculateEigenvaluesVB(SAFEARRAY** matrix, VARIANT* eigenvalues) {
+  return EigendataInto("CalculateEigenvaluesVB", matrix, eigenvalues, nullptr);
+}
+/// Its eigenvectors, as columns in the same order.
+ZAV_EXPORT std::uint32_t CalculateEigenvectorsVB(SAFEARRAY** matrix, VARIANT* eigenvectors) {
+  return EigendataInto("CalculateEigenvectorsVB", matrix, nullptr, eigenvectors);
+}
+/// Both, each where there is a place for it.
+ZAV_EXPORT std::uint32_t CalculateEigendataVB(SAFEARRAY** matrix, VARIANT* eigenvalues,
+                                              VARIANT* eigenvectors) {
+  return EigendataInto("CalculateEigendataVB", matrix, eigenvalues, eigenvectors);
+}
+/// The principal-component scores of the rows of `data`, taken as they are. Without a place for
+/// them it does nothing and returns 0.
+ZAV_EXPORT std::uint32_t CalculatePCAScoresVB(SAFEARRAY** data, VARIANT* scores) {
+  return MacroCall("CalculatePCAScoresVB", [&] {
+    if (scores != nullptr) StoreMatrix(matrix::PrincipalComponentScores(MatrixIn(data)), scores);
+  });
+}
+
+}  // namespace zavrel

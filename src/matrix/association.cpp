@@ -1,0 +1,135 @@
+#include "matrix/association.h"
+
+#include <algorithm>
+#include <new>
+
+#include "excel/error_double.h"
+#include "matrix/association_kernels.h"
+#include "matrix/gapped_pairs.h"
+#include "matrix/pair_value.h"
+#include "matrix/ranks.h"
+#include "matrix/scanned_variable.h"
+#include "matrix/whole_pairs.h"
+#include "platform/parallel.h"
+
+namespace zavrel {
+namespace {
+
+using Columns = std::vector<std::vector<double>>;
+using Orders = std::vector<std::vector<std::uint32_t>>;
+
+ObservationBits CompleteObservations(std::span<const ScannedVariable> variables, std::size_t rows) {
+  ObservationBits complete(rows / 64 + 1, ~std::uint64_t{0});
+  for (const ScannedVariable& variable : variables) {
+    for (std::size_t w = 0; variable.has_gaps() && w < complete.size(); ++w)
+      complete[w] &= variable.present[w];
+  }
+  return complete;
+}
+
+/// Leaves the complete observations, as far as the first variable goes. They are copied into
+/// `storage` unless that is all there are.
+void DeleteListwise(std::vector<ScannedVariable>& variables, const AssociationKernels& kernels,
+                    Columns& storage) {
+  if (std::none_of(variables.begin(), variables.end(),
+                   [](const ScannedVariable& v) { return v.has_gaps(); }))
+    return;
+  const std::size_t rows = variables[0].values.size();
+  const ObservationBits complete = CompleteObservations(variables, rows);
+  std::size_t count = 0;
+  for (std::size_t row = 0; row < rows; ++row) count += std::size_t{IsSet(complete, row)};
+  storage.assign(variables.size(), std::vector<double>(count));
+  ParallelFor(variables.size(), [&](std::size_t c) {
+    std::size_t n = 0;
+    for (std::size_t row = 0; n < count; ++row) {
+      if (IsSet(complete, row)) storage[c][n++] = variables[c].values[row];
+    }
+  });
+  variables = Scan(std::vector<VariableColumn>(storage.begin(), storage.end()), kernels);
+}
+
+Orders OrdersOf(std::span<const ScannedVariable> variables) {
+  Orders orders;
+  std::size_t most_rows = 0;
+  for (const ScannedVariable& variable : variables) {
+    if (variable.values.size() > kMostRanked) throw std::bad_alloc();
+    most_rows = std::max(most_rows, variable.values.size());
+    orders.emplace_back(variable.values.size());
+  }
+  const std::size_t parts = std::min(variables.size(), ParallelThreads());
+  std::vector<std::vector<std::uint64_t>> scratch(parts, std::vector<std::uint64_t>(2 * most_rows));
+  ParallelFor(parts, [&](std::size_t part) {
+    for (std::size_t c = part; c < variables.size(); c += parts)
+      OrderInto(variables[c].values, orders[c], scratch[part]);
+  });
+  return orders;
+}
+
+/// Variables without gaps become their ranks.
+void ReplaceByRanks(std::vector<ScannedVariable>& variables, const Orders& orders,
+                    const AssociationKernels& kernels, Columns& storage) {
+  std::vector<std::size_t> whole;
+  for (std::size_t c = 0; c < variables.size(); ++c) {
+    if (variables[c].has_gaps()) continue;
+    whole.push_back(c);
+    storage.emplace_back(variables[c].values.size());
+  }
+  ParallelFor(whole.size(), [&](std::size_t w) { RankAllInto(orders[whole[w]], storage[w]); });
+  const std::vector<ScannedVariable> ranks =
+      Scan(std::vector<VariableColumn>(storage.begin(), storage.end()), kernels);
+  for (std::size_t w = 0; w < whole.size(); ++w) variables[whole[w]] = ranks[w];
+}
+
+void CalculateWholePairs(std::span<const ScannedVariable> variables, PairForm form,
+                         const AssociationKernels& kernels, DoubleMatrix& matrix) {
+  WholeVariables moderate;
+  WholeVariables others;
+  for (std::size_t c = 0; c < variables.size(); ++c) {
+    if (variables[c].has_gaps()) continue;
+    WholeVariables& kind = variables[c].is_moderate ? moderate : others;
+    kind.variables.push_back(&variables[c]);
+    kind.places.push_back(c);
+  }
+  const std::vector<VariableSummary> summaries =
+      CalculateModeratePairs(moderate, form, kernels, matrix);
+  CalculateOtherPairs(moderate, summaries, others, form, matrix);
+}
+
+}  // namespace
+
+AssociationResult CalculateAssociationMatrix(bool is_correlation, bool use_ranks,
+                                             bool sample_divisor, bool listwise_deletion,
+                                             std::span<const VariableColumn> variables) {
+  return CalculateAssociationMatrix(is_correlation, use_ranks, sample_divisor, listwise_deletion,
+                                    variables, ChosenAssociationKernels());
+}
+
+AssociationResult CalculateAssociationMatrix(bool is_correlation, bool use_ranks,
+                                             bool sample_divisor, bool listwise_deletion,
+                                             std::span<const VariableColumn> variables,
+                                             const AssociationKernels& kernels) {
+  const PairForm form{is_correlation, sample_divisor};
+  std::vector<ScannedVariable> scanned = Scan(variables, kernels);
+  AssociationResult result;
+  result.error = listwise_deletion ? FirstErrorByRow(scanned) : FirstErrorByPair(scanned);
+  if (result.error) return result;
+  Columns complete;
+  if (listwise_deletion) DeleteListwise(scanned, kernels, complete);
+
+  const std::size_t k = variables.size();
+  result.matrix.assign(k, std::vector<double>(k, ConditionDouble(kConditionNoData)));
+  if (!use_ranks) {
+    CalculateWholePairs(scanned, form, kernels, result.matrix);
+    CalculateModerateGappedPairs(scanned, form, kernels, result.matrix);
+    CalculateCompactedPairs(scanned, {}, true, form, result.matrix);
+    return result;
+  }
+  const Orders orders = OrdersOf(scanned);
+  CalculateCompactedPairs(scanned, orders, false, form, result.matrix);
+  Columns ranks;
+  ReplaceByRanks(scanned, orders, kernels, ranks);
+  CalculateWholePairs(scanned, form, kernels, result.matrix);
+  return result;
+}
+
+}  // namespace zavrel

@@ -1,0 +1,78 @@
+#pragma once
+// The inner loops of the matrix operations, on plain memory. They exist twice, compiled from the
+// same source: for every x86-64 processor, and for those with AVX2 and FMA.
+//
+// Nothing here is a template of the standard library: what an AVX2 unit instantiates could be what
+// the linker keeps for everybody.
+
+#include <cstddef>
+
+namespace zavrel::dense {
+
+enum class Outcome { kDone, kInvalidValues, kNoConvergence };
+
+// Dense matrices are column by column without padding, unless stated otherwise. A function that
+// needs room of its own throws std::bad_alloc when there is none; nothing else is thrown.
+
+/// Adds A x B to `out`, given by their rows. Each element is summed in the order of A's columns,
+/// multiplied and added, not fused: the same number on every processor.
+using RowProduct = void(const double* const* a, std::size_t rows, std::size_t inner,
+                        const double* const* b, std::size_t columns, double* const* out) noexcept;
+
+/// A x B, all three row by row without padding. Blocked: sums run in no particular order.
+using BlockedProduct = void(const double* a, std::size_t rows, std::size_t inner, const double* b,
+                            std::size_t columns, double* out);
+
+/// Replaces an n x n matrix by L and U of its decomposition with row pivoting (L without its
+/// diagonal of ones). Row i of the matrix went to row places[i]; returns the sign of that
+/// permutation. n > 0.
+using Factorization = int(double* matrix, std::size_t n, int* places);
+
+/// Columns [first, first + count) of the inverse, from the decomposition.
+using InverseColumns = void(const double* factors, const int* places, std::size_t n,
+                            std::size_t first, std::size_t count, double* out);
+
+/// Eigenvalues of a symmetric n x n matrix in ascending order and, unless `vectors` is null, its
+/// eigenvectors as columns. The matrix must be finite; n > 0.
+using SelfAdjointSolver = Outcome(const double* matrix, std::size_t n, double* values,
+                                  double* vectors);
+
+/// U S of the thin singular value decomposition: rows x min(rows, columns), neither of them 0. X
+/// must be finite.
+using ScoreSolver = Outcome(const double* x, std::size_t rows, std::size_t columns, double* scores);
+
+struct Kernels {
+  RowProduct* add_row_products;
+  BlockedProduct* multiply;
+  Factorization* factor;
+  InverseColumns* invert_columns;
+  SelfAdjointSolver* self_adjoint_eigen;
+  ScoreSolver* singular_scores;
+};
+
+namespace baseline {
+RowProduct AddRowProducts;
+BlockedProduct Multiply;
+Factorization Factor;
+InverseColumns InvertColumns;
+SelfAdjointSolver SelfAdjointEigen;
+ScoreSolver SingularScores;
+}  // namespace baseline
+namespace avx2 {
+RowProduct AddRowProducts;
+BlockedProduct Multiply;
+Factorization Factor;
+InverseColumns InvertColumns;
+SelfAdjointSolver SelfAdjointEigen;
+ScoreSolver SingularScores;
+}  // namespace avx2
+
+extern const Kernels kBaselineKernels;
+/// Only for processors that have AVX2 and FMA.
+extern const Kernels kAvx2Kernels;
+
+bool ProcessorHasAvx2() noexcept;
+/// The fastest that this processor can run.
+const Kernels& BestKernels() noexcept;
+
+}  // namespace zavrel::dense

@@ -1,0 +1,87 @@
+#include "matrix/dense_storage.h"
+
+#include <algorithm>
+#include <array>
+
+#include "companions/messages/message_ids.h"
+#include "diagnostics/vek_exception.h"
+
+namespace zavrel::dense {
+namespace {
+
+// Of a transposition: a cache line of doubles, so that both sides use their lines whole.
+constexpr std::size_t kTile = 8;
+
+// A matrix this large is asked for in one piece first: where memory is promised only while there is
+// some, a hopeless request fails at once and not after filling what there is.
+constexpr std::size_t kProbedCount = std::size_t{1} << 27;
+
+}  // namespace
+
+Shape ShapeOf(const DoubleMatrix& matrix, const char* place) {
+  if (matrix.empty()) return {};
+  const Shape shape{matrix.size(), matrix.front().size()};
+  for (const std::vector<double>& row : matrix)
+    if (row.size() != shape.columns)
+      throw VekArraySizeError(place, messages::kMessageArraySizeError);
+  return shape;
+}
+
+std::size_t SizeOfSquare(const DoubleMatrix& matrix, const char* place) {
+  const Shape shape = ShapeOf(matrix, place);
+  if (shape.rows != shape.columns) {
+    throw VekMatrixNotSquare(
+        place, messages::kMessageMatrixNotSquare,
+        {static_cast<std::int64_t>(shape.rows), static_cast<std::int64_t>(shape.columns)});
+  }
+  return shape.rows;
+}
+
+DoubleMatrix MakeMatrix(Shape shape) {
+  if (CheckedCount(shape) >= kProbedCount) Storage{shape};
+  DoubleMatrix matrix(shape.rows);
+  for (std::vector<double>& row : matrix) row.resize(shape.columns);
+  return matrix;
+}
+
+void CopyRows(const DoubleMatrix& from, Shape shape, double* to) noexcept {
+  for (std::size_t r = 0; r < shape.rows; ++r)
+    std::copy_n(from[r].data(), shape.columns, to + r * shape.columns);
+}
+
+void CopyToColumns(const DoubleMatrix& from, Shape shape, double* to) noexcept {
+  std::size_t r = 0;
+  for (; r + kTile <= shape.rows; r += kTile) {
+    std::array<const double*, kTile> rows;
+    for (std::size_t i = 0; i < kTile; ++i) rows[i] = from[r + i].data();
+    double* line = to + r;
+    for (std::size_t c = 0; c < shape.columns; ++c, line += shape.rows)
+      for (std::size_t i = 0; i < kTile; ++i) line[i] = rows[i][c];
+  }
+  for (; r < shape.rows; ++r)
+    for (std::size_t c = 0; c < shape.columns; ++c) to[c * shape.rows + r] = from[r][c];
+}
+
+void CopyFromColumns(const double* from, Shape shape, std::size_t first_column,
+                     DoubleMatrix& to) noexcept {
+  std::size_t r = 0;
+  for (; r + kTile <= shape.rows; r += kTile) {
+    std::array<double*, kTile> rows;
+    for (std::size_t i = 0; i < kTile; ++i) rows[i] = to[r + i].data() + first_column;
+    const double* line = from + r;
+    for (std::size_t c = 0; c < shape.columns; ++c, line += shape.rows)
+      for (std::size_t i = 0; i < kTile; ++i) rows[i][c] = line[i];
+  }
+  for (; r < shape.rows; ++r)
+    for (std::size_t c = 0; c < shape.columns; ++c)
+      to[r][first_column + c] = from[c * shape.rows + r];
+}
+
+bool IsFinite(const double* numbers, std::size_t count) noexcept {
+  // Zero times a finite number is zero, times any other a not-a-number.
+  double sum = 0;
+  for (std::size_t i = 0; i < count; ++i) sum += 0 * numbers[i];
+  return sum == 0;
+}
+
+}  // namespace zavrel::dense

@@ -1,0 +1,65 @@
+#pragma once
+// A matrix in one piece of memory, and the ways between it and rows.
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <new>
+
+#include "excel/double_matrix.h"
+
+namespace zavrel::dense {
+
+struct Shape {
+  std::size_t rows = 0, columns = 0;
+  bool operator==(const Shape&) const = default;
+};
+
+/// Throws VekArraySizeError when the rows differ in length.
+Shape ShapeOf(const DoubleMatrix& matrix, const char* place);
+/// The rows of a square matrix. Throws VekMatrixNotSquare as well.
+std::size_t SizeOfSquare(const DoubleMatrix& matrix, const char* place);
+
+/// rows x columns. Throws std::bad_alloc when so many doubles cannot be addressed.
+inline std::size_t CheckedCount(Shape shape) {
+  constexpr std::size_t kMost =
+      static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max()) / sizeof(double);
+  if (shape.columns != 0 && shape.rows > kMost / shape.columns) throw std::bad_alloc();
+  return shape.rows * shape.columns;
+}
+
+/// Room for rows x columns doubles, which are not set.
+class Storage {
+ public:
+  explicit Storage(Shape shape)
+      : numbers_(static_cast<double*>(::operator new[](CheckedCount(shape) * sizeof(double),
+                                                       std::align_val_t{kAlignment}))) {}
+
+  double* data() noexcept { return numbers_.get(); }
+  const double* data() const noexcept { return numbers_.get(); }
+
+ private:
+  static constexpr std::size_t kAlignment = 64;
+  struct Free {
+    void operator()(double* numbers) const noexcept {
+      ::operator delete[](numbers, std::align_val_t{kAlignment});
+    }
+  };
+  std::unique_ptr<double[], Free> numbers_;
+};
+
+/// A matrix of zeros.
+DoubleMatrix MakeMatrix(Shape shape);
+
+/// Copies the rows one behind the other.
+void CopyRows(const DoubleMatrix& from, Shape shape, double* to) noexcept;
+/// Copies rows into columns one behind the other.
+void CopyToColumns(const DoubleMatrix& from, Shape shape, double* to) noexcept;
+/// Copies columns one behind the other into rows from `first_column` on.
+void CopyFromColumns(const double* from, Shape shape, std::size_t first_column,
+                     DoubleMatrix& to) noexcept;
+
+bool IsFinite(const double* numbers, std::size_t count) noexcept;
+
+}  // namespace zavrel::dense

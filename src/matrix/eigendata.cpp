@@ -1,0 +1,123 @@
+#include "matrix/eigendata.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <string>
+#include <utility>
+
+#include "companions/messages/message_ids.h"
+#include "diagnostics/vek_exception.h"
+#include "matrix/dense_kernels.h"
+#include "matrix/dense_storage.h"
+
+namespace zavrel::matrix {
+namespace {
+
+using dense::Outcome;
+using dense::Shape;
+using dense::Storage;
+
+/// Six significant digits, as printf's %g, whatever the locale.
+std::u16string ToGeneralText(double number) {
+  std::array<char, 32> text;
+  const auto end =
+      std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::general, 6);
+  return {text.data(), end.ptr};
+}
+
+void RequireSymmetric(const DoubleMatrix& matrix, const char* place) {
+  for (std::size_t r = 0; r < matrix.size(); ++r) {
+    for (std::size_t c = 0; c < r; ++c) {
+      if (matrix[r][c] == matrix[c][r]) continue;
+      throw VekMatrixNotSymmetric(
+          place, messages::kMessageMatrixNotSymmetric,
+          {static_cast<std::int64_t>(r + 1), static_cast<std::int64_t>(c + 1),
+           ToGeneralText(matrix[r][c]), ToGeneralText(matrix[c][r])});
+    }
+  }
+}
+
+void RequireFinite(const double* numbers, std::size_t count, const char* place) {
+  if (!dense::IsFinite(numbers, count))
+    throw VekInvalidDataType(place, messages::kMessageEigenInvalidValues);
+}
+
+/// Scales numbers whose squares would overflow or vanish by a power of two, which is exact. Returns
+/// its exponent, 0 for ordinary numbers.
+int ScaleUnusual(double* numbers, std::size_t count) {
+  constexpr int kOrdinary = 400;
+  double largest = 0;
+  for (std::size_t i = 0; i < count; ++i) largest = std::max(largest, std::abs(numbers[i]));
+  int exponent = 0;
+  std::frexp(largest, &exponent);
+  if (std::abs(exponent) <= kOrdinary) return 0;
+  for (std::size_t i = 0; i < count; ++i) numbers[i] = std::ldexp(numbers[i], -exponent);
+  return exponent;
+}
+
+void RequireDone(Outcome outcome, const char* place) {
+  if (outcome == Outcome::kInvalidValues)
+    throw VekInvalidDataType(place, messages::kMessageEigenInvalidValues);
+  if (outcome == Outcome::kNoConvergence)
+    throw VekNoConvergence(place, messages::kMessageEigenNoConvergence);
+}
+
+}  // namespace
+
+void eigendata_private(const DoubleMatrix& matrix, std::vector<double>& eigenvalues,
+                       DoubleMatrix& eigenvectors, EigendataOptions options) {
+  constexpr const char* kPlace = "matrix::eigendata_private";
+  const std::size_t n = dense::SizeOfSquare(matrix, kPlace);
+  RequireSymmetric(matrix, kPlace);
+  if (n == 0) {
+    eigenvalues.clear();
+    eigenvectors.clear();
+    return;
+  }
+  const Shape shape{n, n};
+  Storage symmetric(shape), vectors(options.compute_vectors ? shape : Shape{});
+  dense::CopyRows(matrix, shape, symmetric.data());
+  RequireFinite(symmetric.data(), n * n, kPlace);
+
+  std::vector<double> values(n);
+  RequireDone(
+      dense::BestKernels().self_adjoint_eigen(symmetric.data(), n, values.data(),
+                                              options.compute_vectors ? vectors.data() : nullptr),
+      kPlace);
+  if (options.descending) std::ranges::reverse(values);
+  DoubleMatrix rows;
+  if (options.compute_vectors) {
+    rows = dense::MakeMatrix(shape);
+    dense::CopyFromColumns(vectors.data(), shape, 0, rows);
+    if (options.descending)
+      for (std::vector<double>& row : rows) std::ranges::reverse(row);
+  }
+  eigenvalues = std::move(values);
+  eigenvectors = std::move(rows);
+}
+
+DoubleMatrix PrincipalComponentScores(const DoubleMatrix& x) {
+  constexpr const char* kPlace = "matrix::PrincipalComponentScores";
+  const Shape shape = dense::ShapeOf(x, kPlace);
+  const Shape scores_shape{shape.rows, std::min(shape.rows, shape.columns)};
+  DoubleMatrix scores = dense::MakeMatrix(scores_shape);
+  if (scores_shape.columns == 0) return scores;
+  Storage columns(shape), score_columns(scores_shape);
+  dense::CopyToColumns(x, shape, columns.data());
+  RequireFinite(columns.data(), shape.rows * shape.columns, kPlace);
+  const int exponent = ScaleUnusual(columns.data(), shape.rows * shape.columns);
+  RequireDone(dense::BestKernels().singular_scores(columns.data(), shape.rows, shape.columns,
+                                                   score_columns.data()),
+              kPlace);
+  dense::CopyFromColumns(score_columns.data(), scores_shape, 0, scores);
+  if (exponent != 0) {
+    for (std::vector<double>& row : scores)
+      for (double& number : row) number = std::ldexp(number, exponent);
+  }
+  return scores;
+}
+
+}  // namespace zavrel::matrix

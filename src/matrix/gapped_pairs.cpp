@@ -1,0 +1,253 @@
+#include "matrix/gapped_pairs.h"
+
+#include <algorithm>
+#include <array>
+
+#include "excel/error_double.h"
+#include "matrix/ranks.h"
+#include "platform/parallel.h"
+#include "stats/floating_point_scope.h"
+
+namespace zavrel {
+namespace {
+
+constexpr std::size_t kBlockRows = 512;  // of a packed group: 16 KiB
+constexpr std::size_t kPartners = 4;     // that a packed block is used for
+
+struct Variable {
+  const ScannedVariable* scanned;
+  std::size_t place;  // its row and column of the result
+
+  std::size_t rows() const { return scanned->values.size(); }
+};
+
+/// A group of variables, one or more, with some partners that have gaps. The pair of a variable and
+/// a partner is this unit's when the variable does not come after the partner.
+struct Unit {
+  std::span<const Variable> group;
+  std::span<const Variable> partners;
+};
+
+bool BothPresent(const ScannedVariable& x, const ScannedVariable& y, std::size_t row) {
+  return x.values[row] != kMissingValue && y.values[row] != kMissingValue;
+}
+
+/// Whether the values of x are all equal where y has a value too. Most end at the second row.
+bool IsConstantInPair(const ScannedVariable& x, const ScannedVariable& y) {
+  const std::size_t rows = std::min(x.values.size(), y.values.size());
+  std::size_t row = 0;
+  while (row < rows && !BothPresent(x, y, row)) ++row;
+  if (row == rows) return true;
+  const double first = x.values[row];
+  for (; row < rows; ++row) {
+    if (x.values[row] != first && BothPresent(x, y, row)) return false;
+  }
+  return true;
+}
+
+/// One unit's sums.
+class UnitSums {
+ public:
+  UnitSums(const Unit& unit, PairForm form, const AssociationKernels& kernels)
+      : unit_(unit), form_(form), kernels_(kernels) {}
+
+  void CalculateInto(DoubleMatrix& matrix) {
+    const FloatingPointScope environment;
+    EachBlock(kernels_.add_gapped_values);
+    for (std::size_t p = 0; p < unit_.partners.size(); ++p) FindMeans(sums_[p]);
+    EachBlock(kernels_.add_gapped_deviations);
+    for (std::size_t p = 0; p < unit_.partners.size(); ++p) {
+      for (std::size_t lane = 0; lane < unit_.group.size(); ++lane) {
+        const Variable& x = unit_.group[lane];
+        const Variable& y = unit_.partners[p];
+        if (&x > &y) continue;
+        const double value = Settled(Value(x, y, sums_[p], lane));
+        matrix[x.place][y.place] = value;
+        matrix[y.place][x.place] = value;
+      }
+    }
+  }
+
+ private:
+  using Add = decltype(AssociationKernels::add_gapped_values);
+
+  void EachBlock(Add add) {
+    std::size_t rows = 0;
+    for (const Variable& y : unit_.partners) rows = std::max(rows, y.rows());
+    for (std::size_t first = 0; first < rows; first += kBlockRows) {
+      Pack(first, std::min(kBlockRows, rows - first));
+      for (std::size_t p = 0; p < unit_.partners.size(); ++p) {
+        const VariableColumn y = unit_.partners[p].scanned->values;
+        if (first >= y.size()) continue;
+        add(packed_.data(), y.data() + first, std::min(kBlockRows, y.size() - first), kMissingValue,
+            &sums_[p]);
+      }
+    }
+  }
+
+  void Pack(std::size_t first, std::size_t rows) {
+    for (std::size_t lane = 0; lane < kGroup; ++lane) {
+      const VariableColumn x =
+          lane < unit_.group.size() ? unit_.group[lane].scanned->values : VariableColumn();
+      const std::size_t there = x.size() > first ? std::min(rows, x.size() - first) : 0;
+      for (std::size_t r = 0; r < there; ++r) packed_[r * kGroup + lane] = x[first + r];
+      for (std::size_t r = there; r < rows; ++r) packed_[r * kGroup + lane] = kMissingValue;
+    }
+  }
+
+  static void FindMeans(GappedPairs& sums) {
+    for (std::size_t lane = 0; lane < kGroup; ++lane) {
+      if (sums.count[lane] == 0) continue;
+      const auto n = static_cast<double>(sums.count[lane]);
+      sums.mean_x[lane] = sums.sum_x[lane] / n;
+      sums.mean_y[lane] = sums.sum_y[lane] / n;
+    }
+  }
+
+  double Value(const Variable& x, const Variable& y, const GappedPairs& sums,
+               std::size_t lane) const {
+    const auto n = static_cast<std::size_t>(sums.count[lane]);
+    const VariableSummary of_x =
+        SummaryOf(*x.scanned, *y.scanned, n, sums.mean_x[lane], sums.s1_x[0][lane],
+                  sums.s1_x[1][lane], sums.s2_x[0][lane], sums.s2_x[1][lane]);
+    const VariableSummary of_y =
+        SummaryOf(*y.scanned, *x.scanned, n, sums.mean_y[lane], sums.s1_y[0][lane],
+                  sums.s1_y[1][lane], sums.s2_y[0][lane], sums.s2_y[1][lane]);
+    return PairValueFromSum(sums.products[lane], n, of_x, of_y, form_);
+  }
+
+  VariableSummary SummaryOf(const ScannedVariable& variable, const ScannedVariable& partner,
+                            std::size_t n, double mean, double s1_a, double s1_b, double s2_a,
+                            double s2_b) const {
+    if (IsConstantInPair(variable, partner)) return SummaryFromSums(mean, 0, 0, n, form_);
+    return SummaryFromSums(mean, s1_a + s1_b, s2_a + s2_b, n, form_);
+  }
+
+  const Unit& unit_;
+  PairForm form_;
+  const AssociationKernels& kernels_;
+  std::array<GappedPairs, kPartners> sums_{};
+  std::array<double, kBlockRows * kGroup> packed_;
+};
+
+/// Variables without gaps, then those with, and the units of all pairs with gaps.
+std::vector<Variable> WholeFirst(std::span<const ScannedVariable> variables) {
+  std::vector<Variable> order;
+  for (const bool gaps : {false, true}) {
+    for (std::size_t c = 0; c < variables.size(); ++c) {
+      if (variables[c].is_moderate && variables[c].has_gaps() == gaps)
+        order.push_back({&variables[c], c});
+    }
+  }
+  return order;
+}
+
+std::vector<Unit> UnitsOf(std::span<const Variable> order) {
+  const auto first_gapped = static_cast<std::size_t>(
+      std::find_if(order.begin(), order.end(),
+                   [](const Variable& v) { return v.scanned->has_gaps(); }) -
+      order.begin());
+  std::vector<Unit> units;
+  for (std::size_t g = 0; g < order.size(); g += kGroup) {
+    const auto group = order.subspan(g, std::min(kGroup, order.size() - g));
+    for (std::size_t p = std::max(g, first_gapped); p < order.size(); p += kPartners)
+      units.push_back({group, order.subspan(p, std::min(kPartners, order.size() - p))});
+  }
+  return units;
+}
+
+}  // namespace
+
+void CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, PairForm form,
+                                  const AssociationKernels& kernels, DoubleMatrix& matrix) {
+  const std::vector<Variable> order = WholeFirst(variables);
+  const std::vector<Unit> units = UnitsOf(order);
+  ParallelFor(units.size(), [&](std::size_t index) {
+    UnitSums(units[index], form, kernels).CalculateInto(matrix);
+  });
+}
+
+namespace {
+
+struct Pair {
+  std::size_t i;
+  std::size_t j;
+};
+
+/// What one thread needs for pairs, one after the other.
+class CompactedPair {
+ public:
+  explicit CompactedPair(std::size_t most_rows)
+      : x_(most_rows), y_(most_rows), present_(most_rows / 64 + 1) {}
+
+  double Value(const ScannedVariable& x, const ScannedVariable& y, PairForm form) {
+    MarkPresent(x, y);
+    std::copy(x.values.begin(), x.values.end(), x_.begin());
+    std::copy(y.values.begin(), y.values.end(), y_.begin());
+    return ValueOfPresent(form);
+  }
+
+  double RankValue(const ScannedVariable& x, std::span<const std::uint32_t> order_x,
+                   const ScannedVariable& y, std::span<const std::uint32_t> order_y,
+                   PairForm form) {
+    MarkPresent(x, y);
+    RankPresentInto(order_x, present_, x_);
+    RankPresentInto(order_y, present_, y_);
+    return ValueOfPresent(form);
+  }
+
+ private:
+  void MarkPresent(const ScannedVariable& x, const ScannedVariable& y) {
+    for (std::size_t w = 0; w < present_.size(); ++w) {
+      present_[w] = (x.has_gaps() ? x.present[w] : ~std::uint64_t{0}) &
+                    (y.has_gaps() ? y.present[w] : ~std::uint64_t{0});
+    }
+  }
+
+  double ValueOfPresent(PairForm form) {
+    std::size_t n = 0;
+    for (std::size_t row = 0; row < x_.size(); ++row) {
+      x_[n] = x_[row];
+      y_[n] = y_[row];
+      n += std::size_t{IsSet(present_, row)};
+    }
+    const std::span<const double> x = std::span(x_).first(n);
+    const std::span<const double> y = std::span(y_).first(n);
+    return PairValue(x, Summarise(x, form), y, Summarise(y, form), form);
+  }
+
+  std::vector<double> x_;
+  std::vector<double> y_;
+  ObservationBits present_;
+};
+
+}  // namespace
+
+void CalculateCompactedPairs(std::span<const ScannedVariable> variables,
+                             std::span<const std::vector<std::uint32_t>> orders,
+                             bool immoderate_only, PairForm form, DoubleMatrix& matrix) {
+  std::vector<Pair> pairs;
+  std::size_t most_rows = 0;
+  for (std::size_t j = 0; j < variables.size(); ++j) {
+    most_rows = std::max(most_rows, variables[j].values.size());
+    for (std::size_t i = 0; i <= j; ++i) {
+      const bool has_gaps = variables[i].has_gaps() || variables[j].has_gaps();
+      const bool is_moderate = variables[i].is_moderate && variables[j].is_moderate;
+      if (has_gaps && !(immoderate_only && is_moderate)) pairs.push_back({i, j});
+    }
+  }
+  const std::size_t parts = std::min(pairs.size(), ParallelThreads());
+  std::vector<CompactedPair> scratch(parts, CompactedPair(parts > 0 ? most_rows : 0));
+  ParallelFor(parts, [&](std::size_t part) {
+    for (std::size_t p = part; p < pairs.size(); p += parts) {
+      const auto [i, j] = pairs[p];
+      const double value = orders.empty() ? scratch[part].Value(variables[i], variables[j], form)
+                                          : scratch[part].RankValue(variables[i], orders[i],
+                                                                    variables[j], orders[j], form);
+      matrix[i][j] = value;
+      matrix[j][i] = value;
+    }
+  });
+}
+
+}  // namespace zavrel

@@ -1,0 +1,141 @@
+#include "matrix/matrix_operations.h"
+
+#include <algorithm>
+#include <atomic>
+#include <new>
+#include <vector>
+
+#include "companions/messages/message_ids.h"
+#include "diagnostics/vek_exception.h"
+#include "matrix/dense_kernels.h"
+#include "matrix/dense_storage.h"
+#include "platform/parallel.h"
+
+namespace zavrel {
+namespace {
+
+using dense::Kernels;
+using dense::Shape;
+using dense::Storage;
+
+// Every dimension larger than this: copies into dense storage pay.
+constexpr std::size_t kBlockedProduct = 1024;
+// Fewer multiplications than this are done before another thread has woken up.
+constexpr std::size_t kInlineProduct = 50'000;
+// Rows of a task: few enough to share out evenly, enough to use what they read of B many times.
+constexpr std::size_t kRowsPerTask = 64;
+constexpr std::size_t kBlockedRowsPerTask = 256;
+constexpr std::size_t kInverseColumnsPerTask = 128;
+
+/// Calls body(begin, end) for the parts of [0, count), in parallel. The body may run out of memory.
+template <class Body>
+void ForParts(std::size_t count, std::size_t part, const Body& body) {
+  std::atomic<bool> is_out_of_memory = false;
+  ParallelFor((count + part - 1) / part, [&](std::size_t index) {
+    const std::size_t begin = index * part;
+    try {
+      body(begin, std::min(begin + part, count));
+    } catch (const std::bad_alloc&) {
+      is_out_of_memory = true;
+    }
+  });
+  if (is_out_of_memory) throw std::bad_alloc();
+}
+
+void MultiplyByRows(const DoubleMatrix& a, const DoubleMatrix& b, Shape a_shape,
+                    std::size_t columns, DoubleMatrix& product) {
+  const auto& add_row_products = dense::BestKernels().add_row_products;
+  std::vector<const double*> a_rows(a.size()), b_rows(b.size());
+  std::vector<double*> product_rows(a.size());
+  std::ranges::transform(a, a_rows.begin(), [](const auto& row) { return row.data(); });
+  std::ranges::transform(b, b_rows.begin(), [](const auto& row) { return row.data(); });
+  std::ranges::transform(product, product_rows.begin(), [](auto& row) { return row.data(); });
+  const auto multiply = [&](std::size_t begin, std::size_t end) {
+    add_row_products(a_rows.data() + begin, end - begin, a_shape.columns, b_rows.data(), columns,
+                     product_rows.data() + begin);
+  };
+  if (a_shape.rows == 1 || a_shape.rows * a_shape.columns * columns < kInlineProduct) {
+    multiply(0, a_shape.rows);
+  } else {
+    // At least eight tasks of whole tiles where there are rows enough.
+    const std::size_t eighth = (a_shape.rows / 8 + 3) / 4 * 4;
+    ForParts(a_shape.rows, std::clamp<std::size_t>(eighth, 4, kRowsPerTask), multiply);
+  }
+}
+
+/// Beside the operands and the result this takes the room of all three again, and per thread the
+/// library's buffers of at most a few MB.
+void MultiplyBlocked(const DoubleMatrix& a, const DoubleMatrix& b, Shape a_shape,
+                     std::size_t columns, DoubleMatrix& product) {
+  const auto& multiply = dense::BestKernels().multiply;
+  const std::size_t inner = a_shape.columns;
+  Storage dense_a(a_shape), dense_b({inner, columns}), dense_product({a_shape.rows, columns});
+  ForParts(inner, kBlockedRowsPerTask, [&](std::size_t begin, std::size_t end) {
+    for (std::size_t r = begin; r < end; ++r) std::ranges::copy(b[r], dense_b.data() + r * columns);
+  });
+  ForParts(a_shape.rows, kBlockedRowsPerTask, [&](std::size_t begin, std::size_t end) {
+    double* const a_part = dense_a.data() + begin * inner;
+    double* const product_part = dense_product.data() + begin * columns;
+    for (std::size_t r = begin; r < end; ++r) std::ranges::copy(a[r], dense_a.data() + r * inner);
+    multiply(a_part, end - begin, inner, dense_b.data(), columns, product_part);
+    for (std::size_t r = begin; r < end; ++r)
+      std::copy_n(dense_product.data() + r * columns, columns, product[r].data());
+  });
+}
+
+}  // namespace
+
+DoubleMatrix MatrixAdd(const DoubleMatrix& a, const DoubleMatrix& b) {
+  const Shape shape = dense::ShapeOf(a, "MatrixAdd");
+  const Shape b_shape = dense::ShapeOf(b, "MatrixAdd");
+  if (b_shape.rows < shape.rows || b_shape.columns < shape.columns)
+    throw VekArraySizeError("MatrixAdd", messages::kMessageArraySizesDiffer);
+  DoubleMatrix sum = dense::MakeMatrix(shape);
+  for (std::size_t r = 0; r < shape.rows; ++r)
+    for (std::size_t c = 0; c < shape.columns; ++c) sum[r][c] = a[r][c] + b[r][c];
+  return sum;
+}
+
+DoubleMatrix MatrixMultiply(const DoubleMatrix& a, const DoubleMatrix& b) {
+  const Shape a_shape = dense::ShapeOf(a, "MatrixMultiply");
+  const Shape b_shape = dense::ShapeOf(b, "MatrixMultiply");
+  if (a_shape.columns != b_shape.rows)
+    throw VekArraySizeError("MatrixMultiply", messages::kMessageArraySizeError);
+  DoubleMatrix product = dense::MakeMatrix({a_shape.rows, b_shape.columns});
+  if (std::min({a_shape.rows, a_shape.columns, b_shape.columns}) > kBlockedProduct) {
+    MultiplyBlocked(a, b, a_shape, b_shape.columns, product);
+  } else {
+    MultiplyByRows(a, b, a_shape, b_shape.columns, product);
+  }
+  return product;
+}
+
+DoubleMatrix MatrixInverse(const DoubleMatrix& a) {
+  const std::size_t n = dense::SizeOfSquare(a, "MatrixInverse");
+  const Kernels& kernels = dense::BestKernels();
+  const Shape shape{n, n};
+  DoubleMatrix inverse = dense::MakeMatrix(shape);
+  Storage factors(shape), columns(shape);
+  std::vector<int> places(n);
+  dense::CopyToColumns(a, shape, factors.data());
+  if (n != 0) kernels.factor(factors.data(), n, places.data());
+  ForParts(n, kInverseColumnsPerTask, [&](std::size_t begin, std::size_t end) {
+    double* const part = columns.data() + begin * n;
+    kernels.invert_columns(factors.data(), places.data(), n, begin, end - begin, part);
+    dense::CopyFromColumns(part, {n, end - begin}, begin, inverse);
+  });
+  return inverse;
+}
+
+double MatrixDeterminant(const DoubleMatrix& a) {
+  const std::size_t n = dense::SizeOfSquare(a, "MatrixDeterminant");
+  Storage factors({n, n});
+  std::vector<int> places(n);
+  dense::CopyToColumns(a, {n, n}, factors.data());
+  if (n == 0) return 1;
+  double product = dense::BestKernels().factor(factors.data(), n, places.data());
+  for (std::size_t i = 0; i < n; ++i) product *= factors.data()[i * n + i];
+  return product;
+}
+
+}  // namespace zavrel

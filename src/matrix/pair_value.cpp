@@ -1,0 +1,77 @@
+#include "matrix/pair_value.h"
+
+#include <cmath>
+
+#include "excel/error_double.h"
+#include "stats/floating_point_scope.h"
+#include "stats/moment_block.h"
+
+namespace zavrel {
+namespace {
+
+template <class Real>
+double Value(Real sum, std::size_t n, const VariableSummary& x, const VariableSummary& y,
+             PairForm form) {
+  Real value = sum / static_cast<Real>(form.sample_divisor ? n - 1 : n);
+  if (form.is_correlation) {
+    const Real spread =
+        static_cast<Real>(x.standard_deviation) * static_cast<Real>(y.standard_deviation);
+    if (spread == 0) return ConditionDouble(kConditionTooFew);
+    value /= spread;
+  }
+  const auto result = static_cast<double>(value);
+  return std::isfinite(result) ? result : ConditionDouble(kConditionNotFinite);
+}
+
+template <class Real>
+Real SumOfProducts(std::span<const double> x, std::span<const double> y, Real mean_x, Real mean_y) {
+  Real sum = 0;
+  for (std::size_t t = 0; t < x.size(); ++t)
+    sum += (static_cast<Real>(x[t]) - mean_x) * (static_cast<Real>(y[t]) - mean_y);
+  return sum;
+}
+
+template <class Real>
+double ValueOfSeries(std::span<const double> x, const VariableSummary& of_x,
+                     std::span<const double> y, const VariableSummary& of_y, PairForm form) {
+  const Real sum = SumOfProducts(x, y, static_cast<Real>(of_x.mean), static_cast<Real>(of_y.mean));
+  return Value(sum, x.size(), of_x, of_y, form);
+}
+
+bool HasValue(std::size_t n, const VariableSummary& x, const VariableSummary& y, PairForm form) {
+  if (n <= (form.sample_divisor ? 1u : 0u)) return false;
+  return !std::isnan(x.standard_deviation) && !std::isnan(y.standard_deviation);
+}
+
+}  // namespace
+
+VariableSummary Summarise(std::span<const double> values, PairForm form) {
+  const MomentBlock moments = ComputeMoments(values, form.sample_divisor);
+  return {moments.mean, moments.standard_deviation};
+}
+
+// As the sample and population forms of ComputeMoments.
+VariableSummary SummaryFromSums(double mean, double s1, double s2, std::size_t n, PairForm form) {
+  if (n == 0) return {ConditionDouble(kConditionNoData), ConditionDouble(kConditionNoData)};
+  const auto count = static_cast<double>(n);
+  if (!form.sample_divisor) return {mean, std::sqrt(s2 / count)};
+  if (n < 2) return {mean, ConditionDouble(kConditionTooFew)};
+  const double variance = (s2 - s1 * s1 / count) / (count - 1);
+  return {mean, std::sqrt(variance < 0 ? 0 : variance)};
+}
+
+double PairValueFromSum(double sum, std::size_t n, const VariableSummary& x,
+                        const VariableSummary& y, PairForm form) {
+  return HasValue(n, x, y, form) ? Value(sum, n, x, y, form) : ConditionDouble(kConditionNoData);
+}
+
+double PairValue(std::span<const double> x, const VariableSummary& of_x, std::span<const double> y,
+                 const VariableSummary& of_y, PairForm form) {
+  if (!HasValue(x.size(), of_x, of_y, form)) return ConditionDouble(kConditionNoData);
+  const FloatingPointScope environment;
+  const double value = Settled(ValueOfSeries<double>(x, of_x, y, of_y, form));
+  if (!environment.Overflowed()) return value;
+  return Settled(ValueOfSeries<long double>(x, of_x, y, of_y, form));
+}
+
+}  // namespace zavrel

@@ -1,0 +1,38 @@
+#pragma once
+// The covariance or correlation of one pair of variables.
+
+#include <cstddef>
+#include <span>
+
+namespace zavrel {
+
+struct PairForm {
+  bool is_correlation;
+  bool sample_divisor;
+};
+
+/// Mean and standard deviation, with the divisor of the pair's form, to the bit as ComputeMoments
+/// gives them.
+struct VariableSummary {
+  double mean;
+  double standard_deviation;
+};
+
+VariableSummary Summarise(std::span<const double> values, PairForm form);
+
+/// The same from the sums of d and d^2, d = x - mean. Nothing may have overflowed; the values are
+/// not all equal.
+VariableSummary SummaryFromSums(double mean, double s1, double s2, std::size_t n, PairForm form);
+
+/// The value that follows from the sum of (x - mean x)(y - mean y) over n observations. Nothing may
+/// have overflowed on the way. Too few values, or a variable without a standard deviation, give the
+/// no-data condition.
+double PairValueFromSum(double sum, std::size_t n, const VariableSummary& x,
+                        const VariableSummary& y, PairForm form);
+
+/// The value of two series of equal length. When an operation overflows it is computed again in
+/// 80-bit extended precision.
+double PairValue(std::span<const double> x, const VariableSummary& of_x, std::span<const double> y,
+                 const VariableSummary& of_y, PairForm form);
+
+}  // namespace zavrel

@@ -1,0 +1,113 @@
+#include "matrix/scanned_variable.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "excel/error_double.h"
+#include "matrix/association_kernels.h"
+#include "platform/parallel.h"
+#include "stats/floating_point_scope.h"
+
+namespace zavrel {
+namespace {
+
+bool IsModerate(double value) { return std::abs(value) < kModerateLimit; }
+
+constexpr std::size_t kSummedTogether = 2 * kGroup;
+
+/// Sums some variables of one length, and tells which are moderate; one with gaps is not yet.
+void Sum(std::span<ScannedVariable* const> variables, const AssociationKernels& kernels) {
+  const FloatingPointScope environment;
+  const double* columns[kSummedTogether];
+  double sums[kSummedTogether];
+  for (std::size_t c = 0; c < kSummedTogether; ++c)
+    columns[c] = variables[std::min(c, variables.size() - 1)]->values.data();
+  const std::size_t groups = variables.size() > kGroup ? 2 : 1;
+  const bool all = kernels.sum_columns(columns, groups, variables[0]->values.size(), sums);
+  for (std::size_t c = 0; c < variables.size(); ++c) {
+    const VariableColumn values = variables[c]->values;
+    variables[c]->sum = sums[c];
+    variables[c]->is_moderate = all || std::all_of(values.begin(), values.end(), IsModerate);
+  }
+}
+
+void ScanValues(ScannedVariable& variable) {
+  for (std::size_t i = 0; i < variable.values.size(); ++i) {
+    const double value = variable.values[i];
+    if (value == kMissingValue) continue;
+    variable.present[i / 64] |= std::uint64_t{1} << (i % 64);
+    if (IsModerate(value)) continue;
+    variable.is_moderate = false;
+    if (variable.first_error == ScannedVariable::kNoError && ErrorCodeOf(value))
+      variable.first_error = i;
+  }
+}
+
+bool AllPresent(const ScannedVariable& variable, std::size_t observations) {
+  const auto missing = [&](std::size_t i) { return !IsSet(variable.present, i); };
+  for (std::size_t i = 0; i < observations; ++i) {
+    if (missing(i)) return false;
+  }
+  return true;
+}
+
+std::optional<std::int32_t> ErrorAt(const ScannedVariable& variable, std::size_t row) {
+  return ErrorCodeOf(variable.values[row]);
+}
+
+}  // namespace
+
+std::vector<ScannedVariable> Scan(std::span<const VariableColumn> variables,
+                                  const AssociationKernels& kernels) {
+  std::vector<ScannedVariable> scanned(variables.size());
+  std::size_t longest = 0;
+  for (const VariableColumn values : variables) longest = std::max(longest, values.size());
+  std::vector<ScannedVariable*> summed;
+  for (std::size_t c = 0; c < variables.size(); ++c) {
+    scanned[c].values = variables[c];
+    if (variables[c].size() == longest) summed.push_back(&scanned[c]);
+  }
+  ParallelFor((summed.size() + kSummedTogether - 1) / kSummedTogether, [&](std::size_t part) {
+    const std::size_t first = part * kSummedTogether;
+    Sum(std::span(summed).subspan(first, std::min(kSummedTogether, summed.size() - first)),
+        kernels);
+  });
+
+  std::vector<ScannedVariable*> looked_at;
+  for (ScannedVariable& variable : scanned) {
+    if (variable.is_moderate && variable.values.size() == longest) continue;
+    variable.is_moderate = true;
+    variable.present.assign(longest / 64 + 1, 0);
+    looked_at.push_back(&variable);
+  }
+  ParallelFor(looked_at.size(), [&](std::size_t c) {
+    ScanValues(*looked_at[c]);
+    if (AllPresent(*looked_at[c], longest)) ObservationBits().swap(looked_at[c]->present);
+  });
+  return scanned;
+}
+
+std::optional<std::int32_t> FirstErrorByPair(std::span<const ScannedVariable> variables) {
+  for (std::size_t j = 0; j < variables.size(); ++j) {
+    for (std::size_t i = 0; i <= j; ++i) {
+      const ScannedVariable& x = variables[i];
+      const ScannedVariable& y = variables[j];
+      const ScannedVariable& first = x.first_error < y.first_error ? x : y;
+      if (first.first_error < std::min(x.values.size(), y.values.size()))
+        return ErrorAt(first, first.first_error);
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<std::int32_t> FirstErrorByRow(std::span<const ScannedVariable> variables) {
+  if (variables.empty()) return std::nullopt;
+  const auto first = std::min_element(variables.begin(), variables.end(),
+                                      [](const ScannedVariable& a, const ScannedVariable& b) {
+                                        return a.first_error < b.first_error;
+                                      });
+  if (first->first_error >= variables[0].values.size()) return std::nullopt;
+  return ErrorAt(*first, first->first_error);
+}
+
+}  // namespace zavrel

@@ -1,0 +1,36 @@
+#pragma once
+// Pairs of variables without gaps.
+
+#include <span>
+#include <vector>
+
+#include "excel/double_matrix.h"
+#include "matrix/association_kernels.h"
+#include "matrix/pair_value.h"
+#include "matrix/scanned_variable.h"
+
+namespace zavrel {
+
+/// Variables without gaps and the rows and columns of the result that are theirs.
+struct WholeVariables {
+  std::vector<const ScannedVariable*> variables;
+  std::vector<std::size_t> places;
+
+  std::size_t size() const { return variables.size(); }
+  VariableColumn column(std::size_t c) const { return variables[c]->values; }
+  std::size_t rows() const { return variables.empty() ? 0 : column(0).size(); }
+};
+
+/// Values of all pairs of variables whose values are all below kModerateLimit: each is summarised
+/// once, pairs are summed side by side from blocks of deviations that stay in the fastest cache.
+/// Gives the summaries.
+std::vector<VariableSummary> CalculateModeratePairs(const WholeVariables& variables, PairForm form,
+                                                    const AssociationKernels& kernels,
+                                                    DoubleMatrix& matrix);
+
+/// Values of all pairs that have at least one of `others`, whatever their values are.
+void CalculateOtherPairs(const WholeVariables& moderate,
+                         std::span<const VariableSummary> moderate_summaries,
+                         const WholeVariables& others, PairForm form, DoubleMatrix& matrix);
+
+}  // namespace zavrel

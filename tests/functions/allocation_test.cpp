@@ -1,0 +1,73 @@
+// What a function allocates does not depend on how many cells its ranges have, blocks aside.
+#include <doctest/doctest.h>
+
+#include <cstdlib>
+#include <new>
+
+#include "functions/open_add_in.h"
+#include "platform/export.h"
+
+namespace zavrel {
+ZAV_EXPORT XLOPER12* ZavrelPairMedian(const XLOPER12*, const XLOPER12*, const XLOPER12*);
+ZAV_EXPORT XLOPER12* ZavrelPairMeanQuotient(const XLOPER12*, const XLOPER12*);
+ZAV_EXPORT XLOPER12* ZavrelPower(const XLOPER12*, const XLOPER12*);
+ZAV_EXPORT XLOPER12* ZavrelDummy(const XLOPER12*, const XLOPER12*);
+ZAV_EXPORT XLOPER12* ZavrelCountCategories(const XLOPER12*);
+}  // namespace zavrel
+
+namespace {
+bool counting = false;
+int allocations = 0;
+}  // namespace
+
+void* operator new(std::size_t bytes) {
+  if (counting && zavrel::tests::FakeExcel::inside == 0) ++allocations;
+  if (void* block = std::malloc(bytes > 0 ? bytes : 1)) return block;
+  throw std::bad_alloc();
+}
+void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
+  return std::malloc(bytes > 0 ? bytes : 1);
+}
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+
+namespace zavrel::tests {
+
+TEST_CASE("nothing is allocated per cell or per pair") {
+  OpenAddIn add_in;
+  constexpr std::int32_t kRows = 50'000;
+  const char16_t* const names[] = {u"a category of some length", u"another one of some length"};
+  for (std::int32_t row = 0; row < kRows; ++row) {
+    add_in.excel.Set(row, 0, 1.0 + row % 1000);
+    if (row % 50 != 7) add_in.excel.Set(row, 1, 1.0 + row % 7);
+    add_in.excel.Set(row, 2, names[row % 2]);
+    add_in.excel.Set(row, 3, 1.0 + row % 2);
+  }
+  add_in.excel.texts_of_numbers = {{1, u"1"}, {2, u"2"}};
+  const Reference x(Area(0, kRows - 1, 0, 0));
+  const Reference y(Area(0, kRows - 1, 1, 1));
+  const Reference groups(Area(0, kRows - 1, 2, 2));
+  const Reference codes(Area(0, kRows - 1, 3, 3));
+  const Argument two(Cell(2.0));
+  const Argument name{Cell(names[1])};
+  const auto count = [](auto call) {
+    allocations = 0;
+    counting = true;
+    const XLOPER12& result = *call();
+    counting = false;
+    CHECK((result.xltype & (xltypeNum | xltypeMulti)) != 0);
+    return allocations;
+  };
+  for (const int most : {150, 60}) {  // the cells are read in the first round
+    CAPTURE(most);
+    CHECK(count([&] { return ZavrelPairMedian(x, y, nullptr); }) < most);
+    CHECK(count([&] { return ZavrelPairMeanQuotient(x, y); }) < most);
+    CHECK(count([&] { return ZavrelPower(y, two); }) < most);
+    CHECK(count([&] { return ZavrelDummy(groups, name); }) < most);
+    CHECK(count([&] { return ZavrelDummy(codes, two); }) < most);
+    CHECK(count([&] { return ZavrelCountCategories(groups); }) < most);
+    CHECK(count([&] { return ZavrelCountCategories(codes); }) < most);
+  }
+}
+
+}  // namespace zavrel::tests

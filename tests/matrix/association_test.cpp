@@ -1,0 +1,315 @@
+#include "matrix/association.h"
+
+#include <doctest/doctest.h>
+
+#include <algorithm>
+#include <bit>
+#include <charconv>
+#include <cmath>
+#include <fstream>
+#include <limits>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "excel/error_double.h"
+#include "matrix/association_kernels.h"
+#include "platform/parallel.h"
+#include "stats/moment_block.h"
+
+namespace zavrel::tests {
+namespace {
+
+using Column = std::vector<double>;
+using Columns = std::vector<Column>;
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+const double kPlainNaN = std::bit_cast<double>(std::uint64_t{0xFFF8'0000'0000'0001});
+const double kNoData = ConditionDouble(kConditionNoData);
+const double kNotFinite = ConditionDouble(kConditionNotFinite);
+const double kTooFew = ConditionDouble(kConditionTooFew);
+
+struct Options {
+  bool correlation = false;
+  bool ranks = false;
+  bool sample = true;
+  bool listwise = false;
+};
+
+Options OptionsOf(unsigned bits) {
+  return {(bits & 1) != 0, (bits & 2) != 0, (bits & 4) != 0, (bits & 8) != 0};
+}
+
+AssociationResult Calculate(const Columns& columns, Options o,
+                            const AssociationKernels& kernels = ChosenAssociationKernels()) {
+  const std::vector<VariableColumn> variables(columns.begin(), columns.end());
+  return CalculateAssociationMatrix(o.correlation, o.ranks, o.sample, o.listwise, variables,
+                                    kernels);
+}
+
+/// One entry of the matrix of two variables.
+double Entry(const Column& x, const Column& y, Options o) {
+  return Calculate({x, y}, o).matrix[0][1];
+}
+
+std::vector<std::uint64_t> Bits(const DoubleMatrix& matrix) {
+  std::vector<std::uint64_t> bits;
+  for (const auto& row : matrix) {
+    for (const double x : row) bits.push_back(std::bit_cast<std::uint64_t>(x));
+  }
+  return bits;
+}
+
+// The plain way: a loop for every pair, nothing shared.
+Column PlainRanks(const Column& x) {
+  Column ranks;
+  for (const double a : x) {
+    double below = 0, equal = 0;
+    for (const double b : x) {
+      below += b < a ? 1 : 0;
+      equal += b == a ? 1 : 0;
+    }
+    ranks.push_back(below + (equal - 1) / 2);
+  }
+  return ranks;
+}
+
+double PlainValue(Column x, Column y, Options o) {
+  if (o.ranks) {
+    x = PlainRanks(x);
+    y = PlainRanks(y);
+  }
+  const MomentBlock of_x = ComputeMoments(x, o.sample);
+  const MomentBlock of_y = ComputeMoments(y, o.sample);
+  const auto n = static_cast<double>(x.size());
+  if (n <= (o.sample ? 1 : 0)) return kNoData;
+  if (std::isnan(of_x.standard_deviation) || std::isnan(of_y.standard_deviation)) return kNoData;
+  double s = 0;
+  for (std::size_t t = 0; t < x.size(); ++t) s += (x[t] - of_x.mean) * (y[t] - of_y.mean);
+  double value = s / (o.sample ? n - 1 : n);
+  if (o.correlation) {
+    const double spread = of_x.standard_deviation * of_y.standard_deviation;
+    if (spread == 0) return kTooFew;
+    value /= spread;
+  }
+  return std::isfinite(value) ? value : kNotFinite;
+}
+
+DoubleMatrix PlainMatrix(const Columns& columns, Options o) {
+  const std::size_t k = columns.size();
+  const auto there = [&](std::size_t c, std::size_t r) {
+    return r < columns[c].size() && columns[c][r] != kMissingValue;
+  };
+  DoubleMatrix matrix(k, Column(k));
+  for (std::size_t j = 0; j < k; ++j) {
+    for (std::size_t i = 0; i < k; ++i) {
+      const std::size_t rows =
+          o.listwise ? columns[0].size() : std::min(columns[i].size(), columns[j].size());
+      Column x, y;
+      for (std::size_t r = 0; r < rows; ++r) {
+        bool keep = there(i, r) && there(j, r);
+        for (std::size_t c = 0; o.listwise && c < k; ++c) keep = keep && there(c, r);
+        if (!keep) continue;
+        x.push_back(columns[i][r]);
+        y.push_back(columns[j][r]);
+      }
+      matrix[i][j] = PlainValue(x, y, o);
+    }
+  }
+  return matrix;
+}
+
+class RandomColumns {
+ public:
+  /// A mixture: normal values far from 0, ties, a constant; a gap in `one_in` values, or none.
+  Column Next(std::size_t rows, unsigned one_in) {
+    Column column(rows);
+    const unsigned kind = static_cast<unsigned>(random_() % 7);
+    for (double& x : column) {
+      x = normal_(random_);
+      if (kind == 0) x = 0.1;
+      if (kind == 1) x = std::round(x);
+      if (kind == 2) x = 1e6 + x / 1e3;
+      if (kind == 3) x *= 1e60;
+      if (one_in > 0 && random_() % one_in == 0) x = kMissingValue;
+    }
+    return column;
+  }
+
+ private:
+  std::mt19937_64 random_{11};
+  std::normal_distribution<double> normal_;
+};
+
+void CheckAllOptions(const Columns& columns) {
+  for (unsigned bits = 0; bits < 16; ++bits) {
+    CAPTURE(bits);
+    const AssociationResult result = Calculate(columns, OptionsOf(bits));
+    REQUIRE(!result.error);
+    CHECK(Bits(result.matrix) == Bits(PlainMatrix(columns, OptionsOf(bits))));
+  }
+}
+
+}  // namespace
+
+TEST_CASE("every option gives the bits of the plain loops") {
+  RandomColumns random;
+  for (const std::size_t k : std::initializer_list<std::size_t>{0, 1, 2, 3, 4, 5, 9}) {
+    for (const std::size_t rows : std::initializer_list<std::size_t>{0, 1, 2, 3, 7, 130}) {
+      for (const unsigned one_in : {0u, 3u, 20u}) {
+        CAPTURE(k);
+        CAPTURE(rows);
+        CAPTURE(one_in);
+        Columns columns;
+        // Some columns without gaps among the others.
+        for (std::size_t c = 0; c < k; ++c)
+          columns.push_back(random.Next(rows, c % 3 == 1 ? 0 : one_in));
+        CheckAllOptions(columns);
+      }
+    }
+  }
+}
+
+TEST_CASE("variables of unequal lengths") {
+  RandomColumns random;
+  const std::size_t lengths[] = {40, 64, 3, 65, 0, 1, 65, 39, 64};
+  for (const unsigned one_in : {0u, 8u}) {
+    Columns columns;
+    for (const std::size_t rows : lengths) columns.push_back(random.Next(rows, one_in));
+    CheckAllOptions(columns);
+    std::rotate(columns.begin(), columns.begin() + 3, columns.end());
+    CheckAllOptions(columns);
+  }
+}
+
+// More rows than a block, more columns than a part; on all threads and on one.
+TEST_CASE("instruction sets and threads make no difference") {
+  RandomColumns random;
+  for (const std::size_t k : std::initializer_list<std::size_t>{27, 40}) {
+    for (const unsigned one_in : {0u, 50u}) {
+      Columns columns;
+      for (std::size_t c = 0; c < k; ++c) columns.push_back(random.Next(1501, c < 6 ? 0 : one_in));
+      for (const bool ranks : {false, true}) {
+        const Options options{true, ranks, true, false};
+        const auto bits = Bits(Calculate(columns, options).matrix);
+        CHECK(bits == Bits(Calculate(columns, options, BaselineAssociationKernels()).matrix));
+        std::vector<std::uint64_t> serial;
+        ParallelFor(2, [&](std::size_t index) {
+          if (index == 0) serial = Bits(Calculate(columns, options).matrix);
+        });
+        CHECK(bits == serial);
+        if (!ranks) CHECK(bits == Bits(PlainMatrix(columns, options)));
+      }
+    }
+  }
+}
+
+TEST_CASE("the first cell error in the order of reading ends the call") {
+  const auto error = [](std::int32_t code) { return ErrorCodedNaN(code); };
+  const double gap = kMissingValue;
+  const auto met = [](const Columns& columns, bool listwise) {
+    return Calculate(columns, {.listwise = listwise}).error.value_or(-1);
+  };
+  // Pair by pair variable 0 is read to its end before variable 1 is looked at.
+  CHECK(met({{1, 2, error(7)}, {error(15), 2, 3}}, false) == 7);
+  CHECK(met({{1, 2, error(7)}, {error(15), 2, 3}}, true) == 15);
+  // j before i in a row; a missing partner hides nothing.
+  CHECK(met({{1, 2, 3}, {1, error(42), 3}, {error(36), 2, 3}}, false) == 42);
+  CHECK(met({{1, 2, gap}, {1, 2, error(42)}}, false) == 42);
+  CHECK(met({{1, 2, gap}, {1, 2, error(42)}}, true) == 42);
+  CHECK(met({{1, error(7), 3}, {1, error(42), 3}}, true) == 7);
+  // Not read with a shorter partner, but with itself; listwise never beyond the first variable.
+  CHECK(met({{1, 2}, {1, 2, error(29)}, {1, error(23), 3}}, false) == 29);
+  CHECK(met({{1, 2}, {1, 2, error(29)}}, true) == -1);
+}
+
+TEST_CASE("too few values, no spread, values that are no numbers") {
+  const auto bits = [](double x) { return std::bit_cast<std::uint64_t>(x); };
+  CHECK(bits(Entry({4}, {5}, {})) == bits(kNoData));
+  CHECK(bits(Entry({4}, {5}, {.sample = false})) == bits(0));
+  CHECK(bits(Entry({4}, {5}, {.correlation = true, .sample = false})) == bits(kTooFew));
+  CHECK(bits(Entry({}, {}, {.sample = false})) == bits(kNoData));
+  CHECK(bits(Entry({1, kMissingValue, 3}, {kMissingValue, 2, 3}, {})) == bits(kNoData));
+  CHECK(Entry({0.1, 0.1, 0.1}, {1, 2, 4}, {}) == doctest::Approx(0));
+  CHECK(bits(Entry({0.1, 0.1, 0.1}, {1, 2, 4}, {.correlation = true})) == bits(kTooFew));
+  // Constant only where both have values.
+  CHECK(bits(Entry({0.1, 0.1, 0.1, 7}, {1, 2, 4, kMissingValue}, {.correlation = true})) ==
+        bits(kTooFew));
+  CHECK(bits(Entry({1, kPlainNaN, 3, 5}, {1, 2, 4, 8}, {})) == bits(kNotFinite));
+  CHECK(bits(Entry({1, kInfinity, 3, 5}, {1, 2, 4, 8}, {})) == bits(kNoData));
+  CHECK(bits(Entry({1, kInfinity, 3, kMissingValue}, {1, 2, 4, 8}, {})) == bits(kNoData));
+  // Ranks make numbers of all but cell errors.
+  const Options spearman{.correlation = true, .ranks = true};
+  CHECK(Entry({1, 2, kInfinity, -kInfinity}, {2, 3, 4, 1}, spearman) == doctest::Approx(1));
+  CHECK(Entry({1, 2, kPlainNaN, kPlainNaN}, {3, 4, 1, 2}, spearman) == doctest::Approx(1));
+  CHECK(Entry({0.0, -0.0, 5}, {1, 1, 2}, spearman) == doctest::Approx(1));
+}
+
+TEST_CASE("sums that overflow are computed with more range") {
+  const Column x = {1e200, -2e200, 3e200, 5e199};
+  const Column small = {1, -2, 3, 0.5};
+  const double expected = Entry(small, small, {});
+  CHECK(Entry(x, small, {}) == doctest::Approx(expected * 1e200));
+  CHECK(std::bit_cast<std::uint64_t>(Entry(x, x, {})) == std::bit_cast<std::uint64_t>(kNotFinite));
+  CHECK(Entry(x, x, {.correlation = true}) == doctest::Approx(1));
+  // A gap, and a partner that scales the product back into range.
+  const Column gapped = {1e200, -2e200, 3e200, 5e199, kMissingValue};
+  const Column tiny = {1e-150, -2e-150, 3e-150, 5e-151, 1};
+  CHECK(Entry(gapped, gapped, {.correlation = true}) == doctest::Approx(1));
+  CHECK(Entry(gapped, tiny, {}) == doctest::Approx(expected * 1e50));
+  const double largest = std::numeric_limits<double>::max();
+  CHECK(Entry({largest, -largest}, {largest, -largest}, {.correlation = true, .sample = false}) ==
+        doctest::Approx(1));
+}
+
+namespace {
+
+std::vector<std::string> Fields(const std::string& line) {
+  std::vector<std::string> fields;
+  std::istringstream stream(line + ",");
+  for (std::string field; std::getline(stream, field, ',');) fields.push_back(field);
+  return fields;
+}
+
+double Number(const std::string& field) {
+  double value = kMissingValue;
+  std::from_chars(field.data(), field.data() + field.size(), value);
+  return value;
+}
+
+}  // namespace
+
+TEST_CASE("R's cov and cor") {
+  std::ifstream file(ZAVREL_TEST_DATA "/association.csv");
+  Columns columns;
+  int compared = 0;
+  for (std::string line; std::getline(file, line);) {
+    const std::vector<std::string> fields = Fields(line);
+    if (fields[0] == "case") columns.clear();
+    if (fields[0] == "x") {
+      Column& column = columns.emplace_back();
+      for (std::size_t f = 1; f < fields.size(); ++f) column.push_back(Number(fields[f]));
+    }
+    if (fields[0] != "m") continue;
+    CAPTURE(line.substr(0, 50));
+    const DoubleMatrix matrix = Calculate(columns, {.correlation = fields[3] == "cor",
+                                                    .ranks = fields[1] == "spearman",
+                                                    .listwise = fields[2] == "complete.obs"})
+                                    .matrix;
+    const std::size_t k = columns.size();
+    REQUIRE(fields.size() == 4 + k * k);
+    for (std::size_t e = 0; e < k * k; ++e) {
+      const double expected = Number(fields[4 + e]);
+      // R takes its means in extended precision: what cancels in a covariance is told by the
+      // spread.
+      const double spread = std::sqrt(
+          std::abs(Number(fields[4 + e / k * (k + 1)]) * Number(fields[4 + e % k * (k + 1)])));
+      CHECK(std::abs(matrix[e / k][e % k] - expected) <= 1e-12 * spread);
+    }
+    ++compared;
+  }
+  CHECK(compared == 21);
+}
+
+}  // namespace zavrel::tests

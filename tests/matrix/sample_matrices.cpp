@@ -1,0 +1,119 @@
+#include "sample_matrices.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <fstream>
+#include <limits>
+#include <random>
+#include <sstream>
+
+#include "diagnostics/message_library.h"
+
+namespace zavrel::tests {
+
+std::map<std::string, RecordedCase> RecordedCases() {
+  std::map<std::string, RecordedCase> cases;
+  std::ifstream file(ZAVREL_TEST_DATA "/matrices.csv");
+  for (std::string line; std::getline(file, line);) {
+    std::istringstream fields(line);
+    std::string name, what, field;
+    std::getline(fields, name, ',');
+    std::getline(fields, what, ',');
+    const auto next = [&] {
+      std::getline(fields, field, ',');
+      return std::stod(field);
+    };
+    const auto rows = static_cast<std::size_t>(next());
+    DoubleMatrix values(rows, std::vector<double>(static_cast<std::size_t>(next())));
+    for (std::vector<double>& row : values) std::ranges::generate(row, next);
+    cases[name][what] = std::move(values);
+  }
+  return cases;
+}
+
+DoubleMatrix RandomMatrix(std::size_t rows, std::size_t columns, std::uint32_t seed) {
+  std::mt19937 random(seed);
+  std::uniform_real_distribution<double> number(-1, 1);
+  DoubleMatrix matrix(rows, std::vector<double>(columns));
+  for (std::vector<double>& row : matrix)
+    std::ranges::generate(row, [&] { return number(random); });
+  return matrix;
+}
+
+DoubleMatrix Identity(std::size_t n) {
+  DoubleMatrix matrix(n, std::vector<double>(n));
+  for (std::size_t i = 0; i < n; ++i) matrix[i][i] = 1;
+  return matrix;
+}
+
+DoubleMatrix Transposed(const DoubleMatrix& matrix) {
+  DoubleMatrix transposed(matrix.empty() ? 0 : matrix[0].size(),
+                          std::vector<double>(matrix.size()));
+  for (std::size_t r = 0; r < matrix.size(); ++r)
+    for (std::size_t c = 0; c < transposed.size(); ++c) transposed[c][r] = matrix[r][c];
+  return transposed;
+}
+
+DoubleMatrix PlainProduct(const DoubleMatrix& a, const DoubleMatrix& b) {
+  DoubleMatrix product(a.size(), std::vector<double>(b.empty() ? 0 : b[0].size()));
+  for (std::size_t r = 0; r < a.size(); ++r)
+    for (std::size_t c = 0; c < product[r].size(); ++c)
+      for (std::size_t m = 0; m < b.size(); ++m) product[r][c] += a[r][m] * b[m][c];
+  return product;
+}
+
+double LargestSize(const DoubleMatrix& matrix) {
+  return LargestDifference(matrix,
+                           DoubleMatrix(matrix.size(), std::vector<double>(matrix.front().size())));
+}
+
+double LargestDifference(const DoubleMatrix& a, const DoubleMatrix& b) {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  if (a.size() != b.size()) return kInfinity;
+  double largest = 0;
+  for (std::size_t r = 0; r < a.size(); ++r) {
+    if (a[r].size() != b[r].size()) return kInfinity;
+    for (std::size_t c = 0; c < a[r].size(); ++c) {
+      const double difference = std::abs(a[r][c] - b[r][c]);
+      if (std::isnan(difference)) return kInfinity;
+      largest = std::max(largest, difference);
+    }
+  }
+  return largest;
+}
+
+bool AreIdentical(const DoubleMatrix& a, const DoubleMatrix& b) {
+  return std::ranges::equal(a, b, [](const auto& a_row, const auto& b_row) {
+    return std::ranges::equal(a_row, b_row, [](double x, double y) {
+      return (std::isnan(x) && std::isnan(y)) ||
+             std::bit_cast<std::uint64_t>(x) == std::bit_cast<std::uint64_t>(y);
+    });
+  });
+}
+
+DoubleMatrix WithSignsLike(DoubleMatrix matrix, const DoubleMatrix& like) {
+  for (std::size_t c = 0; c < matrix.front().size(); ++c) {
+    double product = 0;
+    for (std::size_t r = 0; r < matrix.size(); ++r) product += matrix[r][c] * like[r][c];
+    if (product >= 0) continue;
+    for (std::vector<double>& row : matrix) row[c] = -row[c];
+  }
+  return matrix;
+}
+
+std::string EnglishText(const VekException& failure) {
+  const std::string start = std::to_string(failure.message_id()) + " = ";
+  std::ifstream file(ZAVREL_SOURCE_DIR "/companions/messages/texts/en.txt");
+  for (std::string line; std::getline(file, line);) {
+    if (!line.starts_with(start)) continue;
+    const std::u16string text(line.begin() + static_cast<std::ptrdiff_t>(start.size()), line.end());
+    const std::u16string composed = ComposeMessage(text, failure.arguments());
+    std::string narrow;
+    for (const char16_t character : composed) narrow.push_back(static_cast<char>(character));
+    return narrow;
+  }
+  return "no text";
+}
+
+}  // namespace zavrel::tests

@@ -1,0 +1,76 @@
+// Against values from arbitrary-precision arithmetic: data/accuracy.csv, which
+// data/make_accuracy.py writes.
+#include <doctest/doctest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <vector>
+
+#include "pdflib/library.h"
+
+namespace zavrel::tests {
+namespace {
+
+struct Row {
+  Distribution distribution;
+  int request;
+  double argument;
+  double value;
+  double condition;  // of the value in the argument
+
+  bool quantile() const { return request == PDFLIB_QUANTILE || request == PDFLIB_UPPER_QUANTILE; }
+  /// How many epsilons the value may be off. A normal distribution loses nothing to its argument's
+  /// condition, however far out.
+  double limit() const {
+    if (distribution.discrete()) return quantile() ? 0 : 16;
+    return distribution.name == "normal" ? 4 : 4 + condition;
+  }
+};
+
+std::vector<Row> Rows() {
+  std::ifstream file(std::string(ZAVREL_TEST_DATA) + "/accuracy.csv");
+  std::vector<Row> rows;
+  std::string line;
+  std::getline(file, line);
+  while (std::getline(file, line)) {
+    std::istringstream cells(line);
+    std::vector<std::string> texts;
+    for (std::string text; std::getline(cells, text, ',');) texts.push_back(text);
+    REQUIRE(texts.size() == 7);
+    const auto number = [&](std::size_t i) {
+      return texts[i].empty() ? 0 : std::strtod(texts[i].c_str(), nullptr);
+    };
+    rows.push_back({{texts[0], number(1), number(2)},
+                    static_cast<int>(number(3)),
+                    number(4),
+                    number(5),
+                    number(6)});
+  }
+  return rows;
+}
+
+}  // namespace
+
+TEST_CASE("values agree with arbitrary-precision arithmetic, at the centre and far out") {
+  std::map<std::string, int> seen;
+  for (const Row& row : Rows()) {
+    const Distribution& distribution = row.distribution;
+    CAPTURE(distribution.name);
+    CAPTURE(distribution.a);
+    CAPTURE(distribution.b);
+    CAPTURE(row.request);
+    CAPTURE(row.argument);
+    const Reply reply = Ask(distribution, row.request, row.argument);
+    CHECK(reply.code == PDFLIB_OK);
+    const double off = std::fabs(reply.results[0] - row.value);
+    CHECK(off <= row.limit() * kEpsilon * std::fabs(row.value));
+    ++seen[distribution.name];
+  }
+  CHECK(seen.size() == 5);
+  for (const auto& [name, count] : seen) CHECK_MESSAGE(count >= 50, name);
+}
+
+}  // namespace zavrel::tests

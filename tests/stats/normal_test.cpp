@@ -1,0 +1,70 @@
+#include "stats/normal.h"
+
+#include <doctest/doctest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "stats/csv_lines.h"
+#include "stats/elementary.h"
+
+namespace zavrel::tests {
+namespace {
+
+constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+}  // namespace
+
+TEST_CASE("tails and quantiles of the normal distribution against 50 digits") {
+  double tails = 0;
+  double quantiles = 0;
+  for (const CsvLine& line : CsvLines("normal.csv")) {
+    const double argument = line.numbers[0];
+    const double expected = line.numbers[1];
+    const double result = line.kind == 't' ? NormalUpperTail(argument) : NormalQuantile(argument);
+    double& worst = line.kind == 't' ? tails : quantiles;
+    worst = std::max(worst, std::abs(result / expected - 1));
+  }
+  CHECK(tails < 4 * kEpsilon);
+  CHECK(quantiles < 6 * kEpsilon);
+}
+
+TEST_CASE("the ends of the normal distribution") {
+  CHECK(NormalUpperTail(-kInfinity) == 1);
+  CHECK(NormalUpperTail(kInfinity) == 0);
+  CHECK(NormalUpperTail(38.4) > 0);  // below the smallest normal number
+  CHECK(NormalUpperTail(39) == 0);
+  CHECK(std::isnan(NormalUpperTail(std::nan(""))));
+  CHECK(NormalQuantile(0) == -kInfinity);
+  CHECK(NormalQuantile(1) == kInfinity);
+  CHECK(NormalQuantile(0.5) == 0);
+  CHECK(NormalQuantile(5e-324) == doctest::Approx(-38.467405617144346).epsilon(1e-14));
+  for (const double p : {-1e-300, 1.0000000000000002, std::nan("")})
+    CHECK(std::isnan(NormalQuantile(p)));
+}
+
+TEST_CASE("exponential and logarithm beside the C library's") {
+  double exponential = 0;
+  double logarithm = 0;
+  double near_1 = 0;
+  for (int i = 0; i < 200'000; ++i) {
+    const double x = -707 + i * 0.00707;
+    exponential = std::max(exponential, std::abs(elementary::Exp(x) / std::exp(x) - 1));
+    const double y = std::exp(x) * 1.0000003;
+    logarithm = std::max(logarithm, std::abs(elementary::Log(y) - std::log(y)) /
+                                        std::max(1.0, std::abs(std::log(y))));
+    const double f = -0.999 + i * 6.99e-6;
+    near_1 = std::max(near_1, std::abs(elementary::Log1p(f) / std::log1p(f) - 1));
+  }
+  CHECK(exponential < 2 * kEpsilon);
+  CHECK(logarithm < 2 * kEpsilon);
+  CHECK(near_1 < 2 * kEpsilon);
+  CHECK(elementary::Exp(800) == kInfinity);
+  CHECK(elementary::Exp(-800) == 0);
+  CHECK(elementary::Exp(-740) == doctest::Approx(std::exp(-740)));
+  CHECK(elementary::Log(5e-324) == doctest::Approx(-744.4400719213812).epsilon(1e-15));
+}
+
+}  // namespace zavrel::tests

@@ -1,0 +1,91 @@
+#include "stats/studentized_range.h"
+
+#include <doctest/doctest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "stats/csv_lines.h"
+
+namespace zavrel::tests {
+namespace {
+
+std::int32_t Whole(double number) { return static_cast<std::int32_t>(number); }
+
+}  // namespace
+
+TEST_CASE("probabilities and quantiles as a second program of the algorithm has them") {
+  double probabilities = 0;
+  double quantiles = 0;
+  for (const CsvLine& line : CsvLines("studentized_range.csv")) {
+    const std::vector<double>& n = line.numbers;
+    CAPTURE(n);
+    const bool is_quantile = line.kind == 'q';
+    const StudentizedRangeResult result =
+        is_quantile ? StudentizedRangeQuantile(n[0], Whole(n[1]), Whole(n[2]))
+                    : StudentizedRangeProbability(n[0], Whole(n[1]), Whole(n[2]));
+    CHECK(result.failed == (is_quantile && n[4] != 0));
+    if (is_quantile) {
+      quantiles = std::max(quantiles, std::abs(result.value - n[3]) / std::max(n[3], 1e-10));
+    } else {
+      probabilities = std::max(probabilities, std::abs(result.value - n[3]));
+    }
+  }
+  CHECK(probabilities < 1e-12);
+  CHECK(quantiles < 1e-10);
+}
+
+TEST_CASE("the algorithm's distance from published tables") {
+  // Upper 5 % and 1 % points, E. S. Pearson and H. O. Hartley, "Biometrika Tables for
+  // Statisticians" I, table 29.
+  struct Point {
+    double p;
+    std::int32_t df, means;
+    double q;
+  };
+  for (const auto& [p, df, means, q] :
+       {Point{0.95, 10, 3, 3.88}, Point{0.95, 20, 5, 4.23}, Point{0.95, 60, 10, 4.65},
+        Point{0.99, 5, 4, 7.80}, Point{0.99, 30, 20, 6.41}, Point{0.95, 3, 2, 4.50}}) {
+    CAPTURE(q);
+    CHECK(StudentizedRangeQuantile(p, df, means).value == doctest::Approx(q).epsilon(4e-3));
+    CHECK(std::abs(StudentizedRangeProbability(q, df, means).value - p) < 1e-3);
+  }
+}
+
+TEST_CASE("arguments of the studentized range without a probability or a quantile") {
+  constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
+  for (const auto& [df, means] : {std::pair{0, 3}, {-5, 3}, {5, 1}, {5, 0}, {-kMost, -kMost}}) {
+    CHECK(StudentizedRangeProbability(3, df, means).failed);
+    CHECK(StudentizedRangeProbability(-3, df, means).failed);
+    CHECK(StudentizedRangeQuantile(0.5, df, means).failed);
+    CHECK(!StudentizedRangeQuantile(0, df, means).failed);
+  }
+  for (const double q : {0.0, -1.0, -1e308}) {
+    CHECK(StudentizedRangeProbability(q, 5, 3).value == 0);
+    CHECK(!StudentizedRangeProbability(q, 5, 3).failed);
+  }
+  for (const double p : {-0.1, 1.0, 1.5, 1e300}) {
+    CHECK(StudentizedRangeQuantile(p, 5, 3).failed);
+    CHECK(StudentizedRangeQuantile(p, 5, 3).value == 0);
+  }
+  // Whatever comes, an answer, after at most the widenings and bisections that there are.
+  for (const double extreme : {5e-324, 1e-300, 1e-17, 0.5, 0.99, 1 - 1e-10, 1 - 1.2e-16}) {
+    for (const std::int32_t df : {1, 2, 119, 120, 121, kMost}) {
+      for (const std::int32_t means : {2, 3, 100, kMost}) {
+        CAPTURE(extreme);
+        const StudentizedRangeResult quantile = StudentizedRangeQuantile(extreme, df, means);
+        CHECK(std::isfinite(quantile.value));
+        CHECK(quantile.value >= 0);
+        CHECK(quantile.evaluations <= 502);
+        if (!quantile.failed) {
+          CHECK(StudentizedRangeProbability(quantile.value, df, means).value ==
+                doctest::Approx(extreme).epsilon(1.01e-4));
+        }
+        CHECK(std::isfinite(StudentizedRangeProbability(1 / extreme, df, means).value));
+      }
+    }
+  }
+}
+
+}  // namespace zavrel::tests
