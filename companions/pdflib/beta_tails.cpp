@@ -66,10 +66,9 @@ BetaPoint Mirrored(const BetaPoint& point) {
   return {point.b, point.a, point.y, point.x, -point.lambda};
 }
 
-/// Small parameters Boost computes as well, and faster.
-bool Large(const BetaPoint& point) {
-  return point.a + point.b > 500 && point.a >= 0.5L && point.b >= 0.5L;
-}
+/// Where the fraction serves. (Boost's own incomplete beta function was seen to lose 18 epsilons at
+/// 49 and 28 degrees of freedom of F, and 64 at a million trials of the binomial distribution.)
+bool Serves(const BetaPoint& point) { return point.a >= 0.5L && point.b >= 0.5L; }
 
 }  // namespace
 
@@ -89,7 +88,7 @@ Real BetaLower(const BetaPoint& point) {
   const auto& [a, b, x, y, lambda] = point;
   if (x == 0) return 0;
   if (y == 0) return 1;
-  if (!Large(point)) return x <= y ? boost::math::ibeta(a, b, x) : boost::math::ibetac(b, a, y);
+  if (!Serves(point)) return x <= y ? boost::math::ibeta(a, b, x) : boost::math::ibetac(b, a, y);
   if (lambda < 0) return 1 - BetaLower(Mirrored(point));
   return BetaPower(point) / FractionAt(point);
 }

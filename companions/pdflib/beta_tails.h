@@ -1,5 +1,5 @@
 #pragma once
-// The incomplete beta function, right to the last digits of a double for large parameters too.
+// The incomplete beta function, right to the last digits of a double.
 
 #include "companions/pdflib/pdf_dist.h"
 

@@ -40,7 +40,7 @@ Real PositiveDist::Solve(Real probability, bool upper) const {
     const Real x = std::exp(u);
     const Real tail = upper ? UpperTailAt(x) : CumulativeAt(x);
     const Real slope = sign * x * DensityAt(x) / tail;
-    if (!(slope * sign > 0)) {  // so far out that nothing is left of the tail
+    if (!(tail > 0 && slope * sign > 0)) {  // so far out that nothing is left of the tail
       u = (u + centre) / 2;
       continue;
     }

@@ -6,10 +6,11 @@
 // symmetric or not solvable: #N/A. Results fill the calling range (functions/matrix_result.h).
 #include <array>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "addin/worksheet_function.h"
-#include "data/get_parameters.h"
+#include "data/data_argument.h"
 #include "functions/matrix_result.h"
 #include "functions/variables.h"
 #include "matrix/eigendata.h"
@@ -25,19 +26,16 @@ struct Block {
 };
 
 Block ReadBlock(const XLOPER12* argument) {
-  const Parameters parameters = GetParameters("R", MissingDataPolicy::kNumbersRequired,
-                                              std::array{argument}, {.propagate_errors = true});
-  if (!parameters.accepted()) {
-    const XXloper& failure = parameters.failure();
-    const bool unreadable = failure.record().val.err == xlerrRef && !parameters.uncalculated();
-    return {{}, unreadable ? XXloper::Error(ExcelError::kNA) : failure};
-  }
-  const std::span<const double> numbers = parameters.numbers(0);
-  const XXloper value = XXloper::FromArgument(argument);
-  const auto columns =
-      value.IsMissing() ? std::nullopt : BlockColumns(value.record(), parameters.data(0));
-  const bool whole = columns && *columns > 0 && numbers.size() % *columns == 0;
-  if (!whole || numbers.empty()) return {{}, XXloper::Error(ExcelError::kValue)};
+  const DataArgument read = ReadDataArgument(std::array{argument});
+  if (read.outcome == ReadOutcome::kUncalculated) return {{}, XXloper::Error(ExcelError::kRef)};
+  if (read.outcome != ReadOutcome::kRead) return {{}, XXloper::Error(ExcelError::kNA)};
+  constexpr MissingDataPolicy kPolicy = MissingDataPolicy::kNumbersRequired;
+  const XXloper& acceptance = read.data->Acceptance(kPolicy, true);
+  if (acceptance.type() != xltypeNil) return {{}, acceptance};
+  const std::span<const double> numbers = read.data->Numbers(kPolicy);
+  if (numbers.empty()) return {{}, XXloper::Error(ExcelError::kValue)};
+  const auto columns = BlockColumns(*argument, *read.data);
+  if (!columns || numbers.size() % *columns != 0) return {{}, XXloper::Error(ExcelError::kValue)};
   Block block;
   for (std::size_t at = 0; at < numbers.size(); at += *columns) {
     const std::span<const double> row = numbers.subspan(at, *columns);

@@ -15,8 +15,10 @@ std::optional<std::size_t> BlockColumns(const XLOPER12& part, const ExcelData& d
   if (reference && reference->areas().size() > 1) return std::nullopt;
   const CellLayout& layout = data.layout();
   switch (layout.kind) {
-    case CellLayout::Kind::kComplete:
     case CellLayout::Kind::kOpenEnd:
+      if (reference && RowsOf(reference->areas().front()) == 1) return data.size();  // a whole row
+      [[fallthrough]];
+    case CellLayout::Kind::kComplete:
       return std::max<std::size_t>(layout.width, 1);
     case CellLayout::Kind::kWholeRows:
       return data.size() / layout.width;

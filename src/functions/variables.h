@@ -35,8 +35,8 @@ class Variables {
   XXloper failure_;
 };
 
-/// The rows of a block of numbers: how many columns the cells of one area or array have, rows being
-/// full. Nothing for what is no block: several areas, a whole sheet.
+/// How many columns the cells of one area or array form, which lie row by row. Nothing for what is
+/// no block: several areas, a whole sheet.
 std::optional<std::size_t> BlockColumns(const XLOPER12& part, const ExcelData& data);
 
 }  // namespace zavrel

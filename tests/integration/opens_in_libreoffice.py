@@ -25,7 +25,8 @@ def cell_of(rows, name):
 
 def same(shown, value):
     if isinstance(value, (int, float)):
-        return shown != "" and abs(float(shown) - value) <= 1e-9 * max(1.0, abs(value))
+        number = float(shown[:-1]) / 100 if shown.endswith("%") else float(shown or "nan")
+        return abs(number - value) <= 1e-9 * max(1.0, abs(value))
     return shown == (value or "")
 
 

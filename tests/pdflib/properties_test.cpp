@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <random>
+#include <tuple>
 
 #include "pdflib/library.h"
 
@@ -111,6 +112,18 @@ TEST_CASE("tails rise, fall and sum to one; quantiles invert them") {
       QuantileInverts(random, distribution, false);
       QuantileInverts(random, distribution, true);
     }
+  }
+}
+
+TEST_CASE("quantiles whose search begins where nothing is left of the tail") {
+  for (const auto& [df1, df2, p] : {std::tuple{532.0, 1.0, 5.35862e-275},
+                                    {483748.0, 7.0, 6.58404e-210},
+                                    {10000.0, 5.0, 1e-300}}) {
+    const Distribution distribution{"f", df1, df2};
+    const Reply x = Ask(distribution, PDFLIB_QUANTILE, p);
+    CHECK(x.code == PDFLIB_OK);
+    CHECK(Value(distribution, PDFLIB_CUMULATIVE, x.results[0]) ==
+          doctest::Approx(p).epsilon(1e-12));
   }
 }
 

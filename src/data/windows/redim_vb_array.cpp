@@ -5,6 +5,8 @@
 #include <utility>
 
 #include "companions/messages/message_ids.h"
+#include "data/windows/macro_memory.h"
+#include "data/windows/macro_variant.h"
 #include "diagnostics/vek_exception.h"
 
 namespace zavrel {
@@ -79,11 +81,36 @@ void CheckShape(const DoubleMatrix& matrix) {
   }
 }
 
-/// The place of the array of doubles that a VARIANT holds or refers to; null when it does neither.
-SAFEARRAY** DoublesIn(VARIANT& variant) {
-  if (variant.vt == (VT_ARRAY | VT_R8)) return &variant.parray;
-  if (variant.vt == (VT_ARRAY | VT_R8 | VT_BYREF)) return variant.pparray;
-  return nullptr;
+/// A VARIANT of a macro's that may be written: its own, and where it holds or refers to an array of
+/// doubles the place of that.
+struct Target {
+  VARIANT& variant;
+  SAFEARRAY** array = nullptr;
+};
+
+[[noreturn]] void ThrowUnfit() {
+  throw VekInvalidDataType(kPlace, messages::kMessageInvalidDataType);
+}
+
+/// Checked before anything is touched: the system may leave a locked array behind in a VARIANT that
+/// it has already marked as empty.
+Target TargetOf(const VARIANT* given) {
+  auto* variant = const_cast<VARIANT*>(FollowReference(given));
+  if (variant == nullptr) ThrowUnfit();
+  Target target{*variant};
+  if (variant->vt == (VT_ARRAY | VT_R8)) target.array = &variant->parray;
+  if (variant->vt == (VT_ARRAY | VT_R8 | VT_BYREF) &&
+      IsWritableMemory(variant->pparray, sizeof(SAFEARRAY*))) {
+    target.array = variant->pparray;
+  }
+  // A variable of another type could not take an array.
+  if ((variant->vt & VT_BYREF) != 0 && target.array == nullptr) ThrowUnfit();
+  if (target.array != nullptr) {
+    if (*target.array != nullptr && !IsOurs(*target.array)) ThrowService();
+  } else if ((variant->vt & VT_ARRAY) != 0 && variant->parray != nullptr) {
+    if (!IsOurs(variant->parray)) ThrowService();
+  }
+  return target;
 }
 
 /// A new array in the place of what the VARIANT holds.
@@ -91,11 +118,6 @@ void Replace(VARIANT& variant, OwnedArray array) {
   if (FAILED(VariantClear(&variant))) ThrowService();
   variant.vt = VT_ARRAY | VT_R8;
   variant.parray = array.Release();
-}
-
-VARIANT& TargetOf(VARIANT* variant) {
-  const bool refers = variant->vt == (VT_VARIANT | VT_BYREF) && variant->pvarVal != nullptr;
-  return refers ? *variant->pvarVal : *variant;
 }
 
 }  // namespace
@@ -108,7 +130,7 @@ void ReDimVbArray(const DoubleMatrix& matrix, SAFEARRAY** array, LONG lower_boun
     *array = NewArray(matrix, lower_bound).Release();
     return;
   }
-  if (!HoldsDoubles(old)) throw VekInvalidDataType(kPlace, messages::kMessageInvalidDataType);
+  if (!HoldsDoubles(old)) ThrowUnfit();
   if (!IsOurs(old)) ThrowService();
   const bool keeps = SafeArrayGetDim(old) == 2 && old->rgsabound[1].cElements == matrix.size();
   if (!keeps) {
@@ -123,25 +145,24 @@ void ReDimVbArray(const DoubleMatrix& matrix, SAFEARRAY** array, LONG lower_boun
   Fill(matrix, old);
 }
 
+void RequireStorable(const VARIANT* variant) { TargetOf(variant); }
+
 void StoreMatrix(const DoubleMatrix& matrix, VARIANT* variant) {
   if (IsEmpty(matrix) || variant == nullptr) return;
-  VARIANT& target = TargetOf(variant);
-  if (SAFEARRAY** array = DoublesIn(target)) return ReDimVbArray(matrix, array, kLowerBound);
+  const Target target = TargetOf(variant);
+  if (target.array != nullptr) return ReDimVbArray(matrix, target.array, kLowerBound);
   CheckShape(matrix);
-  Replace(target, NewArray(matrix, kLowerBound));
+  Replace(target.variant, NewArray(matrix, kLowerBound));
 }
 
 void StoreVector(std::span<const double> numbers, VARIANT* variant) {
   if (numbers.empty() || variant == nullptr) return;
+  const Target target = TargetOf(variant);
   OwnedArray array(SafeArrayCreateVector(VT_R8, kLowerBound, CountOf(numbers.size())));
   std::memcpy(array.get()->pvData, numbers.data(), numbers.size_bytes());
-  VARIANT& target = TargetOf(variant);
-  SAFEARRAY** place = DoublesIn(target);
-  if (place == nullptr) return Replace(target, std::move(array));
-  if (*place != nullptr) {
-    if (!IsOurs(*place) || FAILED(SafeArrayDestroy(*place))) ThrowService();
-  }
-  *place = array.Release();
+  if (target.array == nullptr) return Replace(target.variant, std::move(array));
+  if (*target.array != nullptr && FAILED(SafeArrayDestroy(*target.array))) ThrowService();
+  *target.array = array.Release();
 }
 
 VARIANT VariantOf(const DoubleMatrix& matrix) {

@@ -22,11 +22,15 @@ inline constexpr LONG kLowerBound = 1;
 void ReDimVbArray(const DoubleMatrix& matrix, SAFEARRAY** array, LONG lower_bound);
 
 /// The same into a macro's VARIANT: into the array that it holds or refers to, if it is one of
-/// doubles; else in the place of what it holds.
+/// doubles; else in the place of what it holds. VekInvalidDataType when it refers to a variable of
+/// another type.
 void StoreMatrix(const DoubleMatrix& matrix, VARIANT* variant);
 /// The numbers as a one-dimensional array of doubles in the place of what the VARIANT holds or
 /// refers to.
 void StoreVector(std::span<const double> numbers, VARIANT* variant);
+
+/// Throws what the two above would for a VARIANT that cannot be written, and writes nothing.
+void RequireStorable(const VARIANT* variant);
 
 /// The matrix as a VARIANT of its own; the caller owns it.
 VARIANT VariantOf(const DoubleMatrix& matrix);

@@ -104,6 +104,7 @@ std::uint32_t EigendataInto(const char* name, SAFEARRAY** matrix, VARIANT* value
     DoubleMatrix eigenvectors;
     matrix::eigendata_private(MatrixIn(matrix), eigenvalues, eigenvectors,
                               {.compute_vectors = vectors != nullptr, .descending = true});
+    if (values != nullptr) RequireStorable(values);
     if (vectors != nullptr) StoreMatrix(eigenvectors, vectors);
     if (values != nullptr) StoreVector(eigenvalues, values);
   });
@@ -119,9 +120,9 @@ ZAV_EXPORT std::int32_t ZavrelCovarianceVB(SAFEARRAY** x, SAFEARRAY** y, double*
 ZAV_EXPORT std::int32_t ZavrelCovariancePVB(SAFEARRAY** x, SAFEARRAY** y, double* result) {
   return OfTwo("ZavrelCovariancePVB", false, false, x, y, result);
 }
-/// Pearson's correlation coefficient. Without spread: the too-few code.
+/// Pearson's correlation coefficient, of one element at least. Without spread: the too-few code.
 ZAV_EXPORT std::int32_t ZavrelCorrelationCoeffVB(SAFEARRAY** x, SAFEARRAY** y, double* result) {
-  return OfTwo("ZavrelCorrelationCoeffVB", true, true, x, y, result);
+  return OfTwo("ZavrelCorrelationCoeffVB", true, false, x, y, result);
 }
 
 /// The covariance matrix of the columns of `data` (observations in rows) into `result`; the options

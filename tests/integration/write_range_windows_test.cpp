@@ -1,0 +1,143 @@
+// A macro has the add-in write a block of values into a range.
+#include <doctest/doctest.h>
+
+#include <string>
+
+#include "integration/entry_point.h"
+#include "integration/running_add_in.h"
+#include "support/fake_object.h"
+
+namespace zavrel::tests {
+namespace {
+
+using GetExceptionInfo = std::int32_t(std::uint32_t, BSTR*, BSTR*, BSTR*);
+
+/// A range object as a macro has one, by row and column from 1.
+struct FakeRange {
+  FakeRange(long row, long column, long row_count, long column_count) {
+    book.texts[L"Name"] = L"Book.xlsx";
+    sheet.texts[L"Name"] = L"Data";
+    sheet.objects[L"Parent"] = &book;
+    areas.numbers[L"Count"] = 1;
+    rows.numbers[L"Count"] = row_count;
+    columns.numbers[L"Count"] = column_count;
+    range.objects = {
+        {L"Worksheet", &sheet}, {L"Areas", &areas}, {L"Rows", &rows}, {L"Columns", &columns}};
+    range.numbers = {{L"Row", row}, {L"Column", column}};
+    variant.vt = VT_DISPATCH;
+    variant.pdispVal = &range;
+  }
+  ~FakeRange() { CHECK((areas.references == 1 && rows.references == 1 && range.references == 1)); }
+  FakeRange(const FakeRange&) = delete;
+  FakeRange& operator=(const FakeRange&) = delete;
+
+  FakeObject book, sheet, areas, rows, columns, range;
+  VARIANT variant{};
+};
+
+/// An array of a macro's; nobody may leave it locked.
+struct MacroArray {
+  MacroArray(VARTYPE type, std::initializer_list<ULONG> sizes) {
+    SAFEARRAYBOUND bounds[3] = {};
+    UINT dimensions = 0;
+    for (const ULONG size : sizes) bounds[dimensions++] = {size, 1};
+    array = SafeArrayCreate(type, dimensions, bounds);
+    REQUIRE(array != nullptr);
+  }
+  MacroArray(const MacroArray&) = delete;
+  MacroArray& operator=(const MacroArray&) = delete;
+  ~MacroArray() {
+    CHECK(array->cLocks == 0);
+    SafeArrayDestroy(array);
+  }
+  template <class Element>
+  Element* elements() const {
+    return static_cast<Element*>(array->pvData);
+  }
+
+  SAFEARRAY* array = nullptr;
+};
+
+std::uint32_t Write(const VARIANT& range, SAFEARRAY** values) {
+  return EntryPoint<std::uint32_t(const VARIANT*, SAFEARRAY**)>("ZavrelWriteRangeVB")(&range,
+                                                                                      values);
+}
+
+std::wstring NameOf(std::uint32_t failure) {
+  BSTR name = nullptr;
+  CHECK(EntryPoint<GetExceptionInfo>("ZavrelGetExceptionInfoVB")(failure, &name, nullptr,
+                                                                 nullptr) == 1);
+  const std::wstring text(name, SysStringLen(name));
+  SysFreeString(name);
+  return text;
+}
+
+std::unique_ptr<zavhost::Engine> AddInWithBook() {
+  zavhost::Workbook book;
+  book.file_name = u"Book.xlsx";
+  book.sheets.emplace_back(u"Other");
+  book.sheets.emplace_back(u"Data");
+  return ServingAddIn(std::move(book));
+}
+
+}  // namespace
+
+TEST_CASE("numbers and values of every kind are written into the cells of a range") {
+  auto engine = AddInWithBook();
+  FakeRange two_by_three(2, 2, 2, 3);
+  MacroArray numbers(VT_R8, {2, 3});
+  for (int i = 0; i < 6; ++i) numbers.elements<double>()[i] = i;
+  CHECK(Write(two_by_three.variant, &numbers.array) == 0);
+  CHECK(Shown(*engine, u"+Data!A1:D3") == "0,0,0,0;0,0,2,4;0,1,3,5;");
+
+  FakeRange below(5, 1, 2, 3);
+  MacroArray mixed(VT_VARIANT, {2, 2});
+  auto* cells = mixed.elements<VARIANT>();
+  cells[0].vt = VT_BSTR;
+  cells[0].bstrVal = SysAllocString(L"text");
+  cells[1].vt = VT_BOOL;
+  cells[1].boolVal = VARIANT_TRUE;
+  cells[2].vt = VT_I2;
+  cells[2].iVal = -7;
+  cells[3].vt = VT_ERROR;
+  cells[3].scode = static_cast<SCODE>(0x800A07D7);
+  CHECK(Write(below.variant, &mixed.array) == 0);
+  // What the block does not reach is filled as the host fills it.
+  CHECK(Shown(*engine, u"+Data!A5:C6") == "text,-7,#N/A;TRUE,#DIV/0!,#N/A;");
+  MacroArray row(VT_I4, {3});
+  for (int i = 0; i < 3; ++i) row.elements<LONG>()[i] = i + 1;
+  FakeRange one_row(8, 1, 1, 3);
+  CHECK(Write(one_row.variant, &row.array) == 0);
+  CHECK(Shown(*engine, u"+Data!A8:C8") == "1,2,3;");
+  CHECK(Shown(*engine, u"ZavCount(Other!A:Z)") == "0");
+  CloseClean(*engine);
+}
+
+TEST_CASE("a write that cannot be done writes nothing and says why") {
+  auto engine = AddInWithBook();
+  FakeRange range(1, 1, 2, 2);
+  MacroArray numbers(VT_R8, {2, 2});
+  MacroArray deep(VT_R8, {2, 2, 2}), empty(VT_R8, {0, 2}), objects(VT_DISPATCH, {2, 2});
+  CHECK(NameOf(Write(range.variant, &deep.array)) == L"VekArraySizeError");
+  CHECK(NameOf(Write(range.variant, &empty.array)) == L"VekArraySizeError");
+  CHECK(NameOf(Write(range.variant, nullptr)) == L"VekArraySizeError");
+  CHECK(NameOf(Write(range.variant, &objects.array)) == L"VekInvalidDataType");
+  FakeRange outside(1048576, 1, 2, 2), several(1, 1, 2, 2), elsewhere(1, 1, 2, 2);
+  several.areas.numbers[L"Count"] = 2;
+  elsewhere.sheet.texts[L"Name"] = L"No such sheet";
+  VARIANT number{};
+  number.vt = VT_R8;
+  for (const VARIANT& bad : {outside.variant, several.variant, elsewhere.variant, number})
+    CHECK(NameOf(Write(bad, &numbers.array)) == L"VekInvalidDataType");
+
+  engine->workbook().sheets[1].set_protected(true);
+  const std::uint32_t refused = Write(range.variant, &numbers.array);
+  CHECK(NameOf(refused) == L"VekxlSetFailed");
+  CHECK(Shown(*engine, u"ZavCount(Data!A:Z)") == "0");
+  engine->workbook().sheets[1].set_protected(false);
+  CHECK(Write(range.variant, &numbers.array) == 0);
+  CHECK(Shown(*engine, u"ZavCount(Data!A:Z)") == "4");
+  CloseClean(*engine);
+}
+
+}  // namespace zavrel::tests
