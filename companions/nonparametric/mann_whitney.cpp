@@ -61,7 +61,8 @@ double LowerTail(int m, int n, double u) {
 
 double ExactPValue(int m, int n, double u, std::int32_t alternative) {
   return PValue(
-      alternative, [&] { return LowerTail(m, n, u); }, [&] { return LowerTail(m, n, m * n - u); });
+      alternative, u - m * n / 2.0, [&] { return LowerTail(m, n, u); },
+      [&] { return LowerTail(m, n, m * n - u); });
 }
 
 double AnyPValue(std::int32_t size_1, std::int32_t size_2, double rank_sum_1,

@@ -17,20 +17,21 @@ inline bool IsAlternative(std::int32_t alternative) {
   return alternative >= NPT_LESS && alternative <= NPT_GREATER;
 }
 
-/// `lower` and `upper` give the probabilities of a statistic as small and as great; only those that
-/// are needed are computed.
+/// Of a statistic whose distribution is symmetric, at this distance from its mean. `lower` and
+/// `upper` give the probabilities of one as small and as great; only the one that is needed is
+/// computed.
 template <class Lower, class Upper>
-double PValue(std::int32_t alternative, Lower lower, Upper upper) {
+double PValue(std::int32_t alternative, double distance, Lower lower, Upper upper) {
   if (alternative == NPT_LESS) return lower();
   if (alternative == NPT_GREATER) return upper();
-  return std::min(2 * std::min(lower(), upper()), 1.0);
+  return std::min(2 * (distance < 0 ? lower() : upper()), 1.0);
 }
 
-/// By the normal distribution, `distance` being the statistic less its mean.
+/// The same by the normal distribution.
 inline double NormalPValue(std::int32_t alternative, double distance, double variance) {
   const double deviation = std::sqrt(variance);
   return PValue(
-      alternative, [&] { return zavrel::NormalUpperTail(-(distance + 0.5) / deviation); },
+      alternative, distance, [&] { return zavrel::NormalUpperTail(-(distance + 0.5) / deviation); },
       [&] { return zavrel::NormalUpperTail((distance - 0.5) / deviation); });
 }
 

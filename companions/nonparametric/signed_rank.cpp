@@ -60,7 +60,8 @@ double AnyPValue(std::int32_t n, double v, std::int32_t alternative) {
   if (n > WSR_EXACT_LARGEST)
     return NormalPValue(alternative, v - all / 2, count * (count + 1) * (2 * count + 1) / 24);
   return PValue(
-      alternative, [&] { return LowerTail(n, v); }, [&] { return LowerTail(n, all - v); });
+      alternative, v - all / 2, [&] { return LowerTail(n, v); },
+      [&] { return LowerTail(n, all - v); });
 }
 
 }  // namespace
