@@ -5,9 +5,9 @@
 #include <span>
 #include <string_view>
 
-#include "data/block_pool.h"
 #include "data/cell_layout.h"
 #include "data/get_parameters.h"
+#include "platform/block_pool.h"
 #include "stats/pairs.h"
 
 namespace zavrel {

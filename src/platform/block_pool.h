@@ -1,16 +1,18 @@
 #pragma once
-// Memory of data sets. Fresh memory is the costliest part of reading a large range, so that large
-// blocks which a data set lets go of are kept, up to a limit, for the next one.
+// Memory of data sets and matrices. Fresh memory is the costliest part of reading a large range or
+// of a product, so that large blocks which nobody needs any more are kept, up to a limit, for the
+// next one.
 
 #include <cstddef>
 #include <cstring>
+#include <span>
 #include <type_traits>
 #include <utility>
 
 namespace zavrel {
 
 /// A block of at least `bytes` bytes, uninitialised, aligned for any scalar type; `*granted` is its
-/// size. Throws std::bad_alloc. Used from one thread only, as all data sets are.
+/// size. Throws std::bad_alloc. Any thread may call these functions.
 void* TakeBlock(std::size_t bytes, std::size_t* granted);
 /// Gives a block back with the size that was granted.
 void GiveBlock(void* block, std::size_t granted) noexcept;
@@ -52,6 +54,8 @@ class BlockArray {
 
   T* data() { return data_; }
   const T* data() const { return data_; }
+  std::span<T> elements() { return {data_, size_}; }
+  std::span<const T> elements() const { return {data_, size_}; }
   std::size_t size() const { return size_; }
   std::size_t capacity() const { return granted_ / sizeof(T); }
   std::size_t bytes() const { return granted_; }

@@ -1,6 +1,7 @@
-#include "data/block_pool.h"
+#include "platform/block_pool.h"
 
 #include <array>
+#include <atomic>
 #include <bit>
 #include <new>
 
@@ -19,6 +20,19 @@ struct KeptBlock {
 // Constant-initialised and without a destructor: a data set may be let go of late in the process.
 constinit std::array<KeptBlock, kSlots> kept{};
 constinit std::size_t kept_bytes = 0;
+constinit std::atomic_flag busy{};  // a mutex of this standard library would be made at run time
+
+struct Lock {
+  Lock() noexcept {
+    while (busy.test_and_set(std::memory_order_acquire)) busy.wait(true);
+  }
+  ~Lock() {
+    busy.clear(std::memory_order_release);
+    busy.notify_one();
+  }
+  Lock(const Lock&) = delete;
+  Lock& operator=(const Lock&) = delete;
+};
 
 // Large sizes are rounded up to an eighth of their power of two, so that a block fits its like.
 std::size_t Granted(std::size_t bytes) {
@@ -50,6 +64,7 @@ void* TakeBlock(std::size_t bytes, std::size_t* granted) {
   const std::size_t size = Granted(bytes);
   if (size < bytes) throw std::bad_alloc();
   if (size >= kSmallestKept) {
+    const Lock lock;
     if (KeptBlock* slot = BestFit(size)) {
       void* block = slot->block;
       *granted = slot->bytes;
@@ -68,6 +83,7 @@ void GiveBlock(void* block, std::size_t granted) noexcept {
     ::operator delete(block);
     return;
   }
+  const Lock lock;
   KeptBlock* smallest = &kept[0];
   for (KeptBlock& slot : kept) {
     if (slot.bytes < smallest->bytes) smallest = &slot;
@@ -85,11 +101,15 @@ void GiveBlock(void* block, std::size_t granted) noexcept {
 }
 
 void ReleaseKeptBlocks() noexcept {
+  const Lock lock;
   for (KeptBlock& slot : kept) {
     if (slot.block != nullptr) FreeSlot(slot);
   }
 }
 
-std::size_t KeptBlockBytes() noexcept { return kept_bytes; }
+std::size_t KeptBlockBytes() noexcept {
+  const Lock lock;
+  return kept_bytes;
+}
 
 }  // namespace zavrel
