@@ -2,6 +2,7 @@
 // functions.
 #include <doctest/doctest.h>
 
+#include "integration/entry_point.h"
 #include "integration/host_process.h"
 
 namespace zavrel::tests {
@@ -92,7 +93,7 @@ TEST_CASE("without the extension, or with a broken one, its functions are not th
     present += std::wstring(present.empty() ? L"=" : L"+") + L"ISNUMBER(Zav" + name + L"+0)*1";
     absent += std::wstring(absent.empty() ? L"=" : L"+") + L"ISERROR(Zav" + name + L"+0)*1";
   }
-  CHECK(Show(AddInFile().parent_path(), present).shown == "19");
+  CHECK(Show(FolderLikeShipped("with extension"), present).shown == "19");
   CHECK(Show(folder, absent).shown == "19");
   CHECK(Show(folder, L"=ZavMWpValue(2,2,3,0)").shown == "#NAME?");
 
@@ -101,6 +102,16 @@ TEST_CASE("without the extension, or with a broken one, its functions are not th
   CHECK(Show(folder, absent).shown == "19");
   CHECK(Show(folder, L"=ZavMWpValue(2,2,3,0)").shown == "#NAME?");
   CHECK(Show(folder, L"=ZavMean(4,4)").shown == "4");
+}
+
+TEST_CASE("a macro draws a random number") {
+  auto engine = ServingAddIn();
+  auto* const draw = EntryPoint<double()>("ZavrelRandVB");
+  for (int i = 0; i < 100; ++i) {
+    const double number = draw();
+    CHECK((number >= 0 && number < 1));
+  }
+  CloseClean(*engine);
 }
 
 TEST_CASE("a companion without a function is told of once, and released") {
