@@ -13,7 +13,7 @@ namespace {
 
 /// Holds every count: where the product of the sizes is in reach of the exact p-value, there are
 /// fewer than C(100, 50) = 1.01e29 arrangements.
-__extension__ typedef unsigned __int128 Count;
+__extension__ using Count = unsigned __int128;
 
 bool IsExact(std::int32_t size_1, std::int32_t size_2) {
   return std::int64_t{size_1} * size_2 <= MW_EXACT_LARGEST_PRODUCT;

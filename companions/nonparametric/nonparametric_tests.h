@@ -51,6 +51,7 @@ enum { WSR_EXACT_LARGEST = 1000 };
 /* The largest product of the sample sizes whose p-value is exact: 50 and 50, 25 and 100, ... */
 enum { MW_EXACT_LARGEST_PRODUCT = 2500 };
 
+/* NOLINTNEXTLINE(modernize-use-using): C has no other way. */
 typedef struct NptRankSums {
   double ties;                /* groups of two or more equal values */
   double tie_correction_term; /* sum of t^3 - t over the groups of t equal values */

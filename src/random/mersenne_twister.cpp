@@ -17,7 +17,7 @@ constexpr std::uint32_t Twisted(std::uint32_t upper, std::uint32_t lower) {
 
 void* MersenneTwister::Destroy(std::uint32_t flags) noexcept {
   if ((flags & 1) != 0) delete this;
-  return this;
+  return this;  // NOLINT(clang-analyzer-cplusplus.NewDelete): a bare address
 }
 
 void MersenneTwister::Seed(std::uint32_t value) noexcept {
