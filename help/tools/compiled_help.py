@@ -5,7 +5,6 @@ folder: it runs in a mount namespace of its own whose root is the help folder.
 """
 
 import html
-import os
 import pathlib
 import shutil
 import struct
@@ -60,22 +59,22 @@ def _project(files, language):
             + "\n[MAP]\n" + "".join(f"#define {name} {topic}\n" for topic, name in ids.items()))
 
 
+_SYSTEM_FOLDERS = ("usr", "lib", "lib64", "etc", "proc", "dev")  # what chmcmd needs below its root
+
+
 def _compile(folder):
-    """Copies what chmcmd needs into the folder, and runs it with the folder as its root."""
     program = shutil.which("chmcmd")
-    if program is None or shutil.which("unshare") is None:
-        raise SystemExit("chmcmd (package fp-utils) and unshare (util-linux) are needed")
-    needed = [program]
-    # The libraries that it loads at start, and their loader.
-    for line in subprocess.run(["ldd", program], capture_output=True, text=True).stdout.splitlines():
-        needed += [word for word in line.split() if word.startswith("/")]
-    for file in needed:
-        copy = folder / pathlib.Path(os.path.abspath(file)).relative_to("/")
-        copy.parent.mkdir(parents=True, exist_ok=True)
-        shutil.copy(os.path.realpath(file), copy)
-    run = subprocess.run(["unshare", "-rm", "chroot", str(folder), os.path.abspath(program), "help.hhp"],
-                         capture_output=True, text=True)
-    if not (folder / "help.chm").exists():
+    if program is None:
+        raise SystemExit("chmcmd is needed (package fp-utils)")
+    mounts = []
+    for name in _SYSTEM_FOLDERS:
+        if pathlib.Path("/", name).is_dir():
+            (folder / name).mkdir()
+            mounts.append(f"mount --rbind /{name} {name}")
+    run = subprocess.run(["unshare", "--map-root-user", "--mount", "sh", "-c",
+                          " && ".join([*mounts, f"exec chroot . {program} help.hhp"])],
+                         cwd=folder, capture_output=True, text=True)
+    if run.returncode != 0 or not (folder / "help.chm").exists():
         raise SystemExit(f"chmcmd made no file:\n{run.stdout}{run.stderr}")
 
 

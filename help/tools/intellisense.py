@@ -12,7 +12,7 @@ def _arguments(page, language):
     """One entry for each name: the server shows "..." as more of the same."""
     for names, text in page.arguments(language):
         for name in names.split(", "):
-            yield name, text
+            yield name, text.replace("`", "")
 
 
 def make(language):
@@ -21,7 +21,7 @@ def make(language):
     for name, english in pages.function_pages().items():
         page = pages.function_pages(language).get(name, english)
         function = page.function
-        attributes = {"Name": name, "Description": page.summary(language)}
+        attributes = {"Name": name, "Description": page.summary(language).replace("`", "")}
         if function.topic != -1:
             attributes["HelpTopic"] = f"{compiled_help.file_name(language)}!{function.topic}"
         element = tree.SubElement(info, "Function", attributes)
