@@ -54,7 +54,7 @@ def _project(files, language):
     listing = "\n".join(sorted(name for name in files if name.endswith((".html", ".css"))))
     return (f"[OPTIONS]\nCompatibility=1.1 or later\nCompiled file=help.chm\nContents file=help.hhc\n"
             f"Index file=help.hhk\nDefault topic=index.html\nTitle=Zavrel Functions\n"
-            f"Language={_WINDOWS_LANGUAGE[language][0]}\nFull-text search=Yes\n\n[FILES]\n{listing}\n\n[ALIAS]\n"
+            f"Language={_WINDOWS_LANGUAGE[language][0]}\nFull-text search=Yes\nBinary Index=No\n\n[FILES]\n{listing}\n\n[ALIAS]\n"
             + "".join(f"{name}={name}.html\n" for name in ids.values())
             + "\n[MAP]\n" + "".join(f"#define {name} {topic}\n" for topic, name in ids.items()))
 
@@ -76,6 +76,19 @@ def _compile(folder):
                          cwd=folder, capture_output=True, text=True)
     if run.returncode != 0 or not (folder / "help.chm").exists():
         raise SystemExit(f"chmcmd made no file:\n{run.stdout}{run.stderr}")
+
+
+def _without_times(content):
+    """The file with the times of its making, in its header and in #SYSTEM, set to 0: the same pages give the
+    same bytes."""
+    made = bytearray(content)
+    made[16:20] = bytes(4)
+    entry = struct.pack("<IHH", 3, 10, 4)  # the version of #SYSTEM, and its first entry
+    if made.count(entry) != 1:
+        raise SystemExit("the compiled help's #SYSTEM cannot be found")
+    at = made.index(entry) + len(entry)
+    made[at:at + 4] = bytes(4)
+    return bytes(made)
 
 
 def mapped_pages(file):
@@ -119,6 +132,8 @@ def build(language, folder):
         for file, text in (("help.hhc", _contents(renderer)), ("help.hhk", index), ("help.hhp", _project(files, language))):
             (scratch / file).write_bytes(text.encode(code_page, "xmlcharrefreplace"))
         _compile(scratch)
-        _check(scratch / "help.chm")
+        made = scratch / "help.chm"
+        made.write_bytes(_without_times(made.read_bytes()))
+        _check(made)
         folder.mkdir(parents=True, exist_ok=True)
-        shutil.copy(scratch / "help.chm", folder / file_name(language))
+        shutil.copy(made, folder / file_name(language))

@@ -129,7 +129,7 @@ class Renderer:
             parts.append(f"<h2>{titles[self.language]}</h2>\n<table class=\"arguments\">")
             for name in names:
                 own = pages.function_pages(self.language).get(name, self.functions[name])
-                summary = markdown_pages._first_sentence(own.summary(self.language))
+                summary = markdown_pages.first_sentence(own.summary(self.language))
                 parts.append(f'<tr><th><a href="{name}.html">{name}</a></th><td>{self.inline(summary)}</td></tr>')
             parts.append("</table>")
         return self.document(self.words["title"], "\n".join(parts))

@@ -1,5 +1,6 @@
 """The help as Markdown files: docs/functions."""
 
+import itertools
 import re
 
 from . import pages, registration
@@ -29,21 +30,28 @@ def sheet(rows):
     return [["", *letters]] + [[f"**{i}**", *row] for i, row in enumerate(rows, 1)]
 
 
+def _examples(examples):
+    """Examples without a word between them in one block."""
+    return "```\n" + "\n".join("\n".join([example.shown_formula] + [f"→ {' | '.join(row)}" for row in example.rows])
+                                for example in examples) + "\n```"
+
+
 def _blocks(blocks, known):
-    for block in blocks:
-        if block.kind == "heading":
-            yield f"## {block.content}"
-        elif block.kind == "paragraph":
-            yield _inline(block.content, known)
-        elif block.kind == "list":
-            yield "\n".join(f"- {_inline(item, known)}" for item in block.content)
-        elif block.kind == "table":
-            yield "\n".join(_cells([[_inline(cell, known) for cell in row] for row in block.content]))
-        elif block.kind == "formula":
-            yield f"$$\n{block.content}\n$$"
-        else:
-            example = block.content
-            yield "```\n" + "\n".join([example.shown_formula] + [f"→ {' | '.join(row)}" for row in example.rows]) + "\n```"
+    for is_example, group in itertools.groupby(blocks, lambda block: block.kind == "example"):
+        if is_example:
+            yield _examples([block.content for block in group])
+            continue
+        for block in group:
+            if block.kind == "heading":
+                yield f"## {block.content}"
+            elif block.kind == "paragraph":
+                yield _inline(block.content, known)
+            elif block.kind == "list":
+                yield "\n".join(f"- {_inline(item, known)}" for item in block.content)
+            elif block.kind == "table":
+                yield "\n".join(_cells([[_inline(cell, known) for cell in row] for row in block.content]))
+            else:
+                yield f"$$\n{block.content}\n$$"
 
 
 def _page(page, known):
@@ -75,7 +83,7 @@ def split_examples(page):
     return page.blocks, []
 
 
-def _first_sentence(text):
+def first_sentence(text):
     return re.split(r"(?<=\.)\s", text)[0]
 
 
@@ -87,7 +95,7 @@ def _index(function_pages, topics):
     for titles, names in pages.contents():
         parts.append(f"## {titles['en']}")
         parts.append("\n".join(
-            _cells([["function", ""]] + [[f"[`{name}`]({name}.md)", _first_sentence(function_pages[name].summary("en"))]
+            _cells([["function", ""]] + [[f"[`{name}`]({name}.md)", first_sentence(function_pages[name].summary("en"))]
                                          for name in names])))
     return _NOTICE + "\n\n".join(parts) + "\n"
 

@@ -17,6 +17,9 @@ and goes on in a small part of Markdown: paragraphs, `- ` lists, tables, `##` he
 
 A formula in braces is an array formula. A row of its result is a line, cells are separated by ` | `.
 A section "Arguments" replaces the arguments' helps of the registration: `- name: help`.
+
+Pages of other languages than English hold no more than the summary, the syntax and the arguments, of the
+functions whose English page does not take these from the registration.
 """
 
 import csv
@@ -70,8 +73,7 @@ class Page:
         return self.header.get("title", self.name)
 
     def summary(self, language):
-        text = self.header.get("summary") or registration.resolve(self.function.help, language)
-        return text
+        return self.header.get("summary") or registration.resolve(self.function.help, language)
 
     def syntax(self, language):
         if "syntax" in self.header:
@@ -136,7 +138,7 @@ def read_page(file, function=None):
     header_text, _, body = file.read_text(encoding="utf-8").partition("\n\n")
     header = {}
     for line in header_text.splitlines():
-        key, colon, value = line.partition(": ")
+        key, colon, value = line.partition(":")
         if not colon or key not in ("see", "data", "title", "summary", "syntax", "pending"):
             raise SystemExit(f"{file}: not a header: {line}")
         header[key] = value.strip()
