@@ -21,6 +21,7 @@ class Function:
     listed: bool
     topic: int  # -1: none
     category: int
+    arity: int | None  # how many arguments are registered; None: 30
     argument_text: object
     help: object
     argument_helps: tuple
@@ -31,6 +32,13 @@ class Function:
     def is_private(self):
         """Called by macros of the suite only."""
         return re.search(r"Private2?$", self.name) is not None
+
+
+def _arity(types):
+    """From a type text: a letter for the result and one for each argument, and marks."""
+    if not types.startswith('"'):
+        return None
+    return len(re.sub(r"[!%$#]", "", types.strip('"'))) - 1
 
 
 def _text(word):
@@ -56,6 +64,7 @@ def functions():
         rows.append(Function(
             name=row["name"], export=row["export"], listed=row["listed"] == "kListed",
             topic=-1 if row["topic"] == "kNoTopic" else int(row["topic"]), category=int(row["category"]),
+            arity=_arity(row["types"]),
             argument_text=_text(row["arguments"]), help=_text(row["help"]),
             argument_helps=tuple(_text(h) for h in (helps[:-1] if repeats else helps)), repeats=repeats,
             extension=row.start() > extension_begins))
