@@ -98,4 +98,5 @@ class _Reader:
 
 def to_html(text):
     reader = _Reader(text + "\0")
-    return re.sub(r" +", " ", reader.sequence("\0")).strip()
+    spaced = re.sub(r" +", " ", reader.sequence("\0")).strip()
+    return re.sub(r"(<su[bp]>|\()( [−±]) ", lambda m: m[1] + m[2].strip(), spaced)  # a sign, not an operation

@@ -7,7 +7,7 @@ A page begins with a header of `key: value` lines, up to the first blank line:
     title     of a topic
     summary, syntax
               what the function computes and its arguments' names, where the registration has none
-    pending   why the tests do not calculate the examples yet
+    pending   why the examples are not right yet; the tests say when they are
 
 and goes on in a small part of Markdown: paragraphs, `- ` lists, tables, `##` headings, `code`, *emphasis*,
 [links](topic), $formulas$ in a small part of TeX, and examples:

@@ -119,26 +119,35 @@ def agrees(shown, value):
     return shown == (value or "(empty text)")
 
 
+def right(example, rows):
+    return (rows is not None and [len(row) for row in rows] == [len(row) for row in example.rows] and
+            all(agrees(shown, value) for shown_row, row in zip(example.rows, rows)
+                for shown, value in zip(shown_row, row)))
+
+
 def main():
     wine_run, zavhost, folder = sys.argv[1:]
     folder = pathlib.Path(folder)
     folder.mkdir(parents=True, exist_ok=True)
-    everything = [*pages.function_pages().values(), *pages.topics().values()]
-    with_examples = [page for page in everything if page.examples and "pending" not in page.header]
-    placed = write_workbook(folder / "examples.xlsx", with_examples)
+    by_name = {page.name: page for page in [*pages.function_pages().values(), *pages.topics().values()] if page.examples}
+    placed = write_workbook(folder / "examples.xlsx", by_name.values())
     values = calculate(wine_run, zavhost, folder / "examples.xlsx")
-    wrong = 0
+    pending = {name for name, page in by_name.items() if "pending" in page.header}
+    problems = []
+    still_pending = set()
     for place, example in placed.items():
         rows = values.get(place)
-        same_shape = rows is not None and [len(row) for row in rows] == [len(row) for row in example.rows]
-        if not same_shape or not all(agrees(shown, value) for shown_row, row in zip(example.rows, rows)
-                                     for shown, value in zip(shown_row, row)):
-            wrong += 1
-            print(f"{place[0]}: {example.shown_formula} shows {example.rows}, but is {rows}")
-    pending = sum(len(page.examples) for page in everything if "pending" in page.header)
-    print(f"{len(placed)} examples on {len(with_examples)} pages calculated, {wrong} of them wrong; {pending} pending")
-    if wrong or not placed:
-        sys.exit(1)
+        if right(example, rows):
+            continue
+        if place[0] in pending:
+            still_pending.add(place[0])
+        else:
+            problems.append(f"{place[0]}: {example.shown_formula} shows {example.rows}, but is {rows}")
+    problems += [f"{name}: its examples are right, and need not be marked as pending" for name in pending - still_pending]
+    print("\n".join(sorted(problems)))
+    print(f"{len(placed)} examples on {len(by_name)} pages calculated, {len(problems)} problems; "
+          f"pending are {', '.join(sorted(still_pending)) or 'none'}")
+    sys.exit(1 if problems or not placed else 0)
 
 
 if __name__ == "__main__":
