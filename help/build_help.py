@@ -3,15 +3,17 @@
 
     build_help.py markdown [--check]     docs/functions; with --check only says what is out of date
     build_help.py html FOLDER            HTML pages, a folder for each language
-    build_help.py compiled FOLDER        compiled help files; needs chmcmd, 7z and unshare
-    build_help.py intellisense FOLDER    help while typing, in English and, as FOLDER/help/LANGUAGE, the others
+    build_help.py compiled FOLDER        compiled help; needs chmcmd, 7z and unshare
+    build_help.py intellisense FOLDER    help while typing
+
+Compiled help and help while typing are English in FOLDER; other languages' stand in FOLDER/help/LANGUAGE.
 """
 
 import argparse
 import pathlib
 import sys
 
-from tools import compiled_help, html_pages, intellisense, markdown_pages, registration
+from tools import compiled_help, html_pages, intellisense, languages, markdown_pages
 
 
 def markdown(check):
@@ -28,10 +30,14 @@ def markdown(check):
         (folder / name).unlink()
 
 
+def place(folder, name):
+    """Where the files of a language stand that are English beside the add-in."""
+    return folder if name == "en" else folder / "help" / name
+
+
 def write_intellisense(folder):
-    for language in registration.LANGUAGES:
-        place = folder if language == "en" else folder / "help" / language
-        html_pages.write({intellisense.FILE: intellisense.make(language)}, place)
+    for name in languages.NAMES:
+        html_pages.write({intellisense.FILE: intellisense.make(name)}, place(folder, name))
 
 
 def main():
@@ -47,9 +53,8 @@ def main():
     if arguments.what == "html":
         html_pages.build(arguments.folder)
     elif arguments.what == "compiled":
-        for language in registration.LANGUAGES:
-            place = arguments.folder if language == "en" else arguments.folder / "help" / language
-            compiled_help.build(language, place)
+        for name in languages.NAMES:
+            compiled_help.build(name, place(arguments.folder, name))
     else:
         write_intellisense(arguments.folder)
 

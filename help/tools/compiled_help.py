@@ -13,9 +13,6 @@ import tempfile
 
 from . import html_pages, pages, registration
 
-_WINDOWS_LANGUAGE = {"en": ("0x409", "cp1252"), "de": ("0x407", "cp1252")}
-
-
 def file_name(language):
     return "ZavrelFuncs8_x64.chm" if language == "en" else f"ZavrelFuncs8_x64.{language}.chm"
 
@@ -44,17 +41,17 @@ def _site_map(lines):
 def _contents(renderer):
     lines = [_node(renderer.words["title"], "index.html")]
     lines += [_node(topic.title, f"{topic.name}.html") for topic in renderer.topics.values()]
-    for titles, names in pages.contents():
-        lines += [_node(titles[renderer.language]), "<ul>", *(_node(name, f"{name}.html") for name in names), "</ul>"]
+    for title, names in pages.contents():
+        lines += [_node(renderer.language.group(title)), "<ul>", *(_node(name, f"{name}.html") for name in names), "</ul>"]
     return _site_map(lines)
 
 
-def _project(files, language):
+def _project(files, windows_language):
     ids = topic_ids()
     listing = "\n".join(sorted(name for name in files if name.endswith((".html", ".css"))))
     return (f"[OPTIONS]\nCompatibility=1.1 or later\nCompiled file=help.chm\nContents file=help.hhc\n"
             f"Index file=help.hhk\nDefault topic=index.html\nTitle=Zavrel Functions\n"
-            f"Language={_WINDOWS_LANGUAGE[language][0]}\nFull-text search=Yes\nBinary Index=No\n\n[FILES]\n{listing}\n\n[ALIAS]\n"
+            f"Language={windows_language}\nFull-text search=Yes\nBinary Index=No\n\n[FILES]\n{listing}\n\n[ALIAS]\n"
             + "".join(f"{name}={name}.html\n" for name in ids.values())
             + "\n[MAP]\n" + "".join(f"#define {name} {topic}\n" for topic, name in ids.items()))
 
@@ -125,12 +122,12 @@ def build(language, folder):
     with tempfile.TemporaryDirectory() as name:
         scratch = pathlib.Path(name)
         html_pages.write(files, scratch)
-        code_page = _WINDOWS_LANGUAGE[language][1]
         entries = sorted([*renderer.functions, *renderer.topics], key=str.lower)
         titles = {entry: renderer.topics[entry].title if entry in renderer.topics else entry for entry in entries}
         index = _site_map([_node(titles[entry], f"{entry}.html") for entry in entries])
-        for file, text in (("help.hhc", _contents(renderer)), ("help.hhk", index), ("help.hhp", _project(files, language))):
-            (scratch / file).write_bytes(text.encode(code_page, "xmlcharrefreplace"))
+        project = _project(files, renderer.language.windows_language)
+        for file, text in (("help.hhc", _contents(renderer)), ("help.hhk", index), ("help.hhp", project)):
+            (scratch / file).write_bytes(text.encode(renderer.language.code_page, "xmlcharrefreplace"))
         _compile(scratch)
         made = scratch / "help.chm"
         made.write_bytes(_without_times(made.read_bytes()))

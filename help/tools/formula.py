@@ -4,15 +4,13 @@ import html
 import re
 
 _SYMBOLS = {
-    "alpha": "α", "beta": "β", "chi": "χ", "lambda": "λ", "mu": "μ", "nu": "ν", "pi": "π", "sigma": "σ", "rho": "ρ",
-    "Phi": "Φ", "Gamma": "Γ", "cdot": "·", "times": "×", "le": "≤", "ge": "≥", "ne": "≠", "pm": "±", "infty": "∞",
-    "dots": "…", "ldots": "…", "approx": "≈", "in": "∈", "mid": "|", "lfloor": "⌊", "rfloor": "⌋", "lceil": "⌈",
-    "rceil": "⌉", "to": "→", "quad": "\u2003", "qquad": "\u2003\u2003", ",": "\u2009", ";": "\u2005", " ": " ",
-    "{": "{", "}": "}", "int": "∫", "lvert": "|", "rvert": "|", "top": "⊤",
+    "lambda": "λ", "mu": "μ", "nu": "ν", "pi": "π", "sigma": "σ", "Phi": "Φ", "Gamma": "Γ", "cdot": "·", "le": "≤",
+    "ge": "≥", "dots": "…", "lvert": "|", "rvert": "|", "top": "⊤", "quad": "\u2003", "qquad": "\u2003\u2003",
+    ",": "\u2009", ";": "\u2005", "{": "{", "}": "}",
 }
-_WORDS = {"max", "min", "ln", "log", "exp", "median", "Pr"}
+_WORDS = {"max", "min", "ln", "log", "exp"}
 _BIG = {"sum": "∑", "prod": "∏"}
-_RELATIONS = set("=<>≤≥≠≈+−±·×∈→")
+_RELATIONS = set("=<>≤≥+−·")
 _TOKEN = re.compile(r"\\text\{[^}]*\}|\\[A-Za-z]+|\\.|\s+|[\d.]+|.")
 
 
@@ -71,7 +69,7 @@ class _Reader:
         name = token[1:]
         if name.startswith("text{"):
             return _span("word", html.escape(name[5:-1]))
-        if name in ("frac", "tfrac"):
+        if name == "frac":
             above, below = self.group(), self.group()
             return _span("frac", _span("above", above) + _span("below", below))
         if name == "sqrt":
@@ -99,4 +97,4 @@ class _Reader:
 def to_html(text):
     reader = _Reader(text + "\0")
     spaced = re.sub(r" +", " ", reader.sequence("\0")).strip()
-    return re.sub(r"(<su[bp]>|\()( [−±]) ", lambda m: m[1] + m[2].strip(), spaced)  # a sign, not an operation
+    return re.sub(r"(<su[bp]>|\()( −) ", lambda m: m[1] + m[2].strip(), spaced)  # a sign, not an operation

@@ -4,29 +4,20 @@ import html
 import pathlib
 import re
 
-from . import formula, german, markdown_pages, pages, registration
+from . import formula, languages, markdown_pages, pages, registration
 
 STYLE = pathlib.Path(__file__).parent / "help.css"
-WORDS = {
-    "en": {"arguments": "Arguments", "formula": "Formula", "examples": "Examples", "see": "See also",
-           "data": "Data of the examples", "contents": "Contents", "title": "Zavrel Functions",
-           "category": "Category in the function wizard"},
-    "de": {"arguments": "Argumente", "formula": "Formel", "examples": "Beispiele", "see": "Siehe auch",
-           "data": "Daten der Beispiele", "contents": "Inhalt", "title": "Zavrel Functions",
-           "category": "Kategorie im Funktionsassistenten",
-           "more": "Genaueres steht auf der englischen Seite"},
-}
-
 
 class Renderer:
     """One language's pages. `linked_english`: where the English pages stand, if a page may refer to them."""
 
-    def __init__(self, language, linked_english=None):
-        self.language = language
-        self.words = WORDS[language]
+    def __init__(self, name, linked_english=None):
+        self.name = name
+        self.language = languages.named(name)
+        self.words = self.language.words
         self.linked_english = linked_english
         self.functions = pages.function_pages()
-        self.topics = pages.topics() if language == "en" else {}
+        self.topics = pages.topics() if name == "en" else {}
 
     def inline(self, text):
         kept = []
@@ -56,11 +47,9 @@ class Renderer:
         return "\n".join(lines + ["</table>"])
 
     def example(self, example):
-        formula_text, rows = example.shown_formula, example.rows
-        if self.language == "de":
-            formula_text, rows = german.formula(formula_text), [[german.value(cell) for cell in row] for row in rows]
-        cells = "".join("<tr>" + "".join(f"<td>{html.escape(cell)}</td>" for cell in row) + "</tr>" for row in rows)
-        return (f'<div class="example"><code>{html.escape(formula_text)}</code>'
+        cells = "".join("<tr>" + "".join(f"<td>{html.escape(self.language.value(cell))}</td>" for cell in row) + "</tr>"
+                        for row in example.rows)
+        return (f'<div class="example"><code>{html.escape(self.language.formula(example.shown_formula))}</code>'
                 f'<table class="result">{cells}</table></div>')
 
     def block(self, block):
@@ -77,8 +66,10 @@ class Renderer:
         return self.example(block.content)
 
     def document(self, title, body):
-        home = "" if title == self.words["title"] else f'<p class="home"><a href="index.html">{self.words["contents"]}</a></p>\n'
-        return (f'<!DOCTYPE html>\n<html lang="{self.language}">\n<head>\n<meta charset="utf-8">\n'
+        home = f'<p class="home"><a href="index.html">{self.words["contents"]}</a></p>\n'
+        if title == self.words["title"]:
+            home = ""
+        return (f'<!DOCTYPE html>\n<html lang="{self.name}">\n<head>\n<meta charset="utf-8">\n'
                 '<meta http-equiv="X-UA-Compatible" content="IE=edge">\n'
                 '<meta name="viewport" content="width=device-width, initial-scale=1">\n'
                 f"<title>{html.escape(title)}</title>\n"
@@ -88,15 +79,16 @@ class Renderer:
         parts = [f"<h1>{html.escape(page.title)}</h1>"]
         own = page
         if page.function:
-            own = pages.function_pages(self.language).get(page.name, page)
-            parts.append(f'<p class="syntax"><code>{html.escape(own.syntax(self.language))}</code></p>')
-            parts.append(f'<p class="lead">{self.inline(own.summary(self.language))}</p>')
-            if arguments := own.arguments(self.language):
+            own = pages.function_pages(self.name).get(page.name, page)
+            parts.append(f'<p class="syntax"><code>{html.escape(own.syntax(self.name))}</code></p>')
+            parts.append(f'<p class="lead">{self.inline(own.summary(self.name))}</p>')
+            if arguments := own.arguments(self.name):
                 parts.append(f"<h2>{self.words['arguments']}</h2>")
-                rows = "".join(f"<tr><th>{html.escape(name)}</th><td>{self.inline(text)}</td></tr>" for name, text in arguments)
+                rows = "".join(f"<tr><th>{html.escape(name)}</th><td>{self.inline(text)}</td></tr>"
+                               for name, text in arguments)
                 parts.append(f'<table class="arguments">{rows}</table>')
         before, examples = markdown_pages.split_examples(page)
-        if self.language != "en":
+        if self.name != "en":
             formulas = [block for block in before if block.kind == "formula"]
             before = [pages.Block("heading", self.words["formula"])] * bool(formulas) + formulas
             examples = [pages.Block("heading", self.words["examples"])] * bool(examples) + [
@@ -104,9 +96,7 @@ class Renderer:
         parts.extend(map(self.block, before))
         if "data" in page.header:
             parts.append(f"<h2>{self.words['data']}</h2>")
-            rows = pages.data_rows(page.header["data"])
-            if self.language == "de":
-                rows = [[german.value(cell) for cell in row] for row in rows]
+            rows = [[self.language.value(cell) for cell in row] for row in pages.data_rows(page.header["data"])]
             parts.append(self.table(markdown_pages.sheet(rows), "sheet"))
         parts.extend(map(self.block, examples))
         links = [f'<a href="{name}.html">{self.topics[name].title if name in self.topics else name}</a>'
@@ -117,7 +107,7 @@ class Renderer:
             parts.append(f'<p class="more"><a href="{self.linked_english}/{page.name}.html">{self.words["more"]}</a>.</p>')
         if page.function:
             parts.append(f'<p class="category">{self.words["category"]}: '
-                         f"{html.escape(registration.category_name(page.function, self.language))}</p>")
+                         f"{html.escape(registration.category_name(page.function, self.name))}</p>")
         return self.document(page.title, "\n".join(parts))
 
     def index(self):
@@ -125,11 +115,11 @@ class Renderer:
         if self.topics:
             parts.append("<ul>" + "".join(f'<li><a href="{topic.name}.html">{html.escape(topic.title)}</a></li>'
                                           for topic in self.topics.values()) + "</ul>")
-        for titles, names in pages.contents():
-            parts.append(f"<h2>{titles[self.language]}</h2>\n<table class=\"arguments\">")
+        for title, names in pages.contents():
+            parts.append(f"<h2>{self.language.group(title)}</h2>\n<table class=\"arguments\">")
             for name in names:
-                own = pages.function_pages(self.language).get(name, self.functions[name])
-                summary = markdown_pages.first_sentence(own.summary(self.language))
+                own = pages.function_pages(self.name).get(name, self.functions[name])
+                summary = markdown_pages.first_sentence(own.summary(self.name))
                 parts.append(f'<tr><th><a href="{name}.html">{name}</a></th><td>{self.inline(summary)}</td></tr>')
             parts.append("</table>")
         return self.document(self.words["title"], "\n".join(parts))
@@ -150,6 +140,6 @@ def write(files, folder):
 
 def build(folder):
     """Folders en, de, ... in `folder`."""
-    for language in registration.LANGUAGES:
-        linked = None if language == "en" else "../en"
-        write(Renderer(language, linked).files(), folder / language)
+    for name in languages.NAMES:
+        linked = None if name == "en" else "../en"
+        write(Renderer(name, linked).files(), folder / name)

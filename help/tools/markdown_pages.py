@@ -60,7 +60,8 @@ def _page(page, known):
         parts.append(f"`{page.syntax('en')}`")
         parts.append(page.summary("en"))
         if arguments := page.arguments("en"):
-            parts.append("\n".join(_cells([["argument", ""]] + [[f"*{name}*", _inline(text, known)] for name, text in arguments])))
+            explained = [[f"*{name}*", _inline(text, known)] for name, text in arguments]
+            parts.append("\n".join(_cells([["argument", ""], *explained])))
     before, examples = split_examples(page)
     parts.extend(_blocks(before, known))
     if "data" in page.header:
@@ -92,8 +93,8 @@ def _index(function_pages, topics):
              "Every page says what a function computes and with which result its examples end. The same pages ship "
              "as HTML and as a compiled help file.",
              "\n".join(f"- [{topic.title}]({topic.name}.md)" for topic in topics.values())]
-    for titles, names in pages.contents():
-        parts.append(f"## {titles['en']}")
+    for title, names in pages.contents():
+        parts.append(f"## {title}")
         parts.append("\n".join(
             _cells([["function", ""]] + [[f"[`{name}`]({name}.md)", first_sentence(function_pages[name].summary("en"))]
                                          for name in names])))

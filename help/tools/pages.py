@@ -166,13 +166,11 @@ def topics():
 
 @functools.cache
 def contents():
-    """The groups of help/contents.txt: (titles by language, names of their functions)."""
+    """The groups of help/contents.txt: (title, names of their functions)."""
     groups = []
-    titles = None
     for line in (HELP / "contents.txt").read_text(encoding="utf-8").splitlines():
         if line.startswith("# "):
-            titles = dict(part.strip().split(": ", 1) for part in line[2:].split(" | "))
-            groups.append((titles, []))
+            groups.append((line[2:], []))
         elif line.strip():
             groups[-1][1].extend(line.split())
     return groups

@@ -7,7 +7,7 @@ import sys
 import xml.etree.ElementTree as tree
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "help"))
-from tools import compiled_help, formula, german, html_pages, intellisense, pages, registration  # noqa: E402
+from tools import compiled_help, formula, html_pages, intellisense, languages, pages, registration  # noqa: E402
 
 
 def completeness():
@@ -30,7 +30,7 @@ def completeness():
 
 def arguments():
     """In every language a page has a summary, and names and explains as many arguments as are registered."""
-    for language in registration.LANGUAGES:
+    for language in languages.NAMES:
         for name, english in pages.function_pages().items():
             page = pages.function_pages(language).get(name, english)
             where = f"{name} ({language})"
@@ -50,7 +50,7 @@ def arguments():
 
 def translations():
     """A page that takes its texts not from the registration has a translation, and no other page has one."""
-    for language in registration.LANGUAGES:
+    for language in languages.NAMES:
         if language == "en":
             continue
         own = {name for name, page in pages.function_pages().items()
@@ -86,9 +86,25 @@ def examples():
                 yield f"{page.name}: {example.shown_formula} has no rectangular result"
 
 
+def excel_and_headings():
+    """Every language has all headings, all titles and a name for each of Excel's functions in the examples."""
+    headings = set(languages.named("en").words)
+    groups = {title for title, _ in pages.contents()}
+    used = set().union(*(languages.functions_in(example.formula) for page in pages.function_pages().values()
+                         for example in page.examples)) - set(pages.function_pages())
+    for name in languages.NAMES:
+        if name not in registration.LANGUAGES:
+            yield f"help/{name}: there are no message texts in that language"
+        if name == "en":
+            continue
+        own = languages.named(name)
+        for missing in [*(headings - set(own.words)), *(groups ^ set(own.groups)), *(used - set(own.excel["names"]))]:
+            yield f"help/{name}/language.json: {missing}"
+
+
 def outputs():
-    """What the generators have of their own: formulas of German, the XML, the topics."""
-    translated = german.formula('{=ZavMean({1,2.5;3,4},IF(A1>=0.5,TRUE,"a,b"))}')
+    """What the generators have of their own: formulas in German, TeX, the XML, links."""
+    translated = languages.named("de").formula('{=ZavMean({1,2.5;3,4},IF(A1>=0.5,TRUE,"a,b"))}')
     if translated != '{=ZavMean({1.2,5;3.4};WENN(A1>=0,5;WAHR;"a,b"))}':
         yield f"German formula: {translated}"
     fraction = formula.to_html(r"\frac{x_i}{2}")
@@ -96,7 +112,7 @@ def outputs():
                     '<span class="below">2</span></span>'):
         yield f"formula: {fraction}"
     space = "{http://schemas.excel-dna.net/intellisense/1.0}"
-    for language in registration.LANGUAGES:
+    for language in languages.NAMES:
         root = tree.fromstring(intellisense.make(language))
         listed = root.findall(f"{space}FunctionInfo/{space}Function")
         if [element.get("Name") for element in listed] != list(pages.function_pages()):
@@ -113,7 +129,8 @@ def outputs():
 
 
 def main():
-    wrong = [problem for check in (completeness, arguments, translations, links, examples, outputs) for problem in check()]
+    checks = (completeness, arguments, translations, excel_and_headings, links, examples, outputs)
+    wrong = [problem for check in checks for problem in check()]
     print("\n".join(wrong) or f"{len(pages.function_pages())} pages of functions and {len(pages.topics())} topics are right")
     sys.exit(1 if wrong else 0)
 
