@@ -161,7 +161,9 @@ def function_pages(language="en"):
 
 @functools.cache
 def topics():
-    return {file.stem: read_page(file) for file in sorted((HELP / "en/topics").glob("*.md"))}
+    """Those that the contents begin with, in their order."""
+    names = (HELP / "contents.txt").read_text(encoding="utf-8").partition("#")[0].split()
+    return {name: read_page(HELP / f"en/topics/{name}.md") for name in names}
 
 
 @functools.cache
@@ -171,6 +173,6 @@ def contents():
     for line in (HELP / "contents.txt").read_text(encoding="utf-8").splitlines():
         if line.startswith("# "):
             groups.append((line[2:], []))
-        elif line.strip():
+        elif groups:
             groups[-1][1].extend(line.split())
     return groups

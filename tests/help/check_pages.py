@@ -22,6 +22,8 @@ def completeness():
         yield f"{name}: {'not in the contents' if name in wanted else 'in the contents, but no function'}"
     for name in sorted(name for name in set(listed) if listed.count(name) > 1):
         yield f"{name}: more than once in the contents"
+    for name in {file.stem for file in (pages.HELP / "en/topics").glob("*.md")} - set(pages.topics()):
+        yield f"{name}: a topic that is not in the contents"
     private = {function.name for function in registration.functions() if function.is_private}
     mentioned = set(re.findall(r"\w+Private2?", (pages.HELP / "en/topics/macro-functions.md").read_text(encoding="utf-8")))
     for name in sorted(private ^ mentioned):
