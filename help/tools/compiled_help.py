@@ -5,6 +5,7 @@ folder: it runs in a mount namespace of its own whose root is the help folder.
 """
 
 import html
+import os
 import pathlib
 import shutil
 import struct
@@ -70,7 +71,8 @@ def _compile(folder):
             mounts.append(f"mount --rbind /{name} {name}")
     run = subprocess.run(["unshare", "--map-root-user", "--mount", "sh", "-c",
                           " && ".join([*mounts, f"exec chroot . {program} help.hhp"])],
-                         cwd=folder, capture_output=True, text=True)
+                         cwd=folder, capture_output=True, text=True,
+                         env=os.environ | {"PATH": os.environ["PATH"] + ":/usr/sbin"})  # where chroot is
     if run.returncode != 0 or not (folder / "help.chm").exists():
         raise SystemExit(f"chmcmd made no file:\n{run.stdout}{run.stderr}")
 
