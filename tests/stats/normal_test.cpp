@@ -18,17 +18,20 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 }  // namespace
 
 TEST_CASE("tails and quantiles of the normal distribution against 50 digits") {
-  double tails = 0;
-  double quantiles = 0;
+  int tails = 0;
+  int quantiles = 0;
   for (const CsvLine& line : CsvLines("normal.csv")) {
     const double argument = line.numbers[0];
     const double expected = line.numbers[1];
-    const double result = line.kind == 't' ? NormalUpperTail(argument) : NormalQuantile(argument);
-    double& worst = line.kind == 't' ? tails : quantiles;
-    worst = std::max(worst, std::abs(result / expected - 1));
+    CAPTURE(line.kind);
+    CAPTURE(argument);
+    const bool tail = line.kind == 't';
+    const double result = tail ? NormalUpperTail(argument) : NormalQuantile(argument);
+    CHECK(std::abs(result / expected - 1) < (tail ? 4 : 6) * kEpsilon);
+    ++(tail ? tails : quantiles);
   }
-  CHECK(tails < 4 * kEpsilon);
-  CHECK(quantiles < 6 * kEpsilon);
+  CHECK(tails >= 200);
+  CHECK(quantiles >= 150);
 }
 
 TEST_CASE("the ends of the normal distribution") {
@@ -63,7 +66,7 @@ TEST_CASE("exponential and logarithm beside the C library's") {
   CHECK(near_1 < 2 * kEpsilon);
   CHECK(elementary::Exp(800) == kInfinity);
   CHECK(elementary::Exp(-800) == 0);
-  CHECK(elementary::Exp(-740) == doctest::Approx(std::exp(-740)));
+  CHECK(std::abs(elementary::Exp(-740) - std::exp(-740)) <= 5e-324);
   CHECK(elementary::Log(5e-324) == doctest::Approx(-744.4400719213812).epsilon(1e-15));
 }
 
