@@ -11,7 +11,7 @@
 
 #include "addin/target_computation.h"
 #include "addin/worksheet_function.h"
-#include "data/block_pool.h"
+#include "platform/block_pool.h"
 #include "data/cell_layout.h"
 #include "data/get_parameters.h"
 #include "excel/error_double.h"

@@ -224,7 +224,7 @@ class CompactedPair {
 }  // namespace
 
 void CalculateCompactedPairs(std::span<const ScannedVariable> variables,
-                             std::span<const std::vector<std::uint32_t>> orders,
+                             std::span<const BlockArray<std::uint32_t>> orders,
                              bool immoderate_only, PairForm form, DoubleMatrix& matrix) {
   std::vector<Pair> pairs;
   std::size_t most_rows = 0;
@@ -241,9 +241,10 @@ void CalculateCompactedPairs(std::span<const ScannedVariable> variables,
   ParallelFor(parts, [&](std::size_t part) {
     for (std::size_t p = part; p < pairs.size(); p += parts) {
       const auto [i, j] = pairs[p];
-      const double value = orders.empty() ? scratch[part].Value(variables[i], variables[j], form)
-                                          : scratch[part].RankValue(variables[i], orders[i],
-                                                                    variables[j], orders[j], form);
+      const double value = orders.empty()
+                               ? scratch[part].Value(variables[i], variables[j], form)
+                               : scratch[part].RankValue(variables[i], orders[i].elements(),
+                                                         variables[j], orders[j].elements(), form);
       matrix[i][j] = value;
       matrix[j][i] = value;
     }

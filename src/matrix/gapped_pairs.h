@@ -8,6 +8,7 @@
 #include "matrix/association_kernels.h"
 #include "matrix/pair_value.h"
 #include "matrix/scanned_variable.h"
+#include "platform/block_pool.h"
 
 namespace zavrel {
 
@@ -21,7 +22,7 @@ void CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, Pa
 /// that CalculateModerateGappedPairs leaves out; of ranks when there are `orders`, one for each
 /// variable. Each pair's observations are copied together.
 void CalculateCompactedPairs(std::span<const ScannedVariable> variables,
-                             std::span<const std::vector<std::uint32_t>> orders,
+                             std::span<const BlockArray<std::uint32_t>> orders,
                              bool immoderate_only, PairForm form, DoubleMatrix& matrix);
 
 }  // namespace zavrel

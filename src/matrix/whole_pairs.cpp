@@ -60,6 +60,9 @@ class ModeratePairs {
   struct Part {
     std::span<const Tile> tiles;
     std::unique_ptr<double[]> packed;
+    /// The groups whose tile on the diagonal is among them: their deviations are summed here.
+    std::size_t first_diagonal;
+    std::size_t end_of_diagonals;
   };
 
   void MakeTiles() {
@@ -81,8 +84,14 @@ class ModeratePairs {
       const std::size_t end = tiles_.size() * (p + 1) / count;
       const std::size_t packed_groups = groups_ - tiles_[begin].a;
       parts_.push_back({std::span(tiles_).subspan(begin, end - begin),
-                        std::make_unique<double[]>(packed_groups * block_rows_ * kGroup)});
+                        std::make_unique<double[]>(packed_groups * block_rows_ * kGroup),
+                        DiagonalsBefore(begin), DiagonalsBefore(end)});
     }
+  }
+
+  std::size_t DiagonalsBefore(std::size_t tile) const {
+    return tile < tiles_.size() ? tiles_[tile].a + std::size_t{tiles_[tile].a != tiles_[tile].b}
+                                : groups_;
   }
 
   void AddUp(const Part& part) {
@@ -97,13 +106,13 @@ class ModeratePairs {
       return part.packed.get() + (group - first_group) * block_rows_ * kGroup;
     };
     for (std::size_t g = first_group; g < groups_; ++g) {
+      const bool is_summed_here = part.first_diagonal <= g && g < part.end_of_diagonals;
       kernels_.pack_deviations(&columns_[g * kGroup], first_row, rows, &means_[g * kGroup],
-                               packed(g));
+                               packed(g), is_summed_here ? &deviation_sums_[g] : nullptr);
     }
     for (const Tile& tile : part.tiles) {
       const double* a = packed(tile.a);
       const double* b_next = tile.groups > 1 ? packed(tile.b + 1) : nullptr;
-      if (tile.a == tile.b) kernels_.add_deviations(a, rows, &deviation_sums_[tile.a]);
       kernels_.add_products(a, packed(tile.b), b_next, rows, tile.products);
     }
   }
