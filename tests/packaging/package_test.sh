@@ -114,10 +114,11 @@ wine reg delete 'HKCU\Software\Microsoft\Office' /f >/dev/null
 folder="$WINEPREFIX/drive_c/Über uns/Zavrel"
 # The last argument is read as it stands to the end of the line: it must not be quoted, as one with a blank
 # would be.
-wine "first/$setup" /S '/D=C:\Über' 'uns\Zavrel'
+wine "first/$setup" /S /COMPANION '/D=C:\Über' 'uns\Zavrel'
 registry >elsewhere.txt
 check "the add-in is the first of all" 'open_values elsewhere.txt | grep -q "^\"OPEN\"=.*Zavrel.*ZavrelFuncs8_x64[.]xll"'
-check "and works there" '[ "$(wine "$folder/ZavHost.exe" eval "=ZavSum(1,2)" | tr -d "\r")" = 3 ]'
+check "and the companion the second" 'open_values elsewhere.txt | grep -q "^\"OPEN1\"=\"..C:.*Zavrel.*ZavrelCompanion[.]xlam..\"$"'
+check "the add-in works there" '[ "$(wine "$folder/ZavHost.exe" eval "=ZavSum(1,2)" | tr -d "\r")" = 3 ]'
 uninstall /S
 check "nothing is left of it" '[ ! -e "$folder" ] && ! wine reg query "HKCU\\Software\\Microsoft\\Office" >/dev/null 2>&1'
 
