@@ -20,12 +20,11 @@ constexpr const char* kFooter =
     "  ZavHost eval \"=ZavMean(price)\" --data sales.csv\n"
     "  ZavHost functions ZavMean                  help for a function; without a name, all of "
     "them\n"
+    "  ZavHost doctor                             check this installation\n"
     "\n"
-    "Exit codes: 0 success; 1 a file, a formula or the add-in cannot be used; 2 the add-in broke "
-    "a\n"
-    "rule of the Excel C API; 3 it crashed; 4 circular references or formulas that cannot be "
-    "read;\n"
-    "64 a mistake in the command line.";
+    "Exit codes: 0 success; 1 a file, a formula or the add-in cannot be used, or the doctor found\n"
+    "a problem; 2 the add-in broke a rule of the Excel C API; 3 it crashed; 4 circular references\n"
+    "or formulas that cannot be read; 64 a mistake in the command line.";
 
 struct Texts {
   std::string workbook, output, data, add_in;
@@ -98,6 +97,11 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
   AddFormOptions(*functions, json, csv);
   AddCommonOptions(*functions, line, texts);
 
+  CLI::App* doctor =
+      app.add_subcommand("doctor", "Check an installation and report what support would ask for");
+  doctor->add_flag("--json", json, "Write JSON");
+  AddCommonOptions(*doctor, line, texts);
+
   try {
     std::reverse(arguments.begin(), arguments.end());
     app.parse(arguments);
@@ -110,9 +114,10 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
     std::cerr << "--output: no file is named\n";
     return {std::nullopt, kExitUsage};
   }
-  line.command = run->parsed()    ? Command::kRun
-                 : eval->parsed() ? Command::kEval
-                                  : Command::kFunctions;
+  line.command = run->parsed()      ? Command::kRun
+                 : eval->parsed()   ? Command::kEval
+                 : doctor->parsed() ? Command::kDoctor
+                                    : Command::kFunctions;
   line.form = json ? OutputForm::kJson : csv ? OutputForm::kCsv : OutputForm::kTable;
   line.workbook = FromUtf8Path(texts.workbook);
   line.output = FromUtf8Path(texts.output);

@@ -9,7 +9,7 @@
 
 namespace zavhost {
 
-enum class Command { kRun, kEval, kFunctions };
+enum class Command { kRun, kEval, kFunctions, kDoctor };
 enum class OutputForm { kTable, kJson, kCsv };
 
 /// Exit codes of the program; the help lists them.

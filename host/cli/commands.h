@@ -1,5 +1,5 @@
 #pragma once
-// The three commands. Each writes its result to stdout, everything else to stderr, and gives the
+// The commands. Each writes its result to stdout, everything else to stderr, and gives the
 // program's exit code. A WorkbookError or FormulaError is the caller's to report.
 
 #include <filesystem>
@@ -15,6 +15,7 @@ namespace zavhost {
 int RunCommand(const CommandLine& line);
 int EvalCommand(const CommandLine& line);
 int FunctionsCommand(const CommandLine& line);
+int DoctorCommand(CommandLine line);
 
 /// An engine with the add-in of the command line loaded and announced.
 std::unique_ptr<Engine> StartEngine(const CommandLine& line, Workbook workbook);

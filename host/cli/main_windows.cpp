@@ -54,6 +54,8 @@ int Dispatch(const CommandLine& line) {
       return EvalCommand(line);
     case Command::kFunctions:
       return FunctionsCommand(line);
+    case Command::kDoctor:
+      return DoctorCommand(line);
   }
   return kExitUsage;
 }

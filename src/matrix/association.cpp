@@ -108,9 +108,15 @@ void CalculateWholePairs(std::span<const ScannedVariable> variables, PairForm fo
     kind.variables.push_back(&variables[c]);
     kind.places.push_back(c);
   }
-  const std::vector<VariableSummary> summaries =
-      CalculateModeratePairs(moderate, form, kernels, matrix);
-  CalculateOtherPairs(moderate, summaries, others, form, matrix);
+  auto summaries = CalculateModeratePairs(moderate, form, kernels, matrix);
+  if (!summaries) {
+    others.variables.insert(others.variables.end(), moderate.variables.begin(),
+                            moderate.variables.end());
+    others.places.insert(others.places.end(), moderate.places.begin(), moderate.places.end());
+    moderate = {};
+    summaries.emplace();
+  }
+  CalculateOtherPairs(moderate, *summaries, others, form, matrix);
 }
 
 }  // namespace
@@ -138,8 +144,8 @@ AssociationResult CalculateAssociationMatrix(bool is_correlation, bool use_ranks
   result.matrix.assign(k, std::vector<double>(k, ConditionDouble(kConditionNoData)));
   if (!use_ranks) {
     CalculateWholePairs(scanned, form, kernels, result.matrix);
-    CalculateModerateGappedPairs(scanned, form, kernels, result.matrix);
-    CalculateCompactedPairs(scanned, {}, true, form, result.matrix);
+    const bool done = CalculateModerateGappedPairs(scanned, form, kernels, result.matrix);
+    CalculateCompactedPairs(scanned, {}, done, form, result.matrix);
     return result;
   }
   const Orders orders = OrdersOf(scanned);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 
 #include "excel/error_double.h"
 #include "matrix/ranks.h"
@@ -51,7 +52,8 @@ class UnitSums {
   UnitSums(const Unit& unit, PairForm form, const AssociationKernels& kernels)
       : unit_(unit), form_(form), kernels_(kernels) {}
 
-  void CalculateInto(DoubleMatrix& matrix) {
+  /// False when something left the normal range.
+  bool CalculateInto(DoubleMatrix& matrix) {
     const FloatingPointScope environment;
     EachBlock(kernels_.add_gapped_values);
     for (std::size_t p = 0; p < unit_.partners.size(); ++p) FindMeans(sums_[p]);
@@ -66,6 +68,7 @@ class UnitSums {
         matrix[y.place][x.place] = value;
       }
     }
+    return !environment.LeftNormalRange();
   }
 
  private:
@@ -158,13 +161,15 @@ std::vector<Unit> UnitsOf(std::span<const Variable> order) {
 
 }  // namespace
 
-void CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, PairForm form,
+bool CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, PairForm form,
                                   const AssociationKernels& kernels, DoubleMatrix& matrix) {
   const std::vector<Variable> order = WholeFirst(variables);
   const std::vector<Unit> units = UnitsOf(order);
+  std::atomic<bool> in_normal_range{true};
   ParallelFor(units.size(), [&](std::size_t index) {
-    UnitSums(units[index], form, kernels).CalculateInto(matrix);
+    if (!UnitSums(units[index], form, kernels).CalculateInto(matrix)) in_normal_range = false;
   });
+  return in_normal_range;
 }
 
 namespace {

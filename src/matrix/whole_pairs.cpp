@@ -1,6 +1,7 @@
 #include "matrix/whole_pairs.h"
 
 #include <algorithm>
+#include <atomic>
 #include <memory>
 #include <utility>
 
@@ -49,9 +50,12 @@ class ModeratePairs {
     MakeParts();
   }
 
-  std::vector<VariableSummary> CalculateInto(DoubleMatrix& matrix) {
+  std::optional<std::vector<VariableSummary>> CalculateInto(DoubleMatrix& matrix) {
     ParallelFor(parts_.size(), [this](std::size_t index) { AddUp(parts_[index]); });
-    return Finish(matrix);
+    if (left_normal_range_) return std::nullopt;
+    std::vector<VariableSummary> summaries = Finish(matrix);
+    if (left_normal_range_) return std::nullopt;
+    return summaries;
   }
 
  private:
@@ -98,6 +102,7 @@ class ModeratePairs {
     const FloatingPointScope environment;
     for (std::size_t row = 0; row < variables_.rows(); row += block_rows_)
       AddBlock(part, row, std::min(block_rows_, variables_.rows() - row));
+    if (environment.LeftNormalRange()) left_normal_range_ = true;
   }
 
   void AddBlock(const Part& part, std::size_t first_row, std::size_t rows) {
@@ -117,7 +122,7 @@ class ModeratePairs {
     }
   }
 
-  std::vector<VariableSummary> Finish(DoubleMatrix& matrix) const {
+  std::vector<VariableSummary> Finish(DoubleMatrix& matrix) {
     const FloatingPointScope environment;
     std::vector<VariableSummary> summaries;
     for (std::size_t c = 0; c < variables_.size(); ++c) summaries.push_back(SummaryOf(c));
@@ -132,7 +137,9 @@ class ModeratePairs {
                                  form_));
       }
     }
-    return Settled(std::move(summaries));
+    summaries = Settled(std::move(summaries));
+    if (environment.LeftNormalRange()) left_normal_range_ = true;
+    return summaries;
   }
 
   VariableSummary SummaryOf(std::size_t c) const {
@@ -157,14 +164,15 @@ class ModeratePairs {
   std::vector<double> products_;
   std::vector<Tile> tiles_;
   std::vector<Part> parts_;
+  std::atomic<bool> left_normal_range_{false};
 };
 
 }  // namespace
 
-std::vector<VariableSummary> CalculateModeratePairs(const WholeVariables& variables, PairForm form,
-                                                    const AssociationKernels& kernels,
-                                                    DoubleMatrix& matrix) {
-  if (variables.size() == 0) return {};
+std::optional<std::vector<VariableSummary>> CalculateModeratePairs(
+    const WholeVariables& variables, PairForm form, const AssociationKernels& kernels,
+    DoubleMatrix& matrix) {
+  if (variables.size() == 0) return std::vector<VariableSummary>();
   return ModeratePairs(variables, form, kernels).CalculateInto(matrix);
 }
 

@@ -1,0 +1,178 @@
+Attribute VB_Name = "ZavrelDeclarations"
+' The entry points of ZavrelFuncs8_x64.xll for macros, as they are: 64-bit Excel only.
+'
+' The library is found because Excel has loaded it as an add-in already (see ZavrelCompanion).
+'
+' How values cross
+'   numbers() As Double   one dimension, declared As Double: a Variant that holds an array is refused
+'   matrix() As Double    two dimensions, rows (observations) first
+'   As Variant            a Variant variable of yours, which the call fills; where a worksheet function
+'                         fills it later, it has to live until then
+'   As String             the characters of the system's code page; others become "?"
+'   As LongPtr            wide text, every character: StrPtr(text) for a text that is passed on,
+'                         VarPtr(text) for a String variable that the call fills
+'
+' What they return
+'   failure number        0, or a number that ZavrelGetExceptionInfoVB explains (ZavrelRaiseFailure)
+'   status                0, or why there is no ordinary number; the result then holds a code that is
+'                         not a number (ZavrelReasonOf)
+Option Explicit
+
+' --- Announce and withdraw. The texts may be vbNullString; wide ones by StrPtr. ---
+
+Public Declare PtrSafe Sub InitializeXlaInformationVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal excelApplication As Object, ByVal companion As Object, ByVal applicationId As Integer, _
+    ByVal workbookFile As LongPtr, ByVal languageId As Long, ByVal version As LongPtr, _
+    ByVal helpLocation As LongPtr)
+Public Declare PtrSafe Sub InitializeXlaInformationW Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal excelApplication As Object, ByVal companion As Object, ByVal applicationId As Integer, _
+    ByVal workbookFile As LongPtr, ByVal languageId As Long, ByVal version As LongPtr, _
+    ByVal helpLocation As LongPtr)
+Public Declare PtrSafe Sub UninitializeXlaInformation Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal applicationId As Integer)
+
+' --- Failures and versions ---
+
+' 1 when the number is known; the texts by VarPtr, or 0 for one that is not wanted.
+Public Declare PtrSafe Function ZavrelGetExceptionInfoVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal failureNumber As Long, ByVal className As LongPtr, ByVal place As LongPtr, _
+    ByVal message As LongPtr) As Long
+Public Declare PtrSafe Function ZavrelFuncsVersion Lib "ZavrelFuncs8_x64.xll" () As Long
+
+' --- Writing into a range. A failure number. ---
+
+Public Declare PtrSafe Function ZavrelWriteRangeVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef target As Variant, ByRef values() As Double) As Long
+Public Declare PtrSafe Function ZavrelWriteRangeValuesVB Lib "ZavrelFuncs8_x64.xll" _
+    Alias "ZavrelWriteRangeVB" (ByRef target As Variant, ByRef values() As Variant) As Long
+
+' --- The cells of a range, filled in by the hidden worksheet functions. Failure numbers. ---
+
+Public Declare PtrSafe Function VariantIdString Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef filled As Variant) As String
+Public Declare PtrSafe Function ZavrelGetCellValuesSetArrayVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef values As Variant, ByRef indices As Variant) As Long
+Public Declare PtrSafe Function ZavrelGetCellValuesSetArrayPrivateVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef values As Variant, ByRef indices As Variant, ByRef id As String) As Long
+Public Declare PtrSafe Function ZavrelGetCellValuesCategorySetArrayPrivateVB _
+    Lib "ZavrelFuncs8_x64.xll" (ByRef values As Variant, ByRef blankName As Variant, _
+    ByRef id As String) As Long
+Public Declare PtrSafe Function ZavrelGetCellValuesNumericSetArrayPrivateVB _
+    Lib "ZavrelFuncs8_x64.xll" (ByRef values As Variant, ByVal forNonNumbers As Double, _
+    ByRef id As String) As Long
+Public Declare PtrSafe Function ZavrelGetCellValueCategory Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef target As Variant) As String
+Public Declare PtrSafe Function ZavrelGetCellValueCategoryW Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef target As Variant, ByVal categoryName As LongPtr) As Long
+
+' --- Statistics of an array. Statuses. ---
+
+Public Declare PtrSafe Function ZavrelMinVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef numbers() As Double, ByRef result As Double) As Integer
+Public Declare PtrSafe Function ZavrelMaxVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef numbers() As Double, ByRef result As Double) As Integer
+Public Declare PtrSafe Function ZavrelMeanVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef numbers() As Double, ByRef result As Double) As Integer
+Public Declare PtrSafe Function ZavrelStdDevVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef numbers() As Double, ByRef result As Double) As Integer
+Public Declare PtrSafe Function ZavrelStdDevPVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef numbers() As Double, ByRef result As Double) As Integer
+Public Declare PtrSafe Function ZavrelVarianceVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef numbers() As Double, ByRef result As Double) As Integer
+Public Declare PtrSafe Function ZavrelVariancePVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef numbers() As Double, ByRef result As Double) As Integer
+Public Declare PtrSafe Function ZavrelSkewnessVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef numbers() As Double, ByRef result As Double) As Integer
+Public Declare PtrSafe Function ZavrelSkewnessPVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef numbers() As Double, ByRef result As Double) As Integer
+Public Declare PtrSafe Function ZavrelKurtosisVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef numbers() As Double, ByRef result As Double) As Integer
+Public Declare PtrSafe Function ZavrelKurtosisPVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef numbers() As Double, ByRef result As Double) As Integer
+Public Declare PtrSafe Function ZavrelSumSqVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef numbers() As Double, ByRef result As Double) As Integer
+Public Declare PtrSafe Function ZavrelSumDevSqVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef numbers() As Double, ByRef result As Double) As Integer
+' discrete: -1 the data decide, 0 continuous, 1 discrete.
+Public Declare PtrSafe Function ZavrelModeVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef numbers() As Double, ByVal discrete As Integer, ByRef result As Double) As Integer
+' In ascending order; method: -1 the data decide, 0 to 5 as ZavPercentile takes them.
+Public Declare PtrSafe Function ZavrelPercentileVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef numbers() As Double, ByVal p As Double, ByVal method As Integer, _
+    ByRef result As Double) As Integer
+Public Declare PtrSafe Function ZavrelQuartileVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef numbers() As Double, ByVal quartile As Double, ByVal method As Integer, _
+    ByRef result As Double) As Integer
+Public Declare PtrSafe Function ZavrelMedianVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef numbers() As Double, ByVal method As Integer, ByRef result As Double) As Integer
+' 10 when the standard deviation is 0, 4 on overflow.
+Public Declare PtrSafe Function ZavrelStandardizeVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal x As Double, ByVal mean As Double, ByVal standardDeviation As Double, _
+    ByRef result As Double) As Integer
+
+' --- Two series. 5 when they differ in length or are too short. ---
+
+Public Declare PtrSafe Function ZavrelCovarianceVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef x() As Double, ByRef y() As Double, ByRef result As Double) As Long
+Public Declare PtrSafe Function ZavrelCovariancePVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef x() As Double, ByRef y() As Double, ByRef result As Double) As Long
+Public Declare PtrSafe Function ZavrelCorrelationCoeffVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef x() As Double, ByRef y() As Double, ByRef result As Double) As Long
+
+' --- Categories, filled in by the worksheet functions of categories. Failure numbers. ---
+
+Public Declare PtrSafe Function ZavrelCategoryNamesGetArrayVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef names As Variant) As Long
+Public Declare PtrSafe Function ZavrelCategoryNamesSetArrayPrivateVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef names As Variant, ByRef id As String) As Long
+Public Declare PtrSafe Function ZavrelCategoryNamesSetArrayPrivateWVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef names As Variant, ByVal id As LongPtr) As Long
+Public Declare PtrSafe Function ZavrelCategoryIndicesSetArrayVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef indices As Variant) As Long
+Public Declare PtrSafe Function ZavrelCategoryIndicesSetArrayPrivateVB _
+    Lib "ZavrelFuncs8_x64.xll" (ByRef indices As Variant, ByRef id As String) As Long
+
+' --- Matrices. Failure numbers; those that return a Variant give an error value whose code is it. ---
+
+Public Declare PtrSafe Function CalculateCovarianceMatrixVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal useRanks As Long, ByVal sampleDivisor As Long, ByVal listwiseDeletion As Long, _
+    ByRef data() As Double, ByRef result As Variant) As Long
+Public Declare PtrSafe Function CalculateCorrelationMatrixVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal useRanks As Long, ByVal sampleDivisor As Long, ByVal listwiseDeletion As Long, _
+    ByRef data() As Double, ByRef result As Variant) As Long
+Public Declare PtrSafe Function MatrixAddVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef a() As Double, ByRef b() As Double) As Variant
+Public Declare PtrSafe Function MatrixMultiplyVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef a() As Double, ByRef b() As Double) As Variant
+Public Declare PtrSafe Function MatrixInverseVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef a() As Double) As Variant
+Public Declare PtrSafe Function MatrixDeterminantVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef a() As Double) As Double
+Public Declare PtrSafe Function CalculateEigenvaluesVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef matrix() As Double, ByRef eigenvalues As Variant) As Long
+Public Declare PtrSafe Function CalculateEigenvectorsVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef matrix() As Double, ByRef eigenvectors As Variant) As Long
+Public Declare PtrSafe Function CalculateEigendataVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef matrix() As Double, ByRef eigenvalues As Variant, ByRef eigenvectors As Variant) As Long
+Public Declare PtrSafe Function CalculatePCAScoresVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef data() As Double, ByRef scores As Variant) As Long
+
+' --- Distributions. selector: 0 mean, 1 standard deviation, 2 variance, 3 skewness, 4 kurtosis,
+'     5 mode, 6 discrete mean, 7 density, 8 cumulative probability of x, 9 its inverse,
+'     10 upper tail of x, 11 its inverse. 0, or a code when there is no such value. ---
+
+Public Declare PtrSafe Function ZavrelNormalVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal mean As Double, ByVal standardDeviation As Double, ByVal selector As Long, _
+    ByVal x As Double, ByRef result As Double) As Long
+Public Declare PtrSafe Function ZavrelStudentVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal degreesOfFreedom As Long, ByVal selector As Long, ByVal x As Double, _
+    ByRef result As Double) As Long
+Public Declare PtrSafe Function ZavrelChisqVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal degreesOfFreedom As Long, ByVal selector As Long, ByVal x As Double, _
+    ByRef result As Double) As Long
+Public Declare PtrSafe Function ZavrelFVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal numeratorDf As Long, ByVal denominatorDf As Long, ByVal selector As Long, _
+    ByVal x As Double, ByRef result As Double) As Long
+Public Declare PtrSafe Function ZavrelBinomialVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal trials As Long, ByVal p As Double, ByVal selector As Long, ByVal x As Double, _
+    ByRef result As Double) As Long

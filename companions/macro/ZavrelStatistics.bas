@@ -1,0 +1,222 @@
+Attribute VB_Name = "ZavrelStatistics"
+' Statistics for macros, of a range or an array of any shape. Empty cells, texts and truth values are
+' left out; an error value among them, or a statistic that does not exist, raises an error.
+'
+'   Debug.Print ZavrelMeanOf(Range("B2:B154"))
+'   Debug.Print ZavrelPercentileOf(Array(3, 1, 2), 0.9)
+Option Explicit
+
+Public Function ZavrelMinOf(ByVal values As Variant) As Double
+    Dim numbers() As Double, result As Double
+    numbers = ZavrelNumbersIn(values, "ZavrelMinOf")
+    ZavrelMinOf = ZavrelNumberOrError(ZavrelMinVB(numbers, result), result, "ZavrelMinOf")
+End Function
+
+Public Function ZavrelMaxOf(ByVal values As Variant) As Double
+    Dim numbers() As Double, result As Double
+    numbers = ZavrelNumbersIn(values, "ZavrelMaxOf")
+    ZavrelMaxOf = ZavrelNumberOrError(ZavrelMaxVB(numbers, result), result, "ZavrelMaxOf")
+End Function
+
+Public Function ZavrelMeanOf(ByVal values As Variant) As Double
+    Dim numbers() As Double, result As Double
+    numbers = ZavrelNumbersIn(values, "ZavrelMeanOf")
+    ZavrelMeanOf = ZavrelNumberOrError(ZavrelMeanVB(numbers, result), result, "ZavrelMeanOf")
+End Function
+
+Public Function ZavrelStdDevOf(ByVal values As Variant) As Double
+    Dim numbers() As Double, result As Double
+    numbers = ZavrelNumbersIn(values, "ZavrelStdDevOf")
+    ZavrelStdDevOf = ZavrelNumberOrError(ZavrelStdDevVB(numbers, result), result, "ZavrelStdDevOf")
+End Function
+
+Public Function ZavrelStdDevPOf(ByVal values As Variant) As Double
+    Dim numbers() As Double, result As Double
+    numbers = ZavrelNumbersIn(values, "ZavrelStdDevPOf")
+    ZavrelStdDevPOf = ZavrelNumberOrError(ZavrelStdDevPVB(numbers, result), result, "ZavrelStdDevPOf")
+End Function
+
+Public Function ZavrelVarianceOf(ByVal values As Variant) As Double
+    Dim numbers() As Double, result As Double
+    numbers = ZavrelNumbersIn(values, "ZavrelVarianceOf")
+    ZavrelVarianceOf = ZavrelNumberOrError(ZavrelVarianceVB(numbers, result), result, "ZavrelVarianceOf")
+End Function
+
+Public Function ZavrelVariancePOf(ByVal values As Variant) As Double
+    Dim numbers() As Double, result As Double
+    numbers = ZavrelNumbersIn(values, "ZavrelVariancePOf")
+    ZavrelVariancePOf = ZavrelNumberOrError(ZavrelVariancePVB(numbers, result), result, "ZavrelVariancePOf")
+End Function
+
+Public Function ZavrelSkewnessOf(ByVal values As Variant) As Double
+    Dim numbers() As Double, result As Double
+    numbers = ZavrelNumbersIn(values, "ZavrelSkewnessOf")
+    ZavrelSkewnessOf = ZavrelNumberOrError(ZavrelSkewnessVB(numbers, result), result, "ZavrelSkewnessOf")
+End Function
+
+Public Function ZavrelSkewnessPOf(ByVal values As Variant) As Double
+    Dim numbers() As Double, result As Double
+    numbers = ZavrelNumbersIn(values, "ZavrelSkewnessPOf")
+    ZavrelSkewnessPOf = ZavrelNumberOrError(ZavrelSkewnessPVB(numbers, result), result, "ZavrelSkewnessPOf")
+End Function
+
+Public Function ZavrelKurtosisOf(ByVal values As Variant) As Double
+    Dim numbers() As Double, result As Double
+    numbers = ZavrelNumbersIn(values, "ZavrelKurtosisOf")
+    ZavrelKurtosisOf = ZavrelNumberOrError(ZavrelKurtosisVB(numbers, result), result, "ZavrelKurtosisOf")
+End Function
+
+Public Function ZavrelKurtosisPOf(ByVal values As Variant) As Double
+    Dim numbers() As Double, result As Double
+    numbers = ZavrelNumbersIn(values, "ZavrelKurtosisPOf")
+    ZavrelKurtosisPOf = ZavrelNumberOrError(ZavrelKurtosisPVB(numbers, result), result, "ZavrelKurtosisPOf")
+End Function
+
+Public Function ZavrelSumSqOf(ByVal values As Variant) As Double
+    Dim numbers() As Double, result As Double
+    numbers = ZavrelNumbersIn(values, "ZavrelSumSqOf")
+    ZavrelSumSqOf = ZavrelNumberOrError(ZavrelSumSqVB(numbers, result), result, "ZavrelSumSqOf")
+End Function
+
+Public Function ZavrelSumDevSqOf(ByVal values As Variant) As Double
+    Dim numbers() As Double, result As Double
+    numbers = ZavrelNumbersIn(values, "ZavrelSumDevSqOf")
+    ZavrelSumDevSqOf = ZavrelNumberOrError(ZavrelSumDevSqVB(numbers, result), result, "ZavrelSumDevSqOf")
+End Function
+
+' discrete: left out, the data decide; True for values that are counts or codes.
+Public Function ZavrelModeOf(ByVal values As Variant, Optional ByVal discrete As Variant) As Double
+    Dim numbers() As Double, result As Double, setting As Integer
+    numbers = ZavrelNumbersIn(values, "ZavrelModeOf")
+    setting = -1
+    If Not IsMissing(discrete) Then setting = IIf(discrete, 1, 0)
+    ZavrelModeOf = ZavrelNumberOrError(ZavrelModeVB(numbers, setting, result), result, "ZavrelModeOf")
+End Function
+
+' p from 0 to 1; method -1: the data decide, 0 to 5 as ZavPercentile takes them.
+Public Function ZavrelPercentileOf(ByVal values As Variant, ByVal p As Double, _
+        Optional ByVal method As Integer = -1) As Double
+    Dim numbers() As Double, result As Double
+    numbers = ZavrelNumbersIn(values, "ZavrelPercentileOf")
+    SortAscending numbers
+    ZavrelPercentileOf = ZavrelNumberOrError(ZavrelPercentileVB(numbers, p, method, result), _
+        result, "ZavrelPercentileOf")
+End Function
+
+' quartile: 0 minimum, 1, 2 median, 3, 4 maximum.
+Public Function ZavrelQuartileOf(ByVal values As Variant, ByVal quartile As Double, _
+        Optional ByVal method As Integer = -1) As Double
+    Dim numbers() As Double, result As Double
+    numbers = ZavrelNumbersIn(values, "ZavrelQuartileOf")
+    SortAscending numbers
+    ZavrelQuartileOf = ZavrelNumberOrError(ZavrelQuartileVB(numbers, quartile, method, result), _
+        result, "ZavrelQuartileOf")
+End Function
+
+Public Function ZavrelMedianOf(ByVal values As Variant, Optional ByVal method As Integer = -1) As Double
+    Dim numbers() As Double, result As Double
+    numbers = ZavrelNumbersIn(values, "ZavrelMedianOf")
+    SortAscending numbers
+    ZavrelMedianOf = ZavrelNumberOrError(ZavrelMedianVB(numbers, method, result), result, _
+        "ZavrelMedianOf")
+End Function
+
+' Two series of numbers, element by element: nothing may be missing in them.
+Public Function ZavrelCovarianceOf(ByVal x As Variant, ByVal y As Variant) As Double
+    Dim first() As Double, second() As Double, result As Double
+    PairOfSeries x, y, first, second, "ZavrelCovarianceOf"
+    ZavrelCovarianceOf = ZavrelNumberOrError(ZavrelCovarianceVB(first, second, result), result, _
+        "ZavrelCovarianceOf")
+End Function
+
+Public Function ZavrelCovariancePOf(ByVal x As Variant, ByVal y As Variant) As Double
+    Dim first() As Double, second() As Double, result As Double
+    PairOfSeries x, y, first, second, "ZavrelCovariancePOf"
+    ZavrelCovariancePOf = ZavrelNumberOrError(ZavrelCovariancePVB(first, second, result), result, _
+        "ZavrelCovariancePOf")
+End Function
+
+Public Function ZavrelCorrelationOf(ByVal x As Variant, ByVal y As Variant) As Double
+    Dim first() As Double, second() As Double, result As Double
+    PairOfSeries x, y, first, second, "ZavrelCorrelationOf"
+    ZavrelCorrelationOf = ZavrelNumberOrError(ZavrelCorrelationCoeffVB(first, second, result), result, _
+        "ZavrelCorrelationOf")
+End Function
+
+' The numbers of a range or an array, one after the other.
+Public Function ZavrelNumbersIn(ByVal values As Variant, ByVal source As String) As Double()
+    Dim cells As Variant, cell As Variant
+    Dim numbers() As Double
+    Dim count As Long
+    cells = ZavrelCellsIn(values, source)
+    ReDim numbers(1 To 64)
+    For Each cell In cells
+        If IsError(cell) Then ZavrelRaise source, source & ": one of the values is an error."
+        If ZavrelIsNumber(cell) Then
+            count = count + 1
+            If count > UBound(numbers) Then ReDim Preserve numbers(1 To 2 * UBound(numbers))
+            numbers(count) = cell
+        End If
+    Next cell
+    If count = 0 Then ZavrelRaise source, source & ": there are no numbers among the values."
+    ReDim Preserve numbers(1 To count)
+    ZavrelNumbersIn = numbers
+End Function
+
+' An array of the cells' values, whatever was given.
+Public Function ZavrelCellsIn(ByVal values As Variant, ByVal source As String) As Variant
+    If IsObject(values) Then
+        If values.Areas.Count > 1 Then ZavrelRaise source, source & ": one range of cells at a time."
+        ZavrelCellsIn = values.Value2
+    Else
+        ZavrelCellsIn = values
+    End If
+    If Not IsArray(ZavrelCellsIn) Then ZavrelCellsIn = Array(ZavrelCellsIn)
+End Function
+
+Public Function ZavrelIsNumber(ByVal cell As Variant) As Boolean
+    Select Case VarType(cell)
+        Case vbDouble, vbSingle, vbInteger, vbLong, vbLongLong, vbByte, vbCurrency, vbDecimal, vbDate
+            ZavrelIsNumber = True
+    End Select
+End Function
+
+' Both series complete and of one length; a gap would move the pairs against each other.
+Private Sub PairOfSeries(ByVal x As Variant, ByVal y As Variant, ByRef first() As Double, _
+        ByRef second() As Double, ByVal source As String)
+    first = AllNumbersIn(x, source)
+    second = AllNumbersIn(y, source)
+    If UBound(first) <> UBound(second) Then
+        ZavrelRaise source, source & ": the series have " & UBound(first) & " and " & _
+            UBound(second) & " values."
+    End If
+    If UBound(first) < 2 Then ZavrelRaise source, source & ": one pair of values is not enough."
+End Sub
+
+Private Function AllNumbersIn(ByVal values As Variant, ByVal source As String) As Double()
+    Dim cell As Variant
+    For Each cell In ZavrelCellsIn(values, source)
+        If Not ZavrelIsNumber(cell) Then ZavrelRaise source, source & ": a value of a series is missing."
+    Next cell
+    AllNumbersIn = ZavrelNumbersIn(values, source)
+End Function
+
+' Shell's method: no recursion, no second array.
+Private Sub SortAscending(ByRef numbers() As Double)
+    Dim gap As Long, index As Long, hole As Long
+    Dim number As Double
+    gap = (UBound(numbers) - LBound(numbers) + 1) \ 2
+    Do While gap > 0
+        For index = LBound(numbers) + gap To UBound(numbers)
+            number = numbers(index)
+            hole = index
+            Do While hole - gap >= LBound(numbers)
+                If numbers(hole - gap) <= number Then Exit Do
+                numbers(hole) = numbers(hole - gap)
+                hole = hole - gap
+            Loop
+            numbers(hole) = number
+        Next index
+        gap = gap \ 2
+    Loop
+End Sub

@@ -1,0 +1,263 @@
+// ZavHost doctor: is this installation sound, and what would a support person ask for?
+#include <algorithm>
+#include <cmath>
+#include <iostream>
+
+#include "host/cli/commands.h"
+#include "host/cli/installation.h"
+#include "host/cli/json_value.h"
+#include "host/cli/text_table.h"
+
+namespace zavhost {
+namespace {
+
+enum class Verdict { kGood, kNote, kProblem };
+
+struct Finding {
+  Verdict verdict;
+  std::string what;
+  std::string detail;
+};
+
+class Findings {
+ public:
+  void Add(Verdict verdict, std::string what, std::string detail) {
+    all_.push_back({verdict, std::move(what), std::move(detail)});
+  }
+  void Good(std::string what, std::string detail) {
+    Add(Verdict::kGood, std::move(what), std::move(detail));
+  }
+  void Note(std::string what, std::string detail) {
+    Add(Verdict::kNote, std::move(what), std::move(detail));
+  }
+  void Problem(std::string what, std::string detail) {
+    Add(Verdict::kProblem, std::move(what), std::move(detail));
+  }
+  const std::vector<Finding>& all() const { return all_; }
+  std::size_t problems() const {
+    return static_cast<std::size_t>(std::count_if(
+        all_.begin(), all_.end(), [](const Finding& f) { return f.verdict == Verdict::kProblem; }));
+  }
+
+ private:
+  std::vector<Finding> all_;
+};
+
+std::string Path(const std::filesystem::path& path) { return PrintableUtf8(path.u16string()); }
+
+std::string Joined(const std::vector<std::string>& texts) {
+  std::string all;
+  for (const std::string& text : texts) all += (all.empty() ? "" : ", ") + text;
+  return all;
+}
+
+// Files.
+
+constexpr const char16_t* kAddIn = u"ZavrelFuncs8_x64.xll";
+constexpr const char16_t* kMessages = u"ZavrelMessages8_x64.DLL";
+constexpr const char16_t* kDistributions = u"Pdflib8_x64.DLL";
+// The rank tests: the functions of the first, which needs the second beside the add-in.
+constexpr const char16_t* kRankTests = u"ZavrelFuncs Extensions/NonparametricTests8_x64.DLL";
+constexpr const char16_t* kRankTestsUtility = u"EUtilityLibrary8_x64.DLL";
+
+/// True when the file is there, in the version of this program, which is that of everything.
+bool CheckFile(const std::filesystem::path& folder, std::u16string_view name,
+               const std::string& version, Findings& findings) {
+  const std::filesystem::path file = (folder / name).make_preferred();
+  const std::string shown = PrintableUtf8(name);
+  std::error_code ignored;
+  if (!std::filesystem::is_regular_file(file, ignored)) {
+    findings.Problem(shown, "missing from " + Path(file.parent_path()));
+    return false;
+  }
+  if (IsMarkedAsDownloaded(file)) {
+    findings.Problem(shown, "marked as downloaded, so that Excel blocks it: Properties, Unblock");
+  }
+  const std::string found = FileVersionText(file).value_or("none");
+  if (found != version) {
+    findings.Problem(shown, "version " + found + " does not belong to this program's " + version);
+    return false;
+  }
+  findings.Good(shown, "version " + found);
+  return true;
+}
+
+void CheckMessages(const std::filesystem::path& folder, const std::string& version,
+                   Findings& findings) {
+  if (!CheckFile(folder, kMessages, version, findings)) return;
+  const std::vector<std::string> languages = MessageLanguages(folder / kMessages);
+  const bool english = std::find(languages.begin(), languages.end(), "English") != languages.end();
+  // English stands in for every language that is not there.
+  findings.Add(english ? Verdict::kGood : Verdict::kProblem, "Languages of the texts",
+               languages.empty() ? "none" : Joined(languages));
+}
+
+/// True when the rank tests are to be expected.
+bool CheckRankTests(const std::filesystem::path& folder, const std::string& version,
+                    Findings& findings) {
+  std::error_code ignored;
+  if (!std::filesystem::exists(folder / "ZavrelFuncs Extensions", ignored)) {
+    findings.Note("ZavrelFuncs Extensions", "no such folder: Excel gets no rank tests");
+    return false;
+  }
+  const bool tests = CheckFile(folder, kRankTests, version, findings);
+  return CheckFile(folder, kRankTestsUtility, version, findings) && tests;
+}
+
+// The add-in at work.
+
+void CheckValue(Engine& engine, const char* what, std::u16string_view formula, double expected,
+                Findings& findings) {
+  const Operand result = engine.Evaluate(formula);
+  const auto* value = std::get_if<Value>(&result);
+  const double* number = value == nullptr ? nullptr : value->number();
+  const bool good = number != nullptr && std::abs(*number - expected) < 1e-12;
+  findings.Add(good ? Verdict::kGood : Verdict::kProblem, what,
+               ToUtf8(formula) + " gives " + (value == nullptr ? "no value" : ExactText(*value)));
+}
+
+void CheckFunctions(const CommandLine& line, bool rank_tests, Findings& findings) {
+  Workbook workbook;
+  workbook.sheets.emplace_back(u"Sheet1");
+  EngineOptions options;
+  options.language = LanguageId(line.language);
+  Engine engine(std::move(workbook), std::move(options));
+  engine.LoadAddIn(line.add_in);
+  // The version function is registered on opening: a call that reached the host's callback.
+  const bool opened = !engine.functions().empty();
+  findings.Add(opened ? Verdict::kGood : Verdict::kProblem, "Opening",
+               opened ? "the add-in opens and finds the callback"
+                      : "the add-in opens, but does not find the callback of its host");
+  const std::size_t before = engine.functions().size();
+  engine.Announce(5);
+  const std::size_t count = engine.functions().size();
+  findings.Add(count > before ? Verdict::kGood : Verdict::kProblem, "Registered functions",
+               std::to_string(count) + " once the companion announces itself");
+  for (const std::string& refused : engine.refused_registrations())
+    findings.Problem("Registered functions", refused);
+  CheckValue(engine, "A statistic", u"=ZavMean(1,2,3)", 2, findings);
+  CheckValue(engine, "Normal distribution", u"=ZavNormal(0,1,\"xtop\",0)", 0.5, findings);
+  CheckValue(engine, "Student's distribution", u"=ZavStudent(1,\"xtop\",1)", 0.75, findings);
+  CheckValue(engine, "Chi-square distribution", u"=ZavChisq(4,\"mode\")", 2, findings);
+  CheckValue(engine, "F distribution", u"=ZavF(2,2,\"xtoq\",3)", 0.25, findings);
+  CheckValue(engine, "Binomial distribution", u"=ZavBinomial(10,0.5,\"ptox\",0.05)", 2, findings);
+  if (rank_tests) {
+    const auto& functions = engine.functions();
+    const bool there = std::any_of(functions.begin(), functions.end(), [](const auto& function) {
+      return function.name.find(u"ZavWSR") != std::u16string::npos;
+    });
+    findings.Add(there ? Verdict::kGood : Verdict::kProblem, "Rank tests",
+                 there ? "registered" : "not registered, although their library is there");
+  }
+  engine.CloseAddIn();
+  for (const Violation& violation : engine.judge().violations())
+    findings.Problem("Rules of the Excel C API", DescribeViolation(violation));
+}
+
+// Excel.
+
+void CheckExcel(const std::filesystem::path& add_in, Findings& findings) {
+  const std::string platform = OfficePlatform();
+  if (platform == "x86")
+    findings.Problem("Excel", "a 32-bit Office, which cannot load this 64-bit add-in");
+  if (!platform.empty() && platform != "x86") findings.Good("Excel", "Office is " + platform);
+  const std::vector<ExcelEntry> entries =
+      ExcelEntries({PrintableUtf8(kAddIn), "ZavrelCompanion.xlam"});
+  if (entries.empty())
+    findings.Note("Excel's add-ins", "the add-in is not among them for this user");
+  for (const ExcelEntry& entry : entries) {
+    const std::string what = "Excel " + entry.version;
+    if (entry.name.empty()) {
+      findings.Note(what, "not ticked among the add-ins: " + entry.text);
+    } else if (entry.text.find(Path(add_in.parent_path())) == std::string::npos) {
+      findings.Note(what, "opens another copy: " + entry.name + " = " + entry.text);
+    } else {
+      findings.Good(what, entry.name + " = " + entry.text);
+    }
+  }
+}
+
+void DescribeLog(Findings& findings) {
+  const LogPlace log = FindLog();
+  const std::string written = log.written.empty() ? "no log so far" : "last written " + log.written;
+  if (log.enabled) {
+    findings.Note("Log", "on, " + Path(log.file) + ", " + written);
+  } else {
+    findings.Note("Log", "off; an empty file " + Path(log.marker) + " switches it on");
+  }
+}
+
+// The report.
+
+const char* Word(Verdict verdict) {
+  switch (verdict) {
+    case Verdict::kGood:
+      return "ok";
+    case Verdict::kNote:
+      return "note";
+    case Verdict::kProblem:
+      return "PROBLEM";
+  }
+  return "";
+}
+
+void PrintTable(const Findings& findings) {
+  TextTable table({{""}, {"What"}, {"Found", Alignment::kLeft, 300}});
+  for (const Finding& finding : findings.all())
+    table.AddRow({Word(finding.verdict), finding.what, finding.detail});
+  std::cout << '\n' << table.Render() << '\n';
+  const std::size_t count = findings.problems();
+  if (count == 0) {
+    std::cout << "The installation is sound.\n";
+  } else {
+    std::cout << count << (count == 1 ? " problem.\n" : " problems.\n");
+  }
+}
+
+void PrintJson(const Findings& findings) {
+  nlohmann::ordered_json root;
+  root["sound"] = findings.problems() == 0;
+  root["findings"] = nlohmann::ordered_json::array();
+  for (const Finding& finding : findings.all()) {
+    root["findings"].push_back(
+        {{"verdict", finding.verdict == Verdict::kProblem ? "problem" : Word(finding.verdict)},
+         {"what", finding.what},
+         {"found", finding.detail}});
+  }
+  std::cout << root.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
+}
+
+}  // namespace
+
+int DoctorCommand(CommandLine line) {
+  if (line.add_in.empty()) line.add_in = ProgramFolder() / kAddIn;
+  std::error_code ignored;
+  line.add_in = std::filesystem::absolute(line.add_in, ignored).make_preferred();
+  const std::filesystem::path folder = line.add_in.parent_path();
+
+  Findings findings;
+  findings.Note("Program", std::string(ZAVHOST_VERSION) + " in " + Path(ProgramFolder()));
+  findings.Note("System", SystemDescription());
+  const std::string version = std::string(ZAVHOST_VERSION).substr(sizeof "ZavHost");
+  CheckFile(folder, line.add_in.filename().u16string(), version, findings);
+  CheckMessages(folder, version, findings);
+  CheckFile(folder, kDistributions, version, findings);
+  const bool rank_tests = CheckRankTests(folder, version, findings);
+  try {
+    CheckFunctions(line, rank_tests, findings);
+  } catch (const std::exception& error) {
+    findings.Problem("The add-in at work", error.what());
+  }
+  CheckExcel(line.add_in, findings);
+  DescribeLog(findings);
+
+  if (line.form == OutputForm::kJson) {
+    PrintJson(findings);
+  } else {
+    PrintTable(findings);
+  }
+  std::cout.flush();
+  return findings.problems() == 0 ? kExitSuccess : kExitError;
+}
+
+}  // namespace zavhost

@@ -1,0 +1,115 @@
+// ZavHost doctor on sound and unsound installations.
+#include <doctest/doctest.h>
+
+#include <algorithm>
+
+#include "integration/host_process.h"
+
+namespace zavrel::tests {
+namespace {
+
+/// A copy of what ships, for a test to damage.
+std::filesystem::path CopyOfWhatShips(const char* name) {
+  const std::filesystem::path folder = ScratchFolder() / name;
+  std::filesystem::copy(AddInFile().parent_path(), folder,
+                        std::filesystem::copy_options::recursive);
+  return folder;
+}
+
+Outcome Doctor(const std::filesystem::path& folder, const wchar_t* options = L"") {
+  return ZavHost(std::wstring(L"doctor ") + options, 60, folder);
+}
+
+/// The lines of problems.
+std::string Problems(const Outcome& outcome) {
+  std::string problems;
+  for (std::size_t at = 0; at < outcome.output.size();) {
+    const std::size_t end = std::min(outcome.output.find('\n', at), outcome.output.size());
+    const std::string line = outcome.output.substr(at, end - at);
+    if (line.starts_with("  PROBLEM")) problems += line + '\n';
+    at = end + 1;
+  }
+  return problems;
+}
+
+bool Contains(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+}  // namespace
+
+TEST_CASE("the doctor finds what ships sound, and says what it looked at") {
+  const Outcome outcome = Doctor(AddInFile().parent_path());
+  CHECK(outcome.exit_code == 0);
+  CHECK(outcome.errors.empty());
+  CHECK_MESSAGE(Problems(outcome).empty(), Problems(outcome));
+  for (const char* part : {"ZavrelFuncs8_x64.xll", "English, German", "=ZavF(2,2,", "Log"})
+    CHECK_MESSAGE(Contains(outcome.output, part), part);
+  CHECK(Contains(Doctor(AddInFile().parent_path(), L"--json").output, "\"sound\": true"));
+}
+
+TEST_CASE("a missing companion is named, with what fails for want of it") {
+  const std::filesystem::path folder = CopyOfWhatShips("no distributions");
+  std::filesystem::remove(folder / "Pdflib8_x64.DLL");
+  const Outcome outcome = Doctor(folder);
+  CHECK(outcome.exit_code == 1);
+  CHECK(Contains(Problems(outcome), "Pdflib8_x64.DLL"));
+  CHECK(Contains(Problems(outcome), "=ZavNormal("));
+  CHECK(!Contains(Problems(outcome), "=ZavMean("));
+
+  std::filesystem::remove(folder / "ZavrelMessages8_x64.DLL");
+  CHECK(Contains(Problems(Doctor(folder)), "ZavrelMessages8_x64.DLL"));
+}
+
+TEST_CASE("files of other versions and without one are told from those that belong") {
+  const std::filesystem::path folder = CopyOfWhatShips("mixed versions");
+  // A library of the system's has a version of its own, the test's stand-in none.
+  wchar_t system[MAX_PATH];
+  REQUIRE(GetSystemDirectoryW(system, MAX_PATH) > 0);
+  for (const char* name : {"ZavrelMessages8_x64.DLL", "Pdflib8_x64.DLL"})
+    std::filesystem::remove(folder / name);
+  std::filesystem::copy_file(std::filesystem::path(system) / "version.dll",
+                             folder / "ZavrelMessages8_x64.DLL");
+  std::filesystem::copy_file(SIBLING_LIBRARY, folder / "Pdflib8_x64.DLL");
+  const Outcome outcome = Doctor(folder);
+  CHECK(outcome.exit_code == 1);
+  CHECK(Contains(Problems(outcome), "ZavrelMessages8_x64.DLL"));
+  CHECK(Contains(Problems(outcome), "does not belong"));
+  CHECK(Contains(Problems(outcome), "version none"));
+}
+
+TEST_CASE("an add-in that cannot be loaded, or is none, ends in a finding and not in silence") {
+  const std::filesystem::path folder = CopyOfWhatShips("no add-in");
+  std::filesystem::remove(folder / "ZavrelFuncs8_x64.xll");
+  CHECK(Doctor(folder).exit_code == 1);
+  CHECK(Contains(Problems(Doctor(folder)), "cannot be loaded"));
+  std::filesystem::copy_file(SIBLING_LIBRARY, folder / "ZavrelFuncs8_x64.xll");
+  const Outcome outcome = Doctor(folder);
+  CHECK(outcome.exit_code == 1);
+  CHECK(Contains(Problems(outcome), "The add-in at work"));
+}
+
+TEST_CASE("the doctor sees which copy Excel opens") {
+  const std::wstring options = L"Software\\Microsoft\\Office\\16.0\\Excel\\Options";
+  const auto set = [&](const std::wstring& text) {
+    HKEY key = nullptr;
+    REQUIRE(RegCreateKeyExW(HKEY_CURRENT_USER, options.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr,
+                            &key, nullptr) == ERROR_SUCCESS);
+    RegSetValueExW(key, L"OPEN7", 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
+                   static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+    RegCloseKey(key);
+  };
+  const std::filesystem::path folder = AddInFile().parent_path();
+  set(L"/R \"" + (folder / "ZavrelFuncs8_x64.xll").make_preferred().wstring() + L"\"");
+  CHECK(Contains(Doctor(folder).output, "OPEN7 = /R"));
+  CHECK(!Contains(Doctor(folder).output, "another copy"));
+  set(L"/R \"C:\\Elsewhere\\ZavrelFuncs8_x64.xll\"");
+  CHECK(Contains(Doctor(folder).output, "opens another copy: OPEN7"));
+  HKEY key = nullptr;
+  REQUIRE(RegOpenKeyExW(HKEY_CURRENT_USER, options.c_str(), 0, KEY_WRITE, &key) == ERROR_SUCCESS);
+  RegDeleteValueW(key, L"OPEN7");
+  RegCloseKey(key);
+  CHECK(Contains(Doctor(folder).output, "not among them for this user"));
+}
+
+}  // namespace zavrel::tests

@@ -1,0 +1,81 @@
+#!/usr/bin/python3
+"""companion_test.py COMPANION.xlam MODULES_FOLDER: reads the companion workbook back, the compound file with a
+library and the compression by the rules of its readers, and holds what it finds against the modules."""
+import io
+import pathlib
+import posixpath
+import re
+import subprocess
+import sys
+import tempfile
+import xml.etree.ElementTree as xml
+import zipfile
+
+import olefile  # Debian's, which is why this is run by Debian's Python
+
+workbook, folder = sys.argv[1], pathlib.Path(sys.argv[2])
+failures = []
+
+
+def check(condition, message):
+    if not condition:
+        failures.append(message)
+
+
+def expand(data):
+    """What a compressed stream holds."""
+    assert data[0] == 1
+    result, at = bytearray(), 1
+    while at < len(data):
+        header = int.from_bytes(data[at:at + 2], "little")
+        check(header >> 12 == 0xB, "a chunk is not compressed, or has no signature")
+        end, at, start = at + (header & 0xFFF) + 3, at + 2, len(result)
+        while at < end:
+            flags, at = data[at], at + 1
+            for bit in range(8):
+                if at >= end:
+                    break
+                if not flags >> bit & 1:
+                    result.append(data[at])
+                    at += 1
+                    continue
+                token, at = int.from_bytes(data[at:at + 2], "little"), at + 2
+                offset_bits = max(4, (len(result) - start - 1).bit_length())
+                for _ in range((token & 0xFFFF >> offset_bits) + 3):
+                    result.append(result[-(token >> 16 - offset_bits) - 1])
+        check(at == end and len(result) - start <= 4096, "a chunk ends elsewhere than it says")
+    return bytes(result)
+
+
+with zipfile.ZipFile(workbook) as package:
+    project = olefile.OleFileIO(io.BytesIO(package.read("xl/vbaProject.bin")), raise_defects=olefile.DEFECT_UNSURE)
+sources = {file.stem: file.read_bytes() for file in folder.glob("*.bas")}
+check(len(sources) >= 5, f"no modules in {folder}")
+for name, source in sources.items():
+    check(expand(project.openstream(["VBA", name]).read()) == source, f"{name} reads differently in the workbook")
+streams = {stream[-1] for stream in project.listdir()}
+check(streams == set(sources) | {"ThisWorkbook", "Sheet1", "_VBA_PROJECT", "dir", "PROJECT", "PROJECTwm"},
+      f"streams: {sorted(streams)}")
+directory = expand(project.openstream("VBA/dir").read())
+for name in sources:
+    record = b"\x19\0" + len(name).to_bytes(4, "little") + name.encode()
+    check(directory.count(record) == 1, f"{name} is not in the directory once")
+
+with zipfile.ZipFile(workbook) as package:
+    parts = set(package.namelist())
+    for part in parts:
+        if part.endswith((".xml", ".rels")):
+            xml.fromstring(package.read(part))
+    for part in filter(lambda p: p.endswith(".rels"), parts):
+        base = posixpath.dirname(posixpath.dirname(part))
+        for target in re.findall(r'Target="([^"]+)"', package.read(part).decode()):
+            check(posixpath.join(base, target) in parts, f"{part} names {target}, which is not there")
+
+with tempfile.TemporaryDirectory() as scratch:
+    again = pathlib.Path(scratch) / "again.xlam"
+    subprocess.run([sys.executable, "-B", folder / "make_companion.py", again, *folder.glob("*.bas")], check=True)
+    check(again.read_bytes() == pathlib.Path(workbook).read_bytes(), "written again, the workbook has other bytes")
+
+for failure in failures:
+    print(failure, file=sys.stderr)
+sys.exit(bool(failures))

@@ -1,0 +1,195 @@
+#!/usr/bin/env python3
+"""Holds the macro modules' declarations against the entry points themselves.
+
+    declarations_test.py SOURCE_FOLDER BUILD_FOLDER ADD_IN OBJDUMP
+
+The definition of every declared entry point is compiled once more, with the flags of its own file, and
+behind it assertions that number, order, passing and width of the parameters and the result are those of
+the declaration: the compiler compares, nothing is written down twice. Changed declarations have to fail
+the same comparison. The declared names are held against what the built add-in exports.
+"""
+import concurrent.futures
+import json
+import os
+import pathlib
+import re
+import shlex
+import subprocess
+import sys
+import tempfile
+
+# What the macro language hands over for a parameter, by how it is passed and its type, and what it expects
+# as a result. On 64 bits a VARIANT by value arrives as its address too.
+PARAMETERS = {
+    ("ByVal", "Integer"): "OneOf<std::int16_t, std::uint16_t>",
+    ("ByVal", "Long"): "OneOf<std::int32_t, std::uint32_t>",
+    ("ByVal", "Double"): "OneOf<double>",
+    ("ByRef", "Double"): "OneOf<double*>",
+    ("ByRef", "Double()"): "OneOf<SAFEARRAY**>",
+    ("ByRef", "Variant()"): "OneOf<SAFEARRAY**>",
+    ("ByRef", "Variant"): "OneOf<VARIANT*, const VARIANT*>",
+    ("ByRef", "String"): "OneOf<BSTR*>",
+    ("ByVal", "Object"): "OneOf<IDispatch*, void*>",
+    ("ByVal", "LongPtr"): "OneOf<BSTR, BSTR*, const char16_t*>",
+}
+RESULTS = {
+    "Integer": "OneOf<std::int16_t, std::uint16_t>",
+    "Long": "OneOf<std::int32_t, std::uint32_t>",
+    "Double": "OneOf<double>",
+    "Variant": "OneOf<VARIANT>",
+    "String": "OneOf<BSTR>",
+    None: "OneOf<void>",
+}
+TEXT_ADDRESSES = {("ByRef", "String"), ("ByVal", "LongPtr")}
+# Texts of these are wide; every other text is of the system's code page.
+WIDE = re.compile(r"(W|WVB)$|^ZavrelGetExceptionInfoVB$|^InitializeXlaInformation")
+
+COMPARISON = """
+#include <windows.h>
+#include <oleauto.h>
+#include <cstdint>
+#include <type_traits>
+template <class... Allowed> struct OneOf {
+  template <class T> static constexpr bool has = (std::is_same_v<T, Allowed> || ...);
+};
+template <class Function, class Result, class... Parameters>
+struct Agreement { static constexpr bool value = false; };
+template <class R, class... A, class Result, class... Parameters>
+  requires(sizeof...(A) == sizeof...(Parameters))
+struct Agreement<R(A...), Result, Parameters...> {
+  static constexpr bool value =
+      Result::template has<R> && (Parameters::template has<A> && ... && true);
+};
+"""
+
+failures = []
+
+
+def check(condition, message):
+    if not condition:
+        failures.append(message)
+
+
+class Declaration:
+    def __init__(self, kind, name, alias, parameters, result):
+        self.name, self.export, self.result = name, alias or name, result
+        self.parameters = []
+        for parameter in filter(None, map(str.strip, parameters.split(","))):
+            match = re.fullmatch(r"(ByVal|ByRef) \w+(\(\))? As (\w+)", parameter)
+            check(match, f"{name}: '{parameter}' does not say how it is passed, or its type")
+            if match:
+                self.parameters.append((match[1], match[3] + (match[2] or "")))
+        check((kind == "Sub") == (result is None), f"{name}: a Sub has no result, a Function has one")
+
+    def assertion(self, expected=True, parameters=None, result=None):
+        types = [RESULTS[self.result] if result is None else result]
+        types += [PARAMETERS[p] for p in (self.parameters if parameters is None else parameters)]
+        return (f"static_assert({'' if expected else '!'}Agreement<decltype(zavrel::{self.export}), "
+                f"{', '.join(types)}>::value, \"{self.name}\");\n")
+
+    def assertions(self):
+        text = self.assertion()
+        for index, parameter in enumerate(self.parameters):
+            for other in PARAMETERS:
+                # Addresses of texts are told apart by WIDE.
+                if PARAMETERS[other] == PARAMETERS[parameter] or {other, parameter} == TEXT_ADDRESSES:
+                    continue
+                changed = self.parameters[:index] + [other] + self.parameters[index + 1:]
+                text += self.assertion(False, changed)
+            text += self.assertion(False, self.parameters[:index] + self.parameters[index + 1:])
+        text += self.assertion(False, self.parameters + [("ByVal", "Long")])
+        for result in set(RESULTS.values()) - {RESULTS[self.result]}:
+            text += self.assertion(False, result=result)
+        return text
+
+
+def modules(folder):
+    for file in sorted(folder.glob("*.bas")):
+        content = file.read_bytes()
+        check(content.isascii(), f"{file.name}: characters beyond ASCII")
+        check(content.count(b"\n") == content.count(b"\r\n"), f"{file.name}: lines without CR LF")
+        text = content.decode("ascii").replace("\r\n", "\n")
+        check(text.startswith(f'Attribute VB_Name = "{file.stem}"\n'), f"{file.name}: another VB_Name")
+        check("\nOption Explicit\n" in text, f"{file.name}: no Option Explicit")
+        yield file, text.replace(" _\n", " ")
+
+
+def declarations(folder):
+    pattern = re.compile(r'^Public Declare PtrSafe (Sub|Function) (\w+)\s+Lib "ZavrelFuncs8_x64.xll"\s+'
+                         r'(?:Alias "(\w+)"\s+)?\(\s*(.*?)\)(?: As (\w+))?$')
+    for file, text in modules(folder):
+        for line in text.splitlines():
+            if not re.match(r"\s*(Public|Private)?\s*Declare\b", line):
+                continue
+            match = pattern.match(line)
+            check(match, f"{file.name}: cannot read '{line}'")
+            if match:
+                yield Declaration(*match.groups())
+
+
+def exports_of(add_in, objdump):
+    table = subprocess.run([objdump, "-p", add_in], check=True, capture_output=True, text=True).stdout
+    table = table.split("[Ordinal/Name Pointer] Table", 1)[1]
+    return set(re.findall(r"^\s+\[\s*\d+\].*?(\w+)$", table, re.MULTILINE))
+
+
+def check_names(declared, source, exports):
+    names = {d.export for d in declared}
+    check(len(exports) > 100, "the add-in's exports could not be read")
+    listed = set(re.findall(r'^\s+"(\w+)",', (source / "src/addin/unregistered_exports.h").read_text(), re.M))
+    # Excel's own, and what passes matrices as C++ objects.
+    wanted = {name for name in listed if not name.startswith("xlAuto") and not name.endswith("C")}
+    wanted |= {name for name in exports if name.endswith("VB")}
+    check(names <= exports, f"declared, but not exported: {sorted(names - exports)}")
+    check(wanted <= names, f"exported, but not declared: {sorted(wanted - names)}")
+    for d in declared:
+        types = {kind for _, kind in d.parameters} | {d.result}
+        check(not WIDE.search(d.export) or "String" not in types, f"{d.name}: its texts are wide: LongPtr")
+        check(WIDE.search(d.export) or "LongPtr" not in types, f"{d.name}: its texts are As String")
+
+
+def definition_file(files, name):
+    defines = re.compile(rf"^ZAV_\w+\b[^;{{]*?\b{name}\b", re.MULTILINE)
+    for file, text in files:
+        if defines.search(text):
+            return file
+    check(False, f"no definition of {name} found")
+    return None
+
+
+def compile_comparison(scratch, commands, file, declared):
+    command = shlex.split(commands[str(file)]["command"])
+    command = command[:command.index("-o")]
+    if "ccache" in command[0]:
+        command = command[1:]
+    unit = scratch / (file.stem + "_declarations.cpp")
+    unit.write_text(COMPARISON + f'#include "{file}"\n' + "".join(d.assertions() for d in declared))
+    run = subprocess.run(command + ["-fsyntax-only", str(unit)], capture_output=True, text=True,
+                         cwd=commands[str(file)]["directory"])
+    check(run.returncode == 0, f"{file.name} disagrees with its declarations:\n{run.stderr}")
+
+
+def main(source, build, add_in, objdump):
+    source = pathlib.Path(source).resolve()
+    declared = list(declarations(source / "companions/macro"))
+    check_names(declared, source, exports_of(add_in, objdump))
+    major_minor = re.search(r"VERSION (\d+\.\d+)", (source / "CMakeLists.txt").read_text().split("project(")[1])[1]
+    check(f'CompanionVersion As String = "{major_minor}"' in
+          (source / "companions/macro/ZavrelCompanion.bas").read_text(), "ZavrelCompanion: another version")
+    commands = {c["file"]: c for c in json.loads((pathlib.Path(build) / "compile_commands.json").read_text())}
+    files = [(pathlib.Path(f), pathlib.Path(f).read_text()) for f in commands if f.startswith(f"{source}/src/")]
+    by_file = {}
+    for d in declared:
+        by_file.setdefault(definition_file(files, d.export), []).append(d)
+    by_file.pop(None, None)
+    with tempfile.TemporaryDirectory() as scratch, concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
+        for run in [pool.submit(compile_comparison, pathlib.Path(scratch), commands, f, ds)
+                    for f, ds in by_file.items()]:
+            run.result()
+    print(f"{len(declared)} declarations, {len(by_file)} files with definitions")
+    for failure in failures:
+        print(failure, file=sys.stderr)
+    return 1 if failures else 0
+
+
+sys.exit(main(*sys.argv[1:]))

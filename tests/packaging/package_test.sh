@@ -1,0 +1,129 @@
+#!/usr/bin/env bash
+# package_test.sh SOURCE OUT SCRATCH: packs what ships twice, signed; installs it under Wine in a prefix of
+# its own beside other add-ins, over an older version, and takes it away again.
+set -euo pipefail
+source=$1 out=$2 scratch=$3
+failures=0
+check() { if ! eval "$2"; then printf 'FAILED: %s\n' "$1" >&2; failures=$((failures + 1)); fi; }
+
+rm -rf "$scratch/first" "$scratch/second" "$scratch/old"
+mkdir -p "$scratch"
+cd "$scratch"
+openssl req -x509 -newkey rsa:2048 -nodes -days 30 -subj '/CN=Zavrel Functions test' \
+  -addext extendedKeyUsage=codeSigning -addext keyUsage=digitalSignature -keyout key.pem -out certificate.pem 2>/dev/null
+
+# --- Packing: the same bytes, everything in it, signed ---
+
+for run in first second; do
+  "$source/packaging/package" "$out" "$run" --certificate certificate.pem --key key.pem >/dev/null
+done
+zip=$(cd first && echo *.zip) setup=$(cd first && echo *-setup.exe) name=${zip%.zip}
+stage=$scratch/first/$name
+check "the zip has the same bytes again" 'cmp first/$zip second/$zip'
+check "the installer has the same bytes again" 'cmp first/$setup second/$setup'
+check "everything that the build made is in the zip" '
+  diff <(cd "$out" && find . -type f | sed s/^..// | sort) \
+       <(unzip -Z1 first/$zip | sed "s/^$name.//" | grep -vE "^(docs|examples)/|^[A-Z]+.html$" | sort)'
+check "documents link to pages that are there" '
+  (cd $stage && find . -name "*.html" -path "./docs/*" -o -name "*.html" -maxdepth 1 | while read -r page; do
+    grep -oE "(href|src)=\"[^\"#:]+" "$page" | cut -d\" -f2 | while read -r link; do
+      [ -e "$(dirname "$page")/$link" ] || [[ $link = *.cpp || $link = *.h ]] || echo "$page: $link"
+    done
+  done | tee /dev/stderr | wc -l | grep -qx 0)'
+find "$stage" -iname "*.xll" -o -iname "*.dll" -o -iname "*.exe" >signed.txt
+echo "$scratch/first/$setup" >>signed.txt
+while read -r file; do
+  check "$file is signed" 'osslsigncode verify -CAfile certificate.pem -in "$file" >verify.txt 2>&1'
+done <signed.txt
+cp "$stage/ZavHost.exe" changed.exe
+printf x | dd of=changed.exe bs=1 seek=4096 conv=notrunc status=none
+check "a change is seen" '! osslsigncode verify -CAfile certificate.pem -in changed.exe >/dev/null 2>&1'
+
+# --- Installing ---
+
+export ZAV_WINEPREFIX=$scratch/wine WINEPREFIX=$scratch/wine WINEDEBUG=-all
+wine() { "$source/cmake/wine-run" "$@"; }
+wine --up
+trap '"$source/cmake/wine-run" --down || true' EXIT
+user=$(cd "$WINEPREFIX/drive_c/users" && ls -d "${USER:-root}" 2>/dev/null || ls "$WINEPREFIX/drive_c/users" | grep -v Public | head -1)
+folder="$WINEPREFIX/drive_c/users/$user/AppData/Local/Programs/Zavrel Functions"
+add_in_path="C:\\\\users\\\\$user\\\\AppData\\\\Local\\\\Programs\\\\Zavrel Functions\\\\ZavrelFuncs8_x64.xll"
+excel='HKCU\Software\Microsoft\Office\16.0\Excel'
+
+# What the registry holds where an installer writes, as text.
+registry() {
+  wine reg export 'HKCU\Software\Microsoft\Office' office.reg /y >/dev/null 2>&1
+  wine reg export 'HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall' uninstall.reg /y >/dev/null 2>&1 || : >uninstall.reg
+  iconv -f UTF-16 -t UTF-8 office.reg
+  if [ -s uninstall.reg ]; then iconv -f UTF-16 -t UTF-8 uninstall.reg; fi
+  rm -f office.reg uninstall.reg
+}
+open_values() { tr -d '\r' <"$1" | grep -E '^"OPEN' | sort; }
+uninstall() {
+  wine "$folder/Uninstall.exe" "$@"
+  # It goes on as a copy of itself.
+  local tenths=0
+  while [ -e "$folder/Uninstall.exe" ] && [ $tenths -lt 300 ]; do sleep 0.1; tenths=$((tenths + 1)); done
+}
+
+# Other add-ins, with a gap among them, and one whose path only begins like ours.
+wine reg add "$excel\\Options" /v OPEN /d '/R "C:\Other\first.xll"' /f >/dev/null
+wine reg add "$excel\\Options" /v OPEN1 /d '"C:\Other\second.xlam"' /f >/dev/null
+wine reg add "$excel\\Options" /v OPEN3 /d '/R "C:\Other\ZavrelFuncs8_x64.xll"' /f >/dev/null
+wine reg add "$excel\\Add-in Manager" /v 'C:\Other\unticked.xlam' /d '' /f >/dev/null
+wine reg add 'HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\Other' /v DisplayName /d Other /f >/dev/null
+registry >before.txt
+
+mkdir -p "old/stage/no longer"
+cp "$stage/ZavrelFuncs8_x64.xll" old/stage/
+echo old | tee old/stage/README.html >"old/stage/no longer/there.txt"
+"$source/packaging/make-installer" old/stage 7.0.0.1 old/zavrel-setup.exe
+wine old/zavrel-setup.exe /S
+check "the older version is there" '[ -f "$folder/no longer/there.txt" ]'
+registry >old.txt
+check "the free value is taken" 'open_values old.txt | grep -qF "\"OPEN2\"=\"/R \\\"$add_in_path\\\"\""'
+check "and no other" '[ $(open_values old.txt | wc -l) = 4 ]'
+
+echo mine >"$folder/notes of mine.txt"
+wine "first/$setup" /S
+check "the new version replaces all of the old one and keeps what is not its own" '
+  { diff -r "$stage" "$folder" || true; } | sort | diff - <(printf "Only in %s: %s\n" "$folder" Uninstall.exe "$folder" "notes of mine.txt" | sort)'
+registry >new.txt
+check "upgrading leaves the add-in where it was" 'diff <(open_values old.txt) <(open_values new.txt)'
+check "Windows lists the new version" 'grep -q "DisplayVersion.*${name#ZavrelFunctions-}" new.txt'
+check "the uninstaller is signed" 'osslsigncode verify -CAfile certificate.pem -in "$folder/Uninstall.exe" >/dev/null 2>&1'
+check "the installed add-in works" '[ "$(wine "$folder/ZavHost.exe" eval "=ZavMean(1,2,3)+ZavNormal(0,1,\"xtop\",0)" | tr -d "\r")" = 2.5 ]'
+check "the doctor finds it sound, and in Excel's list" '
+  wine "$folder/ZavHost.exe" doctor >doctor.txt && grep -qE "^  ok .*OPEN2 = /R" doctor.txt'
+
+# A user unticks it: it stays unticked when it is installed again, and goes with everything else.
+wine reg delete "$excel\\Options" /v OPEN2 /f >/dev/null
+wine reg add "$excel\\Add-in Manager" /v "${add_in_path//\\\\/\\}" /d '' /f >/dev/null
+wine "first/$setup" /S
+registry >unticked.txt
+check "an unticked add-in stays unticked" '[ $(open_values unticked.txt | wc -l) = 3 ]'
+uninstall /S
+registry >after.txt
+check "uninstalled, the registry is as before" 'diff before.txt after.txt'
+check "and so are the files" '[ "$(find "$folder" -type f)" = "$folder/notes of mine.txt" ]'
+rm "$folder/notes of mine.txt"; rmdir "$folder"
+
+# --- Another folder, with blanks and umlauts, and no key of Excel's ---
+
+wine reg delete 'HKCU\Software\Microsoft\Office' /f >/dev/null
+folder="$WINEPREFIX/drive_c/Über uns/Zavrel"
+# The last argument is read as it stands to the end of the line: it must not be quoted, as one with a blank
+# would be.
+wine "first/$setup" /S /COMPANION '/D=C:\Über' 'uns\Zavrel'
+registry >elsewhere.txt
+check "the add-in is the first of all" 'open_values elsewhere.txt | grep -q "^\"OPEN\"=.*Zavrel.*ZavrelFuncs8_x64[.]xll"'
+check "and the companion the second" 'open_values elsewhere.txt | grep -q "^\"OPEN1\"=\"..C:.*Zavrel.*ZavrelCompanion[.]xlam..\"$"'
+check "the add-in works there" '[ "$(wine "$folder/ZavHost.exe" eval "=ZavSum(1,2)" | tr -d "\r")" = 3 ]'
+uninstall /S
+check "nothing is left of it" '[ ! -e "$folder" ] && ! wine reg query "HKCU\\Software\\Microsoft\\Office" >/dev/null 2>&1'
+
+"$source/cmake/wine-run" --down || true
+trap - EXIT
+rm -rf first second old wine wine.lock
+[ "$failures" = 0 ] && echo "packed, signed, installed, upgraded and uninstalled"
+exit $((failures > 0))
