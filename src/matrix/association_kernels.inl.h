@@ -29,6 +29,11 @@ inline Vector Magnitude(Vector value) {
   return Masked(value, kAllButSign - Mask{});
 }
 
+inline Mask IsModerate(Vector magnitude) {
+  return (magnitude < All(kModerateLimit)) &
+         ((magnitude >= All(kModerateFloor)) | (magnitude == Vector{}));
+}
+
 /// A square of values, a column of it in each vector, gets a row in each.
 inline void Transpose(Vector (&square)[kWidth]) {
 #if ZAV_VECTOR_WIDTH == 4
@@ -59,7 +64,7 @@ bool SumColumns(const double* const* columns, std::size_t rows, double* sums) {
 #pragma GCC unroll 8
       for (std::size_t c = 0; c < kWidth; ++c) {
         square[c] = Load(columns[v * kWidth + c] + r);
-        moderate &= Magnitude(square[c]) < All(kModerateLimit);
+        moderate &= IsModerate(Magnitude(square[c]));
       }
       Transpose(square);
 #pragma GCC unroll 8
@@ -72,7 +77,8 @@ bool SumColumns(const double* const* columns, std::size_t rows, double* sums) {
   for (; r < rows; ++r) {
     for (std::size_t c = 0; c < kVectors * kWidth; ++c) {
       sums[c] += columns[c][r];
-      all = all && __builtin_fabs(columns[c][r]) < kModerateLimit;
+      const double magnitude = __builtin_fabs(columns[c][r]);
+      all = all && magnitude < kModerateLimit && (magnitude >= kModerateFloor || magnitude == 0);
     }
   }
   return all;

@@ -12,6 +12,7 @@
 #include "diagnostics/vek_exception.h"
 #include "matrix/dense_kernels.h"
 #include "matrix/dense_storage.h"
+#include "stats/floating_point_scope.h"
 
 namespace zavrel::matrix {
 namespace {
@@ -78,6 +79,7 @@ void RequireDone(Outcome outcome, const char* place, FailureTexts texts) {
 void eigendata_private(const DoubleMatrix& matrix, std::vector<double>& eigenvalues,
                        DoubleMatrix& eigenvectors, EigendataOptions options) {
   constexpr const char* kPlace = "matrix::eigendata_private";
+  const FloatingPointScope environment;
   const std::size_t n = dense::SizeOfSquare(matrix, kPlace);
   RequireSymmetric(matrix, kPlace);
   if (n == 0) {
@@ -109,6 +111,7 @@ void eigendata_private(const DoubleMatrix& matrix, std::vector<double>& eigenval
 
 DoubleMatrix PrincipalComponentScores(const DoubleMatrix& x) {
   constexpr const char* kPlace = "matrix::PrincipalComponentScores";
+  const FloatingPointScope environment;
   const Shape shape = dense::ShapeOf(x, kPlace);
   const Shape scores_shape{shape.rows, std::min(shape.rows, shape.columns)};
   DoubleMatrix scores = dense::MakeMatrix(scores_shape);
@@ -125,7 +128,7 @@ DoubleMatrix PrincipalComponentScores(const DoubleMatrix& x) {
     for (std::vector<double>& row : scores)
       for (double& number : row) number = std::ldexp(number, exponent);
   }
-  return scores;
+  return Settled(std::move(scores));
 }
 
 }  // namespace zavrel::matrix

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "excel/error_double.h"
+#include "matrix/matrix_parallel.h"
 #include "matrix/ranks.h"
 #include "platform/parallel.h"
 #include "stats/floating_point_scope.h"
@@ -119,7 +120,7 @@ class UnitSums {
   VariableSummary SummaryOf(const ScannedVariable& variable, const ScannedVariable& partner,
                             std::size_t n, double mean, double s1_a, double s1_b, double s2_a,
                             double s2_b) const {
-    if (IsConstantInPair(variable, partner)) return SummaryFromSums(mean, 0, 0, n, form_);
+    if (IsConstantInPair(variable, partner)) return SummaryOfConstant(mean, n, form_);
     return SummaryFromSums(mean, s1_a + s1_b, s2_a + s2_b, n, form_);
   }
 
@@ -162,7 +163,7 @@ void CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, Pa
                                   const AssociationKernels& kernels, DoubleMatrix& matrix) {
   const std::vector<Variable> order = WholeFirst(variables);
   const std::vector<Unit> units = UnitsOf(order);
-  ParallelFor(units.size(), [&](std::size_t index) {
+  ParallelCompute(units.size(), [&](std::size_t index) {
     UnitSums(units[index], form, kernels).CalculateInto(matrix);
   });
 }
@@ -238,7 +239,7 @@ void CalculateCompactedPairs(std::span<const ScannedVariable> variables,
   }
   const std::size_t parts = std::min(pairs.size(), ParallelThreads());
   std::vector<CompactedPair> scratch(parts, CompactedPair(parts > 0 ? most_rows : 0));
-  ParallelFor(parts, [&](std::size_t part) {
+  ParallelCompute(parts, [&](std::size_t part) {
     for (std::size_t p = part; p < pairs.size(); p += parts) {
       const auto [i, j] = pairs[p];
       const double value = orders.empty()

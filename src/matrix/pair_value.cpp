@@ -1,5 +1,6 @@
 #include "matrix/pair_value.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "excel/error_double.h"
@@ -20,7 +21,8 @@ double Value(Real sum, std::size_t n, const VariableSummary& x, const VariableSu
     value /= spread;
   }
   const auto result = static_cast<double>(value);
-  return std::isfinite(result) ? result : ConditionDouble(kConditionNotFinite);
+  if (!std::isfinite(result)) return ConditionDouble(kConditionNotFinite);
+  return x.is_constant || y.is_constant ? 0 : result;  // a correlation has gone above
 }
 
 template <class Real>
@@ -47,7 +49,11 @@ bool HasValue(std::size_t n, const VariableSummary& x, const VariableSummary& y,
 
 VariableSummary Summarise(std::span<const double> values, PairForm form) {
   const MomentBlock moments = ComputeMoments(values, form.sample_divisor);
-  return {moments.mean, moments.standard_deviation};
+  return {moments.mean, moments.standard_deviation, IsConstant(values)};
+}
+
+bool IsConstant(std::span<const double> values) {
+  return std::all_of(values.begin(), values.end(), [&](double x) { return x == values[0]; });
 }
 
 // As the sample and population forms of ComputeMoments.
@@ -60,6 +66,12 @@ VariableSummary SummaryFromSums(double mean, double s1, double s2, std::size_t n
   return {mean, std::sqrt(variance < 0 ? 0 : variance)};
 }
 
+VariableSummary SummaryOfConstant(double mean, std::size_t n, PairForm form) {
+  VariableSummary summary = SummaryFromSums(mean, 0, 0, n, form);
+  summary.is_constant = true;
+  return summary;
+}
+
 double PairValueFromSum(double sum, std::size_t n, const VariableSummary& x,
                         const VariableSummary& y, PairForm form) {
   return HasValue(n, x, y, form) ? Value(sum, n, x, y, form) : ConditionDouble(kConditionNoData);
@@ -70,7 +82,7 @@ double PairValue(std::span<const double> x, const VariableSummary& of_x, std::sp
   if (!HasValue(x.size(), of_x, of_y, form)) return ConditionDouble(kConditionNoData);
   const FloatingPointScope environment;
   const double value = Settled(ValueOfSeries<double>(x, of_x, y, of_y, form));
-  if (!environment.Overflowed()) return value;
+  if (!environment.LeftNormalRange()) return value;
   return Settled(ValueOfSeries<long double>(x, of_x, y, of_y, form));
 }
 

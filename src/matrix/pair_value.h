@@ -16,7 +16,12 @@ struct PairForm {
 struct VariableSummary {
   double mean;
   double standard_deviation;
+  /// All values are equal. Their mean is not exactly that value, so it takes no deviations to know
+  /// that a covariance is 0.
+  bool is_constant = false;
 };
+
+bool IsConstant(std::span<const double> values);
 
 VariableSummary Summarise(std::span<const double> values, PairForm form);
 
@@ -24,14 +29,16 @@ VariableSummary Summarise(std::span<const double> values, PairForm form);
 /// not all equal.
 VariableSummary SummaryFromSums(double mean, double s1, double s2, std::size_t n, PairForm form);
 
+VariableSummary SummaryOfConstant(double mean, std::size_t n, PairForm form);
+
 /// The value that follows from the sum of (x - mean x)(y - mean y) over n observations. Nothing may
 /// have overflowed on the way. Too few values, or a variable without a standard deviation, give the
 /// no-data condition.
 double PairValueFromSum(double sum, std::size_t n, const VariableSummary& x,
                         const VariableSummary& y, PairForm form);
 
-/// The value of two series of equal length. When an operation overflows it is computed again in
-/// 80-bit extended precision.
+/// The value of two series of equal length. When an operation overflows or underflows it is
+/// computed again in 80-bit extended precision.
 double PairValue(std::span<const double> x, const VariableSummary& of_x, std::span<const double> y,
                  const VariableSummary& of_y, PairForm form);
 

@@ -1,10 +1,11 @@
 #include "matrix/whole_pairs.h"
+#include "matrix/matrix_parallel.h"
+#include "platform/parallel.h"
 
 #include <algorithm>
 #include <memory>
 #include <utility>
 
-#include "platform/parallel.h"
 #include "stats/floating_point_scope.h"
 
 namespace zavrel {
@@ -50,7 +51,7 @@ class ModeratePairs {
   }
 
   std::vector<VariableSummary> CalculateInto(DoubleMatrix& matrix) {
-    ParallelFor(parts_.size(), [this](std::size_t index) { AddUp(parts_[index]); });
+    ParallelCompute(parts_.size(), [this](std::size_t index) { AddUp(parts_[index]); });
     return Finish(matrix);
   }
 
@@ -137,12 +138,11 @@ class ModeratePairs {
 
   VariableSummary SummaryOf(std::size_t c) const {
     const std::span<const double> values = variables_.column(c);
-    const bool constant =
-        std::all_of(values.begin(), values.end(), [&](double x) { return x == values[0]; });
+    if (IsConstant(values)) return SummaryOfConstant(means_[c], values.size(), form_);
     const DeviationSums& sums = deviation_sums_[c / kGroup];
     const std::size_t lane = c % kGroup;
-    const double s1 = constant ? 0 : sums.s1[0][lane] + sums.s1[1][lane];
-    const double s2 = constant ? 0 : sums.s2[0][lane] + sums.s2[1][lane];
+    const double s1 = sums.s1[0][lane] + sums.s1[1][lane];
+    const double s2 = sums.s2[0][lane] + sums.s2[1][lane];
     return SummaryFromSums(means_[c], s1, s2, values.size(), form_);
   }
 
@@ -172,9 +172,9 @@ void CalculateOtherPairs(const WholeVariables& moderate,
                          std::span<const VariableSummary> moderate_summaries,
                          const WholeVariables& others, PairForm form, DoubleMatrix& matrix) {
   std::vector<VariableSummary> summaries(others.size());
-  ParallelFor(others.size(),
-              [&](std::size_t c) { summaries[c] = Summarise(others.column(c), form); });
-  ParallelFor(others.size(), [&](std::size_t j) {
+  ParallelCompute(others.size(),
+                  [&](std::size_t c) { summaries[c] = Summarise(others.column(c), form); });
+  ParallelCompute(others.size(), [&](std::size_t j) {
     const auto set = [&](std::span<const double> x, const VariableSummary& of_x,
                          std::size_t place) {
       SetBoth(matrix, place, others.places[j],
