@@ -127,6 +127,30 @@ TEST_CASE("covariance and correlation matrices in a sheet") {
   CloseClean(*engine);
 }
 
+TEST_CASE("whole columns are a variable each, with one used row or none") {
+  zavhost::Workbook book;
+  zavhost::Sheet& sheet = book.sheets.emplace_back(u"Data");
+  sheet.Set(0, 0, Value(4.0));
+  sheet.Set(0, 1, Value(6.0));
+  auto engine = ServingAddIn(std::move(book));
+  CHECK(Shown(*engine, "ZavCovarianceMatrix(0,0,0,A:C)") == "0,0,#N/A;0,0,#N/A;#N/A,#N/A,#N/A;");
+  CHECK(Shown(*engine, "ZavCovarianceMatrix(0,0,0,A1:B4)") == "0,0;0,0;");
+  CHECK(Shown(*engine, "ZavCovarianceMatrix(0,0,0,D:E)") == "#N/A,#N/A;#N/A,#N/A;");
+  // What was given as one row is one variable.
+  CHECK(Shown(*engine, "ZavCovarianceMatrix(0,0,0,A1:C1)") == "1;");
+  CHECK(Shown(*engine, "ZavCovarianceMatrix(0,0,0,1:1)") == "1;");
+  CloseClean(*engine);
+}
+
+TEST_CASE("a matrix of one variable is not repeated over its array formula") {
+  zavhost::Workbook book = SmallBook();
+  AddArrayFormula(book, {0, 9, 1, 10}, u"ZavCovarianceMatrix(0,1,0,A1:A5)");
+  auto engine = ServingAddIn(std::move(book));
+  CHECK(engine->Recalculate().errors.empty());
+  CHECK(Shown(*engine, "+J1:K2") == "2.5,#N/A;#N/A,#N/A;");
+  CloseClean(*engine);
+}
+
 TEST_CASE("eigen-analysis in a sheet") {
   auto engine = ServingAddIn(SmallBook());
   for (const char* matrix :
