@@ -75,7 +75,7 @@ inline void Transpose(Vector (&square)[kWidth]) {
 template <std::size_t kVectors>
 bool SumColumns(const double* const* columns, std::size_t rows, double* sums) {
   Vector sum[kVectors] = {};
-  MagnitudeRange range;
+  MagnitudeRange ranges[2];  // two, as each waits for its last result
   std::size_t r = 0;
   for (; r + kWidth <= rows; r += kWidth) {
 #pragma GCC unroll 8
@@ -84,7 +84,7 @@ bool SumColumns(const double* const* columns, std::size_t rows, double* sums) {
 #pragma GCC unroll 8
       for (std::size_t c = 0; c < kWidth; ++c) {
         square[c] = Load(columns[v * kWidth + c] + r);
-        range.Add(square[c]);
+        ranges[c % 2].Add(square[c]);
       }
       Transpose(square);
 #pragma GCC unroll 8
@@ -93,7 +93,8 @@ bool SumColumns(const double* const* columns, std::size_t rows, double* sums) {
   }
   for (std::size_t v = 0; v < kVectors; ++v) Store(sums + v * kWidth, sum[v]);
   bool all = true;
-  for (std::size_t t = 0; t < kWidth; ++t) all = all && range.IsModerate(t);
+  for (std::size_t t = 0; t < kWidth; ++t)
+    all = all && ranges[0].IsModerate(t) && ranges[1].IsModerate(t);
   for (; r < rows; ++r) {
     for (std::size_t c = 0; c < kVectors * kWidth; ++c) {
       sums[c] += columns[c][r];
