@@ -1,11 +1,12 @@
-// Dense matrix operations against the same kernels on matrices that stand in dense storage already,
-// with the same instruction set: what remains is the cost of rows and of checks.
+// Dense matrix operations, on rows and with their checks, against the library called directly on
+// matrices of its own, with the same instruction set.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <string>
 #include <vector>
 
+#include "library_avx2.h"
 #include "matrix/dense_kernels.h"
 #include "matrix/dense_storage.h"
 #include "matrix/eigendata.h"
@@ -38,8 +39,6 @@ DoubleMatrix Symmetric(std::size_t n) {
   return matrix;
 }
 
-const Kernels& Best() { return dense::BestKernels(); }
-
 template <std::size_t kSize>
 void Product(benchmark::State& state) {
   const DoubleMatrix a = Numbers(kSize, kSize);
@@ -47,85 +46,96 @@ void Product(benchmark::State& state) {
 }
 void Product1000(benchmark::State& state) { Product<1000>(state); }
 void Product1500(benchmark::State& state) { Product<1500>(state); }
-BENCHMARK(Product1000);
-BENCHMARK(Product1500);
+BENCHMARK(Product1000)->UseRealTime();
+BENCHMARK(Product1500)->UseRealTime();
 
-/// The blocked product of matrices in dense storage, on all threads or one.
-void DenseProduct(benchmark::State& state, std::size_t n, std::size_t parts,
-                  const Kernels& kernels) {
-  Storage a({n, n}), out({n, n});
-  dense::CopyRows(Numbers(n, n), {n, n}, a.data());
-  const std::size_t part = (n + parts - 1) / parts;
+/// A task's rows of the library's product, on as many threads as the add-in has.
+template <std::size_t kSize>
+void LibraryProduct(benchmark::State& state) {
+  const LibraryMatrix a(Numbers(kSize, kSize));
+  LibraryMatrix out(Numbers(kSize, kSize));
+  const std::size_t parts = ParallelThreads();
   for (auto _ : state) {
-    ParallelFor(parts, [&](std::size_t index) {
-      const std::size_t begin = index * part, rows = std::min(part, n - begin);
-      kernels.multiply(a.data() + begin * n, rows, n, a.data(), n, out.data() + begin * n);
+    ParallelFor(parts, [&](std::size_t part) {
+      const std::size_t begin = kSize * part / parts, end = kSize * (part + 1) / parts;
+      a.MultiplyRows(begin, end - begin, out);
     });
+    benchmark::ClobberMemory();
+  }
+}
+void LibraryProduct1000(benchmark::State& state) { LibraryProduct<1000>(state); }
+void LibraryProduct1500(benchmark::State& state) { LibraryProduct<1500>(state); }
+BENCHMARK(LibraryProduct1000)->UseRealTime();
+BENCHMARK(LibraryProduct1500)->UseRealTime();
+
+constexpr std::size_t kSize = 600;
+
+/// The same source compiled for every processor and for the best, on one thread.
+void KernelProduct(benchmark::State& state, const Kernels& kernels) {
+  constexpr dense::Shape kShape{kSize, kSize};
+  Storage a(kShape), out(kShape);
+  dense::CopyRows(Numbers(kSize, kSize), kShape, a.data());
+  for (auto _ : state) {
+    kernels.multiply(a.data(), kSize, kSize, a.data(), kSize, out.data());
     benchmark::DoNotOptimize(out.data());
     benchmark::ClobberMemory();
   }
 }
-void LibraryProduct1000(benchmark::State& state) {
-  DenseProduct(state, 1000, ParallelThreads(), Best());
-}
-void LibraryProduct1500(benchmark::State& state) {
-  DenseProduct(state, 1500, ParallelThreads(), Best());
-}
-void ProductOfBestKernel(benchmark::State& state) { DenseProduct(state, 600, 1, Best()); }
-void ProductOfBaseline(benchmark::State& state) {
-  DenseProduct(state, 600, 1, dense::kBaselineKernels);
-}
-BENCHMARK(LibraryProduct1000);
-BENCHMARK(LibraryProduct1500);
+void ProductOfBestKernel(benchmark::State& state) { KernelProduct(state, dense::BestKernels()); }
+void ProductOfBaseline(benchmark::State& state) { KernelProduct(state, dense::kBaselineKernels); }
 BENCHMARK(ProductOfBestKernel);
 BENCHMARK(ProductOfBaseline);
 
-constexpr std::size_t kSize = 600;
-
-/// The library's own steps on a matrix in dense storage: the copy that it would work on, then
-/// these.
-void DenseInverse(benchmark::State& state, const Kernels& kernels, bool invert) {
-  Storage source({kSize, kSize});
+void KernelInverse(benchmark::State& state, const Kernels& kernels) {
+  Storage source({kSize, kSize}), factors({kSize, kSize}), out({kSize, kSize});
+  std::vector<int> places(kSize);
   dense::CopyToColumns(Numbers(kSize, kSize), {kSize, kSize}, source.data());
   for (auto _ : state) {
-    Storage factors({kSize, kSize}), out({invert ? kSize : 0, kSize});
-    std::vector<int> places(kSize);
     std::copy_n(source.data(), kSize * kSize, factors.data());
     kernels.factor(factors.data(), kSize, places.data());
-    if (invert) kernels.invert_columns(factors.data(), places.data(), kSize, 0, kSize, out.data());
+    kernels.invert_columns(factors.data(), places.data(), kSize, 0, kSize, out.data());
     benchmark::DoNotOptimize(out.data());
-    benchmark::DoNotOptimize(factors.data());
+    benchmark::ClobberMemory();
   }
 }
-void LibraryInverse(benchmark::State& state) { DenseInverse(state, Best(), true); }
-void InverseOfBaseline(benchmark::State& state) {
-  DenseInverse(state, dense::kBaselineKernels, true);
+void InverseOfBestKernel(benchmark::State& state) { KernelInverse(state, dense::BestKernels()); }
+void InverseOfBaseline(benchmark::State& state) { KernelInverse(state, dense::kBaselineKernels); }
+BENCHMARK(InverseOfBestKernel);
+BENCHMARK(InverseOfBaseline);
+
+void LibraryInverse(benchmark::State& state) {
+  const LibraryMatrix a(Numbers(kSize, kSize));
+  for (auto _ : state) benchmark::DoNotOptimize(a.Inverse());
 }
-void LibraryDeterminant(benchmark::State& state) { DenseInverse(state, Best(), false); }
+void LibraryDeterminant(benchmark::State& state) {
+  const LibraryMatrix a(Numbers(kSize, kSize));
+  for (auto _ : state) benchmark::DoNotOptimize(a.Determinant());
+}
 void Inverse(benchmark::State& state) {
   const DoubleMatrix a = Numbers(kSize, kSize);
   for (auto _ : state) benchmark::DoNotOptimize(MatrixInverse(a));
+}
+/// Within a section everything else runs on one thread.
+void InverseOneThread(benchmark::State& state) {
+  ParallelFor(2, [&](std::size_t part) {
+    if (part == 0) Inverse(state);
+  });
 }
 void Determinant(benchmark::State& state) {
   const DoubleMatrix a = Numbers(kSize, kSize);
   for (auto _ : state) benchmark::DoNotOptimize(MatrixDeterminant(a));
 }
 BENCHMARK(LibraryInverse);
-BENCHMARK(InverseOfBaseline);
 BENCHMARK(LibraryDeterminant);
-BENCHMARK(Inverse);
+BENCHMARK(Inverse)->UseRealTime();
+BENCHMARK(InverseOneThread)->UseRealTime();
 BENCHMARK(Determinant);
 
 constexpr std::size_t kVariables = 200;
 
 void LibraryEigen(benchmark::State& state) {
-  Storage source({kVariables, kVariables}), vectors({kVariables, kVariables});
-  dense::CopyRows(Symmetric(kVariables), {kVariables, kVariables}, source.data());
-  std::vector<double> values(kVariables);
-  for (auto _ : state) {
-    Best().self_adjoint_eigen(source.data(), kVariables, values.data(), vectors.data());
-    benchmark::DoNotOptimize(vectors.data());
-  }
+  const LibraryMatrix a(Symmetric(kVariables));
+  for (auto _ : state) benchmark::DoNotOptimize(a.EigenvaluesAndVectors());
 }
 void Eigendata(benchmark::State& state) {
   const DoubleMatrix a = Symmetric(kVariables);
@@ -139,22 +149,24 @@ void Eigendata(benchmark::State& state) {
 BENCHMARK(LibraryEigen);
 BENCHMARK(Eigendata);
 
-constexpr dense::Shape kData{5000, 50};
-
-void LibraryScores(benchmark::State& state) {
-  Storage source(kData), scores(kData);
-  dense::CopyToColumns(Numbers(kData.rows, kData.columns), kData, source.data());
-  for (auto _ : state) {
-    Best().singular_scores(source.data(), kData.rows, kData.columns, scores.data());
-    benchmark::DoNotOptimize(scores.data());
-  }
+template <std::size_t kRows, std::size_t kColumns>
+void LibraryScoresOf(benchmark::State& state) {
+  const LibraryMatrix x(Numbers(kRows, kColumns));
+  for (auto _ : state) benchmark::DoNotOptimize(x.Scores());
 }
-void Scores(benchmark::State& state) {
-  const DoubleMatrix x = Numbers(kData.rows, kData.columns);
+template <std::size_t kRows, std::size_t kColumns>
+void ScoresOf(benchmark::State& state) {
+  const DoubleMatrix x = Numbers(kRows, kColumns);
   for (auto _ : state) benchmark::DoNotOptimize(matrix::PrincipalComponentScores(x));
 }
+void LibraryScores(benchmark::State& state) { LibraryScoresOf<5000, 50>(state); }
+void Scores(benchmark::State& state) { ScoresOf<5000, 50>(state); }
+void LibraryScoresSquare(benchmark::State& state) { LibraryScoresOf<200, 200>(state); }
+void ScoresSquare(benchmark::State& state) { ScoresOf<200, 200>(state); }
 BENCHMARK(LibraryScores);
 BENCHMARK(Scores);
+BENCHMARK(LibraryScoresSquare);
+BENCHMARK(ScoresSquare);
 
 const Ratio kRatios[] = {
     {"the library's product: ordered product, n = 1000",
@@ -165,22 +177,32 @@ const Ratio kRatios[] = {
      {{"Product1500"}},
      {{"LibraryProduct1500"}},
      1.15},
-    {"the library's LU and solves on one thread: inverse, n = 600",
-     {{"Inverse"}},
+    {"the library's inverse, one thread: inverse, n = 600",
+     {{"InverseOneThread"}},
      {{"LibraryInverse"}},
      1.1},
-    {"the library's LU: determinant, n = 600", {{"Determinant"}}, {{"LibraryDeterminant"}}, 1.1},
+    {"the library's inverse, one thread: inverse on all threads, n = 600",
+     {{"Inverse"}},
+     {{"LibraryInverse"}}},
+    {"the library's determinant: determinant, n = 600",
+     {{"Determinant"}},
+     {{"LibraryDeterminant"}},
+     1.1},
     {"the library's solver: eigenvalues and vectors, n = 200",
      {{"Eigendata"}},
      {{"LibraryEigen"}},
      1.1},
-    {"dense QR and SVD: scores, 5000 x 50", {{"Scores"}}, {{"LibraryScores"}}, 1.1},
+    {"the library's decomposition: scores, 5000 x 50", {{"Scores"}}, {{"LibraryScores"}}, 1.1},
+    {"the library's decomposition: scores, 200 x 200",
+     {{"ScoresSquare"}},
+     {{"LibraryScoresSquare"}},
+     1.1},
     {"baseline: product with the best instructions, n = 600",
      {{"ProductOfBestKernel"}},
      {{"ProductOfBaseline"}},
      0.5},
     {"baseline: inverse with the best instructions, n = 600",
-     {{"LibraryInverse"}},
+     {{"InverseOfBestKernel"}},
      {{"InverseOfBaseline"}},
      0.5},
 };

@@ -7,11 +7,11 @@
 #include <vector>
 
 #include "excel/error_double.h"
+#include "library_avx2.h"
 #include "matrix/association.h"
 #include "matrix/ranks.h"
 #include "platform/parallel.h"
 #include "ratios.h"
-#include "symmetric_update.h"
 
 namespace zavrel::bench {
 namespace {

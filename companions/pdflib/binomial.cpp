@@ -24,7 +24,8 @@ class Binomial : public PdfDist {
       moments.kurtosis = 3 + (1 - 6 * p_ * q_) / variance;
     }
     moments.mode = std::min(std::floor((n_ + 1) * p_), n_);
-    moments.discrete_mean = std::floor(n_ * p_ + 0.5L);
+    // Of the mean as it is given: 5 trials of 0.3 have the mean 1.5, though 0.3 is a little less.
+    moments.discrete_mean = std::floor(static_cast<double>(n_ * p_) + 0.5L);
     return moments;
   }
 

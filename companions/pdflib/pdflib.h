@@ -2,18 +2,20 @@
  * from C and from every language that calls C.
  *
  * Each function takes
- *   request    which property, PDFLIB_MOMENTS to PDFLIB_UPPER_QUANTILE
- *   reserved   0
- *   ...        the distribution's parameters
- *   x          the value for PDFLIB_DENSITY, PDFLIB_CUMULATIVE and PDFLIB_UPPER_TAIL, the
- * probability for PDFLIB_QUANTILE and PDFLIB_UPPER_QUANTILE; not read for PDFLIB_MOMENTS results
- * room for 6 doubles: the moments in the order of PDFLIB_MEAN and so on; for every other request
- * the value in results[0], the other five left alone status     room for 6 words. For
- * PDFLIB_MOMENTS one word per moment: 0, or PDFLIB_NO_SUCH_MOMENT when it does not exist or no
- * double holds it; its result is a not-a-number then. Other requests leave it alone, and it may be
- * null. further    reserved for what later versions may give; may be null, nothing is written to it
  *
- * and returns a code: PDFLIB_OK, or another of those below, with nothing written then.
+ * - request: which property, PDFLIB_MOMENTS to PDFLIB_UPPER_QUANTILE.
+ * - reserved: 0.
+ * - The distribution's parameters, described at each function.
+ * - x: the value for PDFLIB_DENSITY, PDFLIB_CUMULATIVE and PDFLIB_UPPER_TAIL, the probability for
+ *   PDFLIB_QUANTILE and PDFLIB_UPPER_QUANTILE; not read for PDFLIB_MOMENTS.
+ * - results: room for 6 doubles. PDFLIB_MOMENTS writes the moments in the order of PDFLIB_MEAN and
+ *   so on, every other request its value to results[0] and nothing else.
+ * - status: room for 6 words. PDFLIB_MOMENTS writes one word per moment: 0, or
+ *   PDFLIB_NO_SUCH_MOMENT when it does not exist, or overflows a double, or underflows and loses
+ *   digits; its result is a not-a-number then. Other requests write nothing, and it may be null.
+ * - further: reserved for what later versions may give. It may be null, nothing is written to it.
+ *
+ * It returns a code: PDFLIB_OK, or another of those below, with nothing written then.
  *
  * Upper tails are computed as tails, right to the last digits where 1 minus the cumulative
  * probability has none left. Values outside the distribution's support and probabilities outside
@@ -22,8 +24,9 @@
  *
  * The quantile of a discrete distribution is the smallest value whose cumulative probability, as
  * PDFLIB_CUMULATIVE gives it, reaches the probability; its upper quantile the smallest value whose
- * upper tail does not exceed it. The discrete mean is the mean rounded to the next whole number,
- * halves upwards; a continuous distribution has none.
+ * upper tail, as PDFLIB_UPPER_TAIL gives it, does not exceed it. So the quantile of a value's
+ * cumulative probability is that value again. The discrete mean is the mean, as PDFLIB_MEAN gives
+ * it, rounded to the next whole number, halves upwards; a continuous distribution has none.
  *
  * The functions may be called from any thread, in any floating-point mode, which they leave as it
  * was. */

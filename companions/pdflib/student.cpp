@@ -39,7 +39,7 @@ class Student : public PdfDist {
     return df_.degrees_of_freedom() == 1 ? CauchyUpperTail(x) : cdf(complement(df_, x));
   }
   Real QuantileOf(Real p) const override { return quantile(df_, p); }
-  Real UpperQuantileOf(Real q) const override { return -QuantileOf(q); }
+  Real UpperQuantileOf(Real q) const override { return 0 - QuantileOf(q); }
 
   boost::math::students_t_distribution<Real> df_;
 };

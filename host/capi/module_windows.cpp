@@ -31,6 +31,8 @@ std::filesystem::path FileOf(HMODULE module) {
 }  // namespace
 
 Module::Module(const std::filesystem::path& file) {
+  // Nobody reads a message box that an add-in opens in the middle of a formula.
+  SetEnvironmentVariableW(L"ZAVREL_NO_MESSAGE_BOX", L"1");
   // The add-in's own folder is searched for the libraries that it needs, and no dialog is shown.
   DWORD old_mode = 0;
   SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &old_mode);

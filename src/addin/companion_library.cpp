@@ -26,6 +26,7 @@ const Module* CompanionLibrary::module() {
   if (!looked_) {
     looked_ = true;
     module_ = load_(path_);
+    found_ = module_.has_value();
   }
   return module_ ? &*module_ : nullptr;
 }
@@ -54,6 +55,12 @@ CompanionLibrary& DistributionsLibrary() {
 CompanionLibrary& NonparametricTestsLibrary() {
   static CompanionLibrary& library = NewOfProcess(
       u"ZavrelFuncs Extensions", u"NonparametricTests" + MajorVersionText() + u"_x64.DLL");
+  return library;
+}
+
+CompanionLibrary& EUtilityLibrary() {
+  static CompanionLibrary& library =
+      NewOfProcess(u"", u"EUtilityLibrary" + MajorVersionText() + u"_x64.DLL");
   return library;
 }
 

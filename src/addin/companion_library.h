@@ -11,24 +11,31 @@
 namespace zavrel {
 
 /// Looks for its library on first need and remembers the outcome, found or not. A library that was
-/// found stays loaded.
+/// found stays loaded unless it is released.
 class CompanionLibrary {
  public:
   using Loader = std::function<std::optional<Module>(const std::u16string& path)>;
 
   CompanionLibrary(std::u16string path, Loader load);
-  bool IsPresent() { return module() != nullptr; }
+  /// Whether it was found; a library that was released after that counts as present.
+  bool IsPresent() {
+    module();
+    return found_;
+  }
   const std::u16string& path() const { return path_; }
   /// The loaded library, null when absent.
   const Module* module();
   /// Null when the library or the export is absent.
   ExportAddress FindExport(const char* name);
+  /// Unloads the library, which turned out to be of no use; it is not looked for again.
+  void Release() { module_.reset(); }
 
  private:
   std::u16string path_;
   Loader load_;
   std::optional<Module> module_;
   bool looked_ = false;
+  bool found_ = false;
 };
 
 /// Full path of a library in a folder below the add-in's own (an empty name: beside the add-in).
@@ -40,8 +47,11 @@ std::u16string CompanionLibraryPath(std::u16string_view add_in_folder, std::u16s
 
 /// The distributions: "Pdflib8_x64.DLL".
 CompanionLibrary& DistributionsLibrary();
-/// The nonparametric tests.
+/// The tests of Mann and Whitney and of Wilcoxon, in the folder of the extensions: "ZavrelFuncs
+/// Extensions\\NonparametricTests8_x64.DLL". Its functions are registered only when it is there.
 CompanionLibrary& NonparametricTestsLibrary();
+/// The test of Kruskal and Wallis: "EUtilityLibrary8_x64.DLL".
+CompanionLibrary& EUtilityLibrary();
 /// The sibling product's: "QLX4_x64.DLL", named as its exports are and as every library of the
 /// suite, product with its major version, then the bitness.
 CompanionLibrary& SiblingLibrary();

@@ -4,7 +4,7 @@
 #include <exception>
 #include <utility>
 
-#include "addin/companion_library.h"
+#include "addin/nonparametric_library.h"
 #include "diagnostics/log_line.h"
 #include "platform/memory_status.h"
 #include "platform/operating_system.h"
@@ -44,7 +44,7 @@ std::string Describe(const Announcement& announced) {
 SessionServices SessionServices::OfThisMachine() {
   return {
       .messages = [] { return MessageLibrary::Open(LibraryIdentity::OfThisLibrary().folder); },
-      .extension_present = [] { return NonparametricTestsLibrary().IsPresent(); },
+      .extension_present = [] { return ExtensionIsPresent(); },
       .memory_load = [] { return ReadMemoryStatus().load_percent; },
       .machine_text = [](const std::u16string& key,
                          const std::u16string& name) -> std::optional<std::u16string> {
@@ -78,6 +78,7 @@ Session::Session(SessionServices services)
       data_cache_(std::make_shared<ExcelDataCache>()),
       parm_cache_(std::make_shared<DatasetParmCache>()) {
   SetSessionCaches(data_cache_, parm_cache_);
+  AddFurtherCache([this] { rank_sum_records_.Clear(); });
 }
 
 Session::~Session() {

@@ -14,6 +14,7 @@
 #include "addin/library_identity.h"
 #include "addin/registration.h"
 #include "data/macro_handshakes.h"
+#include "data/rank_sum_records.h"
 #include "data/session_caches.h"
 #include "diagnostics/failure_store.h"
 #include "diagnostics/message_library.h"
@@ -68,6 +69,7 @@ class Session {
 
   FailureStore& failures() { return failures_; }
   MacroHandshakes& macro_handshakes() { return macro_handshakes_; }
+  RankSumRecords& rank_sum_records() { return rank_sum_records_; }
   const ApplicationTable& applications() const { return applications_; }
   /// The language in which texts are shown: the thread's when the session opens, then whatever the
   /// latest announcement named. With or without a country (0x0407, 7).
@@ -104,6 +106,7 @@ class Session {
   MessageLibrary messages_;
   FailureStore failures_;
   MacroHandshakes macro_handshakes_;
+  RankSumRecords rank_sum_records_;
   std::shared_ptr<ExcelDataCache> data_cache_;
   std::shared_ptr<DatasetParmCache> parm_cache_;
   std::vector<std::function<void()>> further_caches_;

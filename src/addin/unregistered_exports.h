@@ -80,6 +80,7 @@ inline constexpr const char* kUnregisteredExports[] = {
     "MatrixDeterminantC",
     // macro add-in, single values
     "ZavrelStandardizeVB",
+    "ZavrelRandVB",
     // macro add-in, distributions
     "ZavrelNormalVB",
     "ZavrelStudentVB",

@@ -10,7 +10,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "data/block_pool.h"
+#include "platform/block_pool.h"
 #include "data/cell_columns.h"
 
 namespace zavrel {

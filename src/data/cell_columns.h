@@ -8,7 +8,7 @@
 #include <span>
 #include <string_view>
 
-#include "data/block_pool.h"
+#include "platform/block_pool.h"
 #include "excel/xloper12.h"
 
 namespace zavrel {

@@ -8,7 +8,7 @@
 #include <span>
 #include <string>
 
-#include "data/block_pool.h"
+#include "platform/block_pool.h"
 #include "data/category_table.h"
 #include "data/cell_columns.h"
 #include "data/cell_layout.h"

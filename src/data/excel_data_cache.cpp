@@ -3,7 +3,7 @@
 #include <new>
 #include <utility>
 
-#include "data/block_pool.h"
+#include "platform/block_pool.h"
 #include "data/excel_data.h"
 
 namespace zavrel {

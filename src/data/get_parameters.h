@@ -10,7 +10,7 @@
 #include <variant>
 #include <vector>
 
-#include "data/block_pool.h"
+#include "platform/block_pool.h"
 #include "data/dataset_parm.h"
 #include "excel/scalar_argument.h"
 #include "excel/xxloper.h"

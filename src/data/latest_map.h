@@ -44,6 +44,11 @@ class LatestMap {
     entries_.erase(entry);
   }
 
+  void Clear() noexcept {
+    places_.clear();
+    entries_.clear();
+  }
+
   std::size_t size() const { return entries_.size(); }
 
  private:

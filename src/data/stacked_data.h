@@ -75,7 +75,7 @@ class StackedSelections {
   /// stale until they are asked for again.
   struct Budget {
     std::size_t references = std::size_t{256} << 20;
-    std::size_t values = std::size_t{64} << 20;
+    std::size_t values = std::size_t{16} << 20;
   };
 
   struct Entry {

@@ -61,7 +61,7 @@ XXloper MatrixOf(Measure measure, std::span<const XLOPER12* const> arguments) {
   const AssociationResult result = CalculateAssociationMatrix(
       measure == Measure::kCorrelation, OptionOf(options, 0) != 0, OptionOf(options, 1) != 0,
       OptionOf(options, 2) != 0, variables.columns());
-  return result.error ? XXloper::ErrorByCode(*result.error) : WholeMatrix(result.matrix);
+  return result.error ? XXloper::ErrorByCode(*result.error) : MatrixForCaller(result.matrix);
 }
 
 }  // namespace

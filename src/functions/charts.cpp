@@ -15,8 +15,7 @@
 #include "data/get_parameters.h"
 #include "excel/error_double.h"
 #include "functions/cached_statistic.h"
-#include "functions/calling_array.h"
-#include "functions/result_column.h"
+#include "functions/chart_column.h"
 #include "platform/export.h"
 #include "stats/box_plot.h"
 #include "stats/box_plot_series.h"
@@ -71,23 +70,6 @@ OrFailure<BoxPlot> BoxPlotOf(ExcelData& data, const XLOPER12* method_argument) {
   return BoxPlot(sorted, mean, std::get<Quartiles>(quartiles));
 }
 
-/// A series' points as a column; `point(row)` gives nothing behind the last. Over the calling
-/// range, #N/A in its unused cells, and beyond it down to the last point: entered in one cell, a
-/// series spills. At most 65,535 rows.
-template <class PointOf>
-XXloper PointColumn(std::size_t points, PointOf point) {
-  const CallingRange caller = CallingRange::Ask();
-  const std::int32_t columns = std::clamp(caller.columns(), 1, kMostResultColumns);
-  const auto rows = std::clamp<std::size_t>(
-      std::max(points, static_cast<std::size_t>(caller.rows())), 1, kMostResultRows);
-  XXloperArray column(static_cast<std::int32_t>(rows), columns);
-  for (std::size_t row = 0; row < rows; ++row) {
-    const std::optional<double> coordinate = point(row);
-    if (coordinate) column.SetNumber(row * static_cast<std::size_t>(columns), *coordinate);
-  }
-  return std::move(column).Finish();
-}
-
 std::optional<BoxPlotSeries> ReadSeriesCode(const Parameters& parameters, std::size_t position) {
   return BoxPlotSeriesOf(parameters.integer(position));
 }
@@ -102,16 +84,17 @@ XXloper CompletePairs(const Parameters& parameters, std::size_t wanted) {
   if (pairs == 0) return NoValue();
   const PairedValues column = wanted == 0 ? x : y;
   std::size_t next = 0;
-  return ResultColumn(pairs, [&](std::size_t) {
+  return ChartColumn(pairs, [&](std::size_t) {
     while (x[next] == kMissingValue || y[next] == kMissingValue) ++next;
-    return VariableCell::Number(column[next++]);
+    return column[next++];
   });
 }
 
 }  // namespace
 
 /// The coordinates of one part of a data set's box plot along the data axis, by its number 1 to 9
-/// (stats/box_plot_series.h). Another number, or data without a number: #VALUE!.
+/// (stats/box_plot_series.h). Another number, data without a number, or more than 65,535 outliers
+/// in the group: #VALUE!.
 ZAV_EXPORT XLOPER12* ZavrelBoxPlotX(const XLOPER12* data, const XLOPER12* method,
                                     const XLOPER12* series_code) {
   return WorksheetFunction("ZavrelBoxPlotX", [&]() -> XXloper {
@@ -124,15 +107,14 @@ ZAV_EXPORT XLOPER12* ZavrelBoxPlotX(const XLOPER12* data, const XLOPER12* method
     if (const auto* failure = std::get_if<XXloper>(&plot)) return *failure;
     std::array<double, kMostBoxPlotPoints> room{};
     const auto along = CoordinatesAlong(std::get<BoxPlot>(plot), *series, room);
-    return PointColumn(along.size(), [&](std::size_t row) {
-      return row < along.size() ? std::optional(along[row]) : std::nullopt;
-    });
+    return ChartColumn(along.size(), [&](std::size_t row) { return along[row]; });
   });
 }
 
 /// The coordinates across the data axis that go with those, for the plot at place n of several:
-/// the numbers around n; for a group of outliers n in each row, however many there are, as the
-/// other coordinate of an unused row is #N/A. A series that there is not: #VALUE!.
+/// the numbers around n; for a group of outliers n in each row of the calling range, however many
+/// outliers there are, as the other coordinate of an unused row is #N/A. A series that there is
+/// not: #VALUE!.
 ZAV_EXPORT XLOPER12* ZavrelBoxPlotY(std::int32_t n, const XLOPER12* series_code) {
   return WorksheetFunction("ZavrelBoxPlotY", [&]() -> XXloper {
     const Parameters parameters =
@@ -141,11 +123,10 @@ ZAV_EXPORT XLOPER12* ZavrelBoxPlotY(std::int32_t n, const XLOPER12* series_code)
     const auto series = ReadSeriesCode(parameters, 0);
     if (!series) return NoValue();
     const std::span<const double> across = CoordinatesAcross(*series);
-    return PointColumn(across.size(), [&](std::size_t row) -> std::optional<double> {
-      if (across.empty()) return n;
-      if (row >= across.size()) return {};
-      return n + across[row];
-    });
+    if (!across.empty())
+      return ChartColumn(across.size(), [&](std::size_t row) { return n + across[row]; });
+    const std::int32_t rows = std::clamp(CallingRange::Ask().rows(), 1, kMostResultRows);
+    return ChartColumn(static_cast<std::size_t>(rows), [&](std::size_t) { return n; });
   });
 }
 
@@ -180,8 +161,8 @@ ZAV_EXPORT XLOPER12* ZavrelOutlierType(const XLOPER12* data, const XLOPER12* met
 }
 
 /// A column of the x values (`which` 0) or the y values (1) of the complete pairs: row i of the one
-/// range goes with row i of the other, and counts where both hold a number. Another `which`, or no
-/// complete pair: #VALUE!.
+/// range goes with row i of the other, and counts where both hold a number. Another `which`, or not
+/// 1 to 65,535 complete pairs: #VALUE!.
 ZAV_EXPORT XLOPER12* ZavrelScatterPlot(const XLOPER12* x, const XLOPER12* y, std::int16_t which) {
   return WorksheetFunction("ZavrelScatterPlot", [&]() -> XXloper {
     if (which != 0 && which != 1) return NoValue();

@@ -6,12 +6,12 @@
 //
 // A macro gives the selector as its index from 0 and the missing-value marker for an x that it does
 // not have. The result is
-//   0       done
-//   1       no such property, no x for one that needs it, df below 1 (Student, chi-square), no
-//   place
-//           for the value, no distribution companion
-//   others  the companion's code (companions/pdflib/pdflib.h)
-// and nothing is stored unless it is 0, except for a moment that does not exist: its status is the
+// - 0: done;
+// - 1: no such property, no x for one that needs it, df below 1 (Student, chi-square), no place for
+//   the value, no distribution companion;
+// - others: the companion's code (companions/pdflib/pdflib.h).
+//
+// Nothing is stored unless it is 0, except for a moment that does not exist: its status is the
 // result, and what the companion left in its place, a not-a-number, is stored.
 #include "functions/distributions.h"
 

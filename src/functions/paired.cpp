@@ -5,16 +5,14 @@
 // columns are read to their last used row; where two ranges cut down to their used parts need not
 // lie alike (several whole rows used to different columns, whole areas among several), no pair can
 // be told and the result is #VALUE!.
-#include <algorithm>
 #include <array>
 #include <limits>
 
 #include "addin/target_computation.h"
 #include "addin/worksheet_function.h"
-#include "data/block_pool.h"
-#include "data/cell_layout.h"
 #include "data/get_parameters.h"
 #include "excel/error_double.h"
+#include "functions/pair_arguments.h"
 #include "platform/export.h"
 #include "stats/moment_block.h"
 #include "stats/pairs.h"
@@ -27,36 +25,6 @@ namespace {
 using Arguments = std::span<const XLOPER12* const>;
 
 XXloper NoResult() { return XXloper::Error(ExcelError::kValue); }
-
-/// The argument list of a function over pairs: two ranges, then what `kinds` adds.
-class PairArguments {
- public:
-  PairArguments(std::string_view kinds, Arguments arguments)
-      : parameters_(GetParameters(kinds, MissingDataPolicy::kPositional, arguments)) {
-    if (!parameters_.accepted()) return;
-    const auto layout = [&](std::size_t i) { return parameters_.data(i).layout(); };
-    aligned_ = CanPairShorter(layout(0), x().size(), layout(1), y().size());
-  }
-
-  bool accepted() const { return parameters_.accepted() && aligned_; }
-  XXloper failure() const { return parameters_.accepted() ? NoResult() : parameters_.failure(); }
-  const Parameters& parameters() const { return parameters_; }
-  PairedValues x() const { return parameters_.numbers(0); }
-  PairedValues y() const { return parameters_.numbers(1); }
-
-  /// Room for one number per pair.
-  BlockArray<double> Room() const {
-    BlockArray<double> room;
-    if (const std::size_t pairs = std::min(x().size(), y().size()); pairs > 0) room.Extend(pairs);
-    return room;
-  }
-
- private:
-  Parameters parameters_;
-  bool aligned_ = false;
-};
-
-std::span<double> Whole(BlockArray<double>& room) { return {room.data(), room.size()}; }
 
 /// A moment of the paired differences, in the sample form.
 XXloper MomentOfDifferences(StatisticId id, Arguments arguments) {

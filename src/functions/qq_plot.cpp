@@ -1,59 +1,37 @@
 // Columns of a normal quantile plot: ZavQQPlotStandardize, ZavQQPlotSort, ZavQQPlotZValue. Only
 // numbers are used; each column has a row for each of them.
 #include <array>
-#include <cmath>
-#include <optional>
+#include <variant>
 
 #include "addin/worksheet_function.h"
 #include "data/get_parameters.h"
-#include "excel/error_double.h"
-#include "functions/cached_statistic.h"
-#include "functions/calling_array.h"
+#include "functions/chart_column.h"
 #include "functions/distributions.h"
-#include "functions/result_column.h"
+#include "functions/sample_scale.h"
 #include "platform/export.h"
+#include "stats/standardize.h"
 
 namespace zavrel {
 namespace {
 
 XXloper NoValue() { return XXloper::Error(ExcelError::kValue); }
 
-struct Scale {
-  double mean = 0;
-  double standard_deviation = 1;
-  /// The result of a call that could not get them.
-  std::optional<XXloper> failure{};
-};
-
-/// Sample mean and standard deviation. One number or only equal ones: #DIV/0!.
-Scale ScaleOf(ExcelData& data) {
-  const double mean = CachedStatistic(data, StatisticId::kMean, Form::kSample);
-  const double deviation = CachedStatistic(data, StatisticId::kStdDev, Form::kSample);
-  for (const double statistic : {mean, deviation})
-    if (std::isnan(statistic)) return {0, 1, ToExcelValue(statistic)};
-  const std::span<const double> sorted = data.SortedNumbers();
-  // Asked of the values too: the rounding of the mean gives equal ones deviations from it.
-  if (deviation == 0 || sorted.front() == sorted.back())
-    return {0, 1, XXloper::Error(ExcelError::kDiv0)};
-  return {mean, deviation};
-}
-
-XXloper NormalQuantiles(std::size_t n, const Scale& scale) {
+XXloper NormalQuantiles(std::size_t n, const SampleScale& scale) {
   bool failed = false;
-  XXloper column = ResultColumn(n, [&](std::size_t i) {
+  XXloper column = ChartColumn(n, [&](std::size_t i) {
     const double p = (static_cast<double>(i) + 0.5) / static_cast<double>(n);
     double quantile = 0;
     failed = failed ||
              NormalProperty(scale.mean, scale.standard_deviation, kQuantile, p, &quantile) != 0;
-    return VariableCell::Number(quantile);
+    return quantile;
   });
   return failed ? NoValue() : column;
 }
 
 }  // namespace
 
-/// z-scores in sheet order: (x - mean) / sample standard deviation. No number: #VALUE!; one or only
-/// equal ones: #DIV/0!.
+/// z-scores in sheet order: (x - mean) / sample standard deviation. Not 1 to 65,535 numbers:
+/// #VALUE!; one or only equal ones: #DIV/0!.
 ZAV_EXPORT XLOPER12* ZavrelQQPlotStandardize(const XLOPER12* data) {
   return WorksheetFunction("ZavrelQQPlotStandardize", [&]() -> XXloper {
     const Parameters parameters =
@@ -61,15 +39,16 @@ ZAV_EXPORT XLOPER12* ZavrelQQPlotStandardize(const XLOPER12* data) {
     if (!parameters.accepted()) return parameters.failure();
     const std::span<const double> numbers = parameters.numbers(0);
     if (numbers.empty()) return NoValue();
-    const Scale scale = ScaleOf(parameters.data(0));
-    if (scale.failure) return *scale.failure;
-    return ResultColumn(numbers.size(), [&](std::size_t i) {
-      return VariableCell::Number((numbers[i] - scale.mean) / scale.standard_deviation);
+    const auto scale = SampleScaleOf(parameters.data(0));
+    if (const auto* failure = std::get_if<XXloper>(&scale)) return *failure;
+    const auto [mean, deviation] = std::get<SampleScale>(scale);
+    return ChartColumn(numbers.size(), [&, mean = mean, deviation = deviation](std::size_t i) {
+      return Standardize(numbers[i], mean, deviation).value;
     });
   });
 }
 
-/// The numbers in ascending order. No number: #VALUE!.
+/// The numbers in ascending order. Not 1 to 65,535 numbers: #VALUE!.
 ZAV_EXPORT XLOPER12* ZavrelQQPlotSort(const XLOPER12* data) {
   return WorksheetFunction("ZavrelQQPlotSort", [&]() -> XXloper {
     const Parameters parameters =
@@ -77,8 +56,7 @@ ZAV_EXPORT XLOPER12* ZavrelQQPlotSort(const XLOPER12* data) {
     if (!parameters.accepted()) return parameters.failure();
     const std::span<const double> sorted = parameters.data(0).SortedNumbers();
     if (sorted.empty()) return NoValue();
-    return ResultColumn(sorted.size(),
-                        [&](std::size_t i) { return VariableCell::Number(sorted[i]); });
+    return ChartColumn(sorted.size(), [&](std::size_t i) { return sorted[i]; });
   });
 }
 
@@ -92,10 +70,11 @@ ZAV_EXPORT XLOPER12* ZavrelQQPlotZValue(const XLOPER12* data, const XLOPER12* st
         GetParameters("Rd", MissingDataPolicy::kNumbersOnly, std::array{data, standardized});
     if (!parameters.accepted()) return parameters.failure();
     const std::size_t n = parameters.numbers(0).size();
-    if (n == 0 || n > kMostResultRows) return NoValue();
-    const bool standard = parameters.given(1) && parameters.number(1) != 0;
-    const Scale scale = standard ? Scale{} : ScaleOf(parameters.data(0));
-    return scale.failure ? *scale.failure : NormalQuantiles(n, scale);
+    if (n == 0 || n > kMostChartPoints) return NoValue();
+    if (parameters.given(1) && parameters.number(1) != 0) return NormalQuantiles(n, SampleScale{});
+    const auto scale = SampleScaleOf(parameters.data(0));
+    if (const auto* failure = std::get_if<XXloper>(&scale)) return *failure;
+    return NormalQuantiles(n, std::get<SampleScale>(scale));
   });
 }
 

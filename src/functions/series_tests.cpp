@@ -1,14 +1,14 @@
 // Statistics of classical tests on one series: ZavLilliefors, ZavRunsTest, ZavDurbinWatson,
 // ZavAutocorrelation. Each takes the numbers of its data alone; the statistic is all it gives.
 #include <array>
-#include <cmath>
 #include <optional>
+#include <variant>
 
 #include "addin/worksheet_function.h"
 #include "data/get_parameters.h"
 #include "excel/error_double.h"
-#include "functions/cached_statistic.h"
 #include "functions/distributions.h"
+#include "functions/sample_scale.h"
 #include "platform/export.h"
 #include "stats/autocorrelation.h"
 #include "stats/durbin_watson.h"
@@ -27,15 +27,15 @@ std::span<const double> InSheetOrder(const Parameters& parameters) { return para
 XXloper Lilliefors(ExcelData& data) {
   const std::span<const double> sorted = data.SortedNumbers();
   if (sorted.empty()) return XXloper::Error(ExcelError::kValue);
-  const double mean = CachedStatistic(data, StatisticId::kMean, kOnlyForm);
-  const double deviation = CachedStatistic(data, StatisticId::kStdDev, Form::kSample);
-  for (const double statistic : {mean, deviation})
-    if (std::isnan(statistic)) return ToExcelValue(statistic);
-  // Asked of the values too: the rounding of the mean gives equal ones deviations from it.
-  if (deviation == 0 || sorted.front() == sorted.back()) return XXloper::Error(ExcelError::kDiv0);
+  const auto scale = SampleScaleOf(data);
+  if (const auto* failure = std::get_if<XXloper>(&scale)) return *failure;
+  const SampleScale& of_data = std::get<SampleScale>(scale);
   return ToExcelValue(LargestDistance(sorted, [&](double x) -> std::optional<double> {
     double probability = 0;
-    if (NormalProperty(mean, deviation, kCumulativeProbability, x, &probability) != 0) return {};
+    if (NormalProperty(of_data.mean, of_data.standard_deviation, kCumulativeProbability, x,
+                       &probability) != 0) {
+      return {};
+    }
     return probability;
   }));
 }

@@ -39,6 +39,13 @@ bool Variables::Add(const XLOPER12* argument) {
   return true;
 }
 
+/// Of the range or array that was given, however few of its rows are used.
+static bool IsOneRow(const XLOPER12& part) {
+  if (TypeOf(part) == xltypeMulti) return part.val.array.rows == 1;
+  const auto reference = ReferenceView::Of(part);
+  return !reference || RowsOf(reference->areas().front()) == 1;
+}
+
 bool Variables::AddPart(const XLOPER12& part) {
   DataArgument read = ReadDataArgument(std::array{&part});
   if (read.outcome != ReadOutcome::kRead) return Fail(ExcelError::kRef);
@@ -49,7 +56,7 @@ bool Variables::AddPart(const XLOPER12& part) {
       read.data->Numbers(MissingDataPolicy::kPositionalWithErrors);
   data_.push_back(std::move(read.data));
   const std::size_t rows = *width > 0 ? numbers.size() / *width : 0;
-  if (*width <= 1 || rows <= 1) {
+  if (*width <= 1 || IsOneRow(part)) {
     columns_.push_back(numbers);
     return true;
   }

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "data/block_pool.h"
+#include "platform/block_pool.h"
 #include "data/excel_data.h"
 #include "matrix/association.h"
 

@@ -10,13 +10,27 @@
 #include "matrix/ranks.h"
 #include "matrix/scanned_variable.h"
 #include "matrix/whole_pairs.h"
+#include "platform/block_pool.h"
 #include "platform/parallel.h"
 
 namespace zavrel {
 namespace {
 
-using Columns = std::vector<std::vector<double>>;
-using Orders = std::vector<std::vector<std::uint32_t>>;
+using Columns = std::vector<BlockArray<double>>;
+using Orders = std::vector<BlockArray<std::uint32_t>>;
+
+template <class T>
+BlockArray<T> Uninitialised(std::size_t count) {
+  BlockArray<T> array;
+  array.Extend(count);
+  return array;
+}
+
+std::vector<VariableColumn> ViewsOf(const Columns& columns) {
+  std::vector<VariableColumn> views;
+  for (const BlockArray<double>& column : columns) views.emplace_back(column.data(), column.size());
+  return views;
+}
 
 ObservationBits CompleteObservations(std::span<const ScannedVariable> variables, std::size_t rows) {
   ObservationBits complete(rows / 64 + 1, ~std::uint64_t{0});
@@ -38,14 +52,15 @@ void DeleteListwise(std::vector<ScannedVariable>& variables, const AssociationKe
   const ObservationBits complete = CompleteObservations(variables, rows);
   std::size_t count = 0;
   for (std::size_t row = 0; row < rows; ++row) count += std::size_t{IsSet(complete, row)};
-  storage.assign(variables.size(), std::vector<double>(count));
+  for (std::size_t c = 0; c < variables.size(); ++c)
+    storage.push_back(Uninitialised<double>(count));
   ParallelFor(variables.size(), [&](std::size_t c) {
     std::size_t n = 0;
     for (std::size_t row = 0; n < count; ++row) {
-      if (IsSet(complete, row)) storage[c][n++] = variables[c].values[row];
+      if (IsSet(complete, row)) storage[c].data()[n++] = variables[c].values[row];
     }
   });
-  variables = Scan(std::vector<VariableColumn>(storage.begin(), storage.end()), kernels);
+  variables = Scan(ViewsOf(storage), kernels);
 }
 
 Orders OrdersOf(std::span<const ScannedVariable> variables) {
@@ -54,13 +69,15 @@ Orders OrdersOf(std::span<const ScannedVariable> variables) {
   for (const ScannedVariable& variable : variables) {
     if (variable.values.size() > kMostRanked) throw std::bad_alloc();
     most_rows = std::max(most_rows, variable.values.size());
-    orders.emplace_back(variable.values.size());
+    orders.push_back(Uninitialised<std::uint32_t>(variable.values.size()));
   }
   const std::size_t parts = std::min(variables.size(), ParallelThreads());
-  std::vector<std::vector<std::uint64_t>> scratch(parts, std::vector<std::uint64_t>(2 * most_rows));
+  std::vector<BlockArray<std::uint64_t>> scratch;
+  for (std::size_t part = 0; part < parts; ++part)
+    scratch.push_back(Uninitialised<std::uint64_t>(2 * most_rows));
   ParallelFor(parts, [&](std::size_t part) {
     for (std::size_t c = part; c < variables.size(); c += parts)
-      OrderInto(variables[c].values, orders[c], scratch[part]);
+      OrderInto(variables[c].values, orders[c].elements(), scratch[part].elements());
   });
   return orders;
 }
@@ -72,11 +89,12 @@ void ReplaceByRanks(std::vector<ScannedVariable>& variables, const Orders& order
   for (std::size_t c = 0; c < variables.size(); ++c) {
     if (variables[c].has_gaps()) continue;
     whole.push_back(c);
-    storage.emplace_back(variables[c].values.size());
+    storage.push_back(Uninitialised<double>(variables[c].values.size()));
   }
-  ParallelFor(whole.size(), [&](std::size_t w) { RankAllInto(orders[whole[w]], storage[w]); });
-  const std::vector<ScannedVariable> ranks =
-      Scan(std::vector<VariableColumn>(storage.begin(), storage.end()), kernels);
+  ParallelFor(whole.size(), [&](std::size_t w) {
+    RankAllInto(orders[whole[w]].elements(), storage[w].elements());
+  });
+  const std::vector<ScannedVariable> ranks = Scan(ViewsOf(storage), kernels);
   for (std::size_t w = 0; w < whole.size(); ++w) variables[whole[w]] = ranks[w];
 }
 
@@ -90,9 +108,15 @@ void CalculateWholePairs(std::span<const ScannedVariable> variables, PairForm fo
     kind.variables.push_back(&variables[c]);
     kind.places.push_back(c);
   }
-  const std::vector<VariableSummary> summaries =
-      CalculateModeratePairs(moderate, form, kernels, matrix);
-  CalculateOtherPairs(moderate, summaries, others, form, matrix);
+  auto summaries = CalculateModeratePairs(moderate, form, kernels, matrix);
+  if (!summaries) {
+    others.variables.insert(others.variables.end(), moderate.variables.begin(),
+                            moderate.variables.end());
+    others.places.insert(others.places.end(), moderate.places.begin(), moderate.places.end());
+    moderate = {};
+    summaries.emplace();
+  }
+  CalculateOtherPairs(moderate, *summaries, others, form, matrix);
 }
 
 }  // namespace
@@ -120,8 +144,8 @@ AssociationResult CalculateAssociationMatrix(bool is_correlation, bool use_ranks
   result.matrix.assign(k, std::vector<double>(k, ConditionDouble(kConditionNoData)));
   if (!use_ranks) {
     CalculateWholePairs(scanned, form, kernels, result.matrix);
-    CalculateModerateGappedPairs(scanned, form, kernels, result.matrix);
-    CalculateCompactedPairs(scanned, {}, true, form, result.matrix);
+    const bool done = CalculateModerateGappedPairs(scanned, form, kernels, result.matrix);
+    CalculateCompactedPairs(scanned, {}, done, form, result.matrix);
     return result;
   }
   const Orders orders = OrdersOf(scanned);

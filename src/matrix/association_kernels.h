@@ -41,11 +41,10 @@ struct AssociationKernels {
   /// kModerateLimit in magnitude; then the sums mean nothing.
   bool (*sum_columns)(const double* const* columns, std::size_t groups, std::size_t rows,
                       double* sums);
-  /// Packs deviations of kGroup columns from their means, from row `first` on.
+  /// Packs deviations of kGroup columns from their means, from row `first` on, and adds them to
+  /// `sums` unless that is null; an even number of rows before the last call.
   void (*pack_deviations)(const double* const* columns, std::size_t first, std::size_t rows,
-                          const double* means, double* packed);
-  /// Adds `rows` packed deviations; an even number before the last call.
-  void (*add_deviations)(const double* packed, std::size_t rows, DeviationSums* sums);
+                          const double* means, double* packed, DeviationSums* sums);
   /// products[i][j] += a[r][i] b[r][j] for packed groups; with a second group of columns,
   /// `b_next`, its products follow each row of those of b.
   void (*add_products)(const double* a, const double* b, const double* b_next, std::size_t rows,

@@ -91,10 +91,19 @@ inline void Prefetch(const double* from, std::size_t ahead) {
 
 // A block's stretch of a column is too short for the processor to see that it goes on, so the next
 // but one is fetched meanwhile.
-void PackDeviations(const double* const* columns, std::size_t first, std::size_t rows,
-                    const double* means, double* packed) {
+template <bool kSummed>
+void PackGroup(const double* const* columns, std::size_t first, std::size_t rows,
+               const double* means, double* packed, DeviationSums* sums) {
   constexpr std::size_t kLine = 8;
   constexpr std::size_t kAhead = 256;
+  Vector s1[kParts][2] = {};
+  Vector s2[kParts][2] = {};
+  for (std::size_t v = 0; kSummed && v < kParts; ++v) {
+    for (std::size_t parity = 0; parity < 2; ++parity) {
+      s1[v][parity] = Load(sums->s1[parity] + v * kWidth);
+      s2[v][parity] = Load(sums->s2[parity] + v * kWidth);
+    }
+  }
   std::size_t r = 0;
   for (; r + kWidth <= rows; r += kWidth) {
     if (r % kLine == 0) {
@@ -110,42 +119,40 @@ void PackDeviations(const double* const* columns, std::size_t first, std::size_t
         square[c] = Load(columns[v * kWidth + c] + first + r);
       Transpose(square);
 #pragma GCC unroll 8
-      for (std::size_t t = 0; t < kWidth; ++t)
-        Store(packed + (r + t) * kGroup + v * kWidth, square[t] - mean);
+      for (std::size_t t = 0; t < kWidth; ++t) {
+        const Vector d = square[t] - mean;
+        Store(packed + (r + t) * kGroup + v * kWidth, d);
+        if (kSummed) {
+          s1[v][t % 2] += d;
+          s2[v][t % 2] += d * d;
+        }
+      }
+    }
+  }
+  for (std::size_t v = 0; kSummed && v < kParts; ++v) {
+    for (std::size_t parity = 0; parity < 2; ++parity) {
+      Store(sums->s1[parity] + v * kWidth, s1[v][parity]);
+      Store(sums->s2[parity] + v * kWidth, s2[v][parity]);
     }
   }
   for (; r < rows; ++r) {
-    for (std::size_t c = 0; c < kGroup; ++c)
-      packed[r * kGroup + c] = columns[c][first + r] - means[c];
+    for (std::size_t c = 0; c < kGroup; ++c) {
+      const double d = columns[c][first + r] - means[c];
+      packed[r * kGroup + c] = d;
+      if (kSummed) {
+        sums->s1[r % 2][c] += d;
+        sums->s2[r % 2][c] += d * d;
+      }
+    }
   }
 }
 
-void AddDeviations(const double* packed, std::size_t rows, DeviationSums* sums) {
-  for (std::size_t v = 0; v < kGroup; v += kWidth) {
-    Vector s1[2];
-    Vector s2[2];
-    for (std::size_t parity = 0; parity < 2; ++parity) {
-      s1[parity] = Load(sums->s1[parity] + v);
-      s2[parity] = Load(sums->s2[parity] + v);
-    }
-    std::size_t r = 0;
-    for (; r + 2 <= rows; r += 2) {
-#pragma GCC unroll 2
-      for (std::size_t parity = 0; parity < 2; ++parity) {
-        const Vector d = Load(packed + (r + parity) * kGroup + v);
-        s1[parity] += d;
-        s2[parity] += d * d;
-      }
-    }
-    if (r < rows) {
-      const Vector d = Load(packed + r * kGroup + v);
-      s1[0] += d;
-      s2[0] += d * d;
-    }
-    for (std::size_t parity = 0; parity < 2; ++parity) {
-      Store(sums->s1[parity] + v, s1[parity]);
-      Store(sums->s2[parity] + v, s2[parity]);
-    }
+void PackDeviations(const double* const* columns, std::size_t first, std::size_t rows,
+                    const double* means, double* packed, DeviationSums* sums) {
+  if (sums != nullptr) {
+    PackGroup<true>(columns, first, rows, means, packed, sums);
+  } else {
+    PackGroup<false>(columns, first, rows, means, packed, nullptr);
   }
 }
 
@@ -272,8 +279,8 @@ void AddGappedDeviations(const double* packed, const double* y_values, std::size
   }
 }
 
-constexpr AssociationKernels kKernels = {SumGroups,   PackDeviations,  AddDeviations,
-                                         AddProducts, AddGappedValues, AddGappedDeviations};
+constexpr AssociationKernels kKernels = {SumGroups, PackDeviations, AddProducts, AddGappedValues,
+                                         AddGappedDeviations};
 
 }  // namespace
 }  // namespace zavrel

@@ -4,10 +4,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <memory>
 #include <new>
 
 #include "excel/double_matrix.h"
+#include "platform/block_pool.h"
 
 namespace zavrel::dense {
 
@@ -24,29 +24,27 @@ std::size_t SizeOfSquare(const DoubleMatrix& matrix, const char* place);
 /// rows x columns. Throws std::bad_alloc when so many doubles cannot be addressed.
 inline std::size_t CheckedCount(Shape shape) {
   constexpr std::size_t kMost =
-      static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max()) / sizeof(double);
+      static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max()) / sizeof(double) / 2;
   if (shape.columns != 0 && shape.rows > kMost / shape.columns) throw std::bad_alloc();
   return shape.rows * shape.columns;
 }
 
-/// Room for rows x columns doubles, which are not set.
+/// Room for rows x columns doubles, which are not set; on a cache line's boundary.
 class Storage {
  public:
-  explicit Storage(Shape shape)
-      : numbers_(static_cast<double*>(::operator new[](CheckedCount(shape) * sizeof(double),
-                                                       std::align_val_t{kAlignment}))) {}
+  explicit Storage(Shape shape) {
+    constexpr std::size_t kLine = 64;
+    block_.Reserve(CheckedCount(shape) + kLine / sizeof(double));
+    const auto address = reinterpret_cast<std::uintptr_t>(block_.data());
+    numbers_ = reinterpret_cast<double*>((address + kLine - 1) / kLine * kLine);
+  }
 
-  double* data() noexcept { return numbers_.get(); }
-  const double* data() const noexcept { return numbers_.get(); }
+  double* data() noexcept { return numbers_; }
+  const double* data() const noexcept { return numbers_; }
 
  private:
-  static constexpr std::size_t kAlignment = 64;
-  struct Free {
-    void operator()(double* numbers) const noexcept {
-      ::operator delete[](numbers, std::align_val_t{kAlignment});
-    }
-  };
-  std::unique_ptr<double[], Free> numbers_;
+  BlockArray<double> block_;
+  double* numbers_;
 };
 
 /// A matrix of zeros.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 
 #include "excel/error_double.h"
 #include "matrix/ranks.h"
@@ -51,7 +52,8 @@ class UnitSums {
   UnitSums(const Unit& unit, PairForm form, const AssociationKernels& kernels)
       : unit_(unit), form_(form), kernels_(kernels) {}
 
-  void CalculateInto(DoubleMatrix& matrix) {
+  /// False when something left the normal range.
+  bool CalculateInto(DoubleMatrix& matrix) {
     const FloatingPointScope environment;
     EachBlock(kernels_.add_gapped_values);
     for (std::size_t p = 0; p < unit_.partners.size(); ++p) FindMeans(sums_[p]);
@@ -66,6 +68,7 @@ class UnitSums {
         matrix[y.place][x.place] = value;
       }
     }
+    return !environment.LeftNormalRange();
   }
 
  private:
@@ -158,13 +161,15 @@ std::vector<Unit> UnitsOf(std::span<const Variable> order) {
 
 }  // namespace
 
-void CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, PairForm form,
+bool CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, PairForm form,
                                   const AssociationKernels& kernels, DoubleMatrix& matrix) {
   const std::vector<Variable> order = WholeFirst(variables);
   const std::vector<Unit> units = UnitsOf(order);
+  std::atomic<bool> in_normal_range{true};
   ParallelFor(units.size(), [&](std::size_t index) {
-    UnitSums(units[index], form, kernels).CalculateInto(matrix);
+    if (!UnitSums(units[index], form, kernels).CalculateInto(matrix)) in_normal_range = false;
   });
+  return in_normal_range;
 }
 
 namespace {
@@ -224,7 +229,7 @@ class CompactedPair {
 }  // namespace
 
 void CalculateCompactedPairs(std::span<const ScannedVariable> variables,
-                             std::span<const std::vector<std::uint32_t>> orders,
+                             std::span<const BlockArray<std::uint32_t>> orders,
                              bool immoderate_only, PairForm form, DoubleMatrix& matrix) {
   std::vector<Pair> pairs;
   std::size_t most_rows = 0;
@@ -241,9 +246,10 @@ void CalculateCompactedPairs(std::span<const ScannedVariable> variables,
   ParallelFor(parts, [&](std::size_t part) {
     for (std::size_t p = part; p < pairs.size(); p += parts) {
       const auto [i, j] = pairs[p];
-      const double value = orders.empty() ? scratch[part].Value(variables[i], variables[j], form)
-                                          : scratch[part].RankValue(variables[i], orders[i],
-                                                                    variables[j], orders[j], form);
+      const double value = orders.empty()
+                               ? scratch[part].Value(variables[i], variables[j], form)
+                               : scratch[part].RankValue(variables[i], orders[i].elements(),
+                                                         variables[j], orders[j].elements(), form);
       matrix[i][j] = value;
       matrix[j][i] = value;
     }

@@ -8,20 +8,22 @@
 #include "matrix/association_kernels.h"
 #include "matrix/pair_value.h"
 #include "matrix/scanned_variable.h"
+#include "platform/block_pool.h"
 
 namespace zavrel {
 
 /// Values of all pairs with gaps of the variables whose values are all below kModerateLimit.
 /// Nothing is copied but blocks that stay in the fastest cache: where an observation is missing, 0
-/// is added.
-void CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, PairForm form,
+/// is added. False when something underflowed, so that all of them have to be calculated in the
+/// other way.
+bool CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, PairForm form,
                                   const AssociationKernels& kernels, DoubleMatrix& matrix);
 
 /// Values of the pairs with gaps whatever the values are, all or, with `immoderate_only`, those
 /// that CalculateModerateGappedPairs leaves out; of ranks when there are `orders`, one for each
 /// variable. Each pair's observations are copied together.
 void CalculateCompactedPairs(std::span<const ScannedVariable> variables,
-                             std::span<const std::vector<std::uint32_t>> orders,
+                             std::span<const BlockArray<std::uint32_t>> orders,
                              bool immoderate_only, PairForm form, DoubleMatrix& matrix);
 
 }  // namespace zavrel

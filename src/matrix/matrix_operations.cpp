@@ -24,7 +24,7 @@ constexpr std::size_t kBlockedProduct = 1024;
 constexpr std::size_t kInlineProduct = 50'000;
 // Rows of a task: few enough to share out evenly, enough to use what they read of B many times.
 constexpr std::size_t kRowsPerTask = 64;
-constexpr std::size_t kBlockedRowsPerTask = 256;
+constexpr std::size_t kCopiedRowsPerTask = 256;
 constexpr std::size_t kInverseColumnsPerTask = 128;
 
 /// Calls body(begin, end) for the parts of [0, count), in parallel. The body may run out of memory.
@@ -69,17 +69,20 @@ void MultiplyBlocked(const DoubleMatrix& a, const DoubleMatrix& b, Shape a_shape
                      std::size_t columns, DoubleMatrix& product) {
   const auto& multiply = dense::BestKernels().multiply;
   const std::size_t inner = a_shape.columns;
-  Storage dense_a(a_shape), dense_b({inner, columns}), dense_product({a_shape.rows, columns});
-  ForParts(inner, kBlockedRowsPerTask, [&](std::size_t begin, std::size_t end) {
+  Storage dense_b({inner, columns});
+  ForParts(inner, kCopiedRowsPerTask, [&](std::size_t begin, std::size_t end) {
     for (std::size_t r = begin; r < end; ++r) std::ranges::copy(b[r], dense_b.data() + r * columns);
   });
-  ForParts(a_shape.rows, kBlockedRowsPerTask, [&](std::size_t begin, std::size_t end) {
-    double* const a_part = dense_a.data() + begin * inner;
-    double* const product_part = dense_product.data() + begin * columns;
-    for (std::size_t r = begin; r < end; ++r) std::ranges::copy(a[r], dense_a.data() + r * inner);
-    multiply(a_part, end - begin, inner, dense_b.data(), columns, product_part);
-    for (std::size_t r = begin; r < end; ++r)
-      std::copy_n(dense_product.data() + r * columns, columns, product[r].data());
+  // Each task packs all of B once more, so there are no more of them than threads.
+  const std::size_t share = (a_shape.rows + ParallelThreads() - 1) / ParallelThreads();
+  ForParts(a_shape.rows, share, [&](std::size_t begin, std::size_t end) {
+    const std::size_t rows = end - begin;
+    Storage a_part({rows, inner}), product_part({rows, columns});
+    for (std::size_t r = 0; r < rows; ++r)
+      std::ranges::copy(a[begin + r], a_part.data() + r * inner);
+    multiply(a_part.data(), rows, inner, dense_b.data(), columns, product_part.data());
+    for (std::size_t r = 0; r < rows; ++r)
+      std::copy_n(product_part.data() + r * columns, columns, product[begin + r].data());
   });
 }
 

@@ -12,12 +12,12 @@ namespace {
 template <class Real>
 double Value(Real sum, std::size_t n, const VariableSummary& x, const VariableSummary& y,
              PairForm form) {
+  // A constant's mean may be rounded, which would leave the trace of that in the sum.
+  const bool has_spread = x.standard_deviation != 0 && y.standard_deviation != 0;
+  if (!has_spread) return form.is_correlation ? ConditionDouble(kConditionTooFew) : 0;
   Real value = sum / static_cast<Real>(form.sample_divisor ? n - 1 : n);
   if (form.is_correlation) {
-    const Real spread =
-        static_cast<Real>(x.standard_deviation) * static_cast<Real>(y.standard_deviation);
-    if (spread == 0) return ConditionDouble(kConditionTooFew);
-    value /= spread;
+    value /= static_cast<Real>(x.standard_deviation) * static_cast<Real>(y.standard_deviation);
   }
   const auto result = static_cast<double>(value);
   return std::isfinite(result) ? result : ConditionDouble(kConditionNotFinite);
@@ -70,7 +70,7 @@ double PairValue(std::span<const double> x, const VariableSummary& of_x, std::sp
   if (!HasValue(x.size(), of_x, of_y, form)) return ConditionDouble(kConditionNoData);
   const FloatingPointScope environment;
   const double value = Settled(ValueOfSeries<double>(x, of_x, y, of_y, form));
-  if (!environment.Overflowed()) return value;
+  if (!environment.LeftNormalRange()) return value;
   return Settled(ValueOfSeries<long double>(x, of_x, y, of_y, form));
 }
 

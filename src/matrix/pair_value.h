@@ -12,7 +12,7 @@ struct PairForm {
 };
 
 /// Mean and standard deviation, with the divisor of the pair's form, to the bit as ComputeMoments
-/// gives them.
+/// gives them for values whose powers stay in the normal range.
 struct VariableSummary {
   double mean;
   double standard_deviation;
@@ -20,18 +20,19 @@ struct VariableSummary {
 
 VariableSummary Summarise(std::span<const double> values, PairForm form);
 
-/// The same from the sums of d and d^2, d = x - mean. Nothing may have overflowed; the values are
-/// not all equal.
+/// The same from the sums of d and d^2, d = x - mean. Nothing may have left the normal range; the
+/// sums of values that are all equal are 0.
 VariableSummary SummaryFromSums(double mean, double s1, double s2, std::size_t n, PairForm form);
 
 /// The value that follows from the sum of (x - mean x)(y - mean y) over n observations. Nothing may
-/// have overflowed on the way. Too few values, or a variable without a standard deviation, give the
-/// no-data condition.
+/// have left the normal range on the way. Too few values, or a variable without a standard
+/// deviation, give the no-data condition. With a constant a covariance is 0, a correlation the
+/// too-few condition.
 double PairValueFromSum(double sum, std::size_t n, const VariableSummary& x,
                         const VariableSummary& y, PairForm form);
 
-/// The value of two series of equal length. When an operation overflows it is computed again in
-/// 80-bit extended precision.
+/// The value of two series of equal length. When an operation overflows or underflows it is
+/// computed again in 80-bit extended precision.
 double PairValue(std::span<const double> x, const VariableSummary& of_x, std::span<const double> y,
                  const VariableSummary& of_y, PairForm form);
 

@@ -1,6 +1,7 @@
 #include "matrix/whole_pairs.h"
 
 #include <algorithm>
+#include <atomic>
 #include <memory>
 #include <utility>
 
@@ -49,9 +50,12 @@ class ModeratePairs {
     MakeParts();
   }
 
-  std::vector<VariableSummary> CalculateInto(DoubleMatrix& matrix) {
+  std::optional<std::vector<VariableSummary>> CalculateInto(DoubleMatrix& matrix) {
     ParallelFor(parts_.size(), [this](std::size_t index) { AddUp(parts_[index]); });
-    return Finish(matrix);
+    if (left_normal_range_) return std::nullopt;
+    std::vector<VariableSummary> summaries = Finish(matrix);
+    if (left_normal_range_) return std::nullopt;
+    return summaries;
   }
 
  private:
@@ -60,6 +64,9 @@ class ModeratePairs {
   struct Part {
     std::span<const Tile> tiles;
     std::unique_ptr<double[]> packed;
+    /// The groups whose tile on the diagonal is among them: their deviations are summed here.
+    std::size_t first_diagonal;
+    std::size_t end_of_diagonals;
   };
 
   void MakeTiles() {
@@ -81,14 +88,21 @@ class ModeratePairs {
       const std::size_t end = tiles_.size() * (p + 1) / count;
       const std::size_t packed_groups = groups_ - tiles_[begin].a;
       parts_.push_back({std::span(tiles_).subspan(begin, end - begin),
-                        std::make_unique<double[]>(packed_groups * block_rows_ * kGroup)});
+                        std::make_unique<double[]>(packed_groups * block_rows_ * kGroup),
+                        DiagonalsBefore(begin), DiagonalsBefore(end)});
     }
+  }
+
+  std::size_t DiagonalsBefore(std::size_t tile) const {
+    return tile < tiles_.size() ? tiles_[tile].a + std::size_t{tiles_[tile].a != tiles_[tile].b}
+                                : groups_;
   }
 
   void AddUp(const Part& part) {
     const FloatingPointScope environment;
     for (std::size_t row = 0; row < variables_.rows(); row += block_rows_)
       AddBlock(part, row, std::min(block_rows_, variables_.rows() - row));
+    if (environment.LeftNormalRange()) left_normal_range_ = true;
   }
 
   void AddBlock(const Part& part, std::size_t first_row, std::size_t rows) {
@@ -97,18 +111,18 @@ class ModeratePairs {
       return part.packed.get() + (group - first_group) * block_rows_ * kGroup;
     };
     for (std::size_t g = first_group; g < groups_; ++g) {
+      const bool is_summed_here = part.first_diagonal <= g && g < part.end_of_diagonals;
       kernels_.pack_deviations(&columns_[g * kGroup], first_row, rows, &means_[g * kGroup],
-                               packed(g));
+                               packed(g), is_summed_here ? &deviation_sums_[g] : nullptr);
     }
     for (const Tile& tile : part.tiles) {
       const double* a = packed(tile.a);
       const double* b_next = tile.groups > 1 ? packed(tile.b + 1) : nullptr;
-      if (tile.a == tile.b) kernels_.add_deviations(a, rows, &deviation_sums_[tile.a]);
       kernels_.add_products(a, packed(tile.b), b_next, rows, tile.products);
     }
   }
 
-  std::vector<VariableSummary> Finish(DoubleMatrix& matrix) const {
+  std::vector<VariableSummary> Finish(DoubleMatrix& matrix) {
     const FloatingPointScope environment;
     std::vector<VariableSummary> summaries;
     for (std::size_t c = 0; c < variables_.size(); ++c) summaries.push_back(SummaryOf(c));
@@ -123,7 +137,9 @@ class ModeratePairs {
                                  form_));
       }
     }
-    return Settled(std::move(summaries));
+    summaries = Settled(std::move(summaries));
+    if (environment.LeftNormalRange()) left_normal_range_ = true;
+    return summaries;
   }
 
   VariableSummary SummaryOf(std::size_t c) const {
@@ -148,14 +164,15 @@ class ModeratePairs {
   std::vector<double> products_;
   std::vector<Tile> tiles_;
   std::vector<Part> parts_;
+  std::atomic<bool> left_normal_range_{false};
 };
 
 }  // namespace
 
-std::vector<VariableSummary> CalculateModeratePairs(const WholeVariables& variables, PairForm form,
-                                                    const AssociationKernels& kernels,
-                                                    DoubleMatrix& matrix) {
-  if (variables.size() == 0) return {};
+std::optional<std::vector<VariableSummary>> CalculateModeratePairs(
+    const WholeVariables& variables, PairForm form, const AssociationKernels& kernels,
+    DoubleMatrix& matrix) {
+  if (variables.size() == 0) return std::vector<VariableSummary>();
   return ModeratePairs(variables, form, kernels).CalculateInto(matrix);
 }
 

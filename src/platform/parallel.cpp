@@ -32,13 +32,17 @@ std::atomic<bool> section_runs{false};
 
 }  // namespace
 
+static std::size_t Processors() noexcept {
+  static const std::size_t processors = std::max(1u, std::thread::hardware_concurrency());
+  return processors;
+}
+
 std::size_t ParallelThreads() noexcept {
-  static const std::size_t threads = std::max(1u, std::thread::hardware_concurrency());
-  return threads;
+  return section_runs.load(std::memory_order_relaxed) ? 1 : Processors();
 }
 
 void parallel::Run(std::size_t count, Task task) noexcept {
-  const std::size_t threads = std::min(count, ParallelThreads());
+  const std::size_t threads = std::min(count, Processors());
   if (threads < 2 || section_runs.exchange(true, std::memory_order_acquire)) {
     for (std::size_t index = 0; index < count; ++index) task.run(task.object, index);
     return;

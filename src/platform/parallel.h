@@ -15,7 +15,8 @@ struct Task {
 void Run(std::size_t count, Task task) noexcept;
 }  // namespace parallel
 
-/// How many threads take part at most: one for each processor that this process may use.
+/// How many threads take part at most: one for each processor that this process may use, and only
+/// this one while another section runs.
 std::size_t ParallelThreads() noexcept;
 
 /// Calls body(index) for each index below `count`, on this thread and on others at the same time,

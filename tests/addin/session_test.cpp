@@ -215,4 +215,32 @@ TEST_CASE("a companion library is looked for once") {
   CHECK(looked == 1);
 }
 
+TEST_CASE("ranks are kept for their data sets alone, and go under memory pressure") {
+  FakeExcel excel;
+  unsigned load = kClearMemoryLoad - 1;
+  SessionServices services = QuietServices();
+  services.memory_load = [&] { return load; };
+  const OpenSession session(services);
+  RankSumRecords& records = session->rank_sum_records();
+  records.Put("MW:a_b", {3, 4}, {.ties = 1, .rank_sum_2 = 7});
+  records.Put("MW:b_a", {4, 3}, {});
+  session->KeepUpCaches(UpkeepMode::kAfterCall);
+  REQUIRE(records.Find("MW:a_b", {3, 4}) != nullptr);
+  CHECK(records.Find("MW:a_b", {3, 4})->rank_sum_2 == 7);
+  CHECK(records.Find("MW:a_b", {3, 5}) == nullptr);
+  CHECK(records.Find("MW:c_b", {3, 4}) == nullptr);
+  records.Put("MW:a_b", {3, 5}, {.ties = 2});
+  CHECK(records.Find("MW:a_b", {3, 4}) == nullptr);
+  CHECK(records.Find("MW:a_b", {3, 5})->ties == 2);
+  CHECK(records.size() == 2);
+  load = kClearMemoryLoad;
+  session->KeepUpCaches(UpkeepMode::kAfterCall);
+  CHECK(records.size() == 0);
+  for (std::uint64_t i = 0; i < RankSumRecords::kMost + 10; ++i)
+    records.Put(std::to_string(i), {i, 0}, {});
+  CHECK(records.size() == RankSumRecords::kMost);
+  CHECK(records.Find("9", {9, 0}) == nullptr);
+  CHECK(records.Find("10", {10, 0}) != nullptr);
+}
+
 }  // namespace zavrel::tests

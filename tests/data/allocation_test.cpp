@@ -5,7 +5,7 @@
 #include <new>
 #include <string>
 
-#include "data/block_pool.h"
+#include "platform/block_pool.h"
 #include "data/category_table.h"
 #include "data/data_argument.h"
 #include "data/excel_data_cache.h"

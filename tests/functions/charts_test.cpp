@@ -81,6 +81,27 @@ TEST_CASE("the columns of a box plot") {
   CHECK(X(plain, 1.0) == "3.25;3.25;7.75;7.75;3.25;");  // never cut off
 }
 
+TEST_CASE("no column of a chart is repeated over its calling range") {
+  OpenAddIn add_in;
+  const Argument one(Cell(3.0));
+  const Argument two(2, 1, {3.0, 1.0});
+  add_in.excel.caller = Area(0, 2, 3, 4);  // 3 x 2 cells
+  CHECK(Shown(*ZavrelQQPlotSort(one)) == "3,#42;#42,#42;#42,#42;");
+  CHECK(Shown(*ZavrelQQPlotSort(two)) == "1,#42;3,#42;#42,#42;");
+  CHECK(Shown(*ZavrelQQPlotZValue(one, Argument(Cell(1.0)))) == "0,#42;#42,#42;#42,#42;");
+  CHECK(Shown(*ZavrelQQPlotStandardize(two)) == "0.70711,#42;-0.70711,#42;#42,#42;");
+  CHECK(Shown(*ZavrelScatterPlot(one, one, 1)) == "3,#42;#42,#42;#42,#42;");
+  CHECK(X(one, 5.0) == "3,#42;#42,#42;#42,#42;");
+  CHECK(Y(7, 5.0) == "7,#42;#42,#42;#42,#42;");
+  CHECK(Y(7, 6.0) == "7,#42;7,#42;7,#42;");
+
+  // Of one cell the whole column, which spills.
+  add_in.excel.caller = Area(0, 0, 3, 3);
+  CHECK(Shown(*ZavrelQQPlotSort(two)) == "1;3;");
+  CHECK(Shown(*ZavrelScatterPlot(two, two, 0)) == "3;1;");
+  CHECK(Y(7, 6.0) == "7;");
+}
+
 TEST_CASE("outliers, and values on the fences") {
   OpenAddIn add_in;
   std::vector<Cell> cells;
@@ -198,8 +219,13 @@ TEST_CASE("the columns of a normal quantile plot") {
   const XLOPER12& most = *ZavrelQQPlotZValue(Reference(Area(0, 65535, 1, 1)), Argument(Cell(1.0)));
   CHECK(most.val.array.rows == 65535);
   CHECK(Number(most.val.array.lparray[65534]) == doctest::Approx(4.3249157));
-  add_in.excel.Set(65535, 1, 1.0);
-  CHECK(z(Reference(Area(0, 65535, 1, 1)), 1.0) == "#15");
+  const Reference column(Area(0, 65535, 1, 1));
+  CHECK(ZavrelQQPlotSort(column)->val.array.rows == 65535);
+  add_in.excel.Set(65535, 1, 2.0);
+  CHECK(z(column, 1.0) == "#15");
+  CHECK(Shown(*ZavrelQQPlotSort(column)) == "#15");
+  CHECK(Shown(*ZavrelQQPlotStandardize(column)) == "#15");
+  CHECK(Shown(*ZavrelScatterPlot(column, column, 0)) == "#15");
 }
 
 }  // namespace zavrel::tests

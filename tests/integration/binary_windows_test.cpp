@@ -51,7 +51,8 @@ TEST_CASE(
 
 TEST_CASE("every binary that ships imports system libraries only and can be placed anywhere") {
   for (const char* name :
-       {"ZavrelFuncs8_x64.xll", "ZavHost.exe", "ZavrelMessages8_x64.DLL", "Pdflib8_x64.DLL"}) {
+       {"ZavrelFuncs8_x64.xll", "ZavHost.exe", "ZavrelMessages8_x64.DLL", "Pdflib8_x64.DLL",
+        "EUtilityLibrary8_x64.DLL", "ZavrelFuncs Extensions/NonparametricTests8_x64.DLL"}) {
     CAPTURE(name);
     const PeFile binary(AddInFile().parent_path() / name);
     for (const std::string& library : binary.imported_libraries()) {
@@ -68,6 +69,14 @@ TEST_CASE("every binary that ships imports system libraries only and can be plac
   const PeFile distributions(AddInFile().parent_path() / "Pdflib8_x64.DLL");
   CHECK(distributions.exports() ==
         std::set<std::string>{"pdfBinomial", "pdfChisq", "pdfF", "pdfNormal", "pdfStudent"});
+  const PeFile tests(AddInFile().parent_path() / "ZavrelFuncs Extensions" /
+                     "NonparametricTests8_x64.DLL");
+  CHECK(tests.exports() == std::set<std::string>{"MWTiesAndSums", "MWUsingNormalApproximation",
+                                                 "MWpValue", "WSRExactPValMaxSample",
+                                                 "WSRTiesAndSums", "WSRpValue"});
+  const PeFile utility(AddInFile().parent_path() / "EUtilityLibrary8_x64.DLL");
+  CHECK(utility.exports() ==
+        std::set<std::string>{"KWData", "KWpValue", "KWpValueComputationMethod"});
 }
 
 TEST_CASE("the version resource is the project's version") {

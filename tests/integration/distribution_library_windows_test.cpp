@@ -66,15 +66,21 @@ TEST_CASE("without the companion there are no distributions, and the log says so
   const std::filesystem::path folder = FolderWithoutCompanion("without distributions");
   CHECK(Shown(L"=ZavNormal(0,1,\"\"Mean\"\")", folder) == "#NUM!");
   CHECK(Shown(L"=ZavMean(1,2,3)", folder) == "2");
+  CHECK(Shown(L"=ZavLilliefors({1,2,4})", folder) == "#VALUE!");
+  CHECK(Shown(L"=ZavQQPlotZValue({1,2,4},1)", folder) == "#VALUE!");
   CHECK(Occurrences(LogOf(folder), "Could not load ") == 1);
 }
 
 TEST_CASE("a companion without a function counts as none") {
   const std::filesystem::path folder = FolderWithoutCompanion("other distributions");
-  // Some library, under the companion's name.
-  std::filesystem::copy_file(SIBLING_LIBRARY, folder / "Pdflib8_x64.DLL",
-                             std::filesystem::copy_options::overwrite_existing);
-  CHECK(Occurrences(LogOf(folder), "The function pdfNormal could not be found in ") == 1);
+  for (const auto& [file, missing] :
+       {std::pair{SIBLING_LIBRARY, "pdfNormal"}, {PARTIAL_PDFLIB, "pdfF"}}) {
+    std::filesystem::copy_file(file, folder / "Pdflib8_x64.DLL",
+                               std::filesystem::copy_options::overwrite_existing);
+    const std::string line = std::string("The function ") + missing + " could not be found in ";
+    CHECK(Occurrences(LogOf(folder), line) == 1);
+    std::filesystem::remove(folder / "temp" / "VekZavrelFuncs8.log");
+  }
 }
 
 }  // namespace zavrel::tests

@@ -1,11 +1,12 @@
-// With the sibling product's library beside the add-in, percentiles come from there.
+// With the sibling product's library beside the add-in, percentiles and random numbers come from
+// there.
 #include <doctest/doctest.h>
 
 #include "integration/host_process.h"
 
 namespace zavrel::tests {
 
-TEST_CASE("a sibling library beside the add-in computes the percentiles") {
+TEST_CASE("a sibling library beside the add-in computes the percentiles and the random numbers") {
   const std::filesystem::path folder = ScratchFolder() / "with sibling";
   std::filesystem::create_directories(folder);
   constexpr auto kReplace = std::filesystem::copy_options::overwrite_existing;
@@ -27,6 +28,7 @@ TEST_CASE("a sibling library beside the add-in computes the percentiles") {
   CHECK(shown(L"=ZavMedian({7,2,3},5)") == "#VALUE!");  // the library reports a failure
   CHECK(shown(L"=ZavMedian({7,2,3},6)") == "#VALUE!");  // the library is not asked
   CHECK(shown(L"=ZavMedian(\"\"\"\")") == "#VALUE!");
+  CHECK(shown(L"=IF(INT(ZavRand())=100,1,0)") == "1");
 }
 
 }  // namespace zavrel::tests

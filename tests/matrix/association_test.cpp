@@ -85,14 +85,12 @@ double PlainValue(Column x, Column y, Options o) {
   const auto n = static_cast<double>(x.size());
   if (n <= (o.sample ? 1 : 0)) return kNoData;
   if (std::isnan(of_x.standard_deviation) || std::isnan(of_y.standard_deviation)) return kNoData;
+  if (of_x.standard_deviation == 0 || of_y.standard_deviation == 0)
+    return o.correlation ? kTooFew : 0;
   double s = 0;
   for (std::size_t t = 0; t < x.size(); ++t) s += (x[t] - of_x.mean) * (y[t] - of_y.mean);
   double value = s / (o.sample ? n - 1 : n);
-  if (o.correlation) {
-    const double spread = of_x.standard_deviation * of_y.standard_deviation;
-    if (spread == 0) return kTooFew;
-    value /= spread;
-  }
+  if (o.correlation) value /= of_x.standard_deviation * of_y.standard_deviation;
   return std::isfinite(value) ? value : kNotFinite;
 }
 
@@ -231,7 +229,11 @@ TEST_CASE("too few values, no spread, values that are no numbers") {
   CHECK(bits(Entry({4}, {5}, {.correlation = true, .sample = false})) == bits(kTooFew));
   CHECK(bits(Entry({}, {}, {.sample = false})) == bits(kNoData));
   CHECK(bits(Entry({1, kMissingValue, 3}, {kMissingValue, 2, 3}, {})) == bits(kNoData));
-  CHECK(Entry({0.1, 0.1, 0.1}, {1, 2, 4}, {}) == doctest::Approx(0));
+  // The mean of three tenths is rounded.
+  for (const Column& constant : {Column(3, 0.1), Column{0.1, 0.1, 0.1, kMissingValue}}) {
+    CHECK(bits(Entry(constant, {1, 2, 4, 8}, {})) == bits(0));
+    CHECK(bits(Entry(constant, constant, {})) == bits(0));
+  }
   CHECK(bits(Entry({0.1, 0.1, 0.1}, {1, 2, 4}, {.correlation = true})) == bits(kTooFew));
   // Constant only where both have values.
   CHECK(bits(Entry({0.1, 0.1, 0.1, 7}, {1, 2, 4, kMissingValue}, {.correlation = true})) ==
@@ -310,6 +312,37 @@ TEST_CASE("R's cov and cor") {
     ++compared;
   }
   CHECK(compared == 21);
+}
+
+TEST_CASE("variables whose squares underflow are measured as their scaled twins") {
+  RandomColumns random;
+  for (const unsigned one_in : {0u, 6u}) {
+    Columns columns, tiny;
+    for (int c = 0; c < 9; ++c) columns.push_back(random.Next(50, one_in));
+    tiny = columns;
+    constexpr int kExponent = -560;
+    for (std::size_t c = 0; c < columns.size(); c += 2) {
+      for (double& x : tiny[c]) x = x == kMissingValue ? x : std::ldexp(x, kExponent);
+    }
+    for (const bool correlation : {false, true}) {
+      const Options options{.correlation = correlation};
+      const DoubleMatrix expected = Calculate(columns, options).matrix;
+      const DoubleMatrix got = Calculate(tiny, options).matrix;
+      for (std::size_t i = 0; i < columns.size(); ++i) {
+        for (std::size_t j = 0; j < columns.size(); ++j) {
+          if (std::isnan(expected[i][j])) {
+            CHECK(std::isnan(got[i][j]));
+            continue;
+          }
+          const int scaled = correlation ? 0 : (i % 2 == 0) + (j % 2 == 0);
+          const double value = std::ldexp(expected[i][j], scaled * kExponent);
+          const double size = correlation ? 1 : std::sqrt(expected[i][i] * expected[j][j]);
+          const double allowed = 1e-11 * std::ldexp(size, scaled * kExponent) + 1e-323;
+          CHECK(std::abs(got[i][j] - value) <= allowed);
+        }
+      }
+    }
+  }
 }
 
 }  // namespace zavrel::tests

@@ -2,6 +2,7 @@
 #include <doctest/doctest.h>
 
 #include <cmath>
+#include <cstring>
 #include <vector>
 
 #include "pdflib/library.h"
@@ -34,7 +35,7 @@ void CheckMoments(const Distribution& distribution, const std::vector<double>& e
     CAPTURE(i);
     CHECK(std::isnan(moments[i]) == std::isnan(expected[i]));
     if (!std::isnan(expected[i]))
-      CHECK(moments[i] == doctest::Approx(expected[i]).epsilon(4 * kEpsilon));
+      CHECK(std::fabs(moments[i] - expected[i]) <= 4 * kEpsilon * std::fabs(expected[i]));
   }
 }
 
@@ -43,11 +44,24 @@ void CheckUntouched(const Reply& reply) {
   for (const std::int16_t status : reply.status) CHECK(status == kUntouchedStatus);
 }
 
-std::uint16_t X87Control() {
-  std::uint16_t word;
-  asm volatile("fnstcw %0" : "=m"(word));
-  return word;
-}
+/// The control words of both floating-point units, without the status that one of them carries.
+struct FloatingPointMode {
+  std::uint16_t x87;
+  std::uint32_t mxcsr;
+
+  static FloatingPointMode Current() {
+    FloatingPointMode mode;
+    asm volatile("fnstcw %0" : "=m"(mode.x87));
+    asm volatile("stmxcsr %0" : "=m"(mode.mxcsr));
+    mode.mxcsr &= ~0x3Fu;
+    return mode;
+  }
+  void Set() const {
+    asm volatile("fldcw %0" : : "m"(x87));
+    asm volatile("ldmxcsr %0" : : "m"(mxcsr));
+  }
+  bool operator==(const FloatingPointMode&) const = default;
+};
 
 }  // namespace
 
@@ -56,6 +70,8 @@ TEST_CASE("moments, and those that there are not") {
   CheckMoments({"normal", -3, 0.5}, {-3, 0.25, 0, 3, -3, kNaN});
   CheckMoments({"normal", 0, 1e200}, {0, kNaN, 0, 3, 0, kNaN});   // no double holds the variance
   CheckMoments({"normal", 0, 1e-160}, {0, kNaN, 0, 3, 0, kNaN});  // nor this one to its last digits
+  const double exact = std::ldexp(1, -530);                       // but the square of this one
+  CheckMoments({"normal", 5e-324, exact}, {5e-324, exact * exact, 0, 3, 5e-324, kNaN});
   CheckMoments({"student", 1}, {kNaN, kNaN, kNaN, kNaN, 0, kNaN});
   CheckMoments({"student", 2}, {0, kNaN, kNaN, kNaN, 0, kNaN});
   CheckMoments({"student", 3}, {0, 3, kNaN, kNaN, 0, kNaN});
@@ -73,6 +89,8 @@ TEST_CASE("moments, and those that there are not") {
                {2.5, 1.875, 0.5 / std::sqrt(1.875), 3 - sixteenths * 2 / 1.875, 2, 3});
   CheckMoments({"binomial", 9, 0.125},
                {1.125, 0.984375, 0.75 / std::sqrt(0.984375), 3 + 0.34375 / 0.984375, 1, 1});
+  // The means 1.5 and 0.5 as doubles, from a p just below.
+  CheckMoments({"binomial", 5, 0.3}, {1.5, 1.05, 0.4 / std::sqrt(1.05), 3 - 0.26 / 1.05, 1, 2});
   CheckMoments({"binomial", 7, 1}, {7, 0, kNaN, kNaN, 7, 7});
   CheckMoments({"binomial", 0, 0.5}, {0, 0, kNaN, kNaN, 0, 0});
 }
@@ -151,6 +169,8 @@ TEST_CASE("outside the support and at its ends") {
       CHECK(Ask(distribution, PDFLIB_UPPER_QUANTILE, 0).code == PDFLIB_NO_VALUE);
     }
   }
+  for (const int median : {PDFLIB_QUANTILE, PDFLIB_UPPER_QUANTILE})
+    CHECK(!std::signbit(Value({"student", 9}, median, 0.5)));
   // Densities without bound at 0.
   CHECK(Ask({"chisq", 1}, PDFLIB_DENSITY, 0).code == PDFLIB_NO_VALUE);
   CHECK(Ask({"f", 1, 5}, PDFLIB_DENSITY, 0).code == PDFLIB_NO_VALUE);
@@ -176,6 +196,18 @@ TEST_CASE("a binomial distribution between, below and above its whole numbers") 
   CHECK(Value(ten, PDFLIB_UPPER_QUANTILE, 56.0 / 1024) == 7);
   CHECK(Value(ten, PDFLIB_UPPER_QUANTILE, 55.9 / 1024) == 8);
   CHECK(Value(ten, PDFLIB_UPPER_QUANTILE, 0) == 10);
+  // The quantile of what the cumulative probability shows is the value again, up to where it shows
+  // 1 from some value on.
+  for (const double p : {0.1, 0.3, 0.9}) {
+    const Distribution thirty{"binomial", 30, p};
+    for (double k = 0; k < 30; ++k) {
+      const double below = Value(thirty, PDFLIB_CUMULATIVE, k);
+      if (below < 1) CHECK(Value(thirty, PDFLIB_QUANTILE, below) == k);
+      const double above = Value(thirty, PDFLIB_UPPER_TAIL, k);
+      if (above < 1) CHECK(Value(thirty, PDFLIB_UPPER_QUANTILE, above) == k);
+    }
+  }
+  CHECK(Value({"binomial", 1000, 0.5}, PDFLIB_QUANTILE, 1) == 1000);
   // All of the probability at one value.
   for (const Distribution& certain :
        {Distribution{"binomial", 5, 0}, {"binomial", 5, 1}, {"binomial", 0, 0.3}}) {
@@ -190,16 +222,31 @@ TEST_CASE("a binomial distribution between, below and above its whole numbers") 
 }
 
 TEST_CASE("the caller's floating-point mode changes nothing and is left alone") {
-  const Distribution normal{"normal", 0, 1};
-  const double tail = Value(normal, PDFLIB_UPPER_TAIL, 37.5);
-  const std::uint16_t before = X87Control();
-  const std::uint16_t kCoarse = 0x047F;  // 24 bits, downwards
-  asm volatile("fldcw %0" : : "m"(kCoarse));
-  const double again = Value(normal, PDFLIB_UPPER_TAIL, 37.5);
-  const std::uint16_t after = X87Control();
-  asm volatile("fldcw %0" : : "m"(before));
-  CHECK(after == kCoarse);
-  CHECK(again == tail);
+  const FloatingPointMode usual = FloatingPointMode::Current();
+  // Masked all: 24 bits downwards, 53 bits upwards, and 64 bits towards 0 with subnormals as zero.
+  constexpr FloatingPointMode kModes[] = {{0x047F, 0x3F80}, {0x0A7F, 0x5F80}, {0x0F7F, 0xFFC0}};
+  for (const Distribution& distribution : kOrdinary) {
+    CAPTURE(distribution.name);
+    for (const int request : kRequests) {
+      CAPTURE(request);
+      const bool value =
+          request == PDFLIB_DENSITY || request == PDFLIB_CUMULATIVE || request == PDFLIB_UPPER_TAIL;
+      const double x = value ? 3 : 1e-300;
+      const Reply expected = Ask(distribution, request, x);
+      CHECK(expected.code == PDFLIB_OK);
+      for (const FloatingPointMode& mode : kModes) {
+        CAPTURE(mode.mxcsr);
+        mode.Set();
+        const Reply reply = Ask(distribution, request, x);
+        const FloatingPointMode after = FloatingPointMode::Current();
+        usual.Set();
+        CHECK(after == mode);
+        CHECK(reply.code == expected.code);
+        CHECK(std::memcmp(&reply.results, &expected.results, sizeof reply.results) == 0);
+        CHECK(reply.status == expected.status);
+      }
+    }
+  }
 }
 
 }  // namespace zavrel::tests

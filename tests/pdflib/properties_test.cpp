@@ -1,5 +1,5 @@
 // What holds for every parameter and argument, at random ones. ZAVREL_TEST_POINTS in the
-// environment asks for another number of them.
+// environment asks for another number of them; `./dev test-million` does.
 #include <doctest/doctest.h>
 
 #include <cmath>
@@ -102,8 +102,10 @@ void QuantileInverts(Random& random, const Distribution& distribution, bool uppe
 
 TEST_CASE("tails rise, fall and sum to one; quantiles invert them") {
   Random random;
+  const int points = Points();
+  REQUIRE(points > 0);
   for (const char* name : {"normal", "student", "chisq", "f", "binomial"}) {
-    for (int i = 0; i < Points(); ++i) {
+    for (int i = 0; i < points; ++i) {
       const Distribution distribution = random.Parameters(name);
       CAPTURE(distribution.name);
       CAPTURE(distribution.a);
@@ -122,8 +124,8 @@ TEST_CASE("quantiles whose search begins where nothing is left of the tail") {
     const Distribution distribution{"f", df1, df2};
     const Reply x = Ask(distribution, PDFLIB_QUANTILE, p);
     CHECK(x.code == PDFLIB_OK);
-    CHECK(Value(distribution, PDFLIB_CUMULATIVE, x.results[0]) ==
-          doctest::Approx(p).epsilon(1e-12));
+    const double back = Value(distribution, PDFLIB_CUMULATIVE, x.results[0]);
+    CHECK(std::fabs(back / p - 1) <= 1e-12);
   }
 }
 

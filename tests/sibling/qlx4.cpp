@@ -1,5 +1,6 @@
 // Stands in for the sibling product's library: answers in a way that tells who computed.
 #include <cstdint>
+#include <cstring>
 
 #define SIBLING_EXPORT extern "C" __declspec(dllexport)
 
@@ -16,3 +17,12 @@ SIBLING_EXPORT std::int16_t QLX4_CalcDoubleArrayTarget3(std::int32_t count, cons
 }
 
 SIBLING_EXPORT std::int16_t QLX4_DoubleIsError(double value) { return value != value ? -1 : 0; }
+
+/// 100 more than what the generator's function at place 4 gives, the next double, by way of the
+/// table alone; -1 when the one at place 5 gives another name.
+SIBLING_EXPORT double QLX4_Rand(void* generator) {
+  void** const table = *static_cast<void***>(generator);
+  const char* name = reinterpret_cast<const char* (*)(void*)>(table[5])(generator);
+  if (std::strcmp(name, "MersenneTwister") != 0) return -1;
+  return 100 + reinterpret_cast<double (*)(void*)>(table[4])(generator);
+}

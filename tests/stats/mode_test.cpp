@@ -85,7 +85,7 @@ TEST_CASE("ranges beyond the largest double and below the smallest normal one") 
   values.insert(values.end(), {-kLarge, 0, kLarge});  // four bins
   CHECK(Continuous(values) == doctest::Approx(1.275e308));
   for (double& x : values) x = x / kLarge * 1e-320;
-  CHECK(Continuous(values) == doctest::Approx(7.5e-321).epsilon(1e-2));
+  CHECK(std::abs(Continuous(values) / 7.5e-321 - 1) < 1e-2);
 
   CHECK(Continuous({1, 2, 3, kInfinity, kInfinity}) == 2);
   CHECK(HasCondition(Continuous({-kInfinity, kInfinity}), kConditionNotFinite));

@@ -4,7 +4,8 @@
 Columns: distribution, its parameters a and b (empty when there is none), the request code, the
 argument, the value, and the condition number of the value in the argument: by how many units an
 error of one unit in the argument's last place moves the value's. Arguments are written as the
-doubles they are. Discrete quantiles come from summing the masses.
+doubles they are. Discrete quantiles come from bisection, on the cumulative probabilities or upper
+tails as the doubles nearest to them.
 
 The incomplete gamma and beta functions are summed here by series whose terms are all positive, at a
 precision that leaves 60 digits however small the complement is.
@@ -136,6 +137,11 @@ class F:
         return lower_beta(self.n / 2, self.m / 2, w, u)
 
 
+def as_double(value):
+    """The nearest double, exactly: a probability reaches another when its double does."""
+    return mpf(float(value))
+
+
 class Binomial:
     def __init__(self, n, p):
         self.n, self.p = n, mpf(p)
@@ -155,7 +161,7 @@ class Binomial:
         low, high = -1, self.n
         while high - low > 1:
             middle = (low + high) // 2
-            reached = self.upper(middle) <= p if upper else self.cumulative(middle) >= p
+            reached = as_double(self.upper(middle)) <= p if upper else as_double(self.cumulative(middle)) >= p
             low, high = (low, middle) if reached else (middle, high)
         return high
 
@@ -240,6 +246,20 @@ def binomial_rows(n, p, points, probabilities):
             yield row("binomial", *texts, request, probability, k, 0)
 
 
+def below_one_rows():
+    """Degrees of freedom below 1, where the quantiles of most probabilities are no doubles."""
+    some = [1e-3, 0.025, 0.7, 0.999]
+    for df, points in ((0.9, [-1e8, -2.3, 1e-6, 0.7, 40.1]), (0.5, [-30.2, 1e-9, 0.3, 1e12]), (0.1, [-5.1, 0.01, 1e30])):
+        yield from continuous_rows("student", Student, df, "", points, some)
+    for df, points in ((0.9, [1e-20, 0.3, 7.7]), (0.3, [1e-100, 0.01, 2.2, 60.3]), (0.02, [1e-200, 1e-3, 3.1])):
+        yield from continuous_rows("chisq", Chisq, df, "", points, some)
+    for df1, df2, points in ((0.5, 3.0, [1e-10, 0.2, 5.3, 1e4]), (3.0, 0.5, [1e-4, 0.6, 4.1, 1e9]),
+                             (0.3, 0.2, [1e-30, 0.4, 1.0, 1e20]), (0.8, 1e4, [1e-6, 0.4, 3.3, 20.1]),
+                             (1e4, 0.8, [0.05, 0.4, 3.3, 1e5]), (0.05, 500.0, [1e-40, 0.1, 60.3]),
+                             (500.0, 0.05, [0.02, 0.3, 11.3])):
+        yield from continuous_rows("f", F, df1, df2, points, some)
+
+
 def all_rows():
     some, tails = [1e-300, 1e-12, 0.025, 0.7], [1e-300, 1e-100, 1e-20, 1e-5, 0.3, 0.975]
     yield from continuous_rows("normal", Normal, 0.0, 1.0,
@@ -260,7 +280,8 @@ def all_rows():
                              (3.0, 1e6, [0.002, 2.6, 100.3]), (1e6, 1e6, [0.93, 0.999, 1.0, 1.0021, 1.06]),
                              (49.0, 28.0, [0.8324946704734448])):
         yield from continuous_rows("f", F, df1, df2, points, some)
-    discrete = [1e-300, 1e-50, 1e-9, 0.024, 0.51, 0.975]
+    yield from below_one_rows()
+    discrete = [1e-300, 1e-50, 1e-9, 0.024, 0.51, 0.975, 1 - 1e-12, 1 - 2.0**-53]
     for n, p, points in ((1, 0.3, [0]), (10, 0.5, [0, 3, 9]), (12, 1e-5, [0, 2, 11]),
                          (250, 0.99, [120, 247]), (1000, 0.001, [0, 1, 40]), (10000, 0.37, [2900, 3700, 4600]),
                          (1000000, 0.5, [482000, 499500, 500000, 501300, 517000]),

@@ -1,0 +1,38 @@
+#pragma once
+// The linear-algebra library called directly, compiled for AVX2: what a floor measures. Matrices
+// stand in its own column-major storage already and nothing is checked.
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+namespace zavrel::bench {
+
+/// Adds X'X of some rows of a column-major matrix to the lower triangle of `sums` (columns x
+/// columns).
+void AddSymmetricUpdate(const double* x, std::size_t first_row, std::size_t rows,
+                        std::size_t all_rows, std::size_t columns, double* sums);
+
+/// A matrix of the library's, from its rows.
+class LibraryMatrix {
+ public:
+  explicit LibraryMatrix(const std::vector<std::vector<double>>& rows);
+  ~LibraryMatrix();
+  LibraryMatrix(const LibraryMatrix&) = delete;
+  LibraryMatrix& operator=(const LibraryMatrix&) = delete;
+
+  /// Rows [first, first + count) of the matrix times itself, written to those of `out`.
+  void MultiplyRows(std::size_t first, std::size_t count, LibraryMatrix& out) const;
+  /// Each returns a number of its result, so that it cannot be left out.
+  double Inverse() const;
+  double Determinant() const;
+  double EigenvaluesAndVectors() const;
+  /// U S of the thin singular value decomposition.
+  double Scores() const;
+
+ private:
+  struct Numbers;
+  std::unique_ptr<Numbers> numbers_;
+};
+
+}  // namespace zavrel::bench

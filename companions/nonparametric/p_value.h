@@ -1,0 +1,38 @@
+#pragma once
+// From the tails of a statistic to its p-value.
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+
+#include "companions/nonparametric/nonparametric_tests.h"
+#include "stats/normal.h"
+
+namespace NonparametricTests {
+
+inline constexpr double kRefused = std::numeric_limits<double>::quiet_NaN();
+
+inline bool IsAlternative(std::int32_t alternative) {
+  return alternative >= NPT_LESS && alternative <= NPT_GREATER;
+}
+
+/// Of a statistic whose distribution is symmetric, at this distance from its mean. `lower` and
+/// `upper` give the probabilities of one as small and as great; only the one that is needed is
+/// computed.
+template <class Lower, class Upper>
+double PValue(std::int32_t alternative, double distance, Lower lower, Upper upper) {
+  if (alternative == NPT_LESS) return lower();
+  if (alternative == NPT_GREATER) return upper();
+  return std::min(2 * (distance < 0 ? lower() : upper()), 1.0);
+}
+
+/// The same by the normal distribution.
+inline double NormalPValue(std::int32_t alternative, double distance, double variance) {
+  const double deviation = std::sqrt(variance);
+  return PValue(
+      alternative, distance, [&] { return zavrel::NormalUpperTail(-(distance + 0.5) / deviation); },
+      [&] { return zavrel::NormalUpperTail((distance - 0.5) / deviation); });
+}
+
+}  // namespace NonparametricTests

@@ -1,0 +1,63 @@
+#!/usr/bin/python3
+"""Makes the help from its sources: the pages of help/en, the registration table and the message texts.
+
+    build_help.py markdown [--check]     docs/functions; with --check only says what is out of date
+    build_help.py html FOLDER            HTML pages, a folder for each language
+    build_help.py compiled FOLDER        compiled help; needs chmcmd, 7z and unshare
+    build_help.py intellisense FOLDER    help while typing
+
+Compiled help and help while typing are English in FOLDER; other languages' stand in FOLDER/help/LANGUAGE.
+"""
+
+import argparse
+import pathlib
+import sys
+
+from tools import compiled_help, html_pages, intellisense, languages, markdown_pages
+
+
+def markdown(check):
+    files = markdown_pages.make()
+    folder = markdown_pages.FOLDER
+    current = {file.name: file.read_text(encoding="utf-8") for file in folder.glob("*.md")}
+    if check:
+        stale = sorted(name for name in {*files, *current} if files.get(name) != current.get(name))
+        if stale:
+            sys.exit(f"docs/functions is out of date (run ./dev docs): {', '.join(stale)}")
+        return
+    html_pages.write(files, folder)
+    for name in current.keys() - files.keys():
+        (folder / name).unlink()
+
+
+def place(folder, name):
+    """Where the files of a language stand that are English beside the add-in."""
+    return folder if name == "en" else folder / "help" / name
+
+
+def write_intellisense(folder):
+    for name in languages.NAMES:
+        html_pages.write({intellisense.FILE: intellisense.make(name)}, place(folder, name))
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("what", choices=["markdown", "html", "compiled", "intellisense"])
+    parser.add_argument("folder", nargs="?", type=pathlib.Path)
+    parser.add_argument("--check", action="store_true")
+    arguments = parser.parse_args()
+    if arguments.what == "markdown":
+        return markdown(arguments.check)
+    if arguments.folder is None:
+        parser.error("a folder is missing")
+    if arguments.what == "html":
+        html_pages.build(arguments.folder)
+    elif arguments.what == "compiled":
+        for name in languages.NAMES:
+            compiled_help.build(name, place(arguments.folder, name))
+    else:
+        write_intellisense(arguments.folder)
+
+
+if __name__ == "__main__":
+    main()

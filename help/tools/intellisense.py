@@ -1,0 +1,31 @@
+"""Help while typing: the file that the IntelliSense server of the Excel-DNA community reads beside the add-in."""
+
+import xml.etree.ElementTree as tree
+
+from . import compiled_help, pages, registration
+
+FILE = "ZavrelFuncs8_x64.xll.intellisense.xml"
+_NAMESPACE = "http://schemas.excel-dna.net/intellisense/1.0"
+
+
+def _arguments(page, language):
+    """One entry for each name: the server shows "..." as more of the same."""
+    for names, text in page.arguments(language):
+        for name in names.split(", "):
+            yield name, text.replace("`", "")
+
+
+def make(language):
+    root = tree.Element("IntelliSense", xmlns=_NAMESPACE)
+    info = tree.SubElement(root, "FunctionInfo")
+    for name, english in pages.function_pages().items():
+        page = pages.function_pages(language).get(name, english)
+        function = page.function
+        attributes = {"Name": name, "Description": page.summary(language).replace("`", "")}
+        if function.topic != -1:
+            attributes["HelpTopic"] = f"{compiled_help.file_name(language)}!{function.topic}"
+        element = tree.SubElement(info, "Function", attributes)
+        for argument, text in _arguments(page, language):
+            tree.SubElement(element, "Argument", Name=argument, Description=text)
+    tree.indent(root)
+    return '<?xml version="1.0" encoding="utf-8"?>\n' + tree.tostring(root, encoding="unicode") + "\n"

@@ -1,0 +1,62 @@
+"""What the help of a language needs beside its message texts: help/LANGUAGE/language.json.
+
+    windows_language, code_page   of the compiled help
+    words                         headings of the pages
+    groups                        titles of the contents, by the English ones
+    excel                         how that language's Excel shows formulas and values: decimal sign, what parts
+                                  arguments and rows, what parts cells of an array, and names
+"""
+
+import dataclasses
+import functools
+import json
+import re
+
+from . import registration
+
+_HELP = registration.ROOT / "help"
+NAMES = sorted(file.parent.name for file in _HELP.glob("*/language.json"))
+_TOKEN = re.compile(r'"[^"]*"|#[A-Z/0]+[!?]?|[A-Za-z_][A-Za-z_0-9.]*|\d+\.\d+|.')
+
+
+@dataclasses.dataclass(frozen=True)
+class Language:
+    windows_language: str
+    code_page: str
+    words: dict
+    groups: dict = dataclasses.field(default_factory=dict)
+    excel: dict = dataclasses.field(default_factory=dict)
+
+    def group(self, english):
+        return self.groups.get(english, english)
+
+    def formula(self, text):
+        if not self.excel:
+            return text
+        parts = []
+        depth = -1 if text.startswith("{=") else 0  # an array formula's braces are no array's
+        for token in _TOKEN.findall(text):
+            depth += (token == "{") - (token == "}")
+            if token == ",":
+                token = self.excel["cells"] if depth > 0 else self.excel["arguments"]
+            elif re.fullmatch(r"\d+\.\d+", token):
+                token = token.replace(".", self.excel["decimal"])
+            parts.append(self.excel["names"].get(token, token))
+        return "".join(parts)
+
+    def value(self, text):
+        if not self.excel:
+            return text
+        if re.fullmatch(r"-?\d+\.\d+(E[-+]?\d+)?", text):
+            return text.replace(".", self.excel["decimal"])
+        return self.excel["names"].get(text, text)
+
+
+@functools.cache
+def named(name):
+    return Language(**json.loads((_HELP / name / "language.json").read_text(encoding="utf-8")))
+
+
+def functions_in(formula):
+    """The names of functions in an English formula."""
+    return set(re.findall(r"[A-Za-z_][A-Za-z_0-9.]*(?=\()", re.sub(r'"[^"]*"', "", formula)))

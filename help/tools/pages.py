@@ -1,0 +1,178 @@
+"""The sources of the help: a page for each function, some for what several have in common.
+
+A page begins with a header of `key: value` lines, up to the first blank line:
+
+    see       what the page refers to at its end: functions and topics, separated by commas
+    data      the file in help/data that its examples calculate with, shown as cells from A1 on
+    title     of a topic
+    summary, syntax
+              what the function computes and its arguments' names, where the registration has none
+    pending   why the examples are not right yet; the tests say when they are
+
+and goes on in a small part of Markdown: paragraphs, `- ` lists, tables, `##` headings, `code`, *emphasis*,
+[links](topic), $formulas$ in a small part of TeX, and examples:
+
+        =ZavMean(2,4,9)
+        → 5
+
+A formula in braces is an array formula. A row of its result is a line, cells are separated by ` | `.
+A section "Arguments" replaces the arguments' helps of the registration: `- name: help`.
+
+Pages of other languages than English hold no more than the summary, the syntax and the arguments, of the
+functions whose English page does not take these from the registration.
+"""
+
+import csv
+import dataclasses
+import functools
+import re
+
+from . import registration
+
+HELP = registration.ROOT / "help"
+SECTION_OF_ARGUMENTS = "Arguments"
+
+
+@dataclasses.dataclass
+class Example:
+    formula: str  # without braces
+    is_array: bool
+    rows: list  # of lists of shown cells
+
+    @property
+    def shown_formula(self):
+        return "{" + self.formula + "}" if self.is_array else self.formula
+
+
+@dataclasses.dataclass
+class Block:
+    """A part of a page's body. kind: heading, paragraph, list, table, formula, example."""
+
+    kind: str
+    content: object
+
+
+@dataclasses.dataclass
+class Page:
+    name: str
+    header: dict
+    blocks: list
+    function: registration.Function | None = None
+    argument_list: list = dataclasses.field(default_factory=list)
+
+    @property
+    def see(self):
+        return [name.strip() for name in self.header.get("see", "").split(",") if name.strip()]
+
+    @property
+    def examples(self):
+        return [block.content for block in self.blocks if block.kind == "example"]
+
+    @property
+    def title(self):
+        return self.header.get("title", self.name)
+
+    def summary(self, language):
+        return self.header.get("summary") or registration.resolve(self.function.help, language)
+
+    def syntax(self, language):
+        if "syntax" in self.header:
+            names = self.header["syntax"]
+        else:
+            names = ", ".join(registration.argument_names(self.function, language))
+        return f"{self.function.name}({names})"
+
+    def arguments(self, language):
+        return self.argument_list or registration.arguments(self.function, language)
+
+
+def data_rows(name):
+    with open(HELP / "data" / f"{name}.csv", encoding="utf-8", newline="") as file:
+        return list(csv.reader(file))
+
+
+def _example(lines, where):
+    formula = lines[0]
+    rows = []
+    for line in lines[1:]:
+        if not line.startswith("→ "):
+            raise SystemExit(f"{where}: no result: {line}")
+        rows.append([cell.strip() for cell in line[2:].split(" | ")])
+    is_array = formula.startswith("{=")
+    return Example(formula[1:-1] if is_array else formula, is_array, rows)
+
+
+def _body(text, where):
+    blocks = []
+    for part in re.split(r"\n\s*\n", text.strip("\n")):
+        lines = [line.rstrip() for line in part.split("\n")]
+        if lines[0].startswith("## "):
+            blocks.append(Block("heading", lines[0][3:]))
+            lines = lines[1:]
+        if not lines or not lines[0]:
+            continue
+        if lines[0].startswith("    "):
+            stripped = [line.strip() for line in lines]
+            starts = [i for i, line in enumerate(stripped) if line.startswith(("=", "{="))]
+            for start, end in zip(starts, starts[1:] + [len(stripped)]):
+                blocks.append(Block("example", _example(stripped[start:end], where)))
+        elif lines[0].startswith("- "):
+            items = []
+            for line in lines:
+                if line.startswith("- "):
+                    items.append(line[2:])
+                else:
+                    items[-1] += " " + line.strip()
+            blocks.append(Block("list", items))
+        elif lines[0].startswith("|"):
+            blocks.append(Block("table", [[cell.strip() for cell in line.strip("|").split("|")]
+                                          for line in lines if not re.fullmatch(r"[|\- ]+", line)]))
+        elif lines[0].startswith("$$"):
+            blocks.append(Block("formula", " ".join(lines).strip("$ ")))
+        else:
+            blocks.append(Block("paragraph", " ".join(lines)))
+    return blocks
+
+
+def read_page(file, function=None):
+    header_text, _, body = file.read_text(encoding="utf-8").partition("\n\n")
+    header = {}
+    for line in header_text.splitlines():
+        key, colon, value = line.partition(":")
+        if not colon or key not in ("see", "data", "title", "summary", "syntax", "pending"):
+            raise SystemExit(f"{file}: not a header: {line}")
+        header[key] = value.strip()
+    page = Page(file.stem, header, _body(body, file), function)
+    for i, block in enumerate(page.blocks):
+        if block.kind == "heading" and block.content == SECTION_OF_ARGUMENTS:
+            page.argument_list = [tuple(item.split(": ", 1)) for item in page.blocks[i + 1].content]
+            del page.blocks[i:i + 2]
+            break
+    return page
+
+
+@functools.cache
+def function_pages(language="en"):
+    """The pages of a language by name, in the order of the registration."""
+    folder = HELP / language
+    return {function.name: read_page(file, function) for function in registration.functions()
+            if (file := folder / f"{function.name}.md").exists()}
+
+
+@functools.cache
+def topics():
+    """Those that the contents begin with, in their order."""
+    names = (HELP / "contents.txt").read_text(encoding="utf-8").partition("#")[0].split()
+    return {name: read_page(HELP / f"en/topics/{name}.md") for name in names}
+
+
+@functools.cache
+def contents():
+    """The groups of help/contents.txt: (title, names of their functions)."""
+    groups = []
+    for line in (HELP / "contents.txt").read_text(encoding="utf-8").splitlines():
+        if line.startswith("# "):
+            groups.append((line[2:], []))
+        elif groups:
+            groups[-1][1].extend(line.split())
+    return groups

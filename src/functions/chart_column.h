@@ -1,0 +1,39 @@
+#pragma once
+// The columns of charts, as the cells show them that they are entered in.
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+
+#include "excel/xxloper.h"
+#include "functions/calling_array.h"
+#include "stats/floating_point_scope.h"
+
+namespace zavrel {
+
+/// The most points that a column of a chart may have.
+inline constexpr auto kMostChartPoints = static_cast<std::size_t>(kMostResultRows);
+
+/// The column of point(0) ... point(points - 1), numbers, in the first column of the calling range
+/// and #N/A in its other cells, where Excel would repeat a single point or a single column. Beyond
+/// the range it goes on to the last point: entered in one cell, a column spills. More than
+/// kMostChartPoints points: #VALUE!.
+///
+/// The points are computed in a floating-point environment of their own; one that is not finite
+/// shows as #NUM!.
+template <class PointOf>
+XXloper ChartColumn(std::size_t points, PointOf point) {
+  if (points > kMostChartPoints) return XXloper::Error(ExcelError::kValue);
+  const CallingRange caller = CallingRange::Ask();
+  const std::int32_t columns = std::clamp(caller.columns(), 1, kMostResultColumns);
+  const std::int32_t rows =
+      std::clamp(std::max(static_cast<std::int32_t>(points), caller.rows()), 1, kMostResultRows);
+  const FloatingPointScope environment;
+  XXloperArray column(rows, columns);
+  for (std::size_t row = 0; row < points; ++row)
+    column.SetNumber(row * static_cast<std::size_t>(columns), point(row));
+  return std::move(column).Finish();
+}
+
+}  // namespace zavrel

@@ -1,0 +1,32 @@
+// Random numbers: ZavRand, and the same for macros.
+//
+// Every call draws from a generator of its own, seeded from the clock. Two calls within one tick of
+// the clock give the same number.
+#include <limits>
+
+#include "addin/random_value.h"
+#include "addin/worksheet_function.h"
+#include "platform/export.h"
+#include "random/clock_seed.h"
+#include "random/mersenne_twister.h"
+
+namespace zavrel {
+namespace {
+
+// Excel shows #NUM! for a not-a-number.
+constexpr double kFailed = std::numeric_limits<double>::quiet_NaN();
+
+double Draw() {
+  MersenneTwister generator(ClockSeed());
+  return RandomValue(generator);
+}
+
+}  // namespace
+
+/// A random number, uniform in [0, 1) unless the sibling product's library makes another of it;
+/// another one at every recalculation.
+ZAV_EXPORT double ZavrelRand() { return PlainFunction("ZavrelRand", kFailed, Draw); }
+
+ZAV_EXPORT double ZavrelRandVB() { return MacroStatus("ZavrelRandVB", kFailed, Draw); }
+
+}  // namespace zavrel

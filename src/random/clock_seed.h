@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+namespace zavrel {
+
+/// The first 32 bits, the low byte first, of the MD5 digest of the high-resolution counter's 8
+/// bytes; of the 4 bytes of the milliseconds since the system started where there is no such
+/// counter. Throws VekSecurityFunctionError when the system makes no digest.
+std::uint32_t HashOfClock();
+
+/// A seed from the clock, never 0: whatever hash of it comes first that is not 0.
+std::uint32_t ClockSeed(const std::function<std::uint32_t()>& hash = HashOfClock);
+
+}  // namespace zavrel

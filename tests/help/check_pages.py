@@ -1,0 +1,141 @@
+#!/usr/bin/python3
+"""Checks the sources of the help against the registration table and each other. Says all that is wrong."""
+
+import pathlib
+import re
+import sys
+import xml.etree.ElementTree as tree
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "help"))
+from tools import compiled_help, formula, html_pages, intellisense, languages, pages, registration  # noqa: E402
+
+
+def completeness():
+    """Each function of the wizard and each hidden one that is not for macros alone has a page, which the
+    contents list once."""
+    wanted = {function.name for function in registration.functions() if not function.is_private}
+    written = {file.stem for file in (pages.HELP / "en").glob("*.md")}
+    listed = [name for _, names in pages.contents() for name in names]
+    for name in sorted(wanted ^ written):
+        yield f"{name}: {'no page' if name in wanted else 'a page of no function'}"
+    for name in sorted(wanted ^ set(listed)):
+        yield f"{name}: {'not in the contents' if name in wanted else 'in the contents, but no function'}"
+    for name in sorted(name for name in set(listed) if listed.count(name) > 1):
+        yield f"{name}: more than once in the contents"
+    for name in {file.stem for file in (pages.HELP / "en/topics").glob("*.md")} - set(pages.topics()):
+        yield f"{name}: a topic that is not in the contents"
+    private = {function.name for function in registration.functions() if function.is_private}
+    mentioned = set(re.findall(r"\w+Private2?", (pages.HELP / "en/topics/macro-functions.md").read_text(encoding="utf-8")))
+    for name in sorted(private ^ mentioned):
+        yield f"{name}: {'not on the page of' if name in private else 'none of the'} functions for macros"
+
+
+def arguments():
+    """In every language a page has a summary, and names and explains as many arguments as are registered."""
+    for language in languages.NAMES:
+        for name, english in pages.function_pages().items():
+            page = pages.function_pages(language).get(name, english)
+            where = f"{name} ({language})"
+            if not page.summary(language):
+                yield f"{where}: no summary"
+            in_syntax = page.syntax(language)[len(name) + 1:-1]
+            in_table = ", ".join(names for names, _ in page.arguments(language))
+            if in_syntax != in_table:
+                yield f"{where}: the syntax is {in_syntax}, the arguments explained are {in_table}"
+            count = len([part for part in in_syntax.split(",") if part])
+            arity = page.function.arity
+            if arity is not None and "..." not in in_syntax and count != arity:
+                yield f"{where}: {count} arguments, registered with {arity}"
+            if arity is None and not in_syntax.endswith("..."):
+                yield f"{where}: the arguments do not end in ..."
+
+
+def translations():
+    """A page that takes its texts not from the registration has a translation, and no other page has one."""
+    for language in languages.NAMES:
+        if language == "en":
+            continue
+        own = {name for name, page in pages.function_pages().items()
+               if page.header.get("summary") or page.header.get("syntax") or page.argument_list}
+        for name in sorted(own ^ set(pages.function_pages(language))):
+            yield f"{name}: {'no' if name in own else 'a needless'} page in help/{language}"
+
+
+def links():
+    known = set(pages.function_pages()) | set(pages.topics())
+    functions = {function.name for function in registration.functions()}
+    for page in [*pages.function_pages().values(), *pages.topics().values()]:
+        for name in page.see:
+            if name not in known or name == page.name:
+                yield f"{page.name}: refers to {name}"
+        text = repr(page.blocks) + repr(page.header) + repr(page.argument_list)
+        for topic in re.findall(r"\]\(([^)]*)\)", text):
+            if topic not in pages.topics():
+                yield f"{page.name}: refers to {topic}"
+        for name in set(re.findall(r"\bZav[A-Z]\w+", text)) - functions:
+            if name not in ("ZavrelFuncs",):
+                yield f"{page.name}: {name} is no function"
+
+
+def examples():
+    for page in pages.function_pages().values():
+        if not page.examples:
+            yield f"{page.name}: no example"
+        if not any(page.name in example.formula for example in page.examples):
+            yield f"{page.name}: no example that uses it"
+        for example in page.examples:
+            if len({len(row) for row in example.rows}) != 1:
+                yield f"{page.name}: {example.shown_formula} has no rectangular result"
+
+
+def excel_and_headings():
+    """Every language has all headings, all titles and a name for each of Excel's functions in the examples."""
+    headings = set(languages.named("en").words)
+    groups = {title for title, _ in pages.contents()}
+    used = set().union(*(languages.functions_in(example.formula) for page in pages.function_pages().values()
+                         for example in page.examples)) - set(pages.function_pages())
+    for name in languages.NAMES:
+        if name not in registration.LANGUAGES:
+            yield f"help/{name}: there are no message texts in that language"
+        if name == "en":
+            continue
+        own = languages.named(name)
+        for missing in [*(headings - set(own.words)), *(groups ^ set(own.groups)), *(used - set(own.excel["names"]))]:
+            yield f"help/{name}/language.json: {missing}"
+
+
+def outputs():
+    """What the generators have of their own: formulas in German, TeX, the XML, links."""
+    translated = languages.named("de").formula('{=ZavMean({1,2.5;3,4},IF(A1>=0.5,TRUE,"a,b"))}')
+    if translated != '{=ZavMean({1.2,5;3.4};WENN(A1>=0,5;WAHR;"a,b"))}':
+        yield f"German formula: {translated}"
+    fraction = formula.to_html(r"\frac{x_i}{2}")
+    if fraction != ('<span class="frac"><span class="above"><i>x</i><sub><i>i</i></sub></span>'
+                    '<span class="below">2</span></span>'):
+        yield f"formula: {fraction}"
+    space = "{http://schemas.excel-dna.net/intellisense/1.0}"
+    for language in languages.NAMES:
+        root = tree.fromstring(intellisense.make(language))
+        listed = root.findall(f"{space}FunctionInfo/{space}Function")
+        if [element.get("Name") for element in listed] != list(pages.function_pages()):
+            yield f"help while typing ({language}): other functions than those with a page"
+        for element in listed:
+            for part in (element, *element):
+                if not part.get("Description") or re.search("[`$]", part.get("Description")):
+                    yield f"help while typing ({language}): {element.get('Name')}, {part.attrib}"
+        for name, text in html_pages.Renderer(language).files().items():
+            for linked in re.findall(r'href="([\w-]+\.html)"', text):
+                if linked != "index.html" and linked[:-5] not in {*pages.function_pages(), *pages.topics()}:
+                    yield f"{language}/{name}: links {linked}"
+    compiled_help.topic_ids()
+
+
+def main():
+    checks = (completeness, arguments, translations, excel_and_headings, links, examples, outputs)
+    wrong = [problem for check in checks for problem in check()]
+    print("\n".join(wrong) or f"{len(pages.function_pages())} pages of functions and {len(pages.topics())} topics are right")
+    sys.exit(1 if wrong else 0)
+
+
+if __name__ == "__main__":
+    main()

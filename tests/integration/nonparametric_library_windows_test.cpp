@@ -1,0 +1,144 @@
+// The companions of nonparametric tests in their places, missing, broken, and without their
+// functions.
+#include <doctest/doctest.h>
+
+#include "integration/entry_point.h"
+#include "integration/host_process.h"
+
+namespace zavrel::tests {
+namespace {
+
+constexpr const char* kTests = "ZavrelFuncs Extensions/NonparametricTests8_x64.DLL";
+constexpr const char* kUtility = "EUtilityLibrary8_x64.DLL";
+
+/// A folder with what ships.
+std::filesystem::path FolderLikeShipped(const char* name) {
+  const std::filesystem::path folder = ScratchFolder() / name;
+  std::filesystem::remove_all(folder);
+  std::filesystem::create_directories(folder / "ZavrelFuncs Extensions");
+  for (const auto& file : std::filesystem::directory_iterator(AddInFile().parent_path()))
+    if (file.is_regular_file()) std::filesystem::copy_file(file, folder / file.path().filename());
+  std::filesystem::copy_file(AddInFile().parent_path() / kTests, folder / kTests);
+  return folder;
+}
+
+void PutSomeLibrary(const std::filesystem::path& file) {
+  std::filesystem::copy_file(SIBLING_LIBRARY, file,
+                             std::filesystem::copy_options::overwrite_existing);
+}
+
+struct Seen {
+  std::string shown;
+  std::string log;
+};
+
+/// Shows a formula with a log in the temporary folder.
+Seen Show(const std::filesystem::path& folder, const std::wstring& formula) {
+  const std::filesystem::path temporary = folder / "temp";
+  std::filesystem::create_directories(temporary);
+  std::ofstream(temporary / "BrennicLoggingDetail.txt").flush();
+  wchar_t tmp[MAX_PATH + 1] = L"";
+  const bool set = GetEnvironmentVariableW(L"TMP", tmp, MAX_PATH) != 0;
+  SetEnvironmentVariableW(L"TMP", temporary.c_str());
+  const Outcome outcome = ZavHost(L"eval \"" + formula + L"\"", 60, folder);
+  SetEnvironmentVariableW(L"TMP", set ? tmp : nullptr);
+  CHECK(outcome.errors.empty());
+  return {outcome.output.substr(0, outcome.output.find_first_of("\r\n")),
+          ReadAll(temporary / "VekZavrelFuncs8.log")};
+}
+
+int Occurrences(const std::string& text, const std::string& part) {
+  int count = 0;
+  for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
+  return count;
+}
+
+/// One function of each library, and one that needs neither.
+constexpr const wchar_t* kBoth =
+    L"=IFERROR(ZavWSRExactPValMaxSample(),1)+IFERROR(ZavKWData(2,{1,2},{3,4}),2)+ZavMean(4,4)";
+
+}  // namespace
+
+TEST_CASE("with both companions in their places") {
+  const std::filesystem::path folder = FolderLikeShipped("nonparametric");
+  const Seen seen = Show(folder, kBoth);
+  CHECK(seen.shown == "1005");
+  CHECK(Occurrences(seen.log, "Could not") + Occurrences(seen.log, "could not") == 0);
+}
+
+TEST_CASE("without the extension, or with a broken one, its functions are not there") {
+  const std::filesystem::path folder = FolderLikeShipped("without extension");
+  std::filesystem::remove_all(folder / "ZavrelFuncs Extensions");
+  const wchar_t* const names[] = {L"WSRExactPValMaxSample()",
+                                  L"WSRpValue(3,5,1)",
+                                  L"WSRTies({1,2},0)",
+                                  L"WSRTieCorrectionTerm({1,2},0)",
+                                  L"WSRNegative({1,2},0)",
+                                  L"WSRPositive({1,2},0)",
+                                  L"WSRPairTies({1,2},{3,5},0)",
+                                  L"WSRPairTieCorrectionTerm({1,2},{3,5},0)",
+                                  L"WSRPairNegative({1,2},{3,5},0)",
+                                  L"WSRPairPositive({1,2},{3,5},0)",
+                                  L"MWUsingNormalApproximation(2,2)",
+                                  L"MWpValue(2,2,3,0)",
+                                  L"MWTies({1,2},{3,4})",
+                                  L"MWTieCorrectionTerm({1,2},{3,4})",
+                                  L"MWRankSum1({1,2},{3,4})",
+                                  L"MWRankSum2({1,2},{3,4})",
+                                  L"KWData(2,{1,2},{3,4})",
+                                  L"KWpValue(0,{1,2},{3,4})",
+                                  L"KWpValueComputationMethod({2,2})"};
+  std::wstring present, absent;
+  for (const wchar_t* name : names) {
+    present += std::wstring(present.empty() ? L"=" : L"+") + L"ISNUMBER(Zav" + name + L"+0)*1";
+    absent += std::wstring(absent.empty() ? L"=" : L"+") + L"ISERROR(Zav" + name + L"+0)*1";
+  }
+  CHECK(Show(FolderLikeShipped("with extension"), present).shown == "19");
+  CHECK(Show(folder, absent).shown == "19");
+  CHECK(Show(folder, L"=ZavMWpValue(2,2,3,0)").shown == "#NAME?");
+
+  std::filesystem::create_directories(folder / "ZavrelFuncs Extensions");
+  std::ofstream(folder / kTests) << "no library";
+  CHECK(Show(folder, absent).shown == "19");
+  CHECK(Show(folder, L"=ZavMWpValue(2,2,3,0)").shown == "#NAME?");
+  CHECK(Show(folder, L"=ZavMean(4,4)").shown == "4");
+}
+
+TEST_CASE("a macro draws a random number") {
+  auto engine = ServingAddIn();
+  auto* const draw = EntryPoint<double()>("ZavrelRandVB");
+  for (int i = 0; i < 100; ++i) {
+    const double number = draw();
+    CHECK((number >= 0 && number < 1));
+  }
+  CloseClean(*engine);
+}
+
+TEST_CASE("a companion without a function is told of once, and released") {
+  const std::filesystem::path folder = FolderLikeShipped("other tests");
+  PutSomeLibrary(folder / kTests);
+  const Seen seen = Show(folder, kBoth);
+  CHECK(seen.shown == "7");
+  CHECK(Occurrences(seen.log,
+                    "NonparametricTests: The function WSRExactPValMaxSample could not be "
+                    "found in ") == 1);
+  CHECK(Occurrences(seen.log, "\\ZavrelFuncs Extensions\\NonparametricTests8_x64.DLL") == 1);
+  CHECK(Show(folder, L"=ZavMWTies({1,2},{3,4})").shown == "#VALUE!");
+}
+
+TEST_CASE("without the second companion none of the functions computes") {
+  const std::filesystem::path folder = FolderLikeShipped("without utility");
+  std::filesystem::remove(folder / kUtility);
+  const Seen missing = Show(folder, kBoth);
+  CHECK(missing.shown == "7");
+  CHECK(Occurrences(missing.log, "EUtilityLibraryLoadDll: Could not load ") == 1);
+  CHECK(Occurrences(missing.log, "\\EUtilityLibrary8_x64.DLL.\n") == 1);
+
+  PutSomeLibrary(folder / kUtility);
+  const Seen other = Show(folder, kBoth);
+  CHECK(other.shown == "7");
+  CHECK(Occurrences(other.log, "NonparametricTests: The function KWData could not be found in ") ==
+        1);
+}
+
+}  // namespace zavrel::tests

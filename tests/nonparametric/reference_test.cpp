@@ -1,0 +1,159 @@
+// Against R (data/make_reference.R) and against counts in whole numbers (data/make_exact.py).
+#include <doctest/doctest.h>
+
+#include <map>
+#include <span>
+
+#include "nonparametric/library.h"
+#include "stats/csv_lines.h"
+
+namespace zavrel::tests {
+namespace {
+
+constexpr std::int32_t kAlternatives[] = {NPT_LESS, NPT_TWO_SIDED, NPT_GREATER};
+
+constexpr double kLikeR = 1e-12;
+constexpr double kExact = 2e-15;
+
+doctest::Approx Near(double value, double error = kLikeR) {
+  return doctest::Approx(value).epsilon(error).scale(0);
+}
+
+/// Reads a line from front to back.
+class Fields {
+ public:
+  explicit Fields(const CsvLine& line) : rest_(line.numbers) {}
+
+  double Number() { return Take(1).front(); }
+  std::int32_t Count() { return static_cast<std::int32_t>(Number()); }
+  std::span<const double> Take(std::size_t count) {
+    REQUIRE(rest_.size() >= count);
+    const auto taken = rest_.first(count);
+    rest_ = rest_.subspan(count);
+    return taken;
+  }
+
+ private:
+  std::span<const double> rest_;
+};
+
+void TwoSamples(Fields line) {
+  const auto p = line.Take(3);
+  const std::int32_t n1 = line.Count(), n2 = line.Count();
+  CAPTURE(n1);
+  CAPTURE(n2);
+  const double* const x = line.Take(static_cast<std::size_t>(n1)).data();
+  const double* const y = line.Take(static_cast<std::size_t>(n2)).data();
+  NptRankSums sums;
+  REQUIRE(library.MWTiesAndSums(x, n1, y, n2, &sums) == NPT_OK);
+  CHECK(sums.ties == 0);
+  CHECK(sums.tie_correction_term == 0);
+  for (int i = 0; i < 3; ++i)
+    CHECK(library.MWpValue(n1, n2, sums.rank_sum_1, kAlternatives[i]) ==
+          Near(p[static_cast<std::size_t>(i)]));
+}
+
+void OneSample(Fields line) {
+  const auto p = line.Take(3);
+  const double median = line.Number();
+  const std::int32_t n = line.Count();
+  CAPTURE(n);
+  NptRankSums sums;
+  REQUIRE(library.WSRTiesAndSums(line.Take(static_cast<std::size_t>(n)).data(), n, median, &sums) ==
+          NPT_OK);
+  for (int i = 0; i < 3; ++i)
+    CHECK(library.WSRpValue(n, sums.rank_sum_2, kAlternatives[i]) ==
+          Near(p[static_cast<std::size_t>(i)]));
+}
+
+void Counted(Fields line, bool two_samples, double error) {
+  const std::int32_t n1 = line.Count(), n2 = two_samples ? line.Count() : 0;
+  const double statistic = line.Number();
+  CAPTURE(n1);
+  CAPTURE(n2);
+  CAPTURE(statistic);
+  for (const std::int32_t alternative : {NPT_LESS, NPT_GREATER})
+    CHECK((two_samples
+               ? library.MWpValue(n1, n2, statistic, alternative)
+               : library.WSRpValue(n1, statistic, alternative)) == Near(line.Number(), error));
+}
+
+void Ties(Fields line, bool two_samples) {
+  const auto expected = line.Take(4);
+  NptRankSums sums;
+  if (two_samples) {
+    const std::int32_t n1 = line.Count(), n2 = line.Count();
+    const auto x = line.Take(static_cast<std::size_t>(n1));
+    const auto y = line.Take(static_cast<std::size_t>(n2));
+    REQUIRE(library.MWTiesAndSums(x.data(), n1, y.data(), n2, &sums) == NPT_OK);
+  } else {
+    const double median = line.Number();
+    const std::int32_t n = line.Count();
+    REQUIRE(library.WSRTiesAndSums(line.Take(static_cast<std::size_t>(n)).data(), n, median,
+                                   &sums) == NPT_OK);
+  }
+  CHECK(sums.ties == expected[0]);
+  CHECK(sums.tie_correction_term == expected[1]);
+  CHECK(sums.rank_sum_1 == expected[2]);
+  CHECK(sums.rank_sum_2 == expected[3]);
+}
+
+void KruskalWallis(Fields line, bool exact) {
+  const auto statistics = line.Take(exact ? 0 : 2);
+  const double p = line.Number();
+  std::vector<std::int32_t> counts;
+  std::vector<const double*> values;
+  const std::int32_t groups = line.Count();
+  for (std::int32_t i = 0; i < groups; ++i) counts.push_back(line.Count());
+  for (const std::int32_t count : counts)
+    values.push_back(line.Take(static_cast<std::size_t>(count)).data());
+  CAPTURE(counts);
+  for (std::size_t item = 0; item < statistics.size(); ++item) {
+    double value = -1;
+    REQUIRE(library.KWData(static_cast<std::int32_t>(item), groups, values.data(), counts.data(),
+                           &value) == EUTILITY_OK);
+    CHECK(value == Near(statistics[item]));
+  }
+  double p_value = -1;
+  const std::int32_t method = exact ? KW_EXACT : KW_CHI_SQUARE;
+  REQUIRE(library.KWpValue(method, groups, values.data(), counts.data(), &p_value) == EUTILITY_OK);
+  CHECK(p_value == Near(p));
+}
+
+}  // namespace
+
+TEST_CASE("what R's tests and distributions give") {
+  std::map<char, int> met;
+  for (const CsvLine& line : CsvLines("reference.csv")) {
+    const Fields fields(line);
+    CAPTURE(line.kind);
+    ++met[line.kind];
+    switch (line.kind) {
+      case 'm':
+        TwoSamples(fields);
+        break;
+      case 'w':
+        OneSample(fields);
+        break;
+      case 'u':
+      case 'v':
+        Counted(fields, line.kind == 'u', kLikeR);
+        break;
+      case 't':
+      case 'z':
+        Ties(fields, line.kind == 't');
+        break;
+      default:
+        KruskalWallis(fields, line.kind == 'x');
+    }
+  }
+  CHECK(met.size() == 8);
+}
+
+TEST_CASE("what counting in whole numbers gives") {
+  const std::vector<CsvLine> lines = CsvLines("exact.csv");
+  CHECK(lines.size() > 100);
+  for (const CsvLine& line : lines) Counted(Fields(line), line.kind == 'u', kExact);
+}
+
+}  // namespace zavrel::tests
