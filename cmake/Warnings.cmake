@@ -12,8 +12,9 @@ if(WIN32)
   target_compile_definitions(zavrel_options INTERFACE
     UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0A00 __USE_MINGW_ANSI_STDIO=1)
   target_compile_options(zavrel_options INTERFACE -Wa,-muse-unaligned-vector-move)
+  # Unless it is told not to, the linker makes up a library's preferred address from its path.
   target_link_options(zavrel_options INTERFACE
-    -static -Wl,--dynamicbase,--nxcompat,--high-entropy-va,--no-insert-timestamp)
+    -static -Wl,--dynamicbase,--nxcompat,--high-entropy-va,--no-insert-timestamp,--disable-auto-image-base)
 endif()
 if(ZAVREL_SANITIZE)
   target_compile_options(zavrel_options INTERFACE

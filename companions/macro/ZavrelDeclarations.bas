@@ -176,3 +176,8 @@ Public Declare PtrSafe Function ZavrelFVB Lib "ZavrelFuncs8_x64.xll" ( _
 Public Declare PtrSafe Function ZavrelBinomialVB Lib "ZavrelFuncs8_x64.xll" ( _
     ByVal trials As Long, ByVal p As Double, ByVal selector As Long, ByVal x As Double, _
     ByRef result As Double) As Long
+
+' --- Random numbers ---
+
+' From 0 to below 1, as ZavRand gives them.
+Public Declare PtrSafe Function ZavrelRandVB Lib "ZavrelFuncs8_x64.xll" () As Double

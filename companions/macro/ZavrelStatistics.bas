@@ -7,140 +7,154 @@ Attribute VB_Name = "ZavrelStatistics"
 Option Explicit
 
 Public Function ZavrelMinOf(ByVal values As Variant) As Double
-    Dim numbers() As Double, result As Double
+    Dim numbers() As Double, result As Double, status As Long
     numbers = ZavrelNumbersIn(values, "ZavrelMinOf")
-    ZavrelMinOf = ZavrelNumberOrError(ZavrelMinVB(numbers, result), result, "ZavrelMinOf")
+    status = ZavrelMinVB(numbers, result)
+    ZavrelMinOf = ZavrelNumberOrError(status, result, "ZavrelMinOf")
 End Function
 
 Public Function ZavrelMaxOf(ByVal values As Variant) As Double
-    Dim numbers() As Double, result As Double
+    Dim numbers() As Double, result As Double, status As Long
     numbers = ZavrelNumbersIn(values, "ZavrelMaxOf")
-    ZavrelMaxOf = ZavrelNumberOrError(ZavrelMaxVB(numbers, result), result, "ZavrelMaxOf")
+    status = ZavrelMaxVB(numbers, result)
+    ZavrelMaxOf = ZavrelNumberOrError(status, result, "ZavrelMaxOf")
 End Function
 
 Public Function ZavrelMeanOf(ByVal values As Variant) As Double
-    Dim numbers() As Double, result As Double
+    Dim numbers() As Double, result As Double, status As Long
     numbers = ZavrelNumbersIn(values, "ZavrelMeanOf")
-    ZavrelMeanOf = ZavrelNumberOrError(ZavrelMeanVB(numbers, result), result, "ZavrelMeanOf")
+    status = ZavrelMeanVB(numbers, result)
+    ZavrelMeanOf = ZavrelNumberOrError(status, result, "ZavrelMeanOf")
 End Function
 
 Public Function ZavrelStdDevOf(ByVal values As Variant) As Double
-    Dim numbers() As Double, result As Double
+    Dim numbers() As Double, result As Double, status As Long
     numbers = ZavrelNumbersIn(values, "ZavrelStdDevOf")
-    ZavrelStdDevOf = ZavrelNumberOrError(ZavrelStdDevVB(numbers, result), result, "ZavrelStdDevOf")
+    status = ZavrelStdDevVB(numbers, result)
+    ZavrelStdDevOf = ZavrelNumberOrError(status, result, "ZavrelStdDevOf")
 End Function
 
 Public Function ZavrelStdDevPOf(ByVal values As Variant) As Double
-    Dim numbers() As Double, result As Double
+    Dim numbers() As Double, result As Double, status As Long
     numbers = ZavrelNumbersIn(values, "ZavrelStdDevPOf")
-    ZavrelStdDevPOf = ZavrelNumberOrError(ZavrelStdDevPVB(numbers, result), result, "ZavrelStdDevPOf")
+    status = ZavrelStdDevPVB(numbers, result)
+    ZavrelStdDevPOf = ZavrelNumberOrError(status, result, "ZavrelStdDevPOf")
 End Function
 
 Public Function ZavrelVarianceOf(ByVal values As Variant) As Double
-    Dim numbers() As Double, result As Double
+    Dim numbers() As Double, result As Double, status As Long
     numbers = ZavrelNumbersIn(values, "ZavrelVarianceOf")
-    ZavrelVarianceOf = ZavrelNumberOrError(ZavrelVarianceVB(numbers, result), result, "ZavrelVarianceOf")
+    status = ZavrelVarianceVB(numbers, result)
+    ZavrelVarianceOf = ZavrelNumberOrError(status, result, "ZavrelVarianceOf")
 End Function
 
 Public Function ZavrelVariancePOf(ByVal values As Variant) As Double
-    Dim numbers() As Double, result As Double
+    Dim numbers() As Double, result As Double, status As Long
     numbers = ZavrelNumbersIn(values, "ZavrelVariancePOf")
-    ZavrelVariancePOf = ZavrelNumberOrError(ZavrelVariancePVB(numbers, result), result, "ZavrelVariancePOf")
+    status = ZavrelVariancePVB(numbers, result)
+    ZavrelVariancePOf = ZavrelNumberOrError(status, result, "ZavrelVariancePOf")
 End Function
 
 Public Function ZavrelSkewnessOf(ByVal values As Variant) As Double
-    Dim numbers() As Double, result As Double
+    Dim numbers() As Double, result As Double, status As Long
     numbers = ZavrelNumbersIn(values, "ZavrelSkewnessOf")
-    ZavrelSkewnessOf = ZavrelNumberOrError(ZavrelSkewnessVB(numbers, result), result, "ZavrelSkewnessOf")
+    status = ZavrelSkewnessVB(numbers, result)
+    ZavrelSkewnessOf = ZavrelNumberOrError(status, result, "ZavrelSkewnessOf")
 End Function
 
 Public Function ZavrelSkewnessPOf(ByVal values As Variant) As Double
-    Dim numbers() As Double, result As Double
+    Dim numbers() As Double, result As Double, status As Long
     numbers = ZavrelNumbersIn(values, "ZavrelSkewnessPOf")
-    ZavrelSkewnessPOf = ZavrelNumberOrError(ZavrelSkewnessPVB(numbers, result), result, "ZavrelSkewnessPOf")
+    status = ZavrelSkewnessPVB(numbers, result)
+    ZavrelSkewnessPOf = ZavrelNumberOrError(status, result, "ZavrelSkewnessPOf")
 End Function
 
 Public Function ZavrelKurtosisOf(ByVal values As Variant) As Double
-    Dim numbers() As Double, result As Double
+    Dim numbers() As Double, result As Double, status As Long
     numbers = ZavrelNumbersIn(values, "ZavrelKurtosisOf")
-    ZavrelKurtosisOf = ZavrelNumberOrError(ZavrelKurtosisVB(numbers, result), result, "ZavrelKurtosisOf")
+    status = ZavrelKurtosisVB(numbers, result)
+    ZavrelKurtosisOf = ZavrelNumberOrError(status, result, "ZavrelKurtosisOf")
 End Function
 
 Public Function ZavrelKurtosisPOf(ByVal values As Variant) As Double
-    Dim numbers() As Double, result As Double
+    Dim numbers() As Double, result As Double, status As Long
     numbers = ZavrelNumbersIn(values, "ZavrelKurtosisPOf")
-    ZavrelKurtosisPOf = ZavrelNumberOrError(ZavrelKurtosisPVB(numbers, result), result, "ZavrelKurtosisPOf")
+    status = ZavrelKurtosisPVB(numbers, result)
+    ZavrelKurtosisPOf = ZavrelNumberOrError(status, result, "ZavrelKurtosisPOf")
 End Function
 
 Public Function ZavrelSumSqOf(ByVal values As Variant) As Double
-    Dim numbers() As Double, result As Double
+    Dim numbers() As Double, result As Double, status As Long
     numbers = ZavrelNumbersIn(values, "ZavrelSumSqOf")
-    ZavrelSumSqOf = ZavrelNumberOrError(ZavrelSumSqVB(numbers, result), result, "ZavrelSumSqOf")
+    status = ZavrelSumSqVB(numbers, result)
+    ZavrelSumSqOf = ZavrelNumberOrError(status, result, "ZavrelSumSqOf")
 End Function
 
 Public Function ZavrelSumDevSqOf(ByVal values As Variant) As Double
-    Dim numbers() As Double, result As Double
+    Dim numbers() As Double, result As Double, status As Long
     numbers = ZavrelNumbersIn(values, "ZavrelSumDevSqOf")
-    ZavrelSumDevSqOf = ZavrelNumberOrError(ZavrelSumDevSqVB(numbers, result), result, "ZavrelSumDevSqOf")
+    status = ZavrelSumDevSqVB(numbers, result)
+    ZavrelSumDevSqOf = ZavrelNumberOrError(status, result, "ZavrelSumDevSqOf")
 End Function
 
 ' discrete: left out, the data decide; True for values that are counts or codes.
 Public Function ZavrelModeOf(ByVal values As Variant, Optional ByVal discrete As Variant) As Double
-    Dim numbers() As Double, result As Double, setting As Integer
+    Dim numbers() As Double, result As Double, status As Long, setting As Integer
     numbers = ZavrelNumbersIn(values, "ZavrelModeOf")
     setting = -1
     If Not IsMissing(discrete) Then setting = IIf(discrete, 1, 0)
-    ZavrelModeOf = ZavrelNumberOrError(ZavrelModeVB(numbers, setting, result), result, "ZavrelModeOf")
+    status = ZavrelModeVB(numbers, setting, result)
+    ZavrelModeOf = ZavrelNumberOrError(status, result, "ZavrelModeOf")
 End Function
 
 ' p from 0 to 1; method -1: the data decide, 0 to 5 as ZavPercentile takes them.
 Public Function ZavrelPercentileOf(ByVal values As Variant, ByVal p As Double, _
         Optional ByVal method As Integer = -1) As Double
-    Dim numbers() As Double, result As Double
+    Dim numbers() As Double, result As Double, status As Long
     numbers = ZavrelNumbersIn(values, "ZavrelPercentileOf")
     SortAscending numbers
-    ZavrelPercentileOf = ZavrelNumberOrError(ZavrelPercentileVB(numbers, p, method, result), _
-        result, "ZavrelPercentileOf")
+    status = ZavrelPercentileVB(numbers, p, method, result)
+    ZavrelPercentileOf = ZavrelNumberOrError(status, result, "ZavrelPercentileOf")
 End Function
 
 ' quartile: 0 minimum, 1, 2 median, 3, 4 maximum.
 Public Function ZavrelQuartileOf(ByVal values As Variant, ByVal quartile As Double, _
         Optional ByVal method As Integer = -1) As Double
-    Dim numbers() As Double, result As Double
+    Dim numbers() As Double, result As Double, status As Long
     numbers = ZavrelNumbersIn(values, "ZavrelQuartileOf")
     SortAscending numbers
-    ZavrelQuartileOf = ZavrelNumberOrError(ZavrelQuartileVB(numbers, quartile, method, result), _
-        result, "ZavrelQuartileOf")
+    status = ZavrelQuartileVB(numbers, quartile, method, result)
+    ZavrelQuartileOf = ZavrelNumberOrError(status, result, "ZavrelQuartileOf")
 End Function
 
 Public Function ZavrelMedianOf(ByVal values As Variant, Optional ByVal method As Integer = -1) As Double
-    Dim numbers() As Double, result As Double
+    Dim numbers() As Double, result As Double, status As Long
     numbers = ZavrelNumbersIn(values, "ZavrelMedianOf")
     SortAscending numbers
-    ZavrelMedianOf = ZavrelNumberOrError(ZavrelMedianVB(numbers, method, result), result, _
-        "ZavrelMedianOf")
+    status = ZavrelMedianVB(numbers, method, result)
+    ZavrelMedianOf = ZavrelNumberOrError(status, result, "ZavrelMedianOf")
 End Function
 
 ' Two series of numbers, element by element: nothing may be missing in them.
 Public Function ZavrelCovarianceOf(ByVal x As Variant, ByVal y As Variant) As Double
-    Dim first() As Double, second() As Double, result As Double
+    Dim first() As Double, second() As Double, result As Double, status As Long
     PairOfSeries x, y, first, second, "ZavrelCovarianceOf"
-    ZavrelCovarianceOf = ZavrelNumberOrError(ZavrelCovarianceVB(first, second, result), result, _
-        "ZavrelCovarianceOf")
+    status = ZavrelCovarianceVB(first, second, result)
+    ZavrelCovarianceOf = ZavrelNumberOrError(status, result, "ZavrelCovarianceOf")
 End Function
 
 Public Function ZavrelCovariancePOf(ByVal x As Variant, ByVal y As Variant) As Double
-    Dim first() As Double, second() As Double, result As Double
+    Dim first() As Double, second() As Double, result As Double, status As Long
     PairOfSeries x, y, first, second, "ZavrelCovariancePOf"
-    ZavrelCovariancePOf = ZavrelNumberOrError(ZavrelCovariancePVB(first, second, result), result, _
-        "ZavrelCovariancePOf")
+    status = ZavrelCovariancePVB(first, second, result)
+    ZavrelCovariancePOf = ZavrelNumberOrError(status, result, "ZavrelCovariancePOf")
 End Function
 
 Public Function ZavrelCorrelationOf(ByVal x As Variant, ByVal y As Variant) As Double
-    Dim first() As Double, second() As Double, result As Double
+    Dim first() As Double, second() As Double, result As Double, status As Long
     PairOfSeries x, y, first, second, "ZavrelCorrelationOf"
-    ZavrelCorrelationOf = ZavrelNumberOrError(ZavrelCorrelationCoeffVB(first, second, result), result, _
-        "ZavrelCorrelationOf")
+    status = ZavrelCorrelationCoeffVB(first, second, result)
+    ZavrelCorrelationOf = ZavrelNumberOrError(status, result, "ZavrelCorrelationOf")
 End Function
 
 ' The numbers of a range or an array, one after the other.
@@ -149,17 +163,19 @@ Public Function ZavrelNumbersIn(ByVal values As Variant, ByVal source As String)
     Dim numbers() As Double
     Dim count As Long
     cells = ZavrelCellsIn(values, source)
-    ReDim numbers(1 To 64)
     For Each cell In cells
         If IsError(cell) Then ZavrelRaise source, source & ": one of the values is an error."
+        If ZavrelIsNumber(cell) Then count = count + 1
+    Next cell
+    If count = 0 Then ZavrelRaise source, source & ": there are no numbers among the values."
+    ReDim numbers(1 To count)
+    count = 0
+    For Each cell In cells
         If ZavrelIsNumber(cell) Then
             count = count + 1
-            If count > UBound(numbers) Then ReDim Preserve numbers(1 To 2 * UBound(numbers))
             numbers(count) = cell
         End If
     Next cell
-    If count = 0 Then ZavrelRaise source, source & ": there are no numbers among the values."
-    ReDim Preserve numbers(1 To count)
     ZavrelNumbersIn = numbers
 End Function
 

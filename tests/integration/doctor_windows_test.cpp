@@ -61,6 +61,14 @@ TEST_CASE("a missing companion is named, with what fails for want of it") {
   CHECK(Contains(Problems(Doctor(folder)), "ZavrelMessages8_x64.DLL"));
 }
 
+TEST_CASE("half of the rank tests is a problem, none of them is not") {
+  const std::filesystem::path folder = CopyOfWhatShips("rank tests");
+  std::filesystem::remove(folder / "EUtilityLibrary8_x64.DLL");
+  CHECK(Contains(Problems(Doctor(folder)), "EUtilityLibrary8_x64.DLL"));
+  std::filesystem::remove_all(folder / "ZavrelFuncs Extensions");
+  CHECK(Doctor(folder).exit_code == 0);
+}
+
 TEST_CASE("files of other versions and without one are told from those that belong") {
   const std::filesystem::path folder = CopyOfWhatShips("mixed versions");
   // A library of the system's has a version of its own, the test's stand-in none.
