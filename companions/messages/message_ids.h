@@ -77,5 +77,6 @@ inline constexpr std::int32_t kMessageEigenInvalidValues = 2603;      // VekInva
 inline constexpr std::int32_t kMessageEigenNoConvergence = 2604;      // VekNoConvergence
 // VekDllLoadError: function, path of the library
 inline constexpr std::int32_t kMessageFunctionNotFound = 2605;
+inline constexpr std::int32_t kMessageValuesNotFinite = 2606;  // VekInvalidDataType
 
 }  // namespace zavrel::messages

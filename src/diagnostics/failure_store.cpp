@@ -1,5 +1,6 @@
 #include "diagnostics/failure_store.h"
 
+#include <algorithm>
 #include <mutex>
 #include <utility>
 
@@ -20,9 +21,15 @@ std::uint32_t FailureStore::Record(const VekException& failure) {
 
 std::optional<VekException> FailureStore::Find(std::uint32_t number) const {
   const std::lock_guard guard(lock_);
+  if (number == 0) return std::nullopt;
   const Slot& slot = slots_[number % kCapacity];
-  if (number == 0 || slot.number != number) return std::nullopt;
-  return slot.failure;
+  if (slot.number == number) return slot.failure;
+  if (number > kShortNumber) return std::nullopt;
+  const auto shortened = std::find_if(slots_.begin(), slots_.end(), [&](const Slot& kept) {
+    return (kept.number & kShortNumber) == number;
+  });
+  if (shortened == slots_.end()) return std::nullopt;
+  return shortened->failure;
 }
 
 }  // namespace zavrel

@@ -49,6 +49,7 @@ XXloper OfTwo(Measure measure, Divisor divisor, std::string_view kinds,
 }
 
 /// The matrix of up to 27 data sets, after three numbers: ranks, sample divisor, listwise deletion.
+/// Always all of it, never cut to the calling range: eigen-analysis takes it as its argument.
 XXloper MatrixOf(Measure measure, std::span<const XLOPER12* const> arguments) {
   const Parameters options =
       GetParameters("ddd", MissingDataPolicy::kPositionalWithErrors, arguments.first(3));
@@ -61,7 +62,7 @@ XXloper MatrixOf(Measure measure, std::span<const XLOPER12* const> arguments) {
   const AssociationResult result = CalculateAssociationMatrix(
       measure == Measure::kCorrelation, OptionOf(options, 0) != 0, OptionOf(options, 1) != 0,
       OptionOf(options, 2) != 0, variables.columns());
-  return result.error ? XXloper::ErrorByCode(*result.error) : MatrixForCaller(result.matrix);
+  return result.error ? XXloper::ErrorByCode(*result.error) : WholeMatrix(result.matrix);
 }
 
 }  // namespace

@@ -28,6 +28,17 @@ std::optional<std::size_t> BlockColumns(const XLOPER12& part, const ExcelData& d
   return std::nullopt;
 }
 
+namespace {
+
+/// The rows of what was given, used or not.
+std::int32_t GivenRows(const XLOPER12& part) {
+  if (TypeOf(part) == xltypeMulti) return part.val.array.rows;
+  const auto reference = ReferenceView::Of(part);
+  return reference ? RowsOf(reference->areas().front()) : 1;
+}
+
+}  // namespace
+
 bool Variables::Add(const XLOPER12* argument) {
   if (XXloper::FromArgument(argument).IsMissing()) return true;
   const auto reference = ReferenceView::Of(*argument);
@@ -37,13 +48,6 @@ bool Variables::Add(const XLOPER12* argument) {
     if (!AddPart(part.record())) return false;
   }
   return true;
-}
-
-/// Of the range or array that was given, however few of its rows are used.
-static bool IsOneRow(const XLOPER12& part) {
-  if (TypeOf(part) == xltypeMulti) return part.val.array.rows == 1;
-  const auto reference = ReferenceView::Of(part);
-  return !reference || RowsOf(reference->areas().front()) == 1;
 }
 
 bool Variables::AddPart(const XLOPER12& part) {
@@ -56,7 +60,7 @@ bool Variables::AddPart(const XLOPER12& part) {
       read.data->Numbers(MissingDataPolicy::kPositionalWithErrors);
   data_.push_back(std::move(read.data));
   const std::size_t rows = *width > 0 ? numbers.size() / *width : 0;
-  if (*width <= 1 || IsOneRow(part)) {
+  if (*width <= 1 || GivenRows(part) == 1) {
     columns_.push_back(numbers);
     return true;
   }

@@ -6,12 +6,14 @@
 #include "excel/error_double.h"
 #include "matrix/association_kernels.h"
 #include "matrix/gapped_pairs.h"
+#include "matrix/matrix_parallel.h"
 #include "matrix/pair_value.h"
 #include "matrix/ranks.h"
 #include "matrix/scanned_variable.h"
 #include "matrix/whole_pairs.h"
 #include "platform/block_pool.h"
 #include "platform/parallel.h"
+#include "stats/floating_point_scope.h"
 
 namespace zavrel {
 namespace {
@@ -54,7 +56,7 @@ void DeleteListwise(std::vector<ScannedVariable>& variables, const AssociationKe
   for (std::size_t row = 0; row < rows; ++row) count += std::size_t{IsSet(complete, row)};
   for (std::size_t c = 0; c < variables.size(); ++c)
     storage.push_back(Uninitialised<double>(count));
-  ParallelFor(variables.size(), [&](std::size_t c) {
+  ParallelCompute(variables.size(), [&](std::size_t c) {
     std::size_t n = 0;
     for (std::size_t row = 0; n < count; ++row) {
       if (IsSet(complete, row)) storage[c].data()[n++] = variables[c].values[row];
@@ -75,7 +77,7 @@ Orders OrdersOf(std::span<const ScannedVariable> variables) {
   std::vector<BlockArray<std::uint64_t>> scratch;
   for (std::size_t part = 0; part < parts; ++part)
     scratch.push_back(Uninitialised<std::uint64_t>(2 * most_rows));
-  ParallelFor(parts, [&](std::size_t part) {
+  ParallelCompute(parts, [&](std::size_t part) {
     for (std::size_t c = part; c < variables.size(); c += parts)
       OrderInto(variables[c].values, orders[c].elements(), scratch[part].elements());
   });
@@ -91,7 +93,7 @@ void ReplaceByRanks(std::vector<ScannedVariable>& variables, const Orders& order
     whole.push_back(c);
     storage.push_back(Uninitialised<double>(variables[c].values.size()));
   }
-  ParallelFor(whole.size(), [&](std::size_t w) {
+  ParallelCompute(whole.size(), [&](std::size_t w) {
     RankAllInto(orders[whole[w]].elements(), storage[w].elements());
   });
   const std::vector<ScannedVariable> ranks = Scan(ViewsOf(storage), kernels);
@@ -108,15 +110,9 @@ void CalculateWholePairs(std::span<const ScannedVariable> variables, PairForm fo
     kind.variables.push_back(&variables[c]);
     kind.places.push_back(c);
   }
-  auto summaries = CalculateModeratePairs(moderate, form, kernels, matrix);
-  if (!summaries) {
-    others.variables.insert(others.variables.end(), moderate.variables.begin(),
-                            moderate.variables.end());
-    others.places.insert(others.places.end(), moderate.places.begin(), moderate.places.end());
-    moderate = {};
-    summaries.emplace();
-  }
-  CalculateOtherPairs(moderate, *summaries, others, form, matrix);
+  const std::vector<VariableSummary> summaries =
+      CalculateModeratePairs(moderate, form, kernels, matrix);
+  CalculateOtherPairs(moderate, summaries, others, form, matrix);
 }
 
 }  // namespace
@@ -132,6 +128,7 @@ AssociationResult CalculateAssociationMatrix(bool is_correlation, bool use_ranks
                                              bool sample_divisor, bool listwise_deletion,
                                              std::span<const VariableColumn> variables,
                                              const AssociationKernels& kernels) {
+  const FloatingPointScope environment;
   const PairForm form{is_correlation, sample_divisor};
   std::vector<ScannedVariable> scanned = Scan(variables, kernels);
   AssociationResult result;
@@ -144,8 +141,8 @@ AssociationResult CalculateAssociationMatrix(bool is_correlation, bool use_ranks
   result.matrix.assign(k, std::vector<double>(k, ConditionDouble(kConditionNoData)));
   if (!use_ranks) {
     CalculateWholePairs(scanned, form, kernels, result.matrix);
-    const bool done = CalculateModerateGappedPairs(scanned, form, kernels, result.matrix);
-    CalculateCompactedPairs(scanned, {}, done, form, result.matrix);
+    CalculateModerateGappedPairs(scanned, form, kernels, result.matrix);
+    CalculateCompactedPairs(scanned, {}, true, form, result.matrix);
     return result;
   }
   const Orders orders = OrdersOf(scanned);

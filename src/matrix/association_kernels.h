@@ -12,6 +12,9 @@ inline constexpr std::size_t kGroup = 4;
 
 /// Below this nothing that is summed here, or by the moment kernels, overflows.
 inline constexpr double kModerateLimit = 1e70;
+/// When all are 0 or at least this, nothing underflows: a deviation that is not 0 is above 1e-76,
+/// and the moment kernels take its fourth power.
+inline constexpr double kModerateFloor = 1e-50;
 
 /// The deviations of a packed group, summed as the moment kernels do: every other observation has
 /// sums of its own.
@@ -37,8 +40,8 @@ struct GappedPairs {
 };
 
 struct AssociationKernels {
-  /// Sums of `groups` (1 or 2) times kGroup columns. False when some value is not a number below
-  /// kModerateLimit in magnitude; then the sums mean nothing.
+  /// Sums of `groups` (1 or 2) times kGroup columns. False when some value is not 0 or
+  /// a number from kModerateFloor to below kModerateLimit in magnitude; then the sums mean nothing.
   bool (*sum_columns)(const double* const* columns, std::size_t groups, std::size_t rows,
                       double* sums);
   /// Packs deviations of kGroup columns from their means, from row `first` on, and adds them to

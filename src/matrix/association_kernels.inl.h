@@ -29,6 +29,31 @@ inline Vector Magnitude(Vector value) {
   return Masked(value, kAllButSign - Mask{});
 }
 
+// Where one side is a not-a-number the processor takes the second.
+#if ZAV_VECTOR_WIDTH == 4
+inline Vector Smaller(Vector a, Vector b) { return __builtin_ia32_minpd256(a, b); }
+inline Vector Larger(Vector a, Vector b) { return __builtin_ia32_maxpd256(a, b); }
+#else
+inline Vector Smaller(Vector a, Vector b) { return __builtin_ia32_minpd(a, b); }
+inline Vector Larger(Vector a, Vector b) { return __builtin_ia32_maxpd(a, b); }
+#endif
+
+/// The range of magnitudes, 0 and not-a-numbers left out.
+struct MagnitudeRange {
+  Vector smallest = All(kModerateLimit);
+  Vector largest = Vector{};
+
+  void Add(Vector value) {
+    const Vector magnitude = Magnitude(value);
+    largest = Larger(magnitude, largest);
+    // The number next below; of 0 a not-a-number.
+    smallest = Smaller((Vector)((Mask)magnitude - 1), smallest);
+  }
+  bool IsModerate(std::size_t lane) const {
+    return largest[lane] < kModerateLimit && smallest[lane] >= kModerateFloor;
+  }
+};
+
 /// A square of values, a column of it in each vector, gets a row in each.
 inline void Transpose(Vector (&square)[kWidth]) {
 #if ZAV_VECTOR_WIDTH == 4
@@ -50,7 +75,7 @@ inline void Transpose(Vector (&square)[kWidth]) {
 template <std::size_t kVectors>
 bool SumColumns(const double* const* columns, std::size_t rows, double* sums) {
   Vector sum[kVectors] = {};
-  Mask moderate = ~Mask{};
+  MagnitudeRange ranges[2];  // two, as each waits for its last result
   std::size_t r = 0;
   for (; r + kWidth <= rows; r += kWidth) {
 #pragma GCC unroll 8
@@ -59,7 +84,7 @@ bool SumColumns(const double* const* columns, std::size_t rows, double* sums) {
 #pragma GCC unroll 8
       for (std::size_t c = 0; c < kWidth; ++c) {
         square[c] = Load(columns[v * kWidth + c] + r);
-        moderate &= Magnitude(square[c]) < All(kModerateLimit);
+        ranges[c % 2].Add(square[c]);
       }
       Transpose(square);
 #pragma GCC unroll 8
@@ -68,13 +93,17 @@ bool SumColumns(const double* const* columns, std::size_t rows, double* sums) {
   }
   for (std::size_t v = 0; v < kVectors; ++v) Store(sums + v * kWidth, sum[v]);
   bool all = true;
-  for (std::size_t t = 0; t < kWidth; ++t) all = all && moderate[t] != 0;
+  for (std::size_t t = 0; t < kWidth; ++t)
+    all = all && ranges[0].IsModerate(t) && ranges[1].IsModerate(t);
   for (; r < rows; ++r) {
     for (std::size_t c = 0; c < kVectors * kWidth; ++c) {
       sums[c] += columns[c][r];
-      all = all && __builtin_fabs(columns[c][r]) < kModerateLimit;
+      const double magnitude = __builtin_fabs(columns[c][r]);
+      all = all && magnitude < kModerateLimit && (magnitude >= kModerateFloor || magnitude == 0);
     }
   }
+  // A not-a-number stays in its sum.
+  for (std::size_t c = 0; c < kVectors * kWidth; ++c) all = all && sums[c] == sums[c];
   return all;
 }
 

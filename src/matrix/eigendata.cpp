@@ -12,6 +12,7 @@
 #include "diagnostics/vek_exception.h"
 #include "matrix/dense_kernels.h"
 #include "matrix/dense_storage.h"
+#include "stats/floating_point_scope.h"
 
 namespace zavrel::matrix {
 namespace {
@@ -40,9 +41,19 @@ void RequireSymmetric(const DoubleMatrix& matrix, const char* place) {
   }
 }
 
-void RequireFinite(const double* numbers, std::size_t count, const char* place) {
-  if (!dense::IsFinite(numbers, count))
-    throw VekInvalidDataType(place, messages::kMessageEigenInvalidValues);
+/// The texts of an analysis's failures.
+struct FailureTexts {
+  std::int32_t invalid_values;
+  std::int32_t no_convergence;
+};
+constexpr FailureTexts kEigenTexts{messages::kMessageEigenInvalidValues,
+                                   messages::kMessageEigenNoConvergence};
+constexpr FailureTexts kScoreTexts{messages::kMessageValuesNotFinite,
+                                   messages::kMessageNoConvergence};
+
+void RequireFinite(const double* numbers, std::size_t count, const char* place,
+                   FailureTexts texts) {
+  if (!dense::IsFinite(numbers, count)) throw VekInvalidDataType(place, texts.invalid_values);
 }
 
 /// Scales numbers whose squares would overflow or vanish by a power of two, which is exact. Returns
@@ -58,11 +69,9 @@ int ScaleUnusual(double* numbers, std::size_t count) {
   return exponent;
 }
 
-void RequireDone(Outcome outcome, const char* place) {
-  if (outcome == Outcome::kInvalidValues)
-    throw VekInvalidDataType(place, messages::kMessageEigenInvalidValues);
-  if (outcome == Outcome::kNoConvergence)
-    throw VekNoConvergence(place, messages::kMessageEigenNoConvergence);
+void RequireDone(Outcome outcome, const char* place, FailureTexts texts) {
+  if (outcome == Outcome::kInvalidValues) throw VekInvalidDataType(place, texts.invalid_values);
+  if (outcome == Outcome::kNoConvergence) throw VekNoConvergence(place, texts.no_convergence);
 }
 
 }  // namespace
@@ -70,6 +79,7 @@ void RequireDone(Outcome outcome, const char* place) {
 void eigendata_private(const DoubleMatrix& matrix, std::vector<double>& eigenvalues,
                        DoubleMatrix& eigenvectors, EigendataOptions options) {
   constexpr const char* kPlace = "matrix::eigendata_private";
+  const FloatingPointScope environment;
   const std::size_t n = dense::SizeOfSquare(matrix, kPlace);
   RequireSymmetric(matrix, kPlace);
   if (n == 0) {
@@ -80,13 +90,13 @@ void eigendata_private(const DoubleMatrix& matrix, std::vector<double>& eigenval
   const Shape shape{n, n};
   Storage symmetric(shape), vectors(options.compute_vectors ? shape : Shape{});
   dense::CopyRows(matrix, shape, symmetric.data());
-  RequireFinite(symmetric.data(), n * n, kPlace);
+  RequireFinite(symmetric.data(), n * n, kPlace, kEigenTexts);
 
   std::vector<double> values(n);
   RequireDone(
       dense::BestKernels().self_adjoint_eigen(symmetric.data(), n, values.data(),
                                               options.compute_vectors ? vectors.data() : nullptr),
-      kPlace);
+      kPlace, kEigenTexts);
   if (options.descending) std::ranges::reverse(values);
   DoubleMatrix rows;
   if (options.compute_vectors) {
@@ -101,23 +111,24 @@ void eigendata_private(const DoubleMatrix& matrix, std::vector<double>& eigenval
 
 DoubleMatrix PrincipalComponentScores(const DoubleMatrix& x) {
   constexpr const char* kPlace = "matrix::PrincipalComponentScores";
+  const FloatingPointScope environment;
   const Shape shape = dense::ShapeOf(x, kPlace);
   const Shape scores_shape{shape.rows, std::min(shape.rows, shape.columns)};
   DoubleMatrix scores = dense::MakeMatrix(scores_shape);
   if (scores_shape.columns == 0) return scores;
   Storage columns(shape), score_columns(scores_shape);
   dense::CopyToColumns(x, shape, columns.data());
-  RequireFinite(columns.data(), shape.rows * shape.columns, kPlace);
+  RequireFinite(columns.data(), shape.rows * shape.columns, kPlace, kScoreTexts);
   const int exponent = ScaleUnusual(columns.data(), shape.rows * shape.columns);
   RequireDone(dense::BestKernels().singular_scores(columns.data(), shape.rows, shape.columns,
                                                    score_columns.data()),
-              kPlace);
+              kPlace, kScoreTexts);
   dense::CopyFromColumns(score_columns.data(), scores_shape, 0, scores);
   if (exponent != 0) {
     for (std::vector<double>& row : scores)
       for (double& number : row) number = std::ldexp(number, exponent);
   }
-  return scores;
+  return Settled(std::move(scores));
 }
 
 }  // namespace zavrel::matrix

@@ -15,15 +15,16 @@ struct EigendataOptions {
 /// Eigenvalues of a symmetric matrix and, when they are asked for, its unit eigenvectors as columns
 /// in the same order; their signs are the solver's.
 ///
-/// Throws VekMatrixNotSquare; VekMatrixNotSymmetric at the first element, row by row, that is not
-/// exactly the one across the diagonal; VekInvalidDataType for values that are not finite;
-/// VekNoConvergence.
+/// Throws, in this order: VekArraySizeError when the rows differ in length; VekMatrixNotSquare;
+/// VekMatrixNotSymmetric at the first element, row by row, that is not exactly the one across the
+/// diagonal; VekInvalidDataType for values that are not finite; VekNoConvergence.
 void eigendata_private(const DoubleMatrix& matrix, std::vector<double>& eigenvalues,
                        DoubleMatrix& eigenvectors, EigendataOptions options);
 
 /// The coordinates of each observation (a row of X) on X's principal axes: U S of the thin singular
 /// value decomposition X = U S V', m x min(m, p). X is taken as it is, neither centred nor scaled.
-/// Throws VekInvalidDataType for values that are not finite.
+/// Throws VekArraySizeError when the rows differ in length, VekInvalidDataType for values that are
+/// not finite, VekNoConvergence.
 DoubleMatrix PrincipalComponentScores(const DoubleMatrix& x);
 
 }  // namespace zavrel::matrix

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 
 #include "excel/error_double.h"
+#include "matrix/matrix_parallel.h"
 #include "matrix/ranks.h"
 #include "platform/parallel.h"
 #include "stats/floating_point_scope.h"
@@ -52,8 +52,7 @@ class UnitSums {
   UnitSums(const Unit& unit, PairForm form, const AssociationKernels& kernels)
       : unit_(unit), form_(form), kernels_(kernels) {}
 
-  /// False when something left the normal range.
-  bool CalculateInto(DoubleMatrix& matrix) {
+  void CalculateInto(DoubleMatrix& matrix) {
     const FloatingPointScope environment;
     EachBlock(kernels_.add_gapped_values);
     for (std::size_t p = 0; p < unit_.partners.size(); ++p) FindMeans(sums_[p]);
@@ -68,7 +67,6 @@ class UnitSums {
         matrix[y.place][x.place] = value;
       }
     }
-    return !environment.LeftNormalRange();
   }
 
  private:
@@ -122,7 +120,7 @@ class UnitSums {
   VariableSummary SummaryOf(const ScannedVariable& variable, const ScannedVariable& partner,
                             std::size_t n, double mean, double s1_a, double s1_b, double s2_a,
                             double s2_b) const {
-    if (IsConstantInPair(variable, partner)) return SummaryFromSums(mean, 0, 0, n, form_);
+    if (IsConstantInPair(variable, partner)) return SummaryOfConstant(mean, n, form_);
     return SummaryFromSums(mean, s1_a + s1_b, s2_a + s2_b, n, form_);
   }
 
@@ -161,15 +159,13 @@ std::vector<Unit> UnitsOf(std::span<const Variable> order) {
 
 }  // namespace
 
-bool CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, PairForm form,
+void CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, PairForm form,
                                   const AssociationKernels& kernels, DoubleMatrix& matrix) {
   const std::vector<Variable> order = WholeFirst(variables);
   const std::vector<Unit> units = UnitsOf(order);
-  std::atomic<bool> in_normal_range{true};
-  ParallelFor(units.size(), [&](std::size_t index) {
-    if (!UnitSums(units[index], form, kernels).CalculateInto(matrix)) in_normal_range = false;
+  ParallelCompute(units.size(), [&](std::size_t index) {
+    UnitSums(units[index], form, kernels).CalculateInto(matrix);
   });
-  return in_normal_range;
 }
 
 namespace {
@@ -243,7 +239,7 @@ void CalculateCompactedPairs(std::span<const ScannedVariable> variables,
   }
   const std::size_t parts = std::min(pairs.size(), ParallelThreads());
   std::vector<CompactedPair> scratch(parts, CompactedPair(parts > 0 ? most_rows : 0));
-  ParallelFor(parts, [&](std::size_t part) {
+  ParallelCompute(parts, [&](std::size_t part) {
     for (std::size_t p = part; p < pairs.size(); p += parts) {
       const auto [i, j] = pairs[p];
       const double value = orders.empty()

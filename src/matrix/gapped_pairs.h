@@ -14,9 +14,8 @@ namespace zavrel {
 
 /// Values of all pairs with gaps of the variables whose values are all below kModerateLimit.
 /// Nothing is copied but blocks that stay in the fastest cache: where an observation is missing, 0
-/// is added. False when something underflowed, so that all of them have to be calculated in the
-/// other way.
-bool CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, PairForm form,
+/// is added.
+void CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, PairForm form,
                                   const AssociationKernels& kernels, DoubleMatrix& matrix);
 
 /// Values of the pairs with gaps whatever the values are, all or, with `immoderate_only`, those

@@ -3,13 +3,16 @@
 #include <algorithm>
 #include <atomic>
 #include <new>
+#include <utility>
 #include <vector>
 
 #include "companions/messages/message_ids.h"
 #include "diagnostics/vek_exception.h"
 #include "matrix/dense_kernels.h"
 #include "matrix/dense_storage.h"
+#include "matrix/matrix_parallel.h"
 #include "platform/parallel.h"
+#include "stats/floating_point_scope.h"
 
 namespace zavrel {
 namespace {
@@ -31,7 +34,7 @@ constexpr std::size_t kInverseColumnsPerTask = 128;
 template <class Body>
 void ForParts(std::size_t count, std::size_t part, const Body& body) {
   std::atomic<bool> is_out_of_memory = false;
-  ParallelFor((count + part - 1) / part, [&](std::size_t index) {
+  ParallelCompute((count + part - 1) / part, [&](std::size_t index) {
     const std::size_t begin = index * part;
     try {
       body(begin, std::min(begin + part, count));
@@ -89,6 +92,7 @@ void MultiplyBlocked(const DoubleMatrix& a, const DoubleMatrix& b, Shape a_shape
 }  // namespace
 
 DoubleMatrix MatrixAdd(const DoubleMatrix& a, const DoubleMatrix& b) {
+  const FloatingPointScope environment;
   const Shape shape = dense::ShapeOf(a, "MatrixAdd");
   const Shape b_shape = dense::ShapeOf(b, "MatrixAdd");
   if (b_shape.rows < shape.rows || b_shape.columns < shape.columns)
@@ -96,10 +100,11 @@ DoubleMatrix MatrixAdd(const DoubleMatrix& a, const DoubleMatrix& b) {
   DoubleMatrix sum = dense::MakeMatrix(shape);
   for (std::size_t r = 0; r < shape.rows; ++r)
     for (std::size_t c = 0; c < shape.columns; ++c) sum[r][c] = a[r][c] + b[r][c];
-  return sum;
+  return Settled(std::move(sum));
 }
 
 DoubleMatrix MatrixMultiply(const DoubleMatrix& a, const DoubleMatrix& b) {
+  const FloatingPointScope environment;
   const Shape a_shape = dense::ShapeOf(a, "MatrixMultiply");
   const Shape b_shape = dense::ShapeOf(b, "MatrixMultiply");
   if (a_shape.columns != b_shape.rows)
@@ -114,6 +119,7 @@ DoubleMatrix MatrixMultiply(const DoubleMatrix& a, const DoubleMatrix& b) {
 }
 
 DoubleMatrix MatrixInverse(const DoubleMatrix& a) {
+  const FloatingPointScope environment;
   const std::size_t n = dense::SizeOfSquare(a, "MatrixInverse");
   const Kernels& kernels = dense::BestKernels();
   const Shape shape{n, n};
@@ -131,6 +137,7 @@ DoubleMatrix MatrixInverse(const DoubleMatrix& a) {
 }
 
 double MatrixDeterminant(const DoubleMatrix& a) {
+  const FloatingPointScope environment;
   const std::size_t n = dense::SizeOfSquare(a, "MatrixDeterminant");
   Storage factors({n, n});
   std::vector<int> places(n);
@@ -138,7 +145,7 @@ double MatrixDeterminant(const DoubleMatrix& a) {
   if (n == 0) return 1;
   double product = dense::BestKernels().factor(factors.data(), n, places.data());
   for (std::size_t i = 0; i < n; ++i) product *= factors.data()[i * n + i];
-  return product;
+  return Settled(product);
 }
 
 }  // namespace zavrel

@@ -1,5 +1,6 @@
 #include "matrix/pair_value.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "excel/error_double.h"
@@ -12,15 +13,16 @@ namespace {
 template <class Real>
 double Value(Real sum, std::size_t n, const VariableSummary& x, const VariableSummary& y,
              PairForm form) {
-  // A constant's mean may be rounded, which would leave the trace of that in the sum.
-  const bool has_spread = x.standard_deviation != 0 && y.standard_deviation != 0;
-  if (!has_spread) return form.is_correlation ? ConditionDouble(kConditionTooFew) : 0;
   Real value = sum / static_cast<Real>(form.sample_divisor ? n - 1 : n);
   if (form.is_correlation) {
-    value /= static_cast<Real>(x.standard_deviation) * static_cast<Real>(y.standard_deviation);
+    const Real spread =
+        static_cast<Real>(x.standard_deviation) * static_cast<Real>(y.standard_deviation);
+    if (spread == 0) return ConditionDouble(kConditionTooFew);
+    value /= spread;
   }
   const auto result = static_cast<double>(value);
-  return std::isfinite(result) ? result : ConditionDouble(kConditionNotFinite);
+  if (!std::isfinite(result)) return ConditionDouble(kConditionNotFinite);
+  return x.is_constant || y.is_constant ? 0 : result;  // a correlation has gone above
 }
 
 template <class Real>
@@ -47,7 +49,11 @@ bool HasValue(std::size_t n, const VariableSummary& x, const VariableSummary& y,
 
 VariableSummary Summarise(std::span<const double> values, PairForm form) {
   const MomentBlock moments = ComputeMoments(values, form.sample_divisor);
-  return {moments.mean, moments.standard_deviation};
+  return {moments.mean, moments.standard_deviation, IsConstant(values)};
+}
+
+bool IsConstant(std::span<const double> values) {
+  return std::all_of(values.begin(), values.end(), [&](double x) { return x == values[0]; });
 }
 
 // As the sample and population forms of ComputeMoments.
@@ -58,6 +64,12 @@ VariableSummary SummaryFromSums(double mean, double s1, double s2, std::size_t n
   if (n < 2) return {mean, ConditionDouble(kConditionTooFew)};
   const double variance = (s2 - s1 * s1 / count) / (count - 1);
   return {mean, std::sqrt(variance < 0 ? 0 : variance)};
+}
+
+VariableSummary SummaryOfConstant(double mean, std::size_t n, PairForm form) {
+  VariableSummary summary = SummaryFromSums(mean, 0, 0, n, form);
+  summary.is_constant = true;
+  return summary;
 }
 
 double PairValueFromSum(double sum, std::size_t n, const VariableSummary& x,

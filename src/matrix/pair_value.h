@@ -12,22 +12,28 @@ struct PairForm {
 };
 
 /// Mean and standard deviation, with the divisor of the pair's form, to the bit as ComputeMoments
-/// gives them for values whose powers stay in the normal range.
+/// gives them.
 struct VariableSummary {
   double mean;
   double standard_deviation;
+  /// All values are equal. Their mean is not exactly that value, so it takes no deviations to know
+  /// that a covariance is 0.
+  bool is_constant = false;
 };
+
+bool IsConstant(std::span<const double> values);
 
 VariableSummary Summarise(std::span<const double> values, PairForm form);
 
-/// The same from the sums of d and d^2, d = x - mean. Nothing may have left the normal range; the
-/// sums of values that are all equal are 0.
+/// The same from the sums of d and d^2, d = x - mean. Nothing may have overflowed; the values are
+/// not all equal.
 VariableSummary SummaryFromSums(double mean, double s1, double s2, std::size_t n, PairForm form);
 
+VariableSummary SummaryOfConstant(double mean, std::size_t n, PairForm form);
+
 /// The value that follows from the sum of (x - mean x)(y - mean y) over n observations. Nothing may
-/// have left the normal range on the way. Too few values, or a variable without a standard
-/// deviation, give the no-data condition. With a constant a covariance is 0, a correlation the
-/// too-few condition.
+/// have overflowed on the way. Too few values, or a variable without a standard deviation, give the
+/// no-data condition.
 double PairValueFromSum(double sum, std::size_t n, const VariableSummary& x,
                         const VariableSummary& y, PairForm form);
 

@@ -5,13 +5,16 @@
 
 #include "excel/error_double.h"
 #include "matrix/association_kernels.h"
-#include "platform/parallel.h"
+#include "matrix/matrix_parallel.h"
 #include "stats/floating_point_scope.h"
 
 namespace zavrel {
 namespace {
 
-bool IsModerate(double value) { return std::abs(value) < kModerateLimit; }
+bool IsModerate(double value) {
+  const double magnitude = std::abs(value);
+  return magnitude < kModerateLimit && (magnitude >= kModerateFloor || magnitude == 0);
+}
 
 constexpr std::size_t kSummedTogether = 2 * kGroup;
 
@@ -67,7 +70,7 @@ std::vector<ScannedVariable> Scan(std::span<const VariableColumn> variables,
     scanned[c].values = variables[c];
     if (variables[c].size() == longest) summed.push_back(&scanned[c]);
   }
-  ParallelFor((summed.size() + kSummedTogether - 1) / kSummedTogether, [&](std::size_t part) {
+  ParallelCompute((summed.size() + kSummedTogether - 1) / kSummedTogether, [&](std::size_t part) {
     const std::size_t first = part * kSummedTogether;
     Sum(std::span(summed).subspan(first, std::min(kSummedTogether, summed.size() - first)),
         kernels);
@@ -80,7 +83,7 @@ std::vector<ScannedVariable> Scan(std::span<const VariableColumn> variables,
     variable.present.assign(longest / 64 + 1, 0);
     looked_at.push_back(&variable);
   }
-  ParallelFor(looked_at.size(), [&](std::size_t c) {
+  ParallelCompute(looked_at.size(), [&](std::size_t c) {
     ScanValues(*looked_at[c]);
     if (AllPresent(*looked_at[c], longest)) ObservationBits().swap(looked_at[c]->present);
   });

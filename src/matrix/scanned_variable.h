@@ -24,7 +24,8 @@ struct ScannedVariable {
   static constexpr std::size_t kNoError = std::numeric_limits<std::size_t>::max();
 
   VariableColumn values;
-  /// Every value that is not missing is a number below kModerateLimit in magnitude.
+  /// Every value that is not missing is 0 or a number from kModerateFloor to below kModerateLimit
+  /// in magnitude.
   bool is_moderate = true;
   /// The sum in observation order, of a moderate variable without gaps.
   double sum = 0;

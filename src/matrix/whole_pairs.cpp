@@ -1,11 +1,11 @@
 #include "matrix/whole_pairs.h"
+#include "matrix/matrix_parallel.h"
+#include "platform/parallel.h"
 
 #include <algorithm>
-#include <atomic>
 #include <memory>
 #include <utility>
 
-#include "platform/parallel.h"
 #include "stats/floating_point_scope.h"
 
 namespace zavrel {
@@ -50,12 +50,9 @@ class ModeratePairs {
     MakeParts();
   }
 
-  std::optional<std::vector<VariableSummary>> CalculateInto(DoubleMatrix& matrix) {
-    ParallelFor(parts_.size(), [this](std::size_t index) { AddUp(parts_[index]); });
-    if (left_normal_range_) return std::nullopt;
-    std::vector<VariableSummary> summaries = Finish(matrix);
-    if (left_normal_range_) return std::nullopt;
-    return summaries;
+  std::vector<VariableSummary> CalculateInto(DoubleMatrix& matrix) {
+    ParallelCompute(parts_.size(), [this](std::size_t index) { AddUp(parts_[index]); });
+    return Finish(matrix);
   }
 
  private:
@@ -102,7 +99,6 @@ class ModeratePairs {
     const FloatingPointScope environment;
     for (std::size_t row = 0; row < variables_.rows(); row += block_rows_)
       AddBlock(part, row, std::min(block_rows_, variables_.rows() - row));
-    if (environment.LeftNormalRange()) left_normal_range_ = true;
   }
 
   void AddBlock(const Part& part, std::size_t first_row, std::size_t rows) {
@@ -122,7 +118,7 @@ class ModeratePairs {
     }
   }
 
-  std::vector<VariableSummary> Finish(DoubleMatrix& matrix) {
+  std::vector<VariableSummary> Finish(DoubleMatrix& matrix) const {
     const FloatingPointScope environment;
     std::vector<VariableSummary> summaries;
     for (std::size_t c = 0; c < variables_.size(); ++c) summaries.push_back(SummaryOf(c));
@@ -137,19 +133,16 @@ class ModeratePairs {
                                  form_));
       }
     }
-    summaries = Settled(std::move(summaries));
-    if (environment.LeftNormalRange()) left_normal_range_ = true;
-    return summaries;
+    return Settled(std::move(summaries));
   }
 
   VariableSummary SummaryOf(std::size_t c) const {
     const std::span<const double> values = variables_.column(c);
-    const bool constant =
-        std::all_of(values.begin(), values.end(), [&](double x) { return x == values[0]; });
+    if (IsConstant(values)) return SummaryOfConstant(means_[c], values.size(), form_);
     const DeviationSums& sums = deviation_sums_[c / kGroup];
     const std::size_t lane = c % kGroup;
-    const double s1 = constant ? 0 : sums.s1[0][lane] + sums.s1[1][lane];
-    const double s2 = constant ? 0 : sums.s2[0][lane] + sums.s2[1][lane];
+    const double s1 = sums.s1[0][lane] + sums.s1[1][lane];
+    const double s2 = sums.s2[0][lane] + sums.s2[1][lane];
     return SummaryFromSums(means_[c], s1, s2, values.size(), form_);
   }
 
@@ -164,15 +157,14 @@ class ModeratePairs {
   std::vector<double> products_;
   std::vector<Tile> tiles_;
   std::vector<Part> parts_;
-  std::atomic<bool> left_normal_range_{false};
 };
 
 }  // namespace
 
-std::optional<std::vector<VariableSummary>> CalculateModeratePairs(
-    const WholeVariables& variables, PairForm form, const AssociationKernels& kernels,
-    DoubleMatrix& matrix) {
-  if (variables.size() == 0) return std::vector<VariableSummary>();
+std::vector<VariableSummary> CalculateModeratePairs(const WholeVariables& variables, PairForm form,
+                                                    const AssociationKernels& kernels,
+                                                    DoubleMatrix& matrix) {
+  if (variables.size() == 0) return {};
   return ModeratePairs(variables, form, kernels).CalculateInto(matrix);
 }
 
@@ -180,9 +172,9 @@ void CalculateOtherPairs(const WholeVariables& moderate,
                          std::span<const VariableSummary> moderate_summaries,
                          const WholeVariables& others, PairForm form, DoubleMatrix& matrix) {
   std::vector<VariableSummary> summaries(others.size());
-  ParallelFor(others.size(),
-              [&](std::size_t c) { summaries[c] = Summarise(others.column(c), form); });
-  ParallelFor(others.size(), [&](std::size_t j) {
+  ParallelCompute(others.size(),
+                  [&](std::size_t c) { summaries[c] = Summarise(others.column(c), form); });
+  ParallelCompute(others.size(), [&](std::size_t j) {
     const auto set = [&](std::span<const double> x, const VariableSummary& of_x,
                          std::size_t place) {
       SetBoth(matrix, place, others.places[j],

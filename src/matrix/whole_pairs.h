@@ -1,7 +1,6 @@
 #pragma once
 // Pairs of variables without gaps.
 
-#include <optional>
 #include <span>
 #include <vector>
 
@@ -24,11 +23,10 @@ struct WholeVariables {
 
 /// Values of all pairs of variables whose values are all below kModerateLimit: each is summarised
 /// once, pairs are summed side by side from blocks of deviations that stay in the fastest cache.
-/// Gives the summaries; nothing when something underflowed, so that all of it has to be calculated
-/// in the other way.
-std::optional<std::vector<VariableSummary>> CalculateModeratePairs(
-    const WholeVariables& variables, PairForm form, const AssociationKernels& kernels,
-    DoubleMatrix& matrix);
+/// Gives the summaries.
+std::vector<VariableSummary> CalculateModeratePairs(const WholeVariables& variables, PairForm form,
+                                                    const AssociationKernels& kernels,
+                                                    DoubleMatrix& matrix);
 
 /// Values of all pairs that have at least one of `others`, whatever their values are.
 void CalculateOtherPairs(const WholeVariables& moderate,

@@ -70,6 +70,18 @@ TEST_CASE("failure 101 stands where failure 1 stood") {
   CHECK_FALSE(store.Find(201));
 }
 
+TEST_CASE("a number cut to 16 bits finds its failure") {
+  FailureStore store(0x2FFFA);
+  for (std::uint32_t number = 0x2FFFB; number < 0x30005; ++number) store.Record(Numbered(number));
+  for (const std::uint32_t number : {0x2FFFBu, 0x2FFFFu, 0x30001u, 0x30004u}) {
+    REQUIRE(store.Find(number & 0xFFFF));
+    CHECK(store.Find(number & 0xFFFF)->arguments()[0] == MessageArgument(std::int64_t{number}));
+  }
+  CHECK_FALSE(store.Find(0));
+  CHECK_FALSE(store.Find(5));
+  CHECK_FALSE(store.Find(0x1FFFB));
+}
+
 TEST_CASE("the number after the last is 1") {
   constexpr auto kLast = std::numeric_limits<std::uint32_t>::max();
   FailureStore store(kLast - 1);

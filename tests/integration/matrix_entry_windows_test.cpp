@@ -6,11 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "diagnostics/vek_exception.h"
 #include "excel/double_matrix.h"
 #include "excel/error_double.h"
 #include "integration/entry_point.h"
 #include "integration/running_add_in.h"
-#include "support/fake_object.h"
+#include "support/macro_call.h"
 
 namespace zavrel::tests {
 namespace {
@@ -22,38 +23,6 @@ using TwoOutputs = std::uint32_t(SAFEARRAY**, VARIANT*, VARIANT*);
 using Binary = VARIANT(SAFEARRAY**, SAFEARRAY**);
 using Unary = VARIANT(SAFEARRAY**);
 using Determinant = double(SAFEARRAY**);
-using GetExceptionInfo = std::int32_t(std::uint32_t, BSTR*, BSTR*, BSTR*);
-
-/// An array of a macro's; nobody may leave it locked.
-struct MacroArray {
-  MacroArray() = default;
-  MacroArray(VARTYPE type, std::vector<ULONG> sizes) {
-    std::vector<SAFEARRAYBOUND> bounds;
-    for (const ULONG size : sizes) bounds.push_back({size, 0});
-    array = SafeArrayCreate(type, static_cast<UINT>(bounds.size()), bounds.data());
-    REQUIRE(array != nullptr);
-  }
-  MacroArray(std::initializer_list<double> series)
-      : MacroArray(VT_R8, {static_cast<ULONG>(series.size())}) {
-    std::copy(series.begin(), series.end(), static_cast<double*>(array->pvData));
-  }
-  MacroArray(const DoubleMatrix& rows)  // NOLINT(google-explicit-constructor)
-      : MacroArray(VT_R8, {static_cast<ULONG>(rows.size()), static_cast<ULONG>(rows[0].size())}) {
-    auto* next = static_cast<double*>(array->pvData);
-    for (std::size_t column = 0; column < rows[0].size(); ++column)
-      for (const auto& row : rows) *next++ = row[column];
-  }
-  MacroArray(const MacroArray&) = delete;
-  MacroArray& operator=(const MacroArray&) = delete;
-  ~MacroArray() {
-    if (array == nullptr) return;
-    CHECK(array->cLocks == 0);
-    CHECK(SUCCEEDED(SafeArrayDestroy(array)));
-  }
-  operator SAFEARRAY**() { return &array; }  // NOLINT(google-explicit-constructor)
-
-  SAFEARRAY* array = nullptr;
-};
 
 /// The rows of a result, whose lower bounds must be 1.
 DoubleMatrix RowsOf(SAFEARRAY* array) {
@@ -109,20 +78,6 @@ VARIANT ReferenceTo(MacroArray& array, VARTYPE type = VT_R8) {
   return variant;
 }
 
-/// "VekMatrixNotSquare|matrix::eigendata_private|Matrix is ..." of a failure number.
-std::string Explained(std::uint32_t number) {
-  BSTR parts[3] = {};
-  CHECK(EntryPoint<GetExceptionInfo>("ZavrelGetExceptionInfoVB")(number, &parts[0], &parts[1],
-                                                                 &parts[2]) == 1);
-  std::string text;
-  for (const BSTR part : parts) {
-    const std::wstring wide(part, SysStringLen(part));
-    if (!text.empty()) text += '|';
-    text.append(wide.begin(), wide.end());
-    SysFreeString(part);
-  }
-  return text;
-}
 /// The failure number in what a function returned in the place of a matrix.
 std::uint32_t FailureIn(const VARIANT& value) {
   REQUIRE(value.vt == VT_ERROR);
@@ -131,6 +86,28 @@ std::uint32_t FailureIn(const VARIANT& value) {
 
 const char* const kNotTwoDimensional =
     "VekArraySizeError|MatrixFromVbArray|VB array is not 2-dimensional";
+const char* const kNotItsSize =
+    "VekArraySizeError|MatrixFromVbArray|An array does not have the size that is needed here.";
+const char* const kNotDoubles =
+    "VekInvalidDataType|MatrixFromVbArray|The data are of a type that cannot be used here.";
+
+/// A page of memory that cannot be written.
+class ReadOnlyPage {
+ public:
+  ReadOnlyPage() : page_(VirtualAlloc(nullptr, 4096, MEM_RESERVE | MEM_COMMIT, PAGE_READONLY)) {
+    REQUIRE(page_ != nullptr);
+  }
+  ReadOnlyPage(const ReadOnlyPage&) = delete;
+  ReadOnlyPage& operator=(const ReadOnlyPage&) = delete;
+  ~ReadOnlyPage() { VirtualFree(page_, 0, MEM_RELEASE); }
+  template <class T>
+  T* as() const {
+    return static_cast<T*>(page_);
+  }
+
+ private:
+  void* page_;
+};
 
 }  // namespace
 
@@ -151,16 +128,19 @@ TEST_CASE("covariance and correlation of a macro's two series") {
   CHECK((correlation(one, other, &result) == 0 && HasCondition(result, kConditionTooFew)));
   result = 77;
   CHECK(covariance(one, other, &result) == 5);
-  MacroArray empty(VT_R8, {0});
+  MacroArray empty(VT_R8, {0}), hollow = MacroArray::Hollow({5});
+  const ReadOnlyPage read_only;
   for (TwoSeries* function : {covariance, covariance_p, correlation}) {
     for (SAFEARRAY** bad : {static_cast<SAFEARRAY**>(nullptr), static_cast<SAFEARRAY**>(one),
                             static_cast<SAFEARRAY**>(unallocated), static_cast<SAFEARRAY**>(whole),
-                            static_cast<SAFEARRAY**>(matrix), static_cast<SAFEARRAY**>(empty)}) {
+                            static_cast<SAFEARRAY**>(matrix), static_cast<SAFEARRAY**>(empty),
+                            static_cast<SAFEARRAY**>(hollow)}) {
       CHECK(function(x, bad, &result) == 5);
       CHECK(function(bad, x, &result) == 5);
     }
     CHECK(function(empty, empty, &result) == 5);
     CHECK(function(x, y, nullptr) == 5);
+    CHECK(function(x, y, read_only.as<double>()) == 5);
   }
   CHECK(result == 77);
   CloseClean(*engine);
@@ -216,8 +196,10 @@ TEST_CASE("a macro's matrix algebra") {
   CHECK(MacroVariant(inverse(single)).rows() == DoubleMatrix{{0.2}});
   CHECK(determinant(a) == doctest::Approx(10).epsilon(1e-14));
 
-  CHECK(Explained(FailureIn(add(b, a))).starts_with("VekArraySizeError|MatrixAdd|"));
-  CHECK(Explained(FailureIn(multiply(b, a))).starts_with("VekArraySizeError|MatrixMultiply|"));
+  CHECK(Explained(FailureIn(add(b, a))) ==
+        "VekArraySizeError|MatrixAdd|The second matrix has fewer rows or columns than the first.");
+  CHECK(Explained(FailureIn(multiply(b, a))) ==
+        "VekArraySizeError|MatrixMultiply|An array does not have the size that is needed here.");
   const std::string not_square = Explained(FailureIn(inverse(b)));
   CHECK(not_square.starts_with("VekMatrixNotSquare|"));
   CHECK(not_square.ends_with("|Matrix is (2 x 3), not square."));
@@ -230,7 +212,9 @@ TEST_CASE("a macro's matrix algebra") {
   MacroArray unallocated, whole(VT_I4, {2, 2}), deep(VT_R8, {2, 2, 2}), empty(VT_R8, {0, 0});
   CHECK(Explained(FailureIn(inverse(unallocated))) == kNotTwoDimensional);
   CHECK(Explained(FailureIn(inverse(deep))) == kNotTwoDimensional);
-  CHECK(Explained(FailureIn(inverse(whole))).starts_with("VekInvalidDataType|MatrixFromVbArray|"));
+  CHECK(Explained(FailureIn(inverse(whole))) == kNotDoubles);
+  MacroArray variants(VT_VARIANT, {2, 2});  // `Dim r() As Variant`
+  CHECK(Explained(FailureIn(inverse(variants))) == kNotDoubles);
   CHECK(inverse(empty).vt == VT_EMPTY);
   CHECK(determinant(empty) == 1);
   SafeArrayLock(a.array);  // somebody else's lock does not hinder reading, and stays
@@ -244,7 +228,54 @@ TEST_CASE("a macro's matrix algebra") {
         DoubleMatrix{{30, 70}, {20, 50}});
   CHECK(EntryPoint<DoubleMatrix(DoubleMatrix)>("MatrixInverseC")(plain)[1][1] ==
         doctest::Approx(0.4));
+  CHECK_THROWS_AS(EntryPoint<DoubleMatrix(DoubleMatrix)>("MatrixInverseC")({{1, 2}}),
+                  VekMatrixNotSquare);
   CHECK(EntryPoint<double(DoubleMatrix)>("MatrixDeterminantC")(plain) == doctest::Approx(10));
+  CloseClean(*engine);
+}
+
+TEST_CASE("arrays whose bounds promise what is not there") {
+  auto engine = ServingAddIn();
+  auto* multiply = EntryPoint<Binary>("MatrixMultiplyVB");
+  auto* inverse = EntryPoint<Unary>("MatrixInverseVB");
+  auto* eigendata = EntryPoint<TwoOutputs>("CalculateEigendataVB");
+  auto* scores = EntryPoint<OneOutput>("CalculatePCAScoresVB");
+  constexpr ULONG kMost = 0x7FFFFFFF;
+  MacroArray hollow = MacroArray::Hollow({2, 2}), endless = MacroArray::Hollow({kMost, kMost});
+  MacroVariant result, other;
+  for (MacroArray* array : {&hollow, &endless}) {
+    CHECK(Explained(FailureIn(inverse(*array))) == kNotItsSize);
+    CHECK(Explained(FailureIn(multiply(*array, *array))) == kNotItsSize);
+    CHECK(HasCondition(EntryPoint<Determinant>("MatrixDeterminantVB")(*array),
+                       kConditionNotComputed));
+    CHECK(Explained(eigendata(*array, result, other)) == kNotItsSize);
+    CHECK(Explained(scores(*array, result)) == kNotItsSize);
+    CHECK(Explained(EntryPoint<Association>("CalculateCovarianceMatrixVB")(0, 1, 0, *array,
+                                                                           result)) == kNotItsSize);
+  }
+  CHECK((result.variant.vt == VT_EMPTY && other.variant.vt == VT_EMPTY));
+  MacroArray flat = MacroArray::Hollow({0, kMost}), thin = MacroArray::Hollow({kMost, 0});
+  CHECK((inverse(flat).vt == VT_EMPTY && inverse(thin).vt == VT_EMPTY));
+
+  // As a place for a result such an array is replaced.
+  MacroArray data(DoubleMatrix{{1, 2}, {3, 4}});
+  VARIANT reference = ReferenceTo(hollow);
+  CHECK(scores(data, &reference) == 0);
+  CHECK(RowsOf(hollow.array).size() == 2);
+  CloseClean(*engine);
+}
+
+TEST_CASE("a result that no memory holds leaves the arrays as they were") {
+  auto engine = ServingAddIn();
+  constexpr ULONG kCount = 1'000'000;
+  MacroArray tall(VT_R8, {kCount, 1}), wide(VT_R8, {1, kCount});
+  for (ULONG i = 0; i < kCount; ++i) tall.elements<double>()[i] = wide.elements<double>()[i] = i;
+  CHECK(Explained(FailureIn(EntryPoint<Binary>("MatrixMultiplyVB")(tall, wide)))
+            .starts_with("VekOutOfMemory|"));
+  CHECK((tall.array->cLocks == 0 && wide.array->cLocks == 0));
+  CHECK(std::equal(tall.elements<double>(), tall.elements<double>() + kCount,
+                   wide.elements<double>()));
+  CHECK(wide.elements<double>()[kCount - 1] == kCount - 1);
   CloseClean(*engine);
 }
 
@@ -286,6 +317,9 @@ TEST_CASE("a macro's eigen-analysis and principal components") {
   CHECK(Explained(eigenvalues(infinite, values)) ==
         "VekInvalidDataType|matrix::eigendata_private|Eigenvalues could not be calculated; matrix "
         "had invalid values.");
+  CHECK(Explained(scores(infinite, values)) ==
+        "VekInvalidDataType|matrix::PrincipalComponentScores|The data have values that are not "
+        "finite numbers.");
   check_both();  // a failure leaves them as they were
 
   CHECK(scores(wide, vectors) == 0);
@@ -341,16 +375,28 @@ TEST_CASE("results go into the arrays of a macro that can take them, and nowhere
   nowhere.vt = VT_BYREF | VT_ARRAY | VT_R8;
   nowhere.pparray = reinterpret_cast<SAFEARRAY**>(std::uintptr_t{16});
   MacroArray whole(VT_I4, {2, 2}), posing(VT_I4, {2, 2}), locked(VT_R8, {2, 2});
+  MacroArray variants(VT_VARIANT, {2, 2});
   VARIANT to_whole = ReferenceTo(whole, VT_I4), to_posing = ReferenceTo(posing);
+  VARIANT to_variants = ReferenceTo(variants, VT_VARIANT), holds_posing{}, astray{};
+  holds_posing.vt = VT_ARRAY | VT_R8;
+  holds_posing.parray = posing.array;
+  astray.vt = VT_ARRAY | VT_R8;
+  astray.parray = reinterpret_cast<SAFEARRAY*>(std::uintptr_t{16});
+  const ReadOnlyPage read_only;
   SafeArrayLock(locked.array);
   VARIANT to_locked = ReferenceTo(locked), holds_locked{};
   holds_locked.vt = VT_ARRAY | VT_R8;
   holds_locked.parray = locked.array;
-  for (VARIANT* bad : {&reference, &nowhere, &null_place, &null_variant, &to_whole, &to_posing,
-                       &to_locked, &holds_locked}) {
+  for (VARIANT* bad :
+       {&reference, &nowhere, &null_place, &null_variant, &to_whole, &to_posing, &holds_posing,
+        &to_variants, &astray, read_only.as<VARIANT>(), &to_locked, &holds_locked}) {
     CAPTURE(bad->vt);
     const VARTYPE before = bad->vt;
-    CHECK(Explained(scores(data, bad)).find("|ReDimVbArray|") != std::string::npos);
+    const char* const why = bad == &to_locked || bad == &holds_locked
+                                ? "VekArraySizeError|ReDimVbArray|"
+                                : "VekInvalidDataType|ReDimVbArray|";
+    CHECK(Explained(scores(data, bad)).starts_with(why));
+    CHECK(Explained(eigendata(matrix, bad, nullptr)).starts_with(why));
     CHECK(bad->vt == before);
   }
   // The one output that cannot be written keeps the other from being.

@@ -6,11 +6,10 @@
 #include "integration/entry_point.h"
 #include "integration/running_add_in.h"
 #include "support/fake_object.h"
+#include "support/macro_call.h"
 
 namespace zavrel::tests {
 namespace {
-
-using GetExceptionInfo = std::int32_t(std::uint32_t, BSTR*, BSTR*, BSTR*);
 
 /// A range object as a macro has one, by row and column from 1.
 struct FakeRange {
@@ -35,41 +34,9 @@ struct FakeRange {
   VARIANT variant{};
 };
 
-/// An array of a macro's; nobody may leave it locked.
-struct MacroArray {
-  MacroArray(VARTYPE type, std::initializer_list<ULONG> sizes) {
-    SAFEARRAYBOUND bounds[3] = {};
-    UINT dimensions = 0;
-    for (const ULONG size : sizes) bounds[dimensions++] = {size, 1};
-    array = SafeArrayCreate(type, dimensions, bounds);
-    REQUIRE(array != nullptr);
-  }
-  MacroArray(const MacroArray&) = delete;
-  MacroArray& operator=(const MacroArray&) = delete;
-  ~MacroArray() {
-    CHECK(array->cLocks == 0);
-    SafeArrayDestroy(array);
-  }
-  template <class Element>
-  Element* elements() const {
-    return static_cast<Element*>(array->pvData);
-  }
-
-  SAFEARRAY* array = nullptr;
-};
-
 std::uint32_t Write(const VARIANT& range, SAFEARRAY** values) {
   return EntryPoint<std::uint32_t(const VARIANT*, SAFEARRAY**)>("ZavrelWriteRangeVB")(&range,
                                                                                       values);
-}
-
-std::wstring NameOf(std::uint32_t failure) {
-  BSTR name = nullptr;
-  CHECK(EntryPoint<GetExceptionInfo>("ZavrelGetExceptionInfoVB")(failure, &name, nullptr,
-                                                                 nullptr) == 1);
-  const std::wstring text(name, SysStringLen(name));
-  SysFreeString(name);
-  return text;
 }
 
 std::unique_ptr<zavhost::Engine> AddInWithBook() {
@@ -118,21 +85,33 @@ TEST_CASE("a write that cannot be done writes nothing and says why") {
   FakeRange range(1, 1, 2, 2);
   MacroArray numbers(VT_R8, {2, 2});
   MacroArray deep(VT_R8, {2, 2, 2}), empty(VT_R8, {0, 2}), objects(VT_DISPATCH, {2, 2});
-  CHECK(NameOf(Write(range.variant, &deep.array)) == L"VekArraySizeError");
-  CHECK(NameOf(Write(range.variant, &empty.array)) == L"VekArraySizeError");
-  CHECK(NameOf(Write(range.variant, nullptr)) == L"VekArraySizeError");
-  CHECK(NameOf(Write(range.variant, &objects.array)) == L"VekInvalidDataType");
+  const char* const not_two_dimensional =
+      "VekArraySizeError|CellBlockFromVbArray|VB array is not 2-dimensional";
+  const char* const not_its_size =
+      "VekArraySizeError|CellBlockFromVbArray|An array does not have the size that is needed here.";
+  CHECK(Explained(Write(range.variant, &deep.array)) == not_two_dimensional);
+  CHECK(Explained(Write(range.variant, nullptr)) == not_two_dimensional);
+  CHECK(Explained(Write(range.variant, &empty.array)) == not_its_size);
+  MacroArray hollow_numbers = MacroArray::Hollow({2, 2}), hollow_row = MacroArray::Hollow({4});
+  CHECK(Explained(Write(range.variant, &hollow_row.array)) == not_its_size);
+  CHECK(Explained(Write(range.variant, &hollow_numbers.array)) ==
+        "VekArraySizeError|MatrixFromVbArray|An array does not have the size that is needed here.");
+  CHECK(Explained(Write(range.variant, &objects.array)) ==
+        "VekInvalidDataType|CellBlockFromVbArray|The data are of a type that cannot be used here.");
   FakeRange outside(1048576, 1, 2, 2), several(1, 1, 2, 2), elsewhere(1, 1, 2, 2);
   several.areas.numbers[L"Count"] = 2;
   elsewhere.sheet.texts[L"Name"] = L"No such sheet";
   VARIANT number{};
   number.vt = VT_R8;
   for (const VARIANT& bad : {outside.variant, several.variant, elsewhere.variant, number})
-    CHECK(NameOf(Write(bad, &numbers.array)) == L"VekInvalidDataType");
+    CHECK(Explained(Write(bad, &numbers.array)) ==
+          "VekInvalidDataType|ZavrelWriteRangeVB|The data are of a type that cannot be used here.");
 
   engine->workbook().sheets[1].set_protected(true);
   const std::uint32_t refused = Write(range.variant, &numbers.array);
-  CHECK(NameOf(refused) == L"VekxlSetFailed");
+  CHECK(Explained(refused) ==
+        "VekxlSetFailed|ZavrelWriteRangeVB|Excel refused to write the values. The range may be "
+        "protected or not valid.");
   CHECK(Shown(*engine, u"ZavCount(Data!A:Z)") == "0");
   engine->workbook().sheets[1].set_protected(false);
   CHECK(Write(range.variant, &numbers.array) == 0);

@@ -7,10 +7,13 @@
 #include <cmath>
 #include <limits>
 #include <tuple>
+#include <vector>
 
 #include "matrix/dense_kernels.h"
 #include "matrix/dense_storage.h"
+#include "matrix/eigendata.h"
 #include "sample_matrices.h"
+#include "support/foreign_environment.h"
 
 namespace zavrel::tests {
 namespace {
@@ -35,6 +38,35 @@ TEST_CASE("The sum has the shape of the first matrix") {
   CHECK_THROWS_AS(MatrixAdd({{1}}, {}), VekArraySizeError);
   CHECK_THROWS_AS(MatrixAdd({{1, 2}, {3}}, {{1, 2}, {3, 4}}), VekArraySizeError);
   CHECK_THROWS_AS(MatrixAdd({{1}, {3}}, {{1}, {3}, {}}), VekArraySizeError);
+}
+
+TEST_CASE("The caller's floating-point environment makes no difference") {
+  const DoubleMatrix a = RandomMatrix(150, 150, 1), b = RandomMatrix(150, 150, 2);
+  const DoubleMatrix covariances = MatrixMultiply(a, Transposed(a));
+  const auto compute = [&] {
+    matrix::EigendataOptions options{.compute_vectors = true};
+    std::vector<double> values;
+    DoubleMatrix vectors;
+    matrix::eigendata_private(covariances, values, vectors, options);
+    return std::array{MatrixAdd(a, b),
+                      MatrixMultiply(a, b),
+                      MatrixMultiply({{1e308, 1e-200}}, {{10}, {1e-120}}),
+                      MatrixInverse(a),
+                      DoubleMatrix{{MatrixDeterminant(a)}},
+                      DoubleMatrix{values},
+                      vectors,
+                      matrix::PrincipalComponentScores(a)};
+  };
+  const auto expected = compute();
+  auto found = expected;
+  {
+    const ForeignEnvironment environment;
+    found = compute();
+  }
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    CAPTURE(i);
+    CHECK(AreIdentical(found[i], expected[i]));
+  }
 }
 
 TEST_CASE("Each element of a product is summed in order, wherever it is computed") {

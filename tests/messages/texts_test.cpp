@@ -112,7 +112,7 @@ std::set<std::uint32_t> RequiredIds() {
                                                                     {1594, 1595},
                                                                     {2400, 2402},
                                                                     {2500, 2547},
-                                                                    {2600, 2605}}};
+                                                                    {2600, 2606}}};
   for (const auto& [first, last] : kRanges) {
     for (std::uint32_t id = first; id <= last; ++id) required.insert(id);
   }

@@ -7,47 +7,9 @@
 
 #include "stats/moment_block.h"
 #include "stats/single_statistics.h"
+#include "support/foreign_environment.h"
 
 namespace zavrel::tests {
-namespace {
-
-std::uint32_t Mxcsr() {
-  std::uint32_t word;
-  asm volatile("stmxcsr %0" : "=m"(word) : : "memory");
-  return word;
-}
-void SetMxcsr(std::uint32_t word) { asm volatile("ldmxcsr %0" : : "m"(word) : "memory"); }
-std::uint16_t X87Control() {
-  std::uint16_t word;
-  asm volatile("fnstcw %0" : "=m"(word) : : "memory");
-  return word;
-}
-void SetX87Control(std::uint16_t word) { asm volatile("fldcw %0" : : "m"(word) : "memory"); }
-
-/// An environment that another add-in may leave behind: flush to zero, subnormals as zero, rounding
-/// upwards, overflow trapped, long double cut to 53 bits.
-class ForeignEnvironment {
- public:
-  static constexpr std::uint32_t kMxcsr = 0xDB40;  // the overflow mask (0x400) is missing
-  static constexpr std::uint16_t kX87 = 0x0A77;    // and here (0x08)
-
-  ForeignEnvironment() : mxcsr_(Mxcsr()), x87_(X87Control()) {
-    SetMxcsr(kMxcsr);
-    SetX87Control(kX87);
-  }
-  ~ForeignEnvironment() {
-    asm volatile("fnclex");
-    SetX87Control(x87_);
-    SetMxcsr(mxcsr_);
-  }
-
- private:
-  std::uint32_t mxcsr_;
-  std::uint16_t x87_;
-};
-
-}  // namespace
-
 TEST_CASE("results do not depend on the environment, which is left as it was") {
   const std::vector<double> values{0.1, 0.2, 0.4, 1e-310};
   const std::vector<double> huge{1e160, 2e160, 4e160, 8e160};

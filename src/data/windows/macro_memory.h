@@ -11,4 +11,11 @@ bool IsReadableMemory(const void* address, std::size_t size);
 /// True when they can be written as well.
 bool IsWritableMemory(const void* address, std::size_t size);
 
+/// True when a macro passed a place that takes a result: the rule for every pointer through which
+/// one is written.
+template <class Result>
+bool IsPlaceFor(const Result* place) {
+  return IsWritableMemory(place, sizeof(Result));
+}
+
 }  // namespace zavrel

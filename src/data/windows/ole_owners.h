@@ -84,6 +84,25 @@ class SafeArrayLock {
   SAFEARRAY* array_;
 };
 
+/// Owns an array until it is handed over.
+class OwnedArray {
+ public:
+  explicit OwnedArray(SAFEARRAY* array = nullptr) : array_(array) {}
+  OwnedArray(OwnedArray&& other) noexcept : array_(other.Release()) {}
+  OwnedArray& operator=(OwnedArray&& other) noexcept {
+    std::swap(array_, other.array_);
+    return *this;
+  }
+  ~OwnedArray() {
+    if (array_ != nullptr) SafeArrayDestroy(array_);
+  }
+  SAFEARRAY* get() const { return array_; }
+  SAFEARRAY* Release() { return std::exchange(array_, nullptr); }
+
+ private:
+  SAFEARRAY* array_;
+};
+
 /// The system's functions take what they only read without const.
 inline VARIANT* Unconst(const VARIANT& variant) { return const_cast<VARIANT*>(&variant); }
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "companions/messages/message_ids.h"
+#include "data/windows/double_array.h"
 #include "data/windows/macro_memory.h"
 #include "data/windows/macro_variant.h"
 #include "diagnostics/vek_exception.h"
@@ -18,32 +19,19 @@ constexpr const char* kPlace = "ReDimVbArray";
   throw VekArraySizeError(kPlace, messages::kMessageArrayServiceFailed);
 }
 
-/// Owns an array until it is handed over.
-class OwnedArray {
- public:
-  explicit OwnedArray(SAFEARRAY* array) : array_(array) {
-    if (array_ == nullptr) ThrowService();
-  }
-  OwnedArray(OwnedArray&& other) noexcept : array_(other.Release()) {}
-  ~OwnedArray() {
-    if (array_ != nullptr) SafeArrayDestroy(array_);
-  }
-  SAFEARRAY* get() const { return array_; }
-  SAFEARRAY* Release() { return std::exchange(array_, nullptr); }
+[[noreturn]] void ThrowUnfit() {
+  throw VekInvalidDataType(kPlace, messages::kMessageInvalidDataType);
+}
 
- private:
-  SAFEARRAY* array_;
-};
+/// A new array, if there was memory for one.
+OwnedArray Made(SAFEARRAY* array) {
+  if (array == nullptr) ThrowService();
+  return OwnedArray(array);
+}
 
 ULONG CountOf(std::size_t count) {
   if (count > std::numeric_limits<LONG>::max() / sizeof(double)) ThrowService();
   return static_cast<ULONG>(count);
-}
-
-bool HoldsDoubles(SAFEARRAY* array) {
-  VARTYPE type = VT_EMPTY;
-  return SUCCEEDED(SafeArrayGetVartype(array, &type)) && type == VT_R8 &&
-         SafeArrayGetElemsize(array) == sizeof(double);
 }
 
 /// The system allocated the array and may free it or give it another size.
@@ -69,7 +57,7 @@ OwnedArray NewArray(const DoubleMatrix& matrix, LONG lower_bound) {
   // other way round.
   SAFEARRAYBOUND bounds[] = {{CountOf(matrix.size()), lower_bound},
                              {CountOf(matrix[0].size()), lower_bound}};
-  OwnedArray array(SafeArrayCreate(VT_R8, 2, bounds));
+  OwnedArray array = Made(SafeArrayCreate(VT_R8, 2, bounds));
   Fill(matrix, array.get());
   return array;
 }
@@ -77,7 +65,7 @@ OwnedArray NewArray(const DoubleMatrix& matrix, LONG lower_bound) {
 void CheckShape(const DoubleMatrix& matrix) {
   for (const std::vector<double>& row : matrix) {
     if (row.size() != matrix[0].size())
-      throw VekArraySizeError(kPlace, messages::kMessageArraySizesDiffer);
+      throw VekArraySizeError(kPlace, messages::kMessageArraySizeError);
   }
 }
 
@@ -88,27 +76,30 @@ struct Target {
   SAFEARRAY** array = nullptr;
 };
 
-[[noreturn]] void ThrowUnfit() {
-  throw VekInvalidDataType(kPlace, messages::kMessageInvalidDataType);
+/// Throws for an array that cannot be given up for another. The type in a VARIANT may say doubles
+/// where the array holds something else.
+void RequireReplaceable(SAFEARRAY** place, bool of_doubles) {
+  if (*place == nullptr) return;
+  SAFEARRAY* const array = ArrayAt(place);
+  if (!IsPlaceFor(array) || (of_doubles && !HoldsDoubles(array))) ThrowUnfit();
+  if (!IsOurs(array)) ThrowService();
 }
 
 /// Checked before anything is touched: the system may leave a locked array behind in a VARIANT that
 /// it has already marked as empty.
 Target TargetOf(const VARIANT* given) {
   auto* variant = const_cast<VARIANT*>(FollowReference(given));
-  if (variant == nullptr) ThrowUnfit();
+  if (!IsPlaceFor(variant)) ThrowUnfit();
   Target target{*variant};
   if (variant->vt == (VT_ARRAY | VT_R8)) target.array = &variant->parray;
-  if (variant->vt == (VT_ARRAY | VT_R8 | VT_BYREF) &&
-      IsWritableMemory(variant->pparray, sizeof(SAFEARRAY*))) {
+  if (variant->vt == (VT_ARRAY | VT_R8 | VT_BYREF) && IsPlaceFor(variant->pparray))
     target.array = variant->pparray;
-  }
   // A variable of another type could not take an array.
   if ((variant->vt & VT_BYREF) != 0 && target.array == nullptr) ThrowUnfit();
   if (target.array != nullptr) {
-    if (*target.array != nullptr && !IsOurs(*target.array)) ThrowService();
-  } else if ((variant->vt & VT_ARRAY) != 0 && variant->parray != nullptr) {
-    if (!IsOurs(variant->parray)) ThrowService();
+    RequireReplaceable(target.array, true);
+  } else if ((variant->vt & VT_ARRAY) != 0) {
+    RequireReplaceable(&variant->parray, false);
   }
   return target;
 }
@@ -130,9 +121,9 @@ void ReDimVbArray(const DoubleMatrix& matrix, SAFEARRAY** array, LONG lower_boun
     *array = NewArray(matrix, lower_bound).Release();
     return;
   }
-  if (!HoldsDoubles(old)) ThrowUnfit();
-  if (!IsOurs(old)) ThrowService();
-  const bool keeps = SafeArrayGetDim(old) == 2 && old->rgsabound[1].cElements == matrix.size();
+  RequireReplaceable(array, true);
+  const bool keeps = SafeArrayGetDim(old) == 2 && old->rgsabound[1].cElements == matrix.size() &&
+                     old->pvData != nullptr && HasItsElements(old);
   if (!keeps) {
     OwnedArray fresh = NewArray(matrix, lower_bound);
     if (FAILED(SafeArrayDestroy(old))) ThrowService();
@@ -145,8 +136,6 @@ void ReDimVbArray(const DoubleMatrix& matrix, SAFEARRAY** array, LONG lower_boun
   Fill(matrix, old);
 }
 
-void RequireStorable(const VARIANT* variant) { TargetOf(variant); }
-
 void StoreMatrix(const DoubleMatrix& matrix, VARIANT* variant) {
   if (IsEmpty(matrix) || variant == nullptr) return;
   const Target target = TargetOf(variant);
@@ -155,14 +144,20 @@ void StoreMatrix(const DoubleMatrix& matrix, VARIANT* variant) {
   Replace(target.variant, NewArray(matrix, kLowerBound));
 }
 
-void StoreVector(std::span<const double> numbers, VARIANT* variant) {
+PreparedVector::PreparedVector(std::span<const double> numbers, VARIANT* variant) {
   if (numbers.empty() || variant == nullptr) return;
-  const Target target = TargetOf(variant);
-  OwnedArray array(SafeArrayCreateVector(VT_R8, kLowerBound, CountOf(numbers.size())));
-  std::memcpy(array.get()->pvData, numbers.data(), numbers.size_bytes());
-  if (target.array == nullptr) return Replace(target.variant, std::move(array));
+  TargetOf(variant);
+  array_ = Made(SafeArrayCreateVector(VT_R8, kLowerBound, CountOf(numbers.size())));
+  std::memcpy(array_.get()->pvData, numbers.data(), numbers.size_bytes());
+  variant_ = variant;
+}
+
+void PreparedVector::HandOver() {
+  if (variant_ == nullptr) return;
+  const Target target = TargetOf(variant_);
+  if (target.array == nullptr) return Replace(target.variant, std::move(array_));
   if (*target.array != nullptr && FAILED(SafeArrayDestroy(*target.array))) ThrowService();
-  *target.array = array.Release();
+  *target.array = array_.Release();
 }
 
 VARIANT VariantOf(const DoubleMatrix& matrix) {

@@ -25,12 +25,19 @@ void ReDimVbArray(const DoubleMatrix& matrix, SAFEARRAY** array, LONG lower_boun
 /// doubles; else in the place of what it holds. VekInvalidDataType when it refers to a variable of
 /// another type.
 void StoreMatrix(const DoubleMatrix& matrix, VARIANT* variant);
-/// The numbers as a one-dimensional array of doubles in the place of what the VARIANT holds or
-/// refers to.
-void StoreVector(std::span<const double> numbers, VARIANT* variant);
 
-/// Throws what the two above would for a VARIANT that cannot be written, and writes nothing.
-void RequireStorable(const VARIANT* variant);
+/// Numbers as a one-dimensional array of doubles, to go into the place of what a VARIANT holds or
+/// refers to. Making it throws all that StoreMatrix would, while nothing is written yet; handing it
+/// over needs no memory. No numbers or no VARIANT: there is nothing to hand over.
+class PreparedVector {
+ public:
+  PreparedVector(std::span<const double> numbers, VARIANT* variant);
+  void HandOver();
+
+ private:
+  OwnedArray array_;
+  VARIANT* variant_ = nullptr;
+};
 
 /// The matrix as a VARIANT of its own; the caller owns it.
 VARIANT VariantOf(const DoubleMatrix& matrix);

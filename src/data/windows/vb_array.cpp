@@ -3,6 +3,8 @@
 #include <cstring>
 
 #include "companions/messages/message_ids.h"
+#include "data/windows/double_array.h"
+#include "data/windows/macro_memory.h"
 #include "diagnostics/vek_exception.h"
 
 namespace zavrel {
@@ -84,10 +86,6 @@ Extent BlockExtent(SAFEARRAY* array) {
 }
 
 XXloper BlockOfNumbers(const DoubleMatrix& matrix) {
-  if (matrix.empty() || matrix[0].empty() || matrix.size() > kExcelRows ||
-      matrix[0].size() > kExcelColumns) {
-    throw VekArraySizeError("CellBlockFromVbArray", messages::kMessageArraySizeError);
-  }
   XXloperArray block(static_cast<std::int32_t>(matrix.size()),
                      static_cast<std::int32_t>(matrix[0].size()));
   std::size_t index = 0;
@@ -133,13 +131,14 @@ DoubleMatrix MatrixFromVbArray(SAFEARRAY* array) {
   if (array == nullptr || SafeArrayGetDim(array) != 2) {
     throw VekArraySizeError("MatrixFromVbArray", messages::kMessageArrayNotTwoDimensional);
   }
-  VARTYPE type = VT_EMPTY;
-  if (FAILED(SafeArrayGetVartype(array, &type)) || type != VT_R8 ||
-      SafeArrayGetElemsize(array) != sizeof(double)) {
+  if (!HoldsDoubles(array))
     throw VekInvalidDataType("MatrixFromVbArray", messages::kMessageInvalidDataType);
-  }
   const std::size_t rows = ElementsIn(array, 1);
   const std::size_t columns = ElementsIn(array, 2);
+  if (rows == 0 || columns == 0) return {};
+  // Before the rows are made: bounds may promise any number of elements.
+  if (!HasItsElements(array))
+    throw VekArraySizeError("MatrixFromVbArray", messages::kMessageArraySizeError);
   const SafeArrayLock lock(array);
   if (!lock.ok())
     throw VekArraySizeError("MatrixFromVbArray", messages::kMessageArrayServiceFailed);
@@ -152,16 +151,19 @@ DoubleMatrix MatrixFromVbArray(SAFEARRAY* array) {
 }
 
 XXloper CellBlockFromVbArray(SAFEARRAY* array) {
-  VARTYPE type = VT_EMPTY;
-  if (array != nullptr && SUCCEEDED(SafeArrayGetVartype(array, &type)) && type == VT_R8 &&
-      SafeArrayGetDim(array) == 2) {
+  if (array != nullptr && SafeArrayGetDim(array) == 2 && HoldsDoubles(array)) {
+    BlockExtent(array);  // no more than a sheet has
     return BlockOfNumbers(MatrixFromVbArray(array));
   }
   const Extent extent = BlockExtent(array);
+  VARTYPE type = VT_EMPTY;
+  if (FAILED(SafeArrayGetVartype(array, &type))) type = VT_EMPTY;
   const std::size_t size = SimpleElementSize(type);
   if (size == 0 || SafeArrayGetElemsize(array) != size) {
     throw VekInvalidDataType("CellBlockFromVbArray", messages::kMessageInvalidDataType);
   }
+  if (!IsReadableMemory(array->pvData, size * extent.rows * extent.columns))
+    throw VekArraySizeError("CellBlockFromVbArray", messages::kMessageArraySizeError);
   const SafeArrayLock lock(array);
   if (!lock.ok())
     throw VekArraySizeError("CellBlockFromVbArray", messages::kMessageArrayServiceFailed);

@@ -18,8 +18,13 @@ inline constexpr std::uint32_t kExcelErrorStatus = 0x800A07D0u;
 XXloper ExcelValueOf(const VARIANT& variant);
 
 /// The matrix in a two-dimensional array of doubles (first index the row, stored column by column).
-/// Throws VekArraySizeError ("VB array is not 2-dimensional") for any other rank or no array,
-/// VekInvalidDataType for elements that are no 8-byte doubles, VekOutOfMemory.
+/// An array without elements is a matrix without rows.
+///
+/// Throws VekArraySizeError ("VB array is not 2-dimensional") for any other rank or no array, and
+/// with another text for one without the memory that its bounds promise; VekOutOfMemory;
+/// VekInvalidDataType for elements that are no 8-byte doubles. Other types are refused, not
+/// converted: a macro's `Dim r() As Variant` or `() As Long` would be matrices by accident, and
+/// what is stored back could not go into them.
 DoubleMatrix MatrixFromVbArray(SAFEARRAY* array);
 
 /// The block of cell values in an array: one of doubles by MatrixFromVbArray, one of any other

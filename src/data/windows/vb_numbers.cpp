@@ -3,17 +3,15 @@
 #include <algorithm>
 #include <new>
 
+#include "data/windows/double_array.h"
+
 namespace zavrel {
 namespace {
 
 /// The array if it is a row of doubles, else null.
 SAFEARRAY* DoublesOrNull(SAFEARRAY** place) {
   SAFEARRAY* array = place != nullptr ? *place : nullptr;
-  VARTYPE type = VT_EMPTY;
-  const bool fits = array != nullptr && SafeArrayGetDim(array) == 1 &&
-                    SUCCEEDED(SafeArrayGetVartype(array, &type)) && type == VT_R8 &&
-                    SafeArrayGetElemsize(array) == sizeof(double);
-  return fits ? array : nullptr;
+  return SafeArrayGetDim(array) == 1 && HoldsDoubles(array) ? array : nullptr;
 }
 
 }  // namespace

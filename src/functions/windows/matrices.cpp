@@ -1,6 +1,7 @@
 // Matrices for macros: covariance and correlation, algebra, eigen-analysis, principal components.
 //
-// A macro declares matrices `ByRef a() As Double`, with two dimensions, observations or rows first.
+// A macro declares matrices `ByRef a() As Double`, with two dimensions, observations or rows first;
+// arrays of another type, `Dim r() As Variant` among them, give VekInvalidDataType.
 // Entry points that return a number return 0, or the number of the failure, which
 // ZavrelGetExceptionInfoVB explains; what was to be written is then as it was. MatrixAddVB and its
 // kin return their matrix; in its place, on failure, an error value whose code is the failure's
@@ -9,6 +10,8 @@
 #include <span>
 
 #include "addin/worksheet_function.h"
+#include "data/windows/double_array.h"
+#include "data/windows/macro_memory.h"
 #include "data/windows/redim_vb_array.h"
 #include "data/windows/vb_array.h"
 #include "data/windows/vb_numbers.h"
@@ -22,9 +25,7 @@
 namespace zavrel {
 namespace {
 
-DoubleMatrix MatrixIn(SAFEARRAY** array) {
-  return MatrixFromVbArray(array == nullptr ? nullptr : *array);
-}
+DoubleMatrix MatrixIn(SAFEARRAY** array) { return MatrixFromVbArray(ArrayAt(array)); }
 
 // Two variables.
 
@@ -32,13 +33,13 @@ constexpr std::int32_t kDone = 0;
 constexpr std::int32_t kUnusableSeries = 5;
 
 /// The measure of two series into `result`. 5: arrays that cannot be read, differ in length or have
-/// too few elements, or no place for the result; it is then as it was.
+/// too few elements, no place for the result, or no memory; it is then as it was.
 std::int32_t OfTwo(const char* name, bool is_correlation, bool sample_divisor, SAFEARRAY** x,
                    SAFEARRAY** y, double* result) noexcept {
   return MacroStatus<std::int32_t>(name, kUnusableSeries, [&]() -> std::int32_t {
     const VbNumbers first(x);
     const VbNumbers second(y);
-    if (result == nullptr || !first.ok() || !second.ok()) return kUnusableSeries;
+    if (!IsPlaceFor(result) || !first.ok() || !second.ok()) return kUnusableSeries;
     const VariableColumn columns[] = {first.values(), second.values()};
     const std::size_t fewest = sample_divisor ? 1 : 0;
     if (columns[0].size() != columns[1].size() || columns[0].size() <= fewest)
@@ -104,9 +105,10 @@ std::uint32_t EigendataInto(const char* name, SAFEARRAY** matrix, VARIANT* value
     DoubleMatrix eigenvectors;
     matrix::eigendata_private(MatrixIn(matrix), eigenvalues, eigenvectors,
                               {.compute_vectors = vectors != nullptr, .descending = true});
-    if (values != nullptr) RequireStorable(values);
+    // What may lack memory comes before anything is written.
+    PreparedVector prepared(eigenvalues, values);
     if (vectors != nullptr) StoreMatrix(eigenvectors, vectors);
-    if (values != nullptr) StoreVector(eigenvalues, values);
+    prepared.HandOver();
   });
 }
 

@@ -1,6 +1,7 @@
 // ZavrelWriteRangeVB: writes a block of values into a worksheet range for the macro add-in.
 #include "addin/worksheet_function.h"
 #include "companions/messages/message_ids.h"
+#include "data/windows/double_array.h"
 #include "data/windows/range_object.h"
 #include "data/windows/vb_array.h"
 #include "diagnostics/vek_exception.h"
@@ -30,7 +31,7 @@ ZAV_EXPORT std::uint32_t ZavrelWriteRangeVB(const VARIANT* range, SAFEARRAY** va
     const auto target = RangeIn(range);
     if (!target) throw VekInvalidDataType(kPlace, messages::kMessageInvalidDataType);
     const OneArea reference(target->sheet_id, target->area);
-    const XXloper block = CellBlockFromVbArray(values == nullptr ? nullptr : *values);
+    const XXloper block = CellBlockFromVbArray(ArrayAt(values));
     if (Refused(CallExcel(xlSet, {XXloper::FromArgument(&reference.record()), block}))) {
       throw VekxlSetFailed(kPlace, messages::kMessageXlSetFailed);
     }

@@ -1,0 +1,82 @@
+#pragma once
+// What a macro passes to the add-in's entry points, and how it has a failure explained.
+
+#include <doctest/doctest.h>
+#include <windows.h>
+// The order matters: the automation types build on the basic ones.
+#include <oaidl.h>
+#include <oleauto.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "excel/double_matrix.h"
+#include "integration/entry_point.h"
+
+namespace zavrel::tests {
+
+/// An array of a macro's; nobody may leave it locked.
+struct MacroArray {
+  MacroArray() = default;
+  MacroArray(VARTYPE type, std::vector<ULONG> sizes) {
+    std::vector<SAFEARRAYBOUND> bounds;
+    for (const ULONG size : sizes) bounds.push_back({size, 0});
+    array = SafeArrayCreate(type, static_cast<UINT>(bounds.size()), bounds.data());
+    REQUIRE(array != nullptr);
+  }
+  MacroArray(std::initializer_list<double> series)
+      : MacroArray(VT_R8, {static_cast<ULONG>(series.size())}) {
+    std::copy(series.begin(), series.end(), static_cast<double*>(array->pvData));
+  }
+  MacroArray(const DoubleMatrix& rows)  // NOLINT(google-explicit-constructor)
+      : MacroArray(VT_R8, {static_cast<ULONG>(rows.size()), static_cast<ULONG>(rows[0].size())}) {
+    auto* next = static_cast<double*>(array->pvData);
+    for (std::size_t column = 0; column < rows[0].size(); ++column)
+      for (const auto& row : rows) *next++ = row[column];
+  }
+  /// An array of doubles with bounds and no memory for elements.
+  static MacroArray Hollow(const std::vector<ULONG>& sizes) {
+    MacroArray hollow;
+    const auto dimensions = static_cast<UINT>(sizes.size());
+    REQUIRE(SUCCEEDED(SafeArrayAllocDescriptorEx(VT_R8, dimensions, &hollow.array)));
+    for (UINT d = 0; d < dimensions; ++d)
+      hollow.array->rgsabound[dimensions - 1 - d] = {sizes[d], 0};
+    return hollow;
+  }
+  MacroArray(MacroArray&& other) noexcept : array(std::exchange(other.array, nullptr)) {}
+  MacroArray(const MacroArray&) = delete;
+  MacroArray& operator=(const MacroArray&) = delete;
+  ~MacroArray() {
+    if (array == nullptr) return;
+    CHECK(array->cLocks == 0);
+    CHECK(SUCCEEDED(SafeArrayDestroy(array)));
+  }
+  template <class Element>
+  Element* elements() const {
+    return static_cast<Element*>(array->pvData);
+  }
+  operator SAFEARRAY**() { return &array; }  // NOLINT(google-explicit-constructor)
+
+  SAFEARRAY* array = nullptr;
+};
+
+/// "VekMatrixNotSquare|matrix::eigendata_private|Matrix is ..." of a failure number.
+inline std::string Explained(std::uint32_t number) {
+  BSTR parts[3] = {};
+  CHECK(EntryPoint<std::int32_t(std::uint32_t, BSTR*, BSTR*, BSTR*)>("ZavrelGetExceptionInfoVB")(
+            number, &parts[0], &parts[1], &parts[2]) == 1);
+  std::string text;
+  for (const BSTR part : parts) {
+    const std::wstring wide(part, SysStringLen(part));
+    if (!text.empty()) text += '|';
+    text.append(wide.begin(), wide.end());
+    SysFreeString(part);
+  }
+  return text;
+}
+
+}  // namespace zavrel::tests
