@@ -13,15 +13,16 @@ Public Sub Auto_Open()
     Dim workbookFile As String
     Dim helpFile As String
     Dim version As String
+    Dim languageId As Long
     On Error GoTo Failed
     folder = LoadedAddInFolder()
     If folder = "" Then folder = LoadAddInBeside(ThisWorkbook.Path)
     workbookFile = ThisWorkbook.FullName
-    helpFile = HelpFileIn(folder)
+    languageId = Application.LanguageSettings.LanguageID(LanguageOfUserInterface)
+    helpFile = HelpFileIn(folder, languageId)
     version = CompanionVersion
     InitializeXlaInformationVB Application, Nothing, ApplicationId, StrPtr(workbookFile), _
-        Application.LanguageSettings.LanguageID(LanguageOfUserInterface), _
-        StrPtr(version), StrPtr(helpFile)
+        languageId, StrPtr(version), StrPtr(helpFile)
     Exit Sub
 Failed:
     MsgBox "The Zavrel functions could not be switched on: " & Err.Description, vbExclamation, _
@@ -59,9 +60,19 @@ Private Function LoadAddInBeside(ByVal workbookFolder As String) As String
     LoadAddInBeside = folder
 End Function
 
-' The compiled help that stands beside the add-in; "" without one.
-Private Function HelpFileIn(ByVal folder As String) As String
+' The compiled help of the language, else the English one beside the add-in; "" without any.
+Private Function HelpFileIn(ByVal folder As String, ByVal languageId As Long) As String
+    Const German As Long = 7
+    Dim languageFolder As String
     Dim found As String
+    If (languageId And &H3FF) = German Then
+        languageFolder = folder & "help\de\"
+        found = Dir$(languageFolder & "Zavrel*.chm")
+        If found <> "" Then
+            HelpFileIn = languageFolder & found
+            Exit Function
+        End If
+    End If
     found = Dir$(folder & "Zavrel*.chm")
     If found <> "" Then HelpFileIn = folder & found
 End Function

@@ -127,6 +127,44 @@ def declarations(folder):
                 yield Declaration(*match.groups())
 
 
+def top_level_arguments(text):
+    """How many arguments begin at `text`, up to the parenthesis that closes them or the end of the line."""
+    depth, count, empty = 0, 1, True
+    for character in text:
+        if character == ")" and depth == 0:
+            break
+        depth += (character == "(") - (character == ")")
+        count += character == "," and depth == 0
+        empty = empty and character.isspace()
+    return 0 if empty else count
+
+
+def check_calls(folder):
+    """No macro compiler is at hand: at least every call in the modules passes as many arguments as the
+    procedure takes."""
+    heads = re.compile(r"^(?:Public |Private )?(?:Declare PtrSafe )?(?:Sub|Function) (\w+)(?: .*?)?\((.*?)\)(?= As |$)")
+    calls, limits = [], {}
+    for file, text in modules(folder):
+        for line in text.splitlines():
+            line = re.sub(r'"(?:[^"]|"")*"', "0", re.sub(r'^((?:[^"\']|"[^"]*")*)\'.*', r"\1", line)).rstrip()
+            head = heads.match(line.replace("()", ""))
+            if head:
+                parameters = [p for p in head[2].split(",") if p.strip()]
+                limits[head[1]] = (sum("Optional" not in p for p in parameters), len(parameters))
+            elif not re.match(r"\s*(?:End|Exit|Dim|Attribute|Private Const|Public Const)\b", line):
+                calls.append((file.name, line))
+    checked = 0
+    for file, line in calls:
+        for name, (fewest, most) in limits.items():
+            # A name in front of "=" is the result of its own function.
+            for call in re.finditer(rf"\b{name}\b(?!\s*=)(?:\((.*)|(\s.*|$))", line):
+                given = top_level_arguments(call[1] if call[1] is not None else call[2])
+                statement = call[1] is not None or line[:call.start()].isspace()
+                check(not statement or fewest <= given <= most, f"{file}: '{line.strip()}' gives {name} {given} arguments")
+                checked += statement
+    check(checked > 100, f"only {checked} calls were found in the modules")
+
+
 def exports_of(add_in, objdump):
     table = subprocess.run([objdump, "-p", add_in], check=True, capture_output=True, text=True).stdout
     table = table.split("[Ordinal/Name Pointer] Table", 1)[1]
@@ -172,6 +210,7 @@ def compile_comparison(scratch, commands, file, declared):
 def main(source, build, add_in, objdump):
     source = pathlib.Path(source).resolve()
     declared = list(declarations(source / "companions/macro"))
+    check_calls(source / "companions/macro")
     check_names(declared, source, exports_of(add_in, objdump))
     major_minor = re.search(r"VERSION (\d+\.\d+)", (source / "CMakeLists.txt").read_text().split("project(")[1])[1]
     check(f'CompanionVersion As String = "{major_minor}"' in

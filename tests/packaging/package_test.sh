@@ -96,6 +96,16 @@ check "the installed add-in works" '[ "$(wine "$folder/ZavHost.exe" eval "=ZavMe
 check "the doctor finds it sound, and in Excel's list" '
   wine "$folder/ZavHost.exe" doctor >doctor.txt && grep -qE "^  ok .*OPEN2 = /R" doctor.txt'
 
+# A program that has the add-in open, as Excel has.
+touch "$scratch/in use"
+(cd "$folder" && wine cmd /c 'ping -n 15 127.0.0.1 < ZavrelFuncs8_x64.xll > nul'; rm "$scratch/in use") &
+sleep 2
+status=0; wine "first/$setup" /S || status=$?
+registry >in_use.txt
+check "an add-in in use is not replaced" '[ $status = 3 ] && [ -f "$folder/Uninstall.exe" ] && diff new.txt in_use.txt'
+check "and was in use all the time" '[ -e "$scratch/in use" ]'
+wait $!
+
 # A user unticks it: it stays unticked when it is installed again, and goes with everything else.
 wine reg delete "$excel\\Options" /v OPEN2 /f >/dev/null
 wine reg add "$excel\\Add-in Manager" /v "${add_in_path//\\\\/\\}" /d '' /f >/dev/null
