@@ -4,6 +4,8 @@
 #include <bit>
 #include <cstring>
 
+#include "stats/floating_point_scope.h"
+
 namespace zavrel {
 namespace {
 
@@ -108,12 +110,15 @@ void CellColumns::Append(std::span<const XLOPER12> cells) {
   double* payloads = payloads_.Extend(cells.size());
   static_assert(static_cast<int>(CellTag::kNumber) == 0);
   std::size_t others = 0;
+  const FloatingPointScope environment;
+  RunningSum sum = running_sum_;
   std::size_t i = 0;
   while (i < cells.size()) {
     // Runs of numbers, a word of tags at a time and without a branch per cell.
     for (; i + kStep <= cells.size() && AllNumberCells(cells.data() + i); i += kStep) {
       std::memset(tags + i, 0, kStep);
       for (std::size_t k = i; k < i + kStep; ++k) payloads[k] = cells[k].val.num;
+      for (std::size_t k = i; k < i + kStep; ++k) sum.Add(cells[k].val.num);
     }
     for (const std::size_t end = std::min(i + kStep, cells.size()); i < end; ++i) {
       const SingleValue value = SingleValueOf(cells[i]);
@@ -121,13 +126,16 @@ void CellColumns::Append(std::span<const XLOPER12> cells) {
       payloads[i] = value.tag == CellTag::kNumber ? value.number
                     : value.tag == CellTag::kText ? StoreText(value.text)
                                                   : CodePayload(value.code);
-      if (value.tag != CellTag::kNumber) {
+      if (value.tag == CellTag::kNumber) {
+        sum.Add(value.number);
+      } else {
         ++counts_[static_cast<std::size_t>(value.tag)];
         ++others;
       }
     }
   }
   counts_[static_cast<std::size_t>(CellTag::kNumber)] += cells.size() - others;
+  running_sum_ = Settled(sum);
 }
 
 void CellColumns::AppendBlanks(std::size_t count) {
@@ -138,6 +146,7 @@ void CellColumns::AppendBlanks(std::size_t count) {
 
 void CellColumns::AppendPart(const CellColumns& cells, std::size_t position, std::size_t count) {
   if (count == 0) return;
+  knows_sum_ = false;
   CellTag* tags = tags_.Extend(count);
   double* payloads = payloads_.Extend(count);
   std::memcpy(tags, cells.tags_.data() + position, count * sizeof *tags);

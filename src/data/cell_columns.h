@@ -8,8 +8,9 @@
 #include <span>
 #include <string_view>
 
-#include "platform/block_pool.h"
 #include "excel/xloper12.h"
+#include "platform/block_pool.h"
+#include "stats/running_sum.h"
 
 namespace zavrel {
 
@@ -59,6 +60,9 @@ class CellColumns {
   /// The payloads: for a number its value, for any other cell bits that mean nothing as a double.
   std::span<const double> payloads() const { return {payloads_.data(), payloads_.size()}; }
 
+  /// Of the numbers; null when it is not known, since cells came from other columns.
+  const RunningSum* running_sum() const { return knows_sum_ ? &running_sum_ : nullptr; }
+
   void Reserve(std::size_t cells);
   void Append(std::span<const XLOPER12> cells);
   void AppendBlanks(std::size_t count);
@@ -86,6 +90,8 @@ class CellColumns {
   BlockArray<double> payloads_;
   BlockArray<char16_t> texts_;
   std::array<std::size_t, kCellTags> counts_{};
+  RunningSum running_sum_;
+  bool knows_sum_ = true;
 };
 
 }  // namespace zavrel

@@ -15,7 +15,7 @@ void ComputeInto(ExcelData& data, StatisticId id, Form form) {
     cache.Set(form == Form::kSample, 0, static_cast<std::size_t>(id), SingleStatistic(id, numbers));
     return;
   }
-  const MomentBlocks blocks = ComputeBothForms(numbers);
+  const MomentBlocks blocks = ComputeBothForms(numbers, data.cells().running_sum());
   if (EnabledLog() != nullptr) {
     LogLine("{}\n",
             SummaryOf(blocks.sample, data.size(), data.cells().count(CellTag::kError)).Text());

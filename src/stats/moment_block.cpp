@@ -138,8 +138,15 @@ double Finite(Real result) {
 /// What both forms are made of.
 template <class Real>
 struct Passes {
-  explicit Passes(std::span<const double> values) {
-    mean = FirstPass<Real>(values, block);
+  explicit Passes(std::span<const double> values, const RunningSum* first_pass = nullptr) {
+    if (first_pass != nullptr && first_pass->IsFinite() && !values.empty()) {
+      block.presented = block.valid = values.size();
+      block.minimum = first_pass->minimum;
+      block.maximum = first_pass->maximum;
+      mean = first_pass->sum;
+    } else {
+      mean = FirstPass<Real>(values, block);
+    }
     if (block.valid < 1) return;
     mean /= static_cast<Real>(block.valid);
     block.mean = Finite(mean);
@@ -199,9 +206,9 @@ MomentBlock ComputeMoments(std::span<const double> values, bool sample) {
   return Settled(Form(Passes<long double>(values), sample));
 }
 
-MomentBlocks ComputeBothForms(std::span<const double> values) {
+MomentBlocks ComputeBothForms(std::span<const double> values, const RunningSum* first_pass) {
   const FloatingPointScope environment;
-  const Passes<double> passes(values);
+  const Passes<double> passes(values, first_pass);
   const MomentBlocks blocks = Settled(MomentBlocks{Form(passes, false), Form(passes, true)});
   if (!environment.LeftNormalRange()) return blocks;
   return {ComputeMoments(values, false), ComputeMoments(values, true)};  // each asks for itself

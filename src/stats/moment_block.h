@@ -4,6 +4,7 @@
 #include <span>
 
 #include "excel/error_double.h"
+#include "stats/running_sum.h"
 #include "stats/statistic_id.h"
 
 namespace zavrel {
@@ -50,6 +51,8 @@ struct MomentBlocks {
   MomentBlock population;
   MomentBlock sample;
 };
-MomentBlocks ComputeBothForms(std::span<const double> values);
+/// `first_pass`: the running sum of the values, where it is known already.
+MomentBlocks ComputeBothForms(std::span<const double> values,
+                              const RunningSum* first_pass = nullptr);
 
 }  // namespace zavrel

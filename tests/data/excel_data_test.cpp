@@ -63,6 +63,24 @@ TEST_CASE("classes of cells") {
   CHECK(BelongsTo(CellTag::kInteger, CellClass::kNonBlankNonNumber));
 }
 
+TEST_CASE("the running sum of the cells is that of their numbers, unless it is not known") {
+  std::vector<Cell> contents;
+  for (int i = 0; i < 100; ++i) {
+    if (i % 23 == 7) contents.push_back(i % 2 == 0 ? Cell(u"7") : Cell());
+    contents.push_back(Cell(i % 3 == 0 ? -0.1 * i : 1e3 / (i + 1)));
+  }
+  const auto data = DataOf(contents);
+  RunningSum expected;
+  for (const double number : data->Numbers(kNumbersOnly)) expected.Add(number);
+  const RunningSum* known = data->cells().running_sum();
+  REQUIRE(known != nullptr);
+  CHECK((known->sum == expected.sum && known->minimum == expected.minimum &&
+         known->maximum == expected.maximum));
+  CellColumns part;
+  part.AppendFirst(data->cells(), 3);
+  CHECK(part.running_sum() == nullptr);
+}
+
 TEST_CASE("what each policy accepts") {
   const Cell blank;
   const std::vector<Cell> mixed{3.0, blank, u"x", ErrorCell{7}, 5.0};
