@@ -68,7 +68,7 @@ double ExactPValue(int m, int n, double u, std::int32_t alternative) {
 double AnyPValue(std::int32_t size_1, std::int32_t size_2, double rank_sum_1,
                  std::int32_t alternative) {
   const double m = size_1, n = size_2;
-  const double u = rank_sum_1 - m * (m + 1) / 2;
+  const double u = Snapped(rank_sum_1) - m * (m + 1) / 2;
   if (!(u >= 0 && u <= m * n)) return kRefused;
   if (IsExact(size_1, size_2)) return ExactPValue(size_1, size_2, u, alternative);
   return NormalPValue(alternative, u - m * n / 2, m * n * (m + n + 1) / 12);

@@ -13,7 +13,9 @@
  *   NPT_TWO_SIDED  twice the smaller of the two, at most 1
  *
  * Exact p-values count the arrangements of the ranks that lie as far out; a statistic between two
- * whole numbers, as ties make one, is between two counts. The normal approximation uses the mean
+ * whole numbers, as ties make one, is between two counts. A statistic within 1e-7 of a multiple of
+ * one half counts as that multiple, so that the rounding of a computed rank sum does not cost a
+ * whole rank. The normal approximation uses the mean
  * and the variance of the statistic without ties, and a continuity correction of one half. Who
  * wants the variance with ties subtracts the term that the tie correction gives: for Mann-Whitney
  * the variance is n1 n2 / 12 ((n1 + n2 + 1) - term / ((n1 + n2) (n1 + n2 - 1))), for the signed

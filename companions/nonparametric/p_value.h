@@ -17,6 +17,14 @@ inline bool IsAlternative(std::int32_t alternative) {
   return alternative >= NPT_LESS && alternative <= NPT_GREATER;
 }
 
+/// The statistic, or the multiple of one half that it misses by 1e-7 at most. Rank sums are such
+/// multiples, and arithmetic that leads to one may end a few units short of it; counted as it is,
+/// it would lose a whole rank.
+inline double Snapped(double statistic) {
+  const double near = std::round(2 * statistic) / 2;
+  return std::abs(statistic - near) <= 1e-7 ? near : statistic;
+}
+
 /// Of a statistic whose distribution is symmetric, at this distance from its mean. `lower` and
 /// `upper` give the probabilities of one as small and as great; only the one that is needed is
 /// computed.

@@ -53,8 +53,9 @@ double LowerTail(std::int32_t n, double v) {
   return 1 - LowerHalf(size, static_cast<std::size_t>(all - whole - 1));
 }
 
-double AnyPValue(std::int32_t n, double v, std::int32_t alternative) {
+double AnyPValue(std::int32_t n, double positive_rank_sum, std::int32_t alternative) {
   const double count = n;
+  const double v = Snapped(positive_rank_sum);
   const double all = count * (count + 1) / 2;
   if (!(v >= 0 && v <= all)) return kRefused;
   if (n > WSR_EXACT_LARGEST)

@@ -12,7 +12,8 @@ using MessageBoxHandler =
 /// From now on texts go to the handler and no box is shown; an empty handler ends this.
 void SetMessageBoxHandler(MessageBoxHandler handler);
 
-/// Shows a modal box with the error icon and no owner window, and waits until the user closes it.
+/// Shows a box with the error icon and no owner window, to which the thread's windows give way, and
+/// waits until the user closes it. Excel may calculate meanwhile.
 /// True when the user or the handler got the text. False, at once, in a process that has nobody to
 /// read a box: one without a visible window station (a service), one that runs with the environment
 /// variable ZAVREL_NO_MESSAGE_BOX set to anything, or any outside Windows. The caller then writes

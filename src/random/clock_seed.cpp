@@ -17,7 +17,7 @@ std::uint32_t HashOf(Reading reading) {
   static_assert(std::endian::native == std::endian::little);
   const std::optional<Md5Digest> digest = Md5(std::as_bytes(std::span(&reading, 1)));
   if (!digest) {
-    throw VekSecurityFunctionError("HashOfClock", messages::kMessageSecurityFunctionError,
+    throw VekSecurityFunctionError("HashOfReading", messages::kMessageSecurityFunctionError,
                                    {std::u16string(u"MD5"), std::int64_t{0}});
   }
   std::uint32_t first;
@@ -27,9 +27,13 @@ std::uint32_t HashOf(Reading reading) {
 
 }  // namespace
 
+std::uint32_t HashOfReading(std::optional<std::int64_t> counter, std::uint32_t milliseconds) {
+  return counter ? HashOf(*counter) : HashOf(milliseconds);
+}
+
 std::uint32_t HashOfClock() {
-  if (const auto counter = PerformanceCounter()) return HashOf(*counter);
-  return HashOf(TickCountMilliseconds());
+  const std::optional<std::int64_t> counter = PerformanceCounter();
+  return HashOfReading(counter, counter ? 0 : TickCountMilliseconds());
 }
 
 std::uint32_t ClockSeed(const std::function<std::uint32_t()>& hash) {

@@ -2,12 +2,17 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 
 namespace zavrel {
 
-/// The first 32 bits, the low byte first, of the MD5 digest of the high-resolution counter's 8
-/// bytes; of the 4 bytes of the milliseconds since the system started where there is no such
-/// counter. Throws VekSecurityFunctionError when the system makes no digest.
+/// The first 32 bits, the low byte first, of the MD5 digest of the counter's 8 bytes; without a
+/// counter, of the 4 bytes of the milliseconds. Throws VekSecurityFunctionError when the system
+/// makes no digest.
+std::uint32_t HashOfReading(std::optional<std::int64_t> counter, std::uint32_t milliseconds);
+
+/// The hash of the high-resolution counter; of the milliseconds since the system started where
+/// there is no such counter.
 std::uint32_t HashOfClock();
 
 /// A seed from the clock, never 0: whatever hash of it comes first that is not 0.

@@ -1,6 +1,7 @@
 #include "random/mersenne_twister.h"
 
 #include <algorithm>
+#include <type_traits>
 
 namespace zavrel {
 namespace {
@@ -15,6 +16,8 @@ constexpr std::uint32_t Twisted(std::uint32_t upper, std::uint32_t lower) {
 
 }  // namespace
 
+static_assert(std::is_trivially_destructible_v<MersenneTwister>);
+
 void* MersenneTwister::Destroy(std::uint32_t flags) noexcept {
   if ((flags & 1) != 0) delete this;
   return this;  // NOLINT(clang-analyzer-cplusplus.NewDelete): a bare address
@@ -22,7 +25,7 @@ void* MersenneTwister::Destroy(std::uint32_t flags) noexcept {
 
 void MersenneTwister::Seed(std::uint32_t value) noexcept {
   seed_ = value;
-  seeds_ = {&seed_, 1};
+  seeded_from_one_value_ = true;
   Initialize(value);
 }
 
@@ -35,14 +38,13 @@ void MersenneTwister::Initialize(std::uint32_t value) noexcept {
   next_ = kWords;
 }
 
-void MersenneTwister::SeedSequence(const std::uint32_t* words, std::size_t count) {
+void MersenneTwister::SeedSequence(const std::uint32_t* words, std::size_t count) noexcept {
   static constexpr std::uint32_t kZero = 0;
   if (words == nullptr || count == 0) {
     words = &kZero;
     count = 1;
   }
-  sequence_.assign(words, words + count);
-  seeds_ = sequence_;
+  seeded_from_one_value_ = false;
   Initialize(19650218u);
   std::size_t i = 1;
   // The place after the last is the second one, with the last word in the first.

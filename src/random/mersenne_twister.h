@@ -2,7 +2,6 @@
 
 #include <array>
 #include <span>
-#include <vector>
 
 #include "random/rnd_gen.h"
 
@@ -16,15 +15,18 @@ class MersenneTwister final : public RndGen {
   explicit MersenneTwister(std::uint32_t seed = 5489) noexcept { Seed(seed); }
 
   void* Destroy(std::uint32_t flags) noexcept override;
-  void SeedSequence(const std::uint32_t* words, std::size_t count) override;
+  void SeedSequence(const std::uint32_t* words, std::size_t count) noexcept override;
   void Seed(std::uint32_t value) noexcept override;
   std::uint32_t Next() noexcept override;
   /// The high 27 bits of a first value above the high 26 bits of a second one.
   double NextDouble() noexcept override;
   const char* Name() const noexcept override { return "MersenneTwister"; }
 
-  /// What it was last seeded with; of one value that word.
-  std::span<const std::uint32_t> seed_sequence() const { return seeds_; }
+  /// The value that it was last seeded with, a sequence of one word; empty when that was a
+  /// sequence, which is not kept: it would take memory, and with it a way to fail.
+  std::span<const std::uint32_t> seed_sequence() const {
+    return {&seed_, seeded_from_one_value_ ? 1u : 0u};
+  }
 
  private:
   static constexpr std::size_t kWords = 624;
@@ -35,8 +37,7 @@ class MersenneTwister final : public RndGen {
   std::array<std::uint32_t, kWords> state_;
   std::size_t next_ = kWords;
   std::uint32_t seed_ = 0;
-  std::vector<std::uint32_t> sequence_;
-  std::span<const std::uint32_t> seeds_;  // the one or the other
+  bool seeded_from_one_value_ = false;
 };
 
 }  // namespace zavrel

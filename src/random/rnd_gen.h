@@ -15,16 +15,17 @@ namespace zavrel {
 /// one position and is passed flags. GCC's own would take two and move all that follows; hence
 /// Destroy.
 ///
-/// No function throws across that boundary, except seeding from a sequence, for want of memory.
+/// No function throws: the other side's compiler may know nothing of these exceptions.
 class RndGen {
  public:
   RndGen(const RndGen&) = delete;
   RndGen& operator=(const RndGen&) = delete;
 
-  /// 0: ends the generator, and with bit 0 of the flags frees its memory too; gives its address.
+  /// 0: with bit 0 of the flags deletes the generator, which must come from new; without it does
+  /// nothing, for a generator holds nothing but its own memory. Gives its address.
   virtual void* Destroy(std::uint32_t flags) noexcept = 0;
   /// 1: seeds from a sequence of words; an empty one counts as one word 0.
-  virtual void SeedSequence(const std::uint32_t* words, std::size_t count) = 0;
+  virtual void SeedSequence(const std::uint32_t* words, std::size_t count) noexcept = 0;
   /// 2: seeds from one value.
   virtual void Seed(std::uint32_t value) noexcept = 0;
   /// 3: the next value of 32 bits.

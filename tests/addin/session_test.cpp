@@ -215,6 +215,30 @@ TEST_CASE("a companion library is looked for once") {
   CHECK(looked == 1);
 }
 
+TEST_CASE("a companion library that was released counts as present and gives nothing more") {
+#ifdef _WIN32
+  constexpr const char* kSystemLibrary = "C:\\windows\\system32\\version.dll";
+  constexpr const char* kItsFunction = "VerQueryValueW";
+#else
+  constexpr const char* kSystemLibrary = "/lib/x86_64-linux-gnu/libm.so.6";
+  constexpr const char* kItsFunction = "cos";
+#endif
+  int looked = 0;
+  CompanionLibrary library(u"x", [&](const std::u16string&) {
+    ++looked;
+    return Module::Load(kSystemLibrary);
+  });
+  REQUIRE(library.IsPresent());
+  CHECK(library.FindExport(kItsFunction) != nullptr);
+  CHECK(library.FindExport("NotThere") == nullptr);
+  library.Release();
+  CHECK(library.IsPresent());
+  CHECK(library.module() == nullptr);
+  CHECK(library.FindExport(kItsFunction) == nullptr);
+  library.Release();
+  CHECK(looked == 1);
+}
+
 TEST_CASE("ranks are kept for their data sets alone, and go under memory pressure") {
   FakeExcel excel;
   unsigned load = kClearMemoryLoad - 1;

@@ -1,6 +1,7 @@
 // Nonparametric tests and random numbers as a workbook's user meets them.
 #include <doctest/doctest.h>
 
+#include <array>
 #include <cmath>
 #include <fstream>
 #include <set>
@@ -169,18 +170,26 @@ TEST_CASE("kept ranks are those of the cells as they are") {
 TEST_CASE("random numbers are uniform and new at every call") {
   auto engine = ServingAddIn();
   std::set<double> drawn;
-  double sum = 0;
   constexpr int kCalls = 2000;
   for (int i = 0; i < kCalls; ++i) {
     const double number = Number(*engine, u"ZavRand()");
     REQUIRE(number >= 0);
     REQUIRE(number < 1);
     drawn.insert(number);
-    sum += number;
   }
   // Calls within a tick of the clock share a number.
-  CHECK(drawn.size() > kCalls / 20);
-  CHECK(sum / kCalls == doctest::Approx(0.5).epsilon(0.15));
+  const auto different = static_cast<double>(drawn.size());
+  CHECK(different > kCalls / 2.0);
+  std::array<int, 10> bins{};
+  double sum = 0;
+  for (const double number : drawn) {
+    ++bins[static_cast<std::size_t>(number * 10)];
+    sum += number;
+  }
+  // Both within five or more standard deviations.
+  CHECK(std::abs(sum / different - 0.5) < 0.05);
+  for (const int bin : bins)
+    CHECK(std::abs(bin - different / 10) < 6 * std::sqrt(different * 0.09));
   CloseClean(*engine);
 }
 

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "nonparametric/library.h"
+#include "support/foreign_environment.h"
 
 namespace zavrel::tests {
 namespace {
@@ -63,12 +64,6 @@ double Value(decltype(&::KWData) function, std::int32_t item, const std::vector<
   double result = kNaN;
   CHECK(Ask(function, item, groups, result) == EUTILITY_OK);
   return result;
-}
-
-std::uint16_t X87Control() {
-  std::uint16_t word;
-  asm volatile("fnstcw %0" : "=m"(word));
-  return word;
 }
 
 }  // namespace
@@ -166,6 +161,28 @@ TEST_CASE("whatever is passed, a p-value is a probability or not a number") {
       CHECK(std::isnan(library.MWpValue(3, 3, 10, n1)));
       CHECK(std::isnan(library.WSRpValue(3, 3, n1)));
     }
+  }
+}
+
+TEST_CASE("a statistic that rounding left beside a multiple of one half counts as that multiple") {
+  volatile double eleven = 11;
+  const double fifteen = 15 / eleven * eleven;  // a unit in the last place short of 15
+  REQUIRE(fifteen < 15);
+  for (const Statistic& of : {Statistic{11, 0}, {5, 5}, {2000, 0}, {60, 60}}) {
+    CAPTURE(of.n1);
+    CAPTURE(of.n2);
+    for (const double whole : {of.least(), of.least() + 15, of.greatest()}) {
+      for (const std::int32_t alternative : {NPT_LESS, NPT_TWO_SIDED, NPT_GREATER}) {
+        const double p = of.P(whole, alternative);
+        for (const double statistic : {whole - 15 + fifteen, whole - 9e-8, whole + 9e-8})
+          CHECK(of.P(statistic, alternative) == p);
+      }
+    }
+    // A distance that no rounding explains counts.
+    const double middle = std::floor((of.least() + of.greatest()) / 2);
+    CHECK(of.P(middle - 2e-7, NPT_LESS) < of.P(middle, NPT_LESS));
+    CHECK(std::isnan(of.P(of.least() - 2e-7, NPT_LESS)));
+    CHECK(std::isnan(of.P(of.greatest() + 2e-7, NPT_LESS)));
   }
 }
 
@@ -268,18 +285,40 @@ TEST_CASE("items, methods and limits of Kruskal and Wallis") {
 
 TEST_CASE("the caller's floating-point mode changes nothing and is left alone") {
   const std::vector<Group> groups = {{1, 2, 2}, {2, 5}, {7, 5, 9, 1}};
+  // Of each kind: counted, by the recurrence, approximated, by chi-square; and ranks.
   const auto all = [&] {
-    return std::vector{library.MWpValue(20, 30, 401, 0), library.WSRpValue(30, 100, 0),
-                       Value(library.KWpValue, KW_CHI_SQUARE, groups)};
+    double statistic = kNaN, chi_square = kNaN, exact = kNaN;
+    Ask(library.KWData, KW_STATISTIC, groups, statistic);
+    Ask(library.KWpValue, KW_CHI_SQUARE, groups, chi_square);
+    Ask(library.KWpValue, KW_EXACT, groups, exact);
+    NptRankSums sums{};
+    library.WSRTiesAndSums(groups[2].data(), 4, 4.9, &sums);
+    return std::array{library.MWpValue(20, 30, 401, 0),
+                      library.WSRpValue(30, 100, 0),
+                      library.WSRpValue(1000, 2, 0),
+                      library.MWpValue(60, 70, 3333.3, 0),
+                      library.WSRpValue(1001, 220000, -1),
+                      statistic,
+                      chi_square,
+                      exact,
+                      sums.rank_sum_1,
+                      sums.rank_sum_2};
   };
-  const std::vector<double> before = all();
+  const auto before = all();
+  // 24 bits downwards; and what MXCSR rules: upwards, subnormals flushed to zero and read as zero.
+  constexpr std::uint16_t kCoarse = 0x047F;
+  constexpr std::uint32_t kUpwards = 0xDFC0;
   const std::uint16_t control = X87Control();
-  const std::uint16_t kCoarse = 0x047F;  // 24 bits, downwards
-  asm volatile("fldcw %0" : : "m"(kCoarse));
-  const std::vector<double> again = all();
-  const std::uint16_t after = X87Control();
-  asm volatile("fldcw %0" : : "m"(control));
-  CHECK(after == kCoarse);
+  const std::uint32_t mxcsr = Mxcsr();
+  SetX87Control(kCoarse);
+  SetMxcsr(kUpwards);
+  const auto again = all();
+  const std::uint16_t control_after = X87Control();
+  const std::uint32_t mxcsr_after = Mxcsr();
+  SetMxcsr(mxcsr);
+  SetX87Control(control);
+  CHECK(control_after == kCoarse);
+  CHECK((mxcsr_after & ~0x3Fu) == (kUpwards & ~0x3Fu));  // all but the flags
   CHECK(again == before);
 }
 

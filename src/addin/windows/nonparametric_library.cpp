@@ -1,6 +1,7 @@
 #include "addin/nonparametric_library.h"
 
-#include <optional>
+#include <string>
+#include <vector>
 
 #include "addin/companion_library.h"
 #include "diagnostics/log_line.h"
@@ -11,21 +12,27 @@
 namespace zavrel {
 namespace {
 
+struct Failure {
+  std::u16string title;
+  std::u16string text;
+};
+using Failures = std::vector<Failure>;
+
 /// To the user, and to the log in any case.
-void Report(const std::u16string& title, const std::u16string& text) {
-  LogLine("{}: {}\n", Utf8FromUtf16(title), Utf8FromUtf16(text));
-  ShowErrorBox(title, text);
+void Report(const Failure& failure) {
+  LogLine("{}: {}\n", Utf8FromUtf16(failure.title), Utf8FromUtf16(failure.text));
+  ShowErrorBox(failure.title, failure.text);
 }
 
-/// Binds a library's functions one by one; after the first that is missing, which it reports, it
-/// binds no more.
+/// Binds a library's functions one by one; after the first that is missing, which it notes among
+/// the failures, it binds no more.
 class Binding {
  public:
-  explicit Binding(CompanionLibrary& library) : library_(library) {}
+  Binding(CompanionLibrary& library, Failures& failures) : library_(library), failures_(failures) {}
 
   bool Load(const std::u16string& loader) {
     complete_ = library_.IsPresent();
-    if (!complete_) Report(loader, u"Could not load " + library_.path() + u".");
+    if (!complete_) failures_.push_back({loader, u"Could not load " + library_.path() + u"."});
     return complete_;
   }
 
@@ -35,9 +42,9 @@ class Binding {
     function = AsFunction<Function>(library_.FindExport(name));
     if (function != nullptr) return *this;
     complete_ = false;
-    Report(u"NonparametricTests",
-           u"The function " + Utf16FromUtf8(name) + u" could not be found in " + library_.path());
     library_.Release();
+    failures_.push_back({u"NonparametricTests", u"The function " + Utf16FromUtf8(name) +
+                                                    u" could not be found in " + library_.path()});
     return *this;
   }
 
@@ -45,11 +52,12 @@ class Binding {
 
  private:
   CompanionLibrary& library_;
+  Failures& failures_;
   bool complete_ = false;
 };
 
-bool BindTests(NonparametricFunctions& functions) {
-  Binding binding(NonparametricTestsLibrary());
+bool BindTests(NonparametricFunctions& functions, Failures& failures) {
+  Binding binding(NonparametricTestsLibrary(), failures);
   return binding.Load(u"NonparametricTestsLoadDll") &&
          binding.Bind("WSRExactPValMaxSample", functions.wsr_exact_largest)
              .Bind("WSRTiesAndSums", functions.wsr_ties_and_sums)
@@ -60,8 +68,8 @@ bool BindTests(NonparametricFunctions& functions) {
              .complete();
 }
 
-bool BindUtility(NonparametricFunctions& functions) {
-  Binding binding(EUtilityLibrary());
+bool BindUtility(NonparametricFunctions& functions, Failures& failures) {
+  Binding binding(EUtilityLibrary(), failures);
   return binding.Load(u"EUtilityLibraryLoadDll") &&
          binding.Bind("KWData", functions.kw_data)
              .Bind("KWpValue", functions.kw_p_value)
@@ -69,18 +77,28 @@ bool BindUtility(NonparametricFunctions& functions) {
              .complete();
 }
 
-std::optional<NonparametricFunctions> BindAll() {
-  NonparametricFunctions functions{};
-  const bool tests = BindTests(functions);
-  const bool utility = BindUtility(functions);
-  return tests && utility ? std::optional(functions) : std::nullopt;
+enum class Outcome { kUntried, kFailed, kBound };
+
+// Excel's main thread only.
+Outcome outcome = Outcome::kUntried;
+NonparametricFunctions bound{};
+
+/// The outcome stands before anything is shown: while a box is open Excel may calculate, and a
+/// formula may come back here.
+void BindAll() {
+  outcome = Outcome::kFailed;  // also when an exception ends this
+  Failures failures;
+  const bool tests = BindTests(bound, failures);
+  const bool utility = BindUtility(bound, failures);
+  if (tests && utility) outcome = Outcome::kBound;
+  for (const Failure& failure : failures) Report(failure);
 }
 
 }  // namespace
 
 const NonparametricFunctions* NonparametricCompanions() {
-  static const std::optional<NonparametricFunctions> bound = BindAll();
-  return bound ? &*bound : nullptr;
+  if (outcome == Outcome::kUntried) BindAll();
+  return outcome == Outcome::kBound ? &bound : nullptr;
 }
 
 bool ExtensionIsPresent() { return NonparametricTestsLibrary().IsPresent(); }

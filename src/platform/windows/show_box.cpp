@@ -13,8 +13,9 @@ bool SystemHasAReader() {
 }
 
 bool ShowSystemErrorBox(const std::u16string& title, const std::u16string& text) {
-  return MessageBoxW(nullptr, ToWide(text).c_str(), ToWide(title).c_str(), MB_OK | MB_ICONERROR) >
-         0;
+  // Without an owner window, it must be said that the windows of this thread wait meanwhile.
+  return MessageBoxW(nullptr, ToWide(text).c_str(), ToWide(title).c_str(),
+                     MB_OK | MB_ICONERROR | MB_TASKMODAL) > 0;
 }
 
 }  // namespace zavrel

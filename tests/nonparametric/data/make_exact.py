@@ -41,8 +41,8 @@ def put(kind, sizes, counts, least, greatest, steps):
         below += counts[value]
 
 
-for n1, n2 in [(3, 4), (20, 30), (50, 50)]:
+for n1, n2 in [(3, 4), (20, 30), (50, 50), (1, 2500), (3, 833), (25, 100)]:
     least = n1 * (n1 + 1) // 2
     put("u", (n1, n2), counts_of_subsets(n1 + n2, n1), least, least + n1 * n2, 24)
-for n, steps in [(12, 20), (200, 40), (1000, 8)]:
+for n, steps in [(12, 20), (200, 40), (500, 8), (1000, 8)]:
     put("v", (n,), counts_of_subsets(n, None), 0, n * (n + 1) // 2, steps)

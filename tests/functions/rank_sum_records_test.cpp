@@ -1,0 +1,75 @@
+// Which record of ranks a function shows: one under the key of its arguments, for its data sets.
+#include "data/rank_sum_records.h"
+
+#include <doctest/doctest.h>
+
+#include <array>
+#include <memory>
+#include <string>
+
+#include "data/data_argument.h"
+#include "functions/open_add_in.h"
+#include "platform/export.h"
+
+namespace zavrel {
+ZAV_EXPORT XLOPER12* ZavrelMWTies(const XLOPER12*, const XLOPER12*);
+ZAV_EXPORT XLOPER12* ZavrelMWTieCorrectionTerm(const XLOPER12*, const XLOPER12*);
+ZAV_EXPORT XLOPER12* ZavrelMWRankSum1(const XLOPER12*, const XLOPER12*);
+ZAV_EXPORT XLOPER12* ZavrelMWRankSum2(const XLOPER12*, const XLOPER12*);
+ZAV_EXPORT XLOPER12* ZavrelWSRTies(const XLOPER12*, const XLOPER12*);
+ZAV_EXPORT XLOPER12* ZavrelWSRPositive(const XLOPER12*, const XLOPER12*);
+ZAV_EXPORT XLOPER12* ZavrelWSRPairNegative(const XLOPER12*, const XLOPER12*, const XLOPER12*);
+}  // namespace zavrel
+
+namespace zavrel::tests {
+namespace {
+
+std::shared_ptr<ExcelData> DataOf(const XLOPER12* argument) {
+  return ReadDataArgument(std::array{argument}).data;
+}
+
+}  // namespace
+
+TEST_CASE("functions over the same cells show the fields of one record") {
+  OpenAddIn add_in;
+  add_in.excel.SetColumn(0, 0, {1.0, 3.0, 5.0, 5.0});
+  add_in.excel.SetColumn(0, 1, {2.0, 4.0, 6.0, 8.0});
+  const Reference x(Area(0, 3, 0, 0)), y(Area(0, 3, 1, 1));
+  const Argument median(Cell(4.0)), other(Cell(-0.0));
+  RankSumRecords& records = Session::Current()->rank_sum_records();
+
+  CHECK(Number(*ZavrelMWTies(x, y)) == 1);
+  CHECK(Number(*ZavrelMWRankSum1(x, y)) == 15);
+  CHECK(records.size() == 1);
+  CHECK(Number(*ZavrelMWRankSum1(y, x)) == 21);
+  CHECK(records.size() == 2);
+  CHECK(Number(*ZavrelWSRPositive(x, median)) == 4);
+  CHECK(Number(*ZavrelWSRPositive(x, other)) == 10);
+  CHECK(Number(*ZavrelWSRPairNegative(x, y, median)) == 10);
+  CHECK(records.size() == 5);
+
+  // A record that is put there is shown, so nothing is computed again.
+  const auto data_x = DataOf(x), data_y = DataOf(y);
+  const RankSumRecords::Serials both = {data_x->serial(), data_y->serial()};
+  const RankSumRecord planted{101, 102, 103, 104};
+  const std::string of_both = data_x->key() + "_" + data_y->key();
+  records.Put("MW:" + of_both, both, planted);
+  records.Put("WSR:" + data_x->key() + "_hypothesizedMedian=4010000000000000", {both[0], 0},
+              planted);
+  records.Put("WSR:" + of_both + "_hypothesizedMedian=8000000000000000", both, planted);
+  CHECK(records.size() == 6);
+  CHECK(Number(*ZavrelMWTies(x, y)) == 101);
+  CHECK(Number(*ZavrelMWTieCorrectionTerm(x, y)) == 102);
+  CHECK(Number(*ZavrelMWRankSum1(x, y)) == 103);
+  CHECK(Number(*ZavrelMWRankSum2(x, y)) == 104);
+  CHECK(Number(*ZavrelWSRTies(x, median)) == 101);
+  CHECK(Number(*ZavrelWSRPositive(x, other)) == 10);
+  CHECK(Number(*ZavrelWSRPairNegative(x, y, other)) == 103);
+
+  // With another cell the record is that of other data.
+  add_in.excel.Set(1, 0, 7.0);
+  CHECK(Number(*ZavrelMWRankSum1(x, y)) == 17);  // 1, 7, 4.5 twice
+  CHECK(Number(*ZavrelWSRTies(x, median)) == 2);
+}
+
+}  // namespace zavrel::tests
