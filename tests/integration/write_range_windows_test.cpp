@@ -5,34 +5,11 @@
 
 #include "integration/entry_point.h"
 #include "integration/running_add_in.h"
-#include "support/fake_object.h"
+#include "support/fake_range.h"
 #include "support/macro_call.h"
 
 namespace zavrel::tests {
 namespace {
-
-/// A range object as a macro has one, by row and column from 1.
-struct FakeRange {
-  FakeRange(long row, long column, long row_count, long column_count) {
-    book.texts[L"Name"] = L"Book.xlsx";
-    sheet.texts[L"Name"] = L"Data";
-    sheet.objects[L"Parent"] = &book;
-    areas.numbers[L"Count"] = 1;
-    rows.numbers[L"Count"] = row_count;
-    columns.numbers[L"Count"] = column_count;
-    range.objects = {
-        {L"Worksheet", &sheet}, {L"Areas", &areas}, {L"Rows", &rows}, {L"Columns", &columns}};
-    range.numbers = {{L"Row", row}, {L"Column", column}};
-    variant.vt = VT_DISPATCH;
-    variant.pdispVal = &range;
-  }
-  ~FakeRange() { CHECK((areas.references == 1 && rows.references == 1 && range.references == 1)); }
-  FakeRange(const FakeRange&) = delete;
-  FakeRange& operator=(const FakeRange&) = delete;
-
-  FakeObject book, sheet, areas, rows, columns, range;
-  VARIANT variant{};
-};
 
 std::uint32_t Write(const VARIANT& range, SAFEARRAY** values) {
   return EntryPoint<std::uint32_t(const VARIANT*, SAFEARRAY**)>("ZavrelWriteRangeVB")(&range,
