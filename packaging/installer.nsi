@@ -47,6 +47,7 @@ VIAddVersionKey /LANG=0 "LegalCopyright" ""
 !insertmacro MUI_PAGE_COMPONENTS
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
+!define MUI_FINISHPAGE_TEXT_LARGE
 !define MUI_FINISHPAGE_TEXT "$(NextStep)"
 !define MUI_FINISHPAGE_SHOWREADME "$INSTDIR\docs\install.html"
 !define MUI_FINISHPAGE_SHOWREADME_TEXT "$(ShowNextStep)"
@@ -60,8 +61,8 @@ LangString InUse ${LANG_ENGLISH} "${PRODUCT} is in use. Close Excel and try agai
 LangString InUse ${LANG_GERMAN} "${PRODUCT} wird gerade verwendet. Bitte schließen Sie Excel und versuchen Sie es noch einmal."
 LangString NotWritten ${LANG_ENGLISH} "A file could not be written; nothing was registered with Excel."
 LangString NotWritten ${LANG_GERMAN} "Eine Datei konnte nicht geschrieben werden; in Excel wurde nichts eingetragen."
-LangString NextStep ${LANG_ENGLISH} "The add-in is installed.$\r$\n$\r$\nOne step is left: Excel has the functions as soon as a companion workbook with the macro modules is open. How to make one in two minutes is on the page docs\install.html in the add-in's folder."
-LangString NextStep ${LANG_GERMAN} "Das Add-in ist installiert.$\r$\n$\r$\nEin Schritt fehlt noch: Excel hat die Funktionen, sobald eine Begleit-Arbeitsmappe mit den Makromodulen geöffnet ist. Wie sie in zwei Minuten entsteht, steht (auf Englisch) auf der Seite docs\install.html im Ordner des Add-ins."
+LangString NextStep ${LANG_ENGLISH} "One step is left: Excel has the functions as soon as a companion workbook is open.$\r$\n$\r$\nThe page docs\install.html in the add-in's folder says how to make one in two minutes."
+LangString NextStep ${LANG_GERMAN} "Ein Schritt fehlt noch: Excel hat die Funktionen, sobald eine Begleit-Arbeitsmappe geöffnet ist.$\r$\n$\r$\nDie Seite docs\install.html im Ordner des Add-ins sagt (auf Englisch), wie sie in zwei Minuten entsteht."
 LangString ShowNextStep ${LANG_ENGLISH} "Show that page"
 LangString ShowNextStep ${LANG_GERMAN} "Diese Seite zeigen"
 LangString MainSection ${LANG_ENGLISH} "Add-in, ZavHost, examples and documents"

@@ -43,10 +43,11 @@ for file in $(help_files en "" ZavrelFuncs8_x64.chm) $(help_files de help/de/ Za
 done
 check "a companion that a user saves beside the add-in has no path of ours" '
   [ -f "$stage/macro/ZavrelCompanion.xlam" ] && [ ! -e "$stage/ZavrelCompanion.xlam" ]'
-check "documents link to pages and pictures that are there" '
+check "documents link to pages, headings and pictures that are there" '
   (cd $stage && find . -name "*.html" -not -path "./help/*" | while read -r page; do
-    { grep -oE "(href|src)=\"[^\"#:]+" "$page" || true; } | cut -d\" -f2 | while read -r link; do
-      [ -e "$(dirname "$page")/$link" ] || [[ $link = *.cpp || $link = *.h ]] || echo "$page: $link"
+    { grep -oE "(href|src)=\"[^\":]+\"" "$page" || true; } | cut -d\" -f2 | while read -r link; do
+      file=$(dirname "$page")/${link%%#*}; [[ $link = \#* ]] && file=$page
+      [ -e "$file" ] && { [[ $link != *\#* ]] || grep -q "id=.${link#*#}\"" "$file"; } || echo "$page: $link"
     done
   done | tee -a /dev/stderr | wc -l | grep -qx 0)'
 find "$stage" -iname "*.xll" -o -iname "*.dll" -o -iname "*.exe" >signed.txt
