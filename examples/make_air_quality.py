@@ -14,20 +14,13 @@ import csv
 import pathlib
 
 from openpyxl import Workbook
-from openpyxl.styles import Alignment, Font, PatternFill
+from openpyxl.styles import Alignment, Font
 from openpyxl.workbook.defined_name import DefinedName
+
+from sheets import head
 
 FOLDER = pathlib.Path(__file__).parent
 HEADINGS = ["Month", "Day", "Ozone", "Solar", "Wind", "Temp"]
-HEAD_FONT = Font(bold=True, color="FFFFFF")
-HEAD_FILL = PatternFill("solid", fgColor="1F4E79")
-
-
-def head(sheet, row, texts):
-    for column, text in enumerate(texts, start=1):
-        cell = sheet.cell(row, column, text)
-        cell.font, cell.fill = HEAD_FONT, HEAD_FILL
-        cell.alignment = Alignment(horizontal="left" if column == 1 else "right")
 
 
 def fill_data(sheet):

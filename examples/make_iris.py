@@ -13,22 +13,15 @@ import csv
 import pathlib
 
 from openpyxl import Workbook
-from openpyxl.styles import Alignment, Font, PatternFill
+from openpyxl.styles import Font
+
+from sheets import head
 
 FOLDER = pathlib.Path(__file__).parent
 VARIABLES = ["Sepal length", "Sepal width", "Petal length", "Petal width"]
 COMPONENTS = ["Component 1", "Component 2", "Component 3", "Component 4"]
-HEAD_FONT = Font(bold=True, color="FFFFFF")
-HEAD_FILL = PatternFill("solid", fgColor="1F4E79")
 LAST = 151
 MEASUREMENTS = f"Data!A2:D{LAST}"
-
-
-def head(sheet, row, texts):
-    for column, text in enumerate(texts, start=1):
-        cell = sheet.cell(row, column, text)
-        cell.font, cell.fill = HEAD_FONT, HEAD_FILL
-        cell.alignment = Alignment(horizontal="left" if column == 1 else "right")
 
 
 def put_array(sheet, where, formula):

@@ -19,20 +19,13 @@ import csv
 import pathlib
 
 from openpyxl import Workbook
-from openpyxl.styles import Alignment, Font, PatternFill
+from openpyxl.styles import Font
 from openpyxl.workbook.defined_name import DefinedName
 
+from sheets import head, put_list
+
 FOLDER = pathlib.Path(__file__).parent
-HEAD_FONT = Font(bold=True, color="FFFFFF")
-HEAD_FILL = PatternFill("solid", fgColor="1F4E79")
 P_FORMAT = "0.00000"
-
-
-def head(sheet, row, texts):
-    for column, text in enumerate(texts, start=1):
-        cell = sheet.cell(row, column, text)
-        cell.font, cell.fill = HEAD_FONT, HEAD_FILL
-        cell.alignment = Alignment(horizontal="left" if column == 1 else "right")
 
 
 def title(sheet, text, source):
@@ -43,14 +36,6 @@ def title(sheet, text, source):
     sheet.column_dimensions["A"].width = 44
     for column in "BCD":
         sheet.column_dimensions[column].width = 16
-
-
-def put_list(sheet, first, rows):
-    """Labels, formulas and formats in the columns A and B; the row after them."""
-    for line, (label, formula, number_format) in enumerate(rows, start=first):
-        sheet.cell(line, 1, label)
-        sheet.cell(line, 2, formula).number_format = number_format
-    return first + len(rows)
 
 
 def fill_data(book, name, file_name):

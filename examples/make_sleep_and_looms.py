@@ -17,25 +17,18 @@ import csv
 import pathlib
 
 from openpyxl import Workbook
-from openpyxl.styles import Alignment, Font, PatternFill
+from openpyxl.styles import Alignment, Font
 from openpyxl.utils import get_column_letter
 from openpyxl.workbook.defined_name import DefinedName
 
+from sheets import head, put_list
+
 FOLDER = pathlib.Path(__file__).parent
-HEAD_FONT = Font(bold=True, color="FFFFFF")
-HEAD_FILL = PatternFill("solid", fgColor="1F4E79")
 TITLE_FONT = Font(bold=True, size=14)
 
 # The picked values of a drug are paired by their order, which is that of the patients.
 DRUG1 = "ZavDestack(Extra,Drug,1)"
 DRUG2 = "ZavDestack(Extra,Drug,2)"
-
-
-def head(sheet, row, texts):
-    for column, text in enumerate(texts, start=1):
-        cell = sheet.cell(row, column, text)
-        cell.font, cell.fill = HEAD_FONT, HEAD_FILL
-        cell.alignment = Alignment(horizontal="left" if column == 1 else "right")
 
 
 def title(sheet, text, source):
@@ -53,14 +46,6 @@ def put_array(sheet, where, formula, number_format="General"):
     for row in sheet[where] if ":" in where else [[sheet[where]]]:
         for cell in row:
             cell.number_format = number_format
-
-
-def put_list(sheet, first, rows):
-    """Labels, formulas and formats in the columns A and B; the row after them."""
-    for line, (label, formula, number_format) in enumerate(rows, start=first):
-        sheet.cell(line, 1, label)
-        sheet.cell(line, 2, formula).number_format = number_format
-    return first + len(rows)
 
 
 def fill_data(sheet, file_name, columns):

@@ -5,6 +5,9 @@
 ;   /S            no questions      /D=FOLDER   another folder (the last argument)
 ;   /COMPANION    also registers the companion workbook with Excel
 ;
+; ZavrelCompanion.xlam in the folder itself is a workbook of the user's own: no file of ours may have that
+; path, for ours are replaced and removed.
+;
 ; Exit codes: 0 done, 1 cancelled, 2 a file could not be written, 3 the installed add-in is in use.
 Target amd64-unicode ; first: the default stub is a 32-bit one
 Unicode true
@@ -21,7 +24,8 @@ ${UnStrLoc}
 
 !define PRODUCT "Zavrel Functions"
 !define ADD_IN "ZavrelFuncs8_x64.xll"
-!define COMPANION "ZavrelCompanion.xlam"
+!define COMPANION "macro\ZavrelCompanion.xlam"
+!define STAGED_COMPANION "${STAGE}/macro/ZavrelCompanion.xlam"
 !define UNINSTALL_KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\ZavrelFunctions"
 !define OFFICE_KEY "Software\Microsoft\Office"
 !define OPEN_VALUES 100 ; as many OPEN values are looked at
@@ -43,6 +47,10 @@ VIAddVersionKey /LANG=0 "LegalCopyright" ""
 !insertmacro MUI_PAGE_COMPONENTS
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
+!define MUI_FINISHPAGE_TEXT "$(NextStep)"
+!define MUI_FINISHPAGE_SHOWREADME "$INSTDIR\docs\install.html"
+!define MUI_FINISHPAGE_SHOWREADME_TEXT "$(ShowNextStep)"
+!insertmacro MUI_PAGE_FINISH
 !insertmacro MUI_UNPAGE_CONFIRM
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE "English"
@@ -52,6 +60,10 @@ LangString InUse ${LANG_ENGLISH} "${PRODUCT} is in use. Close Excel and try agai
 LangString InUse ${LANG_GERMAN} "${PRODUCT} wird gerade verwendet. Bitte schließen Sie Excel und versuchen Sie es noch einmal."
 LangString NotWritten ${LANG_ENGLISH} "A file could not be written; nothing was registered with Excel."
 LangString NotWritten ${LANG_GERMAN} "Eine Datei konnte nicht geschrieben werden; in Excel wurde nichts eingetragen."
+LangString NextStep ${LANG_ENGLISH} "The add-in is installed.$\r$\n$\r$\nOne step is left: Excel has the functions as soon as a companion workbook with the macro modules is open. How to make one in two minutes is on the page docs\install.html in the add-in's folder."
+LangString NextStep ${LANG_GERMAN} "Das Add-in ist installiert.$\r$\n$\r$\nEin Schritt fehlt noch: Excel hat die Funktionen, sobald eine Begleit-Arbeitsmappe mit den Makromodulen geöffnet ist. Wie sie in zwei Minuten entsteht, steht (auf Englisch) auf der Seite docs\install.html im Ordner des Add-ins."
+LangString ShowNextStep ${LANG_ENGLISH} "Show that page"
+LangString ShowNextStep ${LANG_GERMAN} "Diese Seite zeigen"
 LangString MainSection ${LANG_ENGLISH} "Add-in, ZavHost, examples and documents"
 LangString MainSection ${LANG_GERMAN} "Add-in, ZavHost, Beispiele und Dokumente"
 LangString CompanionSection ${LANG_ENGLISH} "Open the companion workbook with Excel"
@@ -71,8 +83,33 @@ LangString CompanionSection ${LANG_GERMAN} "Begleit-Arbeitsmappe mit Excel öffn
   ${EndIf}
 !macroend
 
-; In: $R0 the path, $R1 the text of the value, $R2 Excel's version. Changes $0 to $4.
-; A path that stands there, ticked or not, stays as it is; else it gets the first free value.
+; What the list said of files in the folder of an older version: "|16.0 FILE|14.0 FILE|".
+Var Ticked
+Var Unticked
+
+; In: $R0 the path, $R3 the file's name in the folder, $R2 Excel's version. Changes $0 to $3.
+Function RememberState
+  StrCpy $0 "${OFFICE_KEY}\$R2\Excel"
+  ClearErrors
+  ReadRegStr $1 HKCU "$0\Add-in Manager" $R0
+  ${IfNot} ${Errors}
+    StrCpy $Unticked "$Unticked$R2 $R3|"
+    Return
+  ${EndIf}
+  ${ForEach} $1 0 ${OPEN_VALUES} + 1
+    !insertmacro NameOfOpenValue $1 $2
+    ReadRegStr $3 HKCU "$0\Options" $2
+    ${StrLoc} $3 $3 '"$R0"' ">"
+    ${If} $3 != ""
+      StrCpy $Ticked "$Ticked$R2 $R3|"
+      Return
+    ${EndIf}
+  ${Next}
+FunctionEnd
+
+; In: $R0 the path, $R1 the text of the value, $R3 the file's name in the folder, $R2 Excel's version.
+; Changes $0 to $4. A path that stands there, ticked or not, stays as it is; a file that was unticked in
+; another folder is so in this one; else it gets the first free value.
 Function RegisterWithExcel
   StrCpy $0 "${OFFICE_KEY}\$R2\Excel"
   ${If} $R2 != "16.0"
@@ -84,6 +121,11 @@ Function RegisterWithExcel
   ClearErrors
   ReadRegStr $1 HKCU "$0\Add-in Manager" $R0
   ${IfNot} ${Errors}
+    Return
+  ${EndIf}
+  ${StrLoc} $3 $Unticked "|$R2 $R3|" ">"
+  ${If} $3 != ""
+    WriteRegStr HKCU "$0\Add-in Manager" $R0 ""
     Return
   ${EndIf}
   StrCpy $4 ""
@@ -110,6 +152,16 @@ Function RegisterWithExcel
     WriteRegStr HKCU "$0\Options" $4 $R1
   ${EndIf}
 FunctionEnd
+
+!if /FileExists "${STAGED_COMPANION}"
+; The same for a file that was in the list with the older version, and for no other.
+Function RegisterAgain
+  ${StrLoc} $3 "$Ticked$Unticked" "|$R2 $R3|" ">"
+  ${If} $3 != ""
+    Call RegisterWithExcel
+  ${EndIf}
+FunctionEnd
+!endif
 
 ; In: $R0 the path, $R2 Excel's version. Changes $0 to $3.
 Function un.UnregisterFromExcel
@@ -161,8 +213,16 @@ Section "$(MainSection)"
   SectionIn RO
   ReadRegStr $R8 HKCU "${UNINSTALL_KEY}" "InstallLocation"
   !insertmacro EndWhenInUse $INSTDIR
+  StrCpy $Ticked "|"
+  StrCpy $Unticked "|"
   ${If} $R8 != ""
     !insertmacro EndWhenInUse $R8
+    StrCpy $R3 "${ADD_IN}"
+    StrCpy $R0 "$R8\$R3"
+    !insertmacro ForEveryExcel RememberState
+    StrCpy $R3 "${COMPANION}"
+    StrCpy $R0 "$R8\$R3"
+    !insertmacro ForEveryExcel RememberState
     ; The old version knows its files. Excel's list stays as it is when the folder does.
     StrCpy $R7 ""
     ${If} $R8 == $INSTDIR
@@ -195,14 +255,22 @@ Section "$(MainSection)"
   ${GetSize} $INSTDIR "/S=0K" $0 $1 $2
   WriteRegDWORD HKCU "${UNINSTALL_KEY}" "EstimatedSize" $0
 
-  StrCpy $R0 "$INSTDIR\${ADD_IN}"
+  StrCpy $R3 "${ADD_IN}"
+  StrCpy $R0 "$INSTDIR\$R3"
   StrCpy $R1 '/R "$R0"'
   !insertmacro ForEveryExcel RegisterWithExcel
+!if /FileExists "${STAGED_COMPANION}"
+  StrCpy $R3 "${COMPANION}"
+  StrCpy $R0 "$INSTDIR\$R3"
+  StrCpy $R1 '"$R0"'
+  !insertmacro ForEveryExcel RegisterAgain
+!endif
 SectionEnd
 
-!if /FileExists "${STAGE}/${COMPANION}"
+!if /FileExists "${STAGED_COMPANION}"
   Section /o "$(CompanionSection)" CompanionId
-    StrCpy $R0 "$INSTDIR\${COMPANION}"
+    StrCpy $R3 "${COMPANION}"
+    StrCpy $R0 "$INSTDIR\$R3"
     StrCpy $R1 '"$R0"'
     !insertmacro ForEveryExcel RegisterWithExcel
   SectionEnd

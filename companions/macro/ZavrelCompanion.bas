@@ -1,6 +1,7 @@
 Attribute VB_Name = "ZavrelCompanion"
 ' Switches the worksheet functions of Zavrel Functions on while this add-in is open, and off when it
-' closes. Excel runs Auto_Open and Auto_Close of an add-in by itself.
+' closes. Excel runs Auto_Open and Auto_Close of an add-in by itself. In a workbook that is no add-in
+' they do nothing: its closing would switch the functions off for everybody.
 Option Explicit
 
 Private Const AddInFile As String = "ZavrelFuncs8_x64.xll"
@@ -14,9 +15,11 @@ Public Sub Auto_Open()
     Dim helpFile As String
     Dim version As String
     Dim languageId As Long
+    Dim reason As String
+    If Not ThisWorkbook.IsAddin Then Exit Sub
     On Error GoTo Failed
     folder = LoadedAddInFolder()
-    If folder = "" Then folder = LoadAddInBeside(ThisWorkbook.Path)
+    If folder = "" Then folder = LoadAddInNear(ThisWorkbook.Path)
     workbookFile = ThisWorkbook.FullName
     languageId = Application.LanguageSettings.LanguageID(LanguageOfUserInterface)
     helpFile = HelpFileIn(folder, languageId)
@@ -25,11 +28,14 @@ Public Sub Auto_Open()
         languageId, StrPtr(version), StrPtr(helpFile)
     Exit Sub
 Failed:
-    MsgBox "The Zavrel functions could not be switched on: " & Err.Description, vbExclamation, _
+    reason = Err.Description
+    MsgBox ZavrelText("The Zavrel functions could not be switched on: ", _
+        "Die Zavrel-Funktionen konnten nicht eingeschaltet werden: ") & reason, vbExclamation, _
         "Zavrel Functions"
 End Sub
 
 Public Sub Auto_Close()
+    If Not ThisWorkbook.IsAddin Then Exit Sub
     On Error Resume Next ' closing never stops because of this
     UninitializeXlaInformation ApplicationId
 End Sub
@@ -50,29 +56,33 @@ Private Function LoadedAddInFolder() As String
     Next row
 End Function
 
-Private Function LoadAddInBeside(ByVal workbookFolder As String) As String
-    Dim folder As String
-    folder = workbookFolder & "\"
-    If Not Application.RegisterXLL(folder & AddInFile) Then
-        Err.Raise vbObjectError + 8000, "ZavrelCompanion", _
-            AddInFile & " is neither loaded nor in the folder " & folder & "."
-    End If
-    LoadAddInBeside = folder
+' The add-in stands beside this workbook, or in the folder above, beside the folder macro.
+Private Function LoadAddInNear(ByVal workbookFolder As String) As String
+    Dim folder As Variant
+    For Each folder In Array(workbookFolder & "\", Left$(workbookFolder, InStrRev(workbookFolder, "\")))
+        If Application.RegisterXLL(folder & AddInFile) Then
+            LoadAddInNear = folder
+            Exit Function
+        End If
+    Next folder
+    Err.Raise vbObjectError + 8000, "ZavrelCompanion", _
+        ZavrelText(AddInFile & " is neither loaded nor in the folder " & workbookFolder & ".", _
+            AddInFile & " ist weder geladen noch im Ordner " & workbookFolder & ".")
 End Function
 
 ' The compiled help of the language, else the English one beside the add-in; "" without any.
 Private Function HelpFileIn(ByVal folder As String, ByVal languageId As Long) As String
     Const German As Long = 7
-    Dim languageFolder As String
-    Dim found As String
     If (languageId And &H3FF) = German Then
-        languageFolder = folder & "help\de\"
-        found = Dir$(languageFolder & "Zavrel*.chm")
-        If found <> "" Then
-            HelpFileIn = languageFolder & found
-            Exit Function
-        End If
+        HelpFileIn = FileOrNothing(folder & "help\de\ZavrelFuncs8_x64.de.chm")
     End If
-    found = Dir$(folder & "Zavrel*.chm")
-    If found <> "" Then HelpFileIn = folder & found
+    If HelpFileIn = "" Then HelpFileIn = FileOrNothing(folder & "ZavrelFuncs8_x64.chm")
+End Function
+
+' The file when it is there, else "". Dir$ would fail on a path beyond the ANSI code page.
+Private Function FileOrNothing(ByVal file As String) As String
+    Dim there As Boolean
+    On Error Resume Next ' where scripting is blocked, the functions come without help
+    there = CreateObject("Scripting.FileSystemObject").FileExists(file)
+    If there Then FileOrNothing = file
 End Function

@@ -22,7 +22,9 @@ Public Sub ZavrelRaiseFailure(ByVal failureNumber As Long, ByVal source As Strin
     If failureNumber = 0 Then Exit Sub
     If ZavrelGetExceptionInfoVB(failureNumber, VarPtr(className), VarPtr(place), _
             VarPtr(message)) = 0 Then
-        message = "The add-in reports failure " & failureNumber & ", whose reason it no longer knows."
+        message = ZavrelText( _
+            "The add-in reports failure " & failureNumber & ", whose reason it no longer knows.", _
+            "Das Add-in meldet Fehler " & failureNumber & ", dessen Grund es nicht mehr kennt.")
     ElseIf message = "" Then
         message = className & " in " & place
     End If
@@ -33,12 +35,25 @@ Public Sub ZavrelRaise(ByVal source As String, ByVal message As String)
     Err.Raise ZavrelErrorNumber, source, message
 End Sub
 
+' The text for the language of Excel's user interface, which the companion announces too. Modules are
+' imported in the ANSI code page, so that texts keep to ASCII.
+Public Function ZavrelText(ByVal english As String, ByVal german As String) As String
+    Const LanguageOfUserInterface As Long = 2 ' msoLanguageIDUI
+    Const GermanLanguage As Long = 7
+    ZavrelText = english
+    If (Application.LanguageSettings.LanguageID(LanguageOfUserInterface) And &H3FF) = GermanLanguage Then
+        ZavrelText = german
+    End If
+End Function
+
 ' Passes on a result that is an ordinary number; raises an error for any other.
 Public Function ZavrelNumberOrError(ByVal status As Long, ByVal result As Double, _
         ByVal source As String) As Double
     Dim reason As String
     reason = ZavrelReasonOf(result)
-    If reason = "" And status <> 0 Then reason = "there is no result (status " & status & ")"
+    If reason = "" And status <> 0 Then
+        reason = ZavrelText("there is no result", "es gibt kein Ergebnis") & " (status " & status & ")"
+    End If
     If reason <> "" Then ZavrelRaise source, source & ": " & reason & "."
     ZavrelNumberOrError = result
 End Function
@@ -51,15 +66,29 @@ Public Function ZavrelReasonOf(ByVal result As Double) As String
     given.Number = result
     LSet bits = given
     If (bits.High And Exponent) <> Exponent Then Exit Function
-    ZavrelReasonOf = "there is no result for these arguments"
     If bits.High <> -1 Then
-        If bits.Low = 0 And (bits.High And &HFFFFF) = 0 Then ZavrelReasonOf = "the result is too large"
+        If bits.Low = 0 And (bits.High And &HFFFFF) = 0 Then
+            ZavrelReasonOf = TooLarge()
+        Else
+            ZavrelReasonOf = NoResult()
+        End If
         Exit Function
     End If
     Select Case bits.Low
-        Case -8: ZavrelReasonOf = "the result is empty"
-        Case -9: ZavrelReasonOf = "there are no data"
-        Case -14: ZavrelReasonOf = "the result is too large"
-        Case -15: ZavrelReasonOf = "there are too few values, or they do not differ"
+        Case -8: ZavrelReasonOf = ZavrelText("the result is empty", "das Ergebnis ist leer")
+        Case -9: ZavrelReasonOf = ZavrelText("there are no data", "es gibt keine Daten")
+        Case -14: ZavrelReasonOf = TooLarge()
+        Case -15: ZavrelReasonOf = ZavrelText("there are too few values, or they do not differ", _
+            "es sind zu wenige Werte, oder sie sind alle gleich")
+        Case Else: ZavrelReasonOf = NoResult()
     End Select
+End Function
+
+Private Function TooLarge() As String
+    TooLarge = ZavrelText("the result is too large", "das Ergebnis liegt jenseits aller Zahlen")
+End Function
+
+Private Function NoResult() As String
+    NoResult = ZavrelText("there is no result for these arguments", _
+        "zu diesen Argumenten gibt es kein Ergebnis")
 End Function

@@ -104,7 +104,8 @@ Public Function ZavrelMatrixIn(ByVal values As Variant, ByVal source As String) 
                 Next row
             Next column
         Case Else
-            ZavrelRaise source, source & ": a matrix has rows and columns."
+            ZavrelRaise source, source & ": " & ZavrelText("a matrix has rows and columns.", _
+                "eine Matrix hat Zeilen und Spalten.")
     End Select
     ZavrelMatrixIn = numbers
 End Function
@@ -112,7 +113,9 @@ End Function
 Private Function NumberAt(ByVal cell As Variant, ByVal row As Long, ByVal column As Long, _
         ByVal source As String) As Double
     If Not ZavrelIsNumber(cell) Then
-        ZavrelRaise source, source & ": row " & row & ", column " & column & " holds no number."
+        ZavrelRaise source, source & ": " & ZavrelText( _
+            "row " & row & ", column " & column & " holds no number.", _
+            "in Zeile " & row & ", Spalte " & column & " steht keine Zahl.")
     End If
     NumberAt = cell
 End Function

@@ -164,10 +164,12 @@ Public Function ZavrelNumbersIn(ByVal values As Variant, ByVal source As String)
     Dim count As Long
     cells = ZavrelCellsIn(values, source)
     For Each cell In cells
-        If IsError(cell) Then ZavrelRaise source, source & ": one of the values is an error."
+        If IsError(cell) Then ZavrelRaise source, source & ": " & _
+            ZavrelText("one of the values is an error.", "einer der Werte ist ein Fehlerwert.")
         If ZavrelIsNumber(cell) Then count = count + 1
     Next cell
-    If count = 0 Then ZavrelRaise source, source & ": there are no numbers among the values."
+    If count = 0 Then ZavrelRaise source, source & ": " & _
+        ZavrelText("there are no numbers among the values.", "unter den Werten ist keine Zahl.")
     ReDim numbers(1 To count)
     count = 0
     For Each cell In cells
@@ -182,7 +184,8 @@ End Function
 ' An array of the cells' values, whatever was given.
 Public Function ZavrelCellsIn(ByVal values As Variant, ByVal source As String) As Variant
     If IsObject(values) Then
-        If values.Areas.Count > 1 Then ZavrelRaise source, source & ": one range of cells at a time."
+        If values.Areas.Count > 1 Then ZavrelRaise source, source & ": " & _
+            ZavrelText("one range of cells at a time.", "nur ein Zellbereich auf einmal.")
         ZavrelCellsIn = values.Value2
     Else
         ZavrelCellsIn = values
@@ -203,16 +206,19 @@ Private Sub PairOfSeries(ByVal x As Variant, ByVal y As Variant, ByRef first() A
     first = AllNumbersIn(x, source)
     second = AllNumbersIn(y, source)
     If UBound(first) <> UBound(second) Then
-        ZavrelRaise source, source & ": the series have " & UBound(first) & " and " & _
-            UBound(second) & " values."
+        ZavrelRaise source, source & ": " & ZavrelText( _
+            "the series have " & UBound(first) & " and " & UBound(second) & " values.", _
+            "die Reihen haben " & UBound(first) & " und " & UBound(second) & " Werte.")
     End If
-    If UBound(first) < 2 Then ZavrelRaise source, source & ": one pair of values is not enough."
+    If UBound(first) < 2 Then ZavrelRaise source, source & ": " & _
+        ZavrelText("one pair of values is not enough.", "ein Wertepaar reicht nicht.")
 End Sub
 
 Private Function AllNumbersIn(ByVal values As Variant, ByVal source As String) As Double()
     Dim cell As Variant
     For Each cell In ZavrelCellsIn(values, source)
-        If Not ZavrelIsNumber(cell) Then ZavrelRaise source, source & ": a value of a series is missing."
+        If Not ZavrelIsNumber(cell) Then ZavrelRaise source, source & ": " & _
+            ZavrelText("a value of a series is missing.", "in einer Reihe fehlt ein Wert.")
     Next cell
     AllNumbersIn = ZavrelNumbersIn(values, source)
 End Function

@@ -9,15 +9,19 @@ from . import formula, languages, markdown_pages, pages, registration
 STYLE = pathlib.Path(__file__).parent / "help.css"
 
 class Renderer:
-    """One language's pages. `linked_english`: where the English pages stand, if a page may refer to them."""
+    """One language's pages."""
 
-    def __init__(self, name, linked_english=None):
+    def __init__(self, name):
         self.name = name
         self.language = languages.named(name)
         self.words = self.language.words
-        self.linked_english = linked_english
-        self.functions = pages.function_pages()
-        self.topics = pages.topics() if name == "en" else {}
+        english = languages.named("en").words
+        self.headings = {english[key]: word for key, word in self.words.items()}
+        self.functions = pages.pages_in(name)
+        self.topics = pages.topics_in(name)
+
+    def formula(self, text):
+        return formula.to_html(self.language.decimals(text))
 
     def inline(self, text):
         kept = []
@@ -32,7 +36,7 @@ class Renderer:
             return keep(f'<a href="{name}.html">{markup}</a>' if name in self.functions else markup)
 
         text = re.sub(r"`([^`]+)`", code, text)
-        text = re.sub(r"\$([^$]+)\$", lambda m: keep(f'<span class="math">{formula.to_html(m[1])}</span>'), text)
+        text = re.sub(r"\$([^$]+)\$", lambda m: keep(f'<span class="math">{self.formula(m[1])}</span>'), text)
         text = html.escape(text, quote=False)
         text = re.sub(r"\[([^]]+)\]\(([a-z-]+)\)", r'<a href="\2.html">\1</a>', text)
         text = re.sub(r"\*\*([^*]+)\*\*", r"<b>\1</b>", text)
@@ -54,7 +58,7 @@ class Renderer:
 
     def block(self, block):
         if block.kind == "heading":
-            return f"<h2>{html.escape(block.content)}</h2>"
+            return f"<h2>{html.escape(self.headings.get(block.content, block.content))}</h2>"
         if block.kind == "paragraph":
             return f"<p>{self.inline(block.content)}</p>"
         if block.kind == "list":
@@ -62,7 +66,7 @@ class Renderer:
         if block.kind == "table":
             return self.table(block.content)
         if block.kind == "formula":
-            return f'<p class="formula math">{formula.to_html(block.content)}</p>'
+            return f'<p class="formula math">{self.formula(block.content)}</p>'
         return self.example(block.content)
 
     def document(self, title, body):
@@ -77,22 +81,15 @@ class Renderer:
 
     def page(self, page):
         parts = [f"<h1>{html.escape(page.title)}</h1>"]
-        own = page
         if page.function:
-            own = pages.function_pages(self.name).get(page.name, page)
-            parts.append(f'<p class="syntax"><code>{html.escape(own.syntax(self.name))}</code></p>')
-            parts.append(f'<p class="lead">{self.inline(own.summary(self.name))}</p>')
-            if arguments := own.arguments(self.name):
+            parts.append(f'<p class="syntax"><code>{html.escape(page.syntax(self.name))}</code></p>')
+            parts.append(f'<p class="lead">{self.inline(page.summary(self.name))}</p>')
+            if arguments := page.arguments(self.name):
                 parts.append(f"<h2>{self.words['arguments']}</h2>")
                 rows = "".join(f"<tr><th>{html.escape(name)}</th><td>{self.inline(text)}</td></tr>"
                                for name, text in arguments)
                 parts.append(f'<table class="arguments">{rows}</table>')
         before, examples = markdown_pages.split_examples(page)
-        if self.name != "en":
-            formulas = [block for block in before if block.kind == "formula"]
-            before = [pages.Block("heading", self.words["formula"])] * bool(formulas) + formulas
-            examples = [pages.Block("heading", self.words["examples"])] * bool(examples) + [
-                block for block in examples if block.kind == "example"]
         parts.extend(map(self.block, before))
         if "data" in page.header:
             parts.append(f"<h2>{self.words['data']}</h2>")
@@ -100,11 +97,9 @@ class Renderer:
             parts.append(self.table(markdown_pages.sheet(rows), "sheet"))
         parts.extend(map(self.block, examples))
         links = [f'<a href="{name}.html">{self.topics[name].title if name in self.topics else name}</a>'
-                 for name in page.see if name in self.functions or name in self.topics]
+                 for name in page.see]
         if links:
             parts.append(f"<h2>{self.words['see']}</h2>\n<p>{', '.join(links)}</p>")
-        if self.linked_english and page.function:
-            parts.append(f'<p class="more"><a href="{self.linked_english}/{page.name}.html">{self.words["more"]}</a>.</p>')
         if page.function:
             parts.append(f'<p class="category">{self.words["category"]}: '
                          f"{html.escape(registration.category_name(page.function, self.name))}</p>")
@@ -112,14 +107,12 @@ class Renderer:
 
     def index(self):
         parts = [f"<h1>{self.words['title']}</h1>"]
-        if self.topics:
-            parts.append("<ul>" + "".join(f'<li><a href="{topic.name}.html">{html.escape(topic.title)}</a></li>'
-                                          for topic in self.topics.values()) + "</ul>")
+        parts.append("<ul>" + "".join(f'<li><a href="{topic.name}.html">{html.escape(topic.title)}</a></li>'
+                                      for topic in self.topics.values()) + "</ul>")
         for title, names in pages.contents():
             parts.append(f"<h2>{self.language.group(title)}</h2>\n<table class=\"arguments\">")
             for name in names:
-                own = pages.function_pages(self.name).get(name, self.functions[name])
-                summary = markdown_pages.first_sentence(own.summary(self.name))
+                summary = markdown_pages.first_sentence(self.functions[name].summary(self.name))
                 parts.append(f'<tr><th><a href="{name}.html">{name}</a></th><td>{self.inline(summary)}</td></tr>')
             parts.append("</table>")
         return self.document(self.words["title"], "\n".join(parts))
@@ -141,5 +134,4 @@ def write(files, folder):
 def build(folder):
     """Folders en, de, ... in `folder`."""
     for name in languages.NAMES:
-        linked = None if name == "en" else "../en"
-        write(Renderer(name, linked).files(), folder / name)
+        write(Renderer(name).files(), folder / name)

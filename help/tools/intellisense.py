@@ -18,8 +18,7 @@ def _arguments(page, language):
 def make(language):
     root = tree.Element("IntelliSense", xmlns=_NAMESPACE)
     info = tree.SubElement(root, "FunctionInfo")
-    for name, english in pages.function_pages().items():
-        page = pages.function_pages(language).get(name, english)
+    for name, page in pages.pages_in(language).items():
         function = page.function
         attributes = {"Name": name, "Description": page.summary(language).replace("`", "")}
         if function.topic != -1:

@@ -30,6 +30,9 @@ class Language:
     def group(self, english):
         return self.groups.get(english, english)
 
+    def decimals(self, text):
+        return re.sub(r"(?<=\d)\.(?=\d)", self.excel.get("decimal", "."), text)
+
     def formula(self, text):
         if not self.excel:
             return text

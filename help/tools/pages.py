@@ -18,8 +18,10 @@ and goes on in a small part of Markdown: paragraphs, `- ` lists, tables, `##` he
 A formula in braces is an array formula. A row of its result is a line, cells are separated by ` | `.
 A section "Arguments" replaces the arguments' helps of the registration: `- name: help`.
 
-Pages of other languages than English hold no more than the summary, the syntax and the arguments, of the
-functions whose English page does not take these from the registration.
+A page of another language holds what is to be read of the English one: the title, the summary, the syntax and the
+arguments where that has them, and its texts, that is paragraphs, lists, tables and formulas with words, one for
+one and in the same order. Headings, other formulas and examples are those of the English page, as is all that a
+language lacks.
 """
 
 import csv
@@ -67,6 +69,12 @@ class Page:
     @property
     def examples(self):
         return [block.content for block in self.blocks if block.kind == "example"]
+
+    @property
+    def texts(self):
+        """What is written anew in each language: paragraphs, lists, tables, formulas with words."""
+        return [block for block in self.blocks if block.kind in ("paragraph", "list", "table") or
+                block.kind == "formula" and r"\text" in block.content]
 
     @property
     def title(self):
@@ -135,7 +143,8 @@ def _body(text, where):
 
 
 def read_page(file, function=None):
-    header_text, _, body = file.read_text(encoding="utf-8").partition("\n\n")
+    text = file.read_text(encoding="utf-8")
+    header_text, _, body = text.partition("\n\n") if re.match("[a-z]+:", text) else ("", "", text)
     header = {}
     for line in header_text.splitlines():
         key, colon, value = line.partition(":")
@@ -160,10 +169,39 @@ def function_pages(language="en"):
 
 
 @functools.cache
-def topics():
+def topics(language="en"):
     """Those that the contents begin with, in their order."""
     names = (HELP / "contents.txt").read_text(encoding="utf-8").partition("#")[0].split()
-    return {name: read_page(HELP / f"en/topics/{name}.md") for name in names}
+    return {name: read_page(file) for name in names if (file := HELP / language / f"topics/{name}.md").exists()}
+
+
+def same_form(english, translation):
+    """Whether the texts of a translation can take the place of the English ones."""
+    def form(page):
+        return [(block.kind, len(block.content) if block.kind in ("list", "table") else 1) for block in page.texts]
+    return form(english) == form(translation)
+
+
+def translated(english, own):
+    """A page with the texts of its translation, `own`; what that lacks is in English."""
+    if own is None:
+        return english
+    blocks = english.blocks
+    if same_form(english, own):
+        new = iter(own.texts)
+        replaced = {id(block) for block in english.texts}
+        blocks = [next(new) if id(block) in replaced else block for block in english.blocks]
+    return Page(english.name, english.header | own.header, blocks, english.function,
+                own.argument_list or english.argument_list)
+
+
+def pages_in(language):
+    """The pages of all functions, in a language."""
+    return {name: translated(page, function_pages(language).get(name)) for name, page in function_pages().items()}
+
+
+def topics_in(language):
+    return {name: translated(page, topics(language).get(name)) for name, page in topics().items()}
 
 
 @functools.cache

@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <cmath>
 #include <iostream>
+#include <iterator>
+#include <set>
 
 #include "host/cli/commands.h"
 #include "host/cli/installation.h"
@@ -54,6 +56,7 @@ std::string Joined(const std::vector<std::string>& texts) {
 // Files.
 
 constexpr const char16_t* kAddIn = u"ZavrelFuncs8_x64.xll";
+constexpr const char16_t* kCompanion = u"ZavrelCompanion.xlam";  // once a user has made it
 constexpr const char16_t* kMessages = u"ZavrelMessages8_x64.DLL";
 constexpr const char16_t* kDistributions = u"Pdflib8_x64.DLL";
 // The rank tests: the functions of the first, which needs the second beside the add-in.
@@ -156,23 +159,71 @@ void CheckFunctions(const CommandLine& line, bool rank_tests, Findings& findings
 
 // Excel.
 
+/// True when Excel opens the add-in, in whatever copy.
+bool CheckAddInEntries(const std::vector<ExcelEntry>& entries, const std::filesystem::path& add_in,
+                       Findings& findings) {
+  bool opened = false;
+  for (const ExcelEntry& entry : entries) {
+    const std::string what = "Excel " + entry.version + ", add-in";
+    const std::string shown = entry.name + " = " + entry.text;
+    if (entry.name.empty()) {
+      findings.Note(what, "not ticked among the add-ins: " + entry.text);
+    } else if (SamePath(entry.file, add_in)) {
+      findings.Good(what, shown);
+    } else {
+      findings.Note(what, "opens another copy: " + shown);
+    }
+    opened = opened || !entry.name.empty();
+  }
+  return opened;
+}
+
+/// True when Excel opens a companion workbook; a user may keep it in any folder.
+bool CheckCompanionEntries(const std::vector<ExcelEntry>& entries, Findings& findings) {
+  bool opened = false;
+  for (const ExcelEntry& entry : entries) {
+    const std::string what = "Excel " + entry.version + ", companion";
+    const std::string shown = entry.name + " = " + entry.text;
+    std::error_code ignored;
+    if (entry.name.empty()) {
+      findings.Note(what, "not ticked among the add-ins: " + entry.text);
+    } else if (entry.file.is_absolute() && !std::filesystem::exists(entry.file, ignored)) {
+      findings.Problem(what, "the workbook is not there: " + shown);
+    } else {
+      findings.Good(what, shown);
+      opened = true;
+    }
+  }
+  return opened;
+}
+
 void CheckExcel(const std::filesystem::path& add_in, Findings& findings) {
   const std::string platform = OfficePlatform();
   if (platform == "x86")
     findings.Problem("Excel", "a 32-bit Office, which cannot load this 64-bit add-in");
   if (!platform.empty() && platform != "x86") findings.Good("Excel", "Office is " + platform);
-  const std::vector<ExcelEntry> entries =
-      ExcelEntries({PrintableUtf8(kAddIn), "ZavrelCompanion.xlam"});
-  if (entries.empty())
+  const std::vector<ExcelEntry> add_ins = ExcelEntries(kAddIn);
+  const std::vector<ExcelEntry> companions = ExcelEntries(kCompanion);
+  if (add_ins.empty())
     findings.Note("Excel's add-ins", "the add-in is not among them for this user");
-  for (const ExcelEntry& entry : entries) {
-    const std::string what = "Excel " + entry.version;
-    if (entry.name.empty()) {
-      findings.Note(what, "not ticked among the add-ins: " + entry.text);
-    } else if (entry.text.find(Path(add_in.parent_path())) == std::string::npos) {
-      findings.Note(what, "opens another copy: " + entry.name + " = " + entry.text);
-    } else {
-      findings.Good(what, entry.name + " = " + entry.text);
+  std::set<std::string> versions;
+  for (const auto* entries : {&add_ins, &companions}) {
+    for (const ExcelEntry& entry : *entries) versions.insert(entry.version);
+  }
+  for (const std::string& version : versions) {
+    const auto of_version = [&](const std::vector<ExcelEntry>& entries) {
+      std::vector<ExcelEntry> chosen;
+      std::copy_if(entries.begin(), entries.end(), std::back_inserter(chosen),
+                   [&](const ExcelEntry& entry) { return entry.version == version; });
+      return chosen;
+    };
+    const bool opens_add_in = CheckAddInEntries(of_version(add_ins), add_in, findings);
+    const bool opens_companion = CheckCompanionEntries(of_version(companions), findings);
+    if (opens_add_in && !opens_companion) {
+      findings.Problem("Excel " + version + ", companion",
+                       "Excel opens no " + PrintableUtf8(kCompanion) +
+                           ": unless another workbook announces itself, it has only "
+                           "ZavrelFuncsVersion; see docs/install.html");
     }
   }
 }

@@ -31,12 +31,16 @@ LogPlace FindLog();
 
 /// An add-in's entry in Excel's settings.
 struct ExcelEntry {
-  std::string version;  // of Excel, "16.0"
-  std::string name;     // of the value, "OPEN1"; empty for an add-in that is not ticked
-  std::string text;     // what Excel opens
+  std::string version;         // of Excel, "16.0"
+  std::string name;            // of the value, "OPEN1"; empty for an add-in that is not ticked
+  std::string text;            // the value as it stands
+  std::filesystem::path file;  // what Excel opens
 };
-/// The entries that name a file of this product, by its file name.
-std::vector<ExcelEntry> ExcelEntries(const std::vector<std::string>& file_names);
+/// The entries of files with this name, in whatever folder.
+std::vector<ExcelEntry> ExcelEntries(const std::filesystem::path& file_name);
+
+/// Two spellings of one path, as Windows compares them.
+bool SamePath(const std::filesystem::path& a, const std::filesystem::path& b);
 
 /// "x64" or "x86", as Office's own installer noted it; empty when it did not.
 std::string OfficePlatform();

@@ -81,16 +81,11 @@ std::string ValueOf(HKEY hive, const std::wstring& path, const std::wstring& nam
   return "";
 }
 
-std::string LowerCase(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-  return text;
-}
-
-bool NamesOneOf(const std::string& text, const std::vector<std::string>& file_names) {
-  return std::any_of(file_names.begin(), file_names.end(), [&](const std::string& name) {
-    return LowerCase(text).find('\\' + LowerCase(name)) != std::string::npos;
-  });
+/// The file of a value such as `/R "C:\Folder\File.xll"`: what is quoted, else all of it.
+std::filesystem::path FileOfOpenValue(const std::wstring& text) {
+  const std::size_t first = text.find(L'"');
+  if (first == std::wstring::npos) return text;
+  return text.substr(first + 1, text.find(L'"', first + 1) - first - 1);
 }
 
 BOOL CALLBACK AddLanguage(HMODULE, LPCWSTR, LPCWSTR, WORD language, LONG_PTR names) {
@@ -182,19 +177,27 @@ LogPlace FindLog() {
   return place;
 }
 
-std::vector<ExcelEntry> ExcelEntries(const std::vector<std::string>& file_names) {
+bool SamePath(const std::filesystem::path& a, const std::filesystem::path& b) {
+  const std::wstring first = a.lexically_normal().make_preferred();
+  const std::wstring second = b.lexically_normal().make_preferred();
+  return CompareStringOrdinal(first.c_str(), -1, second.c_str(), -1, TRUE) == CSTR_EQUAL;
+}
+
+std::vector<ExcelEntry> ExcelEntries(const std::filesystem::path& file_name) {
   std::vector<ExcelEntry> entries;
   for (const std::wstring version : {L"14.0", L"15.0", L"16.0"}) {
     const std::wstring excel = L"Software\\Microsoft\\Office\\" + version + L"\\Excel\\";
     const Key options(HKEY_CURRENT_USER, excel + L"Options");
     for (const RegistryText& value : TextValues(options)) {
-      if (value.name.starts_with(L"OPEN") && NamesOneOf(Utf8(value.text), file_names))
-        entries.push_back({Utf8(version), Utf8(value.name), Utf8(value.text)});
+      const std::filesystem::path file = FileOfOpenValue(value.text);
+      if (value.name.starts_with(L"OPEN") && SamePath(file.filename(), file_name))
+        entries.push_back({Utf8(version), Utf8(value.name), Utf8(value.text), file});
     }
     const Key manager(HKEY_CURRENT_USER, excel + L"Add-in Manager");
     for (const RegistryText& value : TextValues(manager)) {
-      if (NamesOneOf(Utf8(value.name), file_names))
-        entries.push_back({Utf8(version), "", Utf8(value.name)});
+      const std::filesystem::path file = value.name;
+      if (SamePath(file.filename(), file_name))
+        entries.push_back({Utf8(version), "", Utf8(value.name), file});
     }
   }
   return entries;

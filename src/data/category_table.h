@@ -10,8 +10,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "platform/block_pool.h"
 #include "data/cell_columns.h"
+#include "platform/block_pool.h"
 
 namespace zavrel {
 

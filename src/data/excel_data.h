@@ -8,13 +8,13 @@
 #include <span>
 #include <string>
 
-#include "platform/block_pool.h"
 #include "data/category_table.h"
 #include "data/cell_columns.h"
 #include "data/cell_layout.h"
 #include "data/missing_data_policy.h"
 #include "data/statistic_cache.h"
 #include "excel/xxloper.h"
+#include "platform/block_pool.h"
 #include "stats/is_discrete.h"
 
 namespace zavrel {

@@ -3,8 +3,8 @@
 #include <new>
 #include <utility>
 
-#include "platform/block_pool.h"
 #include "data/excel_data.h"
+#include "platform/block_pool.h"
 
 namespace zavrel {
 

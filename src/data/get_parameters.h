@@ -10,10 +10,10 @@
 #include <variant>
 #include <vector>
 
-#include "platform/block_pool.h"
 #include "data/dataset_parm.h"
 #include "excel/scalar_argument.h"
 #include "excel/xxloper.h"
+#include "platform/block_pool.h"
 
 namespace zavrel {
 

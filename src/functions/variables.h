@@ -6,9 +6,9 @@
 #include <span>
 #include <vector>
 
-#include "platform/block_pool.h"
 #include "data/excel_data.h"
 #include "matrix/association.h"
+#include "platform/block_pool.h"
 
 namespace zavrel {
 

@@ -5,11 +5,11 @@
 #include <new>
 #include <string>
 
-#include "platform/block_pool.h"
 #include "data/category_table.h"
 #include "data/data_argument.h"
 #include "data/excel_data_cache.h"
 #include "data/fake_excel.h"
+#include "platform/block_pool.h"
 #include "platform/utf.h"
 
 namespace {

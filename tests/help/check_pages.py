@@ -33,8 +33,7 @@ def completeness():
 def arguments():
     """In every language a page has a summary, and names and explains as many arguments as are registered."""
     for language in languages.NAMES:
-        for name, english in pages.function_pages().items():
-            page = pages.function_pages(language).get(name, english)
+        for name, page in pages.pages_in(language).items():
             where = f"{name} ({language})"
             if not page.summary(language):
                 yield f"{where}: no summary"
@@ -50,15 +49,41 @@ def arguments():
                 yield f"{where}: the arguments do not end in ..."
 
 
+def own_headers(page):
+    return {key for key in ("title", "summary", "syntax") if page.header.get(key)}
+
+
+def references(page):
+    """The functions, topics and error values that the texts of a page name."""
+    text = repr([block.content for block in page.texts])
+    return {code or topic for code, topic in re.findall(r"`(#[A-Z/0!]+|Zav\w+)`|\]\(([a-z-]+)\)", text)}
+
+
 def translations():
-    """A page that takes its texts not from the registration has a translation, and no other page has one."""
+    """Each page has a translation, with a text for each text of its own, that names the same functions, topics
+    and errors; there is none without a page."""
+    english = pages.function_pages() | pages.topics()
     for language in languages.NAMES:
         if language == "en":
             continue
-        own = {name for name, page in pages.function_pages().items()
-               if page.header.get("summary") or page.header.get("syntax") or page.argument_list}
-        for name in sorted(own ^ set(pages.function_pages(language))):
-            yield f"{name}: {'no' if name in own else 'a needless'} page in help/{language}"
+        needed = {name: page for name, page in english.items() if own_headers(page) or page.argument_list or page.texts}
+        folder = pages.HELP / language
+        written = {file.stem for file in [*folder.glob("*.md"), *folder.glob("topics/*.md")]}
+        for name in sorted(set(needed) ^ written):
+            yield f"{name}: {'no' if name in needed else 'a needless'} page in help/{language}"
+        for name, own in (pages.function_pages(language) | pages.topics(language)).items():
+            where = f"help/{language}, {name}"
+            page = english[name]
+            if own_headers(own) != own_headers(page) or bool(own.argument_list) != bool(page.argument_list):
+                yield f"{where}: other headers or arguments than the English page: {own_headers(own)}"
+            if len(own.texts) != len(own.blocks):
+                yield f"{where}: a heading, an example or a formula without words"
+            if not pages.same_form(page, own):
+                yield f"{where}: other paragraphs, lists or tables than the English page"
+            in_excel = languages.named(language).excel["names"]
+            found, expected = references(own), {in_excel.get(name, name) for name in references(page)}
+            if found != expected:
+                yield f"{where}: names {sorted(found)}, not {sorted(expected)}"
 
 
 def links():
@@ -91,6 +116,10 @@ def examples():
 def excel_and_headings():
     """Every language has all headings, all titles and a name for each of Excel's functions in the examples."""
     headings = set(languages.named("en").words)
+    for page in [*pages.function_pages().values(), *pages.topics().values()]:
+        for block in page.blocks:
+            if block.kind == "heading" and block.content not in languages.named("en").words.values():
+                yield f"{page.name}: the heading {block.content} has no translation"
     groups = {title for title, _ in pages.contents()}
     used = set().union(*(languages.functions_in(example.formula) for page in pages.function_pages().values()
                          for example in page.examples)) - set(pages.function_pages())

@@ -50,8 +50,8 @@ Record ReadAt(HMODULE module, DWORD address) {
 TEST_CASE("the library gives the texts of the files in each language, and nothing for other ids") {
   const Module library = Load();
   REQUIRE(library.get() != nullptr);
-  for (const char* name : {"en", "de"}) {
-    const TextFile file(name);
+  for (const TextFile& file : TextFiles()) {
+    CAPTURE(file.name);
     for (std::uint32_t id = 0; id < 3000; ++id) {
       CAPTURE(id);
       CHECK((ReadString(library.get(), file.language_id, id) == file.Text(id)));

@@ -1,21 +1,30 @@
 #ifndef _WIN32
 #include <doctest/doctest.h>
 
+#include <map>
+#include <utility>
+
 #include "companions/messages/message_table.h"
 #include "messages/text_files.h"
 
 TEST_CASE("the table holds the texts of the files, ordered by language and id") {
-  const TextFile german("de");
-  const TextFile english("en");
+  std::map<std::pair<std::uint32_t, std::uint32_t>, std::u16string> expected;
+  for (const TextFile& file : TextFiles()) {
+    for (const auto& [id, text] : file.utf8) {
+      CAPTURE(file.name);
+      CAPTURE(id);
+      CHECK(expected.emplace(std::pair(file.language_id, id), file.Text(id)).second);
+    }
+  }
   const auto messages = zavrel::messages::Messages();
-  REQUIRE(messages.size() == german.utf8.size() + english.utf8.size());
-  for (std::size_t i = 0; i < messages.size(); ++i) {
-    const auto& message = messages[i];
+  REQUIRE(messages.size() == expected.size());
+  auto next = expected.begin();
+  for (const auto& message : messages) {
+    CAPTURE(message.language);
     CAPTURE(message.id);
-    const bool is_german = i < german.utf8.size();
-    CHECK(message.language == (is_german ? german : english).language_id);
-    CHECK((message.text == (is_german ? german : english).Text(message.id)));
-    if (i > 0 && i != german.utf8.size()) CHECK(messages[i - 1].id < message.id);
+    CHECK(std::pair<std::uint32_t, std::uint32_t>(message.language, message.id) == next->first);
+    CHECK((message.text == next->second));
+    ++next;
   }
 }
 #endif

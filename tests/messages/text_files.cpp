@@ -1,10 +1,19 @@
 #include "messages/text_files.h"
 
+#include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <stdexcept>
+#include <utility>
 
-TextFile::TextFile(const std::string& name) {
-  std::ifstream file(ZAVREL_SOURCE_DIR "/companions/messages/texts/" + name + ".txt");
+namespace {
+
+constexpr char kFolder[] = ZAVREL_SOURCE_DIR "/companions/messages/texts/";
+
+}  // namespace
+
+TextFile::TextFile(const std::string& language) : name(language) {
+  std::ifstream file(kFolder + name + ".txt");
   for (std::string line; std::getline(file, line);) {
     if (line.empty() || line[0] == '#') continue;
     const std::size_t equals = line.find(" = ");
@@ -38,4 +47,18 @@ std::u16string TextFile::Text(std::uint32_t id) const {
     if (following == 0) wide += static_cast<char16_t>(code);
   }
   return wide;
+}
+
+const std::vector<TextFile>& TextFiles() {
+  static const std::vector<TextFile> files = [] {
+    std::vector<TextFile> found;
+    for (const auto& entry : std::filesystem::directory_iterator(kFolder)) {
+      if (entry.path().extension() == ".txt") found.emplace_back(entry.path().stem().string());
+    }
+    std::sort(found.begin(), found.end(), [](const TextFile& a, const TextFile& b) {
+      return std::pair(a.name != "en", a.name) < std::pair(b.name != "en", b.name);
+    });
+    return found;
+  }();
+  return files;
 }

@@ -2,13 +2,22 @@
 # package_test.sh SOURCE OUT SCRATCH: packs what ships twice, signed; installs it under Wine in a prefix of
 # its own beside other add-ins, over an older version, and takes it away again.
 set -euo pipefail
-source=$1 out=$2 scratch=$3
+source=$1 scratch=$3 out=$3/out
 failures=0
 check() { if ! eval "$2"; then printf 'FAILED: %s\n' "$1" >&2; failures=$((failures + 1)); fi; }
 
-rm -rf "$scratch/first" "$scratch/second" "$scratch/old"
+rm -rf "$scratch/first" "$scratch/second" "$scratch/old" "$out"
 mkdir -p "$scratch"
+cp -r "$2" "$out"
 cd "$scratch"
+
+# What a package holds beside the build: the help, compiled where the tools are.
+compiled=()
+if command -v chmcmd >/dev/null && command -v 7z >/dev/null; then compiled=(compiled); fi
+rm -rf "$out/help"
+"$source/help/build_help.py" html "$out/help"
+for what in intellisense "${compiled[@]}"; do "$source/help/build_help.py" "$what" "$out" >/dev/null; done
+
 openssl req -x509 -newkey rsa:2048 -nodes -days 30 -subj '/CN=Zavrel Functions test' \
   -addext extendedKeyUsage=codeSigning -addext keyUsage=digitalSignature -keyout key.pem -out certificate.pem 2>/dev/null
 
@@ -24,12 +33,22 @@ check "the installer has the same bytes again" 'cmp first/$setup second/$setup'
 check "everything that the build made is in the zip" '
   diff <(cd "$out" && find . -type f | sed s/^..// | sort) \
        <(unzip -Z1 first/$zip | sed "s/^$name.//" | grep -vE "^(docs|examples)/|^[A-Z]+.html$" | sort)'
-check "documents link to pages that are there" '
-  (cd $stage && find . -name "*.html" -path "./docs/*" -o -name "*.html" -maxdepth 1 | while read -r page; do
-    grep -oE "(href|src)=\"[^\"#:]+" "$page" | cut -d\" -f2 | while read -r link; do
+help_files() {
+  local language=$1 folder=$2
+  echo "help/$language/index.html" "help/$language/ZavMean.html" "${folder}ZavrelFuncs8_x64.xll.intellisense.xml"
+  if [ ${#compiled[@]} -gt 0 ]; then echo "$folder$3"; fi
+}
+for file in $(help_files en "" ZavrelFuncs8_x64.chm) $(help_files de help/de/ ZavrelFuncs8_x64.de.chm); do
+  check "the package holds $file" '[ -s "$stage/$file" ]'
+done
+check "a companion that a user saves beside the add-in has no path of ours" '
+  [ -f "$stage/macro/ZavrelCompanion.xlam" ] && [ ! -e "$stage/ZavrelCompanion.xlam" ]'
+check "documents link to pages and pictures that are there" '
+  (cd $stage && find . -name "*.html" -not -path "./help/*" | while read -r page; do
+    { grep -oE "(href|src)=\"[^\"#:]+" "$page" || true; } | cut -d\" -f2 | while read -r link; do
       [ -e "$(dirname "$page")/$link" ] || [[ $link = *.cpp || $link = *.h ]] || echo "$page: $link"
     done
-  done | tee /dev/stderr | wc -l | grep -qx 0)'
+  done | tee -a /dev/stderr | wc -l | grep -qx 0)'
 find "$stage" -iname "*.xll" -o -iname "*.dll" -o -iname "*.exe" >signed.txt
 echo "$scratch/first/$setup" >>signed.txt
 while read -r file; do
@@ -48,6 +67,7 @@ trap '"$source/cmake/wine-run" --down || true' EXIT
 user=$(cd "$WINEPREFIX/drive_c/users" && ls -d "${USER:-root}" 2>/dev/null || ls "$WINEPREFIX/drive_c/users" | grep -v Public | head -1)
 folder="$WINEPREFIX/drive_c/users/$user/AppData/Local/Programs/Zavrel Functions"
 add_in_path="C:\\\\users\\\\$user\\\\AppData\\\\Local\\\\Programs\\\\Zavrel Functions\\\\ZavrelFuncs8_x64.xll"
+own_companion=${add_in_path%ZavrelFuncs8_x64.xll}ZavrelCompanion.xlam
 excel='HKCU\Software\Microsoft\Office\16.0\Excel'
 
 # What the registry holds where an installer writes, as text.
@@ -66,10 +86,11 @@ uninstall() {
   while [ -e "$folder/Uninstall.exe" ] && [ $tenths -lt 300 ]; do sleep 0.1; tenths=$((tenths + 1)); done
 }
 
-# Other add-ins, with a gap among them, and one whose path only begins like ours.
+# Other add-ins, with a gap among them, one whose path only ends like ours, and a companion of the user's own.
 wine reg add "$excel\\Options" /v OPEN /d '/R "C:\Other\first.xll"' /f >/dev/null
 wine reg add "$excel\\Options" /v OPEN1 /d '"C:\Other\second.xlam"' /f >/dev/null
 wine reg add "$excel\\Options" /v OPEN3 /d '/R "C:\Other\ZavrelFuncs8_x64.xll"' /f >/dev/null
+wine reg add "$excel\\Options" /v OPEN4 /d "\"${own_companion//\\\\/\\}\"" /f >/dev/null
 wine reg add "$excel\\Add-in Manager" /v 'C:\Other\unticked.xlam' /d '' /f >/dev/null
 wine reg add 'HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\Other' /v DisplayName /d Other /f >/dev/null
 registry >before.txt
@@ -82,19 +103,20 @@ wine old/zavrel-setup.exe /S
 check "the older version is there" '[ -f "$folder/no longer/there.txt" ]'
 registry >old.txt
 check "the free value is taken" 'open_values old.txt | grep -qF "\"OPEN2\"=\"/R \\\"$add_in_path\\\"\""'
-check "and no other" '[ $(open_values old.txt | wc -l) = 4 ]'
+check "and no other" '[ $(open_values old.txt | wc -l) = 5 ]'
 
-echo mine >"$folder/notes of mine.txt"
+for file in "notes of mine.txt" ZavrelCompanion.xlam; do echo mine >"$folder/$file"; done
 wine "first/$setup" /S
 check "the new version replaces all of the old one and keeps what is not its own" '
-  { diff -r "$stage" "$folder" || true; } | sort | diff - <(printf "Only in %s: %s\n" "$folder" Uninstall.exe "$folder" "notes of mine.txt" | sort)'
+  { diff -r "$stage" "$folder" || true; } | sort | diff - <(printf "Only in %s: %s\n" "$folder" Uninstall.exe "$folder" "notes of mine.txt" "$folder" ZavrelCompanion.xlam | sort)'
 registry >new.txt
 check "upgrading leaves the add-in where it was" 'diff <(open_values old.txt) <(open_values new.txt)'
 check "Windows lists the new version" 'grep -q "DisplayVersion.*${name#ZavrelFunctions-}" new.txt'
 check "the uninstaller is signed" 'osslsigncode verify -CAfile certificate.pem -in "$folder/Uninstall.exe" >/dev/null 2>&1'
 check "the installed add-in works" '[ "$(wine "$folder/ZavHost.exe" eval "=ZavMean(1,2,3)+ZavNormal(0,1,\"xtop\",0)" | tr -d "\r")" = 2.5 ]'
-check "the doctor finds it sound, and in Excel's list" '
-  wine "$folder/ZavHost.exe" doctor >doctor.txt && grep -qE "^  ok .*OPEN2 = /R" doctor.txt'
+check "the doctor finds it sound, and in Excel's list with the user's own companion" '
+  wine "$folder/ZavHost.exe" doctor >doctor.txt && grep -qE "^  ok .*OPEN2 = /R" doctor.txt &&
+  grep -qE "^  ok .*OPEN4 = .*ZavrelCompanion" doctor.txt'
 
 # A program that has the add-in open, as Excel has.
 touch "$scratch/in use"
@@ -111,12 +133,13 @@ wine reg delete "$excel\\Options" /v OPEN2 /f >/dev/null
 wine reg add "$excel\\Add-in Manager" /v "${add_in_path//\\\\/\\}" /d '' /f >/dev/null
 wine "first/$setup" /S
 registry >unticked.txt
-check "an unticked add-in stays unticked" '[ $(open_values unticked.txt | wc -l) = 3 ]'
+check "an unticked add-in stays unticked" '[ $(open_values unticked.txt | wc -l) = 4 ]'
 uninstall /S
 registry >after.txt
 check "uninstalled, the registry is as before" 'diff before.txt after.txt'
-check "and so are the files" '[ "$(find "$folder" -type f)" = "$folder/notes of mine.txt" ]'
-rm "$folder/notes of mine.txt"; rmdir "$folder"
+check "and so are the files, a companion of the user's among them" '
+  [ "$(cd "$folder" && cat * && ls)" = "$(printf "mine\nmine\nZavrelCompanion.xlam\nnotes of mine.txt")" ]'
+rm -r "$folder"
 
 # --- Another folder, with blanks and umlauts, and no key of Excel's ---
 
@@ -127,13 +150,26 @@ folder="$WINEPREFIX/drive_c/Über uns/Zavrel"
 wine "first/$setup" /S /COMPANION '/D=C:\Über' 'uns\Zavrel'
 registry >elsewhere.txt
 check "the add-in is the first of all" 'open_values elsewhere.txt | grep -q "^\"OPEN\"=.*Zavrel.*ZavrelFuncs8_x64[.]xll"'
-check "and the companion the second" 'open_values elsewhere.txt | grep -q "^\"OPEN1\"=\"..C:.*Zavrel.*ZavrelCompanion[.]xlam..\"$"'
+check "and the companion the second" 'open_values elsewhere.txt | grep -q "^\"OPEN1\"=\"..C:.*Zavrel..macro..ZavrelCompanion[.]xlam..\"$"'
 check "the add-in works there" '[ "$(wine "$folder/ZavHost.exe" eval "=ZavSum(1,2)" | tr -d "\r")" = 3 ]'
+
+# Moved by an upgrade: what was ticked is ticked there, what was unticked is not.
+wine reg delete "$excel\\Options" /v OPEN /f >/dev/null
+wine reg add "$excel\\Add-in Manager" /v 'C:\Über uns\Zavrel\ZavrelFuncs8_x64.xll' /d '' /f >/dev/null
+wine "first/$setup" /S '/D=C:\Moved'
+registry >moved.txt
+check "the old folder is gone" '[ ! -e "$folder" ]'
+folder="$WINEPREFIX/drive_c/Moved"
+check "the companion is ticked in the new folder" '
+  [ "$(open_values moved.txt)" = "\"OPEN\"=\"\\\"C:\\\\Moved\\\\macro\\\\ZavrelCompanion.xlam\\\"\"" ]'
+check "the add-in is unticked there" '
+  [ "$(grep -F .xll moved.txt | tr -d "\r")" = "\"C:\\\\Moved\\\\ZavrelFuncs8_x64.xll\"=\"\"" ]'
+wine reg delete "$excel\\Add-in Manager" /f >/dev/null # a key of Excel's that it leaves
 uninstall /S
 check "nothing is left of it" '[ ! -e "$folder" ] && ! wine reg query "HKCU\\Software\\Microsoft\\Office" >/dev/null 2>&1'
 
 "$source/cmake/wine-run" --down || true
 trap - EXIT
-rm -rf first second old wine wine.lock
+rm -rf out first second old wine wine.lock
 [ "$failures" = 0 ] && echo "packed, signed, installed, upgraded and uninstalled"
 exit $((failures > 0))
