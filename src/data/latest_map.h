@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <list>
+#include <type_traits>
 #include <unordered_map>
 #include <utility>
 
@@ -16,47 +17,67 @@ class LatestMap {
   /// Enters the value as the latest, in the place of one that the key had; the oldest entry goes
   /// when there are too many. Nothing changes when memory runs out.
   void Put(const Key& key, Value value) {
-    entries_.emplace_front(key, std::move(value));
-    try {
-      const auto [place, is_new] = places_.try_emplace(key, entries_.begin());
-      if (!is_new) entries_.erase(std::exchange(place->second, entries_.begin()));
-    } catch (...) {
-      entries_.pop_front();
-      throw;
+    const auto [place, is_new] = entries_.try_emplace(key);
+    Entry& entry = place->second;
+    if (is_new) {
+      try {
+        latest_.push_front(&place->first);
+      } catch (...) {
+        entries_.erase(place);
+        throw;
+      }
+      entry.turn = latest_.begin();
+    } else {
+      Refresh(entry);
     }
-    if (entries_.size() > most_) {
-      places_.erase(places_.find(entries_.back().first));
-      entries_.pop_back();
-    }
+    entry.value = std::move(value);
+    if (entries_.size() > most_) Remove(entries_.find(*latest_.back()));
   }
 
-  /// Null when the key has no entry. The value lives until the map changes.
+  /// Null when the key has no entry. The value lives until it is replaced or goes.
   const Value* Find(const Key& key) const {
-    const auto place = places_.find(key);
-    return place == places_.end() ? nullptr : &place->second->second;
+    const auto place = entries_.find(key);
+    return place == entries_.end() ? nullptr : &place->second.value;
+  }
+  /// The same; an entry that is found becomes the latest.
+  const Value* Use(const Key& key) {
+    const auto place = entries_.find(key);
+    if (place == entries_.end()) return nullptr;
+    Refresh(place->second);
+    return &place->second.value;
   }
 
   void Remove(const Key& key) {
-    const auto place = places_.find(key);
-    if (place == places_.end()) return;
-    const auto entry = place->second;
-    places_.erase(place);
-    entries_.erase(entry);
+    const auto place = entries_.find(key);
+    if (place != entries_.end()) Remove(place);
   }
 
   void Clear() noexcept {
-    places_.clear();
     entries_.clear();
+    latest_.clear();
   }
 
   std::size_t size() const { return entries_.size(); }
 
  private:
-  using Entries = std::list<std::pair<Key, Value>>;  // latest first
+  static_assert(std::is_nothrow_move_assignable_v<Value>);
+
+  using Latest = std::list<const Key*>;  // latest first; the keys stand in the map
+  struct Entry {
+    Value value{};
+    typename Latest::iterator turn;
+  };
+  using Entries = std::unordered_map<Key, Entry>;
+
+  void Refresh(Entry& entry) noexcept { latest_.splice(latest_.begin(), latest_, entry.turn); }
+  void Remove(typename Entries::iterator place) noexcept {
+    latest_.erase(place->second.turn);
+    entries_.erase(place);
+  }
 
   std::size_t most_;
   Entries entries_;
-  std::unordered_map<Key, typename Entries::iterator> places_;
+  Latest latest_;
 };
 
 }  // namespace zavrel

@@ -25,15 +25,15 @@ struct RankSumRecord {
 /// thread only.
 class RankSumRecords {
  public:
-  /// So many are kept; the oldest go first.
+  /// So many are kept; those go first that were used longest ago.
   static constexpr std::size_t kMost = 4096;
 
   /// The serials of the data sets; a test of one sample has 0 in the second place.
   using Serials = std::array<std::uint64_t, 2>;
 
   /// Null when there is none for these data sets. It lives until the next change.
-  const RankSumRecord* Find(const std::string& key, const Serials& serials) const {
-    const Entry* entry = entries_.Find(key);
+  const RankSumRecord* Find(const std::string& key, const Serials& serials) {
+    const Entry* entry = entries_.Use(key);
     return entry != nullptr && entry->serials == serials ? &entry->record : nullptr;
   }
   void Put(const std::string& key, const Serials& serials, const RankSumRecord& record) {

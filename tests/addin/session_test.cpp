@@ -260,11 +260,13 @@ TEST_CASE("ranks are kept for their data sets alone, and go under memory pressur
   load = kClearMemoryLoad;
   session->KeepUpCaches(UpkeepMode::kAfterCall);
   CHECK(records.size() == 0);
-  for (std::uint64_t i = 0; i < RankSumRecords::kMost + 10; ++i)
+  for (std::uint64_t i = 0; i < RankSumRecords::kMost + 10; ++i) {
     records.Put(std::to_string(i), {i, 0}, {});
+    CHECK((records.Find("3", {3, 0}) != nullptr) == (i >= 3));  // used again and again
+  }
   CHECK(records.size() == RankSumRecords::kMost);
-  CHECK(records.Find("9", {9, 0}) == nullptr);
-  CHECK(records.Find("10", {10, 0}) != nullptr);
+  CHECK(records.Find("10", {10, 0}) == nullptr);
+  CHECK(records.Find("11", {11, 0}) != nullptr);
 }
 
 }  // namespace zavrel::tests

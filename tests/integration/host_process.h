@@ -31,15 +31,14 @@ inline HANDLE OpenForChild(const std::filesystem::path& file) {
                      nullptr);
 }
 
-/// Runs the ZavHost of a folder (what ships, unless another is given) with these arguments, quoted
-/// as a shell would; at most `seconds`.
-inline Outcome ZavHost(const std::wstring& arguments, DWORD seconds = 60,
-                       const std::filesystem::path& folder = AddInFile().parent_path()) {
+/// Runs a program with these arguments, quoted as a shell would; at most `seconds`.
+inline Outcome RunProgram(const std::filesystem::path& program, const std::wstring& arguments,
+                          DWORD seconds = 60) {
   const std::filesystem::path output = ScratchFolder() / "stdout.txt";
   const std::filesystem::path errors = ScratchFolder() / "stderr.txt";
   const HANDLE output_handle = OpenForChild(output);
   const HANDLE error_handle = OpenForChild(errors);
-  std::wstring line = L"\"" + (folder / "ZavHost.exe").wstring() + L"\" " + arguments;
+  std::wstring line = L"\"" + program.wstring() + L"\" " + arguments;
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
   startup.dwFlags = STARTF_USESTDHANDLES;
@@ -62,6 +61,12 @@ inline Outcome ZavHost(const std::wstring& arguments, DWORD seconds = 60,
   outcome.output = ReadAll(output);
   outcome.errors = ReadAll(errors);
   return outcome;
+}
+
+/// Runs the ZavHost of a folder: what ships, unless another is given.
+inline Outcome ZavHost(const std::wstring& arguments, DWORD seconds = 60,
+                       const std::filesystem::path& folder = AddInFile().parent_path()) {
+  return RunProgram(folder / "ZavHost.exe", arguments, seconds);
 }
 
 }  // namespace zavrel::tests
