@@ -21,7 +21,7 @@ std::size_t UnitWidth(char16_t unit) {
 }
 
 std::string OneLine(const std::string& given, std::size_t limit) {
-  const std::string text = PrintableUtf8(FromUtf8(given));
+  std::string text = PrintableUtf8(FromUtf8(given));
   const std::u16string units = FromUtf8(text);
   std::size_t width = 0;
   for (std::size_t i = 0; i < units.size(); ++i) {

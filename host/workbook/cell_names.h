@@ -15,7 +15,8 @@ inline constexpr std::int32_t kSheetColumns = 16'384;
 struct CellPosition {
   std::int32_t row = 0;
   std::int32_t column = 0;
-  auto operator<=>(const CellPosition&) const = default;  // by row, then column
+  auto operator<=>(const CellPosition&) const =
+      default;  // by row, then column; NOLINT(modernize-use-nullptr)
 };
 
 /// The cell that "B7" or "$B$7" names, in any letter case; nothing when the text is no such name or

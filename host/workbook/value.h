@@ -92,7 +92,7 @@ struct CellAddress {
   std::uint32_t sheet = 0;
   std::int32_t row = 0;
   std::int32_t column = 0;
-  auto operator<=>(const CellAddress&) const = default;
+  auto operator<=>(const CellAddress&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
 /// A reference: one or more areas, all on one sheet (Excel's references span no more than that).

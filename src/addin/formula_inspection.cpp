@@ -14,7 +14,7 @@ namespace {
 /// Whether a function's token ("ZavMean(", "_xll.zavmean(", "'C:\x.xll'!ZavMean(") is the
 /// library's.
 bool IsOwnFunction(std::u16string_view token) {
-  if (const auto prefix = token.find_last_of(u"!"); prefix != std::u16string_view::npos) {
+  if (const auto prefix = token.find_last_of(u'!'); prefix != std::u16string_view::npos) {
     token.remove_prefix(prefix + 1);
   }
   const auto begins = [&](std::u16string_view with) {

@@ -21,7 +21,7 @@ constexpr std::u16string_view kHandleStart = u"\u0001\u0002";
 /// Another formula will use the reference, which has to say then that it stands on this sheet. Some
 /// hosts put it in where they make the other kind of reference of it, others only tell its name.
 ExcelResult CallingSheet(const XXloper& reference, std::optional<std::uint64_t>& sheet_id) {
-  const ExcelResult full = CoerceTo(reference, xltypeRef);
+  ExcelResult full = CoerceTo(reference, xltypeRef);
   if (const auto view = ReferenceView::Of(full.value.record())) sheet_id = view->sheet_id();
   if (!sheet_id && !WantsReturn(full)) sheet_id = SheetIdOf(SheetNameOf(reference));
   return full;
