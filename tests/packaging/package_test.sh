@@ -1,12 +1,15 @@
 #!/usr/bin/env bash
 # package_test.sh SOURCE OUT SCRATCH: packs what ships twice, signed; installs it under Wine in a prefix of
 # its own beside other add-ins, over an older version, and takes it away again.
-set -euo pipefail
+set -Eeuo pipefail
+trap 'printf "stopped in line %s: %s\n" "$LINENO" "$BASH_COMMAND" >&2' ERR
 source=$1 scratch=$3 out=$3/out
 failures=0
 check() { if ! eval "$2"; then printf 'FAILED: %s\n' "$1" >&2; failures=$((failures + 1)); fi; }
 
-rm -rf "$scratch/first" "$scratch/second" "$scratch/old" "$out"
+# What a run that failed left to be looked at, its prefix included.
+if [ -d "$scratch/wine" ]; then ZAV_WINEPREFIX=$scratch/wine "$source/cmake/wine-run" --down || true; fi
+rm -rf "$scratch"
 mkdir -p "$scratch"
 cp -r "$2" "$out"
 cd "$scratch"
@@ -128,6 +131,11 @@ registry >in_use.txt
 check "an add-in in use is not replaced" '[ $status = 3 ] && [ -f "$folder/Uninstall.exe" ] && diff new.txt in_use.txt'
 check "and was in use all the time" '[ -e "$scratch/in use" ]'
 wait $!
+# Wine may close the program's files a moment after its end.
+for attempt in 1 2 3 4 5; do
+  if wine "first/$setup" /S; then break; fi
+  [ $attempt -lt 5 ] && sleep 1
+done
 
 # A user unticks it: it stays unticked when it is installed again, and goes with everything else.
 wine reg delete "$excel\\Options" /v OPEN2 /f >/dev/null
