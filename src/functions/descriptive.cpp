@@ -43,7 +43,8 @@ XXloper Describe(StatisticId id, Form form, Incomplete incomplete, Arguments arg
 
 double CachedMode(ExcelData& data, DiscreteSetting setting) {
   StatisticCache& cache = data.statistics();
-  const auto selector = static_cast<std::size_t>(static_cast<int>(setting) + 1);
+  const int from_zero = static_cast<int>(setting) + 1;
+  const auto selector = static_cast<std::size_t>(from_zero);
   constexpr auto kIndex = static_cast<std::size_t>(StatisticId::kMode);
   if (!cache.Has(false, selector, kIndex)) {
     if (setting == DiscreteSetting::kUnknown) setting = SettingOf(data.Discreteness().forMode);
