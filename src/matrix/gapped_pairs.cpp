@@ -7,7 +7,6 @@
 #include "matrix/matrix_parallel.h"
 #include "matrix/ranks.h"
 #include "platform/parallel.h"
-#include "stats/floating_point_scope.h"
 
 namespace zavrel {
 namespace {
@@ -53,7 +52,6 @@ class UnitSums {
       : unit_(unit), form_(form), kernels_(kernels) {}
 
   void CalculateInto(DoubleMatrix& matrix) {
-    const FloatingPointScope environment;
     EachBlock(kernels_.add_gapped_values);
     for (std::size_t p = 0; p < unit_.partners.size(); ++p) FindMeans(sums_[p]);
     EachBlock(kernels_.add_gapped_deviations);
@@ -62,7 +60,7 @@ class UnitSums {
         const Variable& x = unit_.group[lane];
         const Variable& y = unit_.partners[p];
         if (&x > &y) continue;
-        const double value = Settled(Value(x, y, sums_[p], lane));
+        const double value = Value(x, y, sums_[p], lane);
         matrix[x.place][y.place] = value;
         matrix[y.place][x.place] = value;
       }

@@ -16,8 +16,8 @@ struct PairForm {
 struct VariableSummary {
   double mean;
   double standard_deviation;
-  /// All values are equal. Their mean is not exactly that value, so it takes no deviations to know
-  /// that a covariance is 0.
+  /// All values are equal. Their mean may be rounded to another value, so a sum of products does
+  /// not say that a covariance is 0.
   bool is_constant = false;
 };
 

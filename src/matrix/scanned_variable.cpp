@@ -6,7 +6,6 @@
 #include "excel/error_double.h"
 #include "matrix/association_kernels.h"
 #include "matrix/matrix_parallel.h"
-#include "stats/floating_point_scope.h"
 
 namespace zavrel {
 namespace {
@@ -20,7 +19,6 @@ constexpr std::size_t kSummedTogether = 2 * kGroup;
 
 /// Sums some variables of one length, and tells which are moderate; one with gaps is not yet.
 void Sum(std::span<ScannedVariable* const> variables, const AssociationKernels& kernels) {
-  const FloatingPointScope environment;
   const double* columns[kSummedTogether];
   double sums[kSummedTogether];
   for (std::size_t c = 0; c < kSummedTogether; ++c)

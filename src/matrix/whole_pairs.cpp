@@ -1,11 +1,10 @@
 #include "matrix/whole_pairs.h"
-#include "matrix/matrix_parallel.h"
-#include "platform/parallel.h"
 
 #include <algorithm>
 #include <memory>
 #include <utility>
 
+#include "matrix/matrix_parallel.h"
 #include "stats/floating_point_scope.h"
 
 namespace zavrel {
@@ -96,7 +95,6 @@ class ModeratePairs {
   }
 
   void AddUp(const Part& part) {
-    const FloatingPointScope environment;
     for (std::size_t row = 0; row < variables_.rows(); row += block_rows_)
       AddBlock(part, row, std::min(block_rows_, variables_.rows() - row));
   }
