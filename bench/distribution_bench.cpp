@@ -11,11 +11,6 @@ namespace {
 
 using benchmark::State;
 
-void Calls(State& state, std::u16string_view formula) {
-  SecondsOf(RealEngine(), formula);
-  for (auto _ : state) benchmark::DoNotOptimize(RealEngine().Evaluate(formula, {0, 0, 5}));
-}
-
 void BareNormalCumulative(State& state) {
   const boost::math::normal_distribution<long double> normal;
   long double x = 1.3L;

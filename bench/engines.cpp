@@ -97,6 +97,11 @@ double SecondsOf(Engine& engine, std::u16string_view formula) {
   return time.count();
 }
 
+void Calls(benchmark::State& state, std::u16string_view formula) {
+  SecondsOf(RealEngine(), formula);
+  for (auto _ : state) benchmark::DoNotOptimize(RealEngine().Evaluate(formula, {0, 0, 5}));
+}
+
 void WarmMemory() {
   static const bool warm = [] {
     for (int i = 0; i < 80; ++i) SecondsOf(RealEngine(), u"ZavMean(" + NewRange(kNumbers) + u")");

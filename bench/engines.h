@@ -1,6 +1,8 @@
 #pragma once
 // Hosts with the floor add-in and with the real one, over the same cells.
 
+#include <benchmark/benchmark.h>
+
 #include <chrono>
 #include <cstdint>
 #include <string>
@@ -35,6 +37,9 @@ std::u16string OldRange(char16_t column);
 
 /// Seconds that a formula takes; its value must be a number.
 double SecondsOf(zavhost::Engine& engine, std::u16string_view formula);
+
+/// Evaluates a formula with the real add-in over and over.
+void Calls(benchmark::State& state, std::u16string_view formula);
 
 /// Calls on new ranges until the caches are full: from then on every data set stands in memory that
 /// an earlier one left.

@@ -15,11 +15,6 @@ namespace {
 
 using benchmark::State;
 
-void Calls(State& state, std::u16string_view formula) {
-  SecondsOf(RealEngine(), formula);
-  for (auto _ : state) benchmark::DoNotOptimize(RealEngine().Evaluate(formula, {0, 0, 5}));
-}
-
 // The least that the counts of rank sums up to the middle cost: n factors of a generating function.
 
 void CountRankSums(State& state) {

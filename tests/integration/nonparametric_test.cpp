@@ -8,6 +8,7 @@
 #include <string>
 
 #include "host/xlsx/xlsx_file.h"
+#include "integration/example_workbook.h"
 #include "integration/running_add_in.h"
 
 namespace zavrel::tests {
@@ -194,35 +195,18 @@ TEST_CASE("random numbers are uniform and new at every call") {
 }
 
 TEST_CASE("the example workbook of nonparametric tests gives what R gives") {
-  auto engine = ServingAddIn(zavhost::ReadXlsx(std::filesystem::path(ZAVREL_SOURCE_DIR) /
-                                               "examples" / "nonparametric.xlsx"));
-  const zavhost::RecalculationReport report = engine->Recalculate();
-  CHECK(report.warnings.empty());
-  CHECK(report.errors.empty());
-  const zavhost::Workbook& book = engine->workbook();
-  const auto at = [&](const std::string& sheet, const std::string& cell) {
-    return book.sheets[*book.FindSheet(zavhost::FromUtf8(sheet))].At(std::stoi(cell.substr(1)) - 1,
-                                                                     cell[0] - 'A');
-  };
-  std::ifstream file(std::filesystem::path(ZAVREL_TEST_DATA) / "nonparametric_reference.csv");
-  int compared = 0;
-  for (std::string sheet, cell, number; std::getline(file, sheet, ',') &&
-                                        std::getline(file, cell, ',') && std::getline(file, number);
-       ++compared) {
-    CAPTURE(sheet);
-    CAPTURE(cell);
-    const Value value = at(sheet, cell);
-    REQUIRE(value.number() != nullptr);
-    const double expected = std::stod(number);
-    CAPTURE(*value.number() - expected);
-    CHECK(std::abs(*value.number() - expected) <= 1e-12 * std::abs(expected));
-  }
+  ExampleWorkbook example("nonparametric.xlsx");
+  const int compared =
+      example.CompareWith("nonparametric_reference.csv", [](double number, double expected) {
+        CAPTURE(number - expected);
+        CHECK(std::abs(number - expected) <= 1e-12 * std::abs(expected));
+      });
   CHECK(compared == 50);
-  CHECK(at("Mann-Whitney", "B11") == Value(false));
-  CHECK(at("Kruskal-Wallis", "B16") == Value(u"too many arrangements"));
-  CHECK(at("Kruskal-Wallis", "B17") == Value(1.0));
-  CHECK(at("Kruskal-Wallis", "C17") == Value(2.0));
-  CloseClean(*engine);
+  CHECK(example.At("Mann-Whitney", "B11") == Value(false));
+  CHECK(example.At("Kruskal-Wallis", "B16") == Value(u"too many arrangements"));
+  CHECK(example.At("Kruskal-Wallis", "B17") == Value(1.0));
+  CHECK(example.At("Kruskal-Wallis", "C17") == Value(2.0));
+  CloseClean(example.engine());
 }
 
 }  // namespace zavrel::tests

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "host/xlsx/xlsx_file.h"
+#include "integration/example_workbook.h"
 #include "integration/running_add_in.h"
 
 namespace zavrel::tests {
@@ -165,34 +166,18 @@ TEST_CASE("pairs and transforms follow every edit") {
 }
 
 TEST_CASE("the example workbook of pairs and categories gives what R gives") {
-  auto engine = ServingAddIn(zavhost::ReadXlsx(std::filesystem::path(ZAVREL_SOURCE_DIR) /
-                                               "examples" / "sleep-and-looms.xlsx"));
-  const zavhost::RecalculationReport report = engine->Recalculate();
-  CHECK(report.warnings.empty());
-  CHECK(report.errors.empty());
-  const zavhost::Workbook& book = engine->workbook();
-  const auto at = [&](const std::string& sheet, const std::string& cell) {
-    return book.sheets[*book.FindSheet(zavhost::FromUtf8(sheet))].At(std::stoi(cell.substr(1)) - 1,
-                                                                     cell[0] - 'A');
-  };
-  std::ifstream file(std::filesystem::path(ZAVREL_TEST_DATA) / "sleep_and_looms_reference.csv");
-  int compared = 0;
-  for (std::string sheet, cell, number; std::getline(file, sheet, ',') &&
-                                        std::getline(file, cell, ',') && std::getline(file, number);
-       ++compared) {
-    CAPTURE(sheet);
-    CAPTURE(cell);
-    const Value value = at(sheet, cell);
-    REQUIRE(value.number() != nullptr);
-    CHECK(*value.number() == doctest::Approx(std::stod(number)).epsilon(1e-13));
-  }
+  ExampleWorkbook example("sleep-and-looms.xlsx");
+  const int compared =
+      example.CompareWith("sleep_and_looms_reference.csv", [](double number, double expected) {
+        CHECK(number == doctest::Approx(expected).epsilon(1e-13));
+      });
   CHECK(compared == 377);
-  CHECK(at("Paired", "B14") == Value(u"a patient gained nothing"));
-  CHECK(at("Categories", "A7") == Value(u"H"));
-  CHECK(at("Categories", "A9") == Value(u"M"));
-  CHECK(at("Categories", "A10") == Value(ErrorCode::kNA));
-  CHECK(at("Categories", "B16") == Value(true));
-  CloseClean(*engine);
+  CHECK(example.At("Paired", "B14") == Value(u"a patient gained nothing"));
+  CHECK(example.At("Categories", "A7") == Value(u"H"));
+  CHECK(example.At("Categories", "A9") == Value(u"M"));
+  CHECK(example.At("Categories", "A10") == Value(ErrorCode::kNA));
+  CHECK(example.At("Categories", "B16") == Value(true));
+  CloseClean(example.engine());
 }
 
 }  // namespace zavrel::tests
