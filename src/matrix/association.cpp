@@ -1,7 +1,9 @@
 #include "matrix/association.h"
 
 #include <algorithm>
+#include <cmath>
 #include <new>
+#include <optional>
 
 #include "excel/error_double.h"
 #include "matrix/association_kernels.h"
@@ -45,8 +47,8 @@ ObservationBits CompleteObservations(std::span<const ScannedVariable> variables,
 
 /// Leaves the complete observations, as far as the first variable goes. They are copied into
 /// `storage` unless that is all there are.
-void DeleteListwise(std::vector<ScannedVariable>& variables, const AssociationKernels& kernels,
-                    Columns& storage) {
+void DeleteListwise(std::vector<ScannedVariable>& variables, Looked looked,
+                    const AssociationKernels& kernels, Columns& storage) {
   if (std::none_of(variables.begin(), variables.end(),
                    [](const ScannedVariable& v) { return v.has_gaps(); }))
     return;
@@ -62,7 +64,7 @@ void DeleteListwise(std::vector<ScannedVariable>& variables, const AssociationKe
       if (IsSet(complete, row)) storage[c].data()[n++] = variables[c].values[row];
     }
   });
-  variables = Scan(ViewsOf(storage), kernels);
+  variables = Scan(ViewsOf(storage), looked, kernels);
 }
 
 Orders OrdersOf(std::span<const ScannedVariable> variables) {
@@ -96,11 +98,13 @@ void ReplaceByRanks(std::vector<ScannedVariable>& variables, const Orders& order
   ParallelCompute(whole.size(), [&](std::size_t w) {
     RankAllInto(orders[whole[w]].elements(), storage[w].elements());
   });
-  const std::vector<ScannedVariable> ranks = Scan(ViewsOf(storage), kernels);
+  const std::vector<ScannedVariable> ranks =
+      Scan(ViewsOf(storage), Looked::kWhereSumsAreUnusual, kernels);
   for (std::size_t w = 0; w < whole.size(); ++w) variables[whole[w]] = ranks[w];
 }
 
-void CalculateWholePairs(std::span<const ScannedVariable> variables, PairForm form,
+/// True when what was presumed of a variable that nobody looked at cannot be relied on.
+bool CalculateWholePairs(std::span<const ScannedVariable> variables, PairForm form,
                          const AssociationKernels& kernels, DoubleMatrix& matrix) {
   WholeVariables moderate;
   WholeVariables others;
@@ -110,9 +114,56 @@ void CalculateWholePairs(std::span<const ScannedVariable> variables, PairForm fo
     kind.variables.push_back(&variables[c]);
     kind.places.push_back(c);
   }
-  const std::vector<VariableSummary> summaries =
-      CalculateModeratePairs(moderate, form, kernels, matrix);
-  CalculateOtherPairs(moderate, summaries, others, form, matrix);
+  const ModeratePairs pairs = CalculateModeratePairs(moderate, form, kernels, matrix);
+  CalculateOtherPairs(moderate, pairs.summaries, others, form, matrix);
+  return pairs.left_normal_range;
+}
+
+/// Whether a variable that nobody looked at has values as large as a gap's marker.
+bool MayHideGaps(std::span<const ScannedVariable> variables, const Orders& orders) {
+  for (std::size_t c = 0; c < variables.size(); ++c) {
+    const std::span<const std::uint32_t> order = orders[c].elements();
+    if (variables[c].has_gaps() || !variables[c].is_moderate || order.empty()) continue;
+    if (variables[c].values[order.back() & ~kBeginsTie] >= kModerateLimit) return true;
+  }
+  return false;
+}
+
+struct Request {
+  PairForm form;
+  bool use_ranks;
+  bool listwise_deletion;
+  std::span<const VariableColumn> variables;
+};
+
+/// Nothing when one must look everywhere.
+std::optional<AssociationResult> Calculate(const Request& request, Looked looked,
+                                           const AssociationKernels& kernels) {
+  std::vector<ScannedVariable> scanned = Scan(request.variables, looked, kernels);
+  AssociationResult result;
+  result.error = request.listwise_deletion ? FirstErrorByRow(scanned) : FirstErrorByPair(scanned);
+  if (result.error) return result;
+  Columns complete;
+  if (request.listwise_deletion) DeleteListwise(scanned, looked, kernels, complete);
+
+  const PairForm form = request.form;
+  const std::size_t k = scanned.size();
+  result.matrix.assign(k, std::vector<double>(k, ConditionDouble(kConditionNoData)));
+  bool must_look = false;
+  if (request.use_ranks) {
+    const Orders orders = OrdersOf(scanned);
+    must_look = MayHideGaps(scanned, orders);
+    CalculateCompactedPairs(scanned, orders, false, form, result.matrix);
+    Columns ranks;
+    ReplaceByRanks(scanned, orders, kernels, ranks);
+    CalculateWholePairs(scanned, form, kernels, result.matrix);
+  } else {
+    must_look = CalculateWholePairs(scanned, form, kernels, result.matrix);
+    must_look |= CalculateModerateGappedPairs(scanned, form, kernels, result.matrix);
+    CalculateCompactedPairs(scanned, {}, true, form, result.matrix);
+  }
+  if (must_look && looked != Looked::kEverywhere) return std::nullopt;
+  return result;
 }
 
 }  // namespace
@@ -129,28 +180,10 @@ AssociationResult CalculateAssociationMatrix(bool is_correlation, bool use_ranks
                                              std::span<const VariableColumn> variables,
                                              const AssociationKernels& kernels) {
   const FloatingPointScope environment;
-  const PairForm form{is_correlation, sample_divisor};
-  std::vector<ScannedVariable> scanned = Scan(variables, kernels);
-  AssociationResult result;
-  result.error = listwise_deletion ? FirstErrorByRow(scanned) : FirstErrorByPair(scanned);
-  if (result.error) return result;
-  Columns complete;
-  if (listwise_deletion) DeleteListwise(scanned, kernels, complete);
-
-  const std::size_t k = variables.size();
-  result.matrix.assign(k, std::vector<double>(k, ConditionDouble(kConditionNoData)));
-  if (!use_ranks) {
-    CalculateWholePairs(scanned, form, kernels, result.matrix);
-    CalculateModerateGappedPairs(scanned, form, kernels, result.matrix);
-    CalculateCompactedPairs(scanned, {}, true, form, result.matrix);
-    return result;
-  }
-  const Orders orders = OrdersOf(scanned);
-  CalculateCompactedPairs(scanned, orders, false, form, result.matrix);
-  Columns ranks;
-  ReplaceByRanks(scanned, orders, kernels, ranks);
-  CalculateWholePairs(scanned, form, kernels, result.matrix);
-  return result;
+  const Request request{{is_correlation, sample_divisor}, use_ranks, listwise_deletion, variables};
+  auto result = Calculate(request, Looked::kWhereSumsAreUnusual, kernels);
+  if (!result) result = Calculate(request, Looked::kEverywhere, kernels);
+  return *std::move(result);
 }
 
 }  // namespace zavrel

@@ -107,19 +107,16 @@ class UnitSums {
                std::size_t lane) const {
     const auto n = static_cast<std::size_t>(sums.count[lane]);
     const VariableSummary of_x =
-        SummaryOf(*x.scanned, *y.scanned, n, sums.mean_x[lane], sums.s1_x[0][lane],
-                  sums.s1_x[1][lane], sums.s2_x[0][lane], sums.s2_x[1][lane]);
+        SummaryOf(*x.scanned, *y.scanned, n, sums.mean_x[lane], sums.s1_x[lane], sums.s2_x[lane]);
     const VariableSummary of_y =
-        SummaryOf(*y.scanned, *x.scanned, n, sums.mean_y[lane], sums.s1_y[0][lane],
-                  sums.s1_y[1][lane], sums.s2_y[0][lane], sums.s2_y[1][lane]);
+        SummaryOf(*y.scanned, *x.scanned, n, sums.mean_y[lane], sums.s1_y[lane], sums.s2_y[lane]);
     return PairValueFromSum(sums.products[lane], n, of_x, of_y, form_);
   }
 
   VariableSummary SummaryOf(const ScannedVariable& variable, const ScannedVariable& partner,
-                            std::size_t n, double mean, double s1_a, double s1_b, double s2_a,
-                            double s2_b) const {
+                            std::size_t n, double mean, double s1, double s2) const {
     if (IsConstantInPair(variable, partner)) return SummaryOfConstant(mean, n, form_);
-    return SummaryFromSums(mean, s1_a + s1_b, s2_a + s2_b, n, form_);
+    return SummaryFromSums(mean, s1, s2, n, form_);
   }
 
   const Unit& unit_;
@@ -157,11 +154,11 @@ std::vector<Unit> UnitsOf(std::span<const Variable> order) {
 
 }  // namespace
 
-void CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, PairForm form,
+bool CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, PairForm form,
                                   const AssociationKernels& kernels, DoubleMatrix& matrix) {
   const std::vector<Variable> order = WholeFirst(variables);
   const std::vector<Unit> units = UnitsOf(order);
-  ParallelCompute(units.size(), [&](std::size_t index) {
+  return ParallelCompute(units.size(), [&](std::size_t index) {
     UnitSums(units[index], form, kernels).CalculateInto(matrix);
   });
 }

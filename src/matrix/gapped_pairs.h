@@ -12,10 +12,10 @@
 
 namespace zavrel {
 
-/// Values of all pairs with gaps of the variables whose values are all below kModerateLimit.
-/// Nothing is copied but blocks that stay in the fastest cache: where an observation is missing, 0
-/// is added.
-void CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, PairForm form,
+/// Values of all pairs with gaps of the moderate variables. Nothing is copied but blocks that stay
+/// in the fastest cache: where an observation is missing, 0 is added. True when an operation
+/// overflowed or underflowed: some variable was not moderate, and the values mean nothing.
+bool CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, PairForm form,
                                   const AssociationKernels& kernels, DoubleMatrix& matrix);
 
 /// Values of the pairs with gaps whatever the values are, all or, with `immoderate_only`, those

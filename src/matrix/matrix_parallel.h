@@ -1,6 +1,7 @@
 #pragma once
 // Arithmetic in parallel.
 
+#include <atomic>
 #include <cstddef>
 
 #include "platform/parallel.h"
@@ -9,15 +10,18 @@
 namespace zavrel {
 
 /// ParallelFor whose body computes: on whatever thread a part of the work runs, it finds the
-/// environment that the kernels expect.
+/// environment that the kernels expect. True when an operation overflowed or underflowed.
 template <class Body>
-void ParallelCompute(std::size_t count, const Body& body) {
+bool ParallelCompute(std::size_t count, const Body& body) {
+  std::atomic<bool> left_normal_range{false};
   ParallelFor(count, [&](std::size_t index) {
     const FloatingPointScope environment;
     body(index);
     // What the body stored is computed before the scope ends.
     asm volatile("" : : : "memory");
+    if (environment.LeftNormalRange()) left_normal_range.store(true, std::memory_order_relaxed);
   });
+  return left_normal_range.load(std::memory_order_relaxed);
 }
 
 }  // namespace zavrel

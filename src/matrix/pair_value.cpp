@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "excel/error_double.h"
 #include "stats/floating_point_scope.h"
@@ -47,7 +48,32 @@ bool HasValue(std::size_t n, const VariableSummary& x, const VariableSummary& y,
 
 }  // namespace
 
+/// Nothing where an operation overflows or underflows, or a value is not finite.
+static std::optional<VariableSummary> SummariseInOrder(std::span<const double> values,
+                                                       PairForm form) {
+  const FloatingPointScope environment;
+  double sum = 0;
+  for (const double x : values) sum += x;
+  const double mean = Settled(sum / static_cast<double>(values.size()));
+  double s1 = 0;
+  double s2 = 0;
+  const bool is_constant = IsConstant(values);
+  for (std::size_t t = 0; t < values.size() && !is_constant; ++t) {
+    const double d = values[t] - mean;
+    s1 += d;
+    s2 += d * d;
+  }
+  VariableSummary summary = SummaryFromSums(mean, s1, s2, values.size(), form);
+  summary.mean = Settled(summary.mean);
+  summary.standard_deviation = Settled(summary.standard_deviation);
+  summary.is_constant = is_constant;
+  if (environment.LeftNormalRange() || !std::isfinite(mean)) return std::nullopt;
+  return summary;
+}
+
 VariableSummary Summarise(std::span<const double> values, PairForm form) {
+  const std::optional<VariableSummary> in_order = SummariseInOrder(values, form);
+  if (in_order) return *in_order;
   const MomentBlock moments = ComputeMoments(values, form.sample_divisor);
   return {moments.mean, moments.standard_deviation, IsConstant(values)};
 }

@@ -11,8 +11,8 @@ struct PairForm {
   bool sample_divisor;
 };
 
-/// Mean and standard deviation, with the divisor of the pair's form, to the bit as ComputeMoments
-/// gives them.
+/// Mean and standard deviation, with the divisor of the pair's form. All sums run in observation
+/// order.
 struct VariableSummary {
   double mean;
   double standard_deviation;
@@ -23,6 +23,7 @@ struct VariableSummary {
 
 bool IsConstant(std::span<const double> values);
 
+/// When an operation overflows or underflows, or a value is not finite, as ComputeMoments.
 VariableSummary Summarise(std::span<const double> values, PairForm form);
 
 /// The same from the sums of d and d^2, d = x - mean. Nothing may have overflowed; the values are

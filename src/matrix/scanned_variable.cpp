@@ -15,21 +15,26 @@ bool IsModerate(double value) {
   return magnitude < kModerateLimit && (magnitude >= kModerateFloor || magnitude == 0);
 }
 
-constexpr std::size_t kSummedTogether = 2 * kGroup;
-
-/// Sums some variables of one length, and tells which are moderate; one with gaps is not yet.
+/// Sums some variables of one length, up to kMostSummed groups.
 void Sum(std::span<ScannedVariable* const> variables, const AssociationKernels& kernels) {
-  const double* columns[kSummedTogether];
-  double sums[kSummedTogether];
-  for (std::size_t c = 0; c < kSummedTogether; ++c)
+  const double* columns[kMostSummed * kGroup];
+  double sums[kMostSummed * kGroup];
+  const std::size_t groups = (variables.size() + kGroup - 1) / kGroup;
+  for (std::size_t c = 0; c < kMostSummed * kGroup; ++c)
     columns[c] = variables[std::min(c, variables.size() - 1)]->values.data();
-  const std::size_t groups = variables.size() > kGroup ? 2 : 1;
-  const bool all = kernels.sum_columns(columns, groups, variables[0]->values.size(), sums);
-  for (std::size_t c = 0; c < variables.size(); ++c) {
-    const VariableColumn values = variables[c]->values;
-    variables[c]->sum = sums[c];
-    variables[c]->is_moderate = all || std::all_of(values.begin(), values.end(), IsModerate);
-  }
+  kernels.sum_columns(columns, groups, variables[0]->values.size(), sums);
+  for (std::size_t c = 0; c < variables.size(); ++c) variables[c]->sum = sums[c];
+}
+
+void SumAll(std::span<ScannedVariable* const> variables, const AssociationKernels& kernels) {
+  const std::size_t groups = (variables.size() + kGroup - 1) / kGroup;
+  const std::size_t parts =
+      std::max((groups + kMostSummed - 1) / kMostSummed, std::min(groups, ParallelThreads()));
+  ParallelCompute(parts, [&](std::size_t part) {
+    const std::size_t first = groups * part / parts * kGroup;
+    const std::size_t end = std::min(groups * (part + 1) / parts * kGroup, variables.size());
+    Sum(variables.subspan(first, end - first), kernels);
+  });
 }
 
 void ScanValues(ScannedVariable& variable) {
@@ -58,7 +63,7 @@ std::optional<std::int32_t> ErrorAt(const ScannedVariable& variable, std::size_t
 
 }  // namespace
 
-std::vector<ScannedVariable> Scan(std::span<const VariableColumn> variables,
+std::vector<ScannedVariable> Scan(std::span<const VariableColumn> variables, Looked looked,
                                   const AssociationKernels& kernels) {
   std::vector<ScannedVariable> scanned(variables.size());
   std::size_t longest = 0;
@@ -68,16 +73,13 @@ std::vector<ScannedVariable> Scan(std::span<const VariableColumn> variables,
     scanned[c].values = variables[c];
     if (variables[c].size() == longest) summed.push_back(&scanned[c]);
   }
-  ParallelCompute((summed.size() + kSummedTogether - 1) / kSummedTogether, [&](std::size_t part) {
-    const std::size_t first = part * kSummedTogether;
-    Sum(std::span(summed).subspan(first, std::min(kSummedTogether, summed.size() - first)),
-        kernels);
-  });
+  SumAll(summed, kernels);
 
   std::vector<ScannedVariable*> looked_at;
   for (ScannedVariable& variable : scanned) {
-    if (variable.is_moderate && variable.values.size() == longest) continue;
-    variable.is_moderate = true;
+    const bool is_usual = std::abs(variable.sum) < kModerateLimit;
+    if (looked == Looked::kWhereSumsAreUnusual && is_usual && variable.values.size() == longest)
+      continue;
     variable.present.assign(longest / 64 + 1, 0);
     looked_at.push_back(&variable);
   }

@@ -25,7 +25,7 @@ struct ScannedVariable {
 
   VariableColumn values;
   /// Every value that is not missing is 0 or a number from kModerateFloor to below kModerateLimit
-  /// in magnitude.
+  /// in magnitude; or nobody looked, see Looked.
   bool is_moderate = true;
   /// The sum in observation order, of a moderate variable without gaps.
   double sum = 0;
@@ -38,7 +38,18 @@ struct ScannedVariable {
   bool has_gaps() const { return !present.empty(); }
 };
 
-std::vector<ScannedVariable> Scan(std::span<const VariableColumn> variables,
+/// Which variables are looked at value by value.
+enum class Looked {
+  /// Those whose sum shows that a gap or an error may be among them: it is not a number, or not
+  /// below kModerateLimit in magnitude. The rest counts as moderate and without gaps. Whoever
+  /// relies
+  /// on that must find that nothing overflowed or underflowed: a gap's marker that others cancel in
+  /// the sum overflows as soon as a deviation is squared.
+  kWhereSumsAreUnusual,
+  kEverywhere,
+};
+
+std::vector<ScannedVariable> Scan(std::span<const VariableColumn> variables, Looked looked,
                                   const AssociationKernels& kernels);
 
 /// The cell error that is met first by this order: pair by pair (j, then i <= j), row by row as far

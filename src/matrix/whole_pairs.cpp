@@ -11,7 +11,7 @@ namespace zavrel {
 namespace {
 
 // A block of deviations stays in the fastest cache, with some room for the products.
-constexpr std::size_t kBlockBytes = 28 * 1024;
+constexpr std::size_t kBlockBytes = 14 * 1024;
 constexpr std::size_t kFewestBlockRows = 16;
 
 void SetBoth(DoubleMatrix& matrix, std::size_t i, std::size_t j, double value) {
@@ -19,39 +19,45 @@ void SetBoth(DoubleMatrix& matrix, std::size_t i, std::size_t j, double value) {
   matrix[j][i] = value;
 }
 
-/// kGroup rows of the triangle of pairs against one or two groups of its columns.
+/// A group of columns, `a`, with some of itself and those that follow, from `b` on.
 struct Tile {
   std::size_t a;
   std::size_t b;
-  std::size_t groups;  // b, and b + 1 when it is 2
-  double* products;
+  std::size_t groups;
 };
 
-class ModeratePairs {
+/// What deviations are packed into: no vector of them may lie across two lines of the cache.
+struct alignas(64) CacheLine {
+  double values[8];
+};
+
+/// Column 0 holds ones: its products with the others are the sums of their deviations. The
+/// variables follow; ones fill the last group up.
+class PairProducts {
  public:
-  ModeratePairs(const WholeVariables& variables, PairForm form, const AssociationKernels& kernels)
+  PairProducts(const WholeVariables& variables, PairForm form, const AssociationKernels& kernels)
       : variables_(variables),
         form_(form),
         kernels_(kernels),
-        groups_((variables.size() + kGroup - 1) / kGroup),
+        groups_(variables.size() / kGroup + 1),
         columns_(groups_ * kGroup),
-        means_(groups_ * kGroup),
-        deviation_sums_(groups_),
-        block_rows_(std::max(kBlockBytes / (groups_ * kGroup * sizeof(double)), kFewestBlockRows) &
-                    ~std::size_t{1}) {
-    // The last group may be filled up with a variable that is there already.
-    for (std::size_t c = 0; c < columns_.size(); ++c) {
-      const ScannedVariable& variable = *variables.variables[std::min(c, variables.size() - 1)];
-      columns_[c] = variable.values.data();
-      means_[c] = variable.sum / static_cast<double>(variables.rows());
-    }
+        means_(columns_),
+        block_rows_(std::max(kBlockBytes / (columns_ * sizeof(double)), kFewestBlockRows) /
+                    kFewestBlockRows * kFewestBlockRows),
+        ones_(block_rows_, 1.0),
+        sums_(columns_ * columns_) {
+    for (std::size_t c = 0; c < variables.size(); ++c)
+      means_[c + 1] = variables.variables[c]->sum / static_cast<double>(variables.rows());
     MakeTiles();
     MakeParts();
   }
 
-  std::vector<VariableSummary> CalculateInto(DoubleMatrix& matrix) {
-    ParallelCompute(parts_.size(), [this](std::size_t index) { AddUp(parts_[index]); });
-    return Finish(matrix);
+  ModeratePairs CalculateInto(DoubleMatrix& matrix) {
+    const bool left_normal_range =
+        ParallelCompute(parts_.size(), [this](std::size_t index) { AddUp(parts_[index]); });
+    ModeratePairs pairs = Finish(matrix);
+    pairs.left_normal_range |= left_normal_range;
+    return pairs;
   }
 
  private:
@@ -59,39 +65,41 @@ class ModeratePairs {
   /// waiting for others takes longer.
   struct Part {
     std::span<const Tile> tiles;
-    std::unique_ptr<double[]> packed;
-    /// The groups whose tile on the diagonal is among them: their deviations are summed here.
-    std::size_t first_diagonal;
-    std::size_t end_of_diagonals;
+    std::unique_ptr<CacheLine[]> packed;
   };
 
   void MakeTiles() {
-    products_.resize(groups_ * (groups_ + 1) / 2 * kGroup * kGroup);
-    double* products = products_.data();
     for (std::size_t a = 0; a < groups_; ++a) {
-      for (std::size_t b = a; b < groups_; b += 2) {
-        const std::size_t groups = std::min<std::size_t>(groups_ - b, 2);
-        tiles_.push_back({a, b, groups, products});
-        products += groups * kGroup * kGroup;
+      for (std::size_t b = a; b < groups_; b += tiles_.back().groups) {
+        const std::size_t left = groups_ - b;
+        // By threes where one would be left over: a tile of one waits for its own sums.
+        tiles_.push_back(
+            {a, b, left % 2 == 1 && left > 1 ? kMostGroups : std::min<std::size_t>(left, 2)});
       }
     }
   }
 
   void MakeParts() {
+    const std::size_t all = groups_ * (groups_ + 1) / 2;
     const std::size_t count = std::clamp<std::size_t>(tiles_.size() / 2, 1, ParallelThreads());
+    std::size_t begin = 0;
+    std::size_t done = 0;
     for (std::size_t p = 0; p < count; ++p) {
-      const std::size_t begin = tiles_.size() * p / count;
-      const std::size_t end = tiles_.size() * (p + 1) / count;
-      const std::size_t packed_groups = groups_ - tiles_[begin].a;
+      // The first parts pack the most, so they stay below their share of the tiles.
+      std::size_t end = begin;
+      while (end < tiles_.size() && done + tiles_[end].groups <= all * (p + 1) / count)
+        done += tiles_[end++].groups;
+      if (begin == end) continue;
+      const std::size_t lines = (groups_ - tiles_[begin].a) * PackedLines();
       parts_.push_back({std::span(tiles_).subspan(begin, end - begin),
-                        std::make_unique<double[]>(packed_groups * block_rows_ * kGroup),
-                        DiagonalsBefore(begin), DiagonalsBefore(end)});
+                        std::make_unique_for_overwrite<CacheLine[]>(lines)});
+      begin = end;
     }
   }
 
-  std::size_t DiagonalsBefore(std::size_t tile) const {
-    return tile < tiles_.size() ? tiles_[tile].a + std::size_t{tiles_[tile].a != tiles_[tile].b}
-                                : groups_;
+  /// Of one group.
+  std::size_t PackedLines() const {
+    return block_rows_ * kGroup * sizeof(double) / sizeof(CacheLine);
   }
 
   void AddUp(const Part& part) {
@@ -102,68 +110,71 @@ class ModeratePairs {
   void AddBlock(const Part& part, std::size_t first_row, std::size_t rows) {
     const std::size_t first_group = part.tiles.front().a;
     const auto packed = [&](std::size_t group) {
-      return part.packed.get() + (group - first_group) * block_rows_ * kGroup;
+      return part.packed[(group - first_group) * PackedLines()].values;
     };
     for (std::size_t g = first_group; g < groups_; ++g) {
-      const bool is_summed_here = part.first_diagonal <= g && g < part.end_of_diagonals;
-      kernels_.pack_deviations(&columns_[g * kGroup], first_row, rows, &means_[g * kGroup],
-                               packed(g), is_summed_here ? &deviation_sums_[g] : nullptr);
+      const double* columns[kGroup];
+      for (std::size_t lane = 0; lane < kGroup; ++lane)
+        columns[lane] = From(g * kGroup + lane, first_row);
+      kernels_.pack_deviations(columns, rows, &means_[g * kGroup], packed(g));
     }
     for (const Tile& tile : part.tiles) {
-      const double* a = packed(tile.a);
-      const double* b_next = tile.groups > 1 ? packed(tile.b + 1) : nullptr;
-      kernels_.add_products(a, packed(tile.b), b_next, rows, tile.products);
+      const double* b[kMostGroups];
+      for (std::size_t g = 0; g < tile.groups; ++g) b[g] = packed(tile.b + g);
+      kernels_.add_products(packed(tile.a), b, tile.groups, rows,
+                            &sums_[tile.a * kGroup * columns_ + tile.b * kGroup], columns_);
     }
   }
 
-  std::vector<VariableSummary> Finish(DoubleMatrix& matrix) const {
+  const double* From(std::size_t column, std::size_t row) const {
+    const bool is_variable = column > 0 && column <= variables_.size();
+    return is_variable ? variables_.column(column - 1).data() + row : ones_.data();
+  }
+
+  ModeratePairs Finish(DoubleMatrix& matrix) const {
     const FloatingPointScope environment;
     std::vector<VariableSummary> summaries;
     for (std::size_t c = 0; c < variables_.size(); ++c) summaries.push_back(SummaryOf(c));
-    for (const Tile& tile : tiles_) {
-      const std::size_t stride = tile.groups * kGroup;
-      for (std::size_t p = 0; p < kGroup * stride; ++p) {
-        const std::size_t i = tile.a * kGroup + p / stride;
-        const std::size_t j = tile.b * kGroup + p % stride;
-        if (i > j || j >= variables_.size()) continue;
-        SetBoth(matrix, variables_.places[i], variables_.places[j],
-                PairValueFromSum(tile.products[p], variables_.rows(), summaries[i], summaries[j],
-                                 form_));
+    for (std::size_t i = 0; i < variables_.size(); ++i) {
+      for (std::size_t j = i; j < variables_.size(); ++j) {
+        const double value = PairValueFromSum(SumOf(i + 1, j + 1), variables_.rows(), summaries[i],
+                                              summaries[j], form_);
+        SetBoth(matrix, variables_.places[i], variables_.places[j], value);
       }
     }
-    return Settled(std::move(summaries));
+    summaries = Settled(std::move(summaries));
+    return {std::move(summaries), environment.LeftNormalRange()};
   }
 
   VariableSummary SummaryOf(std::size_t c) const {
     const std::span<const double> values = variables_.column(c);
-    if (IsConstant(values)) return SummaryOfConstant(means_[c], values.size(), form_);
-    const DeviationSums& sums = deviation_sums_[c / kGroup];
-    const std::size_t lane = c % kGroup;
-    const double s1 = sums.s1[0][lane] + sums.s1[1][lane];
-    const double s2 = sums.s2[0][lane] + sums.s2[1][lane];
-    return SummaryFromSums(means_[c], s1, s2, values.size(), form_);
+    const double mean = means_[c + 1];
+    if (IsConstant(values)) return SummaryOfConstant(mean, values.size(), form_);
+    return SummaryFromSums(mean, SumOf(0, c + 1), SumOf(c + 1, c + 1), values.size(), form_);
   }
+
+  /// Of the products of two columns, i <= j.
+  double SumOf(std::size_t i, std::size_t j) const { return sums_[i * columns_ + j]; }
 
   const WholeVariables& variables_;
   PairForm form_;
   const AssociationKernels& kernels_;
   std::size_t groups_;
-  std::vector<const double*> columns_;
+  std::size_t columns_;
   std::vector<double> means_;
-  std::vector<DeviationSums> deviation_sums_;
-  std::size_t block_rows_;  // even
-  std::vector<double> products_;
+  std::size_t block_rows_;
+  std::vector<double> ones_;
+  std::vector<double> sums_;
   std::vector<Tile> tiles_;
   std::vector<Part> parts_;
 };
 
 }  // namespace
 
-std::vector<VariableSummary> CalculateModeratePairs(const WholeVariables& variables, PairForm form,
-                                                    const AssociationKernels& kernels,
-                                                    DoubleMatrix& matrix) {
+ModeratePairs CalculateModeratePairs(const WholeVariables& variables, PairForm form,
+                                     const AssociationKernels& kernels, DoubleMatrix& matrix) {
   if (variables.size() == 0) return {};
-  return ModeratePairs(variables, form, kernels).CalculateInto(matrix);
+  return PairProducts(variables, form, kernels).CalculateInto(matrix);
 }
 
 void CalculateOtherPairs(const WholeVariables& moderate,

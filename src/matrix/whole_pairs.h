@@ -21,12 +21,17 @@ struct WholeVariables {
   std::size_t rows() const { return variables.empty() ? 0 : column(0).size(); }
 };
 
-/// Values of all pairs of variables whose values are all below kModerateLimit: each is summarised
-/// once, pairs are summed side by side from blocks of deviations that stay in the fastest cache.
-/// Gives the summaries.
-std::vector<VariableSummary> CalculateModeratePairs(const WholeVariables& variables, PairForm form,
-                                                    const AssociationKernels& kernels,
-                                                    DoubleMatrix& matrix);
+struct ModeratePairs {
+  std::vector<VariableSummary> summaries;
+  /// An operation overflowed or underflowed: some variable was not moderate, and the values mean
+  /// nothing.
+  bool left_normal_range = false;
+};
+
+/// Values of all pairs of moderate variables: each is summarised once, pairs are summed side by
+/// side from blocks of deviations that stay in the fastest cache.
+ModeratePairs CalculateModeratePairs(const WholeVariables& variables, PairForm form,
+                                     const AssociationKernels& kernels, DoubleMatrix& matrix);
 
 /// Values of all pairs that have at least one of `others`, whatever their values are.
 void CalculateOtherPairs(const WholeVariables& moderate,

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <fstream>
 #include <limits>
+#include <numeric>
 #include <random>
 #include <sstream>
 #include <string>
@@ -77,20 +78,42 @@ Column PlainRanks(const Column& x) {
   return ranks;
 }
 
+bool IsConstant(const Column& x) {
+  return std::all_of(x.begin(), x.end(), [&](double v) { return v == x[0]; });
+}
+
+/// Sums in order of observation; those of the moments where a double does not hold them.
+MomentBlock PlainMoments(const Column& x, bool sample) {
+  MomentBlock moments = ComputeMoments(x, sample);
+  const auto n = static_cast<double>(x.size());
+  if (n <= (sample ? 1 : 0)) return moments;
+  const FloatingPointScope environment;
+  const double mean = std::accumulate(x.begin(), x.end(), 0.0) / n;
+  double s1 = 0, s2 = 0;
+  for (const double v : x) {
+    s1 += v - mean;
+    s2 += (v - mean) * (v - mean);
+  }
+  if (IsConstant(x)) s1 = s2 = 0;
+  const double variance = sample ? (s2 - s1 * s1 / n) / (n - 1) : s2 / n;
+  const double deviation = Settled(std::sqrt(std::max(variance, 0.0)));
+  if (environment.LeftNormalRange() || !std::isfinite(mean)) return moments;
+  moments.mean = mean;
+  moments.standard_deviation = deviation;
+  return moments;
+}
+
 double PlainValue(Column x, Column y, Options o) {
   if (o.ranks) {
     x = PlainRanks(x);
     y = PlainRanks(y);
   }
-  const MomentBlock of_x = ComputeMoments(x, o.sample);
-  const MomentBlock of_y = ComputeMoments(y, o.sample);
+  const MomentBlock of_x = PlainMoments(x, o.sample);
+  const MomentBlock of_y = PlainMoments(y, o.sample);
   const auto n = static_cast<double>(x.size());
   if (n <= (o.sample ? 1 : 0)) return kNoData;
   if (std::isnan(of_x.standard_deviation) || std::isnan(of_y.standard_deviation)) return kNoData;
-  const auto is_constant = [](const Column& c) {
-    return std::all_of(c.begin(), c.end(), [&](double v) { return v == c[0]; });
-  };
-  if (!o.correlation && (is_constant(x) || is_constant(y))) return 0;
+  if (!o.correlation && (IsConstant(x) || IsConstant(y))) return 0;
   const auto compute = [&](auto zero) {
     using Real = decltype(zero);
     Real s = 0;
@@ -308,6 +331,14 @@ TEST_CASE("sums that overflow are computed with more range") {
   const double largest = std::numeric_limits<double>::max();
   CHECK(Entry({largest, -largest}, {largest, -largest}, {.correlation = true, .sample = false}) ==
         doctest::Approx(1));
+}
+
+TEST_CASE("a gap whose marker another value cancels is found") {
+  const Column hidden = {1, kMissingValue, 3, -kMissingValue, 7};
+  const Column other = {2, 4, 3, 9, 5};
+  const Column seen = {1, 3, -kMissingValue, 7}, rest = {2, 3, 9, 5};
+  for (unsigned bits = 0; bits < 16; ++bits)
+    CHECK(Entry(hidden, other, OptionsOf(bits)) == Entry(seen, rest, OptionsOf(bits)));
 }
 
 namespace {
