@@ -41,10 +41,10 @@ struct AssociationKernels {
   /// Packs deviations of kGroup columns from their means.
   void (*pack_deviations)(const double* const* columns, std::size_t rows, const double* means,
                           double* packed);
-  /// products[i][j] += a[r][i] b[r][j] for a packed group and up to kMostGroups others; `stride`
-  /// from one row of products to the next.
-  void (*add_products)(const double* a, const double* const* b, std::size_t groups,
-                       std::size_t rows, double* products, std::size_t stride);
+  /// products[i][j] += a[r][i] b[r][j] for a packed group and 1, 2 or 3 others; `stride` from one
+  /// row of products to the next.
+  void (*add_products[kMostGroups])(const double* a, const double* const* b, std::size_t rows,
+                                    double* products, std::size_t stride);
   /// Adds to counts and sums what both have: neither is `missing`.
   void (*add_gapped_values)(const double* packed, const double* y, std::size_t rows, double missing,
                             GappedPairs* pairs);

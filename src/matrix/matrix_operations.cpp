@@ -67,9 +67,10 @@ void MultiplyByRows(const DoubleMatrix& a, const DoubleMatrix& b, Shape a_shape,
 }
 
 /// Beside the operands and the result this takes the room of all three again, and per thread the
-/// library's buffers of at most a few MB.
-void MultiplyBlocked(const DoubleMatrix& a, const DoubleMatrix& b, Shape a_shape,
-                     std::size_t columns, DoubleMatrix& product) {
+/// library's buffers of at most a few MB. Each task makes its rows of the result: fresh memory is
+/// slow to be touched first.
+DoubleMatrix MultiplyBlocked(const DoubleMatrix& a, const DoubleMatrix& b, Shape a_shape,
+                             std::size_t columns) {
   const auto& multiply = dense::BestKernels().multiply;
   const std::size_t inner = a_shape.columns;
   Storage dense_b({inner, columns});
@@ -78,15 +79,19 @@ void MultiplyBlocked(const DoubleMatrix& a, const DoubleMatrix& b, Shape a_shape
   });
   // Each task packs all of B once more, so there are no more of them than threads.
   const std::size_t share = (a_shape.rows + ParallelThreads() - 1) / ParallelThreads();
+  DoubleMatrix product(a_shape.rows);
   ForParts(a_shape.rows, share, [&](std::size_t begin, std::size_t end) {
     const std::size_t rows = end - begin;
     Storage a_part({rows, inner}), product_part({rows, columns});
     for (std::size_t r = 0; r < rows; ++r)
       std::ranges::copy(a[begin + r], a_part.data() + r * inner);
     multiply(a_part.data(), rows, inner, dense_b.data(), columns, product_part.data());
-    for (std::size_t r = 0; r < rows; ++r)
-      std::copy_n(product_part.data() + r * columns, columns, product[begin + r].data());
+    for (std::size_t r = 0; r < rows; ++r) {
+      const double* const row = product_part.data() + r * columns;
+      product[begin + r].assign(row, row + columns);
+    }
   });
+  return product;
 }
 
 }  // namespace
@@ -109,12 +114,11 @@ DoubleMatrix MatrixMultiply(const DoubleMatrix& a, const DoubleMatrix& b) {
   const Shape b_shape = dense::ShapeOf(b, "MatrixMultiply");
   if (a_shape.columns != b_shape.rows)
     throw VekArraySizeError("MatrixMultiply", messages::kMessageArraySizeError);
-  DoubleMatrix product = dense::MakeMatrix({a_shape.rows, b_shape.columns});
-  if (std::min({a_shape.rows, a_shape.columns, b_shape.columns}) > kBlockedProduct) {
-    MultiplyBlocked(a, b, a_shape, b_shape.columns, product);
-  } else {
-    MultiplyByRows(a, b, a_shape, b_shape.columns, product);
-  }
+  const Shape shape{a_shape.rows, b_shape.columns};
+  if (std::min({shape.rows, a_shape.columns, shape.columns}) > kBlockedProduct)
+    return MultiplyBlocked(a, b, a_shape, shape.columns);
+  DoubleMatrix product = dense::MakeMatrix(shape);
+  MultiplyByRows(a, b, a_shape, shape.columns, product);
   return product;
 }
 

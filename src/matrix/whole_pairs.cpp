@@ -10,9 +10,10 @@
 namespace zavrel {
 namespace {
 
-// A block of deviations stays in the fastest cache, with some room for the products.
-constexpr std::size_t kBlockBytes = 14 * 1024;
+// A block of deviations and the values they come from stay in the fastest cache together.
+constexpr std::size_t kBlockBytes = 18 * 1024;
 constexpr std::size_t kFewestBlockRows = 16;
+constexpr std::size_t kLineRows = 8;
 
 void SetBoth(DoubleMatrix& matrix, std::size_t i, std::size_t j, double value) {
   matrix[i][j] = value;
@@ -28,7 +29,7 @@ struct Tile {
 
 /// What deviations are packed into: no vector of them may lie across two lines of the cache.
 struct alignas(64) CacheLine {
-  double values[8];
+  double values[kLineRows];
 };
 
 /// Column 0 holds ones: its products with the others are the sums of their deviations. The
@@ -40,14 +41,17 @@ class PairProducts {
         form_(form),
         kernels_(kernels),
         groups_(variables.size() / kGroup + 1),
-        columns_(groups_ * kGroup),
-        means_(columns_),
-        block_rows_(std::max(kBlockBytes / (columns_ * sizeof(double)), kFewestBlockRows) /
-                    kFewestBlockRows * kFewestBlockRows),
+        stride_(groups_ * kGroup),
+        block_rows_(std::max(kBlockBytes / (stride_ * sizeof(double)), kFewestBlockRows) /
+                    kLineRows * kLineRows),
         ones_(block_rows_, 1.0),
-        sums_(columns_ * columns_) {
-    for (std::size_t c = 0; c < variables.size(); ++c)
+        columns_(stride_, {ones_.data(), 0}),
+        means_(stride_),
+        sums_(stride_ * stride_ / kLineRows) {
+    for (std::size_t c = 0; c < variables.size(); ++c) {
+      columns_[c + 1] = {variables.column(c).data(), 1};
       means_[c + 1] = variables.variables[c]->sum / static_cast<double>(variables.rows());
+    }
     MakeTiles();
     MakeParts();
   }
@@ -61,6 +65,13 @@ class PairProducts {
   }
 
  private:
+  struct Column {
+    const double* values;
+    std::size_t step;  // 1, or 0 where it is the same in all blocks
+
+    const double* From(std::size_t row) const { return values + row * step; }
+  };
+
   /// A share of the tiles, one after the other, for one thread. It packs what it needs itself:
   /// waiting for others takes longer.
   struct Part {
@@ -72,9 +83,8 @@ class PairProducts {
     for (std::size_t a = 0; a < groups_; ++a) {
       for (std::size_t b = a; b < groups_; b += tiles_.back().groups) {
         const std::size_t left = groups_ - b;
-        // By threes where one would be left over: a tile of one waits for its own sums.
-        tiles_.push_back(
-            {a, b, left % 2 == 1 && left > 1 ? kMostGroups : std::min<std::size_t>(left, 2)});
+        // Three where one would be left over: a tile of one waits for its own sums.
+        tiles_.push_back({a, b, left % 2 == 1 && left > 1 ? 3 : std::min<std::size_t>(left, 2)});
       }
     }
   }
@@ -98,9 +108,7 @@ class PairProducts {
   }
 
   /// Of one group.
-  std::size_t PackedLines() const {
-    return block_rows_ * kGroup * sizeof(double) / sizeof(CacheLine);
-  }
+  std::size_t PackedLines() const { return block_rows_ / kLineRows * kGroup; }
 
   void AddUp(const Part& part) {
     for (std::size_t row = 0; row < variables_.rows(); row += block_rows_)
@@ -115,20 +123,16 @@ class PairProducts {
     for (std::size_t g = first_group; g < groups_; ++g) {
       const double* columns[kGroup];
       for (std::size_t lane = 0; lane < kGroup; ++lane)
-        columns[lane] = From(g * kGroup + lane, first_row);
+        columns[lane] = columns_[g * kGroup + lane].From(first_row);
       kernels_.pack_deviations(columns, rows, &means_[g * kGroup], packed(g));
     }
     for (const Tile& tile : part.tiles) {
       const double* b[kMostGroups];
       for (std::size_t g = 0; g < tile.groups; ++g) b[g] = packed(tile.b + g);
-      kernels_.add_products(packed(tile.a), b, tile.groups, rows,
-                            &sums_[tile.a * kGroup * columns_ + tile.b * kGroup], columns_);
+      kernels_.add_products[tile.groups - 1](
+          packed(tile.a), b, rows, sums_.data()->values + (tile.a * stride_ + tile.b) * kGroup,
+          stride_);
     }
-  }
-
-  const double* From(std::size_t column, std::size_t row) const {
-    const bool is_variable = column > 0 && column <= variables_.size();
-    return is_variable ? variables_.column(column - 1).data() + row : ones_.data();
   }
 
   ModeratePairs Finish(DoubleMatrix& matrix) const {
@@ -154,17 +158,18 @@ class PairProducts {
   }
 
   /// Of the products of two columns, i <= j.
-  double SumOf(std::size_t i, std::size_t j) const { return sums_[i * columns_ + j]; }
+  double SumOf(std::size_t i, std::size_t j) const { return sums_.data()->values[i * stride_ + j]; }
 
   const WholeVariables& variables_;
   PairForm form_;
   const AssociationKernels& kernels_;
   std::size_t groups_;
-  std::size_t columns_;
-  std::vector<double> means_;
+  std::size_t stride_;
   std::size_t block_rows_;
   std::vector<double> ones_;
-  std::vector<double> sums_;
+  std::vector<Column> columns_;
+  std::vector<double> means_;
+  std::vector<CacheLine> sums_;
   std::vector<Tile> tiles_;
   std::vector<Part> parts_;
 };
