@@ -10,7 +10,6 @@
 
 #include "companions/messages/message_ids.h"
 #include "diagnostics/vek_exception.h"
-#include "matrix/dense_kernels.h"
 #include "matrix/dense_storage.h"
 #include "stats/floating_point_scope.h"
 
@@ -77,7 +76,8 @@ void RequireDone(Outcome outcome, const char* place, FailureTexts texts) {
 }  // namespace
 
 void eigendata_private(const DoubleMatrix& matrix, std::vector<double>& eigenvalues,
-                       DoubleMatrix& eigenvectors, EigendataOptions options) {
+                       DoubleMatrix& eigenvectors, EigendataOptions options,
+                       const dense::Kernels& kernels) {
   constexpr const char* kPlace = "matrix::eigendata_private";
   const FloatingPointScope environment;
   const std::size_t n = dense::SizeOfSquare(matrix, kPlace);
@@ -93,10 +93,9 @@ void eigendata_private(const DoubleMatrix& matrix, std::vector<double>& eigenval
   RequireFinite(symmetric.data(), n * n, kPlace, kEigenTexts);
 
   std::vector<double> values(n);
-  RequireDone(
-      dense::BestKernels().self_adjoint_eigen(symmetric.data(), n, values.data(),
-                                              options.compute_vectors ? vectors.data() : nullptr),
-      kPlace, kEigenTexts);
+  RequireDone(kernels.self_adjoint_eigen(symmetric.data(), n, values.data(),
+                                         options.compute_vectors ? vectors.data() : nullptr),
+              kPlace, kEigenTexts);
   if (options.descending) std::ranges::reverse(values);
   DoubleMatrix rows;
   if (options.compute_vectors) {
@@ -109,7 +108,7 @@ void eigendata_private(const DoubleMatrix& matrix, std::vector<double>& eigenval
   eigenvectors = std::move(rows);
 }
 
-DoubleMatrix PrincipalComponentScores(const DoubleMatrix& x) {
+DoubleMatrix PrincipalComponentScores(const DoubleMatrix& x, const dense::Kernels& kernels) {
   constexpr const char* kPlace = "matrix::PrincipalComponentScores";
   const FloatingPointScope environment;
   const Shape shape = dense::ShapeOf(x, kPlace);
@@ -120,9 +119,9 @@ DoubleMatrix PrincipalComponentScores(const DoubleMatrix& x) {
   dense::CopyToColumns(x, shape, columns.data());
   RequireFinite(columns.data(), shape.rows * shape.columns, kPlace, kScoreTexts);
   const int exponent = ScaleUnusual(columns.data(), shape.rows * shape.columns);
-  RequireDone(dense::BestKernels().singular_scores(columns.data(), shape.rows, shape.columns,
-                                                   score_columns.data()),
-              kPlace, kScoreTexts);
+  RequireDone(
+      kernels.singular_scores(columns.data(), shape.rows, shape.columns, score_columns.data()),
+      kPlace, kScoreTexts);
   dense::CopyFromColumns(score_columns.data(), scores_shape, 0, scores);
   if (exponent != 0) {
     for (std::vector<double>& row : scores)

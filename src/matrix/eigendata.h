@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "excel/double_matrix.h"
+#include "matrix/dense_kernels.h"
 
 namespace zavrel::matrix {
 
@@ -19,12 +20,14 @@ struct EigendataOptions {
 /// VekMatrixNotSymmetric at the first element, row by row, that is not exactly the one across the
 /// diagonal; VekInvalidDataType for values that are not finite; VekNoConvergence.
 void eigendata_private(const DoubleMatrix& matrix, std::vector<double>& eigenvalues,
-                       DoubleMatrix& eigenvectors, EigendataOptions options);
+                       DoubleMatrix& eigenvectors, EigendataOptions options,
+                       const dense::Kernels& kernels = dense::BestKernels());
 
 /// The coordinates of each observation (a row of X) on X's principal axes: U S of the thin singular
 /// value decomposition X = U S V', m x min(m, p). X is taken as it is, neither centred nor scaled.
 /// Throws VekArraySizeError when the rows differ in length, VekInvalidDataType for values that are
 /// not finite, VekNoConvergence.
-DoubleMatrix PrincipalComponentScores(const DoubleMatrix& x);
+DoubleMatrix PrincipalComponentScores(const DoubleMatrix& x,
+                                      const dense::Kernels& kernels = dense::BestKernels());
 
 }  // namespace zavrel::matrix

@@ -8,8 +8,8 @@
 #include <limits>
 #include <tuple>
 
+#include "companions/messages/message_ids.h"
 #include "matrix/dense_kernels.h"
-#include "matrix/dense_storage.h"
 #include "sample_matrices.h"
 
 namespace zavrel::tests {
@@ -210,21 +210,35 @@ TEST_CASE("Scores of unusual data") {
 TEST_CASE("Both instruction sets find the same axes") {
   if (!dense::ProcessorHasAvx2()) return;
   const DoubleMatrix symmetric = RandomSymmetric(40), x = RandomMatrix(100, 40, 10);
-  std::array<DoubleMatrix, 2> values, scores;
+  std::array<Eigendata, 2> analyses;
+  std::array<DoubleMatrix, 2> scores;
   for (std::size_t i = 0; i < 2; ++i) {
     const dense::Kernels& kernels = i == 0 ? dense::kBaselineKernels : dense::kAvx2Kernels;
-    dense::Storage in({100, 40}), out({100, 40});
-    dense::CopyRows(symmetric, {40, 40}, in.data());
-    values[i] = {std::vector<double>(40)};
-    CHECK(kernels.self_adjoint_eigen(in.data(), 40, values[i][0].data(), out.data()) ==
-          dense::Outcome::kDone);
-    dense::CopyToColumns(x, {100, 40}, in.data());
-    CHECK(kernels.singular_scores(in.data(), 100, 40, out.data()) == dense::Outcome::kDone);
-    scores[i] = dense::MakeMatrix({100, 40});
-    dense::CopyFromColumns(out.data(), {100, 40}, 0, scores[i]);
+    matrix::eigendata_private(symmetric, analyses[i].values, analyses[i].vectors, {}, kernels);
+    scores[i] = PrincipalComponentScores(x, kernels);
   }
-  CHECK(LargestDifference(values[0], values[1]) < 1e-13);
+  CHECK(LargestDifference({analyses[0].values}, {analyses[1].values}) < 1e-13);
   CHECK(LargestDifference(WithSignsLike(scores[0], scores[1]), scores[1]) < 1e-12);
+}
+
+TEST_CASE("A solver that does not converge") {
+  using dense::Outcome;
+  dense::Kernels kernels = dense::BestKernels();
+  kernels.self_adjoint_eigen = [](const double*, std::size_t, double*, double*) {
+    return Outcome::kNoConvergence;
+  };
+  kernels.singular_scores = [](const double*, std::size_t, std::size_t, double*) {
+    return Outcome::kNoConvergence;
+  };
+  Eigendata kept{{7}, {{7}}};
+  try {
+    matrix::eigendata_private({{1, 2}, {2, 1}}, kept.values, kept.vectors, {}, kernels);
+    FAIL("no failure");
+  } catch (const VekNoConvergence& failure) {
+    CHECK(failure.message_id() == messages::kMessageEigenNoConvergence);
+  }
+  CHECK((kept.values == std::vector<double>{7} && kept.vectors == DoubleMatrix{{7}}));
+  CHECK_THROWS_AS(PrincipalComponentScores({{1, 2}, {3, 4}}, kernels), VekNoConvergence);
 }
 
 }  // namespace
