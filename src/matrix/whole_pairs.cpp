@@ -1,9 +1,9 @@
 #include "matrix/whole_pairs.h"
 
 #include <algorithm>
-#include <memory>
 #include <utility>
 
+#include "matrix/dense_storage.h"
 #include "matrix/matrix_parallel.h"
 #include "stats/floating_point_scope.h"
 
@@ -13,7 +13,7 @@ namespace {
 // A block of deviations and the values they come from stay in the fastest cache together.
 constexpr std::size_t kBlockBytes = 18 * 1024;
 constexpr std::size_t kFewestBlockRows = 16;
-constexpr std::size_t kLineRows = 8;
+constexpr std::size_t kBlockRowsStep = 8;  // whole cache lines of every column
 
 void SetBoth(DoubleMatrix& matrix, std::size_t i, std::size_t j, double value) {
   matrix[i][j] = value;
@@ -27,11 +27,6 @@ struct Tile {
   std::size_t groups;
 };
 
-/// What deviations are packed into: no vector of them may lie across two lines of the cache.
-struct alignas(64) CacheLine {
-  double values[kLineRows];
-};
-
 /// Column 0 holds ones: its products with the others are the sums of their deviations. The
 /// variables follow; ones fill the last group up.
 class PairProducts {
@@ -43,11 +38,12 @@ class PairProducts {
         groups_(variables.size() / kGroup + 1),
         stride_(groups_ * kGroup),
         block_rows_(std::max(kBlockBytes / (stride_ * sizeof(double)), kFewestBlockRows) /
-                    kLineRows * kLineRows),
+                    kBlockRowsStep * kBlockRowsStep),
         ones_(block_rows_, 1.0),
         columns_(stride_, {ones_.data(), 0}),
         means_(stride_),
-        sums_(stride_ * stride_ / kLineRows) {
+        sums_({stride_, stride_}) {
+    std::fill_n(sums_.data(), stride_ * stride_, 0.0);
     for (std::size_t c = 0; c < variables.size(); ++c) {
       columns_[c + 1] = {variables.column(c).data(), 1};
       means_[c + 1] = variables.variables[c]->sum / static_cast<double>(variables.rows());
@@ -76,7 +72,7 @@ class PairProducts {
   /// waiting for others takes longer.
   struct Part {
     std::span<const Tile> tiles;
-    std::unique_ptr<CacheLine[]> packed;
+    dense::Storage packed;
   };
 
   void MakeTiles() {
@@ -100,25 +96,21 @@ class PairProducts {
       while (end < tiles_.size() && done + tiles_[end].groups <= all * (p + 1) / count)
         done += tiles_[end++].groups;
       if (begin == end) continue;
-      const std::size_t lines = (groups_ - tiles_[begin].a) * PackedLines();
       parts_.push_back({std::span(tiles_).subspan(begin, end - begin),
-                        std::make_unique_for_overwrite<CacheLine[]>(lines)});
+                        dense::Storage({groups_ - tiles_[begin].a, block_rows_ * kGroup})});
       begin = end;
     }
   }
 
-  /// Of one group.
-  std::size_t PackedLines() const { return block_rows_ / kLineRows * kGroup; }
-
-  void AddUp(const Part& part) {
+  void AddUp(Part& part) {
     for (std::size_t row = 0; row < variables_.rows(); row += block_rows_)
       AddBlock(part, row, std::min(block_rows_, variables_.rows() - row));
   }
 
-  void AddBlock(const Part& part, std::size_t first_row, std::size_t rows) {
+  void AddBlock(Part& part, std::size_t first_row, std::size_t rows) {
     const std::size_t first_group = part.tiles.front().a;
     const auto packed = [&](std::size_t group) {
-      return part.packed[(group - first_group) * PackedLines()].values;
+      return part.packed.data() + (group - first_group) * block_rows_ * kGroup;
     };
     for (std::size_t g = first_group; g < groups_; ++g) {
       const double* columns[kGroup];
@@ -130,8 +122,7 @@ class PairProducts {
       const double* b[kMostGroups];
       for (std::size_t g = 0; g < tile.groups; ++g) b[g] = packed(tile.b + g);
       kernels_.add_products[tile.groups - 1](
-          packed(tile.a), b, rows, sums_.data()->values + (tile.a * stride_ + tile.b) * kGroup,
-          stride_);
+          packed(tile.a), b, rows, sums_.data() + (tile.a * stride_ + tile.b) * kGroup, stride_);
     }
   }
 
@@ -158,7 +149,7 @@ class PairProducts {
   }
 
   /// Of the products of two columns, i <= j.
-  double SumOf(std::size_t i, std::size_t j) const { return sums_.data()->values[i * stride_ + j]; }
+  double SumOf(std::size_t i, std::size_t j) const { return sums_.data()[i * stride_ + j]; }
 
   const WholeVariables& variables_;
   PairForm form_;
@@ -169,7 +160,7 @@ class PairProducts {
   std::vector<double> ones_;
   std::vector<Column> columns_;
   std::vector<double> means_;
-  std::vector<CacheLine> sums_;
+  dense::Storage sums_;
   std::vector<Tile> tiles_;
   std::vector<Part> parts_;
 };
