@@ -170,13 +170,6 @@ std::optional<AssociationResult> Calculate(const Request& request, Looked looked
 
 AssociationResult CalculateAssociationMatrix(bool is_correlation, bool use_ranks,
                                              bool sample_divisor, bool listwise_deletion,
-                                             std::span<const VariableColumn> variables) {
-  return CalculateAssociationMatrix(is_correlation, use_ranks, sample_divisor, listwise_deletion,
-                                    variables, ChosenAssociationKernels());
-}
-
-AssociationResult CalculateAssociationMatrix(bool is_correlation, bool use_ranks,
-                                             bool sample_divisor, bool listwise_deletion,
                                              std::span<const VariableColumn> variables,
                                              const AssociationKernels& kernels) {
   const FloatingPointScope environment;

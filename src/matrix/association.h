@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "excel/double_matrix.h"
+#include "matrix/association_kernels.h"
 
 namespace zavrel {
 
@@ -39,15 +40,9 @@ struct AssociationResult {
 ///
 /// A sum that overflows is computed again with more range. Results do not depend on the processor:
 /// every sum runs in observation order and no product is fused.
-AssociationResult CalculateAssociationMatrix(bool is_correlation, bool use_ranks,
-                                             bool sample_divisor, bool listwise_deletion,
-                                             std::span<const VariableColumn> variables);
-
-/// The same with kernels of choice.
-struct AssociationKernels;
-AssociationResult CalculateAssociationMatrix(bool is_correlation, bool use_ranks,
-                                             bool sample_divisor, bool listwise_deletion,
-                                             std::span<const VariableColumn> variables,
-                                             const AssociationKernels& kernels);
+AssociationResult CalculateAssociationMatrix(
+    bool is_correlation, bool use_ranks, bool sample_divisor, bool listwise_deletion,
+    std::span<const VariableColumn> variables,
+    const AssociationKernels& kernels = ChosenAssociationKernels());
 
 }  // namespace zavrel

@@ -76,8 +76,8 @@ void SumGroups(const double* const* columns, std::size_t rows, double* sums) {
 }
 
 void SumColumns(const double* const* columns, std::size_t groups, std::size_t rows, double* sums) {
-  constexpr decltype(&SumGroups<1>) kForms[] = {SumGroups<1>, SumGroups<2>, SumGroups<3>,
-                                                SumGroups<4>};
+  constexpr decltype(&SumGroups<1>) kForms[kMostSummed] = {SumGroups<1>, SumGroups<2>, SumGroups<3>,
+                                                           SumGroups<4>};
   kForms[groups - 1](columns, rows, sums);
 }
 
@@ -129,6 +129,11 @@ void PackDeviations(const double* const* columns, std::size_t rows, const double
 /// The value is computed here, not before or after others that are placed.
 inline void Place(Vector& value) { asm volatile("" : "+x"(value)); }
 
+inline void AddPlaced(Vector& sum, Vector value) {
+  sum += value;
+  Place(sum);
+}
+
 /// The products of a group with kGroups others, kVectors vectors of each of these. Multiplications
 /// and additions are placed by hand: in the order that the compiler likes the processor, which has
 /// units of their own for both, takes up to a sixth longer.
@@ -145,40 +150,29 @@ void AddTile(const double* a, const double* const* b, std::size_t rows, double* 
     for (std::size_t v = 0; v < kColumns; ++v) sum[i][v] = Load(products + i * stride + v * kWidth);
   }
   for (std::size_t r = 0; r < rows * kGroup; r += kGroup) {
-    const auto y = [&](std::size_t v) {
-      return Load(starts[v / kVectors] + r + v % kVectors * kWidth);
+    const auto product = [&](std::size_t i, std::size_t v) {
+      Vector value = All(a[r + i]) * Load(starts[v / kVectors] + r + v % kVectors * kWidth);
+      Place(value);
+      return value;
     };
     if constexpr (kColumns < 3) {  // the products of a column, then the sums of the one before
-      Vector product[kGroup][kColumns];
+      Vector products_of[kGroup][kColumns];
 #pragma GCC unroll 8
       for (std::size_t i = 0; i <= kGroup; ++i) {
 #pragma GCC unroll 2
-        for (std::size_t v = 0; v < kColumns && i < kGroup; ++v) {
-          product[i][v] = All(a[r + i]) * y(v);
-          Place(product[i][v]);
-        }
+        for (std::size_t v = 0; v < kColumns && i < kGroup; ++v) products_of[i][v] = product(i, v);
 #pragma GCC unroll 2
-        for (std::size_t v = 0; v < kColumns && i > 0; ++v) {
-          sum[i - 1][v] += product[i - 1][v];
-          Place(sum[i - 1][v]);
-        }
+        for (std::size_t v = 0; v < kColumns && i > 0; ++v)
+          AddPlaced(sum[i - 1][v], products_of[i - 1][v]);
       }
     } else {  // there are registers for two products
 #pragma GCC unroll 4
       for (std::size_t i = 0; i < kGroup; ++i) {
-        const Vector x = All(a[r + i]);
-        Vector first = x * y(0);
-        Place(first);
-        sum[i][0] += first;
-        Place(sum[i][0]);
-        Vector second = x * y(1);
-        Place(second);
-        Vector third = x * y(2);
-        Place(third);
-        sum[i][1] += second;
-        Place(sum[i][1]);
-        sum[i][2] += third;
-        Place(sum[i][2]);
+        AddPlaced(sum[i][0], product(i, 0));
+        const Vector second = product(i, 1);
+        const Vector third = product(i, 2);
+        AddPlaced(sum[i][1], second);
+        AddPlaced(sum[i][2], third);
       }
     }
   }

@@ -60,9 +60,7 @@ class UnitSums {
         const Variable& x = unit_.group[lane];
         const Variable& y = unit_.partners[p];
         if (&x > &y) continue;
-        const double value = Value(x, y, sums_[p], lane);
-        matrix[x.place][y.place] = value;
-        matrix[y.place][x.place] = value;
+        SetBoth(matrix, x.place, y.place, Value(x, y, sums_[p], lane));
       }
     }
   }
@@ -107,16 +105,12 @@ class UnitSums {
                std::size_t lane) const {
     const auto n = static_cast<std::size_t>(sums.count[lane]);
     const VariableSummary of_x =
-        SummaryOf(*x.scanned, *y.scanned, n, sums.mean_x[lane], sums.s1_x[lane], sums.s2_x[lane]);
+        SummaryFromSums(sums.mean_x[lane], sums.s1_x[lane], sums.s2_x[lane], n,
+                        IsConstantInPair(*x.scanned, *y.scanned), form_);
     const VariableSummary of_y =
-        SummaryOf(*y.scanned, *x.scanned, n, sums.mean_y[lane], sums.s1_y[lane], sums.s2_y[lane]);
+        SummaryFromSums(sums.mean_y[lane], sums.s1_y[lane], sums.s2_y[lane], n,
+                        IsConstantInPair(*y.scanned, *x.scanned), form_);
     return PairValueFromSum(sums.products[lane], n, of_x, of_y, form_);
-  }
-
-  VariableSummary SummaryOf(const ScannedVariable& variable, const ScannedVariable& partner,
-                            std::size_t n, double mean, double s1, double s2) const {
-    if (IsConstantInPair(variable, partner)) return SummaryOfConstant(mean, n, form_);
-    return SummaryFromSums(mean, s1, s2, n, form_);
   }
 
   const Unit& unit_;
@@ -241,8 +235,7 @@ void CalculateCompactedPairs(std::span<const ScannedVariable> variables,
                                ? scratch[part].Value(variables[i], variables[j], form)
                                : scratch[part].RankValue(variables[i], orders[i].elements(),
                                                          variables[j], orders[j].elements(), form);
-      matrix[i][j] = value;
-      matrix[j][i] = value;
+      SetBoth(matrix, i, j, value);
     }
   });
 }

@@ -54,7 +54,7 @@ static std::optional<VariableSummary> SummariseInOrder(std::span<const double> v
   const FloatingPointScope environment;
   double sum = 0;
   for (const double x : values) sum += x;
-  const double mean = Settled(sum / static_cast<double>(values.size()));
+  const double mean = sum / static_cast<double>(values.size());
   double s1 = 0;
   double s2 = 0;
   const bool is_constant = IsConstant(values);
@@ -63,11 +63,9 @@ static std::optional<VariableSummary> SummariseInOrder(std::span<const double> v
     s1 += d;
     s2 += d * d;
   }
-  VariableSummary summary = SummaryFromSums(mean, s1, s2, values.size(), form);
-  summary.mean = Settled(summary.mean);
-  summary.standard_deviation = Settled(summary.standard_deviation);
-  summary.is_constant = is_constant;
-  if (environment.LeftNormalRange() || !std::isfinite(mean)) return std::nullopt;
+  const VariableSummary summary =
+      Settled(SummaryFromSums(mean, s1, s2, values.size(), is_constant, form));
+  if (environment.LeftNormalRange() || !std::isfinite(summary.mean)) return std::nullopt;
   return summary;
 }
 
@@ -83,19 +81,15 @@ bool IsConstant(std::span<const double> values) {
 }
 
 // As the sample and population forms of ComputeMoments.
-VariableSummary SummaryFromSums(double mean, double s1, double s2, std::size_t n, PairForm form) {
+VariableSummary SummaryFromSums(double mean, double s1, double s2, std::size_t n, bool is_constant,
+                                PairForm form) {
   if (n == 0) return {ConditionDouble(kConditionNoData), ConditionDouble(kConditionNoData)};
+  if (is_constant) s1 = s2 = 0;
   const auto count = static_cast<double>(n);
-  if (!form.sample_divisor) return {mean, std::sqrt(s2 / count)};
-  if (n < 2) return {mean, ConditionDouble(kConditionTooFew)};
+  if (!form.sample_divisor) return {mean, std::sqrt(s2 / count), is_constant};
+  if (n < 2) return {mean, ConditionDouble(kConditionTooFew), is_constant};
   const double variance = (s2 - s1 * s1 / count) / (count - 1);
-  return {mean, std::sqrt(variance < 0 ? 0 : variance)};
-}
-
-VariableSummary SummaryOfConstant(double mean, std::size_t n, PairForm form) {
-  VariableSummary summary = SummaryFromSums(mean, 0, 0, n, form);
-  summary.is_constant = true;
-  return summary;
+  return {mean, std::sqrt(variance < 0 ? 0 : variance), is_constant};
 }
 
 double PairValueFromSum(double sum, std::size_t n, const VariableSummary& x,

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <span>
 
+#include "excel/double_matrix.h"
+
 namespace zavrel {
 
 struct PairForm {
@@ -26,11 +28,10 @@ bool IsConstant(std::span<const double> values);
 /// When an operation overflows or underflows, or a value is not finite, as ComputeMoments.
 VariableSummary Summarise(std::span<const double> values, PairForm form);
 
-/// The same from the sums of d and d^2, d = x - mean. Nothing may have overflowed; the values are
-/// not all equal.
-VariableSummary SummaryFromSums(double mean, double s1, double s2, std::size_t n, PairForm form);
-
-VariableSummary SummaryOfConstant(double mean, std::size_t n, PairForm form);
+/// The same from the sums of d and d^2, d = x - mean, which do not count when all values are equal.
+/// Nothing may have overflowed.
+VariableSummary SummaryFromSums(double mean, double s1, double s2, std::size_t n, bool is_constant,
+                                PairForm form);
 
 /// The value that follows from the sum of (x - mean x)(y - mean y) over n observations. Nothing may
 /// have overflowed on the way. Too few values, or a variable without a standard deviation, give the
@@ -42,5 +43,11 @@ double PairValueFromSum(double sum, std::size_t n, const VariableSummary& x,
 /// computed again in 80-bit extended precision.
 double PairValue(std::span<const double> x, const VariableSummary& of_x, std::span<const double> y,
                  const VariableSummary& of_y, PairForm form);
+
+/// The value of a pair stands on both sides of the diagonal.
+inline void SetBoth(DoubleMatrix& matrix, std::size_t i, std::size_t j, double value) {
+  matrix[i][j] = value;
+  matrix[j][i] = value;
+}
 
 }  // namespace zavrel

@@ -15,11 +15,6 @@ constexpr std::size_t kBlockBytes = 18 * 1024;
 constexpr std::size_t kFewestBlockRows = 16;
 constexpr std::size_t kBlockRowsStep = 8;  // whole cache lines of every column
 
-void SetBoth(DoubleMatrix& matrix, std::size_t i, std::size_t j, double value) {
-  matrix[i][j] = value;
-  matrix[j][i] = value;
-}
-
 /// A group of columns, `a`, with some of itself and those that follow, from `b` on.
 struct Tile {
   std::size_t a;
@@ -143,9 +138,8 @@ class PairProducts {
 
   VariableSummary SummaryOf(std::size_t c) const {
     const std::span<const double> values = variables_.column(c);
-    const double mean = means_[c + 1];
-    if (IsConstant(values)) return SummaryOfConstant(mean, values.size(), form_);
-    return SummaryFromSums(mean, SumOf(0, c + 1), SumOf(c + 1, c + 1), values.size(), form_);
+    return SummaryFromSums(means_[c + 1], SumOf(0, c + 1), SumOf(c + 1, c + 1), values.size(),
+                           IsConstant(values), form_);
   }
 
   /// Of the products of two columns, i <= j.
