@@ -7,7 +7,6 @@ A page begins with a header of `key: value` lines, up to the first blank line:
     title     of a topic
     summary, syntax
               what the function computes and its arguments' names, where the registration has none
-    pending   why the examples are not right yet; the tests say when they are
 
 and goes on in a small part of Markdown: paragraphs, `- ` lists, tables, `##` headings, `code`, *emphasis*,
 [links](topic), $formulas$ in a small part of TeX, and examples:
@@ -148,7 +147,7 @@ def read_page(file, function=None):
     header = {}
     for line in header_text.splitlines():
         key, colon, value = line.partition(":")
-        if not colon or key not in ("see", "data", "title", "summary", "syntax", "pending"):
+        if not colon or key not in ("see", "data", "title", "summary", "syntax"):
             raise SystemExit(f"{file}: not a header: {line}")
         header[key] = value.strip()
     page = Page(file.stem, header, _body(body, file), function)
