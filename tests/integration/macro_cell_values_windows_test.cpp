@@ -6,7 +6,7 @@
 
 #include "integration/entry_point.h"
 #include "integration/running_add_in.h"
-#include "support/fake_object.h"
+#include "support/fake_range.h"
 
 namespace zavrel::tests {
 namespace {
@@ -44,27 +44,6 @@ std::unique_ptr<zavhost::Engine> AddInWithCells() {
   sheet.Set(4, 0, zavhost::Value(zavhost::ErrorCode::kNA));
   return ServingAddIn(std::move(book));
 }
-
-/// A range object as a macro has one, by row and column from 1.
-struct FakeRange {
-  FakeRange(long row, long column) {
-    book.texts[L"Name"] = L"Book.xlsx";
-    sheet.texts[L"Name"] = L"Data";
-    sheet.objects[L"Parent"] = &book;
-    range.objects[L"Worksheet"] = &sheet;
-    range.numbers = {{L"Row", row}, {L"Column", column}};
-    variant.vt = VT_DISPATCH;
-    variant.pdispVal = &range;
-  }
-  ~FakeRange() { CHECK((book.references == 1 && sheet.references == 1 && range.references == 1)); }
-  FakeRange(const FakeRange&) = delete;
-  FakeRange& operator=(const FakeRange&) = delete;
-
-  FakeObject book;
-  FakeObject sheet;
-  FakeObject range;
-  VARIANT variant{};
-};
 
 std::wstring WideNameOf(const VARIANT* range) {
   BSTR name = SysAllocString(L"as before");

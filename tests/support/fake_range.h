@@ -9,7 +9,7 @@ namespace zavrel::tests {
 
 /// A range object as a macro has one, by row and column from 1.
 struct FakeRange {
-  FakeRange(long row, long column, long row_count, long column_count) {
+  FakeRange(long row, long column, long row_count = 1, long column_count = 1) {
     book.texts[L"Name"] = L"Book.xlsx";
     sheet.texts[L"Name"] = L"Data";
     sheet.objects[L"Parent"] = &book;
@@ -22,7 +22,10 @@ struct FakeRange {
     variant.vt = VT_DISPATCH;
     variant.pdispVal = &range;
   }
-  ~FakeRange() { CHECK((areas.references == 1 && rows.references == 1 && range.references == 1)); }
+  ~FakeRange() {
+    for (const FakeObject* object : {&book, &sheet, &areas, &rows, &columns, &range})
+      CHECK(object->references == 1);
+  }
   FakeRange(const FakeRange&) = delete;
   FakeRange& operator=(const FakeRange&) = delete;
 
