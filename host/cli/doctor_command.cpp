@@ -23,9 +23,6 @@ struct Finding {
 
 class Findings {
  public:
-  void Add(Verdict verdict, std::string what, std::string detail) {
-    all_.push_back({verdict, std::move(what), std::move(detail)});
-  }
   void Good(std::string what, std::string detail) {
     Add(Verdict::kGood, std::move(what), std::move(detail));
   }
@@ -35,6 +32,9 @@ class Findings {
   void Problem(std::string what, std::string detail) {
     Add(Verdict::kProblem, std::move(what), std::move(detail));
   }
+  void Judge(bool good, std::string what, std::string detail) {
+    Add(good ? Verdict::kGood : Verdict::kProblem, std::move(what), std::move(detail));
+  }
   const std::vector<Finding>& all() const { return all_; }
   std::size_t problems() const {
     return static_cast<std::size_t>(std::count_if(
@@ -42,6 +42,10 @@ class Findings {
   }
 
  private:
+  void Add(Verdict verdict, std::string what, std::string detail) {
+    all_.push_back({verdict, std::move(what), std::move(detail)});
+  }
+
   std::vector<Finding> all_;
 };
 
@@ -91,8 +95,7 @@ void CheckMessages(const std::filesystem::path& folder, const std::string& versi
   const std::vector<std::string> languages = MessageLanguages(folder / kMessages);
   const bool english = std::find(languages.begin(), languages.end(), "English") != languages.end();
   // English stands in for every language that is not there.
-  findings.Add(english ? Verdict::kGood : Verdict::kProblem, "Languages of the texts",
-               languages.empty() ? "none" : Joined(languages));
+  findings.Judge(english, "Languages of the texts", languages.empty() ? "none" : Joined(languages));
 }
 
 /// True when the rank tests are to be expected.
@@ -115,8 +118,8 @@ void CheckValue(Engine& engine, const char* what, std::u16string_view formula, d
   const auto* value = std::get_if<Value>(&result);
   const double* number = value == nullptr ? nullptr : value->number();
   const bool good = number != nullptr && std::abs(*number - expected) < 1e-12;
-  findings.Add(good ? Verdict::kGood : Verdict::kProblem, what,
-               ToUtf8(formula) + " gives " + (value == nullptr ? "no value" : ExactText(*value)));
+  findings.Judge(good, what,
+                 ToUtf8(formula) + " gives " + (value == nullptr ? "no value" : ExactText(*value)));
 }
 
 void CheckFunctions(const CommandLine& line, bool rank_tests, Findings& findings) {
@@ -128,14 +131,14 @@ void CheckFunctions(const CommandLine& line, bool rank_tests, Findings& findings
   engine.LoadAddIn(line.add_in);
   // The version function is registered on opening: a call that reached the host's callback.
   const bool opened = !engine.functions().empty();
-  findings.Add(opened ? Verdict::kGood : Verdict::kProblem, "Opening",
-               opened ? "the add-in opens and finds the callback"
-                      : "the add-in opens, but does not find the callback of its host");
+  findings.Judge(opened, "Opening",
+                 opened ? "the add-in opens and finds the callback"
+                        : "the add-in opens, but does not find the callback of its host");
   const std::size_t before = engine.functions().size();
   engine.Announce(5);
   const std::size_t count = engine.functions().size();
-  findings.Add(count > before ? Verdict::kGood : Verdict::kProblem, "Registered functions",
-               std::to_string(count) + " once the companion announces itself");
+  findings.Judge(count > before, "Registered functions",
+                 std::to_string(count) + " once the companion announces itself");
   for (const std::string& refused : engine.refused_registrations())
     findings.Problem("Registered functions", refused);
   CheckValue(engine, "A statistic", u"=ZavMean(1,2,3)", 2, findings);
@@ -149,8 +152,8 @@ void CheckFunctions(const CommandLine& line, bool rank_tests, Findings& findings
     const bool there = std::any_of(functions.begin(), functions.end(), [](const auto& function) {
       return function.name.find(u"ZavWSR") != std::u16string::npos;
     });
-    findings.Add(there ? Verdict::kGood : Verdict::kProblem, "Rank tests",
-                 there ? "registered" : "not registered, although their library is there");
+    findings.Judge(there, "Rank tests",
+                   there ? "registered" : "not registered, although their library is there");
   }
   engine.CloseAddIn();
   for (const Violation& violation : engine.judge().violations())
