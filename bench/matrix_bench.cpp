@@ -6,10 +6,10 @@
 #include <random>
 #include <vector>
 
-#include "excel/error_double.h"
 #include "library_avx2.h"
 #include "matrix/association.h"
 #include "matrix/ranks.h"
+#include "numbers/error_double.h"
 #include "platform/parallel.h"
 #include "ratios.h"
 

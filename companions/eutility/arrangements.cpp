@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "companions/eutility/eutility.h"
+#include "contracts/eutility.h"
 
 namespace EUtility {
 namespace {

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "companions/eutility/arrangements.h"
-#include "companions/eutility/eutility.h"
-#include "stats/floating_point_scope.h"
+#include "contracts/eutility.h"
+#include "numbers/floating_point_scope.h"
 #include "stats/rank_sums.h"
 
 namespace EUtility {

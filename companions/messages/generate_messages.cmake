@@ -66,7 +66,7 @@ set(notice "// Made by generate_messages.cmake; change the files of texts instea
 if(OUTPUT MATCHES "\\.rc$")
   file(WRITE ${OUTPUT} "${notice}#pragma code_page(65001)\n${source}")
 else()
-  file(WRITE ${OUTPUT} "${notice}#include \"companions/messages/message_table.h\"
+  file(WRITE ${OUTPUT} "${notice}#include \"contracts/message_table.h\"
 
 namespace zavrel::messages {
 namespace {

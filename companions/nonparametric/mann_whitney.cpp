@@ -6,7 +6,7 @@
 
 #include "companions/nonparametric/p_value.h"
 #include "companions/nonparametric/rank_records.h"
-#include "stats/floating_point_scope.h"
+#include "numbers/floating_point_scope.h"
 
 namespace NonparametricTests {
 namespace {

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <limits>
 
-#include "companions/nonparametric/nonparametric_tests.h"
+#include "contracts/nonparametric_tests.h"
 #include "stats/normal.h"
 
 namespace NonparametricTests {

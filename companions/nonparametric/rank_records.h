@@ -6,7 +6,7 @@
 #include <new>
 #include <span>
 
-#include "companions/nonparametric/nonparametric_tests.h"
+#include "contracts/nonparametric_tests.h"
 #include "stats/rank_sums.h"
 
 namespace NonparametricTests {

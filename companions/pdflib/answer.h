@@ -5,8 +5,8 @@
 #include <stdexcept>
 
 #include "companions/pdflib/pdf_dist.h"
-#include "companions/pdflib/pdflib.h"
-#include "stats/floating_point_scope.h"
+#include "contracts/pdflib.h"
+#include "numbers/floating_point_scope.h"
 
 namespace DistLib {
 

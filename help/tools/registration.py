@@ -6,7 +6,7 @@ import pathlib
 import re
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-TABLE = ROOT / "src/addin/registration_table.cpp"
+TABLE = ROOT / "src/frame/registration_table.cpp"
 TEXTS = ROOT / "companions/messages/texts"
 LANGUAGES = sorted(file.stem for file in TEXTS.glob("*.txt"))
 FIRST_CATEGORY = 400

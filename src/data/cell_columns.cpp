@@ -4,7 +4,7 @@
 #include <bit>
 #include <cstring>
 
-#include "stats/floating_point_scope.h"
+#include "numbers/floating_point_scope.h"
 
 namespace zavrel {
 namespace {

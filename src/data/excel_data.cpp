@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "excel/error_double.h"
+#include "numbers/error_double.h"
 #include "stats/sort_ascending.h"
 
 namespace zavrel {

@@ -5,7 +5,7 @@
 
 #include "data/data_argument.h"
 #include "data/session_caches.h"
-#include "excel/error_double.h"
+#include "numbers/error_double.h"
 
 namespace zavrel {
 namespace {

@@ -2,29 +2,13 @@
 // The check of arguments against the types and the numeric ranges that a function accepts.
 
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <string>
 
 #include "excel/xxloper.h"
+#include "numbers/numeric_range.h"
 
 namespace zavrel {
-
-/// One end of a numeric range.
-struct Bound {
-  double value;
-  bool inclusive = true;
-};
-
-/// A range of numbers; an absent bound is not checked.
-struct NumericRange {
-  std::optional<Bound> lower{};
-  std::optional<Bound> upper{};
-
-  bool Contains(double number) const;
-  /// "[0, 1)"; an absent bound shows as "(-inf" or "inf)".
-  std::string Text() const;
-};
 
 /// One argument to be checked.
 struct Parameter {
@@ -41,8 +25,5 @@ struct Parameter {
 /// errors are, an array holds none; a number or an integer is finite and within the range. False at
 /// the first that fails; the caller answers with the error of its choice. Never throws.
 bool CheckParameters(std::span<Parameter> parameters) noexcept;
-
-/// Excel's code of a value that is an error, or of the first error in an array.
-std::optional<std::int32_t> FirstError(const XLOPER12& value);
 
 }  // namespace zavrel

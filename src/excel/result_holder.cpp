@@ -3,7 +3,7 @@
 #include <new>
 #include <optional>
 
-#include "companions/messages/message_ids.h"
+#include "contracts/message_ids.h"
 #include "diagnostics/vek_exception.h"
 #include "platform/thread_slot.h"
 

@@ -4,7 +4,6 @@
 #include <limits>
 
 #include "excel/coerce.h"
-#include "excel/parameter.h"
 
 namespace zavrel {
 namespace {

@@ -129,6 +129,14 @@ std::span<const XLOPER12> ElementsIn(const XLOPER12& record) {
           static_cast<std::size_t>(rows) * static_cast<std::size_t>(columns)};
 }
 
+std::optional<std::int32_t> FirstError(const XLOPER12& record) {
+  if (TypeOf(record) == xltypeErr) return record.val.err;
+  for (const XLOPER12& element : ElementsIn(record)) {
+    if (TypeOf(element) == xltypeErr) return element.val.err;
+  }
+  return std::nullopt;
+}
+
 void CallExcelToFree::operator()(const XLOPER12* record) const noexcept {
   const std::unique_ptr<const XLOPER12> memory(record);
   // The record was made by CallExcel and is not const; Excel nulls the pointer in it.

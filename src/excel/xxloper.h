@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -19,6 +20,8 @@ std::u16string_view TextIn(const XLOPER12& record);
 /// The elements of an array record, row by row; empty for every other type, a null pointer or
 /// dimensions that no worksheet has.
 std::span<const XLOPER12> ElementsIn(const XLOPER12& record);
+/// Excel's code of a value that is an error, or of the first error in an array.
+std::optional<std::int32_t> FirstError(const XLOPER12& record);
 
 /// Deleter of a record that Excel filled as the result of a C API call: frees what Excel attached
 /// to it through Excel, then the record itself. A record with nothing attached goes the same way:

@@ -7,10 +7,10 @@
 #include <cmath>
 #include <utility>
 
-#include "addin/worksheet_function.h"
 #include "data/cell_layout.h"
 #include "data/get_parameters.h"
-#include "excel/error_double.h"
+#include "excel/double_value.h"
+#include "frame/worksheet_function.h"
 #include "functions/matrix_result.h"
 #include "functions/variables.h"
 #include "matrix/association.h"

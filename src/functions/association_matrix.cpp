@@ -3,7 +3,7 @@
 #include <utility>
 #include <vector>
 
-#include "excel/error_double.h"
+#include "numbers/error_double.h"
 
 namespace zavrel {
 

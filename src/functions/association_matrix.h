@@ -1,7 +1,7 @@
 #pragma once
 
-#include "excel/double_matrix.h"
 #include "matrix/association.h"
+#include "numbers/double_matrix.h"
 
 namespace zavrel {
 

@@ -5,13 +5,13 @@
 // calculate something, a call returns #REF! at once and comes again.
 #include <algorithm>
 
-#include "addin/session.h"
-#include "addin/worksheet_function.h"
 #include "data/category_table.h"
 #include "data/get_parameters.h"
-#include "data/macro_arrays.h"
+#include "frame/session.h"
+#include "frame/worksheet_function.h"
 #include "functions/calling_array.h"
 #include "functions/category_arrays.h"
+#include "macros/macro_arrays.h"
 #include "platform/export.h"
 #include "platform/letter_case.h"
 

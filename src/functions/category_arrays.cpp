@@ -5,8 +5,9 @@
 #include <utility>
 #include <vector>
 
-#include "addin/session.h"
-#include "data/macro_arrays.h"
+#include "frame/session.h"
+#include "macros/macro_arrays.h"
+#include "macros/macro_handshakes.h"
 
 namespace zavrel {
 namespace {
@@ -40,13 +41,13 @@ std::optional<XXloper> FillNext(Items items, std::uint64_t& slot) {
 
 template <class Items>
 XXloper FillByAddress(Items items, const char* text) {
-  const auto address = Session::Current()->macro_handshakes().IssuedAddress(text);
+  const auto address = Session::Current()->Kept<MacroHandshakes>().IssuedAddress(text);
   return address ? Fill(items, *address) : XXloper::Error(ExcelError::kValue);
 }
 
 template <class Pending, class Items>
 XXloper FillById(Items items, const char* id) {
-  MacroHandshakes& handshakes = Session::Current()->macro_handshakes();
+  MacroHandshakes& handshakes = Session::Current()->Kept<MacroHandshakes>();
   const std::string key = id == nullptr ? "" : id;
   const Pending* wanted = handshakes.Find<Pending>(key);
   if (wanted == nullptr) return XXloper::Error(ExcelError::kValue);
@@ -58,10 +59,10 @@ XXloper FillById(Items items, const char* id) {
 }  // namespace
 
 std::optional<XXloper> FillNextCategoryNames(CategoryNames names) {
-  return FillNext(names, Session::Current()->macro_handshakes().next_category_names());
+  return FillNext(names, Session::Current()->Kept<MacroHandshakes>().next_category_names());
 }
 std::optional<XXloper> FillNextCategoryIndices(CategoryPositions positions) {
-  return FillNext(positions, Session::Current()->macro_handshakes().next_category_indices());
+  return FillNext(positions, Session::Current()->Kept<MacroHandshakes>().next_category_indices());
 }
 
 XXloper FillNamesByAddress(CategoryNames names, const char* address) {

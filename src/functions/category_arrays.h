@@ -16,7 +16,7 @@ using CategoryPositions = std::span<const std::int32_t>;
 
 // Each writes strings (VT_BSTR) or 32-bit integers (VT_I4) and gives the call's result: how many
 // they are, or #VALUE! when there is no such address or entry, the VARIANT must not be written
-// (data/macro_arrays.h) or memory does not suffice.
+// (macros/macro_arrays.h) or memory does not suffice.
 
 /// What a macro has arranged for the next ZavCategoryNames or ZavCategoryIndices, and is used up
 /// then. Nothing when it has arranged nothing.

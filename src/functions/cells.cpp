@@ -2,8 +2,8 @@
 #include <new>
 #include <optional>
 
-#include "addin/worksheet_function.h"
 #include "data/get_parameters.h"
+#include "frame/worksheet_function.h"
 #include "functions/calling_array.h"
 #include "functions/macro_cell_values.h"
 #include "functions/put_cell.h"

@@ -8,7 +8,7 @@
 
 #include "excel/xxloper.h"
 #include "functions/calling_array.h"
-#include "stats/floating_point_scope.h"
+#include "numbers/floating_point_scope.h"
 
 namespace zavrel {
 

@@ -9,13 +9,14 @@
 #include <optional>
 #include <variant>
 
-#include "addin/target_computation.h"
-#include "addin/worksheet_function.h"
+#include "bindings/target_computation.h"
 #include "data/cell_layout.h"
 #include "data/get_parameters.h"
-#include "excel/error_double.h"
+#include "excel/double_value.h"
+#include "frame/worksheet_function.h"
 #include "functions/cached_statistic.h"
 #include "functions/chart_column.h"
+#include "numbers/error_double.h"
 #include "platform/export.h"
 #include "stats/box_plot.h"
 #include "stats/box_plot_series.h"

@@ -1,7 +1,7 @@
 // The summary statistics of one data set: ZavMin ... ZavMode.
-#include "addin/worksheet_function.h"
 #include "data/get_parameters.h"
-#include "excel/error_double.h"
+#include "excel/double_value.h"
+#include "frame/worksheet_function.h"
 #include "functions/cached_statistic.h"
 #include "platform/export.h"
 #include "stats/mode.h"

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "companions/pdflib/pdflib.h"
+#include "contracts/pdflib.h"
 
 namespace zavrel {
 

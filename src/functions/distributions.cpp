@@ -9,7 +9,7 @@
 // - 0: done;
 // - 1: no such property, no x for one that needs it, df below 1 (Student, chi-square), no place for
 //   the value, no distribution companion;
-// - others: the companion's code (companions/pdflib/pdflib.h).
+// - others: the companion's code (contracts/pdflib.h).
 //
 // Nothing is stored unless it is 0, except for a moment that does not exist: its status is the
 // result, and what the companion left in its place, a not-a-number, is stored.
@@ -17,11 +17,11 @@
 
 #include <cmath>
 
-#include "addin/distribution_library.h"
-#include "addin/worksheet_function.h"
+#include "bindings/distribution_library.h"
 #include "data/get_parameters.h"
-#include "excel/error_double.h"
+#include "frame/worksheet_function.h"
 #include "functions/distribution_selector.h"
+#include "numbers/error_double.h"
 #include "platform/export.h"
 
 namespace zavrel {

@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include "addin/worksheet_function.h"
 #include "data/data_argument.h"
+#include "frame/worksheet_function.h"
 #include "functions/matrix_result.h"
 #include "functions/variables.h"
 #include "matrix/eigendata.h"

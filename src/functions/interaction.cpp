@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "addin/worksheet_function.h"
 #include "data/get_parameters.h"
+#include "frame/worksheet_function.h"
 #include "functions/indicator.h"
 #include "functions/result_column.h"
 #include "platform/export.h"

@@ -4,8 +4,8 @@
 // All of them list the cells of a class in their order (of whole columns and rows the used part)
 // and return how many they are. #VALUE! for a class code that names none, for a text that is no
 // address or id, for an address that the session did not issue lately, for a VARIANT that must not
-// be written (data/macro_arrays.h) and when memory does not suffice; the VARIANTs are then left as
-// they were, without memory empty. #REF! for cells that cannot be read, and while one that is
+// be written (macros/macro_arrays.h) and when memory does not suffice; the VARIANTs are then left
+// as they were, without memory empty. #REF! for cells that cannot be read, and while one that is
 // needed is not calculated yet; then nothing was touched and all stays arranged for the next call.
 #include "functions/macro_cell_values.h"
 
@@ -13,11 +13,12 @@
 #include <utility>
 #include <vector>
 
-#include "addin/session.h"
-#include "addin/worksheet_function.h"
 #include "data/category_name.h"
-#include "data/macro_arrays.h"
+#include "frame/session.h"
+#include "frame/worksheet_function.h"
 #include "functions/range_and_class.h"
+#include "macros/macro_arrays.h"
+#include "macros/macro_handshakes.h"
 #include "platform/export.h"
 
 namespace zavrel {
@@ -122,7 +123,7 @@ XXloper FromCells(const XLOPER12* range, const XLOPER12* class_code, Filler fill
 XXloper FillByAddress(const XLOPER12* range, const XLOPER12* class_code, CellElements elements,
                       const char* values_address, const char* indices_address) {
   return FromCells(range, class_code, [&](const ExcelData& data, CellClass cell_class) {
-    const MacroHandshakes& handshakes = Session::Current()->macro_handshakes();
+    const MacroHandshakes& handshakes = Session::Current()->Kept<MacroHandshakes>();
     const auto values = handshakes.IssuedAddress(values_address);
     const auto indices = handshakes.IssuedAddress(indices_address);
     if (!values || !indices) return XXloper::Error(ExcelError::kValue);
@@ -131,7 +132,7 @@ XXloper FillByAddress(const XLOPER12* range, const XLOPER12* class_code, CellEle
 }
 
 XXloper FillById(const ExcelData& data, CellClass cell_class, const char* id) {
-  MacroHandshakes& handshakes = Session::Current()->macro_handshakes();
+  MacroHandshakes& handshakes = Session::Current()->Kept<MacroHandshakes>();
   const std::string key = id == nullptr ? "" : id;
   const auto* wanted = handshakes.Find<PendingCellValues>(key);
   if (wanted == nullptr) return XXloper::Error(ExcelError::kValue);
@@ -144,7 +145,7 @@ XXloper FillById(const ExcelData& data, CellClass cell_class, const char* id) {
 
 std::optional<XXloper> FillNextCellValues(const ExcelData& data, CellClass cell_class) {
   std::optional<PendingCellValues>& slot =
-      Session::Current()->macro_handshakes().next_cell_values();
+      Session::Current()->Kept<MacroHandshakes>().next_cell_values();
   if (!slot) return std::nullopt;
   // Taken out first: what the macro's VARIANTs held may arrange something new as it goes.
   PendingCellValues wanted = *std::move(slot);

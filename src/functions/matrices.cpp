@@ -1,7 +1,7 @@
 // Plain matrices for libraries of the suite, which are built with the same compiler: parameters and
 // results are DoubleMatrix values, failures the exceptions of diagnostics/vek_exception.h, which
 // their caller catches.
-#include "addin/worksheet_function.h"
+#include "frame/worksheet_function.h"
 #include "functions/association_matrix.h"
 #include "matrix/matrix_operations.h"
 #include "platform/export.h"

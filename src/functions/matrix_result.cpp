@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "excel/error_double.h"
+#include "excel/double_value.h"
 #include "excel/reference.h"
 #include "functions/calling_array.h"
 

@@ -1,8 +1,8 @@
 #pragma once
 // Matrices as results of worksheet functions.
 
-#include "excel/double_matrix.h"
 #include "excel/xxloper.h"
+#include "numbers/double_matrix.h"
 
 namespace zavrel {
 

@@ -1,8 +1,8 @@
 // Nonparametric tests: those of Mann and Whitney (ZavMW...), of Wilcoxon for one sample and for
 // pairs (ZavWSR..., ZavWSRPair...) and of Kruskal and Wallis (ZavKW...).
 //
-// Two companion libraries compute them; companions/nonparametric/nonparametric_tests.h and
-// companions/eutility/eutility.h say what. The functions are registered only where the first of
+// Two companion libraries compute them; contracts/nonparametric_tests.h and
+// contracts/eutility.h say what. The functions are registered only where the first of
 // them is. Without the other, and with arguments that a library refuses, each is #VALUE!. Only
 // numbers are used.
 //
@@ -14,15 +14,15 @@
 #include <string>
 #include <vector>
 
-#include "addin/nonparametric_library.h"
-#include "addin/session.h"
-#include "addin/worksheet_function.h"
+#include "bindings/nonparametric_library.h"
 #include "data/data_argument.h"
 #include "data/get_parameters.h"
-#include "data/rank_sum_records.h"
 #include "diagnostics/log_line.h"
-#include "excel/error_double.h"
+#include "excel/double_value.h"
+#include "frame/session.h"
+#include "frame/worksheet_function.h"
 #include "functions/pair_arguments.h"
+#include "functions/rank_sum_records.h"
 #include "platform/export.h"
 
 namespace zavrel {
@@ -53,7 +53,7 @@ bool AreSizes(const Parameters& given) { return given.integer(0) >= 1 && given.i
 template <class Compute>
 XXloper FieldOf(Field field, const std::string& key, const RankSumRecords::Serials& serials,
                 Compute compute) {
-  RankSumRecords& records = Session::Current()->rank_sum_records();
+  RankSumRecords& records = Session::Current()->Kept<RankSumRecords>();
   if (const RankSumRecord* known = records.Find(key, serials)) return ToExcelValue(known->*field);
   const NonparametricFunctions* const functions = NonparametricCompanions();
   NptRankSums sums{};

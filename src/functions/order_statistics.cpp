@@ -4,10 +4,10 @@
 // which textbook definition each code stands for.
 #include <cmath>
 
-#include "addin/target_computation.h"
-#include "addin/worksheet_function.h"
+#include "bindings/target_computation.h"
 #include "data/get_parameters.h"
-#include "excel/error_double.h"
+#include "excel/double_value.h"
+#include "frame/worksheet_function.h"
 #include "platform/export.h"
 #include "stats/target.h"
 

@@ -8,10 +8,10 @@
 #include <array>
 #include <limits>
 
-#include "addin/target_computation.h"
-#include "addin/worksheet_function.h"
+#include "bindings/target_computation.h"
 #include "data/get_parameters.h"
-#include "excel/error_double.h"
+#include "excel/double_value.h"
+#include "frame/worksheet_function.h"
 #include "functions/pair_arguments.h"
 #include "platform/export.h"
 #include "stats/moment_block.h"

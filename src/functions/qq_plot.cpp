@@ -3,8 +3,8 @@
 #include <array>
 #include <variant>
 
-#include "addin/worksheet_function.h"
 #include "data/get_parameters.h"
+#include "frame/worksheet_function.h"
 #include "functions/chart_column.h"
 #include "functions/distributions.h"
 #include "functions/sample_scale.h"

@@ -4,8 +4,8 @@
 // the clock give the same number.
 #include <limits>
 
-#include "addin/random_value.h"
-#include "addin/worksheet_function.h"
+#include "bindings/random_value.h"
+#include "frame/worksheet_function.h"
 #include "platform/export.h"
 #include "random/clock_seed.h"
 #include "random/mersenne_twister.h"

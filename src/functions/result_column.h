@@ -7,7 +7,7 @@
 
 #include "data/excel_data.h"
 #include "excel/xxloper.h"
-#include "stats/floating_point_scope.h"
+#include "numbers/floating_point_scope.h"
 
 namespace zavrel {
 

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "excel/error_double.h"
+#include "excel/double_value.h"
 #include "functions/cached_statistic.h"
 
 namespace zavrel {

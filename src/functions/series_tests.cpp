@@ -4,9 +4,9 @@
 #include <optional>
 #include <variant>
 
-#include "addin/worksheet_function.h"
 #include "data/get_parameters.h"
-#include "excel/error_double.h"
+#include "excel/double_value.h"
+#include "frame/worksheet_function.h"
 #include "functions/distributions.h"
 #include "functions/sample_scale.h"
 #include "platform/export.h"

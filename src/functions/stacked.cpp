@@ -3,12 +3,12 @@
 #include <string>
 #include <vector>
 
-#include "addin/worksheet_function.h"
 #include "data/data_argument.h"
 #include "data/session_caches.h"
 #include "data/stacked_data.h"
 #include "excel/reference.h"
 #include "excel/scalar_argument.h"
+#include "frame/worksheet_function.h"
 #include "functions/put_cell.h"
 #include "platform/export.h"
 

@@ -3,8 +3,8 @@
 
 #include <array>
 
-#include "addin/worksheet_function.h"
 #include "data/get_parameters.h"
+#include "frame/worksheet_function.h"
 #include "platform/export.h"
 
 namespace zavrel {

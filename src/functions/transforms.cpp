@@ -5,12 +5,12 @@
 #include <array>
 #include <cmath>
 
-#include "addin/worksheet_function.h"
 #include "data/get_parameters.h"
+#include "frame/worksheet_function.h"
 #include "functions/indicator.h"
 #include "functions/result_column.h"
+#include "numbers/floating_point_scope.h"
 #include "platform/export.h"
-#include "stats/floating_point_scope.h"
 #include "stats/standardize.h"
 
 namespace zavrel {

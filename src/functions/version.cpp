@@ -1,9 +1,9 @@
 // ZavrelFuncsVersion: the library's major version.
 #include <cstdint>
 
-#include "addin/library_identity.h"
-#include "addin/worksheet_function.h"
+#include "frame/worksheet_function.h"
 #include "platform/export.h"
+#include "platform/library_identity.h"
 
 namespace zavrel {
 

@@ -5,7 +5,6 @@
 #include <new>
 #include <optional>
 
-#include "excel/error_double.h"
 #include "matrix/association_kernels.h"
 #include "matrix/gapped_pairs.h"
 #include "matrix/matrix_parallel.h"
@@ -13,9 +12,10 @@
 #include "matrix/ranks.h"
 #include "matrix/scanned_variable.h"
 #include "matrix/whole_pairs.h"
+#include "numbers/error_double.h"
+#include "numbers/floating_point_scope.h"
 #include "platform/block_pool.h"
 #include "platform/parallel.h"
-#include "stats/floating_point_scope.h"
 
 namespace zavrel {
 namespace {

@@ -6,13 +6,13 @@
 #include <span>
 #include <vector>
 
-#include "excel/double_matrix.h"
 #include "matrix/association_kernels.h"
+#include "numbers/double_matrix.h"
 
 namespace zavrel {
 
 /// A variable in observation order. A value may be the missing-value marker or carry the error of
-/// the cell that it comes from (excel/error_double.h).
+/// the cell that it comes from (numbers/error_double.h).
 using VariableColumn = std::span<const double>;
 
 struct AssociationResult {

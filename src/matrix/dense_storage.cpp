@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "companions/messages/message_ids.h"
+#include "contracts/message_ids.h"
 #include "diagnostics/vek_exception.h"
 
 namespace zavrel::dense {

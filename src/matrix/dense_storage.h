@@ -6,7 +6,7 @@
 #include <limits>
 #include <new>
 
-#include "excel/double_matrix.h"
+#include "numbers/double_matrix.h"
 #include "platform/block_pool.h"
 
 namespace zavrel::dense {

@@ -8,10 +8,10 @@
 #include <string>
 #include <utility>
 
-#include "companions/messages/message_ids.h"
+#include "contracts/message_ids.h"
 #include "diagnostics/vek_exception.h"
 #include "matrix/dense_storage.h"
-#include "stats/floating_point_scope.h"
+#include "numbers/floating_point_scope.h"
 
 namespace zavrel::matrix {
 namespace {

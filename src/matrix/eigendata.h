@@ -3,8 +3,8 @@
 
 #include <vector>
 
-#include "excel/double_matrix.h"
 #include "matrix/dense_kernels.h"
+#include "numbers/double_matrix.h"
 
 namespace zavrel::matrix {
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 
-#include "excel/error_double.h"
 #include "matrix/matrix_parallel.h"
 #include "matrix/ranks.h"
+#include "numbers/error_double.h"
 #include "platform/parallel.h"
 
 namespace zavrel {

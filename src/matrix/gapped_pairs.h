@@ -4,10 +4,10 @@
 
 #include <span>
 
-#include "excel/double_matrix.h"
 #include "matrix/association_kernels.h"
 #include "matrix/pair_value.h"
 #include "matrix/scanned_variable.h"
+#include "numbers/double_matrix.h"
 #include "platform/block_pool.h"
 
 namespace zavrel {

@@ -6,13 +6,13 @@
 #include <utility>
 #include <vector>
 
-#include "companions/messages/message_ids.h"
+#include "contracts/message_ids.h"
 #include "diagnostics/vek_exception.h"
 #include "matrix/dense_kernels.h"
 #include "matrix/dense_storage.h"
 #include "matrix/matrix_parallel.h"
+#include "numbers/floating_point_scope.h"
 #include "platform/parallel.h"
-#include "stats/floating_point_scope.h"
 
 namespace zavrel {
 namespace {

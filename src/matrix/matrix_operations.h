@@ -4,7 +4,7 @@
 // A matrix whose rows differ in length, or operands whose shapes do not go together, throw
 // VekArraySizeError, sizes that no memory holds std::bad_alloc. A matrix of no rows is 0 x 0.
 
-#include "excel/double_matrix.h"
+#include "numbers/double_matrix.h"
 
 namespace zavrel {
 

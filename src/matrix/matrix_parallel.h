@@ -4,8 +4,8 @@
 #include <atomic>
 #include <cstddef>
 
+#include "numbers/floating_point_scope.h"
 #include "platform/parallel.h"
-#include "stats/floating_point_scope.h"
 
 namespace zavrel {
 

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <span>
 
-#include "excel/double_matrix.h"
+#include "numbers/double_matrix.h"
 
 namespace zavrel {
 

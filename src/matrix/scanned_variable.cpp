@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "excel/error_double.h"
 #include "matrix/association_kernels.h"
 #include "matrix/matrix_parallel.h"
+#include "numbers/error_double.h"
 
 namespace zavrel {
 namespace {

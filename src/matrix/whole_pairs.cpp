@@ -5,7 +5,7 @@
 
 #include "matrix/dense_storage.h"
 #include "matrix/matrix_parallel.h"
-#include "stats/floating_point_scope.h"
+#include "numbers/floating_point_scope.h"
 
 namespace zavrel {
 namespace {

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <span>
 
-#include "companions/messages/message_ids.h"
+#include "contracts/message_ids.h"
 #include "diagnostics/vek_exception.h"
 #include "platform/clock.h"
 #include "platform/md5.h"

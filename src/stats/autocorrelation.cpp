@@ -2,8 +2,8 @@
 
 #include <cmath>
 
-#include "excel/error_double.h"
-#include "stats/floating_point_scope.h"
+#include "numbers/error_double.h"
+#include "numbers/floating_point_scope.h"
 #include "stats/moment_block.h"
 
 namespace zavrel {

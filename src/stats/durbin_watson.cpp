@@ -2,8 +2,8 @@
 
 #include <cstddef>
 
-#include "excel/error_double.h"
-#include "stats/floating_point_scope.h"
+#include "numbers/error_double.h"
+#include "numbers/floating_point_scope.h"
 
 namespace zavrel {
 namespace {

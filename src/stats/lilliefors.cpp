@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstddef>
 
-#include "excel/error_double.h"
+#include "numbers/error_double.h"
 
 namespace zavrel {
 

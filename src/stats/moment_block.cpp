@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "stats/floating_point_scope.h"
+#include "numbers/floating_point_scope.h"
 
 namespace zavrel {
 namespace {

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <span>
 
-#include "excel/error_double.h"
+#include "numbers/error_double.h"
 #include "stats/running_sum.h"
 #include "stats/statistic_id.h"
 

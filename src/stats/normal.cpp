@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <limits>
 
-#include "stats/elementary.h"
+#include "numbers/elementary.h"
 
 namespace zavrel {
 namespace {

@@ -8,8 +8,8 @@
 #include <cstddef>
 #include <span>
 
-#include "excel/error_double.h"
-#include "excel/parameter.h"
+#include "numbers/error_double.h"
+#include "numbers/numeric_range.h"
 
 namespace zavrel {
 

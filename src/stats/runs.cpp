@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "excel/error_double.h"
+#include "numbers/error_double.h"
 
 namespace zavrel {
 

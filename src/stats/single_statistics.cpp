@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "excel/error_double.h"
-#include "stats/floating_point_scope.h"
+#include "numbers/error_double.h"
+#include "numbers/floating_point_scope.h"
 
 namespace zavrel {
 namespace {

@@ -1,6 +1,6 @@
 #include "stats/standardize.h"
 
-#include "stats/floating_point_scope.h"
+#include "numbers/floating_point_scope.h"
 
 namespace zavrel {
 

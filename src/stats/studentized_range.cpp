@@ -5,8 +5,8 @@
 #include <cmath>
 #include <cstddef>
 
-#include "stats/elementary.h"
-#include "stats/floating_point_scope.h"
+#include "numbers/elementary.h"
+#include "numbers/floating_point_scope.h"
 #include "stats/normal.h"
 
 namespace zavrel {

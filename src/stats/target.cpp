@@ -4,10 +4,10 @@
 #include <cmath>
 #include <numeric>
 
-#include "companions/messages/message_ids.h"
+#include "contracts/message_ids.h"
 #include "diagnostics/vek_exception.h"
-#include "excel/error_double.h"
-#include "stats/floating_point_scope.h"
+#include "numbers/error_double.h"
+#include "numbers/floating_point_scope.h"
 
 namespace zavrel::Stats {
 namespace {

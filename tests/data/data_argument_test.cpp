@@ -12,7 +12,7 @@
 
 #include "data/data_key.h"
 #include "data/fake_excel.h"
-#include "excel/error_double.h"
+#include "numbers/error_double.h"
 
 namespace zavrel::tests {
 namespace {

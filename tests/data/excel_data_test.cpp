@@ -9,7 +9,7 @@
 #include "data/array_accessor.h"
 #include "data/dataset_parm.h"
 #include "data/fake_excel.h"
-#include "excel/error_double.h"
+#include "numbers/error_double.h"
 
 namespace zavrel::tests {
 namespace {

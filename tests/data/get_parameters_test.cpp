@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "data/fake_excel.h"
-#include "excel/error_double.h"
+#include "numbers/error_double.h"
 
 namespace zavrel::tests {
 namespace {

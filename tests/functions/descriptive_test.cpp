@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "addin/worksheet_function.h"
+#include "frame/worksheet_function.h"
 #include "functions/open_add_in.h"
 #include "platform/export.h"
 

@@ -4,11 +4,11 @@
 #include <cmath>
 #include <string>
 
-#include "companions/pdflib/pdflib.h"
-#include "excel/error_double.h"
+#include "contracts/pdflib.h"
 #include "functions/distribution_selector.h"
 #include "functions/distributions.h"
 #include "functions/open_add_in.h"
+#include "numbers/error_double.h"
 #include "platform/export.h"
 
 namespace zavrel {

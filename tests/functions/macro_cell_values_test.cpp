@@ -7,6 +7,7 @@
 #include <string>
 
 #include "functions/open_add_in.h"
+#include "macros/macro_handshakes.h"
 
 namespace zavrel::tests {
 namespace {
@@ -87,7 +88,7 @@ TEST_CASE("an entry is used up by the call that names it, and by no other") {
   for (const char* unknown : {"", "12", "Time=1", static_cast<const char*>(nullptr)})
     CHECK(Error(*ZavrelGetCellValuesPrivate(range, every, unknown)) == xlerrValue);
 
-  MacroHandshakes& handshakes = Session::Current()->macro_handshakes();
+  MacroHandshakes& handshakes = Session::Current()->Kept<MacroHandshakes>();
   const std::string id = handshakes.Enter(PendingCellValues{});
   const std::string bad = handshakes.Enter(PendingCellValues{{}, 8, 0});
   CHECK(Error(*ZavrelGetCellValuesPrivate(range, no_class, id.c_str())) == xlerrValue);

@@ -3,8 +3,8 @@
 
 #include <doctest/doctest.h>
 
-#include "addin/session.h"
 #include "data/fake_excel.h"
+#include "frame/session.h"
 
 namespace zavrel::tests {
 

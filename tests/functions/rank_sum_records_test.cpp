@@ -1,5 +1,5 @@
 // Which record of ranks a function shows: one under the key of its arguments, for its data sets.
-#include "data/rank_sum_records.h"
+#include "functions/rank_sum_records.h"
 
 #include <doctest/doctest.h>
 
@@ -36,7 +36,7 @@ TEST_CASE("functions over the same cells show the fields of one record") {
   add_in.excel.SetColumn(0, 1, {2.0, 4.0, 6.0, 8.0});
   const Reference x(Area(0, 3, 0, 0)), y(Area(0, 3, 1, 1));
   const Argument median(Cell(4.0)), other(Cell(-0.0));
-  RankSumRecords& records = Session::Current()->rank_sum_records();
+  RankSumRecords& records = Session::Current()->Kept<RankSumRecords>();
 
   CHECK(Number(*ZavrelMWTies(x, y)) == 1);
   CHECK(Number(*ZavrelMWRankSum1(x, y)) == 15);
@@ -70,6 +70,32 @@ TEST_CASE("functions over the same cells show the fields of one record") {
   add_in.excel.Set(1, 0, 7.0);
   CHECK(Number(*ZavrelMWRankSum1(x, y)) == 17);  // 1, 7, 4.5 twice
   CHECK(Number(*ZavrelWSRTies(x, median)) == 2);
+}
+
+TEST_CASE("ranks are kept for their data sets alone, and go with the other caches") {
+  const OpenAddIn add_in;
+  Session& session = *Session::Current();
+  RankSumRecords& records = session.Kept<RankSumRecords>();
+  records.Put("MW:a_b", {3, 4}, {.ties = 1, .rank_sum_2 = 7});
+  records.Put("MW:b_a", {4, 3}, {});
+  session.KeepUpCaches(UpkeepMode::kAfterCall);
+  REQUIRE(records.Find("MW:a_b", {3, 4}) != nullptr);
+  CHECK(records.Find("MW:a_b", {3, 4})->rank_sum_2 == 7);
+  CHECK(records.Find("MW:a_b", {3, 5}) == nullptr);
+  CHECK(records.Find("MW:c_b", {3, 4}) == nullptr);
+  records.Put("MW:a_b", {3, 5}, {.ties = 2});
+  CHECK(records.Find("MW:a_b", {3, 4}) == nullptr);
+  CHECK(records.Find("MW:a_b", {3, 5})->ties == 2);
+  CHECK(records.size() == 2);
+  session.KeepUpCaches(UpkeepMode::kClearAll);
+  CHECK(records.size() == 0);
+  for (std::uint64_t i = 0; i < RankSumRecords::kMost + 10; ++i) {
+    records.Put(std::to_string(i), {i, 0}, {});
+    CHECK((records.Find("3", {3, 0}) != nullptr) == (i >= 3));  // used again and again
+  }
+  CHECK(records.size() == RankSumRecords::kMost);
+  CHECK(records.Find("10", {10, 0}) == nullptr);
+  CHECK(records.Find("11", {11, 0}) != nullptr);
 }
 
 }  // namespace zavrel::tests

@@ -174,7 +174,7 @@ def exports_of(add_in, objdump):
 def check_names(declared, source, exports):
     names = {d.export for d in declared}
     check(len(exports) > 100, "the add-in's exports could not be read")
-    listed = set(re.findall(r'^\s+"(\w+)",', (source / "src/addin/unregistered_exports.h").read_text(), re.M))
+    listed = set(re.findall(r'^\s+"(\w+)",', (source / "src/frame/unregistered_exports.h").read_text(), re.M))
     # Excel's own, and what passes matrices as C++ objects.
     wanted = {name for name in listed if not name.startswith("xlAuto") and not name.endswith("C")}
     wanted |= {name for name in exports if name.endswith("VB")}

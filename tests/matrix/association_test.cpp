@@ -14,10 +14,10 @@
 #include <string>
 #include <vector>
 
-#include "excel/error_double.h"
 #include "matrix/association_kernels.h"
+#include "numbers/error_double.h"
+#include "numbers/floating_point_scope.h"
 #include "platform/parallel.h"
-#include "stats/floating_point_scope.h"
 #include "stats/moment_block.h"
 #include "support/foreign_environment.h"
 

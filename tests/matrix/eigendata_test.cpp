@@ -8,7 +8,7 @@
 #include <limits>
 #include <tuple>
 
-#include "companions/messages/message_ids.h"
+#include "contracts/message_ids.h"
 #include "matrix/dense_kernels.h"
 #include "sample_matrices.h"
 

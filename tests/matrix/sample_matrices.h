@@ -7,7 +7,7 @@
 #include <string>
 
 #include "diagnostics/vek_exception.h"
-#include "excel/double_matrix.h"
+#include "numbers/double_matrix.h"
 
 namespace zavrel::tests {
 

@@ -4,7 +4,7 @@
 #include <map>
 #include <utility>
 
-#include "companions/messages/message_table.h"
+#include "contracts/message_table.h"
 #include "messages/text_files.h"
 
 TEST_CASE("the table holds the texts of the files, ordered by language and id") {

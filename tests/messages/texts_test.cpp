@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "companions/messages/message_ids.h"
+#include "contracts/message_ids.h"
 #include "messages/text_files.h"
 
 namespace {

@@ -1,8 +1,8 @@
 #pragma once
 // The two companions as another program would use them: on Windows the files that ship.
 
-#include "companions/eutility/eutility.h"
-#include "companions/nonparametric/nonparametric_tests.h"
+#include "contracts/eutility.h"
+#include "contracts/nonparametric_tests.h"
 
 namespace zavrel::tests {
 

@@ -6,7 +6,7 @@
 #include <limits>
 #include <string>
 
-#include "companions/pdflib/pdflib.h"
+#include "contracts/pdflib.h"
 
 namespace zavrel::tests {
 

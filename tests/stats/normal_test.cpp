@@ -6,8 +6,8 @@
 #include <cmath>
 #include <limits>
 
+#include "numbers/elementary.h"
 #include "stats/csv_lines.h"
-#include "stats/elementary.h"
 
 namespace zavrel::tests {
 namespace {

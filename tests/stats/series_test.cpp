@@ -5,7 +5,7 @@
 #include <cmath>
 #include <limits>
 
-#include "excel/error_double.h"
+#include "numbers/error_double.h"
 #include "stats/autocorrelation.h"
 #include "stats/box_plot.h"
 #include "stats/csv_lines.h"

@@ -6,7 +6,7 @@
 #include <limits>
 #include <vector>
 
-#include "excel/error_double.h"
+#include "numbers/error_double.h"
 
 namespace zavrel::tests {
 namespace {

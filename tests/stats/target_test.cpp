@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "diagnostics/vek_exception.h"
-#include "excel/error_double.h"
+#include "numbers/error_double.h"
 
 namespace zavrel::tests {
 namespace {

@@ -14,8 +14,8 @@
 #include <utility>
 #include <vector>
 
-#include "excel/double_matrix.h"
 #include "integration/entry_point.h"
+#include "numbers/double_matrix.h"
 
 namespace zavrel::tests {
 

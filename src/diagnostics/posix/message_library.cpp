@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <tuple>
 
-#include "companions/messages/message_table.h"
+#include "contracts/message_table.h"
 
 namespace zavrel {
 namespace {

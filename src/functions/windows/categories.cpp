@@ -1,11 +1,12 @@
 // What a macro calls before the worksheet functions that fill its arrays with category names and
 // positions. unregistered_exports.h says in which form the strings travel.
-#include "addin/session.h"
-#include "addin/worksheet_function.h"
-#include "companions/messages/message_ids.h"
-#include "data/windows/macro_variant.h"
+#include "contracts/message_ids.h"
 #include "diagnostics/vek_exception.h"
 #include "excel/wide_text.h"
+#include "frame/session.h"
+#include "frame/worksheet_function.h"
+#include "macros/macro_handshakes.h"
+#include "macros/windows/macro_variant.h"
 #include "platform/export.h"
 
 namespace zavrel {
@@ -26,8 +27,9 @@ std::uint32_t Enter(const char* place, BSTR* id, MakeId make, auto make_pending)
     if (id == nullptr) throw VekParameterError(place, messages::kMessageParameterError);
     PendingArrays pending = make_pending();
     Session* session = Session::Current();
-    make(session == nullptr ? std::u16string()
-                            : Utf16FromUtf8(session->macro_handshakes().Enter(std::move(pending))))
+    make(session == nullptr
+             ? std::u16string()
+             : Utf16FromUtf8(session->Kept<MacroHandshakes>().Enter(std::move(pending))))
         .HandOver(id);
   });
 }
@@ -40,7 +42,7 @@ ZAV_EXPORT std::uint32_t ZavrelCategoryNamesGetArrayVB(const VARIANT* names) {
   return MacroCall("ZavrelCategoryNamesGetArrayVB", [&] {
     const std::uint64_t address = Wanted("ZavrelCategoryNamesGetArrayVB", names);
     if (Session* session = Session::Current())
-      session->macro_handshakes().next_category_names() = address;
+      session->Kept<MacroHandshakes>().next_category_names() = address;
   });
 }
 
@@ -65,7 +67,7 @@ ZAV_EXPORT std::uint32_t ZavrelCategoryIndicesSetArrayVB(const VARIANT* array) {
   return MacroCall("ZavrelCategoryIndicesSetArrayVB", [&] {
     const std::uint64_t address = Wanted("ZavrelCategoryIndicesSetArrayVB", array);
     if (Session* session = Session::Current())
-      session->macro_handshakes().next_category_indices() = address;
+      session->Kept<MacroHandshakes>().next_category_indices() = address;
   });
 }
 

@@ -1,15 +1,15 @@
 // The summary statistics of an array, for macros: ZavrelMinVB ... ZavrelModeVB.
 //
 // Each returns 0 when the result is an ordinary number. Else it returns -11005 and the result holds
-// the code that stands for the reason (excel/error_double.h): not computed for an array that cannot
-// be read. Without a place for the result it does nothing but return -11005.
+// the code that stands for the reason (numbers/error_double.h): not computed for an array that
+// cannot be read. Without a place for the result it does nothing but return -11005.
 #include <algorithm>
 #include <cmath>
 
-#include "addin/target_computation.h"
-#include "addin/worksheet_function.h"
-#include "data/windows/vb_numbers.h"
-#include "excel/error_double.h"
+#include "bindings/target_computation.h"
+#include "frame/worksheet_function.h"
+#include "macros/windows/vb_numbers.h"
+#include "numbers/error_double.h"
 #include "platform/export.h"
 #include "stats/mode.h"
 #include "stats/moment_block.h"

@@ -2,16 +2,17 @@
 // unregistered_exports.h says in which form the strings travel.
 #include <utility>
 
-#include "addin/session.h"
-#include "addin/worksheet_function.h"
-#include "companions/messages/message_ids.h"
+#include "contracts/message_ids.h"
 #include "data/category_name.h"
-#include "data/windows/macro_variant.h"
-#include "data/windows/range_object.h"
 #include "diagnostics/vek_exception.h"
 #include "excel/coerce.h"
 #include "excel/reference.h"
 #include "excel/wide_text.h"
+#include "frame/session.h"
+#include "frame/worksheet_function.h"
+#include "macros/macro_handshakes.h"
+#include "macros/windows/macro_variant.h"
+#include "macros/windows/range_object.h"
 #include "platform/export.h"
 
 namespace zavrel {
@@ -46,7 +47,7 @@ void Enter(const char* place, PendingCellValues wanted, BSTR* id) {
   if (id == nullptr) throw VekParameterError(place, messages::kMessageParameterError);
   Session* session = Session::Current();
   if (session == nullptr) return OwnedBstr::Ansi(u"").HandOver(id);
-  MacroHandshakes& handshakes = session->macro_handshakes();
+  MacroHandshakes& handshakes = session->Kept<MacroHandshakes>();
   OwnedBstr::Ansi(Utf16FromUtf8(handshakes.Enter(std::move(wanted)))).HandOver(id);
 }
 
@@ -70,7 +71,7 @@ ZAV_EXPORT BSTR VariantIdString(const VARIANT* variant) {
     Session* session = Session::Current();
     const std::uint64_t address = session == nullptr ? 0 : LastingAddress(variant);
     OwnedBstr text = OwnedBstr::Ansi(Utf16FromUtf8(TextOfAddress(address)));
-    if (address != 0) session->macro_handshakes().Issue(address);
+    if (address != 0) session->Kept<MacroHandshakes>().Issue(address);
     return text.Release();
   });
 }
@@ -84,7 +85,7 @@ ZAV_EXPORT std::uint32_t ZavrelGetCellValuesSetArrayVB(const VARIANT* values,
   return MacroCall(kPlace, [&] {
     PendingCellValues wanted = Wanted(kPlace, ValueElements{}, values, indices);
     if (Session* session = Session::Current())
-      session->macro_handshakes().next_cell_values() = std::move(wanted);
+      session->Kept<MacroHandshakes>().next_cell_values() = std::move(wanted);
   });
 }
 

@@ -9,17 +9,17 @@
 #include <array>
 #include <span>
 
-#include "addin/worksheet_function.h"
-#include "data/windows/double_array.h"
-#include "data/windows/macro_memory.h"
-#include "data/windows/redim_vb_array.h"
-#include "data/windows/vb_array.h"
-#include "data/windows/vb_numbers.h"
-#include "excel/error_double.h"
+#include "frame/worksheet_function.h"
 #include "functions/association_matrix.h"
+#include "macros/windows/double_array.h"
+#include "macros/windows/macro_memory.h"
+#include "macros/windows/redim_vb_array.h"
+#include "macros/windows/vb_array.h"
+#include "macros/windows/vb_numbers.h"
 #include "matrix/association.h"
 #include "matrix/eigendata.h"
 #include "matrix/matrix_operations.h"
+#include "numbers/error_double.h"
 #include "platform/export.h"
 
 namespace zavrel {

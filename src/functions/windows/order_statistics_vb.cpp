@@ -14,10 +14,10 @@
 // and leaves the not-computed code in the result whenever it does not return 0.
 #include <cmath>
 
-#include "addin/target_computation.h"
-#include "addin/worksheet_function.h"
-#include "data/windows/vb_numbers.h"
-#include "excel/error_double.h"
+#include "bindings/target_computation.h"
+#include "frame/worksheet_function.h"
+#include "macros/windows/vb_numbers.h"
+#include "numbers/error_double.h"
 #include "platform/export.h"
 
 namespace zavrel {

@@ -1,12 +1,12 @@
 // ZavrelWriteRangeVB: writes a block of values into a worksheet range for the macro add-in.
-#include "addin/worksheet_function.h"
-#include "companions/messages/message_ids.h"
-#include "data/windows/double_array.h"
-#include "data/windows/range_object.h"
-#include "data/windows/vb_array.h"
+#include "contracts/message_ids.h"
 #include "diagnostics/vek_exception.h"
 #include "excel/excel_call.h"
 #include "excel/reference.h"
+#include "frame/worksheet_function.h"
+#include "macros/windows/double_array.h"
+#include "macros/windows/range_object.h"
+#include "macros/windows/vb_array.h"
 #include "platform/export.h"
 
 namespace zavrel {

@@ -1,0 +1,18 @@
+# zavrel_layer(TARGET FOLDER LIBRARIES...): the static library of a folder. What stands in its subfolder windows/
+# or posix/ belongs to that system alone. A folder may use those among its LIBRARIES and, through them, what
+# they use; a test reads the includes (tests/layers).
+if(WIN32)
+  set(ZAVREL_SYSTEM windows)
+else()
+  set(ZAVREL_SYSTEM posix)
+endif()
+function(zavrel_layer target folder)
+  file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp ${folder}/${ZAVREL_SYSTEM}/*.cpp)
+  if(NOT sources)
+    file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/${target}_empty.cpp "")
+    set(sources ${CMAKE_CURRENT_BINARY_DIR}/${target}_empty.cpp)
+  endif()
+  add_library(${target} STATIC ${sources})
+  target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/src)
+  target_link_libraries(${target} PUBLIC zavrel_options ${ARGN})
+endfunction()

@@ -1,8 +1,0 @@
-#include "addin/automation_object.h"
-
-namespace zavrel {
-
-void AddAutomationReference(void*) noexcept {}
-void ReleaseAutomationReference(void*) noexcept {}
-
-}  // namespace zavrel

@@ -1,8 +1,0 @@
-// Automation exists on Windows only.
-#include "addin/calling_cell.h"
-
-namespace zavrel {
-
-std::optional<std::u16string> CallingCellFormula(void*) noexcept { return std::nullopt; }
-
-}  // namespace zavrel

@@ -1,0 +1,47 @@
+// What a companion macro add-in calls to switch its functions on and off.
+#include "frame/announce.h"
+
+#include "frame/announced_text.h"
+#include "frame/opening.h"
+#include "frame/session.h"
+#include "frame/worksheet_function.h"
+#include "platform/export.h"
+
+namespace zavrel {
+
+void AnnounceToSession(const Announcement& announcement) {
+  // Excel closes the add-in before it asks whether to save; a user who cancels goes on working, and
+  // Excel need not open the add-in again. The companion that announces itself then means to be
+  // served.
+  if (Session::Current() == nullptr) ReopenAddIn();
+  Session* session = Session::Current();
+  if (session != nullptr) session->Announce(announcement);
+}
+
+/// Announces a companion application and registers the functions that it uses.
+/// The automation objects may be null, the texts (null-terminated) null or empty. Before the first
+/// xlAutoOpen nothing is registered and nothing is kept; after xlAutoClose the add-in opens again.
+ZAV_EXPORT void InitializeXlaInformationW(void* excel_application, void* companion,
+                                          std::uint16_t application_id,
+                                          const char16_t* workbook_file, std::int32_t language_id,
+                                          const char16_t* version, const char16_t* help_location) {
+  UntracedCall([&] {
+    AnnounceToSession({.excel_application = excel_application,
+                       .companion = companion,
+                       .application_id = application_id,
+                       .workbook_file = AnnouncedText(workbook_file),
+                       .language_id = static_cast<std::uint32_t>(language_id),
+                       .version = AnnouncedText(version),
+                       .help_location = AnnouncedText(help_location)});
+  });
+}
+
+/// Withdraws it; an id that was never announced is ignored.
+ZAV_EXPORT void UninitializeXlaInformation(std::uint16_t application_id) {
+  UntracedCall([&] {
+    Session* session = Session::Current();
+    if (session != nullptr) session->Withdraw(application_id);
+  });
+}
+
+}  // namespace zavrel

@@ -1,0 +1,130 @@
+#include "frame/opening.h"
+
+#include <exception>
+#include <string>
+
+#include "contracts/message_ids.h"
+#include "diagnostics/log.h"
+#include "diagnostics/log_line.h"
+#include "diagnostics/message_library.h"
+#include "excel/excel_call.h"
+#include "platform/library_identity.h"
+#include "platform/memory_status.h"
+#include "platform/message_box.h"
+#include "platform/module.h"
+#include "platform/operating_system.h"
+#include "platform/temporary_folder.h"
+#include "platform/utf.h"
+
+namespace zavrel {
+namespace {
+
+constexpr const char16_t* kComponent = u"ZavrelFuncs";
+
+SessionServices (*opened_with)() = nullptr;  // what the latest opening was given
+
+/// Excel's callback: the loaded module XLCall32 tells it, or Excel's own program exports it. Looked
+/// for when the add-in opens rather than at process attach, where XLCall32's code must not be
+/// called, and kept for the life of the process once it is found.
+void FindExcelCallback() {
+  if (ExcelCallback() != nullptr) return;
+  Excel12Callback callback = nullptr;
+  if (const auto older_route = LoadedModule::ByName(u"XLCall32")) {
+    if (const auto get = older_route->FindExport("GetExcel12EntryPt")) {
+      callback = AsFunction<Excel12Callback()>(get)();
+    }
+  }
+  if (callback == nullptr) {
+    if (const auto found = LoadedModule::HostExecutable().FindExport("MdCallBack12")) {
+      callback = AsFunction<int(int, int, XLOPER12**, XLOPER12*)>(found);
+    }
+  }
+  if (callback != nullptr) SetExcelCallback(callback);
+}
+
+/// As Excel tells its commands, of which the opening is one: "16.0".
+std::string ExcelVersion() {
+  constexpr double kVersionItem = 2;
+  const ExcelResult answer = CallExcel(xlfGetWorkspace, {XXloper::Number(kVersionItem)});
+  const std::string version = Utf8FromUtf16(answer.value.text());
+  return answer.ok() && !version.empty() ? version : "unknown";
+}
+
+std::string Megabytes(std::uint64_t bytes) { return std::to_string(bytes >> 20); }
+
+void WriteOpeningLines() {
+  if (EnabledLog() == nullptr) return;
+  const LibraryIdentity& library = LibraryIdentity::OfThisLibrary();
+  LogLine("Exe fileName={}\n", Utf8FromPath(HostExecutablePath()));
+  LogLine("DLL fileName={}\n", Utf8FromUtf16(library.path));
+  LogLine("DLL fileVersion={}\n", Utf8FromUtf16(library.version_text));
+  LogLine("Windows={}\n", Utf8FromUtf16(OperatingSystemDescription()));
+  LogLine("xlAutoOpen, Excel version={}\n", ExcelVersion());
+  const MemoryStatus memory = ReadMemoryStatus();
+  LogLine(
+      "Memory stats:load={}, totalPhys={} MB, availPhys={} MB, totalVirtual={} MB, "
+      "availVirtual={} MB\n",
+      memory.load_percent, Megabytes(memory.total_physical), Megabytes(memory.available_physical),
+      Megabytes(memory.total_virtual), Megabytes(memory.available_virtual));
+}
+
+/// Shows a failure to open. The session is gone, so the texts are bound anew; whatever fails here
+/// leaves nothing that could still be shown.
+void ShowFailure(const VekException& failure) noexcept {
+  try {
+    const MessageLibrary messages = MessageLibrary::Open(LibraryIdentity::OfThisLibrary().folder);
+    const std::uint32_t language = ThreadPrimaryLanguage();
+    std::u16string text =
+        ComposeMessage(messages.Text(failure.message_id(), language), failure.arguments());
+    if (text.empty()) text = failure.class_name() + u": " + Utf16FromUtf8(failure.place());
+    LogLine("xlAutoOpen failed: {}\n", Utf8FromUtf16(text));
+    ShowErrorBox(messages.Text(messages::kMessageTitle, language), text);
+  } catch (...) {
+  }
+}
+
+}  // namespace
+
+bool OpenAddIn(SessionServices (*services)()) noexcept {
+  if (Session::Current() != nullptr) {
+    LogLine("xlAutoOpen: open already\n");
+    return true;
+  }
+  try {
+    FindExcelCallback();
+    // The system calls back into this library when a thread ends, and the log has a thread of its
+    // own: if the library is let go without being closed first, its code must still be there.
+    PinModuleContaining(&kComponent);
+    OpenLog(TemporaryFolder(), SessionName());
+    WriteOpeningLines();
+    Session::Open(services());
+    opened_with = services;
+    return true;
+  } catch (const VekException& failure) {
+    ShowFailure(failure);
+  } catch (...) {
+    // Of any other kind, exhausted memory above all: nothing may cross into Excel, and the user is
+    // told no more than that the add-in did not start.
+    try {
+      ShowFailure(VekUnknownException("xlAutoOpen", messages::kMessageStartFailed,
+                                      {std::u16string(kComponent)}));
+    } catch (...) {
+    }
+  }
+  CloseLog();
+  return false;
+}
+
+bool ReopenAddIn() noexcept { return opened_with != nullptr && OpenAddIn(opened_with); }
+
+void CloseAddIn() noexcept {
+  if (Session::Current() == nullptr) return;
+  {
+    const ScopedTrace trace("xlAutoClose");
+    Session::Close();
+  }
+  LogLine("{}: About to close log file with logFile.reset ().\n", "xlAutoClose");
+  CloseLog();
+}
+
+}  // namespace zavrel

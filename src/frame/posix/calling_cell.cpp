@@ -1,0 +1,8 @@
+// Automation exists on Windows only.
+#include "frame/calling_cell.h"
+
+namespace zavrel {
+
+std::optional<std::u16string> CallingCellFormula(void*) noexcept { return std::nullopt; }
+
+}  // namespace zavrel

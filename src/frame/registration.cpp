@@ -1,0 +1,138 @@
+#include "frame/registration.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <optional>
+
+#include "excel/excel_call.h"
+#include "excel/wide_text.h"
+
+namespace zavrel {
+namespace {
+
+constexpr std::size_t kCategories = 12;
+constexpr std::uint32_t kFirstCategoryMessage = 400;
+constexpr std::size_t kFixedArguments = 10;  // up to and with the function help
+
+std::u16string Resolve(TextReference text, const RegistrationSources& sources) {
+  if (text.is_null()) return {};
+  return text.is_message_id() ? sources.message(text.message_id()) : Utf16FromUtf8(text.literal());
+}
+
+XXloper RegistrationText(std::u16string_view text) {
+  return XXloper::Text(CutToUnits(text, kRegistrationTextLimit));
+}
+
+/// A help text with a space behind it. The function wizard is known to lose the last character of
+/// the last help it was given; with the space, that is what it loses. The cut counts the space.
+XXloper HelpText(std::u16string_view text) {
+  if (text.empty()) return XXloper::Text(text);
+  return XXloper::Text(std::u16string(CutToUnits(text, kRegistrationTextLimit - 1)) + u' ');
+}
+
+/// Fills the positions of the argument helps; false when the row has none.
+bool FillArgumentHelps(const RegistrationRow& row, const RegistrationSources& sources,
+                       std::span<XXloper, kArgumentHelps> helps) {
+  std::size_t count = 0;
+  while (count < kArgumentHelps && !row.argument_helps[count].is_null() &&
+         !row.argument_helps[count].is_repeat_marker()) {
+    helps[count] = HelpText(Resolve(row.argument_helps[count], sources));
+    ++count;
+  }
+  const bool any = count > 0;
+  const bool repeat = any && count < kArgumentHelps && row.argument_helps[count].is_repeat_marker();
+  std::fill(helps.begin() + static_cast<std::ptrdiff_t>(count), helps.end(),
+            repeat ? helps[count - 1] : XXloper::Missing());
+  return any;
+}
+
+std::optional<double> NumberIn(const XXloper& value) {
+  if (value.type() == xltypeNum) return value.record().val.num;
+  if (value.type() == xltypeInt) return value.record().val.w;
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::u16string WideTypeText(std::string_view type_text) {
+  if (type_text.ends_with('$')) type_text.remove_suffix(1);
+  std::u16string wide = Utf16FromUtf8(type_text);
+  std::replace(wide.begin(), wide.end(), u'P', u'Q');
+  std::replace(wide.begin(), wide.end(), u'R', u'U');
+  return wide;
+}
+
+unsigned HelpOwner(unsigned category, std::uint32_t application_mask) {
+  switch (category) {
+    case 3:
+      return (application_mask & 1u << 1) != 0 ? 1 : 0;
+    case 4:
+      return 3;
+    case 7:
+    case 8:
+      return 5;
+    default:
+      return 0;
+  }
+}
+
+std::u16string HelpTopic(std::u16string_view help_file, int topic_id) {
+  if (help_file.empty() || topic_id == -1) return {};
+  return std::u16string(help_file) + u'!' + Utf16FromUtf8(std::to_string(topic_id));
+}
+
+void Registration::Register(std::uint32_t application_mask, const RegistrationSources& sources) {
+  Unregister();
+  const std::uint32_t mask = application_mask | kAlwaysRegistered;
+
+  std::array<std::u16string, kCategories> categories;
+  for (std::size_t i = 0; i < kCategories; ++i) {
+    categories[i] = sources.message(kFirstCategoryMessage + static_cast<std::uint32_t>(i));
+  }
+  std::map<unsigned, std::u16string> help_files;  // each owner's is looked up once
+
+  ids_.reserve(table_.size());
+  for (const RegistrationRow& row : table_) {
+    if ((row.application_mask & mask) == 0) continue;
+    const unsigned owner = HelpOwner(row.category, application_mask);
+    auto known = help_files.find(owner);
+    if (known == help_files.end()) {
+      known = help_files.emplace(owner, sources.help_file(owner)).first;
+    }
+    RegisterRow(row, categories[row.category], known->second, sources);
+  }
+}
+
+void Registration::RegisterRow(const RegistrationRow& row, const std::u16string& category,
+                               const std::u16string& help_file,
+                               const RegistrationSources& sources) {
+  std::array<XXloper, kFixedArguments + kArgumentHelps> arguments;
+  const std::u16string topic = HelpTopic(help_file, row.help_topic_id);
+  const std::u16string function_help = Resolve(row.function_help, sources);
+  const bool has_helps = FillArgumentHelps(
+      row, sources, std::span(arguments).subspan<kFixedArguments, kArgumentHelps>());
+
+  arguments[0] = RegistrationText(sources.library_path);
+  arguments[1] = RegistrationText(Utf16FromUtf8(row.export_name));
+  arguments[2] = RegistrationText(WideTypeText(row.type_text));
+  arguments[3] = RegistrationText(Utf16FromUtf8(row.visible_name));
+  arguments[4] = RegistrationText(Resolve(row.argument_text, sources));
+  arguments[5] = XXloper::Number(row.macro_type);
+  arguments[6] = RegistrationText(category);
+  arguments[7] = XXloper::Text(u"");  // no shortcut
+  arguments[8] = topic.empty() ? XXloper::Missing() : RegistrationText(topic);
+  // The wizard shortens whichever help comes last.
+  arguments[9] = has_helps ? RegistrationText(function_help) : HelpText(function_help);
+
+  const std::size_t count = has_helps ? arguments.size() : kFixedArguments;
+  const ExcelResult result = CallExcel(xlfRegister, std::span(arguments).first(count));
+  if (const auto id = NumberIn(result.value)) ids_.push_back(*id);
+}
+
+void Registration::Unregister() {
+  for (const double id : ids_) CallExcel(xlfUnregister, {XXloper::Number(id)});
+  ids_.clear();
+}
+
+}  // namespace zavrel

@@ -1,0 +1,165 @@
+#include "frame/session.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+#include "bindings/nonparametric_library.h"
+#include "diagnostics/log_line.h"
+#include "platform/memory_status.h"
+#include "platform/operating_system.h"
+#include "platform/registry.h"
+#include "platform/utf.h"
+
+namespace zavrel {
+namespace {
+
+constexpr const char16_t* kLoadedMutexName = u"Zavrel   is loaded mutex name 098487234";
+
+// Where an installed companion's help file is named, beside the key that the application table
+// makes.
+constexpr const char16_t* kHelpValue = u"HelpLocation";
+
+// Under this key of the user's hive stands the language that each companion, by its application id,
+// last announced: what a set-up program or a viewer of the log asks for.
+constexpr const char16_t* kLanguagesKey = u"Software\\Brennic\\ZavrelFuncs\\8.0\\Languages";
+
+/// Never destroyed: when Excel unloads the library without closing it, or the process ends, nothing
+/// of Excel may be called any more.
+std::unique_ptr<Session>& Slot() {
+  static auto& session = *new std::unique_ptr<Session>;
+  return session;
+}
+
+std::string Describe(const Announcement& announced) {
+  return fmt::format(
+      "excelApplication={}, library={}, appid={}, fileName={}, languageId={}, version={}, help={}",
+      fmt::ptr(announced.excel_application), fmt::ptr(announced.companion),
+      announced.application_id, Utf8FromUtf16(announced.workbook_file), announced.language_id,
+      Utf8FromUtf16(announced.version), Utf8FromUtf16(announced.help_location));
+}
+
+}  // namespace
+
+SessionServices SessionServices::OfThisMachine() {
+  return {
+      .messages = [] { return MessageLibrary::Open(LibraryIdentity::OfThisLibrary().folder); },
+      .extension_present = [] { return ExtensionIsPresent(); },
+      .memory_load = [] { return ReadMemoryStatus().load_percent; },
+      .machine_text = [](const std::u16string& key,
+                         const std::u16string& name) -> std::optional<std::u16string> {
+        const auto opened = RegistryKey::Open(RegistryHive::kMachineWide, key);
+        return opened ? opened->ReadText(name) : std::nullopt;
+      },
+      .write_user_number =
+          [](const std::u16string& key, const std::u16string& name, std::uint32_t number) {
+            if (auto made = RegistryKey::Create(RegistryHive::kPerUser, key)) {
+              made->WriteNumber(name, number);
+            }
+          },
+  };
+}
+
+Session* Session::Current() noexcept { return Slot().get(); }
+
+void Session::Open(SessionServices services) {
+  if (Current() != nullptr) return;
+  std::unique_ptr<Session> session(new Session(std::move(services)));
+  session->RegisterFor(0);
+  Slot() = std::move(session);
+}
+
+void Session::Close() noexcept { Slot().reset(); }
+
+Session::Session(SessionServices services)
+    : services_(std::move(services)),
+      language_id_(ThreadPrimaryLanguage()),
+      messages_(services_.messages()),
+      data_cache_(std::make_shared<ExcelDataCache>()),
+      parm_cache_(std::make_shared<DatasetParmCache>()) {
+  SetSessionCaches(data_cache_, parm_cache_);
+}
+
+Session::~Session() {
+  KeepUpCaches(UpkeepMode::kClearAll);
+  SetSessionCaches(nullptr, nullptr);
+  try {
+    UnregisterAll();
+  } catch (...) {
+    LogLine("Session: unregistering stopped\n");
+  }
+}
+
+void Session::Announce(const Announcement& announcement) {
+  const ScopedTrace trace("InitializeXlaInformationPrivate",
+                          [&] { return Describe(announcement); });
+  if (announcement.application_id >= kApplications) {
+    LogLine("Application id {} has no slot: ignored\n", announcement.application_id);
+    return;
+  }
+  language_id_ = announcement.language_id;
+  excel_application_ = AutomationObject(announcement.excel_application);
+  applications_.Store(announcement);
+  RememberLanguage(*applications_.Find(announcement.application_id));
+  RegisterFor(applications_.Mask());
+}
+
+void Session::Withdraw(std::uint16_t application_id) {
+  const ScopedTrace trace("UninitializeXlaInformation",
+                          [&] { return fmt::format("appid={}", application_id); });
+  if (applications_.Remove(application_id)) RegisterFor(applications_.Mask());
+}
+
+void Session::RegisterFor(std::uint32_t application_mask) {
+  UnregisterAll();
+  const RegistrationSources sources = Sources();
+  main_.Register(application_mask, sources);
+  // The library is not looked for until one of its functions is wanted.
+  const auto table = ExtensionTable();
+  const bool wanted = std::any_of(table.begin(), table.end(), [&](const RegistrationRow& row) {
+    return (row.application_mask & application_mask) != 0;
+  });
+  if (wanted && services_.extension_present()) extension_.Register(application_mask, sources);
+  is_loaded_ = NamedMutex::Open(kLoadedMutexName);
+}
+
+void Session::UnregisterAll() {
+  extension_.Unregister();
+  main_.Unregister();
+}
+
+void Session::RememberLanguage(const ApplicationRecord& record) noexcept {
+  try {
+    services_.write_user_number(kLanguagesKey, Utf16FromUtf8(std::to_string(record.application_id)),
+                                record.language_id);
+  } catch (...) {  // nothing depends on it
+  }
+}
+
+RegistrationSources Session::Sources() const {
+  return {
+      .library_path = LibraryIdentity::OfThisLibrary().path,
+      .message = [this](std::uint32_t id) { return MessageText(static_cast<std::int32_t>(id)); },
+      .help_file = [this](unsigned application) { return HelpFile(application); }};
+}
+
+// What an application said of itself comes before what was installed: it may run from elsewhere.
+std::u16string Session::HelpFile(unsigned application_id) const {
+  const ApplicationRecord* record = applications_.Find(application_id);
+  if (record != nullptr && !record->help_location.empty()) return record->help_location;
+  return services_.machine_text(applications_.HelpKey(application_id), kHelpValue)
+      .value_or(std::u16string());
+}
+
+void Session::KeepUpCaches(UpkeepMode mode) noexcept {
+  const UpkeepSteps steps = StepsOfUpkeep(mode, services_.memory_load(), flush_);
+  if (steps.prune_parameters) parm_cache_->Prune();
+  if (steps.clear_parameters) {
+    parm_cache_->Clear();
+    kept_.ClearCaches();
+  }
+  if (steps.clear_data) data_cache_->Clear();
+  if (steps.prune_data) data_cache_->Prune();
+}
+
+}  // namespace zavrel

@@ -1,0 +1,120 @@
+#pragma once
+// The state of the add-in between xlAutoOpen and xlAutoClose. Excel's main thread only.
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "data/session_caches.h"
+#include "diagnostics/failure_store.h"
+#include "diagnostics/message_library.h"
+#include "excel/result_holder.h"
+#include "frame/application_table.h"
+#include "frame/automation_object.h"
+#include "frame/cache_upkeep.h"
+#include "frame/kept_objects.h"
+#include "frame/registration.h"
+#include "platform/library_identity.h"
+#include "platform/named_mutex.h"
+
+namespace zavrel {
+
+/// What the session asks of its surroundings; a test puts its own in their place.
+struct SessionServices {
+  std::function<MessageLibrary()> messages;
+  std::function<bool()> extension_present;
+  std::function<unsigned()> memory_load;  // percent of physical memory in use
+  /// A text from the machine-wide registry hive; nothing when it is not there.
+  std::function<std::optional<std::u16string>(const std::u16string& key,
+                                              const std::u16string& value_name)>
+      machine_text;
+  /// Writes into the per-user hive; may throw.
+  std::function<void(const std::u16string& key, const std::u16string& value_name,
+                     std::uint32_t value)>
+      write_user_number;
+
+  static SessionServices OfThisMachine();
+};
+
+class Session {
+ public:
+  /// Null while the add-in is not open.
+  static Session* Current() noexcept;
+
+  /// Opens the session, its log first, and registers what is always registered. Does nothing when
+  /// one is open. Throws a VekException, or what else went wrong, and leaves nothing behind then.
+  static void Open(SessionServices services = SessionServices::OfThisMachine());
+  /// Takes everything back, the log last. Does nothing when none is open.
+  static void Close() noexcept;
+
+  ~Session();
+
+  /// Replaces an earlier announcement of the same application and registers afresh. An id without a
+  /// slot (10 and up) changes nothing and is noted in the log.
+  void Announce(const Announcement& announcement);
+  /// Registers afresh for the applications that remain; nothing when the id was not announced.
+  void Withdraw(std::uint16_t application_id);
+
+  /// Runs the cache upkeep at the machine's present memory load.
+  void KeepUpCaches(UpkeepMode mode) noexcept;
+  /// While set, every upkeep after a call drops all that is cached. For looking into a suspected
+  /// stale value: with it, nothing outlives a call.
+  void SetFlushFlag(bool flush) { flush_ = flush; }
+  /// What a family of functions keeps in the session, one object of each type: made at the first
+  /// call, gone with the session. A cache, which is what can be emptied, is emptied together with
+  /// the DatasetParmCache.
+  template <class Object>
+  Object& Kept() {
+    return kept_.Get<Object>();
+  }
+
+  FailureStore& failures() { return failures_; }
+  const ApplicationTable& applications() const { return applications_; }
+  /// The language in which texts are shown: the thread's when the session opens, then whatever the
+  /// latest announcement named. With or without a country (0x0407, 7).
+  std::uint32_t language_id() const { return language_id_; }
+  /// A text of the message library in the session's language.
+  std::u16string MessageText(std::int32_t id) const { return messages_.Text(id, language_id_); }
+  /// A failure's message, composed.
+  std::u16string MessageOf(const VekException& failure) const {
+    return ComposeMessage(MessageText(failure.message_id()), failure.arguments());
+  }
+  /// The application's automation object, as the latest announcement gave it; may be null.
+  void* excel_application() const { return excel_application_.get(); }
+
+ private:
+  explicit Session(SessionServices services);
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+  void RegisterFor(std::uint32_t application_mask);
+  void UnregisterAll();
+  void RememberLanguage(const ApplicationRecord& record) noexcept;
+  RegistrationSources Sources() const;
+  std::u16string HelpFile(unsigned application_id) const;
+
+  struct ResultHolderOwner {
+    ResultHolderOwner() { OpenResultHolder(); }
+    ~ResultHolderOwner() { CloseResultHolder(); }
+    ResultHolderOwner(const ResultHolderOwner&) = delete;
+    ResultHolderOwner& operator=(const ResultHolderOwner&) = delete;
+  };
+
+  SessionServices services_;
+  std::uint32_t language_id_;
+  ResultHolderOwner result_holder_;
+  MessageLibrary messages_;
+  FailureStore failures_;
+  std::shared_ptr<ExcelDataCache> data_cache_;
+  std::shared_ptr<DatasetParmCache> parm_cache_;
+  KeptObjects kept_;
+  bool flush_ = false;
+  ApplicationTable applications_;
+  AutomationObject excel_application_;
+  Registration main_{MainTable()};
+  Registration extension_{ExtensionTable()};
+  std::optional<NamedMutex> is_loaded_;
+};
+
+}  // namespace zavrel

@@ -1,0 +1,31 @@
+// ZavrelGetExceptionInfoVB: what a failure number stands for.
+#include "excel/wide_text.h"
+#include "frame/session.h"
+#include "frame/worksheet_function.h"
+#include "macros/windows/ole_owners.h"
+#include "platform/export.h"
+
+namespace zavrel {
+
+/// Writes class name, place and composed message of a recorded failure into the strings that are
+/// given (wide; null ones are left out) and returns 1. Returns 0 and touches nothing when the
+/// number is not, or no longer, in the store.
+ZAV_EXPORT std::int32_t ZavrelGetExceptionInfoVB(std::uint32_t failure_number, BSTR* class_name,
+                                                 BSTR* place, BSTR* message) {
+  return MacroStatus<std::int32_t>("ZavrelGetExceptionInfoVB", 0, [&] {
+    Session* session = Session::Current();
+    if (session == nullptr) return 0;
+    const auto failure = session->failures().Find(failure_number);
+    if (!failure) return 0;
+    // All three are made before the first is handed over: without memory nothing is touched.
+    OwnedBstr new_class = OwnedBstr::Wide(failure->class_name());
+    OwnedBstr new_place = OwnedBstr::Wide(Utf16FromUtf8(failure->place()));
+    OwnedBstr new_message = OwnedBstr::Wide(session->MessageOf(*failure));
+    new_class.HandOver(class_name);
+    new_place.HandOver(place);
+    new_message.HandOver(message);
+    return 1;
+  });
+}
+
+}  // namespace zavrel

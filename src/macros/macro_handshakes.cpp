@@ -1,0 +1,42 @@
+#include "macros/macro_handshakes.h"
+
+#include <fmt/format.h>
+
+#include <charconv>
+#include <utility>
+
+#include "platform/clock.h"
+
+namespace zavrel {
+
+std::optional<std::uint64_t> AddressFromText(const char* text) {
+  const std::string_view digits = text == nullptr ? std::string_view() : text;
+  if (digits.empty()) return 0;
+  std::int64_t address = 0;
+  const char* const end = digits.data() + digits.size();
+  const auto [stopped, failure] = std::from_chars(digits.data(), end, address);
+  if (failure != std::errc() || stopped != end) return std::nullopt;
+  return static_cast<std::uint64_t>(address);
+}
+
+std::string TextOfAddress(std::uint64_t address) {
+  return std::to_string(static_cast<std::int64_t>(address));
+}
+
+std::optional<std::uint64_t> MacroHandshakes::IssuedAddress(const char* text) const {
+  const auto address = AddressFromText(text);
+  if (address && *address != 0 && !HasIssued(*address)) return std::nullopt;
+  return address;
+}
+
+std::string MacroHandshakes::Enter(PendingArrays arrays) {
+  // The counter alone tells ids of one session apart, the clocks those of different ones.
+  std::string id = fmt::format("Time={}, TickCount={}, PerfCounter={}, counter={}",
+                               static_cast<std::int32_t>(CalendarSeconds()),
+                               static_cast<std::int32_t>(TickCountMilliseconds()),
+                               PerformanceCounter().value_or(0), ++ids_made_);
+  entries_.Put(id, std::move(arrays));
+  return id;
+}
+
+}  // namespace zavrel

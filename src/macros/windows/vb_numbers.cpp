@@ -1,0 +1,35 @@
+#include "macros/windows/vb_numbers.h"
+
+#include <algorithm>
+#include <new>
+
+#include "macros/windows/double_array.h"
+
+namespace zavrel {
+namespace {
+
+/// The array if it is a row of doubles, else null.
+SAFEARRAY* DoublesOrNull(SAFEARRAY** place) {
+  SAFEARRAY* array = place != nullptr ? *place : nullptr;
+  return SafeArrayGetDim(array) == 1 && HoldsDoubles(array) ? array : nullptr;
+}
+
+}  // namespace
+
+VbNumbers::VbNumbers(SAFEARRAY** array) : lock_(DoublesOrNull(array)) {
+  if (!lock_.ok()) return;
+  const std::size_t count = (*array)->rgsabound[0].cElements;
+  if (count == 0 || lock_.data() != nullptr) numbers_.emplace(lock_.data(), count);
+}
+
+std::unique_ptr<double[]> TryAllocate(std::size_t count) {
+  return std::unique_ptr<double[]>(new (std::nothrow) double[count]);
+}
+
+std::unique_ptr<double[]> TryCopy(std::span<const double> numbers) {
+  std::unique_ptr<double[]> copy = TryAllocate(numbers.size());
+  if (copy != nullptr) std::copy(numbers.begin(), numbers.end(), copy.get());
+  return copy;
+}
+
+}  // namespace zavrel

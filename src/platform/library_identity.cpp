@@ -1,0 +1,48 @@
+#include "platform/library_identity.h"
+
+#include "platform/file_version.h"
+#include "platform/module.h"
+#include "platform/utf.h"
+
+namespace zavrel {
+namespace {
+
+LibraryIdentity ReadIdentity() {
+  static const char inside_this_library = 0;
+  LibraryIdentity identity;
+  const std::filesystem::path path = PathOfModuleContaining(&inside_this_library);
+  identity.path = path.u16string();
+  identity.file_name = path.filename().u16string();
+  identity.folder = identity.path.substr(0, identity.path.size() - identity.file_name.size());
+  FileVersion version{};
+  if (const auto read = ReadFileVersion(path)) {
+    version = *read;
+    identity.major_version = version[0];
+  }
+  for (const std::uint16_t part : version) {
+    if (!identity.version_text.empty()) identity.version_text += u'.';
+    identity.version_text += Utf16FromUtf8(std::to_string(part));
+  }
+  return identity;
+}
+
+}  // namespace
+
+const LibraryIdentity& LibraryIdentity::OfThisLibrary() {
+  static const LibraryIdentity identity = ReadIdentity();
+  return identity;
+}
+
+std::int32_t MajorVersion() noexcept {
+  try {
+    return static_cast<std::int32_t>(LibraryIdentity::OfThisLibrary().major_version);
+  } catch (...) {
+    return static_cast<std::int32_t>(LibraryIdentity::kNoVersion);
+  }
+}
+
+std::string SessionName() {
+  return "VekZavrelFuncs" + std::to_string(LibraryIdentity::OfThisLibrary().major_version);
+}
+
+}  // namespace zavrel

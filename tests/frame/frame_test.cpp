@@ -1,0 +1,143 @@
+#include <doctest/doctest.h>
+
+#include <new>
+#include <stdexcept>
+#include <string>
+
+#include "diagnostics/vek_exception.h"
+#include "frame/cache_upkeep.h"
+#include "frame/fake_excel.h"
+#include "frame/session.h"
+#include "frame/worksheet_function.h"
+
+namespace zavrel::tests {
+namespace {
+
+/// What is emptied with the session's caches.
+struct Cache {
+  void Clear() noexcept { ++cleared; }
+  int cleared = 0;
+};
+
+struct WithSession {
+  WithSession() {
+    SessionServices services = QuietServices();
+    services.memory_load = [this] { return load; };
+    Session::Open(services);
+    Session::Current()->Kept<Cache>();
+  }
+  ~WithSession() { Session::Close(); }
+
+  FakeExcel excel;
+  unsigned load = 20;
+};
+
+bool IsNA(const XLOPER12* value) {
+  return (value->xltype & xltypeMask) == xltypeErr && value->val.err == xlerrNA;
+}
+
+template <class Thrown>
+void CheckThrown(Thrown thrown) {
+  CHECK(IsNA(WorksheetFunction("f", [&]() -> XXloper { throw thrown; })));
+  CHECK(PlainFunction<std::int32_t>("f", -7, [&]() -> std::int32_t { throw thrown; }) == -7);
+  CHECK(TextFunction("f", [&]() -> std::string { throw thrown; }) == nullptr);
+  CHECK(MacroStatus("f", 3, [&]() -> int { throw thrown; }) == 3);
+  CHECK(MacroCall("f", [&] { throw thrown; }) != 0);
+}
+
+}  // namespace
+
+TEST_CASE("whatever a body throws ends in its failure value") {
+  const WithSession session;
+  CheckThrown(1);
+  CheckThrown("text");
+  CheckThrown(std::runtime_error("x"));
+  CheckThrown(std::bad_alloc());
+  CheckThrown(VekMatrixNotSquare("A::B"));
+}
+
+TEST_CASE("what a body returns is what the caller gets") {
+  const WithSession session;
+  const XLOPER12* first = WorksheetFunction("f", [] { return XXloper::Number(2.5); });
+  CHECK(first->val.num == 2.5);
+  CHECK(WorksheetFunction("f", [] { return XXloper::Text(u"ab"); })->val.str[0] == 2);
+  CHECK(PlainFunction("f", 0.0, [] { return 1.5; }) == 1.5);
+  CHECK(MacroCall("f", [] {}) == 0);
+  CHECK(MacroStatus("f", 3, [] { return 8; }) == 8);
+
+  CHECK(std::string(TextFunction("f", [] { return std::string("ab"); })) == "ab");
+  CHECK(TextFunction("f", [] { return std::optional<std::string>(); }) == nullptr);
+  CHECK(std::string(TextFunction("f", [] { return std::string(1000, 'x'); })).size() == 255);
+}
+
+TEST_CASE("a failure number finds what was thrown") {
+  const WithSession session;
+  const std::uint32_t number = MacroCall("Zavrel", [] { throw VekInvalidP("P::Q", 2524, {0.5}); });
+  const std::uint32_t next = MacroCall("Zavrel", [] { throw std::bad_alloc(); });
+  const std::uint32_t last = MacroCall("Zavrel", [] { throw 1; });
+  CHECK((number == 1 && next == 2 && last == 3));
+  const auto failure = Session::Current()->failures().Find(number);
+  REQUIRE(failure);
+  CHECK(failure->class_name() == u"VekInvalidP");
+  CHECK(failure->place() == "P::Q");
+  CHECK(Session::Current()->MessageOf(*failure).find(u"0.5") != std::u16string::npos);
+  CHECK(Session::Current()->failures().Find(next)->class_name() == u"VekOutOfMemory");
+  CHECK(Session::Current()->failures().Find(last)->class_name() == u"VekUnknownException");
+  // A worksheet function records nothing.
+  WorksheetFunction("f", []() -> XXloper { throw VekInvalidP("P::Q"); });
+  CHECK_FALSE(Session::Current()->failures().Find(last + 1));
+}
+
+TEST_CASE("without a session no body of a worksheet function runs and no failure has a number") {
+  bool ran = false;
+  CHECK(IsNA(WorksheetFunction("f", [&] {
+    ran = true;
+    return XXloper::Number(1);
+  })));
+  CHECK(PlainFunction<std::int32_t>("f", -1, [] { return 5; }) == -1);
+  CHECK_FALSE(ran);
+  CHECK(MacroCall("f", [] { throw VekInvalidP("P::Q"); }) == 0);
+}
+
+TEST_CASE("upkeep follows the memory load") {
+  const auto after_call = [](unsigned load, bool flush = false) {
+    return StepsOfUpkeep(UpkeepMode::kAfterCall, load, flush);
+  };
+  const UpkeepSteps prune_parameters{.prune_parameters = true};
+  const UpkeepSteps prune_both{.prune_parameters = true, .prune_data = true};
+  const UpkeepSteps clear_all{
+      .prune_parameters = true, .clear_parameters = true, .clear_data = true};
+  CHECK(after_call(0) == prune_parameters);
+  CHECK(after_call(50) == prune_parameters);
+  CHECK(after_call(51) == prune_both);
+  CHECK(after_call(90) == prune_both);
+  CHECK(after_call(91) == clear_all);
+  CHECK(after_call(0, true) == clear_all);
+  CHECK(StepsOfUpkeep(UpkeepMode::kPruneData, 99, true) == UpkeepSteps{.prune_data = true});
+  CHECK(StepsOfUpkeep(UpkeepMode::kClearAll, 0, false) ==
+        UpkeepSteps{.clear_parameters = true, .clear_data = true});
+}
+
+TEST_CASE("every worksheet function keeps the caches up, also one that must return at once") {
+  WithSession session;
+  const auto call = [] { WorksheetFunction("f", [] { return XXloper::Number(1); }); };
+  session.load = 90;
+  call();
+  CHECK(Session::Current()->Kept<Cache>().cleared == 0);
+  session.load = 91;
+  call();
+  CHECK(Session::Current()->Kept<Cache>().cleared == 1);
+  PlainFunction("f", 0.0, [] { return 1.5; });
+  WorksheetFunction("f", []() -> XXloper { throw 1; });
+  CHECK(Session::Current()->Kept<Cache>().cleared == 3);
+  const XLOPER12* result = WorksheetFunction("f", [] { return XXloper::Error(ExcelError::kRef); });
+  CHECK(result->val.err == xlerrRef);
+  CHECK(Session::Current()->Kept<Cache>().cleared == 4);
+  session.load = 0;
+  Session::Current()->SetFlushFlag(true);
+  call();
+  call();
+  CHECK(Session::Current()->Kept<Cache>().cleared == 6);
+}
+
+}  // namespace zavrel::tests

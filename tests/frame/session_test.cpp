@@ -1,0 +1,203 @@
+#include "frame/session.h"
+
+#include <doctest/doctest.h>
+
+#include <filesystem>
+#include <stdexcept>
+#include <vector>
+
+#include "excel/wide_text.h"
+#include "frame/announce.h"
+#include "frame/announced_text.h"
+#include "frame/fake_excel.h"
+#include "frame/opening.h"
+#include "platform/export.h"
+#include "platform/message_box.h"
+
+ZAV_EXPORT std::int32_t xlAutoOpen();
+ZAV_EXPORT std::int32_t xlAutoClose();
+ZAV_EXPORT void InitializeXlaInformationW(void*, void*, std::uint16_t, const char16_t*,
+                                          std::int32_t, const char16_t*, const char16_t*);
+ZAV_EXPORT void UninitializeXlaInformation(std::uint16_t);
+
+namespace zavrel::tests {
+namespace {
+
+Announcement From(std::uint16_t application, std::uint32_t language = 9) {
+  Announcement announcement;
+  announcement.application_id = application;
+  announcement.language_id = language;
+  return announcement;
+}
+
+struct OpenSession {
+  explicit OpenSession(SessionServices services = QuietServices()) {
+    Session::Open(std::move(services));
+  }
+  ~OpenSession() { Session::Close(); }
+  Session* operator->() const { return Session::Current(); }
+};
+
+}  // namespace
+
+TEST_CASE("announcing and withdrawing decide what is registered") {
+  FakeExcel excel;
+  {
+    SessionServices services = QuietServices();
+    services.extension_present = [] { return true; };
+    const OpenSession session(services);
+    CHECK(excel.functions().size() == 1);
+    session->Announce(From(5));
+    CHECK(excel.functions().size() == 110);
+    session->Announce(From(7));
+    CHECK(excel.functions().size() == 110);
+    session->Announce(From(7));
+    session->Withdraw(5);
+    CHECK(excel.functions().size() == 91);
+    CHECK_FALSE(excel.Has(u"ZavrelMWTies"));
+    session->Withdraw(5);
+    session->Withdraw(3);
+    const int before = excel.registrations;
+    session->Announce(From(10));
+    session->Announce(From(65535));
+    session->Withdraw(65535);
+    CHECK(excel.registrations == before);
+    session->Announce(From(0));
+    session->Withdraw(7);
+    CHECK(excel.functions().size() == 1);
+    session->Withdraw(0);
+    CHECK(excel.functions().size() == 1);
+  }
+  CHECK(excel.functions().empty());
+  CHECK(excel.faults.empty());
+}
+
+TEST_CASE("a companion's language is remembered, and what cannot be written is let be") {
+  FakeExcel excel;
+  SessionServices services = QuietServices();
+  std::u16string written;
+  services.write_user_number = [&](const std::u16string& key, const std::u16string& name,
+                                   std::uint32_t value) {
+    written = key + u'|' + name + u'|' + Utf16FromUtf8(std::to_string(value));
+    throw std::runtime_error("no registry");
+  };
+  const OpenSession session(services);
+  session->Announce(From(5, 7));
+  CHECK(written == u"Software\\Brennic\\ZavrelFuncs\\8.0\\Languages|5|7");
+  CHECK(session->language_id() == 7);
+  CHECK(excel.functions().size() == 91);
+  const auto help = [&] { return excel.functions().at(u"ZavrelMean").texts[9]; };
+  CHECK(help() == u"7:1114 {1}");
+  session->Announce(From(5, 0));  // names no language: English
+  CHECK(session->language_id() == 0);
+  CHECK(help() == u"9:1114 {1}");
+  session->Announce(From(5, 0x0C07));
+  CHECK(help() == u"7:1114 {1}");
+  session->Announce(From(5, 0xFFFFFFFF));
+  CHECK(help() == u"9:1114 {1}");
+}
+
+TEST_CASE("help is where the companion says, else where its installation says") {
+  FakeExcel excel;
+  SessionServices services = QuietServices();
+  std::u16string asked;
+  services.machine_text = [&](const std::u16string& key, const std::u16string& name) {
+    asked = key + u'|' + name;
+    return std::optional<std::u16string>(u"installed.chm");
+  };
+  const OpenSession session(services);
+  const auto topic = [&] { return excel.functions().at(u"ZavrelMean").texts[8]; };
+
+  session->Announce(From(7));
+  CHECK(topic() == u"installed.chm!198");
+  CHECK(asked == u"Software\\Brennic\\Zavrel\\8.0|HelpLocation");
+  Announcement announcement = From(5);
+  announcement.version = u"9.12.3";
+  session->Announce(announcement);
+  CHECK(asked == u"Software\\Brennic\\Zavrel\\9.12|HelpLocation");
+  announcement.help_location = u"D:\\own.chm";
+  session->Announce(announcement);
+  CHECK(topic() == u"D:\\own.chm!198");
+}
+
+TEST_CASE("hostile announcements") {
+  for (const char16_t* version : {u"", u"8", u".", u"8.", u"99999999999.1", u"8.x", u"\u0668.1"}) {
+    CHECK(ParseVersion(version) == ProductVersion{8, 0});
+  }
+  CHECK(ParseVersion(u"8.1") == ProductVersion{8, 1});
+  Announcement announcement;
+  announcement.workbook_file = u"C:\\a.b\\companion.xlam";
+  CHECK(ApplicationRecord(announcement).workbook_folder == u"C:\\a.b\\");
+  CHECK(ApplicationRecord(announcement).workbook_name == u"companion.xlam");
+  announcement.workbook_file = u"\\";
+  CHECK(ApplicationRecord(announcement).workbook_name.empty());
+
+  CHECK(AnnouncedText(nullptr).empty());
+  CHECK(AnnouncedText(std::u16string(100000, u'x').c_str()).size() == kAnnouncedTextLimit);
+  CHECK(IsWideText({"a\0b\0", 4}));
+  CHECK(IsWideText({"\x10\x04.\0", 4}));
+  for (const std::string_view ansi : {"", "a", "ab", "abc", "C:\\x.xlam", "\xE4\xF6"}) {
+    CHECK_FALSE(IsWideText(ansi));
+  }
+}
+
+TEST_CASE("entry points: opening and closing in any order, ten times over") {
+  FakeExcel excel;
+  const auto announce = [] {
+    InitializeXlaInformationW(nullptr, nullptr, 5, nullptr, 9, u"", nullptr);
+  };
+  CHECK(xlAutoClose() == 1);
+  announce();
+  UninitializeXlaInformation(5);
+  CHECK(xlAutoClose() == 1);  // what was open before in this process is open again
+  CHECK(excel.functions().empty());
+  for (int round = 0; round < 10; ++round) {
+    CHECK(xlAutoOpen() == 1);
+    CHECK(xlAutoOpen() == 1);
+    CHECK(excel.functions().size() == 1);
+    announce();
+    CHECK(excel.functions().size() >= 91);
+    CHECK(xlAutoOpen() == 1);
+    CHECK(excel.functions().size() >= 91);
+    if (round % 2 == 0) UninitializeXlaInformation(5);
+    CHECK(xlAutoClose() == 1);
+    CHECK(xlAutoClose() == 1);
+    CHECK(excel.functions().empty());
+    announce();  // after a close that the user cancelled
+    CHECK(excel.functions().size() >= 91);
+    CHECK(xlAutoClose() == 1);
+    CHECK(excel.functions().empty());
+  }
+  CHECK(excel.faults.empty());
+}
+
+TEST_CASE("a failed opening is shown once and leaves nothing behind") {
+  FakeExcel excel;
+  std::vector<std::u16string> shown;
+  SetMessageBoxHandler([&](const auto&, const auto& text) { shown.push_back(text); });
+  CHECK_FALSE(OpenAddIn([]() -> SessionServices { throw VekKernelObjectError("A::B"); }));
+  CHECK_FALSE(OpenAddIn([]() -> SessionServices { throw std::bad_alloc(); }));
+  SetMessageBoxHandler({});
+  REQUIRE(shown.size() == 2);
+  CHECK(shown[0] == u"VekKernelObjectError: A::B");
+  CHECK_FALSE(shown[1].empty());
+  CHECK(Session::Current() == nullptr);
+  CHECK(excel.functions().empty());
+  CHECK(OpenAddIn(&QuietServices));
+  CloseAddIn();
+}
+
+TEST_CASE("what a failed announcement did register is taken back") {
+  FakeExcel excel;
+  {
+    SessionServices services = QuietServices();
+    services.extension_present = []() -> bool { throw std::bad_alloc(); };
+    const OpenSession session(services);
+    CHECK_THROWS_AS(session->Announce(From(5)), std::bad_alloc);
+    CHECK(excel.functions().size() == 91);
+  }
+  CHECK(excel.functions().empty());
+  CHECK(excel.faults.empty());
+}
+
+}  // namespace zavrel::tests

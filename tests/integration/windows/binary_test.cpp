@@ -1,0 +1,95 @@
+// What ships, as the linker left it: exports, imports, protections, version.
+#include <windows.h>
+
+#include <doctest/doctest.h>
+
+#include <algorithm>
+
+#include "frame/registration_table.h"
+#include "frame/unregistered_exports.h"
+#include "integration/pe_file.h"
+#include "integration/running_add_in.h"
+
+namespace zavrel::tests {
+namespace {
+
+const std::set<std::string> kSystemLibraries = {"advapi32.dll", "bcrypt.dll",  "kernel32.dll",
+                                                "msvcrt.dll",   "ole32.dll",   "oleaut32.dll",
+                                                "user32.dll",   "version.dll", "shell32.dll"};
+
+std::set<std::string> DeclaredExports() {
+  std::set<std::string> names(std::begin(kUnregisteredExports), std::end(kUnregisteredExports));
+  for (const RegistrationRow& row : MainTable()) names.insert(row.export_name);
+  for (const RegistrationRow& row : ExtensionTable()) names.insert(row.export_name);
+  return names;
+}
+
+std::vector<std::string> Difference(const std::set<std::string>& a,
+                                    const std::set<std::string>& b) {
+  std::vector<std::string> only_a;
+  std::set_difference(a.begin(), a.end(), b.begin(), b.end(), std::back_inserter(only_a));
+  return only_a;
+}
+
+std::string Joined(const std::vector<std::string>& texts) {
+  std::string all;
+  for (const std::string& text : texts) all += text + ' ';
+  return all;
+}
+
+}  // namespace
+
+TEST_CASE(
+    "the add-in exports what the tables and the list of entry points name, and nothing else") {
+  const std::set<std::string> declared = DeclaredExports();
+  const std::set<std::string> exported = PeFile(AddInFile()).exports();
+  CHECK_MESSAGE(Difference(declared, exported).empty(),
+                "not exported: " << Joined(Difference(declared, exported)));
+  CHECK_MESSAGE(Difference(exported, declared).empty(),
+                "not declared: " << Joined(Difference(exported, declared)));
+}
+
+TEST_CASE("every binary that ships imports system libraries only and can be placed anywhere") {
+  for (const char* name :
+       {"ZavrelFuncs8_x64.xll", "ZavHost.exe", "ZavrelMessages8_x64.DLL", "Pdflib8_x64.DLL",
+        "EUtilityLibrary8_x64.DLL", "ZavrelFuncs Extensions/NonparametricTests8_x64.DLL"}) {
+    CAPTURE(name);
+    const PeFile binary(AddInFile().parent_path() / name);
+    for (const std::string& library : binary.imported_libraries()) {
+      CHECK_MESSAGE(kSystemLibraries.count(library) == 1, library);
+    }
+    const std::uint16_t wanted = IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE |
+                                 IMAGE_DLLCHARACTERISTICS_NX_COMPAT |
+                                 IMAGE_DLLCHARACTERISTICS_HIGH_ENTROPY_VA;
+    CHECK((binary.dll_characteristics() & wanted) == wanted);
+  }
+  const PeFile messages(AddInFile().parent_path() / "ZavrelMessages8_x64.DLL");
+  CHECK(messages.imported_libraries().empty());
+  CHECK(messages.exports().empty());
+  const PeFile distributions(AddInFile().parent_path() / "Pdflib8_x64.DLL");
+  CHECK(distributions.exports() ==
+        std::set<std::string>{"pdfBinomial", "pdfChisq", "pdfF", "pdfNormal", "pdfStudent"});
+  const PeFile tests(AddInFile().parent_path() / "ZavrelFuncs Extensions" /
+                     "NonparametricTests8_x64.DLL");
+  CHECK(tests.exports() == std::set<std::string>{"MWTiesAndSums", "MWUsingNormalApproximation",
+                                                 "MWpValue", "WSRExactPValMaxSample",
+                                                 "WSRTiesAndSums", "WSRpValue"});
+  const PeFile utility(AddInFile().parent_path() / "EUtilityLibrary8_x64.DLL");
+  CHECK(utility.exports() ==
+        std::set<std::string>{"KWData", "KWpValue", "KWpValueComputationMethod"});
+}
+
+TEST_CASE("the version resource is the project's version") {
+  const std::wstring file = AddInFile().wstring();
+  std::vector<std::byte> resource(GetFileVersionInfoSizeW(file.c_str(), nullptr));
+  REQUIRE(!resource.empty());
+  REQUIRE(
+      GetFileVersionInfoW(file.c_str(), 0, static_cast<DWORD>(resource.size()), resource.data()));
+  VS_FIXEDFILEINFO* info = nullptr;
+  UINT size = 0;
+  REQUIRE(VerQueryValueW(resource.data(), L"\\", reinterpret_cast<void**>(&info), &size));
+  CHECK(info->dwFileVersionMS == 0x00080000);
+  CHECK(HIWORD(info->dwFileVersionLS) == 0);
+}
+
+}  // namespace zavrel::tests
