@@ -4,51 +4,77 @@
 #include <utility>
 
 #include "data/whole_area.h"
-#include "excel/reference.h"
 
 namespace zavrel {
 namespace {
 
 using Kind = CellLayout::Kind;
 
-bool HasWholeArea(const XLOPER12* piece) {
-  const auto reference = ReferenceView::Of(*piece);
-  return reference && std::any_of(reference->areas().begin(), reference->areas().end(), IsWhole);
+bool HasWholeArea(const ArgumentPiece& piece) {
+  return std::any_of(piece.areas().begin(), piece.areas().end(), IsWhole);
 }
+
+CellLayout LayoutOfArea(const XLREF12& area) {
+  const auto rows = static_cast<std::size_t>(RowsOf(area));
+  const auto columns = static_cast<std::size_t>(ColumnsOf(area));
+  if (!IsWhole(area)) return {Kind::kComplete, rows, columns};
+  if (!IsWholeRows(area)) return {Kind::kOpenEnd, rows, columns};
+  if (IsWholeColumns(area)) return {Kind::kClipped};
+  return {rows == 1 ? Kind::kOpenEnd : Kind::kWholeRows, rows, columns};
+}
+
+/// The columns of each row that may follow at an open end. One row goes on cell by cell, as one
+/// column does.
+std::size_t OpenColumns(const CellLayout& open) { return open.is_one_row() ? 1 : open.columns; }
 
 }  // namespace
 
-CellLayout LayoutOf(std::span<const XLOPER12* const> pieces) {
+CellLayout LayoutOf(Pieces pieces) {
   const bool any_whole = std::any_of(pieces.begin(), pieces.end(), HasWholeArea);
   const CellLayout several{any_whole ? Kind::kClipped : Kind::kComplete};
   if (pieces.size() != 1) return several;
-  const auto reference = ReferenceView::Of(*pieces.front());
-  if (!reference || reference->areas().size() != 1) return several;
+  const ArgumentPiece& piece = pieces.front();
+  if (piece.reference)
+    return piece.areas().size() == 1 ? LayoutOfArea(piece.areas().front()) : several;
+  if (TypeOf(*piece.record) != xltypeMulti) return {Kind::kComplete, 1, 1};
+  const auto& array = piece.record->val.array;
+  return {Kind::kComplete, static_cast<std::size_t>(array.rows),
+          static_cast<std::size_t>(array.columns)};
+}
 
-  const XLREF12& area = reference->areas().front();
-  const auto columns = static_cast<std::size_t>(ColumnsOf(area));
-  const auto rows = static_cast<std::size_t>(RowsOf(area));
-  if (!IsWhole(area)) return {Kind::kComplete, columns};
-  if (!IsWholeRows(area)) return {Kind::kOpenEnd, columns};
-  if (IsWholeColumns(area)) return {Kind::kClipped};
-  // One row goes on cell by cell, as one column does.
-  return rows == 1 ? CellLayout{Kind::kOpenEnd, 1} : CellLayout{Kind::kWholeRows, rows};
+std::optional<CellBlock> BlockOf(const CellLayout& layout, std::size_t cells) {
+  if (layout.columns == 0) return std::nullopt;
+  switch (layout.kind) {
+    case Kind::kComplete:
+      return CellBlock{layout.rows, layout.columns};
+    case Kind::kOpenEnd:
+      if (layout.is_one_row()) return CellBlock{1, cells};
+      return CellBlock{cells / layout.columns, layout.columns};
+    case Kind::kWholeRows:
+      return CellBlock{layout.rows, cells / layout.rows};
+    case Kind::kClipped:
+      break;
+  }
+  return std::nullopt;
 }
 
 bool CanPairShorter(const CellLayout& a, std::size_t a_cells, const CellLayout& b,
                     std::size_t b_cells) {
   if (a.kind == Kind::kClipped || b.kind == Kind::kClipped) return false;
   if (a.kind == Kind::kWholeRows || b.kind == Kind::kWholeRows)
-    return a.kind == b.kind && a.width == b.width && a_cells == b_cells;
+    return a.kind == b.kind && a.rows == b.rows && a_cells == b_cells;
   return true;
 }
 
 bool CanPair(const CellLayout& a, std::size_t a_cells, const CellLayout& b, std::size_t b_cells) {
   if (!CanPairShorter(a, a_cells, b, b_cells)) return false;
-  if (a.kind == b.kind) return a.kind == Kind::kComplete ? a_cells == b_cells : a.width == b.width;
+  if (a.kind == b.kind) {
+    if (a.kind == Kind::kComplete) return a_cells == b_cells;
+    return a.kind == Kind::kWholeRows || OpenColumns(a) == OpenColumns(b);
+  }
   const bool a_is_open = a.kind == Kind::kOpenEnd;
   const auto [open, complete] = a_is_open ? std::pair(a, b) : std::pair(b, a);
-  const bool fits = open.width == 1 || open.width == complete.width;
+  const bool fits = OpenColumns(open) == 1 || OpenColumns(open) == complete.columns;
   return fits && (a_is_open ? a_cells <= b_cells : b_cells <= a_cells);
 }
 

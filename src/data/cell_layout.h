@@ -1,10 +1,10 @@
 #pragma once
-// How the cells of a data set lie, as far as pairing them one by one with another's depends on it.
+// How the cells of a data set lie: which block they form, and with whose they can be paired.
 
 #include <cstddef>
-#include <span>
+#include <optional>
 
-#include "excel/xloper12.h"
+#include "data/argument_piece.h"
 
 namespace zavrel {
 
@@ -19,13 +19,24 @@ struct CellLayout {
     kClipped,    // cut elsewhere too: several areas, a whole sheet
   };
   Kind kind = Kind::kComplete;
-  /// Of complete data its columns, 0 where it has none to speak of (several areas, arrays, values);
-  /// at an open end the columns of each row that may follow; of whole rows their number.
-  std::size_t width = 0;
+  /// Of the argument as it was given, used or not; 0 where it is no block of cells: several areas,
+  /// several arguments, a whole sheet.
+  std::size_t rows = 0;
+  std::size_t columns = 0;
+
+  bool is_one_row() const { return rows == 1; }
 };
 
-/// The layout of the data set that the pieces form; none of them is null.
-CellLayout LayoutOf(std::span<const XLOPER12* const> pieces);
+/// The layout of the data set that the pieces form.
+CellLayout LayoutOf(Pieces pieces);
+
+/// The block that the cells of a data set form, row by row.
+struct CellBlock {
+  std::size_t rows = 0;
+  std::size_t columns = 0;
+};
+/// That of `cells` cells; nothing for what is no block.
+std::optional<CellBlock> BlockOf(const CellLayout& layout, std::size_t cells);
 
 /// True when the n-th cell of the one belongs to the n-th of the other, for as many cells as the
 /// two are read to have and blank ones after these at an open end.

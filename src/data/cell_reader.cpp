@@ -5,7 +5,6 @@
 #include "data/cell_columns.h"
 #include "data/whole_area.h"
 #include "excel/coerce.h"
-#include "excel/reference.h"
 #include "excel/xxloper.h"
 
 namespace zavrel {
@@ -159,47 +158,34 @@ class AreaReader {
 
 /// `counts`: the areas that count.
 template <class Counts>
-std::size_t CountCells(const XLOPER12& argument, Counts counts) {
-  if (const auto reference = ReferenceView::Of(argument)) {
-    std::size_t cells = 0;
-    for (const XLREF12& area : reference->areas()) {
-      if (counts(area)) cells += Size(CellCount(area));
-    }
-    return cells;
+std::size_t CountCells(const ArgumentPiece& piece, Counts counts) {
+  std::size_t cells = piece.values().size();
+  for (const XLREF12& area : piece.areas()) {
+    if (counts(area)) cells += Size(CellCount(area));
   }
-  return TypeOf(argument) == xltypeMulti ? XXloper::FromArgument(&argument).elements().size() : 1;
+  return cells;
 }
 
 }  // namespace
 
-std::size_t ExpectedCells(const XLOPER12& argument) {
-  return CountCells(argument, [](const XLREF12& area) { return !IsWhole(area); });
+std::size_t ExpectedCells(const ArgumentPiece& piece) {
+  return CountCells(piece, [](const XLREF12& area) { return !IsWhole(area); });
 }
 
-std::size_t AllCells(const XLOPER12& argument) {
-  return CountCells(argument, [](const XLREF12&) { return true; });
+std::size_t AllCells(const ArgumentPiece& piece) {
+  return CountCells(piece, [](const XLREF12&) { return true; });
 }
 
-ReadOutcome ReadCells(const XLOPER12& argument, CellSink& sink) {
-  switch (TypeOf(argument)) {
-    case xltypeSRef:
-    case xltypeRef: {
-      const auto reference = ReferenceView::Of(argument);
-      if (!reference) return ReadOutcome::kUnreadable;
-      for (const XLREF12& area : reference->areas()) {
-        const ReadOutcome outcome = AreaReader(*reference, area, sink).Read();
-        if (outcome != ReadOutcome::kRead) return outcome;
-      }
-      return ReadOutcome::kRead;
-    }
-    case xltypeMulti: {
-      const std::span<const XLOPER12> elements = XXloper::FromArgument(&argument).elements();
-      if (elements.empty()) return ReadOutcome::kUnreadable;
-      return sink.Cells(elements) ? ReadOutcome::kRead : ReadOutcome::kUnreadable;
-    }
-    default:
-      return sink.Cells({&argument, 1}) ? ReadOutcome::kRead : ReadOutcome::kUnreadable;
+ReadOutcome ReadCells(const ArgumentPiece& piece, CellSink& sink) {
+  for (const XLREF12& area : piece.areas()) {
+    const ReadOutcome outcome = AreaReader(*piece.reference, area, sink).Read();
+    if (outcome != ReadOutcome::kRead) return outcome;
   }
+  if (piece.reference) return ReadOutcome::kRead;
+  const std::uint32_t type = TypeOf(*piece.record);
+  const bool leads_nowhere = type == xltypeRef || type == xltypeSRef;
+  if (leads_nowhere || piece.values().empty()) return ReadOutcome::kUnreadable;
+  return sink.Cells(piece.values()) ? ReadOutcome::kRead : ReadOutcome::kUnreadable;
 }
 
 }  // namespace zavrel

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <span>
 
-#include "excel/xloper12.h"
+#include "data/argument_piece.h"
 
 namespace zavrel {
 
@@ -24,17 +24,17 @@ enum class ReadOutcome {
   kUncalculated,  // the host has still to calculate a cell, or wants the call to end
 };
 
-/// Hands the argument's cells to the sink: the areas of a reference as given, each row by row, read
+/// Hands the piece's cells to the sink: the areas of a reference as given, each row by row, read
 /// in blocks; the elements of an array; a single value as one cell. What the sink throws passes
 /// through.
 ///
 /// An area that names whole columns or whole rows counts as its used part: what follows its last
 /// used row (its last used column) is left out. Every other area has all its cells, blank ones too.
-ReadOutcome ReadCells(const XLOPER12& argument, CellSink& sink);
+ReadOutcome ReadCells(const ArgumentPiece& piece, CellSink& sink);
 
-/// How many cells an argument has, whole columns and rows not counted: what is worth reserving.
-std::size_t ExpectedCells(const XLOPER12& argument);
-/// How many cells an argument has, with all those of whole columns and rows.
-std::size_t AllCells(const XLOPER12& argument);
+/// How many cells a piece has, whole columns and rows not counted: what is worth reserving.
+std::size_t ExpectedCells(const ArgumentPiece& piece);
+/// How many cells a piece has, with all those of whole columns and rows.
+std::size_t AllCells(const ArgumentPiece& piece);
 
 }  // namespace zavrel

@@ -5,17 +5,17 @@
 #include <string>
 #include <utility>
 
+#include "data/argument_piece.h"
+#include "data/cell_reader.h"
 #include "data/data_key.h"
 #include "data/session_caches.h"
 #include "data/stacked_argument.h"
 #include "data/stacked_data.h"
-#include "excel/xxloper.h"
 
 namespace zavrel {
 namespace {
 
-// An Excel function has 255 arguments at most.
-constexpr std::size_t kMostPieces = 255;
+Failure Unreadable() { return Failure(ExcelError::kRef); }
 
 /// Compares the cells that come in with known ones, and collects them once they differ.
 class CellCollector final : public CellSink {
@@ -106,46 +106,38 @@ class HandleCatcher final : public CellSink {
   std::optional<std::size_t> index_;
 };
 
-using Pieces = std::span<const XLOPER12* const>;
-
-const XLOPER12* OrMissing(const XLOPER12* piece) {
-  return piece != nullptr ? piece : &XXloper::Missing().record();
-}
-bool IsOmitted(const XLOPER12* piece) {
-  return piece == nullptr || TypeOf(*piece) == xltypeMissing;
-}
-
 DataArgument ReadPieces(Pieces pieces, std::size_t most_cells) {
   std::size_t expected = 0;
   std::size_t all = 0;
-  for (const XLOPER12* piece : pieces) {
-    expected += ExpectedCells(*piece);
-    all += AllCells(*piece);
+  for (const ArgumentPiece& piece : pieces) {
+    expected += ExpectedCells(piece);
+    all += AllCells(piece);
   }
-  if (expected > most_cells) return {};
+  if (expected > most_cells) return Unreadable();
 
   std::optional<std::string> key = DataKey(pieces);
-  if (!key) return {ReadOutcome::kUncalculated, nullptr};
+  if (!key) return Failure::Uncalculated();
   ExcelDataCache* cache = SessionExcelDataCache();
   std::shared_ptr<ExcelData> known = cache != nullptr ? cache->Find(*key) : nullptr;
   if (known != nullptr && known->size() > most_cells) known = nullptr;
   CellCollector collector(known ? &known->cells() : nullptr, expected, most_cells);
-  for (const XLOPER12* piece : pieces) {
+  for (const ArgumentPiece& piece : pieces) {
     HandleCatcher catcher(collector);
-    const bool one_cell = AllCells(*piece) == 1;
-    const ReadOutcome outcome =
-        one_cell ? ReadCells(*piece, catcher) : ReadCells(*piece, collector);
-    if (outcome != ReadOutcome::kRead) return {outcome, nullptr};
+    const bool one_cell = AllCells(piece) == 1;
+    const ReadOutcome outcome = one_cell ? ReadCells(piece, catcher) : ReadCells(piece, collector);
+    if (outcome == ReadOutcome::kUncalculated) return Failure::Uncalculated();
+    if (outcome == ReadOutcome::kUnreadable) return Unreadable();
     if (!catcher.index()) continue;
 
     DataArgument stacked = ReadStackedData(*catcher.index());
-    if (stacked.outcome != ReadOutcome::kRead) return stacked;
-    if (pieces.size() == 1) return stacked.data->size() <= most_cells ? stacked : DataArgument{};
-    if (!collector.Cells(stacked.data->cells())) return {};
-    all += stacked.data->size();
+    if (!stacked.ok()) return stacked;
+    const ExcelData& selected = **stacked;
+    if (pieces.size() == 1) return selected.size() <= most_cells ? stacked : Unreadable();
+    if (!collector.Cells(selected.cells())) return Unreadable();
+    all += selected.size();
     --all;  // the handle's own cell
   }
-  if (collector.AsKnown()) return {.outcome = ReadOutcome::kRead, .data = std::move(known)};
+  if (collector.AsKnown()) return known;
 
   if (known != nullptr) {
     if (DatasetParmCache* parms = SessionDatasetParmCache()) parms->Forget(known.get());
@@ -155,19 +147,37 @@ DataArgument ReadPieces(Pieces pieces, std::size_t most_cells) {
   auto data =
       std::make_shared<ExcelData>(std::move(*key), std::move(cells), left_out, LayoutOf(pieces));
   if (cache != nullptr) cache->Put(data);
-  return {.outcome = ReadOutcome::kRead, .data = std::move(data)};
+  return data;
 }
 
 }  // namespace
 
-DataArgument ReadDataArgument(Pieces pieces, std::size_t most_cells) {
-  while (pieces.size() > 1 && IsOmitted(pieces.back())) pieces = pieces.first(pieces.size() - 1);
-  if (pieces.size() > kMostPieces) return {};
-  std::array<const XLOPER12*, kMostPieces> given;
+DataArgument ReadDataArgument(Arguments arguments, std::size_t most_cells) {
+  while (arguments.size() > 1 && IsOmitted(arguments.back()))
+    arguments = arguments.first(arguments.size() - 1);
+  if (arguments.size() > kMostPieces) return Unreadable();
+  std::array<ArgumentPiece, kMostPieces> pieces;
   std::size_t count = 0;
-  for (const XLOPER12* piece : pieces) given[count++] = OrMissing(piece);
-  if (count == 0) given[count++] = OrMissing(nullptr);
-  return ReadPieces({given.data(), count}, most_cells);
+  for (const XLOPER12* argument : arguments) pieces[count++] = ArgumentPiece::Of(argument);
+  if (count == 0) pieces[count++] = ArgumentPiece::Of(nullptr);
+  return ReadPieces({pieces.data(), count}, most_cells);
+}
+
+std::optional<Failure> ReadAreas(
+    const XLOPER12& argument,
+    FunctionRef<std::optional<Failure>(const std::shared_ptr<ExcelData>& data)> take) {
+  const auto read = [&](const XLOPER12& part) -> std::optional<Failure> {
+    const DataArgument data = ReadDataArgument(std::array{&part});
+    if (!data.ok()) return data.failure();
+    return take(*data);
+  };
+  const auto reference = ReferenceView::Of(argument);
+  if (!reference) return read(argument);
+  for (const XLREF12& area : reference->areas()) {
+    const OneArea part(*reference, area);
+    if (auto failure = read(part.record())) return failure;
+  }
+  return std::nullopt;
 }
 
 }  // namespace zavrel

@@ -6,9 +6,8 @@
 #include <optional>
 
 #include "data/cell_columns.h"
+#include "data/cell_layout.h"
 #include "excel/coerce.h"
-#include "excel/reference.h"
-#include "excel/xxloper.h"
 
 namespace zavrel {
 namespace {
@@ -45,15 +44,13 @@ class KeyText {
   KeyText() { text_.reserve(64); }
 
   /// False when the host wants the call to return.
-  bool AddPiece(const XLOPER12& piece) {
+  bool AddPiece(const ArgumentPiece& piece) {
     if (!text_.empty()) text_ += ';';
-    if (const auto reference = ReferenceView::Of(piece)) return AddReference(piece, *reference);
-    if (TypeOf(piece) == xltypeMissing) {
+    if (piece.reference) return AddReference(*piece.record, *piece.reference);
+    if (TypeOf(*piece.record) == xltypeMissing) {
       text_ += '-';
-    } else if (TypeOf(piece) == xltypeMulti) {
-      AddContent(XXloper::FromArgument(&piece).elements());
     } else {
-      AddContent({&piece, 1});
+      AddContent(piece);
     }
     return true;
   }
@@ -67,9 +64,9 @@ class KeyText {
     text_.append(digits, end);
   }
 
-  bool AddReference(const XLOPER12& piece, const ReferenceView& reference) {
+  bool AddReference(const XLOPER12& record, const ReferenceView& reference) {
     if (!reference.sheet_id() && !calling_sheet_) {
-      calling_sheet_ = CallingSheet(piece);
+      calling_sheet_ = CallingSheet(record);
       if (!calling_sheet_) return false;
     }
     text_ += '[';
@@ -91,11 +88,14 @@ class KeyText {
     return true;
   }
 
-  void AddContent(std::span<const XLOPER12> cells) {
+  void AddContent(const ArgumentPiece& piece) {
     Fingerprint fingerprint;
-    for (const XLOPER12& cell : cells) fingerprint.Add(SingleValueOf(cell));
+    for (const XLOPER12& cell : piece.values()) fingerprint.Add(SingleValueOf(cell));
+    const CellLayout layout = LayoutOf({&piece, 1});
     text_ += '{';
-    Add(cells.size());
+    Add(layout.rows);
+    text_ += 'x';
+    Add(layout.columns);
     text_ += '#';
     Add(fingerprint.Get(), 16);
     text_ += '}';
@@ -107,10 +107,10 @@ class KeyText {
 
 }  // namespace
 
-std::optional<std::string> DataKey(std::span<const XLOPER12* const> pieces) {
+std::optional<std::string> DataKey(Pieces pieces) {
   KeyText key;
-  for (const XLOPER12* piece : pieces) {
-    if (!key.AddPiece(*piece)) return std::nullopt;
+  for (const ArgumentPiece& piece : pieces) {
+    if (!key.AddPiece(piece)) return std::nullopt;
   }
   return std::move(key).Take();
 }

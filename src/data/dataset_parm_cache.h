@@ -12,9 +12,14 @@ namespace zavrel {
 class DatasetParm;
 class ExcelData;
 
-/// Keeps the latest parameters, found by data set, policy and error flag. Being held here is what
-/// keeps a data set through a pruning of the ExcelDataCache: the working set of the calculation at
-/// hand, whatever its size. Used from Excel's main thread only.
+/// The parameters of the latest calls. Used from Excel's main thread only.
+///
+/// Invariants:
+/// - At most one parameter for a data set, a policy and a way with errors, and at most kEntries.
+/// - The entries are in the order of their latest use.
+/// - Whatever is held here stays in the ExcelDataCache through its pruning: the working set of the
+///   calculation at hand, whatever its size. The latest entry is never pruned.
+/// - No data set is held that ReadDataArgument has replaced because its cells changed.
 class DatasetParmCache {
  public:
   static constexpr std::size_t kEntries = 32;

@@ -46,6 +46,8 @@ class ExcelData {
   std::size_t size() const { return cells_.size(); }
   SingleValue operator[](std::size_t index) const { return cells_[index]; }
   const CellLayout& layout() const { return layout_; }
+  /// The block that the cells form; nothing where they form none.
+  std::optional<CellBlock> block() const { return BlockOf(layout_, size()); }
 
   /// Of the whole argument: what was left out counts among the blank cells.
   std::size_t CountOfClass(CellClass cell_class) const;
@@ -53,7 +55,8 @@ class ExcelData {
   std::size_t NumberCount() const { return cells_.count(CellTag::kNumber); }
 
   /// Whether a function with this policy accepts the cells: a nil value, or the error that the call
-  /// must return. With `propagate_errors` the first error cell is that error.
+  /// must return. With `propagate_errors` the first error cell is that error (no worksheet function
+  /// wants that yet).
   const XXloper& Acceptance(MissingDataPolicy policy, bool propagate_errors);
 
   /// The numbers in the policy's shape. A single omitted argument has none under any policy.

@@ -13,13 +13,19 @@ namespace zavrel {
 
 class ExcelData;
 
-/// At most one data set per key text. Whoever finds one here compares it with its cells before
-/// using it (ReadDataArgument does), so an entry is never trusted for its key alone.
+/// The session's data sets. Used from Excel's main thread only.
 ///
-/// Bounded at all times: what comes in pushes out what was used longest ago. Prune narrows that to
-/// a smaller budget, but spares every data set that somebody else holds; the DatasetParmCache holds
-/// those of the latest calls, so pruning after each call does not part functions that read the same
-/// range. Used from Excel's main thread only.
+/// Invariants:
+/// - At most one data set per key text.
+/// - Nothing found here is believed for its key alone: ReadDataArgument compares its cells with the
+///   host's before anybody uses it, and puts another in its place where they differ.
+/// - The entries are in the order of their latest use. What comes in pushes out what was used
+///   longest ago, so that the limit holds after every Put.
+/// - Prune narrows that to a smaller budget but never drops what somebody else holds. The
+///   DatasetParmCache holds the data sets of the latest calls, so functions that read the same range
+///   keep sharing one.
+/// - bytes() is the sum of what each entry had when it was last measured. An entry grows by what is
+///   worked out from it, so the latest ones are measured again whenever the sum is used.
 class ExcelDataCache {
  public:
   struct Budget {

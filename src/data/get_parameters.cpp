@@ -10,8 +10,6 @@
 namespace zavrel {
 namespace {
 
-using Pieces = std::span<const XLOPER12* const>;
-
 std::shared_ptr<const DatasetParm> ParmOf(const std::shared_ptr<ExcelData>& data,
                                           MissingDataPolicy policy, bool propagate_errors) {
   if (DatasetParmCache* cache = SessionDatasetParmCache())
@@ -40,83 +38,89 @@ class ParameterReader {
   ParameterReader(MissingDataPolicy policy, ParameterOptions options)
       : policy_(policy), options_(options) {}
 
-  Parameters Read(std::string_view kinds, Pieces arguments) {
+  OrFailure<Parameters> Read(std::string_view kinds, Arguments arguments) {
     parameters_.values_.resize(kinds.size());
     for (std::size_t i = 0; i < kinds.size(); ++i) {
-      const Pieces rest = arguments.subspan(std::min(i, arguments.size()));
-      if (!ReadOne(kinds[i], rest, parameters_.values_[i].value)) return std::move(parameters_);
+      const Arguments rest = arguments.subspan(std::min(i, arguments.size()));
+      OrFailure<Value> value = ReadOne(kinds[i], rest);
+      if (!value.ok()) return value.failure();
+      parameters_.values_[i].value = *std::move(value);
     }
-    parameters_.accepted_ = !options_.equal_lengths || EqualLengths();
+    if (!GoTogether()) return Failure(ExcelError::kValue);
+    if (options_.lengths == Lengths::kEqual) Lengthen();
     return std::move(parameters_);
   }
 
  private:
+  using Value = Parameters::Value;
+
   /// The first of `rest`, or all of them.
-  bool ReadOne(char kind, Pieces rest, Parameters::Value& value) {
-    switch (kind) {
+  OrFailure<Value> ReadOne(char letter, Arguments rest) const {
+    const Arguments first = rest.first(std::min<std::size_t>(rest.size(), 1));
+    const XLOPER12* const argument = first.empty() ? nullptr : first.front();
+    switch (letter) {
       case 'V':
-        return ReadData(rest, value);
+        return ReadData(rest);
       case 'r':
-        if (IsOmitted(rest)) return true;
+        if (IsOmitted(argument)) return Value();
         [[fallthrough]];
       case 'R':
-        return ReadData(rest.first(std::min<std::size_t>(rest.size(), 1)), value);
+        return ReadData(first);
       default:
-        return ReadSingle(kind, XXloper::FromArgument(rest.empty() ? nullptr : rest.front()),
-                          value);
+        return ReadSingle(letter, argument);
     }
   }
 
-  static bool IsOmitted(Pieces rest) {
-    return rest.empty() || rest.front() == nullptr || TypeOf(*rest.front()) == xltypeMissing;
-  }
-
-  bool ReadData(Pieces pieces, Parameters::Value& value) {
-    const DataArgument argument = ReadDataArgument(pieces);
-    if (argument.outcome != ReadOutcome::kRead) {
-      parameters_.uncalculated_ = argument.outcome == ReadOutcome::kUncalculated;
-      return Fail(XXloper::Error(ExcelError::kRef));
-    }
-    const auto parm = ParmOf(argument.data, policy_, options_.propagate_errors);
+  OrFailure<Value> ReadData(Arguments arguments) const {
+    const DataArgument data = ReadDataArgument(arguments);
+    if (!data.ok()) return data.failure();
+    std::shared_ptr<const DatasetParm> parm = ParmOf(*data, policy_, options_.propagate_errors);
     if (const XXloper& acceptance = parm->Acceptance(); acceptance.type() != xltypeNil)
-      return Fail(acceptance);
-    value = parm;
+      return Failure(acceptance);
+    return Value(std::move(parm));
+  }
+
+  OrFailure<Value> ReadSingle(char letter, const XLOPER12* argument) const {
+    const auto kind = ScalarKindOf(letter);
+    if (!kind) return Failure(ExcelError::kValue);
+    OrFailure<ScalarValue> scalar = ReadScalar(*kind, argument);
+    if (scalar.ok())
+      return std::visit([](auto&& content) { return Value(std::move(content)); },
+                        *std::move(scalar));
+    if (scalar.failure().uncalculated() || options_.propagate_errors) return scalar.failure();
+    return Failure(ExcelError::kValue);
+  }
+
+  bool GoTogether() const {
+    for (std::size_t i = 0; i < parameters_.values_.size(); ++i) {
+      for (std::size_t j = 0; IsData(i) && j < i; ++j) {
+        if (IsData(j) && !GoTogether(i, j)) return false;
+      }
+    }
     return true;
   }
 
-  bool ReadSingle(char letter, const XXloper& argument, Parameters::Value& value) {
-    const auto kind = ScalarKindOf(letter);
-    if (!kind) return Fail(XXloper::Error(ExcelError::kValue));
-    const Scalar<ScalarValue> scalar = ReadScalar(*kind, argument);
-    switch (scalar.status) {
-      case ScalarStatus::kGiven:
-        std::visit([&](const auto& content) { value = content; }, scalar.value);
+  bool GoTogether(std::size_t i, std::size_t j) const {
+    const CellLayout& i_layout = parameters_.data(i).layout();
+    const CellLayout& j_layout = parameters_.data(j).layout();
+    const std::size_t i_size = parameters_.numbers(i).size();
+    const std::size_t j_size = parameters_.numbers(j).size();
+    switch (options_.lengths) {
+      case Lengths::kAny:
         return true;
-      case ScalarStatus::kNotGiven:
-        return true;
-      case ScalarStatus::kUncalculated:
-        parameters_.uncalculated_ = true;
-        return Fail(XXloper::Error(ExcelError::kRef));
-      case ScalarStatus::kFailed:
+      case Lengths::kPaired:
+        return CanPairShorter(i_layout, i_size, j_layout, j_size);
+      case Lengths::kEqual:
         break;
     }
-    return Fail(options_.propagate_errors && scalar.error ? XXloper::ErrorByCode(*scalar.error)
-                                                          : XXloper::Error(ExcelError::kValue));
+    return IsPositional(policy_) ? CanPair(i_layout, i_size, j_layout, j_size) : i_size == j_size;
   }
 
-  bool Fail(const XXloper& failure) {
-    parameters_.failure_ = failure;
-    return false;
-  }
-
-  bool EqualLengths() {
+  /// Makes the data equally long that differ by the blank cells behind an open end.
+  void Lengthen() {
     std::size_t longest = 0;
     for (std::size_t i = 0; i < parameters_.values_.size(); ++i) {
-      if (!IsData(i)) continue;
-      longest = std::max(longest, parameters_.numbers(i).size());
-      for (std::size_t j = 0; j < i; ++j) {
-        if (IsData(j) && !AreEqual(i, j)) return false;
-      }
+      if (IsData(i)) longest = std::max(longest, parameters_.numbers(i).size());
     }
     for (std::size_t i = 0; i < parameters_.values_.size(); ++i) {
       if (!IsData(i)) continue;
@@ -124,15 +128,6 @@ class ParameterReader {
       if (numbers.size() < longest)
         parameters_.values_[i].lengthened = Lengthened(numbers, longest);
     }
-    return true;
-  }
-
-  /// Equally long, or to be made so at an open end.
-  bool AreEqual(std::size_t i, std::size_t j) const {
-    const std::size_t i_size = parameters_.numbers(i).size();
-    const std::size_t j_size = parameters_.numbers(j).size();
-    if (!IsPositional(policy_)) return i_size == j_size;
-    return CanPair(parameters_.data(i).layout(), i_size, parameters_.data(j).layout(), j_size);
   }
 
   bool IsData(std::size_t position) const {
@@ -145,8 +140,8 @@ class ParameterReader {
   Parameters parameters_;
 };
 
-Parameters GetParameters(std::string_view kinds, MissingDataPolicy policy, Pieces arguments,
-                         ParameterOptions options) {
+OrFailure<Parameters> GetParameters(std::string_view kinds, MissingDataPolicy policy,
+                                    Arguments arguments, ParameterOptions options) {
   return ParameterReader(policy, options).Read(kinds, arguments);
 }
 

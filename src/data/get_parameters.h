@@ -11,29 +11,31 @@
 #include <vector>
 
 #include "data/dataset_parm.h"
-#include "excel/scalar_argument.h"
-#include "excel/xxloper.h"
+#include "data/scalar_argument.h"
+#include "excel/arguments.h"
+#include "excel/or_failure.h"
 #include "platform/block_pool.h"
 
 namespace zavrel {
 
+/// What the data arguments have to be to one another.
+enum class Lengths {
+  kAny,
+  kEqual,   // equally many numbers
+  kPaired,  // row i of each belongs to row i of the others, as far as all have rows
+};
+
 struct ParameterOptions {
+  Lengths lengths = Lengths::kAny;
   /// An error cell of a data argument, and an error given for a single value, is the call's result.
+  /// No worksheet function wants that yet.
   bool propagate_errors = false;
-  /// The data arguments' numbers must be equally many.
-  bool equal_lengths = false;
 };
 
 /// The arguments of a call, by their position among the kind letters. Asking for an argument that
 /// was not given, or by another type than its letter's, throws std::bad_variant_access.
 class Parameters {
  public:
-  /// False: the call returns failure() instead of computing anything.
-  bool accepted() const { return accepted_; }
-  const XXloper& failure() const { return failure_; }
-  /// With accepted() false: the host calls again, until then it wants nothing but the return.
-  bool uncalculated() const { return uncalculated_; }
-
   /// False for an optional argument that was left out.
   bool given(std::size_t position) const {
     return !std::holds_alternative<std::monostate>(values_[position].value);
@@ -46,10 +48,19 @@ class Parameters {
   std::span<const double> numbers(std::size_t position) const;
 
   double number(std::size_t position) const { return std::get<double>(values_[position].value); }
+  double number_or(std::size_t position, double otherwise) const {
+    return given(position) ? number(position) : otherwise;
+  }
   std::int32_t integer(std::size_t position) const {
     return std::get<std::int32_t>(values_[position].value);
   }
+  std::int32_t integer_or(std::size_t position, std::int32_t otherwise) const {
+    return given(position) ? integer(position) : otherwise;
+  }
   bool boolean(std::size_t position) const { return std::get<bool>(values_[position].value); }
+  bool boolean_or(std::size_t position, bool otherwise) const {
+    return given(position) ? boolean(position) : otherwise;
+  }
   const std::u16string& text(std::size_t position) const {
     return std::get<std::u16string>(values_[position].value);
   }
@@ -61,17 +72,14 @@ class Parameters {
                              std::shared_ptr<const DatasetParm>>;
   struct Argument {
     Value value;
-    BlockArray<double>
-        lengthened;  // numbers with blank cells added at the end, if there had to be any
+    /// The numbers with blank cells added at the end, if there had to be any.
+    BlockArray<double> lengthened;
   };
 
-  bool accepted_ = false;
-  bool uncalculated_ = false;
-  XXloper failure_ = XXloper::Error(ExcelError::kValue);
   std::vector<Argument> values_;
 };
 
-/// Reads the arguments by one kind letter each (excel/scalar_argument.h lists them), first to last,
+/// Reads the arguments by one kind letter each (data/scalar_argument.h lists them), first to last,
 /// up to the first that fails:
 ///
 ///   R  a data set; an omitted argument is a data set of one omitted value
@@ -80,15 +88,15 @@ class Parameters {
 ///
 /// Data sets are held to the policy. Failures: #REF! for cells that cannot be read; #VALUE! for a
 /// data set that the policy does not accept, for a single value that is not what its letter asks
-/// for and for unequal lengths; with `propagate_errors` an error met is returned as it is.
-/// Arguments beyond those given count as omitted.
+/// for and for data that do not go together as the options say; with `propagate_errors` an error
+/// met is returned as it is. Arguments beyond those given count as omitted.
 ///
 /// Equal lengths compare the numeric shapes. A positional shape of whole columns or of one whole
 /// row ends where these were last used; when another argument goes further, the blank cells that
 /// follow are put back. Several columns go with as many columns only. Where the cells of arguments
 /// cut down to their used parts need not lie alike (several whole rows used to different columns, a
-/// whole sheet, whole areas among several), they are refused as unequal.
-Parameters GetParameters(std::string_view kinds, MissingDataPolicy policy,
-                         std::span<const XLOPER12* const> arguments, ParameterOptions options = {});
+/// whole sheet, whole areas among several), they are refused as unequal, and as no pairs.
+OrFailure<Parameters> GetParameters(std::string_view kinds, MissingDataPolicy policy,
+                                    Arguments arguments, ParameterOptions options = {});
 
 }  // namespace zavrel

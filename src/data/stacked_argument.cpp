@@ -22,6 +22,8 @@ using Entry = StackedSelections::Entry;
 
 constexpr int kDeepestNesting = 16;
 
+Failure Unreadable() { return Failure(ExcelError::kRef); }
+
 /// Selections of selections while they are read. Each is read once, however often others name it;
 /// one that is met within itself cannot be read. Excel's main thread only.
 class Readings {
@@ -40,7 +42,7 @@ class Readings {
   static bool TooDeep() { return depth_ > kDeepestNesting; }
   /// What was read of a selection, unreadable until it was; whether it is new here.
   static std::pair<DataArgument&, bool> Of(std::size_t index) {
-    const auto [reading, is_new] = read_.try_emplace(index);
+    const auto [reading, is_new] = read_.try_emplace(index, Unreadable());
     return {reading->second, is_new};
   }
 
@@ -50,31 +52,32 @@ class Readings {
 };
 
 /// The data of a selection: values, category variables.
-struct Sources {
-  ReadOutcome outcome = ReadOutcome::kRead;
-  std::vector<std::shared_ptr<ExcelData>> data{};
-};
+using Sources = std::vector<std::shared_ptr<ExcelData>>;
 
-Sources ReadSources(const StackedSelection& selection) {
+OrFailure<Sources> ReadSources(const StackedSelection& selection) {
   Sources sources;
+  std::optional<Failure> failure;
   selection.ForEachArgument([&](const KeptArgument& argument) {
-    if (sources.outcome != ReadOutcome::kRead) return;
+    if (failure) return;
     DataArgument read = ReadDataArgument(std::array{&argument.record()});
-    sources.outcome = read.outcome;
-    sources.data.push_back(std::move(read.data));
+    if (read.ok()) {
+      sources.push_back(*std::move(read));
+    } else {
+      failure = read.failure();
+    }
   });
-  if (sources.outcome != ReadOutcome::kRead) return sources;
-  const ExcelData& values = *sources.data.front();
-  for (const std::shared_ptr<ExcelData>& data : sources.data) {
+  if (failure) return *failure;
+  const ExcelData& values = *sources.front();
+  for (const std::shared_ptr<ExcelData>& data : sources) {
     if (!CanPairShorter(values.layout(), values.size(), data->layout(), data->size()))
-      return {ReadOutcome::kUnreadable};
+      return Unreadable();
   }
   return sources;
 }
 
 std::array<std::uint64_t, 3> SerialsOf(const Sources& sources) {
   std::array<std::uint64_t, 3> serials{};
-  std::transform(sources.data.begin(), sources.data.end(), serials.begin(),
+  std::transform(sources.begin(), sources.end(), serials.begin(),
                  [](const std::shared_ptr<ExcelData>& data) { return data->serial(); });
   return serials;
 }
@@ -91,9 +94,9 @@ std::optional<std::vector<std::int32_t>> PositionsOf(ExcelData& data, std::u16st
 /// The rows that a selection takes, in order.
 std::optional<std::vector<std::int32_t>> SelectedRows(const StackedSelection& selection,
                                                       const Sources& sources) {
-  auto rows = PositionsOf(*sources.data[1], selection.first.name);
+  auto rows = PositionsOf(*sources[1], selection.first.name);
   if (!rows || !selection.second) return rows;
-  const auto others = PositionsOf(*sources.data[2], selection.second->name);
+  const auto others = PositionsOf(*sources[2], selection.second->name);
   if (!others) return std::nullopt;
   std::vector<std::int32_t> both;
   std::set_intersection(rows->begin(), rows->end(), others->begin(), others->end(),
@@ -120,25 +123,27 @@ DataArgument Read(std::size_t index) {
   ExcelDataCache* cache = SessionExcelDataCache();
   const std::shared_ptr<Entry> entry =
       cache != nullptr ? cache->stacked_selections().Find(index) : nullptr;
-  if (entry == nullptr) return {};
+  if (entry == nullptr) return Unreadable();
 
-  const Sources sources = ReadSources(entry->selection);
-  if (sources.outcome != ReadOutcome::kRead) return {sources.outcome, nullptr};
+  const OrFailure<Sources> sources = ReadSources(entry->selection);
+  if (!sources.ok()) return sources.failure();
   std::string key = fmt::format("{{Destack,{}}}", index);
-  const std::array<std::uint64_t, 3> serials = SerialsOf(sources);
+  const std::array<std::uint64_t, 3> serials = SerialsOf(*sources);
   std::shared_ptr<ExcelData> known = cache->Find(key);
   if (known != nullptr && known->serial() == entry->selected && serials == entry->sources)
-    return {ReadOutcome::kRead, std::move(known)};
+    return known;
 
-  const auto rows = SelectedRows(entry->selection, sources);
-  if (!rows) return {ReadOutcome::kUncalculated, nullptr};
-  auto data = std::make_shared<ExcelData>(std::move(key), CellsAt(*sources.data.front(), *rows));
+  const auto rows = SelectedRows(entry->selection, *sources);
+  if (!rows) return Failure::Uncalculated();
+  CellColumns cells = CellsAt(*sources->front(), *rows);
+  const CellLayout column{CellLayout::Kind::kComplete, cells.size(), 1};
+  auto data = std::make_shared<ExcelData>(std::move(key), std::move(cells), 0, column);
   if (DatasetParmCache* parms = SessionDatasetParmCache(); parms != nullptr && known != nullptr)
     parms->Forget(known.get());
   entry->sources = serials;
   entry->selected = data->serial();
   cache->Put(data);
-  return {ReadOutcome::kRead, std::move(data)};
+  return data;
 }
 
 }  // namespace

@@ -6,33 +6,35 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "stats/statistic_id.h"
+
 namespace zavrel {
 
-/// A table of numbers indexed by sample form (0 population or none, 1 sample), discrete selector
-/// (0 not given, 1 false, 2 true; only the mode uses other than 0) and statistic id. Lives and dies
-/// with its data set.
+/// A table of numbers indexed by form, discrete selector (0 not given, 1 false, 2 true; only the
+/// mode uses other than 0) and statistic id. It lives and dies with its data set.
 class StatisticCache {
  public:
   static constexpr std::size_t kStatistics = 16;
   /// What an id outside 0..15 stands for.
   static constexpr std::size_t kCount = 10;
 
-  bool Has(bool sample, std::size_t selector, std::size_t statistic) const {
-    return computed_[Index(sample, selector, statistic)] != 0;
+  bool Has(Form form, std::size_t selector, std::size_t statistic) const {
+    return computed_[Index(form, selector, statistic)] != 0;
   }
-  double Get(bool sample, std::size_t selector, std::size_t statistic) const {
-    return values_[Index(sample, selector, statistic)];
+  double Get(Form form, std::size_t selector, std::size_t statistic) const {
+    return values_[Index(form, selector, statistic)];
   }
-  void Set(bool sample, std::size_t selector, std::size_t statistic, double value) {
-    values_[Index(sample, selector, statistic)] = value;
-    computed_[Index(sample, selector, statistic)] = 1;
+  void Set(Form form, std::size_t selector, std::size_t statistic, double value) {
+    values_[Index(form, selector, statistic)] = value;
+    computed_[Index(form, selector, statistic)] = 1;
   }
 
  private:
   static constexpr std::size_t kSelectors = 3;
 
-  static std::size_t Index(bool sample, std::size_t selector, std::size_t statistic) {
-    return ((sample ? kSelectors : 0) + std::min(selector, kSelectors - 1)) * kStatistics +
+  static std::size_t Index(Form form, std::size_t selector, std::size_t statistic) {
+    return ((form == Form::kSample ? kSelectors : 0) + std::min(selector, kSelectors - 1)) *
+               kStatistics +
            (statistic < kStatistics ? statistic : kCount);
   }
 

@@ -1,7 +1,5 @@
 #include "excel/coerce.h"
 
-#include "excel/reference.h"
-
 namespace zavrel {
 
 ExcelResult LookUp(const XXloper& reference) { return CallExcel(xlCoerce, {reference}); }
@@ -13,11 +11,9 @@ ExcelResult CoerceTo(const XXloper& value, std::uint32_t types) {
   return CallExcel(xlCoerce, {value, XXloper::FromArgument(&wanted)});
 }
 
-ExcelResult LookUpFirstCell(const XXloper& reference) {
-  const auto view = ReferenceView::Of(reference.record());
-  if (!view) return {XXloper::Error(ExcelError::kRef), xlretFailed};
-  const XLREF12& first = view->areas().front();
-  const OneArea cell(*view, {first.rwFirst, first.rwFirst, first.colFirst, first.colFirst});
+ExcelResult LookUpFirstCell(const ReferenceView& reference) {
+  const XLREF12& first = reference.areas().front();
+  const OneArea cell(reference, {first.rwFirst, first.rwFirst, first.colFirst, first.colFirst});
   return LookUp(XXloper::FromArgument(&cell.record()));
 }
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "excel/excel_call.h"
+#include "excel/reference.h"
 
 namespace zavrel {
 
@@ -20,6 +21,6 @@ inline bool WantsReturn(const ExcelResult& result) {
 }
 
 /// The upper left cell of a reference's first area, whatever its size.
-ExcelResult LookUpFirstCell(const XXloper& reference);
+ExcelResult LookUpFirstCell(const ReferenceView& reference);
 
 }  // namespace zavrel

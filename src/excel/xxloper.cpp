@@ -33,11 +33,20 @@ constexpr XLOPER12 EmptyRecord(std::uint32_t type) {
   return record;
 }
 
+constexpr XLOPER12 TextRecord(XCHAR* counted) {
+  XLOPER12 record{};
+  record.val.str = counted;
+  record.xltype = xltypeStr;
+  return record;
+}
+
 // The shared records exist before any code runs and are never written to by the library. They are
 // not const, so that a host which marks and unmarks a returned record for a moment finds memory
 // that can be written to.
 constinit XLOPER12 shared_missing = EmptyRecord(xltypeMissing);
 constinit XLOPER12 shared_nil = EmptyRecord(xltypeNil);
+constinit XCHAR no_units[] = {0, 0};  // the count, and a terminator
+constinit XLOPER12 shared_empty_text = TextRecord(no_units);
 constinit XLOPER12 shared_booleans[] = {BooleanRecord(false), BooleanRecord(true)};
 constinit std::array shared_errors = {
     ErrorRecord(xlerrDiv0),   ErrorRecord(xlerrValue),       ErrorRecord(xlerrRef),
@@ -180,6 +189,8 @@ XXloper XXloper::Text(std::u16string_view text) {
 XXloper XXloper::Missing() noexcept { return XXloper(Uncounted(shared_missing)); }
 
 XXloper XXloper::Nil() noexcept { return XXloper(Uncounted(shared_nil)); }
+
+XXloper XXloper::EmptyText() noexcept { return XXloper(Uncounted(shared_empty_text)); }
 
 XXloper XXloper::Error(ExcelError error) noexcept {
   const auto found = std::find_if(

@@ -77,6 +77,7 @@ class XXloper {
   /// allocate nothing, whenever they are first asked for.
   static XXloper Missing() noexcept;
   static XXloper Nil() noexcept;
+  static XXloper EmptyText() noexcept;
   /// The shared immutable value of an error.
   static XXloper Error(ExcelError error) noexcept;
   /// The shared value of Excel's error code; a code that has none (#NULL! among them) gives a fresh

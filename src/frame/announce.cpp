@@ -2,9 +2,9 @@
 #include "frame/announce.h"
 
 #include "frame/announced_text.h"
+#include "frame/macro_call.h"
 #include "frame/opening.h"
 #include "frame/session.h"
-#include "frame/worksheet_function.h"
 #include "platform/export.h"
 
 namespace zavrel {

@@ -1,116 +1,89 @@
 #pragma once
-// The one frame around everything that the add-in exports: worksheet functions and the entry points
-// of a macro add-in. Nothing that happens inside a body crosses into Excel.
+// The one frame around every worksheet function. It reads the arguments, traces, catches whatever a
+// body throws, keeps the caches up and hands the result to Excel. The frame of what macros call is
+// frame/macro_call.h.
 //
-//   ZAV_EXPORT XLOPER12* ZavrelLn(const XLOPER12* x) {
-//     return WorksheetFunction("ZavrelLn", [&] { return ...; });
+//   ZAV_EXPORT XLOPER12* ZavrelPairCount(const XLOPER12* first, const XLOPER12* second) {
+//     return WorksheetFunction("ZavrelPairCount", kPairs, {first, second},
+//                              [](const Parameters& read) {
+//                                return CountPairs(read.numbers(0), read.numbers(1));
+//                              });
 //   }
 
 #include <array>
-#include <cstdint>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <type_traits>
 
-#include "excel/xxloper.h"
+#include "excel/arguments.h"
+#include "frame/cell_result.h"
+#include "frame/reading.h"
+#include "platform/function_ref.h"
 
 namespace zavrel {
 
-namespace frame {
+/// A worksheet function with a value result (P). The body gets what was read of the arguments. A
+/// failure, of the reading or of the body, shows its error; whatever the body throws shows #N/A,
+/// and so does a call while the add-in is not open; the reading may say otherwise. The record stays
+/// valid until this thread's next result.
+XLOPER12* WorksheetFunction(const char* name, const Reading& reading, Arguments arguments,
+                            FunctionRef<CellResult(const Parameters& read)> body) noexcept;
+inline XLOPER12* WorksheetFunction(const char* name, const Reading& reading,
+                                   std::initializer_list<const XLOPER12*> arguments,
+                                   FunctionRef<CellResult(const Parameters& read)> body) noexcept {
+  return WorksheetFunction(name, reading, Arguments(arguments.begin(), arguments.size()), body);
+}
+/// One that has no arguments, or whose body reads them in a way of its own.
+XLOPER12* WorksheetFunction(const char* name, FunctionRef<CellResult()> body) noexcept;
 
-/// A body without its type. Run leaves its result in a place the body's wrapper knows.
-struct Body {
-  void* object;
-  void (*run)(void* object);
-};
+namespace frame {
 
 /// Runs a worksheet function's body between its traces and follows it with the cache upkeep. False
 /// when the body threw, whatever it was, or when the add-in is not open (the body did not run
 /// then).
-bool RunWorksheetBody(const char* name, Body body) noexcept;
-
-/// What a macro gets for a failure that could not even be recorded, memory being exhausted: a
-/// number that explains nothing, but is no success.
-inline constexpr std::uint32_t kUnrecordedFailure = 0xFFFFFFFF;
-
-/// Runs a macro entry point's body between its traces. Gives 0, or the number under which what it
-/// threw is now in the failure store; without a store 0 as well, since nobody could redeem a
-/// number.
-std::uint32_t RunMacroBody(const char* name, Body body) noexcept;
-
-/// Runs a macro entry point's body between its traces; false when it threw.
-bool RunStatusBody(const char* name, Body body) noexcept;
-
-/// Runs the body of an entry point that traces its work itself; false when it threw.
-bool RunUntracedBody(Body body) noexcept;
+bool RunWorksheetBody(const char* name, FunctionRef<void()> body) noexcept;
 
 /// Keeps a narrow result, at most 255 bytes, until this thread's next one.
 const char* KeepText(const std::string& text) noexcept;
 
-/// The value frame: runs the body, which fills `result`, and hands the result to Excel.
-XLOPER12* RunValueBody(const char* name, Body body, XXloper& result) noexcept;
-
-template <class Callable>
-Body Erase(Callable& callable) {
-  return {&callable, [](void* object) { (*static_cast<Callable*>(object))(); }};
-}
-
 }  // namespace frame
 
-/// A worksheet function with a value result (P). The body returns an XXloper;
-/// whatever it throws, the cell shows #N/A. The record stays valid until this thread's next result.
-template <class Callable>
-XLOPER12* WorksheetFunction(const char* name, Callable&& body) noexcept {
-  XXloper result = XXloper::Error(ExcelError::kNA);
-  auto store = [&] { result = body(); };
-  return frame::RunValueBody(name, frame::Erase(store), result);
-}
-
 /// A worksheet function with a plain result (J, B): the body's, or `failure` when it throws.
-template <class Number, class Callable>
-Number PlainFunction(const char* name, Number failure, Callable&& body) noexcept {
+template <class Number>
+Number PlainFunction(const char* name, Number failure,
+                     FunctionRef<std::type_identity_t<Number>()> body) noexcept {
   static_assert(std::is_arithmetic_v<Number>);
   Number result = failure;
-  auto store = [&] { result = body(); };
-  return frame::RunWorksheetBody(name, frame::Erase(store)) ? result : failure;
+  return frame::RunWorksheetBody(name, [&] { result = body(); }) ? result : failure;
+}
+/// The same with arguments that the frame reads: `failure` also where they, or the body, fail.
+template <class Number>
+Number PlainFunction(
+    const char* name, Number failure, const Reading& reading,
+    std::initializer_list<const XLOPER12*> arguments,
+    FunctionRef<OrFailure<std::type_identity_t<Number>>(const Parameters& read)> body) noexcept {
+  return PlainFunction(name, failure, [&]() -> Number {
+    const auto read = reading.Read(Arguments(arguments.begin(), arguments.size()));
+    if (!read.ok()) return failure;
+    const OrFailure<Number> result = body(*read);
+    return result.ok() ? *result : failure;
+  });
 }
 
 /// A worksheet function with a narrow text as its result (C): UTF-8 of at most 255 bytes, in a
 /// buffer that lives until this thread's next such result; a null pointer, which Excel shows as
 /// #NUM!, when the body gives none or throws.
-template <class Callable>
-const char* TextFunction(const char* name, Callable&& body) noexcept {
+inline const char* TextFunction(const char* name,
+                                FunctionRef<std::optional<std::string>()> body) noexcept {
   const char* kept = nullptr;
-  auto store = [&] {
-    const std::optional<std::string> text = body();
-    if (text) kept = frame::KeepText(*text);
+  const auto keep = [&] {
+    if (const auto text = body()) kept = frame::KeepText(*text);
   };
-  return frame::RunWorksheetBody(name, frame::Erase(store)) ? kept : nullptr;
+  return frame::RunWorksheetBody(name, keep) ? kept : nullptr;
 }
 
-/// A macro add-in's entry point that reports by failure number: 0 when the body returns; when it
-/// throws, the number that ZavrelGetExceptionInfoVB explains.
-template <class Callable>
-std::uint32_t MacroCall(const char* name, Callable&& body) noexcept {
-  return frame::RunMacroBody(name, frame::Erase(body));
-}
-
-/// A macro add-in's entry point that reports by a result of its own: the body's, or `failure` when
-/// it throws.
-template <class Status, class Callable>
-Status MacroStatus(const char* name, Status failure, Callable&& body) noexcept {
-  Status status = failure;
-  auto store = [&] { status = body(); };
-  return frame::RunStatusBody(name, frame::Erase(store)) ? status : failure;
-}
-
-/// An entry point without a result whose work is traced further in. Whatever it throws ends here.
-template <class Callable>
-void UntracedCall(Callable&& body) noexcept {
-  frame::RunUntracedBody(frame::Erase(body));
-}
-
-// The parameters of a function with 30 value or reference arguments, and the arguments as an array.
+// The parameters of a function with 30 value or reference arguments, and the arguments as a list.
 #define ZAV_THIRTY_PARAMETERS                                                             \
   const XLOPER12 *a1, const XLOPER12 *a2, const XLOPER12 *a3, const XLOPER12 *a4,         \
       const XLOPER12 *a5, const XLOPER12 *a6, const XLOPER12 *a7, const XLOPER12 *a8,     \

@@ -7,14 +7,19 @@
 
 namespace zavrel {
 
-DoubleMatrix AssociationMatrix(bool is_correlation, bool use_ranks, bool sample_divisor,
-                               bool listwise_deletion, const DoubleMatrix& variables) {
+DoubleMatrix AssociationMatrix(const AssociationOptions& options, const DoubleMatrix& variables) {
   const std::vector<VariableColumn> columns(variables.begin(), variables.end());
-  AssociationResult result = CalculateAssociationMatrix(is_correlation, use_ranks, sample_divisor,
-                                                        listwise_deletion, columns);
+  AssociationResult result = CalculateAssociationMatrix(options, columns);
   if (!result.error) return std::move(result.matrix);
   return DoubleMatrix(columns.size(),
                       std::vector<double>(columns.size(), ErrorCodedNaN(*result.error)));
+}
+
+AssociationOptions OptionsOf(Measure measure, bool use_ranks, bool sample_divisor,
+                             bool listwise_deletion) {
+  return {.pair = {measure, sample_divisor ? Form::kSample : Form::kPopulation},
+          .use_ranks = use_ranks,
+          .listwise_deletion = listwise_deletion};
 }
 
 }  // namespace zavrel

@@ -12,7 +12,7 @@ void ComputeInto(ExcelData& data, StatisticId id, Form form) {
   StatisticCache& cache = data.statistics();
   const std::span<const double> numbers = data.Numbers(MissingDataPolicy::kNumbersOnly);
   if (!IsMoment(id)) {
-    cache.Set(form == Form::kSample, 0, static_cast<std::size_t>(id), SingleStatistic(id, numbers));
+    cache.Set(form, 0, static_cast<std::size_t>(id), SingleStatistic(id, numbers));
     return;
   }
   const MomentBlocks blocks = ComputeBothForms(numbers, data.cells().running_sum());
@@ -21,8 +21,8 @@ void ComputeInto(ExcelData& data, StatisticId id, Form form) {
             SummaryOf(blocks.sample, data.size(), data.cells().count(CellTag::kError)).Text());
   }
   for (std::size_t i = 0; IsMoment(static_cast<StatisticId>(i)); ++i) {
-    cache.Set(false, 0, i, blocks.population[static_cast<StatisticId>(i)]);
-    cache.Set(true, 0, i, blocks.sample[static_cast<StatisticId>(i)]);
+    cache.Set(Form::kPopulation, 0, i, blocks.population[static_cast<StatisticId>(i)]);
+    cache.Set(Form::kSample, 0, i, blocks.sample[static_cast<StatisticId>(i)]);
   }
 }
 
@@ -30,10 +30,9 @@ void ComputeInto(ExcelData& data, StatisticId id, Form form) {
 
 double CachedStatistic(ExcelData& data, StatisticId id, Form form) {
   StatisticCache& cache = data.statistics();
-  const bool sample = form == Form::kSample;
   const auto index = static_cast<std::size_t>(id);
-  if (!cache.Has(sample, 0, index)) ComputeInto(data, id, form);
-  return cache.Get(sample, 0, index);
+  if (!cache.Has(form, 0, index)) ComputeInto(data, id, form);
+  return cache.Get(form, 0, index);
 }
 
 }  // namespace zavrel

@@ -5,9 +5,6 @@
 
 namespace zavrel {
 
-enum class Form : bool { kPopulation, kSample };
-inline constexpr Form kOnlyForm = Form::kPopulation;  // of a statistic that has no forms
-
 /// A statistic of the data set's numbers, other than the mode; computed at the first request and
 /// kept with the data set. An error-coded double where there is none.
 ///

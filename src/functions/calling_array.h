@@ -2,8 +2,9 @@
 // The result of an array formula, cut to the cells that it was entered in.
 
 #include <algorithm>
-#include <optional>
+#include <cstdint>
 
+#include "excel/or_failure.h"
 #include "excel/reference.h"
 #include "excel/xxloper.h"
 
@@ -13,13 +14,13 @@ namespace zavrel {
 inline constexpr std::int32_t kMostResultRows = 65535;
 inline constexpr std::int32_t kMostResultColumns = 256;
 
-/// As many rows and columns as the calling range has, each #N/A; nothing when the call does not
-/// come from cells or the host has still to calculate something. Throws std::bad_alloc.
-inline std::optional<XXloperArray> ArrayOfCaller() {
+/// As many rows and columns as the calling range has, each #N/A; #REF! when the call does not come
+/// from cells or the host has still to calculate something. Throws std::bad_alloc.
+inline OrFailure<XXloperArray> ArrayOfCaller() {
   const CallingRange caller = CallingRange::Ask();
-  if (!caller.is_range()) return std::nullopt;
-  return std::optional<XXloperArray>(std::in_place, std::min(caller.rows(), kMostResultRows),
-                                     std::min(caller.columns(), kMostResultColumns));
+  if (!caller.is_range()) return Failure(ExcelError::kRef);
+  return XXloperArray(std::min(caller.rows(), kMostResultRows),
+                      std::min(caller.columns(), kMostResultColumns));
 }
 
 }  // namespace zavrel

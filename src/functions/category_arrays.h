@@ -6,7 +6,7 @@
 #include <span>
 #include <string_view>
 
-#include "excel/xxloper.h"
+#include "frame/cell_result.h"
 
 namespace zavrel {
 
@@ -20,15 +20,15 @@ using CategoryPositions = std::span<const std::int32_t>;
 
 /// What a macro has arranged for the next ZavCategoryNames or ZavCategoryIndices, and is used up
 /// then. Nothing when it has arranged nothing.
-std::optional<XXloper> FillNextCategoryNames(CategoryNames names);
-std::optional<XXloper> FillNextCategoryIndices(CategoryPositions positions);
+std::optional<CellResult> FillNextCategoryNames(CategoryNames names);
+std::optional<CellResult> FillNextCategoryIndices(CategoryPositions positions);
 
 /// The VARIANT at the address in a text; an absent text or 0 is none, and only counts.
-XXloper FillNamesByAddress(CategoryNames names, const char* address);
-XXloper FillIndicesByAddress(CategoryPositions positions, const char* address);
+CellResult FillNamesByAddress(CategoryNames names, const char* address);
+CellResult FillIndicesByAddress(CategoryPositions positions, const char* address);
 
 /// The VARIANT entered under an id, whose entry is used up.
-XXloper FillNamesById(CategoryNames names, const char* id);
-XXloper FillIndicesById(CategoryPositions positions, const char* id);
+CellResult FillNamesById(CategoryNames names, const char* id);
+CellResult FillIndicesById(CategoryPositions positions, const char* id);
 
 }  // namespace zavrel

@@ -1,8 +1,6 @@
 // What the cells of a range are: ZavCountCellsByType, ZavIsBlank, ZavGetCellValues.
-#include <new>
-#include <optional>
+#include <utility>
 
-#include "data/get_parameters.h"
 #include "frame/worksheet_function.h"
 #include "functions/calling_array.h"
 #include "functions/macro_cell_values.h"
@@ -15,15 +13,14 @@ namespace zavrel {
 namespace {
 
 /// The cells of a class in order over the calling range. Throws std::bad_alloc.
-XXloper ValuesOfClass(const ExcelData& data, CellClass cell_class) {
-  std::optional<XXloperArray> array = ArrayOfCaller();
-  if (!array) return XXloper::Error(ExcelError::kRef);
-  XXloperArray& values = *array;
+CellResult ValuesOfClass(const ExcelData& data, CellClass cell_class) {
+  OrFailure<XXloperArray> values = ArrayOfCaller();
+  if (!values.ok()) return values.failure();
   std::size_t next = 0;
-  for (std::size_t i = 0; i < data.size() && next < values.size(); ++i) {
-    if (BelongsTo(data.cells().tag(i), cell_class)) PutCell(values, next++, data[i]);
+  for (std::size_t i = 0; i < data.size() && next < values->size(); ++i) {
+    if (BelongsTo(data.cells().tag(i), cell_class)) PutCell(*values, next++, data[i]);
   }
-  return std::move(values).Finish();
+  return (*std::move(values)).Finish();
 }
 
 }  // namespace
@@ -32,23 +29,19 @@ XXloper ValuesOfClass(const ExcelData& data, CellClass cell_class) {
 /// them that are no numbers, 4 blank cells; of whole columns and rows all of them, used or not. Any
 /// other class code: #VALUE!.
 ZAV_EXPORT XLOPER12* ZavrelCountCellsByType(const XLOPER12* range, const XLOPER12* class_code) {
-  return WorksheetFunction("ZavrelCountCellsByType", [&]() -> XXloper {
-    const Parameters parameters = RangeAndClass(range, class_code);
-    if (!parameters.accepted()) return parameters.failure();
-    const auto cell_class = ClassOf(parameters.integer(1));
-    if (!cell_class) return XXloper::Error(ExcelError::kValue);
-    return XXloper::Number(static_cast<double>(parameters.data(0).CountOfClass(*cell_class)));
-  });
+  return WorksheetFunction("ZavrelCountCellsByType", kRangeAndClass, {range, class_code},
+                           [](const Parameters& read) -> CellResult {
+                             const OrFailure<CellClass> cell_class = ClassIn(read);
+                             if (!cell_class.ok()) return cell_class.failure();
+                             return read.data(0).CountOfClass(*cell_class);
+                           });
 }
 
 /// TRUE for an empty cell and for a text of white space alone, the no-break space among it. An
 /// omitted argument and an error are #VALUE!.
 ZAV_EXPORT XLOPER12* ZavrelIsBlank(const XLOPER12* value) {
-  return WorksheetFunction("ZavrelIsBlank", [&] {
-    const XLOPER12* const arguments[] = {value};
-    const Parameters parameters = GetParameters("S", MissingDataPolicy::kNumbersOnly, arguments);
-    if (!parameters.accepted()) return parameters.failure();
-    return XXloper::Boolean(Trimmed(parameters.text(0)).empty());
+  return WorksheetFunction("ZavrelIsBlank", Reading("S"), {value}, [](const Parameters& read) {
+    return XXloper::Boolean(Trimmed(read.text(0)).empty());
   });
 }
 
@@ -59,18 +52,14 @@ ZAV_EXPORT XLOPER12* ZavrelIsBlank(const XLOPER12* value) {
 /// how many these are. Called from elsewhere than cells: #REF!. Another class code, or memory that
 /// does not suffice: #VALUE!.
 ZAV_EXPORT XLOPER12* ZavrelGetCellValues(const XLOPER12* range, const XLOPER12* class_code) {
-  return WorksheetFunction("ZavrelGetCellValues", [&]() -> XXloper {
-    try {
-      const Parameters parameters = RangeAndClass(range, class_code);
-      if (!parameters.accepted()) return parameters.failure();
-      const auto cell_class = ClassOf(parameters.integer(1));
-      if (!cell_class) return XXloper::Error(ExcelError::kValue);
-      if (const auto filled = FillNextCellValues(parameters.data(0), *cell_class)) return *filled;
-      return ValuesOfClass(parameters.data(0), *cell_class);
-    } catch (const std::bad_alloc&) {
-      return XXloper::Error(ExcelError::kValue);
-    }
-  });
+  return WorksheetFunction("ZavrelGetCellValues", kRangeAndClass.WithoutMemory(ExcelError::kValue),
+                           {range, class_code}, [](const Parameters& read) -> CellResult {
+                             const OrFailure<CellClass> cell_class = ClassIn(read);
+                             if (!cell_class.ok()) return cell_class.failure();
+                             if (const auto filled = FillNextCellValues(read.data(0), *cell_class))
+                               return *filled;
+                             return ValuesOfClass(read.data(0), *cell_class);
+                           });
 }
 
 }  // namespace zavrel

@@ -16,9 +16,11 @@
 #include "functions/distributions.h"
 
 #include <cmath>
+#include <initializer_list>
+#include <string_view>
 
 #include "bindings/distribution_library.h"
-#include "data/get_parameters.h"
+#include "frame/macro_call.h"
 #include "frame/worksheet_function.h"
 #include "functions/distribution_selector.h"
 #include "numbers/error_double.h"
@@ -82,20 +84,21 @@ std::int32_t BinomialProperty(std::int32_t n, double p, std::int32_t selector, d
 }
 
 /// What the worksheet functions share. `kinds` are the distribution's parameters, the selector and
-/// x follow them; `compute` takes the parameters, the selector's index, x and the place of the
-/// value.
-template <std::size_t kCount, class Compute>
-XLOPER12* PropertyFunction(const char* name, const char* kinds,
-                           const XLOPER12* const (&arguments)[kCount], Compute compute) noexcept {
-  return WorksheetFunction(name, [&] {
-    const Parameters parameters = GetParameters(kinds, MissingDataPolicy::kNumbersOnly, arguments);
-    if (!parameters.accepted()) return parameters.failure();
-    const std::int32_t selector = SelectorIndex(parameters.text(kCount - 2));
-    const double x = parameters.given(kCount - 1) ? parameters.number(kCount - 1) : kMissingValue;
-    double value = 0;
-    if (compute(parameters, selector, x, &value) != 0) return XXloper::Error(ExcelError::kNum);
-    return XXloper::Number(value);
-  });
+/// x, which follow them; `compute` takes what was read, the selector's index, x and the place of
+/// the value.
+template <class Compute>
+XLOPER12* PropertyFunction(const char* name, std::string_view kinds,
+                           std::initializer_list<const XLOPER12*> arguments,
+                           Compute compute) noexcept {
+  return WorksheetFunction(
+      name, Reading(kinds), arguments, [&](const Parameters& read) -> CellResult {
+        const std::size_t x_position = kinds.size() - 1;
+        const std::int32_t selector = SelectorIndex(read.text(x_position - 1));
+        double value = 0;
+        if (compute(read, selector, read.number_or(x_position, kMissingValue), &value) != 0)
+          return Failure(ExcelError::kNum);
+        return XXloper::Number(value);
+      });
 }
 
 }  // namespace

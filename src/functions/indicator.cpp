@@ -7,7 +7,7 @@
 
 namespace zavrel {
 
-std::optional<VariableCell> Indicator::Of(const SingleValue& cell) {
+OrFailure<VariableCell> Indicator::Of(const SingleValue& cell) {
   const auto number = [](bool matches) { return VariableCell::Number(matches ? 1 : 0); };
   if (cell.tag == CellTag::kText) return number(EqualIgnoringCase(cell.text, category_));
   if (!cell.IsNumber()) return WithoutNumber(cell);
@@ -17,7 +17,7 @@ std::optional<VariableCell> Indicator::Of(const SingleValue& cell) {
   std::optional<KnownNumber>& known = known_[bits * kSpread >> 56];
   if (!known || known->bits != bits) {
     const std::optional<std::u16string> text = CategoryNameOf(cell);
-    if (!text) return std::nullopt;
+    if (!text) return Failure::Uncalculated();
     known = {bits, EqualIgnoringCase(*text, category_)};
   }
   return number(known->matches);

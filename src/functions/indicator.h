@@ -18,8 +18,8 @@ class Indicator {
  public:
   explicit Indicator(std::u16string category) : category_(std::move(category)) {}
 
-  /// Nothing when the host wants the call to end.
-  std::optional<VariableCell> Of(const SingleValue& cell);
+  /// Uncalculated when the host, asked for a number's text, wants the call to end.
+  OrFailure<VariableCell> Of(const SingleValue& cell);
 
  private:
   /// A number by its bits, and whether its text is the category's.

@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <vector>
 
-#include "data/get_parameters.h"
 #include "frame/worksheet_function.h"
 #include "functions/indicator.h"
 #include "functions/result_column.h"
@@ -11,7 +10,7 @@
 namespace zavrel {
 namespace {
 
-constexpr std::size_t kPairs = 7;
+constexpr std::size_t kMostPairs = 7;
 
 /// One variable of the product: numeric, or the indicator of a category.
 class Variable {
@@ -21,9 +20,8 @@ class Variable {
     if (!category.empty()) indicator_.emplace(category);
   }
 
-  /// Rows past the last used one of a whole column are blank. Nothing when the host wants the call
-  /// to end.
-  std::optional<VariableCell> At(std::size_t row) {
+  /// Rows past the last used one of a whole column are blank.
+  OrFailure<VariableCell> At(std::size_t row) {
     if (row >= cells_.size()) return VariableCell();
     const SingleValue cell = cells_[row];
     if (indicator_) return indicator_->Of(cell);
@@ -36,11 +34,11 @@ class Variable {
 };
 
 /// The first variable from the left without a number decides; else the product.
-std::optional<VariableCell> Product(std::vector<Variable>& variables, std::size_t row) {
+OrFailure<VariableCell> Product(std::vector<Variable>& variables, std::size_t row) {
   double product = 1;
   for (Variable& variable : variables) {
-    const std::optional<VariableCell> cell = variable.At(row);
-    if (!cell || cell->kind != VariableCell::Kind::kNumber) return cell;
+    const OrFailure<VariableCell> cell = variable.At(row);
+    if (!cell.ok() || cell->kind != VariableCell::Kind::kNumber) return cell;
     product *= cell->number;
   }
   return VariableCell::Number(product);
@@ -61,31 +59,23 @@ ZAV_EXPORT XLOPER12* ZavrelInteraction(const XLOPER12* range1, const XLOPER12* c
                                        const XLOPER12* range5, const XLOPER12* category5,
                                        const XLOPER12* range6, const XLOPER12* category6,
                                        const XLOPER12* range7, const XLOPER12* category7) {
-  return WorksheetFunction("ZavrelInteraction", [&]() -> XXloper {
-    const Parameters parameters = GetParameters(
-        "RSRSrsrsrsrsrs", MissingDataPolicy::kPositional,
-        std::array{range1, category1, range2, category2, range3, category3, range4, category4,
-                   range5, category5, range6, category6, range7, category7},
-        {.equal_lengths = true});
-    if (!parameters.accepted()) return parameters.failure();
-
-    std::vector<Variable> variables;
-    std::size_t rows = 0;
-    for (std::size_t pair = 0; pair < kPairs; ++pair) {
-      if (!parameters.given(2 * pair)) continue;
-      variables.emplace_back(parameters.data(2 * pair).cells(), parameters.given(2 * pair + 1)
-                                                                    ? parameters.text(2 * pair + 1)
-                                                                    : std::u16string());
-      rows = std::max(rows, parameters.numbers(2 * pair).size());
-    }
-    bool ended = false;
-    XXloper column = ResultColumn(rows, [&](std::size_t row) {
-      const auto cell = ended ? std::nullopt : Product(variables, row);
-      ended = !cell;
-      return cell.value_or(VariableCell());
-    });
-    return ended ? XXloper::Error(ExcelError::kRef) : column;
-  });
+  return WorksheetFunction(
+      "ZavrelInteraction", Reading("RSRSrsrsrsrsrs", MissingDataPolicy::kPositional).EqualLengths(),
+      {range1, category1, range2, category2, range3, category3, range4, category4, range5,
+       category5, range6, category6, range7, category7},
+      [](const Parameters& read) -> CellResult {
+        std::vector<Variable> variables;
+        std::size_t rows = 0;
+        for (std::size_t pair = 0; pair < kMostPairs; ++pair) {
+          if (!read.given(2 * pair)) continue;
+          const bool has_category = read.given(2 * pair + 1);
+          variables.emplace_back(read.data(2 * pair).cells(),
+                                 has_category ? read.text(2 * pair + 1) : std::u16string());
+          rows = std::max(rows, read.numbers(2 * pair).size());
+        }
+        return ResultColumnOrFailure(rows,
+                                     [&](std::size_t row) { return Product(variables, row); });
+      });
 }
 
 }  // namespace zavrel

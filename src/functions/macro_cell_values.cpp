@@ -9,7 +9,6 @@
 // needed is not calculated yet; then nothing was touched and all stays arranged for the next call.
 #include "functions/macro_cell_values.h"
 
-#include <new>
 #include <utility>
 #include <vector>
 
@@ -39,31 +38,30 @@ std::size_t CountListed(const ExcelData& data, CellClass cell_class) {
   return count;
 }
 
-/// Makes the elements that the cells of a class become; nothing when the host wants the call to
-/// end.
+/// Makes the elements that the cells of a class become.
 class ElementMaker {
  public:
   ElementMaker(const ExcelData& data, CellClass cell_class, std::size_t count)
       : data_(data), class_(cell_class), count_(count) {}
 
-  std::optional<MacroElements> operator()(const ValueElements&) const {
+  OrFailure<MacroElements> operator()(const ValueElements&) const {
     return List<SingleValue>([&](std::size_t i) { return data_[i]; });
   }
-  std::optional<MacroElements> operator()(const NumericElements& numeric) const {
+  OrFailure<MacroElements> operator()(const NumericElements& numeric) const {
     return List<double>([&](std::size_t i) {
       return data_[i].IsNumber() ? data_[i].number : numeric.for_non_numbers;
     });
   }
-  std::optional<MacroElements> operator()(const CategoryElements& category) const {
+  OrFailure<MacroElements> operator()(const CategoryElements& category) const {
     bool ended = false;
-    auto names = List<std::u16string>([&](std::size_t i) {
+    MacroElements names = List<std::u16string>([&](std::size_t i) {
       auto name = ended ? std::nullopt : CategoryNameOf(data_[i]);
       ended = !name;
       if (ended) return std::u16string();
       return name->empty() ? category.blank_name : *std::move(name);
     });
-    if (ended) return std::nullopt;
-    return names;
+    if (ended) return Failure::Uncalculated();
+    return MacroElements(std::move(names));
   }
   MacroElements Positions() const {
     return List<std::int32_t>([](std::size_t i) { return static_cast<std::int32_t>(i + 1); });
@@ -83,76 +81,72 @@ class ElementMaker {
   std::size_t count_;
 };
 
-struct FillResult {
-  XXloper value;
-  bool uncalculated = false;
-};
-
-FillResult Fill(const ExcelData& data, CellClass cell_class, const PendingCellValues& wanted) {
-  try {
-    const std::size_t count = CountListed(data, cell_class);
-    const ElementMaker maker(data, cell_class, count);
-    MacroArray arrays[kMostMacroArrays] = {{wanted.values, {}}, {wanted.indices, {}}};
+CellResult Fill(const ExcelData& data, CellClass cell_class, const PendingCellValues& wanted) {
+  const std::size_t count = CountListed(data, cell_class);
+  const ElementMaker maker(data, cell_class, count);
+  MacroArray arrays[kMostMacroArrays] = {{wanted.values, {}}, {wanted.indices, {}}};
+  const auto make = [&]() -> std::optional<Failure> {
     if (wanted.values != 0) {
-      auto elements = std::visit(maker, wanted.elements);
-      if (!elements) return {XXloper::Error(ExcelError::kRef), true};
+      OrFailure<MacroElements> elements = std::visit(maker, wanted.elements);
+      if (!elements.ok()) return elements.failure();
       arrays[0].elements = *std::move(elements);
     }
     if (wanted.indices != 0) arrays[1].elements = maker.Positions();
-    if (WriteMacroArrays(arrays)) return {XXloper::Number(static_cast<double>(count))};
-  } catch (const std::bad_alloc&) {
-    WriteMacroArrays(std::array{MacroArray{wanted.values, {}}, MacroArray{wanted.indices, {}}});
-  }
-  return {XXloper::Error(ExcelError::kValue)};
+    return std::nullopt;
+  };
+  if (const auto failure = FillMacroArrays(arrays, make)) return *failure;
+  return count;
 }
 
 /// Reads range and class, then has `fill` make the result from the data set and the class.
 template <class Filler>
-XXloper FromCells(const XLOPER12* range, const XLOPER12* class_code, Filler fill) {
-  try {
-    const Parameters parameters = RangeAndClass(range, class_code);
-    if (!parameters.accepted()) return parameters.failure();
-    const auto cell_class = ClassOf(parameters.integer(1));
-    if (!cell_class) return XXloper::Error(ExcelError::kValue);
-    return fill(parameters.data(0), *cell_class);
-  } catch (const std::bad_alloc&) {
-    return XXloper::Error(ExcelError::kValue);
-  }
+XLOPER12* FromCells(const char* name, const XLOPER12* range, const XLOPER12* class_code,
+                    Filler fill) noexcept {
+  return WorksheetFunction(name, kRangeAndClass.WithoutMemory(ExcelError::kValue),
+                           {range, class_code}, [&](const Parameters& read) -> CellResult {
+                             const OrFailure<CellClass> cell_class = ClassIn(read);
+                             if (!cell_class.ok()) return cell_class.failure();
+                             return fill(read.data(0), *cell_class);
+                           });
 }
 
-XXloper FillByAddress(const XLOPER12* range, const XLOPER12* class_code, CellElements elements,
-                      const char* values_address, const char* indices_address) {
-  return FromCells(range, class_code, [&](const ExcelData& data, CellClass cell_class) {
-    const MacroHandshakes& handshakes = Session::Current()->Kept<MacroHandshakes>();
-    const auto values = handshakes.IssuedAddress(values_address);
-    const auto indices = handshakes.IssuedAddress(indices_address);
-    if (!values || !indices) return XXloper::Error(ExcelError::kValue);
-    return Fill(data, cell_class, {std::move(elements), *values, *indices}).value;
-  });
+/// `elements` says how the values become elements.
+template <class Elements>
+XLOPER12* FillByAddress(const char* name, const XLOPER12* range, const XLOPER12* class_code,
+                        Elements elements, const char* values_address,
+                        const char* indices_address = nullptr) noexcept {
+  return FromCells(name, range, class_code,
+                   [&](const ExcelData& data, CellClass cell_class) -> CellResult {
+                     const auto& handshakes = Session::Current()->Kept<MacroHandshakes>();
+                     const auto values = handshakes.IssuedAddress(values_address);
+                     const auto indices = handshakes.IssuedAddress(indices_address);
+                     if (!values || !indices) return Failure(ExcelError::kValue);
+                     return Fill(data, cell_class, {elements(), *values, *indices});
+                   });
 }
 
-XXloper FillById(const ExcelData& data, CellClass cell_class, const char* id) {
-  MacroHandshakes& handshakes = Session::Current()->Kept<MacroHandshakes>();
+CellResult FillById(const ExcelData& data, CellClass cell_class, const char* id) {
+  auto& handshakes = Session::Current()->Kept<MacroHandshakes>();
   const std::string key = id == nullptr ? "" : id;
   const auto* wanted = handshakes.Find<PendingCellValues>(key);
-  if (wanted == nullptr) return XXloper::Error(ExcelError::kValue);
-  const FillResult result = Fill(data, cell_class, *wanted);
-  if (!result.uncalculated) handshakes.Remove(key);
-  return result.value;
+  if (wanted == nullptr) return Failure(ExcelError::kValue);
+  CellResult result = Fill(data, cell_class, *wanted);
+  if (result.ok() || !result.failure().uncalculated()) handshakes.Remove(key);
+  return result;
 }
 
 }  // namespace
 
-std::optional<XXloper> FillNextCellValues(const ExcelData& data, CellClass cell_class) {
+std::optional<CellResult> FillNextCellValues(const ExcelData& data, CellClass cell_class) {
   std::optional<PendingCellValues>& slot =
       Session::Current()->Kept<MacroHandshakes>().next_cell_values();
   if (!slot) return std::nullopt;
-  // Taken out first: what the macro's VARIANTs held may arrange something new as it goes.
+  // Taken out first: what the macro's VARIANTs held may arrange something new when it is released.
   PendingCellValues wanted = *std::move(slot);
   slot.reset();
-  const FillResult result = Fill(data, cell_class, wanted);
-  if (result.uncalculated && !slot) slot = std::move(wanted);
-  return result.value;
+  CellResult result = Fill(data, cell_class, wanted);
+  if (!result.ok() && result.failure().uncalculated() && !slot) slot = std::move(wanted);
+  return result;
 }
 
 /// The cells' values into one VARIANT and their positions in the range, from 1, into another; each
@@ -160,9 +154,9 @@ std::optional<XXloper> FillNextCellValues(const ExcelData& data, CellClass cell_
 ZAV_EXPORT XLOPER12* ZavrelGetCellValuesPrivate2(const XLOPER12* range, const XLOPER12* class_code,
                                                  const char* values_address,
                                                  const char* indices_address) {
-  return WorksheetFunction("ZavrelGetCellValuesPrivate2", [&] {
-    return FillByAddress(range, class_code, ValueElements{}, values_address, indices_address);
-  });
+  return FillByAddress(
+      "ZavrelGetCellValuesPrivate2", range, class_code, [] { return ValueElements{}; },
+      values_address, indices_address);
 }
 
 /// The cells' category names, as wide strings; `blank_name` for those without one.
@@ -170,10 +164,9 @@ ZAV_EXPORT XLOPER12* ZavrelGetCellValuesCategoryPrivate2(const XLOPER12* range,
                                                          const XLOPER12* class_code,
                                                          const char16_t* blank_name,
                                                          const char* values_address) {
-  return WorksheetFunction("ZavrelGetCellValuesCategoryPrivate2", [&] {
-    CategoryElements category{blank_name == nullptr ? u"" : blank_name};
-    return FillByAddress(range, class_code, std::move(category), values_address, nullptr);
-  });
+  return FillByAddress(
+      "ZavrelGetCellValuesCategoryPrivate2", range, class_code,
+      [&] { return CategoryElements{blank_name == nullptr ? u"" : blank_name}; }, values_address);
 }
 
 /// The cells' numbers; `for_non_numbers` for those that hold none.
@@ -181,21 +174,18 @@ ZAV_EXPORT XLOPER12* ZavrelGetCellValuesNumericPrivate2(const XLOPER12* range,
                                                         const XLOPER12* class_code,
                                                         double for_non_numbers,
                                                         const char* values_address) {
-  return WorksheetFunction("ZavrelGetCellValuesNumericPrivate2", [&] {
-    return FillByAddress(range, class_code, NumericElements{for_non_numbers}, values_address,
-                         nullptr);
-  });
+  return FillByAddress(
+      "ZavrelGetCellValuesNumericPrivate2", range, class_code,
+      [&] { return NumericElements{for_non_numbers}; }, values_address);
 }
 
 /// Into the arrays that a macro entered under the id, as it wanted. The entry is used up when they
 /// were written or could not be.
 ZAV_EXPORT XLOPER12* ZavrelGetCellValuesPrivate(const XLOPER12* range, const XLOPER12* class_code,
                                                 const char* id) {
-  return WorksheetFunction("ZavrelGetCellValuesPrivate", [&] {
-    return FromCells(range, class_code, [&](const ExcelData& data, CellClass cell_class) {
-      return FillById(data, cell_class, id);
-    });
-  });
+  return FromCells(
+      "ZavrelGetCellValuesPrivate", range, class_code,
+      [&](const ExcelData& data, CellClass cell_class) { return FillById(data, cell_class, id); });
 }
 
 }  // namespace zavrel

@@ -1,7 +1,6 @@
 // Plain matrices for libraries of the suite, which are built with the same compiler: parameters and
 // results are DoubleMatrix values, failures the exceptions of diagnostics/vek_exception.h, which
 // their caller catches.
-#include "frame/worksheet_function.h"
 #include "functions/association_matrix.h"
 #include "matrix/matrix_operations.h"
 #include "platform/export.h"
@@ -11,13 +10,15 @@ namespace zavrel {
 /// The covariance matrix of variables, one in each row.
 ZAV_EXPORT DoubleMatrix CalculateCovarianceMatrixC(bool use_ranks, bool sample_divisor,
                                                    bool listwise_deletion, DoubleMatrix variables) {
-  return AssociationMatrix(false, use_ranks, sample_divisor, listwise_deletion, variables);
+  return AssociationMatrix(
+      OptionsOf(Measure::kCovariance, use_ranks, sample_divisor, listwise_deletion), variables);
 }
 /// The same for correlations.
 ZAV_EXPORT DoubleMatrix CalculateCorrelationMatrixC(bool use_ranks, bool sample_divisor,
                                                     bool listwise_deletion,
                                                     DoubleMatrix variables) {
-  return AssociationMatrix(true, use_ranks, sample_divisor, listwise_deletion, variables);
+  return AssociationMatrix(
+      OptionsOf(Measure::kCorrelation, use_ranks, sample_divisor, listwise_deletion), variables);
 }
 
 ZAV_EXPORT DoubleMatrix MatrixAddC(DoubleMatrix a, DoubleMatrix b) { return MatrixAdd(a, b); }

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "bindings/random_value.h"
+#include "frame/macro_call.h"
 #include "frame/worksheet_function.h"
 #include "platform/export.h"
 #include "random/clock_seed.h"
@@ -25,8 +26,12 @@ double Draw() {
 
 /// A random number, uniform in [0, 1) unless the sibling product's library makes another of it;
 /// another one at every recalculation.
-ZAV_EXPORT double ZavrelRand() { return PlainFunction("ZavrelRand", kFailed, Draw); }
+ZAV_EXPORT double ZavrelRand() {
+  return PlainFunction("ZavrelRand", kFailed, [] { return Draw(); });
+}
 
-ZAV_EXPORT double ZavrelRandVB() { return MacroStatus("ZavrelRandVB", kFailed, Draw); }
+ZAV_EXPORT double ZavrelRandVB() {
+  return MacroStatus("ZavrelRandVB", kFailed, [] { return Draw(); });
+}
 
 }  // namespace zavrel

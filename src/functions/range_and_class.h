@@ -1,20 +1,16 @@
 #pragma once
 // The two arguments that the functions on classes of cells begin with.
 
-#include <optional>
-
-#include "data/get_parameters.h"
+#include "frame/reading.h"
 
 namespace zavrel {
 
-inline Parameters RangeAndClass(const XLOPER12* range, const XLOPER12* class_code) {
-  const XLOPER12* const arguments[] = {range, class_code};
-  return GetParameters("RL", MissingDataPolicy::kNumbersOnly, arguments);
-}
+inline constexpr Reading kRangeAndClass("RL", MissingDataPolicy::kNumbersOnly);
 
-/// The class that a code names; nothing for a code that names none.
-inline std::optional<CellClass> ClassOf(std::int32_t code) {
-  if (code < 0 || code >= kCellClasses) return std::nullopt;
+/// The class that the second argument names; #VALUE! for a code that names none.
+inline OrFailure<CellClass> ClassIn(const Parameters& read) {
+  const std::int32_t code = read.integer(1);
+  if (code < 0 || code >= kCellClasses) return Failure(ExcelError::kValue);
   return static_cast<CellClass>(code);
 }
 

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "data/excel_data.h"
+#include "excel/or_failure.h"
 #include "excel/xxloper.h"
 #include "numbers/floating_point_scope.h"
 
@@ -60,6 +61,21 @@ XXloper ResultColumn(std::size_t rows, CellOf cell_of) {
     }
   }
   return std::move(column).Finish();
+}
+
+/// The same of cells that may be failures: the first one is the column's.
+template <class CellOf>
+OrFailure<XXloper> ResultColumnOrFailure(std::size_t rows, CellOf cell_of) {
+  std::optional<Failure> failure;
+  XXloper column = ResultColumn(rows, [&](std::size_t row) {
+    if (failure) return VariableCell();
+    const OrFailure<VariableCell> cell = cell_of(row);
+    if (cell.ok()) return *cell;
+    failure = cell.failure();
+    return VariableCell();
+  });
+  if (failure) return *failure;
+  return column;
 }
 
 }  // namespace zavrel

@@ -1,13 +1,12 @@
 // Data sets made of parts of ranges and of several ranges: ZavDestack, ZavMulti.
 #include <optional>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "data/data_argument.h"
+#include "data/scalar_argument.h"
 #include "data/session_caches.h"
 #include "data/stacked_data.h"
-#include "excel/reference.h"
-#include "excel/scalar_argument.h"
 #include "frame/worksheet_function.h"
 #include "functions/put_cell.h"
 #include "platform/export.h"
@@ -15,17 +14,15 @@
 namespace zavrel {
 namespace {
 
-bool IsGiven(const XLOPER12* argument) { return !XXloper::FromArgument(argument).IsMissing(); }
-
 /// A category variable and the name that is asked for; nothing when either is left out or cannot be
 /// read.
 std::optional<StackedSelection::Condition> ConditionOf(const XLOPER12* categories,
                                                        const XLOPER12* name) {
-  if (!IsGiven(categories)) return std::nullopt;
-  auto read = ReadText(XXloper::FromArgument(name), Presence::kRequired);
+  if (IsOmitted(categories)) return std::nullopt;
+  auto read = ReadText(name, Presence::kRequired);
   auto kept = KeptArgument::Of(*categories);
-  if (!read.given() || !kept) return std::nullopt;
-  return StackedSelection::Condition{*std::move(kept), std::move(read.value)};
+  if (!read.ok() || !kept) return std::nullopt;
+  return StackedSelection::Condition{*std::move(kept), **std::move(read)};
 }
 
 std::optional<std::string> HandleOf(std::optional<StackedSelection> selection) {
@@ -41,17 +38,10 @@ class MultiRange {
  public:
   explicit MultiRange(Order order) : order_(order) {}
 
-  /// False with the call's result in failure().
-  bool Add(const XLOPER12& piece) {
-    const auto reference = ReferenceView::Of(piece);
-    if (!reference) return AddPart(piece);
-    for (const XLREF12& area : reference->areas()) {
-      const OneArea part(*reference, area);
-      if (!AddPart(part.record())) return false;
-    }
-    return true;
+  /// Cells that cannot be read: #REF!; too many, or in columns that nobody can tell: #VALUE!.
+  std::optional<Failure> Add(const XLOPER12& argument) {
+    return ReadAreas(argument, [&](const auto& data) { return AddData(*data); });
   }
-  const XXloper& failure() const { return failure_; }
 
   /// One column; of no cells an empty value.
   XXloper Column() const {
@@ -62,58 +52,34 @@ class MultiRange {
   }
 
  private:
-  bool AddPart(const XLOPER12& part) {
-    const DataArgument read = ReadDataArgument(std::array{&part});
-    if (read.outcome != ReadOutcome::kRead) return Fail(ExcelError::kRef);
-    const CellColumns& cells = read.data->cells();
-    const std::size_t count = UsedCells(part, cells);
-    if (count > kExcelRows - cells_.size()) return Fail(ExcelError::kValue);
+  std::optional<Failure> AddData(const ExcelData& data) {
+    const std::optional<CellBlock> block = data.block();
+    const std::size_t count = UsedCells(data);
+    if (count > kExcelRows - cells_.size()) return Failure(ExcelError::kValue);
     if (order_ == Order::kHost) {
-      cells_.AppendPart(cells, 0, count);
-      return true;
+      cells_.AppendPart(data.cells(), 0, count);
+      return std::nullopt;
     }
-    const std::optional<std::size_t> columns = ColumnsIn(part, *read.data);
-    if (!columns) return Fail(ExcelError::kValue);
-    for (std::size_t column = 0; column < *columns; ++column) {
-      for (std::size_t i = column; i < count; i += *columns) cells_.AppendPart(cells, i, 1);
-    }
-    return true;
-  }
-
-  /// Excel passes whole columns, where it is asked for values, as an array with all their cells: of
-  /// that the rows down to the last used one.
-  static std::size_t UsedCells(const XLOPER12& part, const CellColumns& cells) {
-    std::size_t count = cells.size();
-    if (TypeOf(part) != xltypeMulti || part.val.array.rows < kExcelRows) return count;
-    while (count > 0 && cells.tag(count - 1) == CellTag::kBlank) --count;
-    const auto columns = static_cast<std::size_t>(part.val.array.columns);
-    return (count + columns - 1) / columns * columns;
-  }
-
-  /// How many columns the cells of a part have. Nothing for a whole sheet, cut down to its used
-  /// part on two sides.
-  static std::optional<std::size_t> ColumnsIn(const XLOPER12& part, const ExcelData& data) {
-    if (TypeOf(part) == xltypeMulti) return static_cast<std::size_t>(part.val.array.columns);
-    switch (data.layout().kind) {
-      case CellLayout::Kind::kComplete:
-      case CellLayout::Kind::kOpenEnd:
-        return std::max<std::size_t>(data.layout().width, 1);
-      case CellLayout::Kind::kWholeRows:
-        return std::max<std::size_t>(data.size() / data.layout().width, 1);
-      case CellLayout::Kind::kClipped:
-        break;
+    if (!block) return Failure(ExcelError::kValue);
+    for (std::size_t column = 0; column < block->columns; ++column) {
+      for (std::size_t i = column; i < count; i += block->columns)
+        cells_.AppendPart(data.cells(), i, 1);
     }
     return std::nullopt;
   }
 
-  bool Fail(ExcelError error) {
-    failure_ = XXloper::Error(error);
-    return false;
+  /// Excel passes whole columns, where it is asked for values, as an array with all their cells: of
+  /// that the rows down to the last used one. (As a reference they are read so.)
+  static std::size_t UsedCells(const ExcelData& data) {
+    const CellLayout& layout = data.layout();
+    std::size_t count = data.size();
+    if (layout.kind != CellLayout::Kind::kComplete || layout.rows < kExcelRows) return count;
+    while (count > 0 && data.cells().tag(count - 1) == CellTag::kBlank) --count;
+    return (count + layout.columns - 1) / layout.columns * layout.columns;
   }
 
   Order order_;
   CellColumns cells_;
-  XXloper failure_;
 };
 
 }  // namespace
@@ -126,10 +92,10 @@ ZAV_EXPORT const char* ZavrelDestack(const XLOPER12* values, const XLOPER12* cat
                                      const XLOPER12* name1, const XLOPER12* categories2,
                                      const XLOPER12* name2) {
   return TextFunction("ZavrelDestack", [&]() -> std::optional<std::string> {
-    if (!IsGiven(values)) return std::nullopt;
+    if (IsOmitted(values)) return std::nullopt;
     auto kept = KeptArgument::Of(*values);
     auto first = ConditionOf(categories1, name1);
-    const bool has_second = IsGiven(categories2) || IsGiven(name2);
+    const bool has_second = !IsOmitted(categories2) || !IsOmitted(name2);
     auto second = has_second ? ConditionOf(categories2, name2) : std::nullopt;
     if (!kept || !first || (has_second && !second)) return std::nullopt;
     return HandleOf(StackedSelection{*std::move(kept), *std::move(first), std::move(second)});
@@ -143,11 +109,13 @@ ZAV_EXPORT const char* ZavrelDestack(const XLOPER12* values, const XLOPER12* cat
 /// cells that cannot be read: #REF!.
 ZAV_EXPORT XLOPER12* ZavrelMultiRange(std::int16_t order, const XLOPER12* range,
                                       const XLOPER12* more) {
-  return WorksheetFunction("ZavrelMultiRange", [&]() -> XXloper {
+  return WorksheetFunction("ZavrelMultiRange", [&]() -> CellResult {
     const bool known_order = order == 0 || order == 1;
-    if (!known_order || !IsGiven(range)) return XXloper::Error(ExcelError::kValue);
+    if (!known_order || IsOmitted(range)) return Failure(ExcelError::kValue);
     MultiRange all(static_cast<Order>(order));
-    if (!all.Add(*range) || (IsGiven(more) && !all.Add(*more))) return all.failure();
+    if (const auto failure = all.Add(*range)) return *failure;
+    if (IsOmitted(more)) return all.Column();
+    if (const auto failure = all.Add(*more)) return *failure;
     return all.Column();
   });
 }

@@ -1,25 +1,21 @@
 // The studentized range: ZavStudentizedRangeDist, ZavStudentizedRangeInv.
 #include "stats/studentized_range.h"
 
-#include <array>
-
-#include "data/get_parameters.h"
 #include "frame/worksheet_function.h"
 #include "platform/export.h"
 
 namespace zavrel {
 namespace {
 
+constexpr Reading kValueDfMeans("DLL");
+
 using Computation = StudentizedRangeResult(double, std::int32_t, std::int32_t);
 
-XXloper Compute(Computation* computation, const XLOPER12* argument, const XLOPER12* df,
-                const XLOPER12* means) {
-  const Parameters parameters =
-      GetParameters("DLL", MissingDataPolicy::kNumbersOnly, std::array{argument, df, means});
-  if (!parameters.accepted()) return parameters.failure();
+CellResult Compute(Computation* computation, const Parameters& read) {
   const StudentizedRangeResult result =
-      computation(parameters.number(0), parameters.integer(1), parameters.integer(2));
-  return result.failed ? XXloper::Error(ExcelError::kNum) : XXloper::Number(result.value);
+      computation(read.number(0), read.integer(1), read.integer(2));
+  if (result.failed) return Failure(ExcelError::kNum);
+  return XXloper::Number(result.value);
 }
 
 }  // namespace
@@ -28,16 +24,18 @@ XXloper Compute(Computation* computation, const XLOPER12* argument, const XLOPER
 /// `df` degrees of freedom. df < 1 or means < 2: #NUM!.
 ZAV_EXPORT XLOPER12* ZavrelStudentizedRangeDist(const XLOPER12* q, const XLOPER12* df,
                                                 const XLOPER12* means) {
-  return WorksheetFunction("ZavrelStudentizedRangeDist",
-                           [&] { return Compute(StudentizedRangeProbability, q, df, means); });
+  return WorksheetFunction(
+      "ZavrelStudentizedRangeDist", kValueDfMeans, {q, df, means},
+      [](const Parameters& read) { return Compute(StudentizedRangeProbability, read); });
 }
 
 /// The q with this probability. df < 1, means < 2, p < 0, p >= 1, or a p that no q comes close to:
 /// #NUM!.
 ZAV_EXPORT XLOPER12* ZavrelStudentizedRangeInv(const XLOPER12* p, const XLOPER12* df,
                                                const XLOPER12* means) {
-  return WorksheetFunction("ZavrelStudentizedRangeInv",
-                           [&] { return Compute(StudentizedRangeQuantile, p, df, means); });
+  return WorksheetFunction(
+      "ZavrelStudentizedRangeInv", kValueDfMeans, {p, df, means},
+      [](const Parameters& read) { return Compute(StudentizedRangeQuantile, read); });
 }
 
 }  // namespace zavrel

@@ -2,10 +2,9 @@
 //
 // A function of a range gives one column with a cell for each cell of the range, in its order (of
 // whole columns and rows, of the used part). A failure stays in its own cell.
-#include <array>
 #include <cmath>
 
-#include "data/get_parameters.h"
+#include "frame/macro_call.h"
 #include "frame/worksheet_function.h"
 #include "functions/indicator.h"
 #include "functions/result_column.h"
@@ -16,40 +15,37 @@
 namespace zavrel {
 namespace {
 
-/// The column of `of_number` of each number of a range; `parameters`: the range first.
+constexpr Reading kRangeAndNumber("RD", MissingDataPolicy::kPositional);
+
+/// The column of `of_number` of each number of a range, the first argument.
 template <class OfNumber>
-XXloper EachNumber(const Parameters& parameters, OfNumber of_number) {
-  const CellColumns& cells = parameters.data(0).cells();
+XXloper EachNumber(const Parameters& read, OfNumber of_number) {
+  const CellColumns& cells = read.data(0).cells();
   return ResultColumn(cells.size(), [&](std::size_t row) {
     const SingleValue cell = cells[row];
     return cell.IsNumber() ? of_number(cell.number) : WithoutNumber(cell);
   });
 }
 
-/// The host wants the call to end: it calls again.
-XXloper Uncalculated() { return XXloper::Error(ExcelError::kRef); }
-
 }  // namespace
 
 /// (x - mean) / standard deviation. A standard deviation of 0: #DIV/0!; overflow: #NUM!.
 ZAV_EXPORT XLOPER12* ZavrelStandardize(const XLOPER12* x, const XLOPER12* mean,
                                        const XLOPER12* standard_deviation) {
-  return WorksheetFunction("ZavrelStandardize", [&]() -> XXloper {
-    const Parameters parameters = GetParameters("DDD", MissingDataPolicy::kNumbersOnly,
-                                                std::array{x, mean, standard_deviation});
-    if (!parameters.accepted()) return parameters.failure();
-    const Standardized standardized =
-        Standardize(parameters.number(0), parameters.number(1), parameters.number(2));
-    switch (standardized.status) {
-      case StandardizeStatus::kGiven:
-        return XXloper::Number(standardized.value);
-      case StandardizeStatus::kNoSpread:
-        return XXloper::Error(ExcelError::kDiv0);
-      case StandardizeStatus::kOverflow:
-        break;
-    }
-    return XXloper::Error(ExcelError::kNum);
-  });
+  return WorksheetFunction("ZavrelStandardize", Reading("DDD"), {x, mean, standard_deviation},
+                           [](const Parameters& read) -> CellResult {
+                             const Standardized standardized =
+                                 Standardize(read.number(0), read.number(1), read.number(2));
+                             switch (standardized.status) {
+                               case StandardizeStatus::kGiven:
+                                 return XXloper::Number(standardized.value);
+                               case StandardizeStatus::kNoSpread:
+                                 return Failure(ExcelError::kDiv0);
+                               case StandardizeStatus::kOverflow:
+                                 break;
+                             }
+                             return Failure(ExcelError::kNum);
+                           });
 }
 
 /// The same for macros: the quotient into `result`, whatever it is. Returns 0, 10 for a standard
@@ -67,38 +63,29 @@ ZAV_EXPORT std::int16_t ZavrelStandardizeVB(double x, double mean, double standa
 
 /// The natural logarithm of x. x <= 0: #NUM!.
 ZAV_EXPORT XLOPER12* ZavrelLn(const XLOPER12* x) {
-  return WorksheetFunction("ZavrelLn", [&]() -> XXloper {
-    const Parameters parameters =
-        GetParameters("D", MissingDataPolicy::kNumbersOnly, std::array{x});
-    if (!parameters.accepted()) return parameters.failure();
-    if (parameters.number(0) <= 0) return XXloper::Error(ExcelError::kNum);
+  return WorksheetFunction("ZavrelLn", Reading("D"), {x}, [](const Parameters& read) -> CellResult {
+    if (read.number(0) <= 0) return Failure(ExcelError::kNum);
     const FloatingPointScope environment;
-    return XXloper::Number(Settled(std::log(parameters.number(0))));
+    return XXloper::Number(Settled(std::log(read.number(0))));
   });
 }
 
 /// Each number of the range to the power of the exponent. What has no finite value: #NUM!.
 ZAV_EXPORT XLOPER12* ZavrelPower(const XLOPER12* range, const XLOPER12* exponent) {
-  return WorksheetFunction("ZavrelPower", [&]() -> XXloper {
-    const Parameters parameters =
-        GetParameters("RD", MissingDataPolicy::kPositional, std::array{range, exponent});
-    if (!parameters.accepted()) return parameters.failure();
-    return EachNumber(parameters, [e = parameters.number(1)](double x) {
-      return VariableCell::Number(std::pow(x, e));
-    });
-  });
+  return WorksheetFunction(
+      "ZavrelPower", kRangeAndNumber, {range, exponent}, [](const Parameters& read) {
+        return EachNumber(
+            read, [e = read.number(1)](double x) { return VariableCell::Number(std::pow(x, e)); });
+      });
 }
 
 /// The logarithm of each number of the range, as ln x / ln base. A negative base: #VALUE! for every
 /// number; what has no finite value (x <= 0, base 1): #NUM!. To base 0, whose logarithm is
 /// infinite, every positive number has the logarithm 0.
 ZAV_EXPORT XLOPER12* ZavrelLog(const XLOPER12* range, const XLOPER12* base) {
-  return WorksheetFunction("ZavrelLog", [&]() -> XXloper {
-    const Parameters parameters =
-        GetParameters("RD", MissingDataPolicy::kPositional, std::array{range, base});
-    if (!parameters.accepted()) return parameters.failure();
+  return WorksheetFunction("ZavrelLog", kRangeAndNumber, {range, base}, [](const Parameters& read) {
     const FloatingPointScope environment;
-    return EachNumber(parameters, [ln_base = std::log(parameters.number(1))](double x) {
+    return EachNumber(read, [ln_base = std::log(read.number(1))](double x) {
       return std::isnan(ln_base) ? VariableCell::Error(xlerrValue)
                                  : VariableCell::Number(std::log(x) / ln_base);
     });
@@ -107,22 +94,16 @@ ZAV_EXPORT XLOPER12* ZavrelLog(const XLOPER12* range, const XLOPER12* base) {
 
 /// The 0/1 variable of a category (functions/indicator.h). A category that is left out: 0.
 ZAV_EXPORT XLOPER12* ZavrelDummy(const XLOPER12* range, const XLOPER12* category) {
-  return WorksheetFunction("ZavrelDummy", [&]() -> XXloper {
-    const bool has_category = !XXloper::FromArgument(category).IsMissing();
-    const Parameters parameters = GetParameters(
-        has_category ? "RS" : "R", MissingDataPolicy::kPositional, std::array{range, category});
-    if (!parameters.accepted()) return parameters.failure();
-    if (!has_category) return XXloper::Number(0);
-    const CellColumns& cells = parameters.data(0).cells();
-    Indicator indicator(parameters.text(1));
-    bool ended = false;
-    XXloper column = ResultColumn(cells.size(), [&](std::size_t row) {
-      const auto cell = ended ? std::nullopt : indicator.Of(cells[row]);
-      ended = !cell;
-      return cell.value_or(VariableCell());
-    });
-    return ended ? Uncalculated() : column;
-  });
+  const bool has_category = !IsOmitted(category);
+  const Reading reading(has_category ? "RS" : "R", MissingDataPolicy::kPositional);
+  return WorksheetFunction(
+      "ZavrelDummy", reading, {range, category}, [&](const Parameters& read) -> CellResult {
+        if (!has_category) return 0.0;
+        const CellColumns& cells = read.data(0).cells();
+        Indicator indicator(read.text(1));
+        return ResultColumnOrFailure(cells.size(),
+                                     [&](std::size_t row) { return indicator.Of(cells[row]); });
+      });
 }
 
 }  // namespace zavrel

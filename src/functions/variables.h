@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "data/excel_data.h"
+#include "excel/arguments.h"
+#include "excel/or_failure.h"
 #include "matrix/association.h"
 #include "platform/block_pool.h"
 
@@ -15,28 +17,21 @@ namespace zavrel {
 /// Columns of numbers, gaps as the missing-value marker, error cells with their codes. A range or
 /// array of several rows and columns is as many variables as it has columns; one row, a single
 /// value or several areas together are one variable each area. Of whole columns and rows the used
-/// part is taken; a whole sheet cannot be.
+/// part is taken; a whole sheet has no columns to tell and is refused.
 class Variables {
  public:
-  /// Adds those of an argument; an omitted one has none. False with the call's result in failure().
-  bool Add(const XLOPER12* argument);
-  const XXloper& failure() const { return failure_; }
+  /// Those of all arguments; an omitted one has none.
+  static OrFailure<Variables> Of(Arguments arguments);
 
   /// They live as long as this object.
   std::span<const VariableColumn> columns() const { return columns_; }
 
  private:
-  bool AddPart(const XLOPER12& part);
-  bool Fail(ExcelError error);
+  std::optional<Failure> Add(const std::shared_ptr<ExcelData>& data);
 
   std::vector<std::shared_ptr<ExcelData>> data_;  // whose numbers the columns view
   std::vector<BlockArray<double>> gathered_;      // columns taken out of wider data
   std::vector<VariableColumn> columns_;
-  XXloper failure_;
 };
-
-/// How many columns the cells of one area or array form, which lie row by row. Nothing for what is
-/// no block: several areas, a whole sheet.
-std::optional<std::size_t> BlockColumns(const XLOPER12& part, const ExcelData& data);
 
 }  // namespace zavrel

@@ -3,12 +3,15 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <variant>
 #include <vector>
 
 #include "data/cell_columns.h"
+#include "excel/or_failure.h"
+#include "platform/function_ref.h"
 
 namespace zavrel {
 
@@ -41,5 +44,11 @@ inline constexpr std::size_t kMostMacroArrays = 2;
 ///
 /// Throws std::bad_alloc, and nothing is touched then. Writing no elements needs no memory.
 bool WriteMacroArrays(std::span<const MacroArray> arrays);
+
+/// Lets `make` give the arrays their elements, and writes them; gives the call's failure: that of
+/// `make`, before anything is touched, or #VALUE!, when a VARIANT must not be written and when
+/// memory does not suffice, which leaves the VARIANTs empty.
+std::optional<Failure> FillMacroArrays(std::span<MacroArray> arrays,
+                                       FunctionRef<std::optional<Failure>()> make);
 
 }  // namespace zavrel

@@ -104,7 +104,7 @@ void ReplaceByRanks(std::vector<ScannedVariable>& variables, const Orders& order
 }
 
 /// True when what was presumed of a variable that nobody looked at cannot be relied on.
-bool CalculateWholePairs(std::span<const ScannedVariable> variables, PairForm form,
+bool CalculateWholePairs(std::span<const ScannedVariable> variables, PairOptions options,
                          const AssociationKernels& kernels, DoubleMatrix& matrix) {
   WholeVariables moderate;
   WholeVariables others;
@@ -114,8 +114,8 @@ bool CalculateWholePairs(std::span<const ScannedVariable> variables, PairForm fo
     kind.variables.push_back(&variables[c]);
     kind.places.push_back(c);
   }
-  const ModeratePairs pairs = CalculateModeratePairs(moderate, form, kernels, matrix);
-  CalculateOtherPairs(moderate, pairs.summaries, others, form, matrix);
+  const ModeratePairs pairs = CalculateModeratePairs(moderate, options, kernels, matrix);
+  CalculateOtherPairs(moderate, pairs.summaries, others, options, matrix);
   return pairs.left_normal_range;
 }
 
@@ -129,38 +129,31 @@ bool MayHideGaps(std::span<const ScannedVariable> variables, const Orders& order
   return false;
 }
 
-struct Request {
-  PairForm form;
-  bool use_ranks;
-  bool listwise_deletion;
-  std::span<const VariableColumn> variables;
-};
-
 /// Nothing when one must look everywhere.
-std::optional<AssociationResult> Calculate(const Request& request, Looked looked,
+std::optional<AssociationResult> Calculate(const AssociationOptions& options,
+                                           std::span<const VariableColumn> variables, Looked looked,
                                            const AssociationKernels& kernels) {
-  std::vector<ScannedVariable> scanned = Scan(request.variables, looked, kernels);
+  std::vector<ScannedVariable> scanned = Scan(variables, looked, kernels);
   AssociationResult result;
-  result.error = request.listwise_deletion ? FirstErrorByRow(scanned) : FirstErrorByPair(scanned);
+  result.error = options.listwise_deletion ? FirstErrorByRow(scanned) : FirstErrorByPair(scanned);
   if (result.error) return result;
   Columns complete;
-  if (request.listwise_deletion) DeleteListwise(scanned, looked, kernels, complete);
+  if (options.listwise_deletion) DeleteListwise(scanned, looked, kernels, complete);
 
-  const PairForm form = request.form;
   const std::size_t k = scanned.size();
   result.matrix.assign(k, std::vector<double>(k, ConditionDouble(kConditionNoData)));
   bool must_look = false;
-  if (request.use_ranks) {
+  if (options.use_ranks) {
     const Orders orders = OrdersOf(scanned);
     must_look = MayHideGaps(scanned, orders);
-    CalculateCompactedPairs(scanned, orders, false, form, result.matrix);
+    CalculateCompactedPairs(scanned, orders, false, options.pair, result.matrix);
     Columns ranks;
     ReplaceByRanks(scanned, orders, kernels, ranks);
-    CalculateWholePairs(scanned, form, kernels, result.matrix);
+    CalculateWholePairs(scanned, options.pair, kernels, result.matrix);
   } else {
-    must_look = CalculateWholePairs(scanned, form, kernels, result.matrix);
-    must_look |= CalculateModerateGappedPairs(scanned, form, kernels, result.matrix);
-    CalculateCompactedPairs(scanned, {}, true, form, result.matrix);
+    must_look = CalculateWholePairs(scanned, options.pair, kernels, result.matrix);
+    must_look |= CalculateModerateGappedPairs(scanned, options.pair, kernels, result.matrix);
+    CalculateCompactedPairs(scanned, {}, true, options.pair, result.matrix);
   }
   if (must_look && looked != Looked::kEverywhere) return std::nullopt;
   return result;
@@ -168,14 +161,12 @@ std::optional<AssociationResult> Calculate(const Request& request, Looked looked
 
 }  // namespace
 
-AssociationResult CalculateAssociationMatrix(bool is_correlation, bool use_ranks,
-                                             bool sample_divisor, bool listwise_deletion,
+AssociationResult CalculateAssociationMatrix(const AssociationOptions& options,
                                              std::span<const VariableColumn> variables,
                                              const AssociationKernels& kernels) {
   const FloatingPointScope environment;
-  const Request request{{is_correlation, sample_divisor}, use_ranks, listwise_deletion, variables};
-  auto result = Calculate(request, Looked::kWhereSumsAreUnusual, kernels);
-  if (!result) result = Calculate(request, Looked::kEverywhere, kernels);
+  auto result = Calculate(options, variables, Looked::kWhereSumsAreUnusual, kernels);
+  if (!result) result = Calculate(options, variables, Looked::kEverywhere, kernels);
   return *std::move(result);
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "matrix/association_kernels.h"
+#include "matrix/pair_value.h"
 #include "numbers/double_matrix.h"
 
 namespace zavrel {
@@ -14,6 +15,12 @@ namespace zavrel {
 /// A variable in observation order. A value may be the missing-value marker or carry the error of
 /// the cell that it comes from (numbers/error_double.h).
 using VariableColumn = std::span<const double>;
+
+struct AssociationOptions {
+  PairOptions pair{};
+  bool use_ranks = false;
+  bool listwise_deletion = false;
+};
 
 struct AssociationResult {
   /// k x k for k variables, exactly symmetric. An entry that cannot be computed is a condition: no
@@ -24,7 +31,7 @@ struct AssociationResult {
   std::optional<std::int32_t> error{};
 };
 
-/// The covariance of each pair of variables, s / (n - 1) with the sample divisor and s / n without,
+/// The covariance of each pair of variables, s / (n - 1) in the sample form and s / n without it,
 /// s the sum of (x - mean x)(y - mean y) in observation order; or, for a correlation, that divided
 /// by both standard deviations: Pearson's coefficient whatever the divisor. With `use_ranks` the
 /// values are replaced by their ranks first, ties by the average of theirs, which gives Spearman's.
@@ -41,8 +48,7 @@ struct AssociationResult {
 /// A sum that overflows is computed again with more range. Results do not depend on the processor:
 /// every sum runs in observation order and no product is fused.
 AssociationResult CalculateAssociationMatrix(
-    bool is_correlation, bool use_ranks, bool sample_divisor, bool listwise_deletion,
-    std::span<const VariableColumn> variables,
+    const AssociationOptions& options, std::span<const VariableColumn> variables,
     const AssociationKernels& kernels = ChosenAssociationKernels());
 
 }  // namespace zavrel

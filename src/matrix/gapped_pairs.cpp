@@ -48,8 +48,8 @@ bool IsConstantInPair(const ScannedVariable& x, const ScannedVariable& y) {
 /// One unit's sums.
 class UnitSums {
  public:
-  UnitSums(const Unit& unit, PairForm form, const AssociationKernels& kernels)
-      : unit_(unit), form_(form), kernels_(kernels) {}
+  UnitSums(const Unit& unit, PairOptions options, const AssociationKernels& kernels)
+      : unit_(unit), options_(options), kernels_(kernels) {}
 
   void CalculateInto(DoubleMatrix& matrix) {
     EachBlock(kernels_.add_gapped_values);
@@ -106,15 +106,15 @@ class UnitSums {
     const auto n = static_cast<std::size_t>(sums.count[lane]);
     const VariableSummary of_x =
         SummaryFromSums(sums.mean_x[lane], sums.s1_x[lane], sums.s2_x[lane], n,
-                        IsConstantInPair(*x.scanned, *y.scanned), form_);
+                        IsConstantInPair(*x.scanned, *y.scanned), options_);
     const VariableSummary of_y =
         SummaryFromSums(sums.mean_y[lane], sums.s1_y[lane], sums.s2_y[lane], n,
-                        IsConstantInPair(*y.scanned, *x.scanned), form_);
-    return PairValueFromSum(sums.products[lane], n, of_x, of_y, form_);
+                        IsConstantInPair(*y.scanned, *x.scanned), options_);
+    return PairValueFromSum(sums.products[lane], n, of_x, of_y, options_);
   }
 
   const Unit& unit_;
-  PairForm form_;
+  PairOptions options_;
   const AssociationKernels& kernels_;
   std::array<GappedPairs, kPartners> sums_{};
   std::array<double, kBlockRows * kGroup> packed_;
@@ -148,12 +148,12 @@ std::vector<Unit> UnitsOf(std::span<const Variable> order) {
 
 }  // namespace
 
-bool CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, PairForm form,
+bool CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, PairOptions options,
                                   const AssociationKernels& kernels, DoubleMatrix& matrix) {
   const std::vector<Variable> order = WholeFirst(variables);
   const std::vector<Unit> units = UnitsOf(order);
   return ParallelCompute(units.size(), [&](std::size_t index) {
-    UnitSums(units[index], form, kernels).CalculateInto(matrix);
+    UnitSums(units[index], options, kernels).CalculateInto(matrix);
   });
 }
 
@@ -170,20 +170,20 @@ class CompactedPair {
   explicit CompactedPair(std::size_t most_rows)
       : x_(most_rows), y_(most_rows), present_(most_rows / 64 + 1) {}
 
-  double Value(const ScannedVariable& x, const ScannedVariable& y, PairForm form) {
+  double Value(const ScannedVariable& x, const ScannedVariable& y, PairOptions options) {
     MarkPresent(x, y);
     std::copy(x.values.begin(), x.values.end(), x_.begin());
     std::copy(y.values.begin(), y.values.end(), y_.begin());
-    return ValueOfPresent(form);
+    return ValueOfPresent(options);
   }
 
   double RankValue(const ScannedVariable& x, std::span<const std::uint32_t> order_x,
                    const ScannedVariable& y, std::span<const std::uint32_t> order_y,
-                   PairForm form) {
+                   PairOptions options) {
     MarkPresent(x, y);
     RankPresentInto(order_x, present_, x_);
     RankPresentInto(order_y, present_, y_);
-    return ValueOfPresent(form);
+    return ValueOfPresent(options);
   }
 
  private:
@@ -194,7 +194,7 @@ class CompactedPair {
     }
   }
 
-  double ValueOfPresent(PairForm form) {
+  double ValueOfPresent(PairOptions options) {
     std::size_t n = 0;
     for (std::size_t row = 0; row < x_.size(); ++row) {
       x_[n] = x_[row];
@@ -203,7 +203,7 @@ class CompactedPair {
     }
     const std::span<const double> x = std::span(x_).first(n);
     const std::span<const double> y = std::span(y_).first(n);
-    return PairValue(x, Summarise(x, form), y, Summarise(y, form), form);
+    return PairValue(x, Summarise(x, options), y, Summarise(y, options), options);
   }
 
   std::vector<double> x_;
@@ -215,7 +215,7 @@ class CompactedPair {
 
 void CalculateCompactedPairs(std::span<const ScannedVariable> variables,
                              std::span<const BlockArray<std::uint32_t>> orders,
-                             bool immoderate_only, PairForm form, DoubleMatrix& matrix) {
+                             bool immoderate_only, PairOptions options, DoubleMatrix& matrix) {
   std::vector<Pair> pairs;
   std::size_t most_rows = 0;
   for (std::size_t j = 0; j < variables.size(); ++j) {
@@ -231,10 +231,10 @@ void CalculateCompactedPairs(std::span<const ScannedVariable> variables,
   ParallelCompute(parts, [&](std::size_t part) {
     for (std::size_t p = part; p < pairs.size(); p += parts) {
       const auto [i, j] = pairs[p];
-      const double value = orders.empty()
-                               ? scratch[part].Value(variables[i], variables[j], form)
-                               : scratch[part].RankValue(variables[i], orders[i].elements(),
-                                                         variables[j], orders[j].elements(), form);
+      const double value =
+          orders.empty() ? scratch[part].Value(variables[i], variables[j], options)
+                         : scratch[part].RankValue(variables[i], orders[i].elements(), variables[j],
+                                                   orders[j].elements(), options);
       SetBoth(matrix, i, j, value);
     }
   });

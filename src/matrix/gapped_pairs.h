@@ -15,7 +15,7 @@ namespace zavrel {
 /// Values of all pairs with gaps of the moderate variables. Nothing is copied but blocks that stay
 /// in the fastest cache: where an observation is missing, 0 is added. True when an operation
 /// overflowed or underflowed: some variable was not moderate, and the values mean nothing.
-bool CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, PairForm form,
+bool CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, PairOptions options,
                                   const AssociationKernels& kernels, DoubleMatrix& matrix);
 
 /// Values of the pairs with gaps whatever the values are, all or, with `immoderate_only`, those
@@ -23,6 +23,6 @@ bool CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, Pa
 /// variable. Each pair's observations are copied together.
 void CalculateCompactedPairs(std::span<const ScannedVariable> variables,
                              std::span<const BlockArray<std::uint32_t>> orders,
-                             bool immoderate_only, PairForm form, DoubleMatrix& matrix);
+                             bool immoderate_only, PairOptions options, DoubleMatrix& matrix);
 
 }  // namespace zavrel

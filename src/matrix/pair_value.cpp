@@ -13,9 +13,9 @@ namespace {
 
 template <class Real>
 double Value(Real sum, std::size_t n, const VariableSummary& x, const VariableSummary& y,
-             PairForm form) {
-  Real value = sum / static_cast<Real>(form.sample_divisor ? n - 1 : n);
-  if (form.is_correlation) {
+             PairOptions options) {
+  Real value = sum / static_cast<Real>(options.form == Form::kSample ? n - 1 : n);
+  if (options.measure == Measure::kCorrelation) {
     const Real spread =
         static_cast<Real>(x.standard_deviation) * static_cast<Real>(y.standard_deviation);
     if (spread == 0) return ConditionDouble(kConditionTooFew);
@@ -36,13 +36,14 @@ Real SumOfProducts(std::span<const double> x, std::span<const double> y, Real me
 
 template <class Real>
 double ValueOfSeries(std::span<const double> x, const VariableSummary& of_x,
-                     std::span<const double> y, const VariableSummary& of_y, PairForm form) {
+                     std::span<const double> y, const VariableSummary& of_y, PairOptions options) {
   const Real sum = SumOfProducts(x, y, static_cast<Real>(of_x.mean), static_cast<Real>(of_y.mean));
-  return Value(sum, x.size(), of_x, of_y, form);
+  return Value(sum, x.size(), of_x, of_y, options);
 }
 
-bool HasValue(std::size_t n, const VariableSummary& x, const VariableSummary& y, PairForm form) {
-  if (n <= (form.sample_divisor ? 1u : 0u)) return false;
+bool HasValue(std::size_t n, const VariableSummary& x, const VariableSummary& y,
+              PairOptions options) {
+  if (n <= (options.form == Form::kSample ? 1u : 0u)) return false;
   return !std::isnan(x.standard_deviation) && !std::isnan(y.standard_deviation);
 }
 
@@ -50,7 +51,7 @@ bool HasValue(std::size_t n, const VariableSummary& x, const VariableSummary& y,
 
 /// Nothing where an operation overflows or underflows, or a value is not finite.
 static std::optional<VariableSummary> SummariseInOrder(std::span<const double> values,
-                                                       PairForm form) {
+                                                       PairOptions options) {
   const FloatingPointScope environment;
   double sum = 0;
   for (const double x : values) sum += x;
@@ -64,15 +65,15 @@ static std::optional<VariableSummary> SummariseInOrder(std::span<const double> v
     s2 += d * d;
   }
   const VariableSummary summary =
-      Settled(SummaryFromSums(mean, s1, s2, values.size(), is_constant, form));
+      Settled(SummaryFromSums(mean, s1, s2, values.size(), is_constant, options));
   if (environment.LeftNormalRange() || !std::isfinite(summary.mean)) return std::nullopt;
   return summary;
 }
 
-VariableSummary Summarise(std::span<const double> values, PairForm form) {
-  const std::optional<VariableSummary> in_order = SummariseInOrder(values, form);
+VariableSummary Summarise(std::span<const double> values, PairOptions options) {
+  const std::optional<VariableSummary> in_order = SummariseInOrder(values, options);
   if (in_order) return *in_order;
-  const MomentBlock moments = ComputeMoments(values, form.sample_divisor);
+  const MomentBlock moments = ComputeMoments(values, options.form);
   return {moments.mean, moments.standard_deviation, IsConstant(values)};
 }
 
@@ -82,28 +83,29 @@ bool IsConstant(std::span<const double> values) {
 
 // As the sample and population forms of ComputeMoments.
 VariableSummary SummaryFromSums(double mean, double s1, double s2, std::size_t n, bool is_constant,
-                                PairForm form) {
+                                PairOptions options) {
   if (n == 0) return {ConditionDouble(kConditionNoData), ConditionDouble(kConditionNoData)};
   if (is_constant) s1 = s2 = 0;
   const auto count = static_cast<double>(n);
-  if (!form.sample_divisor) return {mean, std::sqrt(s2 / count), is_constant};
+  if (options.form == Form::kPopulation) return {mean, std::sqrt(s2 / count), is_constant};
   if (n < 2) return {mean, ConditionDouble(kConditionTooFew), is_constant};
   const double variance = (s2 - s1 * s1 / count) / (count - 1);
   return {mean, std::sqrt(variance < 0 ? 0 : variance), is_constant};
 }
 
 double PairValueFromSum(double sum, std::size_t n, const VariableSummary& x,
-                        const VariableSummary& y, PairForm form) {
-  return HasValue(n, x, y, form) ? Value(sum, n, x, y, form) : ConditionDouble(kConditionNoData);
+                        const VariableSummary& y, PairOptions options) {
+  return HasValue(n, x, y, options) ? Value(sum, n, x, y, options)
+                                    : ConditionDouble(kConditionNoData);
 }
 
 double PairValue(std::span<const double> x, const VariableSummary& of_x, std::span<const double> y,
-                 const VariableSummary& of_y, PairForm form) {
-  if (!HasValue(x.size(), of_x, of_y, form)) return ConditionDouble(kConditionNoData);
+                 const VariableSummary& of_y, PairOptions options) {
+  if (!HasValue(x.size(), of_x, of_y, options)) return ConditionDouble(kConditionNoData);
   const FloatingPointScope environment;
-  const double value = Settled(ValueOfSeries<double>(x, of_x, y, of_y, form));
+  const double value = Settled(ValueOfSeries<double>(x, of_x, y, of_y, options));
   if (!environment.LeftNormalRange()) return value;
-  return Settled(ValueOfSeries<long double>(x, of_x, y, of_y, form));
+  return Settled(ValueOfSeries<long double>(x, of_x, y, of_y, options));
 }
 
 }  // namespace zavrel

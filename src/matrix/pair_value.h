@@ -5,15 +5,18 @@
 #include <span>
 
 #include "numbers/double_matrix.h"
+#include "stats/statistic_id.h"
 
 namespace zavrel {
 
-struct PairForm {
-  bool is_correlation;
-  bool sample_divisor;
+enum class Measure : bool { kCovariance, kCorrelation };
+
+struct PairOptions {
+  Measure measure = Measure::kCovariance;
+  Form form = Form::kSample;  // of covariances and of standard deviations
 };
 
-/// Mean and standard deviation, with the divisor of the pair's form. All sums run in observation
+/// Mean and standard deviation, with the divisor of the pair's options. All sums run in observation
 /// order.
 struct VariableSummary {
   double mean;
@@ -26,23 +29,23 @@ struct VariableSummary {
 bool IsConstant(std::span<const double> values);
 
 /// When an operation overflows or underflows, or a value is not finite, as ComputeMoments.
-VariableSummary Summarise(std::span<const double> values, PairForm form);
+VariableSummary Summarise(std::span<const double> values, PairOptions options);
 
 /// The same from the sums of d and d^2, d = x - mean, which do not count when all values are equal.
 /// Nothing may have overflowed.
 VariableSummary SummaryFromSums(double mean, double s1, double s2, std::size_t n, bool is_constant,
-                                PairForm form);
+                                PairOptions options);
 
 /// The value that follows from the sum of (x - mean x)(y - mean y) over n observations. Nothing may
 /// have overflowed on the way. Too few values, or a variable without a standard deviation, give the
 /// no-data condition.
 double PairValueFromSum(double sum, std::size_t n, const VariableSummary& x,
-                        const VariableSummary& y, PairForm form);
+                        const VariableSummary& y, PairOptions options);
 
 /// The value of two series of equal length. When an operation overflows or underflows it is
 /// computed again in 80-bit extended precision.
 double PairValue(std::span<const double> x, const VariableSummary& of_x, std::span<const double> y,
-                 const VariableSummary& of_y, PairForm form);
+                 const VariableSummary& of_y, PairOptions options);
 
 /// The value of a pair stands on both sides of the diagonal.
 inline void SetBoth(DoubleMatrix& matrix, std::size_t i, std::size_t j, double value) {

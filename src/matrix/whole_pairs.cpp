@@ -26,9 +26,10 @@ struct Tile {
 /// variables follow; ones fill the last group up.
 class PairProducts {
  public:
-  PairProducts(const WholeVariables& variables, PairForm form, const AssociationKernels& kernels)
+  PairProducts(const WholeVariables& variables, PairOptions options,
+               const AssociationKernels& kernels)
       : variables_(variables),
-        form_(form),
+        options_(options),
         kernels_(kernels),
         groups_(variables.size() / kGroup + 1),
         stride_(groups_ * kGroup),
@@ -128,7 +129,7 @@ class PairProducts {
     for (std::size_t i = 0; i < variables_.size(); ++i) {
       for (std::size_t j = i; j < variables_.size(); ++j) {
         const double value = PairValueFromSum(SumOf(i + 1, j + 1), variables_.rows(), summaries[i],
-                                              summaries[j], form_);
+                                              summaries[j], options_);
         SetBoth(matrix, variables_.places[i], variables_.places[j], value);
       }
     }
@@ -139,14 +140,14 @@ class PairProducts {
   VariableSummary SummaryOf(std::size_t c) const {
     const std::span<const double> values = variables_.column(c);
     return SummaryFromSums(means_[c + 1], SumOf(0, c + 1), SumOf(c + 1, c + 1), values.size(),
-                           IsConstant(values), form_);
+                           IsConstant(values), options_);
   }
 
   /// Of the products of two columns, i <= j.
   double SumOf(std::size_t i, std::size_t j) const { return sums_.data()[i * stride_ + j]; }
 
   const WholeVariables& variables_;
-  PairForm form_;
+  PairOptions options_;
   const AssociationKernels& kernels_;
   std::size_t groups_;
   std::size_t stride_;
@@ -161,23 +162,23 @@ class PairProducts {
 
 }  // namespace
 
-ModeratePairs CalculateModeratePairs(const WholeVariables& variables, PairForm form,
+ModeratePairs CalculateModeratePairs(const WholeVariables& variables, PairOptions options,
                                      const AssociationKernels& kernels, DoubleMatrix& matrix) {
   if (variables.size() == 0) return {};
-  return PairProducts(variables, form, kernels).CalculateInto(matrix);
+  return PairProducts(variables, options, kernels).CalculateInto(matrix);
 }
 
 void CalculateOtherPairs(const WholeVariables& moderate,
                          std::span<const VariableSummary> moderate_summaries,
-                         const WholeVariables& others, PairForm form, DoubleMatrix& matrix) {
+                         const WholeVariables& others, PairOptions options, DoubleMatrix& matrix) {
   std::vector<VariableSummary> summaries(others.size());
   ParallelCompute(others.size(),
-                  [&](std::size_t c) { summaries[c] = Summarise(others.column(c), form); });
+                  [&](std::size_t c) { summaries[c] = Summarise(others.column(c), options); });
   ParallelCompute(others.size(), [&](std::size_t j) {
     const auto set = [&](std::span<const double> x, const VariableSummary& of_x,
                          std::size_t place) {
       SetBoth(matrix, place, others.places[j],
-              PairValue(x, of_x, others.column(j), summaries[j], form));
+              PairValue(x, of_x, others.column(j), summaries[j], options));
     };
     for (std::size_t i = 0; i < moderate.size(); ++i)
       set(moderate.column(i), moderate_summaries[i], moderate.places[i]);

@@ -30,12 +30,12 @@ struct ModeratePairs {
 
 /// Values of all pairs of moderate variables: each is summarised once, pairs are summed side by
 /// side from blocks of deviations that stay in the fastest cache.
-ModeratePairs CalculateModeratePairs(const WholeVariables& variables, PairForm form,
+ModeratePairs CalculateModeratePairs(const WholeVariables& variables, PairOptions options,
                                      const AssociationKernels& kernels, DoubleMatrix& matrix);
 
 /// Values of all pairs that have at least one of `others`, whatever their values are.
 void CalculateOtherPairs(const WholeVariables& moderate,
                          std::span<const VariableSummary> moderate_summaries,
-                         const WholeVariables& others, PairForm form, DoubleMatrix& matrix);
+                         const WholeVariables& others, PairOptions options, DoubleMatrix& matrix);
 
 }  // namespace zavrel

@@ -11,7 +11,7 @@ namespace zavrel {
 double Autocorrelation(std::span<const double> values, std::size_t lag) {
   const std::size_t n = values.size();
   if (n < 1 || n < lag) return ConditionDouble(kConditionNotComputed);
-  const MomentBlock moments = ComputeMoments(values, true);
+  const MomentBlock moments = ComputeMoments(values, Form::kSample);
   if (std::isnan(moments.mean)) return moments.mean;
   // Asked of the values: the rounding of the mean gives equal ones deviations from it.
   if (moments.minimum == moments.maximum) return ConditionDouble(kConditionTooFew);

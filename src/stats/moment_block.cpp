@@ -159,11 +159,12 @@ struct Passes {
 };
 
 template <class Real>
-MomentBlock Form(const Passes<Real>& passes, bool sample) {
+MomentBlock InForm(const Passes<Real>& passes, Form form) {
   MomentBlock block = passes.block;
   if (block.valid < 1) return block;
   constexpr double kTooFew = ConditionDouble(kConditionTooFew);
   block.standard_deviation = block.variance = block.skewness = block.kurtosis = kTooFew;
+  const bool sample = form == Form::kSample;
   if (sample && block.valid < 2) return block;
 
   const auto n = static_cast<Real>(block.valid);
@@ -199,19 +200,20 @@ double MomentBlock::operator[](StatisticId id) const {
   }
 }
 
-MomentBlock ComputeMoments(std::span<const double> values, bool sample) {
+MomentBlock ComputeMoments(std::span<const double> values, Form form) {
   const FloatingPointScope environment;
-  const MomentBlock block = Settled(Form(Passes<double>(values), sample));
+  const MomentBlock block = Settled(InForm(Passes<double>(values), form));
   if (!environment.LeftNormalRange()) return block;
-  return Settled(Form(Passes<long double>(values), sample));
+  return Settled(InForm(Passes<long double>(values), form));
 }
 
 MomentBlocks ComputeBothForms(std::span<const double> values, const RunningSum* first_pass) {
   const FloatingPointScope environment;
   const Passes<double> passes(values, first_pass);
-  const MomentBlocks blocks = Settled(MomentBlocks{Form(passes, false), Form(passes, true)});
+  const MomentBlocks blocks =
+      Settled(MomentBlocks{InForm(passes, Form::kPopulation), InForm(passes, Form::kSample)});
   if (!environment.LeftNormalRange()) return blocks;
-  return {ComputeMoments(values, false), ComputeMoments(values, true)};  // each asks for itself
+  return {ComputeMoments(values, Form::kPopulation), ComputeMoments(values, Form::kSample)};
 }
 
 }  // namespace zavrel

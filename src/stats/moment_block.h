@@ -44,7 +44,7 @@ struct MomentBlock {
 /// spread for the third and fourth, give the too-few code; what is not finite the not-finite code.
 /// When an operation overflows or underflows, everything is computed again in 80-bit extended
 /// precision: the fourth powers of deviations below 1e-77 are too small for a double.
-MomentBlock ComputeMoments(std::span<const double> values, bool sample);
+MomentBlock ComputeMoments(std::span<const double> values, Form form);
 
 /// Both forms of one series, for the price of one.
 struct MomentBlocks {

@@ -24,6 +24,12 @@ enum class StatisticId : std::size_t {
   kMode = 15,
 };
 
+/// Which of two forms a statistic takes: that of a whole population (divisor n), or of a sample
+/// from one (n - 1).
+enum class Form : bool { kPopulation, kSample };
+/// Of a statistic that has no forms.
+inline constexpr Form kOnlyForm = Form::kPopulation;
+
 /// The statistics that one run over the data gives together.
 constexpr bool IsMoment(StatisticId id) { return id <= StatisticId::kKurtosis; }
 

@@ -11,11 +11,7 @@
 namespace zavrel::tests {
 namespace {
 
-std::shared_ptr<ExcelData> DataOf(const XLOPER12* piece) {
-  const DataArgument argument = ReadDataArgument({&piece, 1});
-  REQUIRE(argument.outcome == ReadOutcome::kRead);
-  return argument.data;
-}
+std::shared_ptr<ExcelData> DataOf(const XLOPER12* piece) { return *ReadDataArgument({&piece, 1}); }
 
 /// The sorted names, each followed by its positions: "North 0 3;South 2;".
 std::string Shown(const CategoryTable* table) {

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "data/cell_reader.h"
 #include "data/data_key.h"
 #include "data/fake_excel.h"
 #include "numbers/error_double.h"
@@ -20,17 +21,18 @@ namespace {
 using Pieces = std::initializer_list<const XLOPER12*>;
 
 DataArgument Read(Pieces pieces) { return ReadDataArgument({pieces.begin(), pieces.size()}); }
-std::shared_ptr<ExcelData> Data(Pieces pieces) {
-  DataArgument argument = Read(pieces);
-  REQUIRE(argument.outcome == ReadOutcome::kRead);
-  return argument.data;
-}
+std::shared_ptr<ExcelData> Data(Pieces pieces) { return *Read(pieces); }
 /// The data set as it is read without any cache.
 std::shared_ptr<ExcelData> Uncached(Pieces pieces) {
   const WithoutCaches without;
   return Data(pieces);
 }
-ReadOutcome OutcomeOf(Pieces pieces) { return Read(pieces).outcome; }
+ReadOutcome OutcomeOf(const DataArgument& argument) {
+  if (argument.ok()) return ReadOutcome::kRead;
+  CHECK(argument.failure().value().record().val.err == xlerrRef);
+  return argument.failure().uncalculated() ? ReadOutcome::kUncalculated : ReadOutcome::kUnreadable;
+}
+ReadOutcome OutcomeOf(Pieces pieces) { return OutcomeOf(Read(pieces)); }
 
 /// The cells in short: numbers, "texts", TRUE, #code, - for omitted, . for blank.
 std::string Shown(const ExcelData& data) {
@@ -179,7 +181,7 @@ TEST_CASE("whole areas that come to too many cells together are refused") {
   excel.Set(50000, 2, 1.0);
   excel.Set(0, 9, 1.0);
   const auto outcome = [](const XLOPER12* piece, std::size_t most) {
-    return ReadDataArgument({&piece, 1}, most).outcome;
+    return OutcomeOf(ReadDataArgument({&piece, 1}, most));
   };
   const Reference a(WholeColumns(0, 0));
   const Reference twice(FakeExcel::kCallingSheet, {WholeColumns(0, 0), WholeColumns(0, 0)});
@@ -281,10 +283,10 @@ TEST_CASE("arrays and values are told apart by content, not by their fingerprint
   CHECK(Shown({other}) == "1 3 2");
 
   // Something else that stands under the very key.
-  const XLOPER12* const pieces[] = {row};
+  const ArgumentPiece piece = ArgumentPiece::Of(row);
   CellColumns cells;
   cells.AppendBlanks(3);
-  const auto impostor = std::make_shared<ExcelData>(DataKey(pieces).value(), std::move(cells));
+  const auto impostor = std::make_shared<ExcelData>(DataKey({&piece, 1}).value(), std::move(cells));
   SessionExcelDataCache()->Put(impostor);
   CHECK(Shown({row}) == "1 2 3");
 }
@@ -326,7 +328,7 @@ TEST_CASE("hostile arguments are refused or read as errors") {
 
   const Argument one(Cell(1.0));
   const std::vector<const XLOPER12*> many(300, one);
-  CHECK(ReadDataArgument(many).outcome == ReadOutcome::kUnreadable);
+  CHECK(OutcomeOf(ReadDataArgument(many)) == ReadOutcome::kUnreadable);
 }
 
 TEST_CASE("cells that the host does not give") {

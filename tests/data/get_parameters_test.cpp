@@ -12,11 +12,11 @@ namespace zavrel::tests {
 namespace {
 
 using enum MissingDataPolicy;
-using Arguments = std::vector<const XLOPER12*>;
+using List = std::vector<const XLOPER12*>;
 
-std::int32_t ErrorOf(const Parameters& parameters) {
-  CHECK_FALSE(parameters.accepted());
-  return parameters.failure().record().val.err;
+std::int32_t ErrorOf(const OrFailure<Parameters>& parameters) {
+  REQUIRE_FALSE(parameters.ok());
+  return parameters.failure().value().record().val.err;
 }
 
 }  // namespace
@@ -29,9 +29,8 @@ TEST_CASE("all kinds of arguments in one call") {
   const Argument text(Cell(u"name"));
   const Argument missing(xltypeMissing);
 
-  const Arguments arguments{range, number, number, text, missing, missing, number, range};
-  const Parameters parameters = GetParameters("RDLSrlV", kNumbersOnly, arguments);
-  REQUIRE(parameters.accepted());
+  const List arguments{range, number, number, text, missing, missing, number, range};
+  const Parameters parameters = *GetParameters("RDLSrlV", kNumbersOnly, arguments);
   CHECK(parameters.numbers(0).size() == 2);
   CHECK(parameters.number(1) == 2.5);
   CHECK(parameters.integer(2) == 2);
@@ -42,15 +41,14 @@ TEST_CASE("all kinds of arguments in one call") {
   CHECK(parameters.data(6).size() == 4);
   CHECK_THROWS_AS(static_cast<void>(parameters.number(4)), std::bad_variant_access);
 
-  const Parameters short_list = GetParameters("Rdbr", kNumbersOnly, Arguments{range});
-  REQUIRE(short_list.accepted());
+  const Parameters short_list = *GetParameters("Rdbr", kNumbersOnly, List{range});
   CHECK_FALSE(short_list.given(3));
-  CHECK(GetParameters("R", kNumbersOnly, {}).data(0).size() == 1);
-  CHECK(GetParameters("V", kPositional, Arguments{nullptr, missing}).numbers(0).empty());
+  CHECK(GetParameters("R", kNumbersOnly, {})->data(0).size() == 1);
+  CHECK(GetParameters("V", kPositional, List{nullptr, missing})->numbers(0).empty());
 
   // One data set for a range, whoever asks.
-  CHECK(&GetParameters("R", kPositional, Arguments{range}).data(0) == &parameters.data(0));
-  CHECK(GetParameters("R", kNumbersOnly, Arguments{range}).parm(0) == parameters.parm(0));
+  CHECK(&GetParameters("R", kPositional, List{range})->data(0) == &parameters.data(0));
+  CHECK(GetParameters("R", kNumbersOnly, List{range})->parm(0) == parameters.parm(0));
 }
 
 TEST_CASE("the first failure is the call's") {
@@ -62,21 +60,19 @@ TEST_CASE("the first failure is the call's") {
   const Argument error(Cell(ErrorCell{xlerrDiv0}));
   const Argument missing(xltypeMissing);
 
-  CHECK(ErrorOf(GetParameters("R", kNumbersRequired, Arguments{range})) == xlerrValue);
-  CHECK(ErrorOf(GetParameters("R", kNumbersRequired, Arguments{range},
-                              {.propagate_errors = true})) == xlerrNA);
-  CHECK(ErrorOf(GetParameters("RR", kNumbersOnly, Arguments{range, off_sheet})) == xlerrRef);
-  CHECK(ErrorOf(GetParameters("DR", kNumbersOnly, Arguments{missing, off_sheet})) == xlerrValue);
-  CHECK(ErrorOf(GetParameters("D", kNumbersOnly, Arguments{error})) == xlerrValue);
-  CHECK(ErrorOf(GetParameters("D", kNumbersOnly, Arguments{error}, {.propagate_errors = true})) ==
+  CHECK(ErrorOf(GetParameters("R", kNumbersRequired, List{range})) == xlerrValue);
+  CHECK(ErrorOf(GetParameters("R", kNumbersRequired, List{range}, {.propagate_errors = true})) ==
+        xlerrNA);
+  CHECK(ErrorOf(GetParameters("RR", kNumbersOnly, List{range, off_sheet})) == xlerrRef);
+  CHECK(ErrorOf(GetParameters("DR", kNumbersOnly, List{missing, off_sheet})) == xlerrValue);
+  CHECK(ErrorOf(GetParameters("D", kNumbersOnly, List{error})) == xlerrValue);
+  CHECK(ErrorOf(GetParameters("D", kNumbersOnly, List{error}, {.propagate_errors = true})) ==
         xlerrDiv0);
-  CHECK(ErrorOf(GetParameters("?", kNumbersOnly, Arguments{number})) == xlerrValue);
+  CHECK(ErrorOf(GetParameters("?", kNumbersOnly, List{number})) == xlerrValue);
 
   excel.answer = [](const XLREF12&) { return xlretUncalced; };
   for (const char* kinds : {"R", "V", "D"}) {
-    const Parameters parameters = GetParameters(kinds, kNumbersOnly, Arguments{range});
-    CHECK_FALSE(parameters.accepted());
-    CHECK(parameters.uncalculated());
+    CHECK(GetParameters(kinds, kNumbersOnly, List{range}).failure().uncalculated());
   }
 }
 
@@ -88,22 +84,20 @@ TEST_CASE("equal lengths") {
   const Reference three(Area(0, 2, 1, 1));
   const Reference column_a(WholeColumns(0, 0));
   const Reference column_b(WholeColumns(1, 1));
-  const ParameterOptions equal{.equal_lengths = true};
-  CHECK(GetParameters("RR", kNumbersOnly, Arguments{four, three}, equal).accepted());
-  CHECK(ErrorOf(GetParameters("RR", kPositional, Arguments{four, three}, equal)) == xlerrValue);
-  CHECK(GetParameters("RR", kPositional, Arguments{four, three}).accepted());
-  CHECK(GetParameters("RDr", kPositional, Arguments{four, Argument(Cell(1.0)), nullptr}, equal)
-            .accepted());
+  const ParameterOptions equal{.lengths = Lengths::kEqual};
+  CHECK(GetParameters("RR", kNumbersOnly, List{four, three}, equal).ok());
+  CHECK(ErrorOf(GetParameters("RR", kPositional, List{four, three}, equal)) == xlerrValue);
+  CHECK(GetParameters("RR", kPositional, List{four, three}).ok());
+  CHECK(GetParameters("RDr", kPositional, List{four, Argument(Cell(1.0)), nullptr}, equal).ok());
 
   // Whole columns go on below their last used cell.
-  const Parameters columns = GetParameters("RR", kPositional, Arguments{column_a, column_b}, equal);
-  REQUIRE(columns.accepted());
+  const Parameters columns = *GetParameters("RR", kPositional, List{column_a, column_b}, equal);
   REQUIRE(columns.numbers(0).size() == 4);
   REQUIRE(columns.numbers(1).size() == 4);
   CHECK(columns.numbers(1)[2] == 3);
   CHECK(columns.numbers(1)[3] == kMissingValue);
   CHECK(columns.data(1).size() == 3);
-  CHECK_FALSE(GetParameters("RR", kPositional, Arguments{column_a, three}, equal).accepted());
+  CHECK_FALSE(GetParameters("RR", kPositional, List{column_a, three}, equal).ok());
 }
 
 TEST_CASE("equal lengths pair only cells that belong together") {
@@ -143,21 +137,19 @@ TEST_CASE("equal lengths pair only cells that belong together") {
   excel.clips_to_used_part = true;
 
   const auto paired = [](const XLOPER12* one, const XLOPER12* other) {
-    return GetParameters("RR", kPositional, Arguments{one, other}, {.equal_lengths = true});
+    return GetParameters("RR", kPositional, List{one, other}, {.lengths = Lengths::kEqual});
   };
-  const Parameters columns = paired(ab, hi);
-  REQUIRE(columns.accepted());
+  const Parameters columns = *paired(ab, hi);
   CHECK(columns.numbers(0).size() == 8);
   CHECK(columns.numbers(0)[4] == 3);
   CHECK(columns.numbers(0)[6] == kMissingValue);
   CHECK(columns.numbers(1)[7] == 6);
-  const Parameters rows = paired(row_21, row_32);
-  REQUIRE(rows.accepted());
+  const Parameters rows = *paired(row_21, row_32);
   CHECK(rows.numbers(0).size() == 4);
   CHECK(rows.numbers(0)[2] == 7);
-  CHECK(paired(a, i).accepted());
-  CHECK(paired(three_by_two, ab).accepted());
-  CHECK(paired(rows_21, rows_41).accepted());
+  CHECK(paired(a, i).ok());
+  CHECK(paired(three_by_two, ab).ok());
+  CHECK(paired(rows_21, rows_41).ok());
 
   const std::pair<const XLOPER12*, const XLOPER12*> refused[] = {
       {ab, df},            // as many cells, in rows of another length
@@ -175,7 +167,7 @@ TEST_CASE("equal lengths pair only cells that belong together") {
     CHECK(ErrorOf(paired(other, one)) == xlerrValue);
   }
   // Where positions do not count, neither does where the cells were cut.
-  CHECK(GetParameters("RR", kNumbersOnly, Arguments{ai, ia}, {.equal_lengths = true}).accepted());
+  CHECK(GetParameters("RR", kNumbersOnly, List{ai, ia}, {.lengths = Lengths::kEqual}).ok());
 }
 
 }  // namespace zavrel::tests

@@ -34,11 +34,10 @@ DataArgument Read(std::initializer_list<const XLOPER12*> pieces, std::size_t mos
 
 /// The cells of a data set: numbers as they are, texts, "-" for blank ones.
 std::string Shown(const DataArgument& argument) {
-  if (argument.outcome == ReadOutcome::kUncalculated) return "uncalculated";
-  if (argument.outcome == ReadOutcome::kUnreadable) return "unreadable";
+  if (!argument.ok()) return argument.failure().uncalculated() ? "uncalculated" : "unreadable";
   std::string shown;
-  for (std::size_t i = 0; i < argument.data->size(); ++i) {
-    const SingleValue cell = (*argument.data)[i];
+  for (std::size_t i = 0; i < (*argument)->size(); ++i) {
+    const SingleValue cell = (**argument)[i];
     shown += cell.IsNumber()              ? std::to_string(static_cast<int>(cell.number))
              : cell.tag == CellTag::kText ? Utf8FromUtf16(cell.text)
                                           : "-";
@@ -147,7 +146,7 @@ TEST_CASE("a handle stands for the values of its rows wherever one cell can") {
   CHECK(Shown(Read({both})) == "x;-;");
   CHECK(Shown(Read({none})).empty());
   CHECK(Shown(Read({empty})).empty());
-  CHECK(Read({north}).data->CountOfClass(CellClass::kEvery) == 3);
+  CHECK((*Read({north}))->CountOfClass(CellClass::kEvery) == 3);
 
   // In a cell, in an array of one element, among other pieces.
   table.excel.Set(9, 9, HandleOf(Selection(table.values, table.regions, u"South")));
@@ -157,14 +156,14 @@ TEST_CASE("a handle stands for the values of its rows wherever one cell can") {
   CHECK(Shown(Read({one})) == "20;40;");
   const Argument number(Cell(7.0));
   CHECK(Shown(Read({number, cell, none, table.years, both})) == "7;20;40;1;1;2;2;2;1;x;-;");
-  CHECK(Read({number, cell}).data->CountOfClass(CellClass::kEvery) == 3);
-  CHECK(Read({number, cell}).data == Read({number, cell}).data);
+  CHECK((*Read({number, cell}))->CountOfClass(CellClass::kEvery) == 3);
+  CHECK(*Read({number, cell}) == *Read({number, cell}));
   CHECK(Shown(Read({north}, 3)) == "10;x;-;");
   CHECK(Shown(Read({north}, 2)) == "unreadable");
   CHECK(Shown(Read({number, north}, 3)) == "unreadable");
   // Not within a range of several cells.
   const Reference two(Area(9, 10, 9, 9));
-  CHECK(Read({two}).data->size() == 2);
+  CHECK((*Read({two}))->size() == 2);
   CHECK(table.excel.values_out == 0);
 }
 
@@ -172,9 +171,9 @@ TEST_CASE("what a handle stands for is read afresh, and made once while nothing 
   Table table;
   const Argument north(Cell(HandleOf(Selection(table.values, table.regions, u"North"))));
   const Argument number(Cell(7.0));
-  const auto before = Read({north}).data;
-  const auto among_others = Read({number, north}).data;
-  CHECK(Read({north}).data == before);
+  const auto before = *Read({north});
+  const auto among_others = *Read({number, north});
+  CHECK(*Read({north}) == before);
   CHECK(before->key().starts_with("{Destack,"));
   table.excel.Set(0, 0, 11.0);
   CHECK(Shown(Read({north})) == "11;x;-;");
@@ -286,8 +285,8 @@ TEST_CASE("asking and reading again and again keeps nothing more") {
     if (i % 50 == 0) table.excel.Set(0, 0, static_cast<double>(i));
     const Argument north(Cell(HandleOf(Selection(table.values, table.regions, u"North"))));
     const Argument of_array(Cell(HandleOf(Selection(array, table.regions, u"North"))));
-    Read({north, of_array});
-    Read({north});
+    CHECK(Read({north, of_array}).ok());
+    CHECK(Read({north}).ok());
     if (i == 100) bytes = SessionExcelDataCache()->bytes();
   }
   CHECK(Selections().size() == 2);

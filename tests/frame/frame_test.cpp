@@ -7,6 +7,7 @@
 #include "diagnostics/vek_exception.h"
 #include "frame/cache_upkeep.h"
 #include "frame/fake_excel.h"
+#include "frame/macro_call.h"
 #include "frame/session.h"
 #include "frame/worksheet_function.h"
 
@@ -40,7 +41,7 @@ template <class Thrown>
 void CheckThrown(Thrown thrown) {
   CHECK(IsNA(WorksheetFunction("f", [&]() -> XXloper { throw thrown; })));
   CHECK(PlainFunction<std::int32_t>("f", -7, [&]() -> std::int32_t { throw thrown; }) == -7);
-  CHECK(TextFunction("f", [&]() -> std::string { throw thrown; }) == nullptr);
+  CHECK(TextFunction("f", [&]() -> std::optional<std::string> { throw thrown; }) == nullptr);
   CHECK(MacroStatus("f", 3, [&]() -> int { throw thrown; }) == 3);
   CHECK(MacroCall("f", [&] { throw thrown; }) != 0);
 }

@@ -25,7 +25,7 @@ namespace zavrel::tests {
 namespace {
 
 std::shared_ptr<ExcelData> DataOf(const XLOPER12* argument) {
-  return ReadDataArgument(std::array{argument}).data;
+  return *ReadDataArgument(std::array{argument});
 }
 
 }  // namespace

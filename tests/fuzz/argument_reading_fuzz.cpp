@@ -64,10 +64,12 @@ void Add(std::vector<std::uint64_t>& seen, ExcelData& data) {
 std::vector<std::uint64_t> Read(std::string_view kinds, MissingDataPolicy policy,
                                 std::span<const XLOPER12* const> arguments,
                                 ParameterOptions options) {
-  const Parameters parameters = GetParameters(kinds, policy, arguments, options);
-  std::vector<std::uint64_t> seen{parameters.accepted(), parameters.uncalculated(),
-                                  parameters.failure().type()};
-  if (!parameters.accepted()) return seen;
+  const OrFailure<Parameters> read = GetParameters(kinds, policy, arguments, options);
+  if (!read.ok())
+    return {1, read.failure().uncalculated(),
+            static_cast<std::uint32_t>(read.failure().value().record().val.err)};
+  const Parameters& parameters = *read;
+  std::vector<std::uint64_t> seen{0};
   for (std::size_t i = 0; i < kinds.size(); ++i) {
     seen.push_back(parameters.given(i));
     if (!parameters.given(i)) continue;
@@ -87,7 +89,7 @@ void ReadHostileArguments(std::span<const std::uint8_t> input) {
   Bytes bytes(input);
   const auto policy = static_cast<MissingDataPolicy>(bytes.Below(kMissingDataPolicies));
   const auto flags = bytes.Take<std::uint8_t>();
-  const ParameterOptions options{(flags & 1) != 0, (flags & 2) != 0};
+  const ParameterOptions options{static_cast<Lengths>((flags >> 4) % 3), (flags & 1) != 0};
   static constexpr std::string_view kLetters = "RRRrVVDdLlSsBbx";
   std::string kinds(1 + bytes.Below(5), 'R');
   for (char& kind : kinds) kind = kLetters[bytes.Below(kLetters.size())];

@@ -47,8 +47,12 @@ Options OptionsOf(unsigned bits) {
 AssociationResult Calculate(const Columns& columns, Options o,
                             const AssociationKernels& kernels = ChosenAssociationKernels()) {
   const std::vector<VariableColumn> variables(columns.begin(), columns.end());
-  return CalculateAssociationMatrix(o.correlation, o.ranks, o.sample, o.listwise, variables,
-                                    kernels);
+  const AssociationOptions options{
+      .pair = {o.correlation ? Measure::kCorrelation : Measure::kCovariance,
+               o.sample ? Form::kSample : Form::kPopulation},
+      .use_ranks = o.ranks,
+      .listwise_deletion = o.listwise};
+  return CalculateAssociationMatrix(options, variables, kernels);
 }
 
 /// One entry of the matrix of two variables.
@@ -84,7 +88,7 @@ bool IsConstant(const Column& x) {
 
 /// Sums in order of observation; those of the moments where a double does not hold them.
 MomentBlock PlainMoments(const Column& x, bool sample) {
-  MomentBlock moments = ComputeMoments(x, sample);
+  MomentBlock moments = ComputeMoments(x, sample ? Form::kSample : Form::kPopulation);
   const auto n = static_cast<double>(x.size());
   if (n <= (sample ? 1 : 0)) return moments;
   const FloatingPointScope environment;

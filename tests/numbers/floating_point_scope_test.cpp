@@ -14,7 +14,7 @@ TEST_CASE("results do not depend on the environment, which is left as it was") {
   const std::vector<double> values{0.1, 0.2, 0.4, 1e-310};
   const std::vector<double> huge{1e160, 2e160, 4e160, 8e160};
   const double sum = SingleStatistic(StatisticId::kSum, values);
-  const MomentBlock moments = ComputeMoments(huge, true);
+  const MomentBlock moments = ComputeMoments(huge, Form::kSample);
   double foreign_sum = 0;
   double foreign_tiny = 0;
   MomentBlock foreign;
@@ -24,7 +24,7 @@ TEST_CASE("results do not depend on the environment, which is left as it was") {
     const ForeignEnvironment environment;
     foreign_sum = SingleStatistic(StatisticId::kSum, values);
     foreign_tiny = SingleStatistic(StatisticId::kSum, std::vector<double>{1e-310, 1e-310});
-    foreign = ComputeMoments(huge, true);
+    foreign = ComputeMoments(huge, Form::kSample);
     mxcsr = Mxcsr();
     x87 = X87Control();
   }

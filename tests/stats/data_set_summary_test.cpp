@@ -8,7 +8,7 @@ namespace zavrel::tests {
 
 TEST_CASE("a data set's summary as the log shows it") {
   const std::vector<double> values{1, 2, 4, ConditionDouble(kConditionExcluded)};
-  const DataSetSummary summary = SummaryOf(ComputeMoments(values, true), 7, 2);
+  const DataSetSummary summary = SummaryOf(ComputeMoments(values, Form::kSample), 7, 2);
   CHECK(summary.Text() ==
         "{ numTotalData=7, numUsedData=3, numErrs=2, numFiltered=1, min=1, max=4, mean=2.33333, "
         "stdDev=1.52753, variance=2.33333, skewness=0.93522, kurtosis=-nan }");

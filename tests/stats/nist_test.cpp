@@ -29,7 +29,7 @@ double LogRelativeError(double value, double certified) {
 /// `reached`: what the kernels reach, rounded down to a tenth.
 void CheckReached(const std::string& name, const Values& values, Figures certified,
                   Figures reached) {
-  const MomentBlock moments = ComputeMoments(values, true);
+  const MomentBlock moments = ComputeMoments(values, Form::kSample);
   const Figures digits{LogRelativeError(moments.mean, certified.mean),
                        LogRelativeError(moments.standard_deviation, certified.standard_deviation),
                        LogRelativeError(Autocorrelation(values, 1), certified.autocorrelation)};

@@ -29,14 +29,14 @@ Values Sorted(Values values) {
 }
 
 double Lilliefors(const Values& values) {
-  const MomentBlock moments = ComputeMoments(values, true);
+  const MomentBlock moments = ComputeMoments(values, Form::kSample);
   return LargestDistance(Sorted(values), [&](double x) {
     return NormalUpperTail((moments.mean - x) / moments.standard_deviation);
   });
 }
 
 double DurbinWatsonOfDeviations(Values values) {
-  const double mean = ComputeMoments(values, true).mean;
+  const double mean = ComputeMoments(values, Form::kSample).mean;
   for (double& x : values) x -= mean;
   return DurbinWatson(values);
 }

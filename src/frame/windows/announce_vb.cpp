@@ -7,7 +7,7 @@
 
 #include "frame/announce.h"
 #include "frame/announced_text.h"
-#include "frame/worksheet_function.h"
+#include "frame/macro_call.h"
 #include "platform/export.h"
 
 namespace zavrel {

@@ -1,7 +1,7 @@
 // ZavrelGetExceptionInfoVB: what a failure number stands for.
 #include "excel/wide_text.h"
+#include "frame/macro_call.h"
 #include "frame/session.h"
-#include "frame/worksheet_function.h"
 #include "macros/windows/ole_owners.h"
 #include "platform/export.h"
 

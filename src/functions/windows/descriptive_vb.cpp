@@ -7,7 +7,7 @@
 #include <cmath>
 
 #include "bindings/target_computation.h"
-#include "frame/worksheet_function.h"
+#include "frame/macro_call.h"
 #include "macros/windows/vb_numbers.h"
 #include "numbers/error_double.h"
 #include "platform/export.h"
@@ -53,21 +53,21 @@ double ModeOfUnsorted(Numbers numbers, DiscreteSetting setting) {
   ZAV_EXPORT std::int16_t name(SAFEARRAY** array, double* result) {       \
     return OfArray(#name, array, result, [](Numbers x) { computation; }); \
   }
-#define ZAV_MOMENT_VB(name, id, sample) \
-  ZAV_STATISTIC_VB(name, return ComputeMoments(x, sample)[StatisticId::id])
+#define ZAV_MOMENT_VB(name, id, form) \
+  ZAV_STATISTIC_VB(name, return ComputeMoments(x, form)[StatisticId::id])
 #define ZAV_SINGLE_VB(name, id) ZAV_STATISTIC_VB(name, return SingleStatistic(StatisticId::id, x))
 
-ZAV_MOMENT_VB(ZavrelMinVB, kMinimum, false)
-ZAV_MOMENT_VB(ZavrelMaxVB, kMaximum, false)
-ZAV_MOMENT_VB(ZavrelMeanVB, kMean, false)
-ZAV_MOMENT_VB(ZavrelStdDevVB, kStdDev, true)
-ZAV_MOMENT_VB(ZavrelStdDevPVB, kStdDev, false)
-ZAV_MOMENT_VB(ZavrelVarianceVB, kVariance, true)
-ZAV_MOMENT_VB(ZavrelVariancePVB, kVariance, false)
-ZAV_MOMENT_VB(ZavrelSkewnessVB, kSkewness, true)
-ZAV_MOMENT_VB(ZavrelSkewnessPVB, kSkewness, false)
-ZAV_MOMENT_VB(ZavrelKurtosisVB, kKurtosis, true)
-ZAV_MOMENT_VB(ZavrelKurtosisPVB, kKurtosis, false)
+ZAV_MOMENT_VB(ZavrelMinVB, kMinimum, kOnlyForm)
+ZAV_MOMENT_VB(ZavrelMaxVB, kMaximum, kOnlyForm)
+ZAV_MOMENT_VB(ZavrelMeanVB, kMean, kOnlyForm)
+ZAV_MOMENT_VB(ZavrelStdDevVB, kStdDev, Form::kSample)
+ZAV_MOMENT_VB(ZavrelStdDevPVB, kStdDev, Form::kPopulation)
+ZAV_MOMENT_VB(ZavrelVarianceVB, kVariance, Form::kSample)
+ZAV_MOMENT_VB(ZavrelVariancePVB, kVariance, Form::kPopulation)
+ZAV_MOMENT_VB(ZavrelSkewnessVB, kSkewness, Form::kSample)
+ZAV_MOMENT_VB(ZavrelSkewnessPVB, kSkewness, Form::kPopulation)
+ZAV_MOMENT_VB(ZavrelKurtosisVB, kKurtosis, Form::kSample)
+ZAV_MOMENT_VB(ZavrelKurtosisPVB, kKurtosis, Form::kPopulation)
 ZAV_SINGLE_VB(ZavrelSumSqVB, kSumSq)
 ZAV_SINGLE_VB(ZavrelSumDevSqVB, kSumDevSq)
 

@@ -9,7 +9,7 @@
 #include <array>
 #include <span>
 
-#include "frame/worksheet_function.h"
+#include "frame/macro_call.h"
 #include "functions/association_matrix.h"
 #include "macros/windows/double_array.h"
 #include "macros/windows/macro_memory.h"
@@ -34,18 +34,17 @@ constexpr std::int32_t kUnusableSeries = 5;
 
 /// The measure of two series into `result`. 5: arrays that cannot be read, differ in length or have
 /// too few elements, no place for the result, or no memory; it is then as it was.
-std::int32_t OfTwo(const char* name, bool is_correlation, bool sample_divisor, SAFEARRAY** x,
-                   SAFEARRAY** y, double* result) noexcept {
+std::int32_t OfTwo(const char* name, PairOptions pair, SAFEARRAY** x, SAFEARRAY** y,
+                   double* result) noexcept {
   return MacroStatus<std::int32_t>(name, kUnusableSeries, [&]() -> std::int32_t {
     const VbNumbers first(x);
     const VbNumbers second(y);
     if (!IsPlaceFor(result) || !first.ok() || !second.ok()) return kUnusableSeries;
     const VariableColumn columns[] = {first.values(), second.values()};
-    const std::size_t fewest = sample_divisor ? 1 : 0;
+    const std::size_t fewest = pair.form == Form::kSample ? 1 : 0;
     if (columns[0].size() != columns[1].size() || columns[0].size() <= fewest)
       return kUnusableSeries;
-    const AssociationResult association =
-        CalculateAssociationMatrix(is_correlation, false, sample_divisor, false, columns);
+    const AssociationResult association = CalculateAssociationMatrix({.pair = pair}, columns);
     *result = association.error ? ErrorCodedNaN(*association.error) : association.matrix[0][1];
     return kDone;
   });
@@ -63,15 +62,12 @@ DoubleMatrix Transposed(const DoubleMatrix& matrix) {
   return transposed;
 }
 
-std::uint32_t AssociationInto(const char* name, bool is_correlation, std::int32_t use_ranks,
-                              std::int32_t sample_divisor, std::int32_t listwise_deletion,
-                              SAFEARRAY** data, VARIANT* result) noexcept {
+std::uint32_t AssociationInto(const char* name, const AssociationOptions& options, SAFEARRAY** data,
+                              VARIANT* result) noexcept {
   return MacroCall(name, [&] {
     if (result == nullptr) return;
     const DoubleMatrix variables = Transposed(MatrixIn(data));
-    StoreMatrix(AssociationMatrix(is_correlation, use_ranks != 0, sample_divisor != 0,
-                                  listwise_deletion != 0, variables),
-                result);
+    StoreMatrix(AssociationMatrix(options, variables), result);
   });
 }
 
@@ -116,15 +112,16 @@ std::uint32_t EigendataInto(const char* name, SAFEARRAY** matrix, VARIANT* value
 
 /// The sample covariance of two series of equal length, two elements at least.
 ZAV_EXPORT std::int32_t ZavrelCovarianceVB(SAFEARRAY** x, SAFEARRAY** y, double* result) {
-  return OfTwo("ZavrelCovarianceVB", false, true, x, y, result);
+  return OfTwo("ZavrelCovarianceVB", {Measure::kCovariance, Form::kSample}, x, y, result);
 }
 /// The population covariance, of one element at least.
 ZAV_EXPORT std::int32_t ZavrelCovariancePVB(SAFEARRAY** x, SAFEARRAY** y, double* result) {
-  return OfTwo("ZavrelCovariancePVB", false, false, x, y, result);
+  return OfTwo("ZavrelCovariancePVB", {Measure::kCovariance, Form::kPopulation}, x, y, result);
 }
 /// Pearson's correlation coefficient, of one element at least. Without spread: the too-few code.
 ZAV_EXPORT std::int32_t ZavrelCorrelationCoeffVB(SAFEARRAY** x, SAFEARRAY** y, double* result) {
-  return OfTwo("ZavrelCorrelationCoeffVB", true, false, x, y, result);
+  return OfTwo("ZavrelCorrelationCoeffVB", {Measure::kCorrelation, Form::kPopulation}, x, y,
+               result);
 }
 
 /// The covariance matrix of the columns of `data` (observations in rows) into `result`; the options
@@ -133,16 +130,20 @@ ZAV_EXPORT std::uint32_t CalculateCovarianceMatrixVB(std::int32_t use_ranks,
                                                      std::int32_t sample_divisor,
                                                      std::int32_t listwise_deletion,
                                                      SAFEARRAY** data, VARIANT* result) {
-  return AssociationInto("CalculateCovarianceMatrixVB", false, use_ranks, sample_divisor,
-                         listwise_deletion, data, result);
+  return AssociationInto(
+      "CalculateCovarianceMatrixVB",
+      OptionsOf(Measure::kCovariance, use_ranks != 0, sample_divisor != 0, listwise_deletion != 0),
+      data, result);
 }
 /// The same for correlations.
 ZAV_EXPORT std::uint32_t CalculateCorrelationMatrixVB(std::int32_t use_ranks,
                                                       std::int32_t sample_divisor,
                                                       std::int32_t listwise_deletion,
                                                       SAFEARRAY** data, VARIANT* result) {
-  return AssociationInto("CalculateCorrelationMatrixVB", true, use_ranks, sample_divisor,
-                         listwise_deletion, data, result);
+  return AssociationInto(
+      "CalculateCorrelationMatrixVB",
+      OptionsOf(Measure::kCorrelation, use_ranks != 0, sample_divisor != 0, listwise_deletion != 0),
+      data, result);
 }
 
 ZAV_EXPORT VARIANT MatrixAddVB(SAFEARRAY** a, SAFEARRAY** b) {

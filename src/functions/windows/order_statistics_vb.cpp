@@ -15,7 +15,7 @@
 #include <cmath>
 
 #include "bindings/target_computation.h"
-#include "frame/worksheet_function.h"
+#include "frame/macro_call.h"
 #include "macros/windows/vb_numbers.h"
 #include "numbers/error_double.h"
 #include "platform/export.h"

@@ -3,7 +3,7 @@
 #include "diagnostics/vek_exception.h"
 #include "excel/excel_call.h"
 #include "excel/reference.h"
-#include "frame/worksheet_function.h"
+#include "frame/macro_call.h"
 #include "macros/windows/double_array.h"
 #include "macros/windows/range_object.h"
 #include "macros/windows/vb_array.h"

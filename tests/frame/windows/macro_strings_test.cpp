@@ -10,9 +10,9 @@
 
 #include "diagnostics/vek_exception.h"
 #include "frame/fake_excel.h"
+#include "frame/macro_call.h"
 #include "frame/opening.h"
 #include "frame/session.h"
-#include "frame/worksheet_function.h"
 
 extern "C" void InitializeXlaInformationVB(IDispatch*, IDispatch*, std::uint16_t, BSTR,
                                            std::int32_t, BSTR, BSTR);

@@ -1,4 +1,4 @@
-#include "excel/scalar_argument.h"
+#include "data/scalar_argument.h"
 
 #include <doctest/doctest.h>
 
@@ -9,45 +9,47 @@ using namespace zavrel::tests;
 
 namespace {
 
-using enum ScalarStatus;
-
-Scalar<ScalarValue> Read(char letter, const XXloper& argument) {
+OrFailure<ScalarValue> Read(char letter, const XXloper& argument) {
   const auto kind = ScalarKindOf(letter);
   REQUIRE(kind.has_value());
-  return ReadScalar(*kind, argument);
+  return ReadScalar(*kind, &argument.record());
 }
 
 double Number(char letter, const XXloper& argument) {
-  const Scalar<ScalarValue> read = Read(letter, argument);
-  REQUIRE(read.given());
-  return std::get<double>(read.value);
+  return std::get<double>(*Read(letter, argument));
 }
 
 std::int32_t Integer(const XXloper& argument) {
-  const Scalar<std::int32_t> read = ReadInteger(argument, Presence::kRequired);
-  REQUIRE(read.given());
-  return read.value;
+  return (*ReadInteger(&argument.record(), Presence::kRequired)).value();
 }
 
-bool FailsUnnamed(char letter, const XXloper& argument) {
-  const Scalar<ScalarValue> read = Read(letter, argument);
-  return read.status == kFailed && !read.error;
+bool IsLeftOut(char letter, const XXloper& argument) {
+  const auto read = Read(letter, argument);
+  return read.ok() && std::holds_alternative<std::monostate>(*read);
 }
+
+/// The error that a reading fails with; -1 when it does not, or only has to wait.
+std::int32_t ErrorOf(char letter, const XXloper& argument) {
+  const auto read = Read(letter, argument);
+  return read.ok() || read.failure().uncalculated() ? -1 : read.failure().value().record().val.err;
+}
+
+bool Fails(char letter, const XXloper& argument) { return ErrorOf(letter, argument) == xlerrValue; }
 
 }  // namespace
 
 TEST_CASE("Letters mean what they say; those of data sets mean nothing here") {
   for (const char letter : {'R', 'r', 'V', 'v', 'P', ' '}) CHECK_FALSE(ScalarKindOf(letter));
   for (const char letter : {'D', 'L', 'S', 'B'}) {
-    CHECK(FailsUnnamed(letter, XXloper::Missing()));
+    CHECK(Fails(letter, XXloper::Missing()));
     const auto optional_letter = static_cast<char>(letter - 'A' + 'a');
-    CHECK(Read(optional_letter, XXloper::Missing()).status == kNotGiven);
-    CHECK(Read(optional_letter, XXloper::Nil()).status == kNotGiven);
+    CHECK(IsLeftOut(optional_letter, XXloper::Missing()));
+    CHECK(IsLeftOut(optional_letter, XXloper::Nil()));
   }
   CHECK(Number('D', XXloper::Nil()) == 0);
-  CHECK(std::get<std::int32_t>(Read('L', XXloper::Nil()).value) == 0);
-  CHECK(std::get<std::u16string>(Read('S', XXloper::Nil()).value).empty());
-  CHECK(std::get<bool>(Read('B', XXloper::Nil()).value) == false);
+  CHECK(std::get<std::int32_t>(*Read('L', XXloper::Nil())) == 0);
+  CHECK(std::get<std::u16string>(*Read('S', XXloper::Nil())).empty());
+  CHECK(std::get<bool>(*Read('B', XXloper::Nil())) == false);
 }
 
 TEST_CASE("Numbers and integers") {
@@ -59,36 +61,36 @@ TEST_CASE("Numbers and integers") {
   CHECK(excel.calls.empty());
   CHECK(Number('D', XXloper::Text(u"12.5")) == 12.5);
   for (const XXloper& bad : {XXloper::Text(u"abc"), XXloper::Text(u""), XXloper::Number(1.0 / 0.0)})
-    CHECK(FailsUnnamed('d', bad));
+    CHECK(Fails('d', bad));
 
   CHECK(Integer(XXloper::Number(2.9)) == 2);
   CHECK(Integer(XXloper::Number(-2.9)) == -2);
   CHECK(Integer(XXloper::Number(2147483647.5)) == 2147483647);
   CHECK(Integer(XXloper::Text(u"3.7")) == 3);
-  CHECK(FailsUnnamed('L', XXloper::Number(2147483648.0)));
-  CHECK(FailsUnnamed('L', XXloper::Number(-2147483649.0)));
+  CHECK(Fails('L', XXloper::Number(2147483648.0)));
+  CHECK(Fails('L', XXloper::Number(-2147483649.0)));
   CHECK(excel.faults.empty());
 }
 
 TEST_CASE("Texts and booleans speak the host's language") {
   ScriptedExcel excel;
   excel.AnswerCoercions();
-  const auto text = [](const XXloper& value) { return ReadText(value, Presence::kOptional).value; };
+  const auto text = [](const XXloper& value) {
+    return (*ReadText(&value.record(), Presence::kOptional)).value();
+  };
   CHECK(text(XXloper::Text(u"qtox")) == u"qtox");
   CHECK(text(XXloper::Number(2.5)) == u"2,5");
   CHECK(text(XXloper::Boolean(true)) == u"WAHR");
   CHECK(excel.unfreed() == 0);
 
   const auto boolean = [](const XXloper& value) {
-    const Scalar<bool> read = ReadBoolean(value, Presence::kRequired);
-    REQUIRE(read.given());
-    return read.value;
+    return (*ReadBoolean(&value.record(), Presence::kRequired)).value();
   };
   CHECK(boolean(XXloper::Number(-0.5)));
   CHECK_FALSE(boolean(XXloper::Number(0)));
   CHECK(boolean(XXloper::Text(u"WAHR")));
   CHECK_FALSE(boolean(XXloper::Text(u"0")));
-  CHECK(FailsUnnamed('B', XXloper::Text(u"maybe")));
+  CHECK(Fails('B', XXloper::Text(u"maybe")));
   CHECK(excel.faults.empty());
 }
 
@@ -100,24 +102,22 @@ TEST_CASE("An array gives its upper left element, unless it holds an error") {
   XXloperArray empty_first(1, 2, ExcelError::kNum);
   empty_first.SetEmpty(0);
   empty_first.SetNumber(1, 1);
-  CHECK(Read('d', std::move(empty_first).Finish()).status == kNotGiven);
+  CHECK(IsLeftOut('d', std::move(empty_first).Finish()));
 
   XXloperArray with_errors(1, 3, ExcelError::kNA);
   with_errors.SetNumber(0, 4);
   with_errors.SetError(1, ExcelError::kDiv0);
   const XXloper errors = std::move(with_errors).Finish();
   for (const char letter : {'D', 'l', 'S', 'b'}) {
-    const auto read = Read(letter, errors);
-    CHECK(read.status == kFailed);
-    CHECK(read.error == xlerrDiv0);
-    CHECK(Read(letter, XXloper::ErrorByCode(xlerrNull)).error == xlerrNull);
+    CHECK(ErrorOf(letter, errors) == xlerrDiv0);
+    CHECK(ErrorOf(letter, XXloper::ErrorByCode(xlerrNull)) == xlerrNull);
   }
   XLOPER12 hostile{};
   hostile.xltype = xltypeMulti;
   hostile.val.array = {nullptr, 1000000, 16384};
-  CHECK(FailsUnnamed('S', XXloper::FromArgument(&hostile)));
+  CHECK(Fails('S', XXloper::FromArgument(&hostile)));
   hostile.xltype = xltypeFlow;
-  CHECK(FailsUnnamed('D', XXloper::FromArgument(&hostile)));
+  CHECK(Fails('D', XXloper::FromArgument(&hostile)));
 }
 
 TEST_CASE("A reference is looked up, one cell of it; uncalculated cells are told apart") {
@@ -133,15 +133,15 @@ TEST_CASE("A reference is looked up, one cell of it; uncalculated cells are told
   });
   CHECK(Number('D', reference) == 6);
   excel.AnswerCoercions(XXloper::Nil());
-  CHECK(Read('d', reference).status == kNotGiven);
+  CHECK(IsLeftOut('d', reference));
   excel.AnswerCoercions(XXloper::Error(ExcelError::kRef));
-  CHECK(Read('L', reference).error == xlerrRef);
+  CHECK(ErrorOf('L', reference) == xlerrRef);
 
   for (const int code : {xlretUncalced, xlretAbort}) {
     excel.On(xlCoerce, [code](ScriptedExcel::Arguments, XLOPER12&) { return code; });
     for (const char letter : {'d', 'L', 'S', 'b'})
-      CHECK(Read(letter, reference).status == kUncalculated);
-    CHECK(Read('B', XXloper::Text(u"x")).status == kUncalculated);
+      CHECK(Read(letter, reference).failure().uncalculated());
+    CHECK(Read('B', XXloper::Text(u"x")).failure().uncalculated());
   }
   // A host that answers with an array: its first element is read before the array is freed.
   excel.On(xlCoerce, [&](ScriptedExcel::Arguments, XLOPER12& result) {
@@ -152,8 +152,8 @@ TEST_CASE("A reference is looked up, one cell of it; uncalculated cells are told
   CHECK(Number('D', reference) == 8);
   CHECK(excel.unfreed() == 0);
   excel.On(xlCoerce, [](ScriptedExcel::Arguments, XLOPER12&) { return xlretFailed; });
-  CHECK(FailsUnnamed('D', reference));
+  CHECK(Fails('D', reference));
   const XLOPER12 nowhere = ReferenceTo({-1, 5, 0, 0});
-  CHECK(FailsUnnamed('D', XXloper::FromArgument(&nowhere)));
+  CHECK(Fails('D', XXloper::FromArgument(&nowhere)));
   CHECK(excel.faults.empty());
 }

@@ -8,17 +8,18 @@
 //   S s  a text                 B b  a boolean
 //   R r  a data set             V    a data set of this and all further arguments
 //
-// R, r and V are read by the data layer; this file reads the others, by these rules:
+// R, r and V are data/data_argument.h's; this file reads the others, by these rules:
 //
 // - Left out. An omitted argument, and for an optional letter an empty cell too, is not given. A
 //   required letter takes an empty cell as 0, FALSE or the empty text, as Excel's own functions and
 //   its own marshalling of number arguments do, and fails on an omitted argument.
-// - Errors. An error value fails and is named, so that a function may pass it on. An array that
-//   holds an error anywhere fails with its first one.
+// - Errors. An error value fails as that error, which a function may pass on. An array that holds
+// an
+//   error anywhere fails with its first one.
 // - Arrays and references give their upper left element; a reference is looked up in the host
 //   first, one cell only. A cell that is not calculated yet is told apart from every failure.
 // - D takes a finite number, an integer, a boolean as 1 or 0, and a text that the host reads as a
-//   number. Every other text fails, without naming an error.
+//   number. Every other text fails.
 // - L is a number cut towards zero, as Excel's own functions cut (2.9 is 2, -2.9 is -2). One that
 //   does not fit in 32 bits fails.
 // - S takes every single value; the host makes the text of a number (as in General format) and of a
@@ -31,32 +32,23 @@
 #include <string>
 #include <variant>
 
+#include "excel/or_failure.h"
 #include "excel/xxloper.h"
 
 namespace zavrel {
 
-enum class ScalarStatus {
-  kGiven,
-  kNotGiven,      // an optional argument that was left out
-  kFailed,        // cannot be what its letter asks for
-  kUncalculated,  // the host has still to calculate a cell: the function returns at once
-};
-
-template <class T>
-struct Scalar {
-  ScalarStatus status = ScalarStatus::kFailed;
-  T value{};                            // of a given argument
-  std::optional<std::int32_t> error{};  // of a failed one: Excel's code, if it is or holds an error
-
-  bool given() const { return status == ScalarStatus::kGiven; }
-};
-
 enum class Presence : bool { kRequired, kOptional };
 
-Scalar<double> ReadNumber(const XXloper& argument, Presence presence);
-Scalar<std::int32_t> ReadInteger(const XXloper& argument, Presence presence);
-Scalar<std::u16string> ReadText(const XXloper& argument, Presence presence);
-Scalar<bool> ReadBoolean(const XXloper& argument, Presence presence);
+/// Nothing for an optional argument that was left out.
+template <class T>
+using Scalar = OrFailure<std::optional<T>>;
+
+// The argument may be null, which is an omitted one. A failure is the error that the argument is or
+// holds, #VALUE! for what is not what the letter asks for, or uncalculated.
+Scalar<double> ReadNumber(const XLOPER12* argument, Presence presence);
+Scalar<std::int32_t> ReadInteger(const XLOPER12* argument, Presence presence);
+Scalar<std::u16string> ReadText(const XLOPER12* argument, Presence presence);
+Scalar<bool> ReadBoolean(const XLOPER12* argument, Presence presence);
 
 enum class ScalarType { kNumber, kInteger, kText, kBoolean };
 struct ScalarKind {
@@ -67,8 +59,9 @@ struct ScalarKind {
 /// What a letter stands for; nothing for R, r, V and letters without a meaning.
 std::optional<ScalarKind> ScalarKindOf(char letter);
 
-/// A double, a whole number, a text or a boolean, after the kind's type.
+/// A double, a whole number, a text or a boolean, after the kind's type; nothing where it was left
+/// out.
 using ScalarValue = std::variant<std::monostate, double, std::int32_t, std::u16string, bool>;
-Scalar<ScalarValue> ReadScalar(ScalarKind kind, const XXloper& argument);
+OrFailure<ScalarValue> ReadScalar(ScalarKind kind, const XLOPER12* argument);
 
 }  // namespace zavrel

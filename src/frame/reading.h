@@ -1,0 +1,66 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "data/get_parameters.h"
+
+namespace zavrel {
+
+/// How a worksheet function reads its arguments, and what its cell shows when it cannot.
+///
+///   Reading("RD", MissingDataPolicy::kPositional).Paired()
+class Reading {
+ public:
+  /// Of single values alone; data/scalar_argument.h lists the kind letters.
+  constexpr explicit Reading(std::string_view kinds) : kinds_(kinds) {}
+  /// Of data as well, under this policy.
+  constexpr Reading(std::string_view kinds, MissingDataPolicy policy)
+      : kinds_(kinds), policy_(policy) {}
+
+  /// The data must have equally many numbers.
+  constexpr Reading EqualLengths() const { return With(Lengths::kEqual); }
+  /// The data are read as pairs, row by row.
+  constexpr Reading Paired() const { return With(Lengths::kPaired); }
+  /// Unless the condition holds, the call is an error before anything is read.
+  constexpr Reading OnlyIf(bool condition, ExcelError otherwise = ExcelError::kValue) const {
+    Reading reading = *this;
+    if (!condition) reading.refusal_ = otherwise;
+    return reading;
+  }
+  /// The cell never shows an error but the empty text, whatever went wrong.
+  constexpr Reading ShowingEmptyText() const {
+    Reading reading = *this;
+    reading.shows_empty_text_ = true;
+    return reading;
+  }
+  /// What exhausted memory shows; #N/A unless it is said.
+  constexpr Reading WithoutMemory(ExcelError error) const {
+    Reading reading = *this;
+    reading.without_memory_ = error;
+    return reading;
+  }
+
+  OrFailure<Parameters> Read(Arguments arguments) const {
+    if (refusal_) return Failure(*refusal_);
+    return GetParameters(kinds_, policy_, arguments, {.lengths = lengths_});
+  }
+  bool shows_empty_text() const { return shows_empty_text_; }
+  ExcelError without_memory() const { return without_memory_; }
+
+ private:
+  constexpr Reading With(Lengths lengths) const {
+    Reading reading = *this;
+    reading.lengths_ = lengths;
+    return reading;
+  }
+
+  std::string_view kinds_;
+  MissingDataPolicy policy_ = MissingDataPolicy::kNumbersOnly;
+  Lengths lengths_ = Lengths::kAny;
+  std::optional<ExcelError> refusal_;
+  bool shows_empty_text_ = false;
+  ExcelError without_memory_ = ExcelError::kNA;
+};
+
+}  // namespace zavrel
