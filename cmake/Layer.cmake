@@ -16,3 +16,14 @@ function(zavrel_layer target folder)
   target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/src)
   target_link_libraries(${target} PUBLIC zavrel_options ${ARGN})
 endfunction()
+
+# zavrel_function_tables(TARGET DATA): the tables of an add-in's functions, made of its functions.json, in the layer
+# that defines the functions.
+function(zavrel_function_tables target data)
+  set(frame ${PROJECT_SOURCE_DIR}/src/frame)
+  set(tables ${CMAKE_CURRENT_BINARY_DIR}/${target}_tables.cpp)
+  add_custom_command(OUTPUT ${tables}
+    COMMAND ${PYTHON3} -B ${frame}/function_tables.py ${data} ${tables}
+    DEPENDS ${frame}/function_tables.py ${frame}/function_data.py ${data} VERBATIM)
+  target_sources(${target} PRIVATE ${tables})
+endfunction()

@@ -1,4 +1,4 @@
-"""The compiled help file, whose topics carry the ids of the registration table.
+"""The compiled help file, whose topics carry the ids of the registration.
 
 chmcmd (Free Pascal) writes the folder it works in into the paths of the topics, unless that is the root
 folder: it runs in a mount namespace of its own whose root is the help folder.
@@ -20,14 +20,7 @@ def file_name(language):
 
 def topic_ids():
     """The page of each topic id."""
-    ids = {}
-    for function in registration.functions():
-        if function.topic == -1:
-            continue
-        if function.topic in ids:
-            raise SystemExit(f"help topic {function.topic} belongs to {ids[function.topic]} and {function.name}")
-        ids[function.topic] = function.name
-    return ids
+    return {function.topic: function.name for function in registration.functions() if function.topic is not None}
 
 
 def _node(title, page=None):

@@ -21,7 +21,7 @@ def make(language):
     for name, page in pages.pages_in(language).items():
         function = page.function
         attributes = {"Name": name, "Description": page.summary(language).replace("`", "")}
-        if function.topic != -1:
+        if function.topic is not None:
             attributes["HelpTopic"] = f"{compiled_help.file_name(language)}!{function.topic}"
         element = tree.SubElement(info, "Function", attributes)
         for argument, text in _arguments(page, language):

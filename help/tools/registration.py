@@ -1,77 +1,22 @@
-"""The registered worksheet functions with their texts, from the registration table and the message files."""
+"""The registered worksheet functions with their texts, from the add-in's functions.json and the message files."""
 
-import dataclasses
 import functools
 import pathlib
 import re
+import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-TABLE = ROOT / "src/frame/registration_table.cpp"
+sys.path.insert(0, str(ROOT / "src/frame"))
+from function_data import CATEGORIES, Function, read  # noqa: E402, F401
+
 TEXTS = ROOT / "companions/messages/texts"
 LANGUAGES = sorted(file.stem for file in TEXTS.glob("*.txt"))
 FIRST_CATEGORY = 400
 
 
-@dataclasses.dataclass(frozen=True)
-class Function:
-    """A row of the table. Texts are literals, or ids of messages; an empty literal is no text."""
-
-    name: str
-    export: str
-    listed: bool
-    topic: int  # -1: none
-    category: int
-    arity: int | None  # how many arguments are registered; None: 30
-    argument_text: object
-    help: object
-    argument_helps: tuple
-    repeats: bool  # the last argument help serves all further arguments
-    extension: bool
-
-    @property
-    def is_private(self):
-        """Called by macros of the suite only."""
-        return re.search(r"Private2?$", self.name) is not None
-
-
-def _arity(types):
-    """From a type text: a letter for the result and one for each argument, and marks."""
-    if not types.startswith('"'):
-        return None
-    return len(re.sub(r"[!%$#]", "", types.strip('"'))) - 1
-
-
-def _text(word):
-    word = word.strip()
-    if word == "kEmpty":
-        return ""
-    return int(word) if word.isdigit() else word.strip('"')
-
-
-_ROW = re.compile(
-    r'^    \{(?P<applications>\w+), "(?P<export>\w+)", (?P<types>[^,]+), "(?P<name>\w+)", (?P<arguments>[^,]+), '
-    r'(?P<listed>\w+), (?P<topic>\w+), (?P<category>\d+), (?P<help>[^,]+), (?P<helps>.*)\},$', re.M)
-
-
 @functools.cache
 def functions():
-    source = TABLE.read_text(encoding="utf-8")
-    extension_begins = source.index("kExtensionTable[] = {")
-    rows = []
-    for row in _ROW.finditer(source):
-        helps = [] if row["helps"] == "kTwentyEmpty" else [h for h in row["helps"].strip("{}").split(",") if h.strip()]
-        repeats = bool(helps) and helps[-1].strip() == "kRepeatLast"
-        rows.append(Function(
-            name=row["name"], export=row["export"], listed=row["listed"] == "kListed",
-            topic=-1 if row["topic"] == "kNoTopic" else int(row["topic"]), category=int(row["category"]),
-            arity=_arity(row["types"]),
-            argument_text=_text(row["arguments"]), help=_text(row["help"]),
-            argument_helps=tuple(_text(h) for h in (helps[:-1] if repeats else helps)), repeats=repeats,
-            extension=row.start() > extension_begins))
-    stated = sum(int(n) for n in re.findall(r"static_assert\(std::size\(k\w+Table\) == (\d+)\)", source))
-    if len(rows) != stated:
-        raise SystemExit(f"{TABLE}: {stated} rows, but {len(rows)} of them can be read")
-    return rows
+    return read(ROOT / "src/functions/functions.json").functions
 
 
 @functools.cache
@@ -88,7 +33,7 @@ def resolve(text, language):
 
 
 def category_name(function, language):
-    return messages(language)[FIRST_CATEGORY + function.category]
+    return messages(language)[FIRST_CATEGORY + CATEGORIES.index(function.category)]
 
 
 def argument_names(function, language):

@@ -36,7 +36,7 @@ ApplicationRecord::ApplicationRecord(const Announcement& announcement)
 }
 
 std::u16string ProductName(unsigned application_id) {
-  if (application_id == 5) return u"Zavrel";
+  if (application_id == kFunctionsCompanion) return u"Zavrel";
   return u"Application" + Utf16FromUtf8(std::to_string(application_id));
 }
 
@@ -47,6 +47,11 @@ ProductVersion ParseVersion(std::u16string_view text) {
   const auto minor = TakeNumber(text);
   if (!minor) return {};
   return {*major, *minor};
+}
+
+std::u16string ProductKey(std::u16string_view product, ProductVersion version) {
+  return u"Software\\Brennic\\" + std::u16string(product) + u'\\' +
+         Utf16FromUtf8(std::to_string(version.major) + '.' + std::to_string(version.minor));
 }
 
 bool ApplicationTable::Store(const Announcement& announcement) {
@@ -75,10 +80,8 @@ std::uint32_t ApplicationTable::Mask() const {
 
 std::u16string ApplicationTable::HelpKey(unsigned application_id) const {
   const ApplicationRecord* record = Find(application_id);
-  const ProductVersion version =
-      record != nullptr ? ParseVersion(record->version) : ProductVersion();
-  return u"Software\\Brennic\\" + ProductName(application_id) + u'\\' +
-         Utf16FromUtf8(std::to_string(version.major) + '.' + std::to_string(version.minor));
+  return ProductKey(ProductName(application_id),
+                    record != nullptr ? ParseVersion(record->version) : ProductVersion());
 }
 
 }  // namespace zavrel

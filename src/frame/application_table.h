@@ -14,6 +14,12 @@ namespace zavrel {
 
 inline constexpr std::size_t kApplications = 10;
 
+// The ids of the companions in whose help the categories of functions are looked up.
+inline constexpr unsigned kGeneralCompanion = 0;
+inline constexpr unsigned kMultivariateCompanion = 1;
+inline constexpr unsigned kTimeSeriesCompanion = 3;
+inline constexpr unsigned kFunctionsCompanion = 5;  // the product's own macro add-in
+
 /// What a companion says when it announces itself. The automation objects may be null.
 struct Announcement {
   void* excel_application = nullptr;
@@ -38,8 +44,8 @@ struct ApplicationRecord {
   std::u16string help_location;
 };
 
-/// The product an application belongs to, as its part of a registry key: "Zavrel" for application
-/// 5, the product's own, and "Application3" for one that has no name of its own here.
+/// The product an application belongs to, as its part of a registry key: "Zavrel" for the product's
+/// own, and "Application3" for one that has no name of its own here.
 std::u16string ProductName(unsigned application_id);
 
 /// Major and minor number at the start of a version text ("8.2.1" gives 8 and 2). Anything that
@@ -50,6 +56,9 @@ struct ProductVersion {
   bool operator==(const ProductVersion&) const = default;
 };
 ProductVersion ParseVersion(std::u16string_view text);
+
+/// The registry key of a product in either hive.
+std::u16string ProductKey(std::u16string_view product, ProductVersion version = {});
 
 /// Ten slots, one per application id.
 class ApplicationTable {

@@ -8,7 +8,7 @@ namespace zavrel {
 
 /// Opens the session and registers what is always registered. 1 on success, and when it is open
 /// already; 0 after a failure, which has been shown.
-ZAV_EXPORT std::int32_t xlAutoOpen() { return OpenAddIn() ? 1 : 0; }
+ZAV_EXPORT std::int32_t xlAutoOpen() { return OpenAddIn(ThisAddIn()) ? 1 : 0; }
 
 /// Takes everything back. Harmless when nothing is open. Excel calls this before it asks whether to
 /// save, and the user may cancel: opening again afterwards starts a new session.

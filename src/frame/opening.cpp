@@ -19,9 +19,17 @@
 namespace zavrel {
 namespace {
 
-constexpr const char16_t* kComponent = u"ZavrelFuncs";
+/// What the latest opening was given.
+struct {
+  AddIn add_in;
+  SessionServices (*services)() = nullptr;
+} opened_with;
 
-SessionServices (*opened_with)() = nullptr;  // what the latest opening was given
+/// "VekZavrelFuncs8": what the session and its log are called.
+std::string SessionName(const AddIn& add_in) {
+  return "Vek" + Utf8FromUtf16(add_in.name) +
+         std::to_string(LibraryIdentity::OfThisLibrary().major_version);
+}
 
 /// Excel's callback: the loaded module XLCall32 tells it, or Excel's own program exports it. Looked
 /// for when the add-in opens rather than at process attach, where XLCall32's code must not be
@@ -85,7 +93,7 @@ void ShowFailure(const VekException& failure) noexcept {
 
 }  // namespace
 
-bool OpenAddIn(SessionServices (*services)()) noexcept {
+bool OpenAddIn(AddIn add_in, SessionServices (*services)()) noexcept {
   if (Session::Current() != nullptr) {
     LogLine("xlAutoOpen: open already\n");
     return true;
@@ -94,11 +102,11 @@ bool OpenAddIn(SessionServices (*services)()) noexcept {
     FindExcelCallback();
     // The system calls back into this library when a thread ends, and the log has a thread of its
     // own: if the library is let go without being closed first, its code must still be there.
-    PinModuleContaining(&kComponent);
-    OpenLog(TemporaryFolder(), SessionName());
+    PinModuleContaining(&opened_with);
+    OpenLog(TemporaryFolder(), SessionName(add_in));
     WriteOpeningLines();
-    Session::Open(services());
-    opened_with = services;
+    Session::Open(add_in, services());
+    opened_with = {add_in, services};
     return true;
   } catch (const VekException& failure) {
     ShowFailure(failure);
@@ -107,7 +115,7 @@ bool OpenAddIn(SessionServices (*services)()) noexcept {
     // told no more than that the add-in did not start.
     try {
       ShowFailure(VekUnknownException("xlAutoOpen", messages::kMessageStartFailed,
-                                      {std::u16string(kComponent)}));
+                                      {std::u16string(add_in.name)}));
     } catch (...) {
     }
   }
@@ -115,7 +123,9 @@ bool OpenAddIn(SessionServices (*services)()) noexcept {
   return false;
 }
 
-bool ReopenAddIn() noexcept { return opened_with != nullptr && OpenAddIn(opened_with); }
+bool ReopenAddIn() noexcept {
+  return opened_with.services != nullptr && OpenAddIn(opened_with.add_in, opened_with.services);
+}
 
 void CloseAddIn() noexcept {
   if (Session::Current() == nullptr) return;

@@ -7,13 +7,13 @@
 
 #include "excel/excel_call.h"
 #include "excel/wide_text.h"
+#include "frame/application_table.h"
 
 namespace zavrel {
 namespace {
 
-constexpr std::size_t kCategories = 12;
-constexpr std::uint32_t kFirstCategoryMessage = 400;
-constexpr std::size_t kFixedArguments = 10;  // up to and with the function help
+constexpr std::uint32_t kFirstCategoryMessage = 400;  // and the other categories' behind it
+constexpr std::size_t kFixedArguments = 10;           // up to and with the function help
 
 std::u16string Resolve(TextReference text, const RegistrationSources& sources) {
   if (text.is_null()) return {};
@@ -63,17 +63,18 @@ std::u16string WideTypeText(std::string_view type_text) {
   return wide;
 }
 
-unsigned HelpOwner(unsigned category, std::uint32_t application_mask) {
+unsigned HelpOwner(WizardCategory category, std::uint32_t application_mask) {
   switch (category) {
-    case 3:
-      return (application_mask & 1u << 1) != 0 ? 1 : 0;
-    case 4:
-      return 3;
-    case 7:
-    case 8:
-      return 5;
+    case WizardCategory::kMultivariateAnalysis:
+      return (application_mask & 1u << kMultivariateCompanion) != 0 ? kMultivariateCompanion
+                                                                    : kGeneralCompanion;
+    case WizardCategory::kTimeSeries:
+      return kTimeSeriesCompanion;
+    case WizardCategory::kStatisticalFunctions:
+    case WizardCategory::kDistributionFunctions:
+      return kFunctionsCompanion;
     default:
-      return 0;
+      return kGeneralCompanion;
   }
 }
 
@@ -84,23 +85,27 @@ std::u16string HelpTopic(std::u16string_view help_file, int topic_id) {
 
 void Registration::Register(std::uint32_t application_mask, const RegistrationSources& sources) {
   Unregister();
-  const std::uint32_t mask = application_mask | kAlwaysRegistered;
+  const auto is_wanted = [mask = application_mask | kAlwaysRegistered](const RegistrationRow& row) {
+    return (row.application_mask & mask) != 0;
+  };
+  if (std::none_of(table_.rows.begin(), table_.rows.end(), is_wanted)) return;
+  if (table_.is_available != nullptr && !table_.is_available()) return;
 
-  std::array<std::u16string, kCategories> categories;
-  for (std::size_t i = 0; i < kCategories; ++i) {
+  std::array<std::u16string, kWizardCategories> categories;
+  for (std::size_t i = 0; i < kWizardCategories; ++i) {
     categories[i] = sources.message(kFirstCategoryMessage + static_cast<std::uint32_t>(i));
   }
   std::map<unsigned, std::u16string> help_files;  // each owner's is looked up once
 
-  ids_.reserve(table_.size());
-  for (const RegistrationRow& row : table_) {
-    if ((row.application_mask & mask) == 0) continue;
+  ids_.reserve(table_.rows.size());
+  for (const RegistrationRow& row : table_.rows) {
+    if (!is_wanted(row)) continue;
     const unsigned owner = HelpOwner(row.category, application_mask);
     auto known = help_files.find(owner);
     if (known == help_files.end()) {
       known = help_files.emplace(owner, sources.help_file(owner)).first;
     }
-    RegisterRow(row, categories[row.category], known->second, sources);
+    RegisterRow(row, categories[static_cast<std::size_t>(row.category)], known->second, sources);
   }
 }
 

@@ -4,13 +4,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "excel/xxloper.h"
-#include "frame/registration_table.h"
+#include "frame/add_in.h"
 
 namespace zavrel {
 
@@ -21,9 +20,9 @@ inline constexpr std::size_t kRegistrationTextLimit = 255;
 /// end (thread-safe) goes.
 std::u16string WideTypeText(std::string_view type_text);
 
-/// The companion application that owns the help of a category. `application_mask`: the announced
-/// ones.
-unsigned HelpOwner(unsigned category, std::uint32_t application_mask);
+/// The companion application whose help has the topics of a category. `application_mask`: the
+/// announced ones.
+unsigned HelpOwner(WizardCategory category, std::uint32_t application_mask);
 
 /// "FILE!TOPIC", or nothing when there is no help file or no topic.
 std::u16string HelpTopic(std::u16string_view help_file, int topic_id);
@@ -39,12 +38,12 @@ struct RegistrationSources {
 /// left out and the next one follows.
 class Registration {
  public:
-  explicit Registration(std::span<const RegistrationRow> table) : table_(table) {}
+  explicit Registration(const FunctionTable& table) : table_(table) {}
   Registration(const Registration&) = delete;
   Registration& operator=(const Registration&) = delete;
 
   /// Takes back what is registered, then registers the rows that any application of the mask, or
-  /// everyone (bit 31), wants.
+  /// everyone (bit 31), wants, if what the table needs is available.
   void Register(std::uint32_t application_mask, const RegistrationSources& sources);
   void Unregister();
 
@@ -55,7 +54,7 @@ class Registration {
   void RegisterRow(const RegistrationRow& row, const std::u16string& category,
                    const std::u16string& help_file, const RegistrationSources& sources);
 
-  std::span<const RegistrationRow> table_;
+  FunctionTable table_;
   std::vector<double> ids_;
 };
 

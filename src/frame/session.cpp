@@ -1,10 +1,9 @@
 #include "frame/session.h"
 
-#include <algorithm>
 #include <exception>
+#include <ranges>
 #include <utility>
 
-#include "bindings/nonparametric_library.h"
 #include "diagnostics/log_line.h"
 #include "platform/memory_status.h"
 #include "platform/operating_system.h"
@@ -20,9 +19,9 @@ constexpr const char16_t* kLoadedMutexName = u"Zavrel   is loaded mutex name 098
 // makes.
 constexpr const char16_t* kHelpValue = u"HelpLocation";
 
-// Under this key of the user's hive stands the language that each companion, by its application id,
-// last announced: what a set-up program or a viewer of the log asks for.
-constexpr const char16_t* kLanguagesKey = u"Software\\Brennic\\ZavrelFuncs\\8.0\\Languages";
+// Below the add-in's key in the user's hive stands the language that each companion, by its
+// application id, last announced: what a set-up program or a viewer of the log asks for.
+constexpr const char16_t* kLanguagesKey = u"\\Languages";
 
 /// Never destroyed: when Excel unloads the library without closing it, or the process ends, nothing
 /// of Excel may be called any more.
@@ -44,7 +43,6 @@ std::string Describe(const Announcement& announced) {
 SessionServices SessionServices::OfThisMachine() {
   return {
       .messages = [] { return MessageLibrary::Open(LibraryIdentity::OfThisLibrary().folder); },
-      .extension_present = [] { return ExtensionIsPresent(); },
       .memory_load = [] { return ReadMemoryStatus().load_percent; },
       .machine_text = [](const std::u16string& key,
                          const std::u16string& name) -> std::optional<std::u16string> {
@@ -62,21 +60,23 @@ SessionServices SessionServices::OfThisMachine() {
 
 Session* Session::Current() noexcept { return Slot().get(); }
 
-void Session::Open(SessionServices services) {
+void Session::Open(AddIn add_in, SessionServices services) {
   if (Current() != nullptr) return;
-  std::unique_ptr<Session> session(new Session(std::move(services)));
+  std::unique_ptr<Session> session(new Session(add_in, std::move(services)));
   session->RegisterFor(0);
   Slot() = std::move(session);
 }
 
 void Session::Close() noexcept { Slot().reset(); }
 
-Session::Session(SessionServices services)
-    : services_(std::move(services)),
+Session::Session(AddIn add_in, SessionServices services)
+    : add_in_(add_in),
+      services_(std::move(services)),
       language_id_(ThreadPrimaryLanguage()),
       messages_(services_.messages()),
       data_cache_(std::make_shared<ExcelDataCache>()),
-      parm_cache_(std::make_shared<DatasetParmCache>()) {
+      parm_cache_(std::make_shared<DatasetParmCache>()),
+      registrations_(add_in.tables.begin(), add_in.tables.end()) {
   SetSessionCaches(data_cache_, parm_cache_);
 }
 
@@ -113,24 +113,18 @@ void Session::Withdraw(std::uint16_t application_id) {
 void Session::RegisterFor(std::uint32_t application_mask) {
   UnregisterAll();
   const RegistrationSources sources = Sources();
-  main_.Register(application_mask, sources);
-  // The library is not looked for until one of its functions is wanted.
-  const auto table = ExtensionTable();
-  const bool wanted = std::any_of(table.begin(), table.end(), [&](const RegistrationRow& row) {
-    return (row.application_mask & application_mask) != 0;
-  });
-  if (wanted && services_.extension_present()) extension_.Register(application_mask, sources);
+  for (Registration& table : registrations_) table.Register(application_mask, sources);
   is_loaded_ = NamedMutex::Open(kLoadedMutexName);
 }
 
 void Session::UnregisterAll() {
-  extension_.Unregister();
-  main_.Unregister();
+  for (Registration& table : registrations_ | std::views::reverse) table.Unregister();
 }
 
 void Session::RememberLanguage(const ApplicationRecord& record) noexcept {
   try {
-    services_.write_user_number(kLanguagesKey, Utf16FromUtf8(std::to_string(record.application_id)),
+    services_.write_user_number(ProductKey(add_in_.name) + kLanguagesKey,
+                                Utf16FromUtf8(std::to_string(record.application_id)),
                                 record.language_id);
   } catch (...) {  // nothing depends on it
   }

@@ -2,6 +2,7 @@
 // The state of the add-in between xlAutoOpen and xlAutoClose. Excel's main thread only.
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -11,6 +12,7 @@
 #include "diagnostics/failure_store.h"
 #include "diagnostics/message_library.h"
 #include "excel/result_holder.h"
+#include "frame/add_in.h"
 #include "frame/application_table.h"
 #include "frame/automation_object.h"
 #include "frame/cache_upkeep.h"
@@ -24,7 +26,6 @@ namespace zavrel {
 /// What the session asks of its surroundings; a test puts its own in their place.
 struct SessionServices {
   std::function<MessageLibrary()> messages;
-  std::function<bool()> extension_present;
   std::function<unsigned()> memory_load;  // percent of physical memory in use
   /// A text from the machine-wide registry hive; nothing when it is not there.
   std::function<std::optional<std::u16string>(const std::u16string& key,
@@ -45,7 +46,7 @@ class Session {
 
   /// Opens the session, its log first, and registers what is always registered. Does nothing when
   /// one is open. Throws a VekException, or what else went wrong, and leaves nothing behind then.
-  static void Open(SessionServices services = SessionServices::OfThisMachine());
+  static void Open(AddIn add_in, SessionServices services);
   /// Takes everything back, the log last. Does nothing when none is open.
   static void Close() noexcept;
 
@@ -85,7 +86,7 @@ class Session {
   void* excel_application() const { return excel_application_.get(); }
 
  private:
-  explicit Session(SessionServices services);
+  Session(AddIn add_in, SessionServices services);
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
   void RegisterFor(std::uint32_t application_mask);
@@ -101,6 +102,7 @@ class Session {
     ResultHolderOwner& operator=(const ResultHolderOwner&) = delete;
   };
 
+  AddIn add_in_;
   SessionServices services_;
   std::uint32_t language_id_;
   ResultHolderOwner result_holder_;
@@ -112,8 +114,7 @@ class Session {
   bool flush_ = false;
   ApplicationTable applications_;
   AutomationObject excel_application_;
-  Registration main_{MainTable()};
-  Registration extension_{ExtensionTable()};
+  std::deque<Registration> registrations_;  // one of each table of the add-in
   std::optional<NamedMutex> is_loaded_;
 };
 

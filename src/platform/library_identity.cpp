@@ -41,8 +41,4 @@ std::int32_t MajorVersion() noexcept {
   }
 }
 
-std::string SessionName() {
-  return "VekZavrelFuncs" + std::to_string(LibraryIdentity::OfThisLibrary().major_version);
-}
-
 }  // namespace zavrel

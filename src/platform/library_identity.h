@@ -24,7 +24,4 @@ struct LibraryIdentity {
 /// This library's major version; also where there is no memory to read it.
 std::int32_t MajorVersion() noexcept;
 
-/// "VekZavrelFuncs8": what the session and its log are called.
-std::string SessionName();
-
 }  // namespace zavrel

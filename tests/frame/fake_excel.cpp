@@ -80,7 +80,6 @@ SessionServices QuietServices() {
     return Utf16FromUtf8(std::to_string(language) + ':' + std::to_string(id) + " {1}");
   };
   return {.messages = [=] { return MessageLibrary(text); },
-          .extension_present = [] { return false; },
           .memory_load = [] { return 20u; },
           .machine_text = [](const auto&, const auto&) { return std::nullopt; },
           .write_user_number = [](const auto&, const auto&, std::uint32_t) {}};

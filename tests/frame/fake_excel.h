@@ -44,8 +44,8 @@ class FakeExcel {
   double next_id_ = -3;  // ids may be negative, and zero
 };
 
-/// Surroundings of a session that reach nothing outside the test: no extension, an empty registry,
-/// little memory in use, and texts like "9:1114" for English (9) and German (7).
+/// Surroundings of a session that reach nothing outside the test: an empty registry, little memory
+/// in use, and texts like "9:1114" for English (9) and German (7).
 SessionServices QuietServices();
 
 }  // namespace zavrel::tests

@@ -24,7 +24,7 @@ struct WithSession {
   WithSession() {
     SessionServices services = QuietServices();
     services.memory_load = [this] { return load; };
-    Session::Open(services);
+    Session::Open(ThisAddIn(), services);
     Session::Current()->Kept<Cache>();
   }
   ~WithSession() { Session::Close(); }

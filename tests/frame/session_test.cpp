@@ -11,6 +11,7 @@
 #include "frame/announced_text.h"
 #include "frame/fake_excel.h"
 #include "frame/opening.h"
+#include "frame/sample_add_in.h"
 #include "platform/export.h"
 #include "platform/message_box.h"
 
@@ -31,8 +32,8 @@ Announcement From(std::uint16_t application, std::uint32_t language = 9) {
 }
 
 struct OpenSession {
-  explicit OpenSession(SessionServices services = QuietServices()) {
-    Session::Open(std::move(services));
+  explicit OpenSession(SessionServices services = QuietServices(), AddIn add_in = ThisAddIn()) {
+    Session::Open(add_in, std::move(services));
   }
   ~OpenSession() { Session::Close(); }
   Session* operator->() const { return Session::Current(); }
@@ -43,18 +44,24 @@ struct OpenSession {
 TEST_CASE("announcing and withdrawing decide what is registered") {
   FakeExcel excel;
   {
-    SessionServices services = QuietServices();
-    services.extension_present = [] { return true; };
-    const OpenSession session(services);
+    static int asked = 0;
+    const FunctionTable tables[] = {{SampleFunctions()},
+                                    {SampleExtension(), [] { return ++asked != 2; }}};
+    const OpenSession session(QuietServices(), {.name = u"Sample", .tables = tables});
     CHECK(excel.functions().size() == 1);
+    session->Announce(From(7));
+    CHECK(excel.functions().size() == 7);
+    CHECK(asked == 0);
     session->Announce(From(5));
-    CHECK(excel.functions().size() == 110);
-    session->Announce(From(7));
-    CHECK(excel.functions().size() == 110);
-    session->Announce(From(7));
+    CHECK(excel.functions().size() == 9);
+    session->Announce(From(5));  // what the extension needs is gone
+    CHECK(excel.functions().size() == 7);
+    session->Announce(From(5));
+    CHECK(excel.functions().size() == 9);
     session->Withdraw(5);
-    CHECK(excel.functions().size() == 91);
-    CHECK_FALSE(excel.Has(u"ZavrelMWTies"));
+    CHECK(asked == 3);
+    CHECK(excel.functions().size() == 7);
+    CHECK_FALSE(excel.Has(u"Ties"));
     session->Withdraw(5);
     session->Withdraw(3);
     const int before = excel.registrations;
@@ -83,10 +90,10 @@ TEST_CASE("a companion's language is remembered, and what cannot be written is l
   };
   const OpenSession session(services);
   session->Announce(From(5, 7));
-  CHECK(written == u"Software\\Brennic\\ZavrelFuncs\\8.0\\Languages|5|7");
+  CHECK(written == u"Software\\Brennic\\Sample\\8.0\\Languages|5|7");
   CHECK(session->language_id() == 7);
-  CHECK(excel.functions().size() == 91);
-  const auto help = [&] { return excel.functions().at(u"ZavrelMean").texts[9]; };
+  CHECK(excel.functions().size() == 7);
+  const auto help = [&] { return excel.functions().at(u"Mean").texts[9]; };
   CHECK(help() == u"7:1114 {1}");
   session->Announce(From(5, 0));  // names no language: English
   CHECK(session->language_id() == 0);
@@ -106,7 +113,7 @@ TEST_CASE("help is where the companion says, else where its installation says") 
     return std::optional<std::u16string>(u"installed.chm");
   };
   const OpenSession session(services);
-  const auto topic = [&] { return excel.functions().at(u"ZavrelMean").texts[8]; };
+  const auto topic = [&] { return excel.functions().at(u"Mean").texts[8]; };
 
   session->Announce(From(7));
   CHECK(topic() == u"installed.chm!198");
@@ -156,15 +163,15 @@ TEST_CASE("entry points: opening and closing in any order, ten times over") {
     CHECK(xlAutoOpen() == 1);
     CHECK(excel.functions().size() == 1);
     announce();
-    CHECK(excel.functions().size() >= 91);
+    CHECK(excel.functions().size() == 7);
     CHECK(xlAutoOpen() == 1);
-    CHECK(excel.functions().size() >= 91);
+    CHECK(excel.functions().size() == 7);
     if (round % 2 == 0) UninitializeXlaInformation(5);
     CHECK(xlAutoClose() == 1);
     CHECK(xlAutoClose() == 1);
     CHECK(excel.functions().empty());
     announce();  // after a close that the user cancelled
-    CHECK(excel.functions().size() >= 91);
+    CHECK(excel.functions().size() == 7);
     CHECK(xlAutoClose() == 1);
     CHECK(excel.functions().empty());
   }
@@ -175,26 +182,27 @@ TEST_CASE("a failed opening is shown once and leaves nothing behind") {
   FakeExcel excel;
   std::vector<std::u16string> shown;
   SetMessageBoxHandler([&](const auto&, const auto& text) { shown.push_back(text); });
-  CHECK_FALSE(OpenAddIn([]() -> SessionServices { throw VekKernelObjectError("A::B"); }));
-  CHECK_FALSE(OpenAddIn([]() -> SessionServices { throw std::bad_alloc(); }));
+  CHECK_FALSE(
+      OpenAddIn(ThisAddIn(), []() -> SessionServices { throw VekKernelObjectError("A::B"); }));
+  CHECK_FALSE(OpenAddIn(ThisAddIn(), []() -> SessionServices { throw std::bad_alloc(); }));
   SetMessageBoxHandler({});
   REQUIRE(shown.size() == 2);
   CHECK(shown[0] == u"VekKernelObjectError: A::B");
   CHECK_FALSE(shown[1].empty());
   CHECK(Session::Current() == nullptr);
   CHECK(excel.functions().empty());
-  CHECK(OpenAddIn(&QuietServices));
+  CHECK(OpenAddIn(ThisAddIn(), &QuietServices));
   CloseAddIn();
 }
 
 TEST_CASE("what a failed announcement did register is taken back") {
   FakeExcel excel;
   {
-    SessionServices services = QuietServices();
-    services.extension_present = []() -> bool { throw std::bad_alloc(); };
-    const OpenSession session(services);
+    const FunctionTable tables[] = {{SampleFunctions()},
+                                    {SampleExtension(), []() -> bool { throw std::bad_alloc(); }}};
+    const OpenSession session(QuietServices(), {.name = u"Sample", .tables = tables});
     CHECK_THROWS_AS(session->Announce(From(5)), std::bad_alloc);
-    CHECK(excel.functions().size() == 91);
+    CHECK(excel.functions().size() == 7);
   }
   CHECK(excel.functions().empty());
   CHECK(excel.faults.empty());

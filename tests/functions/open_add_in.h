@@ -10,7 +10,6 @@ namespace zavrel::tests {
 
 inline SessionServices QuietServices() {
   SessionServices services = SessionServices::OfThisMachine();
-  services.extension_present = [] { return false; };
   services.memory_load = [] { return 60u; };
   services.machine_text = [](const std::u16string&, const std::u16string&) { return std::nullopt; };
   services.write_user_number = [](const std::u16string&, const std::u16string&, std::uint32_t) {};
@@ -19,7 +18,7 @@ inline SessionServices QuietServices() {
 
 /// A host with the add-in open in it.
 struct OpenAddIn {
-  OpenAddIn() { Session::Open(QuietServices()); }
+  OpenAddIn() { Session::Open(ThisAddIn(), QuietServices()); }
   ~OpenAddIn() { Session::Close(); }
   OpenAddIn(const OpenAddIn&) = delete;
   OpenAddIn& operator=(const OpenAddIn&) = delete;

@@ -7,13 +7,13 @@ import sys
 import xml.etree.ElementTree as tree
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "help"))
-from tools import compiled_help, formula, html_pages, intellisense, languages, pages, registration  # noqa: E402
+from tools import formula, html_pages, intellisense, languages, pages, registration  # noqa: E402
 
 
 def completeness():
     """Each function of the wizard and each hidden one that is not for macros alone has a page, which the
     contents list once."""
-    wanted = {function.name for function in registration.functions() if not function.is_private}
+    wanted = {function.name for function in registration.functions() if not function.macros_only}
     written = {file.stem for file in (pages.HELP / "en").glob("*.md")}
     listed = [name for _, names in pages.contents() for name in names]
     for name in sorted(wanted ^ written):
@@ -24,7 +24,7 @@ def completeness():
         yield f"{name}: more than once in the contents"
     for name in {file.stem for file in (pages.HELP / "en/topics").glob("*.md")} - set(pages.topics()):
         yield f"{name}: a topic that is not in the contents"
-    private = {function.name for function in registration.functions() if function.is_private}
+    private = {function.name for function in registration.functions() if function.macros_only}
     mentioned = set(re.findall(r"\w+Private2?", (pages.HELP / "en/topics/macro-functions.md").read_text(encoding="utf-8")))
     for name in sorted(private ^ mentioned):
         yield f"{name}: {'not on the page of' if name in private else 'none of the'} functions for macros"
@@ -43,10 +43,8 @@ def arguments():
                 yield f"{where}: the syntax is {in_syntax}, the arguments explained are {in_table}"
             count = len([part for part in in_syntax.split(",") if part])
             arity = page.function.arity
-            if arity is not None and "..." not in in_syntax and count != arity:
+            if "..." not in in_syntax and count != arity:
                 yield f"{where}: {count} arguments, registered with {arity}"
-            if arity is None and not in_syntax.endswith("..."):
-                yield f"{where}: the arguments do not end in ..."
 
 
 def own_headers(page):
@@ -156,7 +154,6 @@ def outputs():
             for linked in re.findall(r'href="([\w-]+\.html)"', text):
                 if linked != "index.html" and linked[:-5] not in {*pages.function_pages(), *pages.topics()}:
                     yield f"{language}/{name}: links {linked}"
-    compiled_help.topic_ids()
 
 
 def main():

@@ -26,7 +26,7 @@ def as_registered(function, language):
     return {"arguments": registration.resolve(function.argument_text, language),
             "category": registration.category_name(function, language),
             "help": registration.resolve(function.help, language), "argument_helps": helps,
-            "hidden": not function.listed, "export": function.export}
+            "hidden": function.hidden, "export": function.export}
 
 
 def main():
@@ -37,7 +37,7 @@ def main():
         for function in registration.functions():
             entry = found.pop(function.name, None)
             if entry is None:
-                if not function.extension:
+                if function.table != "extension":
                     wrong.append(f"{function.name} ({language}): not registered")
                 continue
             for key, expected in as_registered(function, language).items():

@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
 """Holds the macro modules' declarations against the entry points themselves.
 
-    declarations_test.py SOURCE_FOLDER BUILD_FOLDER ADD_IN OBJDUMP
+    declarations_test.py SOURCE_FOLDER BUILD_FOLDER VERSION
 
 The definition of every declared entry point is compiled once more, with the flags of its own file, and
 behind it assertions that number, order, passing and width of the parameters and the result are those of
 the declaration: the compiler compares, nothing is written down twice. Changed declarations have to fail
-the same comparison. The declared names are held against what the built add-in exports.
+the same comparison. The declared names are held against the entry points that functions.json has for macros; it
+names the files of the definitions too. VERSION is the product's, "8.0".
 """
 import concurrent.futures
 import json
@@ -17,6 +18,9 @@ import shlex
 import subprocess
 import sys
 import tempfile
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "src/frame"))
+import function_data  # noqa: E402
 
 # What the macro language hands over for a parameter, by how it is passed and its type, and what it expects
 # as a result. On 64 bits a VARIANT by value arrives as its address too.
@@ -40,9 +44,8 @@ RESULTS = {
     "String": "OneOf<BSTR>",
     None: "OneOf<void>",
 }
-TEXT_ADDRESSES = {("ByRef", "String"), ("ByVal", "LongPtr")}
-# Texts of these are wide; every other text is of the system's code page.
-WIDE = re.compile(r"(W|WVB)$|^ZavrelGetExceptionInfoVB$|^InitializeXlaInformation")
+# How an address of a text is declared, by what functions.json says of its entry point.
+TEXT_ADDRESSES = {"code page": ("ByRef", "String"), "wide": ("ByVal", "LongPtr")}
 
 COMPARISON = """
 #include <windows.h>
@@ -91,8 +94,8 @@ class Declaration:
         text = self.assertion()
         for index, parameter in enumerate(self.parameters):
             for other in PARAMETERS:
-                # Addresses of texts are told apart by WIDE.
-                if PARAMETERS[other] == PARAMETERS[parameter] or {other, parameter} == TEXT_ADDRESSES:
+                # Addresses of texts have one type, whatever they hold.
+                if PARAMETERS[other] == PARAMETERS[parameter] or {other, parameter} == {*TEXT_ADDRESSES.values()}:
                     continue
                 changed = self.parameters[:index] + [other] + self.parameters[index + 1:]
                 text += self.assertion(False, changed)
@@ -165,34 +168,16 @@ def check_calls(folder):
     check(checked > 100, f"only {checked} calls were found in the modules")
 
 
-def exports_of(add_in, objdump):
-    table = subprocess.run([objdump, "-p", add_in], check=True, capture_output=True, text=True).stdout
-    table = table.split("[Ordinal/Name Pointer] Table", 1)[1]
-    return set(re.findall(r"^\s+\[\s*\d+\].*?(\w+)$", table, re.MULTILINE))
-
-
-def check_names(declared, source, exports):
+def check_names(declared, entry_points):
+    """`entry_points`: the groups for macros by export."""
     names = {d.export for d in declared}
-    check(len(exports) > 100, "the add-in's exports could not be read")
-    listed = set(re.findall(r'^\s+"(\w+)",', (source / "src/frame/unregistered_exports.h").read_text(), re.M))
-    # Excel's own, and what passes matrices as C++ objects.
-    wanted = {name for name in listed if not name.startswith("xlAuto") and not name.endswith("C")}
-    wanted |= {name for name in exports if name.endswith("VB")}
-    check(names <= exports, f"declared, but not exported: {sorted(names - exports)}")
-    check(wanted <= names, f"exported, but not declared: {sorted(wanted - names)}")
+    check(names == entry_points.keys(),
+          f"declared, or for macros, but not both: {sorted(names ^ entry_points.keys())}")
     for d in declared:
+        strings = entry_points[d.export].strings if d.export in entry_points else None
         types = {kind for _, kind in d.parameters} | {d.result}
-        check(not WIDE.search(d.export) or "String" not in types, f"{d.name}: its texts are wide: LongPtr")
-        check(WIDE.search(d.export) or "LongPtr" not in types, f"{d.name}: its texts are As String")
-
-
-def definition_file(files, name):
-    defines = re.compile(rf"^ZAV_\w+\b[^;{{]*?\b{name}\b", re.MULTILINE)
-    for file, text in files:
-        if defines.search(text):
-            return file
-    check(False, f"no definition of {name} found")
-    return None
+        check("String" not in types or strings == "code page", f"{d.name}: its texts are not As String")
+        check("LongPtr" not in types or strings == "wide", f"{d.name}: its texts are not wide")
 
 
 def compile_comparison(scratch, commands, file, declared):
@@ -207,20 +192,22 @@ def compile_comparison(scratch, commands, file, declared):
     check(run.returncode == 0, f"{file.name} disagrees with its declarations:\n{run.stderr}")
 
 
-def main(source, build, add_in, objdump):
+def main(source, build, version):
     source = pathlib.Path(source).resolve()
     declared = list(declarations(source / "companions/macro"))
     check_calls(source / "companions/macro")
-    check_names(declared, source, exports_of(add_in, objdump))
-    major_minor = re.search(r"VERSION (\d+\.\d+)", (source / "CMakeLists.txt").read_text().split("project(")[1])[1]
-    check(f'CompanionVersion As String = "{major_minor}"' in
+    groups = function_data.read(source / "src/functions/functions.json").entry_points
+    entry_points = {export: group for group in groups if group.called_by == "macros" for export in group.exports}
+    check_names(declared, entry_points)
+    check(f'CompanionVersion As String = "{version}"' in
           (source / "companions/macro/ZavrelCompanion.bas").read_text(), "ZavrelCompanion: another version")
     commands = {c["file"]: c for c in json.loads((pathlib.Path(build) / "compile_commands.json").read_text())}
-    files = [(pathlib.Path(f), pathlib.Path(f).read_text()) for f in commands if f.startswith(f"{source}/src/")]
+    for group in groups:
+        check(str(source / group.source) in commands, f"{group.what}: {group.source} is not compiled")
     by_file = {}
     for d in declared:
-        by_file.setdefault(definition_file(files, d.export), []).append(d)
-    by_file.pop(None, None)
+        if d.export in entry_points and str(file := source / entry_points[d.export].source) in commands:
+            by_file.setdefault(file, []).append(d)
     with tempfile.TemporaryDirectory() as scratch, concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
         for run in [pool.submit(compile_comparison, pathlib.Path(scratch), commands, f, ds)
                     for f, ds in by_file.items()]:

@@ -1,5 +1,5 @@
 // What a macro calls before the worksheet functions that fill its arrays with category names and
-// positions. unregistered_exports.h says in which form the strings travel.
+// positions. functions.json says in which form the strings travel.
 #include "contracts/message_ids.h"
 #include "diagnostics/vek_exception.h"
 #include "excel/wide_text.h"

@@ -1,5 +1,5 @@
 // What a macro calls before and beside the worksheet functions that fill its arrays.
-// unregistered_exports.h says in which form the strings travel.
+// functions.json says in which form the strings travel.
 #include <utility>
 
 #include "contracts/message_ids.h"

@@ -31,7 +31,7 @@ TEST_CASE("announced objects are held as long as they are announced, and never c
   FakeObject application;
   FakeObject companion;
   const FakeExcel excel;
-  Session::Open(QuietServices());
+  Session::Open(ThisAddIn(), QuietServices());
   Announcement announcement;
   announcement.application_id = 5;
   announcement.excel_application = &application;

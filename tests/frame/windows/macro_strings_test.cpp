@@ -22,7 +22,7 @@ namespace zavrel::tests {
 namespace {
 
 struct OpenAddInOnce {
-  OpenAddInOnce() { REQUIRE(OpenAddIn(&QuietServices)); }
+  OpenAddInOnce() { REQUIRE(OpenAddIn(ThisAddIn(), &QuietServices)); }
   ~OpenAddInOnce() { CloseAddIn(); }
   FakeExcel excel;
 };
@@ -53,7 +53,7 @@ TEST_CASE("a macro's texts arrive as they were meant, in single bytes or wide") 
   CHECK(record()->workbook_folder == u"C:\\Add-ins\\");
   CHECK(record()->workbook_name == u"companion.xlam");
   CHECK(record()->version == u"8.1");
-  CHECK(add_in.excel.functions().at(u"ZavrelMean").texts[8] == u"D:\\h.chm!198");
+  CHECK(add_in.excel.functions().at(u"Mean").texts[8] == u"D:\\h.chm!198");
 
   const Text wide_file(L"C:\\\u0414\\\u0436.xlam");
   const Text wide_help(L"E:\\g.chm");
@@ -61,7 +61,7 @@ TEST_CASE("a macro's texts arrive as they were meant, in single bytes or wide") 
   CHECK(record()->workbook_folder == u"C:\\\u0414\\");
   CHECK(record()->workbook_name == u"\u0436.xlam");
   CHECK(record()->version.empty());
-  CHECK(add_in.excel.functions().at(u"ZavrelMean").texts[8] == u"E:\\g.chm!198");
+  CHECK(add_in.excel.functions().at(u"Mean").texts[8] == u"E:\\g.chm!198");
 
   const Text broken("a\0", 3);  // an odd number of bytes, a zero among them
   const Text empty("");

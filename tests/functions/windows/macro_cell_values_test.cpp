@@ -209,7 +209,7 @@ TEST_CASE("addresses are issued for VARIANTs that last, by a session that is ope
     CHECK(IdOf(macro.values.address()) == "0");
     CHECK(ZavrelGetCellValuesSetArrayPrivateVB(macro.values.address(), nullptr, &id) == 0);
     CHECK((id != nullptr && Taken(id).empty()));
-    Session::Open(QuietServices());
+    Session::Open(ThisAddIn(), QuietServices());
     CHECK(Error(*fill()) == xlerrValue);
     CHECK(Error(*ZavrelGetCellValuesPrivate(macro.range, macro.every, entered.c_str())) ==
           xlerrValue);

@@ -1,11 +1,11 @@
 #pragma once
-// What the add-in registers with Excel, as data: one row per worksheet function.
+// What an add-in registers with Excel, as data: one row per worksheet function. The build makes the
+// rows from the add-in's functions.json (function_tables.py).
 
 #include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <span>
 
 namespace zavrel {
 
@@ -42,6 +42,23 @@ static_assert(sizeof(TextReference) == 8);
 
 inline constexpr std::size_t kArgumentHelps = 20;
 
+/// Categories of the function wizard, in the order of their names in the message library.
+enum class WizardCategory : std::uint8_t {
+  kGeneral,
+  kDataPreparation,
+  kSampling,
+  kMultivariateAnalysis,
+  kTimeSeries,
+  kRegression,
+  kAnalysisOfVariance,
+  kStatisticalFunctions,
+  kDistributionFunctions,
+  kHypothesisTests,
+  kQualityControl,
+  kCharts,
+};
+inline constexpr std::size_t kWizardCategories = 12;
+
 /// Bit k of an application mask stands for companion application k (0..9).
 inline constexpr std::uint32_t kAlwaysRegistered = 1u << 31;
 
@@ -53,14 +70,9 @@ struct RegistrationRow {
   TextReference argument_text;
   std::uint16_t macro_type;    // 1 listed in the function wizard, 0 hidden
   std::int16_t help_topic_id;  // -1: no topic
-  std::uint8_t category;       // 0..11: message ids 400..411
+  WizardCategory category;
   TextReference function_help;
   std::array<TextReference, kArgumentHelps> argument_helps;
 };
-
-/// The worksheet functions, in the order of registration.
-std::span<const RegistrationRow> MainTable();
-/// The nonparametric test functions, registered only beside their library.
-std::span<const RegistrationRow> ExtensionTable();
 
 }  // namespace zavrel

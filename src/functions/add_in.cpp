@@ -1,0 +1,16 @@
+#include "frame/add_in.h"
+
+#include "bindings/nonparametric_library.h"
+#include "functions/function_tables.h"
+
+namespace zavrel {
+
+AddIn ThisAddIn() {
+  static const FunctionTable tables[] = {
+      {.rows = MainTable()},
+      {.rows = ExtensionTable(), .is_available = &ExtensionIsPresent},
+  };
+  return {.name = u"ZavrelFuncs", .tables = tables};
+}
+
+}  // namespace zavrel
