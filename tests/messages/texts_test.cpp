@@ -3,9 +3,9 @@
 #include <doctest/doctest.h>
 
 #include <algorithm>
-#include <array>
+#include <fstream>
+#include <nlohmann/json.hpp>
 #include <set>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -18,102 +18,40 @@ namespace ids = zavrel::messages;
 
 constexpr std::size_t kMaximumLength = 254;  // Excel's limit is 255
 
-/// Argument text, function helps that go with it, first and last argument help. Rows without helps
-/// of arguments, and those whose last help repeats, have a first help of 0.
-struct Wizard {
-  std::uint32_t argument_text;
-  std::vector<std::uint32_t> function_helps;
-  std::uint32_t first_help;
-  std::uint32_t last_help;
-};
-
-std::vector<Wizard> Rows() {
-  std::vector<Wizard> rows = {
-      {1066, {1067}, 1068, 1072},
-      {1073, {1074}, 1075, 1075},
-      {1076, {1077}, 1078, 1079},
-      {1080, {1081}, 0, 0},
-      {1082, {1083}, 0, 0},
-      {1084, {1085}, 0, 0},
-      {1086, {1087}, 0, 0},
-      {1088, {1089}, 0, 0},
-      {1090, {1091}, 0, 0},
-      {1092, {1093}, 1094, 1094},
-      {1095, {1096}, 1097, 1098},
-      {1099, {1100}, 1101, 1103},
-      {1104, {1105}, 1106, 1108},
-      {1109, {1110}, 1111, 1112},
-      {1132, {1133}, 1134, 1138},
-      {1139, {1140}, 1141, 1142},
-      {1143, {1144}, 1145, 1145},
-      {1157, {1158}, 1159, 1164},
-      {1169, {1170}, 1171, 1173},
-      {1193, {1194}, 1195, 1197},
-      {1198, {1199}, 1200, 1202},
-      {1203, {1204}, 1205, 1208},
-      {1209, {1210}, 1211, 1213},
-      {1214, {1215}, 1216, 1218},
-      {1219, {1220}, 1221, 1224},
-      {1225, {1226}, 1227, 1230},
-      {1231, {1232}, 1233, 1235},
-      {1236, {1237}, 1238, 1238},
-      {1240, {1241}, 1242, 1242},
-      {1243, {1244}, 1245, 1245},
-      {1246, {1247}, 1248, 1249},
-      {1250, {1251}, 1252, 1253},
-      {1254, {1255}, 1256, 1257},
-      {1258, {1259}, 1260, 1261},
-      {1263, {1264}, 1265, 1267},
-      {1304, {1305}, 1306, 1307},
-      {1308, {1309}, 1310, 1313},
-      {1376, {1377}, 1378, 1379},
-      {1548, {1544, 1545, 1546}, 1547, 1547},
-      {1594, {1595}, 0, 0},
-  };
-  // The statistics of up to 30 values, and the matrices of up to 27 variables.
-  Wizard values = {1113, {1114}, 0, 0};
-  for (std::uint32_t id = 1116; id <= 1131; ++id) values.function_helps.push_back(id);
-  for (std::uint32_t id = 1146; id <= 1153; ++id) values.function_helps.push_back(id);
-  rows.push_back(values);
-  rows.push_back({1550, {1549, 1555}, 0, 0});
-  // Pairs of variables share one argument text.
-  for (const std::uint32_t help : {1154u, 1166u, 1174u, 1177u, 1180u, 1183u, 1186u}) {
-    rows.push_back({1165, {help}, help + 1, help + 2});
+/// The add-in's functions as its data file has them.
+std::vector<nlohmann::json> Functions() {
+  std::ifstream file(ZAVREL_SOURCE_DIR "/src/functions/functions.json");
+  std::vector<nlohmann::json> functions;
+  const nlohmann::json data = nlohmann::json::parse(file);
+  for (const auto& table : data.at("tables")) {
+    for (const auto& function : table.at("functions")) functions.push_back(function);
   }
-  for (std::uint32_t id = 1268; id <= 1280; id += 4) rows.push_back({id, {id + 1}, id + 2, id + 3});
-  for (std::uint32_t id = 1284; id <= 1299; id += 5) rows.push_back({id, {id + 1}, id + 2, id + 4});
-  for (std::uint32_t id = 1314; id <= 1326; id += 4) rows.push_back({id, {id + 1}, id + 2, id + 3});
-  return rows;
+  return functions;
 }
 
-std::set<std::uint32_t> HelpIds() {
-  // These stand outside the pattern of the rows.
-  std::set<std::uint32_t> helps = {1115, 1190, 1191, 1192, 1239, 1262,
-                                   1346, 1551, 1552, 1553, 1554};
-  for (const Wizard& row : Rows()) {
-    helps.insert(row.function_helps.begin(), row.function_helps.end());
-    for (std::uint32_t id = row.first_help; id != 0 && id <= row.last_help; ++id) helps.insert(id);
+/// The message ids in a field of a function, which may hold one text or several.
+std::vector<std::uint32_t> Ids(const nlohmann::json& function, const char* field) {
+  std::vector<std::uint32_t> ids;
+  const auto texts = function.value(field, nlohmann::json());
+  for (const auto& text : texts) {
+    if (text.is_number()) ids.push_back(text);
   }
-  return helps;
+  return ids;
 }
 
-std::set<std::uint32_t> ArgumentTextIds() {
-  std::set<std::uint32_t> texts = {1189};
-  for (const Wizard& row : Rows()) texts.insert(row.argument_text);
-  return texts;
+std::set<std::uint32_t> AllIds(std::initializer_list<const char*> fields) {
+  std::set<std::uint32_t> all;
+  for (const auto& function : Functions()) {
+    for (const char* field : fields) {
+      for (const std::uint32_t id : Ids(function, field)) all.insert(id);
+    }
+  }
+  return all;
 }
 
 std::set<std::uint32_t> RequiredIds() {
-  std::set<std::uint32_t> required;
-  constexpr std::array<std::array<std::uint32_t, 2>, 9> kRanges = {{{400, 411},
-                                                                    {1066, 1329},
-                                                                    {1346, 1346},
-                                                                    {1376, 1379},
-                                                                    {1544, 1555},
-                                                                    {1594, 1595},
-                                                                    {2400, 2402},
-                                                                    {2500, 2547},
-                                                                    {2600, 2606}}};
+  std::set<std::uint32_t> required = AllIds({"argument_text", "help", "argument_helps"});
+  constexpr std::uint32_t kRanges[][2] = {{400, 411}, {2400, 2402}, {2500, 2547}, {2600, 2606}};
   for (const auto& [first, last] : kRanges) {
     for (std::uint32_t id = first; id <= last; ++id) required.insert(id);
   }
@@ -167,8 +105,8 @@ TEST_CASE("every language has a text for every id that is used, and no other") {
 }
 
 TEST_CASE("texts fit Excel's limit, and their form tells what they are") {
-  const std::set<std::uint32_t> helps = HelpIds();
-  const std::set<std::uint32_t> argument_texts = ArgumentTextIds();
+  const std::set<std::uint32_t> helps = AllIds({"help", "argument_helps"});
+  const std::set<std::uint32_t> argument_texts = AllIds({"argument_text"});
   for (const TextFile& file : TextFiles()) {
     for (const auto& [id, text] : file.utf8) {
       CAPTURE(file.name);
@@ -197,13 +135,17 @@ TEST_CASE("an argument text names as many arguments as have a help, in every lan
       return found == file.utf8.end() ? CountNames(English().utf8.at(id))
                                       : CountNames(found->second);
     };
-    for (const Wizard& row : Rows()) {
-      CAPTURE(row.argument_text);
-      const std::ptrdiff_t names = count(row.argument_text);
-      CHECK(names == CountNames(English().utf8.at(row.argument_text)));
-      if (row.first_help != 0) CHECK(names == row.last_help - row.first_help + 1);
+    for (const auto& function : Functions()) {
+      for (const std::uint32_t id : Ids(function, "argument_text")) {
+        CAPTURE(id);
+        const std::ptrdiff_t names = count(id);
+        CHECK(names == CountNames(English().utf8.at(id)));
+        const auto helps = Ids(function, "argument_helps");
+        if (!helps.empty() && function["argument_helps"].back() != "...") {
+          CHECK(names == static_cast<std::ptrdiff_t>(helps.size()));
+        }
+      }
     }
-    CHECK(count(1189) == 3);
   }
 }
 
