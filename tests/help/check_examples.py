@@ -4,7 +4,8 @@
     check_examples.py WINE_RUN ZAVHOST SCRATCH_FOLDER
 
 The examples become the formulas of one workbook, a sheet for each page with the page's data from A1 on. A
-shown number must be the calculated one to all digits that it has.
+shown number must be the calculated one to all digits that it has. Beside them stands how many rows each function
+gives a tall calling range: as many as that has, if its row of functions.json says so, and only then.
 """
 
 import json
@@ -16,9 +17,11 @@ from decimal import Decimal
 from openpyxl import Workbook
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "help"))
-from tools import pages  # noqa: E402
+from tools import pages, registration  # noqa: E402
 
 FIRST_COLUMN = 10  # of the formulas: no data reach it
+ROWS_COLUMN = 40  # no result reaches it
+TALL = 60  # no result has as many rows
 
 
 def cell_value(text):
@@ -30,6 +33,13 @@ def cell_value(text):
         return text or None
 
 
+def enter_array(sheet, row, column, formula, rows, columns):
+    first, last = sheet.cell(row, column), sheet.cell(row + rows - 1, column + columns - 1)
+    first.value = formula
+    sheet.formula_attributes[first.coordinate] = {"t": "array", "ref": f"{first.coordinate}:{last.coordinate}"}
+    return first.coordinate
+
+
 def fill(sheet, page):
     """The page's data, and its examples by the cell of their formula."""
     for row in pages.data_rows(page.header["data"]) if "data" in page.header else []:
@@ -37,13 +47,14 @@ def fill(sheet, page):
     placed = {}
     at = 1
     for example in page.examples:
-        cell = sheet.cell(at, FIRST_COLUMN)
-        last = sheet.cell(at + len(example.rows) - 1, FIRST_COLUMN + len(example.rows[0]) - 1)
-        cell.value = example.formula
         if example.is_array:
-            sheet.formula_attributes[cell.coordinate] = {"t": "array", "ref": f"{cell.coordinate}:{last.coordinate}"}
-        placed[cell.coordinate] = example
+            cell = enter_array(sheet, at, FIRST_COLUMN, example.formula, len(example.rows), len(example.rows[0]))
+        else:
+            cell = sheet.cell(at, FIRST_COLUMN, example.formula).coordinate
+        placed[cell] = example
         at += len(example.rows)
+    for number, example in enumerate(e for e in page.examples if e.formula.startswith(f"={page.name}(")):
+        enter_array(sheet, 1, ROWS_COLUMN + number, f"=ROWS({example.formula[1:]})", TALL, 1)
     return placed
 
 
@@ -104,6 +115,9 @@ def main():
     values = calculate(wine_run, zavhost, folder / "examples.xlsx")
     problems = [f"{place[0]}: {example.shown_formula} shows {example.rows}, but is {values.get(place)}"
                 for place, example in placed.items() if not right(example, values.get(place))]
+    fill_range = {place[0] for place, rows in values.items() if place not in placed and rows[0][0] == TALL}
+    said_to = {function.name for function in registration.functions() if function.fills_calling_range}
+    problems += [f"{name}: fills_calling_range is wrong" for name in fill_range ^ said_to]
     print("\n".join(sorted(problems)))
     print(f"{len(placed)} examples on {len(by_name)} pages calculated, {len(problems)} problems")
     sys.exit(1 if problems or not placed else 0)
