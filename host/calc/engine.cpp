@@ -19,8 +19,8 @@ class Engine::State {
   void* FindExport(const std::string& name) const {
     void* found = module == nullptr ? nullptr : module->Find(name);
     if (found == nullptr)
-      throw WorkbookError("the add-in " + ToUtf8(file.filename().u16string()) + " has no export " +
-                          name);
+      throw WorkbookError("the add-in " + Utf8FromUtf16(file.filename().u16string()) +
+                          " has no export " + name);
     return found;
   }
 
@@ -91,13 +91,14 @@ void Engine::LoadAddIn(const std::filesystem::path& file) {
   void* open = state.module->Find("xlAutoOpen");
   if (open == nullptr) {
     state.Unload();
-    throw WorkbookError(ToUtf8(file.u16string()) + " is no add-in: it has no export xlAutoOpen");
+    throw WorkbookError(Utf8FromUtf16(file.u16string()) +
+                        " is no add-in: it has no export xlAutoOpen");
   }
   state.is_open = true;
   if (state.CallCommand(open, {}) != 1) {
     state.Close();
     state.Unload();
-    throw WorkbookError("the add-in " + ToUtf8(file.u16string()) +
+    throw WorkbookError("the add-in " + Utf8FromUtf16(file.u16string()) +
                         " did not open (xlAutoOpen failed)");
   }
 }
@@ -139,7 +140,7 @@ Operand Engine::Evaluate(std::u16string_view formula, CellAddress cell) {
   if (cell.sheet >= state.workbook.sheets.size())
     throw WorkbookError("the workbook has no sheet for the formula");
   const FormulaPtr parsed = ParseFormula(formula);
-  state.judge.SetPlace(CellText(state.workbook, cell), "=" + ToUtf8(formula));
+  state.judge.SetPlace(CellText(state.workbook, cell), "=" + Utf8FromUtf16(formula));
   state.calculation.ForgetNames();
   Operand result = state.calculation.Evaluate(*parsed, cell, cell, std::nullopt, true);
   state.judge.SetPlace({}, {});

@@ -12,16 +12,16 @@ namespace zavhost {
 nlohmann::ordered_json ToJson(const Value& value) {
   if (const double* number = value.number()) return *number;
   if (const bool* boolean = value.boolean()) return *boolean;
-  if (const std::u16string* text = value.text()) return ToUtf8(*text);
-  if (const ErrorCode* error = value.error()) return {{"error", ToUtf8(ErrorText(*error))}};
+  if (const std::u16string* text = value.text()) return Utf8FromUtf16(*text);
+  if (const ErrorCode* error = value.error()) return {{"error", Utf8FromUtf16(ErrorText(*error))}};
   return nullptr;
 }
 
 std::string DisplayText(const Value& value) {
-  if (const double* number = value.number()) return ToUtf8(GeneralText(*number));
+  if (const double* number = value.number()) return Utf8FromUtf16(GeneralText(*number));
   if (const bool* boolean = value.boolean()) return *boolean ? "TRUE" : "FALSE";
-  if (const std::u16string* text = value.text()) return ToUtf8(*text);
-  if (const ErrorCode* error = value.error()) return ToUtf8(ErrorText(*error));
+  if (const std::u16string* text = value.text()) return Utf8FromUtf16(*text);
+  if (const ErrorCode* error = value.error()) return Utf8FromUtf16(ErrorText(*error));
   return "";
 }
 

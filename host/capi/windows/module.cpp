@@ -13,7 +13,7 @@ std::string SystemMessage(DWORD error) {
                      buffer, static_cast<DWORD>(std::size(buffer)), nullptr);
   std::u16string text(reinterpret_cast<const char16_t*>(buffer), length);
   while (!text.empty() && (text.back() <= u' ' || text.back() == u'.')) text.pop_back();
-  return text.empty() ? "error " + std::to_string(error) : ToUtf8(text);
+  return text.empty() ? "error " + std::to_string(error) : Utf8FromUtf16(text);
 }
 
 std::filesystem::path FileOf(HMODULE module) {
@@ -42,7 +42,7 @@ Module::Module(const std::filesystem::path& file) {
   const DWORD error = GetLastError();
   SetThreadErrorMode(old_mode, nullptr);
   if (handle_ == nullptr) {
-    throw WorkbookError("the add-in " + ToUtf8(file.u16string()) +
+    throw WorkbookError("the add-in " + Utf8FromUtf16(file.u16string()) +
                         " cannot be loaded: " + SystemMessage(error));
   }
   file_ = FileOf(static_cast<HMODULE>(handle_));

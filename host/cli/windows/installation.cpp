@@ -45,7 +45,7 @@ class Key {
 };
 
 std::string Utf8(const std::wstring& text) {
-  return ToUtf8({reinterpret_cast<const char16_t*>(text.data()), text.size()});
+  return Utf8FromUtf16({reinterpret_cast<const char16_t*>(text.data()), text.size()});
 }
 
 struct RegistryText {

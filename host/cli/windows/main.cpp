@@ -80,7 +80,7 @@ extern "C" int wmain(int count, wchar_t** arguments) {
   SetConsoleOutputCP(CP_UTF8);
   std::vector<std::string> texts;
   for (int i = 1; i < count; ++i) {
-    texts.push_back(zavhost::ToUtf8(reinterpret_cast<const char16_t*>(arguments[i])));
+    texts.push_back(zavhost::Utf8FromUtf16(reinterpret_cast<const char16_t*>(arguments[i])));
   }
   return zavhost::Main(std::move(texts));
 }
