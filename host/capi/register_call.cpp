@@ -56,9 +56,10 @@ bool IsFunctionName(std::u16string_view name) {
 void* ExcelApi::FindProcedure(const XLOPER12& procedure) const {
   if (module_ == nullptr) return nullptr;
   const Value value = ToValue(procedure);
-  if (value.text() != nullptr) return module_->Find(Utf8FromUtf16(*value.text()));
+  if (value.text() != nullptr) return module_->FindExport(Utf8FromUtf16(*value.text()).c_str());
   const IntegerOutcome ordinal = IntegerOf(value, 1, 0xFFFF);
-  return ordinal.integer ? module_->Find(static_cast<std::uint16_t>(*ordinal.integer)) : nullptr;
+  return ordinal.integer ? module_->FindExport(static_cast<std::uint16_t>(*ordinal.integer))
+                         : nullptr;
 }
 
 std::string ExcelApi::TryRegister(const Arguments& arguments, double& register_id) {
@@ -92,7 +93,7 @@ std::string ExcelApi::TryRegister(const Arguments& arguments, double& register_i
     if (texts[i].size() > kTextLimit)
       return who + fmt::format("argument {} is longer than 255 characters", i + 1);
   }
-  if (module_ == nullptr || !NamesFile(function.module, module_->file()))
+  if (module_ == nullptr || !NamesFile(function.module, file_))
     return who + "the module " + Utf8FromUtf16(function.module) + " is not the add-in";
   void* address = FindProcedure(arguments[1]);
   if (address == nullptr)

@@ -133,6 +133,9 @@ TEST_CASE("exports of the host are found, and only those there are") {
   REQUIRE(found != nullptr);
   CHECK(AsFunction<int(int)>(found)(30) == 42);
   CHECK(host.FindExport("NoExportOfTheHost") == nullptr);
+  const auto program = Module::Load(HostExecutablePath());
+  REQUIRE(program);
+  CHECK(program->FindExport("ExportOfTheHost") == found);
   CHECK_FALSE(LoadedModule::ByName(u"no_such_library_anywhere"));
 
   const auto* here = reinterpret_cast<const void*>(&ExportOfTheHost);
@@ -146,7 +149,9 @@ TEST_CASE("a library is loaded by its full path or not at all") {
   CHECK_FALSE(Module::Load(TemporaryFolder() / "no such file.dll"));
   const fs::path broken = TemporaryFolder() / u"zavrel bröken.dll";
   std::ofstream(broken) << "MZ, but no library";
-  CHECK_FALSE(Module::Load(broken));
+  std::string problem;
+  CHECK_FALSE(Module::Load(broken, &problem));
+  CHECK(!problem.empty());
   fs::remove(broken);
 }
 
@@ -158,7 +163,8 @@ TEST_CASE("error boxes go to the handler") {
   });
   CHECK(ShowErrorBox(u"title", u"text"));
   CHECK(told == std::vector<std::u16string>{u"title", u"text"});
-  const EnvironmentVariable nobody("ZAVREL_NO_MESSAGE_BOX", "1");
+  const EnvironmentVariable shown("ZAVREL_NO_MESSAGE_BOX", "");
+  SuppressErrorBoxes();
   CHECK_FALSE(ShowErrorBox(u"title", u"read by nobody"));
 }
 
