@@ -8,6 +8,7 @@
 #include "host/cli/commands.h"
 #include "host/cli/installation.h"
 #include "host/cli/json_value.h"
+#include "host/cli/system.h"
 #include "host/cli/text_table.h"
 
 namespace zavhost {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "diagnostics/vek_exception.h"
+#include "excel/xloper12.h"
 #include "integration/entry_point.h"
 #include "integration/running_add_in.h"
 #include "numbers/double_matrix.h"
