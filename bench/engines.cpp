@@ -93,7 +93,7 @@ double SecondsOf(Engine& engine, std::u16string_view formula) {
   const Value* value = std::get_if<Value>(&result);
   if (value == nullptr || value->number() == nullptr || engine.judge().count() != 0)
     throw std::runtime_error("no number, or the judge found something: " +
-                             zavhost::ToUtf8(formula));
+                             zavhost::Utf8FromUtf16(formula));
   return time.count();
 }
 

@@ -11,14 +11,6 @@ constexpr std::size_t kMetAtOnce = 256;
 // A range that is read as an array; beyond, a formula has #VALUE! (8 million values are 200 MB).
 constexpr std::int64_t kArrayLimit = 1 << 23;
 
-CellRange Clipped(CellRange range, const std::optional<CellRange>& used) {
-  const bool whole_columns = range.first_row == 0 && range.last_row == kExcelRows - 1;
-  const bool whole_rows = range.first_column == 0 && range.last_column == kExcelColumns - 1;
-  if (whole_columns) range.last_row = used ? used->last_row : 0;
-  if (whole_rows) range.last_column = used ? used->last_column : 0;
-  return range;
-}
-
 }  // namespace
 
 Calculation::Calculation(Workbook& workbook, Judge& judge, const ExcelBehaviour& behaviour)
@@ -59,7 +51,7 @@ ArrayPtr Calculation::ReadRange(std::uint32_t sheet_index, const CellRange& whol
                                 RangeExtent extent) {
   if (MeetsUncalculated(sheet_index, whole)) throw Uncalculated{};
   const Sheet& sheet = workbook_.sheets[sheet_index];
-  const CellRange range = extent == RangeExtent::kUsed ? Clipped(whole, sheet.used_range()) : whole;
+  const CellRange range = extent == RangeExtent::kUsed ? sheet.Clipped(whole) : whole;
   auto array = std::make_shared<Array>();
   if (static_cast<std::int64_t>(range.rows()) * range.columns() > kArrayLimit) {
     array->values.emplace_back(ErrorCode::kValue);

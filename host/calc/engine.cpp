@@ -4,8 +4,25 @@
 #include "host/calc/formula_text.h"
 #include "host/calc/recalculation.h"
 #include "host/capi/crash_guard.h"
+#include "platform/message_box.h"
+#include "platform/module.h"
 
 namespace zavhost {
+namespace {
+
+/// Throws WorkbookError with one clear line.
+zavrel::Module Load(const std::filesystem::path& file) {
+  // Nobody reads a message box that an add-in opens in the middle of a formula.
+  zavrel::SuppressErrorBoxes();
+  std::error_code ignored;
+  std::string problem;
+  auto module = zavrel::Module::Load(std::filesystem::absolute(file, ignored), &problem);
+  if (!module)
+    throw WorkbookError("the add-in " + Utf8FromPath(file) + " cannot be loaded: " + problem);
+  return std::move(*module);
+}
+
+}  // namespace
 
 class Engine::State {
  public:
@@ -17,10 +34,9 @@ class Engine::State {
   ExcelApi& api() { return calculation.api(); }
 
   void* FindExport(const std::string& name) const {
-    void* found = module == nullptr ? nullptr : module->Find(name);
+    void* found = module ? module->FindExport(name.c_str()) : nullptr;
     if (found == nullptr)
-      throw WorkbookError("the add-in " + ToUtf8(file.filename().u16string()) + " has no export " +
-                          name);
+      throw WorkbookError("the add-in " + Utf8FromPath(file.filename()) + " has no export " + name);
     return found;
   }
 
@@ -38,14 +54,14 @@ class Engine::State {
   void Close() {
     if (!is_open) return;
     is_open = false;
-    if (void* close = module->Find("xlAutoClose")) CallCommand(close, {});
+    if (void* close = module->FindExport("xlAutoClose")) CallCommand(close, {});
     judge.SetPlace({}, {});
     api().memory().ReportHeld();
     api().registry().Clear();
   }
 
   void Unload() {
-    api().SetAddIn(nullptr);
+    api().SetAddIn(nullptr, {});
     module.reset();
     call_library.reset();
     EndCrashGuard(judge);
@@ -55,8 +71,8 @@ class Engine::State {
   EngineOptions options;
   Judge judge;
   Calculation calculation;
-  std::unique_ptr<Module> call_library;
-  std::unique_ptr<Module> module;
+  std::optional<zavrel::Module> call_library;
+  std::optional<zavrel::Module> module;
   std::filesystem::path file;
   bool is_open = false;
 };
@@ -82,23 +98,22 @@ void Engine::LoadAddIn(const std::filesystem::path& file) {
   State& state = *state_;
   state.Close();
   if (!state.options.call_library.empty() && !state.call_library)
-    state.call_library = std::make_unique<Module>(state.options.call_library);
+    state.call_library = Load(state.options.call_library);
   GuardAgainstCrashes(state.judge);
   // Already during its loading an add-in may look up the callback, but it must not call.
-  state.module = std::make_unique<Module>(file);
+  state.module = Load(file);
   state.file = file;
-  state.api().SetAddIn(state.module.get());
-  void* open = state.module->Find("xlAutoOpen");
+  state.api().SetAddIn(&*state.module, std::filesystem::absolute(file));
+  void* open = state.module->FindExport("xlAutoOpen");
   if (open == nullptr) {
     state.Unload();
-    throw WorkbookError(ToUtf8(file.u16string()) + " is no add-in: it has no export xlAutoOpen");
+    throw WorkbookError(Utf8FromPath(file) + " is no add-in: it has no export xlAutoOpen");
   }
   state.is_open = true;
   if (state.CallCommand(open, {}) != 1) {
     state.Close();
     state.Unload();
-    throw WorkbookError("the add-in " + ToUtf8(file.u16string()) +
-                        " did not open (xlAutoOpen failed)");
+    throw WorkbookError("the add-in " + Utf8FromPath(file) + " did not open (xlAutoOpen failed)");
   }
 }
 
@@ -139,7 +154,7 @@ Operand Engine::Evaluate(std::u16string_view formula, CellAddress cell) {
   if (cell.sheet >= state.workbook.sheets.size())
     throw WorkbookError("the workbook has no sheet for the formula");
   const FormulaPtr parsed = ParseFormula(formula);
-  state.judge.SetPlace(CellText(state.workbook, cell), "=" + ToUtf8(formula));
+  state.judge.SetPlace(CellText(state.workbook, cell), "=" + Utf8FromUtf16(formula));
   state.calculation.ForgetNames();
   Operand result = state.calculation.Evaluate(*parsed, cell, cell, std::nullopt, true);
   state.judge.SetPlace({}, {});

@@ -41,8 +41,7 @@ class Mover {
     if (!reference.whole_rows) {
       if (column < 0 || column >= formula::kSheetColumns) return false;
       if (corner.column_absolute) text += u'$';
-      const std::u16string name = A1Text(0, column);
-      text.append(name, 0, name.size() - 1);
+      text += formula::ColumnLetters(column);
     }
     if (!reference.whole_columns) {
       if (row < 0 || row >= formula::kSheetRows) return false;
@@ -86,7 +85,7 @@ std::string CellText(const Workbook& workbook, const CellAddress& cell) {
     for (const char16_t c : name) quoted.append(c == u'\'' ? 2 : 1, c);
     name = quoted + u"'";
   }
-  return PrintableUtf8(name + u"!" + A1Text(cell.row, cell.column));
+  return PrintableUtf8(name + u"!" + formula::A1Text(cell.row, cell.column));
 }
 
 }  // namespace zavhost

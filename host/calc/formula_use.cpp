@@ -4,7 +4,7 @@
 
 #include "formula/lexer.h"
 #include "host/formula/builtin_functions.h"
-#include "host/workbook/letter_case.h"
+#include "host/workbook/text.h"
 
 namespace zavhost {
 namespace {
@@ -80,7 +80,7 @@ FormulaUse FormulaUses::Look(std::u16string_view text, std::vector<std::u16strin
           if (use.foreign.empty()) use.foreign = token.text;
           break;
         }
-        names.push_back(FoldCase(WithoutPrefix(token.text)));
+        names.push_back(LowerCase(WithoutPrefix(token.text)));
         break;
       case TokenKind::kStructuredReference:
         if (use.foreign.empty()) use.foreign = token.text;
@@ -105,7 +105,7 @@ void FormulaUses::LookAtNames() {
   for (const DefinedName& name : workbook_.names) {
     std::vector<std::u16string> mentioned;
     const FormulaUse use = Look(name.text, mentioned);
-    const std::u16string key = FoldCase(name.name);
+    const std::u16string key = LowerCase(name.name);
     if (Merge(use, names_[key].use)) changed.push_back(key);
     for (std::u16string& other : mentioned) names_[std::move(other)].users.push_back(key);
   }

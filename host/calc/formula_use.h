@@ -36,7 +36,7 @@ class FormulaUses {
 
   const Workbook& workbook_;
   const FunctionRegistry& registry_;
-  /// By folded name. A name that several sheets define is all of them at once.
+  /// By name in lower case. A name that several sheets define is all of them at once.
   std::unordered_map<std::u16string, NameUse> names_;
   std::vector<FormulaUse> uses_;
   std::vector<bool> known_;

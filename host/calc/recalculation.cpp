@@ -143,7 +143,8 @@ void Recalculation::WarnOfKept(const FormulaCell& formula, const std::u16string&
     }
     return;
   }
-  report_.warnings.push_back(CellText(workbook_, formula.address) + " uses " + ToUtf8(foreign) +
+  report_.warnings.push_back(CellText(workbook_, formula.address) + " uses " +
+                             Utf8FromUtf16(foreign) +
                              ", which this host does not compute: its stored value is kept");
 }
 
@@ -207,7 +208,7 @@ void Recalculation::CalculateFrom(std::uint32_t entry) {
 void Recalculation::Calculate(std::uint32_t entry) {
   const FormulaCell& formula = workbook_.formulas[entries_[entry].formula];
   RecalculatedCell& cell = report_.cells[entry];
-  judge_.SetPlace(Name(entry), ToUtf8(cell.formula));
+  judge_.SetPlace(Name(entry), Utf8FromUtf16(cell.formula));
   try {
     const Operand result =
         calculation_.Evaluate(*Parsed(formula.text), formula.origin, formula.address, formula.array,

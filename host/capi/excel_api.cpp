@@ -59,6 +59,9 @@ int GiveBoolean(bool boolean, XLOPER12& result) {
   return xlretSuccess;
 }
 
+/// The handle of the running program.
+void* Program() { return zavrel::LoadedModule::HostExecutable().handle(); }
+
 int GiveInteger(std::int32_t integer, XLOPER12& result) {
   result.xltype = xltypeInt;
   result.val.w = integer;
@@ -74,8 +77,9 @@ ExcelApi::~ExcelApi() {
   if (ActiveApi() == this) SetActiveApi(nullptr);
 }
 
-void ExcelApi::SetAddIn(Module* module) {
+void ExcelApi::SetAddIn(const zavrel::Module* module, std::filesystem::path file) {
   module_ = module;
+  file_ = std::move(file);
   refused_.clear();
 }
 
@@ -217,17 +221,17 @@ int ExcelApi::Dispatch(int function, const Arguments& arguments, XLOPER12& resul
       return GiveBoolean(false, result);
     case xlGetInst:  // the low half of the handle, which is all that fits
       return GiveInteger(
-          static_cast<std::int32_t>(reinterpret_cast<std::intptr_t>(ProgramHandle()) & 0x7FFFFFFF),
+          static_cast<std::int32_t>(reinterpret_cast<std::intptr_t>(Program()) & 0x7FFFFFFF),
           result);
     case xlGetInstPtr:
       result.xltype = xltypeBigData;
-      result.val.bigdata.h.hdata = ProgramHandle();
+      result.val.bigdata.h.hdata = Program();
       return xlretSuccess;
     case xlGetHwnd:  // there is no window
       return GiveInteger(0, result);
     case xlGetName:
       if (module_ == nullptr) return xlretFailed;
-      GiveText(module_->file().u16string(), result);
+      GiveText(file_.u16string(), result);
       return xlretSuccess;
     case xlfCaller:
       return Caller(result);

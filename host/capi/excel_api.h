@@ -2,6 +2,7 @@
 // The C API as Excel offers it to an add-in: what stands behind the callback.
 
 #include <atomic>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <thread>
@@ -13,7 +14,7 @@
 #include "host/capi/host_cells.h"
 #include "host/capi/host_memory.h"
 #include "host/capi/judge.h"
-#include "host/capi/module.h"
+#include "platform/module.h"
 
 namespace zavhost {
 
@@ -31,8 +32,9 @@ class ExcelApi {
   ExcelApi(const ExcelApi&) = delete;
   ExcelApi& operator=(const ExcelApi&) = delete;
 
-  /// The add-in whose functions can be registered; its file is what xlGetName answers. Null: none.
-  void SetAddIn(Module* module);
+  /// The add-in whose functions can be registered, and its full path, which xlGetName answers.
+  /// Null: none.
+  void SetAddIn(const zavrel::Module* module, std::filesystem::path file);
 
   /// The callback's work: judges the call and carries it out. Gives the API's return code.
   int Call(int function, int count, XLOPER12** arguments, XLOPER12* result);
@@ -42,7 +44,7 @@ class ExcelApi {
   HostCells& cells() { return cells_; }
   Judge& judge() { return judge_; }
   const ExcelBehaviour& behaviour() const { return behaviour_; }
-  Module* module() { return module_; }
+  const zavrel::Module* module() const { return module_; }
   /// Registrations that were answered with #VALUE!, and why.
   const std::vector<std::string>& refused_registrations() const { return refused_; }
   /// True when the present call of the add-in was told that a cell is not calculated yet.
@@ -107,7 +109,8 @@ class ExcelApi {
   ExcelBehaviour behaviour_;
   HostMemory memory_;
   FunctionRegistry registry_;
-  Module* module_ = nullptr;
+  const zavrel::Module* module_ = nullptr;
+  std::filesystem::path file_;
   std::vector<std::string> refused_;
 
   CallContext context_ = CallContext::kCommand;

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/workbook/letter_case.h"
+#include "host/workbook/text.h"
 
 namespace zavhost {
 namespace {
@@ -26,7 +26,7 @@ double FunctionRegistry::Add(RegisteredFunction function, TypeText type, void* a
   const double id = IdOf(next_id_++);
   function.register_id = id;
   function.is_volatile = type.is_volatile;
-  if (function.macro_type != 2) ids_by_name_[FoldCase(function.name)].push_back(id);
+  if (function.macro_type != 2) ids_by_name_[LowerCase(function.name)].push_back(id);
   functions_.push_back(std::move(function));
   entries_.push_back({id, std::move(type), address, 1});
   ++generation_;
@@ -40,7 +40,7 @@ bool FunctionRegistry::Remove(double register_id) {
   if (entry == entries_.end()) return false;
   if (--entry->use_count > 0) return true;
   const auto function = functions_.begin() + (entry - entries_.begin());
-  const auto name = ids_by_name_.find(FoldCase(function->name));
+  const auto name = ids_by_name_.find(LowerCase(function->name));
   if (name != ids_by_name_.end()) {
     std::erase(name->second, register_id);
     if (name->second.empty()) ids_by_name_.erase(name);
@@ -59,7 +59,7 @@ void FunctionRegistry::Clear() {
 }
 
 std::size_t FunctionRegistry::Find(std::u16string_view name) const {
-  const auto found = ids_by_name_.find(FoldCase(name));
+  const auto found = ids_by_name_.find(LowerCase(name));
   if (found == ids_by_name_.end()) return npos;
   const double id = found->second.back();
   const auto entry = std::find_if(entries_.begin(), entries_.end(),

@@ -6,7 +6,7 @@
 #include "host/capi/excel_api.h"
 #include "host/capi/excel_record.h"
 #include "host/capi/scalar_conversion.h"
-#include "host/workbook/letter_case.h"
+#include "host/workbook/text.h"
 
 namespace zavhost {
 namespace {
@@ -24,15 +24,6 @@ std::uint32_t TypeOf(const Value& value) {
   if (value.boolean() != nullptr) return xltypeBool;
   if (value.error() != nullptr) return xltypeErr;
   return xltypeNil;
-}
-
-CellRange Clipped(CellRange range, const Sheet& sheet) {
-  const std::optional<CellRange>& used = sheet.used_range();
-  const bool whole_columns = range.first_row == 0 && range.last_row == kExcelRows - 1;
-  const bool whole_rows = range.first_column == 0 && range.last_column == kExcelColumns - 1;
-  if (whole_columns) range.last_row = used ? used->last_row : 0;
-  if (whole_rows) range.last_column = used ? used->last_column : 0;
-  return range;
 }
 
 std::u16string QualifiedName(const Workbook& workbook, std::uint32_t sheet) {
@@ -95,7 +86,7 @@ int ExcelApi::CoerceRange(const Reference& reference, XLOPER12& result) {
   if (context_ == CallContext::kWorksheetFunction &&
       cells_.MeetsUncalculated(reference.sheet, range))
     return xlretUncalced;
-  if (behaviour_.clip_whole_columns) range = Clipped(range, sheet);
+  if (behaviour_.clip_whole_columns) range = sheet.Clipped(range);
   if (CellCount(range) > kCellLimit) return xlretFailed;
   const auto size = static_cast<std::size_t>(CellCount(range));
   const std::size_t units = TextUnits(sheet, range);

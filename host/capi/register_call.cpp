@@ -7,7 +7,7 @@
 #include "host/capi/excel_api.h"
 #include "host/capi/excel_record.h"
 #include "host/capi/scalar_conversion.h"
-#include "host/workbook/letter_case.h"
+#include "host/workbook/text.h"
 
 namespace zavhost {
 namespace {
@@ -56,9 +56,10 @@ bool IsFunctionName(std::u16string_view name) {
 void* ExcelApi::FindProcedure(const XLOPER12& procedure) const {
   if (module_ == nullptr) return nullptr;
   const Value value = ToValue(procedure);
-  if (value.text() != nullptr) return module_->Find(ToUtf8(*value.text()));
+  if (value.text() != nullptr) return module_->FindExport(Utf8FromUtf16(*value.text()).c_str());
   const IntegerOutcome ordinal = IntegerOf(value, 1, 0xFFFF);
-  return ordinal.integer ? module_->Find(static_cast<std::uint16_t>(*ordinal.integer)) : nullptr;
+  return ordinal.integer ? module_->FindExport(static_cast<std::uint16_t>(*ordinal.integer))
+                         : nullptr;
 }
 
 std::string ExcelApi::TryRegister(const Arguments& arguments, double& register_id) {
@@ -87,18 +88,19 @@ std::string ExcelApi::TryRegister(const Arguments& arguments, double& register_i
        xltypeMask) == xltypeMissing)
     function.argument_helps.pop_back();
 
-  const std::string who = "the registration of " + ToUtf8(function.name) + ": ";
+  const std::string who = "the registration of " + Utf8FromUtf16(function.name) + ": ";
   for (std::size_t i = 1; i < texts.size(); ++i) {
     if (texts[i].size() > kTextLimit)
       return who + fmt::format("argument {} is longer than 255 characters", i + 1);
   }
-  if (module_ == nullptr || !NamesFile(function.module, module_->file()))
-    return who + "the module " + ToUtf8(function.module) + " is not the add-in";
+  if (module_ == nullptr || !NamesFile(function.module, file_))
+    return who + "the module " + Utf8FromUtf16(function.module) + " is not the add-in";
   void* address = FindProcedure(arguments[1]);
-  if (address == nullptr) return who + "the add-in has no export " + ToUtf8(function.procedure);
+  if (address == nullptr)
+    return who + "the add-in has no export " + Utf8FromUtf16(function.procedure);
   std::variant<TypeText, std::string> type = ParseTypeText(function.type_text);
   if (const std::string* problem = std::get_if<std::string>(&type))
-    return who + "type text \"" + ToUtf8(function.type_text) + "\": " + *problem;
+    return who + "type text \"" + Utf8FromUtf16(function.type_text) + "\": " + *problem;
   if (!IsFunctionName(function.name)) return who + "this is no name for a function";
   if (arguments.Has(5)) {
     const IntegerOutcome macro_type = IntegerOf(ToValue(arguments[5]), 0, 2);

@@ -48,7 +48,7 @@ std::optional<TypeLetter> LetterOf(char16_t letter, bool wide) {
 }
 
 std::string Unusable(char16_t letter) {
-  const std::string quoted = "'" + ToUtf8(std::u16string_view(&letter, 1)) + "'";
+  const std::string quoted = "'" + Utf8FromUtf16(std::u16string_view(&letter, 1)) + "'";
   if (letter == u'P' || letter == u'R')
     return quoted + " stands for the value records of before 2007, which 64-bit add-ins do not use";
   if (letter == u'O') return quoted + " (an array in three words) is not supported";

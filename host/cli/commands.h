@@ -1,17 +1,22 @@
 #pragma once
-// The commands. Each writes its result to stdout, everything else to stderr, and gives the
-// program's exit code. A WorkbookError or FormulaError is the caller's to report.
+// The program and its commands. Each writes its result to stdout, everything else to stderr, and
+// gives the program's exit code.
 
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "host/calc/engine.h"
 #include "host/cli/command_line.h"
 
 namespace zavhost {
 
+/// All of the program: the arguments are in UTF-8, without the program's name.
+int RunProgram(std::vector<std::string> arguments);
+
+// A WorkbookError or FormulaError of a command is the caller's to report.
 int RunCommand(const CommandLine& line);
 int EvalCommand(const CommandLine& line);
 int FunctionsCommand(const CommandLine& line);

@@ -2,26 +2,51 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <chrono>
+#include <cstdio>
 #include <iostream>
 
 #include "host/cli/commands.h"
 #include "host/cli/json_value.h"
+#include "host/cli/system.h"
+#include "platform/module.h"
 
 namespace zavhost {
 
 nlohmann::ordered_json ToJson(const Value& value) {
   if (const double* number = value.number()) return *number;
   if (const bool* boolean = value.boolean()) return *boolean;
-  if (const std::u16string* text = value.text()) return ToUtf8(*text);
-  if (const ErrorCode* error = value.error()) return {{"error", ToUtf8(ErrorText(*error))}};
+  if (const std::u16string* text = value.text()) return Utf8FromUtf16(*text);
+  if (const ErrorCode* error = value.error()) return {{"error", Utf8FromUtf16(ErrorText(*error))}};
   return nullptr;
 }
 
+std::filesystem::path ProgramFolder() { return zavrel::HostExecutablePath().parent_path(); }
+
+std::function<void(std::size_t, std::size_t)> ProgressToTerminal() {
+  if (!StderrIsTerminal()) return {};
+  using Clock = std::chrono::steady_clock;
+  return [start = Clock::now(), next = Clock::now() + std::chrono::seconds(1), shown = false](
+             std::size_t done, std::size_t total) mutable {
+    const auto now = Clock::now();
+    if (done == total && shown) {
+      std::fprintf(stderr, "\r%60s\r", "");
+      shown = false;
+    } else if (now >= next && done < total) {
+      std::fprintf(stderr, "\rRecalculating: %zu of %zu formulas, %lld s ", done, total,
+                   static_cast<long long>(
+                       std::chrono::duration_cast<std::chrono::seconds>(now - start).count()));
+      next = now + std::chrono::milliseconds(250);
+      shown = true;
+    }
+  };
+}
+
 std::string DisplayText(const Value& value) {
-  if (const double* number = value.number()) return ToUtf8(GeneralText(*number));
+  if (const double* number = value.number()) return Utf8FromUtf16(GeneralText(*number));
   if (const bool* boolean = value.boolean()) return *boolean ? "TRUE" : "FALSE";
-  if (const std::u16string* text = value.text()) return ToUtf8(*text);
-  if (const ErrorCode* error = value.error()) return ToUtf8(ErrorText(*error));
+  if (const std::u16string* text = value.text()) return Utf8FromUtf16(*text);
+  if (const ErrorCode* error = value.error()) return Utf8FromUtf16(ErrorText(*error));
   return "";
 }
 

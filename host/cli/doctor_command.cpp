@@ -8,6 +8,7 @@
 #include "host/cli/commands.h"
 #include "host/cli/installation.h"
 #include "host/cli/json_value.h"
+#include "host/cli/system.h"
 #include "host/cli/text_table.h"
 
 namespace zavhost {
@@ -49,8 +50,6 @@ class Findings {
   std::vector<Finding> all_;
 };
 
-std::string Path(const std::filesystem::path& path) { return PrintableUtf8(path.u16string()); }
-
 std::string Joined(const std::vector<std::string>& texts) {
   std::string all;
   for (const std::string& text : texts) all += (all.empty() ? "" : ", ") + text;
@@ -74,7 +73,7 @@ bool CheckFile(const std::filesystem::path& folder, std::u16string_view name,
   const std::string shown = PrintableUtf8(name);
   std::error_code ignored;
   if (!std::filesystem::is_regular_file(file, ignored)) {
-    findings.Problem(shown, "missing from " + Path(file.parent_path()));
+    findings.Problem(shown, "missing from " + PrintablePath(file.parent_path()));
     return false;
   }
   if (IsMarkedAsDownloaded(file)) {
@@ -118,8 +117,9 @@ void CheckValue(Engine& engine, const char* what, std::u16string_view formula, d
   const auto* value = std::get_if<Value>(&result);
   const double* number = value == nullptr ? nullptr : value->number();
   const bool good = number != nullptr && std::abs(*number - expected) < 1e-12;
-  findings.Judge(good, what,
-                 ToUtf8(formula) + " gives " + (value == nullptr ? "no value" : ExactText(*value)));
+  findings.Judge(
+      good, what,
+      Utf8FromUtf16(formula) + " gives " + (value == nullptr ? "no value" : ExactText(*value)));
 }
 
 void CheckFunctions(const CommandLine& line, bool rank_tests, Findings& findings) {
@@ -235,9 +235,9 @@ void DescribeLog(Findings& findings) {
   const LogPlace log = FindLog();
   const std::string written = log.written.empty() ? "no log so far" : "last written " + log.written;
   if (log.enabled) {
-    findings.Note("Log", "on, " + Path(log.file) + ", " + written);
+    findings.Note("Log", "on, " + PrintablePath(log.file) + ", " + written);
   } else {
-    findings.Note("Log", "off; an empty file " + Path(log.marker) + " switches it on");
+    findings.Note("Log", "off; an empty file " + PrintablePath(log.marker) + " switches it on");
   }
 }
 
@@ -290,7 +290,7 @@ int DoctorCommand(CommandLine line) {
   const std::filesystem::path folder = line.add_in.parent_path();
 
   Findings findings;
-  findings.Note("Program", std::string(ZAVHOST_VERSION) + " in " + Path(ProgramFolder()));
+  findings.Note("Program", std::string(ZAVHOST_VERSION) + " in " + PrintablePath(ProgramFolder()));
   findings.Note("System", SystemDescription());
   const std::string version = std::string(ZAVHOST_VERSION).substr(sizeof "ZavHost");
   CheckFile(folder, line.add_in.filename().u16string(), version, findings);

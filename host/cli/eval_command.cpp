@@ -3,6 +3,7 @@
 
 #include "host/cli/commands.h"
 #include "host/cli/json_value.h"
+#include "host/workbook/cell_names.h"
 #include "host/xlsx/xlsx_file.h"
 
 namespace zavhost {
@@ -50,7 +51,7 @@ void NameColumns(Workbook& workbook) {
   const std::optional<CellRange> used = sheet.used_range();
   if (!used || used->last_row < 1) return;
   for (std::int32_t column = 0; column <= used->last_column; ++column) {
-    const std::u16string heading = FromUtf8(DisplayText(sheet.At(0, column)));
+    const std::u16string heading = Utf16FromUtf8(DisplayText(sheet.At(0, column)));
     if (heading.empty()) continue;
     const std::u16string name = NameFromHeading(heading);
     if (workbook.FindName(name, 0) != nullptr) {
@@ -107,7 +108,7 @@ void PrintLines(const Array& array, OutputForm form) {
       if (column > 0) std::cout << (form == OutputForm::kCsv ? "," : "\t");
       const Value& value = array.At(row, column);
       std::cout << (form == OutputForm::kCsv ? CsvField(ExactText(value))
-                                             : PrintableUtf8(FromUtf8(DisplayText(value))));
+                                             : PrintableUtf8(Utf16FromUtf8(DisplayText(value))));
     }
     std::cout << '\n';
   }
@@ -117,7 +118,7 @@ void PrintLines(const Array& array, OutputForm form) {
 
 int EvalCommand(const CommandLine& line) {
   std::unique_ptr<Engine> engine = StartEngine(line, WorkbookFor(line));
-  const Array result = AsArray(engine->Evaluate(FromUtf8(line.formula), kFormulaCell));
+  const Array result = AsArray(engine->Evaluate(Utf16FromUtf8(line.formula), kFormulaCell));
   if (line.form == OutputForm::kJson) {
     PrintJson(result);
   } else {

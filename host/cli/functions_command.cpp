@@ -10,12 +10,6 @@ namespace {
 
 constexpr std::size_t kWidth = 96;
 
-char16_t Lower(char16_t c) { return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c; }
-bool SameName(const std::u16string& a, const std::u16string& b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char16_t x, char16_t y) { return Lower(x) == Lower(y); });
-}
-
 std::vector<RegisteredFunction> Selected(const CommandLine& line, const Engine& engine) {
   std::vector<RegisteredFunction> selected;
   if (line.names.empty()) {
@@ -28,10 +22,10 @@ std::vector<RegisteredFunction> Selected(const CommandLine& line, const Engine& 
     return selected;
   }
   for (const std::string& name : line.names) {
-    const std::u16string wanted = FromUtf8(name);
-    const auto found =
-        std::find_if(engine.functions().begin(), engine.functions().end(),
-                     [&](const auto& function) { return SameName(function.name, wanted); });
+    const std::u16string wanted = Utf16FromUtf8(name);
+    const auto found = std::find_if(
+        engine.functions().begin(), engine.functions().end(),
+        [&](const auto& function) { return EqualIgnoringCase(function.name, wanted); });
     if (found == engine.functions().end()) {
       throw WorkbookError("the add-in has no function " + name +
                           "; ZavHost functions lists those it has");
@@ -42,13 +36,13 @@ std::vector<RegisteredFunction> Selected(const CommandLine& line, const Engine& 
 }
 
 std::string Signature(const RegisteredFunction& function) {
-  return ToUtf8(function.name) + "(" + ToUtf8(function.argument_text) + ")";
+  return Utf8FromUtf16(function.name) + "(" + Utf8FromUtf16(function.argument_text) + ")";
 }
 
 std::vector<std::string> ArgumentNames(const RegisteredFunction& function) {
   std::vector<std::string> names;
   std::string name;
-  for (const char c : ToUtf8(function.argument_text) + ",") {
+  for (const char c : Utf8FromUtf16(function.argument_text) + ",") {
     if (c != ',') {
       if (c != ' ' || !name.empty()) name += c;
       continue;
@@ -60,8 +54,8 @@ std::vector<std::string> ArgumentNames(const RegisteredFunction& function) {
 }
 
 void PrintDetails(const RegisteredFunction& function) {
-  std::cout << '\n' << Signature(function) << "\n  " << ToUtf8(function.category) << "\n\n";
-  for (const std::string& text : WrapWords(ToUtf8(function.function_help), kWidth - 2))
+  std::cout << '\n' << Signature(function) << "\n  " << Utf8FromUtf16(function.category) << "\n\n";
+  for (const std::string& text : WrapWords(Utf8FromUtf16(function.function_help), kWidth - 2))
     std::cout << "  " << text << '\n';
   const std::vector<std::string> names = ArgumentNames(function);
   std::size_t width = 0;
@@ -73,7 +67,7 @@ void PrintDetails(const RegisteredFunction& function) {
     std::string indent = "    " + names[i] + std::string(width - DisplayWidth(names[i]) + 2, ' ');
     if (i == 0) std::cout << '\n';
     for (const std::string& text :
-         WrapWords(ToUtf8(function.argument_helps[i]), kWidth - width - 6)) {
+         WrapWords(Utf8FromUtf16(function.argument_helps[i]), kWidth - width - 6)) {
       std::cout << indent << text << '\n';
       indent.assign(width + 6, ' ');
     }
@@ -85,11 +79,11 @@ void PrintList(const std::vector<RegisteredFunction>& functions) {
   for (const RegisteredFunction& function : functions) {
     if (function.category != category || &function == functions.data()) {
       category = function.category;
-      std::cout << '\n' << ToUtf8(category) << '\n';
+      std::cout << '\n' << Utf8FromUtf16(category) << '\n';
     }
     std::cout << "\n  " << Signature(function) << (function.macro_type == 0 ? "  [hidden]" : "")
               << '\n';
-    for (const std::string& text : WrapWords(ToUtf8(function.function_help), kWidth - 6)) {
+    for (const std::string& text : WrapWords(Utf8FromUtf16(function.function_help), kWidth - 6)) {
       std::cout << "      " << text << '\n';
     }
   }
@@ -106,17 +100,17 @@ void PrintJson(const std::vector<RegisteredFunction>& functions) {
   auto list = nlohmann::ordered_json::array();
   for (const RegisteredFunction& function : functions) {
     nlohmann::ordered_json entry;
-    entry["name"] = ToUtf8(function.name);
-    entry["arguments"] = ToUtf8(function.argument_text);
-    entry["category"] = ToUtf8(function.category);
-    entry["help"] = WithoutTrailingBlank(ToUtf8(function.function_help));
+    entry["name"] = Utf8FromUtf16(function.name);
+    entry["arguments"] = Utf8FromUtf16(function.argument_text);
+    entry["category"] = Utf8FromUtf16(function.category);
+    entry["help"] = WithoutTrailingBlank(Utf8FromUtf16(function.function_help));
     entry["argument_helps"] = nlohmann::ordered_json::array();
     for (const auto& help : function.argument_helps)
-      entry["argument_helps"].push_back(WithoutTrailingBlank(ToUtf8(help)));
+      entry["argument_helps"].push_back(WithoutTrailingBlank(Utf8FromUtf16(help)));
     entry["hidden"] = function.macro_type == 0;
-    entry["export"] = ToUtf8(function.procedure);
-    entry["types"] = ToUtf8(function.type_text);
-    entry["help_topic"] = ToUtf8(function.help_topic);
+    entry["export"] = Utf8FromUtf16(function.procedure);
+    entry["types"] = Utf8FromUtf16(function.type_text);
+    entry["help_topic"] = Utf8FromUtf16(function.help_topic);
     list.push_back(std::move(entry));
   }
   std::cout << list.dump(2) << '\n';
@@ -125,9 +119,10 @@ void PrintJson(const std::vector<RegisteredFunction>& functions) {
 void PrintCsv(const std::vector<RegisteredFunction>& functions) {
   std::cout << "name,arguments,category,help\n";
   for (const RegisteredFunction& function : functions) {
-    std::cout << CsvField(ToUtf8(function.name)) << ',' << CsvField(ToUtf8(function.argument_text))
-              << ',' << CsvField(ToUtf8(function.category)) << ','
-              << CsvField(ToUtf8(function.function_help)) << '\n';
+    std::cout << CsvField(Utf8FromUtf16(function.name)) << ','
+              << CsvField(Utf8FromUtf16(function.argument_text)) << ','
+              << CsvField(Utf8FromUtf16(function.category)) << ','
+              << CsvField(Utf8FromUtf16(function.function_help)) << '\n';
   }
 }
 

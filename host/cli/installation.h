@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zavhost {
@@ -11,14 +12,9 @@ namespace zavhost {
 /// "8.0.1.2" from the version resource; nothing when the file has none.
 std::optional<std::string> FileVersionText(const std::filesystem::path& file);
 
-/// The file carries the mark of a download, which makes Excel and Windows refuse it.
-bool IsMarkedAsDownloaded(const std::filesystem::path& file);
-
 /// The languages, by their English names, in which a message library has the text of error boxes.
+/// The path is absolute.
 std::vector<std::string> MessageLanguages(const std::filesystem::path& file);
-
-/// Name and version of the system.
-std::string SystemDescription();
 
 /// Where the add-in writes its log.
 struct LogPlace {
@@ -38,9 +34,6 @@ struct ExcelEntry {
 };
 /// The entries of files with this name, in whatever folder.
 std::vector<ExcelEntry> ExcelEntries(const std::filesystem::path& file_name);
-
-/// Two spellings of one path, as Windows compares them.
-bool SamePath(const std::filesystem::path& a, const std::filesystem::path& b);
 
 /// "x64" or "x86", as Office's own installer noted it; empty when it did not.
 std::string OfficePlatform();

@@ -9,6 +9,7 @@
 #include "host/cli/commands.h"
 #include "host/cli/json_value.h"
 #include "host/cli/text_table.h"
+#include "host/workbook/cell_names.h"
 
 namespace zavhost {
 namespace {
@@ -20,14 +21,16 @@ const Value& ValueIn(const Workbook& workbook, const CellAddress& cell) {
 }
 
 std::string SheetName(const Workbook& workbook, const CellAddress& cell) {
-  return ToUtf8(workbook.sheets[cell.sheet].name());
+  return Utf8FromUtf16(workbook.sheets[cell.sheet].name());
 }
 
-std::string CellName(const CellAddress& cell) { return ToUtf8(A1Text(cell.row, cell.column)); }
+std::string CellName(const CellAddress& cell) {
+  return Utf8FromUtf16(A1Text(cell.row, cell.column));
+}
 
 /// "{=...}" for an array formula, as Excel shows it.
 std::string FormulaText(const RecalculatedCell& cell) {
-  const std::string text = ToUtf8(cell.formula);
+  const std::string text = Utf8FromUtf16(cell.formula);
   return cell.array ? "{" + text + "}" : text;
 }
 
@@ -124,15 +127,15 @@ std::string JsonForm(const CommandLine& line, Engine& engine, const Recalculatio
                      bool written) {
   nlohmann::ordered_json root;
   const Workbook& workbook = engine.workbook();
-  root["workbook"] = ToUtf8(workbook.file_name);
-  if (written) root["output"] = ToUtf8(line.output.u16string());
+  root["workbook"] = Utf8FromUtf16(workbook.file_name);
+  if (written) root["output"] = Utf8FromPath(line.output);
   root["cells"] = nlohmann::ordered_json::array();
   for (const RecalculatedCell& cell : report.cells) {
     nlohmann::ordered_json entry;
     entry["sheet"] = SheetName(workbook, cell.address);
     entry["cell"] = CellName(cell.address);
-    if (cell.array) entry["array"] = ToUtf8(A1Text(*cell.array));
-    entry["formula"] = ToUtf8(cell.formula);
+    if (cell.array) entry["array"] = Utf8FromUtf16(A1Text(*cell.array));
+    entry["formula"] = Utf8FromUtf16(cell.formula);
     entry["value"] = ValuesOf(workbook, cell);
     entry["before"] = ToJson(cell.before);
     entry["changed"] = cell.changed;
@@ -173,7 +176,7 @@ std::string RunReport(const CommandLine& line, Engine& engine, const Recalculati
       break;
   }
   std::string text = TableForm(engine.workbook(), report) + Summary(report);
-  if (written) text += "; written to " + PrintableUtf8(line.output.u16string());
+  if (written) text += "; written to " + PrintablePath(line.output);
   return text + ".\n";
 }
 

@@ -3,12 +3,13 @@
 #include <algorithm>
 #include <sstream>
 
-#include "host/workbook/value.h"
+#include "host/workbook/text.h"
 
 namespace zavhost {
 namespace {
 
-bool IsLowSurrogate(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+using zavrel::IsLowSurrogate;
+
 bool IsCombining(char16_t unit) { return unit >= 0x0300 && unit <= 0x036F; }
 bool IsWide(char16_t unit) {
   return (unit >= 0x1100 && unit <= 0x115F) || (unit >= 0x2E80 && unit <= 0xA4CF) ||
@@ -21,8 +22,8 @@ std::size_t UnitWidth(char16_t unit) {
 }
 
 std::string OneLine(const std::string& given, std::size_t limit) {
-  std::string text = PrintableUtf8(FromUtf8(given));
-  const std::u16string units = FromUtf8(text);
+  std::string text = PrintableUtf8(Utf16FromUtf8(given));
+  const std::u16string units = Utf16FromUtf8(text);
   std::size_t width = 0;
   for (std::size_t i = 0; i < units.size(); ++i) {
     width += UnitWidth(units[i]);
@@ -30,7 +31,7 @@ std::string OneLine(const std::string& given, std::size_t limit) {
     // Room for the ellipsis, and no half of a pair in front of it.
     std::size_t keep = i > 0 ? i - 1 : 0;
     while (keep > 0 && IsLowSurrogate(units[keep])) --keep;
-    return ToUtf8(units.substr(0, keep)) + "\u2026";
+    return Utf8FromUtf16(units.substr(0, keep)) + "\u2026";
   }
   return text;
 }
@@ -53,7 +54,7 @@ void AppendTrimmed(std::string& out, std::string line) {
 
 std::size_t DisplayWidth(const std::string& text) {
   std::size_t width = 0;
-  for (const char16_t unit : FromUtf8(text)) width += UnitWidth(unit);
+  for (const char16_t unit : Utf16FromUtf8(text)) width += UnitWidth(unit);
   return width;
 }
 

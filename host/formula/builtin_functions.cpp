@@ -4,19 +4,21 @@
 #include <unordered_map>
 
 #include "host/formula/builtin_groups.h"
-#include "host/workbook/letter_case.h"
+#include "host/workbook/text.h"
 
 namespace zavhost {
 namespace {
 
-using Table = std::unordered_map<std::u16string_view, const BuiltInFunction*>;
+/// By name in lower case.
+using Table = std::unordered_map<std::u16string, const BuiltInFunction*>;
 
 const Table& Functions() {
   static const Table table = [] {
     Table made;
     for (const auto group : {LogicalFunctions(), NumberFunctions(), AggregateFunctions(),
                              ReferenceFunctions(), ValueFunctions()}) {
-      for (const BuiltInFunction& function : group) made.emplace(function.name, &function);
+      for (const BuiltInFunction& function : group)
+        made.emplace(LowerCase(function.name), &function);
     }
     return made;
   }();
@@ -26,8 +28,7 @@ const Table& Functions() {
 }  // namespace
 
 const BuiltInFunction* FindBuiltIn(std::u16string_view name) {
-  const std::u16string folded = FoldCase(name);
-  const auto found = Functions().find(folded);
+  const auto found = Functions().find(LowerCase(name));
   return found == Functions().end() ? nullptr : found->second;
 }
 

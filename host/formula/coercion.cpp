@@ -4,12 +4,10 @@
 #include <cmath>
 #include <cstring>
 
-#include "host/workbook/letter_case.h"
+#include "host/workbook/text.h"
 
 namespace zavhost {
 namespace {
-
-constexpr std::size_t kMaxTextLength = 32'767;
 
 /// True when both numbers show the same 15 significant digits.
 bool EqualAtFifteenDigits(double a, double b) {
@@ -45,7 +43,7 @@ int Compare(const Value& left, const Value& right) {
   if (left_number && right_number) return CompareNumbers(*left_number, *right_number);
   const std::u16string* left_text = left.text();
   const std::u16string* right_text = right.text();
-  if (left_text && right_text) return FoldCase(*left_text).compare(FoldCase(*right_text));
+  if (left_text && right_text) return LowerCase(*left_text).compare(LowerCase(*right_text));
   const bool* left_boolean = left.boolean();
   const bool* right_boolean = right.boolean();
   if (left_boolean && right_boolean) return int{*left_boolean} - int{*right_boolean};
@@ -80,7 +78,7 @@ Value Concatenate(const Value& left, const Value& right) {
   if (first.error) return *first.error;
   const Converted<std::u16string> second = ToText(right);
   if (second.error) return *second.error;
-  if (first.value.size() + second.value.size() > kMaxTextLength) return ErrorCode::kValue;
+  if (first.value.size() + second.value.size() > kLongestText) return ErrorCode::kValue;
   first.value += second.value;
   return Value(std::u16string_view(first.value));
 }

@@ -119,7 +119,7 @@ class Evaluator {
     const DefinedName* name =
         DefinedNameOf(step.prefix, step.name, caller_.sheet, context_.workbook());
     if (name == nullptr) return Value(ErrorCode::kName);
-    const std::string shown = "name " + ToUtf8(name->name);
+    const std::string shown = "name " + Utf8FromUtf16(name->name);
     if (std::find(open_names_.begin(), open_names_.end(), name) != open_names_.end()) {
       throw FormulaError(shown + " refers to itself", step.position);
     }

@@ -7,7 +7,7 @@
 #include "host/formula/evaluate.h"
 #include "host/formula/expression.h"
 #include "host/formula/reference_algebra.h"
-#include "host/workbook/letter_case.h"
+#include "host/workbook/text.h"
 
 namespace zavhost {
 namespace {
@@ -18,7 +18,7 @@ void CollectFunctions(const Expression& expression, std::set<std::u16string>& kn
     const CallStep* call = std::get_if<CallStep>(&step);
     if (call == nullptr) continue;
     for (const Expression& argument : call->arguments) CollectFunctions(argument, known, names);
-    if (known.insert(FoldCase(call->name)).second) names.push_back(call->name);
+    if (known.insert(LowerCase(call->name)).second) names.push_back(call->name);
   }
 }
 

@@ -8,7 +8,7 @@
 #include "formula/lexer.h"
 #include "host/formula/evaluate.h"
 #include "host/formula/expression.h"
-#include "host/workbook/letter_case.h"
+#include "host/workbook/text.h"
 
 namespace zavhost {
 namespace {
@@ -152,7 +152,7 @@ class Parser {
   [[noreturn]] void Unexpected() const {
     const Token& token = Peek();
     if (token.text.empty()) throw FormulaError("the formula is not complete", token.position);
-    std::string message = ToUtf8(token.text.substr(0, 20));
+    std::string message = Utf8FromUtf16(token.text.substr(0, 20));
     message.insert(message.begin(), '"');
     message.append("\" cannot stand here");
     throw FormulaError(message, token.position);

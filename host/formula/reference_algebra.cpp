@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/workbook/letter_case.h"
+#include "host/workbook/text.h"
 
 namespace zavhost {
 namespace {

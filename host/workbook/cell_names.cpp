@@ -1,38 +1,17 @@
 #include "host/workbook/cell_names.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <string>
 
 namespace zavhost {
-namespace {
-
-std::u16string ColumnLetters(std::int32_t column) {
-  std::u16string letters;
-  for (std::int32_t rest = column + 1; rest > 0; rest = (rest - 1) / 26) {
-    letters.insert(letters.begin(), static_cast<char16_t>(u'A' + (rest - 1) % 26));
-  }
-  return letters;
-}
-
-std::u16string RowDigits(std::int32_t row) {
-  const std::string digits = std::to_string(static_cast<std::int64_t>(row) + 1);
-  return {digits.begin(), digits.end()};
-}
-
-}  // namespace
-
-std::u16string A1Text(std::int32_t row, std::int32_t column) {
-  return ColumnLetters(column) + RowDigits(row);
-}
-
 std::u16string A1Text(const CellRange& range) {
   if (range.IsSingleCell()) return A1Text(range.first_row, range.first_column);
-  if (range.first_row == 0 && range.last_row == kSheetRows - 1) {
+  if (range.HasAllRows())
     return ColumnLetters(range.first_column) + u":" + ColumnLetters(range.last_column);
-  }
-  if (range.first_column == 0 && range.last_column == kSheetColumns - 1) {
-    return RowDigits(range.first_row) + u":" + RowDigits(range.last_row);
-  }
+  if (range.HasAllColumns())
+    return Utf16FromUtf8(fmt::format("{}:{}", range.first_row + 1, range.last_row + 1));
   return A1Text(range.first_row, range.first_column) + u":" +
          A1Text(range.last_row, range.last_column);
 }

@@ -1,16 +1,20 @@
 #pragma once
-// The size of a sheet, and cells by their A1 names.
+// Cells and ranges by their A1 names.
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
+#include "formula/a1_reference.h"
 #include "host/workbook/value.h"
 
 namespace zavhost {
 
-inline constexpr std::int32_t kSheetRows = 1'048'576;
-inline constexpr std::int32_t kSheetColumns = 16'384;
+using formula::A1Text;
+using formula::ColumnLetters;
+using formula::kSheetColumns;
+using formula::kSheetRows;
 
 struct CellPosition {
   std::int32_t row = 0;
@@ -22,6 +26,8 @@ struct CellPosition {
 /// The cell that "B7" or "$B$7" names, in any letter case; nothing when the text is no such name or
 /// the cell lies outside a sheet.
 std::optional<CellPosition> ParseCellName(std::string_view text);
+/// "B7:C9", "A:A", "3:7"; "B7" for a single cell.
+std::u16string A1Text(const CellRange& range);
 /// The range that "B7" or "B7:C9" names, corners in any order.
 std::optional<CellRange> ParseRangeName(std::string_view text);
 

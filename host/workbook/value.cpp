@@ -1,43 +1,20 @@
 #include "host/workbook/value.h"
 
-#include <array>
-#include <utility>
-
-#include "host/workbook/letter_case.h"
+#include "formula/error_texts.h"
+#include "host/workbook/text.h"
 
 namespace zavhost {
-namespace {
-
-constexpr std::array<std::pair<ErrorCode, std::u16string_view>, 14> kErrors = {{
-    {ErrorCode::kNull, u"#NULL!"},
-    {ErrorCode::kDiv0, u"#DIV/0!"},
-    {ErrorCode::kValue, u"#VALUE!"},
-    {ErrorCode::kRef, u"#REF!"},
-    {ErrorCode::kName, u"#NAME?"},
-    {ErrorCode::kNum, u"#NUM!"},
-    {ErrorCode::kNA, u"#N/A"},
-    {ErrorCode::kGettingData, u"#GETTING_DATA"},
-    {ErrorCode::kSpill, u"#SPILL!"},
-    {ErrorCode::kConnect, u"#CONNECT!"},
-    {ErrorCode::kBlocked, u"#BLOCKED!"},
-    {ErrorCode::kUnknown, u"#UNKNOWN!"},
-    {ErrorCode::kField, u"#FIELD!"},
-    {ErrorCode::kCalc, u"#CALC!"},
-}};
-
-}  // namespace
-
 std::u16string_view ErrorText(ErrorCode code) {
-  for (const auto& [known, text] : kErrors) {
-    if (known == code) return text;
+  for (const auto& [known, text] : formula::kErrorTexts) {
+    if (known == static_cast<std::int32_t>(code)) return text;
   }
   return u"#UNKNOWN!";
 }
 
 std::optional<ErrorCode> ErrorFromText(std::u16string_view text) {
   if (text.empty() || text.front() != u'#') return std::nullopt;
-  for (const auto& [code, known] : kErrors) {
-    if (EqualIgnoringCase(text, known)) return code;
+  for (const auto& [code, known] : formula::kErrorTexts) {
+    if (EqualIgnoringCase(text, known)) return static_cast<ErrorCode>(code);
   }
   return std::nullopt;
 }

@@ -1,6 +1,7 @@
 #pragma once
 // What a cell can hold, and what a formula can produce: values, arrays and references.
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -8,6 +9,9 @@
 #include <string_view>
 #include <variant>
 #include <vector>
+
+#include "formula/a1_reference.h"
+#include "host/workbook/text.h"
 
 namespace zavhost {
 
@@ -33,6 +37,9 @@ enum class ErrorCode : std::int32_t {
 std::u16string_view ErrorText(ErrorCode code);
 /// The error that a text spells, in any letter case.
 std::optional<ErrorCode> ErrorFromText(std::u16string_view text);
+
+/// Code units of a cell's text, at the most.
+inline constexpr std::size_t kLongestText = 32'767;
 
 /// Shared immutable text, so that a million cells with one label hold it once.
 using Text = std::shared_ptr<const std::u16string>;
@@ -80,6 +87,10 @@ struct CellRange {
 
   std::int32_t rows() const { return last_row - first_row + 1; }
   std::int32_t columns() const { return last_column - first_column + 1; }
+  bool HasAllRows() const { return first_row == 0 && last_row == formula::kSheetRows - 1; }
+  bool HasAllColumns() const {
+    return first_column == 0 && last_column == formula::kSheetColumns - 1;
+  }
   bool IsSingleCell() const { return first_row == last_row && first_column == last_column; }
   bool Contains(std::int32_t row, std::int32_t column) const {
     return row >= first_row && row <= last_row && column >= first_column && column <= last_column;
@@ -129,20 +140,5 @@ std::u16string GeneralText(double number);
 /// The number that a text spells as a cell entry would ("1.5", " -2e3 ", "50%", "1,234.5", in US
 /// form); nothing otherwise, nor when it is too large or too small for a double.
 std::optional<double> NumberFromText(std::u16string_view text);
-
-/// A lone surrogate becomes U+FFFD.
-std::string ToUtf8(std::u16string_view text);
-/// The same on one line and safe for a terminal: controls, line separators and marks that turn the
-/// direction of writing become blanks.
-std::string PrintableUtf8(std::u16string_view text);
-/// Malformed UTF-8 becomes U+FFFD; never throws for content.
-std::u16string FromUtf8(std::string_view text);
-bool IsValidUtf8(std::string_view text);
-/// Appends one character, which must be no surrogate and at most U+10FFFF.
-void AppendUtf8(char32_t code, std::string& out);
-
-/// A1 style without "$", from zero-based numbers: "B7"; ranges "B7:C9", "A:A", "3:7".
-std::u16string A1Text(std::int32_t row, std::int32_t column);
-std::u16string A1Text(const CellRange& range);
 
 }  // namespace zavhost

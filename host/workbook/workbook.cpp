@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/workbook/letter_case.h"
+#include "host/workbook/text.h"
 
 namespace zavhost {
 namespace {
@@ -45,6 +45,14 @@ void Sheet::Cover(const CellRange& range) {
   used_range_->first_column = std::min(used_range_->first_column, range.first_column);
   used_range_->last_row = std::max(used_range_->last_row, range.last_row);
   used_range_->last_column = std::max(used_range_->last_column, range.last_column);
+}
+
+CellRange Sheet::Clipped(CellRange range) const {
+  const bool all_rows = range.HasAllRows();
+  const bool all_columns = range.HasAllColumns();
+  if (all_rows) range.last_row = used_range_ ? used_range_->last_row : 0;
+  if (all_columns) range.last_column = used_range_ ? used_range_->last_column : 0;
+  return range;
 }
 
 const Value& Sheet::At(std::int32_t row, std::int32_t column_index) const {
@@ -101,11 +109,11 @@ std::optional<std::uint32_t> Workbook::FindSheet(std::u16string_view name) const
 const DefinedName* Workbook::FindName(std::u16string_view name, std::uint32_t sheet) const {
   if (indexed_names_ != names.size()) {
     name_index_.clear();
-    for (std::size_t i = 0; i < names.size(); ++i) name_index_.emplace(FoldCase(names[i].name), i);
+    for (std::size_t i = 0; i < names.size(); ++i) name_index_.emplace(LowerCase(names[i].name), i);
     indexed_names_ = names.size();
   }
   const DefinedName* found = nullptr;
-  const auto [first, last] = name_index_.equal_range(FoldCase(name));
+  const auto [first, last] = name_index_.equal_range(LowerCase(name));
   for (auto entry = first; entry != last; ++entry) {
     const DefinedName& candidate = names[entry->second];
     if (candidate.sheet == sheet) return &candidate;

@@ -50,6 +50,8 @@ class Sheet {
   const std::optional<CellRange>& used_range() const { return used_range_; }
   /// Makes the used range hold these cells as well: a formula will fill them.
   void Cover(const CellRange& range);
+  /// The range with whole columns and whole rows cut off where the used range ends.
+  CellRange Clipped(CellRange range) const;
   bool is_protected() const { return protected_; }
   void set_protected(bool is_protected) { protected_ = is_protected; }
   /// False for a chart sheet and other sheets without cells.
@@ -106,7 +108,7 @@ class Workbook {
   const DefinedName* FindName(std::u16string_view name, std::uint32_t sheet) const;
 
  private:
-  /// Places in `names` by folded name, made anew when the number of names has changed.
+  /// Places in `names` by name in lower case, made anew when the number of names has changed.
   mutable std::unordered_multimap<std::u16string, std::size_t> name_index_;
   mutable std::size_t indexed_names_ = 0;
 };

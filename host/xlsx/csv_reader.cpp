@@ -3,15 +3,13 @@
 #include <new>
 
 #include "host/workbook/cell_names.h"
-#include "host/workbook/letter_case.h"
+#include "host/workbook/text.h"
 #include "host/xlsx/file_io.h"
 #include "host/xlsx/messages.h"
 #include "host/xlsx/xlsx_file.h"
 
 namespace zavhost {
 namespace {
-
-constexpr std::size_t kLongestText = 32'767;
 
 /// Splits comma-separated text into fields. Quoted fields may hold commas, line ends and doubled
 /// quotes; lines end in "\n", "\r\n" or "\r".
@@ -75,14 +73,14 @@ class CsvReader {
 
   Value FieldValue() const {
     if (field_.empty() || field_ == "NA") return {};
-    std::u16string text = FromUtf8(field_);
+    std::u16string text = Utf16FromUtf8(field_);
     if (const std::optional<double> number = NumberFromText(text)) return *number;
     if (const std::optional<ErrorCode> error = ErrorFromText(text)) return *error;
     if (EqualIgnoringCase(text, u"TRUE")) return true;
     if (EqualIgnoringCase(text, u"FALSE")) return false;
     if (text.size() > kLongestText) {
       throw WorkbookError(fmt::format("the text of cell {} is longer than {} characters",
-                                      ToUtf8(A1Text(row_, column_)), kLongestText));
+                                      Utf8FromUtf16(A1Text(row_, column_)), kLongestText));
     }
     return std::make_shared<const std::u16string>(std::move(text));
   }

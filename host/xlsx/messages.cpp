@@ -1,6 +1,6 @@
 #include "host/xlsx/messages.h"
 
-#include "host/workbook/value.h"
+#include "host/workbook/text.h"
 
 namespace zavhost {
 namespace {
@@ -16,11 +16,7 @@ std::string Printable(std::u16string_view text) {
 }
 
 std::string Printable(std::string_view text) {
-  return Printable(FromUtf8(text.substr(0, 4 * kLongest)));
-}
-
-std::string PrintablePath(const std::filesystem::path& path) {
-  return PrintableUtf8(path.u16string());
+  return Printable(Utf16FromUtf8(text.substr(0, 4 * kLongest)));
 }
 
 }  // namespace zavhost

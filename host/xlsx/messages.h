@@ -1,7 +1,6 @@
 #pragma once
 // Error messages about files: one line each, whatever the file holds.
 
-#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -11,7 +10,5 @@ namespace zavhost {
 /// long.
 std::string Printable(std::string_view text);
 std::string Printable(std::u16string_view text);
-/// A path as the user gave it, in UTF-8.
-std::string PrintablePath(const std::filesystem::path& path);
 
 }  // namespace zavhost

@@ -6,7 +6,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include "host/workbook/letter_case.h"
+#include "host/workbook/text.h"
 #include "host/xlsx/messages.h"
 
 namespace zavhost {
@@ -124,10 +124,10 @@ class WorkbookPartReader {
   }
 
   void ReadSheet() {
-    SheetPart sheet{FromUtf8(reader_.Attribute("name").value_or("")), {}};
+    SheetPart sheet{Utf16FromUtf8(reader_.Attribute("name").value_or("")), {}};
     const std::string shown = Printable(sheet.name);
     if (sheet.name.empty()) throw WorkbookError("a sheet has no name");
-    if (!sheet_names_.insert(FoldCase(sheet.name)).second) {
+    if (!sheet_names_.insert(LowerCase(sheet.name)).second) {
       throw WorkbookError(fmt::format("two sheets are named '{}'", shown));
     }
     const auto found = relationships_.find(reader_.PrefixedAttribute("id").value_or(""));
@@ -145,7 +145,7 @@ class WorkbookPartReader {
 
   void ReadName() {
     DefinedName name;
-    name.name = FromUtf8(reader_.Attribute("name").value_or(""));
+    name.name = Utf16FromUtf8(reader_.Attribute("name").value_or(""));
     name.sheet = reader_.NumberAttribute("localSheetId");
     // Macros' names, and those that Excel keeps for print areas, filters and the like.
     const bool is_ours =
@@ -153,7 +153,7 @@ class WorkbookPartReader {
         !reader_.BooleanAttribute("vbProcedure") && !name.name.starts_with(u"_xlnm.");
     std::string text;
     reader_.ReadText(text);
-    name.text = FromUtf8(text);
+    name.text = Utf16FromUtf8(text);
     if (name.text.starts_with(u'=')) name.text.erase(0, 1);
     if (is_ours) parts_.names.push_back(std::move(name));
   }
@@ -165,7 +165,7 @@ class WorkbookPartReader {
         throw WorkbookError(fmt::format("the name '{}' belongs to a sheet that does not exist",
                                         Printable(name.name)));
       }
-      if (!seen.emplace(FoldCase(name.name), name.sheet).second) {
+      if (!seen.emplace(LowerCase(name.name), name.sheet).second) {
         throw WorkbookError(fmt::format("the name '{}' is defined twice", Printable(name.name)));
       }
     }

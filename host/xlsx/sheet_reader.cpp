@@ -20,8 +20,6 @@
 namespace zavhost {
 namespace {
 
-constexpr std::size_t kLongestText = 32'767;
-
 using Event = XmlReader::Event;
 
 /// A number as XML schemas write doubles, without their infinities.
@@ -151,7 +149,7 @@ class SheetReader {
       return is_true;
     }
     if (type == "e") {
-      return ErrorFromText(FromUtf8(cell_.value)).value_or(ErrorCode::kUnknown);
+      return ErrorFromText(Utf16FromUtf8(cell_.value)).value_or(ErrorCode::kUnknown);
     }
     if (type == "d") {
       const std::optional<double> serial = SerialFromIsoDate(cell_.value, workbook_.date1904);
@@ -193,7 +191,9 @@ class SheetReader {
                                Printable(cell_.value), wanted));
   }
 
-  std::string CellText() const { return ToUtf8(A1Text(cell_.position.row, cell_.position.column)); }
+  std::string CellText() const {
+    return Utf8FromUtf16(A1Text(cell_.position.row, cell_.position.column));
+  }
 
   CellAddress Address() const { return {sheet_index_, cell_.position.row, cell_.position.column}; }
 
@@ -214,7 +214,7 @@ class SheetReader {
       return;
     }
     const auto text = static_cast<std::uint32_t>(workbook_.formula_texts.size());
-    workbook_.formula_texts.push_back(FromUtf8(scratch_));
+    workbook_.formula_texts.push_back(Utf16FromUtf8(scratch_));
     workbook_.formulas.push_back({Address(), text, Address(), array});
     if (shared_index) shared_.insert_or_assign(*shared_index, SharedFormula{text, Address()});
   }

@@ -29,13 +29,13 @@ StoredValue Store(const Value& value) {
     stored.content = NumberText(*number);
   } else if (number != nullptr) {
     stored.type = "e";
-    stored.content = ToUtf8(ErrorText(ErrorCode::kNum));
+    stored.content = Utf8FromUtf16(ErrorText(ErrorCode::kNum));
   } else if (const bool* boolean = value.boolean()) {
     stored.type = "b";
     stored.content = *boolean ? "1" : "0";
   } else if (const ErrorCode* error = value.error()) {
     stored.type = "e";
-    stored.content = ToUtf8(ErrorText(*error));
+    stored.content = Utf8FromUtf16(ErrorText(*error));
   } else if (const std::u16string* text = value.text()) {
     stored.type = "str";
     AppendCellText(*text, stored.content);
@@ -195,7 +195,7 @@ class SheetRewriter {
   void AddCell(const CellPosition& cell) {
     const StoredValue stored = Store(sheet_.At(cell.row, cell.column));
     if (stored.is_blank) return;
-    out_ += fmt::format("<{}c r=\"{}\"", prefix_, ToUtf8(A1Text(cell.row, cell.column)));
+    out_ += fmt::format("<{}c r=\"{}\"", prefix_, Utf8FromUtf16(A1Text(cell.row, cell.column)));
     if (!stored.type.empty()) out_ += fmt::format(" t=\"{}\"", stored.type);
     out_ += '>';
     AddValueElement(stored);

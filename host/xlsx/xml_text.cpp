@@ -32,7 +32,7 @@ XmlEncoding DetectEncoding(std::string_view bytes) {
   return XmlEncoding::kUtf8;
 }
 
-std::string Utf8FromUtf16(std::string_view bytes, bool big_endian) {
+std::string Utf8FromUtf16Bytes(std::string_view bytes, bool big_endian) {
   if (bytes.size() % 2 != 0) throw XmlError("its UTF-16 text ends in the middle of a character");
   std::u16string units(bytes.size() / 2, u'\0');
   for (std::size_t i = 0; i < units.size(); ++i) {
@@ -40,7 +40,7 @@ std::string Utf8FromUtf16(std::string_view bytes, bool big_endian) {
     const auto second = static_cast<unsigned char>(bytes[2 * i + 1]);
     units[i] = static_cast<char16_t>(big_endian ? first << 8 | second : second << 8 | first);
   }
-  return ToUtf8(units);
+  return Utf8FromUtf16(units);
 }
 
 /// The encoding that the XML declaration names, in lower case; empty when it names none.
@@ -110,8 +110,6 @@ std::optional<char16_t> EscapedUnit(std::basic_string_view<Char> text) {
   return static_cast<char16_t>(unit);
 }
 
-bool IsSurrogate(char16_t unit) { return unit >= 0xD800 && unit <= 0xDFFF; }
-
 }  // namespace
 
 DecodedXml DecodeXml(std::string bytes) {
@@ -125,7 +123,7 @@ DecodedXml DecodeXml(std::string bytes) {
     }
     decoded.text = std::move(bytes);
   } else {
-    decoded.text = Utf8FromUtf16(bytes, decoded.encoding == XmlEncoding::kUtf16BigEndian);
+    decoded.text = Utf8FromUtf16Bytes(bytes, decoded.encoding == XmlEncoding::kUtf16BigEndian);
   }
   CheckCharacters(decoded.text);
   return decoded;
@@ -134,7 +132,7 @@ DecodedXml DecodeXml(std::string bytes) {
 std::string EncodeXml(std::string text, XmlEncoding encoding) {
   if (encoding == XmlEncoding::kUtf8) return text;
   std::string bytes;
-  for (const char16_t unit : FromUtf8(text)) {
+  for (const char16_t unit : Utf16FromUtf8(text)) {
     const char low = static_cast<char>(unit & 0xFF);
     const char high = static_cast<char>(unit >> 8);
     bytes.push_back(encoding == XmlEncoding::kUtf16BigEndian ? high : low);
@@ -166,7 +164,7 @@ bool AppendDecoded(std::string_view raw, XmlPlace place, std::string& out) {
 }
 
 std::u16string UnescapeCellText(std::string_view stored) {
-  std::u16string text = FromUtf8(stored);
+  std::u16string text = Utf16FromUtf8(stored);
   std::size_t escape = text.find(u"_x");
   if (escape == std::u16string::npos) return text;
   std::size_t kept = escape;
@@ -185,18 +183,19 @@ void AppendCellText(std::u16string_view text, std::string& out) {
   };
   for (std::size_t i = 0; i < text.size(); ++i) {
     const char16_t unit = text[i];
-    const bool is_pair = unit >= 0xD800 && unit <= 0xDBFF && i + 1 < text.size() &&
-                         text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF;
+    const auto [code, units] = zavrel::FirstCharacter(text.substr(i));
     if (unit == u'&') {
       out += "&amp;";
     } else if (unit == u'<') {
       out += "&lt;";
     } else if (unit == u'>') {
       out += "&gt;";
-    } else if (is_pair) {
-      out += ToUtf8(text.substr(i++, 2));
+    } else if (units == 2) {
+      AppendUtf8(code, out);
+      ++i;
     } else if ((unit < 0x20 && unit != u'\t' && unit != u'\n') || unit >= 0xFFFE ||
-               IsSurrogate(unit) || EscapedUnit(text.substr(i))) {
+               zavrel::IsHighSurrogate(unit) || zavrel::IsLowSurrogate(unit) ||
+               EscapedUnit(text.substr(i))) {
       append_escape(unit);
     } else {
       AppendUtf8(unit, out);

@@ -23,14 +23,15 @@ class CompanionLibrary {
     return found_;
   }
   const std::u16string& path() const { return path_; }
-  /// The loaded library, null when absent.
-  const Module* module();
   /// Null when the library or the export is absent.
   ExportAddress FindExport(const char* name);
   /// Unloads the library, which turned out to be of no use; it is not looked for again.
   void Release() { module_.reset(); }
 
  private:
+  /// The loaded library, null when absent.
+  const Module* module();
+
   std::u16string path_;
   Loader load_;
   std::optional<Module> module_;

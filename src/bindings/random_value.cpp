@@ -1,14 +1,12 @@
 #include "bindings/random_value.h"
 
-#include "bindings/companion_library.h"
+#include "bindings/sibling_library.h"
 
 namespace zavrel {
 
 double RandomValue(RndGen& generator) {
-  // It calls the generator back through its table of virtual functions.
-  using Rand = double(RndGen * generator);
-  static auto* const sibling = AsFunction<Rand>(SiblingLibrary().FindExport("QLX4_Rand"));
-  return sibling != nullptr ? sibling(&generator) : generator.NextDouble();
+  const auto rand = SiblingProduct().rand;
+  return rand != nullptr ? rand(&generator) : generator.NextDouble();
 }
 
 }  // namespace zavrel

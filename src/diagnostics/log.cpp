@@ -4,6 +4,7 @@
 #include <memory>
 #include <system_error>
 
+#include "contracts/log_files.h"
 #include "platform/clock.h"
 #include "platform/operating_system.h"
 #include "platform/utf.h"
@@ -14,13 +15,6 @@ namespace {
 constexpr const char* kFlushThreadName = "WorkerThread<class LogFile>::threadProc";
 constexpr auto kWakePeriod = std::chrono::milliseconds(1);
 constexpr auto kFlushPeriod = std::chrono::milliseconds(500);
-
-// The second name is what comes of saving the first with an editor that hides extensions.
-bool MarkerStandsIn(const std::filesystem::path& folder) {
-  std::error_code ignored;
-  return std::filesystem::is_regular_file(folder / "BrennicLoggingDetail.txt", ignored) ||
-         std::filesystem::is_regular_file(folder / "BrennicLoggingDetail.txt.txt", ignored);
-}
 
 std::unique_ptr<LogFile>& SessionLog() {
   // Never destroyed: a process that ends without closing the session has no flush thread left to
@@ -35,10 +29,10 @@ std::atomic<LogFile*> enabled_log = nullptr;
 }  // namespace
 
 LogFile::LogFile(const std::filesystem::path& folder, std::string_view name, Flush flush)
-    : path_(folder / (Utf16FromUtf8(name) + u".log")) {
+    : path_(LogFileIn(folder, Utf16FromUtf8(name))) {
   std::error_code ignored;
   std::filesystem::remove(path_, ignored);
-  if (!MarkerStandsIn(folder)) return;
+  if (!LogIsOn(folder)) return;
   file_.open(path_, std::ios::binary | std::ios::trunc);
   enabled_ = file_.is_open();
   Write({LocalTimeText(), "\n"});

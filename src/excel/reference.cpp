@@ -3,15 +3,10 @@
 #include <algorithm>
 
 #include "excel/excel_call.h"
-#include "excel/wide_text.h"
+#include "formula/a1_reference.h"
 
 namespace zavrel {
 namespace {
-
-void AppendCell(std::u16string& text, std::int32_t row, std::int32_t column) {
-  text += ColumnLetters(column);
-  text += Utf16FromUtf8(std::to_string(row + 1));
-}
 
 void AppendSheet(std::u16string& text, std::u16string_view sheet_name) {
   text += u'\'';
@@ -63,22 +58,15 @@ std::optional<std::uint64_t> SheetIdOf(std::u16string_view sheet_name) {
   return sheet.value.record().val.mref.idSheet;
 }
 
-std::u16string ColumnLetters(std::int32_t column) {
-  std::u16string letters;
-  for (std::int32_t rest = column; rest >= 0; rest = rest / 26 - 1)
-    letters.insert(letters.begin(), static_cast<char16_t>(u'A' + rest % 26));
-  return letters;
-}
-
 std::u16string ReferenceText(const ReferenceView& reference, std::u16string_view sheet_name) {
   std::u16string text;
   for (const XLREF12& area : reference.areas()) {
     if (!text.empty()) text += u',';
     if (!sheet_name.empty()) AppendSheet(text, sheet_name);
-    AppendCell(text, area.rwFirst, area.colFirst);
+    text += formula::A1Text(area.rwFirst, area.colFirst);
     if (RowsOf(area) > 1 || ColumnsOf(area) > 1) {
       text += u':';
-      AppendCell(text, area.rwLast, area.colLast);
+      text += formula::A1Text(area.rwLast, area.colLast);
     }
   }
   return text;

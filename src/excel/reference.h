@@ -80,8 +80,6 @@ std::u16string SheetNameOf(const XXloper& reference);
 /// The sheet with this name ("[Book]Sheet", or "Sheet" in the active workbook).
 std::optional<std::uint64_t> SheetIdOf(std::u16string_view sheet_name);
 
-/// "A" for column 0, "XFD" for the last one.
-std::u16string ColumnLetters(std::int32_t column);
 /// The external form: 'Sheet'!B7 for a cell, 'Sheet'!B7:C9 for a larger area, areas joined by
 /// commas. Quotes within the name are doubled. Without a sheet name just the areas.
 std::u16string ReferenceText(const ReferenceView& reference, std::u16string_view sheet_name);

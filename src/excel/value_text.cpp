@@ -7,6 +7,7 @@
 #include "excel/reference.h"
 #include "excel/wide_text.h"
 #include "excel/xxloper.h"
+#include "formula/error_texts.h"
 
 namespace zavrel {
 namespace {
@@ -72,38 +73,10 @@ std::string ValueText(const XLOPER12& value) {
 }
 
 std::string ErrorName(std::int32_t code) {
-  switch (code) {
-    case xlerrNull:
-      return "#NULL!";
-    case xlerrDiv0:
-      return "#DIV/0!";
-    case xlerrValue:
-      return "#VALUE!";
-    case xlerrRef:
-      return "#REF!";
-    case xlerrName:
-      return "#NAME?";
-    case xlerrNum:
-      return "#NUM!";
-    case xlerrNA:
-      return "#N/A";
-    case xlerrGettingData:
-      return "#GETTING_DATA";
-    case xlerrSpill:
-      return "#SPILL!";
-    case xlerrConnect:
-      return "#CONNECT!";
-    case xlerrBlocked:
-      return "#BLOCKED!";
-    case xlerrUnknown:
-      return "#UNKNOWN!";
-    case xlerrField:
-      return "#FIELD!";
-    case xlerrCalc:
-      return "#CALC!";
-    default:
-      return fmt::format("#ERROR {}", code);
+  for (const auto& [known, text] : formula::kErrorTexts) {
+    if (known == code) return Utf8FromUtf16(text);
   }
+  return fmt::format("#ERROR {}", code);
 }
 
 }  // namespace zavrel

@@ -1,12 +1,6 @@
 #include "excel/wide_text.h"
 
 namespace zavrel {
-namespace {
-
-constexpr bool IsHighSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
-constexpr bool IsLowSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
-
-}  // namespace
 
 std::u16string_view CutToUnits(std::u16string_view text, std::size_t limit) {
   if (text.size() <= limit) return text;

@@ -67,6 +67,19 @@ bool EndsHere(std::u16string_view text, std::size_t length) {
 
 }  // namespace
 
+std::u16string ColumnLetters(std::int32_t column) {
+  std::u16string letters;
+  for (std::int32_t rest = column; rest >= 0; rest = rest / 26 - 1)
+    letters.insert(letters.begin(), static_cast<char16_t>(u'A' + rest % 26));
+  return letters;
+}
+
+std::u16string A1Text(std::int32_t row, std::int32_t column) {
+  std::u16string text = ColumnLetters(column);
+  for (const char digit : std::to_string(row + 1)) text += static_cast<char16_t>(digit);
+  return text;
+}
+
 bool IsNameStart(char16_t unit) {
   if (unit < 0x80) return IsLetter(unit) || unit == u'_' || unit == u'\\';
   const bool no_letter = unit <= 0xA0 || unit == 0xD7 || unit == 0xF7 ||

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace formula {
@@ -28,6 +29,11 @@ struct A1Reference {
   bool whole_rows = false;     // "3:7": columns span the sheet
   std::size_t length = 0;      // code units of the text
 };
+
+/// "A" for column 0, "XFD" for the last one.
+std::u16string ColumnLetters(std::int32_t column);
+/// "B7" from zero-based numbers.
+std::u16string A1Text(std::int32_t row, std::int32_t column);
 
 /// Letters, digits, "_", ".", "\", "?" and letters beyond ASCII continue a name; a digit, "." and
 /// "?" do not begin one.

@@ -1,16 +1,12 @@
 #include "formula/lexer.h"
 
-#include <array>
 #include <optional>
 
 #include "formula/a1_reference.h"
+#include "formula/error_texts.h"
 
 namespace formula {
 namespace {
-
-constexpr std::array<std::u16string_view, 14> kErrorTexts = {
-    u"#NULL!",  u"#DIV/0!",   u"#VALUE!",   u"#REF!",     u"#NAME?",  u"#NUM!",  u"#N/A",
-    u"#SPILL!", u"#CONNECT!", u"#BLOCKED!", u"#UNKNOWN!", u"#FIELD!", u"#CALC!", u"#GETTING_DATA"};
 
 bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 bool IsBlank(char16_t unit) {
@@ -142,7 +138,7 @@ class Lexer {
 
   void LexHash() {
     const std::u16string_view rest = formula_.substr(position_);
-    for (const std::u16string_view text : kErrorTexts) {
+    for (const auto& [code, text] : kErrorTexts) {
       if (!StartsWithNoCase(rest, text)) continue;
       std::size_t length = text.size();
       if (text == u"#REF!") {

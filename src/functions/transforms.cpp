@@ -8,6 +8,7 @@
 #include "frame/worksheet_function.h"
 #include "functions/indicator.h"
 #include "functions/result_column.h"
+#include "macros/macro_status.h"
 #include "numbers/floating_point_scope.h"
 #include "platform/export.h"
 #include "stats/standardize.h"
@@ -52,9 +53,8 @@ ZAV_EXPORT XLOPER12* ZavrelStandardize(const XLOPER12* x, const XLOPER12* mean,
 /// deviation of 0, 4 for an overflow; -11005 without a place for the result.
 ZAV_EXPORT std::int16_t ZavrelStandardizeVB(double x, double mean, double standard_deviation,
                                             double* result) {
-  constexpr std::int16_t kNoResult = -11005;
-  return MacroStatus("ZavrelStandardizeVB", kNoResult, [&]() -> std::int16_t {
-    if (result == nullptr) return kNoResult;
+  return MacroStatus("ZavrelStandardizeVB", kNoNumberStatus, [&]() -> std::int16_t {
+    if (result == nullptr) return kNoNumberStatus;
     const Standardized standardized = Standardize(x, mean, standard_deviation);
     *result = standardized.value;
     return static_cast<std::int16_t>(standardized.status);

@@ -2,6 +2,7 @@
 // The clocks of the system.
 
 #include <cstdint>
+#include <ctime>
 #include <optional>
 #include <string>
 
@@ -10,6 +11,9 @@ namespace zavrel {
 /// The current local time in the C library's asctime form, "Tue Nov 24 21:52:37 2026", without a
 /// newline; empty when the system cannot tell it.
 std::string LocalTimeText();
+
+/// Local time by the calendar; nothing when the system cannot tell it.
+std::optional<std::tm> LocalTime(std::time_t time);
 
 /// Seconds since 1970-01-01 00:00 UTC.
 std::int64_t CalendarSeconds();

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <string>
 
 namespace zavrel {
 
@@ -14,5 +15,8 @@ using FileVersion = std::array<std::uint16_t, 4>;
 /// Nothing when the file cannot be read or has no version resource; always nothing where binaries
 /// have no such resource.
 std::optional<FileVersion> ReadFileVersion(const std::filesystem::path& file);
+
+/// "8.0.1.2".
+std::string VersionText(const FileVersion& version);
 
 }  // namespace zavrel

@@ -19,10 +19,7 @@ LibraryIdentity ReadIdentity() {
     version = *read;
     identity.major_version = version[0];
   }
-  for (const std::uint16_t part : version) {
-    if (!identity.version_text.empty()) identity.version_text += u'.';
-    identity.version_text += Utf16FromUtf8(std::to_string(part));
-  }
+  identity.version_text = Utf16FromUtf8(VersionText(version));
   return identity;
 }
 

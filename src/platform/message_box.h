@@ -12,6 +12,10 @@ using MessageBoxHandler =
 /// From now on texts go to the handler and no box is shown; an empty handler ends this.
 void SetMessageBoxHandler(MessageBoxHandler handler);
 
+/// From now on no box is shown by this library or by any other of this process that shares this
+/// code, but handlers get their texts.
+void SuppressErrorBoxes();
+
 /// Shows a box with the error icon and no owner window, to which the thread's windows give way, and
 /// waits until the user closes it. Excel may calculate meanwhile.
 /// True when the user or the handler got the text. False, at once, in a process that has nobody to

@@ -1,6 +1,7 @@
 #pragma once
 // Programs and libraries in this process, and what they export.
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -25,8 +26,11 @@ class LoadedModule {
   /// The program itself. On systems with one space of symbols, that whole space.
   static LoadedModule HostExecutable();
 
-  /// Null when there is no such export.
+  /// Null when there is no such export; a number finds none where exports have names alone.
   ExportAddress FindExport(const char* name) const;
+  ExportAddress FindExport(std::uint16_t number) const;
+  /// The system's handle. Null for the program where it has none.
+  void* handle() const { return handle_; }
 
  private:
   friend class Module;
@@ -38,10 +42,12 @@ class LoadedModule {
 /// Owner of a loaded library: it is unloaded when the owner goes.
 class Module {
  public:
-  /// Loads a library by its full path. What it imports is looked for in its own folder and among
-  /// the system's libraries, never in the current folder or the search path. Nothing when the path
-  /// is not absolute or the library cannot be loaded; the system shows no error box.
-  static std::optional<Module> Load(const std::filesystem::path& full_path);
+  /// Loads a library by its full path; by the program's own, the program. What it imports is looked
+  /// for in its own folder and among the system's libraries, never in the current folder or the
+  /// search path. Nothing when the path is not absolute or the library cannot be loaded; the system
+  /// shows no error box, and what it has to say goes to `problem`.
+  static std::optional<Module> Load(const std::filesystem::path& full_path,
+                                    std::string* problem = nullptr);
 
   Module(Module&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
   Module& operator=(Module&& other) noexcept {
@@ -50,9 +56,12 @@ class Module {
   }
   ~Module();
 
-  /// Null when there is no such export. Not to be called once the module is unloaded.
+  /// As LoadedModule's. Not to be called once the module is unloaded.
   ExportAddress FindExport(const char* name) const {
     return LoadedModule(handle_).FindExport(name);
+  }
+  ExportAddress FindExport(std::uint16_t number) const {
+    return LoadedModule(handle_).FindExport(number);
   }
 
  private:

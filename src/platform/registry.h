@@ -5,10 +5,16 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace zavrel {
 
 enum class RegistryHive { kPerUser, kMachineWide };
+
+struct RegistryText {
+  std::u16string name;
+  std::u16string text;
+};
 
 /// Owner of one open key.
 class RegistryKey {
@@ -27,6 +33,8 @@ class RegistryKey {
 
   /// The text of a value; nothing when it is missing or of another type.
   std::optional<std::u16string> ReadText(const std::u16string& name) const;
+  /// The values that are texts, with the names of environment variables in them as they stand.
+  std::vector<RegistryText> ReadTexts() const;
   /// False when the system refuses.
   bool WriteNumber(const std::u16string& name, std::uint32_t number);
 

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace zavrel {
 
@@ -27,6 +28,8 @@ class StringResources {
   /// primary language, and falls back on no other. An empty text counts as missing, since a table
   /// cannot tell the two apart.
   std::optional<std::u16string> Find(std::uint16_t language, std::uint16_t id) const;
+  /// The languages that have this text or one of its neighbours, with which it stands in a table.
+  std::vector<std::uint16_t> LanguagesOf(std::uint16_t id) const;
 
  private:
   explicit StringResources(void* library) : library_(library) {}

@@ -1,92 +1,70 @@
 #include "platform/utf.h"
 
-#include <cstdint>
-
 namespace zavrel {
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
 
-void AppendUtf8(std::string& out, char32_t code_point) {
-  const auto tail = [&](int shift) {
-    out.push_back(static_cast<char>(0x80 | ((code_point >> shift) & 0x3F)));
+struct Utf8Character {
+  char32_t code = kReplacement;
+  std::size_t length = 1;
+  bool is_valid = false;
+};
+
+/// The character at the front of a text that is not empty, or what stands there in its place.
+Utf8Character DecodeUtf8(std::string_view text) {
+  const auto byte = [text](std::size_t index) -> char32_t {
+    return static_cast<unsigned char>(text[index]);
   };
-  if (code_point < 0x80) {
-    out.push_back(static_cast<char>(code_point));
-  } else if (code_point < 0x800) {
-    out.push_back(static_cast<char>(0xC0 | (code_point >> 6)));
+  const char32_t lead = byte(0);
+  if (lead < 0x80) return {lead, 1, true};
+  if (lead < 0xC2 || lead > 0xF4) return {};
+  const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+  // The second byte's bounds rule out overlong forms, surrogates and codes above U+10FFFF.
+  const char32_t lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+  const char32_t highest = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+  char32_t code = lead & (0x7Fu >> length);
+  for (std::size_t i = 1; i < length; ++i) {
+    if (i >= text.size() || byte(i) < (i == 1 ? lowest : 0x80) ||
+        byte(i) > (i == 1 ? highest : 0xBF)) {
+      return {kReplacement, i, false};
+    }
+    code = code << 6 | (byte(i) & 0x3F);
+  }
+  return {code, length, true};
+}
+
+}  // namespace
+
+void AppendUtf8(char32_t code, std::string& out) {
+  const auto tail = [&](int shift) {
+    out.push_back(static_cast<char>(0x80 | (code >> shift & 0x3F)));
+  };
+  if (code < 0x80) {
+    out.push_back(static_cast<char>(code));
+  } else if (code < 0x800) {
+    out.push_back(static_cast<char>(0xC0 | code >> 6));
     tail(0);
-  } else if (code_point < 0x10000) {
-    out.push_back(static_cast<char>(0xE0 | (code_point >> 12)));
+  } else if (code < 0x10000) {
+    out.push_back(static_cast<char>(0xE0 | code >> 12));
     tail(6);
     tail(0);
   } else {
-    out.push_back(static_cast<char>(0xF0 | (code_point >> 18)));
+    out.push_back(static_cast<char>(0xF0 | code >> 18));
     tail(12);
     tail(6);
     tail(0);
   }
 }
 
-void AppendUtf16(std::u16string& out, char32_t code_point) {
-  if (code_point < 0x10000) {
-    out.push_back(static_cast<char16_t>(code_point));
-  } else {
-    const char32_t offset = code_point - 0x10000;
-    out.push_back(static_cast<char16_t>(0xD800 + (offset >> 10)));
-    out.push_back(static_cast<char16_t>(0xDC00 + (offset & 0x3FF)));
-  }
-}
-
-bool IsHighSurrogate(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool IsLowSurrogate(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
-
-// What the first byte of a sequence announces: its length, and the smallest code point that may be
-// written with that length.
-struct Lead {
-  std::size_t length;
-  char32_t bits;
-  char32_t smallest;
-};
-
-Lead LeadOf(unsigned char byte) {
-  if (byte < 0x80) return {1, byte, 0};
-  if (byte >= 0xC2 && byte <= 0xDF) return {2, byte & 0x1Fu, 0x80};
-  if (byte >= 0xE0 && byte <= 0xEF) return {3, byte & 0x0Fu, 0x800};
-  if (byte >= 0xF0 && byte <= 0xF4) return {4, byte & 0x07u, 0x10000};
-  return {0, 0, 0};
-}
-
-// Reads one code point at the front of text; returns how many bytes it took, 0 when malformed.
-std::size_t DecodeUtf8(std::string_view text, char32_t& code_point) {
-  const Lead lead = LeadOf(static_cast<unsigned char>(text.front()));
-  if (lead.length == 0 || lead.length > text.size()) return 0;
-  code_point = lead.bits;
-  for (std::size_t i = 1; i < lead.length; ++i) {
-    const auto byte = static_cast<unsigned char>(text[i]);
-    if ((byte & 0xC0) != 0x80) return 0;
-    code_point = (code_point << 6) | (byte & 0x3Fu);
-  }
-  const bool surrogate = code_point >= 0xD800 && code_point <= 0xDFFF;
-  return code_point >= lead.smallest && code_point <= 0x10FFFF && !surrogate ? lead.length : 0;
-}
-
-}  // namespace
-
 std::string Utf8FromUtf16(std::u16string_view text) {
   std::string out;
   out.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char16_t unit = text[i];
-    if (IsHighSurrogate(unit) && i + 1 < text.size() && IsLowSurrogate(text[i + 1])) {
-      ++i;
-      const char32_t high = unit - 0xD800u;
-      AppendUtf8(out, 0x10000 + (high << 10) + (text[i] - 0xDC00u));
-    } else if (IsHighSurrogate(unit) || IsLowSurrogate(unit)) {
-      AppendUtf8(out, kReplacement);
-    } else {
-      AppendUtf8(out, unit);
-    }
+  while (!text.empty()) {
+    const auto [code, units] = FirstCharacter(text);
+    const bool unpaired = code >= 0xD800 && code <= 0xDFFF;
+    AppendUtf8(unpaired ? kReplacement : code, out);
+    text.remove_prefix(units);
   }
   return out;
 }
@@ -95,12 +73,20 @@ std::u16string Utf16FromUtf8(std::string_view text) {
   std::u16string out;
   out.reserve(text.size());
   while (!text.empty()) {
-    char32_t code_point = kReplacement;
-    const std::size_t taken = DecodeUtf8(text, code_point);
-    AppendUtf16(out, taken == 0 ? kReplacement : code_point);
-    text.remove_prefix(taken == 0 ? 1 : taken);
+    const Utf8Character character = DecodeUtf8(text);
+    AppendUtf16(character.code, out);
+    text.remove_prefix(character.length);
   }
   return out;
+}
+
+bool IsValidUtf8(std::string_view text) {
+  while (!text.empty()) {
+    const Utf8Character character = DecodeUtf8(text);
+    if (!character.is_valid) return false;
+    text.remove_prefix(character.length);
+  }
+  return true;
 }
 
 std::string Utf8FromPath(const std::filesystem::path& path) {

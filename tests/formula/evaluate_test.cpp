@@ -16,7 +16,7 @@ using Table = std::vector<std::pair<std::u16string, std::string>>;
 
 void CheckTable(Context& context, const Table& table, bool as_array = false) {
   for (const auto& [formula, expected] : table) {
-    CAPTURE(zavhost::ToUtf8(formula));
+    CAPTURE(zavhost::Utf8FromUtf16(formula));
     CHECK(context.Evaluate(formula, as_array) == expected);
   }
 }
@@ -83,6 +83,7 @@ TEST_CASE("coercion, errors and comparison") {
                        {u"\"abc\"=\"ABC\"", "TRUE"},
                        {u"\"\u00E4\"=\"\u00C4\"", "TRUE"},
                        {u"\"a\"<\"B\"", "TRUE"},
+                       {u"\"_\"<\"A\"", "TRUE"},
                        {u"\"a\"<>\"b\"", "TRUE"},
                        {u"F1=0", "TRUE"},
                        {u"F1=\"\"", "TRUE"},

@@ -60,7 +60,7 @@ TEST_CASE("what is no formula says what is wrong and where") {
       {u"{1", "the formula is not complete", 2},
       {u"f(1;2)", "\";\" cannot stand here", 3}};
   for (const auto& [text, message, position] : cases) {
-    CAPTURE(zavhost::ToUtf8(text));
+    CAPTURE(zavhost::Utf8FromUtf16(text));
     try {
       zavhost::ParseFormula(text);
       FAIL("parsed");
@@ -76,15 +76,15 @@ TEST_CASE("growth is bounded") {
   // Each name uses the next twice: 2^40 evaluations if they were made.
   for (int i = 0; i < 40; ++i) {
     const std::string next = "n_" + std::to_string(i + 1);
-    context.DefineName(zavhost::FromUtf8("n_" + std::to_string(i)),
-                       zavhost::FromUtf8(next + "+" + next));
+    context.DefineName(zavhost::Utf16FromUtf8("n_" + std::to_string(i)),
+                       zavhost::Utf16FromUtf8(next + "+" + next));
   }
   context.DefineName(u"n_40", u"1");
   CHECK(context.Evaluate(u"n_0").ends_with("unfolds to too much"));
   // A chain of names, far longer than anything that nests.
   for (int i = 0; i < 5000; ++i) {
-    context.DefineName(zavhost::FromUtf8("chain_" + std::to_string(i)),
-                       zavhost::FromUtf8("chain_" + std::to_string(i + 1)));
+    context.DefineName(zavhost::Utf16FromUtf8("chain_" + std::to_string(i)),
+                       zavhost::Utf16FromUtf8("chain_" + std::to_string(i + 1)));
   }
   CHECK(context.Evaluate(u"chain_0") == "error: calls and names are nested too deeply");
   const auto chain = zavhost::ParseFormula(u"chain_0");
@@ -146,7 +146,7 @@ TEST_CASE("mutated formulas neither crash nor lose a token") {
   int evaluated = 0;
   for (int round = 0; round < 20'000; ++round) {
     const std::u16string text = Mutated(random, seeds[random() % std::size(seeds)]);
-    CAPTURE(zavhost::ToUtf8(text));
+    CAPTURE(zavhost::Utf8FromUtf16(text));
     std::u16string whole;
     for (const auto& token : formula::Tokenize(text)) whole += token.text;
     REQUIRE(whole == text);
@@ -165,7 +165,7 @@ TEST_CASE("lexing and parsing take linear time") {
   // Quadratic time would be minutes here.
   for (const std::u16string_view part : {u"[", u"'", u"\"", u"a:", u"a![", u"''!", u"#", u"$",
                                          u"1:", u"A1:", u"T[", u"'a'", u"[a]"}) {
-    CAPTURE(zavhost::ToUtf8(part));
+    CAPTURE(zavhost::Utf8FromUtf16(part));
     CHECK(seconds(Repeated(part, 400'000)) < 5.0);
   }
 }

@@ -22,7 +22,8 @@ struct Piece {
 
 std::vector<std::string> Shown(const std::vector<Piece>& pieces) {
   std::vector<std::string> shown;
-  for (const Piece& piece : pieces) shown.push_back(piece.kind + " " + zavhost::ToUtf8(piece.text));
+  for (const Piece& piece : pieces)
+    shown.push_back(piece.kind + " " + zavhost::Utf8FromUtf16(piece.text));
   return shown;
 }
 
@@ -99,7 +100,7 @@ std::string OurKind(const std::string& kind, std::u16string_view text) {
 }
 
 std::u16string Unescaped(std::string_view line) {
-  std::u16string text = zavhost::FromUtf8(line);
+  std::u16string text = zavhost::Utf16FromUtf8(line);
   std::replace(text.begin(), text.end(), u'\u2424', u'\n');
   return text;
 }
@@ -119,7 +120,7 @@ TEST_CASE("tokens are the oracle's") {
   const auto compare = [&] {
     if (formula.empty()) return;
     ++formulas;
-    CAPTURE(zavhost::ToUtf8(formula));
+    CAPTURE(zavhost::Utf8FromUtf16(formula));
     CHECK(Shown(AsOracle(formula)) == Shown(expected));
     expected.clear();
   };
@@ -177,7 +178,7 @@ TEST_CASE("tokens that the oracle cuts otherwise or refuses") {
       {u"\u00A0~", {kInvalid, kInvalid}},
   };
   for (const auto& [text, kinds] : cases) {
-    CAPTURE(zavhost::ToUtf8(text));
+    CAPTURE(zavhost::Utf8FromUtf16(text));
     CHECK(Kinds(text) == kinds);
     std::u16string whole;
     for (const Token& token : Tokenize(text)) {

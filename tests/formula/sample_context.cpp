@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/workbook/letter_case.h"
+#include "host/workbook/cell_names.h"
 
 namespace sample {
 
@@ -13,10 +13,10 @@ namespace {
 
 std::string ShownValue(const Value& value) {
   if (value.IsBlank()) return "blank";
-  if (const double* number = value.number()) return ToUtf8(GeneralText(*number));
+  if (const double* number = value.number()) return Utf8FromUtf16(GeneralText(*number));
   if (const bool* boolean = value.boolean()) return *boolean ? "TRUE" : "FALSE";
-  if (const ErrorCode* error = value.error()) return ToUtf8(ErrorText(*error));
-  return "\"" + ToUtf8(*value.text()) + "\"";
+  if (const ErrorCode* error = value.error()) return Utf8FromUtf16(ErrorText(*error));
+  return "\"" + Utf8FromUtf16(*value.text()) + "\"";
 }
 
 std::string ShownArray(const Array& array) {
@@ -41,7 +41,7 @@ std::string Shown(const Operand& operand) {
   std::string shown = std::to_string(reference.sheet) + "!";
   for (const CellRange& area : reference.areas) {
     if (shown.back() != '!') shown += ",";
-    shown += ToUtf8(A1Text(area));
+    shown += Utf8FromUtf16(A1Text(area));
   }
   return shown;
 }
@@ -53,7 +53,7 @@ Operand Echo::Call(std::span<const Operand> arguments) {
     if (!shown.empty()) shown += " | ";
     shown += Shown(argument);
   }
-  return Value(std::u16string_view(FromUtf8(shown)));
+  return Value(std::u16string_view(Utf16FromUtf8(shown)));
 }
 
 Context::Context() {
@@ -93,7 +93,7 @@ ArrayPtr Context::ReadRange(std::uint32_t sheet, const CellRange& range, RangeEx
 }
 
 CallableFunction* Context::FindFunction(std::u16string_view name) {
-  const auto found = functions_.find(FoldCase(name));
+  const auto found = functions_.find(LowerCase(name));
   return found == functions_.end() ? nullptr : &found->second;
 }
 
@@ -103,7 +103,7 @@ void Context::DefineName(std::u16string name, std::u16string text,
 }
 
 void Context::Register(std::u16string name, std::string kinds) {
-  functions_.emplace(std::move(name), Echo(std::move(kinds)));
+  functions_.emplace(LowerCase(name), Echo(std::move(kinds)));
 }
 
 std::string Context::Evaluate(std::u16string_view formula, bool as_array) {

@@ -48,7 +48,7 @@ class Context : public zavhost::EvaluationContext {
   void DefineName(std::u16string name, std::u16string text,
                   std::optional<std::uint32_t> sheet = std::nullopt);
   void Register(std::u16string name, std::string kinds);
-  Echo& function(const std::u16string& name) { return functions_.at(name); }
+  Echo& function(const std::u16string& name) { return functions_.at(zavhost::LowerCase(name)); }
   void set_caller(zavhost::CellAddress caller) { caller_ = caller; }
   int cells_read() const { return cells_read_; }
 
@@ -60,7 +60,7 @@ class Context : public zavhost::EvaluationContext {
  private:
   zavhost::Workbook workbook_;
   zavhost::CellAddress caller_{0, 9, 9};
-  std::map<std::u16string, Echo> functions_;  // by folded name
+  std::map<std::u16string, Echo> functions_;  // by name in lower case
   int cells_read_ = 0;
 };
 

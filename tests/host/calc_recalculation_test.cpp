@@ -209,7 +209,7 @@ TEST_CASE("many warnings become a count, and the formula limit is one clear erro
   Workbook workbook = SmallWorkbook();
   AddFormula(workbook, u"D1", u"GoodSum(A1:A5)");
   for (int i = 1; i <= 50; ++i) {
-    const std::u16string row = FromUtf8(std::to_string(i));
+    const std::u16string row = Utf16FromUtf8(std::to_string(i));
     AddFormula(workbook, u"E" + row, u"D1");
     AddFormula(workbook, u"F" + row, u"GoodSum(A1)+NOSUCH()");
   }
@@ -221,7 +221,7 @@ TEST_CASE("many warnings become a count, and the formula limit is one clear erro
     CHECK(report.warnings[41].rfind("30 more formulas depend", 0) == 0);
   }
   for (int i = 2; i <= 5; ++i)
-    AddFormula(workbook, u"D" + FromUtf8(std::to_string(i)), u"GoodSum(A1)");
+    AddFormula(workbook, u"D" + Utf16FromUtf8(std::to_string(i)), u"GoodSum(A1)");
   EngineOptions options;
   options.formula_limit = 4;
   auto engine = PlantedEngine(workbook, options);

@@ -49,7 +49,7 @@ const Fault kFaults[] = {
 
 TEST_CASE("every planted fault is reported once, by its name, formula and cell") {
   for (const Fault& fault : kFaults) {
-    CAPTURE(ToUtf8(fault.formula));
+    CAPTURE(Utf8FromUtf16(fault.formula));
     Workbook workbook = SmallWorkbook();
     AddFormula(workbook, u"D4", fault.formula);
     auto engine = PlantedEngine(std::move(workbook));
@@ -63,7 +63,7 @@ TEST_CASE("every planted fault is reported once, by its name, formula and cell")
     CHECK(violation.kind == fault.kind);
     CHECK(violation.detail.find(fault.detail) != std::string::npos);
     CHECK(violation.cell == "Sheet1!D4");
-    CHECK(violation.formula == "=" + ToUtf8(fault.formula));
+    CHECK(violation.formula == "=" + Utf8FromUtf16(fault.formula));
   }
 }
 

@@ -114,7 +114,7 @@ TEST_CASE("type texts") {
   CHECK(refused(u"QR").find("before 2007") != std::string::npos);
   for (const char16_t* text :
        {u"", u"!", u"Z", u"QO", u"QX", u"Q%", u"Q$#", u"3F", u"1B", u">", u"Q Q", u"QU\u20ac"}) {
-    CAPTURE(ToUtf8(text));
+    CAPTURE(Utf8FromUtf16(text));
     CHECK(!refused(text).empty());
   }
   CHECK(refused((u"B" + std::u16string(60, u'B')).c_str()).empty());

@@ -23,10 +23,10 @@ std::unique_ptr<Engine> PlantedEngine(Workbook workbook, EngineOptions options) 
 }
 
 std::string Shown(const Value& value) {
-  if (const double* number = value.number()) return ToUtf8(GeneralText(*number));
+  if (const double* number = value.number()) return Utf8FromUtf16(GeneralText(*number));
   if (const bool* boolean = value.boolean()) return *boolean ? "TRUE" : "FALSE";
-  if (const std::u16string* text = value.text()) return ToUtf8(*text);
-  if (const ErrorCode* error = value.error()) return ToUtf8(ErrorText(*error));
+  if (const std::u16string* text = value.text()) return Utf8FromUtf16(*text);
+  if (const ErrorCode* error = value.error()) return Utf8FromUtf16(ErrorText(*error));
   return "";
 }
 
@@ -49,7 +49,7 @@ std::string Shown(Engine& engine, std::u16string_view formula) {
 
 void AddFormula(Workbook& workbook, std::u16string_view cell, std::u16string_view text,
                 std::string_view array, std::uint32_t sheet) {
-  const auto position = ParseCellName(ToUtf8(cell));
+  const auto position = ParseCellName(Utf8FromUtf16(cell));
   FormulaCell formula;
   formula.address = {sheet, position->row, position->column};
   formula.origin = formula.address;

@@ -30,7 +30,7 @@ TEST_CASE("every hostile workbook ends in one clear line, soon") {
   const std::vector<HostileWorkbook> books = WriteHostileWorkbooks(folder.path());
   CHECK(books.size() >= 60);
   for (const HostileWorkbook& book : books) {
-    const std::string path = ToUtf8(book.file.u16string());
+    const std::string path = Utf8FromUtf16(book.file.u16string());
     CAPTURE(path);
     const auto start = std::chrono::steady_clock::now();
     const std::string error = ReadingError(book.file);

@@ -26,7 +26,7 @@ BookParts WithSharedTexts(const std::string& rows, const std::string& texts) {
 
 std::string Utf16(std::string_view text, bool big_endian) {
   std::string bytes = big_endian ? "\xFE\xFF" : "\xFF\xFE";
-  for (const char16_t unit : FromUtf8(text)) {
+  for (const char16_t unit : Utf16FromUtf8(text)) {
     const char low = static_cast<char>(unit & 0xFF);
     const char high = static_cast<char>(unit >> 8);
     bytes += big_endian ? high : low;

@@ -46,7 +46,7 @@ struct Expected {
 };
 void CheckAll(zavhost::Engine& engine, std::initializer_list<Expected> cases) {
   for (const auto& [formula, shown] : cases) {
-    CAPTURE(zavhost::ToUtf8(formula));
+    CAPTURE(zavhost::Utf8FromUtf16(formula));
     CHECK(Shown(engine, formula) == shown);
   }
 }
@@ -149,7 +149,7 @@ TEST_CASE("a handle of stacked data in the place of a range") {
           {u"ZavDestack(B1:B6,A1:A6,\"x\",,9)", "#NUM!"},
       });
   // A handle of an earlier session.
-  engine->workbook().sheets[0].Set(0, 9, Value(zavhost::FromUtf8(handle)));
+  engine->workbook().sheets[0].Set(0, 9, Value(zavhost::Utf16FromUtf8(handle)));
   CHECK(Shown(*engine, u"ZavSum(J1)") == "3");
   CloseClean(*engine);
   engine->LoadAddIn(AddInFile());

@@ -65,7 +65,7 @@ TEST_CASE("outliers and chart columns inside formulas") {
        {u"ZavOutlierType(A1:A10,0,\"x\")", u"ZavOutlierType(A1:A10,0,)", u"ZavBoxPlotX(M:M,0,1)",
         u"ZavBoxPlotX(A1:A10,0,0)", u"ZavBoxPlotY(1,10)", u"ZavScatterPlot(A1:A10,B1:B10,2)",
         u"ZavScatterPlot(A1:A10,M1:M10,0)", u"ZavQQPlotZValue(M:M,1)", u"ZavQQPlotSort(\"x\")"}) {
-    CAPTURE(zavhost::ToUtf8(refused));
+    CAPTURE(zavhost::Utf8FromUtf16(refused));
     CHECK(Shown(*engine, refused) == "#VALUE!");
   }
   CHECK(Shown(*engine, u"ZavQQPlotZValue(5,0)") == "#DIV/0!");

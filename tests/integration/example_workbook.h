@@ -28,8 +28,8 @@ class ExampleWorkbook {
   /// The value of a cell in the columns A to Z.
   zavhost::Value At(const std::string& sheet, const std::string& cell) const {
     const zavhost::Workbook& book = engine_->workbook();
-    return book.sheets[*book.FindSheet(zavhost::FromUtf8(sheet))].At(std::stoi(cell.substr(1)) - 1,
-                                                                     cell[0] - 'A');
+    return book.sheets[*book.FindSheet(zavhost::Utf16FromUtf8(sheet))].At(
+        std::stoi(cell.substr(1)) - 1, cell[0] - 'A');
   }
 
   /// compare(number, expected) for each line "sheet,cell,expected" of a file; how many there were.

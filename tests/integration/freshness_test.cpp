@@ -167,7 +167,7 @@ class Sheets {
   }
 
  private:
-  static std::u16string Text(int number) { return zavhost::FromUtf8(std::to_string(number)); }
+  static std::u16string Text(int number) { return zavhost::Utf16FromUtf8(std::to_string(number)); }
 
   Value NewValue() {
     switch (Below(12)) {
@@ -203,11 +203,11 @@ class Sheets {
                                      ? std::u16string(ErrorText(*value->error()))
                                      : std::u16string(u"a number");
     const bool same = number == nullptr && !(expected.shown.empty() && value->text() == nullptr) &&
-                      zavhost::FromUtf8(expected.shown) == shown;
+                      zavhost::Utf16FromUtf8(expected.shown) == shown;
     CHECK_MESSAGE(
-        same, zavhost::ToUtf8(formula)
+        same, zavhost::Utf8FromUtf16(formula)
                   << " on sheet " << calling_sheet_ << " shows "
-                  << (number != nullptr ? std::to_string(*number) : zavhost::ToUtf8(shown))
+                  << (number != nullptr ? std::to_string(*number) : zavhost::Utf8FromUtf16(shown))
                   << ", not "
                   << (expected.shown.empty() ? std::to_string(expected.number) : expected.shown));
   }

@@ -42,10 +42,10 @@ void AddArrayFormula(zavhost::Workbook& book, const zavhost::CellRange& range,
 }
 
 std::string Shown(zavhost::Engine& engine, const std::string& formula) {
-  return tests::Shown(engine, zavhost::FromUtf8(formula));
+  return tests::Shown(engine, zavhost::Utf16FromUtf8(formula));
 }
 double Number(zavhost::Engine& engine, const std::string& formula) {
-  return tests::Number(engine, zavhost::FromUtf8(formula));
+  return tests::Number(engine, zavhost::Utf16FromUtf8(formula));
 }
 
 }  // namespace
@@ -257,7 +257,7 @@ TEST_CASE("the example workbook of the irises gives what R gives") {
        ++compared) {
     CAPTURE(sheet);
     CAPTURE(cell);
-    const Value value = book.sheets[*book.FindSheet(zavhost::FromUtf8(sheet))].At(
+    const Value value = book.sheets[*book.FindSheet(zavhost::Utf16FromUtf8(sheet))].At(
         std::stoi(cell.substr(1)) - 1, cell[0] - 'A');
     REQUIRE(value.number() != nullptr);
     // A column whose sign is arbitrary begins with a positive value.

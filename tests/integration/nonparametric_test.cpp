@@ -38,7 +38,7 @@ zavhost::Workbook SmallBook() {
 void CheckShown(zavhost::Engine& engine, const char* expected,
                 std::initializer_list<const char16_t*> formulas) {
   for (const char16_t* formula : formulas) {
-    CAPTURE(zavhost::ToUtf8(formula));
+    CAPTURE(zavhost::Utf8FromUtf16(formula));
     CHECK(Shown(engine, formula) == expected);
   }
 }
@@ -52,7 +52,7 @@ TEST_CASE("Mann-Whitney in a sheet") {
        {std::u16string(u"(A1:A5,B1:B5)"), std::u16string(u"(A:A,Data!B1:B9)"),
         std::u16string(u"({1.5;4;4;9},{2,4,1,7})"),
         std::u16string(u"(ZavDestack(F1:F8,G1:G8,\"a\"),ZavDestack(F:F,G:G,\"B\"))")}) {
-    CAPTURE(zavhost::ToUtf8(samples));
+    CAPTURE(zavhost::Utf8FromUtf16(samples));
     for (int round = 0; round < 2; ++round) {
       CHECK(Shown(*engine, u"ZavMWTies" + samples) == "1");
       CHECK(Shown(*engine, u"ZavMWTieCorrectionTerm" + samples) == "24");

@@ -65,7 +65,7 @@ TEST_CASE("percentiles, quartiles and medians in a sheet") {
         u"ZavPercentile(A1:A4,-0.01)", u"ZavPercentile(A1:A4,)", u"ZavMedian(A1:A4,6)",
         u"ZavMedian(A1:A4,-2)", u"ZavMedian(E1:E9)", u"ZavPercentile(E:E,0)",
         u"ZavQuartile(\"7\",4)", u"ZavPercentile(A1:A4,B5)", u"ZavMedian(A1:A4,\"x\")"}) {
-    CAPTURE(zavhost::ToUtf8(refused));
+    CAPTURE(zavhost::Utf8FromUtf16(refused));
     CHECK(Shown(*engine, refused) == "#VALUE!");
   }
   // What was sorted for an earlier question is not used for changed cells.

@@ -46,7 +46,7 @@ TEST_CASE("pairs in a sheet") {
   auto engine = ServingAddIn(SmallBook());
   for (const char16_t* ranges : {u"A1:A8,B1:B7", u"A1:A7,B1:B8", u"A:A,B:B", u"A1:A8,B:B",
                                  u"Data!A1:A8,B1:B100", u"(A1:A3,A4:A8),B1:B7"}) {
-    CAPTURE(zavhost::ToUtf8(ranges));
+    CAPTURE(zavhost::Utf8FromUtf16(ranges));
     const auto call = [&](const char16_t* function) {
       return std::u16string(u"Zav") + function + u"(" + ranges + u")";
     };

@@ -52,11 +52,12 @@ std::unique_ptr<Engine> ServingAddIn(zavhost::Workbook workbook) {
 namespace {
 
 std::string ShownValue(const Value& value) {
-  if (const double* number = value.number()) return zavhost::ToUtf8(zavhost::GeneralText(*number));
+  if (const double* number = value.number())
+    return zavhost::Utf8FromUtf16(zavhost::GeneralText(*number));
   if (const bool* boolean = value.boolean()) return *boolean ? "TRUE" : "FALSE";
-  if (const std::u16string* text = value.text()) return zavhost::ToUtf8(*text);
+  if (const std::u16string* text = value.text()) return zavhost::Utf8FromUtf16(*text);
   if (const zavhost::ErrorCode* error = value.error())
-    return zavhost::ToUtf8(zavhost::ErrorText(*error));
+    return zavhost::Utf8FromUtf16(zavhost::ErrorText(*error));
   return "";
 }
 
@@ -82,7 +83,7 @@ double Number(Engine& engine, std::u16string_view formula) {
   const zavhost::Operand result = engine.Evaluate(formula, {0, 0, 20});
   const Value* value = std::get_if<Value>(&result);
   REQUIRE(value != nullptr);
-  CAPTURE(zavhost::ToUtf8(formula));
+  CAPTURE(zavhost::Utf8FromUtf16(formula));
   REQUIRE_MESSAGE(value->number() != nullptr, ShownValue(*value));
   return *value->number();
 }

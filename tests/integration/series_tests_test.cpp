@@ -41,14 +41,14 @@ TEST_CASE("test statistics of a series in a sheet") {
 
   for (const char16_t* no_spread : {u"ZavLilliefors(B1:B3)", u"ZavLilliefors(3)",
                                     u"ZavAutocorrelation(B1:B3,1)", u"ZavDurbinWatson(C1:C3)"}) {
-    CAPTURE(zavhost::ToUtf8(no_spread));
+    CAPTURE(zavhost::Utf8FromUtf16(no_spread));
     CHECK(Shown(*engine, no_spread) == "#DIV/0!");
   }
   for (const char16_t* refused :
        {u"ZavLilliefors(E:E)", u"ZavRunsTest(E1:E5,1)", u"ZavRunsTest(A1:A7,\"x\")",
         u"ZavDurbinWatson(A1)", u"ZavAutocorrelation(A1:A7,6)", u"ZavAutocorrelation(A1:A7,-1)",
         u"ZavAutocorrelation(A1:A7,251)", u"ZavAutocorrelation(E1:E5,0)"}) {
-    CAPTURE(zavhost::ToUtf8(refused));
+    CAPTURE(zavhost::Utf8FromUtf16(refused));
     CHECK(Shown(*engine, refused) == "#VALUE!");
   }
   CHECK(Shown(*engine, u"ZavDurbinWatson({1E+200,2})") == "#NUM!");
@@ -68,7 +68,7 @@ TEST_CASE("the studentized range in a sheet") {
        {u"ZavStudentizedRangeDist(3,10,1)", u"ZavStudentizedRangeDist(3,0,3)",
         u"ZavStudentizedRangeInv(1,10,3)", u"ZavStudentizedRangeInv(-0.1,10,3)",
         u"ZavStudentizedRangeInv(0.5,0,3)"}) {
-    CAPTURE(zavhost::ToUtf8(refused));
+    CAPTURE(zavhost::Utf8FromUtf16(refused));
     CHECK(Shown(*engine, refused) == "#NUM!");
   }
   CHECK(Shown(*engine, u"ZavStudentizedRangeDist(3,10,)") == "#VALUE!");

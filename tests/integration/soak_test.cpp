@@ -106,7 +106,7 @@ class Soak {
   /// large as those that follow, or larger.
   void FillCaches() {
     for (int i = 0; i < 20'000; ++i) {
-      const std::u16string number = zavhost::FromUtf8(std::to_string(i));
+      const std::u16string number = zavhost::Utf16FromUtf8(std::to_string(i));
       engine_->Evaluate(u"ZavMedian({" + number +
                         u",2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18,19,20,\"a longer text\"})");
       engine_->Evaluate(u"ZavSum(ZavDestack({" + number + u";2;3},A1:A40+" + number + u",B1))",
@@ -141,7 +141,7 @@ class Soak {
       if (unit == u'%') {
         formula += AnyArgument();
       } else if (unit == u'#') {
-        formula += zavhost::FromUtf8(std::to_string(static_cast<int>(random_() % 7) - 1));
+        formula += zavhost::Utf16FromUtf8(std::to_string(static_cast<int>(random_() % 7) - 1));
       } else if (unit == u'@') {
         formula += u'"' + (random_() % 8 == 0 ? UnissuedAddress() : Any(kAddresses)) + u'"';
       } else {
@@ -152,7 +152,7 @@ class Soak {
   }
   /// Memory of this object, which nobody may write to.
   std::u16string UnissuedAddress() {
-    return zavhost::FromUtf8(std::to_string(reinterpret_cast<std::uintptr_t>(&untouched)));
+    return zavhost::Utf16FromUtf8(std::to_string(reinterpret_cast<std::uintptr_t>(&untouched)));
   }
 
  public:

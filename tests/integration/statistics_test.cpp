@@ -38,8 +38,8 @@ TEST_CASE("cells, gaps and errors mean what the help says") {
   auto engine = ServingAddIn(SmallBook());
   const char* const counts[] = {"5", "1", "4", "3", "1"};
   for (int code = 0; code < 5; ++code) {
-    CHECK(Shown(*engine, u"ZavCountCellsByType(A1:A5," + zavhost::FromUtf8(std::to_string(code)) +
-                             u")") == counts[code]);
+    CHECK(Shown(*engine, u"ZavCountCellsByType(A1:A5," +
+                             zavhost::Utf16FromUtf8(std::to_string(code)) + u")") == counts[code]);
   }
   CHECK(Shown(*engine, u"ZavCountCellsByType(A1:A5,5)") == "#VALUE!");
   CHECK(Shown(*engine, u"ZavCountCellsByType(A1:A5,-1)") == "#VALUE!");

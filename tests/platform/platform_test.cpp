@@ -133,6 +133,9 @@ TEST_CASE("exports of the host are found, and only those there are") {
   REQUIRE(found != nullptr);
   CHECK(AsFunction<int(int)>(found)(30) == 42);
   CHECK(host.FindExport("NoExportOfTheHost") == nullptr);
+  const auto program = Module::Load(HostExecutablePath());
+  REQUIRE(program);
+  CHECK(program->FindExport("ExportOfTheHost") == found);
   CHECK_FALSE(LoadedModule::ByName(u"no_such_library_anywhere"));
 
   const auto* here = reinterpret_cast<const void*>(&ExportOfTheHost);
@@ -146,7 +149,9 @@ TEST_CASE("a library is loaded by its full path or not at all") {
   CHECK_FALSE(Module::Load(TemporaryFolder() / "no such file.dll"));
   const fs::path broken = TemporaryFolder() / u"zavrel bröken.dll";
   std::ofstream(broken) << "MZ, but no library";
-  CHECK_FALSE(Module::Load(broken));
+  std::string problem;
+  CHECK_FALSE(Module::Load(broken, &problem));
+  CHECK(!problem.empty());
   fs::remove(broken);
 }
 
@@ -158,7 +163,8 @@ TEST_CASE("error boxes go to the handler") {
   });
   CHECK(ShowErrorBox(u"title", u"text"));
   CHECK(told == std::vector<std::u16string>{u"title", u"text"});
-  const EnvironmentVariable nobody("ZAVREL_NO_MESSAGE_BOX", "1");
+  const EnvironmentVariable shown("ZAVREL_NO_MESSAGE_BOX", "");
+  SuppressErrorBoxes();
   CHECK_FALSE(ShowErrorBox(u"title", u"read by nobody"));
 }
 
@@ -228,21 +234,38 @@ TEST_CASE("a named lock excludes all who name it, and lets its holder in again")
 }
 
 TEST_CASE("UTF-8 and UTF-16 are turned into each other") {
-  const std::u16string wide = u"a ä € 😀";
-  const std::string narrow = "a \xC3\xA4 \xE2\x82\xAC \xF0\x9F\x98\x80";
+  const std::u16string wide = u"a ä € 😀\uFFFF\U0010FFFF";
+  const std::string narrow = "a \xC3\xA4 \xE2\x82\xAC \xF0\x9F\x98\x80\xEF\xBF\xBF\xF4\x8F\xBF\xBF";
   CHECK(Utf8FromUtf16(wide) == narrow);
   CHECK(Utf16FromUtf8(narrow) == wide);
+  CHECK(IsValidUtf8(narrow));
   CHECK(Utf8FromPath(fs::path(u"x/ä")) == "x/\xC3\xA4");
 
   const char16_t lone[] = {u'a', 0xDC00, 0xD800, u'b', 0xD83D, 0};
   CHECK(Utf8FromUtf16(lone) ==
         "a\xEF\xBF\xBD\xEF\xBF\xBD"
         "b\xEF\xBF\xBD");
-  // Cut short, stray, overlong, a surrogate, beyond the last code point.
-  for (const char* malformed :
-       {"\xE2\x82", "\x80", "\xC0\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80"}) {
-    const std::u16string decoded = Utf16FromUtf8(malformed);
-    CHECK(decoded == std::u16string(std::string_view(malformed).size(), 0xFFFD));
+}
+
+TEST_CASE("malformed UTF-8 has one U+FFFD for each run that could have begun a character") {
+  const struct {
+    const char* text;
+    std::u16string_view decoded;
+  } cases[] = {
+      {"a\x80", u"a\uFFFD"},                                  // stray
+      {"\xC0\xAF", u"\uFFFD\uFFFD"},                          // overlong
+      {"\xE0\x80\x80", u"\uFFFD\uFFFD\uFFFD"},                // overlong
+      {"\xED\xA0\x80", u"\uFFFD\uFFFD\uFFFD"},                // a surrogate
+      {"\xF4\x90\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD"},      // beyond the last one
+      {"\xE2\x82", u"\uFFFD"},                                // cut short
+      {"\xE2\x82z\xF0\x9F\x98", u"\uFFFDz\uFFFD"},            // cut short twice
+      {"\xF1\x80\x80\xE1\x80\xC2z", u"\uFFFD\uFFFD\uFFFDz"},  // one after another
+      {"\xFF\xC3\xA4\xFE", u"\uFFFDä\uFFFD"},                 // no bytes of UTF-8
+  };
+  for (const auto& [text, decoded] : cases) {
+    CAPTURE(Utf8FromUtf16(decoded));
+    CHECK(Utf8FromUtf16(Utf16FromUtf8(text)) == Utf8FromUtf16(decoded));
+    CHECK_FALSE(IsValidUtf8(text));
   }
 }
 

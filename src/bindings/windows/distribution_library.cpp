@@ -1,43 +1,24 @@
 #include "bindings/distribution_library.h"
 
-#include <optional>
-
-#include "bindings/companion_library.h"
-#include "diagnostics/log_line.h"
-#include "platform/utf.h"
+#include "bindings/binding.h"
 
 namespace zavrel {
 namespace {
 
-/// False, after a line in the log, when the library has no such function.
-template <class Function>
-bool Bind(CompanionLibrary& library, const char* name, Function*& function) {
-  function = AsFunction<Function>(library.FindExport(name));
-  if (function != nullptr) return true;
-  LogLine("The function {} could not be found in {}.\n", name, Utf8FromUtf16(library.path()));
-  return false;
-}
-
-std::optional<DistributionFunctions> BindAll() {
-  CompanionLibrary& library = DistributionsLibrary();
-  if (!library.IsPresent()) {
-    LogLine("Could not load {}.\n", Utf8FromUtf16(library.path()));
-    return std::nullopt;
-  }
-  DistributionFunctions functions{};
-  const bool complete = Bind(library, "pdfNormal", functions.normal) &&
-                        Bind(library, "pdfStudent", functions.student) &&
-                        Bind(library, "pdfChisq", functions.chisq) &&
-                        Bind(library, "pdfF", functions.f) &&
-                        Bind(library, "pdfBinomial", functions.binomial);
-  return complete ? std::optional(functions) : std::nullopt;
+void Bind(Binding& binding, DistributionFunctions& functions) {
+  binding.From(DistributionsLibrary())
+      .Bind("pdfNormal", functions.normal)
+      .Bind("pdfStudent", functions.student)
+      .Bind("pdfChisq", functions.chisq)
+      .Bind("pdfF", functions.f)
+      .Bind("pdfBinomial", functions.binomial);
 }
 
 }  // namespace
 
 const DistributionFunctions* DistributionCompanion() {
-  static const std::optional<DistributionFunctions> bound = BindAll();
-  return bound ? &*bound : nullptr;
+  static constinit BoundFunctions<DistributionFunctions> bound(Told::kLogAlone, Bind);
+  return bound.Get();
 }
 
 }  // namespace zavrel

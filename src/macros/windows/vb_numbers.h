@@ -7,19 +7,15 @@
 //   Declare PtrSafe Function ZavrelMeanVB Lib "ZavrelFuncs8_x64.xll" _
 //       (ByRef values() As Double, ByRef result As Double) As Integer
 
-#include <cstdint>
 #include <memory>
 #include <optional>
 #include <span>
 
 #include "data/array_accessor.h"
+#include "macros/macro_status.h"
 #include "macros/windows/ole_owners.h"
 
 namespace zavrel {
-
-/// What entry points return whose result is no ordinary number, or that were given nothing they
-/// could read or write.
-inline constexpr std::int16_t kNoNumberStatus = -11005;
 
 /// The numbers in a one-dimensional array of 8-byte doubles, in place; the array stays locked while
 /// this lives.

@@ -13,6 +13,11 @@ std::int64_t SinceStart() {
 
 }  // namespace
 
+std::optional<std::tm> LocalTime(std::time_t time) {
+  std::tm local;
+  return localtime_r(&time, &local) != nullptr ? std::optional(local) : std::nullopt;
+}
+
 std::uint32_t TickCountMilliseconds() {
   return static_cast<std::uint32_t>(SinceStart<std::chrono::milliseconds>());
 }

@@ -19,11 +19,16 @@ LoadedModule LoadedModule::HostExecutable() { return LoadedModule(RTLD_DEFAULT);
 
 ExportAddress LoadedModule::FindExport(const char* name) const { return dlsym(handle_, name); }
 
-std::optional<Module> Module::Load(const std::filesystem::path& full_path) {
+ExportAddress LoadedModule::FindExport(std::uint16_t) const { return nullptr; }
+
+std::optional<Module> Module::Load(const std::filesystem::path& full_path, std::string* problem) {
   if (!full_path.is_absolute()) return std::nullopt;
-  void* handle = dlopen(full_path.c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (handle == nullptr) return std::nullopt;
-  return Module(handle);
+  std::error_code ignored;
+  const bool is_program = std::filesystem::equivalent(full_path, HostExecutablePath(), ignored);
+  void* handle = dlopen(is_program ? nullptr : full_path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (handle != nullptr) return Module(handle);
+  if (problem != nullptr) *problem = dlerror();
+  return std::nullopt;
 }
 
 Module::~Module() {

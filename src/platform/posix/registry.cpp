@@ -16,6 +16,8 @@ std::optional<std::u16string> RegistryKey::ReadText(const std::u16string&) const
   return std::nullopt;
 }
 
+std::vector<RegistryText> RegistryKey::ReadTexts() const { return {}; }
+
 bool RegistryKey::WriteNumber(const std::u16string&, std::uint32_t) { return false; }
 
 }  // namespace zavrel

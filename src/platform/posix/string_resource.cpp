@@ -12,4 +12,6 @@ std::optional<std::u16string> StringResources::Find(std::uint16_t, std::uint16_t
   return std::nullopt;
 }
 
+std::vector<std::uint16_t> StringResources::LanguagesOf(std::uint16_t) const { return {}; }
+
 }  // namespace zavrel

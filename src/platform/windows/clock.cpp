@@ -4,6 +4,11 @@
 
 namespace zavrel {
 
+std::optional<std::tm> LocalTime(std::time_t time) {
+  std::tm local;
+  return localtime_s(&local, &time) == 0 ? std::optional(local) : std::nullopt;
+}
+
 std::uint32_t TickCountMilliseconds() { return static_cast<std::uint32_t>(GetTickCount64()); }
 
 std::optional<std::int64_t> PerformanceCounter() {

@@ -1,5 +1,6 @@
 #include "platform/module.h"
 
+#include "platform/utf.h"
 #include "platform/windows/wide.h"
 
 namespace zavrel {
@@ -17,6 +18,16 @@ std::filesystem::path PathOf(HMODULE module) {
     if (path.size() >= kLongestPath) return {};
     path.resize(path.size() * 2);
   }
+}
+
+std::string MessageOf(DWORD error) {
+  wchar_t buffer[512];
+  const DWORD length =
+      FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0,
+                     buffer, static_cast<DWORD>(std::size(buffer)), nullptr);
+  std::u16string text = FromWide({buffer, length});
+  while (!text.empty() && (text.back() <= u' ' || text.back() == u'.')) text.pop_back();
+  return text.empty() ? "error " + std::to_string(error) : Utf8FromUtf16(text);
 }
 
 // Keeps the system from opening a box about a broken library while it lives.
@@ -48,15 +59,21 @@ ExportAddress LoadedModule::FindExport(const char* name) const {
   return reinterpret_cast<ExportAddress>(GetProcAddress(HandleOf(handle_), name));
 }
 
-std::optional<Module> Module::Load(const std::filesystem::path& full_path) {
+ExportAddress LoadedModule::FindExport(std::uint16_t number) const {
+  return reinterpret_cast<ExportAddress>(GetProcAddress(
+      HandleOf(handle_), reinterpret_cast<const char*>(static_cast<std::uintptr_t>(number))));
+}
+
+std::optional<Module> Module::Load(const std::filesystem::path& full_path, std::string* problem) {
   if (!full_path.is_absolute()) return std::nullopt;
   std::filesystem::path native = full_path;
   native.make_preferred();  // the system's search rules read only backslashes
   const NoErrorBoxes no_error_boxes;
   const HMODULE module = LoadLibraryExW(
       native.c_str(), nullptr, LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
-  if (module == nullptr) return std::nullopt;
-  return Module(module);
+  if (module != nullptr) return Module(module);
+  if (problem != nullptr) *problem = MessageOf(GetLastError());
+  return std::nullopt;
 }
 
 Module::~Module() {

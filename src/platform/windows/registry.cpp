@@ -48,6 +48,27 @@ std::optional<std::u16string> RegistryKey::ReadText(const std::u16string& name) 
   }
 }
 
+std::vector<RegistryText> RegistryKey::ReadTexts() const {
+  constexpr DWORD kLongest = 16384;  // of a name; longer texts are left out
+  std::vector<RegistryText> texts;
+  std::wstring name(kLongest, L'\0');
+  std::wstring text(kLongest, L'\0');
+  for (DWORD index = 0;; ++index) {
+    DWORD name_size = kLongest;
+    DWORD bytes = kLongest * sizeof(wchar_t);
+    DWORD type = 0;
+    const LSTATUS status = RegEnumValueW(KeyOf(key_), index, name.data(), &name_size, nullptr,
+                                         &type, reinterpret_cast<BYTE*>(text.data()), &bytes);
+    if (status == ERROR_MORE_DATA) continue;
+    if (status != ERROR_SUCCESS) return texts;  // there are no more
+    if (type != REG_SZ && type != REG_EXPAND_SZ) continue;
+    // Whoever stored it may have left out the terminator, or stored more behind one.
+    const std::wstring_view stored(text.data(), bytes / sizeof(wchar_t));
+    texts.push_back(
+        {FromWide(name.substr(0, name_size)), FromWide(stored.substr(0, stored.find(L'\0')))});
+  }
+}
+
 bool RegistryKey::WriteNumber(const std::u16string& name, std::uint32_t number) {
   return RegSetValueExW(KeyOf(key_), ToWide(name).c_str(), 0, REG_DWORD,
                         reinterpret_cast<const BYTE*>(&number), sizeof number) == ERROR_SUCCESS;

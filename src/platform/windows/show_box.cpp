@@ -1,11 +1,17 @@
 #include "platform/show_box.h"
+#include "platform/message_box.h"
 
 #include "platform/windows/wide.h"
 
 namespace zavrel {
 
+constexpr const wchar_t* kNobodyReads = L"ZAVREL_NO_MESSAGE_BOX";
+
+// Each library has its own copy of this code; they share the process's environment.
+void SuppressErrorBoxes() { SetEnvironmentVariableW(kNobodyReads, L"1"); }
+
 bool SystemHasAReader() {
-  if (GetEnvironmentVariableW(L"ZAVREL_NO_MESSAGE_BOX", nullptr, 0) > 0) return false;
+  if (GetEnvironmentVariableW(kNobodyReads, nullptr, 0) > 0) return false;
   USEROBJECTFLAGS flags{};
   return GetUserObjectInformationW(GetProcessWindowStation(), UOI_FLAGS, &flags, sizeof flags,
                                    nullptr) &&

@@ -11,10 +11,18 @@ constexpr std::uint16_t kTextsInABlock = 16;
 
 HMODULE HandleOf(void* library) { return static_cast<HMODULE>(library); }
 
+LPWSTR BlockNumber(std::uint16_t id) {
+  return MAKEINTRESOURCEW(static_cast<WORD>(id / kTextsInABlock + 1));
+}
+
+BOOL CALLBACK AddLanguage(HMODULE, LPCWSTR, LPCWSTR, WORD language, LONG_PTR languages) {
+  reinterpret_cast<std::vector<std::uint16_t>*>(languages)->push_back(language);
+  return TRUE;
+}
+
 // The code units of the block of 16 texts that holds this id; empty when there is none.
 std::wstring_view BlockOf(HMODULE library, WORD language, std::uint16_t id) {
-  const auto number = static_cast<WORD>(id / kTextsInABlock + 1);
-  const HRSRC place = FindResourceExW(library, RT_STRING, MAKEINTRESOURCEW(number), language);
+  const HRSRC place = FindResourceExW(library, RT_STRING, BlockNumber(id), language);
   const HGLOBAL block = place == nullptr ? nullptr : LoadResource(library, place);
   const void* units = block == nullptr ? nullptr : LockResource(block);
   if (units == nullptr) return {};
@@ -52,6 +60,13 @@ std::optional<std::u16string> StringResources::Find(std::uint16_t language,
     block.remove_prefix(length);
   }
   return std::nullopt;
+}
+
+std::vector<std::uint16_t> StringResources::LanguagesOf(std::uint16_t id) const {
+  std::vector<std::uint16_t> languages;
+  EnumResourceLanguagesW(HandleOf(library_), RT_STRING, BlockNumber(id), AddLanguage,
+                         reinterpret_cast<LONG_PTR>(&languages));
+  return languages;
 }
 
 }  // namespace zavrel

@@ -80,7 +80,7 @@ TEST_CASE("child that crashes" * doctest::description("does nothing without its 
   const char* formula = std::getenv(kFormulaVariable);
   if (formula == nullptr) return;
   auto engine = PlantedEngine();
-  Shown(*engine, FromUtf8(formula));
+  Shown(*engine, Utf16FromUtf8(formula));
 }
 
 TEST_CASE("a crash names formula and cell, and has an exit code of its own") {

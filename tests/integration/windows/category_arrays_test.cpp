@@ -26,7 +26,7 @@ struct MacroArray {
     for (ULONG i = 0; i < variant.parray->rgsabound[0].cElements; ++i) {
       const BSTR text = static_cast<const BSTR*>(variant.parray->pvData)[i];
       const std::wstring wide(text, SysStringLen(text));
-      shown += zavhost::ToUtf8(std::u16string(wide.begin(), wide.end())) + ";";
+      shown += zavhost::Utf8FromUtf16(std::u16string(wide.begin(), wide.end())) + ";";
     }
     return shown;
   }

@@ -1,7 +1,9 @@
 #include <doctest/doctest.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <map>
 #include <vector>
 
 #include "platform/file_version.h"
@@ -45,6 +47,7 @@ TEST_CASE("registry: what is written is there, what is not text is not read as t
                     static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
   }
   RegSetKeyValueW(HKEY_CURRENT_USER, wide_path, L"not terminated", REG_SZ, L"abc", 4);
+  RegSetKeyValueW(HKEY_CURRENT_USER, wide_path, L"with a variable", REG_EXPAND_SZ, L"%TEMP%", 14);
   {
     const auto key = RegistryKey::Open(RegistryHive::kPerUser, path);
     REQUIRE(key);
@@ -53,6 +56,12 @@ TEST_CASE("registry: what is written is there, what is not text is not read as t
     CHECK(key->ReadText(u"not terminated") == u"ab");
     CHECK_FALSE(key->ReadText(u"5"));
     CHECK_FALSE(key->ReadText(u"missing"));
+    std::map<std::u16string, std::u16string> texts;
+    for (const auto& [name, text] : key->ReadTexts()) texts[name] = text;
+    CHECK(texts == std::map<std::u16string, std::u16string>{{u"empty", u""},
+                                                            {u"long", std::u16string(5000, u'ä')},
+                                                            {u"not terminated", u"ab"},
+                                                            {u"with a variable", u"%TEMP%"}});
   }
   CHECK(RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\Zavrel Functions test") == ERROR_SUCCESS);
   CHECK_FALSE(RegistryKey::Open(RegistryHive::kMachineWide, path));
@@ -82,6 +91,7 @@ TEST_CASE("libraries: version, exports, use count, a path with non-ASCII letters
   const auto version = ReadFileVersion(library);
   REQUIRE(version);
   CHECK((*version)[0] >= 5);
+  CHECK(VersionText({8, 0, 12, 65535}) == "8.0.12.65535");
   {
     auto module = Module::Load(library);
     REQUIRE(module);
@@ -146,6 +156,11 @@ TEST_CASE("string tables: exact language, missing texts, tables that lie about t
   CHECK(resources->Find(9, 416) == u"a");
   CHECK_FALSE(resources->Find(9, 417));
   CHECK_FALSE(resources->Find(9, 65535));
+  std::vector<std::uint16_t> languages = resources->LanguagesOf(415);
+  std::sort(languages.begin(), languages.end());
+  CHECK(languages == std::vector<std::uint16_t>{7, 9});
+  CHECK(resources->LanguagesOf(416) == std::vector<std::uint16_t>{9});
+  CHECK(resources->LanguagesOf(432).empty());
 
   CHECK_FALSE(StringResources::Load(TemporaryFolder() / "no such file.dll"));
 }

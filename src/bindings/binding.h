@@ -1,0 +1,79 @@
+#pragma once
+// Binding the functions of companions by name, once in a process.
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "bindings/companion_library.h"
+
+namespace zavrel {
+
+/// Who is told of what is missing. The log always is, the user in a message box.
+enum class Told { kLogAlone, kUserToo };
+
+/// Titles of what is told of a library: it cannot be loaded, or lacks a function.
+struct BindingTitles {
+  std::u16string_view not_loaded;
+  std::u16string_view no_function;
+};
+
+/// One attempt to bind the functions of one or more libraries.
+class Binding {
+ public:
+  /// What is bound next comes from this library.
+  Binding& From(CompanionLibrary& library, const BindingTitles& titles = {});
+  /// A library whose function is missing is released, and no more is bound from it.
+  template <class Function>
+  Binding& Bind(const char* name, Function*& function) {
+    function = AsFunction<Function>(Find(name));
+    return *this;
+  }
+  /// Nothing was missing so far.
+  bool complete() const { return failures_.empty(); }
+  void Report(Told told) const;
+
+ private:
+  struct Failure {
+    std::u16string_view title;
+    std::u16string text;
+  };
+
+  ExportAddress Find(const char* name);
+
+  CompanionLibrary* library_ = nullptr;  // null when nothing can be bound
+  BindingTitles titles_;
+  std::vector<Failure> failures_;
+};
+
+/// A table of functions that companions export. Excel's main thread only.
+template <class Functions>
+class BoundFunctions {
+ public:
+  constexpr BoundFunctions(Told told, void (*bind)(Binding& binding, Functions& functions))
+      : told_(told), bind_(bind) {}
+
+  /// Null when a library or a function is missing. The first call binds and reports; nothing is
+  /// tried again.
+  const Functions* Get() {
+    if (!tried_) {
+      tried_ = true;  // also when an exception ends this
+      Binding binding;
+      bind_(binding, functions_);
+      // The outcome stands before anything is shown: while a box is open Excel may calculate, and a
+      // formula may come back here.
+      bound_ = binding.complete();
+      binding.Report(told_);
+    }
+    return bound_ ? &functions_ : nullptr;
+  }
+
+ private:
+  Told told_;
+  void (*bind_)(Binding& binding, Functions& functions);
+  bool tried_ = false;
+  bool bound_ = false;
+  Functions functions_{};
+};
+
+}  // namespace zavrel
