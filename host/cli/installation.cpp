@@ -69,7 +69,7 @@ std::vector<std::string> MessageLanguages(const std::filesystem::path& file) {
 LogPlace FindLog() {
   const std::filesystem::path folder = zavrel::TemporaryFolder();
   const std::filesystem::path file =
-      zavrel::LogFileIn(folder, Utf16FromUtf8(zavrel::SessionName()));
+      zavrel::LogFileIn(folder, Utf16FromUtf8(zavrel::SessionName(u"ZavrelFuncs")));
   return {folder / zavrel::kLogMarker, zavrel::LogIsOn(folder), file, LastWritten(file)};
 }
 

@@ -25,12 +25,6 @@ struct {
   SessionServices (*services)() = nullptr;
 } opened_with;
 
-/// "VekZavrelFuncs8": what the session and its log are called.
-std::string SessionName(const AddIn& add_in) {
-  return "Vek" + Utf8FromUtf16(add_in.name) +
-         std::to_string(LibraryIdentity::OfThisLibrary().major_version);
-}
-
 /// Excel's callback: the loaded module XLCall32 tells it, or Excel's own program exports it. Looked
 /// for when the add-in opens rather than at process attach, where XLCall32's code must not be
 /// called, and kept for the life of the process once it is found.
@@ -103,7 +97,7 @@ bool OpenAddIn(AddIn add_in, SessionServices (*services)()) noexcept {
     // The system calls back into this library when a thread ends, and the log has a thread of its
     // own: if the library is let go without being closed first, its code must still be there.
     PinModuleContaining(&opened_with);
-    OpenLog(TemporaryFolder(), SessionName(add_in));
+    OpenLog(TemporaryFolder(), SessionName(add_in.name));
     WriteOpeningLines();
     Session::Open(add_in, services());
     opened_with = {add_in, services};

@@ -38,4 +38,9 @@ std::int32_t MajorVersion() noexcept {
   }
 }
 
+std::string SessionName(std::u16string_view add_in) {
+  return "Vek" + Utf8FromUtf16(add_in) +
+         std::to_string(LibraryIdentity::OfThisLibrary().major_version);
+}
+
 }  // namespace zavrel

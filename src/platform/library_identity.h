@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace zavrel {
 
@@ -23,5 +24,8 @@ struct LibraryIdentity {
 
 /// This library's major version; also where there is no memory to read it.
 std::int32_t MajorVersion() noexcept;
+
+/// The name of an add-in's session and of its log: "VekZavrelFuncs8" for "ZavrelFuncs".
+std::string SessionName(std::u16string_view add_in);
 
 }  // namespace zavrel
