@@ -19,21 +19,21 @@
 namespace zavrel {
 namespace {
 
-/// What the latest opening was given.
+/// The arguments of the latest successful opening.
 struct {
   AddIn add_in;
   SessionServices (*services)() = nullptr;
 } opened_with;
 
-/// "VekZavrelFuncs8": what the session and its log are called.
+/// The name of the session and its log: "VekZavrelFuncs8".
 std::string SessionName(const AddIn& add_in) {
   return "Vek" + Utf8FromUtf16(add_in.name) +
          std::to_string(LibraryIdentity::OfThisLibrary().major_version);
 }
 
-/// Excel's callback: the loaded module XLCall32 tells it, or Excel's own program exports it. Looked
-/// for when the add-in opens rather than at process attach, where XLCall32's code must not be
-/// called, and kept for the life of the process once it is found.
+/// Finds Excel's callback: the loaded module XLCall32 returns it, or Excel's program exports it.
+/// This happens when the add-in opens, because at process attach XLCall32's code must not be
+/// called. Once found, the callback is kept for the life of the process.
 void FindExcelCallback() {
   if (ExcelCallback() != nullptr) return;
   Excel12Callback callback = nullptr;
@@ -50,7 +50,7 @@ void FindExcelCallback() {
   if (callback != nullptr) SetExcelCallback(callback);
 }
 
-/// As Excel tells its commands, of which the opening is one: "16.0".
+/// The version that Excel gives to commands, and to the opening as one of them: "16.0".
 std::string ExcelVersion() {
   constexpr double kVersionItem = 2;
   const ExcelResult answer = CallExcel(xlfGetWorkspace, {XXloper::Number(kVersionItem)});
@@ -76,8 +76,8 @@ void WriteOpeningLines() {
       Megabytes(memory.total_virtual), Megabytes(memory.available_virtual));
 }
 
-/// Shows a failure to open. The session is gone, so the texts are bound anew; whatever fails here
-/// leaves nothing that could still be shown.
+/// Shows a failure to open. The session is gone, so the texts are loaded again; if that fails,
+/// nothing can be shown.
 void ShowFailure(const VekException& failure) noexcept {
   try {
     const MessageLibrary messages = MessageLibrary::Open(LibraryIdentity::OfThisLibrary().folder);
@@ -100,8 +100,8 @@ bool OpenAddIn(AddIn add_in, SessionServices (*services)()) noexcept {
   }
   try {
     FindExcelCallback();
-    // The system calls back into this library when a thread ends, and the log has a thread of its
-    // own: if the library is let go without being closed first, its code must still be there.
+    // The system calls back into this library when a thread ends, and the log runs a thread. The
+    // library's code must stay even if the library is released before the add-in is closed.
     PinModuleContaining(&opened_with);
     OpenLog(TemporaryFolder(), SessionName(add_in));
     WriteOpeningLines();
@@ -111,8 +111,8 @@ bool OpenAddIn(AddIn add_in, SessionServices (*services)()) noexcept {
   } catch (const VekException& failure) {
     ShowFailure(failure);
   } catch (...) {
-    // Of any other kind, exhausted memory above all: nothing may cross into Excel, and the user is
-    // told no more than that the add-in did not start.
+    // Any other exception, usually exhausted memory: nothing may cross into Excel, and the user
+    // only learns that the add-in did not start.
     try {
       ShowFailure(VekUnknownException("xlAutoOpen", messages::kMessageStartFailed,
                                       {std::u16string(add_in.name)}));
