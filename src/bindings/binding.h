@@ -1,5 +1,5 @@
 #pragma once
-// Binding the functions of companions by name, once in a process.
+// Binds the functions of companions by name, once in a process.
 
 #include <string>
 #include <string_view>
@@ -9,10 +9,11 @@
 
 namespace zavrel {
 
-/// Who is told of what is missing. The log always is, the user in a message box.
+/// Where missing libraries and functions are reported: always in the log, or in a message box to
+/// the user as well.
 enum class Told { kLogAlone, kUserToo };
 
-/// Titles of what is told of a library: it cannot be loaded, or lacks a function.
+/// Titles of the reports that a library cannot be loaded or lacks a function.
 struct BindingTitles {
   std::u16string_view not_loaded;
   std::u16string_view no_function;
@@ -21,15 +22,15 @@ struct BindingTitles {
 /// One attempt to bind the functions of one or more libraries.
 class Binding {
  public:
-  /// What is bound next comes from this library.
+  /// The functions bound next come from this library.
   Binding& From(CompanionLibrary& library, const BindingTitles& titles = {});
-  /// A library whose function is missing is released, and no more is bound from it.
+  /// If a function is missing, its library is released and nothing more is bound from it.
   template <class Function>
   Binding& Bind(const char* name, Function*& function) {
     function = AsFunction<Function>(Find(name));
     return *this;
   }
-  /// Nothing was missing so far.
+  /// True when nothing has been missing so far.
   bool complete() const { return failures_.empty(); }
   void Report(Told told) const;
 
@@ -53,15 +54,14 @@ class BoundFunctions {
   constexpr BoundFunctions(Told told, void (*bind)(Binding& binding, Functions& functions))
       : told_(told), bind_(bind) {}
 
-  /// Null when a library or a function is missing. The first call binds and reports; nothing is
-  /// tried again.
+  /// Null when a library or a function is missing. Only the first call tries to bind, and reports.
   const Functions* Get() {
     if (!tried_) {
-      tried_ = true;  // also when an exception ends this
+      tried_ = true;  // even if an exception ends this call
       Binding binding;
       bind_(binding, functions_);
-      // The outcome stands before anything is shown: while a box is open Excel may calculate, and a
-      // formula may come back here.
+      // The outcome is set before anything is shown: while a box is open Excel may calculate, and a
+      // formula may call this function again.
       bound_ = binding.complete();
       binding.Report(told_);
     }

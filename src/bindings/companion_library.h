@@ -1,5 +1,5 @@
 #pragma once
-// Libraries that may or may not stand beside the add-in.
+// Libraries that may or may not be installed beside the add-in.
 
 #include <functional>
 #include <optional>
@@ -10,14 +10,14 @@
 
 namespace zavrel {
 
-/// Looks for its library on first need and remembers the outcome, found or not. A library that was
-/// found stays loaded unless it is released.
+/// Looks for its library when it is first needed and remembers whether it was found. A library that
+/// was found stays loaded unless it is released.
 class CompanionLibrary {
  public:
   using Loader = std::function<std::optional<Module>(const std::u16string& path)>;
 
   CompanionLibrary(std::u16string path, Loader load);
-  /// Whether it was found; a library that was released after that counts as present.
+  /// Whether the library was found; one that was released later still counts as present.
   bool IsPresent() {
     module();
     return found_;
@@ -25,7 +25,7 @@ class CompanionLibrary {
   const std::u16string& path() const { return path_; }
   /// Null when the library or the export is absent.
   ExportAddress FindExport(const char* name);
-  /// Unloads the library, which turned out to be of no use; it is not looked for again.
+  /// Unloads a library that proved useless; it is not looked for again.
   void Release() { module_.reset(); }
 
  private:
@@ -39,12 +39,12 @@ class CompanionLibrary {
   bool found_ = false;
 };
 
-/// Full path of a library in a folder below the add-in's own (an empty name: beside the add-in).
+/// The full path of a library in a folder below the add-in's (an empty name: beside the add-in).
 std::u16string CompanionLibraryPath(std::u16string_view add_in_folder, std::u16string_view folder,
                                     std::u16string_view file_name);
 
-// Those of this process, beside the add-in's own file. They are never unloaded: when the process or
-// this library ends, the loader's lock is held.
+// The companions of this process, beside the add-in's file. They are not unloaded at the end: when
+// the process or this library ends, the loader's lock is held.
 
 /// The distributions: "Pdflib8_x64.DLL".
 CompanionLibrary& DistributionsLibrary();
@@ -53,8 +53,8 @@ CompanionLibrary& DistributionsLibrary();
 CompanionLibrary& NonparametricTestsLibrary();
 /// The test of Kruskal and Wallis: "EUtilityLibrary8_x64.DLL".
 CompanionLibrary& EUtilityLibrary();
-/// The sibling product's: "QLX4_x64.DLL", named as its exports are and as every library of the
-/// suite, product with its major version, then the bitness.
+/// The sibling product's library: "QLX4_x64.DLL". Like every library of the suite it is named by
+/// product, major version and bitness; its exports begin in the same way.
 CompanionLibrary& SiblingLibrary();
 
 }  // namespace zavrel

@@ -1,5 +1,5 @@
 #pragma once
-// The functions of the distribution companion, as the add-in gets them.
+// The functions of the distribution companion, as the add-in calls them.
 
 #include "contracts/pdflib.h"
 
@@ -13,8 +13,8 @@ struct DistributionFunctions {
   decltype(&pdfBinomial) binomial;
 };
 
-/// Null when the companion, or one of its functions, is missing. Looked for once: the log says then
-/// why not, and nothing is tried again while the process lives.
+/// Null when the companion or one of its functions is missing. It is looked for only once in a
+/// process; if it is missing, the log says why.
 const DistributionFunctions* DistributionCompanion();
 
 }  // namespace zavrel

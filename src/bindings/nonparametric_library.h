@@ -1,5 +1,5 @@
 #pragma once
-// The functions of the companions for nonparametric tests, as the add-in gets them.
+// The functions of the companions for nonparametric tests, as the add-in calls them.
 
 #include "contracts/eutility.h"
 #include "contracts/nonparametric_tests.h"
@@ -18,13 +18,13 @@ struct NonparametricFunctions {
   decltype(&KWpValueComputationMethod) kw_p_value_computation_method;
 };
 
-/// Null when one of the two companions, or one of their functions, is missing. Looked for once, at
-/// the first call: the user is told then why not, or where there is no user the log, and nothing is
-/// tried again while the process lives.
+/// Null when one of the two companions or one of their functions is missing. They are looked for
+/// only once in a process, at the first call; if something is missing, the log says why, and so
+/// does a message box where a user can read it.
 const NonparametricFunctions* NonparametricCompanions();
 
-/// Whether the extension's functions are to be registered: its library is in its folder and can be
-/// loaded.
+/// Whether the extension's functions are to be registered: true when its library is in its folder
+/// and can be loaded.
 bool ExtensionIsPresent();
 
 }  // namespace zavrel

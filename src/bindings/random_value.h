@@ -4,8 +4,8 @@
 
 namespace zavrel {
 
-/// A random value from the generator: what the sibling product's library makes of it when it stands
-/// beside the add-in, else the generator's next double, uniform in [0, 1).
+/// A random value from the generator. If the sibling product's library is installed beside the
+/// add-in, the library draws it; otherwise it is the generator's next double, uniform in [0, 1).
 double RandomValue(RndGen& generator);
 
 }  // namespace zavrel

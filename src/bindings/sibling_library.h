@@ -1,5 +1,5 @@
 #pragma once
-// The functions of the sibling product's library, as the add-in gets them.
+// The functions of the sibling product's library, as the add-in calls them.
 
 #include <cstdint>
 
@@ -7,9 +7,8 @@
 
 namespace zavrel {
 
-/// The entries that the add-in calls, each null where it is missing. Whole numbers of theirs have
-/// 16 or 32 bits; each is passed at the full width of its slot with its sign, which is right for
-/// either.
+/// The functions that the add-in calls; a missing one is null. Their integer parameters have 16 or
+/// 32 bits. Each is passed sign-extended to the full width of its slot, which is right for either.
 struct SiblingFunctions {
   using Whole = std::int64_t;
 
@@ -17,11 +16,11 @@ struct SiblingFunctions {
                                            double p_or_value, Whole discrete_setting, Whole method,
                                            double* result);
   std::int16_t (*double_is_error)(double value);
-  /// Calls the generator back through its table of virtual functions.
+  /// Calls back into the generator through its table of virtual functions.
   double (*rand)(RndGen* generator);
 };
 
-/// Looked for once; without the library all of them are null.
+/// Looked for only once in a process; without the library all of them are null.
 const SiblingFunctions& SiblingProduct();
 
 }  // namespace zavrel

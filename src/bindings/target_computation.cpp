@@ -12,7 +12,7 @@ std::optional<double> PercentileOfSorted(std::span<const double> sorted, double 
   constexpr auto kDirection = Stats::Direction::kProbabilityToValue;
   const auto of_sibling = SiblingProduct().calc_double_array_target;
   if (of_sibling == nullptr) {
-    // Looked at here rather than caught: a throw takes longer than the computation.
+    // Checked here rather than caught: a throw takes longer than the computation.
     if (!(p >= 0 && p <= 1) || method < Stats::kFirstPercentileMethod ||
         method > Stats::kLastPercentileMethod) {
       return std::nullopt;

@@ -1,5 +1,5 @@
 #pragma once
-// The target computation as the worksheet functions get it.
+// The target computation, as the worksheet functions call it.
 
 #include <cstdint>
 #include <optional>
@@ -9,15 +9,16 @@
 
 namespace zavrel {
 
-/// The p-th percentile of sorted values by a method -1..5 (stats/target.h): from the sibling
-/// product's library when it stands beside the add-in (which judges discreteness for itself), else
-/// from the add-in's own computation. Nothing when it fails. The values are not empty.
+/// The percentile of sorted values at probability p, by method -1..5 (stats/target.h). The sibling
+/// product's library computes it if it is installed beside the add-in (and judges discreteness for
+/// itself), otherwise the add-in does. std::nullopt if the computation fails. There must be at
+/// least one value.
 std::optional<double> PercentileOfSorted(std::span<const double> sorted, double p,
                                          std::int16_t method,
                                          DiscreteSetting setting = DiscreteSetting::kUnknown);
 
-/// Whether a computed double stands for an error rather than a number; the sibling product's
-/// judgement when its library is there. By the add-in's own: not-a-number or infinite.
+/// Whether a computed double stands for an error. The sibling product's library decides if it is
+/// there; otherwise NaN and infinity are errors.
 bool IsErrorCoded(double result);
 
 }  // namespace zavrel

@@ -8,11 +8,11 @@
 
 namespace zavrel {
 
-/// One of the arguments that form a data set together, decoded once for all that look at it: key,
-/// cells, layout. Views the argument, which must outlive it.
+/// One of the arguments that together form a data set, decoded once for its key, its cells and its
+/// layout. A view: the argument must outlive it.
 struct ArgumentPiece {
-  const XLOPER12* record = nullptr;          // never null once it is made
-  std::optional<ReferenceView> reference{};  // of a reference that leads to cells
+  const XLOPER12* record = nullptr;          // never null in a piece that Of() made
+  std::optional<ReferenceView> reference{};  // set for a reference that leads to cells
 
   /// A null pointer is an omitted argument.
   static ArgumentPiece Of(const XLOPER12* argument) {
@@ -24,7 +24,7 @@ struct ArgumentPiece {
     return reference ? reference->areas() : std::span<const XLREF12>();
   }
   /// The cells that come with the argument itself: an array's elements, or the one value. Empty for
-  /// a reference, and for an array that has none.
+  /// a reference that leads to cells and for an array without elements.
   std::span<const XLOPER12> values() const {
     if (reference) return {};
     return TypeOf(*record) == xltypeMulti ? ElementsIn(*record) : std::span(record, 1);

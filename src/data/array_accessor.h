@@ -1,9 +1,9 @@
 #pragma once
-// Read-only indexed views of doubles, wherever they lie. None owns or copies what it views.
+// Read-only indexed views of doubles that lie elsewhere. None owns or copies what it views.
 //
-// Kernels take std::span<const double>: every view here is contiguous and gives itself as one, so
-// that no loop pays for an indirection. The views are for code that is handed "some series" and
-// reads a few elements of it.
+// Kernels take std::span<const double>: every view here is contiguous and has one in values(), so
+// no loop pays for an indirection. The views are for code that is handed "some series" and reads a
+// few elements of it.
 
 #include <cstddef>
 #include <span>
@@ -11,7 +11,7 @@
 
 namespace zavrel {
 
-/// Count, and element by zero-based index.
+/// A count, and the elements by zero-based index.
 template <class T>
 class ArrayAccessor {
  public:

@@ -7,10 +7,10 @@
 
 namespace zavrel {
 
-/// The name of a cell as a category: a text is its own name; numbers and booleans are named by the
-/// host's own text for them (General format, the user's word). Blank, omitted and error cells have
-/// the empty name, and so has what the host cannot put into text. Nothing when the host wants the
-/// call to end.
+/// The name of a cell as a category: a text is its own name; a number or a boolean has the host's
+/// text for it (General format; the word in the user's language). The name is empty for blank,
+/// omitted and error cells, and for a value that the host cannot convert to text. std::nullopt if
+/// the host wants the call to end.
 std::optional<std::u16string> CategoryNameOf(const SingleValue& cell);
 
 }  // namespace zavrel

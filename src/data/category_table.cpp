@@ -26,8 +26,8 @@ std::u16string CategoryKey(std::u16string_view name) {
   return LowerCase(CleanedCategoryName(name));
 }
 
-/// Gives each cell the index of its category, then gathers each category's positions. What a text
-/// or a number has once been found to mean is looked up from then on.
+/// Gives each cell the index of its category, then gathers the positions of each category. The
+/// category of a text or a number is found once and looked up from then on.
 class CategoryTableBuilder {
  public:
   explicit CategoryTableBuilder(const CellColumns& cells) : cells_(cells) {}

@@ -15,24 +15,25 @@
 
 namespace zavrel {
 
-/// A category's name as users write it: line breaks become spaces, white space at both ends goes.
+/// A category's name as users write it: without white space at both ends, with spaces for line
+/// breaks.
 std::u16string CleanedCategoryName(std::u16string_view name);
-/// What the names of one category have in common: the cleaned name in lower case.
+/// The key that all spellings of a category's name share: the cleaned name in lower case.
 std::u16string CategoryKey(std::u16string_view name);
 
 struct Category {
   /// The cleaned name of its first cell.
   std::u16string name;
-  /// Where its cells stand in the data set, from 0, in order.
+  /// The positions of its cells in the data set, from 0, ascending.
   std::span<const std::int32_t> positions{};
 };
 
 /// The categories of a data set's cells, in the order in which they first occur. Cells with the
-/// same key belong to the same one; a cell whose name is empty (blank, omitted, error, white space
-/// alone) belongs to none. Built in one run over the cells, without an allocation per cell.
+/// same key belong to the same category; a cell whose name is empty (blank, omitted, error, only
+/// white space) belongs to none. Built in one pass over the cells, without an allocation per cell.
 class CategoryTable {
  public:
-  /// Nothing when the host, which names numbers and booleans, wants the call to end.
+  /// std::nullopt if the host, which names numbers and booleans, wants the call to end.
   static std::optional<CategoryTable> Of(const CellColumns& cells);
 
   CategoryTable(CategoryTable&&) noexcept = default;
@@ -40,9 +41,9 @@ class CategoryTable {
 
   std::size_t size() const { return categories_.size(); }
   std::span<const Category> categories() const { return categories_; }
-  /// The category that a name stands for, however it is written; null when it is none.
+  /// The category that a name stands for, in any of its spellings; null if there is none.
   const Category* Find(std::u16string_view name) const;
-  /// The categories' names by ascending code units: capitals before small letters, 10 before 9.
+  /// The names in ascending order of code units: capitals before small letters, 10 before 9.
   std::span<const std::u16string_view> SortedNames() const { return sorted_names_; }
 
   std::size_t bytes() const;
@@ -53,7 +54,7 @@ class CategoryTable {
 
   std::vector<Category> categories_;
   std::unordered_map<std::u16string, std::size_t> by_key_;
-  std::vector<std::u16string_view> sorted_names_;  // of the strings in categories_
+  std::vector<std::u16string_view> sorted_names_;  // views of the names in categories_
   BlockArray<std::int32_t> positions_;
 };
 

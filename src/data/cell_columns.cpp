@@ -10,7 +10,7 @@ namespace zavrel {
 namespace {
 
 static_assert(sizeof(CellTag) == 1);
-constexpr std::size_t kStep = 8;  // cells that are compared at once, a word of tags
+constexpr std::size_t kStep = 8;  // cells compared at once: one word of tags
 
 std::uint64_t Bits(double value) { return std::bit_cast<std::uint64_t>(value); }
 
@@ -27,7 +27,7 @@ double TextPayload(std::uint64_t offset, std::uint64_t length) {
 }
 static_assert(kExcelTextLimit < (1u << 16));
 
-/// True when kStep cells from `cells` on are numbers.
+/// True when the kStep cells from `cells` on are all numbers.
 bool AllNumberCells(const XLOPER12* cells) {
   std::uint32_t difference = 0;
   for (std::size_t k = 0; k < kStep; ++k) difference |= cells[k].xltype ^ xltypeNum;

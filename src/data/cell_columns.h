@@ -25,11 +25,11 @@ enum class CellTag : std::uint8_t {
 };
 inline constexpr std::size_t kCellTags = 7;
 
-/// The host's value-type code of a tag.
+/// The host's value-type code for a tag.
 std::uint16_t ValueType(CellTag tag);
 
-/// One cell as seen by its readers: the tag and the value that goes with it. A view; the text lives
-/// as long as the cells that it came from.
+/// One cell as its readers see it: the tag and the matching value. A view: the text lives as long
+/// as the cells that it came from.
 struct SingleValue {
   CellTag tag = CellTag::kMissing;
   double number = 0;      // kNumber
@@ -41,11 +41,12 @@ struct SingleValue {
   bool IsError() const { return tag == CellTag::kError; }
 };
 
-/// The cell that a host value stands for. What can stand in no cell (references, nested arrays,
-/// flow and unknown types) counts as the error #VALUE!; a text without a pointer as the empty text.
+/// The cell that a host value stands for. A value that no cell can hold (a reference, a nested
+/// array, a flow or unknown type) counts as the error #VALUE!, a text without a pointer as the
+/// empty text.
 SingleValue SingleValueOf(const XLOPER12& value);
 
-/// True when the cell shows nothing: an empty cell, not an empty text.
+/// True for an empty cell, false for an empty text.
 inline bool IsBlankCell(const XLOPER12& value) { return (value.xltype & xltypeMask) == xltypeNil; }
 
 class CellColumns {
@@ -60,23 +61,24 @@ class CellColumns {
   /// The payloads: for a number its value, for any other cell bits that mean nothing as a double.
   std::span<const double> payloads() const { return {payloads_.data(), payloads_.size()}; }
 
-  /// Of the numbers; null when it is not known, since cells came from other columns.
+  /// The running sum of the numbers; null if it is unknown because cells came from other columns.
   const RunningSum* running_sum() const { return knows_sum_ ? &running_sum_ : nullptr; }
 
   void Reserve(std::size_t cells);
   void Append(std::span<const XLOPER12> cells);
   void AppendBlanks(std::size_t count);
-  /// The first `count` cells of others.
+  /// Appends the first `count` cells of other columns.
   void AppendFirst(const CellColumns& cells, std::size_t count) { AppendPart(cells, 0, count); }
-  /// `count` cells of others from `position` on.
+  /// Appends `count` cells of other columns from `position` on.
   void AppendPart(const CellColumns& cells, std::size_t position, std::size_t count);
 
-  /// How many of the host's cells equal the stored ones from `position` on, in type and in value:
-  /// every bit of a number, every code unit of a text. Allocates nothing.
+  /// How many of the host's cells, up to the first that differs, equal the stored ones from
+  /// `position` on, in type and in value: every bit of a number, every code unit of a text.
+  /// Allocates nothing.
   std::size_t CountEqual(std::size_t position, std::span<const XLOPER12> cells) const;
-  /// The same for the cells of others.
+  /// The same for the cells of other columns.
   std::size_t CountEqual(std::size_t position, const CellColumns& cells) const;
-  /// How many of `count` cells from `position` on are blank.
+  /// How many of the `count` cells from `position` on are blank, up to the first that is not.
   std::size_t CountBlanks(std::size_t position, std::size_t count) const;
 
   std::size_t bytes() const { return tags_.bytes() + payloads_.bytes() + texts_.bytes(); }

@@ -23,8 +23,8 @@ CellLayout LayoutOfArea(const XLREF12& area) {
   return {rows == 1 ? Kind::kOpenEnd : Kind::kWholeRows, rows, columns};
 }
 
-/// The columns of each row that may follow at an open end. One row goes on cell by cell, as one
-/// column does.
+/// How many columns each row has that may follow at an open end. A single row continues cell by
+/// cell, as a single column does.
 std::size_t OpenColumns(const CellLayout& open) { return open.is_one_row() ? 1 : open.columns; }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #pragma once
-// How the cells of a data set lie: which block they form, and with whose they can be paired.
+// The layout of a data set's cells: which block they form, and which other cells they can be paired
+// with.
 
 #include <cstddef>
 #include <optional>
@@ -8,19 +9,19 @@
 
 namespace zavrel {
 
-/// Whole columns and rows are cut down to their used part, each area on its own. Only where that
-/// takes cells off the end alone can the cells be paired with those of another data set whose used
-/// part is longer or shorter.
+/// Each area of whole columns or rows is cut down to its used part. If that removes cells from the
+/// end alone, and only then, the cells can be paired with those of a data set whose used part is
+/// longer or shorter.
 struct CellLayout {
   enum class Kind {
     kComplete,   // has all its cells
-    kOpenEnd,    // cut at the end: any number of blank cells may be thought to follow
-    kWholeRows,  // several rows, each cut at the same column
+    kOpenEnd,    // cut at the end: any number of blank cells may follow
+    kWholeRows,  // several whole rows, all cut at the same column
     kClipped,    // cut elsewhere too: several areas, a whole sheet
   };
   Kind kind = Kind::kComplete;
-  /// Of the argument as it was given, used or not; 0 where it is no block of cells: several areas,
-  /// several arguments, a whole sheet.
+  /// Size of the argument as given, used or not; 0 if it is not one block of cells (several areas,
+  /// several arguments, a whole sheet).
   std::size_t rows = 0;
   std::size_t columns = 0;
 
@@ -35,15 +36,15 @@ struct CellBlock {
   std::size_t rows = 0;
   std::size_t columns = 0;
 };
-/// That of `cells` cells; nothing for what is no block.
+/// The block that `cells` cells of this layout form; std::nullopt if they do not form one.
 std::optional<CellBlock> BlockOf(const CellLayout& layout, std::size_t cells);
 
-/// True when the n-th cell of the one belongs to the n-th of the other, for as many cells as the
-/// two are read to have and blank ones after these at an open end.
+/// True when the n-th cell of one data set belongs to the n-th cell of the other, for all the cells
+/// that were read and for the blank ones that may follow at an open end.
 bool CanPair(const CellLayout& a, std::size_t a_cells, const CellLayout& b, std::size_t b_cells);
 
-/// The same for as many cells as the shorter of the two has, so that it does not matter how many
-/// columns are cut at an open end.
+/// The same for only as many cells as the shorter data set has, so the number of columns at an open
+/// end does not matter.
 bool CanPairShorter(const CellLayout& a, std::size_t a_cells, const CellLayout& b,
                     std::size_t b_cells);
 

@@ -10,12 +10,11 @@
 namespace zavrel {
 namespace {
 
-// Cells asked for in one call: small enough to be consumed while they are still in the processor's
-// cache, large enough that the calls do not count.
+// Cells requested in one call: few enough to be consumed while they are still in the processor's
+// cache, enough that the cost of the calls does not matter.
 constexpr std::int64_t kBlockCells = 1 << 15;
 // Whole columns and rows with more cells than this (64 columns) are not searched for their used
-// part: the host is asked for all of them at once, which it answers if it knows the used part
-// itself.
+// part: all of them are requested at once, which works if the host itself knows the used part.
 constexpr std::int64_t kMostSearched = std::int64_t{1} << 26;
 
 std::int64_t CellCount(const XLREF12& area) { return std::int64_t{RowsOf(area)} * ColumnsOf(area); }
@@ -23,7 +22,7 @@ std::int64_t CellCount(const XLREF12& area) { return std::int64_t{RowsOf(area)} 
 std::size_t Size(std::int64_t count) { return static_cast<std::size_t>(count); }
 
 /// The values of an area as the host gave them. A host that knows its sheet's used part may give
-/// fewer rows and columns than it was asked for: the others are blank.
+/// fewer rows and columns than were requested: the missing ones are blank.
 struct Block {
   XXloper value;
   std::span<const XLOPER12> cells;
@@ -74,7 +73,7 @@ class AreaReader {
     return fits ? ReadOutcome::kRead : ReadOutcome::kUnreadable;
   }
 
-  /// Calls take(block, rows asked for) for each block of rows from top to bottom, while it gives
+  /// Calls take(block, rows requested) for each block of rows from top to bottom, while it returns
   /// true.
   template <class Take>
   ReadOutcome EachBlock(std::int64_t block_rows, Take take) const {
@@ -91,7 +90,7 @@ class AreaReader {
     return ReadOutcome::kRead;
   }
 
-  /// Hands on the block's upper left part of this size.
+  /// Hands the block's upper left part of this size to the sink.
   bool Emit(const Block& block, std::int64_t rows, std::int64_t columns) {
     const std::int64_t given = std::min(rows, block.rows);
     bool wanted = true;
@@ -106,7 +105,7 @@ class AreaReader {
     return wanted && (rows == given || sink_.Blanks(Size((rows - given) * columns)));
   }
 
-  /// Rows of the block down to its last used one.
+  /// The number of rows of the block down to its last used one.
   static std::int64_t UsedRows(const Block& block) {
     auto last = block.cells.rbegin();
     while (last != block.cells.rend() && IsBlankCell(*last)) ++last;
@@ -137,7 +136,7 @@ class AreaReader {
       columns = used;
     }
     const bool clip_rows = IsWholeColumns(area_);
-    std::int64_t blank_rows = 0;  // seen, and left out unless something follows
+    std::int64_t blank_rows = 0;  // met so far; left out unless a used row follows
     return EachBlock(block_rows, [&](const Block& block, std::int64_t rows) {
       const std::int64_t used = clip_rows ? UsedRows(block) : rows;
       bool wanted = true;
@@ -156,7 +155,7 @@ class AreaReader {
   CellSink& sink_;
 };
 
-/// `counts`: the areas that count.
+/// The number of values in the piece, plus the cells of the areas for which counts(area) is true.
 template <class Counts>
 std::size_t CountCells(const ArgumentPiece& piece, Counts counts) {
   std::size_t cells = piece.values().size();

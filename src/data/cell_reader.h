@@ -8,7 +8,7 @@
 
 namespace zavrel {
 
-/// Takes an argument's cells in order. False: these and all further ones are not wanted.
+/// Takes an argument's cells in order. False refuses these cells and all further ones.
 class CellSink {
  public:
   virtual bool Cells(std::span<const XLOPER12> cells) = 0;
@@ -20,21 +20,21 @@ class CellSink {
 
 enum class ReadOutcome {
   kRead,
-  kUnreadable,    // no cells behind the argument, not given by the host, or not wanted
-  kUncalculated,  // the host has still to calculate a cell, or wants the call to end
+  kUnreadable,    // the argument leads to no cells, or the host or the sink refused them
+  kUncalculated,  // the host still has to calculate a cell, or wants the call to end
 };
 
-/// Hands the piece's cells to the sink: the areas of a reference as given, each row by row, read
-/// in blocks; the elements of an array; a single value as one cell. What the sink throws passes
-/// through.
+/// Hands the piece's cells to the sink: the areas of a reference in the order given, each row by
+/// row, read in blocks; the elements of an array; a single value as one cell. Exceptions of the
+/// sink pass through.
 ///
-/// An area that names whole columns or whole rows counts as its used part: what follows its last
-/// used row (its last used column) is left out. Every other area has all its cells, blank ones too.
+/// An area of whole columns or whole rows counts as its used part: the cells after its last used
+/// row (or column) are left out. Every other area keeps all its cells, blank ones too.
 ReadOutcome ReadCells(const ArgumentPiece& piece, CellSink& sink);
 
-/// How many cells a piece has, whole columns and rows not counted: what is worth reserving.
+/// The number of cells in a piece without its whole columns and rows: the room worth reserving.
 std::size_t ExpectedCells(const ArgumentPiece& piece);
-/// How many cells a piece has, with all those of whole columns and rows.
+/// The number of cells in a piece with all those of whole columns and rows.
 std::size_t AllCells(const ArgumentPiece& piece);
 
 }  // namespace zavrel

@@ -17,10 +17,10 @@ namespace {
 
 Failure Unreadable() { return Failure(ExcelError::kRef); }
 
-/// Compares the cells that come in with known ones, and collects them once they differ.
+/// Compares incoming cells with known ones, and collects them once they differ.
 class CellCollector final : public CellSink {
  public:
-  /// `known` may be null: then everything is new.
+  /// If `known` is null, every cell is new.
   CellCollector(const CellColumns* known, std::size_t expected, std::size_t most)
       : known_(known), expected_(expected), most_(most), comparing_(known != nullptr) {
     if (!comparing_) StartCollecting();
@@ -51,7 +51,7 @@ class CellCollector final : public CellSink {
     return true;
   }
 
-  /// Cells of another data set.
+  /// Takes the cells of another data set.
   bool Cells(const CellColumns& cells) {
     std::size_t equal = 0;
     if (comparing_) {
@@ -65,7 +65,7 @@ class CellCollector final : public CellSink {
     return true;
   }
 
-  /// To be asked once, after the last cell: are the known cells all of them?
+  /// True if the cells taken were exactly the known ones. To be called once, after the last cell.
   bool AsKnown() {
     if (comparing_ && position_ < known_->size()) StartCollecting();
     return comparing_;
@@ -81,13 +81,13 @@ class CellCollector final : public CellSink {
 
   const CellColumns* known_;
   std::size_t expected_;
-  std::size_t most_;  // no fewer than the known cells that are met again
+  std::size_t most_;  // at least as many as the known cells
   bool comparing_;
-  std::size_t position_ = 0;  // known cells that were met again
+  std::size_t position_ = 0;  // known cells met again so far
   CellColumns collected_;
 };
 
-/// Hands a single cell on, unless its text is the handle of a selection of stacked data.
+/// Passes cells on, except a single one whose text is the handle of a selection of stacked data.
 class HandleCatcher final : public CellSink {
  public:
   explicit HandleCatcher(CellSink& sink) : sink_(sink) {}

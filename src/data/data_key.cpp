@@ -30,9 +30,9 @@ class Fingerprint {
   std::uint64_t hash_ = 0xCBF29CE484222325ull;
 };
 
-/// The sheet that a reference without one stands on: the calling one, which the host puts in when
-/// it makes the other kind of reference of it. 0 when it does not; nothing when it wants the call
-/// to return.
+/// The sheet of a reference that names none: the calling sheet, which the host adds when it
+/// converts the reference to the kind that names its sheet. 0 if the host does not do that;
+/// std::nullopt if it wants the call to return.
 std::optional<std::uint64_t> CallingSheet(const XLOPER12& reference) {
   const ExcelResult full = CoerceTo(XXloper::FromArgument(&reference), xltypeRef);
   if (WantsReturn(full)) return std::nullopt;

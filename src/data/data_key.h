@@ -9,9 +9,10 @@ namespace zavrel {
 
 /// The key text of a data set: for a reference its sheet and areas, for an array or a value its
 /// rows, its columns and a fingerprint of its content. Different arguments of the same shape may in
-/// principle share a key, so what is found under one is always compared with the argument's cells.
+/// principle share a key, so a data set found by its key is always compared with the argument's
+/// cells.
 ///
-/// Nothing when the host, asked for the calling sheet, wants the call to return at once.
+/// std::nullopt if the host, asked for the calling sheet, wants the call to return at once.
 std::optional<std::string> DataKey(Pieces pieces);
 
 }  // namespace zavrel

@@ -7,9 +7,9 @@
 
 namespace zavrel {
 
-/// A data-set parameter as the statistics functions hold it: a data set under one policy and one
-/// way with errors. The check and the numbers stay with the data set, where every parameter shares
-/// them.
+/// A data-set parameter of a statistics function: a data set with a missing-data policy and a
+/// treatment of errors. The result of the check and the numbers are kept in the data set, so all
+/// its parameters share them.
 class DatasetParm {
  public:
   DatasetParm(std::shared_ptr<ExcelData> data, MissingDataPolicy policy, bool propagate_errors)

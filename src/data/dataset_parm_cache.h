@@ -15,15 +15,15 @@ class ExcelData;
 /// The parameters of the latest calls. Used from Excel's main thread only.
 ///
 /// Invariants:
-/// - At most one parameter for a data set, a policy and a way with errors, and at most kEntries.
-/// - The entries are in the order of their latest use.
-/// - Whatever is held here stays in the ExcelDataCache through its pruning: the working set of the
-///   calculation at hand, whatever its size. The latest entry is never pruned.
-/// - No data set is held that ReadDataArgument has replaced because its cells changed.
+/// - At most one parameter per data set, policy and treatment of errors; at most kEntries in all.
+/// - The entries are ordered by their latest use.
+/// - A data set held here survives the pruning of the ExcelDataCache: this is the working set of
+///   the current calculation, whatever its size. The latest entry is never pruned.
+/// - A data set that was replaced because its cells changed is not held.
 class DatasetParmCache {
  public:
   static constexpr std::size_t kEntries = 32;
-  /// Cells' memory that pruning leaves held, the latest parameter's excepted.
+  /// Bytes of data sets that pruning leaves held; the latest parameter's stays even if it has more.
   static constexpr std::size_t kBytesAfterPruning = std::size_t{256} << 20;
 
   DatasetParmCache();
@@ -31,13 +31,13 @@ class DatasetParmCache {
   DatasetParmCache(const DatasetParmCache&) = delete;
   DatasetParmCache& operator=(const DatasetParmCache&) = delete;
 
-  /// The parameter, found or made; now the latest used.
+  /// The parameter, found or newly made; it becomes the latest used.
   std::shared_ptr<const DatasetParm> Get(const std::shared_ptr<ExcelData>& data,
                                          MissingDataPolicy policy, bool propagate_errors);
-  /// Lets go of a data set whose cells changed.
+  /// Drops the parameters of a data set whose cells changed.
   void Forget(const ExcelData* data) noexcept;
 
-  /// Drops the parameters used longest ago until the rest holds no more than kBytesAfterPruning.
+  /// Drops the least recently used parameters until the rest hold at most kBytesAfterPruning.
   void Prune() noexcept;
   void Clear() noexcept;
 

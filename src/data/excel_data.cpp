@@ -49,7 +49,8 @@ const XXloper& ExcelData::Acceptance(MissingDataPolicy policy, bool propagate_er
 }
 
 // Under kOneRun the accepted layouts are: blanks, numbers, at most one cell that is neither blank
-// nor a number, blanks. An omitted argument among others counts as such a cell, not as a blank one.
+// nor a number, blanks. An omitted argument among several counts as such a cell, not as a blank
+// one.
 XXloper ExcelData::CheckAcceptance(MissingDataPolicy policy, bool propagate_errors) const {
   const bool every = policy == MissingDataPolicy::kNumbersRequired;
   const bool run = policy == MissingDataPolicy::kOneRun;

@@ -19,64 +19,64 @@
 
 namespace zavrel {
 
-/// Classes of cells, as users number them. A cell belongs to several.
+/// Classes of cells, by the numbers that users give. A cell belongs to several.
 enum class CellClass { kEvery = 0, kNumber = 1, kNonBlank = 2, kNonBlankNonNumber = 3, kBlank = 4 };
 inline constexpr std::int32_t kCellClasses = 5;
 
-/// Numbers and integers are told apart: only the former count as numbers. Text is never parsed.
+/// CellTag::kInteger does not count as a number, and text is never parsed.
 bool BelongsTo(CellTag tag, CellClass cell_class);
 
-/// Cells in their argument's order (areas as given, each row by row), and everything that is worked
-/// out from them: each acceptance result, each numeric shape and each statistic once, on first
-/// request. Shared; the cells never change. A data set whose cells changed in Excel is replaced by
-/// another.
+/// The cells of an argument in its order (areas as given, each row by row), and everything computed
+/// from them: each acceptance result, each numeric shape and each statistic, once, on first
+/// request. Shared; the cells never change. If they change in Excel, another data set replaces this
+/// one.
 class ExcelData {
  public:
   using SingleValue = zavrel::SingleValue;
 
-  /// `left_out`: the blank cells outside the used parts of whole columns and rows, which are not
-  /// among `cells`.
+  /// `left_out` is the number of blank cells outside the used parts of whole columns and rows; they
+  /// are not in `cells`.
   ExcelData(std::string key, CellColumns cells, std::size_t left_out = 0, CellLayout layout = {});
 
-  /// The text that the cache finds it by.
+  /// The text under which the cache finds the data set.
   const std::string& key() const { return key_; }
-  /// Tells data sets apart, those included that are gone; never 0.
+  /// Unique among all data sets ever made; never 0.
   std::uint64_t serial() const { return serial_; }
   const CellColumns& cells() const { return cells_; }
   std::size_t size() const { return cells_.size(); }
   SingleValue operator[](std::size_t index) const { return cells_[index]; }
   const CellLayout& layout() const { return layout_; }
-  /// The block that the cells form; nothing where they form none.
+  /// The block that the cells form; std::nullopt if they do not form one.
   std::optional<CellBlock> block() const { return BlockOf(layout_, size()); }
 
-  /// Of the whole argument: what was left out counts among the blank cells.
+  /// The number of cells of a class in the whole argument: the cells left out count as blank.
   std::size_t CountOfClass(CellClass cell_class) const;
-  /// Cells that hold a number.
+  /// The number of cells that hold a number.
   std::size_t NumberCount() const { return cells_.count(CellTag::kNumber); }
 
-  /// Whether a function with this policy accepts the cells: a nil value, or the error that the call
-  /// must return. With `propagate_errors` the first error cell is that error (no worksheet function
-  /// wants that yet).
+  /// A nil value if a function with this policy accepts the cells, else the error that the call
+  /// must return. With `propagate_errors` this is the error of the first error cell, if there is
+  /// one (no worksheet function uses that yet).
   const XXloper& Acceptance(MissingDataPolicy policy, bool propagate_errors);
 
   /// The numbers in the policy's shape. A single omitted argument has none under any policy.
   std::span<const double> Numbers(MissingDataPolicy policy);
 
-  /// The numbers without anything between them (as under kNumbersOnly), in ascending order.
+  /// The numbers alone (as under kNumbersOnly), in ascending order.
   std::span<const double> SortedNumbers();
-  /// The cells as categories; null when the host, which is asked for the names of numbers, wants
-  /// the call to end.
+  /// The categories of the cells; null if the host, which names the numbers, wants the call to end.
   const CategoryTable* Categories();
   /// Whether the numbers look discrete.
   const IsDiscrete& Discreteness();
 
   StatisticCache& statistics() { return statistics_; }
 
-  /// Memory that the data set holds at present.
+  /// Bytes that the data set holds at present.
   std::size_t bytes() const;
 
  private:
-  // A numeric shape: where every cell is a number, the payloads themselves.
+  // A numeric shape, once requested. If every cell is a number, the payloads serve instead of all
+  // but the sorted one.
   using Shape = std::optional<BlockArray<double>>;
 
   bool IsOmitted() const { return size() == 1 && cells_.tag(0) == CellTag::kMissing; }

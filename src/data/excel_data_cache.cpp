@@ -53,8 +53,8 @@ void ExcelDataCache::Clear() noexcept {
   ReleaseKeptBlocks();
 }
 
-// A data set grows by what is worked out from it after it was found or put here: by the call at
-// hand or the one before.
+// A data set grows by what is computed from it after it was found or put here, in the current call
+// or the one before.
 void ExcelDataCache::MeasureLatest() noexcept {
   std::size_t left = kMeasured;
   for (auto entry = entries_.begin(); left > 0 && entry != entries_.end(); ++entry, --left)

@@ -1,5 +1,5 @@
 #pragma once
-// The session's data sets, found by the text of the argument that they came from.
+// The session's data sets, found by the key text of their arguments.
 
 #include <cstddef>
 #include <list>
@@ -17,15 +17,16 @@ class ExcelData;
 ///
 /// Invariants:
 /// - At most one data set per key text.
-/// - Nothing found here is believed for its key alone: ReadDataArgument compares its cells with the
-///   host's before anybody uses it, and puts another in its place where they differ.
-/// - The entries are in the order of their latest use. What comes in pushes out what was used
-///   longest ago, so that the limit holds after every Put.
-/// - Prune narrows that to a smaller budget but never drops what somebody else holds. The
-///   DatasetParmCache holds the data sets of the latest calls, so functions that read the same range
-///   keep sharing one.
-/// - bytes() is the sum of what each entry had when it was last measured. An entry grows by what is
-///   worked out from it, so the latest ones are measured again whenever the sum is used.
+/// - A key alone proves nothing. ReadDataArgument compares the cells of a data set found here with
+///   the host's before it is used, and replaces it if they differ; ReadStackedData does the same
+///   with the serials of the data sets that its result came from.
+/// - The entries are ordered by their latest use. A new one pushes out the least recently used, so
+///   the limit holds after every Put, unless a single entry exceeds it.
+/// - Prune goes down to a smaller budget but never drops a data set that is also held elsewhere.
+///   The DatasetParmCache holds the data sets of the latest calls, so functions that read the same
+///   range keep sharing one.
+/// - bytes() is the sum of the entries' sizes when they were last measured. An entry grows by what
+///   is computed from it, so the latest ones are measured again before the sum is used.
 class ExcelDataCache {
  public:
   struct Budget {
@@ -40,18 +41,19 @@ class ExcelDataCache {
   ExcelDataCache(const ExcelDataCache&) = delete;
   ExcelDataCache& operator=(const ExcelDataCache&) = delete;
 
-  /// The data set under this key, now the latest used; null when there is none.
+  /// The data set under this key, which becomes the latest used; null if there is none.
   std::shared_ptr<ExcelData> Find(std::string_view key);
-  /// Adds a data set, in place of the one with the same key. Without memory for the entry the data
-  /// set stays uncached.
+  /// Adds a data set and drops the one with the same key. If there is no memory for the entry, the
+  /// data set stays uncached.
   void Put(std::shared_ptr<ExcelData> data) noexcept;
 
-  /// Drops what was used longest ago, down to the smaller budget; nothing that others hold.
+  /// Drops the least recently used data sets down to the smaller budget, but none that is held
+  /// elsewhere.
   void Prune() noexcept;
-  /// Drops everything, the memory kept for reuse included.
+  /// Drops everything and releases the memory kept for reuse.
   void Clear() noexcept;
 
-  /// Kept as long as the session: a handle that was issued stays good whatever is dropped here.
+  /// Kept as long as the session: a handle stays valid whatever data sets are dropped here.
   StackedSelections& stacked_selections() { return stacked_selections_; }
 
   std::size_t size() const { return entries_.size(); }
@@ -64,8 +66,7 @@ class ExcelDataCache {
   };
   using Entries = std::list<Entry>;  // latest used first
 
-  /// So many of the latest used are measured together: more than a call has data arguments, but for
-  /// few.
+  /// How many of the latest used are measured together: nearly every call has fewer data arguments.
   static constexpr std::size_t kMeasured = 8;
 
   void MeasureLatest() noexcept;
@@ -76,7 +77,7 @@ class ExcelDataCache {
   Budget limit_;
   Budget after_pruning_;
   Entries entries_;
-  std::unordered_map<std::string_view, Entries::iterator> by_key_;  // keys stand in the data sets
+  std::unordered_map<std::string_view, Entries::iterator> by_key_;  // the data sets own the keys
   std::size_t bytes_ = 0;
   StackedSelections stacked_selections_;
 };

@@ -54,7 +54,7 @@ class ParameterReader {
  private:
   using Value = Parameters::Value;
 
-  /// The first of `rest`, or all of them.
+  /// Reads the first of `rest`, or all of them.
   OrFailure<Value> ReadOne(char letter, Arguments rest) const {
     const Arguments first = rest.first(std::min<std::size_t>(rest.size(), 1));
     const XLOPER12* const argument = first.empty() ? nullptr : first.front();
@@ -116,7 +116,7 @@ class ParameterReader {
     return IsPositional(policy_) ? CanPair(i_layout, i_size, j_layout, j_size) : i_size == j_size;
   }
 
-  /// Makes the data equally long that differ by the blank cells behind an open end.
+  /// Makes all data equally long: adds the blank cells that an open end left out.
   void Lengthen() {
     std::size_t longest = 0;
     for (std::size_t i = 0; i < parameters_.values_.size(); ++i) {

@@ -18,22 +18,22 @@
 
 namespace zavrel {
 
-/// What the data arguments have to be to one another.
+/// How the lengths of the data arguments must agree.
 enum class Lengths {
   kAny,
-  kEqual,   // equally many numbers
+  kEqual,   // all have the same length
   kPaired,  // row i of each belongs to row i of the others, as far as all have rows
 };
 
 struct ParameterOptions {
   Lengths lengths = Lengths::kAny;
-  /// An error cell of a data argument, and an error given for a single value, is the call's result.
-  /// No worksheet function wants that yet.
+  /// An error cell of a data argument, or an error given for a single value, becomes the call's
+  /// result. No worksheet function uses this yet.
   bool propagate_errors = false;
 };
 
-/// The arguments of a call, by their position among the kind letters. Asking for an argument that
-/// was not given, or by another type than its letter's, throws std::bad_variant_access.
+/// The arguments of a call, by the position of their kind letters. Reading an argument that was not
+/// given, or as another type than its letter's, throws std::bad_variant_access.
 class Parameters {
  public:
   /// False for an optional argument that was left out.
@@ -72,30 +72,30 @@ class Parameters {
                              std::shared_ptr<const DatasetParm>>;
   struct Argument {
     Value value;
-    /// The numbers with blank cells added at the end, if there had to be any.
+    /// The numbers with blank cells added at the end; empty if none are needed.
     BlockArray<double> lengthened;
   };
 
   std::vector<Argument> values_;
 };
 
-/// Reads the arguments by one kind letter each (data/scalar_argument.h lists them), first to last,
-/// up to the first that fails:
+/// Reads each argument by its kind letter (data/scalar_argument.h lists them), first to last, up to
+/// the first that fails:
 ///
 ///   R  a data set; an omitted argument is a data set of one omitted value
 ///   r  a data set; an omitted argument is not given
 ///   V  one data set of this and all further arguments
 ///
-/// Data sets are held to the policy. Failures: #REF! for cells that cannot be read; #VALUE! for a
-/// data set that the policy does not accept, for a single value that is not what its letter asks
-/// for and for data that do not go together as the options say; with `propagate_errors` an error
-/// met is returned as it is. Arguments beyond those given count as omitted.
+/// Data sets are checked against the policy. Failures: #REF! for cells that cannot be read; #VALUE!
+/// for a data set that the policy does not accept, for a single value of the wrong kind and for
+/// data whose lengths do not agree as the options require; with `propagate_errors` an error value
+/// is returned as it is. Letters without an argument count as omitted arguments.
 ///
-/// Equal lengths compare the numeric shapes. A positional shape of whole columns or of one whole
-/// row ends where these were last used; when another argument goes further, the blank cells that
-/// follow are put back. Several columns go with as many columns only. Where the cells of arguments
-/// cut down to their used parts need not lie alike (several whole rows used to different columns, a
-/// whole sheet, whole areas among several), they are refused as unequal, and as no pairs.
+/// Lengths are those of the numeric shapes. A positional shape of whole columns or of one whole row
+/// ends at the last used cell; if another argument is longer, the blank cells that follow are put
+/// back. Several columns agree only with the same number of columns. Arguments that were cut down
+/// to their used parts in ways that may not match (several whole rows used to different columns, a
+/// whole sheet, whole areas among several) are neither equal nor paired.
 OrFailure<Parameters> GetParameters(std::string_view kinds, MissingDataPolicy policy,
                                     Arguments arguments, ParameterOptions options = {});
 

@@ -1,5 +1,5 @@
 #pragma once
-// A hash map that remembers its latest entries only.
+// A hash map that keeps only its latest entries.
 
 #include <cstddef>
 #include <list>
@@ -14,8 +14,8 @@ class LatestMap {
  public:
   explicit LatestMap(std::size_t most) : most_(most) {}
 
-  /// Enters the value as the latest, in the place of one that the key had; the oldest entry goes
-  /// when there are too many. Nothing changes when memory runs out.
+  /// Enters the value as the latest, replacing the one that the key had, and drops the oldest entry
+  /// if there are too many. If memory runs out, nothing changes.
   void Put(const Key& key, Value value) {
     const auto [place, is_new] = entries_.try_emplace(key);
     Entry& entry = place->second;
@@ -34,7 +34,7 @@ class LatestMap {
     if (entries_.size() > most_) Remove(entries_.find(*latest_.back()));
   }
 
-  /// Null when the key has no entry. The value lives until it is replaced or goes.
+  /// Null when the key has no entry. The value lives until it is replaced or dropped.
   const Value* Find(const Key& key) const {
     const auto place = entries_.find(key);
     return place == entries_.end() ? nullptr : &place->second.value;
@@ -62,7 +62,7 @@ class LatestMap {
  private:
   static_assert(std::is_nothrow_move_assignable_v<Value>);
 
-  using Latest = std::list<const Key*>;  // latest first; the keys stand in the map
+  using Latest = std::list<const Key*>;  // latest first; the map owns the keys
   struct Entry {
     Value value{};
     typename Latest::iterator turn;

@@ -4,8 +4,8 @@
 
 namespace zavrel {
 
-/// What a statistics function does about cells that hold no number. It decides which data sets the
-/// function accepts and in which shape it gets their numbers.
+/// How a statistics function treats cells that do not hold a number: which data sets it accepts,
+/// and in which shape it gets their numbers.
 enum class MissingDataPolicy {
   kNumbersRequired = 0,  // every cell must be a number; numbers only
   kPositional = 1,       // any cells; one entry per cell, the missing-value marker for the rest
@@ -15,7 +15,7 @@ enum class MissingDataPolicy {
 };
 inline constexpr std::size_t kMissingDataPolicies = 5;
 
-/// True when the policy hands out one entry per cell.
+/// True when the policy's shape has one entry per cell.
 constexpr bool IsPositional(MissingDataPolicy policy) {
   return policy == MissingDataPolicy::kPositional ||
          policy == MissingDataPolicy::kPositionalWithErrors;

@@ -12,7 +12,8 @@ namespace {
 
 Failure NotOfThisKind() { return Failure(ExcelError::kValue); }
 
-/// The one value that an argument comes down to. `owner` keeps it where the host gave it.
+/// The single value that an argument comes down to. `owner` keeps it alive if it came from the
+/// host.
 struct Single {
   const XLOPER12* record;
   XXloper owner{};
@@ -60,7 +61,7 @@ Scalar<T> Read(const XLOPER12* argument, Presence presence, Convert convert) {
   return std::optional<T>(*std::move(converted));
 }
 
-/// The value as one of the host's, through the host; `take` makes the result of it.
+/// The result that `take` makes of the value once the host has converted it to `type`.
 template <class T, class Take>
 OrFailure<T> Through(const XLOPER12& value, std::uint32_t type, Take take) {
   const ExcelResult coerced = CoerceTo(XXloper::FromArgument(&value), type);

@@ -8,24 +8,23 @@
 //   S s  a text                 B b  a boolean
 //   R r  a data set             V    a data set of this and all further arguments
 //
-// R, r and V are data/data_argument.h's; this file reads the others, by these rules:
+// data/data_argument.h reads R, r and V; this file reads the others, by these rules:
 //
-// - Left out. An omitted argument, and for an optional letter an empty cell too, is not given. A
+// - Left out. An omitted argument is not given; for an optional letter, neither is an empty cell. A
 //   required letter takes an empty cell as 0, FALSE or the empty text, as Excel's own functions and
 //   its own marshalling of number arguments do, and fails on an omitted argument.
-// - Errors. An error value fails as that error, which a function may pass on. An array that holds
-// an
-//   error anywhere fails with its first one.
-// - Arrays and references give their upper left element; a reference is looked up in the host
-//   first, one cell only. A cell that is not calculated yet is told apart from every failure.
+// - Errors. An error value fails as that error, which a function may pass on. An array that
+//   holds an error anywhere fails with its first one.
+// - Arrays and references give their upper left element; of a reference, the host is asked for that
+//   cell alone. A cell that is not calculated yet is reported as such and not as an error.
 // - D takes a finite number, an integer, a boolean as 1 or 0, and a text that the host reads as a
 //   number. Every other text fails.
-// - L is a number cut towards zero, as Excel's own functions cut (2.9 is 2, -2.9 is -2). One that
-//   does not fit in 32 bits fails.
-// - S takes every single value; the host makes the text of a number (as in General format) and of a
-//   boolean (its own word).
-// - B takes a number as its being other than 0, and a text that the host reads as a boolean or as a
-//   number.
+// - L takes a number as D does and truncates it towards zero, as Excel's own functions do (2.9 is
+//   2, -2.9 is -2). One that does not fit in 32 bits fails.
+// - S takes every single value; the host converts a number (as in General format) and a boolean (to
+//   its own word) to text.
+// - B takes a boolean, a number as TRUE unless it is 0, and a text that the host reads as a boolean
+//   or as a number.
 
 #include <cstdint>
 #include <optional>
@@ -39,12 +38,12 @@ namespace zavrel {
 
 enum class Presence : bool { kRequired, kOptional };
 
-/// Nothing for an optional argument that was left out.
+/// std::nullopt for an optional argument that was left out.
 template <class T>
 using Scalar = OrFailure<std::optional<T>>;
 
-// The argument may be null, which is an omitted one. A failure is the error that the argument is or
-// holds, #VALUE! for what is not what the letter asks for, or uncalculated.
+// A null argument counts as omitted. A failure is the error that the argument is or holds, #VALUE!
+// for a value of the wrong kind, or uncalculated.
 Scalar<double> ReadNumber(const XLOPER12* argument, Presence presence);
 Scalar<std::int32_t> ReadInteger(const XLOPER12* argument, Presence presence);
 Scalar<std::u16string> ReadText(const XLOPER12* argument, Presence presence);
@@ -56,10 +55,10 @@ struct ScalarKind {
   Presence presence;
 };
 
-/// What a letter stands for; nothing for R, r, V and letters without a meaning.
+/// What a letter stands for; std::nullopt for R, r, V and letters without a meaning.
 std::optional<ScalarKind> ScalarKindOf(char letter);
 
-/// A double, a whole number, a text or a boolean, after the kind's type; nothing where it was left
+/// A double, a whole number, a text or a boolean, by the kind's type; std::monostate if it was left
 /// out.
 using ScalarValue = std::variant<std::monostate, double, std::int32_t, std::u16string, bool>;
 OrFailure<ScalarValue> ReadScalar(ScalarKind kind, const XLOPER12* argument);

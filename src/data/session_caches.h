@@ -1,5 +1,5 @@
 #pragma once
-// The caches that the argument conversion works with: the session's.
+// The session's caches, as the reading of arguments uses them.
 
 #include <memory>
 
@@ -8,8 +8,8 @@
 
 namespace zavrel {
 
-/// The session makes the caches when it opens and hands them over here; two null pointers when it
-/// closes. Without caches every call reads its data sets for itself.
+/// The session passes its caches when it opens, and two null pointers when it closes. Without
+/// caches every call builds its data sets anew.
 void SetSessionCaches(std::shared_ptr<ExcelDataCache> data,
                       std::shared_ptr<DatasetParmCache> parms);
 

@@ -24,11 +24,12 @@ constexpr int kDeepestNesting = 16;
 
 Failure Unreadable() { return Failure(ExcelError::kRef); }
 
-/// Selections of selections while they are read. Each is read once, however often others name it;
-/// one that is met within itself cannot be read. Excel's main thread only.
+/// The selections that are being read, one within another. Each is read once, however often others
+/// use it; one that contains itself cannot be read. Excel's main thread only.
 class Readings {
  public:
-  /// One level, while it lives; what was read goes with the outermost one.
+  /// One level of nesting, while the object lives. The end of the outermost level drops what was
+  /// read.
   class Level {
    public:
     Level() { ++depth_; }
@@ -40,7 +41,8 @@ class Readings {
   };
 
   static bool TooDeep() { return depth_ > kDeepestNesting; }
-  /// What was read of a selection, unreadable until it was; whether it is new here.
+  /// The result of reading a selection (unreadable until it has been read), and whether it is new
+  /// here.
   static std::pair<DataArgument&, bool> Of(std::size_t index) {
     const auto [reading, is_new] = read_.try_emplace(index, Unreadable());
     return {reading->second, is_new};
@@ -82,7 +84,7 @@ std::array<std::uint64_t, 3> SerialsOf(const Sources& sources) {
   return serials;
 }
 
-/// Where the cells of a name stand; nothing when the host wants the call to end.
+/// The positions of the cells with a name; std::nullopt if the host wants the call to end.
 std::optional<std::vector<std::int32_t>> PositionsOf(ExcelData& data, std::u16string_view name) {
   const CategoryTable* categories = data.Categories();
   if (categories == nullptr) return std::nullopt;

@@ -18,8 +18,9 @@ constexpr std::size_t kHandleDigits = 9;
 constexpr std::size_t kPlaces = 1'000'000'000 / StackedSelections::kArguments;
 constexpr std::u16string_view kHandleStart = u"\u0001\u0002";
 
-/// Another formula will use the reference, which has to say then that it stands on this sheet. Some
-/// hosts put it in where they make the other kind of reference of it, others only tell its name.
+/// Sets `sheet_id` for a reference that names no sheet: it is on the calling sheet, and the formula
+/// that will use it may be on another. Some hosts add the sheet when they convert the reference to
+/// the kind that names it; others only give the sheet's name.
 ExcelResult CallingSheet(const XXloper& reference, std::optional<std::uint64_t>& sheet_id) {
   ExcelResult full = CoerceTo(reference, xltypeRef);
   if (const auto view = ReferenceView::Of(full.value.record())) sheet_id = view->sheet_id();
@@ -96,7 +97,7 @@ std::size_t KeptArgument::bytes() const {
                         : value_.elements().size_bytes();
 }
 
-/// A text from which nothing but the same selection can come.
+/// A text that only an equal selection has.
 static std::string DescriptionOf(const StackedSelection& selection) {
   std::string text;
   selection.ForEachArgument([&](const KeptArgument& argument) { argument.AddDescription(text); });
@@ -121,7 +122,7 @@ std::size_t StackedSelections::IndexOf(StackedSelection selection) {
   constexpr std::size_t kOverhead = sizeof(Kept) + sizeof(Entry) + 256;
   bool references = true;
   Kept kept{0, DescriptionOf(selection), kOverhead, nullptr};
-  kept.bytes += 2 * kept.description.size();  // the texts of values once more
+  kept.bytes += 2 * kept.description.size();  // and the texts in the values
   selection.ForEachArgument([&](const KeptArgument& argument) {
     references = references && argument.is_reference();
     kept.bytes += argument.bytes();

@@ -1,9 +1,9 @@
 #pragma once
 // Selections of stacked data: the values of the rows that belong to a category, or to two.
 //
-// A selection is named by a handle text, which every function takes in the place of a range. It is
-// kept as it was asked for: references stay references, so that the data are read afresh whenever a
-// function uses the handle.
+// A selection is named by a handle text, which every function takes in the place of a range.
+// References in it are kept as references, so the data are read afresh whenever a function uses the
+// handle.
 
 #include <array>
 #include <cstddef>
@@ -19,21 +19,21 @@
 
 namespace zavrel {
 
-/// An argument that outlives its call: its areas on their sheet, or its values.
+/// A copy of an argument that outlives the call: its areas on their sheet, or its values.
 class KeptArgument {
  public:
-  /// Nothing when the host wants the call to end; an argument that cannot be kept throws
-  /// std::invalid_argument.
+  /// std::nullopt if the host wants the call to end. Throws std::invalid_argument for an argument
+  /// that cannot be kept.
   static std::optional<KeptArgument> Of(const XLOPER12& argument);
 
   KeptArgument(KeptArgument&&) noexcept = default;
   KeptArgument& operator=(KeptArgument&&) noexcept = default;
 
   const XLOPER12& record() const;
-  /// Adds to a text from which nothing but an equal argument's comes.
+  /// Appends a text that only an equal argument has.
   void AddDescription(std::string& text) const;
   bool is_reference() const { return reference_ != nullptr; }
-  /// Memory that it takes, texts left aside.
+  /// Bytes that it takes, texts not counted.
   std::size_t bytes() const;
 
  private:
@@ -44,7 +44,7 @@ class KeptArgument {
   std::unique_ptr<std::byte[]> areas_;
 };
 
-/// Of the values the n-th goes with the n-th cell of each category variable.
+/// The n-th value belongs to the n-th cell of each category variable.
 struct StackedSelection {
   struct Condition {
     KeptArgument categories;
@@ -63,16 +63,16 @@ struct StackedSelection {
   }
 };
 
-/// The selections of a session, in a list with room for as many as handles can name, five arguments
-/// each. A selection's place follows from its arguments: the same ones have the same handle however
-/// often they are asked for, and a handle that an earlier session left in a saved workbook names
-/// nothing here rather than whatever this session asked for first.
+/// The selections of a session, in a table with room for as many as handles can name, five
+/// arguments each. A selection's place follows from its arguments. So the same arguments always
+/// have the same handle, and a handle that an earlier session left in a saved workbook does not
+/// name whatever this session selected first.
 class StackedSelections {
  public:
   static constexpr std::size_t kArguments = 5;
-  /// Bytes for selections of references, and for those with values of their own, of which every
-  /// change makes another one. Beyond that those asked for longest ago go, and their handles are
-  /// stale until they are asked for again.
+  /// Bytes for selections that consist of references, and for those that contain values, of which
+  /// every change makes another selection. Beyond that the selections requested longest ago are
+  /// dropped, and their handles are stale until they are requested again.
   struct Budget {
     std::size_t references = std::size_t{256} << 20;
     std::size_t values = std::size_t{16} << 20;
@@ -80,7 +80,8 @@ class StackedSelections {
 
   struct Entry {
     StackedSelection selection;
-    // The serials of the data sets that the latest reading found, and of what it made of them.
+    // The serials of the source data sets at the latest reading, and of the data set made from
+    // them.
     std::array<std::uint64_t, 3> sources{};
     std::uint64_t selected = 0;
   };
@@ -102,7 +103,7 @@ class StackedSelections {
     std::size_t bytes;
     std::shared_ptr<Entry> entry;
   };
-  /// The latest asked for first.
+  /// Latest requested first.
   struct Shelf {
     std::list<Kept> kept;
     std::size_t bytes = 0;
@@ -119,7 +120,8 @@ class StackedSelections {
 
 /// The characters 1 and 2, then the index in nine digits.
 std::string StackedHandle(std::size_t index);
-/// The index in a text that has the form of a handle, whether it was issued or not.
+/// The index in a text that has the form of a handle, issued or not; std::nullopt for any other
+/// text.
 std::optional<std::size_t> StackedHandleIndex(std::u16string_view text);
 
 }  // namespace zavrel

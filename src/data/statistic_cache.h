@@ -1,5 +1,5 @@
 #pragma once
-// What was computed from a data set: one number per statistic and variant.
+// The statistics computed from a data set: one number per statistic and variant.
 
 #include <algorithm>
 #include <array>
@@ -11,11 +11,11 @@
 namespace zavrel {
 
 /// A table of numbers indexed by form, discrete selector (0 not given, 1 false, 2 true; only the
-/// mode uses other than 0) and statistic id. It lives and dies with its data set.
+/// mode uses one other than 0) and statistic id. It is part of its data set.
 class StatisticCache {
  public:
   static constexpr std::size_t kStatistics = 16;
-  /// What an id outside 0..15 stands for.
+  /// The statistic that an id outside 0..15 stands for.
   static constexpr std::size_t kCount = 10;
 
   bool Has(Form form, std::size_t selector, std::size_t statistic) const {

@@ -8,7 +8,7 @@ namespace {
 
 constinit std::atomic<Excel12Callback> excel_callback{nullptr};
 
-/// Excel's messages are enabled while this lives. A bracket holds exactly one call.
+/// Enables Excel's messages during its lifetime. A bracket spans exactly one call.
 class MessageBracket {
  public:
   explicit MessageBracket(Excel12Callback callback) : callback_(callback) {
@@ -34,7 +34,7 @@ int CallBack(int function, std::span<const XXloper> arguments, XLOPER12& result)
   if (callback == nullptr) return xlretFailed;
   if (arguments.size() > kMostCallArguments) return xlretInvCount;
   XLOPER12* records[kMostCallArguments];
-  // The API takes pointers to what it may read only.
+  // The API takes non-const pointers but only reads the arguments.
   for (std::size_t i = 0; i < arguments.size(); ++i)
     records[i] = const_cast<XLOPER12*>(&arguments[i].record());
   const MessageBracket bracket(callback);

@@ -1,5 +1,5 @@
 #pragma once
-// The only way in which the library calls the Excel C API.
+// The library calls the Excel C API only through this file.
 
 #include <initializer_list>
 #include <span>
@@ -8,7 +8,8 @@
 
 namespace zavrel {
 
-/// Sets the callback once it is found (null: no host, every call fails with #VALUE!).
+/// Sets the callback once it is found. Without one (null) there is no host, and every call fails
+/// with #VALUE!.
 void SetExcelCallback(Excel12Callback callback);
 Excel12Callback ExcelCallback();
 
@@ -20,17 +21,17 @@ struct ExcelResult {
   bool ok() const { return return_code == xlretSuccess; }
 };
 
-/// Calls function number `function`, with the host's messages enabled around this one call. A call
-/// that fails never throws: its value is #VALUE! with the return code in the 32-bit word that
-/// follows the error code.
+/// Calls the function with the number `function`, with the host's messages enabled around this one
+/// call. A failed call does not throw: its value is #VALUE!, with the return code in the 32-bit
+/// word after the error code.
 ExcelResult CallExcel(int function, std::span<const XXloper> arguments);
 ExcelResult CallExcel(int function, std::initializer_list<XXloper> arguments = {});
 
-/// The most arguments that a call can have; with more it fails without reaching Excel.
+/// The most arguments that a call can have; a call with more fails without reaching Excel.
 inline constexpr std::size_t kMostCallArguments = 255;
 
-/// Frees through Excel what Excel attached to the record, with the messages enabled around the
-/// call. Without a callback it does nothing.
+/// Has Excel free the memory that it attached to the record, with the messages enabled around the
+/// call. Does nothing without a callback.
 void FreeThroughExcel(XLOPER12* record) noexcept;
 
 }  // namespace zavrel

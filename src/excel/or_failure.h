@@ -1,5 +1,5 @@
 #pragma once
-// A value, or what a worksheet function shows in its place.
+// A value, or the failure that a worksheet function shows in its place.
 
 #include <cstdint>
 #include <utility>
@@ -9,16 +9,16 @@
 
 namespace zavrel {
 
-/// Why there is no value: the error that the cell shows, and whether it is only a matter of
-/// waiting.
+/// Why there is no value: the error that the cell shows, and whether the value is only not
+/// calculated yet.
 class Failure {
  public:
   explicit Failure(ExcelError error) noexcept : value_(XXloper::Error(error)) {}
   /// An error value that the call met.
   explicit Failure(XXloper error_value) noexcept : value_(std::move(error_value)) {}
   static Failure ByCode(std::int32_t code) { return Failure(XXloper::ErrorByCode(code)); }
-  /// The host has still to calculate a cell, or wants the call to end: the function returns at once
-  /// and calls nothing but xlFree. It shows #REF! until the host calls it again.
+  /// The host still has to calculate a cell, or wants the call to end. The function must return at
+  /// once and may call only xlFree; it shows #REF! until the host calls it again.
   static Failure Uncalculated() noexcept {
     Failure failure(ExcelError::kRef);
     failure.uncalculated_ = true;
@@ -33,12 +33,12 @@ class Failure {
   bool uncalculated_ = false;
 };
 
-/// A T, or the failure to get one. To ask for what is not there is a programming error and throws
+/// A T, or the failure to get one. Reading the one that is absent is a programming error and throws
 /// std::bad_variant_access.
 template <class T>
 class [[nodiscard]] OrFailure {
  public:
-  // Implicit, so that a function returns either as it is.
+  // Implicit, so that a function can return either directly.
   OrFailure(T value) : content_(std::move(value)) {}  // NOLINT(google-explicit-constructor)
   OrFailure(Failure failure)
       : content_(std::move(failure)) {}  // NOLINT(google-explicit-constructor)

@@ -1,5 +1,5 @@
 #pragma once
-// The check of arguments against the types and the numeric ranges that a function accepts.
+// Checks arguments against the types and numeric ranges that a function accepts.
 
 #include <cstdint>
 #include <span>
@@ -21,9 +21,9 @@ struct Parameter {
   std::string Text() const;
 };
 
-/// Every output becomes its input, then each is checked in order: its type is acceptable; unless
-/// errors are, an array holds none; a number or an integer is finite and within the range. False at
-/// the first that fails; the caller answers with the error of its choice. Never throws.
+/// Copies every input to its output, then checks each in order: its type is acceptable; an array
+/// holds no error unless errors are acceptable; a number or an integer is finite and within the
+/// range. False at the first that fails; the caller chooses the error to return. Never throws.
 bool CheckParameters(std::span<Parameter> parameters) noexcept;
 
 }  // namespace zavrel

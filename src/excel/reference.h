@@ -1,5 +1,5 @@
 #pragma once
-// References: their areas, the sheet and the cell that they stand for, and how they are written.
+// References: their areas, their sheets, the calling range, and references as text.
 
 #include <cstdint>
 #include <optional>
@@ -19,15 +19,16 @@ constexpr bool IsOnSheet(const XLREF12& area) {
          area.colFirst >= 0 && area.colFirst <= area.colLast && area.colLast < kExcelColumns;
 }
 
-/// The areas and the sheet of a reference record, checked. Views the record, which must outlive it.
+/// The areas and the sheet of a reference record, checked. A view: the record must outlive it.
 class ReferenceView {
  public:
-  /// Nothing when the record is no reference, has no area or one that lies on no worksheet.
+  /// std::nullopt if the record is not a reference, has no areas, or has an area that lies outside
+  /// a worksheet.
   static std::optional<ReferenceView> Of(const XLOPER12& record);
 
-  /// At least one.
+  /// At least one area.
   std::span<const XLREF12> areas() const { return areas_; }
-  /// Nothing for a reference without a sheet of its own: it stands on the calling formula's.
+  /// std::nullopt for a reference that does not name its sheet: it is on the calling formula's.
   std::optional<std::uint64_t> sheet_id() const { return sheet_id_; }
 
  private:
@@ -38,7 +39,7 @@ class ReferenceView {
   std::optional<std::uint64_t> sheet_id_;
 };
 
-/// A reference record of one area, on the sheet of another reference or on that of an id.
+/// A reference record of one area, on the sheet of another reference or on the sheet with an id.
 class OneArea {
  public:
   OneArea(const ReferenceView& sheet, const XLREF12& area);
@@ -56,12 +57,12 @@ class OneArea {
 /// The cell or range whose formula is being calculated.
 class CallingRange {
  public:
-  /// Asks Excel. Called from elsewhere than a cell (a macro, a conditional format, a menu) there is
-  /// no range, and Excel answers with a number, a text, an array or #REF!.
+  /// Asks Excel. If the call does not come from a cell (but from a macro, a conditional format, a
+  /// menu), there is no range, and Excel answers with a number, a text, an array or #REF!.
   static CallingRange Ask();
 
   bool is_range() const { return view_.has_value(); }
-  /// Of the range's first area, the whole range of an array formula; 0 without a range.
+  /// Size of the range's first area, for an array formula the whole range; 0 without a range.
   std::int32_t rows() const { return view_ ? RowsOf(view_->areas().front()) : 0; }
   std::int32_t columns() const { return view_ ? ColumnsOf(view_->areas().front()) : 0; }
   /// What Excel answered.
@@ -75,13 +76,13 @@ class CallingRange {
   std::optional<ReferenceView> view_;
 };
 
-/// The sheet of a reference as Excel names it, "[Book]Sheet"; empty when Excel does not tell.
+/// The name that Excel gives for the sheet of a reference, "[Book]Sheet"; empty if it gives none.
 std::u16string SheetNameOf(const XXloper& reference);
-/// The sheet with this name ("[Book]Sheet", or "Sheet" in the active workbook).
+/// The id of the sheet with this name ("[Book]Sheet", or "Sheet" in the active workbook).
 std::optional<std::uint64_t> SheetIdOf(std::u16string_view sheet_name);
 
 /// The external form: 'Sheet'!B7 for a cell, 'Sheet'!B7:C9 for a larger area, areas joined by
-/// commas. Quotes within the name are doubled. Without a sheet name just the areas.
+/// commas. Quotes within the name are doubled. Without a sheet name, the areas alone.
 std::u16string ReferenceText(const ReferenceView& reference, std::u16string_view sheet_name);
 
 }  // namespace zavrel

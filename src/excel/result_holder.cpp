@@ -16,8 +16,8 @@ struct Holder {
 
 void DestroyHolder(void* holder) { delete static_cast<Holder*>(holder); }
 
-// Opened and closed on Excel's main thread while no worksheet function runs. Never destroyed on
-// unloading, when the system's own thread storage may be gone.
+// Opened and closed on Excel's main thread while no worksheet function runs. Not destroyed when the
+// library is unloaded: the system's thread storage may be gone by then.
 std::optional<ThreadSlot>& Slot() {
   static auto& slot = *new std::optional<ThreadSlot>;
   return slot;
@@ -31,7 +31,7 @@ Holder* HolderOfThread(ThreadSlot& slot) noexcept {
   return nullptr;
 }
 
-// The C API's functions return pointers to what Excel only reads.
+// A function of the C API returns a non-const pointer, but Excel only reads the record.
 XLOPER12* RecordOf(const XXloper& value) { return const_cast<XLOPER12*>(&value.record()); }
 
 }  // namespace

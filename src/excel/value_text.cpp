@@ -22,7 +22,7 @@ std::string Quoted(std::u16string_view text) {
   return '"' + Utf8FromUtf16(shown) + (shown.size() < text.size() ? "\"..." : "\"");
 }
 
-/// The content of a single value; empty for what has none.
+/// The content of a single value; empty for a type without one.
 std::string Content(const XLOPER12& value) {
   switch (TypeOf(value)) {
     case xltypeNum:
@@ -40,7 +40,7 @@ std::string Content(const XLOPER12& value) {
   }
 }
 
-/// The first area alone: a reference may have 65,535.
+/// Shows only the first area: a reference may have 65,535.
 std::string ReferenceContent(const XLOPER12& value) {
   const auto reference = ReferenceView::Of(value);
   if (!reference) return {};

@@ -1,5 +1,5 @@
 #pragma once
-// What is done to wide text (UTF-16) besides converting it, which platform/utf.h does.
+// Operations on wide text (UTF-16) other than conversion, which platform/utf.h has.
 
 #include <string_view>
 

@@ -1,11 +1,11 @@
 #pragma once
-// The value record of the Excel C API and the numbers of the functions that the API offers, as its
-// public documentation lays them out. The one header that the add-in and the host have in common.
+// The value record and the constants of the Excel C API, as its public documentation defines them.
+// The add-in and the host share this header.
 
 #include <cstddef>
 #include <cstdint>
 
-// Text of the C API: UTF-16 code units, a counted string (the count stands in element 0).
+// A code unit of the C API's texts, which are counted UTF-16 strings (element 0 holds the count).
 using XCHAR = char16_t;
 
 struct XLREF12 {
@@ -136,10 +136,11 @@ inline constexpr int xlfRegister = 149;
 inline constexpr int xlfGetWorkspace = 186;
 inline constexpr int xlfUnregister = 201;
 
-// The sizes of a worksheet and of a text.
+// The size of a worksheet and the longest text.
 inline constexpr std::int32_t kExcelRows = 1048576;
 inline constexpr std::int32_t kExcelColumns = 16384;
 inline constexpr std::size_t kExcelTextLimit = 32767;
 
-// What an add-in calls: function number, argument count, arguments, result (may be null).
+// The callback that an add-in calls: function number, argument count, arguments, result (may be
+// null).
 using Excel12Callback = int (*)(int function, int count, XLOPER12** arguments, XLOPER12* result);

@@ -41,8 +41,8 @@ constexpr XLOPER12 TextRecord(XCHAR* counted) {
 }
 
 // The shared records exist before any code runs and are never written to by the library. They are
-// not const, so that a host which marks and unmarks a returned record for a moment finds memory
-// that can be written to.
+// not const because a host may mark and unmark a returned record for a moment, which needs writable
+// memory.
 constinit XLOPER12 shared_missing = EmptyRecord(xltypeMissing);
 constinit XLOPER12 shared_nil = EmptyRecord(xltypeNil);
 constinit XCHAR no_units[] = {0, 0};  // the count, and a terminator
@@ -55,20 +55,20 @@ constinit std::array shared_errors = {
     ErrorRecord(xlerrField),  ErrorRecord(xlerrConnect),     ErrorRecord(xlerrBlocked),
     ErrorRecord(xlerrUnknown)};
 
-// A record that lives as long as the library needs no counting: nobody owns it.
+// Wraps a record that lives as long as the library: it has no owner, and nothing is counted.
 std::shared_ptr<const XLOPER12> Uncounted(const XLOPER12& record) noexcept {
   return {std::shared_ptr<const XLOPER12>(), &record};
 }
 
 /// The owner of every argument: one counter for all of them, so that wrapping one allocates
-/// nothing. Never destroyed, since values may be let go of while the library is unloaded.
+/// nothing. Never destroyed, because values may be released while the library is being unloaded.
 const std::shared_ptr<const XLOPER12>& ArgumentOwner() {
   static const auto& owner =
       *new std::shared_ptr<const XLOPER12>(&shared_missing, ExcelOwnsItSoDoNotFree{});
   return owner;
 }
 
-/// Count, units, and a terminator that the API does not need.
+/// The count and the units. The terminator that a std::u16string adds is not needed.
 std::u16string CountedText(std::u16string_view text) {
   text = CutToUnits(text, kExcelTextLimit);
   std::u16string counted;

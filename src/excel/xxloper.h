@@ -1,5 +1,5 @@
 #pragma once
-// One Excel value, shared and read-only, with its owner's way of letting go.
+// One Excel value, shared and read-only, released in the way that its owner requires.
 
 #include <bit>
 #include <cstdint>
@@ -13,25 +13,26 @@
 
 namespace zavrel {
 
-/// Type bits of a record without the memory flags.
+/// The type bits of a record without the memory flags.
 constexpr std::uint32_t TypeOf(const XLOPER12& record) { return record.xltype & xltypeMask; }
 /// The counted text of a string record; empty for every other type or a null pointer.
 std::u16string_view TextIn(const XLOPER12& record);
 /// The elements of an array record, row by row; empty for every other type, a null pointer or
-/// dimensions that no worksheet has.
+/// dimensions beyond a worksheet's.
 std::span<const XLOPER12> ElementsIn(const XLOPER12& record);
-/// Excel's code of a value that is an error, or of the first error in an array.
+/// The code of a value that is an error, or of the first error in an array; std::nullopt if there
+/// is none.
 std::optional<std::int32_t> FirstError(const XLOPER12& record);
 
-/// Deleter of a record that Excel filled as the result of a C API call: frees what Excel attached
-/// to it through Excel, then the record itself. A record with nothing attached goes the same way:
-/// what that would save, some 15 ns of the 500 of a call with its result, is not worth a second
+/// Deleter of a record that Excel filled as the result of a C API call: has Excel free what it
+/// attached, then frees the record itself. A record with nothing attached is freed in the same way:
+/// sparing it would save some 15 ns of the 500 of a call with its result, not enough for a second
 /// rule.
 struct CallExcelToFree {
   void operator()(const XLOPER12* record) const noexcept;
 };
 
-/// Deleter of a record that Excel passed in as an argument: lets go and does nothing.
+/// Deleter of a record that Excel passed in as an argument: does nothing.
 struct ExcelOwnsItSoDoNotFree {
   void operator()(const XLOPER12*) const noexcept {}
 };
@@ -63,30 +64,28 @@ class XXloper {
   /// Wraps an argument that Excel passed in, or any record that outlives the wrapper. A null
   /// pointer counts as an omitted argument. Allocates nothing.
   static XXloper FromArgument(const XLOPER12* argument);
-  /// Takes over a record that Excel filled; the last holder frees it through Excel.
+  /// Takes ownership of a record that Excel filled; the last holder frees it through Excel.
   static XXloper FromExcelResult(std::unique_ptr<XLOPER12> record);
 
-  /// The number as it is; ToExcelValue (error_double.h) makes a value of a computed double.
+  /// The number as it is; for a computed double use ToExcelValue (excel/double_value.h).
   static XXloper Number(double number);
   static XXloper Integer(std::int32_t integer);
   static XXloper Boolean(bool boolean) noexcept;
-  /// A text of the library's own; longer than a cell can hold is cut to 32,767 code units (no
-  /// surrogate pair is split).
+  /// A copy of the text, cut to the 32,767 code units that a cell can hold (no surrogate pair is
+  /// split).
   static XXloper Text(std::u16string_view text);
-  /// These stand for records that the library has from the start, and so does Boolean: they
-  /// allocate nothing, whenever they are first asked for.
+  /// These wrap shared records that exist from the start, as Boolean does: they allocate nothing.
   static XXloper Missing() noexcept;
   static XXloper Nil() noexcept;
   static XXloper EmptyText() noexcept;
   /// The shared immutable value of an error.
   static XXloper Error(ExcelError error) noexcept;
-  /// The shared value of Excel's error code; a code that has none (#NULL! among them) gives a fresh
-  /// value with that very code.
+  /// The shared value of an error code, or a new value for a code that has none (such as #NULL!).
   static XXloper ErrorByCode(std::int32_t code);
 
-  /// Type bits without the memory flags.
+  /// The type bits without the memory flags.
   std::uint32_t type() const { return TypeOf(*record_); }
-  /// True when the type is one of these. A record of a compound or unknown type is none of them.
+  /// True when the type is one of these, false for a compound or unknown type.
   bool Is(std::uint32_t types) const {
     return std::has_single_bit(type()) && (type() & types) != 0;
   }
@@ -96,12 +95,13 @@ class XXloper {
   std::u16string_view text() const { return TextIn(*record_); }
   std::span<const XLOPER12> elements() const { return ElementsIn(*record_); }
 
-  /// An element of an array as a value that keeps the array alive; the missing value past the end.
+  /// An element of an array, as a value that keeps the array alive; past the end, the missing
+  /// value.
   XXloper Element(std::size_t index) const;
 
-  /// A value whose record is the library's own and carries no memory flags: this one, or a copy of
-  /// what belongs to the caller of a worksheet function and may go before the result is read, or of
-  /// what only Excel can free, which a thread that ends must not ask it for.
+  /// A value whose record belongs to the library and has no memory flags: this one, or a copy.
+  /// Copied are an argument, which its owner may free before the result is read, and a record that
+  /// only Excel can free, because an ending thread must not call Excel.
   XXloper Owned() const;
 
  private:
@@ -111,20 +111,20 @@ class XXloper {
   std::shared_ptr<const XLOPER12> record_;
 };
 
-/// Builds an array result in one allocation for its elements and one for each of its texts. An
-/// element's type bits never carry memory flags. An index past the end throws std::out_of_range.
+/// Builds an array result in one allocation for its elements and one for each of its texts. The
+/// elements have no memory flags. An index past the end throws std::out_of_range.
 class XXloperArray {
  public:
-  /// Rows and columns are brought into the size of a worksheet, at least 1 each. Every element
-  /// starts as `fill`. Throws std::bad_alloc.
+  /// Rows and columns are limited to at least 1 and at most the size of a worksheet. Every element
+  /// starts as the error `fill`. Throws std::bad_alloc.
   XXloperArray(std::int32_t rows, std::int32_t columns, ExcelError fill = ExcelError::kNA);
   XXloperArray(XXloperArray&&) noexcept = default;
   XXloperArray& operator=(XXloperArray&&) noexcept = default;
   ~XXloperArray();
 
-  /// A number that is not finite, which Excel could not show, becomes #NUM!.
+  /// Excel cannot show a number that is not finite: it becomes #NUM!.
   void SetNumber(std::size_t index, double number);
-  /// Longer than a cell can hold is cut, as XXloper::Text does.
+  /// Cuts the text as XXloper::Text does.
   void SetText(std::size_t index, std::u16string_view text);
   void SetBoolean(std::size_t index, bool boolean);
   void SetError(std::size_t index, std::int32_t code);
@@ -132,7 +132,8 @@ class XXloperArray {
     SetError(index, static_cast<std::int32_t>(error));
   }
   void SetEmpty(std::size_t index);
-  /// By value; an omitted value is empty, references, arrays and unknown types become #VALUE!.
+  /// Copies the value. An omitted value becomes empty; a reference, an array or an unknown type
+  /// becomes #VALUE!.
   void Set(std::size_t index, const XLOPER12& value);
   std::size_t size() const;
   /// The finished value; the builder is empty afterwards.

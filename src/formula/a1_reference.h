@@ -13,7 +13,7 @@ namespace formula {
 inline constexpr std::int32_t kSheetRows = 1'048'576;
 inline constexpr std::int32_t kSheetColumns = 16'384;
 
-/// A corner as written, zero-based; what has no "$" is relative.
+/// A corner as written, zero-based; a part without "$" is relative.
 struct A1Corner {
   std::int32_t row = 0;
   std::int32_t column = 0;
@@ -21,13 +21,13 @@ struct A1Corner {
   bool column_absolute = false;
 };
 
-/// A single cell has equal corners. The corners stand as written: B2:A1 is not turned round.
+/// A single cell has equal corners. The corners are as written: B2:A1 is not reordered.
 struct A1Reference {
   A1Corner first;
   A1Corner last;
   bool whole_columns = false;  // "A:C": rows span the sheet
   bool whole_rows = false;     // "3:7": columns span the sheet
-  std::size_t length = 0;      // code units of the text
+  std::size_t length = 0;      // of the text, in code units
 };
 
 /// "A" for column 0, "XFD" for the last one.
@@ -40,8 +40,8 @@ std::u16string A1Text(std::int32_t row, std::int32_t column);
 bool IsNameStart(char16_t unit);
 bool IsNamePart(char16_t unit);
 
-/// The longest reference without a sheet prefix at the start of `text`; nothing when there is none
-/// or when it goes on as a name, a function or a prefix ("A1B", "LOG10(", "A1!B2").
+/// The longest reference without a sheet prefix at the start of `text`; std::nullopt if there is
+/// none or if it continues as a name, a function or a prefix ("A1B", "LOG10(", "A1!B2").
 std::optional<A1Reference> ScanA1(std::u16string_view text);
 
 }  // namespace formula

@@ -1,5 +1,5 @@
 #pragma once
-// How Excel writes its error values.
+// The texts of Excel's error values.
 
 #include <array>
 #include <cstdint>

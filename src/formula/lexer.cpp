@@ -59,8 +59,8 @@ class Lexer {
     Emit(TokenKind::kWhiteSpace, end);
   }
 
-  /// The place behind the closing quote of a run in which a doubled quote stands for one; nothing
-  /// when it is not closed.
+  /// The position after the closing quote of a quoted run, in which a doubled quote stands for one;
+  /// std::nullopt if the run is not closed.
   std::optional<std::size_t> EndOfQuoted(char16_t quote) const {
     std::size_t end = position_ + 1;
     while (end < formula_.size()) {
@@ -93,8 +93,8 @@ class Lexer {
     return start;
   }
 
-  /// The place behind the "!" of a plain sheet prefix that starts at `start` ("Sheet1!" or
-  /// "Sheet1:Sheet3!"); nothing when there is none.
+  /// The position after the "!" of a plain sheet prefix that starts at `start` ("Sheet1!" or
+  /// "Sheet1:Sheet3!"); std::nullopt if there is none.
   std::optional<std::size_t> EndOfPlainPrefix(std::size_t start) const {
     const std::size_t end = EndOfWord(start);
     if (At(end) == u'!') return end + 1;
@@ -103,8 +103,8 @@ class Lexer {
     return At(second) == u'!' ? std::optional(second + 1) : std::nullopt;
   }
 
-  /// The place behind the "]" that closes the "[" at `start`; an apostrophe escapes what follows
-  /// it.
+  /// The position after the "]" that closes the "[" at `start`; an apostrophe escapes the character
+  /// after it.
   std::optional<std::size_t> EndOfBrackets(std::size_t start) const {
     std::size_t depth = 0;
     for (std::size_t i = start; i < formula_.size(); ++i) {
@@ -180,7 +180,7 @@ class Lexer {
 
   void LexWord() {
     const auto reference = ScanA1(formula_.substr(position_));
-    // "A1:Sheet2!B2" is a range of two operands: a sheet called A1 would stand in quotes.
+    // "A1:Sheet2!B2" is a range of two operands: the name of a sheet called A1 would be quoted.
     if (!reference) {
       if (const auto prefix = EndOfPlainPrefix(position_)) return LexBehindPrefix(*prefix);
       return LexName(position_);
@@ -188,8 +188,8 @@ class Lexer {
     Emit(TokenKind::kReference, position_ + reference->length);
   }
 
-  /// The place behind the "(" that blanks divide from the word that ends at `end`; nothing when
-  /// there is none or the word is no plain one.
+  /// The position after a "(" that follows the word ending at `end` after blanks; std::nullopt if
+  /// there is none or the word is not a plain one.
   std::optional<std::size_t> EndOfSpacedCall(std::size_t start, std::size_t end) const {
     if (start != position_ || !IsBlank(At(end))) return std::nullopt;
     std::size_t open = end;
@@ -199,7 +199,7 @@ class Lexer {
     return is_plain && At(open) == u'(' ? std::optional(open + 1) : std::nullopt;
   }
 
-  /// The word at `start`, behind the prefix that the token begins with, if any.
+  /// Reads the word at `start`, after the prefix of the token, if it has one.
   void LexName(std::size_t start) {
     const std::size_t end = EndOfWord(start);
     if (At(end) == u'(') return Emit(TokenKind::kFunction, end + 1);

@@ -1,5 +1,5 @@
 #pragma once
-// What an add-in tells the frame of itself.
+// What the frame must know of an add-in.
 
 #include <span>
 #include <string_view>
@@ -11,20 +11,20 @@ namespace zavrel {
 /// Functions that are registered together, in this order.
 struct FunctionTable {
   std::span<const RegistrationRow> rows;
-  /// Whether all is there that these functions need. Asked only when one of them is wanted; null
-  /// where nothing can be missing.
+  /// True when everything that these functions need is present. Called only if one of them is
+  /// wanted; null if nothing can be missing.
   bool (*is_available)() = nullptr;
 };
 
-/// What both refer to lasts as long as the library is loaded.
+/// Views of data that lasts as long as the library is loaded.
 struct AddIn {
-  /// Names the log, the failures to open and the registry keys: "ZavrelFuncs".
+  /// The name used in the log, in failures to open and in registry keys: "ZavrelFuncs".
   std::u16string_view name;
   /// In the order of registration.
   std::span<const FunctionTable> tables;
 };
 
-/// The add-in whose library this is. Each add-in defines it, beside its functions.
+/// The add-in in this library. Each add-in defines it beside its functions.
 AddIn ThisAddIn();
 
 }  // namespace zavrel

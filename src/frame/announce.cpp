@@ -1,4 +1,4 @@
-// What a companion macro add-in calls to switch its functions on and off.
+// The entry points by which a companion macro add-in switches its functions on and off.
 #include "frame/announce.h"
 
 #include "frame/announced_text.h"
@@ -10,9 +10,8 @@
 namespace zavrel {
 
 void AnnounceToSession(const Announcement& announcement) {
-  // Excel closes the add-in before it asks whether to save; a user who cancels goes on working, and
-  // Excel need not open the add-in again. The companion that announces itself then means to be
-  // served.
+  // Excel closes the add-in before it asks whether to save. A user who cancels goes on working, and
+  // Excel may not open the add-in again. A companion that announces itself then still needs it.
   if (Session::Current() == nullptr) ReopenAddIn();
   Session* session = Session::Current();
   if (session != nullptr) session->Announce(announcement);
@@ -36,7 +35,7 @@ ZAV_EXPORT void InitializeXlaInformationW(void* excel_application, void* compani
   });
 }
 
-/// Withdraws it; an id that was never announced is ignored.
+/// Withdraws a companion application; an id that is not announced is ignored.
 ZAV_EXPORT void UninitializeXlaInformation(std::uint16_t application_id) {
   UntracedCall([&] {
     Session* session = Session::Current();

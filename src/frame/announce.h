@@ -4,8 +4,8 @@
 
 namespace zavrel {
 
-/// Hands an announcement to the open session; opens the add-in again if it was open before.
-/// Forgotten if it never was.
+/// Hands an announcement to the open session. If none is open, first opens the add-in again; if it
+/// was never open, the announcement is dropped.
 void AnnounceToSession(const Announcement& announcement);
 
 }  // namespace zavrel

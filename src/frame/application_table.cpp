@@ -7,7 +7,8 @@
 namespace zavrel {
 namespace {
 
-/// Reads decimal digits from the front of `text` and takes them off; at most four digits count.
+/// The number at the front of `text`, which is removed; std::nullopt without a digit or with more
+/// than four.
 std::optional<unsigned> TakeNumber(std::u16string_view& text) {
   unsigned number = 0;
   std::size_t digits = 0;

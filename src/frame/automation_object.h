@@ -4,12 +4,12 @@
 
 namespace zavrel {
 
-/// Counts a reference to an automation object up and down; null is left alone. Elsewhere than on
-/// Windows there is no automation and nothing happens.
+/// Add or release a reference to an automation object; null is ignored. Without automation, on
+/// systems other than Windows, they do nothing.
 void AddAutomationReference(void* object) noexcept;
 void ReleaseAutomationReference(void* object) noexcept;
 
-/// A counted reference to an automation object that someone handed over; may be null.
+/// A counted reference to an automation object; may be null.
 class AutomationObject {
  public:
   AutomationObject() = default;

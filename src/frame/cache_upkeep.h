@@ -1,31 +1,31 @@
 #pragma once
-// When the session's caches are pruned and cleared.
+// Rules for pruning and clearing the session's caches.
 
 namespace zavrel {
 
 enum class UpkeepMode {
   kAfterCall = 0,  // every worksheet function, just before it returns
   kPruneData = 1,
-  kClearAll = 2,  // the further caches as well
+  kClearAll = 2,  // the caches of the function families as well
 };
 
-/// Percent of the machine's physical memory in use from which cached data sets are pruned, and from
-/// which everything is dropped.
+/// The percentages of physical memory in use from which cached data sets are pruned, and from which
+/// everything is dropped.
 inline constexpr unsigned kPruneMemoryLoad = 51;
 inline constexpr unsigned kClearMemoryLoad = 91;
 
-/// What an upkeep does, in this order.
+/// The steps of an upkeep, in this order.
 struct UpkeepSteps {
   bool prune_parameters = false;
-  bool clear_parameters = false;  // the caches that follow it included
+  bool clear_parameters = false;  // and the caches of the function families
   bool clear_data = false;
   bool prune_data = false;
 
   bool operator==(const UpkeepSteps&) const = default;
 };
 
-/// The steps of an upkeep at this memory load (percent); `flush` makes an upkeep after a call drop
-/// everything whatever the load is.
+/// The steps of an upkeep at this memory load (percent); with `flush`, an upkeep after a call drops
+/// everything whatever the load.
 constexpr UpkeepSteps StepsOfUpkeep(UpkeepMode mode, unsigned memory_load, bool flush) {
   switch (mode) {
     case UpkeepMode::kPruneData:

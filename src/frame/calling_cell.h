@@ -5,8 +5,8 @@
 
 namespace zavrel {
 
-/// The formula of the cell that is being calculated, from Excel's automation object by late
-/// binding: Application.Caller.Formula. Nothing when there is no object, no single cell or any
+/// The formula of the cell being calculated, from Excel's automation object by late binding:
+/// Application.Caller.Formula. std::nullopt without an object or a single cell, and after any
 /// failure.
 std::optional<std::u16string> CallingCellFormula(void* excel_application) noexcept;
 

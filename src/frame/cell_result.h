@@ -9,8 +9,8 @@
 
 namespace zavrel {
 
-/// What a worksheet function's body makes for its cell: a value, or the failure shown in its place.
-/// A computed double and a count become values by themselves.
+/// The result of a worksheet function's body: a value for the cell, or the failure shown in its
+/// place. A computed double or a count converts to a value implicitly.
 class CellResult : public OrFailure<XXloper> {
  public:
   using OrFailure<XXloper>::OrFailure;

@@ -11,8 +11,8 @@
 namespace zavrel {
 namespace {
 
-/// Whether a function's token ("ZavMean(", "_xll.zavmean(", "'C:\x.xll'!ZavMean(") is the
-/// library's.
+/// Whether a function's token ("ZavMean(", "_xll.zavmean(", "'C:\x.xll'!ZavMean(") names a function
+/// of the library.
 bool IsOwnFunction(std::u16string_view token) {
   if (const auto prefix = token.find_last_of(u'!'); prefix != std::u16string_view::npos) {
     token.remove_prefix(prefix + 1);
@@ -31,7 +31,7 @@ bool IsOwnFunction(std::u16string_view token) {
 
 bool CorrectedXloper::Is16384InFormula(std::u16string_view text) {
   if (text.starts_with(u'=')) text.remove_prefix(1);
-  std::vector<bool> inside;  // per open parenthesis: within one of the library's functions
+  std::vector<bool> inside;  // per open parenthesis: inside a function of the library?
   for (const formula::Token& token : formula::Tokenize(text)) {
     switch (token.kind) {
       case formula::TokenKind::kFunction:
@@ -59,7 +59,7 @@ void CorrectedXloper::Is16384InCellFormula(void* excel_application) noexcept {
     const auto text = CallingCellFormula(excel_application);
     if (!text || !Is16384InFormula(*text)) return;
     LogLine("CorrectedXloper::Is16384InCellFormula: {}\n", Utf8FromUtf16(*text));
-  } catch (...) {  // a look into the formula never disturbs its calculation
+  } catch (...) {  // the inspection never disturbs the calculation
   }
 }
 

@@ -1,38 +1,39 @@
-"""What an add-in exports, read from its functions.json and checked. The build makes the C++ tables of it
-(function_tables.py); the help and the tests read it here.
+"""The exports of an add-in, read from its functions.json and checked. The build makes the C++ tables from them
+(function_tables.py); the help and the tests read them through this module.
 
     applications    ids, 0 to 9, of the companions (macro add-ins) that functions are registered for
-    tables          by name: the fields that its functions have unless they say otherwise ("defaults"), and its
-                    "functions" in the order of registration
-    entry_points    groups of exports for other callers than formulas
+    tables          by name: the fields that its functions have by default ("defaults"), and its "functions" in the
+                    order of registration
+    entry_points    groups of exports for callers other than formulas
 
-A function has at least a name, an export and types:
+A function has a name, an export, types, applications and a category, perhaps from the defaults; the other fields
+are optional:
 
     name            in formulas
-    export          of the library
+    export          the name of the library's export
     types           a letter for the result and one for each argument, as Excel's interface for single-byte texts
-                    has them; R*30 stands for 30 times R, ! at the end for volatile
-    applications    the function is registered while one of these is announced; "always" stands for as long as
-                    the add-in is open
+                    has them; R*30 stands for R 30 times, ! at the end for volatile
+    applications    the function is registered while one of these is announced; "always" means as long as the
+                    add-in is open
     category        of the function wizard
     hidden          the wizard does not list the function
-    macros_only     macros of the suite call the function, nobody enters it: it has no help page
+    macros_only     only macros of the suite call the function, so it has no help page
     fills_calling_range
-                    the result takes the shape of the cells that the formula was entered in
-    topic           of the compiled help
+                    the result takes the shape of the range in which the formula was entered
+    topic           the number of its topic in the compiled help
     argument_text   names of the arguments, for the wizard
-    help            what the wizard says of the function
-    argument_helps  and of its arguments; "..." at the end repeats the help before it for all further positions
+    help            the wizard's text about the function
+    argument_helps  its texts about the arguments; "..." at the end repeats the last one for all further arguments
 
-Each of the last three is a text or the id of one in the message library. A text that is left out is empty.
+Each of the last three holds texts or ids of texts in the message library. A text that is left out is empty.
 
 A group of entry points has
 
     what            the entry points have in common
     called_by       "Excel", "macros" or "libraries" (of the suite)
-    strings         what their string parameters and results hold, in VARIANTs always wide strings: "wide", or
-                    "code page" for what a macro declares As String, a BSTR of bytes in the ANSI code page, which
-                    loses what that page lacks
+    strings         what their string parameters and results hold: "wide", or "code page" for strings that macros
+                    declare As String: BSTRs of bytes in the ANSI code page, without the characters that the page
+                    lacks. Strings in VARIANTs are always wide.
     source          the file that defines them
     exports
 """
@@ -40,11 +41,11 @@ import dataclasses
 import json
 import re
 
-# In the order of their messages, see WizardCategory of registration_row.h.
+# In the order of their messages; see WizardCategory in registration_row.h.
 CATEGORIES = ("general", "data preparation", "sampling", "multivariate analysis", "time series", "regression",
               "analysis of variance", "statistical functions", "distribution functions", "hypothesis tests",
               "quality control", "charts")
-MESSAGE_IDS = range(1, 1714)  # what a TextReference takes for an id
+MESSAGE_IDS = range(1, 1714)  # the values that a TextReference takes as ids
 MOST_HELPS = 20
 LONGEST_TEXT = 255
 REPEAT = "..."
@@ -57,7 +58,7 @@ class Function:
     table: str
     name: str
     export: str
-    types: str  # each letter written out
+    types: str  # with every letter written out
     applications: tuple  # ids
     always: bool
     category: str
@@ -125,7 +126,7 @@ def _is_flag(value):
 
 
 def _fields(applications):
-    """Of a function: what its value has to be."""
+    """The fields of a function, each with a check of its value and a description of valid values."""
     text = (_is_text, f"an id from {MESSAGE_IDS[0]} to {MESSAGE_IDS[-1]} or a line of at most {LONGEST_TEXT} characters")
     flag = (_is_flag, "true or false")
     name = (_is_name, f"a name of at most {LONGEST_TEXT} letters and digits")
@@ -172,7 +173,7 @@ class _Checker:
             self.check(name in given, f"{where}: no '{name}'")
 
     def unique(self, kind, values):
-        """Of pairs of a value and where it stands."""
+        """Checks that pairs of a value and its place have no value twice."""
         seen = set()
         for value, where in values:
             self.check(value not in seen, f"{where}: the {kind} {value} stands twice")
@@ -194,7 +195,7 @@ def _function(table, fields, applications):
 
 
 def parse(document):
-    """Raises ValueError, a line of it for each mistake."""
+    """The Data of a file's content. Raises ValueError with a line for each mistake."""
     checker = _Checker()
     block = (lambda value: isinstance(value, dict), "a block")
     blocks = (lambda value: isinstance(value, list) and all(isinstance(part, dict) for part in value), "a list of blocks")
@@ -248,7 +249,7 @@ def _without_repeats(pairs):
 
 
 def read(file):
-    """Ends the program with all mistakes of the file."""
+    """The Data of a file. If the file has mistakes, ends the program with all of them."""
     try:
         return parse(json.loads(file.read_text(encoding="utf-8"), object_pairs_hook=_without_repeats))
     except ValueError as mistakes:

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""function_tables.py FUNCTIONS.json OUTPUT.cpp: the tables of an add-in's functions as C++.
+"""function_tables.py FUNCTIONS.json OUTPUT.cpp: writes the tables of an add-in's functions as C++.
 
 The table "main" becomes MainTable(), and so on; a header of the add-in declares them.
 """

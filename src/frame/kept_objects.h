@@ -1,5 +1,5 @@
 #pragma once
-// What families of functions keep in the session, whatever it is.
+// Objects of any type that families of functions keep in the session.
 
 #include <algorithm>
 #include <memory>
@@ -8,8 +8,8 @@
 
 namespace zavrel {
 
-/// One object of each type, made when it is first asked for. Those that can be emptied, having a
-/// `Clear() noexcept`, are caches and are emptied together.
+/// One object of each type, made when it is first requested. Objects that have a `Clear() noexcept`
+/// are caches and are cleared together.
 class KeptObjects {
  public:
   template <class Kept>
@@ -31,7 +31,7 @@ class KeptObjects {
  private:
   struct Holder {
     virtual ~Holder() = default;
-    /// The same address for the same type.
+    /// An address that identifies the type.
     virtual const void* tag() const noexcept = 0;
     virtual void Clear() noexcept = 0;
   };

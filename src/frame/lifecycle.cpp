@@ -1,4 +1,4 @@
-// What Excel calls to open and close the add-in.
+// The entry points that Excel calls to open and close the add-in.
 #include <cstdint>
 
 #include "frame/opening.h"
@@ -6,12 +6,12 @@
 
 namespace zavrel {
 
-/// Opens the session and registers what is always registered. 1 on success, and when it is open
-/// already; 0 after a failure, which has been shown.
+/// Opens the session and registers what is always registered. 1 on success and when it is already
+/// open; 0 after a failure, which has been shown.
 ZAV_EXPORT std::int32_t xlAutoOpen() { return OpenAddIn(ThisAddIn()) ? 1 : 0; }
 
-/// Takes everything back. Harmless when nothing is open. Excel calls this before it asks whether to
-/// save, and the user may cancel: opening again afterwards starts a new session.
+/// Unregisters everything and closes the session, if one is open. Excel calls this before it asks
+/// whether to save, and the user may cancel: opening again afterwards starts a new session.
 ZAV_EXPORT std::int32_t xlAutoClose() {
   CloseAddIn();
   return 1;

@@ -1,6 +1,6 @@
 #pragma once
-// The one frame around every entry point that a macro add-in calls: traces, and whatever a body
-// throws ends here. Nothing crosses into Excel.
+// The one frame around every entry point that a macro add-in calls: it traces, and catches whatever
+// the body throws. No exception crosses into Excel.
 
 #include <cstdint>
 #include <type_traits>
@@ -16,16 +16,16 @@ bool RunTracedBody(const char* name, FunctionRef<void()> body) noexcept;
 
 }  // namespace frame
 
-/// An entry point that reports by failure number: 0 when the body returns; when it throws, the
-/// number under which the failure store now has what it threw and which ZavrelGetExceptionInfoVB
-/// explains. Without a store 0 as well, since nobody could redeem a number.
+/// An entry point that returns a failure number: 0 when the body returns. When the body throws, the
+/// failure store keeps the failure, and the number is the key by which ZavrelGetExceptionInfoVB
+/// explains it. Without a session there is no store, and the number is 0.
 std::uint32_t MacroCall(const char* name, FunctionRef<void()> body) noexcept;
 
-/// What a macro gets for a failure that could not even be recorded, memory being exhausted: a
-/// number that explains nothing, but is no success.
+/// Returned for a failure that could not be recorded because memory was exhausted: it explains
+/// nothing, but it is not a success.
 inline constexpr std::uint32_t kUnrecordedFailure = 0xFFFFFFFF;
 
-/// An entry point that reports by a result of its own: the body's, or `failure` when it throws.
+/// An entry point that returns the body's result, or `failure` when the body throws.
 template <class Status>
 Status MacroStatus(const char* name, Status failure,
                    FunctionRef<std::type_identity_t<Status>()> body) noexcept {
@@ -33,7 +33,7 @@ Status MacroStatus(const char* name, Status failure,
   return frame::RunTracedBody(name, [&] { status = body(); }) ? status : failure;
 }
 
-/// An entry point without a result whose work is traced further in. Whatever it throws ends here.
+/// An entry point without a result, which traces for itself. Catches whatever the body throws.
 void UntracedCall(FunctionRef<void()> body) noexcept;
 
 }  // namespace zavrel

@@ -19,7 +19,7 @@
 namespace zavrel {
 namespace {
 
-/// What the latest opening was given.
+/// The arguments of the latest successful opening.
 struct {
   AddIn add_in;
   SessionServices (*services)() = nullptr;
@@ -44,7 +44,7 @@ void FindExcelCallback() {
   if (callback != nullptr) SetExcelCallback(callback);
 }
 
-/// As Excel tells its commands, of which the opening is one: "16.0".
+/// The version that Excel gives to commands, and to the opening as one of them: "16.0".
 std::string ExcelVersion() {
   constexpr double kVersionItem = 2;
   const ExcelResult answer = CallExcel(xlfGetWorkspace, {XXloper::Number(kVersionItem)});
@@ -70,8 +70,8 @@ void WriteOpeningLines() {
       Megabytes(memory.total_virtual), Megabytes(memory.available_virtual));
 }
 
-/// Shows a failure to open. The session is gone, so the texts are bound anew; whatever fails here
-/// leaves nothing that could still be shown.
+/// Shows a failure to open. The session is gone, so the texts are loaded again; if that fails,
+/// nothing can be shown.
 void ShowFailure(const VekException& failure) noexcept {
   try {
     const MessageLibrary messages = MessageLibrary::Open(LibraryIdentity::OfThisLibrary().folder);
@@ -94,8 +94,8 @@ bool OpenAddIn(AddIn add_in, SessionServices (*services)()) noexcept {
   }
   try {
     FindExcelCallback();
-    // The system calls back into this library when a thread ends, and the log has a thread of its
-    // own: if the library is let go without being closed first, its code must still be there.
+    // The system calls back into this library when a thread ends, and the log runs a thread. The
+    // library's code must stay even if the library is released before the add-in is closed.
     PinModuleContaining(&opened_with);
     OpenLog(TemporaryFolder(), SessionName(add_in.name));
     WriteOpeningLines();
@@ -105,8 +105,8 @@ bool OpenAddIn(AddIn add_in, SessionServices (*services)()) noexcept {
   } catch (const VekException& failure) {
     ShowFailure(failure);
   } catch (...) {
-    // Of any other kind, exhausted memory above all: nothing may cross into Excel, and the user is
-    // told no more than that the add-in did not start.
+    // Any other exception, usually exhausted memory: nothing may cross into Excel, and the user
+    // only learns that the add-in did not start.
     try {
       ShowFailure(VekUnknownException("xlAutoOpen", messages::kMessageStartFailed,
                                       {std::u16string(add_in.name)}));

@@ -5,11 +5,12 @@
 namespace zavrel {
 
 /// Finds Excel's callback, opens the session and registers what is always registered. False after a
-/// failure, which a message box has shown once; nothing is left open then.
+/// failure, which a message box has shown; nothing is left open then.
 bool OpenAddIn(AddIn add_in,
                SessionServices (*services)() = &SessionServices::OfThisMachine) noexcept;
 
-/// Opens again what was open before in this process; false, and nothing done, if nothing was.
+/// Opens the add-in again as it was last opened in this process. False if it fails or if the add-in
+/// was never open.
 bool ReopenAddIn() noexcept;
 
 /// Closes the session, if one is open.

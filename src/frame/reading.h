@@ -7,34 +7,34 @@
 
 namespace zavrel {
 
-/// How a worksheet function reads its arguments, and what its cell shows when it cannot.
+/// How a worksheet function reads its arguments, and what its cell shows if that fails.
 ///
 ///   Reading("RD", MissingDataPolicy::kPositional).Paired()
 class Reading {
  public:
-  /// Of single values alone; data/scalar_argument.h lists the kind letters.
+  /// Reads single values only; data/scalar_argument.h lists the kind letters.
   constexpr explicit Reading(std::string_view kinds) : kinds_(kinds) {}
-  /// Of data as well, under this policy.
+  /// Reads data as well, under this policy.
   constexpr Reading(std::string_view kinds, MissingDataPolicy policy)
       : kinds_(kinds), policy_(policy) {}
 
-  /// The data must have equally many numbers.
+  /// The data must have equal lengths.
   constexpr Reading EqualLengths() const { return With(Lengths::kEqual); }
   /// The data are read as pairs, row by row.
   constexpr Reading Paired() const { return With(Lengths::kPaired); }
-  /// Unless the condition holds, the call is an error before anything is read.
+  /// If the condition is false, the call fails with this error and reads nothing.
   constexpr Reading OnlyIf(bool condition, ExcelError otherwise = ExcelError::kValue) const {
     Reading reading = *this;
     if (!condition) reading.refusal_ = otherwise;
     return reading;
   }
-  /// The cell never shows an error but the empty text, whatever went wrong.
+  /// Whatever goes wrong, the cell shows the empty text instead of an error.
   constexpr Reading ShowingEmptyText() const {
     Reading reading = *this;
     reading.shows_empty_text_ = true;
     return reading;
   }
-  /// What exhausted memory shows; #N/A unless it is said.
+  /// The error shown when memory runs out; #N/A by default.
   constexpr Reading WithoutMemory(ExcelError error) const {
     Reading reading = *this;
     reading.without_memory_ = error;

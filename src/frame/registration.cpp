@@ -12,8 +12,8 @@
 namespace zavrel {
 namespace {
 
-constexpr std::uint32_t kFirstCategoryMessage = 400;  // and the other categories' behind it
-constexpr std::size_t kFixedArguments = 10;           // up to and with the function help
+constexpr std::uint32_t kFirstCategoryMessage = 400;  // the other categories follow it
+constexpr std::size_t kFixedArguments = 10;           // the function help is the last
 
 std::u16string Resolve(TextReference text, const RegistrationSources& sources) {
   if (text.is_null()) return {};
@@ -24,14 +24,14 @@ XXloper RegistrationText(std::u16string_view text) {
   return XXloper::Text(CutToUnits(text, kRegistrationTextLimit));
 }
 
-/// A help text with a space behind it. The function wizard is known to lose the last character of
-/// the last help it was given; with the space, that is what it loses. The cut counts the space.
+/// A help text with a space at its end. The function wizard is known to lose the last character of
+/// the last help it gets; with the space, it loses only that. The length limit includes the space.
 XXloper HelpText(std::u16string_view text) {
   if (text.empty()) return XXloper::Text(text);
   return XXloper::Text(std::u16string(CutToUnits(text, kRegistrationTextLimit - 1)) + u' ');
 }
 
-/// Fills the positions of the argument helps; false when the row has none.
+/// Fills the arguments for the argument helps; false when the row has no helps.
 bool FillArgumentHelps(const RegistrationRow& row, const RegistrationSources& sources,
                        std::span<XXloper, kArgumentHelps> helps) {
   std::size_t count = 0;
@@ -95,7 +95,7 @@ void Registration::Register(std::uint32_t application_mask, const RegistrationSo
   for (std::size_t i = 0; i < kWizardCategories; ++i) {
     categories[i] = sources.message(kFirstCategoryMessage + static_cast<std::uint32_t>(i));
   }
-  std::map<unsigned, std::u16string> help_files;  // each owner's is looked up once
+  std::map<unsigned, std::u16string> help_files;  // one lookup for each owner
 
   ids_.reserve(table_.rows.size());
   for (const RegistrationRow& row : table_.rows) {
@@ -127,7 +127,7 @@ void Registration::RegisterRow(const RegistrationRow& row, const std::u16string&
   arguments[6] = RegistrationText(category);
   arguments[7] = XXloper::Text(u"");  // no shortcut
   arguments[8] = topic.empty() ? XXloper::Missing() : RegistrationText(topic);
-  // The wizard shortens whichever help comes last.
+  // The wizard shortens the help that comes last.
   arguments[9] = has_helps ? RegistrationText(function_help) : HelpText(function_help);
 
   const std::size_t count = has_helps ? arguments.size() : kFixedArguments;

@@ -1,5 +1,5 @@
 #pragma once
-// What an add-in registers with Excel, as data: one row per worksheet function. The build makes the
+// An add-in's registrations with Excel as data: one row per worksheet function. The build makes the
 // rows from the add-in's functions.json (function_tables.py).
 
 #include <array>
@@ -10,8 +10,8 @@
 namespace zavrel {
 
 /// A text of the table in one 64-bit value: an id of the message library below 1714, or a pointer
-/// to a narrow (UTF-8) literal. Two values stand for no text at all: null ends a list of argument
-/// helps, and the repeat marker repeats the help before it for every position that is left.
+/// to a narrow (UTF-8) literal. Two values are not texts: null ends a list of argument helps, and
+/// the repeat marker repeats the help before it in all remaining positions.
 class TextReference {
  public:
   static constexpr std::uint64_t kFirstPointer = 1714;
@@ -27,7 +27,7 @@ class TextReference {
   std::uint64_t bits() const { return std::bit_cast<std::uint64_t>(value_); }
   bool is_null() const { return bits() == 0; }
   bool is_repeat_marker() const { return bits() == kRepeatMarker; }
-  /// Only the two members below tell what the value is: a message id or, if not, a literal.
+  /// A value that is neither null nor the repeat marker is a message id or, if not, a literal.
   bool is_message_id() const { return bits() < kFirstPointer; }
   std::uint32_t message_id() const { return static_cast<std::uint32_t>(bits()); }
   const char* literal() const { return std::bit_cast<const char*>(value_); }
@@ -65,10 +65,10 @@ inline constexpr std::uint32_t kAlwaysRegistered = 1u << 31;
 struct RegistrationRow {
   std::uint32_t application_mask;  // registered while one of these is announced
   const char* export_name;
-  const char* type_text;  // single-byte form, see WideTypeText
+  const char* type_text;  // in the single-byte form; see WideTypeText
   const char* visible_name;
   TextReference argument_text;
-  std::uint16_t macro_type;    // 1 listed in the function wizard, 0 hidden
+  std::uint16_t macro_type;    // 1: listed in the function wizard, 0: hidden
   std::int16_t help_topic_id;  // -1: no topic
   WizardCategory category;
   TextReference function_help;

@@ -15,16 +15,15 @@ namespace {
 
 constexpr const char16_t* kLoadedMutexName = u"Zavrel   is loaded mutex name 098487234";
 
-// Where an installed companion's help file is named, beside the key that the application table
-// makes.
+// The value with an installed companion's help file, under the key from ApplicationTable::HelpKey.
 constexpr const char16_t* kHelpValue = u"HelpLocation";
 
-// Below the add-in's key in the user's hive stands the language that each companion, by its
-// application id, last announced: what a set-up program or a viewer of the log asks for.
+// The key below the add-in's in the user's hive. It holds the language that each companion, by its
+// application id, last announced, for a set-up program or a viewer of the log.
 constexpr const char16_t* kLanguagesKey = u"\\Languages";
 
-/// Never destroyed: when Excel unloads the library without closing it, or the process ends, nothing
-/// of Excel may be called any more.
+/// Never destroyed: when Excel unloads the library without closing it, or the process ends, Excel
+/// may no longer be called.
 std::unique_ptr<Session>& Slot() {
   static auto& session = *new std::unique_ptr<Session>;
   return session;
@@ -126,7 +125,7 @@ void Session::RememberLanguage(const ApplicationRecord& record) noexcept {
     services_.write_user_number(ProductKey(add_in_.name) + kLanguagesKey,
                                 Utf16FromUtf8(std::to_string(record.application_id)),
                                 record.language_id);
-  } catch (...) {  // nothing depends on it
+  } catch (...) {  // nothing depends on the value
   }
 }
 
@@ -137,7 +136,8 @@ RegistrationSources Session::Sources() const {
       .help_file = [this](unsigned application) { return HelpFile(application); }};
 }
 
-// What an application said of itself comes before what was installed: it may run from elsewhere.
+// The announced location takes precedence over the installed one: the application may run from
+// another folder.
 std::u16string Session::HelpFile(unsigned application_id) const {
   const ApplicationRecord* record = applications_.Find(application_id);
   if (record != nullptr && !record->help_location.empty()) return record->help_location;

@@ -23,11 +23,11 @@
 
 namespace zavrel {
 
-/// What the session asks of its surroundings; a test puts its own in their place.
+/// The services of the machine that the session uses; a test supplies its own.
 struct SessionServices {
   std::function<MessageLibrary()> messages;
   std::function<unsigned()> memory_load;  // percent of physical memory in use
-  /// A text from the machine-wide registry hive; nothing when it is not there.
+  /// A text from the machine-wide registry hive; std::nullopt if it does not exist.
   std::function<std::optional<std::u16string>(const std::u16string& key,
                                               const std::u16string& value_name)>
       machine_text;
@@ -44,27 +44,27 @@ class Session {
   /// Null while the add-in is not open.
   static Session* Current() noexcept;
 
-  /// Opens the session, its log first, and registers what is always registered. Does nothing when
-  /// one is open. Throws a VekException, or what else went wrong, and leaves nothing behind then.
+  /// Opens the session and registers what is always registered. Does nothing if one is open. If it
+  /// throws (a VekException or any other exception), nothing is left behind.
   static void Open(AddIn add_in, SessionServices services);
-  /// Takes everything back, the log last. Does nothing when none is open.
+  /// Unregisters everything and ends the session. Does nothing if none is open.
   static void Close() noexcept;
 
   ~Session();
 
   /// Replaces an earlier announcement of the same application and registers afresh. An id without a
-  /// slot (10 and up) changes nothing and is noted in the log.
+  /// slot (10 and up) only gets a line in the log.
   void Announce(const Announcement& announcement);
-  /// Registers afresh for the applications that remain; nothing when the id was not announced.
+  /// Registers afresh for the remaining applications. Does nothing if the id is not announced.
   void Withdraw(std::uint16_t application_id);
 
-  /// Runs the cache upkeep at the machine's present memory load.
+  /// Runs the cache upkeep for the machine's current memory load.
   void KeepUpCaches(UpkeepMode mode) noexcept;
-  /// While set, every upkeep after a call drops all that is cached. For looking into a suspected
-  /// stale value: with it, nothing outlives a call.
+  /// While set, every upkeep after a call drops everything cached, so that nothing outlives a call.
+  /// For investigating a value that may be stale.
   void SetFlushFlag(bool flush) { flush_ = flush; }
-  /// What a family of functions keeps in the session, one object of each type: made at the first
-  /// call, gone with the session. A cache, which is what can be emptied, is emptied together with
+  /// The object of this type that a family of functions keeps in the session: made at the first
+  /// call, destroyed with the session. A cache (an object with Clear()) is cleared together with
   /// the DatasetParmCache.
   template <class Object>
   Object& Kept() {
@@ -73,16 +73,16 @@ class Session {
 
   FailureStore& failures() { return failures_; }
   const ApplicationTable& applications() const { return applications_; }
-  /// The language in which texts are shown: the thread's when the session opens, then whatever the
-  /// latest announcement named. With or without a country (0x0407, 7).
+  /// The language of the texts: the thread's when the session opens, then that of the latest
+  /// announcement. With or without a country (0x0407, 7).
   std::uint32_t language_id() const { return language_id_; }
   /// A text of the message library in the session's language.
   std::u16string MessageText(std::int32_t id) const { return messages_.Text(id, language_id_); }
-  /// A failure's message, composed.
+  /// The composed message of a failure.
   std::u16string MessageOf(const VekException& failure) const {
     return ComposeMessage(MessageText(failure.message_id()), failure.arguments());
   }
-  /// The application's automation object, as the latest announcement gave it; may be null.
+  /// Excel's automation object from the latest announcement; may be null.
   void* excel_application() const { return excel_application_.get(); }
 
  private:
@@ -114,7 +114,7 @@ class Session {
   bool flush_ = false;
   ApplicationTable applications_;
   AutomationObject excel_application_;
-  std::deque<Registration> registrations_;  // one of each table of the add-in
+  std::deque<Registration> registrations_;  // one for each table of the add-in
   std::optional<NamedMutex> is_loaded_;
 };
 

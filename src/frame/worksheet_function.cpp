@@ -17,7 +17,7 @@ void InspectCallingFormula() noexcept {
   }
 }
 
-/// What the reading makes of a result.
+/// The result as the reading has it shown.
 XXloper Shown(const Reading& reading, const XXloper& result) {
   return reading.shows_empty_text() && result.Is(xltypeErr) ? XXloper::EmptyText() : result;
 }

@@ -1,7 +1,7 @@
 #pragma once
 // The one frame around every worksheet function. It reads the arguments, traces, catches whatever a
-// body throws, keeps the caches up and hands the result to Excel. The frame of what macros call is
-// frame/macro_call.h.
+// body throws, keeps up the caches and hands the result to Excel. The frame for entry points that
+// macros call is frame/macro_call.h.
 //
 //   ZAV_EXPORT XLOPER12* ZavrelPairCount(const XLOPER12* first, const XLOPER12* second) {
 //     return WorksheetFunction("ZavrelPairCount", kPairs, {first, second},
@@ -23,10 +23,10 @@
 
 namespace zavrel {
 
-/// A worksheet function with a value result (P). The body gets what was read of the arguments. A
-/// failure, of the reading or of the body, shows its error; whatever the body throws shows #N/A,
-/// and so does a call while the add-in is not open; the reading may say otherwise. The record stays
-/// valid until this thread's next result.
+/// A worksheet function with a value result (P). The body gets the arguments that were read. A
+/// failure of the reading or of the body shows its error. Anything thrown shows #N/A, unless the
+/// reading says otherwise; so does a call while the add-in is not open. The record stays valid
+/// until this thread's next result.
 XLOPER12* WorksheetFunction(const char* name, const Reading& reading, Arguments arguments,
                             FunctionRef<CellResult(const Parameters& read)> body) noexcept;
 inline XLOPER12* WorksheetFunction(const char* name, const Reading& reading,
@@ -34,14 +34,13 @@ inline XLOPER12* WorksheetFunction(const char* name, const Reading& reading,
                                    FunctionRef<CellResult(const Parameters& read)> body) noexcept {
   return WorksheetFunction(name, reading, Arguments(arguments.begin(), arguments.size()), body);
 }
-/// One that has no arguments, or whose body reads them in a way of its own.
+/// One without arguments, or whose body reads them itself.
 XLOPER12* WorksheetFunction(const char* name, FunctionRef<CellResult()> body) noexcept;
 
 namespace frame {
 
-/// Runs a worksheet function's body between its traces and follows it with the cache upkeep. False
-/// when the body threw, whatever it was, or when the add-in is not open (the body did not run
-/// then).
+/// Runs a worksheet function's body between its traces, then the cache upkeep. False when the body
+/// threw anything, or when the add-in is not open and the body did not run.
 bool RunWorksheetBody(const char* name, FunctionRef<void()> body) noexcept;
 
 /// Keeps a narrow result, at most 255 bytes, until this thread's next one.
@@ -49,7 +48,7 @@ const char* KeepText(const std::string& text) noexcept;
 
 }  // namespace frame
 
-/// A worksheet function with a plain result (J, B): the body's, or `failure` when it throws.
+/// A worksheet function with a plain result (J, B): the body's, or `failure` when the body throws.
 template <class Number>
 Number PlainFunction(const char* name, Number failure,
                      FunctionRef<std::type_identity_t<Number>()> body) noexcept {
@@ -57,7 +56,7 @@ Number PlainFunction(const char* name, Number failure,
   Number result = failure;
   return frame::RunWorksheetBody(name, [&] { result = body(); }) ? result : failure;
 }
-/// The same with arguments that the frame reads: `failure` also where they, or the body, fail.
+/// The same with arguments that the frame reads: `failure` also if the reading or the body fails.
 template <class Number>
 Number PlainFunction(
     const char* name, Number failure, const Reading& reading,
@@ -72,8 +71,8 @@ Number PlainFunction(
 }
 
 /// A worksheet function with a narrow text as its result (C): UTF-8 of at most 255 bytes, in a
-/// buffer that lives until this thread's next such result; a null pointer, which Excel shows as
-/// #NUM!, when the body gives none or throws.
+/// buffer that lives until this thread's next such result. A null pointer, which Excel shows as
+/// #NUM!, if the body has no text or throws.
 inline const char* TextFunction(const char* name,
                                 FunctionRef<std::optional<std::string>()> body) noexcept {
   const char* kept = nullptr;
@@ -83,7 +82,7 @@ inline const char* TextFunction(const char* name,
   return frame::RunWorksheetBody(name, keep) ? kept : nullptr;
 }
 
-// The parameters of a function with 30 value or reference arguments, and the arguments as a list.
+// The parameters of a function with 30 value or reference arguments, and these arguments as a list.
 #define ZAV_THIRTY_PARAMETERS                                                             \
   const XLOPER12 *a1, const XLOPER12 *a2, const XLOPER12 *a3, const XLOPER12 *a4,         \
       const XLOPER12 *a5, const XLOPER12 *a6, const XLOPER12 *a7, const XLOPER12 *a8,     \

@@ -1,8 +1,8 @@
 // Covariances and correlations: ZavCovariance, ZavCovarianceP, ZavCorrelationCoeff,
 // ZavCovarianceMatrix, ZavCorrelationMatrix.
 //
-// Blank, text and boolean cells are gaps; an error cell among the rows that are looked at is the
-// result of the whole call.
+// Blank, text and boolean cells are gaps. An error cell in the rows that are compared is the result
+// of the whole call.
 #include <cmath>
 
 #include "excel/double_value.h"
@@ -19,12 +19,12 @@ constexpr Reading kTwoVariables = Reading("RR", MissingDataPolicy::kPositionalWi
 constexpr Reading kTwoVariablesAndFlag =
     Reading("RRd", MissingDataPolicy::kPositionalWithErrors).Paired();
 
-/// #N/A before anything is read unless both variables are given.
+/// The reading itself if both variables are given; otherwise the call is #N/A, and nothing is read.
 Reading IfGiven(const Reading& reading, const XLOPER12* x, const XLOPER12* y) {
   return reading.OnlyIf(!IsOmitted(x) && !IsOmitted(y), ExcelError::kNA);
 }
 
-/// The entry of two data sets, each of them one variable whatever its shape.
+/// The matrix entry for two data sets, each one variable whatever its shape.
 CellResult EntryOfTwo(const Parameters& read, const AssociationOptions& options) {
   const VariableColumn columns[] = {read.numbers(0), read.numbers(1)};
   const AssociationResult result = CalculateAssociationMatrix(options, columns);
@@ -32,9 +32,9 @@ CellResult EntryOfTwo(const Parameters& read, const AssociationOptions& options)
   return result.matrix[0][1];
 }
 
-/// The matrix of up to 27 data sets, after three numbers: ranks, sample divisor, listwise deletion,
-/// each 0 when it is left out. Always all of it, never cut to the calling range: eigen-analysis
-/// takes it as its argument.
+/// The matrix of up to 27 data sets, which follow three numbers: ranks, sample divisor and listwise
+/// deletion, each 0 if left out. The result is always the whole matrix, not cut to the calling
+/// range, because eigen-analysis takes it as its argument.
 XLOPER12* MatrixOf(const char* name, Measure measure, Arguments arguments) noexcept {
   return WorksheetFunction(
       name, Reading("ddd"), arguments, [&](const Parameters& read) -> CellResult {
@@ -71,7 +71,7 @@ ZAV_EXPORT XLOPER12* ZavrelCovarianceP(const XLOPER12* x, const XLOPER12* y) {
       });
 }
 
-/// Pearson's coefficient; Spearman's when the whole part of `ranks` is not 0. A variable without
+/// Pearson's coefficient; Spearman's when `ranks`, rounded down, is not 0. A variable without
 /// spread: #DIV/0!; no complete pair: #N/A.
 ZAV_EXPORT XLOPER12* ZavrelCorrelationCoeff(const XLOPER12* x, const XLOPER12* y,
                                             const XLOPER12* ranks) {

@@ -5,11 +5,11 @@
 
 namespace zavrel {
 
-/// The association matrix of variables, one in each row. A cell error among the values fills all of
-/// it with its code.
+/// The association matrix of variables, one in each row. If a value carries a cell error, every
+/// entry is that error's code.
 DoubleMatrix AssociationMatrix(const AssociationOptions& options, const DoubleMatrix& variables);
 
-/// The options as other programs give them.
+/// The options as other programs pass them.
 AssociationOptions OptionsOf(Measure measure, bool use_ranks, bool sample_divisor,
                              bool listwise_deletion);
 

@@ -5,8 +5,8 @@
 
 namespace zavrel {
 
-/// A statistic of the data set's numbers, other than the mode; computed at the first request and
-/// kept with the data set. An error-coded double where there is none.
+/// A statistic other than the mode of the data set's numbers, computed at the first request and
+/// kept with the data set. An error-coded double if it does not exist.
 ///
 /// Computed from the numbers alone, whatever the policy under which the data set was read.
 double CachedStatistic(ExcelData& data, StatisticId id, Form form);

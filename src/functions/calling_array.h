@@ -1,5 +1,5 @@
 #pragma once
-// The result of an array formula, cut to the cells that it was entered in.
+// The result of an array formula, cut to the range in which it was entered.
 
 #include <algorithm>
 #include <cstdint>
@@ -10,12 +10,13 @@
 
 namespace zavrel {
 
-/// More rows and columns of a calling range than these stay #N/A.
+/// The most rows and columns that a result fills; further ones of a calling range stay #N/A.
 inline constexpr std::int32_t kMostResultRows = 65535;
 inline constexpr std::int32_t kMostResultColumns = 256;
 
-/// As many rows and columns as the calling range has, each #N/A; #REF! when the call does not come
-/// from cells or the host has still to calculate something. Throws std::bad_alloc.
+/// An array of #N/A with the rows and columns of the calling range, up to those limits; #REF! if
+/// the call does not come from cells or the host still has to calculate something. Throws
+/// std::bad_alloc.
 inline OrFailure<XXloperArray> ArrayOfCaller() {
   const CallingRange caller = CallingRange::Ask();
   if (!caller.is_range()) return Failure(ExcelError::kRef);

@@ -1,8 +1,8 @@
 // The categories of a data set: ZavCountCategories ... ZavCategoryNameCompare, and the functions
-// through which a macro gets their names and positions into arrays of its own.
+// that write category names and positions into a macro's arrays.
 //
-// Numbers and booleans are categories by the host's text for them. Where the host has still to
-// calculate something, a call returns #REF! at once and comes again.
+// Numbers and booleans are categories by the host's text for them. If the host still has to
+// calculate something, a call returns #REF! at once, and the host repeats it.
 #include <algorithm>
 
 #include "data/category_table.h"
@@ -20,7 +20,7 @@ constexpr Reading kData =
 constexpr Reading kDataAndName =
     Reading("RS", MissingDataPolicy::kNumbersOnly).WithoutMemory(ExcelError::kValue);
 
-/// Has `use` make the result of the data's categories.
+/// A worksheet function whose result `use` makes from the data's categories.
 template <class Use>
 XLOPER12* OfCategories(const char* name, const XLOPER12* data, Use use) noexcept {
   return WorksheetFunction(name, kData, {data}, [&](const Parameters& read) -> CellResult {
@@ -32,8 +32,8 @@ XLOPER12* OfCategories(const char* name, const XLOPER12* data, Use use) noexcept
 
 using Positions = std::span<const std::int32_t>;
 
-/// Has `use` make the result of the positions of the category that a name stands for; they are none
-/// when it stands for none.
+/// A worksheet function whose result `use` makes from the positions of the category with a name;
+/// there are none if no category has it.
 template <class Use>
 XLOPER12* OfPositions(const char* name, const XLOPER12* data, const XLOPER12* category_name,
                       Use use) noexcept {
@@ -46,8 +46,8 @@ XLOPER12* OfPositions(const char* name, const XLOPER12* data, const XLOPER12* ca
       });
 }
 
-/// The names over the calling range; a single cell gets them all in a column, which spreads where
-/// Excel spreads results.
+/// The names over the calling range. A single cell gets them all in a column, which spills in an
+/// Excel that spills results.
 CellResult NamesForCaller(CategoryNames names) {
   OrFailure<XXloperArray> array = ArrayOfCaller();
   if (!array.ok()) return array.failure();
@@ -70,15 +70,15 @@ CellResult PositionsForCaller(Positions positions) {
 
 }  // namespace
 
-/// How many categories the data have.
+/// The number of categories in the data.
 ZAV_EXPORT XLOPER12* ZavrelCountCategories(const XLOPER12* data) {
   return OfCategories("ZavrelCountCategories", data,
                       [](const CategoryTable& categories) { return categories.size(); });
 }
 
 /// An array formula: the categories' names (CategoryTable::SortedNames) row by row over the calling
-/// range, #N/A where there are no more. Called from elsewhere than cells: #REF!. When a macro has
-/// arranged an array for this call, that gets the names, and the result is how many these are.
+/// range, #N/A in the cells after the last. If the call does not come from cells: #REF!. If a macro
+/// has arranged an array for this call, the array gets the names, and the result is their number.
 ZAV_EXPORT XLOPER12* ZavrelCategoryNames(const XLOPER12* data) {
   return OfCategories("ZavrelCategoryNames", data, [](const CategoryTable& categories) {
     const auto filled = FillNextCategoryNames(categories.SortedNames());
@@ -86,30 +86,31 @@ ZAV_EXPORT XLOPER12* ZavrelCategoryNames(const XLOPER12* data) {
   });
 }
 
-/// The names as strings into the VARIANT whose address is given; without one their count alone.
+/// Writes the names as strings into the VARIANT at an address and returns their number; without an
+/// address it only returns the number.
 ZAV_EXPORT XLOPER12* ZavrelCategoryNamesPrivate2(const XLOPER12* data, const char* address) {
   return OfCategories("ZavrelCategoryNamesPrivate2", data, [&](const CategoryTable& categories) {
     return FillNamesByAddress(categories.SortedNames(), address);
   });
 }
 
-/// The names into the array that a macro entered under the id.
+/// Writes the names into the array that a macro entered under the id and returns their number.
 ZAV_EXPORT XLOPER12* ZavrelCategoryNamesPrivate(const XLOPER12* data, const char* id) {
   return OfCategories("ZavrelCategoryNamesPrivate", data, [&](const CategoryTable& categories) {
     return FillNamesById(categories.SortedNames(), id);
   });
 }
 
-/// How many cells belong to the category that the name stands for; 0 when it is none.
+/// The number of cells in the category with this name; 0 if there is none.
 ZAV_EXPORT XLOPER12* ZavrelCategoryOccurrenceCount(const XLOPER12* data, const XLOPER12* name) {
   return OfPositions("ZavrelCategoryOccurrenceCount", data, name,
                      [](Positions positions) { return positions.size(); });
 }
 
-/// An array formula: where the category's cells stand in the data, from 1, row by row over the
-/// calling range, #N/A where there are no more. A name that is no category: #N/A. Called from
-/// elsewhere than cells: #REF!. When a macro has arranged an array for this call, that gets the
-/// positions, and the result is how many these are.
+/// An array formula: the positions of the category's cells in the data, from 1, row by row over the
+/// calling range, #N/A in the cells after the last. A name without a category: #N/A. If the call
+/// does not come from cells: #REF!. If a macro has arranged an array for this call, the array gets
+/// the positions, and the result is their number.
 ZAV_EXPORT XLOPER12* ZavrelCategoryIndices(const XLOPER12* data, const XLOPER12* name) {
   return OfPositions("ZavrelCategoryIndices", data, name, [](Positions positions) -> CellResult {
     if (const auto filled = FillNextCategoryIndices(positions)) return *filled;
@@ -118,14 +119,15 @@ ZAV_EXPORT XLOPER12* ZavrelCategoryIndices(const XLOPER12* data, const XLOPER12*
   });
 }
 
-/// The positions into the VARIANT whose address is given; without one their count alone.
+/// Writes the positions into the VARIANT at an address and returns their number; without an address
+/// it only returns the number.
 ZAV_EXPORT XLOPER12* ZavrelCategoryIndicesPrivate2(const XLOPER12* data, const XLOPER12* name,
                                                    const char* address) {
   return OfPositions("ZavrelCategoryIndicesPrivate2", data, name,
                      [&](Positions positions) { return FillIndicesByAddress(positions, address); });
 }
 
-/// The positions into the array that a macro entered under the id.
+/// Writes the positions into the array that a macro entered under the id and returns their number.
 ZAV_EXPORT XLOPER12* ZavrelCategoryIndicesPrivate(const XLOPER12* data, const XLOPER12* name,
                                                   const char* id) {
   return OfPositions("ZavrelCategoryIndicesPrivate", data, name,

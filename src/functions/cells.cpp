@@ -1,4 +1,4 @@
-// What the cells of a range are: ZavCountCellsByType, ZavIsBlank, ZavGetCellValues.
+// Functions on the kinds of cells: ZavCountCellsByType, ZavIsBlank, ZavGetCellValues.
 #include <utility>
 
 #include "frame/worksheet_function.h"
@@ -25,9 +25,9 @@ CellResult ValuesOfClass(const ExcelData& data, CellClass cell_class) {
 
 }  // namespace
 
-/// The number of cells of a class: 0 every cell, 1 numbers, 2 cells that are not blank, 3 those of
-/// them that are no numbers, 4 blank cells; of whole columns and rows all of them, used or not. Any
-/// other class code: #VALUE!.
+/// The number of cells of a class: 0 every cell, 1 numbers, 2 cells that are not blank, 3 cells
+/// that are neither blank nor numbers, 4 blank cells. Whole columns and rows count with all their
+/// cells, used or not. Any other class code: #VALUE!.
 ZAV_EXPORT XLOPER12* ZavrelCountCellsByType(const XLOPER12* range, const XLOPER12* class_code) {
   return WorksheetFunction("ZavrelCountCellsByType", kRangeAndClass, {range, class_code},
                            [](const Parameters& read) -> CellResult {
@@ -37,8 +37,8 @@ ZAV_EXPORT XLOPER12* ZavrelCountCellsByType(const XLOPER12* range, const XLOPER1
                            });
 }
 
-/// TRUE for an empty cell and for a text of white space alone, the no-break space among it. An
-/// omitted argument and an error are #VALUE!.
+/// TRUE for an empty cell and for a text of white space alone, including no-break spaces. An
+/// omitted argument or an error: #VALUE!.
 ZAV_EXPORT XLOPER12* ZavrelIsBlank(const XLOPER12* value) {
   return WorksheetFunction("ZavrelIsBlank", Reading("S"), {value}, [](const Parameters& read) {
     return XXloper::Boolean(Trimmed(read.text(0)).empty());
@@ -46,11 +46,11 @@ ZAV_EXPORT XLOPER12* ZavrelIsBlank(const XLOPER12* value) {
 }
 
 /// An array formula: the cells of a class (as ZavCountCellsByType numbers them) in their order,
-/// each with its own value, row by row over the calling range, at most 65535 x 256 of it; #N/A
-/// where there are no more. A blank cell is an empty value; of whole columns and rows the used part
-/// is listed. When a macro has arranged arrays for this call, they get the cells, and the result is
-/// how many these are. Called from elsewhere than cells: #REF!. Another class code, or memory that
-/// does not suffice: #VALUE!.
+/// each with its own value, row by row over the calling range, at most 65535 x 256 cells; #N/A in
+/// the cells after the last. A blank cell is an empty value; whole columns and rows are listed up
+/// to their last used row or column. If a macro has arranged arrays for this call, they get the
+/// cells, and the result is the number of cells. If the call does not come from cells: #REF!.
+/// Another class code, or too little memory: #VALUE!.
 ZAV_EXPORT XLOPER12* ZavrelGetCellValues(const XLOPER12* range, const XLOPER12* class_code) {
   return WorksheetFunction("ZavrelGetCellValues", kRangeAndClass.WithoutMemory(ExcelError::kValue),
                            {range, class_code}, [](const Parameters& read) -> CellResult {

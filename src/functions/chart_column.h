@@ -1,5 +1,5 @@
 #pragma once
-// The columns of charts, as the cells show them that they are entered in.
+// The helper columns of charts, as worksheet results.
 
 #include <algorithm>
 #include <cstddef>
@@ -15,13 +15,12 @@ namespace zavrel {
 /// The most points that a column of a chart may have.
 inline constexpr auto kMostChartPoints = static_cast<std::size_t>(kMostResultRows);
 
-/// The column of point(0) ... point(points - 1), numbers, in the first column of the calling range
-/// and #N/A in its other cells, where Excel would repeat a single point or a single column. Beyond
-/// the range it goes on to the last point: entered in one cell, a column spills. More than
+/// The numbers point(0) ... point(points - 1) in the first column of the calling range and #N/A in
+/// its other cells, where Excel would otherwise repeat a single point or column. The column has all
+/// points even if the range has fewer rows: entered in one cell, it spills. More than
 /// kMostChartPoints points: #VALUE!.
 ///
-/// The points are computed in a floating-point environment of their own; one that is not finite
-/// shows as #NUM!.
+/// The points are computed in a FloatingPointScope; one that is not finite shows as #NUM!.
 template <class PointOf>
 XXloper ChartColumn(std::size_t points, PointOf point) {
   if (points > kMostChartPoints) return XXloper::Error(ExcelError::kValue);

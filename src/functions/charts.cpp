@@ -1,8 +1,8 @@
 // Helper columns of charts: ZavBoxPlotX, ZavBoxPlotY, ZavBoxPlotCountOutliers, ZavOutlierType and
 // ZavScatterPlot. docs/charts.md shows how to build a chart on them.
 //
-// Only numbers are used. A percentile method is one of ZavPercentile's; whatever else stands in its
-// place counts as -1, the automatic one, so that a chart does not vanish over it.
+// Only numbers are used. A percentile method is one of ZavPercentile's; any other value counts as
+// -1, the automatic method, so that a wrong method does not make the chart vanish.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -49,7 +49,7 @@ OrFailure<Quartiles> QuartilesOf(ExcelData& data, std::int32_t method) {
   return Quartiles{quartiles[0], quartiles[1], quartiles[2]};
 }
 
-/// The summary that all functions of the box plot share. Without a number: #VALUE!.
+/// The summary behind all functions of the box plot. Data without a number: #VALUE!.
 OrFailure<BoxPlot> BoxPlotOf(ExcelData& data, const XLOPER12* method_argument) {
   const OrFailure<std::int32_t> method = LenientMethod(method_argument);
   if (!method.ok()) return method.failure();
@@ -62,7 +62,8 @@ OrFailure<BoxPlot> BoxPlotOf(ExcelData& data, const XLOPER12* method_argument) {
   return BoxPlot(sorted, mean, *quartiles);
 }
 
-/// The numbers of one of two ranges in the rows where both have one.
+/// The numbers of the first (`wanted` 0) or second of two ranges, in the rows where both have a
+/// number.
 CellResult CompletePairs(const Parameters& read, std::size_t wanted) {
   const PairedValues x = read.numbers(0);
   const PairedValues y = read.numbers(1);
@@ -96,10 +97,9 @@ ZAV_EXPORT XLOPER12* ZavrelBoxPlotX(const XLOPER12* data, const XLOPER12* method
                            });
 }
 
-/// The coordinates across the data axis that go with those, for the plot at place n of several:
-/// the numbers around n; for a group of outliers n in each row of the calling range, however many
-/// outliers there are, as the other coordinate of an unused row is #N/A. A series that there is
-/// not: #VALUE!.
+/// The matching coordinates across the data axis, for the plot at place n of several: numbers
+/// around n. For a group of outliers, n in each row of the calling range; rows beyond the outliers
+/// do no harm, because their other coordinate is #N/A. An unknown series: #VALUE!.
 ZAV_EXPORT XLOPER12* ZavrelBoxPlotY(std::int32_t n, const XLOPER12* series_code) {
   return WorksheetFunction(
       "ZavrelBoxPlotY", Reading("L"), {series_code}, [&](const Parameters& read) -> CellResult {
@@ -113,8 +113,8 @@ ZAV_EXPORT XLOPER12* ZavrelBoxPlotY(std::int32_t n, const XLOPER12* series_code)
       });
 }
 
-/// The size of the largest of the four groups of outliers, which is how many rows a chart needs for
-/// each; -1 when there is no box plot.
+/// The size of the largest of the four groups of outliers: the number of rows that a chart needs
+/// for each. -1 if there is no box plot.
 ZAV_EXPORT std::int32_t ZavrelBoxPlotCountOutliers(const XLOPER12* data, const XLOPER12* method) {
   constexpr std::int32_t kNoPlot = -1;
   return PlainFunction("ZavrelBoxPlotCountOutliers", kNoPlot, kData, {data},
@@ -125,9 +125,9 @@ ZAV_EXPORT std::int32_t ZavrelBoxPlotCountOutliers(const XLOPER12* data, const X
                        });
 }
 
-/// Where a value, of the data or not, lies on the data's box plot: 0 no outlier, 1 a mild one, on
-/// or beyond an inner fence, 2 an extreme one, on or beyond an outer fence. An x that is no number,
-/// or data without one: #VALUE!.
+/// The place of a value, from the data or not, on the data's box plot: 0 not an outlier, 1 a mild
+/// outlier (on or beyond an inner fence), 2 an extreme one (on or beyond an outer fence). An x that
+/// is not a number, or data without a number: #VALUE!.
 ZAV_EXPORT XLOPER12* ZavrelOutlierType(const XLOPER12* data, const XLOPER12* method,
                                        const XLOPER12* x) {
   return WorksheetFunction("ZavrelOutlierType", kDataAndNumber, {data, x},
@@ -138,9 +138,9 @@ ZAV_EXPORT XLOPER12* ZavrelOutlierType(const XLOPER12* data, const XLOPER12* met
                            });
 }
 
-/// A column of the x values (`which` 0) or the y values (1) of the complete pairs: row i of the one
-/// range goes with row i of the other, and counts where both hold a number. Another `which`, or not
-/// 1 to 65,535 complete pairs: #VALUE!.
+/// A column of the x values (`which` 0) or the y values (1) of the complete pairs: row i of one
+/// range is paired with row i of the other, and the pair is complete if both hold a number. Another
+/// `which`, no complete pair, or more than 65,535: #VALUE!.
 ZAV_EXPORT XLOPER12* ZavrelScatterPlot(const XLOPER12* x, const XLOPER12* y, std::int16_t which) {
   return WorksheetFunction(
       "ZavrelScatterPlot", kPairs.OnlyIf(which == 0 || which == 1), {x, y},

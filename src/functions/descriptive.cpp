@@ -7,10 +7,10 @@
 namespace zavrel {
 namespace {
 
-/// Cells that hold no number are left out.
+/// Cells that do not hold a number are left out.
 constexpr Reading kNumbers("V", MissingDataPolicy::kNumbersOnly);
-/// Every cell must hold a number. A whole column counts as its used part. Otherwise, and after any
-/// failure, the cell shows the empty text and never an error.
+/// Every cell must hold a number; a whole column counts as its used part. Instead of an error, for
+/// whatever reason, the cell shows the empty text.
 constexpr Reading kNothingButNumbers =
     Reading("V", MissingDataPolicy::kPositional).ShowingEmptyText();
 
@@ -85,8 +85,9 @@ ZAV_STATISTIC(ZavrelSumSq, kSumSq, kOnlyForm)
 ZAV_STATISTIC(ZavrelSumDevSq, kSumDevSq, kOnlyForm)
 ZAV_STATISTIC(ZavrelMeanAbs, kMeanAbs, kOnlyForm)
 
-/// The mode of the numbers, of discrete data (`discrete` other than 0) or of continuous (0); not
-/// given, the data's ties decide (stats/mode.h). Without a number: #N/A.
+/// The mode of the numbers, as discrete data (`discrete` other than 0) or continuous data (0). If
+/// `discrete` is not given, the ties in the data decide (stats/mode.h). Data without a number:
+/// #N/A.
 ZAV_EXPORT XLOPER12* ZavrelMode(const XLOPER12* range, const XLOPER12* discrete) {
   return WorksheetFunction("ZavrelMode", Reading("Rl", MissingDataPolicy::kNumbersOnly),
                            {range, discrete}, [](const Parameters& read) {

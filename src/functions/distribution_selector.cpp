@@ -8,7 +8,7 @@
 namespace zavrel {
 namespace {
 
-/// The whole number at the beginning, 0 without one; no more than `limit`.
+/// The whole number at the beginning of the text, at most `limit`; 0 if there is none.
 std::int32_t LeadingNumber(std::u16string_view text, std::int32_t limit) {
   std::int32_t number = 0;
   for (const char16_t unit : text) {

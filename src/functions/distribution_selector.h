@@ -1,5 +1,5 @@
 #pragma once
-// Which property of a distribution a call asks for.
+// The properties of a distribution that a call can select.
 
 #include <array>
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace zavrel {
 
-/// A property: its word, and where the distribution companion's answer holds it.
+/// A property: its word, and its place in the distribution companion's answer.
 struct DistributionProperty {
   std::u16string_view word;
   std::int16_t request;
@@ -34,9 +34,10 @@ inline constexpr std::array<DistributionProperty, 12> kDistributionProperties = 
     {u"qtox", PDFLIB_UPPER_QUANTILE},
 }};
 
-/// The index of the property that a text names: by its word in any letter case, or by its number
-/// from 1. Blanks and control characters count for nothing, wherever they stand. A text that is no
-/// word and does not begin with a digit is index -1; an index beyond the properties names none.
+/// The index of the property that a text names by its word, in any letter case, or by its number
+/// from 1. Blanks and control characters are ignored everywhere. A text that is not a property's
+/// word and does not begin with a digit gives -1. The index may lie beyond the properties: then the
+/// text names none.
 std::int32_t SelectorIndex(std::u16string_view text);
 
 }  // namespace zavrel

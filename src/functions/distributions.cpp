@@ -1,18 +1,18 @@
 // The distributions: ZavNormal, ZavStudent, ZavChisq, ZavF, ZavBinomial, and the same for macros.
 //
 // Each gives one property, chosen by a selector (distribution_selector.h): a moment, the density or
-// the probability of x, a tail at x or the x of a tail. What cannot be computed shows #NUM!,
-// whatever the reason.
+// the probability of x, a tail at x or the x of a tail. If it cannot be computed, for any reason:
+// #NUM!.
 //
-// A macro gives the selector as its index from 0 and the missing-value marker for an x that it does
-// not have. The result is
+// A macro passes the selector as an index from 0, and the missing-value marker if it has no x. The
+// result is
 // - 0: done;
-// - 1: no such property, no x for one that needs it, df below 1 (Student, chi-square), no place for
-//   the value, no distribution companion;
+// - 1: no such property, no x for a property that needs it, df below 1 (Student, chi-square), no
+//   place for the value, or no distribution companion;
 // - others: the companion's code (contracts/pdflib.h).
 //
-// Nothing is stored unless it is 0, except for a moment that does not exist: its status is the
-// result, and what the companion left in its place, a not-a-number, is stored.
+// A value is stored only if the result is 0, with one exception: for a moment that does not exist,
+// the result is its status, and the NaN that the companion gives for it is stored.
 #include "functions/distributions.h"
 
 #include <cmath>
@@ -31,14 +31,14 @@ namespace {
 
 constexpr std::int32_t kRefused = 1;
 
-/// Where the companion leaves its answer.
+/// Room for the companion's answer.
 struct Answer {
   double results[PDFLIB_MOMENT_COUNT] = {};
   std::int16_t status[PDFLIB_MOMENT_COUNT] = {};
 };
 
-/// `ask` calls the distribution's function of the companion: (functions, request, answer) to its
-/// code.
+/// Stores a property in `value`. `ask` calls the companion's function for the distribution with
+/// (functions, request, answer) and returns its code.
 template <class Ask>
 std::int32_t Property(std::int32_t selector, double x, double* value, Ask ask) {
   constexpr auto kCount = static_cast<std::int32_t>(kDistributionProperties.size());
@@ -83,8 +83,8 @@ std::int32_t BinomialProperty(std::int32_t n, double p, std::int32_t selector, d
   });
 }
 
-/// What the worksheet functions share. `kinds` are the distribution's parameters, the selector and
-/// x, which follow them; `compute` takes what was read, the selector's index, x and the place of
+/// The body of the worksheet functions. `kinds` are the kinds of the distribution's parameters, the
+/// selector and x; `compute` takes the arguments read, the selector's index, x and the place for
 /// the value.
 template <class Compute>
 XLOPER12* PropertyFunction(const char* name, std::string_view kinds,

@@ -35,7 +35,8 @@ OrFailure<DoubleMatrix> ReadBlock(const XLOPER12* argument) {
   return rows;
 }
 
-/// Has `use` make a matrix of the block, and shows it over the calling range.
+/// A worksheet function that shows, over the calling range, the matrix that `use` makes from the
+/// block.
 template <class Use>
 XLOPER12* OfBlock(const char* name, const XLOPER12* argument, Use use) noexcept {
   return WorksheetFunction(name, [&]() -> CellResult {
@@ -59,7 +60,7 @@ Eigendata Analyse(const DoubleMatrix& matrix, bool compute_vectors) {
 
 }  // namespace
 
-/// The eigenvalues, largest first, one below the other.
+/// The eigenvalues in a column, largest first.
 ZAV_EXPORT XLOPER12* ZavrelEigenvalues(const XLOPER12* matrix) {
   return OfBlock("ZavrelEigenvalues", matrix, [](const DoubleMatrix& rows) {
     DoubleMatrix column;
@@ -84,8 +85,8 @@ ZAV_EXPORT XLOPER12* ZavrelEigendata(const XLOPER12* matrix) {
   });
 }
 
-/// The scores of each observation, a row of the data, on the principal axes of the data as they
-/// are: neither centred nor scaled.
+/// The scores of the observations (the rows of the data) on the principal axes of the data, which
+/// are neither centred nor scaled.
 ZAV_EXPORT XLOPER12* ZavrelPCAScores(const XLOPER12* data) {
   return OfBlock("ZavrelPCAScores", data,
                  [](const DoubleMatrix& rows) { return matrix::PrincipalComponentScores(rows); });

@@ -1,5 +1,5 @@
 #pragma once
-// The tables that the build makes of functions.json.
+// The tables that the build makes from functions.json.
 
 #include <span>
 

@@ -11,18 +11,18 @@
 
 namespace zavrel {
 
-/// The 0/1 variable of a category: 1 where a cell's text is the category's but for letter case, 0
-/// where it is another. A number is compared by the host's own text for it, so that the category
-/// "2" marks the cells with the number 2. Every other cell is as in WithoutNumber.
+/// The 0/1 variable of a category: 1 for a cell whose text equals the category's in any letter
+/// case, 0 for a cell with another text. A number is compared by the host's text for it, so the
+/// category "2" matches cells with the number 2. For every other cell see WithoutNumber.
 class Indicator {
  public:
   explicit Indicator(std::u16string category) : category_(std::move(category)) {}
 
-  /// Uncalculated when the host, asked for a number's text, wants the call to end.
+  /// Uncalculated if the host, asked for a number's text, wants the call to end.
   OrFailure<VariableCell> Of(const SingleValue& cell);
 
  private:
-  /// A number by its bits, and whether its text is the category's.
+  /// The bits of a number, and whether its text matches the category's.
   struct KnownNumber {
     std::uint64_t bits;
     bool matches;
@@ -30,8 +30,9 @@ class Indicator {
   static constexpr std::size_t kKnownNumbers = 256;
 
   std::u16string category_;
-  // Numbers that stand for categories repeat: the host is asked once for each of a few hundred, not
-  // for every cell. A number has one place, which the latest one keeps.
+  // Numbers that stand for categories repeat, so the texts of up to kKnownNumbers numbers are
+  // remembered and the host is not asked for every cell. A number has one possible place, where it
+  // replaces an earlier number.
   std::array<std::optional<KnownNumber>, kKnownNumbers> known_{};
 };
 

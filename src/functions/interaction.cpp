@@ -15,7 +15,7 @@ constexpr std::size_t kMostPairs = 7;
 /// One variable of the product: numeric, or the indicator of a category.
 class Variable {
  public:
-  /// An empty category is none.
+  /// With an empty category the variable is numeric.
   Variable(const CellColumns& cells, const std::u16string& category) : cells_(cells) {
     if (!category.empty()) indicator_.emplace(category);
   }
@@ -33,7 +33,7 @@ class Variable {
   std::optional<Indicator> indicator_;
 };
 
-/// The first variable from the left without a number decides; else the product.
+/// The product of the variables in a row, or the cell of the leftmost variable without a number.
 OrFailure<VariableCell> Product(std::vector<Variable>& variables, std::size_t row) {
   double product = 1;
   for (Variable& variable : variables) {
@@ -47,11 +47,11 @@ OrFailure<VariableCell> Product(std::vector<Variable>& variables, std::size_t ro
 }  // namespace
 
 /// Up to seven pairs of a range and a category, two at least. With a category, the pair's variable
-/// is 1 where a cell's text is the category's and 0 where it is another (functions/indicator.h);
-/// with an empty one it is numeric, and a text or boolean is #VALUE!. Each row's cell is the
-/// product of its variables; a row without a number in some variable shows that of the leftmost
-/// such one, an empty cell or an error. Ranges of different lengths: #VALUE!. A pair whose range is
-/// left out counts for nothing.
+/// is 1 where a cell's text is the category's and 0 where it is another (functions/indicator.h).
+/// With an empty category it is numeric, and a text or boolean is #VALUE!. Each row's cell is the
+/// product of its variables. If variables have no number in the row, the cell is that of the
+/// leftmost one: empty or an error. Ranges of different lengths: #VALUE!. A pair whose range is
+/// left out is ignored.
 ZAV_EXPORT XLOPER12* ZavrelInteraction(const XLOPER12* range1, const XLOPER12* category1,
                                        const XLOPER12* range2, const XLOPER12* category2,
                                        const XLOPER12* range3, const XLOPER12* category3,

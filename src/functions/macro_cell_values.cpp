@@ -1,12 +1,12 @@
-// The worksheet functions through which a macro reads a range's cells into arrays of its own:
-// ZavGetCellValuesPrivate2, its two companions, and ZavGetCellValuesPrivate.
+// The worksheet functions that read a range's cells into a macro's arrays:
+// ZavGetCellValuesPrivate2, its Category and Numeric forms, and ZavGetCellValuesPrivate.
 //
-// All of them list the cells of a class in their order (of whole columns and rows the used part)
-// and return how many they are. #VALUE! for a class code that names none, for a text that is no
-// address or id, for an address that the session did not issue lately, for a VARIANT that must not
-// be written (macros/macro_arrays.h) and when memory does not suffice; the VARIANTs are then left
-// as they were, without memory empty. #REF! for cells that cannot be read, and while one that is
-// needed is not calculated yet; then nothing was touched and all stays arranged for the next call.
+// All list the cells of a class in their order (of whole columns and rows the used part) and return
+// their number. #VALUE! for an unknown class code, for a text that is not an address or id, for an
+// address that the session did not issue lately, for a VARIANT that must not be written
+// (macros/macro_arrays.h) and when memory runs out. The VARIANTs then stay as they were, or become
+// empty if memory ran out. #REF! for cells that cannot be read and while a cell is not calculated
+// yet; in that case nothing is changed, and everything stays arranged for the next call.
 #include "functions/macro_cell_values.h"
 
 #include <utility>
@@ -23,7 +23,7 @@
 namespace zavrel {
 namespace {
 
-/// Calls `use` with each cell's position, from 0.
+/// Calls `use` with the position, from 0, of each cell of the class.
 template <class Use>
 void ForEachOfClass(const ExcelData& data, CellClass cell_class, Use use) {
   const std::span<const CellTag> tags = data.cells().tags();
@@ -38,7 +38,7 @@ std::size_t CountListed(const ExcelData& data, CellClass cell_class) {
   return count;
 }
 
-/// Makes the elements that the cells of a class become.
+/// Makes the elements of a macro's array from the cells of a class.
 class ElementMaker {
  public:
   ElementMaker(const ExcelData& data, CellClass cell_class, std::size_t count)
@@ -98,7 +98,8 @@ CellResult Fill(const ExcelData& data, CellClass cell_class, const PendingCellVa
   return count;
 }
 
-/// Reads range and class, then has `fill` make the result from the data set and the class.
+/// A worksheet function that reads range and class; `fill` makes its result from the data set and
+/// the class.
 template <class Filler>
 XLOPER12* FromCells(const char* name, const XLOPER12* range, const XLOPER12* class_code,
                     Filler fill) noexcept {
@@ -110,7 +111,7 @@ XLOPER12* FromCells(const char* name, const XLOPER12* range, const XLOPER12* cla
                            });
 }
 
-/// `elements` says how the values become elements.
+/// elements() says what the cells become.
 template <class Elements>
 XLOPER12* FillByAddress(const char* name, const XLOPER12* range, const XLOPER12* class_code,
                         Elements elements, const char* values_address,
@@ -141,7 +142,8 @@ std::optional<CellResult> FillNextCellValues(const ExcelData& data, CellClass ce
   std::optional<PendingCellValues>& slot =
       Session::Current()->Kept<MacroHandshakes>().next_cell_values();
   if (!slot) return std::nullopt;
-  // Taken out first: what the macro's VARIANTs held may arrange something new when it is released.
+  // Taken out first: the release of the VARIANTs' old contents may run code that arranges something
+  // new.
   PendingCellValues wanted = *std::move(slot);
   slot.reset();
   CellResult result = Fill(data, cell_class, wanted);
@@ -149,8 +151,8 @@ std::optional<CellResult> FillNextCellValues(const ExcelData& data, CellClass ce
   return result;
 }
 
-/// The cells' values into one VARIANT and their positions in the range, from 1, into another; each
-/// of them only where its address is given.
+/// Writes the cells' values into one VARIANT and their positions in the range, from 1, into
+/// another. Either address may be left out.
 ZAV_EXPORT XLOPER12* ZavrelGetCellValuesPrivate2(const XLOPER12* range, const XLOPER12* class_code,
                                                  const char* values_address,
                                                  const char* indices_address) {
@@ -159,7 +161,7 @@ ZAV_EXPORT XLOPER12* ZavrelGetCellValuesPrivate2(const XLOPER12* range, const XL
       values_address, indices_address);
 }
 
-/// The cells' category names, as wide strings; `blank_name` for those without one.
+/// Writes the cells' category names as wide strings, `blank_name` for cells without one.
 ZAV_EXPORT XLOPER12* ZavrelGetCellValuesCategoryPrivate2(const XLOPER12* range,
                                                          const XLOPER12* class_code,
                                                          const char16_t* blank_name,
@@ -169,7 +171,7 @@ ZAV_EXPORT XLOPER12* ZavrelGetCellValuesCategoryPrivate2(const XLOPER12* range,
       [&] { return CategoryElements{blank_name == nullptr ? u"" : blank_name}; }, values_address);
 }
 
-/// The cells' numbers; `for_non_numbers` for those that hold none.
+/// Writes the cells' numbers, `for_non_numbers` for cells that do not hold one.
 ZAV_EXPORT XLOPER12* ZavrelGetCellValuesNumericPrivate2(const XLOPER12* range,
                                                         const XLOPER12* class_code,
                                                         double for_non_numbers,
@@ -179,8 +181,8 @@ ZAV_EXPORT XLOPER12* ZavrelGetCellValuesNumericPrivate2(const XLOPER12* range,
       [&] { return NumericElements{for_non_numbers}; }, values_address);
 }
 
-/// Into the arrays that a macro entered under the id, as it wanted. The entry is used up when they
-/// were written or could not be.
+/// Writes the arrays that a macro entered under the id, in the form that it chose. The entry is
+/// used up, whether writing succeeds or fails, unless a cell is not calculated yet.
 ZAV_EXPORT XLOPER12* ZavrelGetCellValuesPrivate(const XLOPER12* range, const XLOPER12* class_code,
                                                 const char* id) {
   return FromCells(

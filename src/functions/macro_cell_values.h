@@ -7,9 +7,10 @@
 
 namespace zavrel {
 
-/// What a macro has arranged for the next ZavGetCellValues: writes the cells of the class into its
-/// arrays and gives the call's result, their number, or #VALUE! when an array could not be written.
-/// The arrangement is used up then, whatever became of it. Nothing when there is none.
+/// Writes the cells of the class into the arrays that a macro has arranged for the next
+/// ZavGetCellValues. Returns the call's result: the number of cells, or #VALUE! if an array could
+/// not be written. The arrangement is used up in either case, but kept while a cell is not
+/// calculated yet. std::nullopt if there is none.
 std::optional<CellResult> FillNextCellValues(const ExcelData& data, CellClass cell_class);
 
 }  // namespace zavrel

@@ -1,6 +1,6 @@
-// Plain matrices for libraries of the suite, which are built with the same compiler: parameters and
-// results are DoubleMatrix values, failures the exceptions of diagnostics/vek_exception.h, which
-// their caller catches.
+// Plain matrices for libraries of the suite that are built with the same compiler. Parameters and
+// results are DoubleMatrix values; failures are the exceptions of diagnostics/vek_exception.h,
+// which the caller catches.
 #include "functions/association_matrix.h"
 #include "matrix/matrix_operations.h"
 #include "platform/export.h"

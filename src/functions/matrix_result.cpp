@@ -11,7 +11,7 @@
 namespace zavrel {
 namespace {
 
-/// The matrix in the upper left of `rows` x `columns`.
+/// The matrix in the upper left of an array of `rows` x `columns`.
 XXloper InArray(const DoubleMatrix& matrix, std::int32_t rows, std::int32_t columns) {
   XXloperArray array(rows, columns);
   const auto width = static_cast<std::size_t>(columns);

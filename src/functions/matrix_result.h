@@ -6,13 +6,13 @@
 
 namespace zavrel {
 
-/// All of a matrix; a double that stands for an error becomes that error. No rows or columns, or
+/// The whole matrix; a double that stands for an error becomes that error. No rows or columns, or
 /// more than a sheet has: #VALUE!.
 XXloper WholeMatrix(const DoubleMatrix& matrix);
 
-/// A matrix cut to the calling range, #N/A in the cells that are left over, at most 65535 x 256 of
-/// them. Called from a single cell or from none (as the argument of another function it is the same
-/// to Excel), all of it.
+/// The matrix cut to the calling range, with at most 65535 x 256 cells; #N/A in the cells outside
+/// the matrix. If the call comes from a single cell or not from a range (Excel does not distinguish
+/// the argument of another function), the whole matrix.
 XXloper MatrixForCaller(const DoubleMatrix& matrix);
 
 }  // namespace zavrel

@@ -1,13 +1,12 @@
-// Nonparametric tests: those of Mann and Whitney (ZavMW...), of Wilcoxon for one sample and for
-// pairs (ZavWSR..., ZavWSRPair...) and of Kruskal and Wallis (ZavKW...).
+// Nonparametric tests: Mann-Whitney (ZavMW...), Wilcoxon signed-rank for one sample and for pairs
+// (ZavWSR..., ZavWSRPair...) and Kruskal-Wallis (ZavKW...).
 //
-// Two companion libraries compute them; contracts/nonparametric_tests.h and
-// contracts/eutility.h say what. The functions are registered only where the first of
-// them is. Without the other, and with arguments that a library refuses, each is #VALUE!. Only
-// numbers are used.
+// Two companion libraries compute them, as contracts/nonparametric_tests.h and contracts/eutility.h
+// describe. The functions are registered only if the first library is present. Without the second
+// one, and for arguments that a library refuses, a function is #VALUE!. Only numbers are used.
 //
-// The functions over samples each show one number of the same ranks, so these are kept until a cell
-// changes.
+// Several functions over the same samples each show one number from the same ranks, so the ranks'
+// sums are kept until a cell changes.
 #include <bit>
 #include <cmath>
 #include <string>
@@ -37,7 +36,8 @@ CellResult PValueOrNone(double p_value) {
   return XXloper::Number(p_value);
 }
 
-/// A function whose body computes from the companions' functions and what was read.
+/// A worksheet function that computes its result with the companions' functions from the arguments
+/// read.
 template <class Compute>
 XLOPER12* FromCompanions(const char* name, const Reading& reading,
                          std::initializer_list<const XLOPER12*> arguments,
@@ -51,8 +51,8 @@ XLOPER12* FromCompanions(const char* name, const Reading& reading,
 
 bool AreSizes(const Parameters& read) { return read.integer(0) >= 1 && read.integer(1) >= 1; }
 
-/// A field of the record with this key and these data sets, which `compute` fills for (functions,
-/// sums) where it is not known yet; #VALUE! when it returns another code than NPT_OK.
+/// A field of the record with this key and these data sets. If the record is not known yet,
+/// compute(functions, sums) fills it; #VALUE! if that returns a code other than NPT_OK.
 template <class Compute>
 CellResult FieldOf(Field field, const std::string& key, const RankSumRecords::Serials& serials,
                    Compute compute) {
@@ -135,7 +135,7 @@ CellResult FromUtility(std::int16_t code, double value) {
   }
 }
 
-/// The whole number in front, and the groups that follow it, each an argument.
+/// A function of a whole number and of groups, each a further argument.
 template <class Compute>
 XLOPER12* KruskalWallis(const char* name, Arguments arguments, Compute compute) noexcept {
   constexpr std::string_view kNumberAndGroups = "LRRRRRRRRRRRRRRRRRRRRRRRRRRRRR";
@@ -160,7 +160,7 @@ XLOPER12* KruskalWallis(const char* name, Arguments arguments, Compute compute) 
   });
 }
 
-/// The sizes of groups, as the numbers of a range; nothing when one is no size.
+/// The sizes of groups in the numbers of a range; empty if a number is not a size.
 std::vector<std::int32_t> SizesIn(std::span<const double> numbers) {
   std::vector<std::int32_t> sizes;
   for (const double number : numbers) {
@@ -172,7 +172,7 @@ std::vector<std::int32_t> SizesIn(std::span<const double> numbers) {
 
 }  // namespace
 
-/// The largest number of differences whose p-value is exact.
+/// The largest number of differences for which the p-value is exact.
 ZAV_EXPORT XLOPER12* ZavrelWSRExactPValMaxSample() {
   return FromCompanions("ZavrelWSRExactPValMaxSample", Reading(""), {},
                         [](const auto& functions, const Parameters&) {
@@ -180,8 +180,8 @@ ZAV_EXPORT XLOPER12* ZavrelWSRExactPValMaxSample() {
                         });
 }
 
-/// The p-value of a rank sum of the positive among n differences other than 0, by an alternative 0
-/// (two-sided), -1 (less) or 1 (greater).
+/// The p-value of the rank sum of the positive differences among n that are not 0, for the
+/// alternative 0 (two-sided), -1 (less) or 1 (greater).
 ZAV_EXPORT XLOPER12* ZavrelWSRpValue(const XLOPER12* n, const XLOPER12* statistic,
                                      const XLOPER12* alternative) {
   return FromCompanions("ZavrelWSRpValue", Reading("LDL"), {n, statistic, alternative},
@@ -208,7 +208,7 @@ ZAV_EXPORT XLOPER12* ZavrelWSRPositive(const XLOPER12* sample, const XLOPER12* m
   return SignedRank("ZavrelWSRPositive", &RankSumRecord::rank_sum_2, sample, median);
 }
 
-// The same of the differences, sample 1 less sample 2, of the complete pairs.
+// The same for the differences, sample 1 minus sample 2, of the complete pairs.
 
 ZAV_EXPORT XLOPER12* ZavrelWSRPairTies(const XLOPER12* sample_1, const XLOPER12* sample_2,
                                        const XLOPER12* median) {
@@ -242,8 +242,8 @@ ZAV_EXPORT XLOPER12* ZavrelMWUsingNormalApproximation(const XLOPER12* size_1,
                         });
 }
 
-/// The p-value of the rank sum of sample 1, by an alternative 0 (two-sided), -1 (sample 1 tends to
-/// smaller values) or 1 (to greater ones).
+/// The p-value of the rank sum of sample 1, for the alternative 0 (two-sided), -1 (sample 1 tends
+/// to smaller values) or 1 (to greater ones).
 ZAV_EXPORT XLOPER12* ZavrelMWpValue(const XLOPER12* size_1, const XLOPER12* size_2,
                                     const XLOPER12* rank_sum, const XLOPER12* alternative) {
   return FromCompanions("ZavrelMWpValue", Reading("LLDL"), {size_1, size_2, rank_sum, alternative},
@@ -272,8 +272,9 @@ ZAV_EXPORT XLOPER12* ZavrelMWRankSum2(const XLOPER12* sample_1, const XLOPER12* 
 }
 
 /// An item of the test of two or more groups: 0 the statistic corrected for ties, 1 uncorrected, 2
-/// its degrees of freedom, 3 the number of values, 4 of groups of equal values, 5 the divisor that
-/// corrects for them, 100 + i the rank sum of group i. All values equal: item 0 is #DIV/0!.
+/// its degrees of freedom, 3 the number of values, 4 the number of groups of equal values, 5 the
+/// divisor that corrects for them, 100 + i the rank sum of group i. All values equal: item 0 is
+/// #DIV/0!.
 ZAV_EXPORT XLOPER12* ZavrelKWData(ZAV_THIRTY_PARAMETERS) {
   const std::array arguments = ZAV_THIRTY_ARGUMENTS;
   return KruskalWallis("ZavrelKWData", arguments, [](const auto& functions, auto... given) {
@@ -281,8 +282,8 @@ ZAV_EXPORT XLOPER12* ZavrelKWData(ZAV_THIRTY_PARAMETERS) {
   });
 }
 
-/// The p-value of the test by a method: 0 exact where there are few enough arrangements, else by
-/// chi-square; 1 chi-square; 2 exact, #NUM! where there are too many. All values equal: #DIV/0!.
+/// The p-value of the test by a method: 0 exact if there are few enough arrangements, otherwise
+/// chi-square; 1 chi-square; 2 exact, #NUM! if there are too many. All values equal: #DIV/0!.
 ZAV_EXPORT XLOPER12* ZavrelKWpValue(ZAV_THIRTY_PARAMETERS) {
   const std::array arguments = ZAV_THIRTY_ARGUMENTS;
   return KruskalWallis("ZavrelKWpValue", arguments, [](const auto& functions, auto... given) {
@@ -290,8 +291,8 @@ ZAV_EXPORT XLOPER12* ZavrelKWpValue(ZAV_THIRTY_PARAMETERS) {
   });
 }
 
-/// The method that ZavKWpValue's method 0 takes for groups of these sizes, the numbers of a range
-/// or array: 1 chi-square, 2 exact.
+/// The method that ZavKWpValue chooses under method 0 for groups of these sizes (the numbers of a
+/// range or array): 1 chi-square, 2 exact.
 ZAV_EXPORT XLOPER12* ZavrelKWpValueComputationMethod(const XLOPER12* sizes) {
   return FromCompanions("ZavrelKWpValueComputationMethod",
                         Reading("R", MissingDataPolicy::kNumbersOnly), {sizes},

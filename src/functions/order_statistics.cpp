@@ -1,7 +1,7 @@
 // The order statistics of one data set: ZavPercentile, ZavQuartile, ZavMedian.
 //
-// Each takes a percentile method as its last argument, -1 when it is not given; stats/target.h says
-// which textbook definition each code stands for.
+// The last argument of each is a percentile method, -1 if not given; stats/target.h gives the
+// textbook definition for each code.
 #include <cmath>
 
 #include "frame/worksheet_function.h"
@@ -21,7 +21,7 @@ std::int32_t MethodAt(std::size_t position, const Parameters& read) {
 
 }  // namespace
 
-/// The p-th percentile of the numbers. #VALUE! for a p outside 0..1, a method that there is not,
+/// The percentile of the numbers at probability p. #VALUE! for a p outside 0..1, an unknown method,
 /// and data without a number.
 ZAV_EXPORT XLOPER12* ZavrelPercentile(const XLOPER12* range, const XLOPER12* p,
                                       const XLOPER12* method) {
@@ -31,8 +31,8 @@ ZAV_EXPORT XLOPER12* ZavrelPercentile(const XLOPER12* range, const XLOPER12* p,
                            });
 }
 
-/// The minimum, the first quartile, the median, the third quartile or the maximum, by the quartile
-/// numbers 0 to 4; any other number, whole or not, is #VALUE!, as is what ZavPercentile refuses.
+/// The minimum, the first quartile, the median, the third quartile or the maximum, for the quartile
+/// numbers 0 to 4. #VALUE! for any other number, whole or not, and for what ZavPercentile refuses.
 ZAV_EXPORT XLOPER12* ZavrelQuartile(const XLOPER12* range, const XLOPER12* quartile,
                                     const XLOPER12* method) {
   return WorksheetFunction("ZavrelQuartile", kDataNumberMethod, {range, quartile, method},
@@ -44,7 +44,7 @@ ZAV_EXPORT XLOPER12* ZavrelQuartile(const XLOPER12* range, const XLOPER12* quart
                            });
 }
 
-/// The median: the percentile at p = 0.5, with ZavPercentile's errors.
+/// The median: the percentile at p = 0.5, with the errors of ZavPercentile.
 ZAV_EXPORT XLOPER12* ZavrelMedian(const XLOPER12* range, const XLOPER12* method) {
   return WorksheetFunction(
       "ZavrelMedian", kDataMethod, {range, method},

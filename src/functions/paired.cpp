@@ -1,10 +1,10 @@
 // Statistics of two ranges read as pairs: ZavPairCount ... ZavPairCountRange, and ZavCountRange.
 //
-// Row i of the first range goes with row i of the second, as far as both have rows. A pair counts
-// when both of its cells hold a number; the others are skipped, and the rows stay aligned. Whole
-// columns are read to their last used row; where two ranges cut down to their used parts need not
-// lie alike (several whole rows used to different columns, whole areas among several), no pair can
-// be told and the result is #VALUE!.
+// Row i of the first range is paired with row i of the second, as far as both have rows. A pair is
+// complete if both of its cells hold a number; other pairs are skipped, and the rows stay aligned.
+// Whole columns are read to their last used row. If two ranges were cut down to their used parts in
+// ways that may not match (several whole rows used to different columns, whole areas among
+// several), the rows cannot be paired and the result is #VALUE!.
 #include <limits>
 
 #include "bindings/target_computation.h"
@@ -22,7 +22,7 @@ namespace {
 
 Failure NoPair() { return Failure(ExcelError::kValue); }
 
-/// A moment of the paired differences, in the sample form.
+/// A worksheet function that shows a moment of the paired differences, in the sample form.
 XLOPER12* MomentOfDifferences(const char* name, StatisticId id, const XLOPER12* first,
                               const XLOPER12* second) noexcept {
   return WorksheetFunction(
@@ -47,8 +47,8 @@ XLOPER12* MeanOfQuotients(const char* name, Quotient quotient, const XLOPER12* f
       });
 }
 
-/// The range that four arguments from `first` on describe: low, high, low inclusive, high
-/// inclusive. A bound left out is the farthest finite number, a flag left out is true.
+/// The range in the four arguments from `first` on: low, high, low inclusive, high inclusive. An
+/// omitted bound is the farthest finite number, an omitted flag is true.
 NumericRange RangeFrom(const Parameters& read, std::size_t first) {
   constexpr double kFarthest = std::numeric_limits<double>::max();
   return {Bound{read.number_or(first, -kFarthest), read.boolean_or(first + 2, true)},
@@ -75,7 +75,7 @@ ZAV_EXPORT XLOPER12* ZavrelPairStdDev(const XLOPER12* first, const XLOPER12* sec
 }
 
 /// The median of the differences by a percentile method -1..5 (stats/target.h). No complete pair,
-/// any other method: #VALUE!.
+/// or any other method: #VALUE!.
 ZAV_EXPORT XLOPER12* ZavrelPairMedian(const XLOPER12* first, const XLOPER12* second,
                                       const XLOPER12* method) {
   return WorksheetFunction(
@@ -102,12 +102,12 @@ ZAV_EXPORT XLOPER12* ZavrelPairMeanQuotient(const XLOPER12* first, const XLOPER1
   return MeanOfQuotients("ZavrelPairMeanQuotient", Quotient::kPlain, first, second);
 }
 
-/// The same of the quotients' absolute values.
+/// The mean of the quotients' absolute values, with the same errors.
 ZAV_EXPORT XLOPER12* ZavrelPairMeanAbsQuotient(const XLOPER12* first, const XLOPER12* second) {
   return MeanOfQuotients("ZavrelPairMeanAbsQuotient", Quotient::kAbsolute, first, second);
 }
 
-/// How many numbers of the data lie between two bounds.
+/// The number of values in the data between two bounds.
 ZAV_EXPORT XLOPER12* ZavrelCountRange(const XLOPER12* data, const XLOPER12* low,
                                       const XLOPER12* high, const XLOPER12* low_inclusive,
                                       const XLOPER12* high_inclusive) {
@@ -117,7 +117,7 @@ ZAV_EXPORT XLOPER12* ZavrelCountRange(const XLOPER12* data, const XLOPER12* low,
       [](const Parameters& read) { return CountInRange(read.numbers(0), RangeFrom(read, 1)); });
 }
 
-/// How many complete pairs have their difference first - second between two bounds.
+/// The number of complete pairs whose difference first - second lies between two bounds.
 ZAV_EXPORT XLOPER12* ZavrelPairCountRange(const XLOPER12* first, const XLOPER12* second,
                                           const XLOPER12* low, const XLOPER12* high,
                                           const XLOPER12* low_inclusive,

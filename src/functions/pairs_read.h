@@ -1,5 +1,5 @@
 #pragma once
-// Two ranges read as pairs: row i of the first goes with row i of the second.
+// Two ranges read as pairs: row i of the first is paired with row i of the second.
 
 #include <algorithm>
 #include <span>

@@ -5,7 +5,7 @@
 
 namespace zavrel {
 
-/// Puts a cell's own value into an array; a blank or omitted one is an empty value.
+/// Puts a cell's value into an array; a blank or omitted cell becomes an empty value.
 inline void PutCell(XXloperArray& values, std::size_t index, const SingleValue& cell) {
   switch (cell.tag) {
     case CellTag::kNumber:

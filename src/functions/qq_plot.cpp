@@ -1,5 +1,5 @@
 // Columns of a normal quantile plot: ZavQQPlotStandardize, ZavQQPlotSort, ZavQQPlotZValue. Only
-// numbers are used; each column has a row for each of them.
+// numbers are used; each column has one row per number.
 #include "frame/worksheet_function.h"
 #include "functions/chart_column.h"
 #include "functions/distributions.h"
@@ -28,8 +28,8 @@ CellResult NormalQuantiles(std::size_t n, const SampleScale& scale) {
 
 }  // namespace
 
-/// z-scores in sheet order: (x - mean) / sample standard deviation. Not 1 to 65,535 numbers:
-/// #VALUE!; one or only equal ones: #DIV/0!.
+/// z-scores in sheet order: (x - mean) / sample standard deviation. No numbers, or more than
+/// 65,535: #VALUE!; one number or only equal ones: #DIV/0!.
 ZAV_EXPORT XLOPER12* ZavrelQQPlotStandardize(const XLOPER12* data) {
   return WorksheetFunction(
       "ZavrelQQPlotStandardize", kData, {data}, [](const Parameters& read) -> CellResult {
@@ -43,7 +43,7 @@ ZAV_EXPORT XLOPER12* ZavrelQQPlotStandardize(const XLOPER12* data) {
       });
 }
 
-/// The numbers in ascending order. Not 1 to 65,535 numbers: #VALUE!.
+/// The numbers in ascending order. No numbers, or more than 65,535: #VALUE!.
 ZAV_EXPORT XLOPER12* ZavrelQQPlotSort(const XLOPER12* data) {
   return WorksheetFunction(
       "ZavrelQQPlotSort", kData, {data}, [](const Parameters& read) -> CellResult {
@@ -54,9 +54,9 @@ ZAV_EXPORT XLOPER12* ZavrelQQPlotSort(const XLOPER12* data) {
 }
 
 /// The theoretical axis: normal quantiles at (i + 0.5) / n, i = 0 ... n - 1, with the data's mean
-/// and sample standard deviation, or with 0 and 1 when `standardized` is other than 0. Not 1 to
-/// 65,535 numbers, or the normal distribution not at hand: #VALUE!; for the data's own scale, one
-/// number or only equal ones: #DIV/0!.
+/// and sample standard deviation, or with 0 and 1 when `standardized` is other than 0. No numbers,
+/// more than 65,535, or no companion for the normal distribution: #VALUE!. On the data's own scale,
+/// one number or only equal ones: #DIV/0!.
 ZAV_EXPORT XLOPER12* ZavrelQQPlotZValue(const XLOPER12* data, const XLOPER12* standardized) {
   return WorksheetFunction("ZavrelQQPlotZValue", kDataAndFlag, {data, standardized},
                            [](const Parameters& read) -> CellResult {

@@ -1,6 +1,6 @@
 // Random numbers: ZavRand, and the same for macros.
 //
-// Every call draws from a generator of its own, seeded from the clock. Two calls within one tick of
+// Every call draws from a new generator that is seeded from the clock. Two calls within one tick of
 // the clock give the same number.
 #include <limits>
 
@@ -14,7 +14,7 @@
 namespace zavrel {
 namespace {
 
-// Excel shows #NUM! for a not-a-number.
+// Excel shows #NUM! for a NaN.
 constexpr double kFailed = std::numeric_limits<double>::quiet_NaN();
 
 double Draw() {
@@ -24,8 +24,8 @@ double Draw() {
 
 }  // namespace
 
-/// A random number, uniform in [0, 1) unless the sibling product's library makes another of it;
-/// another one at every recalculation.
+/// A random number, new at every recalculation: uniform in [0, 1), unless the sibling product's
+/// library draws it.
 ZAV_EXPORT double ZavrelRand() {
   return PlainFunction("ZavrelRand", kFailed, [] { return Draw(); });
 }

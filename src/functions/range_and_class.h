@@ -1,5 +1,5 @@
 #pragma once
-// The two arguments that the functions on classes of cells begin with.
+// The first two arguments of the functions on classes of cells.
 
 #include "frame/reading.h"
 
@@ -7,7 +7,7 @@ namespace zavrel {
 
 inline constexpr Reading kRangeAndClass("RL", MissingDataPolicy::kNumbersOnly);
 
-/// The class that the second argument names; #VALUE! for a code that names none.
+/// The class in the second argument; #VALUE! for an unknown code.
 inline OrFailure<CellClass> ClassIn(const Parameters& read) {
   const std::int32_t code = read.integer(1);
   if (code < 0 || code >= kCellClasses) return Failure(ExcelError::kValue);

@@ -1,5 +1,5 @@
 #pragma once
-// Ranks of the samples of nonparametric tests, kept for the functions that each show one number of
+// Rank sums of the samples of nonparametric tests, kept for the functions that each show one of
 // them.
 
 #include <array>
@@ -11,27 +11,26 @@
 
 namespace zavrel {
 
-/// The ties and the rank sums of a test, in the order in which its functions show them.
+/// The ties and the rank sums of a test.
 struct RankSumRecord {
   double ties = 0;                 // groups of equal values
-  double tie_correction_term = 0;  // sum of t^3 - t over these
-  double rank_sum_1 = 0;           // of sample 1, of the negative differences
-  double rank_sum_2 = 0;           // of sample 2, of the positive differences
+  double tie_correction_term = 0;  // sum of t^3 - t over these groups
+  double rank_sum_1 = 0;           // of sample 1, or of the negative differences
+  double rank_sum_2 = 0;           // of sample 2, or of the positive differences
 };
 
 /// The records of a session, found by a key that names the test, its arguments' references and its
-/// parameters. A record goes with the data sets that it was computed from and not with whatever the
-/// references hold later: it is found only for these very data sets, by their serials. Excel's main
-/// thread only.
+/// parameters. A record belongs to the data sets that it was computed from, whatever the references
+/// hold later: it is found only with the serials of these very data sets. Excel's main thread only.
 class RankSumRecords {
  public:
-  /// So many are kept; those go first that were used longest ago.
+  /// The most records kept; the least recently used are dropped first.
   static constexpr std::size_t kMost = 4096;
 
   /// The serials of the data sets; a test of one sample has 0 in the second place.
   using Serials = std::array<std::uint64_t, 2>;
 
-  /// Null when there is none for these data sets. It lives until the next change.
+  /// Null if there is no record for these data sets. The record lives until the next change.
   const RankSumRecord* Find(const std::string& key, const Serials& serials) {
     const Entry* entry = entries_.Use(key);
     return entry != nullptr && entry->serials == serials ? &entry->record : nullptr;

@@ -1,5 +1,5 @@
 #pragma once
-// A variable made of other variables: one column with a cell for each row.
+// A variable made from other variables: one column with a cell for each row.
 
 #include <cmath>
 #include <cstddef>
@@ -16,15 +16,15 @@ namespace zavrel {
 struct VariableCell {
   enum class Kind { kNumber, kEmpty, kError };
   Kind kind = Kind::kEmpty;
-  double number = 0;       // kNumber; one that is not finite shows as #NUM!
+  double number = 0;       // kNumber; shows as #NUM! if not finite
   std::int32_t error = 0;  // kError: Excel's code
 
   static VariableCell Number(double number) { return {Kind::kNumber, number}; }
   static VariableCell Error(std::int32_t code) { return {Kind::kError, 0, code}; }
 };
 
-/// What becomes of a cell that holds no number: an empty one stays empty, an error stays the same
-/// error, anything else is #VALUE!.
+/// The result for a cell that does not hold a number: an empty cell stays empty, an error stays the
+/// same, anything else becomes #VALUE!.
 inline VariableCell WithoutNumber(const SingleValue& cell) {
   switch (cell.tag) {
     case CellTag::kBlank:
@@ -37,9 +37,8 @@ inline VariableCell WithoutNumber(const SingleValue& cell) {
   }
 }
 
-/// The column of cell_of(0) ... cell_of(rows - 1). More rows than a sheet has give #VALUE!; no row
-/// at all, as of a blank whole column, an empty value. Whatever is computed on the way is computed
-/// in a floating-point environment of its own.
+/// The column of cell_of(0) ... cell_of(rows - 1), computed in a FloatingPointScope. More rows than
+/// a sheet has: #VALUE!. No rows, as for a blank whole column: an empty value.
 template <class CellOf>
 XXloper ResultColumn(std::size_t rows, CellOf cell_of) {
   if (rows > kExcelRows) return XXloper::Error(ExcelError::kValue);
@@ -63,7 +62,7 @@ XXloper ResultColumn(std::size_t rows, CellOf cell_of) {
   return std::move(column).Finish();
 }
 
-/// The same of cells that may be failures: the first one is the column's.
+/// The same for cells that may be failures: the first failure becomes the result.
 template <class CellOf>
 OrFailure<XXloper> ResultColumnOrFailure(std::size_t rows, CellOf cell_of) {
   std::optional<Failure> failure;

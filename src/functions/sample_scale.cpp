@@ -13,7 +13,7 @@ OrFailure<SampleScale> SampleScaleOf(ExcelData& data) {
   for (const double statistic : {scale.mean, scale.standard_deviation})
     if (std::isnan(statistic)) return Failure(ToExcelValue(statistic));
   const std::span<const double> sorted = data.SortedNumbers();
-  // The deviation alone does not tell: the rounding of the mean gives equal values one.
+  // The deviation alone is not enough: with a rounded mean, equal values can have one.
   if (scale.standard_deviation == 0 || sorted.front() == sorted.back())
     return Failure(ExcelError::kDiv0);
   return scale;

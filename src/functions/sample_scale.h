@@ -1,5 +1,5 @@
 #pragma once
-// The scale of a sample, by which it is compared with the normal distribution.
+// The scale of a sample, for comparison with the normal distribution.
 
 #include "data/excel_data.h"
 #include "excel/or_failure.h"

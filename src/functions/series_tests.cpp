@@ -1,6 +1,6 @@
 // Statistics of classical tests on one series: ZavLilliefors, ZavRunsTest, ZavDurbinWatson,
-// ZavAutocorrelation. Each takes the numbers of its data alone, in sheet order; the statistic is
-// all it gives.
+// ZavAutocorrelation. Each uses only the numbers of its data, in sheet order, and gives only the
+// statistic.
 #include <optional>
 
 #include "frame/worksheet_function.h"
@@ -34,8 +34,8 @@ CellResult Lilliefors(ExcelData& data) {
 
 }  // namespace
 
-/// The Lilliefors statistic for normality (stats/lilliefors.h). No number, or the normal
-/// distribution not at hand: #VALUE!; one number or only equal ones: #DIV/0!.
+/// The Lilliefors statistic for normality (stats/lilliefors.h). No number, or no companion for the
+/// normal distribution: #VALUE!; one number or only equal ones: #DIV/0!.
 ZAV_EXPORT XLOPER12* ZavrelLilliefors(const XLOPER12* series) {
   return WorksheetFunction("ZavrelLilliefors", kSeries, {series},
                            [](const Parameters& read) { return Lilliefors(read.data(0)); });
@@ -49,13 +49,13 @@ ZAV_EXPORT XLOPER12* ZavrelRunsTest(const XLOPER12* series, double cutoff) {
 }
 
 /// The Durbin-Watson statistic of residuals in time order (stats/durbin_watson.h). Fewer than two:
-/// #VALUE!; all of them 0: #DIV/0!; squares beyond a double: #NUM!.
+/// #VALUE!; all of them 0: #DIV/0!; squares that overflow: #NUM!.
 ZAV_EXPORT XLOPER12* ZavrelDurbinWatson(const XLOPER12* residuals) {
   return WorksheetFunction("ZavrelDurbinWatson", kSeries, {residuals},
                            [](const Parameters& read) { return DurbinWatson(read.numbers(0)); });
 }
 
-/// The autocorrelation at a lag from 0 to 250 (stats/autocorrelation.h). Another lag, one beyond
+/// The autocorrelation at a lag from 0 to 250 (stats/autocorrelation.h). Another lag, a lag beyond
 /// the series, or no number: #VALUE!; only equal numbers: #DIV/0!.
 ZAV_EXPORT XLOPER12* ZavrelAutocorrelation(const XLOPER12* series, std::int32_t lag) {
   constexpr std::int32_t kLastLag = 250;

@@ -1,4 +1,4 @@
-// Data sets made of parts of ranges and of several ranges: ZavDestack, ZavMulti.
+// Data sets from parts of ranges and from several ranges: ZavDestack, ZavMulti.
 #include <optional>
 #include <string>
 #include <utility>
@@ -14,8 +14,7 @@
 namespace zavrel {
 namespace {
 
-/// A category variable and the name that is asked for; nothing when either is left out or cannot be
-/// read.
+/// A category variable and the selected name; std::nullopt if either is left out or cannot be read.
 std::optional<StackedSelection::Condition> ConditionOf(const XLOPER12* categories,
                                                        const XLOPER12* name) {
   if (IsOmitted(categories)) return std::nullopt;
@@ -33,17 +32,18 @@ std::optional<std::string> HandleOf(std::optional<StackedSelection> selection) {
 
 enum class Order { kHost = 0, kByColumns = 1 };
 
-/// The cells of one area, array or value after the others, each in its place.
+/// Collects the cells of areas, arrays and values, one after another.
 class MultiRange {
  public:
   explicit MultiRange(Order order) : order_(order) {}
 
-  /// Cells that cannot be read: #REF!; too many, or in columns that nobody can tell: #VALUE!.
+  /// Cells that cannot be read: #REF!. Too many cells, or cells without known columns in column
+  /// order: #VALUE!.
   std::optional<Failure> Add(const XLOPER12& argument) {
     return ReadAreas(argument, [&](const auto& data) { return AddData(*data); });
   }
 
-  /// One column; of no cells an empty value.
+  /// All cells in one column; an empty value if there are none.
   XXloper Column() const {
     if (cells_.size() == 0) return XXloper::Nil();
     XXloperArray column(static_cast<std::int32_t>(cells_.size()), 1);
@@ -68,8 +68,8 @@ class MultiRange {
     return std::nullopt;
   }
 
-  /// Excel passes whole columns, where it is asked for values, as an array with all their cells: of
-  /// that the rows down to the last used one. (As a reference they are read so.)
+  /// The number of cells down to the last used row. If a function takes values, Excel passes whole
+  /// columns as an array of all their cells; whole columns in a reference have already been cut.
   static std::size_t UsedCells(const ExcelData& data) {
     const CellLayout& layout = data.layout();
     std::size_t count = data.size();
@@ -85,9 +85,9 @@ class MultiRange {
 }  // namespace
 
 /// The handle of a selection: the values of the rows that belong to a category, or to two. Every
-/// function that takes data takes it in the place of a range; there the data are read afresh.
-/// Excel shows #NUM! when an argument is missing or cannot be read; the second variable and its
-/// name go together. A handle from an earlier session: #REF! where it is used.
+/// function that takes data takes the handle in the place of a range and reads the data afresh.
+/// Excel shows #NUM! if an argument is missing or cannot be read; the second variable and its name
+/// must be given together. A function that gets a handle from an earlier session shows #REF!.
 ZAV_EXPORT const char* ZavrelDestack(const XLOPER12* values, const XLOPER12* categories1,
                                      const XLOPER12* name1, const XLOPER12* categories2,
                                      const XLOPER12* name2) {
@@ -103,10 +103,10 @@ ZAV_EXPORT const char* ZavrelDestack(const XLOPER12* values, const XLOPER12* cat
 }
 
 /// Several ranges as one data set, a column of all their cells: the areas of `range` as given, then
-/// `more`, a further range, an array or the result of this function. `order` 0 takes each area row
-/// by row, as Excel does, 1 column by column. Of whole columns and rows the used part is taken (of
-/// a whole sheet by order 0 only). Anything else, and more cells than a sheet has rows: #VALUE!;
-/// cells that cannot be read: #REF!.
+/// those of `more`, which may be a range, an array or the result of this function. `order` 0 takes
+/// each area row by row, as Excel does, 1 column by column. Of whole columns and rows the used part
+/// is taken (of a whole sheet only with order 0). Another order, no range, or more cells than a
+/// sheet has rows: #VALUE!; cells that cannot be read: #REF!.
 ZAV_EXPORT XLOPER12* ZavrelMultiRange(std::int16_t order, const XLOPER12* range,
                                       const XLOPER12* more) {
   return WorksheetFunction("ZavrelMultiRange", [&]() -> CellResult {

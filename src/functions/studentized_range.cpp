@@ -29,8 +29,8 @@ ZAV_EXPORT XLOPER12* ZavrelStudentizedRangeDist(const XLOPER12* q, const XLOPER1
       [](const Parameters& read) { return Compute(StudentizedRangeProbability, read); });
 }
 
-/// The q with this probability. df < 1, means < 2, p < 0, p >= 1, or a p that no q comes close to:
-/// #NUM!.
+/// The q with this probability. df < 1, means < 2, p < 0, p >= 1, or no q with a probability close
+/// to p: #NUM!.
 ZAV_EXPORT XLOPER12* ZavrelStudentizedRangeInv(const XLOPER12* p, const XLOPER12* df,
                                                const XLOPER12* means) {
   return WorksheetFunction(

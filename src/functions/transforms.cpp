@@ -1,7 +1,7 @@
-// Variables made of others: ZavStandardize, ZavLn, ZavPower, ZavLog, ZavDummy, ZavInteraction.
+// Variables made from others: ZavStandardize, ZavLn, ZavPower, ZavLog, ZavDummy.
 //
 // A function of a range gives one column with a cell for each cell of the range, in its order (of
-// whole columns and rows, of the used part). A failure stays in its own cell.
+// whole columns and rows, of the used part). A failure affects only its own cell.
 #include <cmath>
 
 #include "frame/macro_call.h"
@@ -18,7 +18,7 @@ namespace {
 
 constexpr Reading kRangeAndNumber("RD", MissingDataPolicy::kPositional);
 
-/// The column of `of_number` of each number of a range, the first argument.
+/// The column of of_number(x) for each number x of the range in the first argument.
 template <class OfNumber>
 XXloper EachNumber(const Parameters& read, OfNumber of_number) {
   const CellColumns& cells = read.data(0).cells();
@@ -49,8 +49,8 @@ ZAV_EXPORT XLOPER12* ZavrelStandardize(const XLOPER12* x, const XLOPER12* mean,
                            });
 }
 
-/// The same for macros: the quotient into `result`, whatever it is. Returns 0, 10 for a standard
-/// deviation of 0, 4 for an overflow; -11005 without a place for the result.
+/// The same for macros: stores the quotient in `result`, whatever it is. Returns 0, 10 for a
+/// standard deviation of 0, 4 for an overflow, -11005 without a place for the result.
 ZAV_EXPORT std::int16_t ZavrelStandardizeVB(double x, double mean, double standard_deviation,
                                             double* result) {
   return MacroStatus("ZavrelStandardizeVB", kNoNumberStatus, [&]() -> std::int16_t {
@@ -70,7 +70,7 @@ ZAV_EXPORT XLOPER12* ZavrelLn(const XLOPER12* x) {
   });
 }
 
-/// Each number of the range to the power of the exponent. What has no finite value: #NUM!.
+/// Each number of the range raised to the exponent. A power that is not finite: #NUM!.
 ZAV_EXPORT XLOPER12* ZavrelPower(const XLOPER12* range, const XLOPER12* exponent) {
   return WorksheetFunction(
       "ZavrelPower", kRangeAndNumber, {range, exponent}, [](const Parameters& read) {
@@ -80,7 +80,7 @@ ZAV_EXPORT XLOPER12* ZavrelPower(const XLOPER12* range, const XLOPER12* exponent
 }
 
 /// The logarithm of each number of the range, as ln x / ln base. A negative base: #VALUE! for every
-/// number; what has no finite value (x <= 0, base 1): #NUM!. To base 0, whose logarithm is
+/// number; a quotient that is not finite (x <= 0, base 1): #NUM!. To base 0, whose logarithm is
 /// infinite, every positive number has the logarithm 0.
 ZAV_EXPORT XLOPER12* ZavrelLog(const XLOPER12* range, const XLOPER12* base) {
   return WorksheetFunction("ZavrelLog", kRangeAndNumber, {range, base}, [](const Parameters& read) {
@@ -92,7 +92,7 @@ ZAV_EXPORT XLOPER12* ZavrelLog(const XLOPER12* range, const XLOPER12* base) {
   });
 }
 
-/// The 0/1 variable of a category (functions/indicator.h). A category that is left out: 0.
+/// The 0/1 variable of a category (functions/indicator.h). If the category is left out: 0.
 ZAV_EXPORT XLOPER12* ZavrelDummy(const XLOPER12* range, const XLOPER12* category) {
   const bool has_category = !IsOmitted(category);
   const Reading reading(has_category ? "RS" : "R", MissingDataPolicy::kPositional);

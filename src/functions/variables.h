@@ -1,5 +1,5 @@
 #pragma once
-// The variables that a function over several of them is given.
+// The variables in the arguments of a function over several variables.
 
 #include <memory>
 #include <optional>
@@ -14,23 +14,23 @@
 
 namespace zavrel {
 
-/// Columns of numbers, gaps as the missing-value marker, error cells with their codes. A range or
-/// array of several rows and columns is as many variables as it has columns; one row, a single
-/// value or several areas together are one variable each area. Of whole columns and rows the used
-/// part is taken; a whole sheet has no columns to tell and is refused.
+/// Columns of numbers, with the missing-value marker for gaps and error codes for error cells. An
+/// area of a reference, or an array, of several rows and columns has one variable per column; a
+/// single row or value is one variable. Of whole columns and rows the used part is taken; a whole
+/// sheet is refused, because its columns are not known.
 class Variables {
  public:
-  /// Those of all arguments; an omitted one has none.
+  /// The variables of all arguments; an omitted argument has none.
   static OrFailure<Variables> Of(Arguments arguments);
 
-  /// They live as long as this object.
+  /// The columns live as long as this object.
   std::span<const VariableColumn> columns() const { return columns_; }
 
  private:
   std::optional<Failure> Add(const std::shared_ptr<ExcelData>& data);
 
   std::vector<std::shared_ptr<ExcelData>> data_;  // whose numbers the columns view
-  std::vector<BlockArray<double>> gathered_;      // columns taken out of wider data
+  std::vector<BlockArray<double>> gathered_;      // columns copied out of wider data
   std::vector<VariableColumn> columns_;
 };
 

@@ -7,8 +7,8 @@
 
 namespace zavrel {
 
-/// The high word of the file version; 65535 when the library has no version resource. Open or not:
-/// it is what a macro asks before it asks for anything else.
+/// The high word of the file version; 65535 if the library has no version resource. It works
+/// whether or not the add-in is open, because a macro calls it before anything else.
 ZAV_EXPORT std::int32_t ZavrelFuncsVersion() {
   const std::int32_t version = MajorVersion();
   return PlainFunction("ZavrelFuncsVersion", version, [&] { return version; });

@@ -1,5 +1,5 @@
 #pragma once
-// Arrays for a macro: written into VARIANTs of its own, by their addresses.
+// Arrays for a macro, written into its VARIANTs by their addresses.
 
 #include <cstddef>
 #include <cstdint>
@@ -15,13 +15,13 @@
 
 namespace zavrel {
 
-/// The elements of an array, whose type says what kind of array the macro gets:
+/// The elements of an array. Their type decides which kind of array the macro gets:
 ///   cells     VARIANTs: a number VT_R8, a text VT_BSTR, a boolean VT_BOOL, an error VT_ERROR with
 ///             Excel's status, an integer VT_I2 (the nearest that fits), VT_EMPTY for blank cells
 ///   texts     wide strings (VT_BSTR)
 ///   doubles   VT_R8
 ///   integers  VT_I4
-/// Without elements the VARIANT becomes empty.
+/// std::monostate makes the VARIANT empty.
 using MacroElements =
     std::variant<std::monostate, std::vector<SingleValue>, std::vector<std::u16string>,
                  std::vector<double>, std::vector<std::int32_t>>;
@@ -33,21 +33,21 @@ struct MacroArray {
 
 inline constexpr std::size_t kMostMacroArrays = 2;
 
-/// Puts the arrays in the place of what the VARIANTs at their addresses hold, which goes. They are
-/// one-dimensional and count from 1, as a range's cells do for a macro; an array of no elements has
-/// the bounds 1 to 0.
+/// Replaces the contents of the VARIANTs at the addresses by the arrays and releases the old
+/// contents. The arrays are one-dimensional with lower bound 1, as macros count a range's cells; an
+/// array without elements has the bounds 1 to 0.
 ///
-/// False, and nothing is touched, when a VARIANT must not be written: it does not lie at a multiple
-/// of 8, whole in committed memory that can be written, and apart from the other one; or what it
-/// holds cannot go (no type of a VARIANT, an array that somebody keeps locked). Whether the address
-/// is a macro's at all is for the caller to know.
+/// Returns false and changes nothing if a VARIANT must not be written: its address is not a
+/// multiple of 8, it is not entirely in committed writable memory, it overlaps the other one, or
+/// its contents cannot be released (an unknown type, a locked array). The caller must make sure
+/// that the address came from a macro.
 ///
-/// Throws std::bad_alloc, and nothing is touched then. Writing no elements needs no memory.
+/// Throws std::bad_alloc, also without changing anything. Making VARIANTs empty needs no memory.
 bool WriteMacroArrays(std::span<const MacroArray> arrays);
 
-/// Lets `make` give the arrays their elements, and writes them; gives the call's failure: that of
-/// `make`, before anything is touched, or #VALUE!, when a VARIANT must not be written and when
-/// memory does not suffice, which leaves the VARIANTs empty.
+/// Calls `make` to set the elements of the arrays, then writes them. Returns the call's failure, if
+/// any: that of `make`, which leaves the VARIANTs unchanged, or #VALUE! if a VARIANT must not be
+/// written or memory runs out. If memory runs out, the VARIANTs become empty.
 std::optional<Failure> FillMacroArrays(std::span<MacroArray> arrays,
                                        FunctionRef<std::optional<Failure>()> make);
 

@@ -30,7 +30,7 @@ std::optional<std::uint64_t> MacroHandshakes::IssuedAddress(const char* text) co
 }
 
 std::string MacroHandshakes::Enter(PendingArrays arrays) {
-  // The counter alone tells ids of one session apart, the clocks those of different ones.
+  // The counter makes the id unique within a session, the clocks make it unique among sessions.
   std::string id = fmt::format("Time={}, TickCount={}, PerfCounter={}, counter={}",
                                static_cast<std::int32_t>(CalendarSeconds()),
                                static_cast<std::int32_t>(TickCountMilliseconds()),

@@ -1,11 +1,12 @@
 #pragma once
-// What a macro add-in has arranged for the worksheet calls that follow: into which of its VARIANTs
-// they are to write, and how.
+// A macro add-in's arrangements for the worksheet calls that follow: into which of its VARIANTs
+// they write, and how.
 //
-// A macro names a VARIANT in one of two ways. It asks for the VARIANT's address as a text and
-// passes that text to the worksheet function; or it enters its VARIANTs beforehand and passes the
-// id of the entry. The texts travel through formulas, where anybody can write any text: an address
-// counts only while it is among the latest that were issued, and an id only while its entry is.
+// A macro names a VARIANT in one of two ways. It gets the VARIANT's address as a text and passes
+// that text to the worksheet function, or it enters its VARIANTs beforehand and passes the id of
+// the entry. The texts pass through formulas, where a user can write any text. So an address is
+// accepted only while it is among the latest issued, and an id only while its entry is among the
+// latest.
 
 #include <cstddef>
 #include <cstdint>
@@ -18,27 +19,26 @@
 
 namespace zavrel {
 
-/// What becomes of a cell in a macro's array: the cell's own value ...
+/// The form of a cell in a macro's array: the cell's own value ...
 struct ValueElements {};
-/// ... its category name, or this name where it has none ...
+/// ... its category name, or this name if it has none ...
 struct CategoryElements {
   std::u16string blank_name;
 };
-/// ... its number, or this value where it is none.
+/// ... its number, or this value if it does not hold one.
 struct NumericElements {
   double for_non_numbers = 0;
 };
 using CellElements = std::variant<ValueElements, CategoryElements, NumericElements>;
 
-/// The VARIANTs that a range's cells of a class are to be written to, by their addresses; 0 where
-/// none is wanted.
+/// The addresses of the VARIANTs for the cells of a class; 0 if one is not wanted.
 struct PendingCellValues {
   CellElements elements{};
   std::uint64_t values = 0;
   std::uint64_t indices = 0;  // for the cells' positions in the range, from 1
 };
 
-/// The VARIANT that category names or positions are to be written to.
+/// The address of the VARIANT for category names or positions.
 struct PendingCategoryNames {
   std::uint64_t address = 0;
 };
@@ -46,11 +46,11 @@ struct PendingCategoryIndices {
   std::uint64_t address = 0;
 };
 
-/// What can be entered under an id; a kind for each family of functions that fills entries.
+/// What can be entered under an id; each family of functions that fills entries has a kind.
 using PendingArrays = std::variant<PendingCellValues, PendingCategoryNames, PendingCategoryIndices>;
 
-/// The address in a text: a whole decimal number of 64 bits with its sign, without anything before
-/// or behind it. An absent or empty text is 0, "no VARIANT"; nothing for every other text.
+/// The address in a text: a signed decimal integer of 64 bits, with nothing before or after it. An
+/// absent or empty text is 0, "no VARIANT"; std::nullopt for any other text.
 std::optional<std::uint64_t> AddressFromText(const char* text);
 /// The text of an address.
 std::string TextOfAddress(std::uint64_t address);
@@ -58,19 +58,20 @@ std::string TextOfAddress(std::uint64_t address);
 /// The arrangements of a session. Excel's main thread only.
 class MacroHandshakes {
  public:
-  /// So many addresses and so many entries are remembered; the oldest go first.
+  /// The most addresses, and the most entries, that are remembered; the oldest are dropped first.
   static constexpr std::size_t kRemembered = 1024;
 
   /// Issuing an address again makes it the latest.
   void Issue(std::uint64_t address) { issued_.Put(address, {}); }
   bool HasIssued(std::uint64_t address) const { return issued_.Find(address) != nullptr; }
-  /// The address in a text, 0 for none; nothing for another text, or when it was not issued.
+  /// The address in a text, 0 for none; std::nullopt if the text is not an address or the address
+  /// was not issued.
   std::optional<std::uint64_t> IssuedAddress(const char* text) const;
 
-  /// Enters the arrays and gives their id, which no other entry of the session has had.
+  /// Enters the arrays and returns their id, which is unique in the session.
   std::string Enter(PendingArrays arrays);
-  /// The entry of this kind under the id; null when there is none, or one of another kind. It lives
-  /// until the next change.
+  /// The entry of this kind under the id; null if there is none or it is of another kind. The entry
+  /// lives until the next change.
   template <class Kind>
   const Kind* Find(const std::string& id) const {
     const PendingArrays* entry = entries_.Find(id);
@@ -78,9 +79,9 @@ class MacroHandshakes {
   }
   void Remove(const std::string& id) { entries_.Remove(id); }
 
-  /// The arrays of the next call that reads cell values, entered without an id.
+  /// The arrays for the next call that reads cell values, arranged without an id.
   std::optional<PendingCellValues>& next_cell_values() { return next_cell_values_; }
-  /// The array of the next call for category names, for category positions; 0 for none.
+  /// The array for the next call for category names, or for category positions; 0 for none.
   std::uint64_t& next_category_names() { return next_category_names_; }
   std::uint64_t& next_category_indices() { return next_category_indices_; }
 

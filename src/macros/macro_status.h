@@ -5,8 +5,8 @@
 
 namespace zavrel {
 
-/// What entry points return whose result is no ordinary number, or that were given nothing they
-/// could read or write.
+/// Returned by entry points whose result is not an ordinary number, or whose arguments cannot be
+/// read or written.
 inline constexpr std::int16_t kNoNumberStatus = -11005;
 
 }  // namespace zavrel

@@ -166,7 +166,7 @@ TEST_CASE("what is too large is refused without being read") {
   const Reference nearly_everything(Area(1, kExcelRows - 1, 1, kExcelColumns - 1));
   CHECK(OutcomeOf({nearly_everything}) == ReadOutcome::kUnreadable);
   CHECK(excel.lookups == 0);
-  // The whole sheet: only a host that knows its used part can tell.
+  // The whole sheet can be read only from a host that knows its used part.
   const Reference everything(Area(0, kExcelRows - 1, 0, kExcelColumns - 1));
   CHECK(OutcomeOf({everything}) == ReadOutcome::kUnreadable);
   CHECK(excel.lookups == 1);
@@ -196,7 +196,7 @@ TEST_CASE("whole areas that come to too many cells together are refused") {
       CHECK(outcome(piece, size) == ReadOutcome::kRead);
     }
   }
-  // One that is known and grows.
+  // A known data set that grows.
   excel.Set(40, 0, 1.0);
   CHECK(outcome(a, 40) == ReadOutcome::kUnreadable);
   CHECK(outcome(a, 41) == ReadOutcome::kRead);
@@ -209,7 +209,7 @@ TEST_CASE("a data set is kept while its cells are the same, and replaced when on
   const Reference reference(Area(0, 39, 0, 0));
   auto data = Data({reference});
   CHECK(Data({reference}) == data);
-  // The same range by its sheet, and by a text form of its own.
+  // The same range, named by its sheet.
   const Reference on_sheet(FakeExcel::kCallingSheet, {Area(0, 39, 0, 0)});
   CHECK(Data({on_sheet}) == data);
 
@@ -229,7 +229,7 @@ TEST_CASE("a data set is kept while its cells are the same, and replaced when on
       CHECK(Data({reference}) == data);
     }
   }
-  // An unchanged neighbour of the same key costs nothing: the replaced ones are gone.
+  // The replaced data sets are gone.
   CHECK(SessionExcelDataCache()->size() == 1);
 }
 
@@ -282,7 +282,7 @@ TEST_CASE("arrays and values are told apart by content, not by their fingerprint
   CHECK(Data({row}) == Data({same}));
   CHECK(Shown({other}) == "1 3 2");
 
-  // Something else that stands under the very key.
+  // Another data set under the same key.
   const ArgumentPiece piece = ArgumentPiece::Of(row);
   CellColumns cells;
   cells.AppendBlanks(3);
@@ -348,7 +348,8 @@ TEST_CASE("cells that the host does not give") {
   }
   excel.answer = nullptr;
   CHECK(Data({reference}) == data);
-  // Asked for the calling sheet first: not to know it is no reason to stop, to be sent back is.
+  // The calling sheet is requested first. A host that cannot give it does not stop the reading; one
+  // that wants the call to return does.
   excel.lookups = 0;
   for (const int code : {xlretUncalced, xlretAbort}) {
     excel.conversion_code = code;

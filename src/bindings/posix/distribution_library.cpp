@@ -1,4 +1,4 @@
-// Linked into the add-in where there are no companion files.
+// Without companion files the functions are linked into the add-in.
 #include "bindings/distribution_library.h"
 
 namespace zavrel {

@@ -1,4 +1,4 @@
-// Automation exists on Windows only.
+// Automation exists only on Windows.
 #include "frame/calling_cell.h"
 
 namespace zavrel {

@@ -1,4 +1,4 @@
-// The announcement as the macro language makes it.
+// The announcement from the macro language.
 #include <windows.h>
 // The order matters: the automation types build on the basic ones.
 #include <oleauto.h>
@@ -13,7 +13,8 @@
 namespace zavrel {
 namespace {
 
-/// A macro's string in either of its two forms; see IsWideText. Ends at its first zero character.
+/// The text of a macro's string in either of its two forms (see IsWideText), up to its first zero
+/// character.
 std::u16string MacroText(BSTR text) {
   if (text == nullptr) return {};
   const std::string_view bytes(reinterpret_cast<const char*>(text), SysStringByteLen(text));

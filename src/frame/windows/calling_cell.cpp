@@ -9,7 +9,7 @@ std::optional<std::u16string> CallingCellFormula(void* excel_application) noexce
     auto* application = static_cast<IDispatch*>(excel_application);
     const auto caller = AutomationProperty(application, L"Caller");
     const auto formula = AutomationProperty(ObjectIn(caller), L"Formula");
-    // A formula array, which a range of several cells gives, is no text.
+    // A range of several cells gives an array of formulas, not a text.
     if (!formula || formula->get().vt != VT_BSTR) return std::nullopt;
     return std::u16string(BstrView(formula->get().bstrVal));
   } catch (...) {

@@ -1,4 +1,4 @@
-// ZavrelGetExceptionInfoVB: what a failure number stands for.
+// ZavrelGetExceptionInfoVB explains a failure number.
 #include "excel/wide_text.h"
 #include "frame/macro_call.h"
 #include "frame/session.h"
@@ -7,9 +7,9 @@
 
 namespace zavrel {
 
-/// Writes class name, place and composed message of a recorded failure into the strings that are
-/// given (wide; null ones are left out) and returns 1. Returns 0 and touches nothing when the
-/// number is not, or no longer, in the store.
+/// Writes class name, place and composed message of a recorded failure into the given strings
+/// (wide; null ones are skipped) and returns 1. Returns 0 and changes nothing if the number is not,
+/// or no longer, in the store.
 ZAV_EXPORT std::int32_t ZavrelGetExceptionInfoVB(std::uint32_t failure_number, BSTR* class_name,
                                                  BSTR* place, BSTR* message) {
   return MacroStatus<std::int32_t>("ZavrelGetExceptionInfoVB", 0, [&] {
@@ -17,7 +17,7 @@ ZAV_EXPORT std::int32_t ZavrelGetExceptionInfoVB(std::uint32_t failure_number, B
     if (session == nullptr) return 0;
     const auto failure = session->failures().Find(failure_number);
     if (!failure) return 0;
-    // All three are made before the first is handed over: without memory nothing is touched.
+    // All three are made before the first is handed over: if memory runs out, nothing is changed.
     OwnedBstr new_class = OwnedBstr::Wide(failure->class_name());
     OwnedBstr new_place = OwnedBstr::Wide(Utf16FromUtf8(failure->place()));
     OwnedBstr new_message = OwnedBstr::Wide(session->MessageOf(*failure));

@@ -1,5 +1,5 @@
-// What a macro calls before the worksheet functions that fill its arrays with category names and
-// positions. functions.json says in which form the strings travel.
+// The entry points that a macro calls before the worksheet functions that fill its arrays with
+// category names and positions. functions.json gives the form of the strings.
 #include "contracts/message_ids.h"
 #include "diagnostics/vek_exception.h"
 #include "excel/wide_text.h"
@@ -12,7 +12,7 @@
 namespace zavrel {
 namespace {
 
-/// The address of a macro's VARIANT that lasts beyond the call.
+/// The address of a macro's VARIANT, which must last beyond the call.
 std::uint64_t Wanted(const char* place, const VARIANT* array) {
   const std::uint64_t address = LastingAddress(array);
   if (address == 0) throw VekParameterError(place, messages::kMessageParameterError);
@@ -21,7 +21,7 @@ std::uint64_t Wanted(const char* place, const VARIANT* array) {
 
 using MakeId = OwnedBstr (*)(std::u16string_view text);
 
-/// Enters the array under a fresh id and hands it over; an empty one without an open session.
+/// Enters the array under a new id and hands the id over; without an open session it is empty.
 std::uint32_t Enter(const char* place, BSTR* id, MakeId make, auto make_pending) {
   return MacroCall(place, [&] {
     if (id == nullptr) throw VekParameterError(place, messages::kMessageParameterError);
@@ -36,8 +36,9 @@ std::uint32_t Enter(const char* place, BSTR* id, MakeId make, auto make_pending)
 
 }  // namespace
 
-/// The next ZavCategoryNames writes the names into `names`, strings in an array; its result is then
-/// their number. Returns 0, or the number of the failure; nothing is arranged then.
+/// Arranges that the next ZavCategoryNames writes the names into `names`, as an array of strings,
+/// and returns their number. Returns 0, or the number of the failure, after which nothing new is
+/// arranged.
 ZAV_EXPORT std::uint32_t ZavrelCategoryNamesGetArrayVB(const VARIANT* names) {
   return MacroCall("ZavrelCategoryNamesGetArrayVB", [&] {
     const std::uint64_t address = Wanted("ZavrelCategoryNamesGetArrayVB", names);
@@ -46,8 +47,7 @@ ZAV_EXPORT std::uint32_t ZavrelCategoryNamesGetArrayVB(const VARIANT* names) {
   });
 }
 
-/// As ZavrelCategoryNamesGetArrayVB, but for the ZavCategoryNamesPrivate call that passes the `id`
-/// which is handed out here (ANSI).
+/// The same for the ZavCategoryNamesPrivate call that passes the `id` handed out here (ANSI).
 ZAV_EXPORT std::uint32_t ZavrelCategoryNamesSetArrayPrivateVB(const VARIANT* names, BSTR* id) {
   constexpr const char* kPlace = "ZavrelCategoryNamesSetArrayPrivateVB";
   return Enter(kPlace, id, &OwnedBstr::Ansi,
@@ -61,8 +61,9 @@ ZAV_EXPORT std::uint32_t ZavrelCategoryNamesSetArrayPrivateWVB(const VARIANT* na
                [&] { return PendingCategoryNames{Wanted(kPlace, names)}; });
 }
 
-/// The next ZavCategoryIndices writes the positions, from 1, into `array`, integers of 32 bits; its
-/// result is then their number. Returns 0, or the number of the failure; nothing is arranged then.
+/// Arranges that the next ZavCategoryIndices writes the positions, from 1, into `array`, as an
+/// array of 32-bit integers, and returns their number. Returns 0, or the number of the failure,
+/// after which nothing new is arranged.
 ZAV_EXPORT std::uint32_t ZavrelCategoryIndicesSetArrayVB(const VARIANT* array) {
   return MacroCall("ZavrelCategoryIndicesSetArrayVB", [&] {
     const std::uint64_t address = Wanted("ZavrelCategoryIndicesSetArrayVB", array);
@@ -71,8 +72,7 @@ ZAV_EXPORT std::uint32_t ZavrelCategoryIndicesSetArrayVB(const VARIANT* array) {
   });
 }
 
-/// As ZavrelCategoryIndicesSetArrayVB, but for the ZavCategoryIndicesPrivate call that passes the
-/// `id` which is handed out here (ANSI).
+/// The same for the ZavCategoryIndicesPrivate call that passes the `id` handed out here (ANSI).
 ZAV_EXPORT std::uint32_t ZavrelCategoryIndicesSetArrayPrivateVB(const VARIANT* array, BSTR* id) {
   constexpr const char* kPlace = "ZavrelCategoryIndicesSetArrayPrivateVB";
   return Enter(kPlace, id, &OwnedBstr::Ansi,

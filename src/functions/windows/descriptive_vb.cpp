@@ -1,8 +1,8 @@
 // The summary statistics of an array, for macros: ZavrelMinVB ... ZavrelModeVB.
 //
-// Each returns 0 when the result is an ordinary number. Else it returns -11005 and the result holds
-// the code that stands for the reason (numbers/error_double.h): not computed for an array that
-// cannot be read. Without a place for the result it does nothing but return -11005.
+// Each returns 0 if the result is an ordinary number. Otherwise it returns -11005, and the result
+// holds the code for the reason (numbers/error_double.h), the not-computed code for an array that
+// cannot be read. Without a place for the result it only returns -11005.
 #include <algorithm>
 #include <cmath>
 
@@ -22,20 +22,20 @@ namespace {
 
 using Numbers = std::span<const double>;
 
-/// The frame of every member; `compute` makes the result of the array's numbers.
+/// The frame of every function; `compute` makes the result from the array's numbers.
 template <class Compute>
 std::int16_t OfArray(const char* name, SAFEARRAY** array, double* result,
                      Compute compute) noexcept {
   return MacroStatus(name, kNoNumberStatus, [&]() -> std::int16_t {
     if (result == nullptr) return kNoNumberStatus;
-    // Written last: the macro may have given one of the array's own elements.
+    // Written last: the result may be one of the array's own elements.
     const VbNumbers numbers(array);
     *result = numbers.ok() ? compute(numbers.values()) : ConditionDouble(kConditionNotComputed);
     return numbers.ok() && !IsErrorCoded(*result) ? std::int16_t{0} : kNoNumberStatus;
   });
 }
 
-/// Not-a-numbers are left out, as the moments leave them out.
+/// NaNs are left out, as they are in the moments.
 double ModeOfUnsorted(Numbers numbers, DiscreteSetting setting) {
   const auto copy = TryCopy(numbers);
   const auto scratch = TryAllocate(numbers.size());
@@ -71,8 +71,8 @@ ZAV_MOMENT_VB(ZavrelKurtosisPVB, kKurtosis, Form::kPopulation)
 ZAV_SINGLE_VB(ZavrelSumSqVB, kSumSq)
 ZAV_SINGLE_VB(ZavrelSumDevSqVB, kSumDevSq)
 
-/// `discrete`: -1 not given, so that the data's ties decide (a macro's True is -1 as well),
-/// 0 continuous data, else discrete.
+/// `discrete` is -1 for not given (as a macro's True is), so that the ties in the data decide, 0
+/// for continuous data, anything else for discrete data.
 ZAV_EXPORT std::int16_t ZavrelModeVB(SAFEARRAY** array, std::int16_t discrete, double* result) {
   const DiscreteSetting setting = discrete == -1  ? DiscreteSetting::kUnknown
                                   : discrete == 0 ? DiscreteSetting::kContinuous

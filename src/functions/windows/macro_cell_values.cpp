@@ -1,5 +1,5 @@
-// What a macro calls before and beside the worksheet functions that fill its arrays.
-// functions.json says in which form the strings travel.
+// The entry points that a macro calls before and beside the worksheet functions that fill its
+// arrays. functions.json gives the form of the strings.
 #include <utility>
 
 #include "contracts/message_ids.h"
@@ -18,8 +18,8 @@
 namespace zavrel {
 namespace {
 
-/// The text in a macro's VARIANT: a string, or what the system makes one of; empty for an empty or
-/// omitted one.
+/// The text in a macro's VARIANT: a string, or a value that the system converts to one; empty for
+/// an empty or omitted VARIANT.
 std::u16string TextIn(const char* place, const VARIANT* designator) {
   if (designator == nullptr) return {};
   const auto value = CopyOf(designator);
@@ -33,7 +33,8 @@ std::u16string TextIn(const char* place, const VARIANT* designator) {
   return std::u16string(BstrView(text.get().bstrVal));
 }
 
-/// The macro's VARIANTs. `values` has to be one that lasts; `indices` may be left out.
+/// The arrangement for a macro's VARIANTs. `values` must last beyond the call; `indices` may be
+/// left out.
 PendingCellValues Wanted(const char* place, CellElements elements, const VARIANT* values,
                          const VARIANT* indices = nullptr) {
   const std::uint64_t address = LastingAddress(values);
@@ -41,8 +42,8 @@ PendingCellValues Wanted(const char* place, CellElements elements, const VARIANT
   return {std::move(elements), address, LastingAddress(indices)};
 }
 
-/// Enters the arrays under a fresh id and hands it over. Without an open session the id is empty:
-/// it names no entry.
+/// Enters the arrays under a new id and hands the id over. Without an open session the id is empty,
+/// and there is no entry.
 void Enter(const char* place, PendingCellValues wanted, BSTR* id) {
   if (id == nullptr) throw VekParameterError(place, messages::kMessageParameterError);
   Session* session = Session::Current();
@@ -51,7 +52,7 @@ void Enter(const char* place, PendingCellValues wanted, BSTR* id) {
   OwnedBstr::Ansi(Utf16FromUtf8(handshakes.Enter(std::move(wanted)))).HandOver(id);
 }
 
-/// The category name of a range object's first cell; empty whatever stands in the way.
+/// The category name of a range object's first cell; empty after any failure.
 std::u16string NameOfFirstCell(const VARIANT* range) {
   const auto cell = FirstCellIn(range);
   if (!cell) return {};
@@ -63,9 +64,9 @@ std::u16string NameOfFirstCell(const VARIANT* range) {
 
 }  // namespace
 
-/// The address of the macro's VARIANT as a decimal text (ANSI), which the ...Private2 worksheet
-/// functions take: "0", which to them means that there is none, without a VARIANT that lasts beyond
-/// this call or while the add-in is not open.
+/// The address of the macro's VARIANT as a decimal text (ANSI) for the ...Private2 worksheet
+/// functions. "0", which they take as no VARIANT, if the VARIANT does not last beyond this call or
+/// the add-in is not open.
 ZAV_EXPORT BSTR VariantIdString(const VARIANT* variant) {
   return MacroStatus<BSTR>("VariantIdString", nullptr, [&] {
     Session* session = Session::Current();
@@ -76,9 +77,10 @@ ZAV_EXPORT BSTR VariantIdString(const VARIANT* variant) {
   });
 }
 
-/// The next ZavGetCellValues writes the cells' values into `values`, and into `indices`, where it
-/// is given, their positions in the range from 1; its result is then their number. Replaces what
-/// was arranged before. Returns 0, or the number of the failure; nothing is arranged then.
+/// Arranges that the next ZavGetCellValues writes the cells' values into `values` and, if `indices`
+/// is given, their positions in the range, from 1, into that; its result is then the number of
+/// cells. Replaces an earlier arrangement. Returns 0, or the number of the failure, after which
+/// nothing new is arranged.
 ZAV_EXPORT std::uint32_t ZavrelGetCellValuesSetArrayVB(const VARIANT* values,
                                                        const VARIANT* indices) {
   constexpr const char* kPlace = "ZavrelGetCellValuesSetArrayVB";
@@ -89,9 +91,8 @@ ZAV_EXPORT std::uint32_t ZavrelGetCellValuesSetArrayVB(const VARIANT* values,
   });
 }
 
-/// As ZavrelGetCellValuesSetArrayVB, but for the ZavGetCellValuesPrivate call that passes the `id`
-/// which is handed out here (ANSI). Returns 0, or the number of the failure; nothing is arranged
-/// then.
+/// The same for the ZavGetCellValuesPrivate call that passes the `id` handed out here (ANSI).
+/// Returns 0, or the number of the failure, after which nothing is arranged.
 ZAV_EXPORT std::uint32_t ZavrelGetCellValuesSetArrayPrivateVB(const VARIANT* values,
                                                               const VARIANT* indices, BSTR* id) {
   constexpr const char* kPlace = "ZavrelGetCellValuesSetArrayPrivateVB";
@@ -109,7 +110,7 @@ ZAV_EXPORT std::uint32_t ZavrelGetCellValuesCategorySetArrayPrivateVB(const VARI
   });
 }
 
-/// The same for the cells' numbers; `for_non_numbers` for cells that hold none.
+/// The same for the cells' numbers; `for_non_numbers` for cells that do not hold one.
 ZAV_EXPORT std::uint32_t ZavrelGetCellValuesNumericSetArrayPrivateVB(const VARIANT* values,
                                                                      double for_non_numbers,
                                                                      BSTR* id) {
@@ -118,15 +119,15 @@ ZAV_EXPORT std::uint32_t ZavrelGetCellValuesNumericSetArrayPrivateVB(const VARIA
       kPlace, [&] { Enter(kPlace, Wanted(kPlace, NumericElements{for_non_numbers}, values), id); });
 }
 
-/// The category name (ANSI) of a range object's first cell; empty when the argument holds no range
-/// object or its cell cannot be read.
+/// The category name (ANSI) of a range object's first cell; empty if the argument does not hold a
+/// range object or its cell cannot be read.
 ZAV_EXPORT BSTR ZavrelGetCellValueCategory(const VARIANT* range) {
   return MacroStatus<BSTR>("ZavrelGetCellValueCategory", nullptr,
                            [&] { return OwnedBstr::Ansi(NameOfFirstCell(range)).Release(); });
 }
 
-/// The same name as a wide string, with whatever the code page lacks. Returns 0, or the number of
-/// the failure when `name` could not be written.
+/// Writes the same name as a wide string, including characters that the code page lacks, into
+/// `name`. Returns 0, or the number of the failure if `name` could not be written.
 ZAV_EXPORT std::uint32_t ZavrelGetCellValueCategoryW(const VARIANT* range, BSTR* name) {
   constexpr const char* kPlace = "ZavrelGetCellValueCategoryW";
   return MacroCall(kPlace, [&] {

@@ -1,11 +1,10 @@
 // Matrices for macros: covariance and correlation, algebra, eigen-analysis, principal components.
 //
-// A macro declares matrices `ByRef a() As Double`, with two dimensions, observations or rows first;
-// arrays of another type, `Dim r() As Variant` among them, give VekInvalidDataType.
-// Entry points that return a number return 0, or the number of the failure, which
-// ZavrelGetExceptionInfoVB explains; what was to be written is then as it was. MatrixAddVB and its
-// kin return their matrix; in its place, on failure, an error value whose code is the failure's
-// number: `If IsError(c) Then number = CLng(c)`.
+// A macro declares matrices `ByRef a() As Double`, with two dimensions, observations or rows first.
+// Arrays of another type, such as `Dim r() As Variant`, give VekInvalidDataType. Entry points that
+// return a number return 0, or the number of the failure, which ZavrelGetExceptionInfoVB explains;
+// on failure the result is not written. MatrixAddVB and its kin return their matrix or, on failure,
+// an error value whose code is the failure's number: `If IsError(c) Then number = CLng(c)`.
 #include <array>
 #include <span>
 
@@ -32,8 +31,9 @@ DoubleMatrix MatrixIn(SAFEARRAY** array) { return MatrixFromVbArray(ArrayAt(arra
 constexpr std::int32_t kDone = 0;
 constexpr std::int32_t kUnusableSeries = 5;
 
-/// The measure of two series into `result`. 5: arrays that cannot be read, differ in length or have
-/// too few elements, no place for the result, or no memory; it is then as it was.
+/// Stores the measure of two series in `result` and returns 0. Returns 5 and stores nothing for
+/// arrays that cannot be read, differ in length or have too few elements, without a place for the
+/// result, or without memory.
 std::int32_t OfTwo(const char* name, PairOptions pair, SAFEARRAY** x, SAFEARRAY** y,
                    double* result) noexcept {
   return MacroStatus<std::int32_t>(name, kUnusableSeries, [&]() -> std::int32_t {
@@ -73,7 +73,7 @@ std::uint32_t AssociationInto(const char* name, const AssociationOptions& option
 
 // Algebra.
 
-/// What a function returns in the place of a matrix.
+/// The value that a function returns instead of a matrix.
 VARIANT FailureValue(std::uint32_t failure) {
   constexpr std::uint32_t kMacroError = 0x800A0000u;
   VARIANT variant;
@@ -101,7 +101,7 @@ std::uint32_t EigendataInto(const char* name, SAFEARRAY** matrix, VARIANT* value
     DoubleMatrix eigenvectors;
     matrix::eigendata_private(MatrixIn(matrix), eigenvalues, eigenvectors,
                               {.compute_vectors = vectors != nullptr, .descending = true});
-    // What may lack memory comes before anything is written.
+    // Everything that needs memory is made before anything is written.
     PreparedVector prepared(eigenvalues, values);
     if (vectors != nullptr) StoreMatrix(eigenvectors, vectors);
     prepared.HandOver();
@@ -110,22 +110,22 @@ std::uint32_t EigendataInto(const char* name, SAFEARRAY** matrix, VARIANT* value
 
 }  // namespace
 
-/// The sample covariance of two series of equal length, two elements at least.
+/// The sample covariance of two series of equal length, with at least two elements.
 ZAV_EXPORT std::int32_t ZavrelCovarianceVB(SAFEARRAY** x, SAFEARRAY** y, double* result) {
   return OfTwo("ZavrelCovarianceVB", {Measure::kCovariance, Form::kSample}, x, y, result);
 }
-/// The population covariance, of one element at least.
+/// The population covariance, with at least one element.
 ZAV_EXPORT std::int32_t ZavrelCovariancePVB(SAFEARRAY** x, SAFEARRAY** y, double* result) {
   return OfTwo("ZavrelCovariancePVB", {Measure::kCovariance, Form::kPopulation}, x, y, result);
 }
-/// Pearson's correlation coefficient, of one element at least. Without spread: the too-few code.
+/// Pearson's correlation coefficient, with at least one element. Without spread: the too-few code.
 ZAV_EXPORT std::int32_t ZavrelCorrelationCoeffVB(SAFEARRAY** x, SAFEARRAY** y, double* result) {
   return OfTwo("ZavrelCorrelationCoeffVB", {Measure::kCorrelation, Form::kPopulation}, x, y,
                result);
 }
 
-/// The covariance matrix of the columns of `data` (observations in rows) into `result`; the options
-/// are true when they are not 0. Without a place for the result it does nothing and returns 0.
+/// Stores the covariance matrix of the columns of `data` (observations in rows) in `result`. An
+/// option is true if it is not 0. Without a place for the result it does nothing and returns 0.
 ZAV_EXPORT std::uint32_t CalculateCovarianceMatrixVB(std::int32_t use_ranks,
                                                      std::int32_t sample_divisor,
                                                      std::int32_t listwise_deletion,
@@ -155,28 +155,28 @@ ZAV_EXPORT VARIANT MatrixMultiplyVB(SAFEARRAY** a, SAFEARRAY** b) {
 ZAV_EXPORT VARIANT MatrixInverseVB(SAFEARRAY** a) {
   return MatrixResult("MatrixInverseVB", [&] { return MatrixInverse(MatrixIn(a)); });
 }
-/// The determinant; the not-computed code on failure, which is recorded as every other.
+/// The determinant; on failure the not-computed code. The failure is recorded like every other.
 ZAV_EXPORT double MatrixDeterminantVB(SAFEARRAY** a) {
   double determinant = ConditionDouble(kConditionNotComputed);
   MacroCall("MatrixDeterminantVB", [&] { determinant = MatrixDeterminant(MatrixIn(a)); });
   return determinant;
 }
 
-/// The eigenvalues of a symmetric matrix, largest first, as a one-dimensional array.
+/// Stores the eigenvalues of a symmetric matrix, largest first, as a one-dimensional array.
 ZAV_EXPORT std::uint32_t CalculateEigenvaluesVB(SAFEARRAY** matrix, VARIANT* eigenvalues) {
   return EigendataInto("CalculateEigenvaluesVB", matrix, eigenvalues, nullptr);
 }
-/// Its eigenvectors, as columns in the same order.
+/// Stores its eigenvectors, as columns in the same order.
 ZAV_EXPORT std::uint32_t CalculateEigenvectorsVB(SAFEARRAY** matrix, VARIANT* eigenvectors) {
   return EigendataInto("CalculateEigenvectorsVB", matrix, nullptr, eigenvectors);
 }
-/// Both, each where there is a place for it.
+/// Stores both, each if there is a place for it.
 ZAV_EXPORT std::uint32_t CalculateEigendataVB(SAFEARRAY** matrix, VARIANT* eigenvalues,
                                               VARIANT* eigenvectors) {
   return EigendataInto("CalculateEigendataVB", matrix, eigenvalues, eigenvectors);
 }
-/// The principal-component scores of the rows of `data`, taken as they are. Without a place for
-/// them it does nothing and returns 0.
+/// Stores the principal-component scores of the rows of `data`, neither centred nor scaled. Without
+/// a place for them it does nothing and returns 0.
 ZAV_EXPORT std::uint32_t CalculatePCAScoresVB(SAFEARRAY** data, VARIANT* scores) {
   return MacroCall("CalculatePCAScoresVB", [&] {
     if (scores != nullptr) StoreMatrix(matrix::PrincipalComponentScores(MatrixIn(data)), scores);

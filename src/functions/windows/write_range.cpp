@@ -22,10 +22,10 @@ bool Refused(const ExcelResult& result) {
 
 }  // namespace
 
-/// Writes `values` into the range object in `range`, from its top left. A two-dimensional array of
-/// doubles or an array of any simple type, a one-dimensional array being one row. Returns 0, or the
-/// number of the failure, which ZavrelGetExceptionInfoVB explains; after a failure nothing was
-/// written.
+/// Writes `values` into the range object in `range`, from its top left. `values` is a
+/// two-dimensional array of doubles or an array of any simple type; a one-dimensional array is one
+/// row. Returns 0, or the number of the failure, which ZavrelGetExceptionInfoVB explains; after a
+/// failure nothing has been written.
 ZAV_EXPORT std::uint32_t ZavrelWriteRangeVB(const VARIANT* range, SAFEARRAY** values) {
   return MacroCall(kPlace, [&] {
     const auto target = RangeIn(range);

@@ -4,7 +4,7 @@
 
 namespace zavrel {
 
-// There is no macro on this system, and so there are no VARIANTs.
+// This system has no macros and so no VARIANTs.
 bool WriteMacroArrays(std::span<const MacroArray> arrays) {
   return std::all_of(arrays.begin(), arrays.end(),
                      [](const MacroArray& array) { return array.address == 0; });

@@ -8,18 +8,20 @@
 
 namespace zavrel {
 
-/// The array at a place that a macro passed; null for a place or an array that cannot be read,
-/// bounds included.
+/// The array at a place that a macro passed; null if the place, the array or its bounds cannot be
+/// read.
 SAFEARRAY* ArrayAt(SAFEARRAY** place);
 
-/// True for an array of 8-byte doubles, of whatever rank: only those are read and written as plain
+/// True for an array of 8-byte doubles of any rank: only these are read and written as plain
 /// memory.
 bool HoldsDoubles(SAFEARRAY* array);
 
-/// How many elements the bounds of the array promise; nothing when no memory holds so many.
+/// The number of elements according to the array's bounds; std::nullopt if memory cannot hold so
+/// many.
 std::optional<std::size_t> ElementCount(SAFEARRAY* array);
 
-/// True when an array of doubles has memory for all that its bounds promise, or promises nothing.
+/// True when an array of doubles has readable memory for all elements of its bounds, or no
+/// elements.
 bool HasItsElements(SAFEARRAY* array);
 
 }  // namespace zavrel

@@ -14,7 +14,7 @@ namespace {
 
 VARIANT* VariantAt(std::uint64_t address) { return reinterpret_cast<VARIANT*>(address); }
 
-/// The types of which a VARIANT can hold one, or an array.
+/// True for the types of which a VARIANT can hold a value or an array.
 bool IsVariantType(VARTYPE type) {
   switch (type) {
     case VT_I2:
@@ -45,14 +45,14 @@ bool IsVariantType(VARTYPE type) {
   }
 }
 
-/// What VariantClear would refuse, told before anything is touched: the system may leave a locked
-/// array behind in a VARIANT that it has already marked as empty.
+/// Checks beforehand whether VariantClear would succeed: if it fails, the system may leave a locked
+/// array in a VARIANT that it has already marked as empty.
 bool CanBeCleared(const VARIANT& variant) {
   constexpr VARTYPE kFlags = VT_ARRAY | VT_BYREF;
   if (variant.vt == VT_EMPTY || variant.vt == VT_NULL) return true;
   const auto type = static_cast<VARTYPE>(variant.vt & ~kFlags);
   if (!IsVariantType(type)) return false;
-  if ((variant.vt & VT_BYREF) != 0) return true;  // refers to what is somebody else's
+  if ((variant.vt & VT_BYREF) != 0) return true;  // the VARIANT does not own what it refers to
   if ((variant.vt & VT_ARRAY) == 0) return type != VT_VARIANT;
   const SAFEARRAY* array = variant.parray;
   return array == nullptr || (IsWritableMemory(array, sizeof *array) && array->cLocks == 0);
@@ -104,7 +104,7 @@ void SetElement(VARIANT& element, const SingleValue& cell) {
     }
     case CellTag::kBlank:
     case CellTag::kMissing:
-      break;  // a fresh element is empty
+      break;  // a new element is empty
   }
 }
 void SetElement(BSTR& element, const std::u16string& text) {
@@ -113,7 +113,8 @@ void SetElement(BSTR& element, const std::u16string& text) {
 void SetElement(double& element, double number) { element = number; }
 void SetElement(LONG& element, std::int32_t integer) { element = integer; }
 
-/// Makes an array in an empty VARIANT, which owns it while it is filled and if filling it fails.
+/// Makes an array in an empty VARIANT. The VARIANT owns the array while it is filled, even if
+/// filling fails.
 class ArrayMaker {
  public:
   explicit ArrayMaker(VARIANT& place) : place_(place) {}
@@ -148,8 +149,8 @@ bool WriteMacroArrays(std::span<const MacroArray> arrays) {
   for (std::size_t i = 0; i < arrays.size(); ++i) {
     if (arrays[i].address != 0) std::visit(ArrayMaker(*contents[i].address()), arrays[i].elements);
   }
-  // The old contents go last, when everything is in its place: one of the VARIANTs may be an
-  // element of what the other holds, and objects that go may run code of their own.
+  // The old contents are released last, when everything is in place: one VARIANT may be an element
+  // in the other's contents, and released objects may run code.
   for (std::size_t i = 0; i < arrays.size(); ++i) {
     if (arrays[i].address != 0) std::swap(*VariantAt(arrays[i].address), *contents[i].address());
   }

@@ -1,18 +1,18 @@
 #pragma once
-// What lies at an address that came from a macro.
+// Checks of the memory at an address that came from a macro.
 
 #include <cstddef>
 #include <cstdint>
 
 namespace zavrel {
 
-/// True when all of these bytes are memory that can be read; guard pages do not count.
+/// True when all of these bytes are readable memory; guard pages do not count.
 bool IsReadableMemory(const void* address, std::size_t size);
-/// True when they can be written as well.
+/// True when they are also writable.
 bool IsWritableMemory(const void* address, std::size_t size);
 
-/// True when a macro passed a place that takes a result: the rule for every pointer through which
-/// one is written.
+/// True when a result can be written to a place that a macro passed. Every pointer for a result
+/// must be checked so.
 template <class Result>
 bool IsPlaceFor(const Result* place) {
   return IsWritableMemory(place, sizeof(Result));

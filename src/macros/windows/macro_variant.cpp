@@ -21,7 +21,7 @@ const VARIANT* FollowReference(const VARIANT* variant) {
 
 std::optional<OwnedVariant> CopyOf(const VARIANT* variant) {
   const VARIANT* own = FollowReference(variant);
-  // The system's function follows a reference wherever it leads.
+  // The system's function follows a reference to any address.
   if (own == nullptr || (IsReference(*own) && !IsReadableMemory(own->byref, sizeof(LONGLONG))))
     return std::nullopt;
   OwnedVariant copy;

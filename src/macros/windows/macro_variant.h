@@ -1,6 +1,6 @@
 #pragma once
-// The VARIANTs that a macro passes to an entry point. It declares them ByRef, or by value, which
-// looks the same from here: the address of a VARIANT arrives.
+// The VARIANTs that a macro passes to an entry point. Declared ByRef or by value, they arrive in
+// the same way: as the address of a VARIANT.
 
 #include <cstdint>
 
@@ -8,16 +8,16 @@
 
 namespace zavrel {
 
-/// The VARIANT itself: one that a macro passes by reference (VT_BYREF | VT_VARIANT) is followed
-/// once. Null for an address without a VARIANT.
+/// The VARIANT itself: a reference to one (VT_BYREF | VT_VARIANT) is followed once. Null for an
+/// address without a VARIANT.
 const VARIANT* FollowReference(const VARIANT* variant);
 
-/// A copy of what the VARIANT, followed, holds or refers to; nothing when it holds nothing that can
-/// be copied.
+/// A copy of the contents of the VARIANT, with references followed; std::nullopt if they cannot be
+/// copied.
 std::optional<OwnedVariant> CopyOf(const VARIANT* variant);
 
-/// The address under which a worksheet call can write to the macro's VARIANT later; 0 when there is
-/// none that lasts. A reference to anything but a VARIANT is made for this one call.
+/// The address at which a later worksheet call can write to the macro's VARIANT; 0 if the VARIANT
+/// does not last. A VARIANT that refers to anything but a VARIANT exists only for this call.
 std::uint64_t LastingAddress(const VARIANT* variant);
 
 }  // namespace zavrel

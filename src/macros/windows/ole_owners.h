@@ -1,5 +1,5 @@
 #pragma once
-// Owners of what OLE Automation hands out: nothing leaks on any path.
+// Owners of OLE Automation's resources, so that nothing leaks on any path.
 
 #include <windows.h>
 // The order matters: the automation types build on the basic ones.
@@ -14,7 +14,7 @@
 
 namespace zavrel {
 
-/// A VARIANT that is cleared when its owner ends.
+/// A VARIANT that is cleared at the end of its lifetime.
 class OwnedVariant {
  public:
   OwnedVariant() { VariantInit(&variant_); }
@@ -32,17 +32,17 @@ class OwnedVariant {
   VARIANT variant_;
 };
 
-/// Owns a fresh automation string until it is handed over. Throws std::bad_alloc when it cannot be
+/// Owns a new automation string until it is handed over. Throws std::bad_alloc if it cannot be
 /// made.
 class OwnedBstr {
  public:
-  /// Wide text, as VARIANTs and Automation's own strings hold it.
+  /// Wide text, as in VARIANTs and in Automation's own strings.
   static OwnedBstr Wide(std::u16string_view text) {
     return OwnedBstr(SysAllocStringLen(reinterpret_cast<const OLECHAR*>(text.data()),
                                        static_cast<UINT>(text.size())));
   }
-  /// Bytes of the ANSI code page, as a macro's `As String` exchanges them. What the code page lacks
-  /// becomes its substitute, as a rule "?".
+  /// Bytes of the ANSI code page, as for a macro's `As String`. A character that the code page
+  /// lacks becomes a substitute, usually "?".
   static OwnedBstr Ansi(std::u16string_view text);
 
   OwnedBstr(const OwnedBstr&) = delete;
@@ -51,7 +51,7 @@ class OwnedBstr {
   ~OwnedBstr() { SysFreeString(text_); }
 
   BSTR Release() { return std::exchange(text_, nullptr); }
-  /// Puts the string in the caller's place, whose old one goes; a null place is left alone.
+  /// Puts the string into the caller's place and frees the old one; a null place is ignored.
   void HandOver(BSTR* place) {
     if (place == nullptr) return;
     SysFreeString(*place);
@@ -66,7 +66,7 @@ class OwnedBstr {
   BSTR text_;
 };
 
-/// Keeps a SAFEARRAY locked; a null or unlockable array gives a lock that is not ok().
+/// Keeps a SAFEARRAY locked. The lock of a null or unlockable array is not ok().
 class SafeArrayLock {
  public:
   explicit SafeArrayLock(SAFEARRAY* array)
@@ -103,21 +103,21 @@ class OwnedArray {
   SAFEARRAY* array_;
 };
 
-/// The system's functions take what they only read without const.
+/// The system's functions take non-const pointers to VARIANTs that they only read.
 inline VARIANT* Unconst(const VARIANT& variant) { return const_cast<VARIANT*>(&variant); }
 
-/// The text of a wide BSTR; a null one is empty.
+/// The text of a wide BSTR; empty for null.
 inline std::u16string_view BstrView(BSTR text) {
   return {reinterpret_cast<const char16_t*>(text), text == nullptr ? 0 : SysStringLen(text)};
 }
 
-/// The locale that late-bound calls name. Excel refuses one whose language pack it does not have,
-/// such as a German user's in an English Excel; it always knows this one.
+/// The locale for late-bound calls. Excel refuses a locale whose language pack it does not have,
+/// such as a German user's in an English Excel; it always has this one.
 inline constexpr LCID kCallLocale =
     MAKELCID(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), SORT_DEFAULT);
 
-/// The value of a property of an automation object, by name; nothing when the object has none,
-/// fails or is null.
+/// The value of a property of an automation object, by name; std::nullopt if the object is null,
+/// fails or does not have the property.
 inline std::optional<OwnedVariant> AutomationProperty(IDispatch* object, const wchar_t* name) {
   if (object == nullptr) return std::nullopt;
   DISPID id = 0;
@@ -132,12 +132,12 @@ inline std::optional<OwnedVariant> AutomationProperty(IDispatch* object, const w
   return result;
 }
 
-/// The object that such a property holds; nothing when it holds none.
+/// The object that such a property holds; null if it does not hold one.
 inline IDispatch* ObjectIn(const std::optional<OwnedVariant>& property) {
   return property && property->get().vt == VT_DISPATCH ? property->get().pdispVal : nullptr;
 }
 
-/// A whole number from such a property; nothing when it is none.
+/// The value of such a property as an integer; std::nullopt if it cannot be converted.
 inline std::optional<long> IntegerIn(const std::optional<OwnedVariant>& property) {
   if (!property) return std::nullopt;
   OwnedVariant number;

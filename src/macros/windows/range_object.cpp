@@ -6,7 +6,7 @@
 namespace zavrel {
 namespace {
 
-/// The sheet of a range object, which the C API names "[Book]Sheet".
+/// The id of a range object's sheet, which is "[Book]Sheet" in the C API.
 std::optional<std::uint64_t> SheetOf(IDispatch* range) {
   const auto sheet = AutomationProperty(range, L"Worksheet");
   const auto sheet_name = AutomationProperty(ObjectIn(sheet), L"Name");
@@ -25,7 +25,8 @@ long CountOf(IDispatch* range, const wchar_t* what) {
   return IntegerIn(AutomationProperty(ObjectIn(counted), L"Count")).value_or(0);
 }
 
-/// So many rows and columns from the range object's first cell on, which Excel counts from 1.
+/// The area of `rows` and `columns` that starts at the range object's first cell. The object counts
+/// from 1.
 std::optional<XLREF12> AreaFrom(IDispatch* range, long rows, long columns) {
   const long row = IntegerIn(AutomationProperty(range, L"Row")).value_or(0);
   const long column = IntegerIn(AutomationProperty(range, L"Column")).value_or(0);

@@ -15,12 +15,12 @@ struct SheetArea {
   XLREF12 area{};
 };
 
-/// The cells of the range object in a macro's VARIANT. Nothing when it holds no range object, or
-/// one of several areas.
+/// The cells of the range object in a macro's VARIANT; std::nullopt if it does not hold one, or one
+/// with several areas.
 std::optional<SheetArea> RangeIn(const VARIANT* designator);
 
-/// The first cell of the range object in a macro's VARIANT, however many areas it has; nothing when
-/// it holds no range object.
+/// The first cell of the range object in a macro's VARIANT, however many areas it has; std::nullopt
+/// if it does not hold a range object.
 std::optional<SheetArea> FirstCellIn(const VARIANT* designator);
 
 }  // namespace zavrel

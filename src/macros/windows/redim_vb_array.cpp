@@ -23,7 +23,7 @@ constexpr const char* kPlace = "ReDimVbArray";
   throw VekInvalidDataType(kPlace, messages::kMessageInvalidDataType);
 }
 
-/// A new array, if there was memory for one.
+/// Owns a new array; throws if there was no memory for it.
 OwnedArray Made(SAFEARRAY* array) {
   if (array == nullptr) ThrowService();
   return OwnedArray(array);
@@ -34,7 +34,7 @@ ULONG CountOf(std::size_t count) {
   return static_cast<ULONG>(count);
 }
 
-/// The system allocated the array and may free it or give it another size.
+/// True when the system allocated the array, may free or resize it, and it is not locked.
 bool IsOurs(SAFEARRAY* array) {
   constexpr USHORT kBound = FADF_AUTO | FADF_STATIC | FADF_EMBEDDED | FADF_FIXEDSIZE;
   return (array->fFeatures & kBound) == 0 && array->cLocks == 0;
@@ -42,7 +42,7 @@ bool IsOurs(SAFEARRAY* array) {
 
 bool IsEmpty(const DoubleMatrix& matrix) { return matrix.empty() || matrix[0].empty(); }
 
-/// Column by column.
+/// Writes the elements column by column.
 void Fill(const DoubleMatrix& matrix, SAFEARRAY* array) {
   const SafeArrayLock lock(array);
   if (!lock.ok()) ThrowService();
@@ -53,8 +53,8 @@ void Fill(const DoubleMatrix& matrix, SAFEARRAY* array) {
 }
 
 OwnedArray NewArray(const DoubleMatrix& matrix, LONG lower_bound) {
-  // The first dimension of a macro's array is the first bound here; the system stores them the
-  // other way round.
+  // The first bound here is the first dimension of the macro's array; the system stores the bounds
+  // in reverse order.
   SAFEARRAYBOUND bounds[] = {{CountOf(matrix.size()), lower_bound},
                              {CountOf(matrix[0].size()), lower_bound}};
   OwnedArray array = Made(SafeArrayCreate(VT_R8, 2, bounds));
@@ -69,15 +69,15 @@ void CheckShape(const DoubleMatrix& matrix) {
   }
 }
 
-/// A VARIANT of a macro's that may be written: its own, and where it holds or refers to an array of
-/// doubles the place of that.
+/// A macro's VARIANT that may be written and, if it holds or refers to an array of doubles, the
+/// place of the array.
 struct Target {
   VARIANT& variant;
   SAFEARRAY** array = nullptr;
 };
 
-/// Throws for an array that cannot be given up for another. The type in a VARIANT may say doubles
-/// where the array holds something else.
+/// Throws for an array that cannot be replaced by another. With `of_doubles` the array itself is
+/// checked too: the type in a VARIANT may say doubles although the array holds something else.
 void RequireReplaceable(SAFEARRAY** place, bool of_doubles) {
   if (*place == nullptr) return;
   SAFEARRAY* const array = ArrayAt(place);
@@ -85,8 +85,8 @@ void RequireReplaceable(SAFEARRAY** place, bool of_doubles) {
   if (!IsOurs(array)) ThrowService();
 }
 
-/// Checked before anything is touched: the system may leave a locked array behind in a VARIANT that
-/// it has already marked as empty.
+/// Checks everything beforehand: the system may leave a locked array in a VARIANT that it has
+/// already marked as empty.
 Target TargetOf(const VARIANT* given) {
   auto* variant = const_cast<VARIANT*>(FollowReference(given));
   if (!IsPlaceFor(variant)) ThrowUnfit();
@@ -94,7 +94,7 @@ Target TargetOf(const VARIANT* given) {
   if (variant->vt == (VT_ARRAY | VT_R8)) target.array = &variant->parray;
   if (variant->vt == (VT_ARRAY | VT_R8 | VT_BYREF) && IsPlaceFor(variant->pparray))
     target.array = variant->pparray;
-  // A variable of another type could not take an array.
+  // A variable of another type cannot hold an array of doubles.
   if ((variant->vt & VT_BYREF) != 0 && target.array == nullptr) ThrowUnfit();
   if (target.array != nullptr) {
     RequireReplaceable(target.array, true);
@@ -104,7 +104,7 @@ Target TargetOf(const VARIANT* given) {
   return target;
 }
 
-/// A new array in the place of what the VARIANT holds.
+/// Replaces the contents of the VARIANT by the array.
 void Replace(VARIANT& variant, OwnedArray array) {
   if (FAILED(VariantClear(&variant))) ThrowService();
   variant.vt = VT_ARRAY | VT_R8;

@@ -8,27 +8,26 @@
 
 namespace zavrel {
 
-/// Lower bound of every array that a macro gets.
+/// The lower bound of every array that a macro gets.
 inline constexpr LONG kLowerBound = 1;
 
-/// Puts the matrix into the caller's array: one of doubles with two dimensions and as many rows
-/// keeps its memory and gets as many columns; otherwise a new array takes its place. Stored column
-/// by column, as the macro language does. A matrix without elements leaves everything as it is.
+/// Writes the matrix into the caller's array, column by column, as the macro language stores it. An
+/// array with two dimensions and the same number of rows is kept and gets the matrix's number of
+/// columns; any other array of doubles is replaced by a new one. A matrix without elements changes
+/// nothing.
 ///
-/// Throws VekArraySizeError when a service of the system fails (an array that is locked, that
-/// cannot change its size or whose data were not allocated by the system, no memory),
-/// VekInvalidDataType for an array of another type of element, and leaves the caller's array as it
-/// was.
+/// Throws VekArraySizeError when a service of the system fails (the array is locked, cannot be
+/// resized or was not allocated by the system, or there is no memory) and VekInvalidDataType for an
+/// array of another type; then the caller's array is as it was.
 void ReDimVbArray(const DoubleMatrix& matrix, SAFEARRAY** array, LONG lower_bound);
 
-/// The same into a macro's VARIANT: into the array that it holds or refers to, if it is one of
-/// doubles; else in the place of what it holds. VekInvalidDataType when it refers to a variable of
-/// another type.
+/// The same for a macro's VARIANT: writes into the array of doubles that it holds or refers to, or
+/// else replaces its contents. VekInvalidDataType if it refers to a variable of another type.
 void StoreMatrix(const DoubleMatrix& matrix, VARIANT* variant);
 
-/// Numbers as a one-dimensional array of doubles, to go into the place of what a VARIANT holds or
-/// refers to. Making it throws all that StoreMatrix would, while nothing is written yet; handing it
-/// over needs no memory. No numbers or no VARIANT: there is nothing to hand over.
+/// A one-dimensional array of doubles that is to replace what a VARIANT holds or refers to. The
+/// constructor throws what StoreMatrix would and writes nothing; HandOver() needs no memory.
+/// Without numbers or a VARIANT, HandOver() does nothing.
 class PreparedVector {
  public:
   PreparedVector(std::span<const double> numbers, VARIANT* variant);
@@ -39,7 +38,8 @@ class PreparedVector {
   VARIANT* variant_ = nullptr;
 };
 
-/// The matrix as a VARIANT of its own; the caller owns it.
+/// A new VARIANT with the matrix, owned by the caller; an empty VARIANT for a matrix without
+/// elements.
 VARIANT VariantOf(const DoubleMatrix& matrix);
 
 }  // namespace zavrel

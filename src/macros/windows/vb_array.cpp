@@ -25,7 +25,7 @@ std::size_t ElementsIn(SAFEARRAY* array, UINT dimension) {
   return upper < lower ? 0 : static_cast<std::size_t>(static_cast<long long>(upper) - lower + 1);
 }
 
-/// Elements that are values by themselves, as an automation type says; 0 for types that are not.
+/// The size of an element of a simple automation type; 0 for other types.
 std::size_t SimpleElementSize(VARTYPE type) {
   switch (type) {
     case VT_I1:
@@ -136,7 +136,7 @@ DoubleMatrix MatrixFromVbArray(SAFEARRAY* array) {
   const std::size_t rows = ElementsIn(array, 1);
   const std::size_t columns = ElementsIn(array, 2);
   if (rows == 0 || columns == 0) return {};
-  // Before the rows are made: bounds may promise any number of elements.
+  // Checked before the rows are made: the bounds may claim any number of elements.
   if (!HasItsElements(array))
     throw VekArraySizeError("MatrixFromVbArray", messages::kMessageArraySizeError);
   const SafeArrayLock lock(array);
@@ -152,7 +152,7 @@ DoubleMatrix MatrixFromVbArray(SAFEARRAY* array) {
 
 XXloper CellBlockFromVbArray(SAFEARRAY* array) {
   if (array != nullptr && SafeArrayGetDim(array) == 2 && HoldsDoubles(array)) {
-    BlockExtent(array);  // no more than a sheet has
+    BlockExtent(array);  // throws if there are more than a sheet has
     return BlockOfNumbers(MatrixFromVbArray(array));
   }
   const Extent extent = BlockExtent(array);

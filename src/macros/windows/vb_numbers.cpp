@@ -8,7 +8,7 @@
 namespace zavrel {
 namespace {
 
-/// The array if it is a row of doubles, else null.
+/// The array if it is a one-dimensional array of doubles, else null.
 SAFEARRAY* DoublesOrNull(SAFEARRAY** place) {
   SAFEARRAY* array = place != nullptr ? *place : nullptr;
   return SafeArrayGetDim(array) == 1 && HoldsDoubles(array) ? array : nullptr;

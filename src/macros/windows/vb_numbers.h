@@ -1,8 +1,8 @@
 #pragma once
 // Series of numbers in arrays of the macro language.
 //
-// A macro declares such a parameter as `ByRef values() As Double`, which arrives as the address of
-// the array's own pointer (null while the array has no elements yet):
+// A macro declares such a parameter as `ByRef values() As Double`. It arrives as the address of the
+// array's pointer (a null pointer while the array has no elements yet):
 //
 //   Declare PtrSafe Function ZavrelMeanVB Lib "ZavrelFuncs8_x64.xll" _
 //       (ByRef values() As Double, ByRef result As Double) As Integer
@@ -17,14 +17,14 @@
 
 namespace zavrel {
 
-/// The numbers in a one-dimensional array of 8-byte doubles, in place; the array stays locked while
-/// this lives.
+/// The numbers in a one-dimensional array of 8-byte doubles, in place. The array stays locked
+/// during the lifetime of this object.
 class VbNumbers {
  public:
   explicit VbNumbers(SAFEARRAY** array);
 
-  /// False: no array, one of another type or rank, or one that cannot be locked. An array without
-  /// elements is ok.
+  /// False for no array, an array of another type or rank, or one that cannot be locked. An array
+  /// without elements is ok.
   bool ok() const { return numbers_.has_value(); }
   std::span<const double> values() const { return numbers_->values(); }
 

@@ -17,7 +17,7 @@ bool Write(std::uint64_t values, std::uint64_t indices = 0) {
                                      MacroArray{indices, std::vector<std::int32_t>{3}}});
 }
 
-/// Two pages of a protection each.
+/// Two pages, each with its protection.
 class Pages {
  public:
   static constexpr std::size_t kSize = 4096;
@@ -56,7 +56,7 @@ TEST_CASE("only whole VARIANTs in memory that can be written are written") {
     CHECK_FALSE(Write(0, pages.start()));
     const Pages ends(PAGE_READWRITE, protection);
     CHECK_FALSE(Write(ends.across()));
-    // A guard page has not been touched: it would not be one any more.
+    // A guard page was not touched: it would no longer be one.
     MEMORY_BASIC_INFORMATION region{};
     VirtualQuery(reinterpret_cast<void*>(pages.start()), &region, sizeof region);
     CHECK(region.Protect == protection);
@@ -122,7 +122,7 @@ TEST_CASE("what cannot go stays, and so does everything else") {
 
 TEST_CASE("what a VARIANT held goes, even where it holds the other VARIANT") {
   OwnedVariant outer;
-  // So large that its memory goes back to the system with it.
+  // So large that its memory returns to the system when it is freed.
   outer.address()->parray = SafeArrayCreateVector(VT_VARIANT, 1, 200'000);
   outer.address()->vt = VT_ARRAY | VT_VARIANT;
   auto* element = static_cast<VARIANT*>(outer.get().parray->pvData);
