@@ -107,7 +107,7 @@ void Engine::LoadAddIn(const std::filesystem::path& file) {
   void* open = state.module->FindExport("xlAutoOpen");
   if (open == nullptr) {
     state.Unload();
-    throw WorkbookError(Utf8FromPath(file) + " is no add-in: it has no export xlAutoOpen");
+    throw WorkbookError(Utf8FromPath(file) + " is not an add-in: it has no export xlAutoOpen");
   }
   state.is_open = true;
   if (state.CallCommand(open, {}) != 1) {

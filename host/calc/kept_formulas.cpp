@@ -28,11 +28,11 @@ void KeptFormulas::Warn(const FormulaIndex& recalculated, std::size_t limit,
   for (std::uint32_t i = 0; i < formulas_.size() && steps_left_ > 0; ++i) {
     if (!Decide(i, recalculated) || ++count > limit) continue;
     warnings.push_back(CellText(workbook_, formulas_[i]->address) +
-                       " depends on a recalculated cell, and keeps its stored value");
+                       " depends on a recalculated cell but keeps its stored value");
   }
   if (count > limit) {
     warnings.push_back(
-        fmt::format("{}{} more formulas depend on recalculated cells, and keep their stored values",
+        fmt::format("{}{} more formulas depend on recalculated cells but keep their stored values",
                     steps_left_ == 0 ? "at least " : "", count - limit));
   }
   shared_texts_.clear();

@@ -133,8 +133,8 @@ void Recalculation::WarnOfUnreadable() {
 void Recalculation::WarnOfKept(const FormulaCell& formula, const std::u16string& foreign) {
   if (++kept_warnings_ > kWarningLimit) {
     const std::string more = fmt::format(
-        "{} more formulas use what this host does not compute: their stored values are "
-        "kept",
+        "{} more formulas use something that this host does not compute: their "
+        "stored values are kept",
         kept_warnings_ - kWarningLimit);
     if (kept_warnings_ == kWarningLimit + 1) {
       report_.warnings.push_back(more);

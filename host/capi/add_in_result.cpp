@@ -107,7 +107,7 @@ Operand AddInFunction::TakeNumbers(const void* pointer, bool small) {
 Operand AddInFunction::TakeRecord(XLOPER12* record) {
   const std::uint32_t type = record->xltype & xltypeMask;
   if ((type == xltypeStr || type == xltypeMulti) && api_.memory().WasFreed(record->val.str))
-    return Malformed("a value in memory that was freed before");
+    return Malformed("a value in memory that was already freed");
   const bool may_be_reference = type_.result == TypeLetter::kValueOrReference;
   if (const auto problem = CheckRecord(*record, may_be_reference)) return Malformed(*problem);
 

@@ -242,7 +242,7 @@ std::optional<std::string> CheckRecord(const XLOPER12& record, bool may_be_refer
   if (IsOneValue(type)) return std::nullopt;
   if (type == xltypeMulti) return CheckArray(record);
   if (type == xltypeRef || type == xltypeSRef) {
-    if (!may_be_reference) return "a reference where a value must stand";
+    if (!may_be_reference) return "a reference in place of a value";
     return CheckReference(record);
   }
   return "a value of unknown " + TypeName(record.xltype);

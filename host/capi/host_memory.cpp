@@ -49,10 +49,9 @@ void HostMemory::Free(const void* block) {
     held_.erase(found);
     Retire(std::move(taken));
   } else if (freed_.contains(block)) {
-    judge_.Report(ViolationKind::kFreedTwice, "a value was given to xlFree that was freed before");
+    judge_.Report(ViolationKind::kFreedTwice, "xlFree was given a value that was already freed");
   } else {
-    judge_.Report(ViolationKind::kFreedForeign,
-                  "a value was given to xlFree that is not the host's");
+    judge_.Report(ViolationKind::kFreedForeign, "xlFree was given a value that is not the host's");
   }
 }
 
@@ -76,13 +75,14 @@ void HostMemory::JudgeGrowth() {
   growth_reported_ = true;
   judge_.Report(
       ViolationKind::kNotFreed,
-      fmt::format("the add-in holds {} values of the host's, and ever more of them", held_.size()));
+      fmt::format("the add-in holds {} of the host's values, and their number keeps growing",
+                  held_.size()));
 }
 
 void HostMemory::ReportHeld() {
   for (auto& [address, block] : held_) {
     judge_.Report(ViolationKind::kNotFreed,
-                  fmt::format("a value that {} gave was never freed", block.function),
+                  fmt::format("a value returned by {} was never freed", block.function),
                   *block.place);
     // Whatever still points there finds memory.
     freed_.insert(address);

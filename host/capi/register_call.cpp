@@ -66,7 +66,7 @@ std::string ExcelApi::TryRegister(const Arguments& arguments, double& register_i
   std::vector<std::u16string> texts;
   for (int i = 0; i < arguments.count; ++i) {
     std::optional<std::u16string> text = OptionalText(arguments[i]);
-    if (!text) return fmt::format("argument {} of a registration is no text", i + 1);
+    if (!text) return fmt::format("argument {} of a registration is not text", i + 1);
     texts.push_back(std::move(*text));
   }
   texts.resize(std::max<std::size_t>(texts.size(), kFirstArgumentHelp));
@@ -101,7 +101,7 @@ std::string ExcelApi::TryRegister(const Arguments& arguments, double& register_i
   std::variant<TypeText, std::string> type = ParseTypeText(function.type_text);
   if (const std::string* problem = std::get_if<std::string>(&type))
     return who + "type text \"" + Utf8FromUtf16(function.type_text) + "\": " + *problem;
-  if (!IsFunctionName(function.name)) return who + "this is no name for a function";
+  if (!IsFunctionName(function.name)) return who + "this is not a valid function name";
   if (arguments.Has(5)) {
     const IntegerOutcome macro_type = IntegerOf(ToValue(arguments[5]), 0, 2);
     if (!macro_type.integer) return who + "the macro type is not 0, 1 or 2";

@@ -77,11 +77,11 @@ bool CheckFile(const std::filesystem::path& folder, std::u16string_view name,
     return false;
   }
   if (IsMarkedAsDownloaded(file)) {
-    findings.Problem(shown, "marked as downloaded, so that Excel blocks it: Properties, Unblock");
+    findings.Problem(shown, "marked as downloaded, so Excel blocks it: choose Properties, Unblock");
   }
   const std::string found = FileVersionText(file).value_or("none");
   if (found != version) {
-    findings.Problem(shown, "version " + found + " does not belong to this program's " + version);
+    findings.Problem(shown, "version " + found + " does not match this program's " + version);
     return false;
   }
   findings.Good(shown, "version " + found);
@@ -102,7 +102,7 @@ bool CheckRankTests(const std::filesystem::path& folder, const std::string& vers
                     Findings& findings) {
   std::error_code ignored;
   if (!std::filesystem::exists(folder / "ZavrelFuncs Extensions", ignored)) {
-    findings.Note("ZavrelFuncs Extensions", "no such folder: Excel gets no rank tests");
+    findings.Note("ZavrelFuncs Extensions", "no such folder: there are no rank tests");
     return false;
   }
   const bool tests = CheckFile(folder, kRankTests, version, findings);
@@ -133,7 +133,7 @@ void CheckFunctions(const CommandLine& line, bool rank_tests, Findings& findings
   const bool opened = !engine.functions().empty();
   findings.Judge(opened, "Opening",
                  opened ? "the add-in opens and finds the callback"
-                        : "the add-in opens, but does not find the callback of its host");
+                        : "the add-in opens, but does not find its host's callback");
   const std::size_t before = engine.functions().size();
   engine.Announce(5);
   const std::size_t count = engine.functions().size();
@@ -153,7 +153,7 @@ void CheckFunctions(const CommandLine& line, bool rank_tests, Findings& findings
       return function.name.find(u"ZavWSR") != std::u16string::npos;
     });
     findings.Judge(there, "Rank tests",
-                   there ? "registered" : "not registered, although their library is there");
+                   there ? "registered" : "not registered, although their library is present");
   }
   engine.CloseAddIn();
   for (const Violation& violation : engine.judge().violations())
@@ -170,7 +170,7 @@ bool CheckAddInEntries(const std::vector<ExcelEntry>& entries, const std::filesy
     const std::string what = "Excel " + entry.version + ", add-in";
     const std::string shown = entry.name + " = " + entry.text;
     if (entry.name.empty()) {
-      findings.Note(what, "not ticked among the add-ins: " + entry.text);
+      findings.Note(what, "not ticked in Excel's list: " + entry.text);
     } else if (SamePath(entry.file, add_in)) {
       findings.Good(what, shown);
     } else {
@@ -189,9 +189,9 @@ bool CheckCompanionEntries(const std::vector<ExcelEntry>& entries, Findings& fin
     const std::string shown = entry.name + " = " + entry.text;
     std::error_code ignored;
     if (entry.name.empty()) {
-      findings.Note(what, "not ticked among the add-ins: " + entry.text);
+      findings.Note(what, "not ticked in Excel's list: " + entry.text);
     } else if (entry.file.is_absolute() && !std::filesystem::exists(entry.file, ignored)) {
-      findings.Problem(what, "the workbook is not there: " + shown);
+      findings.Problem(what, "the workbook does not exist: " + shown);
     } else {
       findings.Good(what, shown);
       opened = true;
@@ -207,8 +207,7 @@ void CheckExcel(const std::filesystem::path& add_in, Findings& findings) {
   if (!platform.empty() && platform != "x86") findings.Good("Excel", "Office is " + platform);
   const std::vector<ExcelEntry> add_ins = ExcelEntries(kAddIn);
   const std::vector<ExcelEntry> companions = ExcelEntries(kCompanion);
-  if (add_ins.empty())
-    findings.Note("Excel's add-ins", "the add-in is not among them for this user");
+  if (add_ins.empty()) findings.Note("Excel's add-ins", "the add-in is not in this user's list");
   std::set<std::string> versions;
   for (const auto* entries : {&add_ins, &companions}) {
     for (const ExcelEntry& entry : *entries) versions.insert(entry.version);

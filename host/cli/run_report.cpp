@@ -67,7 +67,7 @@ std::string Summary(const RecalculationReport& report) {
   std::string text =
       fmt::format("{} formula{} recalculated, {} changed since the workbook was saved", computed,
                   computed == 1 ? "" : "s", changed);
-  if (without_value > 0) text += fmt::format(", {} had no value then", without_value);
+  if (without_value > 0) text += fmt::format(", {} had no stored value", without_value);
   if (const std::size_t kept = report.cells.size() - computed; kept > 0)
     text += fmt::format(", {} kept", kept);
   return text;

@@ -125,7 +125,7 @@ class Evaluator {
     }
     name_text_ += name->text.size() + 1;
     if (name_text_ > kNameTextLimit) {
-      throw FormulaError(shown + " unfolds to too much", step.position);
+      throw FormulaError(shown + " expands to too long a formula", step.position);
     }
     FormulaPtr parsed;
     try {

@@ -154,7 +154,7 @@ class Parser {
     if (token.text.empty()) throw FormulaError("the formula is not complete", token.position);
     std::string message = Utf8FromUtf16(token.text.substr(0, 20));
     message.insert(message.begin(), '"');
-    message.append("\" cannot stand here");
+    message.append("\" is unexpected here");
     throw FormulaError(message, token.position);
   }
 

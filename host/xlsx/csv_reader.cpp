@@ -49,7 +49,7 @@ class CsvReader {
       const std::size_t quote = text_.find('"');
       if (quote == std::string_view::npos) {
         throw WorkbookError(
-            fmt::format("a quotation that begins in row {} does not end", start + 1));
+            fmt::format("the quotation mark that opens in row {} is never closed", start + 1));
       }
       field_.append(text_.substr(0, quote));
       text_.remove_prefix(quote + 1);
@@ -67,7 +67,7 @@ class CsvReader {
     }
     Value value = FieldValue();
     if (value.IsBlank()) return;
-    if (cells_left_-- == 0) throw WorkbookError("it holds more cells than are read");
+    if (cells_left_-- == 0) throw WorkbookError("it has more cells than the host can read");
     sheet_.Append(row_, column_, std::move(value));
   }
 
@@ -116,7 +116,8 @@ Workbook ReadCsv(const std::filesystem::path& file, const XlsxLimits& limits) {
       throw WorkbookError("this is not comma-separated text in UTF-8");
     }
     if (IsDividedBySemicolons(text)) {
-      throw WorkbookError("this file seems to be divided by semicolons; commas are expected");
+      throw WorkbookError(
+          "the fields of this file seem to be separated by semicolons; commas are expected");
     }
     Workbook workbook;
     CsvReader(text, workbook.sheets.emplace_back(u"Data"), limits.cells).Read();

@@ -50,16 +50,15 @@ std::string ReadFile(const fs::path& file, std::uint64_t limit) {
   if (status.type() == fs::file_type::not_found) throw WorkbookError("there is no such file");
   if (status.type() == fs::file_type::directory)
     throw WorkbookError("this is a folder, not a file");
-  if (status.type() != fs::file_type::regular)
-    throw WorkbookError("this is not a file to read from");
+  if (status.type() != fs::file_type::regular) throw WorkbookError("this is not a regular file");
   const std::uint64_t size = fs::file_size(file, error);
   if (error) throw WorkbookError("the file cannot be read");
   if (size > limit) {
-    throw WorkbookError(fmt::format("the file is too large: {}, and at most {} are read",
-                                    Megabytes(size), Megabytes(limit - 1)));
+    throw WorkbookError(fmt::format("the file is too large: {}; the limit is {}", Megabytes(size),
+                                    Megabytes(limit - 1)));
   }
   std::ifstream stream(file, std::ios::binary);
-  if (!stream) throw WorkbookError("the file cannot be opened; is reading it allowed?");
+  if (!stream) throw WorkbookError("the file cannot be opened; are you permitted to read it?");
   std::string bytes(static_cast<std::size_t>(size), '\0');
   stream.read(bytes.data(), static_cast<std::streamsize>(size));
   if (stream.bad() || stream.gcount() != static_cast<std::streamsize>(size)) {
@@ -83,10 +82,10 @@ void WriteFile(const fs::path& file, const std::string& bytes) {
   TemporaryFile temporary(target);
   {
     std::ofstream stream(temporary.path(), std::ios::binary | std::ios::trunc);
-    if (!stream) throw WorkbookError("no file can be written into this folder");
+    if (!stream) throw WorkbookError("files cannot be written to this folder");
     stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     stream.close();
-    if (!stream) throw WorkbookError("the file cannot be written whole; is the disk full?");
+    if (!stream) throw WorkbookError("the file cannot be written completely; is the disk full?");
   }
   if (before.type() == fs::file_type::regular) {
     fs::permissions(temporary.path(), before.permissions(), error);

@@ -32,7 +32,7 @@ std::string ResolveTarget(std::string_view folder, std::string_view target) {
       if (component == "..") {
         if (components.empty()) {
           throw WorkbookError(
-              fmt::format("a relationship leads outside of the workbook: '{}'", Printable(target)));
+              fmt::format("a relationship leads outside the workbook: '{}'", Printable(target)));
         }
         components.pop_back();
       } else if (!component.empty() && component != ".") {
@@ -83,7 +83,7 @@ std::string FindWorkbookPart(ZipArchive& archive) {
     }
     return relationship.part;
   }
-  throw WorkbookError("the part that holds the workbook is not named");
+  throw WorkbookError("no part is named as the workbook");
 }
 
 /// Reads the workbook part, event by event.
@@ -132,7 +132,7 @@ class WorkbookPartReader {
     }
     const auto found = relationships_.find(reader_.PrefixedAttribute("id").value_or(""));
     if (found == relationships_.end() || found->second.part.empty()) {
-      throw WorkbookError(fmt::format("the part of sheet '{}' is not named", shown));
+      throw WorkbookError(fmt::format("no part is named for sheet '{}'", shown));
     }
     if (found->second.type == "worksheet") {
       sheet.part = found->second.part;

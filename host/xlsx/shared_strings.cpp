@@ -48,7 +48,7 @@ std::vector<Text> ReadSharedStrings(std::string_view xml, std::size_t limit) {
   std::string scratch;
   XmlReader reader(xml);
   if (reader.Next() != XmlReader::Event::kStart || reader.name() != "sst") {
-    throw XmlError("it is no table of shared texts");
+    throw XmlError("it is not a table of shared texts");
   }
   for (XmlReader::Event event = reader.Next(); event != XmlReader::Event::kDone;
        event = reader.Next()) {

@@ -49,7 +49,7 @@ class SheetReader {
 
   void Read() {
     if (reader_.Next() != Event::kStart || reader_.name() != "worksheet") {
-      throw XmlError("it is no worksheet");
+      throw XmlError("it is not a worksheet");
     }
     for (Event event = reader_.Next(); event != Event::kDone; event = reader_.Next()) {
       if (event != Event::kStart) continue;
@@ -124,7 +124,8 @@ class SheetReader {
   }
 
   void TakeCells(std::uint64_t count) {
-    if (count > reading_.cells_left) throw XmlError("with it, there are more cells than are read");
+    if (count > reading_.cells_left)
+      throw XmlError("with it, there are more cells than the host can read");
     reading_.cells_left -= count;
   }
 
@@ -165,8 +166,8 @@ class SheetReader {
     const auto [stop, error] = std::from_chars(cell_.value.data(), end, index);
     if (error != std::errc() || stop != end) RejectValue("the number of a shared text");
     if (index >= reading_.shared_strings->size()) {
-      throw XmlError(fmt::format("cell {} has shared text {}, and there are {}", CellText(), index,
-                                 reading_.shared_strings->size()));
+      throw XmlError(fmt::format("cell {} refers to shared text {}, but there are only {}",
+                                 CellText(), index, reading_.shared_strings->size()));
     }
     const Text& text = (*reading_.shared_strings)[index];
     CheckLength(text->size());
@@ -180,9 +181,8 @@ class SheetReader {
 
   void CheckLength(std::size_t length) const {
     if (length > kLongestText) {
-      throw XmlError(
-          fmt::format("the text of cell {} has {} characters, and at most {} are allowed",
-                      CellText(), length, kLongestText));
+      throw XmlError(fmt::format("the text of cell {} has {} characters; at most {} are allowed",
+                                 CellText(), length, kLongestText));
     }
   }
 

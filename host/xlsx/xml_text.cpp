@@ -118,7 +118,7 @@ DecodedXml DecodeXml(std::string bytes) {
   if (decoded.encoding == XmlEncoding::kUtf8) {
     const std::string declared = DeclaredEncoding(bytes);
     if (!declared.empty() && declared != "utf-8" && declared != "us-ascii") {
-      throw XmlError(fmt::format("it is written in '{}', and only UTF-8 and UTF-16 are read",
+      throw XmlError(fmt::format("it is encoded in '{}'; only UTF-8 and UTF-16 are supported",
                                  Printable(declared)));
     }
     decoded.text = std::move(bytes);

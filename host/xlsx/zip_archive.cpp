@@ -78,7 +78,8 @@ void CheckKind(std::string_view bytes) {
       throw WorkbookError(fmt::format("part '{}' is protected by a password", name));
     case ZIP_ER_COMPNOTSUPP:
     case ZIP_ER_ENCRNOTSUPP:
-      throw WorkbookError(fmt::format("part '{}' is packed by a method that is not read", name));
+      throw WorkbookError(
+          fmt::format("part '{}' uses a compression method that is not supported", name));
     case ZIP_ER_CRC:
       throw WorkbookError(fmt::format("part '{}' is damaged: its checksum is wrong", name));
     default:
@@ -122,7 +123,7 @@ ZipArchive::ZipArchive(std::string_view bytes, const XlsxLimits& limits)
   const std::uint64_t declared = DeclaredParts(bytes);
   if (declared > limits_.parts) {
     throw WorkbookError(
-        fmt::format("it has {} parts, and at most {} are read", declared, limits_.parts));
+        fmt::format("it has {} parts; at most {} are allowed", declared, limits_.parts));
   }
   handle_->source = MakeSource(bytes);
   zip_source_keep(handle_->source);
@@ -140,7 +141,7 @@ void ZipArchive::IndexParts() {
   const auto count = static_cast<std::uint64_t>(zip_get_num_entries(handle_->archive, 0));
   if (count > limits_.parts) {
     throw WorkbookError(
-        fmt::format("it has {} parts, and at most {} are read", count, limits_.parts));
+        fmt::format("it has {} parts; at most {} are allowed", count, limits_.parts));
   }
   for (std::uint64_t i = 0; i < count; ++i) {
     const char* name = zip_get_name(handle_->archive, i, ZIP_FL_ENC_GUESS);
@@ -166,11 +167,11 @@ std::string ZipArchive::Read(std::string_view part) {
   const std::uint64_t index = Find(part);
   const auto check_size = [&](std::uint64_t size) {
     if (size > limits_.part_bytes) {
-      throw WorkbookError(fmt::format("part '{}' is too large: at most {} MB are unpacked",
-                                      Printable(part), limits_.part_bytes >> 20));
+      throw WorkbookError(fmt::format("part '{}' is too large: the limit is {} MB", Printable(part),
+                                      limits_.part_bytes >> 20));
     }
     if (size > limits_.total_bytes - unpacked_) {
-      throw WorkbookError(fmt::format("its parts are too large: at most {} MB are unpacked",
+      throw WorkbookError(fmt::format("its parts are too large: the limit is {} MB in all",
                                       limits_.total_bytes >> 20));
     }
   };
@@ -214,7 +215,7 @@ void ZipArchive::Replace(std::string_view part, std::string content) {
 
 std::string ZipArchive::Finish() {
   if (zip_close(handle_->archive) != 0) {
-    throw WorkbookError(fmt::format("the workbook cannot be packed again: {}",
+    throw WorkbookError(fmt::format("the workbook cannot be compressed again: {}",
                                     zip_error_strerror(zip_get_error(handle_->archive))));
   }
   handle_->archive = nullptr;
@@ -222,13 +223,13 @@ std::string ZipArchive::Finish() {
   zip_stat_init(&stat);
   if (zip_source_stat(handle_->source, &stat) != 0 || (stat.valid & ZIP_STAT_SIZE) == 0 ||
       zip_source_open(handle_->source) != 0) {
-    throw WorkbookError("the workbook cannot be packed again");
+    throw WorkbookError("the workbook cannot be compressed again");
   }
   std::string packed(stat.size, '\0');
   const zip_int64_t got = zip_source_read(handle_->source, packed.data(), packed.size());
   zip_source_close(handle_->source);
   if (got != static_cast<zip_int64_t>(packed.size())) {
-    throw WorkbookError("the workbook cannot be packed again");
+    throw WorkbookError("the workbook cannot be compressed again");
   }
   return packed;
 }
