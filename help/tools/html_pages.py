@@ -1,4 +1,4 @@
-"""The help as HTML pages: one folder a language, and what the compiled help file is made of."""
+"""The help as HTML pages: one folder for each language. The compiled help file contains the same pages."""
 
 import html
 import pathlib
@@ -50,6 +50,14 @@ class Renderer:
             lines.append("<tr>" + "".join(f"<{tag}>{self.inline(cell)}</{tag}>" for cell in row) + "</tr>")
         return "\n".join(lines + ["</table>"])
 
+    def equivalent(self, program, text):
+        """A text without words needs no translation, except for the formulas of Excel."""
+        if text == pages.NO_EQUIVALENT:
+            return self.words["none"]
+        if program == "Excel" and not pages.has_words(text):
+            text = re.sub("`([^`]*)`", lambda m: f"`{self.language.formula(m[1])}`", text)
+        return self.inline(text)
+
     def example(self, example):
         cells = "".join("<tr>" + "".join(f"<td>{html.escape(self.language.value(cell))}</td>" for cell in row) + "</tr>"
                         for row in example.rows)
@@ -96,6 +104,10 @@ class Renderer:
             rows = [[self.language.value(cell) for cell in row] for row in pages.data_rows(page.header["data"])]
             parts.append(self.table(markdown_pages.sheet(rows), "sheet"))
         parts.extend(map(self.block, examples))
+        if page.equivalents:
+            rows = "".join(f"<tr><th>{program}</th><td>{self.equivalent(program, text)}</td></tr>"
+                           for program, text in page.equivalents.items())
+            parts.append(f"<h2>{self.words['equivalents']}</h2>\n<table class=\"arguments\">{rows}</table>")
         links = [f'<a href="{name}.html">{self.topics[name].title if name in self.topics else name}</a>'
                  for name in page.see]
         if links:

@@ -3,7 +3,7 @@
 import itertools
 import re
 
-from . import pages, registration
+from . import languages, pages, registration
 
 FOLDER = registration.ROOT / "docs/functions"
 _NOTICE = "<!-- Made by help/build_help.py; change help/en, the message texts or the registration table instead. -->\n\n"
@@ -31,7 +31,7 @@ def sheet(rows):
 
 
 def _examples(examples):
-    """Examples without a word between them in one block."""
+    """Examples without text between them, in one block."""
     return "```\n" + "\n".join("\n".join([example.shown_formula] + [f"→ {' | '.join(row)}" for row in example.rows])
                                 for example in examples) + "\n```"
 
@@ -68,6 +68,12 @@ def _page(page, known):
         parts.append("## Data of the examples")
         parts.append("\n".join(_cells(sheet(pages.data_rows(page.header["data"])))))
     parts.extend(_blocks(examples, known))
+    if page.equivalents:
+        words = languages.named("en").words
+        parts.append(f"## {words['equivalents']}")
+        rows = [[program, words["none"] if text == pages.NO_EQUIVALENT else _inline(text, known)]
+                for program, text in page.equivalents.items()]
+        parts.append("\n".join(_cells([["", ""], *rows])))
     if page.see:
         titles = pages.topics()
         links = [f"[{titles[name].title if name in titles else name}]({name}.md)" for name in page.see]
