@@ -36,7 +36,7 @@ RegistryKey::~RegistryKey() {
 std::optional<std::u16string> RegistryKey::ReadText(const std::u16string& name) const {
   const std::wstring wide_name = ToWide(name);
   std::wstring text(256, L'\0');
-  // RegGetValue terminates the text even where whoever stored it did not. The value may grow
+  // RegGetValue terminates the text even if it was stored without a terminator. The value may grow
   // between two calls, hence the loop.
   while (true) {
     auto bytes = static_cast<DWORD>(text.size() * sizeof(wchar_t));
