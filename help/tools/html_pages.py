@@ -9,7 +9,7 @@ from . import formula, languages, markdown_pages, pages, registration
 STYLE = pathlib.Path(__file__).parent / "help.css"
 
 class Renderer:
-    """One language's pages."""
+    """The pages of one language."""
 
     def __init__(self, name):
         self.name = name
@@ -144,6 +144,6 @@ def write(files, folder):
 
 
 def build(folder):
-    """Folders en, de, ... in `folder`."""
+    """Writes folders en, de, ... in `folder`."""
     for name in languages.NAMES:
         write(Renderer(name).files(), folder / name)

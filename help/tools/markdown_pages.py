@@ -10,7 +10,7 @@ _NOTICE = "<!-- Made by help/build_help.py; change help/en, the message texts or
 
 
 def _inline(text, known):
-    """Links to other pages: names of functions in `code`, and topics."""
+    """Turns names of functions in `code`, and topics, into links."""
     def code(match):
         name = match[1]
         return f"[`{name}`]({name}.md)" if name in known else match[0]
@@ -25,7 +25,7 @@ def _cells(rows):
 
 
 def sheet(rows):
-    """A data file as cells with the names of their columns and rows."""
+    """The rows of a data file with the names of columns and rows."""
     letters = [chr(ord("A") + i) for i in range(len(rows[0]))]
     return [["", *letters]] + [[f"**{i}**", *row] for i, row in enumerate(rows, 1)]
 
@@ -96,8 +96,8 @@ def first_sentence(text):
 
 def _index(function_pages, topics):
     parts = ["# Functions of Zavrel Functions",
-             "Every page says what a function computes and with which result its examples end. The same pages ship "
-             "as HTML and as a compiled help file.",
+             "Every page has a function's definition, its errors, examples with their results, and its equivalents "
+             "in Excel and R. The same pages ship as HTML and as a compiled help file.",
              "\n".join(f"- [{topic.title}]({topic.name}.md)" for topic in topics.values())]
     for title, names in pages.contents():
         parts.append(f"## {title}")

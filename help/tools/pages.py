@@ -42,7 +42,7 @@ KEYS = ("see", "data", "title", "summary", "syntax", *PROGRAMS)
 class Example:
     formula: str  # without braces
     is_array: bool
-    rows: list  # of lists of shown cells
+    rows: list  # of lists of cells, as shown
 
     @property
     def shown_formula(self):
@@ -75,7 +75,7 @@ class Page:
 
     @property
     def texts(self):
-        """The blocks that each language has its own: paragraphs, lists, tables, formulas with words."""
+        """The blocks that need a translation: paragraphs, lists, tables, formulas with words."""
         return [block for block in self.blocks if block.kind in ("paragraph", "list", "table") or
                 block.kind == "formula" and r"\text" in block.content]
 
@@ -189,7 +189,7 @@ def has_words(text):
 
 
 def same_form(english, translation):
-    """Whether the texts of a translation can take the place of the English ones."""
+    """Whether the texts of a translation can replace the English ones."""
     def form(page):
         return [(block.kind, len(block.content) if block.kind in ("list", "table") else 1) for block in page.texts]
     return form(english) == form(translation)
