@@ -7,7 +7,7 @@
 namespace zavhost {
 namespace {
 
-// Looking is for the sake of a warning only: formulas and cells looked at before it ends.
+// The number of formulas and cells that are examined at most. The search serves only for a warning.
 constexpr std::size_t kSteps = 5'000'000;
 constexpr std::size_t kTextsKept = 100'000;
 
@@ -50,7 +50,7 @@ KeptFormulas::Open KeptFormulas::Look(std::uint32_t formula, const FormulaIndex&
     if (known == shared_texts_.end() && shared_texts_.size() < kTextsKept)
       shared_texts_.emplace(cell.text, parsed);
   } catch (const FormulaError&) {
-    return open;  // what the host cannot read, it does not warn of
+    return open;  // the host does not warn of formulas that it cannot read
   }
   for (const Reference& reference : ReferencesOf(*parsed, cell.origin, cell.address, workbook_)) {
     for (const CellRange& area : reference.areas) {

@@ -12,7 +12,7 @@ constexpr std::size_t kQuarantined = 512;
 constexpr std::size_t kLarge = 256u << 10;
 constexpr std::size_t kLargeKept = 4;
 constexpr std::size_t kLargestKept = 80u << 20;
-// An add-in may keep values between calls; nobody keeps this many.
+// An add-in may keep values between calls, but hardly this many.
 constexpr std::size_t kGrowthLimit = 20'000;
 constexpr int kFreedPattern = 0xDD;
 
@@ -55,8 +55,8 @@ void HostMemory::Free(const void* block) {
   }
 }
 
-// An address is known as freed for as long as its memory stays here: afterwards it may be
-// anybody's, the add-in's own heap included.
+// An address is known as freed only as long as its memory stays in quarantine. Later, any owner may
+// get it, including the add-in's own heap.
 void HostMemory::Retire(Block block) {
   if (block.bytes > kLargestKept) return;
   freed_.insert(block.storage.get());
@@ -84,7 +84,7 @@ void HostMemory::ReportHeld() {
     judge_.Report(ViolationKind::kNotFreed,
                   fmt::format("a value returned by {} was never freed", block.function),
                   *block.place);
-    // Whatever still points there finds memory.
+    // Pointers that still refer to it find valid memory.
     freed_.insert(address);
     quarantine_.push_back(std::move(block));
   }

@@ -1,4 +1,4 @@
-// xlfRegister: what it is told, and what it does not accept.
+// xlfRegister: reads its arguments and rejects invalid ones.
 
 #include <fmt/format.h>
 
@@ -15,7 +15,7 @@ namespace {
 constexpr std::size_t kTextLimit = 255;
 constexpr int kFirstArgumentHelp = 10;
 
-/// The text of an optional argument: empty when it is missing, nothing when it is no text.
+/// The text of an optional argument: empty if it is missing, nothing if it is not text.
 std::optional<std::u16string> OptionalText(const XLOPER12& record) {
   switch (record.xltype & xltypeMask) {
     case xltypeStr:
@@ -31,7 +31,7 @@ std::optional<std::u16string> OptionalText(const XLOPER12& record) {
   }
 }
 
-/// "module" in a registration is the add-in's file, by its whole path or by its name.
+/// The "module" of a registration is the add-in's file, as a full path or as a name.
 bool NamesFile(std::u16string_view module, const std::filesystem::path& file) {
   if (EqualIgnoringCase(module, file.u16string()) ||
       EqualIgnoringCase(module, file.filename().u16string()))

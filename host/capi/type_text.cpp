@@ -56,7 +56,7 @@ std::string Unusable(char16_t letter) {
   return quoted + " is not a type letter";
 }
 
-/// Cuts the marks off the end; false when they contradict each other.
+/// Removes the marks at the end; false if they contradict each other.
 bool ReadMarks(std::u16string_view& text, TypeText& type) {
   bool thread_safe = false;
   while (!text.empty()) {

@@ -1,4 +1,4 @@
-// ZavHost doctor: is this installation sound, and what would a support person ask for?
+// ZavHost doctor: checks whether the installation is sound, and reports what support needs to know.
 #include <algorithm>
 #include <cmath>
 #include <iostream>
@@ -62,11 +62,12 @@ constexpr const char16_t* kAddIn = u"ZavrelFuncs8_x64.xll";
 constexpr const char16_t* kCompanion = u"ZavrelCompanion.xlam";  // once a user has made it
 constexpr const char16_t* kMessages = u"ZavrelMessages8_x64.DLL";
 constexpr const char16_t* kDistributions = u"Pdflib8_x64.DLL";
-// The rank tests: the functions of the first, which needs the second beside the add-in.
+// The libraries of the rank tests: the first has the functions and needs the second in the add-in's
+// folder.
 constexpr const char16_t* kRankTests = u"ZavrelFuncs Extensions/NonparametricTests8_x64.DLL";
 constexpr const char16_t* kRankTestsUtility = u"EUtilityLibrary8_x64.DLL";
 
-/// True when the file is there, in the version of this program, which is that of everything.
+/// True if the file exists and has the version of this program, like everything else.
 bool CheckFile(const std::filesystem::path& folder, std::u16string_view name,
                const std::string& version, Findings& findings) {
   const std::filesystem::path file = (folder / name).make_preferred();
@@ -93,11 +94,11 @@ void CheckMessages(const std::filesystem::path& folder, const std::string& versi
   if (!CheckFile(folder, kMessages, version, findings)) return;
   const std::vector<std::string> languages = MessageLanguages(folder / kMessages);
   const bool english = std::find(languages.begin(), languages.end(), "English") != languages.end();
-  // English stands in for every language that is not there.
+  // English replaces every missing language.
   findings.Judge(english, "Languages of the texts", languages.empty() ? "none" : Joined(languages));
 }
 
-/// True when the rank tests are to be expected.
+/// True if the rank tests should be available.
 bool CheckRankTests(const std::filesystem::path& folder, const std::string& version,
                     Findings& findings) {
   std::error_code ignored;
@@ -129,7 +130,7 @@ void CheckFunctions(const CommandLine& line, bool rank_tests, Findings& findings
   options.language = LanguageId(line.language);
   Engine engine(std::move(workbook), std::move(options));
   engine.LoadAddIn(line.add_in);
-  // The version function is registered on opening: a call that reached the host's callback.
+  // Opening registers the version function, which shows that a call reached the host's callback.
   const bool opened = !engine.functions().empty();
   findings.Judge(opened, "Opening",
                  opened ? "the add-in opens and finds the callback"
@@ -162,7 +163,7 @@ void CheckFunctions(const CommandLine& line, bool rank_tests, Findings& findings
 
 // Excel.
 
-/// True when Excel opens the add-in, in whatever copy.
+/// True if Excel opens any copy of the add-in.
 bool CheckAddInEntries(const std::vector<ExcelEntry>& entries, const std::filesystem::path& add_in,
                        Findings& findings) {
   bool opened = false;
@@ -181,7 +182,7 @@ bool CheckAddInEntries(const std::vector<ExcelEntry>& entries, const std::filesy
   return opened;
 }
 
-/// True when Excel opens a companion workbook; a user may keep it in any folder.
+/// True if Excel opens a companion workbook; users may keep it in any folder.
 bool CheckCompanionEntries(const std::vector<ExcelEntry>& entries, Findings& findings) {
   bool opened = false;
   for (const ExcelEntry& entry : entries) {

@@ -11,7 +11,7 @@
 namespace zavhost {
 namespace {
 
-/// Splits comma-separated text into fields. Quoted fields may hold commas, line ends and doubled
+/// Splits comma-separated text into fields. Quoted fields may contain commas, line ends and doubled
 /// quotes; lines end in "\n", "\r\n" or "\r".
 class CsvReader {
  public:
@@ -36,7 +36,7 @@ class CsvReader {
   void ReadField() {
     field_.clear();
     if (text_.starts_with('"')) ReadQuoted();
-    // Text behind a closing quote belongs to the field, as spreadsheets take it.
+    // Text after a closing quote belongs to the field, as in spreadsheets.
     const std::size_t end = std::min(text_.find_first_of(",\r\n"), text_.size());
     field_.append(text_.substr(0, end));
     text_.remove_prefix(end);
@@ -93,7 +93,7 @@ class CsvReader {
   std::int32_t column_ = 0;
 };
 
-/// True when the first line holds semicolons and no commas outside of quotations.
+/// True if the first line has semicolons but no commas outside quotation marks.
 bool IsDividedBySemicolons(std::string_view text) {
   bool is_quoted = false;
   bool has_semicolon = false;

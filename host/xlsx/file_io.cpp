@@ -14,7 +14,7 @@ namespace {
 
 std::string Megabytes(std::uint64_t bytes) { return fmt::format("{} MB", (bytes >> 20) + 1); }
 
-/// A file that goes away unless it was moved to its place.
+/// A temporary file that is deleted unless it was moved to its target.
 class TemporaryFile {
  public:
   explicit TemporaryFile(const fs::path& target) : path_(target) {
@@ -70,7 +70,7 @@ std::string ReadFile(const fs::path& file, std::uint64_t limit) {
 void WriteFile(const fs::path& file, const std::string& bytes) {
   std::error_code error;
   fs::path target = file;
-  // The file that a link leads to is replaced, not the link.
+  // Replaces the target of a link, not the link itself.
   if (fs::is_symlink(file, error)) {
     const fs::path resolved = fs::canonical(file, error);
     if (!error) target = resolved;

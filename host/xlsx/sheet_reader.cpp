@@ -22,7 +22,7 @@ namespace {
 
 using Event = XmlReader::Event;
 
-/// A number as XML schemas write doubles, without their infinities.
+/// A number in the form of XML schema doubles, without infinities.
 std::optional<double> ParseDouble(std::string_view text) {
   while (!text.empty() && (text.front() == ' ' || text.front() == '\n')) text.remove_prefix(1);
   while (!text.empty() && (text.back() == ' ' || text.back() == '\n')) text.remove_suffix(1);
@@ -67,7 +67,7 @@ class SheetReader {
   }
 
  private:
-  /// The text of a shared formula and the cell it was written for.
+  /// The text of a shared formula and the cell for which it was written.
   struct SharedFormula {
     std::uint32_t text;
     CellAddress origin;
@@ -77,7 +77,7 @@ class SheetReader {
     std::string type;
     bool has_value = false;
     bool has_formula = false;
-    std::string value;  // UTF-8, of v
+    std::string value;  // the content of v, in UTF-8
     std::optional<std::u16string> inline_text;
   };
 
@@ -233,7 +233,7 @@ class SheetReader {
     return *range;
   }
 
-  /// A cell of a shared formula without a text of its own.
+  /// A cell of a shared formula without its own text.
   void AddMember(std::optional<std::uint32_t> shared_index) {
     if (!shared_index) {
       workbook_.unreadable_formulas.push_back(Address());
@@ -246,7 +246,7 @@ class SheetReader {
     workbook_.formulas.push_back({Address(), shared.text, shared.origin, std::nullopt});
   }
 
-  /// Members that stand before the cell with the text; those whose text never came are unreadable.
+  /// Cells that come before the cell with the text; if the text never comes, they are unreadable.
   void ResolveEarlyMembers() {
     std::vector<FormulaCell>& formulas = workbook_.formulas;
     std::vector<bool> dropped;

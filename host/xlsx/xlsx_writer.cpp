@@ -13,8 +13,8 @@
 namespace zavhost {
 namespace {
 
-/// The cells to change on each sheet, in the order of the file, array formulas with all their
-/// cells.
+/// The cells to change on each sheet, in the order of the file, including all cells of array
+/// formulas.
 using ChangedCells = std::map<std::uint32_t, std::vector<CellPosition>>;
 
 ChangedCells CollectCells(const Workbook& workbook, const std::vector<CellAddress>& changed) {

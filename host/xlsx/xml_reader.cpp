@@ -66,7 +66,8 @@ XmlReader::Event XmlReader::Next() {
   return Event::kDone;
 }
 
-/// Reads what begins with "<". False for what is no event: comments and processing instructions.
+/// Reads markup that begins with "<". False for comments and processing instructions, which are not
+/// events.
 bool XmlReader::ReadMarkup(Event& event) {
   const std::string_view rest = document_.substr(position_);
   if (rest.starts_with("<!")) {

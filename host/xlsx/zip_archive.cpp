@@ -35,8 +35,8 @@ std::uint64_t LittleEndian(std::string_view bytes, std::size_t offset, std::size
   return value;
 }
 
-/// The largest number of parts that an end record in the archive's tail declares. libzip makes room
-/// for all of them before anything can be asked, so this comes first.
+/// The largest number of parts that an end record at the end of the archive declares. libzip
+/// allocates memory for all of them before it answers any question, so this check comes first.
 std::uint64_t DeclaredParts(std::string_view bytes) {
   std::uint64_t most = 0;
   const std::size_t tail = std::min(bytes.size(), kEndRecordSize + kLargestComment);
@@ -52,7 +52,7 @@ std::uint64_t DeclaredParts(std::string_view bytes) {
         directory_size = LittleEndian(bytes, large + 40, 8);
       }
     }
-    // Packed data may look like an end record; a true one agrees with itself.
+    // Compressed data may look like an end record; a real one is consistent.
     if (parts <= bytes.size() / kDirectoryEntrySize &&
         parts * kDirectoryEntrySize <= directory_size) {
       most = std::max(most, parts);
@@ -87,8 +87,8 @@ void CheckKind(std::string_view bytes) {
   }
 }
 
-/// A source over a copy of the bytes that it owns: libzip 1.7.3 frees a buffer of its caller's when
-/// it writes an archive whose beginning stays as it was.
+/// A source that owns a copy of the bytes: libzip 1.7.3 frees its caller's buffer when it writes an
+/// archive whose beginning is unchanged.
 zip_source_t* MakeSource(std::string_view bytes) {
   void* copy = std::malloc(bytes.size());
   if (copy == nullptr) throw std::bad_alloc();
@@ -109,7 +109,7 @@ struct FileCloser {
 
 struct ZipArchive::Handle {
   zip_t* archive = nullptr;
-  zip_source_t* source = nullptr;  // kept, to be read after the archive is closed
+  zip_source_t* source = nullptr;  // kept for reading after the archive is closed
 
   ~Handle() {
     if (archive != nullptr) zip_discard(archive);
@@ -129,7 +129,7 @@ ZipArchive::ZipArchive(std::string_view bytes, const XlsxLimits& limits)
   zip_source_keep(handle_->source);
   handle_->archive = zip_open_from_source(handle_->source, 0, nullptr);
   if (handle_->archive == nullptr) {
-    zip_source_free(handle_->source);  // the reference that the archive would have taken
+    zip_source_free(handle_->source);  // the archive would have taken this reference
     throw WorkbookError("the file is damaged or cut short: its list of parts cannot be read");
   }
   IndexParts();
@@ -207,7 +207,7 @@ void ZipArchive::Replace(std::string_view part, std::string content) {
     throw WorkbookError(fmt::format("part '{}' cannot be replaced", Printable(part)));
   }
   zip_set_file_compression(handle_->archive, index, ZIP_CM_DEFLATE, 0);
-  // The same values give the same bytes, whenever they are written.
+  // A fixed time, so that the same values give the same bytes.
   if (has_stat && (stat.valid & ZIP_STAT_MTIME) != 0) {
     zip_file_set_mtime(handle_->archive, index, stat.mtime, 0);
   }
