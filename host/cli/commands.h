@@ -13,10 +13,10 @@
 
 namespace zavhost {
 
-/// All of the program: the arguments are in UTF-8, without the program's name.
+/// The whole program. The arguments are in UTF-8, without the program's name.
 int RunProgram(std::vector<std::string> arguments);
 
-// A WorkbookError or FormulaError of a command is the caller's to report.
+// The caller reports any WorkbookError or FormulaError of a command.
 int RunCommand(const CommandLine& line);
 int EvalCommand(const CommandLine& line);
 int FunctionsCommand(const CommandLine& line);

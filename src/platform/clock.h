@@ -12,7 +12,7 @@ namespace zavrel {
 /// newline; empty if the system does not provide it.
 std::string LocalTimeText();
 
-/// Local time by the calendar; nothing when the system cannot tell it.
+/// Local calendar time; nothing if the system does not provide it.
 std::optional<std::tm> LocalTime(std::time_t time);
 
 /// Seconds since 1970-01-01 00:00 UTC.

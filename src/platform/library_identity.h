@@ -25,7 +25,7 @@ struct LibraryIdentity {
 /// This library's major version; known even if there is no memory to read it.
 std::int32_t MajorVersion() noexcept;
 
-/// The name of an add-in's session and of its log: "VekZavrelFuncs8" for "ZavrelFuncs".
+/// The name of an add-in's session and its log: "VekZavrelFuncs8" for "ZavrelFuncs".
 std::string SessionName(std::u16string_view add_in);
 
 }  // namespace zavrel

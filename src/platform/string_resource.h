@@ -28,7 +28,7 @@ class StringResources {
   /// language, but of no other. An empty text counts as missing, since string tables do not
   /// distinguish the two.
   std::optional<std::u16string> Find(std::uint16_t language, std::uint16_t id) const;
-  /// The languages that have this text or one of its neighbours, with which it stands in a table.
+  /// The languages that have this text or another text of the same table.
   std::vector<std::uint16_t> LanguagesOf(std::uint16_t id) const;
 
  private:
