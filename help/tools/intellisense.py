@@ -1,4 +1,4 @@
-"""Help while typing: the file that the IntelliSense server of the Excel-DNA community reads beside the add-in."""
+"""Help while typing: the file that the Excel-DNA community's IntelliSense server reads in the add-in's folder."""
 
 import xml.etree.ElementTree as tree
 
@@ -9,7 +9,7 @@ _NAMESPACE = "http://schemas.excel-dna.net/intellisense/1.0"
 
 
 def _arguments(page, language):
-    """One entry for each name: the server shows "..." as more of the same."""
+    """One entry for each name; the server shows "..." for further arguments of the same kind."""
     for names, text in page.arguments(language):
         for name in names.split(", "):
             yield name, text.replace("`", "")

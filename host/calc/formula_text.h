@@ -1,5 +1,5 @@
 #pragma once
-// Formulas and cells as people read them.
+// Formulas and cells as text for users.
 
 #include <string>
 #include <string_view>
@@ -8,12 +8,12 @@
 
 namespace zavhost {
 
-/// The text of a formula written for `origin` as it reads in `cell`: relative references moved,
-/// those that leave the sheet "#REF!".
+/// The text that a formula written for `origin` has in `cell`: relative references are moved, and
+/// those that leave the sheet become "#REF!".
 std::u16string MovedFormulaText(std::u16string_view text, const CellAddress& origin,
                                 const CellAddress& cell);
 
-/// "Sheet1!B7", with quotes around a name that needs them.
+/// "Sheet1!B7", with quotes around names that need them.
 std::string CellText(const Workbook& workbook, const CellAddress& cell);
 
 }  // namespace zavhost

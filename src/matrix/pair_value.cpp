@@ -23,7 +23,7 @@ double Value(Real sum, std::size_t n, const VariableSummary& x, const VariableSu
   }
   const auto result = static_cast<double>(value);
   if (!std::isfinite(result)) return ConditionDouble(kConditionNotFinite);
-  return x.is_constant || y.is_constant ? 0 : result;  // a correlation has gone above
+  return x.is_constant || y.is_constant ? 0 : result;  // correlations have returned above
 }
 
 template <class Real>
@@ -49,7 +49,7 @@ bool HasValue(std::size_t n, const VariableSummary& x, const VariableSummary& y,
 
 }  // namespace
 
-/// Nothing where an operation overflows or underflows, or a value is not finite.
+/// Nothing if an operation overflows or underflows, or a value is not finite.
 static std::optional<VariableSummary> SummariseInOrder(std::span<const double> values,
                                                        PairOptions options) {
   const FloatingPointScope environment;
@@ -81,7 +81,7 @@ bool IsConstant(std::span<const double> values) {
   return std::all_of(values.begin(), values.end(), [&](double x) { return x == values[0]; });
 }
 
-// As the sample and population forms of ComputeMoments.
+// Like the sample and population forms of ComputeMoments.
 VariableSummary SummaryFromSums(double mean, double s1, double s2, std::size_t n, bool is_constant,
                                 PairOptions options) {
   if (n == 0) return {ConditionDouble(kConditionNoData), ConditionDouble(kConditionNoData)};

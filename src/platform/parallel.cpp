@@ -9,7 +9,7 @@
 namespace zavrel {
 namespace {
 
-/// The indices of a section, each handed out once.
+/// Hands out each index of a section once.
 class Section {
  public:
   Section(std::size_t count, parallel::Task task) : count_(count), task_(task) {}

@@ -152,8 +152,8 @@ TEST_CASE("what is recalculated, what is kept, and what is said of it") {
   CHECK(Joined(report.warnings) ==
         "Sheet1!D4 uses NOSUCH, which this host does not compute: its stored value is kept\n"
         "Sheet1!D5 uses Table1[x], which this host does not compute: its stored value is kept\n"
-        "Sheet1!D7 depends on a recalculated cell, and keeps its stored value\n"
-        "Sheet1!D8 depends on a recalculated cell, and keeps its stored value\n");
+        "Sheet1!D7 depends on a recalculated cell but keeps its stored value\n"
+        "Sheet1!D8 depends on a recalculated cell but keeps its stored value\n");
   REQUIRE(report.errors.size() == 2);
   CHECK(report.errors[0].rfind("Sheet1!D11: ", 0) == 0);
   CHECK(report.errors[1].rfind("Sheet1!D12: ", 0) == 0);

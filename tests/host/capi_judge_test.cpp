@@ -17,7 +17,7 @@ struct Fault {
 };
 
 const Fault kFaults[] = {
-    {u"FaultLeak(A1:A3)", ViolationKind::kNotFreed, "xlCoerce gave was never freed", "1"},
+    {u"FaultLeak(A1:A3)", ViolationKind::kNotFreed, "returned by xlCoerce was never freed", "1"},
     {u"FaultNoBracket(A1:A3)", ViolationKind::kMissingBracket, "xlCoerce", "1"},
     {u"FaultLeftEnabled()", ViolationKind::kUnbalancedBracket, "left enabled", "1"},
     {u"FaultEnabledTwice()", ViolationKind::kUnbalancedBracket, "enabled twice", "1"},
@@ -26,7 +26,7 @@ const Fault kFaults[] = {
     {u"FaultWriteValue(5)", ViolationKind::kArgumentWritten, "wrote to an argument", "1"},
     {u"FaultWriteArray(A1:B4)", ViolationKind::kArgumentWritten, "wrote to an argument", "1"},
     {u"FaultWriteText(\"abc\")", ViolationKind::kArgumentWritten, "wrote to an argument", "1"},
-    {u"FaultFreeTwice(A1:A3)", ViolationKind::kFreedTwice, "freed before", "1"},
+    {u"FaultFreeTwice(A1:A3)", ViolationKind::kFreedTwice, "already freed", "1"},
     {u"FaultFreeForeign()", ViolationKind::kFreedForeign, "not the host's", "1"},
     {u"FaultLongText()", ViolationKind::kMalformedResult, "40000 characters", "#VALUE!"},
     {u"FaultNoData()", ViolationKind::kMalformedResult, "2 x 2 without data", "#VALUE!"},
@@ -34,7 +34,7 @@ const Fault kFaults[] = {
     {u"FaultNestedArray()", ViolationKind::kMalformedResult, "element of type array", "#VALUE!"},
     {u"FaultUnknownType()", ViolationKind::kMalformedResult, "0x0200", "#VALUE!"},
     {u"FaultNoText()", ViolationKind::kMalformedResult, "without text", "#VALUE!"},
-    {u"FaultDangling(A1:A3)", ViolationKind::kMalformedResult, "freed before", "#VALUE!"},
+    {u"FaultDangling(A1:A3)", ViolationKind::kMalformedResult, "already freed", "#VALUE!"},
     {u"FaultBothBits()", ViolationKind::kMalformedResult, "0x5001", "#VALUE!"},
     {u"FaultReference(A1:A3)", ViolationKind::kMalformedResult, "reference", "#VALUE!"},
     {u"FaultForeignResult()", ViolationKind::kFreedForeign, "not the host's", "own"},
@@ -88,7 +88,7 @@ TEST_CASE("an add-in that keeps ever more values is found out while it runs") {
   auto engine = PlantedEngine();
   for (int i = 0; i < 20'100; ++i) Shown(*engine, u"FaultLeak(A1:A3)");
   REQUIRE(engine->judge().count() == 1);
-  CHECK(engine->judge().violations()[0].detail.find("ever more") != std::string::npos);
+  CHECK(engine->judge().violations()[0].detail.find("keeps growing") != std::string::npos);
   engine->CloseAddIn();
   CHECK(engine->judge().count() == 20'101);
   CHECK(engine->judge().violations().size() == 1000);

@@ -110,8 +110,8 @@ TEST_CASE("type texts") {
   CHECK(type.arguments == std::vector{TypeLetter::kValueOrReference, TypeLetter::kWideText});
   CHECK(type.is_volatile);
   CHECK(type.is_macro_type);
-  CHECK(refused(u"PR").find("before 2007") != std::string::npos);
-  CHECK(refused(u"QR").find("before 2007") != std::string::npos);
+  CHECK(refused(u"PR").find("before Excel 2007") != std::string::npos);
+  CHECK(refused(u"QR").find("before Excel 2007") != std::string::npos);
   for (const char16_t* text :
        {u"", u"!", u"Z", u"QO", u"QX", u"Q%", u"Q$#", u"3F", u"1B", u">", u"Q Q", u"QU\u20ac"}) {
     CAPTURE(Utf8FromUtf16(text));

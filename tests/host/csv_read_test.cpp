@@ -51,14 +51,15 @@ TEST_CASE("comma-separated text that cannot be used is refused in one line") {
     }
     return false;
   };
-  CHECK(refused("a,\"b\n\n", "begins in row 1 does not end"));
+  CHECK(refused("a,\"b\n\n", "opens in row 1 is never closed"));
   CHECK(refused(std::string("a\0b", 3), "not comma-separated text"));
   CHECK(refused(std::string(20'000, ','), "more than 16384 fields"));
   CHECK(refused(std::string(1'100'000, '\n') + "1", "more than 1048576 rows"));
   CHECK(refused(std::string(40'000, 'x'), "longer than 32767"));
   CHECK(!Read("").sheets.at(0).used_range());
   CHECK(refused("name,value\nM\xFCller,1\n", "this is not comma-separated text in UTF-8"));
-  const std::string semicolons = "this file seems to be divided by semicolons; commas are expected";
+  const std::string semicolons =
+      "the fields of this file seem to be separated by semicolons; commas are expected";
   CHECK(refused("name;value\nx;1,5\n", semicolons));
   CHECK(refused("\"Name, first\";value\r\n", semicolons));
   CHECK(Read("\"a;b\"\nc;d\n").sheets.at(0).At(1, 0) == Value(u"c;d"));

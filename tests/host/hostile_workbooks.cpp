@@ -102,14 +102,14 @@ void AddPackages(Writer& writer) {
   writer.AddPart("no_shared_texts", "'xl/sharedStrings.xml' is missing", kBookRelationships,
                  RelationshipsXml(RelationshipXml("rId1", "worksheet", "worksheets/sheet1.xml") +
                                   RelationshipXml("rId2", "sharedStrings", "sharedStrings.xml")));
-  writer.AddPart("sheet_without_relation", "the part of sheet 'Data' is not named",
-                 kBookRelationships, RelationshipsXml(""));
+  writer.AddPart("sheet_without_relation", "no part is named for sheet 'Data'", kBookRelationships,
+                 RelationshipsXml(""));
   writer.AddPart("outside", "leads outside", kBookRelationships, relation("../../../etc/passwd"));
   writer.AddPart("absolute", "part 'etc/passwd' is missing", kBookRelationships,
                  relation("/etc/passwd"));
-  writer.AddPart("external", "is not named", kBookRelationships,
+  writer.AddPart("external", "no part is named", kBookRelationships,
                  relation("http://example.com/sheet.xml", "TargetMode=\"External\""));
-  writer.AddPart("sheet_is_book", "it is no worksheet", kBookRelationships,
+  writer.AddPart("sheet_is_book", "it is not a worksheet", kBookRelationships,
                  relation("workbook.xml"));
   writer.AddPart("broken_relationships", "an end tag without its start tag", "_rels/.rels",
                  "<Relationships></Relationship>");
@@ -124,7 +124,7 @@ void AddPackages(Writer& writer) {
                  WorkbookXml(kDataSheet,
                              "<definedNames><definedName name=\"n\" localSheetId=\"7\">1"
                              "</definedName></definedNames>"));
-  writer.AddPart("negative_sheet_of_name", "is no valid whole number", kBookPart,
+  writer.AddPart("negative_sheet_of_name", "is not a valid whole number", kBookPart,
                  WorkbookXml(kDataSheet,
                              "<definedNames><definedName name=\"n\" localSheetId=\"-1\">1"
                              "</definedName></definedNames>"));
@@ -152,7 +152,7 @@ void AddArchives(Writer& writer) {
     part.is_packed = true;
   });
   writer.AddPacked("password", "protected by a password", [](ZipPart& part) { part.flags = 1; });
-  writer.AddPacked("unknown_packing", "a method that is not read",
+  writer.AddPacked("unknown_packing", "a compression method that is not supported",
                    [](ZipPart& part) { part.method = 97; });
   std::vector<ZipPart> many(20'000, {.name = "", .content = "", .stored = true});
   for (std::size_t i = 0; i < many.size(); ++i) many[i].name = std::to_string(i);
@@ -193,11 +193,12 @@ void AddXml(Writer& writer) {
 }
 
 void AddCells(Writer& writer) {
-  writer.AddRows("row_zero", "rows go from 1", "<row r=\"0\"/>");
-  writer.AddRows("row_far", "rows go from 1", "<row r=\"99999999\"/>");
-  writer.AddRows("row_negative", "is no valid whole number", "<row r=\"-3\"/>");
-  writer.AddRows("row_overflow", "is no valid whole number", "<row r=\"99999999999999999999\"/>");
-  writer.AddRows("row_behind_last", "rows go from 1", "<row r=\"1048576\"/><row/>");
+  writer.AddRows("row_zero", "rows are numbered from 1", "<row r=\"0\"/>");
+  writer.AddRows("row_far", "rows are numbered from 1", "<row r=\"99999999\"/>");
+  writer.AddRows("row_negative", "is not a valid whole number", "<row r=\"-3\"/>");
+  writer.AddRows("row_overflow", "is not a valid whole number",
+                 "<row r=\"99999999999999999999\"/>");
+  writer.AddRows("row_behind_last", "rows are numbered from 1", "<row r=\"1048576\"/><row/>");
   writer.AddRows("column_far", "there is no cell 'ZZZZ1'", "<row r=\"1\"><c r=\"ZZZZ1\"/></row>");
   writer.AddRows("cell_row_zero", "there is no cell 'A0'", "<row r=\"1\"><c r=\"A0\"/></row>");
   writer.AddRows("cell_name", "there is no cell 'first'", "<row r=\"1\"><c r=\"first\"/></row>");
@@ -208,7 +209,7 @@ void AddCells(Writer& writer) {
   writer.AddCell("boolean", "not a boolean", "t=\"b\"", "<v>2</v>");
   writer.AddCell("date", "not a date", "t=\"d\"", "<v>2024-02-30</v>");
   writer.AddCell("type", "unknown type 'q'", "t=\"q\"", "<v>1</v>");
-  writer.AddCell("shared_text_far", "shared text 4000000000, and there are 0", "t=\"s\"",
+  writer.AddCell("shared_text_far", "shared text 4000000000, but there are only 0", "t=\"s\"",
                  "<v>4000000000</v>");
   writer.AddCell("shared_text_negative", "number of a shared text", "t=\"s\"", "<v>-1</v>");
   writer.AddCell("long_text", "at most 32767", "t=\"str\"",
@@ -218,9 +219,9 @@ void AddCells(Writer& writer) {
   writer.AddCell("array_without_range", "which cells it fills", "", "<f t=\"array\">1</f><v>1</v>");
   writer.AddCell("array_elsewhere", "which cells it fills", "",
                  "<f t=\"array\" ref=\"C3:D4\">1</f><v>1</v>");
-  writer.AddCell("array_everywhere", "more cells than are read", "",
+  writer.AddCell("array_everywhere", "more cells than the host can read", "",
                  "<f t=\"array\" ref=\"B2:XFD1048576\">1</f><v>1</v>");
-  writer.AddCell("shared_index", "is no valid whole number", "",
+  writer.AddCell("shared_index", "is not a valid whole number", "",
                  "<f t=\"shared\" si=\"-5\">1</f><v>1</v>");
 }
 

@@ -11,7 +11,7 @@ MemoryStatus ReadFromKernel() noexcept {
   if (file == nullptr) return {};
   unsigned long long total = 0;
   unsigned long long unused = 0;
-  unsigned long long available = 0;  // what caches would give back included, unlike the second line
+  unsigned long long available = 0;  // includes reclaimable caches, unlike the second line
   const int found = std::fscanf(file, "MemTotal: %llu kB MemFree: %llu kB MemAvailable: %llu",
                                 &total, &unused, &available);
   std::fclose(file);
@@ -23,8 +23,8 @@ MemoryStatus ReadFromKernel() noexcept {
 
 }  // namespace
 
-// The kernel writes a page of text for every reading, at ten microseconds each; a tenth of a second
-// changes little.
+// Each reading takes ten microseconds, since the kernel writes a page of text. The load changes
+// little within a tenth of a second.
 MemoryStatus ReadMemoryStatus() noexcept {
   using Clock = std::chrono::steady_clock;
   thread_local MemoryStatus latest;

@@ -53,7 +53,7 @@ TEST_CASE("eval computes a formula, over a file of values too") {
       ZavHost(L"eval ZavSum(x,_2024_sales,_2025,_c) --data \"" + data.wstring() + L"\"");
   CHECK(named.output == "30\r\n");
   CHECK(Contains(named.errors, "\"2024 sales\" is called _2024_sales"));
-  CHECK(Contains(named.errors, "column 4 has no name"));
+  CHECK(Contains(named.errors, "column 4 gets no name"));
   CHECK(ZavHost(L"eval =Zav( ").exit_code == 1);
   CHECK(ZavHost(L"eval =NoSuch(1)").output == "#NAME?\r\n");
 }

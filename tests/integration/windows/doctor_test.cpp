@@ -104,7 +104,7 @@ TEST_CASE("files of other versions and without one are told from those that belo
   const Outcome outcome = Doctor(folder);
   CHECK(outcome.exit_code == 1);
   CHECK(Contains(Problems(outcome), "ZavrelMessages8_x64.DLL"));
-  CHECK(Contains(Problems(outcome), "does not belong"));
+  CHECK(Contains(Problems(outcome), "does not match"));
   CHECK(Contains(Problems(outcome), "version none"));
 }
 
@@ -123,7 +123,7 @@ TEST_CASE("the doctor tells what Excel opens, the add-in and a companion each fo
   const ExcelOptions options;
   const std::filesystem::path folder = AddInFile().parent_path();
   const std::wstring add_in = (folder / "ZavrelFuncs8_x64.xll").make_preferred().wstring();
-  CHECK(Contains(Doctor(folder).output, "not among them for this user"));
+  CHECK(Contains(Doctor(folder).output, "not in this user's list"));
 
   options.Set(L"OPEN7", L"/R \"" + add_in + L"\"");
   Outcome outcome = Doctor(folder);
@@ -133,7 +133,7 @@ TEST_CASE("the doctor tells what Excel opens, the add-in and a companion each fo
   CHECK(Contains(Problems(outcome), "Excel opens no ZavrelCompanion.xlam"));
 
   options.Set(L"OPEN8", L"\"" + (folder / "nowhere/ZavrelCompanion.xlam").wstring() + L"\"");
-  CHECK(Contains(Problems(Doctor(folder)), "the workbook is not there: OPEN8"));
+  CHECK(Contains(Problems(Doctor(folder)), "the workbook does not exist: OPEN8"));
 
   const std::filesystem::path companion = ScratchFolder() / "ZavrelCompanion.xlam";
   std::ofstream(companion) << "a user's own";
