@@ -21,6 +21,8 @@ struct EngineOptions {
   std::uint32_t language = 9;
   /// Formulas that use the add-in, at the most; more is a WorkbookError.
   std::size_t formula_limit = 500'000;
+  /// Recalculate formulas that do not use the add-in too.
+  bool every_formula = false;
   /// Called now and then with (done, total) while recalculating; may be empty.
   std::function<void(std::size_t, std::size_t)> progress;
   /// Where Excel's behaviour is not always the same.
@@ -34,7 +36,7 @@ struct EngineOptions {
 struct RecalculatedCell {
   CellAddress address;
   std::optional<CellRange> array;
-  std::u16string formula;  // as it reads in this cell, with its leading "="
+  std::u16string formula;  // as Excel shows it in this cell, with its leading "="
   Value before;            // top left, as stored in the file
   Value after;             // top left; the other cells of an array stand in the workbook
   bool changed = false;    // a cell that had a value has another one now
@@ -73,8 +75,9 @@ class Engine {
   const std::vector<std::string>& refused_registrations() const;
 
   /// Recalculates every formula that calls a registered function or one whose name begins with
-  /// "Zav", directly or through a defined name, and stores the results in the workbook's cells. A
-  /// formula that also calls what neither the add-in nor the host computes keeps its stored value.
+  /// "Zav", directly or through a defined name, or all of them (EngineOptions::every_formula), and
+  /// stores the results in the workbook's cells. A formula that also calls what neither the add-in
+  /// nor the host computes keeps its stored value.
   /// Throws WorkbookError beyond the limits.
   RecalculationReport Recalculate();
 

@@ -8,9 +8,10 @@
 
 namespace zavhost {
 
-/// The text of a formula written for `origin` as it reads in `cell`: relative references moved,
-/// those that leave the sheet "#REF!".
-std::u16string MovedFormulaText(std::u16string_view text, const CellAddress& origin,
+/// The text of a formula written for `origin` as Excel shows it in `cell`: relative references
+/// moved, those that leave the sheet "#REF!", and functions of add-ins without the "_xll." that they
+/// have in files.
+std::u16string ShownFormulaText(std::u16string_view text, const CellAddress& origin,
                                 const CellAddress& cell);
 
 /// "Sheet1!B7", with quotes around a name that needs them.
