@@ -3,6 +3,7 @@
 import io
 import re
 import zipfile
+from decimal import Decimal
 
 from openpyxl.styles import Alignment, Font, PatternFill
 
@@ -23,6 +24,24 @@ def put_list(sheet, first, rows):
         sheet.cell(line, 1, label)
         sheet.cell(line, 2, formula).number_format = number_format
     return first + len(rows)
+
+
+def cell_value(text):
+    """What a cell holds whose text is this; nothing for an empty one."""
+    if text in ("TRUE", "FALSE"):
+        return text == "TRUE"
+    try:
+        return Decimal(text)
+    except ArithmeticError:
+        return text or None
+
+
+def enter_array(sheet, row, column, formula, rows, columns):
+    """An array formula over so many cells; gives the name of its first one."""
+    first, last = sheet.cell(row, column), sheet.cell(row + rows - 1, column + columns - 1)
+    first.value = formula
+    sheet.formula_attributes[first.coordinate] = {"t": "array", "ref": f"{first.coordinate}:{last.coordinate}"}
+    return first.coordinate
 
 
 def as_stored(formula):
