@@ -332,7 +332,8 @@ def fill_checks(sheet, arrays, checks):
 
 def fill_macros(sheet):
     for row, (name, what, text) in enumerate(MACROS, start=FIRST_ROW):
-        put_line(sheet, row, name, what, None, text, None)
+        is_number = isinstance(cell_value(text), Decimal)
+        put_line(sheet, row, name, what, None, text, max(tolerance(text), 1e-12) if is_number else None)
     last = FIRST_ROW + len(MACROS) - 1
     results = f"{RESULT}{FIRST_ROW}:{RESULT}{last}"
     put_frame(sheet, "What only macros call", "Run the macro ZavrelRunSelfTest (Alt+F8, type the name): it is part of "

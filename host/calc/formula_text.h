@@ -9,8 +9,8 @@
 namespace zavhost {
 
 /// The text of a formula written for `origin` as Excel shows it in `cell`: relative references
-/// moved, those that leave the sheet "#REF!", and functions of add-ins without the "_xll." that they
-/// have in files.
+/// moved, those that leave the sheet "#REF!", and functions of add-ins without the "_xll." that
+/// they have in files.
 std::u16string ShownFormulaText(std::u16string_view text, const CellAddress& origin,
                                 const CellAddress& cell);
 

@@ -26,10 +26,10 @@ Operand IsNA(const BuiltInCall& call) {
 /// The number that Excel gives an error; #N/A for what is none.
 Operand ErrorType(const BuiltInCall& call) {
   constexpr std::pair<ErrorCode, double> kTypes[] = {
-      {ErrorCode::kNull, 1},    {ErrorCode::kDiv0, 2},        {ErrorCode::kValue, 3},
-      {ErrorCode::kRef, 4},     {ErrorCode::kName, 5},        {ErrorCode::kNum, 6},
-      {ErrorCode::kNA, 7},      {ErrorCode::kGettingData, 8}, {ErrorCode::kSpill, 9},
-      {ErrorCode::kConnect, 10}, {ErrorCode::kBlocked, 11},   {ErrorCode::kUnknown, 12},
+      {ErrorCode::kNull, 1},     {ErrorCode::kDiv0, 2},        {ErrorCode::kValue, 3},
+      {ErrorCode::kRef, 4},      {ErrorCode::kName, 5},        {ErrorCode::kNum, 6},
+      {ErrorCode::kNA, 7},       {ErrorCode::kGettingData, 8}, {ErrorCode::kSpill, 9},
+      {ErrorCode::kConnect, 10}, {ErrorCode::kBlocked, 11},    {ErrorCode::kUnknown, 12},
   };
   const Value value = ScalarArgument(call, 0);
   for (const auto& [code, type] : kTypes) {

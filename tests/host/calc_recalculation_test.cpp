@@ -130,7 +130,7 @@ TEST_CASE("what is recalculated, what is kept, and what is said of it") {
   workbook.names.push_back({u"Total", u"_xll.GoodSum(Sheet1!$A$1:$A$5)", {}});
   workbook.names.push_back({u"Twice", u"Total*2", {}});
   workbook.names.push_back({u"Round", u"Round+1", {}});
-  AddFormula(workbook, u"D1", u"_XLL.goodSUM(A1,IF(TRUE,_xll.GoodSum(A2:A5)))");
+  AddFormula(workbook, u"D1", u"_XLL.goodSUM(IF(_xll.GoodSum(A1)=1,A1:A5))");
   AddFormula(workbook, u"D2", u"Twice+1");
   AddFormula(workbook, u"D3", u"_xll.ZavNoSuch(A1)");
   AddFormula(workbook, u"D4", u"GoodSum(A1)&NOSUCH(1)");
@@ -158,7 +158,7 @@ TEST_CASE("what is recalculated, what is kept, and what is said of it") {
   CHECK(report.errors[0].rfind("Sheet1!D11: ", 0) == 0);
   CHECK(report.errors[1].rfind("Sheet1!D12: ", 0) == 0);
   REQUIRE(report.cells.size() == 5);
-  CHECK(report.cells[0].formula == u"=goodSUM(A1,IF(TRUE,GoodSum(A2:A5)))");
+  CHECK(report.cells[0].formula == u"=goodSUM(IF(GoodSum(A1)=1,A1:A5))");
 }
 
 TEST_CASE("every formula, on request, in the order of what they need") {

@@ -235,9 +235,9 @@ void AddReadable(Writer& writer) {
                   "<definedNames><definedName name=\"first\">second</definedName>"
                   "<definedName name=\"second\">first</definedName></definedNames>");
   writer.Add("cyclic_names", "", ZipBook(cyclic_names));
-  writer.AddRows(
-      "cyclic_cells", "",
-      "<row r=\"1\">" + formula("A1", "_xll.ZavMean(B1)") + formula("B1", "_xll.ZavMean(A1)") + "</row>");
+  writer.AddRows("cyclic_cells", "",
+                 "<row r=\"1\">" + formula("A1", "_xll.ZavMean(B1)") +
+                     formula("B1", "_xll.ZavMean(A1)") + "</row>");
   writer.AddRows("texts_without_bounds", "",
                  "<row r=\"1\"><c r=\"A1\"><f t=\"array\" ref=\"A1\">"
                  "_xll.ZavMean(ROW(1:500)*COLUMN(A:IV)&amp;\"" +
