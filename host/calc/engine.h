@@ -21,6 +21,8 @@ struct EngineOptions {
   std::uint32_t language = 9;
   /// The maximum number of formulas that use the add-in; more cause a WorkbookError.
   std::size_t formula_limit = 500'000;
+  /// Also recalculate formulas that do not use the add-in.
+  bool every_formula = false;
   /// Called from time to time with (done, total) during recalculation; may be empty.
   std::function<void(std::size_t, std::size_t)> progress;
   /// Details in which Excel's behaviour varies.
@@ -34,7 +36,7 @@ struct EngineOptions {
 struct RecalculatedCell {
   CellAddress address;
   std::optional<CellRange> array;
-  std::u16string formula;  // as in this cell, with a leading "="
+  std::u16string formula;  // as Excel shows it in this cell, with a leading "="
   Value before;            // top left, as stored in the file
   Value after;             // top left; the workbook holds the other cells of an array
   bool changed = false;    // a cell that had a value now has another one
@@ -73,9 +75,10 @@ class Engine {
   const std::vector<std::string>& refused_registrations() const;
 
   /// Recalculates every formula that calls a registered function or one whose name begins with
-  /// "Zav", directly or through a defined name, and stores the results in the workbook's cells. A
-  /// formula keeps its stored value if it also uses something that neither the add-in nor the host
-  /// computes. Throws WorkbookError beyond the limits.
+  /// "Zav", directly or through a defined name, or all formulas (EngineOptions::every_formula), and
+  /// stores the results in the workbook's cells. A formula keeps its stored value if it also uses
+  /// something that neither the add-in nor the host computes. Throws WorkbookError beyond the
+  /// limits.
   RecalculationReport Recalculate();
 
   /// Evaluates one formula (with or without "=") as an array formula in `cell`. Throws

@@ -8,9 +8,10 @@
 
 namespace zavhost {
 
-/// The text that a formula written for `origin` has in `cell`: relative references are moved, and
-/// those that leave the sheet become "#REF!".
-std::u16string MovedFormulaText(std::u16string_view text, const CellAddress& origin,
+/// The text of a formula written for `origin` as Excel shows it in `cell`: relative references are
+/// moved, those that leave the sheet become "#REF!", and the functions of add-ins lose the "_xll."
+/// that they have in files.
+std::u16string ShownFormulaText(std::u16string_view text, const CellAddress& origin,
                                 const CellAddress& cell);
 
 /// "Sheet1!B7", with quotes around names that need them.

@@ -72,13 +72,14 @@ void Recalculation::Select() {
   for (std::uint32_t i = 0; i < workbook_.formulas.size(); ++i) {
     const FormulaCell& formula = workbook_.formulas[i];
     const FormulaUse& use = uses.Of(formula.text);
-    if (!use.uses_add_in || !use.foreign.empty()) {
-      if (use.uses_add_in) WarnOfKept(formula, use.foreign);
+    const bool is_wanted = use.uses_add_in || options_.every_formula;
+    if (!is_wanted || !use.foreign.empty()) {
+      if (is_wanted) WarnOfKept(formula, use.foreign);
       kept.Add(formula);
       continue;
     }
     if (entries_.size() == options_.formula_limit) {
-      throw WorkbookError(fmt::format("the workbook has more than {} formulas that use the add-in",
+      throw WorkbookError(fmt::format("the workbook has more than {} formulas to recalculate",
                                       options_.formula_limit));
     }
     const CellRange range = RangeOf(formula);
@@ -98,7 +99,7 @@ void Recalculation::Select() {
     report_.cells.push_back(
         {cell,
          formula.array,
-         u"=" + MovedFormulaText(workbook_.formula_texts[formula.text], formula.origin, cell),
+         u"=" + ShownFormulaText(workbook_.formula_texts[formula.text], formula.origin, cell),
          before,
          before,
          false,

@@ -71,6 +71,8 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
                   "Write the workbook with its new values to this file; everything else in it "
                   "stays unchanged")
       ->type_name("OUT.xlsx");
+  run->add_flag("--all", line.every_formula,
+                "Recalculate formulas that do not call the add-in, too");
   run->add_option("--max-formulas", line.formula_limit,
                   "Refuse a workbook with more formulas to recalculate")
       ->check(CLI::Range(std::size_t{1}, std::size_t{100'000'000}))

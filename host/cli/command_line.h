@@ -29,6 +29,7 @@ struct CommandLine {
   std::filesystem::path workbook;
   std::filesystem::path output;
   std::size_t formula_limit = 500'000;
+  bool every_formula = false;
   // eval
   std::string formula;
   std::filesystem::path data;

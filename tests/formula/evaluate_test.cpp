@@ -231,6 +231,8 @@ TEST_CASE("built-in functions") {
                        {u"ISNA(E4)", "TRUE"},
                        {u"ISERROR(1/0)", "TRUE"},
                        {u"ISNA(1/0)", "FALSE"},
+                       {u"ERROR.TYPE(E4)", "7"},
+                       {u"ERROR.TYPE(\"#N/A\")", "#N/A"},
                        {u"NA()", "#N/A"},
                        {u"ROUND(2.675,2)", "2.68"},
                        {u"ROUND(-2.5,0)", "-3"},

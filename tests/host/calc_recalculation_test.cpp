@@ -73,7 +73,7 @@ TEST_CASE("circles are reported once, and the rest is calculated") {
 TEST_CASE("a chain of 100,000 formulas needs no deep stack, in whatever order it stands") {
   Workbook workbook = SmallWorkbook();
   constexpr std::int32_t kLength = 100'000;
-  workbook.formula_texts.emplace_back(u"GoodInteger(-C2)+1");
+  workbook.formula_texts.emplace_back(u"_xll.GoodInteger(-C2)+1");
   for (std::int32_t row = 0; row < kLength; ++row)
     workbook.formulas.push_back({{0, row, 2}, 0, {0, 0, 2}, {}});
   auto engine = PlantedEngine(std::move(workbook));
@@ -99,7 +99,7 @@ TEST_CASE("long ranges of waiting cells are no square of work") {
 
 TEST_CASE("array formulas fill their range as Excel does") {
   Workbook workbook = SmallWorkbook();
-  AddFormula(workbook, u"D1", u"GoodGrid(2,2)", "D1:F3");
+  AddFormula(workbook, u"D1", u"_xll.GoodGrid(2,2)", "D1:F3");
   AddFormula(workbook, u"H1", u"GoodGrid(1,2)", "H1:J2");
   AddFormula(workbook, u"D5", u"GoodSum(A1:A5)", "D5:E5");
   AddFormula(workbook, u"D7", u"GoodGrid(2,2)");
@@ -127,10 +127,10 @@ TEST_CASE("what is recalculated, what is kept, and what is said of it") {
   Workbook workbook = SmallWorkbook();
   Sheet& sheet = workbook.sheets[0];
   for (std::int32_t row = 0; row < 12; ++row) sheet.Set(row, 3, 1000.0 + row);
-  workbook.names.push_back({u"Total", u"GoodSum(Sheet1!$A$1:$A$5)", {}});
+  workbook.names.push_back({u"Total", u"_xll.GoodSum(Sheet1!$A$1:$A$5)", {}});
   workbook.names.push_back({u"Twice", u"Total*2", {}});
   workbook.names.push_back({u"Round", u"Round+1", {}});
-  AddFormula(workbook, u"D1", u"goodSUM(A1:A5)");
+  AddFormula(workbook, u"D1", u"_XLL.goodSUM(IF(_xll.GoodSum(A1)=1,A1:A5))");
   AddFormula(workbook, u"D2", u"Twice+1");
   AddFormula(workbook, u"D3", u"_xll.ZavNoSuch(A1)");
   AddFormula(workbook, u"D4", u"GoodSum(A1)&NOSUCH(1)");
@@ -157,7 +157,25 @@ TEST_CASE("what is recalculated, what is kept, and what is said of it") {
   REQUIRE(report.errors.size() == 2);
   CHECK(report.errors[0].rfind("Sheet1!D11: ", 0) == 0);
   CHECK(report.errors[1].rfind("Sheet1!D12: ", 0) == 0);
-  CHECK(report.cells.size() == 5);
+  REQUIRE(report.cells.size() == 5);
+  CHECK(report.cells[0].formula == u"=goodSUM(IF(GoodSum(A1)=1,A1:A5))");
+}
+
+TEST_CASE("every formula, on request, in the order of what they need") {
+  Workbook workbook = SmallWorkbook();
+  AddFormula(workbook, u"D1", u"D2*2");
+  AddFormula(workbook, u"D2", u"_xll.GoodSum(A1:A5)+D3");
+  AddFormula(workbook, u"D3", u"ERROR.TYPE(1/0)");
+  AddFormula(workbook, u"D4", u"NOSUCH(1)");
+  workbook.sheets[0].Set(3, 3, 1003.0);
+  EngineOptions options;
+  options.every_formula = true;
+  auto engine = PlantedEngine(std::move(workbook), options);
+  const RecalculationReport report = engine->Recalculate();
+  CHECK(CellShown(*engine, 0, 3) == "34");
+  CHECK(CellShown(*engine, 3, 3) == "1003");
+  CHECK(Joined(report.warnings) ==
+        "Sheet1!D4 uses NOSUCH, which this host does not compute: its stored value is kept\n");
 }
 
 TEST_CASE("what another workbook's names give is kept") {
@@ -226,7 +244,7 @@ TEST_CASE("many warnings become a count, and the formula limit is one clear erro
   options.formula_limit = 4;
   auto engine = PlantedEngine(workbook, options);
   CHECK_THROWS_WITH_AS(engine->Recalculate(),
-                       "the workbook has more than 4 formulas that use the add-in", WorkbookError);
+                       "the workbook has more than 4 formulas to recalculate", WorkbookError);
 }
 
 TEST_CASE("formulas that fill each other's cells, and array formulas without bounds") {

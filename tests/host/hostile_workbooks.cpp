@@ -230,23 +230,23 @@ void AddReadable(Writer& writer) {
     return "<c r=\"" + cell + "\"><f>" + text + "</f><v>5</v></c>";
   };
   BookParts cyclic_names =
-      OneSheetBook("<row r=\"1\">" + formula("A1", "ZavMean(first)") + "</row>");
+      OneSheetBook("<row r=\"1\">" + formula("A1", "_xll.ZavMean(first)") + "</row>");
   cyclic_names[kBookPart] =
       WorkbookXml(kDataSheet,
                   "<definedNames><definedName name=\"first\">second</definedName>"
                   "<definedName name=\"second\">first</definedName></definedNames>");
   writer.Add("cyclic_names", "", ZipBook(cyclic_names));
-  writer.AddRows(
-      "cyclic_cells", "",
-      "<row r=\"1\">" + formula("A1", "ZavMean(B1)") + formula("B1", "ZavMean(A1)") + "</row>");
+  writer.AddRows("cyclic_cells", "",
+                 "<row r=\"1\">" + formula("A1", "_xll.ZavMean(B1)") +
+                     formula("B1", "_xll.ZavMean(A1)") + "</row>");
   writer.AddRows("texts_without_bounds", "",
                  "<row r=\"1\"><c r=\"A1\"><f t=\"array\" ref=\"A1\">"
-                 "ZavMean(ROW(1:500)*COLUMN(A:IV)&amp;\"" +
+                 "_xll.ZavMean(ROW(1:500)*COLUMN(A:IV)&amp;\"" +
                      std::string(4000, 'x') + "\")</f><v>5</v></c></row>");
   std::string rows;
   for (int row = 1; row <= 1'000'000; ++row) {
     rows += "<row><c><f t=\"shared\" si=\"0\"";
-    rows += row == 1 ? " ref=\"A1:A1000000\">ZavMean(B1:C1)</f>" : "/>";
+    rows += row == 1 ? " ref=\"A1:A1000000\">_xll.ZavMean(B1:C1)</f>" : "/>";
     rows += "<v>0</v></c></row>";
   }
   writer.AddRows("million_formulas", "", rows);

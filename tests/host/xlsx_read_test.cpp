@@ -80,7 +80,7 @@ TEST_CASE("shared texts: runs joined, readings dropped, escapes decoded, texts h
 
 TEST_CASE("formulas: normal, shared, array, data table and those without their text") {
   const Workbook book = ReadRows(
-      "<row r=\"1\"><c r=\"A1\"><f>=ZavMean(B1)</f><v>2</v></c>"
+      "<row r=\"1\"><c r=\"A1\"><f>=_xll.ZavMean(B1)</f><v>2</v></c>"
       "<c r=\"D1\"><f t=\"array\" ref=\"D1:E2\">B1:C2*2</f><v>4</v></c><c "
       "r=\"E1\"><v>6</v></c></row>"
       "<row r=\"2\"><c r=\"A2\"><f t=\"shared\" si=\"3\"/><v>1</v></c></row>"
@@ -91,7 +91,7 @@ TEST_CASE("formulas: normal, shared, array, data table and those without their t
       "<c r=\"D4\" cm=\"1\"><f t=\"array\" ref=\"D4\">B1</f><v>1</v></c></row>");
   REQUIRE(book.formulas.size() == 6);
   const auto text = [&](std::size_t i) { return book.formula_texts[book.formulas[i].text]; };
-  CHECK(text(0) == u"ZavMean(B1)");
+  CHECK(text(0) == u"_xll.ZavMean(B1)");
   CHECK(book.formulas[1].array == CellRange{0, 3, 1, 4});
   CHECK(book.formulas[2].address == CellAddress{0, 1, 0});
   CHECK(text(2) == u"B3<C3");

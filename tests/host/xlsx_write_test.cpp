@@ -44,9 +44,10 @@ std::string Rewritten(const std::string& rows,
 TEST_CASE("only t and v of the cells named change") {
   // Each value over each way a cell may look; what else the cell holds stays, byte for byte.
   CHECK(Rewritten("<row r=\"1\"><c r=\"A1\" s=\"3\" t=\"str\" cm='1' "
-                  "><f>x</f><v>old</v><extLst/></c></row>",
+                  "><f>_xll.ZavSum(1)</f><v>old</v><extLst/></c></row>",
                   {{{0, 0}, 0.1}}) ==
-        "<row r=\"1\"><c r=\"A1\" s=\"3\" cm='1' ><f>x</f><v>0.1</v><extLst/></c></row>");
+        "<row r=\"1\"><c r=\"A1\" s=\"3\" cm='1' "
+        "><f>_xll.ZavSum(1)</f><v>0.1</v><extLst/></c></row>");
   CHECK(Rewritten("<row r=\"1\"><c r='A1'><f t=\"shared\" si=\"0\" ref=\"A1\">x</f></c></row>",
                   {{{0, 0}, ErrorCode::kNA}}) ==
         "<row r=\"1\"><c r='A1' t=\"e\"><f t=\"shared\" si=\"0\" "
