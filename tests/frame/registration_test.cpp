@@ -6,7 +6,7 @@
 #include <string>
 
 #include "excel/wide_text.h"
-#include "frame/fake_excel.h"
+#include "support/fake_excel.h"
 
 namespace zavrel::tests {
 namespace {

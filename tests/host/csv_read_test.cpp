@@ -1,7 +1,7 @@
 #include <doctest/doctest.h>
 
 #include "host/xlsx/xlsx_file.h"
-#include "tests/host/book_builder.h"
+#include "support/book_builder.h"
 
 using namespace zavhost;
 using namespace zavhost_test;

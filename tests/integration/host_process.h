@@ -69,4 +69,56 @@ inline Outcome ZavHost(const std::wstring& arguments, DWORD seconds = 60,
   return RunProgram(folder / "ZavHost.exe", arguments, seconds);
 }
 
+/// A new folder with what ships, for a test to change.
+inline std::filesystem::path CopyOfWhatShips(const char* name) {
+  const std::filesystem::path folder = ScratchFolder() / name;
+  std::filesystem::remove_all(folder);
+  std::filesystem::copy(AddInFile().parent_path(), folder,
+                        std::filesystem::copy_options::recursive);
+  return folder;
+}
+
+/// Puts a file in the place of another.
+inline void Replace(const std::filesystem::path& file, const std::filesystem::path& other) {
+  std::filesystem::remove(file);
+  std::filesystem::copy_file(other, file);
+}
+
+/// The first line that `ZavHost eval` of a folder writes for a formula.
+inline std::string Evaluated(const std::wstring& formula, const std::filesystem::path& folder) {
+  const Outcome outcome = ZavHost(L"eval \"" + formula + L"\"", 60, folder);
+  CHECK(outcome.exit_code == 0);
+  CHECK(outcome.errors.empty());
+  return outcome.output.substr(0, outcome.output.find_first_of("\r\n"));
+}
+
+/// Runs with a temporary folder for the add-in's log.
+template <class Run>
+void WithTemporaryFolder(const std::filesystem::path& folder, Run run) {
+  wchar_t before[MAX_PATH + 1] = L"";
+  const bool set = GetEnvironmentVariableW(L"TMP", before, MAX_PATH) != 0;
+  SetEnvironmentVariableW(L"TMP", folder.c_str());
+  run();
+  SetEnvironmentVariableW(L"TMP", set ? before : nullptr);
+}
+
+/// The log of the add-ins that `run` opens.
+template <class Run>
+std::string LogOf(const std::filesystem::path& folder, Run run) {
+  std::filesystem::create_directories(folder);
+  std::ofstream(folder / "BrennicLoggingDetail.txt").flush();
+  std::filesystem::remove(folder / "VekZavrelFuncs8.log");
+  WithTemporaryFolder(folder, run);
+  return ReadAll(folder / "VekZavrelFuncs8.log");
+}
+
+inline bool Contains(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+inline int Occurrences(const std::string& text, const std::string& part) {
+  int count = 0;
+  for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
+  return count;
+}
+
 }  // namespace zavrel::tests

@@ -1,16 +1,8 @@
 // The entry points that a macro add-in calls, by GetProcAddress on the loaded add-in.
-#include <windows.h>
-
-#include <oleauto.h>
-
-#include <doctest/doctest.h>
-
 #include <cstring>
-#include <fstream>
-#include <iterator>
 
 #include "integration/entry_point.h"
-#include "integration/running_add_in.h"
+#include "integration/host_process.h"
 
 namespace zavrel::tests {
 namespace {
@@ -45,14 +37,14 @@ TEST_CASE("the macro language's announce takes strings of both kinds, empty and 
   auto* announce_wide = EntryPoint<AnnounceW>("InitializeXlaInformationW");
 
   announce(nullptr, nullptr, 5, nullptr, 9, nullptr, nullptr);
-  CHECK(Shown(*engine, u"ZavMean(1,2,3)") == "2");
+  CHECK(Shown(*engine, "ZavMean(1,2,3)") == "2");
   engine->Withdraw(5);
 
   const BSTR file = AnsiBstr("C:\\Add-ins\\companion.xlam");
   const BSTR version = SysAllocString(L"8.0.1");
   const BSTR help = SysAllocString(L"");
   announce(nullptr, nullptr, 5, file, 0x0407, version, help);
-  CHECK(Shown(*engine, u"ZavMean(1,2,3)") == "2");
+  CHECK(Shown(*engine, "ZavMean(1,2,3)") == "2");
   for (const BSTR text : {file, version, help}) SysFreeString(text);
 
   announce_wide(nullptr, nullptr, 7, L"", 9, L"", L"");
@@ -60,7 +52,7 @@ TEST_CASE("the macro language's announce takes strings of both kinds, empty and 
   // An id without a slot changes nothing.
   announce_wide(nullptr, nullptr, 60000, nullptr, 9, nullptr, nullptr);
   engine->Withdraw(60000);
-  CHECK(Shown(*engine, u"ZavMean(1,2,3)") == "2");
+  CHECK(Shown(*engine, "ZavMean(1,2,3)") == "2");
   CloseClean(*engine);
 }
 
@@ -92,29 +84,19 @@ TEST_CASE("the last hundred failures can be told by their numbers") {
   CloseClean(*engine);
 }
 
-TEST_CASE(
-    "the log is written when its marker file is there, and an old one goes away when it is not") {
+TEST_CASE("the log is written when its marker file is there, and an old one goes when it is not") {
   const std::filesystem::path folder = ScratchFolder() / "log";
   std::filesystem::create_directories(folder);
-  const std::filesystem::path log = folder / "VekZavrelFuncs8.log";
-  std::ofstream(log) << "of an earlier session";
-  wchar_t old_temp[MAX_PATH + 1] = {};
-  GetEnvironmentVariableW(L"TMP", old_temp, MAX_PATH);
-  SetEnvironmentVariableW(L"TMP", folder.wstring().c_str());
+  std::ofstream(folder / "VekZavrelFuncs8.log") << "of an earlier session";
+  const auto serve = [] {
+    auto engine = ServingAddIn();
+    CHECK(Shown(*engine, "ZavMean(1,2,3)") == "2");
+    CloseClean(*engine);
+  };
+  WithTemporaryFolder(folder, serve);
+  CHECK(!std::filesystem::exists(folder / "VekZavrelFuncs8.log"));
 
-  auto quiet = ServingAddIn();
-  CHECK(Shown(*quiet, u"ZavMean(1,2,3)") == "2");
-  CloseClean(*quiet);
-  CHECK(!std::filesystem::exists(log));
-
-  std::ofstream(folder / "BrennicLoggingDetail.txt");
-  auto logged = ServingAddIn();
-  CHECK(Shown(*logged, u"ZavMean(1,2,3)") == "2");
-  CloseClean(*logged);
-  SetEnvironmentVariableW(L"TMP", old_temp);
-
-  std::ifstream stream(log, std::ios::binary);
-  const std::string text(std::istreambuf_iterator<char>(stream), {});
+  const std::string log = LogOf(folder, serve);
   std::size_t at = 0;
   for (const char* line :
        {"Exe fileName=", "DLL fileName=", "DLL fileVersion=8.0.0.",
@@ -123,8 +105,8 @@ TEST_CASE(
         "{ numTotalData=3, numUsedData=3, numErrs=0, numFiltered=0, min=1, ",
         "===== xlAutoClose enter =====",
         "xlAutoClose: About to close log file with logFile.reset ()."}) {
-    const std::size_t found = text.find(line, at);
-    CHECK_MESSAGE(found != std::string::npos, line << " is missing or out of order in\n" << text);
+    const std::size_t found = log.find(line, at);
+    CHECK_MESSAGE(found != std::string::npos, line << " is missing or out of order in\n" << log);
     if (found != std::string::npos) at = found;
   }
 }

@@ -1,9 +1,9 @@
-#include "tests/host/hostile_workbooks.h"
+#include "support/hostile_workbooks.h"
 
 #include <fstream>
 #include <functional>
 
-#include "tests/host/book_builder.h"
+#include "support/book_builder.h"
 
 namespace zavhost_test {
 namespace fs = std::filesystem;
