@@ -32,6 +32,18 @@ CellRange RangeNamed(std::string_view name) {
   return *range;
 }
 
+template <class Show>
+std::string CellsOf(const Sheet& sheet, std::string_view name, Show show) {
+  const CellRange range = RangeNamed(name);
+  std::string text;
+  for (std::int32_t row = range.first_row; row <= range.last_row; ++row) {
+    for (std::int32_t column = range.first_column; column <= range.last_column; ++column)
+      text += (column > range.first_column ? "," : "") + show(sheet.At(row, column));
+    text += ';';
+  }
+  return text;
+}
+
 }  // namespace
 
 std::vector<std::string> CasesIn(std::string_view table) {
@@ -118,16 +130,15 @@ std::string Shown(Engine& engine, std::string_view formula) {
   return Shown(engine.Evaluate(FromUtf8(formula), {0, 1, 20}));
 }
 
-std::string ShownCells(Engine& engine, std::string_view name) {
-  const CellRange range = RangeNamed(name);
-  std::string text;
-  for (std::int32_t row = range.first_row; row <= range.last_row; ++row) {
-    for (std::int32_t column = range.first_column; column <= range.last_column; ++column)
-      text += (column > range.first_column ? "," : "") +
-              Shown(engine.workbook().sheets[0].At(row, column));
-    text += ';';
-  }
-  return text;
+std::string ShownCells(Engine& engine, std::string_view range) {
+  return CellsOf(engine.workbook().sheets[0], range,
+                 [](const Value& value) { return Shown(value); });
+}
+
+std::string Content(const Sheet& sheet, std::string_view range) {
+  return CellsOf(sheet, range, [](const Value& value) {
+    return value.text() != nullptr ? '"' + Shown(value) + '"' : Shown(value);
+  });
 }
 
 double Number(Engine& engine, std::string_view formula) {
