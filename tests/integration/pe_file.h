@@ -44,16 +44,16 @@ class PeFile {
     }
     return names;
   }
+  const IMAGE_OPTIONAL_HEADER64& header() const {
+    const auto start = static_cast<DWORD>(At<IMAGE_DOS_HEADER>(0)->e_lfanew);
+    return At<IMAGE_NT_HEADERS64>(start)->OptionalHeader;
+  }
   std::uint16_t dll_characteristics() const { return header().DllCharacteristics; }
 
  private:
   template <class T>
   const T* At(DWORD address) const {
     return reinterpret_cast<const T*>(reinterpret_cast<const char*>(module_) + address);
-  }
-  const IMAGE_OPTIONAL_HEADER64& header() const {
-    const auto start = static_cast<DWORD>(At<IMAGE_DOS_HEADER>(0)->e_lfanew);
-    return At<IMAGE_NT_HEADERS64>(start)->OptionalHeader;
   }
   template <class T>
   const T* Directory(int which) const {

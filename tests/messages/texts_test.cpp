@@ -28,48 +28,18 @@ struct Wizard {
 };
 
 std::vector<Wizard> Rows() {
-  std::vector<Wizard> rows = {
-      {1066, {1067}, 1068, 1072},
-      {1073, {1074}, 1075, 1075},
-      {1076, {1077}, 1078, 1079},
-      {1080, {1081}, 0, 0},
-      {1082, {1083}, 0, 0},
-      {1084, {1085}, 0, 0},
-      {1086, {1087}, 0, 0},
-      {1088, {1089}, 0, 0},
-      {1090, {1091}, 0, 0},
-      {1092, {1093}, 1094, 1094},
-      {1095, {1096}, 1097, 1098},
-      {1099, {1100}, 1101, 1103},
-      {1104, {1105}, 1106, 1108},
-      {1109, {1110}, 1111, 1112},
-      {1132, {1133}, 1134, 1138},
-      {1139, {1140}, 1141, 1142},
-      {1143, {1144}, 1145, 1145},
-      {1157, {1158}, 1159, 1164},
-      {1169, {1170}, 1171, 1173},
-      {1193, {1194}, 1195, 1197},
-      {1198, {1199}, 1200, 1202},
-      {1203, {1204}, 1205, 1208},
-      {1209, {1210}, 1211, 1213},
-      {1214, {1215}, 1216, 1218},
-      {1219, {1220}, 1221, 1224},
-      {1225, {1226}, 1227, 1230},
-      {1231, {1232}, 1233, 1235},
-      {1236, {1237}, 1238, 1238},
-      {1240, {1241}, 1242, 1242},
-      {1243, {1244}, 1245, 1245},
-      {1246, {1247}, 1248, 1249},
-      {1250, {1251}, 1252, 1253},
-      {1254, {1255}, 1256, 1257},
-      {1258, {1259}, 1260, 1261},
-      {1263, {1264}, 1265, 1267},
-      {1304, {1305}, 1306, 1307},
-      {1308, {1309}, 1310, 1313},
-      {1376, {1377}, 1378, 1379},
-      {1548, {1544, 1545, 1546}, 1547, 1547},
-      {1594, {1595}, 0, 0},
-  };
+  std::vector<Wizard> rows = {{1548, {1544, 1545, 1546}, 1547, 1547}};
+  // Most rows' texts follow each other: argument text, help, and helps of arguments up to a last.
+  const std::pair<std::uint32_t, std::uint32_t> following[] = {
+      {1066, 1072}, {1073, 1075}, {1076, 1079}, {1080, 0},    {1082, 0},    {1084, 0},
+      {1086, 0},    {1088, 0},    {1090, 0},    {1092, 1094}, {1095, 1098}, {1099, 1103},
+      {1104, 1108}, {1109, 1112}, {1132, 1138}, {1139, 1142}, {1143, 1145}, {1157, 1164},
+      {1169, 1173}, {1193, 1197}, {1198, 1202}, {1203, 1208}, {1209, 1213}, {1214, 1218},
+      {1219, 1224}, {1225, 1230}, {1231, 1235}, {1236, 1238}, {1240, 1242}, {1243, 1245},
+      {1246, 1249}, {1250, 1253}, {1254, 1257}, {1258, 1261}, {1263, 1267}, {1304, 1307},
+      {1308, 1313}, {1376, 1379}, {1594, 0}};
+  for (const auto& [text, last] : following)
+    rows.push_back({text, {text + 1}, last == 0 ? 0 : text + 2, last});
   // The statistics of up to 30 values, and the matrices of up to 27 variables.
   Wizard values = {1113, {1114}, 0, 0};
   for (std::uint32_t id = 1116; id <= 1131; ++id) values.function_helps.push_back(id);
@@ -141,10 +111,8 @@ std::ptrdiff_t CountNames(const std::string& argument_text) {
 }
 
 const TextFile& Language(const std::string& name) {
-  const auto& files = TextFiles();
-  const auto found = std::find_if(files.begin(), files.end(),
-                                  [&](const TextFile& file) { return file.name == name; });
-  REQUIRE(found != files.end());
+  const auto found = std::ranges::find(TextFiles(), name, &TextFile::name);
+  REQUIRE(found != TextFiles().end());
   return *found;
 }
 const TextFile& English() { return Language("en"); }
@@ -234,18 +202,18 @@ TEST_CASE("German texts use the names of German Excel") {
 }
 
 TEST_CASE("messages that companions compare are as agreed") {
-  const auto english = [](std::int32_t id) {
-    return English().utf8.at(static_cast<std::uint32_t>(id));
-  };
-  CHECK(english(ids::kMessageTitle) == "Zavrel Functions");
-  CHECK(english(ids::kMessageArrayNotTwoDimensional) == "VB array is not 2-dimensional");
-  CHECK(english(ids::kMessageMatrixNotSquare) == "Matrix is ({1} x {2}), not square.");
-  CHECK(english(ids::kMessageMatrixNotSymmetric) ==
-        "Matrix is symmetric at element ({1}, {2}) ({3} vs {4}).");
-  CHECK(english(ids::kMessageEigenInvalidValues) ==
-        "Eigenvalues could not be calculated; matrix had invalid values.");
-  CHECK(english(ids::kMessageEigenNoConvergence) ==
-        "Eigenvalues could not be calculated; convergence failed.");
-  CHECK(english(ids::kMessageDllLoadError) == "Could not load {1}.");
-  CHECK(english(ids::kMessageFunctionNotFound) == "The function {1} could not be found in {2}");
+  for (const auto& [id, text] : {
+           std::pair{ids::kMessageTitle, "Zavrel Functions"},
+           {ids::kMessageArrayNotTwoDimensional, "VB array is not 2-dimensional"},
+           {ids::kMessageMatrixNotSquare, "Matrix is ({1} x {2}), not square."},
+           {ids::kMessageMatrixNotSymmetric,
+            "Matrix is symmetric at element ({1}, {2}) ({3} vs {4})."},
+           {ids::kMessageEigenInvalidValues,
+            "Eigenvalues could not be calculated; matrix had invalid values."},
+           {ids::kMessageEigenNoConvergence,
+            "Eigenvalues could not be calculated; convergence failed."},
+           {ids::kMessageDllLoadError, "Could not load {1}."},
+           {ids::kMessageFunctionNotFound, "The function {1} could not be found in {2}"},
+       })
+    CHECK(English().utf8.at(static_cast<std::uint32_t>(id)) == text);
 }
