@@ -46,20 +46,6 @@ TEST_CASE("every announce and withdraw registers afresh for the companions that 
   CloseClean(*engine);
 }
 
-TEST_CASE("opening after closing works in one process, ten times") {
-  auto engine = OpenAddIn();
-  for (int round = 0; round < 10; ++round) {
-    CAPTURE(round);
-    engine->Announce(5);
-    CheckFormulas(*engine, "ZavSum({1,2,3},4) -> 10");
-    engine->CloseAddIn(false);
-    CHECK(engine->functions().empty());
-    engine->LoadAddIn(AddInFile());
-    CHECK(engine->functions().size() == 1);
-  }
-  CloseClean(*engine);
-}
-
 TEST_CASE("after a close that the user cancelled, an announcement brings everything back") {
   auto engine = ServingAddIn();
   engine->CloseAddIn(false);

@@ -54,47 +54,6 @@ TEST_CASE("formulas fill the arrays of a macro that gave them its addresses or a
   CloseClean(*engine);
 }
 
-TEST_CASE("whatever a formula passes as an address, only the macro's own memory is written") {
-  auto engine = AddInWithCells();
-  auto* pages =
-      static_cast<char*>(VirtualAlloc(nullptr, 3 * 4096, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
-  const auto text_of = [](const void* place) {
-    return std::to_string(reinterpret_cast<std::intptr_t>(place));
-  };
-  const auto refused = [&](const std::string& address) {
-    for (const char* formula :
-         {"ZavGetCellValuesPrivate2(A1:A5,0,$)", "ZavGetCellValuesPrivate2(A1:A5,0,\"0\",$)",
-          "ZavGetCellValuesCategoryPrivate2(A1:A5,0,\"-\",$)",
-          "ZavGetCellValuesNumericPrivate2(A1:A5,0,0,$)", "ZavGetCellValuesPrivate(A1:A5,0,$)"}) {
-      CAPTURE(formula);
-      CAPTURE(address);
-      CHECK(ShownWith(*engine, formula, address) == "#VALUE!");
-    }
-  };
-  VARIANT stack{};
-  // Never issued.
-  for (const std::string& address :
-       {text_of(&stack), text_of(pages), text_of(GetModuleHandleW(nullptr)), std::string("8"),
-        std::string("12x"), std::string("Time=1, TickCount=1, PerfCounter=1, counter=1")})
-    refused(address);
-  CHECK(stack.vt == VT_EMPTY);
-
-  // Issued, but not there any more, or not to be written any more.
-  const std::string freed = IdOf(reinterpret_cast<VARIANT*>(pages));
-  const std::string guarded = IdOf(reinterpret_cast<VARIANT*>(pages + 4096));
-  const std::string across = IdOf(reinterpret_cast<VARIANT*>(pages + 8192 - 8));
-  CHECK(ShownWith(*engine, "ZavGetCellValuesPrivate2(A1:A5,0,$)", freed) == "5");
-  VariantClear(reinterpret_cast<VARIANT*>(pages));
-  DWORD old = 0;
-  VirtualProtect(pages + 4096, 4096, PAGE_READWRITE | PAGE_GUARD, &old);
-  VirtualProtect(pages + 8192, 4096, PAGE_READONLY, &old);
-  VirtualFree(pages, 4096, MEM_DECOMMIT);
-  for (const std::string& address : {freed, guarded, across}) refused(address);
-  VirtualFree(pages, 0, MEM_RELEASE);
-  for (const std::string& address : {freed, guarded, across}) refused(address);
-  CloseClean(*engine);
-}
-
 TEST_CASE("the category name of a range object's first cell, in single bytes and wide") {
   auto engine = AddInWithCells();
   auto* category = EntryPoint<Category>("ZavrelGetCellValueCategory");
