@@ -27,8 +27,7 @@ struct Rational {
 
 // Approximations of e^(z^2/2) times the upper tail: as functions of z from 0 to 2 and from 2 to 6,
 // and beyond, multiplied by z, as a function of 1/z^2. They are rational interpolations at
-// Chebyshev points with 60 digits (tests/stats/data/fit_normal_tail.py); the largest relative error
-// is 3.1e-17.
+// Chebyshev points with 60 digits (fit_normal_tail.py); the largest relative error is 3.1e-17.
 constexpr Rational<7, 8> kNear{
     {0.50000000000000001, 0.49049838734004706, 0.24418088414094046, 0.072459594508215542,
      0.013337017376890328, 0.0014304811930326348, 6.998973249144989e-5},

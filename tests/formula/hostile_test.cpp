@@ -115,11 +115,11 @@ std::u16string Mutated(std::mt19937& random, std::u16string text) {
                                                u"A:A",    u"1E",
                                                u"3:",     u".",
                                                u"\\",     u"#REF!",
-                                               u"INDEX(", u"IF(",
-                                               u"EchoA(", u"EchoS(",
-                                               u"{1,2}",  u"\xD800",
-                                               u"\0",     u"~",
-                                               u"Twice",  u"ROW(",
+                                               u"IF(",    u"INDEX(",
+                                               u"ROW(",   u"EchoA(",
+                                               u"EchoS(", u"{1,2}",
+                                               u"\xD800", u"\0",
+                                               u"~",      u"Twice",
                                                u"&",      u"'Other sheet'!"};
   const auto below = [&random](std::size_t n) {
     return std::uniform_int_distribution<std::size_t>(0, n - 1)(random);

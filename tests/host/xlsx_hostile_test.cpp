@@ -5,8 +5,8 @@
 
 #include "host/workbook/value.h"
 #include "host/xlsx/xlsx_file.h"
-#include "tests/host/book_builder.h"
-#include "tests/host/hostile_workbooks.h"
+#include "support/book_builder.h"
+#include "support/hostile_workbooks.h"
 
 using namespace zavhost;
 using namespace zavhost_test;

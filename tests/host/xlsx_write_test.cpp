@@ -8,7 +8,7 @@
 #include "host/workbook/cell_names.h"
 #include "host/xlsx/xlsx_file.h"
 #include "host/xlsx/zip_archive.h"
-#include "tests/host/book_builder.h"
+#include "support/book_builder.h"
 
 using namespace zavhost;
 using namespace zavhost_test;

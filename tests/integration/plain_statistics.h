@@ -6,6 +6,7 @@
 #include <cmath>
 #include <map>
 #include <numeric>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,9 +18,9 @@ namespace zavrel::tests {
 struct Expected {
   Expected(double value) : number(value) {}                            // NOLINT
   Expected(long double value) : number(static_cast<double>(value)) {}  // NOLINT
-  Expected(const char* text) : number(0), shown(text) {}               // NOLINT
-  double number;
-  std::string shown;
+  Expected(const char* text) : shown(text) {}                          // NOLINT
+  double number = 0;
+  std::optional<std::string> shown;
 };
 
 class PlainStatistics {
@@ -56,7 +57,7 @@ class PlainStatistics {
   }
   Expected StdDev(bool sample) const {
     const Expected variance = Variance(sample);
-    return variance.shown.empty() ? Expected(std::sqrt(variance.number)) : variance;
+    return variance.shown ? variance : Expected(std::sqrt(variance.number));
   }
   Expected Skewness(bool sample) const {
     if (n() < 1) return "#N/A";

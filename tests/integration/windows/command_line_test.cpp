@@ -2,22 +2,16 @@
 #include <doctest/doctest.h>
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 
-#include "host/hostile_workbooks.h"
 #include "host/xlsx/xlsx_file.h"
 #include "integration/host_process.h"
+#include "support/hostile_workbooks.h"
 
 namespace zavrel::tests {
 namespace {
 
 const std::filesystem::path kExample =
     std::filesystem::path(ZAVREL_SOURCE_DIR) / "examples" / "air-quality.xlsx";
-
-bool Contains(const std::string& text, const char* part) {
-  return text.find(part) != std::string::npos;
-}
 
 }  // namespace
 
