@@ -2,7 +2,7 @@
 
 import xml.etree.ElementTree as tree
 
-from . import compiled_help, pages, registration
+from . import compiled_help, pages
 
 FILE = "ZavrelFuncs8_x64.xll.intellisense.xml"
 _NAMESPACE = "http://schemas.excel-dna.net/intellisense/1.0"

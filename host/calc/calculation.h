@@ -35,7 +35,8 @@ class Calculation : public EvaluationContext, public HostCells {
 
   // EvaluationContext
   Value ReadCell(const CellAddress& cell) override;
-  ArrayPtr ReadRange(std::uint32_t sheet, const CellRange& range, RangeExtent extent) override;
+  ArrayPtr ReadRange(std::uint32_t sheet_index, const CellRange& whole,
+                     RangeExtent extent) override;
   CallableFunction* FindFunction(std::u16string_view name) override;
   const Workbook& workbook() const override { return workbook_; }
   FormulaPtr ParsedName(const DefinedName& name) override;

@@ -90,6 +90,7 @@ void CheckKind(std::string_view bytes) {
 /// A source that owns a copy of the bytes: libzip 1.7.3 frees its caller's buffer when it writes an
 /// archive whose beginning is unchanged.
 zip_source_t* MakeSource(std::string_view bytes) {
+  // NOLINTBEGIN(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory): libzip calls free().
   void* copy = std::malloc(bytes.size());
   if (copy == nullptr) throw std::bad_alloc();
   std::memcpy(copy, bytes.data(), bytes.size());
@@ -98,6 +99,7 @@ zip_source_t* MakeSource(std::string_view bytes) {
     std::free(copy);
     throw std::bad_alloc();
   }
+  // NOLINTEND(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory)
   return source;  // NOLINT(clang-analyzer-unix.Malloc): the source frees it
 }
 
@@ -182,7 +184,7 @@ std::string ZipArchive::Read(std::string_view part) {
   const std::unique_ptr<zip_file_t, FileCloser> file(zip_fopen_index(handle_->archive, index, 0));
   if (!file) ThrowPartError(part, zip_error_code_zip(zip_get_error(handle_->archive)));
   std::string content;
-  std::vector<char> chunk(256 * 1024);
+  std::vector<char> chunk(std::size_t{256} * 1024);
   while (true) {
     const zip_int64_t got = zip_fread(file.get(), chunk.data(), chunk.size());
     if (got < 0) ThrowPartError(part, zip_error_code_zip(zip_file_get_error(file.get())));

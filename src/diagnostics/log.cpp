@@ -19,7 +19,7 @@ constexpr auto kFlushPeriod = std::chrono::milliseconds(500);
 std::unique_ptr<LogFile>& SessionLog() {
   // Never destroyed: in a process that ends without closing the session, there is no flush thread
   // left to wait for.
-  static auto* log = new std::unique_ptr<LogFile>;
+  static auto* log = new std::unique_ptr<LogFile>;  // NOLINT(cppcoreguidelines-owning-memory)
   return *log;
 }
 

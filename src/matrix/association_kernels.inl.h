@@ -10,14 +10,14 @@ namespace {
 
 constexpr std::size_t kWidth = ZAV_VECTOR_WIDTH;
 constexpr std::size_t kParts = kGroup / kWidth;  // vectors of a group
-typedef double Vector __attribute__((vector_size(kWidth * sizeof(double))));
-typedef std::int64_t Mask __attribute__((vector_size(kWidth * sizeof(double))));
-typedef std::uint64_t Bits __attribute__((vector_size(kWidth * sizeof(double))));
+using Vector [[gnu::vector_size(kWidth * sizeof(double))]] = double;
+using Mask [[gnu::vector_size(kWidth * sizeof(double))]] = std::int64_t;
+using Bits [[gnu::vector_size(kWidth * sizeof(double))]] = std::uint64_t;
 
 /// A vector in memory, with the alignment of a double. Only with such a type does the compiler
 /// combine a load with the instruction that uses the value.
 template <class T>
-using Unaligned __attribute__((aligned(alignof(double)), may_alias)) = T;
+using Unaligned [[gnu::aligned(alignof(double)), gnu::may_alias]] = T;
 
 inline Vector Load(const double* from) { return *reinterpret_cast<const Unaligned<Vector>*>(from); }
 inline void Store(double* to, Vector value) { *reinterpret_cast<Unaligned<Vector>*>(to) = value; }
@@ -28,25 +28,26 @@ inline Vector Masked(Vector value, Mask mask) { return (Vector)((Mask)value & ma
 /// Each vector holds a row: its values in kWidth columns.
 inline void LoadRows(const double* const* columns, std::size_t first, Vector (&rows)[kWidth]) {
 #if ZAV_VECTOR_WIDTH == 4
-  typedef double Half __attribute__((vector_size(2 * sizeof(double))));
+  using Half [[gnu::vector_size(2 * sizeof(double))]] = double;
   // Loading halves reduces the work to one shuffle per row.
   const auto halves = [&](std::size_t low, std::size_t high, std::size_t row) {
     const Half a = *reinterpret_cast<const Unaligned<Half>*>(columns[low] + first + row);
     const Half b = *reinterpret_cast<const Unaligned<Half>*>(columns[high] + first + row);
-    return (Vector)__builtin_ia32_vinsertf128_pd256(__builtin_ia32_pd256_pd(a), b, 1);
+    const Vector low_half = __builtin_shufflevector(a, a, 0, 1, -1, -1);
+    return __builtin_ia32_vinsertf128_pd256(low_half, b, 1);
   };
 #pragma GCC unroll 2
   for (std::size_t row = 0; row < kWidth; row += 2) {
     const Vector a = halves(0, 2, row);
     const Vector b = halves(1, 3, row);
-    rows[row] = __builtin_shuffle(a, b, Mask{0, 4, 2, 6});
-    rows[row + 1] = __builtin_shuffle(a, b, Mask{1, 5, 3, 7});
+    rows[row] = __builtin_shufflevector(a, b, 0, 4, 2, 6);
+    rows[row + 1] = __builtin_shufflevector(a, b, 1, 5, 3, 7);
   }
 #else
   const Vector a = Load(columns[0] + first);
   const Vector b = Load(columns[1] + first);
-  rows[0] = __builtin_shuffle(a, b, Mask{0, 2});
-  rows[1] = __builtin_shuffle(a, b, Mask{1, 3});
+  rows[0] = __builtin_shufflevector(a, b, 0, 2);
+  rows[1] = __builtin_shufflevector(a, b, 1, 3);
 #endif
 }
 
