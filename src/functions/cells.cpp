@@ -26,8 +26,8 @@ CellResult ValuesOfClass(const ExcelData& data, CellClass cell_class) {
 }  // namespace
 
 /// The number of cells of a class: 0 every cell, 1 numbers, 2 cells that are not blank, 3 cells
-/// that are neither blank nor numbers, 4 blank cells. Whole columns and rows count with all their
-/// cells, used or not. Any other class code: #VALUE!.
+/// that are neither blank nor numbers, 4 blank cells. Whole columns and rows count as their used
+/// part. Any other class code: #VALUE!.
 ZAV_EXPORT XLOPER12* ZavrelCountCellsByType(const XLOPER12* range, const XLOPER12* class_code) {
   return WorksheetFunction("ZavrelCountCellsByType", kRangeAndClass, {range, class_code},
                            [](const Parameters& read) -> CellResult {

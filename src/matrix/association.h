@@ -33,7 +33,8 @@ struct AssociationResult {
 
 /// The covariance of each pair of variables, s / (n - 1) in the sample form and s / n without it,
 /// s the sum of (x - mean x)(y - mean y) in observation order; or, for a correlation, that divided
-/// by both standard deviations: Pearson's coefficient whatever the divisor. With `use_ranks` the
+/// by both standard deviations: Pearson's coefficient whatever the divisor, in -1..1, and 1 for a
+/// variable and itself. With `use_ranks` the
 /// values are replaced by their ranks first, ties by the average of theirs, which gives Spearman's.
 ///
 /// With `listwise_deletion` an observation with a missing value in any variable is left out of all
