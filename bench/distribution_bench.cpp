@@ -1,4 +1,4 @@
-// A distribution as a worksheet calls it, beside the function that computes it.
+// A distribution called from a worksheet, compared with the function that computes it.
 #include <benchmark/benchmark.h>
 
 #include <boost/math/distributions/normal.hpp>
@@ -21,7 +21,7 @@ void BareNormalCumulative(State& state) {
 }
 BENCHMARK(BareNormalCumulative);
 
-/// A worksheet call with as many arguments that computes next to nothing.
+/// A worksheet call with the same number of arguments that computes almost nothing.
 void NormalMean(State& state) { Calls(state, u"ZavNormal(0,1,\"mean\",1.3)"); }
 BENCHMARK(NormalMean);
 

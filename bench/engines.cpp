@@ -58,7 +58,7 @@ std::vector<double> RandomNumbers(int count, bool ties) {
   return numbers;
 }
 
-// Never destroyed: the add-in's own statics may go first at the end of the program.
+// Never destroyed, since the add-in's own statics may be destroyed first at the end of the program.
 Engine& FloorEngine() {
   static Engine& engine = *[] {
     auto* made = new Engine(LargeWorkbook());

@@ -16,7 +16,7 @@ namespace zavrel::bench {
 /// Cells of a large range.
 inline constexpr int kRows = 1'000'000;
 
-/// `count` random numbers; with ties only a hundred different ones.
+/// `count` random numbers; with ties, only a hundred different numbers.
 std::vector<double> RandomNumbers(int count, bool ties);
 
 /// The sheet's columns, 1,048,576 rows each.
@@ -29,20 +29,20 @@ inline constexpr char16_t kLabels = u'D';   // ten thousand different texts
 zavhost::Engine& FloorEngine();
 zavhost::Engine& RealEngine();
 
-/// "A7:A1000006": a range of kRows cells, another one at every call, so that no data set of it is
-/// kept.
+/// "A7:A1000006": a range of kRows cells, a different one at every call, so that no data set for it
+/// is in the cache.
 std::u16string NewRange(char16_t column);
 /// The range that never changes.
 std::u16string OldRange(char16_t column);
 
-/// Seconds that a formula takes; its value must be a number.
+/// The time of a formula in seconds; its value must be a number.
 double SecondsOf(zavhost::Engine& engine, std::u16string_view formula);
 
-/// Evaluates a formula with the real add-in over and over.
+/// Evaluates a formula repeatedly with the real add-in.
 void Calls(benchmark::State& state, std::u16string_view formula);
 
-/// Calls on new ranges until the caches are full: from then on every data set stands in memory that
-/// an earlier one left.
+/// Calls functions on new ranges until the caches are full; from then on, every data set reuses
+/// memory of an earlier one.
 void WarmMemory();
 
 }  // namespace zavrel::bench

@@ -1,6 +1,6 @@
-// The least that an add-in can do: functions that do nothing, or read their cells and look at none
-// of them. What the real add-in takes is held against these. They are registered with as many
-// arguments as the real ones, so that the host's work is the same.
+// A minimal add-in: functions that do nothing, or that read their cells without looking at them.
+// The real add-in's times are compared with theirs. They are registered with as many arguments as
+// the real functions, so that the host does the same work.
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -67,7 +67,7 @@ XLOPER12* Return(double number) {
   return &result;
 }
 
-/// Looks up one area and frees it at once; false when the host gives no cells.
+/// Fetches one area and frees it at once; false if the host returns no cells.
 bool ReadAndFree(XLOPER12* reference) {
   XLOPER12 cells{};
   XLOPER12* arguments[] = {reference};

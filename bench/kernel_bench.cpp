@@ -1,4 +1,4 @@
-// Computations by themselves.
+// Computations without the host.
 #include <benchmark/benchmark.h>
 
 #include "engines.h"

@@ -1,5 +1,5 @@
-// The library under a name of its own: compiled for AVX2, its inline functions must not be those
-// that the linker keeps for the rest.
+// The library under another name: the linker must not use its inline functions, which are compiled
+// for AVX2, for the rest of the program.
 #define Eigen eigen_for_avx2
 #include "library_avx2.h"
 

@@ -1,6 +1,6 @@
 #pragma once
-// The linear-algebra library called directly, compiled for AVX2: what a floor measures. Matrices
-// stand in its own column-major storage already and nothing is checked.
+// The linear-algebra library called directly, compiled for AVX2, as a floor. Matrices are already
+// in its own column-major storage, and nothing is checked.
 
 #include <cstddef>
 #include <memory>
@@ -13,7 +13,7 @@ namespace zavrel::bench {
 void AddSymmetricUpdate(const double* x, std::size_t first_row, std::size_t rows,
                         std::size_t all_rows, std::size_t columns, double* sums);
 
-/// A matrix of the library's, from its rows.
+/// A matrix of the library, made from rows.
 class LibraryMatrix {
  public:
   explicit LibraryMatrix(const std::vector<std::vector<double>>& rows);
@@ -21,9 +21,9 @@ class LibraryMatrix {
   LibraryMatrix(const LibraryMatrix&) = delete;
   LibraryMatrix& operator=(const LibraryMatrix&) = delete;
 
-  /// Rows [first, first + count) of the matrix times itself, written to those of `out`.
+  /// Rows [first, first + count) of the matrix times itself, written to the same rows of `out`.
   void MultiplyRows(std::size_t first, std::size_t count, LibraryMatrix& out) const;
-  /// Each returns a number of its result, so that it cannot be left out.
+  /// Each returns a number from its result, so that the compiler cannot omit the computation.
   double Inverse() const;
   double Determinant() const;
   double EigenvaluesAndVectors() const;

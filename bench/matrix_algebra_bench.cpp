@@ -1,5 +1,5 @@
-// Dense matrix operations, on rows and with their checks, against the library called directly on
-// matrices of its own, with the same instruction set.
+// Dense matrix operations, on rows and with all checks, compared with the library called directly
+// on its own matrices, with the same instruction set.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -20,9 +20,9 @@ namespace {
 using dense::Kernels;
 using dense::Storage;
 
-// Peak memory beside operands and result, n x n each: row loop none; blocked product 3 n^2 doubles;
-// inverse 2 n^2; determinant n^2; eigenvalues 2 n^2, with vectors 3 n^2; scores of m x p up to
-// 3 m p + 6 p^2. The library's packing buffers come on top, a few MB per thread.
+// Peak memory in addition to operands and result, which are n x n each: row loop none; blocked
+// product 3 n^2 doubles; inverse 2 n^2; determinant n^2; eigenvalues 2 n^2, with vectors 3 n^2;
+// scores of m x p up to 3 m p + 6 p^2. The library's packing buffers add a few MB per thread.
 
 DoubleMatrix Numbers(std::size_t rows, std::size_t columns) {
   DoubleMatrix matrix(rows, std::vector<double>(columns));
@@ -49,7 +49,7 @@ void Product1500(benchmark::State& state) { Product<1500>(state); }
 BENCHMARK(Product1000)->UseRealTime();
 BENCHMARK(Product1500)->UseRealTime();
 
-/// A task's rows of the library's product, on as many threads as the add-in has.
+/// A task's rows of the library's product, on as many threads as the add-in uses.
 template <std::size_t kSize>
 void LibraryProduct(benchmark::State& state) {
   const LibraryMatrix a(Numbers(kSize, kSize));
@@ -70,7 +70,7 @@ BENCHMARK(LibraryProduct1500)->UseRealTime();
 
 constexpr std::size_t kSize = 600;
 
-/// The same source compiled for every processor and for the best, on one thread.
+/// The same source compiled for every processor and for the best one, on one thread.
 void KernelProduct(benchmark::State& state, const Kernels& kernels) {
   constexpr dense::Shape kShape{kSize, kSize};
   Storage a(kShape), out(kShape);

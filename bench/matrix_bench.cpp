@@ -1,4 +1,4 @@
-// Covariances and correlations, and what work in parallel costs.
+// Covariances and correlations, and the cost of parallel work.
 #include <benchmark/benchmark.h>
 
 #include <chrono>
@@ -19,7 +19,7 @@ namespace {
 constexpr std::size_t kVariables = 27;
 constexpr std::size_t kObservations = 100'000;
 
-/// Column-major; one value in `one_in` missing, or none.
+/// Column-major; one value in `one_in` is missing, or none.
 std::vector<double> Variables(unsigned one_in) {
   std::mt19937_64 random(27);
   std::normal_distribution<double> normal;

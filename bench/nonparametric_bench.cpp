@@ -1,5 +1,5 @@
-// Exact p-values against one pass of the recurrence that counts the arrangements, and random
-// numbers against the generator alone.
+// Exact p-values compared with one pass of the recurrence that counts the arrangements, and random
+// numbers compared with the generator alone.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -15,7 +15,7 @@ namespace {
 
 using benchmark::State;
 
-// The least that the counts of rank sums up to the middle cost: n factors of a generating function.
+// The minimal cost of counting rank sums up to the middle: n factors of a generating function.
 
 void CountRankSums(State& state) {
   __extension__ using Count = unsigned __int128;
@@ -81,7 +81,7 @@ void Generator(State& state) {
 }
 BENCHMARK(Generator);
 
-/// What a call does, without the call.
+/// The work of a call, without the call.
 void SeedAndDraw(State& state) {
   for (auto _ : state) {
     MersenneTwister generator(ClockSeed());

@@ -24,11 +24,11 @@ std::vector<Comparison>& Comparisons() {
 }
 
 struct Measured {
-  double seconds;  // an iteration, in the best repetition
+  double seconds;  // per iteration, in the best repetition
   benchmark::UserCounters counters;
 };
 
-/// Keeps the best repetition of every benchmark, prints them in the end.
+/// Keeps the best repetition of every benchmark and prints them at the end.
 class BestReporter : public benchmark::BenchmarkReporter {
  public:
   bool ReportContext(const Context& context) override {

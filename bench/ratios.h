@@ -1,6 +1,6 @@
 #pragma once
-// A benchmark's time says little by itself: what counts is how many times its floor it takes, the
-// floor being the least that the same work could cost, measured in the same run.
+// The time of a benchmark says little by itself. What counts is its ratio to a floor, the least
+// that the same work could cost, measured in the same run.
 
 #include <limits>
 #include <string>
@@ -8,14 +8,14 @@
 
 namespace zavrel::bench {
 
-/// The time of a benchmark of this run, some number of times.
+/// A multiple of the time of a benchmark in this run.
 struct Term {
   std::string benchmark;
   double times = 1;
 };
 
-/// States that the sum of some times is to be held against a floor, and how often the floor it may
-/// be. Without a floor the sum stands in microseconds.
+/// Declares that the sum of some times is compared with a floor, and the largest acceptable ratio.
+/// Without a floor, the sum is in microseconds.
 struct Ratio {
   Ratio(std::string meaning, std::vector<Term> sum, std::vector<Term> floor,
         double limit = std::numeric_limits<double>::infinity());

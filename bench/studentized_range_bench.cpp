@@ -1,4 +1,4 @@
-// The studentized range: a worksheet call, and what the quantile costs in probabilities.
+// The studentized range: a worksheet call, and the cost of a quantile in probabilities.
 #include <benchmark/benchmark.h>
 
 #include "engines.h"

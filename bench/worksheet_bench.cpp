@@ -1,5 +1,5 @@
-// Worksheet calls through the host: the real add-in's against the host's own reading of the same
-// cells and against one scan over as many cells.
+// Worksheet calls of the real add-in through the host, compared with the host's own reading of the
+// same cells and with one scan over as many cells.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -20,13 +20,13 @@ void Calls(State& state, Engine& engine, const std::u16string& formula) {
   for (auto _ : state) state.SetIterationTime(SecondsOf(engine, formula));
 }
 
-/// So short that only many together can be timed.
+/// Calls so short that only many together can be timed.
 void SmallCalls(State& state, Engine& engine, const std::u16string& formula) {
   SecondsOf(engine, formula);
   for (auto _ : state) benchmark::DoNotOptimize(engine.Evaluate(formula, {0, 0, 5}));
 }
 
-/// On a new range at every call.
+/// Uses a new range at every call.
 void FirstCalls(State& state, std::u16string_view function, char16_t column,
                 std::u16string_view further = u"") {
   WarmMemory();
@@ -37,7 +37,7 @@ void FirstCalls(State& state, std::u16string_view function, char16_t column,
     state.SetIterationTime(SecondsOf(RealEngine(), begin + NewRange(column) + end));
 }
 
-/// Runs a benchmark's body; what it throws ends this benchmark alone.
+/// Runs the body of a benchmark; an exception ends only this benchmark.
 template <void (*kBody)(State&)>
 void Guarded(State& state) {
   try {
@@ -81,7 +81,7 @@ ZAV_TIMED(HostReading);
 void HostReadingOfTen(State& state) { SmallCalls(state, FloorEngine(), u"FloorRead(A1:A10)"); }
 BENCHMARK(HostReadingOfTen);
 
-// The mean, and what follows it.
+// The mean and further moments.
 
 void FirstMean(State& state) { FirstCalls(state, u"Mean", kNumbers); }
 ZAV_TIMED(FirstMean);
@@ -113,7 +113,7 @@ ZAV_TIMED(MeanOfChangedCells);
 const Ratio kChanged("S: ZavMean again, one cell changed, beyond the host's reading",
                      {{"MeanOfChangedCells"}, {"HostReading", -1}}, {{"Scan"}});
 
-/// After the mean of a range not seen before.
+/// After the mean of a range that was not seen before.
 void SixMoreMoments(State& state) {
   WarmMemory();
   for (auto _ : state) {
@@ -135,7 +135,7 @@ BENCHMARK(MeanOfTen);
 const Ratio kTen("microseconds: ZavMean of 10 cells, beyond the host's reading",
                  {{"MeanOfTen"}, {"HostReadingOfTen", -1}}, {}, 2);
 
-/// Taking the records over, without the reading; and the memory that a data set then holds.
+/// Copying the records, without reading them; and the memory of the data set.
 void TakeOver(State& state) {
   const std::vector<XLOPER12> cells = CellRecords();
   for (auto _ : state) {
@@ -178,7 +178,7 @@ const Ratio kPercentileOfTies("std::sort: the same over a hundred different numb
                               {{"FirstPercentileOfTies"}, {"HostReading", -1}}, {{"SortTies"}},
                               0.25);
 
-/// After the first percentile of a range not seen before.
+/// After the first percentile of a range that was not seen before.
 void NineMorePercentiles(State& state) {
   WarmMemory();
   for (auto _ : state) {

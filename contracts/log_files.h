@@ -1,6 +1,6 @@
 #pragma once
-// The diagnostic log's files, which the add-in and whoever looks for its log have to agree on. Both
-// stand in the user's temporary folder.
+// The files of the diagnostic log, for the add-in and for programs that look for its log. Both are
+// in the user's temporary folder.
 
 #include <filesystem>
 #include <string>
@@ -12,7 +12,7 @@ namespace zavrel {
 /// The empty file that switches the log on.
 inline constexpr std::string_view kLogMarker = "BrennicLoggingDetail.txt";
 
-/// The second name is what comes of saving the first with an editor that hides extensions.
+/// The second name results when an editor that hides extensions saves the first.
 inline bool LogIsOn(const std::filesystem::path& folder) {
   const std::filesystem::path marker = folder / kLogMarker;
   std::error_code ignored;
@@ -20,7 +20,7 @@ inline bool LogIsOn(const std::filesystem::path& folder) {
          std::filesystem::is_regular_file(marker.native() + marker.extension().native(), ignored);
 }
 
-/// `session` is the name of the session that writes.
+/// `session` is the name of the writing session.
 inline std::filesystem::path LogFileIn(const std::filesystem::path& folder,
                                        std::u16string_view session) {
   return folder / (std::u16string(session) + u".log");

@@ -17,7 +17,7 @@ from openpyxl import Workbook
 from openpyxl.styles import Alignment, Font
 from openpyxl.workbook.defined_name import DefinedName
 
-from sheets import head
+from sheets import head, save
 
 FOLDER = pathlib.Path(__file__).parent
 HEADINGS = ["Month", "Day", "Ozone", "Solar", "Wind", "Temp"]
@@ -134,7 +134,7 @@ def main():
     for column, name in zip("CDEF", ["Ozone", "Solar", "Wind", "Temp"]):
         book.defined_names.append(DefinedName(name, attr_text=f"Data!${column}$2:${column}${last}"))
     fill_summary(summary, last)
-    book.save(FOLDER / "air-quality.xlsx")
+    save(book, FOLDER / "air-quality.xlsx")
 
 
 if __name__ == "__main__":

@@ -19,6 +19,8 @@ from openpyxl.utils import get_column_letter
 from openpyxl.workbook.defined_name import DefinedName
 from openpyxl.worksheet.properties import PageSetupProperties
 
+from sheets import save
+
 FOLDER = pathlib.Path(__file__).parent
 HEAD_FONT = Font(bold=True, color="FFFFFF")
 HEAD_FILL = PatternFill("solid", fgColor="1F4E79")
@@ -169,7 +171,7 @@ def main():
     boxes = fill_box_plots(book)
     quantiles = fill_quantiles(book, count)
     add_charts(front, boxes, quantiles, count)
-    book.save(FOLDER / "charts.xlsx")
+    save(book, FOLDER / "charts.xlsx")
 
 
 if __name__ == "__main__":

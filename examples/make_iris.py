@@ -15,7 +15,7 @@ import pathlib
 from openpyxl import Workbook
 from openpyxl.styles import Font
 
-from sheets import head
+from sheets import head, save
 
 FOLDER = pathlib.Path(__file__).parent
 VARIABLES = ["Sepal length", "Sepal width", "Petal length", "Petal width"]
@@ -98,7 +98,7 @@ def main():
     fill_data(book.create_sheet("Data"))
     fill_scores(book.create_sheet("Scores"))
     fill_analysis(book["Analysis"])
-    book.save(FOLDER / "iris.xlsx")
+    save(book, FOLDER / "iris.xlsx")
 
 
 if __name__ == "__main__":

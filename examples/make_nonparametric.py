@@ -22,7 +22,7 @@ from openpyxl import Workbook
 from openpyxl.styles import Font
 from openpyxl.workbook.defined_name import DefinedName
 
-from sheets import head, put_list
+from sheets import head, put_list, save
 
 FOLDER = pathlib.Path(__file__).parent
 P_FORMAT = "0.00000"
@@ -152,7 +152,7 @@ def main():
     fill_mann_whitney(mann_whitney)
     fill_signed_ranks(signed_ranks)
     fill_kruskal_wallis(kruskal_wallis)
-    book.save(FOLDER / "nonparametric.xlsx")
+    save(book, FOLDER / "nonparametric.xlsx")
 
 
 if __name__ == "__main__":

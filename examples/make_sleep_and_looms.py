@@ -21,7 +21,7 @@ from openpyxl.styles import Alignment, Font
 from openpyxl.utils import get_column_letter
 from openpyxl.workbook.defined_name import DefinedName
 
-from sheets import head, put_list
+from sheets import head, put_list, save
 
 FOLDER = pathlib.Path(__file__).parent
 TITLE_FONT = Font(bold=True, size=14)
@@ -172,7 +172,7 @@ def main():
     fill_paired(paired)
     fill_categories(categories)
     fill_model(model, last_looms)
-    book.save(FOLDER / "sleep-and-looms.xlsx")
+    save(book, FOLDER / "sleep-and-looms.xlsx")
 
 
 if __name__ == "__main__":

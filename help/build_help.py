@@ -1,12 +1,12 @@
 #!/usr/bin/python3
-"""Makes the help from its sources: the pages of help/en, the registration table and the message texts.
+"""Builds the help from its sources: the pages in help, the registration table and the message texts.
 
-    build_help.py markdown [--check]     docs/functions; with --check only says what is out of date
-    build_help.py html FOLDER            HTML pages, a folder for each language
+    build_help.py markdown [--check]     docs/functions; --check only reports files that are out of date
+    build_help.py html FOLDER            HTML pages, in a folder for each language
     build_help.py compiled FOLDER        compiled help; needs chmcmd, 7z and unshare
     build_help.py intellisense FOLDER    help while typing
 
-Compiled help and help while typing are English in FOLDER; other languages' stand in FOLDER/help/LANGUAGE.
+The English compiled help and help while typing go to FOLDER, those of other languages to FOLDER/help/LANGUAGE.
 """
 
 import argparse
@@ -31,7 +31,7 @@ def markdown(check):
 
 
 def place(folder, name):
-    """Where the files of a language stand that are English beside the add-in."""
+    """The folder for a language's version of a file that is English in the add-in's folder."""
     return folder if name == "en" else folder / "help" / name
 
 

@@ -1,15 +1,15 @@
-; The installer, for the current user: no administrator rights. make-installer gives
+; The installer, for the current user, without administrator rights. make-installer defines
 ;   VERSION, STAGE (the folder to install), FILES (the file lists), OUTPUT, and SIGN, the command that
 ;   signs the uninstaller.
 ;
-;   /S            no questions      /D=FOLDER   another folder (the last argument)
+;   /S            asks no questions      /D=FOLDER   another folder (the last argument)
 ;   /COMPANION    also registers the companion workbook with Excel
 ;
-; ZavrelCompanion.xlam in the folder itself is a workbook of the user's own: no file of ours may have that
-; path, for ours are replaced and removed.
+; A ZavrelCompanion.xlam in the top folder belongs to the user. None of our files may have that path, since
+; our files are replaced and removed.
 ;
 ; Exit codes: 0 done, 1 cancelled, 2 a file could not be written, 3 the installed add-in is in use.
-Target amd64-unicode ; first: the default stub is a 32-bit one
+Target amd64-unicode ; must come first; the default stub is a 32-bit one
 Unicode true
 SetCompressor /SOLID lzma
 RequestExecutionLevel user
@@ -28,7 +28,7 @@ ${UnStrLoc}
 !define STAGED_COMPANION "${STAGE}/macro/ZavrelCompanion.xlam"
 !define UNINSTALL_KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\ZavrelFunctions"
 !define OFFICE_KEY "Software\Microsoft\Office"
-!define OPEN_VALUES 100 ; as many OPEN values are looked at
+!define OPEN_VALUES 100 ; how many OPEN values are examined
 
 Name "${PRODUCT} ${VERSION}"
 OutFile "${OUTPUT}"
@@ -61,7 +61,7 @@ LangString InUse ${LANG_ENGLISH} "${PRODUCT} is in use. Close Excel and try agai
 LangString InUse ${LANG_GERMAN} "${PRODUCT} wird gerade verwendet. Bitte schließen Sie Excel und versuchen Sie es noch einmal."
 LangString NotWritten ${LANG_ENGLISH} "A file could not be written; nothing was registered with Excel."
 LangString NotWritten ${LANG_GERMAN} "Eine Datei konnte nicht geschrieben werden; in Excel wurde nichts eingetragen."
-LangString NextStep ${LANG_ENGLISH} "One step is left: Excel has the functions as soon as a companion workbook is open.$\r$\n$\r$\nThe page docs\install.html in the add-in's folder says how to make one in two minutes."
+LangString NextStep ${LANG_ENGLISH} "One step is left: Excel knows the functions once a companion workbook is open.$\r$\n$\r$\nThe page docs\install.html in the add-in's folder explains how to make one in two minutes."
 LangString NextStep ${LANG_GERMAN} "Ein Schritt fehlt noch: Excel hat die Funktionen, sobald eine Begleit-Arbeitsmappe geöffnet ist.$\r$\n$\r$\nDie Seite docs\install.html im Ordner des Add-ins sagt (auf Englisch), wie sie in zwei Minuten entsteht."
 LangString ShowNextStep ${LANG_ENGLISH} "Show that page"
 LangString ShowNextStep ${LANG_GERMAN} "Diese Seite zeigen"
@@ -74,8 +74,8 @@ LangString CompanionSection ${LANG_GERMAN} "Begleit-Arbeitsmappe mit Excel öffn
 
 ; --- Excel's list of add-ins -------------------------------------------------------------------
 ;
-; Excel opens what the values OPEN, OPEN1, OPEN2, ... of its Options key name. An add-in that the user
-; has unticked stands, by its path, in the key Add-in Manager instead.
+; Excel opens the files that the values OPEN, OPEN1, OPEN2, ... of its Options key name. For an add-in that the
+; user has unticked, the key Add-in Manager has a value named after its path instead.
 
 !macro NameOfOpenValue NUMBER NAME
   StrCpy ${NAME} "OPEN"
@@ -84,7 +84,7 @@ LangString CompanionSection ${LANG_GERMAN} "Begleit-Arbeitsmappe mit Excel öffn
   ${EndIf}
 !macroend
 
-; What the list said of files in the folder of an older version: "|16.0 FILE|14.0 FILE|".
+; The state of the list for files in the folder of an older version: "|16.0 FILE|14.0 FILE|".
 Var Ticked
 Var Unticked
 
@@ -109,14 +109,14 @@ Function RememberState
 FunctionEnd
 
 ; In: $R0 the path, $R1 the text of the value, $R3 the file's name in the folder, $R2 Excel's version.
-; Changes $0 to $4. A path that stands there, ticked or not, stays as it is; a file that was unticked in
-; another folder is so in this one; else it gets the first free value.
+; Changes $0 to $4. A path already in the list, ticked or not, stays as it is. A file that was unticked in the
+; old folder is registered as unticked in the new one. Any other file gets the first free value.
 Function RegisterWithExcel
   StrCpy $0 "${OFFICE_KEY}\$R2\Excel"
   ${If} $R2 != "16.0"
     EnumRegKey $1 HKCU $0 0
     ${If} $1 == ""
-      Return ; this Excel is not there
+      Return ; this Excel is not installed
     ${EndIf}
   ${EndIf}
   ClearErrors
@@ -155,7 +155,7 @@ Function RegisterWithExcel
 FunctionEnd
 
 !if /FileExists "${STAGED_COMPANION}"
-; The same for a file that was in the list with the older version, and for no other.
+; The same, but only for a file that was in the list with the older version.
 Function RegisterAgain
   ${StrLoc} $3 "$Ticked$Unticked" "|$R2 $R3|" ">"
   ${If} $3 != ""
@@ -194,7 +194,7 @@ FunctionEnd
   Call ${FUNCTION}
 !macroend
 
-; Ends the installer when the add-in in FOLDER cannot be replaced because a program uses it.
+; Ends the installer if a program uses the add-in in FOLDER, so that it cannot be replaced.
 !macro EndWhenInUse FOLDER
   ${If} ${FileExists} "${FOLDER}\${ADD_IN}"
     ClearErrors
@@ -224,7 +224,7 @@ Section "$(MainSection)"
     StrCpy $R3 "${COMPANION}"
     StrCpy $R0 "$R8\$R3"
     !insertmacro ForEveryExcel RememberState
-    ; The old version knows its files. Excel's list stays as it is when the folder does.
+    ; The old version's uninstaller knows its files. If the folder is the same, Excel's list stays as it is.
     StrCpy $R7 ""
     ${If} $R8 == $INSTDIR
       StrCpy $R7 "/UPGRADE"

@@ -13,7 +13,7 @@ namespace {
 
 constexpr double kMost = KW_EXACT_MOST_ARRANGEMENTS;
 
-/// C(n, k); once it passes kMost, any number beyond.
+/// C(n, k); if it exceeds kMost, any number above kMost.
 double Choose(double n, double k) {
   k = std::min(k, n - k);
   double ways = 1;
@@ -21,7 +21,7 @@ double Choose(double n, double k) {
   return ways;
 }
 
-/// Twice the ranks, which are whole, the greatest first.
+/// Twice the ranks, which are whole numbers, in descending order.
 std::vector<std::int64_t> DoubledRanks(std::span<const std::uint32_t> tied) {
   std::vector<std::int64_t> ranks;
   std::int64_t before = 0;
@@ -33,13 +33,12 @@ std::vector<std::int64_t> DoubledRanks(std::span<const std::uint32_t> tied) {
   return ranks;
 }
 
-/// Goes through the arrangements rank by rank. Groups of one size are told apart by their first
-/// rank only: of the arrangements that differ by an exchange of such groups, all as probable and
-/// with the same statistic, one is counted.
+/// Enumerates the arrangements rank by rank. Arrangements that differ only by an exchange of groups
+/// of equal size are equally probable and have the same statistic, so only one of them is counted.
 ///
-/// The statistic is whole: sums of doubled ranks, squared and weighted with the least common
-/// multiple of the sizes over the size. With the limits on totals and arrangements it stays below
-/// 2^53.
+/// The statistic is a whole number: the squares of sums of doubled ranks, each weighted with the
+/// least common multiple of the sizes divided by the size. The limits on totals and arrangements
+/// keep it below 2^53.
 class Enumeration {
  public:
   Enumeration(std::span<const std::int32_t> sizes, std::vector<std::int64_t> ranks)
@@ -63,12 +62,12 @@ class Enumeration {
  private:
   struct Group {
     std::int64_t size;
-    std::int64_t open;  // places that are left
+    std::int64_t open;  // free places
     std::int64_t sum;
     std::int64_t weight;
   };
 
-  /// Gives out the ranks from this one on; so many groups have places left.
+  /// Assigns the ranks from this one on to the given number of groups with free places.
   void Place(std::size_t next, std::size_t open_groups) {
     if (open_groups == 1) {
       Finish(next);
@@ -92,7 +91,7 @@ class Enumeration {
     return false;
   }
 
-  /// The one group that is left takes all remaining ranks.
+  /// The only remaining group takes all remaining ranks.
   void Finish(std::size_t next) {
     std::int64_t statistic = 0;
     for (const Group& group : groups_) {
@@ -104,7 +103,7 @@ class Enumeration {
   }
 
   std::vector<std::int64_t> ranks_;
-  std::vector<std::int64_t> rest_;  // sum of the ranks from one on
+  std::vector<std::int64_t> rest_;  // sum of the ranks from each rank on
   std::vector<Group> groups_;
   std::int64_t bound_ = 0;
   std::int64_t at_least_ = 0;

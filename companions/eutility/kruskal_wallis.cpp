@@ -1,4 +1,4 @@
-// The test of Kruskal and Wallis.
+// The Kruskal-Wallis test.
 #include <boost/math/special_functions/gamma.hpp>
 #include <cmath>
 #include <new>
@@ -16,7 +16,7 @@ namespace {
 
 using Real = long double;
 
-/// The groups as they were passed.
+/// The groups as passed by the caller.
 struct Groups {
   std::vector<std::span<const double>> values;
   std::span<const std::int32_t> sizes;
@@ -37,7 +37,8 @@ std::optional<Groups> Accepted(std::int32_t groups, const double* const* values,
   return accepted;
 }
 
-/// H by the distances of the groups' mean ranks from the mean of all, which cancels nothing.
+/// H computed from the distances of the groups' mean ranks from the overall mean, without
+/// cancellation.
 Real Uncorrected(const zavrel::RankSums& ranks, const Groups& groups) {
   const Real n = ranks.count;
   Real sum = 0;
@@ -104,7 +105,7 @@ std::int16_t PValue(std::int32_t method, const zavrel::RankSums& ranks, const Gr
   return EUTILITY_OK;
 }
 
-/// What both functions share: `compute` gives the code from (ranks, groups, result).
+/// The common part of both functions: `compute` returns the code from (ranks, groups, result).
 template <class Compute>
 std::int16_t Answer(std::int32_t groups, const double* const* values, const std::int32_t* counts,
                     double* result, Compute compute) noexcept {

@@ -1,7 +1,7 @@
 Attribute VB_Name = "ZavrelCompanion"
 ' Switches the worksheet functions of Zavrel Functions on while this add-in is open, and off when it
-' closes. Excel runs Auto_Open and Auto_Close of an add-in by itself. In a workbook that is no add-in
-' they do nothing: its closing would switch the functions off for everybody.
+' closes. Excel runs Auto_Open and Auto_Close of an add-in automatically. In a workbook that is not an
+' add-in they do nothing, since closing it would switch the functions off for all workbooks.
 Option Explicit
 
 Private Const AddInFile As String = "ZavrelFuncs8_x64.xll"
@@ -40,7 +40,7 @@ Public Sub Auto_Close()
     UninitializeXlaInformation ApplicationId
 End Sub
 
-' The folder, with its last backslash, of the add-in that Excel has loaded; "" when it has not.
+' The folder, with a final backslash, of the add-in that Excel has loaded; "" if it has loaded none.
 Private Function LoadedAddInFolder() As String
     Dim functions As Variant
     Dim row As Long
@@ -56,7 +56,7 @@ Private Function LoadedAddInFolder() As String
     Next row
 End Function
 
-' The add-in stands beside this workbook, or in the folder above, beside the folder macro.
+' The add-in is in the folder of this workbook, or in the folder that contains the folder macro.
 Private Function LoadAddInNear(ByVal workbookFolder As String) As String
     Dim folder As Variant
     For Each folder In Array(workbookFolder & "\", Left$(workbookFolder, InStrRev(workbookFolder, "\")))
@@ -70,7 +70,7 @@ Private Function LoadAddInNear(ByVal workbookFolder As String) As String
             AddInFile & " ist weder geladen noch im Ordner " & workbookFolder & ".")
 End Function
 
-' The compiled help of the language, else the English one beside the add-in; "" without any.
+' The compiled help in this language, otherwise the English one in the add-in's folder; "" if there is none.
 Private Function HelpFileIn(ByVal folder As String, ByVal languageId As Long) As String
     Const German As Long = 7
     If (languageId And &H3FF) = German Then
@@ -79,7 +79,7 @@ Private Function HelpFileIn(ByVal folder As String, ByVal languageId As Long) As
     If HelpFileIn = "" Then HelpFileIn = FileOrNothing(folder & "ZavrelFuncs8_x64.chm")
 End Function
 
-' The file when it is there, else "". Dir$ would fail on a path beyond the ANSI code page.
+' The file if it exists, otherwise "". Dir$ would fail for a path with characters outside the ANSI code page.
 Private Function FileOrNothing(ByVal file As String) As String
     Dim there As Boolean
     On Error Resume Next ' where scripting is blocked, the functions come without help

@@ -1,24 +1,24 @@
 Attribute VB_Name = "ZavrelDeclarations"
-' The entry points of ZavrelFuncs8_x64.xll for macros, as they are: 64-bit Excel only.
+' The entry points of ZavrelFuncs8_x64.xll for macros, for 64-bit Excel only.
 '
-' The library is found because Excel has loaded it as an add-in already (see ZavrelCompanion).
+' The macro editor finds the library because Excel has already loaded it as an add-in (see ZavrelCompanion).
 '
-' How values cross
-'   numbers() As Double   one dimension, declared As Double: a Variant that holds an array is refused
+' Arguments
+'   numbers() As Double   one dimension, declared As Double; a Variant that holds an array is rejected
 '   matrix() As Double    two dimensions, rows (observations) first
-'   As Variant            a Variant variable of yours, which the call fills; where a worksheet function
-'                         fills it later, it has to live until then
-'   As String             the characters of the system's code page; others become "?"
-'   As LongPtr            wide text, every character: StrPtr(text) for a text that is passed on,
+'   As Variant            your Variant variable, which the call fills; if a worksheet function fills it
+'                         later, it must live until then
+'   As String             characters of the system's code page; all others become "?"
+'   As LongPtr            wide text with any characters: StrPtr(text) to pass a text,
 '                         VarPtr(text) for a String variable that the call fills
 '
-' What they return
+' Results
 '   failure number        0, or a number that ZavrelGetExceptionInfoVB explains (ZavrelRaiseFailure)
-'   status                0, or why there is no ordinary number; the result then holds a code that is
-'                         not a number (ZavrelReasonOf)
+'   status                0, or the reason why there is no ordinary number; the result then holds a code
+'                         that is not a number (ZavrelReasonOf)
 Option Explicit
 
-' --- Announce and withdraw. The texts may be vbNullString; wide ones by StrPtr. ---
+' --- Announce and withdraw. The texts may be vbNullString; pass wide texts by StrPtr. ---
 
 Public Declare PtrSafe Sub InitializeXlaInformationVB Lib "ZavrelFuncs8_x64.xll" ( _
     ByVal excelApplication As Object, ByVal companion As Object, ByVal applicationId As Integer, _
@@ -33,20 +33,20 @@ Public Declare PtrSafe Sub UninitializeXlaInformation Lib "ZavrelFuncs8_x64.xll"
 
 ' --- Failures and versions ---
 
-' 1 when the number is known; the texts by VarPtr, or 0 for one that is not wanted.
+' 1 if the number is known. Pass the texts by VarPtr, or 0 for an unwanted text.
 Public Declare PtrSafe Function ZavrelGetExceptionInfoVB Lib "ZavrelFuncs8_x64.xll" ( _
     ByVal failureNumber As Long, ByVal className As LongPtr, ByVal place As LongPtr, _
     ByVal message As LongPtr) As Long
 Public Declare PtrSafe Function ZavrelFuncsVersion Lib "ZavrelFuncs8_x64.xll" () As Long
 
-' --- Writing into a range. A failure number. ---
+' --- Writing into a range. Returns a failure number. ---
 
 Public Declare PtrSafe Function ZavrelWriteRangeVB Lib "ZavrelFuncs8_x64.xll" ( _
     ByRef target As Variant, ByRef values() As Double) As Long
 Public Declare PtrSafe Function ZavrelWriteRangeValuesVB Lib "ZavrelFuncs8_x64.xll" _
     Alias "ZavrelWriteRangeVB" (ByRef target As Variant, ByRef values() As Variant) As Long
 
-' --- The cells of a range, filled in by the hidden worksheet functions. Failure numbers. ---
+' --- The cells of a range, which the hidden worksheet functions fill in. Return failure numbers. ---
 
 Public Declare PtrSafe Function VariantIdString Lib "ZavrelFuncs8_x64.xll" ( _
     ByRef filled As Variant) As String
@@ -65,7 +65,7 @@ Public Declare PtrSafe Function ZavrelGetCellValueCategory Lib "ZavrelFuncs8_x64
 Public Declare PtrSafe Function ZavrelGetCellValueCategoryW Lib "ZavrelFuncs8_x64.xll" ( _
     ByRef target As Variant, ByVal categoryName As LongPtr) As Long
 
-' --- Statistics of an array. Statuses. ---
+' --- Statistics of an array. Return statuses. ---
 
 Public Declare PtrSafe Function ZavrelMinVB Lib "ZavrelFuncs8_x64.xll" ( _
     ByRef numbers() As Double, ByRef result As Double) As Integer
@@ -93,10 +93,10 @@ Public Declare PtrSafe Function ZavrelSumSqVB Lib "ZavrelFuncs8_x64.xll" ( _
     ByRef numbers() As Double, ByRef result As Double) As Integer
 Public Declare PtrSafe Function ZavrelSumDevSqVB Lib "ZavrelFuncs8_x64.xll" ( _
     ByRef numbers() As Double, ByRef result As Double) As Integer
-' discrete: -1 the data decide, 0 continuous, 1 discrete.
+' discrete: -1 depends on the data, 0 continuous, 1 discrete.
 Public Declare PtrSafe Function ZavrelModeVB Lib "ZavrelFuncs8_x64.xll" ( _
     ByRef numbers() As Double, ByVal discrete As Integer, ByRef result As Double) As Integer
-' In ascending order; method: -1 the data decide, 0 to 5 as ZavPercentile takes them.
+' The numbers must be in ascending order. method: -1 depends on the data, 0 to 5 as in ZavPercentile.
 Public Declare PtrSafe Function ZavrelPercentileVB Lib "ZavrelFuncs8_x64.xll" ( _
     ByRef numbers() As Double, ByVal p As Double, ByVal method As Integer, _
     ByRef result As Double) As Integer
@@ -105,12 +105,12 @@ Public Declare PtrSafe Function ZavrelQuartileVB Lib "ZavrelFuncs8_x64.xll" ( _
     ByRef result As Double) As Integer
 Public Declare PtrSafe Function ZavrelMedianVB Lib "ZavrelFuncs8_x64.xll" ( _
     ByRef numbers() As Double, ByVal method As Integer, ByRef result As Double) As Integer
-' 10 when the standard deviation is 0, 4 on overflow.
+' 10 if the standard deviation is 0, 4 on overflow.
 Public Declare PtrSafe Function ZavrelStandardizeVB Lib "ZavrelFuncs8_x64.xll" ( _
     ByVal x As Double, ByVal mean As Double, ByVal standardDeviation As Double, _
     ByRef result As Double) As Integer
 
-' --- Two series. 5 when they differ in length or are too short. ---
+' --- Two series. Return 5 if they differ in length or are too short. ---
 
 Public Declare PtrSafe Function ZavrelCovarianceVB Lib "ZavrelFuncs8_x64.xll" ( _
     ByRef x() As Double, ByRef y() As Double, ByRef result As Double) As Long
@@ -119,7 +119,7 @@ Public Declare PtrSafe Function ZavrelCovariancePVB Lib "ZavrelFuncs8_x64.xll" (
 Public Declare PtrSafe Function ZavrelCorrelationCoeffVB Lib "ZavrelFuncs8_x64.xll" ( _
     ByRef x() As Double, ByRef y() As Double, ByRef result As Double) As Long
 
-' --- Categories, filled in by the worksheet functions of categories. Failure numbers. ---
+' --- Categories, which the worksheet functions for categories fill in. Return failure numbers. ---
 
 Public Declare PtrSafe Function ZavrelCategoryNamesGetArrayVB Lib "ZavrelFuncs8_x64.xll" ( _
     ByRef names As Variant) As Long
@@ -132,7 +132,7 @@ Public Declare PtrSafe Function ZavrelCategoryIndicesSetArrayVB Lib "ZavrelFuncs
 Public Declare PtrSafe Function ZavrelCategoryIndicesSetArrayPrivateVB _
     Lib "ZavrelFuncs8_x64.xll" (ByRef indices As Variant, ByRef id As String) As Long
 
-' --- Matrices. Failure numbers; those that return a Variant give an error value whose code is it. ---
+' --- Matrices. Return failure numbers; functions with a Variant result return it as the code of an error value. ---
 
 Public Declare PtrSafe Function CalculateCovarianceMatrixVB Lib "ZavrelFuncs8_x64.xll" ( _
     ByVal useRanks As Long, ByVal sampleDivisor As Long, ByVal listwiseDeletion As Long, _
@@ -159,7 +159,7 @@ Public Declare PtrSafe Function CalculatePCAScoresVB Lib "ZavrelFuncs8_x64.xll" 
 
 ' --- Distributions. selector: 0 mean, 1 standard deviation, 2 variance, 3 skewness, 4 kurtosis,
 '     5 mode, 6 discrete mean, 7 density, 8 cumulative probability of x, 9 its inverse,
-'     10 upper tail of x, 11 its inverse. 0, or a code when there is no such value. ---
+'     10 upper tail of x, 11 its inverse. Return 0, or a code if there is no such value. ---
 
 Public Declare PtrSafe Function ZavrelNormalVB Lib "ZavrelFuncs8_x64.xll" ( _
     ByVal mean As Double, ByVal standardDeviation As Double, ByVal selector As Long, _
@@ -179,5 +179,5 @@ Public Declare PtrSafe Function ZavrelBinomialVB Lib "ZavrelFuncs8_x64.xll" ( _
 
 ' --- Random numbers ---
 
-' From 0 to below 1, as ZavRand gives them.
+' From 0 to less than 1, like ZavRand.
 Public Declare PtrSafe Function ZavrelRandVB Lib "ZavrelFuncs8_x64.xll" () As Double

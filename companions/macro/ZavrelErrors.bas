@@ -1,11 +1,11 @@
 Attribute VB_Name = "ZavrelErrors"
-' Turns what the entry points answer into errors of the macro language, with a text to show.
+' Turns failures of the entry points into errors of the macro language, with a text for the user.
 Option Explicit
 
-' The number of every error that these modules raise.
+' The number of all errors that these modules raise.
 Public Const ZavrelErrorNumber As Long = vbObjectError + 8001
 
-' One number, and the bits of it.
+' A number, and its bits.
 Private Type NumberRecord
     Number As Double
 End Type
@@ -35,8 +35,8 @@ Public Sub ZavrelRaise(ByVal source As String, ByVal message As String)
     Err.Raise ZavrelErrorNumber, source, message
 End Sub
 
-' The text for the language of Excel's user interface, which the companion announces too. Modules are
-' imported in the ANSI code page, so that texts keep to ASCII.
+' The text in the language of Excel's user interface, which the companion also announces. Modules are
+' imported in the ANSI code page, so the texts use only ASCII.
 Public Function ZavrelText(ByVal english As String, ByVal german As String) As String
     Const LanguageOfUserInterface As Long = 2 ' msoLanguageIDUI
     Const GermanLanguage As Long = 7
@@ -46,7 +46,7 @@ Public Function ZavrelText(ByVal english As String, ByVal german As String) As S
     End If
 End Function
 
-' Passes on a result that is an ordinary number; raises an error for any other.
+' Returns a result that is an ordinary number; raises an error for any other result.
 Public Function ZavrelNumberOrError(ByVal status As Long, ByVal result As Double, _
         ByVal source As String) As Double
     Dim reason As String
@@ -58,7 +58,7 @@ Public Function ZavrelNumberOrError(ByVal status As Long, ByVal result As Double
     ZavrelNumberOrError = result
 End Function
 
-' Why a result is no ordinary number; "" for one that is.
+' The reason why a result is not an ordinary number; "" if it is one.
 Public Function ZavrelReasonOf(ByVal result As Double) As String
     Const Exponent As Long = &H7FF00000
     Dim given As NumberRecord

@@ -1,11 +1,11 @@
 Attribute VB_Name = "ZavrelMatrices"
-' Matrices for macros: a range, or an array of two dimensions, of numbers throughout. Results are
-' arrays from 1 that can be assigned to a range of their size:
+' Matrices for macros: a range, or an array with two dimensions, that contains only numbers. Results are
+' arrays with indices from 1, which can be assigned to a range of their size:
 '
 '   Range("F2:I5").Value = ZavrelCorrelationMatrixOf(Range("A2:D151"))
 Option Explicit
 
-' The covariances of the columns of data, observations in rows.
+' The covariances of the columns of data, with observations in rows.
 Public Function ZavrelCovarianceMatrixOf(ByVal data As Variant, Optional ByVal useRanks As Boolean, _
         Optional ByVal sampleDivisor As Boolean = True) As Variant
     Const Source As String = "ZavrelCovarianceMatrixOf"
@@ -15,7 +15,7 @@ Public Function ZavrelCovarianceMatrixOf(ByVal data As Variant, Optional ByVal u
     ZavrelCovarianceMatrixOf = result
 End Function
 
-' The correlation coefficients; with useRanks those of the ranks.
+' The correlation coefficients; with useRanks, those of the ranks.
 Public Function ZavrelCorrelationMatrixOf(ByVal data As Variant, _
         Optional ByVal useRanks As Boolean) As Variant
     Const Source As String = "ZavrelCorrelationMatrixOf"
@@ -55,7 +55,7 @@ Public Function ZavrelMatrixDeterminantOf(ByVal a As Variant) As Double
     ZavrelMatrixDeterminantOf = ZavrelNumberOrError(0, MatrixDeterminantVB(numbers), Source)
 End Function
 
-' Of a symmetric matrix, largest first; an array of one dimension.
+' The eigenvalues of a symmetric matrix, largest first, as an array with one dimension.
 Public Function ZavrelEigenvaluesOf(ByVal matrix As Variant) As Variant
     Const Source As String = "ZavrelEigenvaluesOf"
     Dim numbers() As Double, result As Variant
@@ -73,7 +73,7 @@ Public Function ZavrelEigenvectorsOf(ByVal matrix As Variant) As Variant
     ZavrelEigenvectorsOf = result
 End Function
 
-' The principal-component scores of the rows of data, taken as they are.
+' The principal-component scores of the rows of data, which are used as they are.
 Public Function ZavrelComponentScoresOf(ByVal data As Variant) As Variant
     Const Source As String = "ZavrelComponentScoresOf"
     Dim numbers() As Double, result As Variant
@@ -82,7 +82,7 @@ Public Function ZavrelComponentScoresOf(ByVal data As Variant) As Variant
     ZavrelComponentScoresOf = result
 End Function
 
-' A range or an array as a matrix of numbers from 1; an array of one dimension is one row.
+' A range or an array as a matrix of numbers with indices from 1; an array with one dimension is one row.
 Public Function ZavrelMatrixIn(ByVal values As Variant, ByVal source As String) As Double()
     Dim cells As Variant
     Dim numbers() As Double
@@ -120,7 +120,7 @@ Private Function NumberAt(ByVal cell As Variant, ByVal row As Long, ByVal column
     NumberAt = cell
 End Function
 
-' The matrix that an entry point returned; raises what stands in its place after a failure.
+' The matrix that an entry point returned; raises an error if it returned a failure instead.
 Private Function MatrixOrError(ByVal result As Variant, ByVal source As String) As Variant
     If IsError(result) Then ZavrelRaiseFailure CLng(result), source
     MatrixOrError = result

@@ -1,6 +1,6 @@
 Attribute VB_Name = "ZavrelStatistics"
-' Statistics for macros, of a range or an array of any shape. Empty cells, texts and truth values are
-' left out; an error value among them, or a statistic that does not exist, raises an error.
+' Statistics for macros, of a range or an array of any shape. Empty cells, text and Boolean values are
+' ignored; an error value among the data, or a statistic that does not exist, raises an error.
 '
 '   Debug.Print ZavrelMeanOf(Range("B2:B154"))
 '   Debug.Print ZavrelPercentileOf(Array(3, 1, 2), 0.9)
@@ -97,7 +97,7 @@ Public Function ZavrelSumDevSqOf(ByVal values As Variant) As Double
     ZavrelSumDevSqOf = ZavrelNumberOrError(status, result, "ZavrelSumDevSqOf")
 End Function
 
-' discrete: left out, the data decide; True for values that are counts or codes.
+' discrete: if omitted, depends on the data; True for values that are counts or codes.
 Public Function ZavrelModeOf(ByVal values As Variant, Optional ByVal discrete As Variant) As Double
     Dim numbers() As Double, result As Double, status As Long, setting As Integer
     numbers = ZavrelNumbersIn(values, "ZavrelModeOf")
@@ -107,7 +107,7 @@ Public Function ZavrelModeOf(ByVal values As Variant, Optional ByVal discrete As
     ZavrelModeOf = ZavrelNumberOrError(status, result, "ZavrelModeOf")
 End Function
 
-' p from 0 to 1; method -1: the data decide, 0 to 5 as ZavPercentile takes them.
+' p from 0 to 1; method: -1 depends on the data, 0 to 5 as in ZavPercentile.
 Public Function ZavrelPercentileOf(ByVal values As Variant, ByVal p As Double, _
         Optional ByVal method As Integer = -1) As Double
     Dim numbers() As Double, result As Double, status As Long
@@ -135,7 +135,7 @@ Public Function ZavrelMedianOf(ByVal values As Variant, Optional ByVal method As
     ZavrelMedianOf = ZavrelNumberOrError(status, result, "ZavrelMedianOf")
 End Function
 
-' Two series of numbers, element by element: nothing may be missing in them.
+' Two series of numbers, paired element by element, without missing values.
 Public Function ZavrelCovarianceOf(ByVal x As Variant, ByVal y As Variant) As Double
     Dim first() As Double, second() As Double, result As Double, status As Long
     PairOfSeries x, y, first, second, "ZavrelCovarianceOf"
@@ -181,7 +181,7 @@ Public Function ZavrelNumbersIn(ByVal values As Variant, ByVal source As String)
     ZavrelNumbersIn = numbers
 End Function
 
-' An array of the cells' values, whatever was given.
+' An array of the cells' values, from a range, an array or a single value.
 Public Function ZavrelCellsIn(ByVal values As Variant, ByVal source As String) As Variant
     If IsObject(values) Then
         If values.Areas.Count > 1 Then ZavrelRaise source, source & ": " & _
@@ -200,7 +200,7 @@ Public Function ZavrelIsNumber(ByVal cell As Variant) As Boolean
     End Select
 End Function
 
-' Both series complete and of one length; a gap would move the pairs against each other.
+' Both series must be complete and equally long; a gap would shift the pairs.
 Private Sub PairOfSeries(ByVal x As Variant, ByVal y As Variant, ByRef first() As Double, _
         ByRef second() As Double, ByVal source As String)
     first = AllNumbersIn(x, source)
@@ -223,7 +223,7 @@ Private Function AllNumbersIn(ByVal values As Variant, ByVal source As String) A
     AllNumbersIn = ZavrelNumbersIn(values, source)
 End Function
 
-' Shell's method: no recursion, no second array.
+' Shell sort, which needs no recursion and no second array.
 Private Sub SortAscending(ByRef numbers() As Double)
     Dim gap As Long, index As Long, hole As Long
     Dim number As Double

@@ -1,4 +1,4 @@
-"""Writes OLE compound files (version 3, sectors of 512 bytes), as far as a macro project needs them."""
+"""Writes OLE compound files (version 3, sectors of 512 bytes) with the features that a macro project needs."""
 import struct
 
 SECTOR, MINI_SECTOR, MINI_LIMIT = 512, 64, 4096
@@ -15,7 +15,7 @@ def _pad(data, size):
 
 
 def _chain(table, count):
-    """Takes `count` entries at the end of an allocation table; the number of the first."""
+    """Allocates `count` entries at the end of an allocation table; returns the number of the first."""
     first = len(table)
     table.extend(list(range(first + 1, first + count)) + [END] if count else [])
     return first if count else END
@@ -49,8 +49,8 @@ class _Writer:
                            bytes(16), 0, bytes(8), bytes(8), start, size)
 
     def _add_children(self, storage):
-        """Enters a storage's members; the number of the entry at the top of their tree."""
-        # The order of the format: shorter names first, then by upper case.
+        """Enters a storage's members; returns the number of the entry at the root of their tree."""
+        # The format's order: shorter names first, then by upper case.
         return self._add_tree(sorted(storage.items(), key=lambda item: (len(item[0]), item[0].upper())))
 
     def _add_tree(self, members):
@@ -79,7 +79,7 @@ class _Writer:
         mini_table = struct.pack(f"<{len(self.mini_fat)}I", *self.mini_fat)
         mini_table += b"\xff" * (-len(mini_table) % SECTOR)
         mini_fat_start = self._store(mini_table)
-        # The table describes its own sectors too.
+        # The table also describes its own sectors.
         fat_count = 1
         while fat_count * (SECTOR // 4) < len(self.fat) + fat_count:
             fat_count += 1

@@ -1,7 +1,7 @@
-"""Writes macro projects: the content of vbaProject.bin, by the published format of Office macro files.
+"""Writes macro projects: the content of vbaProject.bin, in the published format of Office macro files.
 
-Only what cannot be computed from the sources is left out, the compiled caches; the version number in
-_VBA_PROJECT says so, and a host compiles the sources when it opens the file.
+The compiled caches, which cannot be computed from the sources, are omitted. The version number in _VBA_PROJECT
+says so, and a host compiles the sources when it opens the file.
 """
 import math
 import struct
@@ -13,12 +13,12 @@ CHUNK = 4096
 
 
 def _copy_token_bits(position):
-    """Bits of a copy token that hold the offset, this far into the chunk."""
+    """The number of offset bits in a copy token at this position of the chunk."""
     return max(math.ceil(math.log2(position)), 4)
 
 
 def _longest_match(chunk, position):
-    """Offset and length of the longest earlier occurrence of what follows; the length may be 0."""
+    """Offset and length of the longest earlier occurrence of the next bytes; the length may be 0."""
     limit = min(len(chunk) - position, (0xFFFF >> _copy_token_bits(position)) + 3) if position else 0
     best_offset = best_length = 0
     for start in range(position - 1, -1, -1):
@@ -62,7 +62,7 @@ def _record(number, data):
 
 
 def _both(number, wide_number, text):
-    """A text twice: in the code page and wide."""
+    """A text in both forms: in the code page and as wide text."""
     return _record(number, text.encode("cp1252")) + _record(wide_number, text.encode("utf-16-le"))
 
 
@@ -92,7 +92,7 @@ def _directory(name, modules):
 
 
 def _encrypted(identity, data, seed=0x02):
-    """The form in which PROJECT holds its protection state."""
+    """The encoding of the protection state in PROJECT."""
     key = sum(identity.encode("ascii")) & 0xFF
     result = [seed, seed ^ 2, seed ^ key]
     clear, before, last = key, result[1], result[2]

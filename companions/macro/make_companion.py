@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""make_companion.py OUTPUT.xlam MODULE.bas...: the companion workbook, an add-in with these macro modules.
+"""make_companion.py OUTPUT.xlam MODULE.bas...: writes the companion workbook, an add-in with these macro modules.
 
-The same modules give the same bytes. No Excel has opened what this writes; the modules themselves are the
-sure way.
+The same modules give the same bytes. The workbook has not been opened in Excel yet; importing the modules is the
+safe choice.
 """
 import pathlib
 import sys

@@ -1,9 +1,9 @@
-# Makes the source of the message library from the files of texts:
+# Generates the source of the message library from the text files:
 #   cmake -D FOLDER=texts -D LANGUAGES=de,en -D OUTPUT=messages.rc -P generate_messages.cmake
-# An output that ends in .rc is a resource script with a string table per language, one that ends in
-# .cpp defines Messages() of message_table.h.
+# If the output ends in .rc, it is a resource script with a string table for each language. If it ends in .cpp,
+# it defines Messages() of message_table.h.
 #
-# The texts never become elements of a CMake list, so they may hold semicolons and brackets.
+# The texts never become elements of a CMake list, so they may contain semicolons and brackets.
 
 cmake_minimum_required(VERSION 3.25)
 set(message_line "\n([0-9]+) = ([^\n]+)")

@@ -1,5 +1,5 @@
-// The test of Mann and Whitney. U, the rank sum of sample 1 less its smallest value, counts the
-// pairs in which the value of sample 1 is the greater one.
+// The Mann-Whitney test. U, the rank sum of sample 1 minus its smallest possible value, counts the
+// pairs in which the value of sample 1 is the larger one.
 #include <array>
 #include <utility>
 #include <vector>
@@ -11,8 +11,8 @@
 namespace NonparametricTests {
 namespace {
 
-/// Holds every count: where the product of the sizes is in reach of the exact p-value, there are
-/// fewer than C(100, 50) = 1.01e29 arrangements.
+/// Can hold every count: for all sizes with an exact p-value, there are at most C(100, 50) =
+/// 1.01e29 arrangements.
 __extension__ using Count = unsigned __int128;
 
 bool IsExact(std::int32_t size_1, std::int32_t size_2) {
@@ -29,9 +29,9 @@ Count Arrangements(int m, int n) {
 
 /// The number of arrangements in which U is at most u, which lies between 0 and m n.
 ///
-/// The generating function of the counts is the Gaussian binomial coefficient, the product over
-/// i = 1 to m of (1 - q^(n+i)) / (1 - q^i); each step multiplies and divides one factor. What the
-/// subtractions take below 0 comes back, the counts being exact modulo 2^128.
+/// The generating function of the counts is the Gaussian binomial coefficient, the product over i =
+/// 1 to m of (1 - q^(n+i)) / (1 - q^i); each step multiplies and divides one factor. Subtractions
+/// that go below 0 do no harm, since the counts are exact modulo 2^128.
 Count AtMost(int m, int n, int u) {
   if (m > n) std::swap(m, n);
   std::vector<Count> counts(static_cast<std::size_t>(u) + 1);
@@ -46,7 +46,7 @@ Count AtMost(int m, int n, int u) {
   return sum;
 }
 
-/// The probability that U is at most u, which may be any number.
+/// The probability that U is at most u, for any number u.
 double LowerTail(int m, int n, double u) {
   const int all = m * n;
   if (u < 0) return 0;

@@ -1,5 +1,5 @@
 #pragma once
-// From the tails of a statistic to its p-value.
+// Computes the p-value of a statistic from its tails.
 
 #include <algorithm>
 #include <cmath>
@@ -17,17 +17,17 @@ inline bool IsAlternative(std::int32_t alternative) {
   return alternative >= NPT_LESS && alternative <= NPT_GREATER;
 }
 
-/// The statistic, or the multiple of one half that it misses by 1e-7 at most. Rank sums are such
-/// multiples, and arithmetic that leads to one may end a few units short of it; counted as it is,
-/// it would lose a whole rank.
+/// The statistic, or a multiple of one half if it differs from it by at most 1e-7. Rank sums are
+/// such multiples. Arithmetic may give a rank sum slightly too low, and without this correction it
+/// would lose a whole rank.
 inline double Snapped(double statistic) {
   const double near = std::round(2 * statistic) / 2;
   return std::abs(statistic - near) <= 1e-7 ? near : statistic;
 }
 
-/// Of a statistic whose distribution is symmetric, at this distance from its mean. `lower` and
-/// `upper` give the probabilities of one as small and as great; only the one that is needed is
-/// computed.
+/// The p-value of a statistic with a symmetric distribution, at this distance from its mean.
+/// `lower` and `upper` return the probabilities of a statistic at most as small or at least as
+/// large; only the needed one is computed.
 template <class Lower, class Upper>
 double PValue(std::int32_t alternative, double distance, Lower lower, Upper upper) {
   if (alternative == NPT_LESS) return lower();

@@ -1,5 +1,5 @@
 #pragma once
-// Fills the record that both tests have in common.
+// Fills the record that both tests share.
 
 #include <cmath>
 #include <cstdint>
@@ -18,7 +18,7 @@ inline bool IsSample(const double* values, std::int32_t count) {
   return true;
 }
 
-/// `make` gives the ranks of two samples.
+/// `make` returns the ranks of two samples.
 template <class Make>
 std::int16_t Record(NptRankSums* sums, Make make) noexcept {
   try {

@@ -1,4 +1,4 @@
-// The signed-rank test of Wilcoxon. The statistic V is the rank sum of the positive differences.
+// The Wilcoxon signed-rank test. The statistic V is the rank sum of the positive differences.
 #include <array>
 #include <vector>
 
@@ -9,8 +9,8 @@
 namespace NonparametricTests {
 namespace {
 
-/// Ranks the absolute differences: those of the negative ones are one sample, those of the positive
-/// ones another.
+/// Ranks the absolute differences: the negative differences are one sample, the positive ones
+/// another.
 zavrel::RankSums RankDifferences(std::span<const double> values, double median) {
   std::vector<double> negative;
   std::vector<double> positive;
@@ -25,16 +25,17 @@ zavrel::RankSums RankDifferences(std::span<const double> values, double median) 
 
 /// The probability that V is at most v, 0 <= v <= n (n + 1) / 4.
 ///
-/// With the rank i in or out with probability 1/2 each, the distribution function of the ranks up
-/// to i is F_i(v) = (F_(i-1)(v) + F_(i-1)(v - i)) / 2. Halving is exact and nothing is subtracted,
-/// so each of the n steps adds one rounding of the value at most.
+/// Each rank i is in the sum with probability 1/2, so the distribution function of the ranks up to
+/// i is F_i(v) = (F_(i-1)(v) + F_(i-1)(v - i)) / 2. Halving is exact and nothing is subtracted, so
+/// each of the n steps adds at most one rounding of the value.
 double LowerHalf(std::size_t n, std::size_t v) {
-  // below[k] is F(v - k); past v it is 0. Ascending k reads what the step has not written yet.
+  // below[k] is F(v - k); beyond v it is 0. With ascending k, a step reads only values that it has
+  // not changed yet.
   std::vector<double> below(v + 1 + n, 0.0);
   std::fill_n(below.begin(), v + 1, 1.0);
   double* const f = below.data();
   for (std::size_t i = 1; i <= n; ++i) {
-    // F is 1 from the sum of the ranks on.
+    // F is 1 at the sum of the ranks and above.
     const std::size_t sum = i * (i + 1) / 2;
 #pragma GCC ivdep
     for (std::size_t k = v < sum ? 0 : v - sum + 1; k <= v; ++k) f[k] = (f[k] + f[k + i]) * 0.5;
@@ -42,7 +43,7 @@ double LowerHalf(std::size_t n, std::size_t v) {
   return f[0];
 }
 
-/// The probability that V is at most v, which may be any number.
+/// The probability that V is at most v, for any number v.
 double LowerTail(std::int32_t n, double v) {
   const std::int64_t all = std::int64_t{n} * (n + 1) / 2;
   if (v < 0) return 0;

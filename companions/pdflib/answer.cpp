@@ -14,8 +14,8 @@ std::int16_t AnswerMoments(const Moments& moments, const Question& question) {
   for (int i = 0; i < PDFLIB_MOMENT_COUNT; ++i) {
     const Real exact = values[i]->value_or(std::numeric_limits<Real>::quiet_NaN());
     const auto value = static_cast<double>(exact);
-    // Below the normal numbers digits are lost, unless there are none: a macro takes the variance's
-    // root.
+    // Subnormal numbers have lost digits; only 0 is accepted below the normal numbers. A macro
+    // takes the square root of the variance.
     const bool held = std::isnormal(value) || (std::isfinite(value) && value == exact);
     question.results[i] = held ? value : std::numeric_limits<double>::quiet_NaN();
     question.status[i] = held ? std::int16_t{0} : std::int16_t{PDFLIB_NO_SUCH_MOMENT};

@@ -1,5 +1,5 @@
 #pragma once
-// The boundary of the library: from a distribution to what its exported function gives.
+// The boundary of the library: from a distribution to the result of its exported function.
 
 #include <cstdint>
 #include <stdexcept>
@@ -19,12 +19,12 @@ struct Question {
   std::int16_t* status;
 };
 
-/// Answers from the distribution; its exceptions pass.
+/// Answers from the distribution, whose exceptions are not caught.
 std::int16_t AnswerFrom(const PdfDist& distribution, const Question& question);
 
-/// Answers from a distribution made of these parameters. A Windows process starts with long double
-/// at a double's 53 bits, and its caller may have left any mode: the scope stands around all that
-/// is computed.
+/// Answers from a distribution with these parameters. A Windows process starts with long double at
+/// only 53 bits, and the caller may have set any mode; the scope therefore covers the whole
+/// computation.
 template <class Distribution, class... Parameters>
 std::int16_t Answer(const Question& question, Parameters... parameters) noexcept {
   const zavrel::FloatingPointScope scope;

@@ -13,8 +13,8 @@
 namespace DistLib {
 namespace {
 
-/// What Stirling's formula leaves of the logarithm of the gamma function:
-/// log gamma(z) = (z - 1/2) log z - z + log(2 pi) / 2 + this. Abramowitz and Stegun 6.1.41.
+/// The remainder of Stirling's formula for the logarithm of the gamma function: log gamma(z) = (z -
+/// 1/2) log z - z + log(2 pi) / 2 + this. Abramowitz and Stegun 6.1.41.
 Real StirlingRest(Real z) {
   Real from_recurrence = 0;
   for (; z < 16; z += 1) from_recurrence += (z + 0.5L) * std::log1p(1 / z) - 1;
@@ -29,18 +29,18 @@ Real StirlingRest(Real z) {
   return from_recurrence + series / z;
 }
 
-/// log(ratio) - (ratio - 1), where `excess` is ratio - 1: never above 0.
+/// log(ratio) - (ratio - 1), where `excess` is ratio - 1; never above 0.
 Real LogBeyondLinear(Real ratio, Real excess) {
   return std::fabs(excess) < 0.5L ? boost::math::log1pmx(excess) : std::log(ratio) - excess;
 }
 
-/// The continued fraction by which x^a y^b / B(a, b) has to be divided (DiDonato and Morris, 1992,
-/// formula 9); it converges fast up to the mean.
+/// The continued fraction that divides x^a y^b / B(a, b) (DiDonato and Morris, 1992, formula 9); it
+/// converges fast up to the mean.
 struct BetaFraction {
   using result_type = std::pair<Real, Real>;
 
   result_type operator()() {
-    const Real middle = m == 0 ? 1 : a + 2 * m - 1;  // multiplies 0 at first, and may be 0
+    const Real middle = m == 0 ? 1 : a + 2 * m - 1;  // could be 0 for m = 0, where its factor is 0
     const Real numerator = (a + m - 1) / middle * ((a + b + m - 1) / middle) * m * (b - m) * x * x;
     const Real denominator =
         m + m * (b - m) * x / middle + (a + m) * (lambda + 1 + m * (2 - x)) / (a + 2 * m + 1);
@@ -54,7 +54,7 @@ struct BetaFraction {
 
 Real FractionAt(const BetaPoint& point) {
   BetaFraction fraction{point.a, point.b, point.x, point.lambda};
-  std::uintmax_t terms = 2'000'000;  // they grow with the root of the parameters
+  std::uintmax_t terms = 2'000'000;  // their number grows with the square root of the parameters
   const std::uintmax_t limit = terms;
   const Real value = boost::math::tools::continued_fraction_b(
       fraction, std::numeric_limits<Real>::epsilon(), terms);
@@ -66,15 +66,15 @@ BetaPoint Mirrored(const BetaPoint& point) {
   return {point.b, point.a, point.y, point.x, -point.lambda};
 }
 
-/// Where the fraction serves. (Boost's own incomplete beta function was seen to lose 18 epsilons at
-/// 49 and 28 degrees of freedom of F, and 64 at a million trials of the binomial distribution.)
+/// Whether to use the fraction. (Boost's own incomplete beta function lost 18 epsilons at 49 and 28
+/// degrees of freedom of F, and 64 at a million trials of the binomial distribution.)
 bool Serves(const BetaPoint& point) { return point.a >= 0.5L && point.b >= 0.5L; }
 
 }  // namespace
 
 // With x0 = a / (a + b) and y0 = b / (a + b), x / x0 is 1 - lambda / a and y / y0 is 1 + lambda /
-// b. The power of these is the exponential of a log(x / x0) + b log(y / y0), whose linear parts
-// cancel and are left out (Loader, 2000).
+// b. The product of their powers is the exponential of a log(x / x0) + b log(y / y0), whose linear
+// parts cancel and are omitted (Loader, 2000).
 Real BetaPower(const BetaPoint& point) {
   const auto& [a, b, x, y, lambda] = point;
   const Real n = a + b;

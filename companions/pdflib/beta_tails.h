@@ -1,13 +1,13 @@
 #pragma once
-// The incomplete beta function, right to the last digits of a double.
+// The incomplete beta function, accurate to the last digits of a double.
 
 #include "companions/pdflib/pdf_dist.h"
 
 namespace DistLib {
 
-/// Where a beta distribution is looked at: x and y = 1 - x, and how far x lies below the mean,
-/// lambda = a y - b x, each as exact as the caller knows it. For large a and b everything hangs on
-/// lambda, and nothing but cancellation would be left of it here.
+/// A point of a beta distribution: x and y = 1 - x, and the distance of x below the mean, lambda =
+/// a y - b x, each as exactly as the caller knows it. For large a and b everything depends on
+/// lambda, and computing it here would lose its digits by cancellation.
 struct BetaPoint {
   Real a;
   Real b;

@@ -24,7 +24,8 @@ class Binomial : public PdfDist {
       moments.kurtosis = 3 + (1 - 6 * p_ * q_) / variance;
     }
     moments.mode = std::min(std::floor((n_ + 1) * p_), n_);
-    // Of the mean as it is given: 5 trials of 0.3 have the mean 1.5, though 0.3 is a little less.
+    // Rounds the mean as a double: 5 trials with 0.3 have the mean 1.5, although the double 0.3 is
+    // a little less.
     moments.discrete_mean = std::floor(static_cast<double>(n_ * p_) + 0.5L);
     return moments;
   }
@@ -57,10 +58,10 @@ class Binomial : public PdfDist {
     return Smallest([&](double k) { return UpperTail(k) <= q; });
   }
 
-  /// All probability is at one value.
+  /// Only one value is possible.
   bool Certain() const { return n_ == 0 || p_ == 0 || q_ == 0; }
 
-  /// Of whole a and b; p is taken in two halves so that each product is exact.
+  /// For whole a and b. p is split into two halves so that each product is exact.
   BetaPoint At(Real a, Real b) const {
     const Real high = static_cast<float>(p_), low = p_ - high;
     return {a, b, p_, q_, (a - (a + b) * high) - (a + b) * low};
@@ -68,7 +69,7 @@ class Binomial : public PdfDist {
 
   template <class Reached>
   Real Smallest(Reached reached) const {
-    double low = -1, high = static_cast<double>(n_);  // not reached below, reached above
+    double low = -1, high = static_cast<double>(n_);  // not reached at low, reached at high
     while (high - low > 1) {
       const double middle = std::floor((low + high) / 2);
       (reached(middle) ? high : low) = middle;

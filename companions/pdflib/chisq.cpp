@@ -26,7 +26,7 @@ class Chisq : public PositiveDist {
   Real DensityAt(Real x) const override { return pdf(chi_squared_, x); }
   Real CumulativeAt(Real x) const override { return cdf(chi_squared_, x); }
   Real UpperTailAt(Real x) const override { return cdf(complement(chi_squared_, x)); }
-  /// Wilson and Hilferty: the cube root is nearly normal.
+  /// Wilson and Hilferty: the cube root is approximately normal.
   Real ValueNear(Real z) const override {
     const Real df = chi_squared_.degrees_of_freedom(), variance = 2 / (9 * df);
     const Real root = std::max(1 - variance + z * std::sqrt(variance), 0.01L);

@@ -8,8 +8,8 @@
 namespace DistLib {
 namespace {
 
-/// The part of the probability below x with one degree of freedom on either side, where the
-/// incomplete beta function loses the last digits of an argument that nears 1.
+/// The probability below x with one degree of freedom in both numerator and denominator, where the
+/// incomplete beta function loses the last digits of an argument near 1.
 Real BothOneCumulative(Real x) { return std::atan(std::sqrt(x)) * (2 / std::numbers::pi_v<Real>); }
 
 class F : public PositiveDist {
@@ -43,7 +43,7 @@ class F : public PositiveDist {
   Real UpperTailAt(Real x) const override {
     return BothOne() ? BothOneCumulative(1 / x) : BetaUpper(At(x));
   }
-  /// Fisher: half the logarithm is nearly normal.
+  /// Fisher: half the logarithm is approximately normal.
   Real ValueNear(Real z) const override {
     return std::exp(1 / n_ - 1 / m_ + z * std::sqrt(2 / m_ + 2 / n_));
   }

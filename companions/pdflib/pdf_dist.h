@@ -1,30 +1,30 @@
 #pragma once
-// What every distribution of the library is.
+// The base class of the library's distributions.
 //
-// A further distribution is a file of its own, with its class and its exported function, and that
+// A new distribution is a separate file with its class and its exported function, and that
 // function's declaration in pdflib.h.
 
 #include <optional>
 
 namespace DistLib {
 
-/// Everything between an argument and its result is computed with 64 bits of significand: far out
-/// in a tail the rounding of an intermediate to a double would cost three digits.
+/// All intermediate results have a 64-bit significand: far out in a tail, rounding them to doubles
+/// would cost three digits.
 using Real = long double;
 
-/// Those that do not exist are left out.
+/// Moments that do not exist are empty.
 struct Moments {
   std::optional<Real> mean;
   std::optional<Real> variance;
   std::optional<Real> skewness;
   std::optional<Real> kurtosis;  // 3 for a normal distribution
   std::optional<Real> mode;
-  std::optional<Real> discrete_mean;  // of discrete distributions: the mean, to a whole number
+  std::optional<Real> discrete_mean;  // of discrete distributions: the mean as a whole number
 };
 
-/// A distribution with its parameters. All members throw std::domain_error for what is outside the
-/// domain, constructors of the classes behind it for parameters, and may throw any other
-/// std::exception when there is no value.
+/// A distribution with its parameters. All members throw std::domain_error for arguments outside
+/// the domain, and the constructors of derived classes for such parameters. Members may throw any
+/// other std::exception if there is no value.
 class PdfDist {
  public:
   virtual ~PdfDist() = default;
@@ -32,27 +32,27 @@ class PdfDist {
   PdfDist& operator=(const PdfDist&) = delete;
 
   virtual DistLib::Moments Moments() const = 0;
-  /// The density at x; of a discrete distribution the probability of x.
+  /// The density at x; for a discrete distribution, the probability of x.
   double Density(double x) const;
   /// The probability of x or less.
   double Cumulative(double x) const;
   /// The probability of more than x.
   double UpperTail(double x) const;
-  /// The x whose cumulative probability is p; of a discrete distribution the smallest x whose
+  /// The x whose cumulative probability is p; for a discrete distribution, the smallest x whose
   /// cumulative probability reaches p.
   double Quantile(double p) const;
-  /// The x whose upper tail is q; of a discrete distribution the smallest x whose upper tail does
+  /// The x whose upper tail is q; for a discrete distribution, the smallest x whose upper tail does
   /// not exceed q.
   double UpperQuantile(double q) const;
 
  protected:
-  /// With the ends of its support, which may be infinite, and the smallest value that nothing lies
-  /// above when it is not the upper end.
+  /// Takes the ends of the support, which may be infinite, and the largest possible value if it is
+  /// not the upper end.
   PdfDist(double lowest, double highest) : PdfDist(lowest, highest, highest) {}
   PdfDist(double lowest, double highest, double last)
       : lowest_(lowest), highest_(highest), last_(last) {}
   static void Require(bool in_domain);
-  /// Required of degrees of freedom: with more than these the incomplete gamma and beta functions
+  /// Whether degrees of freedom are valid: with more, the incomplete gamma and beta functions would
   /// take seconds.
   static bool ValidDf(double df) { return df > 0 && df <= 1e10; }
 

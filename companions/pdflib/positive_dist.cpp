@@ -8,8 +8,8 @@
 namespace DistLib {
 namespace {
 
-/// The normal score that is exceeded with probability q <= 0.5, within 5e-4 (Abramowitz and Stegun
-/// 26.2.23).
+/// The normal score that is exceeded with probability q <= 0.5, with an error below 5e-4
+/// (Abramowitz and Stegun 26.2.23).
 Real RoughScore(Real q) {
   const Real t = std::sqrt(-2 * std::log(q));
   return t - (2.515517L + t * (0.802853L + t * 0.010328L)) /
@@ -20,7 +20,7 @@ Real RoughScore(Real q) {
 
 PositiveDist::PositiveDist() : PdfDist(0, std::numeric_limits<double>::infinity()) {}
 
-// Of the two tails the smaller one is solved for; 1 - p is exact then.
+// Solves for the smaller of the two tails; 1 - p is then exact.
 Real PositiveDist::QuantileOf(Real p) const {
   return p <= 0.5L ? Solve(p, false) : Solve(1 - p, true);
 }
@@ -30,8 +30,8 @@ Real PositiveDist::UpperQuantileOf(Real q) const {
 }
 
 Real PositiveDist::Solve(Real probability, bool upper) const {
-  constexpr Real kFar = 2000;        // of log x, beyond every double
-  constexpr Real kSettled = 1e-12L;  // the step after this one would be lost in rounding
+  constexpr Real kFar = 2000;        // a log x beyond every double
+  constexpr Real kSettled = 1e-12L;  // after so small a step, the next one is lost in rounding
   const Real sign = upper ? -1 : 1;
   const Real target = std::log(probability);
   const Real centre = std::log(ValueNear(0));
@@ -40,7 +40,7 @@ Real PositiveDist::Solve(Real probability, bool upper) const {
     const Real x = std::exp(u);
     const Real tail = upper ? UpperTailAt(x) : CumulativeAt(x);
     const Real slope = sign * x * DensityAt(x) / tail;
-    if (!(tail > 0 && slope * sign > 0)) {  // so far out that nothing is left of the tail
+    if (!(tail > 0 && slope * sign > 0)) {  // so far out that the tail has vanished
       u = (u + centre) / 2;
       continue;
     }

@@ -10,8 +10,8 @@ namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-/// With one degree of freedom. The incomplete beta function, by which the others go, is computed
-/// through arcsine there and knows nothing of x once its square vanishes beside 1.
+/// The distribution with one degree of freedom. The incomplete beta function, which the others use,
+/// is computed through arcsine in this case and loses x if its square vanishes compared with 1.
 Real CauchyUpperTail(Real x) {
   constexpr Real kPi = std::numbers::pi_v<Real>;
   return x > 1 ? std::atan(1 / x) / kPi : 0.5L - std::atan(x) / kPi;

@@ -1,7 +1,7 @@
-"""The compiled help file, whose topics carry the ids of the registration.
+"""The compiled help file, whose topics have the ids of the registration.
 
-chmcmd (Free Pascal) writes the folder it works in into the paths of the topics, unless that is the root
-folder: it runs in a mount namespace of its own whose root is the help folder.
+chmcmd (Free Pascal) writes its working folder into the paths of the topics, unless that is the root folder. It
+therefore runs in its own mount namespace, whose root is the help folder.
 """
 
 import html
@@ -19,7 +19,7 @@ def file_name(language):
 
 
 def topic_ids():
-    """The page of each topic id."""
+    """The page for each topic id."""
     return {function.topic: function.name for function in registration.functions() if function.topic is not None}
 
 
@@ -50,7 +50,7 @@ def _project(files, windows_language):
             + "\n[MAP]\n" + "".join(f"#define {name} {topic}\n" for topic, name in ids.items()))
 
 
-_SYSTEM_FOLDERS = ("usr", "lib", "lib64", "etc", "proc", "dev")  # what chmcmd needs below its root
+_SYSTEM_FOLDERS = ("usr", "lib", "lib64", "etc", "proc", "dev")  # chmcmd needs these below its root
 
 
 def _compile(folder):
@@ -65,13 +65,13 @@ def _compile(folder):
     run = subprocess.run(["unshare", "--map-root-user", "--mount", "sh", "-c",
                           " && ".join([*mounts, f"exec chroot . {program} help.hhp"])],
                          cwd=folder, capture_output=True, text=True,
-                         env=os.environ | {"PATH": os.environ["PATH"] + ":/usr/sbin"})  # where chroot is
+                         env=os.environ | {"PATH": os.environ["PATH"] + ":/usr/sbin"})  # for chroot
     if run.returncode != 0 or not (folder / "help.chm").exists():
         raise SystemExit(f"chmcmd made no file:\n{run.stdout}{run.stderr}")
 
 
 def _without_times(content):
-    """The file with the times of its making, in its header and in #SYSTEM, set to 0: the same pages give the
+    """The file with its creation times, in its header and in #SYSTEM, set to 0, so that the same pages give the
     same bytes."""
     made = bytearray(content)
     made[16:20] = bytes(4)
@@ -84,8 +84,8 @@ def _without_times(content):
 
 
 def mapped_pages(file):
-    """The page of each topic id, as a compiled help file holds them: its #IVB lists pairs of an id and a
-    position in #STRINGS."""
+    """The page for each topic id in a compiled help file, whose #IVB lists pairs of an id and a position in
+    #STRINGS."""
     def part(name):
         return subprocess.run(["7z", "x", "-so", str(file), name], check=True, capture_output=True).stdout
 
@@ -111,7 +111,7 @@ def _check(file):
 
 
 def build(language, folder):
-    """Makes the file in `folder` and checks that every topic id leads to its page."""
+    """Writes the file to `folder` and checks that every topic id leads to its page."""
     renderer = html_pages.Renderer(language)
     files = renderer.files()
     with tempfile.TemporaryDirectory() as name:

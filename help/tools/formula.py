@@ -1,4 +1,4 @@
-"""Formulas in a small part of TeX as HTML that even old viewers show: nested spans, styled by help.css."""
+"""Converts formulas in a small part of TeX to HTML for old viewers: nested spans with styles from help.css."""
 
 import html
 import re
@@ -32,7 +32,7 @@ class _Reader:
         return token
 
     def group(self):
-        """What the next argument is: a group in braces, or a single symbol."""
+        """The next argument: a group in braces, or a single symbol."""
         if self.peek() == "{":
             self.next()
             return self.sequence("}")

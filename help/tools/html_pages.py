@@ -1,4 +1,4 @@
-"""The help as HTML pages: one folder a language, and what the compiled help file is made of."""
+"""The help as HTML pages: one folder for each language. The compiled help file contains the same pages."""
 
 import html
 import pathlib
@@ -9,7 +9,7 @@ from . import formula, languages, markdown_pages, pages, registration
 STYLE = pathlib.Path(__file__).parent / "help.css"
 
 class Renderer:
-    """One language's pages."""
+    """The pages of one language."""
 
     def __init__(self, name):
         self.name = name
@@ -49,6 +49,14 @@ class Renderer:
             tag = "th" if i == 0 else "td"
             lines.append("<tr>" + "".join(f"<{tag}>{self.inline(cell)}</{tag}>" for cell in row) + "</tr>")
         return "\n".join(lines + ["</table>"])
+
+    def equivalent(self, program, text):
+        """A text without words needs no translation, except for the formulas of Excel."""
+        if text == pages.NO_EQUIVALENT:
+            return self.words["none"]
+        if program == "Excel" and not pages.has_words(text):
+            text = re.sub("`([^`]*)`", lambda m: f"`{self.language.formula(m[1])}`", text)
+        return self.inline(text)
 
     def example(self, example):
         cells = "".join("<tr>" + "".join(f"<td>{html.escape(self.language.value(cell))}</td>" for cell in row) + "</tr>"
@@ -96,6 +104,10 @@ class Renderer:
             rows = [[self.language.value(cell) for cell in row] for row in pages.data_rows(page.header["data"])]
             parts.append(self.table(markdown_pages.sheet(rows), "sheet"))
         parts.extend(map(self.block, examples))
+        if page.equivalents:
+            rows = "".join(f"<tr><th>{program}</th><td>{self.equivalent(program, text)}</td></tr>"
+                           for program, text in page.equivalents.items())
+            parts.append(f"<h2>{self.words['equivalents']}</h2>\n<table class=\"arguments\">{rows}</table>")
         links = [f'<a href="{name}.html">{self.topics[name].title if name in self.topics else name}</a>'
                  for name in page.see]
         if links:
@@ -132,6 +144,6 @@ def write(files, folder):
 
 
 def build(folder):
-    """Folders en, de, ... in `folder`."""
+    """Writes folders en, de, ... in `folder`."""
     for name in languages.NAMES:
         write(Renderer(name).files(), folder / name)

@@ -1,15 +1,15 @@
-"""Help while typing: the file that the IntelliSense server of the Excel-DNA community reads beside the add-in."""
+"""Help while typing: the file that the Excel-DNA community's IntelliSense server reads in the add-in's folder."""
 
 import xml.etree.ElementTree as tree
 
-from . import compiled_help, pages, registration
+from . import compiled_help, pages
 
 FILE = "ZavrelFuncs8_x64.xll.intellisense.xml"
 _NAMESPACE = "http://schemas.excel-dna.net/intellisense/1.0"
 
 
 def _arguments(page, language):
-    """One entry for each name: the server shows "..." as more of the same."""
+    """One entry for each name; the server shows "..." for further arguments of the same kind."""
     for names, text in page.arguments(language):
         for name in names.split(", "):
             yield name, text.replace("`", "")

@@ -1,10 +1,10 @@
-"""What the help of a language needs beside its message texts: help/LANGUAGE/language.json.
+"""The data that the help of a language needs in addition to its message texts: help/LANGUAGE/language.json.
 
     windows_language, code_page   of the compiled help
     words                         headings of the pages
-    groups                        titles of the contents, by the English ones
-    excel                         how that language's Excel shows formulas and values: decimal sign, what parts
-                                  arguments and rows, what parts cells of an array, and names
+    groups                        titles of the contents, by their English titles
+    excel                         how that language's Excel shows formulas and values: the decimal sign, the
+                                  separator of arguments and rows, the separator of an array's cells, and names
 """
 
 import dataclasses
@@ -37,7 +37,7 @@ class Language:
         if not self.excel:
             return text
         parts = []
-        depth = -1 if text.startswith("{=") else 0  # an array formula's braces are no array's
+        depth = -1 if text.startswith("{=") else 0  # the braces of an array formula are not those of an array
         for token in _TOKEN.findall(text):
             depth += (token == "{") - (token == "}")
             if token == ",":

@@ -3,14 +3,14 @@
 import itertools
 import re
 
-from . import pages, registration
+from . import languages, pages, registration
 
 FOLDER = registration.ROOT / "docs/functions"
 _NOTICE = "<!-- Made by help/build_help.py; change help/en, the message texts or the registration table instead. -->\n\n"
 
 
 def _inline(text, known):
-    """Links to other pages: names of functions in `code`, and topics."""
+    """Turns names of functions in `code`, and topics, into links."""
     def code(match):
         name = match[1]
         return f"[`{name}`]({name}.md)" if name in known else match[0]
@@ -25,13 +25,13 @@ def _cells(rows):
 
 
 def sheet(rows):
-    """A data file as cells with the names of their columns and rows."""
+    """The rows of a data file with the names of columns and rows."""
     letters = [chr(ord("A") + i) for i in range(len(rows[0]))]
     return [["", *letters]] + [[f"**{i}**", *row] for i, row in enumerate(rows, 1)]
 
 
 def _examples(examples):
-    """Examples without a word between them in one block."""
+    """Examples without text between them, in one block."""
     return "```\n" + "\n".join("\n".join([example.shown_formula] + [f"→ {' | '.join(row)}" for row in example.rows])
                                 for example in examples) + "\n```"
 
@@ -68,6 +68,12 @@ def _page(page, known):
         parts.append("## Data of the examples")
         parts.append("\n".join(_cells(sheet(pages.data_rows(page.header["data"])))))
     parts.extend(_blocks(examples, known))
+    if page.equivalents:
+        words = languages.named("en").words
+        parts.append(f"## {words['equivalents']}")
+        rows = [[program, words["none"] if text == pages.NO_EQUIVALENT else _inline(text, known)]
+                for program, text in page.equivalents.items()]
+        parts.append("\n".join(_cells([["", ""], *rows])))
     if page.see:
         titles = pages.topics()
         links = [f"[{titles[name].title if name in titles else name}]({name}.md)" for name in page.see]
@@ -90,8 +96,8 @@ def first_sentence(text):
 
 def _index(function_pages, topics):
     parts = ["# Functions of Zavrel Functions",
-             "Every page says what a function computes and with which result its examples end. The same pages ship "
-             "as HTML and as a compiled help file.",
+             "Every page has a function's definition, its errors, examples with their results, and its equivalents "
+             "in Excel and R. The same pages ship as HTML and as a compiled help file.",
              "\n".join(f"- [{topic.title}]({topic.name}.md)" for topic in topics.values())]
     for title, names in pages.contents():
         parts.append(f"## {title}")

@@ -1,26 +1,27 @@
-"""The sources of the help: a page for each function, some for what several have in common.
+"""The sources of the help: one page for each function, and topics that several functions share.
 
 A page begins with a header of `key: value` lines, up to the first blank line:
 
-    see       what the page refers to at its end: functions and topics, separated by commas
-    data      the file in help/data that its examples calculate with, shown as cells from A1 on
+    see       the functions and topics to which the page refers at its end, separated by commas
+    data      the file in help/data with the data of its examples, shown as cells from A1 on
     title     of a topic
     summary, syntax
-              what the function computes and its arguments' names, where the registration has none
+              what the function computes and its arguments' names, if the registration has none
+    excel, r  how Excel's own functions and R compute the same, or how their results differ; `none`
 
-and goes on in a small part of Markdown: paragraphs, `- ` lists, tables, `##` headings, `code`, *emphasis*,
+The body uses a small part of Markdown: paragraphs, `- ` lists, tables, `##` headings, `code`, *emphasis*,
 [links](topic), $formulas$ in a small part of TeX, and examples:
 
         =ZavMean(2,4,9)
         → 5
 
-A formula in braces is an array formula. A row of its result is a line, cells are separated by ` | `.
-A section "Arguments" replaces the arguments' helps of the registration: `- name: help`.
+Braces mark an array formula. Each line of its result is a row, with cells separated by ` | `.
+A section "Arguments" replaces the registration's help for the arguments: `- name: help`.
 
-A page of another language holds what is to be read of the English one: the title, the summary, the syntax and the
-arguments where that has them, and its texts, that is paragraphs, lists, tables and formulas with words, one for
-one and in the same order. Headings, other formulas and examples are those of the English page, as is all that a
-language lacks.
+A page in another language has what needs translation: the title, summary, syntax and arguments if the English page
+has them, its texts (paragraphs, lists, tables and formulas with words), one for one and in the same order, and
+`excel` and `r` if they have words outside `code`. Everything else comes from the English page: headings, other
+formulas, examples, and parts without a translation.
 """
 
 import csv
@@ -32,13 +33,16 @@ from . import registration
 
 HELP = registration.ROOT / "help"
 SECTION_OF_ARGUMENTS = "Arguments"
+PROGRAMS = {"excel": "Excel", "r": "R"}
+NO_EQUIVALENT = "none"
+KEYS = ("see", "data", "title", "summary", "syntax", *PROGRAMS)
 
 
 @dataclasses.dataclass
 class Example:
     formula: str  # without braces
     is_array: bool
-    rows: list  # of lists of shown cells
+    rows: list  # of lists of cells, as shown
 
     @property
     def shown_formula(self):
@@ -71,13 +75,18 @@ class Page:
 
     @property
     def texts(self):
-        """What is written anew in each language: paragraphs, lists, tables, formulas with words."""
+        """The blocks that need a translation: paragraphs, lists, tables, formulas with words."""
         return [block for block in self.blocks if block.kind in ("paragraph", "list", "table") or
                 block.kind == "formula" and r"\text" in block.content]
 
     @property
     def title(self):
         return self.header.get("title", self.name)
+
+    @property
+    def equivalents(self):
+        """What computes the same elsewhere, by program."""
+        return {program: self.header[key] for key, program in PROGRAMS.items() if key in self.header}
 
     def summary(self, language):
         return self.header.get("summary") or registration.resolve(self.function.help, language)
@@ -147,7 +156,7 @@ def read_page(file, function=None):
     header = {}
     for line in header_text.splitlines():
         key, colon, value = line.partition(":")
-        if not colon or key not in ("see", "data", "title", "summary", "syntax"):
+        if not colon or key not in KEYS:
             raise SystemExit(f"{file}: not a header: {line}")
         header[key] = value.strip()
     page = Page(file.stem, header, _body(body, file), function)
@@ -169,20 +178,25 @@ def function_pages(language="en"):
 
 @functools.cache
 def topics(language="en"):
-    """Those that the contents begin with, in their order."""
+    """The topics by name, in the order in which the contents list them first."""
     names = (HELP / "contents.txt").read_text(encoding="utf-8").partition("#")[0].split()
     return {name: read_page(file) for name in names if (file := HELP / language / f"topics/{name}.md").exists()}
 
 
+def has_words(text):
+    """Whether a text of `excel` or `r` needs a translation."""
+    return text != NO_EQUIVALENT and re.search("[A-Za-z]", re.sub("`[^`]*`", "", text)) is not None
+
+
 def same_form(english, translation):
-    """Whether the texts of a translation can take the place of the English ones."""
+    """Whether the texts of a translation can replace the English ones."""
     def form(page):
         return [(block.kind, len(block.content) if block.kind in ("list", "table") else 1) for block in page.texts]
     return form(english) == form(translation)
 
 
 def translated(english, own):
-    """A page with the texts of its translation, `own`; what that lacks is in English."""
+    """A page with the texts of its translation, `own`; missing parts are in English."""
     if own is None:
         return english
     blocks = english.blocks

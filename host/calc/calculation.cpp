@@ -5,10 +5,12 @@
 namespace zavhost {
 namespace {
 
-// A formula waits for no more than this at a time; what else it reads, it meets when it is tried
-// again. So a long range costs a few tries, and many long ranges cost no square of their length.
+// The number of formulas for which a formula waits at a time; it meets the others when it is tried
+// again. A long range therefore costs a few tries, and many long ranges do not cost the square of
+// their length.
 constexpr std::size_t kMetAtOnce = 256;
-// A range that is read as an array; beyond, a formula has #VALUE! (8 million values are 200 MB).
+// The largest range that is read as an array; for a larger one, the result is #VALUE! (8 million
+// values take 200 MB).
 constexpr std::int64_t kArrayLimit = 1 << 23;
 
 }  // namespace

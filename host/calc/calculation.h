@@ -1,5 +1,5 @@
 #pragma once
-// One formula being evaluated: the cells, names and functions that it sees.
+// The evaluation of one formula: the cells, names and functions that it sees.
 
 #include <cstdint>
 #include <functional>
@@ -24,18 +24,19 @@ class Calculation : public EvaluationContext, public HostCells {
   /// The formulas that are not calculated yet.
   FormulaIndex& uncalculated() { return uncalculated_; }
 
-  /// Evaluates a formula for a cell or the range of an array formula. Throws Uncalculated,
-  /// whereupon `met` names the first formulas that it waits for, and FormulaError.
+  /// Evaluates a formula for a cell or for the range of an array formula. Throws FormulaError, and
+  /// Uncalculated; `met` then names the first formulas for which it waits.
   Operand Evaluate(const Formula& formula, const CellAddress& origin, const CellAddress& cell,
                    const std::optional<CellRange>& array, bool as_array);
   const std::vector<std::uint32_t>& met() const { return met_; }
 
-  /// The defined names may have changed.
+  /// Must be called after the defined names have changed.
   void ForgetNames() { parsed_names_.clear(); }
 
   // EvaluationContext
   Value ReadCell(const CellAddress& cell) override;
-  ArrayPtr ReadRange(std::uint32_t sheet, const CellRange& range, RangeExtent extent) override;
+  ArrayPtr ReadRange(std::uint32_t sheet_index, const CellRange& whole,
+                     RangeExtent extent) override;
   CallableFunction* FindFunction(std::u16string_view name) override;
   const Workbook& workbook() const override { return workbook_; }
   FormulaPtr ParsedName(const DefinedName& name) override;
@@ -55,7 +56,7 @@ class Calculation : public EvaluationContext, public HostCells {
   CellAddress cell_;
   std::optional<CallingCells> calling_;
   std::unordered_map<const DefinedName*, FormulaPtr> parsed_names_;
-  /// Made anew when functions have come or gone; in the order of the registry.
+  /// Rebuilt when functions were added or removed; in the order of the registry.
   std::vector<std::unique_ptr<AddInFunction>> functions_;
   std::uint64_t functions_generation_ = 0;
 };

@@ -100,14 +100,14 @@ void Engine::LoadAddIn(const std::filesystem::path& file) {
   if (!state.options.call_library.empty() && !state.call_library)
     state.call_library = Load(state.options.call_library);
   GuardAgainstCrashes(state.judge);
-  // Already during its loading an add-in may look up the callback, but it must not call.
+  // An add-in may look up the callback while it is loaded, but must not call it yet.
   state.module = Load(file);
   state.file = file;
   state.api().SetAddIn(&*state.module, std::filesystem::absolute(file));
   void* open = state.module->FindExport("xlAutoOpen");
   if (open == nullptr) {
     state.Unload();
-    throw WorkbookError(Utf8FromPath(file) + " is no add-in: it has no export xlAutoOpen");
+    throw WorkbookError(Utf8FromPath(file) + " is not an add-in: it has no export xlAutoOpen");
   }
   state.is_open = true;
   if (state.CallCommand(open, {}) != 1) {

@@ -17,16 +17,18 @@
 namespace zavhost {
 
 struct EngineOptions {
-  /// Language id that the announcement passes (9 English, 7 German).
+  /// The language id in the announcement (9 English, 7 German).
   std::uint32_t language = 9;
-  /// Formulas that use the add-in, at the most; more is a WorkbookError.
+  /// The maximum number of formulas that use the add-in; more cause a WorkbookError.
   std::size_t formula_limit = 500'000;
-  /// Called now and then with (done, total) while recalculating; may be empty.
+  /// Also recalculate formulas that do not use the add-in.
+  bool every_formula = false;
+  /// Called from time to time with (done, total) during recalculation; may be empty.
   std::function<void(std::size_t, std::size_t)> progress;
-  /// Where Excel's behaviour is not always the same.
+  /// Details in which Excel's behaviour varies.
   ExcelBehaviour behaviour;
-  /// A library "XLCall32" that is loaded before the add-in and hands out the callback by
-  /// "GetExcel12EntryPt"; empty: add-ins find the callback in the program, by "MdCallBack12".
+  /// A library "XLCall32" that is loaded before the add-in and provides the callback through
+  /// "GetExcel12EntryPt". If empty, add-ins find the callback "MdCallBack12" in the program.
   std::filesystem::path call_library;
 };
 
@@ -34,16 +36,16 @@ struct EngineOptions {
 struct RecalculatedCell {
   CellAddress address;
   std::optional<CellRange> array;
-  std::u16string formula;  // as it reads in this cell, with its leading "="
+  std::u16string formula;  // as Excel shows it in this cell, with a leading "="
   Value before;            // top left, as stored in the file
-  Value after;             // top left; the other cells of an array stand in the workbook
-  bool changed = false;    // a cell that had a value has another one now
-  std::string problem;     // why the stored value is kept; empty for a formula that was computed
+  Value after;             // top left; the workbook holds the other cells of an array
+  bool changed = false;    // a cell that had a value now has another one
+  std::string problem;     // why the stored value is kept; empty if the formula was computed
 };
 
 struct RecalculationReport {
   std::vector<RecalculatedCell> cells;  // in the order of Workbook::formulas
-  std::vector<std::string> warnings;    // one line each, cell named first
+  std::vector<std::string> warnings;    // one line each, starting with the cell
   std::vector<std::string> errors;  // circular references and formulas that cannot be read; their
                                     // cells keep the stored values
 };
@@ -57,32 +59,33 @@ class Engine {
 
   Workbook& workbook();
 
-  /// Loads an add-in and opens it (xlAutoOpen). Throws WorkbookError with one clear line.
+  /// Loads and opens an add-in (xlAutoOpen). Throws WorkbookError with one clear line.
   void LoadAddIn(const std::filesystem::path& file);
-  /// Announces companion application `id` by the wide form, with null automation objects.
+  /// Announces companion application `id` with wide texts and null automation objects.
   void Announce(std::uint16_t id);
   void Withdraw(std::uint16_t id);
   /// Runs an exported command (no arguments, a 32-bit result) as a macro would.
   std::int32_t RunCommand(const std::string& procedure);
-  /// Closes the add-in (xlAutoClose) and, with `unload`, lets go of the module. The judge then
-  /// reports the values that the add-in still holds.
+  /// Closes the add-in (xlAutoClose) and, with `unload`, unloads the module. The judge then reports
+  /// the values that the add-in still holds.
   void CloseAddIn(bool unload = true);
 
   const std::vector<RegisteredFunction>& functions() const;
-  /// Registrations that failed (#VALUE!), and why; one line each.
+  /// Registrations that failed (#VALUE!) and the reasons; one line each.
   const std::vector<std::string>& refused_registrations() const;
 
   /// Recalculates every formula that calls a registered function or one whose name begins with
-  /// "Zav", directly or through a defined name, and stores the results in the workbook's cells. A
-  /// formula that also calls what neither the add-in nor the host computes keeps its stored value.
-  /// Throws WorkbookError beyond the limits.
+  /// "Zav", directly or through a defined name, or all formulas (EngineOptions::every_formula), and
+  /// stores the results in the workbook's cells. A formula keeps its stored value if it also uses
+  /// something that neither the add-in nor the host computes. Throws WorkbookError beyond the
+  /// limits.
   RecalculationReport Recalculate();
 
-  /// Evaluates one formula (with or without "=") as if it stood in `cell`, as an array formula
-  /// there. Throws FormulaError.
+  /// Evaluates one formula (with or without "=") as an array formula in `cell`. Throws
+  /// FormulaError.
   Operand Evaluate(std::u16string_view formula, CellAddress cell = {});
 
-  /// What the strict judge found so far; a run with findings has failed.
+  /// The strict judge with its findings so far; a run with findings has failed.
   const Judge& judge() const;
 
  private:

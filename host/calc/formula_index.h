@@ -1,5 +1,5 @@
 #pragma once
-// Which formula stands in a cell: found by ranges, quickly also where most cells hold none.
+// Finds the formula in a cell by ranges; fast even if most cells hold none.
 
 #include <algorithm>
 #include <cstdint>
@@ -9,19 +9,20 @@
 
 namespace zavhost {
 
-/// Numbered formulas and the cells that each of them fills. A formula can be struck off, after
-/// which it is no longer found.
+/// Numbered formulas and the cells that each of them fills. A formula can be struck; it is then no
+/// longer found.
 class FormulaIndex {
  public:
   void Add(std::uint32_t formula, std::uint32_t sheet, const CellRange& range);
-  /// Call once when all are in. Gives the formulas that fill a cell of another one's; they are not
-  /// in the index.
+  /// Call this once after adding all formulas. Returns the formulas that fill a cell of another
+  /// formula; they are not in the index.
   std::vector<std::uint32_t> Finish();
   void Strike(std::uint32_t formula, std::uint32_t sheet, const CellRange& range);
   void Clear() { sheets_.clear(); }
 
-  /// Calls visit(formula) for those that fill a cell of the range, column by column downwards,
-  /// until it gives false. A formula that fills several columns comes once for each.
+  /// Calls visit(formula) for the formulas that fill a cell of the range, column by column
+  /// downwards, until it returns false. A formula that fills several columns is visited once for
+  /// each.
   template <class Visit>
   void VisitRange(std::uint32_t sheet, const CellRange& range, Visit visit) const {
     if (sheet >= sheets_.size()) return;

@@ -4,6 +4,7 @@
 
 #include "formula/a1_reference.h"
 #include "formula/lexer.h"
+#include "host/workbook/text.h"
 
 namespace zavhost {
 namespace {
@@ -55,17 +56,27 @@ class Mover {
   std::int32_t columns_;
 };
 
+/// A function's token without what files put in front of an add-in's function.
+std::u16string_view WithoutAddInMark(std::u16string_view token) {
+  constexpr std::u16string_view kMark = u"_xll.";
+  if (EqualIgnoringCase(token.substr(0, kMark.size()), kMark)) token.remove_prefix(kMark.size());
+  return token;
+}
+
 }  // namespace
 
-std::u16string MovedFormulaText(std::u16string_view text, const CellAddress& origin,
+std::u16string ShownFormulaText(std::u16string_view text, const CellAddress& origin,
                                 const CellAddress& cell) {
-  if (origin.row == cell.row && origin.column == cell.column) return std::u16string(text);
+  const bool is_moved = origin.row != cell.row || origin.column != cell.column;
+  if (!is_moved && text.find(u'_') == std::u16string_view::npos) return std::u16string(text);
   const Mover mover(cell.row - origin.row, cell.column - origin.column);
   std::u16string moved;
   moved.reserve(text.size() + 8);
   for (const formula::Token& token : formula::Tokenize(text)) {
     if (token.kind == formula::TokenKind::kReference) {
-      moved += mover.Move(token.text);
+      moved += is_moved ? mover.Move(token.text) : token.text;
+    } else if (token.kind == formula::TokenKind::kFunction) {
+      moved += WithoutAddInMark(token.text);
     } else {
       moved += token.text;
     }

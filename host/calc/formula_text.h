@@ -1,5 +1,5 @@
 #pragma once
-// Formulas and cells as people read them.
+// Formulas and cells as text for users.
 
 #include <string>
 #include <string_view>
@@ -8,12 +8,13 @@
 
 namespace zavhost {
 
-/// The text of a formula written for `origin` as it reads in `cell`: relative references moved,
-/// those that leave the sheet "#REF!".
-std::u16string MovedFormulaText(std::u16string_view text, const CellAddress& origin,
+/// The text of a formula written for `origin` as Excel shows it in `cell`: relative references are
+/// moved, those that leave the sheet become "#REF!", and the functions of add-ins lose the "_xll."
+/// that they have in files.
+std::u16string ShownFormulaText(std::u16string_view text, const CellAddress& origin,
                                 const CellAddress& cell);
 
-/// "Sheet1!B7", with quotes around a name that needs them.
+/// "Sheet1!B7", with quotes around names that need them.
 std::string CellText(const Workbook& workbook, const CellAddress& cell);
 
 }  // namespace zavhost

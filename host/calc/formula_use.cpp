@@ -12,13 +12,13 @@ namespace {
 using formula::Token;
 using formula::TokenKind;
 
-/// What stands behind a sheet or workbook prefix.
+/// The part after a sheet or workbook prefix.
 std::u16string_view WithoutPrefix(std::u16string_view token) {
   const std::size_t mark = token.rfind(u'!');
   return mark == std::u16string_view::npos ? token : token.substr(mark + 1);
 }
 
-/// A function's name without what files put in front of it and without its parenthesis.
+/// A function's name without its parenthesis and without the prefixes that files add.
 std::u16string_view FunctionName(std::u16string_view token) {
   std::u16string_view name = WithoutPrefix(token);
   name = name.substr(0, name.find_last_not_of(u"( \t\r\n") + 1);
@@ -28,7 +28,7 @@ std::u16string_view FunctionName(std::u16string_view token) {
   return name;
 }
 
-/// Another workbook's cells or name, or the cells of several sheets. "[0]" is this workbook.
+/// Cells or a name of another workbook, or cells of several sheets. "[0]" is this workbook.
 bool IsForeign(std::u16string_view token) {
   const std::size_t mark = token.rfind(u'!');
   if (mark == std::u16string_view::npos) return false;
@@ -98,8 +98,8 @@ FormulaUse FormulaUses::Look(std::u16string_view text, std::vector<std::u16strin
   return use;
 }
 
-// What a name uses, the names use that mention it; passed on until nothing changes, so that names
-// in a circle do no harm.
+// A name also uses everything that the names in its text use. This is propagated until nothing
+// changes, so cycles of names do no harm.
 void FormulaUses::LookAtNames() {
   std::vector<std::u16string> changed;
   for (const DefinedName& name : workbook_.names) {

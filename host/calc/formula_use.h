@@ -1,5 +1,5 @@
 #pragma once
-// Which formulas are recalculated: those that use the add-in, directly or through defined names.
+// Finds the formulas to recalculate: those that use the add-in, directly or through defined names.
 
 #include <string>
 #include <unordered_map>
@@ -12,14 +12,15 @@ namespace zavhost {
 
 struct FormulaUse {
   bool uses_add_in = false;
-  /// Something that the host does not compute, as written: a function, a structured or external
-  /// reference. Empty when there is none.
+  /// Something that the host does not compute, as written: a function, a structured or an external
+  /// reference. Empty if there is none.
   std::u16string foreign;
 };
 
 class FormulaUses {
  public:
-  /// Both must outlive this. Looks at the defined names at once, at formula texts when asked.
+  /// Both must outlive this object. Examines the defined names at once, and formula texts on
+  /// request.
   FormulaUses(const Workbook& workbook, const FunctionRegistry& registry);
 
   const FormulaUse& Of(std::uint32_t text);
@@ -36,7 +37,7 @@ class FormulaUses {
 
   const Workbook& workbook_;
   const FunctionRegistry& registry_;
-  /// By name in lower case. A name that several sheets define is all of them at once.
+  /// By name in lower case. A name that several sheets define counts as all of them together.
   std::unordered_map<std::u16string, NameUse> names_;
   std::vector<FormulaUse> uses_;
   std::vector<bool> known_;

@@ -7,7 +7,7 @@
 namespace zavhost {
 namespace {
 
-// Looking is for the sake of a warning only: formulas and cells looked at before it ends.
+// The number of formulas and cells that are examined at most. The search serves only for a warning.
 constexpr std::size_t kSteps = 5'000'000;
 constexpr std::size_t kTextsKept = 100'000;
 
@@ -28,11 +28,11 @@ void KeptFormulas::Warn(const FormulaIndex& recalculated, std::size_t limit,
   for (std::uint32_t i = 0; i < formulas_.size() && steps_left_ > 0; ++i) {
     if (!Decide(i, recalculated) || ++count > limit) continue;
     warnings.push_back(CellText(workbook_, formulas_[i]->address) +
-                       " depends on a recalculated cell, and keeps its stored value");
+                       " depends on a recalculated cell but keeps its stored value");
   }
   if (count > limit) {
     warnings.push_back(
-        fmt::format("{}{} more formulas depend on recalculated cells, and keep their stored values",
+        fmt::format("{}{} more formulas depend on recalculated cells but keep their stored values",
                     steps_left_ == 0 ? "at least " : "", count - limit));
   }
   shared_texts_.clear();
@@ -50,7 +50,7 @@ KeptFormulas::Open KeptFormulas::Look(std::uint32_t formula, const FormulaIndex&
     if (known == shared_texts_.end() && shared_texts_.size() < kTextsKept)
       shared_texts_.emplace(cell.text, parsed);
   } catch (const FormulaError&) {
-    return open;  // what the host cannot read, it does not warn of
+    return open;  // the host does not warn of formulas that it cannot read
   }
   for (const Reference& reference : ReferencesOf(*parsed, cell.origin, cell.address, workbook_)) {
     for (const CellRange& area : reference.areas) {

@@ -1,5 +1,5 @@
 #pragma once
-// Formulas that keep their stored value although a cell that they read is recalculated.
+// Formulas that keep their stored value although they read a recalculated cell.
 
 #include <cstdint>
 #include <string>
@@ -17,8 +17,8 @@ class KeptFormulas {
   explicit KeptFormulas(const Workbook& workbook) : workbook_(workbook) {}
 
   void Add(const FormulaCell& formula) { formulas_.push_back(&formula); }
-  /// Warns of those that depend on a formula in `recalculated`, directly or through other kept
-  /// ones: `limit` of them by name, then a count.
+  /// Warns of formulas that depend on a formula in `recalculated`, directly or through other kept
+  /// formulas: names up to `limit` of them, then gives a count.
   void Warn(const FormulaIndex& recalculated, std::size_t limit,
             std::vector<std::string>& warnings);
 

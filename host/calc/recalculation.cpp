@@ -16,8 +16,8 @@ constexpr std::size_t kCircleCellsNamed = 10;
 constexpr std::int64_t kArrayCellLimit = 8'000'000;
 constexpr std::size_t kProgressStep = 256;
 
-/// What an array formula shows in a cell of its range: single rows and columns of a result repeat,
-/// and beyond the result stands #N/A.
+/// The value of an array formula in a cell of its range: single rows and columns of a result
+/// repeat, and cells beyond the result show #N/A.
 Value ShownInRange(const Operand& result, std::int32_t row, std::int32_t column) {
   if (const Value* value = std::get_if<Value>(&result)) return *value;
   const ArrayPtr* held = std::get_if<ArrayPtr>(&result);
@@ -61,7 +61,7 @@ std::string Recalculation::Name(std::uint32_t entry) const {
   return CellText(workbook_, workbook_.formulas[entries_[entry].formula].address);
 }
 
-// Which formulas, and what is said of the others.
+// The selection of formulas, and the warnings about the others.
 
 void Recalculation::Select() {
   FormulaUses uses(workbook_, calculation_.api().registry());
@@ -72,13 +72,14 @@ void Recalculation::Select() {
   for (std::uint32_t i = 0; i < workbook_.formulas.size(); ++i) {
     const FormulaCell& formula = workbook_.formulas[i];
     const FormulaUse& use = uses.Of(formula.text);
-    if (!use.uses_add_in || !use.foreign.empty()) {
-      if (use.uses_add_in) WarnOfKept(formula, use.foreign);
+    const bool is_wanted = use.uses_add_in || options_.every_formula;
+    if (!is_wanted || !use.foreign.empty()) {
+      if (is_wanted) WarnOfKept(formula, use.foreign);
       kept.Add(formula);
       continue;
     }
     if (entries_.size() == options_.formula_limit) {
-      throw WorkbookError(fmt::format("the workbook has more than {} formulas that use the add-in",
+      throw WorkbookError(fmt::format("the workbook has more than {} formulas to recalculate",
                                       options_.formula_limit));
     }
     const CellRange range = RangeOf(formula);
@@ -98,7 +99,7 @@ void Recalculation::Select() {
     report_.cells.push_back(
         {cell,
          formula.array,
-         u"=" + MovedFormulaText(workbook_.formula_texts[formula.text], formula.origin, cell),
+         u"=" + ShownFormulaText(workbook_.formula_texts[formula.text], formula.origin, cell),
          before,
          before,
          false,
@@ -133,8 +134,8 @@ void Recalculation::WarnOfUnreadable() {
 void Recalculation::WarnOfKept(const FormulaCell& formula, const std::u16string& foreign) {
   if (++kept_warnings_ > kWarningLimit) {
     const std::string more = fmt::format(
-        "{} more formulas use what this host does not compute: their stored values are "
-        "kept",
+        "{} more formulas use something that this host does not compute: their "
+        "stored values are kept",
         kept_warnings_ - kWarningLimit);
     if (kept_warnings_ == kWarningLimit + 1) {
       report_.warnings.push_back(more);
@@ -148,8 +149,8 @@ void Recalculation::WarnOfKept(const FormulaCell& formula, const std::u16string&
                              ", which this host does not compute: its stored value is kept");
 }
 
-// Every cell that a result goes to gets its place now, all columns in one go: results come in the
-// order of dependencies, and one by one would move what stands below each time.
+// Creates all result cells now, column by column. Results arrive in the order of dependencies, and
+// inserting them one by one would move the cells below each time.
 void Recalculation::MakeRoom() {
   std::vector<CellAddress> empty;
   for (const Entry& entry : entries_) {
@@ -168,7 +169,7 @@ void Recalculation::MakeRoom() {
   for (Sheet& sheet : workbook_.sheets) sheet.SortColumns();
 }
 
-// The list of formulas that have begun: the one on top is tried next.
+// The list of formulas that were begun; the one on top is tried next.
 
 void Recalculation::PutOnTop(std::uint32_t entry) {
   if (top_ == entry) return;
@@ -225,8 +226,8 @@ void Recalculation::Calculate(std::uint32_t entry) {
   }
 }
 
-// The formulas that are waiting are, from the bottom to the top of the list, each there because of
-// the one before: one that is met again closes a circle.
+// Each waiting formula in the list, from bottom to top, is needed by the one before it. A formula
+// that is met again therefore closes a cycle.
 void Recalculation::WaitForMet(std::uint32_t entry) {
   const std::vector<std::uint32_t>& met = calculation_.met();
   for (const std::uint32_t other : met) {
@@ -236,7 +237,7 @@ void Recalculation::WaitForMet(std::uint32_t entry) {
     }
   }
   for (const std::uint32_t other : met) PutOnTop(other);
-  if (met.empty()) Finish(entry);  // cannot be: it would be tried for ever
+  if (met.empty()) Finish(entry);  // should not happen; the formula would be tried forever
 }
 
 void Recalculation::ReportCircle(std::uint32_t first) {

@@ -1,5 +1,5 @@
 #pragma once
-// Recalculation of a workbook: which formulas, in what order, and where the results go.
+// Recalculation of a workbook: selects the formulas, orders them and stores the results.
 
 #include <cstdint>
 #include <string>
@@ -11,9 +11,9 @@
 
 namespace zavhost {
 
-/// There is no dependency graph. A formula that meets uncalculated cells is put aside until those
-/// are calculated and tried again then, as Excel does it; formulas that wait form a list, so that a
-/// chain of any length needs no deep stack.
+/// There is no dependency graph. A formula that meets uncalculated cells waits until they are
+/// calculated and is then tried again, as in Excel. Waiting formulas form a list, so a chain of any
+/// length needs no deep stack.
 class Recalculation {
  public:
   Recalculation(Calculation& calculation, Judge& judge, const EngineOptions& options);
@@ -28,7 +28,7 @@ class Recalculation {
   enum class State : std::uint8_t { kUncalculated, kWaiting, kDone };
   static constexpr std::uint32_t kNone = 0xFFFFFFFF;
 
-  /// A formula to recalculate, and its place in the list of those that have begun.
+  /// A formula to recalculate, and its place in the list of formulas that were begun.
   struct Entry {
     std::uint32_t formula = 0;  // in Workbook::formulas
     State state = State::kUncalculated;
@@ -45,7 +45,7 @@ class Recalculation {
   void WaitForMet(std::uint32_t entry);
   void ReportCircle(std::uint32_t first);
   void Finish(std::uint32_t entry);
-  /// True when a cell that had a value has another one now.
+  /// True if a cell that had a value now has another one.
   bool Store(const FormulaCell& formula, const Operand& result);
   void KeepStored(std::uint32_t entry, const std::string& problem);
   void WarnOfUnreadable();

@@ -1,6 +1,6 @@
 #pragma once
-// A registered function, callable from a formula: arguments marshalled by its type text, the call,
-// and its result.
+// A registered function that formulas can call: it marshals arguments by the type text, calls the
+// function and converts its result.
 
 #include <string>
 #include <vector>
@@ -13,14 +13,14 @@ namespace zavhost {
 
 class AddInFunction : public CallableFunction {
  public:
-  /// `block` may be shared by functions that are not called within each other.
+  /// Functions may share a `block` unless they are called within each other.
   AddInFunction(ExcelApi& api, ArgumentBlock& block, TypeText type, void* address);
 
   bool TakesReference(std::size_t index) const override;
   bool TakesArray(std::size_t index) const override;
-  /// Gives #VALUE! for too many arguments and for values that cannot be converted, #NUM! for an
-  /// integer out of range, without a call. Throws Uncalculated when the function was told that a
-  /// cell is not calculated yet; what it returned then is dropped.
+  /// Without a call, returns #VALUE! for too many arguments and for values that cannot be
+  /// converted, and #NUM! for an integer out of range. Throws Uncalculated if the function was told
+  /// that a cell is not calculated yet; its result is then dropped.
   Operand Call(std::span<const Operand> arguments) override;
 
  private:

@@ -1,4 +1,5 @@
-// What a function of the add-in returns by pointer: texts, arrays and records, checked before use.
+// Results that a function of the add-in returns by pointer: texts, arrays and records, checked
+// before use.
 
 #include <fmt/format.h>
 
@@ -20,7 +21,7 @@ T Read(const void* pointer, std::size_t offset = 0) {
   return value;
 }
 
-/// Length of a text that ends in a zero; `limit` + 1 when there is none within the limit.
+/// The length of a zero-terminated text; `limit` + 1 if there is no zero within the limit.
 template <class Unit>
 std::size_t BoundedLength(const Unit* text, std::size_t limit) {
   std::size_t length = 0;
@@ -107,7 +108,7 @@ Operand AddInFunction::TakeNumbers(const void* pointer, bool small) {
 Operand AddInFunction::TakeRecord(XLOPER12* record) {
   const std::uint32_t type = record->xltype & xltypeMask;
   if ((type == xltypeStr || type == xltypeMulti) && api_.memory().WasFreed(record->val.str))
-    return Malformed("a value in memory that was freed before");
+    return Malformed("a value in memory that was already freed");
   const bool may_be_reference = type_.result == TypeLetter::kValueOrReference;
   if (const auto problem = CheckRecord(*record, may_be_reference)) return Malformed(*problem);
 

@@ -44,7 +44,7 @@ std::size_t RecordWords(const Operand& operand) {
   return Words(bytes);
 }
 
-/// Words that an argument takes at the most.
+/// The maximum number of words of an argument.
 std::size_t WordsFor(TypeLetter kind, const Operand& operand) {
   switch (kind) {
     case TypeLetter::kValue:
@@ -115,7 +115,7 @@ std::optional<ErrorCode> ArgumentBlock::Prepare(const TypeText& type,
     memory_ = std::make_unique_for_overwrite<std::byte[]>(words * 8);
     capacity_ = words;
   }
-  // Padding included, so that it can be compared.
+  // Includes padding, so that the bytes can be compared.
   if (words > 0) std::memset(memory_.get(), 0, words * 8);
   for (std::size_t i = 0; i < operands.size(); ++i) {
     places_[i] = memory_.get() + (writable(i) ? read_only_ + writable_taken_ : taken_) * 8;
@@ -212,8 +212,8 @@ void ArgumentBlock::FillReference(const Reference& reference, XLOPER12& record) 
   record.val.mref.idSheet = SheetId(reference.sheet);
 }
 
-// K: two 16-bit dimensions, K%: two 32-bit dimensions; the numbers follow at byte 8. Blank cells
-// are 0, booleans 1 and 0; a text or an error cannot stand in such an array.
+// K has two 16-bit dimensions, K% two 32-bit dimensions; the numbers follow at byte 8. Blank cells
+// are 0, booleans 1 and 0; such an array cannot hold text or errors.
 std::optional<ErrorCode> ArgumentBlock::AddNumbers(const Operand& operand, bool small,
                                                    bool writable) {
   Array single;
@@ -245,7 +245,7 @@ std::optional<ErrorCode> ArgumentBlock::AddNumbers(const Operand& operand, bool 
   return std::nullopt;
 }
 
-// Narrow text is Latin-1; characters beyond it become question marks.
+// Narrow text is Latin-1; all other characters become question marks.
 std::optional<ErrorCode> ArgumentBlock::AddText(TypeLetter kind, const Value& value,
                                                 bool writable) {
   const std::optional<std::u16string> text = TextOf(value);

@@ -1,5 +1,5 @@
 #pragma once
-// The memory that a call's arguments stand in: records, texts and arrays, in one block.
+// The memory for the arguments of a call: records, texts and arrays, in one block.
 
 #include <cstddef>
 #include <cstdint>
@@ -15,20 +15,21 @@
 
 namespace zavhost {
 
-/// One block for a call. Reused between calls; what functions may not change lies together, so that
-/// one comparison tells whether it was changed.
+/// The block for a call, reused for later calls. The part that functions may not change is
+/// contiguous, so that one comparison shows whether it was changed.
 class ArgumentBlock {
  public:
-  /// Lays out the arguments by their kinds; operands of scalar kinds are Values or MissingArgument,
-  /// references become SRef on `calling_sheet`, unless `external_references_only`, and else Ref.
-  /// Gives the error that the formula has instead when a value cannot be converted.
+  /// Lays out the arguments by their kinds. Operands of scalar kinds are Values or MissingArgument.
+  /// References to `calling_sheet` become SRef, unless `external_references_only` is set; all
+  /// others become Ref. If a value cannot be converted, returns the error that becomes the
+  /// formula's result.
   std::optional<ErrorCode> Prepare(const TypeText& type, std::span<const Operand> operands,
                                    std::uint32_t calling_sheet, bool external_references_only);
 
   const MachineArguments& machine_arguments() const { return machine_; }
-  /// True when the function wrote where it may not. Asked once, after the call.
+  /// True if the function wrote to read-only memory. Called once, after the call.
   bool WasWritten() const { return Fingerprint() != fingerprint_; }
-  /// Where argument `index` lies, for those that are changed in place.
+  /// The address of argument `index`, for arguments that are changed in place.
   const void* buffer(std::size_t index) const { return places_[index]; }
 
  private:
@@ -42,7 +43,7 @@ class ArgumentBlock {
   std::optional<ErrorCode> AddText(TypeLetter kind, const Value& value, bool writable);
   std::optional<ErrorCode> AddInteger(TypeLetter kind, const Value& value, bool writable);
 
-  std::unique_ptr<std::byte[]> memory_;  // bytes: records of any type may be made in it
+  std::unique_ptr<std::byte[]> memory_;  // bytes, since they hold records of any type
   std::size_t capacity_ = 0;             // words
   std::size_t read_only_ = 0;            // words that functions may not change
   std::size_t taken_ = 0;

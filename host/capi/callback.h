@@ -9,12 +9,12 @@
 #define ZAVHOST_EXPORT extern "C" __attribute__((visibility("default"), used))
 #endif
 
-/// Goes to the API that entered an add-in last; fails (32) when there is none.
+/// Calls the API that last entered an add-in; fails (32) if there is none.
 ZAVHOST_EXPORT int MdCallBack12(int function, int count, XLOPER12** arguments, XLOPER12* result);
 
 namespace zavhost {
 
-/// The API that calls of add-ins go to; null when there is none.
+/// The API that receives the calls of add-ins; null if there is none.
 ExcelApi* ActiveApi();
 void SetActiveApi(ExcelApi* api);
 

@@ -1,18 +1,18 @@
 #pragma once
-// What is said when the add-in brings the process down.
+// The report when the add-in crashes the process.
 
 #include "host/capi/judge.h"
 
 namespace zavhost {
 
-/// The exit code of a process that the add-in brought down.
+/// The exit code of a process that the add-in crashed.
 inline constexpr int kCrashExitCode = 3;
 
-/// From now on a crash (an access violation, a stack overflow, an abort) writes one line with the
-/// judge's present formula and cell on stderr and ends the process with kCrashExitCode. Does
-/// nothing where sanitizers or the system's own reports serve better.
+/// From now on, a crash (an access violation, a stack overflow, an abort) writes one line with the
+/// judge's current formula and cell to stderr and ends the process with kCrashExitCode. Does
+/// nothing on systems where sanitizers or the system report crashes better.
 void GuardAgainstCrashes(const Judge& judge);
-/// Takes the guard away if it is this judge's.
+/// Removes the guard if it belongs to this judge.
 void EndCrashGuard(const Judge& judge);
 
 }  // namespace zavhost

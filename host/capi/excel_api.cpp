@@ -19,7 +19,7 @@ struct KnownFunction {
   int most;
 };
 
-// Everything that an add-in can call here, with the numbers of arguments.
+// All functions that an add-in can call, with their numbers of arguments.
 constexpr KnownFunction kFunctions[] = {
     {xlFree, "xlFree", 0, 30},
     {xlStack, "xlStack", 0, 0},
@@ -88,7 +88,7 @@ std::uint32_t ExcelApi::current_sheet() const {
   return calling ? calling->sheet : 0;
 }
 
-// Entering the add-in and coming back.
+// Entering and leaving the add-in.
 
 ExcelApi::Entry::Entry(ExcelApi& api, CallContext context)
     : api_(api), outer_context_(api.context_) {
@@ -98,7 +98,7 @@ ExcelApi::Entry::Entry(ExcelApi& api, CallContext context)
   SetActiveApi(&api_);
 }
 
-// The API stays active: what the add-in calls next, of its own accord, is put down to it.
+// The API stays active: later calls that the add-in makes on its own are attributed to it.
 ExcelApi::Entry::~Entry() {
   api_.JudgeReturn();
   api_.context_ = outer_context_;
@@ -151,7 +151,7 @@ bool ExcelApi::JudgeArguments(int function, int count, XLOPER12** arguments) {
   if (count > 0 && arguments == nullptr) return report(0, "a null pointer");
   for (int i = 0; i < count; ++i) {
     if (arguments[i] == nullptr) return report(i, "a null pointer");
-    // What is freed may be half filled; its pointer alone counts.
+    // A freed record may be incomplete; only its pointer counts.
     if (function == xlFree) continue;
     if (const auto problem = CheckRecord(*arguments[i], true)) return report(i, *problem);
   }
@@ -173,9 +173,9 @@ int ExcelApi::Call(int function, int count, XLOPER12** arguments, XLOPER12* resu
   fresh.xltype = xltypeNil;
   const int code = CallInOrder(function, count, arguments, &fresh);
   if (code != xlretSuccess) WriteError(xlerrValue, fresh);
-  // xlFree leaves its result alone, which may be the very record that was freed.
+  // xlFree does not touch its result, which may be the freed record itself.
   if (function != xlFree) answer = fresh;
-  if (result == nullptr) {  // nobody will free it
+  if (result == nullptr) {  // nothing would free it
     XLOPER12* own = &fresh;
     Free({1, &own});
   }
@@ -194,8 +194,8 @@ int ExcelApi::CallInOrder(int function, int count, XLOPER12** arguments, XLOPER1
     Free(given);
     return xlretSuccess;
   }
-  // After the news that a cell is not calculated, the add-in has to return; all that is left to do
-  // is to learn of further such cells.
+  // After an add-in was told that a cell is not calculated, it must return. It may only find out
+  // about further such cells.
   if (met_uncalculated_ && function != xlCoerce) return xlretUncalced;
   try {
     return Dispatch(function, given, *result);
@@ -219,7 +219,7 @@ int ExcelApi::Dispatch(int function, const Arguments& arguments, XLOPER12& resul
       return SheetNameOf(arguments, result);
     case xlAbort:
       return GiveBoolean(false, result);
-    case xlGetInst:  // the low half of the handle, which is all that fits
+    case xlGetInst:  // only the low half of the handle fits
       return GiveInteger(
           static_cast<std::int32_t>(reinterpret_cast<std::intptr_t>(Program()) & 0x7FFFFFFF),
           result);

@@ -1,5 +1,5 @@
 #pragma once
-// The C API as Excel offers it to an add-in: what stands behind the callback.
+// The C API that Excel offers to add-ins: the implementation of the callback.
 
 #include <atomic>
 #include <filesystem>
@@ -18,7 +18,7 @@
 
 namespace zavhost {
 
-/// What the host has called in the add-in, which decides what the add-in may call back.
+/// What the host has called in the add-in; this decides which calls the add-in may make.
 enum class CallContext : std::uint8_t {
   kCommand,            // xlAutoOpen and its like, macros
   kMacroTypeFunction,  // registered with "#"
@@ -32,11 +32,11 @@ class ExcelApi {
   ExcelApi(const ExcelApi&) = delete;
   ExcelApi& operator=(const ExcelApi&) = delete;
 
-  /// The add-in whose functions can be registered, and its full path, which xlGetName answers.
+  /// The add-in whose functions can be registered, and its full path, which xlGetName returns.
   /// Null: none.
   void SetAddIn(const zavrel::Module* module, std::filesystem::path file);
 
-  /// The callback's work: judges the call and carries it out. Gives the API's return code.
+  /// Performs a callback: judges the call and executes it. Returns the API's return code.
   int Call(int function, int count, XLOPER12** arguments, XLOPER12* result);
 
   FunctionRegistry& registry() { return registry_; }
@@ -45,14 +45,14 @@ class ExcelApi {
   Judge& judge() { return judge_; }
   const ExcelBehaviour& behaviour() const { return behaviour_; }
   const zavrel::Module* module() const { return module_; }
-  /// Registrations that were answered with #VALUE!, and why.
+  /// Registrations that were answered with #VALUE!, and the reasons.
   const std::vector<std::string>& refused_registrations() const { return refused_; }
-  /// True when the present call of the add-in was told that a cell is not calculated yet.
+  /// True if the current call of the add-in was told that a cell is not calculated yet.
   bool met_uncalculated() const { return met_uncalculated_; }
   std::uint32_t current_sheet() const;
 
-  /// The time during which the host runs code of the add-in. Calls that come back go to the API
-  /// that entered last; when the add-in returns, its message brackets must be closed.
+  /// The scope in which the host runs code of the add-in. Callbacks go to the API that entered
+  /// last. When the add-in returns, its message brackets must be closed.
   class Entry {
    public:
     Entry(ExcelApi& api, CallContext context);
@@ -70,7 +70,7 @@ class ExcelApi {
     int count;
     XLOPER12** records;
     const XLOPER12& operator[](int index) const { return *records[index]; }
-    /// True when the argument is there and says something.
+    /// True if the argument is present and not empty.
     bool Has(int index) const {
       return index < count && (records[index]->xltype & xltypeMask) != xltypeMissing;
     }
@@ -97,7 +97,7 @@ class ExcelApi {
   int Workspace(const Arguments& arguments, XLOPER12& result);
   int Register(const Arguments& arguments, XLOPER12& result);
   int Unregister(const Arguments& arguments, XLOPER12& result);
-  /// Registers, or says why not.
+  /// Registers a function, or returns the reason for a refusal.
   std::string TryRegister(const Arguments& arguments, double& register_id);
   void* FindProcedure(const XLOPER12& procedure) const;
 
@@ -114,7 +114,7 @@ class ExcelApi {
   std::vector<std::string> refused_;
 
   CallContext context_ = CallContext::kCommand;
-  const char* function_name_ = "";  // of the call that is carried out
+  const char* function_name_ = "";  // of the current call
   bool messages_enabled_ = false;
   bool bracket_used_ = false;
   bool met_uncalculated_ = false;

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::uint64_t kFirstSheetId = 0x2A5C0000;
 constexpr std::uint64_t kSheetIdStep = 16;
-// More elements than a 64-bit Excel has memory for in one result.
+// More elements than fit into the memory of a 64-bit Excel in one result.
 constexpr std::int64_t kElementLimit = 1ll << 26;
 
 template <class Visit>
@@ -86,7 +86,7 @@ std::optional<std::string> CheckReference(const XLOPER12& record) {
                                         : std::optional<std::string>("a reference off the sheet");
   }
   const XLMREF12* areas = record.val.mref.lpmref;
-  if (areas == nullptr) return std::nullopt;  // names a sheet
+  if (areas == nullptr) return std::nullopt;  // names only a sheet
   if (areas->count == 0) return "a reference with an empty list of areas";
   for (std::size_t i = 0; i < areas->count; ++i) {
     if (!ToRange(areas->reftbl[i])) return "a reference off the sheet";
@@ -242,7 +242,7 @@ std::optional<std::string> CheckRecord(const XLOPER12& record, bool may_be_refer
   if (IsOneValue(type)) return std::nullopt;
   if (type == xltypeMulti) return CheckArray(record);
   if (type == xltypeRef || type == xltypeSRef) {
-    if (!may_be_reference) return "a reference where a value must stand";
+    if (!may_be_reference) return "a reference in place of a value";
     return CheckReference(record);
   }
   return "a value of unknown " + TypeName(record.xltype);

@@ -1,5 +1,5 @@
 #pragma once
-// Values of the host as records of the C API, and back.
+// Converts values of the host to records of the C API, and back.
 
 #include <cstddef>
 #include <cstdint>
@@ -14,42 +14,42 @@
 
 namespace zavhost {
 
-/// Ids of sheets in references; no index, and no small number, is a valid id.
+/// Ids of sheets in references. No index and no small number is a valid id.
 std::uint64_t SheetId(std::uint32_t sheet);
-/// The sheet of an id; nothing when there is no such sheet. Id 0 is the current sheet.
+/// The sheet with this id; nothing if there is none. Id 0 is the current sheet.
 std::optional<std::uint32_t> SheetFromId(std::uint64_t id, std::uint32_t current,
                                          const Workbook& workbook);
 
-/// Code units that the text of a value takes as a counted string; 0 for values without text.
+/// The number of code units of a value's text as a counted string; 0 for values without text.
 std::size_t TextUnits(const Value& value);
-/// Writes a value; a text goes to `text`, which moves on behind it. The record is zeroed first, so
+/// Writes a value. A text goes to `text`, which is then advanced. The record is zeroed first, so
 /// that equal values are equal byte by byte.
 void WriteValue(const Value& value, XLOPER12& record, char16_t*& text);
 void WriteText(std::u16string_view value, XLOPER12& record, char16_t*& text);
 void WriteError(std::int32_t code, XLOPER12& record);
 void WriteRange(const CellRange& range, XLREF12& record);
 
-/// What stands in a range of a sheet, row by row into `elements` (rows x columns of them); the
-/// texts follow each other at `text`. Reads each column once.
+/// Writes the values in a range of a sheet row by row to `elements` (rows x columns); their texts
+/// follow each other at `text`. Reads each column once.
 void WriteCells(const Sheet& sheet, const CellRange& range, XLOPER12* elements, char16_t* text);
-/// Code units that the texts of a range take as counted strings.
+/// The number of code units of the texts in a range as counted strings.
 std::size_t TextUnits(const Sheet& sheet, const CellRange& range);
 
-/// The range of an area; nothing when it lies outside a sheet or its corners are swapped.
+/// The range of an area; nothing if it lies outside a sheet or its corners are swapped.
 std::optional<CellRange> ToRange(const XLREF12& area);
-/// The reference of a record of type Ref or SRef; nothing when it is malformed.
+/// The reference in a record of type Ref or SRef; nothing if it is malformed.
 std::optional<Reference> ToReference(const XLOPER12& record, std::uint32_t current_sheet,
                                      const Workbook& workbook);
-/// The value of a record that holds one value: a number that is not finite is #NUM!, one too small
-/// for full precision is 0, missing and nil are blank.
+/// The value of a record that holds one value: a number that is not finite becomes #NUM!, a
+/// subnormal number becomes 0, and missing and nil become blank.
 Value ToValue(const XLOPER12& record);
-/// A number as a cell keeps it, by the same rules.
+/// A number as a cell stores it, by the same rules.
 Value NumberResult(double number);
-/// The elements of an array record that CheckRecord found sound.
+/// The elements of an array record that CheckRecord has accepted.
 Array ToArray(const XLOPER12& record);
 
-/// What is wrong with a record that the add-in made, in words; nothing when it is sound. References
-/// are sound only where they may stand.
+/// Describes the fault of a record that the add-in made; nothing if it is valid. References are
+/// valid only where they are allowed.
 std::optional<std::string> CheckRecord(const XLOPER12& record, bool may_be_reference);
 
 }  // namespace zavhost

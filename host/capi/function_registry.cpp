@@ -7,7 +7,8 @@
 namespace zavhost {
 namespace {
 
-// Excel's ids are large and of either sign: nobody may take them for an index or test their sign.
+// Excel's ids are large and can be negative, so add-ins must not treat them as indices or test
+// their sign.
 double IdOf(std::int64_t number) {
   const double id = static_cast<double>(0x7A10000 + number * 8);
   return number % 2 == 0 ? -id : id;

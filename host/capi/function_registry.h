@@ -21,21 +21,21 @@ struct RegistryEntry {
 
 class FunctionRegistry {
  public:
-  /// Adds a function and gives its id. The same procedure under the same name and type text, once
-  /// more, counts one more use of the one that is there.
+  /// Adds a function and returns its id. Adding the same procedure with the same name and type text
+  /// again counts one more use of the existing function.
   double Add(RegisteredFunction function, TypeText type, void* address);
-  /// Counts one use less, and removes the function with its last use. False for an unknown id.
+  /// Counts one use less; removes the function after its last use. False for an unknown id.
   bool Remove(double register_id);
   void Clear();
 
   const std::vector<RegisteredFunction>& functions() const { return functions_; }
   /// The entry that belongs to functions()[index].
   const RegistryEntry& entry(std::size_t index) const { return entries_[index]; }
-  /// The function that was registered last under this name, in any letter case; commands are not
-  /// found. npos when there is none.
+  /// The function that was last registered under this name, in any letter case; does not find
+  /// commands. npos if there is none.
   static constexpr std::size_t npos = static_cast<std::size_t>(-1);
   std::size_t Find(std::u16string_view name) const;
-  /// Changes whenever functions come or go.
+  /// Changes whenever functions are added or removed.
   std::uint64_t generation() const { return generation_; }
 
  private:

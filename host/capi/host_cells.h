@@ -1,5 +1,5 @@
 #pragma once
-// What the C API asks of the calculation that stands behind it.
+// The C API's view of the current calculation.
 
 #include <cstdint>
 #include <optional>
@@ -17,9 +17,9 @@ class HostCells {
  public:
   virtual ~HostCells() = default;
   virtual Workbook& cells_workbook() = 0;
-  /// True when the range holds a cell that waits to be calculated; the calculation remembers it.
+  /// True if the range contains a cell that is not calculated yet; the calculation remembers it.
   virtual bool MeetsUncalculated(std::uint32_t sheet, const CellRange& range) = 0;
-  /// The cells whose formula is being calculated; nothing outside a calculation.
+  /// The cells of the formula that is being calculated; nothing outside a calculation.
   virtual std::optional<CallingCells> calling_cells() const = 0;
 };
 

@@ -12,7 +12,7 @@ constexpr std::size_t kQuarantined = 512;
 constexpr std::size_t kLarge = 256u << 10;
 constexpr std::size_t kLargeKept = 4;
 constexpr std::size_t kLargestKept = 80u << 20;
-// An add-in may keep values between calls; nobody keeps this many.
+// An add-in may keep values between calls, but hardly this many.
 constexpr std::size_t kGrowthLimit = 20'000;
 constexpr int kFreedPattern = 0xDD;
 
@@ -49,15 +49,14 @@ void HostMemory::Free(const void* block) {
     held_.erase(found);
     Retire(std::move(taken));
   } else if (freed_.contains(block)) {
-    judge_.Report(ViolationKind::kFreedTwice, "a value was given to xlFree that was freed before");
+    judge_.Report(ViolationKind::kFreedTwice, "xlFree was given a value that was already freed");
   } else {
-    judge_.Report(ViolationKind::kFreedForeign,
-                  "a value was given to xlFree that is not the host's");
+    judge_.Report(ViolationKind::kFreedForeign, "xlFree was given a value that is not the host's");
   }
 }
 
-// An address is known as freed for as long as its memory stays here: afterwards it may be
-// anybody's, the add-in's own heap included.
+// An address is known as freed only as long as its memory stays in quarantine. Later, any owner may
+// get it, including the add-in's own heap.
 void HostMemory::Retire(Block block) {
   if (block.bytes > kLargestKept) return;
   freed_.insert(block.storage.get());
@@ -76,15 +75,16 @@ void HostMemory::JudgeGrowth() {
   growth_reported_ = true;
   judge_.Report(
       ViolationKind::kNotFreed,
-      fmt::format("the add-in holds {} values of the host's, and ever more of them", held_.size()));
+      fmt::format("the add-in holds {} of the host's values, and their number keeps growing",
+                  held_.size()));
 }
 
 void HostMemory::ReportHeld() {
   for (auto& [address, block] : held_) {
     judge_.Report(ViolationKind::kNotFreed,
-                  fmt::format("a value that {} gave was never freed", block.function),
+                  fmt::format("a value returned by {} was never freed", block.function),
                   *block.place);
-    // Whatever still points there finds memory.
+    // Pointers that still refer to it find valid memory.
     freed_.insert(address);
     quarantine_.push_back(std::move(block));
   }

@@ -1,5 +1,5 @@
 #pragma once
-// Memory that the host gives away with its values and gets back through xlFree.
+// Memory that the host hands out with its values and gets back through xlFree.
 
 #include <cstddef>
 #include <cstdint>
@@ -17,18 +17,18 @@ class HostMemory {
  public:
   explicit HostMemory(Judge& judge) : judge_(judge) {}
 
-  /// A block of at least `bytes` bytes, given for the result of `function` (a string literal).
+  /// Returns a block of at least `bytes` bytes for the result of `function` (a string literal).
   void* Give(std::size_t bytes, const char* function);
-  /// Takes a block back. Null is fine; a block that is not held is reported.
+  /// Takes a block back. Accepts null; reports a block that the add-in does not hold.
   void Free(const void* block);
-  /// True when the add-in holds this block.
+  /// True if the add-in holds this block.
   bool Holds(const void* block) const { return held_.contains(block); }
-  /// True when this block was given and freed lately.
+  /// True if this block was handed out and freed recently.
   bool WasFreed(const void* block) const { return freed_.contains(block); }
   std::size_t held() const { return held_.size(); }
-  /// Reports once that the add-in holds ever more, when it does.
+  /// Reports once if the add-in holds more and more values.
   void JudgeGrowth();
-  /// Reports every block that is held, and takes them back.
+  /// Reports every block that the add-in holds, and takes them back.
   void ReportHeld();
 
  private:
@@ -45,9 +45,9 @@ class HostMemory {
 
   Judge& judge_;
   std::unordered_map<const void*, Block> held_;
-  std::unordered_set<const void*> freed_;  // addresses in the two below
-  std::deque<Block> quarantine_;           // small blocks, so that their addresses rest a while
-  std::deque<Block> large_;                // for reuse: fresh memory of this size is dear
+  std::unordered_set<const void*> freed_;  // the addresses in the next two members
+  std::deque<Block> quarantine_;  // small blocks, whose addresses are not reused for a while
+  std::deque<Block> large_;       // for reuse, since fresh memory of this size is expensive
   bool growth_reported_ = false;
 };
 

@@ -1,5 +1,5 @@
 #pragma once
-// The strict judge: what an add-in must never do, found while it runs.
+// The strict judge: finds violations of the rules for add-ins while the add-in runs.
 
 #include <cstdint>
 #include <memory>
@@ -11,16 +11,16 @@ namespace zavhost {
 enum class ViolationKind {
   kMissingBracket,     // a call without the host's messages enabled around it
   kUnbalancedBracket,  // messages left enabled, enabled twice or disabled without enabling
-  kNotFreed,           // a value of the host's that the add-in still holds
+  kNotFreed,           // the add-in still holds a value of the host
   kFreedTwice,
-  kFreedForeign,  // xlFree of memory that the host never gave
+  kFreedForeign,  // xlFree of memory that the host did not hand out
   kArgumentWritten,
   kMalformedResult,
-  kMalformedCall,  // a callback argument that is no value, or a call where none is allowed
+  kMalformedCall,  // an invalid callback argument, or a call where none is allowed
   kCrash,
 };
 
-/// Where something happened: a formula and its cell, both empty outside a formula.
+/// The place of a violation: a formula and its cell, both empty outside a formula.
 struct Place {
   std::string formula;  // "=ZavMean(A1:A9)"
   std::string cell;     // "Sheet1!B7"
@@ -38,15 +38,15 @@ std::string DescribeViolation(const Violation& violation);
 
 class Judge {
  public:
-  /// The place that findings are put down to until it is changed.
+  /// Sets the place to which findings are attributed from now on.
   void SetPlace(std::string cell, std::string formula);
-  /// That place, to be kept for a finding that may come later.
+  /// That place, to be stored for a possible later finding.
   const std::shared_ptr<const Place>& place() const { return place_; }
 
   void Report(ViolationKind kind, std::string detail) { Report(kind, std::move(detail), *place_); }
   void Report(ViolationKind kind, std::string detail, const Place& place);
 
-  /// The first 1,000; the count goes on.
+  /// The first 1,000 violations; the count includes all.
   const std::vector<Violation>& violations() const { return violations_; }
   std::uint64_t count() const { return count_; }
 

@@ -14,10 +14,10 @@ using Word = std::uint64_t;
 
 #ifdef _WIN32
 
-// Windows: an argument's register follows from its position; the first four are in rcx, rdx, r8, r9
-// or in xmm0 to xmm3, all others on the stack. A call with a variable argument list puts a double
-// into both registers of its position, so that the callee finds integers and doubles alike; only
-// the first argument, which such a list cannot begin with, needs its own type.
+// Windows: the position of an argument determines its register. The first four are in rcx, rdx, r8,
+// r9 or in xmm0 to xmm3, all others on the stack. A call with a variable argument list puts a
+// double into both registers of its position, so the callee finds integers and doubles. Only the
+// first argument needs its own type, since a variable argument list cannot start with it.
 
 void MachineArguments::AddInteger(std::uint64_t word) {
   if (words_ == kLimit) throw std::length_error("too many arguments");
@@ -42,7 +42,7 @@ Result MachineArguments::Call(void* function) const {
 
 #else
 
-// System V: integers and doubles fill their registers independently, the rest is on the stack in
+// System V: integers and doubles fill their registers independently; the rest is on the stack in
 // order.
 
 void MachineArguments::AddInteger(std::uint64_t word) {

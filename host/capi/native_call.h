@@ -1,5 +1,5 @@
 #pragma once
-// Calls of machine code whose signature is known at run time only.
+// Calls machine code whose signature is known only at run time.
 
 #include <array>
 #include <cstddef>
@@ -7,7 +7,8 @@
 
 namespace zavhost {
 
-/// Arguments of a call in the platform's 64-bit calling convention, in the order of the signature.
+/// The arguments of a call in the platform's 64-bit calling convention, in the order of the
+/// signature.
 class MachineArguments {
  public:
   static constexpr std::size_t kLimit = 60;
@@ -17,8 +18,8 @@ class MachineArguments {
   void AddPointer(const void* pointer) { AddInteger(reinterpret_cast<std::uintptr_t>(pointer)); }
   void AddDouble(double number);
 
-  /// Calls `function`. The caller of a function takes its arguments off the stack in both
-  /// conventions, so more words than the function declares do no harm.
+  /// Calls `function`. In both conventions the caller removes the arguments from the stack, so more
+  /// words than the function declares do no harm.
   std::uint64_t CallForInteger(void* function) const;
   double CallForDouble(void* function) const;
 
@@ -30,7 +31,7 @@ class MachineArguments {
   static constexpr std::size_t kDoubleRegisters = 8;
 
   std::size_t integers_ = 0;  // in integer registers; not counted on Windows
-  std::size_t doubles_ = 0;   // in floating-point registers; on Windows, 1 when the first one is
+  std::size_t doubles_ = 0;   // in floating-point registers; on Windows, 1 if the first argument is
   std::size_t words_ = 0;     // on the stack; on Windows, all
   std::array<std::uint64_t, kIntegerRegisters> integer_registers_{};
   std::array<double, kDoubleRegisters> double_registers_{};

@@ -1,4 +1,4 @@
-// The calls of the C API that read and write cells, and those about sheets.
+// The calls of the C API that read and write cells, and those for sheets.
 
 #include <algorithm>
 #include <cstring>

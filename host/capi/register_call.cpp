@@ -1,4 +1,4 @@
-// xlfRegister: what it is told, and what it does not accept.
+// xlfRegister: reads its arguments and rejects invalid ones.
 
 #include <fmt/format.h>
 
@@ -15,7 +15,7 @@ namespace {
 constexpr std::size_t kTextLimit = 255;
 constexpr int kFirstArgumentHelp = 10;
 
-/// The text of an optional argument: empty when it is missing, nothing when it is no text.
+/// The text of an optional argument: empty if it is missing, nothing if it is not text.
 std::optional<std::u16string> OptionalText(const XLOPER12& record) {
   switch (record.xltype & xltypeMask) {
     case xltypeStr:
@@ -31,7 +31,7 @@ std::optional<std::u16string> OptionalText(const XLOPER12& record) {
   }
 }
 
-/// "module" in a registration is the add-in's file, by its whole path or by its name.
+/// The "module" of a registration is the add-in's file, as a full path or as a name.
 bool NamesFile(std::u16string_view module, const std::filesystem::path& file) {
   if (EqualIgnoringCase(module, file.u16string()) ||
       EqualIgnoringCase(module, file.filename().u16string()))
@@ -66,7 +66,7 @@ std::string ExcelApi::TryRegister(const Arguments& arguments, double& register_i
   std::vector<std::u16string> texts;
   for (int i = 0; i < arguments.count; ++i) {
     std::optional<std::u16string> text = OptionalText(arguments[i]);
-    if (!text) return fmt::format("argument {} of a registration is no text", i + 1);
+    if (!text) return fmt::format("argument {} of a registration is not text", i + 1);
     texts.push_back(std::move(*text));
   }
   texts.resize(std::max<std::size_t>(texts.size(), kFirstArgumentHelp));
@@ -101,7 +101,7 @@ std::string ExcelApi::TryRegister(const Arguments& arguments, double& register_i
   std::variant<TypeText, std::string> type = ParseTypeText(function.type_text);
   if (const std::string* problem = std::get_if<std::string>(&type))
     return who + "type text \"" + Utf8FromUtf16(function.type_text) + "\": " + *problem;
-  if (!IsFunctionName(function.name)) return who + "this is no name for a function";
+  if (!IsFunctionName(function.name)) return who + "this is not a valid function name";
   if (arguments.Has(5)) {
     const IntegerOutcome macro_type = IntegerOf(ToValue(arguments[5]), 0, 2);
     if (!macro_type.integer) return who + "the macro type is not 0, 1 or 2";

@@ -1,5 +1,5 @@
 #pragma once
-// A function as an add-in registered it: everything that xlfRegister was told.
+// A function as an add-in registered it: all arguments of xlfRegister.
 
 #include <cstdint>
 #include <string>
@@ -19,7 +19,7 @@ struct RegisteredFunction {
   std::u16string shortcut;
   std::u16string help_topic;
   std::u16string function_help;
-  std::vector<std::u16string> argument_helps;  // those that were given; missing ones are empty
+  std::vector<std::u16string> argument_helps;  // as given; missing ones are empty
   bool is_volatile = false;
 };
 

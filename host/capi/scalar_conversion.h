@@ -1,5 +1,5 @@
 #pragma once
-// Conversions of single values as the C API makes them.
+// Conversions of single values by the rules of the C API.
 
 #include <cstdint>
 #include <optional>
@@ -14,11 +14,11 @@ namespace zavhost {
 std::optional<double> NumberOf(const Value& value);
 /// A boolean from a boolean, a number (not 0), the texts TRUE and FALSE, or a blank (FALSE).
 std::optional<bool> BooleanOf(const Value& value);
-/// The text of a value as a cell in General format shows it; nothing for an error.
+/// The text of a value in General format; nothing for an error.
 std::optional<std::u16string> TextOf(const Value& value);
 
-/// An integer between `low` and `high`, fractions cut off. kValue when the value is no number, kNum
-/// when the number lies outside.
+/// An integer between `low` and `high`, without its fraction. kValue if the value is not a number,
+/// kNum if the number is out of range.
 struct IntegerOutcome {
   std::optional<std::int32_t> integer;
   ErrorCode error = ErrorCode::kValue;

@@ -50,13 +50,13 @@ std::optional<TypeLetter> LetterOf(char16_t letter, bool wide) {
 std::string Unusable(char16_t letter) {
   const std::string quoted = "'" + Utf8FromUtf16(std::u16string_view(&letter, 1)) + "'";
   if (letter == u'P' || letter == u'R')
-    return quoted + " stands for the value records of before 2007, which 64-bit add-ins do not use";
+    return quoted + " is for value records from before Excel 2007, which 64-bit add-ins do not use";
   if (letter == u'O') return quoted + " (an array in three words) is not supported";
   if (letter == u'X') return quoted + " (an asynchronous call) is not supported";
-  return quoted + " is no type letter";
+  return quoted + " is not a type letter";
 }
 
-/// Cuts the marks off the end; false when they contradict each other.
+/// Removes the marks at the end; false if they contradict each other.
 bool ReadMarks(std::u16string_view& text, TypeText& type) {
   bool thread_safe = false;
   while (!text.empty()) {
@@ -123,10 +123,10 @@ std::variant<TypeText, std::string> ParseTypeText(std::u16string_view text) {
     return std::string("more than 60 arguments are not supported");
   if (type.result_argument != 0) {
     if (type.result_argument > type.arguments.size())
-      return std::string("the result is an argument that is not there");
+      return std::string("the result refers to an argument that does not exist");
     type.result = type.arguments[type.result_argument - 1];
     if (!CanBeChangedInPlace(type.result))
-      return std::string("the result is an argument that cannot be changed in place");
+      return std::string("the result refers to an argument that cannot be changed in place");
   }
   return type;
 }

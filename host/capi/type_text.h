@@ -1,5 +1,5 @@
 #pragma once
-// The type text of a registration: what a function takes and returns.
+// The type text of a registration: the types of a function's arguments and result.
 
 #include <cstdint>
 #include <string>
@@ -35,18 +35,20 @@ enum class TypeLetter : std::uint8_t {
 
 struct TypeText {
   TypeLetter result = TypeLetter::kValue;
-  /// The argument (from 1) that the function changes in place as its result; 0: it returns one.
+  /// The argument (from 1) that the function changes in place as its result; 0 if it returns its
+  /// result.
   std::size_t result_argument = 0;
   std::vector<TypeLetter> arguments;
   bool is_volatile = false;    // !
   bool is_macro_type = false;  // #
 };
 
-/// Reads a type text. What the host cannot call gives the reason in words: the old value records
-/// (P, R), three-word arrays (O), asynchronous handles (X), unknown letters, too many arguments.
+/// Reads a type text. If the host cannot call such a function, returns the reason: old value
+/// records (P, R), three-word arrays (O), asynchronous handles (X), unknown letters, too many
+/// arguments.
 std::variant<TypeText, std::string> ParseTypeText(std::u16string_view text);
 
-/// True for letters that stand for one value, neither an array nor a reference.
+/// True for letters of single values, that is, neither arrays nor references.
 bool IsScalar(TypeLetter letter);
 
 }  // namespace zavhost

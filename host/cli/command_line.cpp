@@ -13,8 +13,8 @@ std::filesystem::path FromUtf8Path(const std::string& text) {
 
 constexpr const char* kFooter =
     "Examples:\n"
-    "  ZavHost run sales.xlsx                     recalculate and show every formula's value\n"
-    "  ZavHost run sales.xlsx -o sales-new.xlsx   and write a workbook with the new values\n"
+    "  ZavHost run sales.xlsx                     recalculate and show the value of every formula\n"
+    "  ZavHost run sales.xlsx -o sales-new.xlsx   also write a workbook with the new values\n"
     "  ZavHost run sales.xlsx --json              the same for a program to read\n"
     "  ZavHost eval \"=ZavMean(1,2,3)\"             one formula\n"
     "  ZavHost eval \"=ZavMean(price)\" --data sales.csv\n"
@@ -24,7 +24,7 @@ constexpr const char* kFooter =
     "\n"
     "Exit codes: 0 success; 1 a file, a formula or the add-in cannot be used, or the doctor found\n"
     "a problem; 2 the add-in broke a rule of the Excel C API; 3 it crashed; 4 circular references\n"
-    "or formulas that cannot be read; 64 a mistake in the command line.";
+    "or formulas that cannot be read; 64 an error in the command line.";
 
 struct Texts {
   std::string workbook, output, data, add_in;
@@ -33,7 +33,7 @@ struct Texts {
 void AddCommonOptions(CLI::App& command, CommandLine& line, Texts& texts) {
   command
       .add_option("--add-in", texts.add_in,
-                  "The add-in to load instead of the one beside this program")
+                  "Load this add-in instead of the one in this program's folder")
       ->type_name("FILE.xll");
   command.add_option("--language", line.language, "Language of the add-in's texts: en or de")
       ->check(CLI::IsMember({"en", "de"}))
@@ -58,7 +58,7 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
   CLI::App app{
       "Recalculates Excel workbooks that use the Zavrel statistics functions, without Excel: loads "
       "the\n"
-      "add-in as Excel does, computes every formula that calls it, and reports what it finds.",
+      "add-in as Excel does, computes every formula that calls it, and reports the results.",
       "ZavHost"};
   app.require_subcommand(1);
   app.set_version_flag("--version", ZAVHOST_VERSION);
@@ -67,10 +67,12 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
 
   CLI::App* run = app.add_subcommand("run", "Recalculate a workbook");
   run->add_option("workbook", texts.workbook, "The workbook")->type_name("BOOK.xlsx")->required();
-  run->add_option(
-         "-o,--output", texts.output,
-         "Write the workbook with its new values here; everything else in it stays as it is")
+  run->add_option("-o,--output", texts.output,
+                  "Write the workbook with its new values to this file; everything else in it "
+                  "stays unchanged")
       ->type_name("OUT.xlsx");
+  run->add_flag("--all", line.every_formula,
+                "Recalculate formulas that do not call the add-in, too");
   run->add_option("--max-formulas", line.formula_limit,
                   "Refuse a workbook with more formulas to recalculate")
       ->check(CLI::Range(std::size_t{1}, std::size_t{100'000'000}))
@@ -81,9 +83,9 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
   CLI::App* eval = app.add_subcommand("eval", "Evaluate one formula");
   eval->add_option("formula", line.formula, "The formula, with or without its equals sign")
       ->required();
-  eval->add_option(
-          "--data", texts.data,
-          "A file of comma-separated values: sheet Data, and a name for every column heading")
+  eval->add_option("--data", texts.data,
+                   "A file of comma-separated values, read as sheet Data with a name for every "
+                   "column heading")
       ->type_name("FILE.csv");
   AddFormOptions(*eval, json, csv);
   AddCommonOptions(*eval, line, texts);
@@ -91,14 +93,14 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
   CLI::App* functions =
       app.add_subcommand("functions", "List the add-in's functions with their help");
   functions->add_option("names", line.names,
-                        "Only these functions, with the help of every argument");
+                        "Show only these functions, with the help for every argument");
   functions->add_flag("--hidden", line.hidden,
-                      "List functions that the function wizard does not show, too");
+                      "Also list functions that the function wizard does not show");
   AddFormOptions(*functions, json, csv);
   AddCommonOptions(*functions, line, texts);
 
   CLI::App* doctor =
-      app.add_subcommand("doctor", "Check an installation and report what support would ask for");
+      app.add_subcommand("doctor", "Check an installation and report what support needs to know");
   doctor->add_flag("--json", json, "Write JSON");
   AddCommonOptions(*doctor, line, texts);
 
@@ -111,7 +113,7 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
   }
 
   if (run->count("--output") > 0 && texts.output.empty()) {
-    std::cerr << "--output: no file is named\n";
+    std::cerr << "--output: a file name is missing\n";
     return {std::nullopt, kExitUsage};
   }
   line.command = run->parsed()      ? Command::kRun

@@ -1,6 +1,6 @@
 #pragma once
-// The program and its commands. Each writes its result to stdout, everything else to stderr, and
-// gives the program's exit code.
+// The program and its commands. Each writes its result to stdout and everything else to stderr, and
+// returns the program's exit code.
 
 #include <filesystem>
 #include <functional>
@@ -13,16 +13,16 @@
 
 namespace zavhost {
 
-/// All of the program: the arguments are in UTF-8, without the program's name.
+/// The whole program. The arguments are in UTF-8, without the program's name.
 int RunProgram(std::vector<std::string> arguments);
 
-// A WorkbookError or FormulaError of a command is the caller's to report.
+// The caller reports any WorkbookError or FormulaError of a command.
 int RunCommand(const CommandLine& line);
 int EvalCommand(const CommandLine& line);
 int FunctionsCommand(const CommandLine& line);
 int DoctorCommand(CommandLine line);
 
-/// An engine with the add-in of the command line loaded and announced.
+/// Creates an engine, and loads and announces the command line's add-in.
 std::unique_ptr<Engine> StartEngine(const CommandLine& line, Workbook workbook);
 /// Closes the add-in and reports what the judge found on stderr; the exit code that follows from
 /// it.
@@ -33,9 +33,9 @@ std::filesystem::path ProgramFolder();
 /// Progress on stderr once work takes longer than a moment, when stderr is a terminal; else empty.
 std::function<void(std::size_t, std::size_t)> ProgressToTerminal();
 
-/// A value as a cell in General format shows it.
+/// A value as text in General format.
 std::string DisplayText(const Value& value);
-/// The same with a number in its shortest form that reads back exactly.
+/// The same, with numbers in their shortest exact form.
 std::string ExactText(const Value& value);
 /// One field of comma-separated output.
 std::string CsvField(const std::string& text);

@@ -66,6 +66,7 @@ std::unique_ptr<Engine> StartEngine(const CommandLine& line, Workbook workbook) 
   EngineOptions options;
   options.language = LanguageId(line.language);
   options.formula_limit = line.formula_limit;
+  options.every_formula = line.every_formula;
   options.progress = ProgressToTerminal();
   auto engine = std::make_unique<Engine>(std::move(workbook), std::move(options));
   engine->LoadAddIn(line.add_in.empty() ? ProgramFolder() / "ZavrelFuncs8_x64.xll" : line.add_in);

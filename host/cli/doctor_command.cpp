@@ -1,4 +1,4 @@
-// ZavHost doctor: is this installation sound, and what would a support person ask for?
+// ZavHost doctor: checks whether the installation is sound, and reports what support needs to know.
 #include <algorithm>
 #include <cmath>
 #include <iostream>
@@ -62,11 +62,12 @@ constexpr const char16_t* kAddIn = u"ZavrelFuncs8_x64.xll";
 constexpr const char16_t* kCompanion = u"ZavrelCompanion.xlam";  // once a user has made it
 constexpr const char16_t* kMessages = u"ZavrelMessages8_x64.DLL";
 constexpr const char16_t* kDistributions = u"Pdflib8_x64.DLL";
-// The rank tests: the functions of the first, which needs the second beside the add-in.
+// The libraries of the rank tests: the first has the functions and needs the second in the add-in's
+// folder.
 constexpr const char16_t* kRankTests = u"ZavrelFuncs Extensions/NonparametricTests8_x64.DLL";
 constexpr const char16_t* kRankTestsUtility = u"EUtilityLibrary8_x64.DLL";
 
-/// True when the file is there, in the version of this program, which is that of everything.
+/// True if the file exists and has the version of this program, like everything else.
 bool CheckFile(const std::filesystem::path& folder, std::u16string_view name,
                const std::string& version, Findings& findings) {
   const std::filesystem::path file = (folder / name).make_preferred();
@@ -77,11 +78,11 @@ bool CheckFile(const std::filesystem::path& folder, std::u16string_view name,
     return false;
   }
   if (IsMarkedAsDownloaded(file)) {
-    findings.Problem(shown, "marked as downloaded, so that Excel blocks it: Properties, Unblock");
+    findings.Problem(shown, "marked as downloaded, so Excel blocks it: choose Properties, Unblock");
   }
   const std::string found = FileVersionText(file).value_or("none");
   if (found != version) {
-    findings.Problem(shown, "version " + found + " does not belong to this program's " + version);
+    findings.Problem(shown, "version " + found + " does not match this program's " + version);
     return false;
   }
   findings.Good(shown, "version " + found);
@@ -93,16 +94,16 @@ void CheckMessages(const std::filesystem::path& folder, const std::string& versi
   if (!CheckFile(folder, kMessages, version, findings)) return;
   const std::vector<std::string> languages = MessageLanguages(folder / kMessages);
   const bool english = std::find(languages.begin(), languages.end(), "English") != languages.end();
-  // English stands in for every language that is not there.
+  // English replaces every missing language.
   findings.Judge(english, "Languages of the texts", languages.empty() ? "none" : Joined(languages));
 }
 
-/// True when the rank tests are to be expected.
+/// True if the rank tests should be available.
 bool CheckRankTests(const std::filesystem::path& folder, const std::string& version,
                     Findings& findings) {
   std::error_code ignored;
   if (!std::filesystem::exists(folder / "ZavrelFuncs Extensions", ignored)) {
-    findings.Note("ZavrelFuncs Extensions", "no such folder: Excel gets no rank tests");
+    findings.Note("ZavrelFuncs Extensions", "no such folder: there are no rank tests");
     return false;
   }
   const bool tests = CheckFile(folder, kRankTests, version, findings);
@@ -129,11 +130,11 @@ void CheckFunctions(const CommandLine& line, bool rank_tests, Findings& findings
   options.language = LanguageId(line.language);
   Engine engine(std::move(workbook), std::move(options));
   engine.LoadAddIn(line.add_in);
-  // The version function is registered on opening: a call that reached the host's callback.
+  // Opening registers the version function, which shows that a call reached the host's callback.
   const bool opened = !engine.functions().empty();
   findings.Judge(opened, "Opening",
                  opened ? "the add-in opens and finds the callback"
-                        : "the add-in opens, but does not find the callback of its host");
+                        : "the add-in opens, but does not find its host's callback");
   const std::size_t before = engine.functions().size();
   engine.Announce(5);
   const std::size_t count = engine.functions().size();
@@ -153,7 +154,7 @@ void CheckFunctions(const CommandLine& line, bool rank_tests, Findings& findings
       return function.name.find(u"ZavWSR") != std::u16string::npos;
     });
     findings.Judge(there, "Rank tests",
-                   there ? "registered" : "not registered, although their library is there");
+                   there ? "registered" : "not registered, although their library is present");
   }
   engine.CloseAddIn();
   for (const Violation& violation : engine.judge().violations())
@@ -162,7 +163,7 @@ void CheckFunctions(const CommandLine& line, bool rank_tests, Findings& findings
 
 // Excel.
 
-/// True when Excel opens the add-in, in whatever copy.
+/// True if Excel opens any copy of the add-in.
 bool CheckAddInEntries(const std::vector<ExcelEntry>& entries, const std::filesystem::path& add_in,
                        Findings& findings) {
   bool opened = false;
@@ -170,7 +171,7 @@ bool CheckAddInEntries(const std::vector<ExcelEntry>& entries, const std::filesy
     const std::string what = "Excel " + entry.version + ", add-in";
     const std::string shown = entry.name + " = " + entry.text;
     if (entry.name.empty()) {
-      findings.Note(what, "not ticked among the add-ins: " + entry.text);
+      findings.Note(what, "not ticked in Excel's list: " + entry.text);
     } else if (SamePath(entry.file, add_in)) {
       findings.Good(what, shown);
     } else {
@@ -181,7 +182,7 @@ bool CheckAddInEntries(const std::vector<ExcelEntry>& entries, const std::filesy
   return opened;
 }
 
-/// True when Excel opens a companion workbook; a user may keep it in any folder.
+/// True if Excel opens a companion workbook; users may keep it in any folder.
 bool CheckCompanionEntries(const std::vector<ExcelEntry>& entries, Findings& findings) {
   bool opened = false;
   for (const ExcelEntry& entry : entries) {
@@ -189,9 +190,9 @@ bool CheckCompanionEntries(const std::vector<ExcelEntry>& entries, Findings& fin
     const std::string shown = entry.name + " = " + entry.text;
     std::error_code ignored;
     if (entry.name.empty()) {
-      findings.Note(what, "not ticked among the add-ins: " + entry.text);
+      findings.Note(what, "not ticked in Excel's list: " + entry.text);
     } else if (entry.file.is_absolute() && !std::filesystem::exists(entry.file, ignored)) {
-      findings.Problem(what, "the workbook is not there: " + shown);
+      findings.Problem(what, "the workbook does not exist: " + shown);
     } else {
       findings.Good(what, shown);
       opened = true;
@@ -207,8 +208,7 @@ void CheckExcel(const std::filesystem::path& add_in, Findings& findings) {
   if (!platform.empty() && platform != "x86") findings.Good("Excel", "Office is " + platform);
   const std::vector<ExcelEntry> add_ins = ExcelEntries(kAddIn);
   const std::vector<ExcelEntry> companions = ExcelEntries(kCompanion);
-  if (add_ins.empty())
-    findings.Note("Excel's add-ins", "the add-in is not among them for this user");
+  if (add_ins.empty()) findings.Note("Excel's add-ins", "the add-in is not in this user's list");
   std::set<std::string> versions;
   for (const auto* entries : {&add_ins, &companions}) {
     for (const ExcelEntry& entry : *entries) versions.insert(entry.version);

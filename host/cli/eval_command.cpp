@@ -12,7 +12,8 @@ namespace {
 bool IsDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
 bool IsLetter(char16_t c) { return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z'); }
 
-/// Reads as a cell (AB12), or as R or C, which Excel keeps for rows and columns.
+/// Whether the name reads as a cell (AB12), or as R or C, which Excel reserves for rows and
+/// columns.
 bool ReadsAsReference(const std::u16string& name) {
   if (name.size() == 1) return name == u"r" || name == u"R" || name == u"c" || name == u"C";
   const auto digits = std::find_if_not(name.begin(), name.end(), IsLetter);
@@ -21,8 +22,8 @@ bool ReadsAsReference(const std::u16string& name) {
          std::all_of(digits, name.end(), IsDigit);
 }
 
-/// The name for a column with this heading: what no name may hold becomes "_", and "_" goes in
-/// front of what would read as a number or a cell.
+/// The name for a column with this heading: characters that are not allowed in names become "_",
+/// and a leading "_" protects a name that would read as a number or a cell.
 std::u16string NameFromHeading(std::u16string heading) {
   for (char16_t& c : heading) {
     if (!IsDigit(c) && !IsLetter(c) && c != u'.' && c != u'_' && c < 0xC0) c = u'_';
@@ -31,7 +32,7 @@ std::u16string NameFromHeading(std::u16string heading) {
   return starts_badly || ReadsAsReference(heading) ? u"_" + heading : heading;
 }
 
-/// "$B$2:$B$9": a name's relative references would move with the cell that uses it.
+/// "$B$2:$B$9": relative references in a name would move with the cell that uses it.
 std::u16string AbsoluteText(const CellRange& range) {
   std::u16string text;
   bool digits = true;
@@ -44,8 +45,8 @@ std::u16string AbsoluteText(const CellRange& range) {
   return text;
 }
 
-/// The data of a column can be called by its heading. Says on stderr which name a heading got that
-/// is no name itself, and which has none because an earlier one has it.
+/// Names the data of each column after its heading. Says on stderr when a heading is not a valid
+/// name and becomes another one, and when a column gets no name because an earlier one has it.
 void NameColumns(Workbook& workbook) {
   const Sheet& sheet = workbook.sheets.at(0);
   const std::optional<CellRange> used = sheet.used_range();
@@ -55,8 +56,8 @@ void NameColumns(Workbook& workbook) {
     if (heading.empty()) continue;
     const std::u16string name = NameFromHeading(heading);
     if (workbook.FindName(name, 0) != nullptr) {
-      std::cerr << "note: column " << column + 1 << " has no name: " << PrintableUtf8(name)
-                << " is an earlier column\n";
+      std::cerr << "note: column " << column + 1 << " gets no name: an earlier column is called "
+                << PrintableUtf8(name) << '\n';
       continue;
     }
     if (name != heading) {
@@ -79,7 +80,7 @@ Workbook WorkbookFor(const CommandLine& line) {
   return workbook;
 }
 
-/// The formula stands in a cell that no data reach.
+/// The cell of the formula, which no data reach.
 constexpr CellAddress kFormulaCell{0, 1048575, 16383};
 
 Array AsArray(const Operand& result) {

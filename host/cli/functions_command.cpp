@@ -28,7 +28,7 @@ std::vector<RegisteredFunction> Selected(const CommandLine& line, const Engine& 
         [&](const auto& function) { return EqualIgnoringCase(function.name, wanted); });
     if (found == engine.functions().end()) {
       throw WorkbookError("the add-in has no function " + name +
-                          "; ZavHost functions lists those it has");
+                          "; 'ZavHost functions' lists all functions");
     }
     selected.push_back(*found);
   }
@@ -60,7 +60,7 @@ void PrintDetails(const RegisteredFunction& function) {
   const std::vector<std::string> names = ArgumentNames(function);
   std::size_t width = 0;
   for (const std::string& name : names) width = std::max(width, DisplayWidth(name));
-  // The help of a repeated argument stands once, by its first name.
+  // The help of a repeated argument is shown once, with its first name.
   const std::size_t count = std::min(function.argument_helps.size(), names.size());
   for (std::size_t i = 0; i < count; ++i) {
     if (i > 0 && function.argument_helps[i] == function.argument_helps[i - 1]) continue;
@@ -90,7 +90,7 @@ void PrintList(const std::vector<RegisteredFunction>& functions) {
   std::cout << '\n' << functions.size() << " functions\n";
 }
 
-/// Helps may end in a blank that protects them in the wizard.
+/// Help texts may end in a blank that protects them in the wizard.
 std::string WithoutTrailingBlank(std::string text) {
   if (text.ends_with(' ')) text.pop_back();
   return text;

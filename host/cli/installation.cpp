@@ -28,14 +28,14 @@ std::vector<RegistryText> TextsOfUser(const std::u16string& path) {
   return key ? key->ReadTexts() : std::vector<RegistryText>();
 }
 
-/// The file of a value such as `/R "C:\Folder\File.xll"`: what is quoted, else all of it.
+/// The file in a value such as `/R "C:\Folder\File.xll"`: the quoted part, or the whole value.
 std::filesystem::path FileOfOpenValue(const std::u16string& text) {
   const std::size_t first = text.find(u'"');
   if (first == std::u16string::npos) return text;
   return text.substr(first + 1, text.find(u'"', first + 1) - first - 1);
 }
 
-/// "2026-03-01 08:30"; empty when there is no such file.
+/// "2026-03-01 08:30"; empty if there is no such file.
 std::string LastWritten(const std::filesystem::path& file) {
   std::error_code error;
   const auto written = std::filesystem::last_write_time(file, error);

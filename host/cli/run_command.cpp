@@ -7,7 +7,7 @@
 namespace zavhost {
 namespace {
 
-/// The cells that have a new value; those that keep their stored one are not touched.
+/// The cells with new values; cells that keep their stored value are not touched.
 std::vector<CellAddress> ComputedCells(const RecalculationReport& report) {
   std::vector<CellAddress> cells;
   for (const RecalculatedCell& cell : report.cells) {
@@ -25,12 +25,11 @@ int RunCommand(const CommandLine& line) {
   const RecalculationReport report = engine->Recalculate();
   const int judged = FinishEngine(*engine);
 
-  // A workbook computed by an add-in that broke the rules is not to be trusted, so it is not
-  // written.
+  // If the add-in broke the rules, the workbook cannot be trusted and is not written.
   const bool write = !line.output.empty() && judged == kExitSuccess;
   if (write) WriteXlsx(line.workbook, line.output, engine->workbook(), ComputedCells(report));
 
-  // In one piece: a console without a buffer takes every piece by itself.
+  // Written at once, since a console without a buffer would write every piece separately.
   std::cout << RunReport(line, *engine, report, write) << std::flush;
   for (const std::string& warning : report.warnings) std::cerr << "warning: " << warning << '\n';
   for (const std::string& error : report.errors) std::cerr << "error: " << error << '\n';

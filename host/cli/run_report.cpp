@@ -14,7 +14,7 @@
 namespace zavhost {
 namespace {
 
-constexpr std::int32_t kLabelColumns = 64;  // how far to the left a label is looked for
+constexpr std::int32_t kLabelColumns = 64;  // how many columns to the left are searched for a label
 
 const Value& ValueIn(const Workbook& workbook, const CellAddress& cell) {
   return workbook.sheets[cell.sheet].At(cell.row, cell.column);
@@ -34,8 +34,8 @@ std::string FormulaText(const RecalculatedCell& cell) {
   return cell.array ? "{" + text + "}" : text;
 }
 
-/// The nearest text to the left of a cell in its row that no formula made: where people put what it
-/// is.
+/// The nearest text to the left of a cell in its row that is not the result of a formula, where
+/// people usually put a description.
 std::string RowLabel(const Workbook& workbook, const std::set<CellAddress>& formulas,
                      CellAddress cell) {
   const std::int32_t last = std::max(0, cell.column - kLabelColumns);
@@ -53,7 +53,7 @@ std::string Remark(const RecalculatedCell& cell) {
   return cell.before == cell.after ? "changed" : "was " + DisplayText(cell.before);
 }
 
-/// "91 formulas recalculated, 3 changed since the workbook was saved, 2 had no value then".
+/// "91 formulas recalculated, 3 changed since the workbook was saved, 2 had no stored value".
 std::string Summary(const RecalculationReport& report) {
   std::size_t computed = 0;
   std::size_t changed = 0;
@@ -67,7 +67,7 @@ std::string Summary(const RecalculationReport& report) {
   std::string text =
       fmt::format("{} formula{} recalculated, {} changed since the workbook was saved", computed,
                   computed == 1 ? "" : "s", changed);
-  if (without_value > 0) text += fmt::format(", {} had no value then", without_value);
+  if (without_value > 0) text += fmt::format(", {} had no stored value", without_value);
   if (const std::size_t kept = report.cells.size() - computed; kept > 0)
     text += fmt::format(", {} kept", kept);
   return text;

@@ -1,5 +1,5 @@
 #pragma once
-// What a recalculation shows to the user, in each form.
+// The report of a recalculation to the user, in each form.
 
 #include <string>
 
@@ -8,8 +8,8 @@
 
 namespace zavhost {
 
-/// The report as a text: a table by sheet with a line that sums up, JSON, or comma-separated lines.
-/// Every cell of an array formula has its value in it.
+/// The report as text: a table for each sheet and a summary line, JSON, or comma-separated lines.
+/// It contains the value of every cell of an array formula.
 std::string RunReport(const CommandLine& line, Engine& engine, const RecalculationReport& report,
                       bool written);
 

@@ -1,5 +1,5 @@
 #pragma once
-// What the commands ask of the system that they run on.
+// The parts of the commands that depend on the system.
 
 #include <cstdint>
 #include <filesystem>
@@ -9,16 +9,16 @@ namespace zavhost {
 
 bool StderrIsTerminal();
 
-/// Name and version of the system, and of what stands in for it.
+/// Name and version of the system, and of an emulation of it.
 std::string SystemDescription();
 
-/// The English name of a language, or its number where it has none.
+/// The English name of a language, or its number if it has none.
 std::string LanguageName(std::uint16_t language);
 
-/// The file carries the mark of a download, which makes Excel and Windows refuse it.
+/// Whether the file has the mark of a download, which makes Excel and Windows refuse it.
 bool IsMarkedAsDownloaded(const std::filesystem::path& file);
 
-/// Two spellings of one path, as the system compares them.
+/// Whether the system regards both as the same path.
 bool SamePath(const std::filesystem::path& a, const std::filesystem::path& b);
 
 }  // namespace zavhost

@@ -28,7 +28,7 @@ std::string OneLine(const std::string& given, std::size_t limit) {
   for (std::size_t i = 0; i < units.size(); ++i) {
     width += UnitWidth(units[i]);
     if (width <= limit) continue;
-    // Room for the ellipsis, and no half of a pair in front of it.
+    // Leaves room for the ellipsis, and no half of a surrogate pair before it.
     std::size_t keep = i > 0 ? i - 1 : 0;
     while (keep > 0 && IsLowSurrogate(units[keep])) --keep;
     return Utf8FromUtf16(units.substr(0, keep)) + "\u2026";

@@ -1,5 +1,5 @@
 #pragma once
-// A table for people: columns as wide as their content, headings underlined, numbers to the right.
+// A table for users: columns as wide as their content, underlined headings, numbers right-aligned.
 
 #include <cstddef>
 #include <string>
@@ -21,7 +21,7 @@ class TextTable {
 
   /// One row; missing cells at the end are empty. Line breaks and tabs become blanks.
   void AddRow(std::vector<std::string> cells);
-  /// The lines, each indented by `indent` blanks and without blanks at its end.
+  /// The lines, each indented by `indent` blanks and without trailing blanks.
   std::string Render(std::size_t indent = 2) const;
 
  private:
@@ -29,8 +29,8 @@ class TextTable {
   std::vector<std::vector<std::string>> rows_;
 };
 
-/// Characters of a UTF-8 text as a terminal shows them (code points; combining marks count nothing,
-/// East Asian wide characters two).
+/// The width of a UTF-8 text on a terminal: its number of code points, where combining marks count
+/// as none and East Asian wide characters as two.
 std::size_t DisplayWidth(const std::string& text);
 
 /// `text` broken between words into lines of at most `width` characters.

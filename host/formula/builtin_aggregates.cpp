@@ -16,8 +16,8 @@ struct Summary {
   std::optional<ErrorCode> error;
 };
 
-/// The numbers of all arguments. In cells and arrays only numbers count; a direct value must be
-/// convertible.
+/// The numbers of all arguments. In cells and arrays, only numbers count; a direct value must be
+/// convertible to a number.
 Summary Summarize(const BuiltInCall& call) {
   Summary summary;
   summary.error =

@@ -1,5 +1,5 @@
 #pragma once
-// The worksheet functions that the host has of its own: what formulas around an add-in's often use.
+// The host's own worksheet functions, which formulas often combine with those of an add-in.
 
 #include <cstddef>
 #include <span>
@@ -9,11 +9,11 @@
 
 namespace zavhost {
 
-/// What a function makes of an argument.
+/// How a function treats an argument.
 enum class ArgumentKind {
-  kScalar,     // one value; over an array the function is called element by element
+  kScalar,     // one value; for an array, the function is called for each element
   kArray,      // a value or an array
-  kReference,  // a reference as it is; also a value or an array
+  kReference,  // an unchanged reference; also a value or an array
 };
 
 struct BuiltInCall {
@@ -35,8 +35,8 @@ struct BuiltInFunction {
   LazyForm lazy = LazyForm::kNone;
 };
 
-/// The function of that name in any letter case, or null. A function that an add-in registers under
-/// the same name goes before.
+/// The function with that name in any letter case, or null. A function that an add-in registers
+/// under the same name takes precedence.
 const BuiltInFunction* FindBuiltIn(std::u16string_view name);
 bool IsBuiltIn(std::u16string_view name);
 

@@ -1,5 +1,5 @@
 #pragma once
-// The built-in functions in groups, one file each. Names are in upper case.
+// The built-in functions in groups, with one file each. Names are in upper case.
 
 #include <span>
 
@@ -15,12 +15,12 @@ std::span<const BuiltInFunction> AggregateFunctions();
 std::span<const BuiltInFunction> ReferenceFunctions();
 std::span<const BuiltInFunction> ValueFunctions();
 
-/// A scalar argument; blank when it is missing.
+/// A scalar argument; blank if it is missing.
 Value ScalarArgument(const BuiltInCall& call, std::size_t index);
 
-/// Calls `visit(value, is_direct)` for every value of every argument until it answers an error,
-/// which is returned. A value that the formula names itself is direct; cells and elements of arrays
-/// are not. A missing argument is a direct blank.
+/// Calls `visit(value, is_direct)` for every value of every argument until it returns an error,
+/// which is then the result. A value that is an argument itself is direct; cells and elements of
+/// arrays are not. A missing argument is a direct blank.
 template <typename Visit>
 std::optional<ErrorCode> VisitValues(const BuiltInCall& call, const Visit& visit) {
   const auto visit_array = [&visit](const Array& array) -> std::optional<ErrorCode> {

@@ -4,7 +4,8 @@
 namespace zavhost {
 namespace {
 
-/// AND and OR: texts and blanks in cells and arrays do not count; no value at all is #VALUE!.
+/// AND and OR: text and blanks in cells and arrays do not count; without any value, the result is
+/// #VALUE!.
 Operand Fold(const BuiltInCall& call, bool is_and) {
   bool result = is_and;
   bool any = false;

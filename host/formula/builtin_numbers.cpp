@@ -8,14 +8,14 @@
 namespace zavhost {
 namespace {
 
-/// A function of one number; what it cannot compute is not finite: #NUM!.
+/// A function of one number; a result that is not finite becomes #NUM!.
 template <double (*kFunction)(double)>
 Operand OfNumber(const BuiltInCall& call) {
   const Converted<double> x = ToNumber(ScalarArgument(call, 0));
   return x.error ? Value(*x.error) : NumberValue(kFunction(x.value));
 }
 
-/// A function of two numbers; the first argument's error goes first.
+/// A function of two numbers; an error in the first argument takes precedence.
 template <Value (*kFunction)(double, double)>
 Operand OfTwoNumbers(const BuiltInCall& call) {
   const Converted<double> x = ToNumber(ScalarArgument(call, 0));
@@ -34,7 +34,7 @@ double Sign(double x) { return x > 0 ? 1.0 : x < 0 ? -1.0 : 0.0; }
 
 Value Power(double base, double exponent) { return ApplyBinary(Operator::kPower, base, exponent); }
 
-/// The remainder with the divisor's sign.
+/// The remainder with the sign of the divisor.
 Value Mod(double number, double divisor) {
   if (divisor == 0.0) return ErrorCode::kDiv0;
   const double remainder = std::fmod(number, divisor);
@@ -70,7 +70,7 @@ Value RoundAt(double number, double places) {
   if (places < -308.0) return 0.0;
   const double scale = std::pow(10.0, std::fabs(places));
   const double scaled = places >= 0 ? number * scale : number / scale;
-  if (std::fabs(scaled) >= 1e15 && places >= 0) return number;  // no digits beyond the place
+  if (std::fabs(scaled) >= 1e15 && places >= 0) return number;  // there are no digits to round
   const double rounded = kRounding(AtFifteenDigits(scaled));
   return NumberValue(places >= 0 ? rounded / scale : rounded * scale);
 }

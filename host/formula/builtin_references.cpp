@@ -8,7 +8,7 @@
 namespace zavhost {
 namespace {
 
-/// Rows or columns of a reference of one area, an array or a value.
+/// The number of rows or columns of a reference with one area, an array or a value.
 Operand Extent(const Operand& operand, bool of_rows) {
   if (const Reference* reference = std::get_if<Reference>(&operand)) {
     if (reference->areas.size() != 1) return Value(ErrorCode::kRef);
@@ -26,8 +26,8 @@ Operand Extent(const Operand& operand, bool of_rows) {
 Operand Rows(const BuiltInCall& call) { return Extent(call.arguments[0], true); }
 Operand Columns(const BuiltInCall& call) { return Extent(call.arguments[0], false); }
 
-/// The one-based place of the caller or of a reference: its first row in a normal cell, all of its
-/// rows as a column in an array formula; columns likewise.
+/// The one-based position of the caller or of a reference: its first row in a normal cell, or all
+/// its rows as a column in an array formula; likewise for columns.
 Operand Place(const BuiltInCall& call, bool of_rows) {
   const bool has_argument =
       !call.arguments.empty() && !std::holds_alternative<MissingArgument>(call.arguments[0]);
@@ -71,7 +71,7 @@ Operand Transpose(const BuiltInCall& call) {
   return std::make_shared<const Array>(std::move(turned));
 }
 
-/// Where INDEX looks: one-based places, 0 for a whole row or column.
+/// The position in INDEX: one-based, 0 for a whole row or column.
 struct IndexPlace {
   std::int32_t row = 0;
   std::int32_t column = 0;
@@ -93,7 +93,7 @@ IndexPlace ReadIndexPlace(const BuiltInCall& call) {
   return place;
 }
 
-/// With one place given, it counts along a single row.
+/// If only one position is given, it counts along a single row.
 void TurnForSingleRow(IndexPlace& place, std::size_t arguments, std::int32_t rows) {
   if (arguments == 2 && rows == 1) std::swap(place.row, place.column);
 }

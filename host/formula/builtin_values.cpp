@@ -1,4 +1,5 @@
 #include <string>
+#include <utility>
 
 #include "host/formula/builtin_groups.h"
 #include "host/formula/coercion.h"
@@ -20,6 +21,21 @@ Operand IsError(const BuiltInCall& call) {
 Operand IsNA(const BuiltInCall& call) {
   const Value value = ScalarArgument(call, 0);
   return Value(value.error() != nullptr && *value.error() == ErrorCode::kNA);
+}
+
+/// The number that Excel gives an error; #N/A for what is none.
+Operand ErrorType(const BuiltInCall& call) {
+  constexpr std::pair<ErrorCode, double> kTypes[] = {
+      {ErrorCode::kNull, 1},     {ErrorCode::kDiv0, 2},        {ErrorCode::kValue, 3},
+      {ErrorCode::kRef, 4},      {ErrorCode::kName, 5},        {ErrorCode::kNum, 6},
+      {ErrorCode::kNA, 7},       {ErrorCode::kGettingData, 8}, {ErrorCode::kSpill, 9},
+      {ErrorCode::kConnect, 10}, {ErrorCode::kBlocked, 11},    {ErrorCode::kUnknown, 12},
+  };
+  const Value value = ScalarArgument(call, 0);
+  for (const auto& [code, type] : kTypes) {
+    if (value.error() != nullptr && *value.error() == code) return Value(type);
+  }
+  return Value(ErrorCode::kNA);
 }
 
 Operand IsNumber(const BuiltInCall& call) {
@@ -53,6 +69,7 @@ constexpr ArgumentKind kScalar = ArgumentKind::kScalar;
 
 constexpr BuiltInFunction kFunctions[] = {
     {u"ISERROR", 1, 1, kScalar, kScalar, IsError},
+    {u"ERROR.TYPE", 1, 1, kScalar, kScalar, ErrorType},
     {u"ISNA", 1, 1, kScalar, kScalar, IsNA},
     {u"ISNUMBER", 1, 1, kScalar, kScalar, IsNumber},
     {u"ISTEXT", 1, 1, kScalar, kScalar, IsText},

@@ -9,7 +9,7 @@
 namespace zavhost {
 namespace {
 
-/// True when both numbers show the same 15 significant digits.
+/// True if both numbers have the same 15 significant digits.
 bool EqualAtFifteenDigits(double a, double b) {
   if (a == b) return true;
   if (std::fabs(a - b) > 1e-14 * std::fabs(a)) return false;
@@ -24,7 +24,7 @@ bool EqualAtFifteenDigits(double a, double b) {
 
 int RankOf(const Value& value) { return value.boolean() ? 2 : value.text() ? 1 : 0; }
 
-/// What a blank counts for beside `other`.
+/// The value of a blank when compared with `other`.
 Value BlankBeside(const Value& other) {
   if (other.text() != nullptr) return Value(u"");
   if (other.boolean() != nullptr) return false;
@@ -36,7 +36,7 @@ int CompareNumbers(double left, double right) {
   return left < right ? -1 : 1;
 }
 
-/// Negative, zero or positive; no errors and no blanks.
+/// Negative, zero or positive; the values are neither errors nor blanks.
 int Compare(const Value& left, const Value& right) {
   const double* left_number = left.number();
   const double* right_number = right.number();
@@ -144,7 +144,7 @@ Value NumberValue(double number) {
 }
 
 Value ApplyUnary(Operator op, const Value& value) {
-  if (op == Operator::kPlus) return value;  // not even a conversion
+  if (op == Operator::kPlus) return value;  // without a conversion
   const Converted<double> number = ToNumber(value);
   if (number.error) return *number.error;
   return NumberValue(op == Operator::kMinus ? -number.value : number.value / 100.0);

@@ -1,5 +1,5 @@
 #pragma once
-// Element by element over values and arrays of differing shapes.
+// Element-by-element operations on values and arrays of different shapes.
 
 #include <algorithm>
 #include <cstdint>
@@ -10,34 +10,35 @@
 
 namespace zavhost {
 
-/// The shape that operands spread to: a single row, column or value repeats along the other's.
+/// The shape to which operands are extended: a single row, column or value repeats along the other
+/// operand.
 struct Spread {
   std::int32_t rows = 1;
   std::int32_t columns = 1;
   bool is_array = false;
 
-  /// Takes one operand in; only arrays count.
+  /// Includes an operand; only arrays count.
   void Include(const Operand& operand);
-  /// False when the shape is far larger than any of its operands (a whole column against a whole
-  /// row): such a result is #VALUE! instead of the machine's memory.
+  /// False if the shape is far larger than any of its operands (a whole column with a whole row).
+  /// Such a result is #VALUE!, since it would take all of the memory.
   bool IsReasonable() const;
 
  private:
   std::int64_t largest_ = 1;
 };
 
-/// The operand's value at a place of the spread shape; #N/A beyond its own shape.
+/// The operand's value at a position of the extended shape; #N/A beyond its own shape.
 Value ElementAt(const Operand& operand, std::int32_t row, std::int32_t column);
 
-/// Code units of all texts that one array may have newly made: 4 million elements of 32,767 each
-/// would be 260 GB.
+/// The maximum number of code units of new texts in one array: 4 million elements of 32,767 each
+/// would take 260 GB.
 inline constexpr std::size_t kNewTextLimit = 16'000'000;
 
-/// Code units of a text that nobody else holds yet.
+/// The number of code units of a text that has no other owner yet.
 std::size_t NewTextLength(const Value& value);
 
-/// An array of the shape filled by f(row, column), or f(0, 0) alone when no operand was an array;
-/// #VALUE! when its shape or its texts are unreasonably large.
+/// An array of the shape, filled by f(row, column), or only f(0, 0) if no operand was an array;
+/// #VALUE! if its shape or its texts are unreasonably large.
 template <typename Function>
 Operand FillSpread(const Spread& spread, const Function& f) {
   if (!spread.is_array) return Value(f(0, 0));

@@ -11,16 +11,17 @@
 namespace zavhost {
 namespace {
 
-// Calls and names that are open at one time; a formula alone has 64 calls at the most.
+// The maximum number of calls and names that are open at a time; a single formula has at most 64
+// calls.
 constexpr std::size_t kMaxDepth = 256;
-// Code units of names' texts that one evaluation may run through: names that use each other twice
-// unfold without an end that anyone would live to see.
+// The maximum number of code units of names' texts in one evaluation: a chain of names that each
+// use the next one twice grows exponentially.
 constexpr std::size_t kNameTextLimit = 1'000'000;
-// Elements of all arrays that one evaluation may read and make, 24 bytes each: nested parentheses
-// hold up to 64 arrays at a time, and a call 255.
+// The maximum number of array elements that one evaluation may read and create, 24 bytes each:
+// nested parentheses hold up to 64 arrays at a time, and a call 255.
 constexpr std::size_t kElementLimit = 50'000'000;
 
-/// A function's argument kinds, wherever the function comes from.
+/// The argument kinds of a function, from the add-in or the host.
 class Callee {
  public:
   Callee(CallableFunction* registered, const BuiltInFunction* built_in)
@@ -62,7 +63,7 @@ class Evaluator {
     return std::move(stack.back());
   }
 
-  /// Any step but an operator.
+  /// Any step except an operator.
   Operand EvaluateOperand(const Step& step, const Shift& shift, bool as_array) {
     if (const auto* constant = std::get_if<ConstantStep>(&step)) return constant->value;
     if (const auto* reference = std::get_if<ReferenceStep>(&step))
@@ -78,7 +79,7 @@ class Evaluator {
   }
 
  private:
-  /// The operand, or #VALUE! when it is an array and the evaluation has had too many elements.
+  /// The operand, or #VALUE! if it is an array and the evaluation has used too many elements.
   Operand Counted(Operand operand) {
     if (const ArrayPtr* array = std::get_if<ArrayPtr>(&operand)) {
       elements_ += (*array)->values.size();
@@ -125,7 +126,7 @@ class Evaluator {
     }
     name_text_ += name->text.size() + 1;
     if (name_text_ > kNameTextLimit) {
-      throw FormulaError(shown + " unfolds to too much", step.position);
+      throw FormulaError(shown + " expands to too long a formula", step.position);
     }
     FormulaPtr parsed;
     try {
@@ -134,7 +135,7 @@ class Evaluator {
       throw FormulaError(shown + ": " + error.what(), step.position);
     }
     open_names_.push_back(name);
-    // A name's text is written for A1, and always evaluated as an array.
+    // A name's text is written for A1 and always evaluated as an array.
     Operand result = Evaluate(parsed->expression(), Shift::Between({}, caller_, true), true);
     open_names_.pop_back();
     return result;
@@ -170,7 +171,8 @@ class Evaluator {
     });
   }
 
-  /// "@": a range by implicit intersection (still a reference), an array's top left.
+  /// "@": the implicit intersection of a range (still a reference), or the top left element of an
+  /// array.
   Operand Single(const Operand& operand) const {
     if (const Reference* reference = std::get_if<Reference>(&operand)) {
       const auto cell = ImplicitIntersection(*reference, caller_);
@@ -193,8 +195,9 @@ class Evaluator {
       if (built_in->lazy != LazyForm::kNone) return CallIfError(step, shift, as_array);
     }
     const Callee callee(registered, built_in);
-    // A range that is an add-in's argument itself ends where its sheet's cells do: a million blanks
-    // would say no more. Where operators or TRANSPOSE make something of them, they count.
+    // A range that is itself an argument of an add-in's function ends with the used cells of its
+    // sheet, since a million blanks would make no difference. For operators or TRANSPOSE they do
+    // make a difference.
     const RangeExtent extent = registered != nullptr ? RangeExtent::kUsed : RangeExtent::kWhole;
     std::vector<Operand> arguments;
     arguments.reserve(step.arguments.size());
@@ -215,7 +218,7 @@ class Evaluator {
     return CallForEach(callee, arguments, spread, as_array);
   }
 
-  /// Over arrays in the places of single values the function is called for every element.
+  /// For arrays in place of single values, calls the function for every element.
   Operand CallForEach(const Callee& callee, const std::vector<Operand>& arguments,
                       const Spread& spread, bool as_array) {
     std::vector<Operand> element = arguments;
@@ -281,7 +284,7 @@ class Evaluator {
   std::vector<const DefinedName*> open_names_;
 };
 
-/// What cells show for blanks: 0.
+/// Replaces blanks by 0, as cells show them.
 Operand WithoutBlanks(Operand operand) {
   if (const Value* value = std::get_if<Value>(&operand)) {
     return value->IsBlank() ? Operand(Value(0.0)) : operand;

@@ -14,14 +14,14 @@
 
 namespace zavhost {
 
-/// What stands in front of the "!" of a reference or a name.
+/// The part before the "!" of a reference or a name.
 struct SheetPrefix {
   enum class Kind { kNone, kSheet, kThisWorkbook };
   Kind kind = Kind::kNone;
   std::u16string sheet;  // unquoted
 };
 
-/// A literal, or the #REF! that stands for what the host does not evaluate.
+/// A literal, or #REF! in place of something that the host does not evaluate.
 struct ConstantStep {
   Operand value;
 };
@@ -68,7 +68,7 @@ struct Expression;
 struct CallStep {
   std::u16string name;                // as written, without prefixes
   const BuiltInFunction* built_in;    // of that name, or null
-  std::vector<Expression> arguments;  // an omitted one is empty
+  std::vector<Expression> arguments;  // an omitted argument is empty
 };
 
 using Step = std::variant<ConstantStep, ReferenceStep, NameStep, Operator, CallStep>;

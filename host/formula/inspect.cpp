@@ -1,4 +1,4 @@
-// What a formula uses, without evaluating it.
+// The functions and cells that a formula uses, determined without evaluating it.
 
 #include <algorithm>
 #include <set>
@@ -29,7 +29,7 @@ class ReferenceCollector {
 
   std::vector<Reference> Run(const Formula& formula, const CellAddress& origin) {
     Collect(formula.expression(), Shift::Between(origin, caller_, false));
-    // Names go through a list and each is read once: they may use each other in circles.
+    // Names are kept in a list and each is read only once, since they may use each other in cycles.
     const Shift name_shift = Shift::Between({}, caller_, true);
     while (!waiting_.empty()) {
       const DefinedName* name = waiting_.back();
@@ -37,7 +37,7 @@ class ReferenceCollector {
       try {
         Collect(ParseFormula(name->text)->expression(), name_shift);
       } catch (const FormulaError&) {
-        continue;  // evaluation reports it; it reads nothing
+        continue;  // reads nothing; evaluation reports it
       }
     }
     return std::move(found_);
@@ -45,7 +45,8 @@ class ReferenceCollector {
 
  private:
   void Collect(const Expression& expression, const Shift& shift) {
-    // The last steps that were plain references, so that "A1:C3" of two operands counts as a range.
+    // The last steps that were plain references, so that "A1:C3" from two operands counts as a
+    // range.
     std::size_t plain = 0;
     for (const Step& step : expression.steps) {
       if (const auto* reference = std::get_if<ReferenceStep>(&step)) {

@@ -20,8 +20,8 @@ constexpr std::size_t kMaxLength = 8192;
 constexpr std::size_t kMaxNesting = 64;
 constexpr std::size_t kMaxArguments = 255;
 
-// Binding powers: the higher, the tighter. Prefix operators stand between the reference operators
-// and the percent sign, so that -2^2 is 4.
+// Binding powers; a higher power binds more tightly. Prefix operators are between the reference
+// operators and the percent sign, so -2^2 is 4.
 constexpr int kUnionPower = 70;
 constexpr int kPrefixPower = 60;
 
@@ -80,7 +80,7 @@ std::optional<Operator> PrefixOf(const Token& token) {
   return std::nullopt;
 }
 
-/// A text between quotes in which a doubled quote stands for one.
+/// A text between quotes, in which a doubled quote is one quote.
 std::u16string Unquoted(std::u16string_view text) {
   const char16_t quote = text.front();
   std::u16string content;
@@ -105,11 +105,11 @@ double NumberOf(const Token& token) {
 }
 
 ErrorCode ErrorOf(const Token& token) {
-  // "Sheet1!#REF!" and "#REF!A1" are #REF! too.
+  // "Sheet1!#REF!" and "#REF!A1" are also #REF!.
   return ErrorFromText(token.text).value_or(ErrorCode::kRef);
 }
 
-/// Splits a reference's or name's prefix off; nothing when it leads outside the workbook or over
+/// Splits off the prefix of a reference or name; nothing if it refers to another workbook or to
 /// several sheets.
 std::optional<SheetPrefix> TakePrefix(std::u16string_view& text) {
   const std::size_t mark = text.rfind(u'!');
@@ -154,7 +154,7 @@ class Parser {
     if (token.text.empty()) throw FormulaError("the formula is not complete", token.position);
     std::string message = Utf8FromUtf16(token.text.substr(0, 20));
     message.insert(message.begin(), '"');
-    message.append("\" cannot stand here");
+    message.append("\" is unexpected here");
     throw FormulaError(message, token.position);
   }
 
@@ -170,8 +170,8 @@ class Parser {
   }
   void Leave() { --nesting_; }
 
-  /// One operand and every operator behind it that binds at least as tightly as `power`. The calls
-  /// within nest no deeper than there are binding powers.
+  /// One operand and every following operator that binds at least as tightly as `power`. The
+  /// recursion is no deeper than the number of binding powers.
   void ParseOperators(int power, bool with_union, Expression& out) {
     std::vector<Operator> prefixes;
     while (const auto prefix = PrefixOf(Peek())) {
@@ -257,7 +257,7 @@ class Parser {
     TakeStart(name, u"_xll.");
     std::vector<Expression> arguments = ParseArguments();
     Leave();
-    // "@" and "#" as files store them for programs that do not know the operators.
+    // The forms of "@" and "#" in files, for programs that do not know these operators.
     const bool is_single = EqualIgnoringCase(name, u"SINGLE");
     if (is_future && arguments.size() == 1 && !arguments[0].steps.empty() &&
         (is_single || EqualIgnoringCase(name, u"ANCHORARRAY"))) {

@@ -13,7 +13,7 @@ using formula::kSheetRows;
 constexpr std::size_t kMaxAreas = 65'535;
 constexpr std::uint32_t kNoSheet = 0xFFFF'FFFF;
 
-/// Moves one coordinate; false when it leaves the sheet.
+/// Moves one coordinate; false if it leaves the sheet.
 bool Move(std::int32_t& coordinate, std::int32_t distance, std::int32_t size, bool goes_round) {
   coordinate += distance;  // both are below 2^21
   if (goes_round) coordinate = ((coordinate % size) + size) % size;
@@ -89,7 +89,7 @@ const DefinedName* DefinedNameOf(const SheetPrefix& prefix, std::u16string_view 
   if (prefix.kind == SheetPrefix::Kind::kThisWorkbook) sheet = kNoSheet;
   if (prefix.kind == SheetPrefix::Kind::kSheet) {
     sheet = workbook.FindSheet(prefix.sheet);
-    // "Book1.xlsx!total" means the workbook's own name.
+    // "Book1.xlsx!total" is a name of the workbook itself.
     if (!sheet && EqualIgnoringCase(prefix.sheet, workbook.file_name)) sheet = kNoSheet;
   }
   return sheet ? workbook.FindName(name, *sheet) : nullptr;

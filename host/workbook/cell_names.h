@@ -23,12 +23,12 @@ struct CellPosition {
       default;  // by row, then column; NOLINT(modernize-use-nullptr)
 };
 
-/// The cell that "B7" or "$B$7" names, in any letter case; nothing when the text is no such name or
-/// the cell lies outside a sheet.
+/// The cell that "B7" or "$B$7" names, in any letter case; nothing if the text is not such a name
+/// or the cell lies outside a sheet.
 std::optional<CellPosition> ParseCellName(std::string_view text);
 /// "B7:C9", "A:A", "3:7"; "B7" for a single cell.
 std::u16string A1Text(const CellRange& range);
-/// The range that "B7" or "B7:C9" names, corners in any order.
+/// The range that "B7" or "B7:C9" names, with corners in any order.
 std::optional<CellRange> ParseRangeName(std::string_view text);
 
 }  // namespace zavhost

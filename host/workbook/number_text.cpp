@@ -19,8 +19,8 @@ std::u16string_view Trim(std::u16string_view text) {
   return text;
 }
 
-/// Takes the digits at the front, with commas between groups of three if they are used at all.
-/// False when commas stand where no thousands separator can.
+/// Takes the leading digits, optionally with commas between groups of three. False if a comma is
+/// not a valid thousands separator.
 bool TakeWholePart(std::u16string_view& text, std::string& digits) {
   std::size_t run = 0;
   bool grouped = false;
@@ -47,7 +47,7 @@ void TakeDigits(std::u16string_view& text, std::string& digits) {
   }
 }
 
-/// Takes "E+05" at the front. False when an exponent begins and does not end well.
+/// Takes a leading "E+05". False if an exponent begins but is malformed.
 bool TakeExponent(std::u16string_view& text, std::string& number) {
   if (text.empty() || (text.front() != u'e' && text.front() != u'E')) return true;
   text.remove_prefix(1);

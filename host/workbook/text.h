@@ -1,5 +1,5 @@
 #pragma once
-// Texts of cells, names and messages.
+// The text of cells, names and messages.
 
 #include <filesystem>
 #include <string>
@@ -18,8 +18,8 @@ using zavrel::Utf16FromUtf8;
 using zavrel::Utf8FromPath;
 using zavrel::Utf8FromUtf16;
 
-/// The text on one line and safe for a terminal: controls, line separators and marks that turn the
-/// direction of writing become blanks.
+/// The text on one line and safe for a terminal: control characters, line separators and marks for
+/// the direction of writing become blanks.
 std::string PrintableUtf8(std::u16string_view text);
 std::string PrintablePath(const std::filesystem::path& path);
 

@@ -1,5 +1,5 @@
 #pragma once
-// What a cell can hold, and what a formula can produce: values, arrays and references.
+// The contents of cells and the results of formulas: values, arrays and references.
 
 #include <cstddef>
 #include <cstdint>
@@ -38,10 +38,10 @@ std::u16string_view ErrorText(ErrorCode code);
 /// The error that a text spells, in any letter case.
 std::optional<ErrorCode> ErrorFromText(std::u16string_view text);
 
-/// Code units of a cell's text, at the most.
+/// The maximum number of code units of a cell's text.
 inline constexpr std::size_t kLongestText = 32'767;
 
-/// Shared immutable text, so that a million cells with one label hold it once.
+/// Shared immutable text, so that a million cells with the same label store it once.
 using Text = std::shared_ptr<const std::u16string>;
 Text MakeText(std::u16string_view text);
 
@@ -65,7 +65,7 @@ class Value {
   const double* number() const { return std::get_if<double>(&content_); }
   const bool* boolean() const { return std::get_if<bool>(&content_); }
   const ErrorCode* error() const { return std::get_if<ErrorCode>(&content_); }
-  /// The text, or null when the value is no text.
+  /// The text, or null if the value is not text.
   const std::u16string* text() const {
     const Text* held = std::get_if<Text>(&content_);
     return held == nullptr ? nullptr : held->get();
@@ -106,7 +106,7 @@ struct CellAddress {
   auto operator<=>(const CellAddress&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
-/// A reference: one or more areas, all on one sheet (Excel's references span no more than that).
+/// A reference: one or more areas, all on one sheet, as in Excel.
 struct Reference {
   std::uint32_t sheet = 0;
   std::vector<CellRange> areas;
@@ -130,15 +130,15 @@ struct MissingArgument {
   bool operator==(const MissingArgument&) const = default;
 };
 
-/// What an expression yields while a formula is evaluated.
+/// The result of an expression during evaluation of a formula.
 using Operand = std::variant<Value, ArrayPtr, Reference, MissingArgument>;
 
-/// General number format: what Excel shows for a number in a wide cell without a format, rounded to
-/// at most 15 significant digits; with an exponent from 1E+20 up and below 0.0001 ("1E+20", "0.1",
-/// "123456789012", "1.23E-05"). A number that is not finite gives "#NUM!".
+/// The General number format: the text that Excel shows for a number in a wide cell without a
+/// format, rounded to at most 15 significant digits, with an exponent from 1E+20 up and below
+/// 0.0001 ("1E+20", "0.1", "123456789012", "1.23E-05"). A number that is not finite gives "#NUM!".
 std::u16string GeneralText(double number);
-/// The number that a text spells as a cell entry would ("1.5", " -2e3 ", "50%", "1,234.5", in US
-/// form); nothing otherwise, nor when it is too large or too small for a double.
+/// The number that a text would give as a cell entry ("1.5", " -2e3 ", "50%", "1,234.5", in US
+/// form); nothing for other text, and if the number is too large or too small for a double.
 std::optional<double> NumberFromText(std::u16string_view text);
 
 }  // namespace zavhost

@@ -15,7 +15,7 @@ bool RowBefore(const Sheet::Entry& entry, std::int32_t row) { return entry.row <
 }  // namespace
 
 Sheet::Column* Sheet::FindColumn(std::int32_t index) {
-  // Most sheets fill their columns from A on without a gap.
+  // Most sheets fill their columns from A on without gaps.
   const auto place = static_cast<std::size_t>(index);
   if (place < columns_.size() && columns_[place].index == index) return &columns_[place].cells;
   const auto found = std::lower_bound(
@@ -88,7 +88,7 @@ void Sheet::SortColumns() {
     const auto out_of_order = std::adjacent_find(
         cells.begin(), cells.end(), [](const Entry& a, const Entry& b) { return a.row >= b.row; });
     if (out_of_order != cells.end()) {
-      // Latest entries first among equals, so that unique keeps them.
+      // The latest of equal entries come first, so that unique keeps them.
       std::reverse(cells.begin(), cells.end());
       std::stable_sort(cells.begin(), cells.end(), in_order);
       cells.erase(std::unique(cells.begin(), cells.end(),

@@ -11,7 +11,7 @@
 namespace zavhost {
 namespace {
 
-/// Splits comma-separated text into fields. Quoted fields may hold commas, line ends and doubled
+/// Splits comma-separated text into fields. Quoted fields may contain commas, line ends and doubled
 /// quotes; lines end in "\n", "\r\n" or "\r".
 class CsvReader {
  public:
@@ -36,7 +36,7 @@ class CsvReader {
   void ReadField() {
     field_.clear();
     if (text_.starts_with('"')) ReadQuoted();
-    // Text behind a closing quote belongs to the field, as spreadsheets take it.
+    // Text after a closing quote belongs to the field, as in spreadsheets.
     const std::size_t end = std::min(text_.find_first_of(",\r\n"), text_.size());
     field_.append(text_.substr(0, end));
     text_.remove_prefix(end);
@@ -49,7 +49,7 @@ class CsvReader {
       const std::size_t quote = text_.find('"');
       if (quote == std::string_view::npos) {
         throw WorkbookError(
-            fmt::format("a quotation that begins in row {} does not end", start + 1));
+            fmt::format("the quotation mark that opens in row {} is never closed", start + 1));
       }
       field_.append(text_.substr(0, quote));
       text_.remove_prefix(quote + 1);
@@ -67,7 +67,7 @@ class CsvReader {
     }
     Value value = FieldValue();
     if (value.IsBlank()) return;
-    if (cells_left_-- == 0) throw WorkbookError("it holds more cells than are read");
+    if (cells_left_-- == 0) throw WorkbookError("it has more cells than the host can read");
     sheet_.Append(row_, column_, std::move(value));
   }
 
@@ -93,7 +93,7 @@ class CsvReader {
   std::int32_t column_ = 0;
 };
 
-/// True when the first line holds semicolons and no commas outside of quotations.
+/// True if the first line has semicolons but no commas outside quotation marks.
 bool IsDividedBySemicolons(std::string_view text) {
   bool is_quoted = false;
   bool has_semicolon = false;
@@ -116,7 +116,8 @@ Workbook ReadCsv(const std::filesystem::path& file, const XlsxLimits& limits) {
       throw WorkbookError("this is not comma-separated text in UTF-8");
     }
     if (IsDividedBySemicolons(text)) {
-      throw WorkbookError("this file seems to be divided by semicolons; commas are expected");
+      throw WorkbookError(
+          "the fields of this file seem to be separated by semicolons; commas are expected");
     }
     Workbook workbook;
     CsvReader(text, workbook.sheets.emplace_back(u"Data"), limits.cells).Read();

@@ -14,7 +14,7 @@ namespace {
 
 std::string Megabytes(std::uint64_t bytes) { return fmt::format("{} MB", (bytes >> 20) + 1); }
 
-/// A file that goes away unless it was moved to its place.
+/// A temporary file that is deleted unless it was moved to its target.
 class TemporaryFile {
  public:
   explicit TemporaryFile(const fs::path& target) : path_(target) {
@@ -50,16 +50,15 @@ std::string ReadFile(const fs::path& file, std::uint64_t limit) {
   if (status.type() == fs::file_type::not_found) throw WorkbookError("there is no such file");
   if (status.type() == fs::file_type::directory)
     throw WorkbookError("this is a folder, not a file");
-  if (status.type() != fs::file_type::regular)
-    throw WorkbookError("this is not a file to read from");
+  if (status.type() != fs::file_type::regular) throw WorkbookError("this is not a regular file");
   const std::uint64_t size = fs::file_size(file, error);
   if (error) throw WorkbookError("the file cannot be read");
   if (size > limit) {
-    throw WorkbookError(fmt::format("the file is too large: {}, and at most {} are read",
-                                    Megabytes(size), Megabytes(limit - 1)));
+    throw WorkbookError(fmt::format("the file is too large: {}; the limit is {}", Megabytes(size),
+                                    Megabytes(limit - 1)));
   }
   std::ifstream stream(file, std::ios::binary);
-  if (!stream) throw WorkbookError("the file cannot be opened; is reading it allowed?");
+  if (!stream) throw WorkbookError("the file cannot be opened; are you permitted to read it?");
   std::string bytes(static_cast<std::size_t>(size), '\0');
   stream.read(bytes.data(), static_cast<std::streamsize>(size));
   if (stream.bad() || stream.gcount() != static_cast<std::streamsize>(size)) {
@@ -71,7 +70,7 @@ std::string ReadFile(const fs::path& file, std::uint64_t limit) {
 void WriteFile(const fs::path& file, const std::string& bytes) {
   std::error_code error;
   fs::path target = file;
-  // The file that a link leads to is replaced, not the link.
+  // Replaces the target of a link, not the link itself.
   if (fs::is_symlink(file, error)) {
     const fs::path resolved = fs::canonical(file, error);
     if (!error) target = resolved;
@@ -83,10 +82,10 @@ void WriteFile(const fs::path& file, const std::string& bytes) {
   TemporaryFile temporary(target);
   {
     std::ofstream stream(temporary.path(), std::ios::binary | std::ios::trunc);
-    if (!stream) throw WorkbookError("no file can be written into this folder");
+    if (!stream) throw WorkbookError("files cannot be written to this folder");
     stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     stream.close();
-    if (!stream) throw WorkbookError("the file cannot be written whole; is the disk full?");
+    if (!stream) throw WorkbookError("the file cannot be written completely; is the disk full?");
   }
   if (before.type() == fs::file_type::regular) {
     fs::permissions(temporary.path(), before.permissions(), error);

@@ -1,5 +1,5 @@
 #pragma once
-// Whole files in and out of memory, by paths that may hold any Unicode.
+// Reads and writes whole files, with paths that may contain any Unicode characters.
 
 #include <cstdint>
 #include <filesystem>
@@ -10,16 +10,16 @@
 
 namespace zavhost {
 
-/// The bytes of a regular file. Throws WorkbookError (without the file's name) when there is none,
-/// it cannot be read, or it is larger than `limit`.
+/// The bytes of a regular file. Throws WorkbookError (without the file's name) if the file does not
+/// exist, cannot be read, or is larger than `limit`.
 std::string ReadFile(const std::filesystem::path& file, std::uint64_t limit);
 
-/// Writes a file by way of a temporary one beside it, so that a failure leaves what was there.
-/// Throws WorkbookError (without the file's name).
+/// Writes a file through a temporary file in the same folder, so that a failure leaves the old file
+/// unchanged. Throws WorkbookError (without the file's name).
 void WriteFile(const std::filesystem::path& file, const std::string& bytes);
 
-/// The workbook that `read` makes of a file. What goes wrong becomes a WorkbookError that begins
-/// with the file's name.
+/// The workbook that `read` creates from a file. Failures become a WorkbookError that begins with
+/// the file's name.
 Workbook ReadNamed(const std::filesystem::path& file, const std::function<Workbook()>& read);
 
 }  // namespace zavhost

@@ -8,7 +8,7 @@
 namespace zavhost {
 namespace {
 
-/// The digits at a place of the text, exactly `length` of them.
+/// Exactly `length` digits at a position of the text.
 std::optional<int> Digits(std::string_view text, std::size_t place, std::size_t length) {
   if (text.size() < place + length) return std::nullopt;
   int number = 0;
@@ -34,7 +34,7 @@ std::optional<double> DayNumber(std::string_view text, bool date1904) {
   return days;
 }
 
-/// The part of a day that a time of day makes: "10:30", "10:30:00", "10:30:00.25".
+/// A time of day as a fraction of a day: "10:30", "10:30:00", "10:30:00.25".
 std::optional<double> DayFraction(std::string_view text) {
   const std::optional<int> hours = Digits(text, 0, 2), minutes = Digits(text, 3, 2);
   if (!hours || !minutes || text[2] != ':' || *hours > 24 || *minutes > 59) return std::nullopt;

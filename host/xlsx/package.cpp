@@ -14,13 +14,13 @@ namespace {
 
 struct Relationship {
   std::string type;  // the last component of its type: "worksheet"
-  std::string part;  // empty when it leads outside of the package
+  std::string part;  // empty if it leads outside the package
 };
 using Relationships = std::unordered_map<std::string, Relationship>;  // by id
 
 std::string_view Folder(std::string_view part) { return part.substr(0, part.rfind('/') + 1); }
 
-/// The part that a target names, seen from the folder of the part that holds the relationship.
+/// The part that a target names, relative to the folder of the part with the relationship.
 std::string ResolveTarget(std::string_view folder, std::string_view target) {
   if (target.starts_with('/')) folder = {};
   std::vector<std::string_view> components;
@@ -32,7 +32,7 @@ std::string ResolveTarget(std::string_view folder, std::string_view target) {
       if (component == "..") {
         if (components.empty()) {
           throw WorkbookError(
-              fmt::format("a relationship leads outside of the workbook: '{}'", Printable(target)));
+              fmt::format("a relationship leads outside the workbook: '{}'", Printable(target)));
         }
         components.pop_back();
       } else if (!component.empty() && component != ".") {
@@ -45,7 +45,7 @@ std::string ResolveTarget(std::string_view folder, std::string_view target) {
   return fmt::format("{}", fmt::join(components, "/"));
 }
 
-/// The relationships of a part ("" for those of the package).
+/// The relationships of a part ("" for the package).
 Relationships ReadRelationships(ZipArchive& archive, std::string_view of_part) {
   const std::string_view folder = Folder(of_part);
   const std::string part = fmt::format("{}_rels/{}.rels", folder, of_part.substr(folder.size()));
@@ -83,7 +83,7 @@ std::string FindWorkbookPart(ZipArchive& archive) {
     }
     return relationship.part;
   }
-  throw WorkbookError("the part that holds the workbook is not named");
+  throw WorkbookError("no part is named as the workbook");
 }
 
 /// Reads the workbook part, event by event.
@@ -132,7 +132,7 @@ class WorkbookPartReader {
     }
     const auto found = relationships_.find(reader_.PrefixedAttribute("id").value_or(""));
     if (found == relationships_.end() || found->second.part.empty()) {
-      throw WorkbookError(fmt::format("the part of sheet '{}' is not named", shown));
+      throw WorkbookError(fmt::format("no part is named for sheet '{}'", shown));
     }
     if (found->second.type == "worksheet") {
       sheet.part = found->second.part;
@@ -147,7 +147,7 @@ class WorkbookPartReader {
     DefinedName name;
     name.name = Utf16FromUtf8(reader_.Attribute("name").value_or(""));
     name.sheet = reader_.NumberAttribute("localSheetId");
-    // Macros' names, and those that Excel keeps for print areas, filters and the like.
+    // Names of macros, and Excel's own names for print areas, filters and similar things.
     const bool is_ours =
         !reader_.BooleanAttribute("hidden") && !reader_.BooleanAttribute("function") &&
         !reader_.BooleanAttribute("vbProcedure") && !name.name.starts_with(u"_xlnm.");

@@ -1,5 +1,5 @@
 #pragma once
-// How the parts of a workbook hang together: relationships, the workbook part and its sheets.
+// The structure of a workbook file: relationships, the workbook part and its sheets.
 
 #include <optional>
 #include <string>
@@ -22,7 +22,7 @@ struct SheetPart {
   std::string part;  // empty for a sheet without cells, such as a chart sheet
 };
 
-/// What the workbook part and its relationships say.
+/// The contents of the workbook part and its relationships.
 struct WorkbookParts {
   std::vector<SheetPart> sheets;
   std::optional<std::string> shared_strings;
@@ -30,7 +30,7 @@ struct WorkbookParts {
   bool date1904 = false;
 };
 
-/// Throws WorkbookError when the archive holds no workbook that can be used.
+/// Throws WorkbookError if the archive does not contain a usable workbook.
 WorkbookParts ReadWorkbookParts(ZipArchive& archive);
 
 }  // namespace zavhost

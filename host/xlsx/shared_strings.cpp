@@ -10,8 +10,8 @@ namespace {
 
 bool IsSpace(char c) { return c == ' ' || c == '\n' || c == '\t'; }
 
-/// At the start of a t element: appends its text. White space at its ends counts only when asked
-/// for.
+/// At the start of a t element: appends its text, without white space at its ends unless this is
+/// preserved.
 void AppendRun(XmlReader& reader, std::string& text) {
   const XmlAttribute* space = reader.FindAttribute("xml:space");
   const bool preserved = space != nullptr && space->raw == "preserve";
@@ -48,7 +48,7 @@ std::vector<Text> ReadSharedStrings(std::string_view xml, std::size_t limit) {
   std::string scratch;
   XmlReader reader(xml);
   if (reader.Next() != XmlReader::Event::kStart || reader.name() != "sst") {
-    throw XmlError("it is no table of shared texts");
+    throw XmlError("it is not a table of shared texts");
   }
   for (XmlReader::Event event = reader.Next(); event != XmlReader::Event::kDone;
        event = reader.Next()) {

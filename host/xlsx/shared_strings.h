@@ -1,5 +1,5 @@
 #pragma once
-// The texts that cells of a workbook share, and the rich text that both they and cells hold.
+// The shared texts of a workbook, and the rich text in shared texts and cells.
 
 #include <cstddef>
 #include <string_view>
@@ -11,7 +11,7 @@
 namespace zavhost {
 
 /// At the start of a rich-text element (si, is): its plain text, read up to its end. Runs are
-/// joined; readings (phonetic runs) are left out. `scratch` is working space.
+/// joined, and phonetic runs are omitted. `scratch` is working space.
 std::u16string ReadRichText(XmlReader& reader, std::string& scratch);
 
 /// The texts of a shared-strings part. Throws XmlError, and WorkbookError for more than `limit`.

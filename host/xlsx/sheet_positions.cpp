@@ -10,7 +10,8 @@ std::int32_t SheetPositions::StartRow(const XmlReader& reader) {
   const std::uint32_t number =
       reader.NumberAttribute("r").value_or(static_cast<std::uint32_t>(row_) + 2);
   if (number == 0 || number > static_cast<std::uint32_t>(kSheetRows)) {
-    throw XmlError(fmt::format("it has a row {}, and rows go from 1 to {}", number, kSheetRows));
+    throw XmlError(
+        fmt::format("it has a row {}; rows are numbered from 1 to {}", number, kSheetRows));
   }
   row_ = static_cast<std::int32_t>(number) - 1;
   next_column_ = 0;

@@ -1,5 +1,6 @@
 #pragma once
-// Where the rows and cells of a sheet part stand: each may name its place or follow the one before.
+// The positions of rows and cells in a sheet part: each either names its position or follows the
+// previous one.
 
 #include <cstdint>
 #include <string>
@@ -9,11 +10,11 @@
 
 namespace zavhost {
 
-/// Follows the rows and cells of a sheet part. Both calls throw XmlError for a place that no sheet
-/// has.
+/// Tracks the rows and cells of a sheet part. Both calls throw XmlError for a position outside a
+/// sheet.
 class SheetPositions {
  public:
-  /// At the start of a row element: its row, zero-based.
+  /// At the start of a row element: its zero-based row.
   std::int32_t StartRow(const XmlReader& reader);
   /// At the start of a c element.
   CellPosition StartCell(const XmlReader& reader);

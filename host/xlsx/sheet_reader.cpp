@@ -22,7 +22,7 @@ namespace {
 
 using Event = XmlReader::Event;
 
-/// A number as XML schemas write doubles, without their infinities.
+/// A number in the form of XML schema doubles, without infinities.
 std::optional<double> ParseDouble(std::string_view text) {
   while (!text.empty() && (text.front() == ' ' || text.front() == '\n')) text.remove_prefix(1);
   while (!text.empty() && (text.back() == ' ' || text.back() == '\n')) text.remove_suffix(1);
@@ -49,7 +49,7 @@ class SheetReader {
 
   void Read() {
     if (reader_.Next() != Event::kStart || reader_.name() != "worksheet") {
-      throw XmlError("it is no worksheet");
+      throw XmlError("it is not a worksheet");
     }
     for (Event event = reader_.Next(); event != Event::kDone; event = reader_.Next()) {
       if (event != Event::kStart) continue;
@@ -67,7 +67,7 @@ class SheetReader {
   }
 
  private:
-  /// The text of a shared formula and the cell it was written for.
+  /// The text of a shared formula and the cell for which it was written.
   struct SharedFormula {
     std::uint32_t text;
     CellAddress origin;
@@ -77,7 +77,7 @@ class SheetReader {
     std::string type;
     bool has_value = false;
     bool has_formula = false;
-    std::string value;  // UTF-8, of v
+    std::string value;  // the content of v, in UTF-8
     std::optional<std::u16string> inline_text;
   };
 
@@ -124,7 +124,8 @@ class SheetReader {
   }
 
   void TakeCells(std::uint64_t count) {
-    if (count > reading_.cells_left) throw XmlError("with it, there are more cells than are read");
+    if (count > reading_.cells_left)
+      throw XmlError("with it, there are more cells than the host can read");
     reading_.cells_left -= count;
   }
 
@@ -165,8 +166,8 @@ class SheetReader {
     const auto [stop, error] = std::from_chars(cell_.value.data(), end, index);
     if (error != std::errc() || stop != end) RejectValue("the number of a shared text");
     if (index >= reading_.shared_strings->size()) {
-      throw XmlError(fmt::format("cell {} has shared text {}, and there are {}", CellText(), index,
-                                 reading_.shared_strings->size()));
+      throw XmlError(fmt::format("cell {} refers to shared text {}, but there are only {}",
+                                 CellText(), index, reading_.shared_strings->size()));
     }
     const Text& text = (*reading_.shared_strings)[index];
     CheckLength(text->size());
@@ -180,9 +181,8 @@ class SheetReader {
 
   void CheckLength(std::size_t length) const {
     if (length > kLongestText) {
-      throw XmlError(
-          fmt::format("the text of cell {} has {} characters, and at most {} are allowed",
-                      CellText(), length, kLongestText));
+      throw XmlError(fmt::format("the text of cell {} has {} characters; at most {} are allowed",
+                                 CellText(), length, kLongestText));
     }
   }
 
@@ -233,7 +233,7 @@ class SheetReader {
     return *range;
   }
 
-  /// A cell of a shared formula without a text of its own.
+  /// A cell of a shared formula without its own text.
   void AddMember(std::optional<std::uint32_t> shared_index) {
     if (!shared_index) {
       workbook_.unreadable_formulas.push_back(Address());
@@ -246,7 +246,7 @@ class SheetReader {
     workbook_.formulas.push_back({Address(), shared.text, shared.origin, std::nullopt});
   }
 
-  /// Members that stand before the cell with the text; those whose text never came are unreadable.
+  /// Cells that come before the cell with the text; if the text never comes, they are unreadable.
   void ResolveEarlyMembers() {
     std::vector<FormulaCell>& formulas = workbook_.formulas;
     std::vector<bool> dropped;

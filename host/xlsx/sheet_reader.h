@@ -1,5 +1,5 @@
 #pragma once
-// Reading one sheet part into the workbook.
+// Reads one sheet part into the workbook.
 
 #include <cstdint>
 #include <string_view>
@@ -9,11 +9,11 @@
 
 namespace zavhost {
 
-/// What is common to the sheets of one workbook while they are read.
+/// The data that the sheets of one workbook share while they are read.
 struct SheetReading {
   Workbook* workbook = nullptr;
   const std::vector<Text>* shared_strings = nullptr;
-  std::uint64_t cells_left = 0;  // stored cells and cells of array formulas
+  std::uint64_t cells_left = 0;  // of stored cells and cells of array formulas
 };
 
 /// Reads values, formulas and protection of sheet number `sheet`. Throws XmlError and

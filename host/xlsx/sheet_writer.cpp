@@ -15,7 +15,7 @@ namespace {
 
 using Event = XmlReader::Event;
 
-/// A value as a cell stores it: the cell's `t` attribute (empty: none) and the content of v.
+/// A value as stored in a cell: the cell's `t` attribute (empty: none) and the content of v.
 struct StoredValue {
   std::string type;
   std::string content;
@@ -46,7 +46,7 @@ StoredValue Store(const Value& value) {
   return stored;
 }
 
-/// The prefix of a name with its colon: "x:" of "x:row".
+/// The prefix of a name with its colon: "x:" in "x:row".
 std::string_view PrefixOf(std::string_view qualified_name) {
   return qualified_name.substr(0, qualified_name.rfind(':') + 1);
 }
@@ -66,7 +66,7 @@ class SheetRewriter {
   }
 
  private:
-  /// Notes which of the cells and their rows the part has. A file may hold them in any order.
+  /// Notes which of the cells and rows exist in the part. A file may have them in any order.
   void FindPresentCells() {
     XmlReader reader(xml_);
     SheetPositions positions;
@@ -92,7 +92,7 @@ class SheetRewriter {
     if (found != cells_.end() && found->row == row) rows_there_.push_back(row);
   }
 
-  /// The index of a cell among those to change, or their number.
+  /// The index of a cell among those to change, or their number if it is not among them.
   std::size_t PlaceOf(const CellPosition& cell) const {
     const auto found = std::lower_bound(cells_.begin(), cells_.end(), cell);
     const bool is_it = found != cells_.end() && *found == cell;
@@ -104,7 +104,7 @@ class SheetRewriter {
     copied_ = place;
   }
 
-  /// Writes an empty-element tag, which the reader is at, as a start tag.
+  /// Writes the reader's current empty-element tag as a start tag.
   void OpenEmptyElement() {
     CopyUpTo(reader_.end() - 2);
     out_ += '>';
@@ -132,7 +132,7 @@ class SheetRewriter {
   }
 
   void RewriteRow(std::int32_t row) {
-    // The cells of this row that are to be made, if this is the first element for the row.
+    // The cells to create in this row, if this is the first element for the row.
     std::size_t missing = FirstMissing({row, 0});
     const bool has_missing = missing < cells_.size() && cells_[missing].row == row;
     const CellPosition row_end{row, kSheetColumns};
@@ -160,7 +160,7 @@ class SheetRewriter {
     if (has_missing) AddCells(missing, row_end);
   }
 
-  /// The first cell from `from` on that the part does not have yet.
+  /// The first cell from `from` on that does not exist in the part yet.
   std::size_t FirstMissing(const CellPosition& from) const {
     auto place = static_cast<std::size_t>(std::lower_bound(cells_.begin(), cells_.end(), from) -
                                           cells_.begin());
@@ -168,7 +168,7 @@ class SheetRewriter {
     return place;
   }
 
-  /// Makes the missing cells before `end` in its row, beginning with number `place`.
+  /// Creates the missing cells before `end` in its row, starting with number `place`.
   void AddCells(std::size_t& place, const CellPosition& end) {
     for (; place < cells_.size() && cells_[place] < end; ++place) {
       if (is_there_[place]) continue;
@@ -177,7 +177,7 @@ class SheetRewriter {
     }
   }
 
-  /// Makes rows that the part does not have, up to `end`, with their cells.
+  /// Creates the missing rows up to `end`, with their cells.
   void AddRowsBefore(std::int32_t end) {
     while (next_row_place_ < cells_.size() && cells_[next_row_place_].row < end) {
       const std::int32_t row = cells_[next_row_place_].row;
@@ -209,7 +209,7 @@ class SheetRewriter {
                         prefix_);
   }
 
-  /// At the start of a cell: writes it with its new value.
+  /// At the start of a cell: writes the cell with its new value.
   void RewriteCell(const CellPosition& cell) {
     const StoredValue stored = Store(sheet_.At(cell.row, cell.column));
     const std::string name(reader_.qualified_name());
@@ -224,7 +224,7 @@ class SheetRewriter {
       out_ += fmt::format("</{}>", name);
       return;
     }
-    // The value's place is behind the formula; without one it comes first.
+    // The value comes after the formula; without a formula it comes first.
     std::size_t value_place = out_.size();
     for (Event event = reader_.Next(); event != Event::kEnd; event = reader_.Next()) {
       if (event != Event::kStart) continue;
@@ -244,7 +244,7 @@ class SheetRewriter {
     CopyUpTo(reader_.end());
   }
 
-  /// Copies the start tag with its `t` attribute changed, added or taken away.
+  /// Copies the start tag and changes, adds or removes its `t` attribute.
   void RewriteStartTag(std::string_view type) {
     const XmlAttribute* old_type = reader_.FindAttribute("t");
     if (old_type != nullptr) {
@@ -273,14 +273,14 @@ class SheetRewriter {
   std::string_view xml_;
   const Sheet& sheet_;
   const std::vector<CellPosition>& cells_;
-  std::vector<bool> is_there_;            // of cells_: in the part, or made by now
-  std::vector<std::int32_t> rows_there_;  // rows of cells_ that the part has, ascending
+  std::vector<bool> is_there_;            // of cells_: exists in the part, or was already created
+  std::vector<std::int32_t> rows_there_;  // rows of cells_ that exist in the part, ascending
   XmlReader reader_{""};
   SheetPositions positions_;
   std::string prefix_;
   std::string out_;
-  std::size_t copied_ = 0;          // of xml_
-  std::size_t next_row_place_ = 0;  // of cells_: rows before it are done
+  std::size_t copied_ = 0;          // bytes of xml_
+  std::size_t next_row_place_ = 0;  // index in cells_: rows before it are done
 };
 
 }  // namespace

@@ -1,5 +1,5 @@
 #pragma once
-// Putting values into the cells of a sheet part, with every other byte left as it is.
+// Puts values into the cells of a sheet part and leaves every other byte unchanged.
 
 #include <string>
 #include <string_view>
@@ -10,13 +10,13 @@
 
 namespace zavhost {
 
-/// The sheet part `xml` with the sheet's present values in `cells` (ascending by row, then column,
-/// each once). Of a cell that is there its `t` attribute, its v and its is change; a cell that is
-/// not there is made in its place. Throws XmlError.
+/// The sheet part `xml` with the current values of the sheet in `cells` (ascending by row, then
+/// column, each once). In an existing cell, the `t` attribute and the elements v and is change; a
+/// missing cell is created in its place. Throws XmlError.
 std::string RewriteSheet(std::string_view xml, const Sheet& sheet,
                          const std::vector<CellPosition>& cells);
 
-/// A number as XML holds it: the shortest text that reads back as the same number.
+/// A number as XML text: the shortest text that reads back as the same number.
 std::string NumberText(double number);
 
 }  // namespace zavhost

@@ -1,6 +1,6 @@
 #pragma once
-// .xlsx files: reading into a Workbook, and writing recalculated values back into a copy of the
-// file in which everything else stays as it was.
+// .xlsx files: reads them into a Workbook, and writes recalculated values into a copy of the file
+// in which everything else stays unchanged.
 
 #include <cstdint>
 #include <filesystem>
@@ -11,7 +11,7 @@
 
 namespace zavhost {
 
-/// Bounds on what a file may ask of the reader. Beyond them: WorkbookError.
+/// Limits for files; beyond them, the reader throws WorkbookError.
 struct XlsxLimits {
   std::uint64_t file_bytes = 512ull << 20;   // the file itself
   std::uint64_t part_bytes = 256ull << 20;   // one part, unpacked
@@ -20,21 +20,22 @@ struct XlsxLimits {
   std::size_t parts = 10'000;
 };
 
-/// Reads a workbook: values, formulas (shared ones as FormulaCell with one text), array formulas,
-/// defined names. Throws WorkbookError with one clear line for anything that is not a usable file.
+/// Reads a workbook: values, formulas (shared formulas as FormulaCell with one text), array
+/// formulas, defined names. Throws WorkbookError with one clear line for any file that it cannot
+/// use.
 Workbook ReadXlsx(const std::filesystem::path& file, const XlsxLimits& limits = {});
 
-/// Copies `source` to `target` and puts the workbook's present values into the cells listed (for an
-/// array, every cell of its range): only their `t` attribute and `<v>` child change. The two may be
-/// the same file. Writes to a temporary file beside the target first, so that a failure leaves the
-/// target as it was.
+/// Copies `source` to `target` and puts the workbook's current values into the listed cells (for an
+/// array, every cell of its range): only their `t` attribute and `<v>` child change. Both may be
+/// the same file. Writes to a temporary file in the target's folder first, so that a failure leaves
+/// the target unchanged.
 void WriteXlsx(const std::filesystem::path& source, const std::filesystem::path& target,
                const Workbook& workbook, const std::vector<CellAddress>& changed,
                const XlsxLimits& limits = {});
 
-/// Reads comma-separated text (RFC 4180, UTF-8 with or without byte-order mark) as a workbook of
-/// one sheet "Data": numbers become numbers, TRUE/FALSE booleans, error texts errors, "" and NA
-/// blank.
+/// Reads comma-separated text (RFC 4180, UTF-8 with or without byte-order mark) as a workbook with
+/// one sheet "Data": numbers become numbers, TRUE and FALSE booleans, error texts errors, "" and NA
+/// blanks.
 Workbook ReadCsv(const std::filesystem::path& file, const XlsxLimits& limits = {});
 
 }  // namespace zavhost

@@ -13,8 +13,8 @@
 namespace zavhost {
 namespace {
 
-/// The cells to change on each sheet, in the order of the file, array formulas with all their
-/// cells.
+/// The cells to change on each sheet, in the order of the file, including all cells of array
+/// formulas.
 using ChangedCells = std::map<std::uint32_t, std::vector<CellPosition>>;
 
 ChangedCells CollectCells(const Workbook& workbook, const std::vector<CellAddress>& changed) {
@@ -60,7 +60,7 @@ std::string RewriteArchive(std::string_view bytes, const Workbook& workbook,
     if (index >= parts.sheets.size() || index >= workbook.sheets.size() ||
         parts.sheets[index].name != workbook.sheets[index].name() ||
         parts.sheets[index].part.empty()) {
-      throw WorkbookError("its sheets are no longer those that were read");
+      throw WorkbookError("its sheets have changed since it was read");
     }
     RewriteSheetPart(archive, parts.sheets[index], workbook.sheets[index], of_sheet);
   }

@@ -57,7 +57,7 @@ XmlReader::Event XmlReader::Next() {
     literal_text_ = false;
     if (!open_.empty()) return Event::kText;
     for (const char c : text_) {
-      if (!IsWhiteSpace(c)) Fail("text outside of every element");
+      if (!IsWhiteSpace(c)) Fail("text outside the root element");
     }
   }
   begin_ = position_;
@@ -66,7 +66,8 @@ XmlReader::Event XmlReader::Next() {
   return Event::kDone;
 }
 
-/// Reads what begins with "<". False for what is no event: comments and processing instructions.
+/// Reads markup that begins with "<". False for comments and processing instructions, which are not
+/// events.
 bool XmlReader::ReadMarkup(Event& event) {
   const std::string_view rest = document_.substr(position_);
   if (rest.starts_with("<!")) {
@@ -95,8 +96,8 @@ bool XmlReader::ReadDeclaration() {
     SkipMarkup("<!--", "-->");
     return false;
   }
-  if (rest != kLiteral) Fail("it declares a document type, which no workbook needs");
-  if (open_.empty()) Fail("text outside of every element");
+  if (rest != kLiteral) Fail("it declares a document type, which is not allowed in a workbook");
+  if (open_.empty()) Fail("text outside the root element");
   SkipMarkup(kLiteral, "]]>");
   text_ = document_.substr(begin_ + kLiteral.size(), position_ - begin_ - kLiteral.size() - 3);
   literal_text_ = true;
@@ -217,7 +218,7 @@ std::optional<std::uint32_t> XmlReader::NumberAttribute(std::string_view name) c
   std::uint32_t number = 0;
   const auto [end, error] = std::from_chars(raw.data(), raw.data() + raw.size(), number);
   if (error != std::errc() || end != raw.data() + raw.size()) {
-    Fail(fmt::format("attribute '{}' of <{}> is no valid whole number", name, local_name_));
+    Fail(fmt::format("attribute '{}' of <{}> is not a valid whole number", name, local_name_));
   }
   return number;
 }

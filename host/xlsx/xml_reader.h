@@ -1,11 +1,11 @@
 #pragma once
-// A pull reader for the XML of workbook parts. A sheet may hold millions of cells, so no tree is
-// built and nothing is allocated per element; and every event tells where its markup stands, so
-// that the writer can change a cell's value and leave each other byte of the part as it was.
-// Neither is to be had from a tree parser.
+// A pull reader for the XML of workbook parts. A sheet may have millions of cells, so the reader
+// builds no tree and allocates nothing per element. Every event gives the position of its markup,
+// so that the writer can change a cell's value and leave every other byte of the part unchanged. A
+// tree parser offers neither.
 //
-// Workbooks need no document type declarations, so a part with one is refused, and with it every
-// way to make entities expand. Nesting and attributes per element are bounded.
+// Workbooks need no document type declarations, so a part with one is refused, which also rules out
+// the expansion of entities. Nesting and attributes per element are bounded.
 
 #include <cstddef>
 #include <optional>
@@ -16,7 +16,8 @@
 
 namespace zavhost {
 
-/// XML that is not well formed; what() says how, in words that fit behind "part X is damaged: ".
+/// XML that is not well formed; what() describes the fault in words that fit after "part X is
+/// damaged: ".
 class XmlError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -24,7 +25,7 @@ class XmlError : public std::runtime_error {
 
 struct XmlAttribute {
   std::string_view name;  // with its prefix, as written
-  std::string_view raw;   // the value between its quotes, entities and all
+  std::string_view raw;   // the value between its quotes, with its entities
 };
 
 class XmlReader {
@@ -34,37 +35,38 @@ class XmlReader {
   /// `document` is UTF-8 (see DecodeXml) and must outlive the reader.
   explicit XmlReader(std::string_view document);
 
-  /// Moves to the next event; an empty-element tag gives kStart and kEnd. Throws XmlError.
+  /// Moves to the next event; an empty-element tag gives kStart and then kEnd. Throws XmlError.
   Event Next();
 
-  /// Of kStart and kEnd: the element's name without its prefix.
+  /// For kStart and kEnd: the element's name without its prefix.
   std::string_view name() const { return local_name_; }
   std::string_view qualified_name() const { return qualified_name_; }
-  /// Of kStart: an empty-element tag.
+  /// For kStart: whether it is an empty-element tag.
   bool is_empty_element() const { return empty_element_; }
-  /// Elements that are open, the one that starts or ends included.
+  /// The number of open elements, including the one that starts or ends.
   std::size_t depth() const { return open_.size(); }
-  /// Where the event's markup begins and ends in the document, in bytes. kEnd of an empty-element
-  /// tag has the place of the whole tag.
+  /// The start and end of the event's markup in the document, in bytes. kEnd of an empty-element
+  /// tag has the position of the whole tag.
   std::size_t begin() const { return begin_; }
   std::size_t end() const { return position_; }
 
   const std::vector<XmlAttribute>& attributes() const { return attributes_; }
-  /// The raw value of the attribute of exactly this name, with no prefix; null when there is none.
+  /// The raw value of the attribute with exactly this name, without a prefix; null if there is
+  /// none.
   const XmlAttribute* FindAttribute(std::string_view name) const;
-  /// The decoded value of the attribute of exactly this name.
+  /// The decoded value of the attribute with exactly this name.
   std::optional<std::string> Attribute(std::string_view name) const;
-  /// The decoded value of an attribute with this name behind some prefix (r:id by "id").
+  /// The decoded value of an attribute with this name after any prefix (r:id by "id").
   std::optional<std::string> PrefixedAttribute(std::string_view local_name) const;
-  /// The attribute as a whole number; nothing when it is absent. Throws XmlError for other values.
+  /// The attribute as a whole number; nothing if it is absent. Throws XmlError for other values.
   std::optional<std::uint32_t> NumberAttribute(std::string_view name) const;
-  /// The attribute as a boolean ("1", "true", "on"); false when it is absent.
+  /// The attribute as a boolean ("1", "true", "on"); false if it is absent.
   bool BooleanAttribute(std::string_view name) const;
 
   /// At kStart: skips to the element's kEnd.
   void SkipElement();
-  /// At kStart: runs `action` at the kStart of each child of this (local) name, which it must read
-  /// to its kEnd; skips the other children and stops at the element's kEnd.
+  /// At kStart: calls `action` at the kStart of each child with this (local) name, which it must
+  /// read up to its kEnd; skips the other children and stops at the element's kEnd.
   template <typename Action>
   void ForEachChild(std::string_view name, Action action) {
     for (Event event = Next(); event != Event::kEnd; event = Next()) {
@@ -76,10 +78,10 @@ class XmlReader {
       }
     }
   }
-  /// At kStart: appends the element's own text, decoded, to `text` and stops at its kEnd. Text
-  /// inside child elements is left out.
+  /// At kStart: appends the element's own text, decoded, to `text` and stops at its kEnd. Omits
+  /// text inside child elements.
   void ReadText(std::string& text);
-  /// Of kText: appends the text, decoded.
+  /// For kText: appends the text, decoded.
   void AppendText(std::string& text) const;
 
  private:
@@ -104,9 +106,9 @@ class XmlReader {
   std::vector<XmlAttribute> attributes_;
   std::vector<std::string_view> open_;
   bool literal_text_ = false;    // the text is a CDATA section
-  bool empty_element_ = false;   // the tag just read ends its element
+  bool empty_element_ = false;   // the last tag ends its element
   bool end_is_pending_ = false;  // its kEnd comes next
-  bool closes_ = false;          // the event just given was a kEnd whose element is still in open_
+  bool closes_ = false;          // the last event was a kEnd whose element is still in open_
   bool has_root_ = false;
 };
 

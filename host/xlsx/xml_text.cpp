@@ -43,7 +43,7 @@ std::string Utf8FromUtf16Bytes(std::string_view bytes, bool big_endian) {
   return Utf8FromUtf16(units);
 }
 
-/// The encoding that the XML declaration names, in lower case; empty when it names none.
+/// The encoding in the XML declaration, in lower case; empty if there is none.
 std::string DeclaredEncoding(std::string_view text) {
   if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
   if (!text.starts_with("<?xml")) return {};
@@ -71,7 +71,7 @@ void CheckCharacters(std::string_view text) {
   if (!only_ascii && !IsValidUtf8(text)) throw XmlError("it holds bytes that are not UTF-8");
 }
 
-/// The character that the name of an entity stands for, without "&" and ";".
+/// The character for the name of an entity, without "&" and ";".
 std::optional<char32_t> EntityCharacter(std::string_view name) {
   if (name == "amp") return U'&';
   if (name == "lt") return U'<';
@@ -91,7 +91,7 @@ std::optional<char32_t> EntityCharacter(std::string_view name) {
   return static_cast<char32_t>(code);
 }
 
-/// The code unit of an escape _xHHHH_ at the front of `text`.
+/// The code unit of an escape _xHHHH_ at the start of `text`.
 template <typename Char>
 std::optional<char16_t> EscapedUnit(std::basic_string_view<Char> text) {
   if (text.size() < 7 || text[0] != '_' || text[1] != 'x' || text[6] != '_') return std::nullopt;
@@ -118,7 +118,7 @@ DecodedXml DecodeXml(std::string bytes) {
   if (decoded.encoding == XmlEncoding::kUtf8) {
     const std::string declared = DeclaredEncoding(bytes);
     if (!declared.empty() && declared != "utf-8" && declared != "us-ascii") {
-      throw XmlError(fmt::format("it is written in '{}', and only UTF-8 and UTF-16 are read",
+      throw XmlError(fmt::format("it is encoded in '{}'; only UTF-8 and UTF-16 are supported",
                                  Printable(declared)));
     }
     decoded.text = std::move(bytes);

@@ -35,8 +35,8 @@ std::uint64_t LittleEndian(std::string_view bytes, std::size_t offset, std::size
   return value;
 }
 
-/// The largest number of parts that an end record in the archive's tail declares. libzip makes room
-/// for all of them before anything can be asked, so this comes first.
+/// The largest number of parts that an end record at the end of the archive declares. libzip
+/// allocates memory for all of them before it answers any question, so this check comes first.
 std::uint64_t DeclaredParts(std::string_view bytes) {
   std::uint64_t most = 0;
   const std::size_t tail = std::min(bytes.size(), kEndRecordSize + kLargestComment);
@@ -52,7 +52,7 @@ std::uint64_t DeclaredParts(std::string_view bytes) {
         directory_size = LittleEndian(bytes, large + 40, 8);
       }
     }
-    // Packed data may look like an end record; a true one agrees with itself.
+    // Compressed data may look like an end record; a real one is consistent.
     if (parts <= bytes.size() / kDirectoryEntrySize &&
         parts * kDirectoryEntrySize <= directory_size) {
       most = std::max(most, parts);
@@ -78,7 +78,8 @@ void CheckKind(std::string_view bytes) {
       throw WorkbookError(fmt::format("part '{}' is protected by a password", name));
     case ZIP_ER_COMPNOTSUPP:
     case ZIP_ER_ENCRNOTSUPP:
-      throw WorkbookError(fmt::format("part '{}' is packed by a method that is not read", name));
+      throw WorkbookError(
+          fmt::format("part '{}' uses a compression method that is not supported", name));
     case ZIP_ER_CRC:
       throw WorkbookError(fmt::format("part '{}' is damaged: its checksum is wrong", name));
     default:
@@ -86,9 +87,10 @@ void CheckKind(std::string_view bytes) {
   }
 }
 
-/// A source over a copy of the bytes that it owns: libzip 1.7.3 frees a buffer of its caller's when
-/// it writes an archive whose beginning stays as it was.
+/// A source that owns a copy of the bytes: libzip 1.7.3 frees its caller's buffer when it writes an
+/// archive whose beginning is unchanged.
 zip_source_t* MakeSource(std::string_view bytes) {
+  // NOLINTBEGIN(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory): libzip calls free().
   void* copy = std::malloc(bytes.size());
   if (copy == nullptr) throw std::bad_alloc();
   std::memcpy(copy, bytes.data(), bytes.size());
@@ -97,6 +99,7 @@ zip_source_t* MakeSource(std::string_view bytes) {
     std::free(copy);
     throw std::bad_alloc();
   }
+  // NOLINTEND(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory)
   return source;  // NOLINT(clang-analyzer-unix.Malloc): the source frees it
 }
 
@@ -108,7 +111,7 @@ struct FileCloser {
 
 struct ZipArchive::Handle {
   zip_t* archive = nullptr;
-  zip_source_t* source = nullptr;  // kept, to be read after the archive is closed
+  zip_source_t* source = nullptr;  // kept for reading after the archive is closed
 
   ~Handle() {
     if (archive != nullptr) zip_discard(archive);
@@ -122,13 +125,13 @@ ZipArchive::ZipArchive(std::string_view bytes, const XlsxLimits& limits)
   const std::uint64_t declared = DeclaredParts(bytes);
   if (declared > limits_.parts) {
     throw WorkbookError(
-        fmt::format("it has {} parts, and at most {} are read", declared, limits_.parts));
+        fmt::format("it has {} parts; at most {} are allowed", declared, limits_.parts));
   }
   handle_->source = MakeSource(bytes);
   zip_source_keep(handle_->source);
   handle_->archive = zip_open_from_source(handle_->source, 0, nullptr);
   if (handle_->archive == nullptr) {
-    zip_source_free(handle_->source);  // the reference that the archive would have taken
+    zip_source_free(handle_->source);  // the archive would have taken this reference
     throw WorkbookError("the file is damaged or cut short: its list of parts cannot be read");
   }
   IndexParts();
@@ -140,7 +143,7 @@ void ZipArchive::IndexParts() {
   const auto count = static_cast<std::uint64_t>(zip_get_num_entries(handle_->archive, 0));
   if (count > limits_.parts) {
     throw WorkbookError(
-        fmt::format("it has {} parts, and at most {} are read", count, limits_.parts));
+        fmt::format("it has {} parts; at most {} are allowed", count, limits_.parts));
   }
   for (std::uint64_t i = 0; i < count; ++i) {
     const char* name = zip_get_name(handle_->archive, i, ZIP_FL_ENC_GUESS);
@@ -166,11 +169,11 @@ std::string ZipArchive::Read(std::string_view part) {
   const std::uint64_t index = Find(part);
   const auto check_size = [&](std::uint64_t size) {
     if (size > limits_.part_bytes) {
-      throw WorkbookError(fmt::format("part '{}' is too large: at most {} MB are unpacked",
-                                      Printable(part), limits_.part_bytes >> 20));
+      throw WorkbookError(fmt::format("part '{}' is too large: the limit is {} MB", Printable(part),
+                                      limits_.part_bytes >> 20));
     }
     if (size > limits_.total_bytes - unpacked_) {
-      throw WorkbookError(fmt::format("its parts are too large: at most {} MB are unpacked",
+      throw WorkbookError(fmt::format("its parts are too large: the limit is {} MB in all",
                                       limits_.total_bytes >> 20));
     }
   };
@@ -181,7 +184,7 @@ std::string ZipArchive::Read(std::string_view part) {
   const std::unique_ptr<zip_file_t, FileCloser> file(zip_fopen_index(handle_->archive, index, 0));
   if (!file) ThrowPartError(part, zip_error_code_zip(zip_get_error(handle_->archive)));
   std::string content;
-  std::vector<char> chunk(256 * 1024);
+  std::vector<char> chunk(std::size_t{256} * 1024);
   while (true) {
     const zip_int64_t got = zip_fread(file.get(), chunk.data(), chunk.size());
     if (got < 0) ThrowPartError(part, zip_error_code_zip(zip_file_get_error(file.get())));
@@ -206,7 +209,7 @@ void ZipArchive::Replace(std::string_view part, std::string content) {
     throw WorkbookError(fmt::format("part '{}' cannot be replaced", Printable(part)));
   }
   zip_set_file_compression(handle_->archive, index, ZIP_CM_DEFLATE, 0);
-  // The same values give the same bytes, whenever they are written.
+  // A fixed time, so that the same values give the same bytes.
   if (has_stat && (stat.valid & ZIP_STAT_MTIME) != 0) {
     zip_file_set_mtime(handle_->archive, index, stat.mtime, 0);
   }
@@ -214,7 +217,7 @@ void ZipArchive::Replace(std::string_view part, std::string content) {
 
 std::string ZipArchive::Finish() {
   if (zip_close(handle_->archive) != 0) {
-    throw WorkbookError(fmt::format("the workbook cannot be packed again: {}",
+    throw WorkbookError(fmt::format("the workbook cannot be compressed again: {}",
                                     zip_error_strerror(zip_get_error(handle_->archive))));
   }
   handle_->archive = nullptr;
@@ -222,13 +225,13 @@ std::string ZipArchive::Finish() {
   zip_stat_init(&stat);
   if (zip_source_stat(handle_->source, &stat) != 0 || (stat.valid & ZIP_STAT_SIZE) == 0 ||
       zip_source_open(handle_->source) != 0) {
-    throw WorkbookError("the workbook cannot be packed again");
+    throw WorkbookError("the workbook cannot be compressed again");
   }
   std::string packed(stat.size, '\0');
   const zip_int64_t got = zip_source_read(handle_->source, packed.data(), packed.size());
   zip_source_close(handle_->source);
   if (got != static_cast<zip_int64_t>(packed.size())) {
-    throw WorkbookError("the workbook cannot be packed again");
+    throw WorkbookError("the workbook cannot be compressed again");
   }
   return packed;
 }

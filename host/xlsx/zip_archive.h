@@ -1,6 +1,6 @@
 #pragma once
-// A zip archive in memory: parts unpacked within bounds, and parts replaced in a copy in which the
-// others keep their packed bytes.
+// A zip archive in memory: unpacks parts within limits, and replaces parts in a copy in which the
+// others keep their compressed bytes.
 
 #include <cstdint>
 #include <memory>
@@ -15,20 +15,20 @@ namespace zavhost {
 
 class ZipArchive {
  public:
-  /// Throws WorkbookError when the bytes are no zip archive that can be used.
+  /// Throws WorkbookError if the bytes are not a usable zip archive.
   ZipArchive(std::string_view bytes, const XlsxLimits& limits);
   ~ZipArchive();
   ZipArchive(const ZipArchive&) = delete;
   ZipArchive& operator=(const ZipArchive&) = delete;
 
-  /// Part names are compared without regard to ASCII letter case; "\" is "/", as some writers have
-  /// it.
+  /// Part names are compared without regard to ASCII letter case; "\" counts as "/", since some
+  /// writers use it.
   bool Has(std::string_view part) const;
-  /// Unpacks a part. Throws WorkbookError when it is missing, damaged, protected or too large;
-  /// unpacking stops at the limit, whatever size the archive declares.
+  /// Unpacks a part. Throws WorkbookError if it is missing, damaged, protected or too large.
+  /// Unpacking stops at the limit, whatever size the archive declares.
   std::string Read(std::string_view part);
   void Replace(std::string_view part, std::string content);
-  /// The archive with the parts replaced. The object is of no further use.
+  /// The archive with the replaced parts. The object cannot be used afterwards.
   std::string Finish();
 
  private:

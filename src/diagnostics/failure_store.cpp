@@ -10,7 +10,7 @@ FailureStore::FailureStore(std::uint32_t last_number)
     : lock_(u"ZavrelFuncs failure store"), last_number_(last_number) {}
 
 std::uint32_t FailureStore::Record(const VekException& failure) {
-  VekException copy = failure;  // before anything changes, since this may lack memory
+  VekException copy = failure;  // before anything changes, since copying may run out of memory
   const std::lock_guard guard(lock_);
   if (++last_number_ == 0) ++last_number_;
   Slot& slot = slots_[last_number_ % kCapacity];

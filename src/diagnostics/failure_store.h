@@ -1,5 +1,5 @@
 #pragma once
-// The last failures, kept for whoever asks by number.
+// Keeps the latest failures for later requests by number.
 
 #include <array>
 #include <cstdint>
@@ -10,22 +10,22 @@
 
 namespace zavrel {
 
-/// A ring of the 100 latest failures. Numbers start at 1 and are never 0, so 0 can mean success.
-/// May be used from several threads at once.
+/// A ring of the 100 latest failures. Their numbers start at 1 and are never 0, so 0 can mean
+/// success. Thread-safe.
 class FailureStore {
  public:
   static constexpr std::uint32_t kCapacity = 100;
-  /// As much of a number as an automation error value has room for.
+  /// The part of a number that fits into an automation error value.
   static constexpr std::uint32_t kShortNumber = 0xFFFF;
 
-  /// `last_number`: the number after which counting goes on.
+  /// `last_number`: counting continues after this number.
   explicit FailureStore(std::uint32_t last_number = 0);
 
-  /// Keeps a copy, over the failure of 100 numbers ago, and returns its number.
+  /// Stores a copy, which replaces the failure from 100 numbers before, and returns its number.
   std::uint32_t Record(const VekException& failure);
-  /// Nothing when the number was never given or has been overwritten. What an error value has kept
-  /// of a number, its last 16 bits, finds the failure as well; all bits of an earlier one come
-  /// first.
+  /// Nothing if the number was never assigned or has been overwritten. The last 16 bits of a
+  /// number, which an error value keeps, also find the failure; a failure whose full number matches
+  /// takes precedence.
   std::optional<VekException> Find(std::uint32_t number) const;
 
  private:

@@ -17,9 +17,9 @@ constexpr auto kWakePeriod = std::chrono::milliseconds(1);
 constexpr auto kFlushPeriod = std::chrono::milliseconds(500);
 
 std::unique_ptr<LogFile>& SessionLog() {
-  // Never destroyed: a process that ends without closing the session has no flush thread left to
-  // wait for.
-  static auto* log = new std::unique_ptr<LogFile>;
+  // Never destroyed: in a process that ends without closing the session, there is no flush thread
+  // left to wait for.
+  static auto* log = new std::unique_ptr<LogFile>;  // NOLINT(cppcoreguidelines-owning-memory)
   return *log;
 }
 
@@ -54,14 +54,14 @@ void LogFile::Write(std::initializer_list<std::string_view> parts) noexcept {
       unflushed_ = true;
     else
       file_.flush();
-  } catch (...) {  // a log never disturbs what it logs
+  } catch (...) {  // logging must never disturb the logged operation
   }
 }
 
 void LogFile::StartFlushing() {
   try {
     thread_ = std::thread([this] { FlushUntilClosed(); });
-  } catch (const std::system_error&) {  // no thread to be had: each write flushes
+  } catch (const std::system_error&) {  // no thread is available: each write flushes
     return;
   }
   while (!thread_runs_) std::this_thread::yield();
@@ -111,7 +111,7 @@ void ScopedTrace::Enter() noexcept {
     log->Write({"===== ", operation_, " (", detail_, ") enter =====\n"});
 }
 
-// Asks for the log anew: the operation may have been the one that closes it.
+// Asks for the log again, since the operation itself may have closed it.
 ScopedTrace::~ScopedTrace() {
   LogFile* log = entered_ ? EnabledLog() : nullptr;
   if (log == nullptr) return;
@@ -126,7 +126,7 @@ void ScopedTrace::SetResult(std::string_view result) noexcept {
   try {
     result_ = result;
     has_result_ = true;
-  } catch (...) {  // the exit line goes without it
+  } catch (...) {  // the exit line has no detail then
   }
 }
 

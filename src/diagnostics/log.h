@@ -1,6 +1,6 @@
 #pragma once
-// The diagnostic log: a text file in the temporary folder, written only where a user put the marker
-// file "BrennicLoggingDetail.txt" beside it.
+// The diagnostic log: a text file in the temporary folder, written only if a user put the marker
+// file "BrennicLoggingDetail.txt" into that folder.
 
 #include <atomic>
 #include <filesystem>
@@ -14,17 +14,17 @@
 
 namespace zavrel {
 
-/// One log file, from opening to closing. Text is UTF-8 with plain line feeds. Every write may come
-/// from any thread; a log that is disabled, or whose file cannot be written, swallows all of them.
+/// One log file, from opening to closing. Its text is UTF-8 with plain line feeds. Any thread may
+/// write; a log that is disabled, or whose file cannot be written, ignores all writes.
 class LogFile {
  public:
   enum class Flush {
-    kEachWrite,     // nothing is lost when the process dies
+    kEachWrite,     // nothing is lost if the process dies
     kInBackground,  // a thread flushes at most every 500 ms; at most that much is lost
   };
 
-  /// Starts "<name>.log" in the folder afresh: an old one is deleted, even when the log is
-  /// disabled. The first line is the local time.
+  /// Starts a new "<name>.log" in the folder. An old file is deleted, even if the log is disabled.
+  /// The first line is the local time.
   LogFile(const std::filesystem::path& folder, std::string_view name, Flush flush);
   /// Ends the thread, flushes and closes.
   ~LogFile();
@@ -34,7 +34,7 @@ class LogFile {
   const std::filesystem::path& path() const { return path_; }
   bool enabled() const { return enabled_; }
 
-  /// Appends the parts as they are, together; a line brings its own "\n".
+  /// Appends the parts unchanged in one write; each line has its own "\n".
   void Write(std::initializer_list<std::string_view> parts) noexcept;
   void Write(std::string_view text) noexcept { Write({text}); }
 
@@ -52,24 +52,25 @@ class LogFile {
   std::thread thread_;
 };
 
-/// Makes this the session's log, with a background flush when it is enabled; closes the one before.
+/// Makes this the session's log, flushed in the background if it is enabled; closes the previous
+/// log.
 LogFile& OpenLog(const std::filesystem::path& folder, std::string_view name);
 void CloseLog();
-/// The session's log; null when there is none.
+/// The session's log; null if there is none.
 LogFile* CurrentLog();
 
-/// The session's log when it is there and enabled, else null: what a writer asks for before it goes
-/// to the trouble of composing a line. Costs next to nothing.
+/// The session's log if it exists and is enabled, otherwise null. Writers call this function, which
+/// costs next to nothing, before they compose a line.
 LogFile* EnabledLog();
 
-/// Brackets an operation in the session's log, from construction to destruction.
+/// Traces an operation in the session's log: its start at construction, its end at destruction.
 class ScopedTrace {
  public:
   /// `operation` must outlive the trace.
   explicit ScopedTrace(std::string_view operation) noexcept : operation_(operation) {
     if (EnabledLog() != nullptr) Enter();
   }
-  /// `compose` gives the detail as UTF-8 text and is only called when the log is enabled.
+  /// `compose` returns the detail as UTF-8 text and is called only if the log is enabled.
   template <typename Compose>
   requires std::is_invocable_r_v<std::string, Compose> ScopedTrace(std::string_view operation,
                                                                    Compose&& compose)
@@ -82,9 +83,9 @@ class ScopedTrace {
   ScopedTrace(const ScopedTrace&) = delete;
   ScopedTrace& operator=(const ScopedTrace&) = delete;
 
-  /// True when the trace is written: ask before composing a result.
+  /// True if the trace is written; check this before composing a result.
   bool active() const { return entered_; }
-  /// The exit line tells this result.
+  /// Adds this result to the exit line.
   void SetResult(std::string_view result) noexcept;
 
  private:
@@ -93,7 +94,7 @@ class ScopedTrace {
   void EnterWith(Compose&& compose) noexcept {
     try {
       detail_ = compose();
-    } catch (...) {  // the trace goes without its detail
+    } catch (...) {  // the trace has no detail then
     }
     Enter();
   }

@@ -1,6 +1,6 @@
 #pragma once
-// Formatted lines for the session's log. Apart from log.h, so that only code that formats pays for
-// the formatting library's headers.
+// Formatted lines for the session's log. Separate from log.h, so that only code that formats
+// includes the formatting library's headers.
 
 #include <fmt/format.h>
 
@@ -10,16 +10,16 @@
 
 namespace zavrel {
 
-/// Appends one formatted text to the session's log when it is enabled; the format brings its own
-/// "\n". Wide text and paths go through Utf8FromUtf16 and Utf8FromPath, which a caller on a hot
-/// path does only after asking EnabledLog().
+/// Appends one formatted text to the session's log if it is enabled; the format has its own "\n".
+/// Callers convert wide text and paths with Utf8FromUtf16 and Utf8FromPath, on hot paths only after
+/// checking EnabledLog().
 template <typename... Arguments>
 void LogLine(fmt::format_string<Arguments...> format, Arguments&&... arguments) noexcept {
   LogFile* log = EnabledLog();
   if (log == nullptr) return;
   try {
     log->Write(fmt::format(format, std::forward<Arguments>(arguments)...));
-  } catch (...) {  // a log never disturbs what it logs
+  } catch (...) {  // logging must never disturb the logged operation
   }
 }
 

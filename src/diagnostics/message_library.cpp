@@ -21,11 +21,11 @@ std::u16string ArgumentText(const MessageArgument& argument) {
 }
 
 struct Placeholder {
-  std::size_t index;   // of the argument, from 0
+  std::size_t index;   // of the argument, starting at 0
   std::size_t length;  // of the placeholder, braces included
 };
 
-// The placeholder at the front of text, if one of `count` arguments stands there.
+// The placeholder at the start of text, if it refers to one of `count` arguments.
 std::optional<Placeholder> PlaceholderAt(std::u16string_view text, std::size_t count) {
   std::size_t number = 0;
   std::size_t at = 1;

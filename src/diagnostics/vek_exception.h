@@ -1,6 +1,6 @@
 #pragma once
-// The family of all failures that the library throws. They are thrown and caught by value; a caller
-// catches by kind. Members differ in nothing but their class and its name.
+// The family of all failures that the library throws. They are thrown and caught by value; callers
+// catch them by kind. The members differ only in their class and its name.
 
 #include <cstdint>
 #include <string>
@@ -11,7 +11,7 @@
 
 namespace zavrel {
 
-/// A value that is inserted into a message text.
+/// A value to insert into a message text.
 using MessageArgument = std::variant<std::int64_t, double, std::u16string>;
 using MessageArguments = std::vector<MessageArgument>;
 
@@ -20,10 +20,10 @@ inline constexpr std::int32_t kNoMessage = -1;
 /// Root of the family.
 class VekException {
  public:
-  /// A failure that names nothing: both names empty, no message.
+  /// A failure without details: both names are empty, and there is no message.
   VekException() = default;
-  /// `place` is the operation that failed, "ClassName::MethodName"; `message_id` is the message's
-  /// number in the message library, and `arguments` stand for its placeholders {1}, {2}, ...
+  /// `place` is the operation that failed, "ClassName::MethodName". `message_id` is the number of
+  /// the message in the message library, and `arguments` replace its placeholders {1}, {2}, ...
   explicit VekException(std::string_view place, std::int32_t message_id = kNoMessage,
                         MessageArguments arguments = {})
       : VekException(ClassName{u"VekException"}, place, message_id, std::move(arguments)) {}
@@ -51,7 +51,7 @@ class VekException {
   MessageArguments arguments_;
 };
 
-// A kind that callers catch and that is only thrown through one of its members.
+// A kind that callers catch; only its members are thrown.
 #define ZAV_VEK_KIND(name, base)                                                \
   class name : public base {                                                    \
    protected:                                                                   \
@@ -60,7 +60,7 @@ class VekException {
         : base(class_name, place, message_id, std::move(arguments)) {}          \
   }
 
-// A member, which passes its own name on; its constructor is the root's.
+// A member, which passes on its own name and inherits the root's constructor.
 #define ZAV_VEK_MEMBER(name, base)                                               \
   class name : public base {                                                     \
    public:                                                                       \

@@ -40,8 +40,8 @@ class [[nodiscard]] OrFailure {
  public:
   // Implicit, so that a function can return either directly.
   OrFailure(T value) : content_(std::move(value)) {}  // NOLINT(google-explicit-constructor)
-  OrFailure(Failure failure)
-      : content_(std::move(failure)) {}  // NOLINT(google-explicit-constructor)
+  OrFailure(Failure failure)                          // NOLINT(google-explicit-constructor)
+      : content_(std::move(failure)) {}
 
   bool ok() const { return content_.index() == 0; }
   const Failure& failure() const { return std::get<1>(content_); }

@@ -1,5 +1,6 @@
 #include "excel/result_holder.h"
 
+#include <memory>
 #include <new>
 #include <optional>
 
@@ -14,7 +15,9 @@ struct Holder {
   XXloper result;
 };
 
-void DestroyHolder(void* holder) { delete static_cast<Holder*>(holder); }
+void DestroyHolder(void* holder) {
+  const std::unique_ptr<Holder> owned(static_cast<Holder*>(holder));
+}
 
 // Opened and closed on Excel's main thread while no worksheet function runs. Not destroyed when the
 // library is unloaded: the system's thread storage may be gone by then.
@@ -25,10 +28,8 @@ std::optional<ThreadSlot>& Slot() {
 
 Holder* HolderOfThread(ThreadSlot& slot) noexcept {
   if (void* holder = slot.Get()) return static_cast<Holder*>(holder);
-  auto* holder = new (std::nothrow) Holder;
-  if (holder == nullptr || slot.Set(holder)) return holder;
-  delete holder;
-  return nullptr;
+  std::unique_ptr<Holder> holder(new (std::nothrow) Holder);
+  return holder != nullptr && slot.Set(holder.get()) ? holder.release() : nullptr;
 }
 
 // A function of the C API returns a non-const pointer, but Excel only reads the record.

@@ -50,6 +50,8 @@ class Session {
   /// Unregisters everything and ends the session. Does nothing if none is open.
   static void Close() noexcept;
 
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
   ~Session();
 
   /// Replaces an earlier announcement of the same application and registers afresh. An id without a
@@ -87,8 +89,6 @@ class Session {
 
  private:
   Session(AddIn add_in, SessionServices services);
-  Session(const Session&) = delete;
-  Session& operator=(const Session&) = delete;
   void RegisterFor(std::uint32_t application_mask);
   void UnregisterAll();
   void RememberLanguage(const ApplicationRecord& record) noexcept;

@@ -45,8 +45,8 @@ ObservationBits CompleteObservations(std::span<const ScannedVariable> variables,
   return complete;
 }
 
-/// Leaves the complete observations, as far as the first variable goes. They are copied into
-/// `storage` unless that is all there are.
+/// Keeps only the complete observations, up to the length of the first variable. Copies them into
+/// `storage` unless all observations are complete.
 void DeleteListwise(std::vector<ScannedVariable>& variables, Looked looked,
                     const AssociationKernels& kernels, Columns& storage) {
   if (std::none_of(variables.begin(), variables.end(),
@@ -86,7 +86,7 @@ Orders OrdersOf(std::span<const ScannedVariable> variables) {
   return orders;
 }
 
-/// Variables without gaps become their ranks.
+/// Replaces variables without gaps by their ranks.
 void ReplaceByRanks(std::vector<ScannedVariable>& variables, const Orders& orders,
                     const AssociationKernels& kernels, Columns& storage) {
   std::vector<std::size_t> whole;
@@ -103,7 +103,7 @@ void ReplaceByRanks(std::vector<ScannedVariable>& variables, const Orders& order
   for (std::size_t w = 0; w < whole.size(); ++w) variables[whole[w]] = ranks[w];
 }
 
-/// True when what was presumed of a variable that nobody looked at cannot be relied on.
+/// True if the assumptions about a variable that was not examined may be wrong.
 bool CalculateWholePairs(std::span<const ScannedVariable> variables, PairOptions options,
                          const AssociationKernels& kernels, DoubleMatrix& matrix) {
   WholeVariables moderate;
@@ -119,7 +119,7 @@ bool CalculateWholePairs(std::span<const ScannedVariable> variables, PairOptions
   return pairs.left_normal_range;
 }
 
-/// Whether a variable that nobody looked at has values as large as a gap's marker.
+/// Whether a variable that was not examined has values as large as the marker of a gap.
 bool MayHideGaps(std::span<const ScannedVariable> variables, const Orders& orders) {
   for (std::size_t c = 0; c < variables.size(); ++c) {
     const std::span<const std::uint32_t> order = orders[c].elements();
@@ -129,7 +129,7 @@ bool MayHideGaps(std::span<const ScannedVariable> variables, const Orders& order
   return false;
 }
 
-/// Nothing when one must look everywhere.
+/// Nothing if all variables must be examined.
 std::optional<AssociationResult> Calculate(const AssociationOptions& options,
                                            std::span<const VariableColumn> variables, Looked looked,
                                            const AssociationKernels& kernels) {

@@ -1,26 +1,29 @@
 #pragma once
-// Sums over observations, four columns at a time, in a form for each instruction set. Every sum
-// runs in observation order and nothing is fused, so that all forms give the same bits.
+// Sums over observations, four columns at a time, in one version for each instruction set. Every
+// sum runs in observation order and nothing is fused, so all versions give the same bits.
 
 #include <cstddef>
 #include <cstdint>
 
 namespace zavrel {
 
-/// Columns that are worked on together; "packed" columns lie row by row, kGroup values each.
+/// The number of columns that are processed together. "Packed" columns are stored row by row, with
+/// kGroup values in each row.
 inline constexpr std::size_t kGroup = 4;
-/// Groups that are summed at a time: enough streams for the processor to fetch ahead of all.
+/// The number of groups that are summed at a time. The processor can still prefetch this many
+/// streams.
 inline constexpr std::size_t kMostSummed = 4;
-/// Groups that one more is multiplied with at a time.
+/// The number of groups by which another group is multiplied at a time.
 inline constexpr std::size_t kMostGroups = 3;
 
-/// Below this nothing that is summed here overflows.
+/// Below this limit, no sum here overflows.
 inline constexpr double kModerateLimit = 1e70;
-/// When all are 0 or at least this, nothing underflows: a deviation that is not 0 is above 1e-76.
+/// If all values are 0 or at least this, nothing underflows: a deviation other than 0 exceeds
+/// 1e-76.
 inline constexpr double kModerateFloor = 1e-50;
 
-/// The pairs of a packed group's columns with one more column, over the observations that both
-/// have. Means come first; the rest is of deviations from them.
+/// The pairs of a packed group's columns with another column, over their common observations. The
+/// means are computed first, and everything else from deviations.
 struct GappedPairs {
   double mean_x[kGroup];
   double mean_y[kGroup];
@@ -35,17 +38,17 @@ struct GappedPairs {
 };
 
 struct AssociationKernels {
-  /// Sums of `groups` (up to kMostSummed) times kGroup columns.
+  /// Sums of up to kMostSummed `groups` of kGroup columns each.
   void (*sum_columns)(const double* const* columns, std::size_t groups, std::size_t rows,
                       double* sums);
-  /// Packs deviations of kGroup columns from their means.
+  /// Packs the deviations of kGroup columns from their means.
   void (*pack_deviations)(const double* const* columns, std::size_t rows, const double* means,
                           double* packed);
-  /// products[i][j] += a[r][i] b[r][j] for a packed group and 1, 2 or 3 others; `stride` from one
-  /// row of products to the next.
+  /// products[i][j] += a[r][i] b[r][j] for a packed group and 1, 2 or 3 others. `stride` is the
+  /// distance between rows of products.
   void (*add_products[kMostGroups])(const double* a, const double* const* b, std::size_t rows,
                                     double* products, std::size_t stride);
-  /// Adds to counts and sums what both have: neither is `missing`.
+  /// Adds the observations in which neither value is `missing` to counts and sums.
   void (*add_gapped_values)(const double* packed, const double* y, std::size_t rows, double missing,
                             GappedPairs* pairs);
   /// Adds to the sums of deviations.
@@ -54,9 +57,9 @@ struct AssociationKernels {
 };
 
 const AssociationKernels& BaselineAssociationKernels() noexcept;
-/// To be called only where the processor has AVX2.
+/// May be called only if the processor has AVX2.
 const AssociationKernels& Avx2AssociationKernels() noexcept;
-/// The fastest form that this processor can run.
+/// The fastest version that this processor can run.
 const AssociationKernels& ChosenAssociationKernels() noexcept;
 
 }  // namespace zavrel

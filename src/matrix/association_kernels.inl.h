@@ -1,7 +1,7 @@
-// The kernels for vectors of kWidth doubles; no include guard. Whoever includes this defines
-// ZAV_VECTOR_WIDTH and gets them with internal linkage: compiled for two instruction sets, no
-// function may be one that the linker keeps for both. For that reason nothing else is included
-// that has inline functions.
+// The kernels for vectors of kWidth doubles; without an include guard. The including file defines
+// ZAV_VECTOR_WIDTH and gets the kernels with internal linkage. They are compiled for two
+// instruction sets, so the linker must not merge any of these functions. For the same reason, this
+// file includes nothing else that has inline functions.
 
 #include "matrix/association_kernels.h"
 
@@ -10,14 +10,14 @@ namespace {
 
 constexpr std::size_t kWidth = ZAV_VECTOR_WIDTH;
 constexpr std::size_t kParts = kGroup / kWidth;  // vectors of a group
-typedef double Vector __attribute__((vector_size(kWidth * sizeof(double))));
-typedef std::int64_t Mask __attribute__((vector_size(kWidth * sizeof(double))));
-typedef std::uint64_t Bits __attribute__((vector_size(kWidth * sizeof(double))));
+using Vector [[gnu::vector_size(kWidth * sizeof(double))]] = double;
+using Mask [[gnu::vector_size(kWidth * sizeof(double))]] = std::int64_t;
+using Bits [[gnu::vector_size(kWidth * sizeof(double))]] = std::uint64_t;
 
-/// As they lie in memory: aligned as a double is. Only through such a type does the compiler make
-/// loading a part of the instruction that needs it.
+/// A vector in memory, with the alignment of a double. Only with such a type does the compiler
+/// combine a load with the instruction that uses the value.
 template <class T>
-using Unaligned __attribute__((aligned(alignof(double)), may_alias)) = T;
+using Unaligned [[gnu::aligned(alignof(double)), gnu::may_alias]] = T;
 
 inline Vector Load(const double* from) { return *reinterpret_cast<const Unaligned<Vector>*>(from); }
 inline void Store(double* to, Vector value) { *reinterpret_cast<Unaligned<Vector>*>(to) = value; }
@@ -25,28 +25,29 @@ inline void Store(double* to, Vector value) { *reinterpret_cast<Unaligned<Vector
 inline Vector All(double value) { return value - Vector{}; }
 inline Vector Masked(Vector value, Mask mask) { return (Vector)((Mask)value & mask); }
 
-/// A row in each vector: its values of kWidth columns.
+/// Each vector holds a row: its values in kWidth columns.
 inline void LoadRows(const double* const* columns, std::size_t first, Vector (&rows)[kWidth]) {
 #if ZAV_VECTOR_WIDTH == 4
-  typedef double Half __attribute__((vector_size(2 * sizeof(double))));
-  // Loading halves leaves one shuffle for each row.
+  using Half [[gnu::vector_size(2 * sizeof(double))]] = double;
+  // Loading halves reduces the work to one shuffle per row.
   const auto halves = [&](std::size_t low, std::size_t high, std::size_t row) {
     const Half a = *reinterpret_cast<const Unaligned<Half>*>(columns[low] + first + row);
     const Half b = *reinterpret_cast<const Unaligned<Half>*>(columns[high] + first + row);
-    return (Vector)__builtin_ia32_vinsertf128_pd256(__builtin_ia32_pd256_pd(a), b, 1);
+    const Vector low_half = __builtin_shufflevector(a, a, 0, 1, -1, -1);
+    return __builtin_ia32_vinsertf128_pd256(low_half, b, 1);
   };
 #pragma GCC unroll 2
   for (std::size_t row = 0; row < kWidth; row += 2) {
     const Vector a = halves(0, 2, row);
     const Vector b = halves(1, 3, row);
-    rows[row] = __builtin_shuffle(a, b, Mask{0, 4, 2, 6});
-    rows[row + 1] = __builtin_shuffle(a, b, Mask{1, 5, 3, 7});
+    rows[row] = __builtin_shufflevector(a, b, 0, 4, 2, 6);
+    rows[row + 1] = __builtin_shufflevector(a, b, 1, 5, 3, 7);
   }
 #else
   const Vector a = Load(columns[0] + first);
   const Vector b = Load(columns[1] + first);
-  rows[0] = __builtin_shuffle(a, b, Mask{0, 2});
-  rows[1] = __builtin_shuffle(a, b, Mask{1, 3});
+  rows[0] = __builtin_shufflevector(a, b, 0, 2);
+  rows[1] = __builtin_shufflevector(a, b, 1, 3);
 #endif
 }
 
@@ -81,13 +82,13 @@ void SumColumns(const double* const* columns, std::size_t groups, std::size_t ro
   kForms[groups - 1](columns, rows, sums);
 }
 
-/// Fetches what lies some values ahead; that may be nothing.
+/// Prefetches data some values ahead, possibly beyond the end.
 inline void Prefetch(const double* from, std::size_t ahead) {
   const auto address = reinterpret_cast<std::uintptr_t>(from) + ahead * sizeof(double);
   __builtin_prefetch(reinterpret_cast<const void*>(address), 0, 2);
 }
 
-// Apart, as the compiler makes much of it.
+// Not inlined, since the compiler generates much code for it.
 [[gnu::noinline]] void PackRows(const double* const* columns, std::size_t row, std::size_t end,
                                 const double* means, double* packed) {
   for (; row < end; ++row) {
@@ -95,8 +96,8 @@ inline void Prefetch(const double* from, std::size_t ahead) {
   }
 }
 
-// A block's stretch of a column is too short for the processor to see that it goes on, so what
-// comes after the next block is fetched meanwhile.
+// The part of a column in a block is too short for the processor to detect that it continues, so
+// this loop prefetches the data after the next block.
 void PackDeviations(const double* const* columns, std::size_t rows, const double* means,
                     double* packed) {
   constexpr std::size_t kLine = 8;
@@ -126,7 +127,8 @@ void PackDeviations(const double* const* columns, std::size_t rows, const double
   if (lines_end < rows) PackRows(columns, lines_end, rows, means, packed);
 }
 
-/// The value is computed here, not before or after others that are placed.
+/// Makes the compiler compute the value here, not before or after others that are placed in this
+/// way.
 inline void Place(Vector& value) { asm volatile("" : "+x"(value)); }
 
 inline void AddPlaced(Vector& sum, Vector value) {
@@ -134,9 +136,9 @@ inline void AddPlaced(Vector& sum, Vector value) {
   Place(sum);
 }
 
-/// The products of a group with kGroups others, kVectors vectors of each of these. Multiplications
-/// and additions are placed by hand: in the order that the compiler likes the processor, which has
-/// units of their own for both, takes up to a sixth longer.
+/// The products of a group with kGroups others, of which each has kVectors vectors. Multiplications
+/// and additions are placed by hand: the processor has separate units for them, and the compiler's
+/// order is up to a sixth slower.
 template <std::size_t kGroups, std::size_t kVectors>
 void AddTile(const double* a, const double* const* b, std::size_t rows, double* products,
              std::size_t stride) {
@@ -155,7 +157,7 @@ void AddTile(const double* a, const double* const* b, std::size_t rows, double* 
       Place(value);
       return value;
     };
-    if constexpr (kColumns < 3) {  // the products of a column, then the sums of the one before
+    if constexpr (kColumns < 3) {  // the products of a column, then the sums of the previous column
       Vector products_of[kGroup][kColumns];
 #pragma GCC unroll 8
       for (std::size_t i = 0; i <= kGroup; ++i) {
@@ -165,7 +167,7 @@ void AddTile(const double* a, const double* const* b, std::size_t rows, double* 
         for (std::size_t v = 0; v < kColumns && i > 0; ++v)
           AddPlaced(sum[i - 1][v], products_of[i - 1][v]);
       }
-    } else {  // there are registers for two products
+    } else {  // there are enough registers for two products
 #pragma GCC unroll 4
       for (std::size_t i = 0; i < kGroup; ++i) {
         AddPlaced(sum[i][0], product(i, 0));
@@ -188,7 +190,7 @@ void AddProducts(const double* a, const double* const* b, std::size_t rows, doub
                  std::size_t stride) {
   if constexpr (kParts == 1) {
     AddTile<kGroups, 1>(a, b, rows, products, stride);
-  } else {  // more sums at a time than a processor has registers for
+  } else {  // more simultaneous sums than the processor has registers
     for (std::size_t g = 0; g < kGroups; ++g)
       AddTile<1, kParts>(a, b + g, rows, products + g * kGroup, stride);
   }
@@ -211,7 +213,7 @@ void AddGappedValues(const double* packed, const double* y_values, std::size_t r
       const Vector y = All(y_values[r]);
       const Mask present = BothPresent(x, y, missing);
       count -= present;
-      // Adding 0 leaves a sum as it is: none is ever -0.
+      // Adding 0 does not change a sum, since no sum is ever -0.
       sum_x += Masked(x, present);
       sum_y += Masked(y, present);
     }

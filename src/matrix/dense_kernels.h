@@ -1,9 +1,9 @@
 #pragma once
-// The inner loops of the matrix operations, on plain memory. They exist twice, compiled from the
-// same source: for every x86-64 processor, and for those with AVX2 and FMA.
+// The inner loops of the matrix operations, on plain memory. The same source is compiled twice: for
+// every x86-64 processor, and for those with AVX2 and FMA.
 //
-// Nothing here is a template of the standard library: what an AVX2 unit instantiates could be what
-// the linker keeps for everybody.
+// Nothing here is a template of the standard library, since the linker might keep an instantiation
+// from an AVX2 unit for all callers.
 
 #include <cstddef>
 
@@ -11,20 +11,21 @@ namespace zavrel::dense {
 
 enum class Outcome { kDone, kInvalidValues, kNoConvergence };
 
-// Dense matrices are column by column without padding, unless stated otherwise. A function that
-// needs room of its own throws std::bad_alloc when there is none; nothing else is thrown.
+// Dense matrices are stored column by column without padding, unless stated otherwise. A function
+// that needs its own memory throws std::bad_alloc if there is none; nothing else is thrown.
 
-/// Adds A x B to `out`, given by their rows. Each element is summed in the order of A's columns,
-/// multiplied and added, not fused: the same number on every processor.
+/// Adds A x B to `out`; all are given by their rows. Each element is summed in the order of A's
+/// columns, without fused operations, so it is the same number on every processor.
 using RowProduct = void(const double* const* a, std::size_t rows, std::size_t inner,
                         const double* const* b, std::size_t columns, double* const* out) noexcept;
 
-/// A x B, all three row by row without padding. Blocked: sums run in no particular order.
+/// A x B, all three row by row without padding. The product is blocked, so sums have no fixed
+/// order.
 using BlockedProduct = void(const double* a, std::size_t rows, std::size_t inner, const double* b,
                             std::size_t columns, double* out);
 
 /// Replaces an n x n matrix by L and U of its decomposition with row pivoting (L without its
-/// diagonal of ones). Row i of the matrix went to row places[i]; returns the sign of that
+/// diagonal of ones). Row i of the matrix has moved to row places[i]; returns the sign of that
 /// permutation. n > 0.
 using Factorization = int(double* matrix, std::size_t n, int* places);
 
@@ -37,7 +38,7 @@ using InverseColumns = void(const double* factors, const int* places, std::size_
 using SelfAdjointSolver = Outcome(const double* matrix, std::size_t n, double* values,
                                   double* vectors);
 
-/// U S of the thin singular value decomposition: rows x min(rows, columns), neither of them 0. X
+/// U S of the thin singular value decomposition: rows x min(rows, columns), where neither is 0. X
 /// must be finite.
 using ScoreSolver = Outcome(const double* x, std::size_t rows, std::size_t columns, double* scores);
 
@@ -72,7 +73,7 @@ extern const Kernels kBaselineKernels;
 extern const Kernels kAvx2Kernels;
 
 bool ProcessorHasAvx2() noexcept;
-/// The fastest that this processor can run.
+/// The fastest version that this processor can run.
 const Kernels& BestKernels() noexcept;
 
 }  // namespace zavrel::dense

@@ -9,11 +9,12 @@
 namespace zavrel::dense {
 namespace {
 
-// Of a transposition: a cache line of doubles, so that both sides use their lines whole.
+// The tile size of a transposition: a cache line of doubles, so that both sides use whole lines.
 constexpr std::size_t kTile = 8;
 
-// A matrix this large is asked for in one piece first: where memory is promised only while there is
-// some, a hopeless request fails at once and not after filling what there is.
+// The storage of so large a matrix is first requested in one piece. On systems that do not
+// overcommit memory, a hopeless request then fails at once and not after filling the available
+// memory.
 constexpr std::size_t kProbedCount = std::size_t{1} << 27;
 
 }  // namespace
@@ -78,7 +79,7 @@ void CopyFromColumns(const double* from, Shape shape, std::size_t first_column,
 }
 
 bool IsFinite(const double* numbers, std::size_t count) noexcept {
-  // Zero times a finite number is zero, times any other a not-a-number.
+  // Zero times a finite number is zero; zero times anything else is a not-a-number.
   double sum = 0;
   for (std::size_t i = 0; i < count; ++i) sum += 0 * numbers[i];
   return sum == 0;

@@ -1,5 +1,5 @@
 #pragma once
-// A matrix in one piece of memory, and the ways between it and rows.
+// A matrix in one piece of memory, and its conversion to and from rows.
 
 #include <cstddef>
 #include <cstdint>
@@ -16,12 +16,12 @@ struct Shape {
   bool operator==(const Shape&) const = default;
 };
 
-/// Throws VekArraySizeError when the rows differ in length.
+/// Throws VekArraySizeError if the rows differ in length.
 Shape ShapeOf(const DoubleMatrix& matrix, const char* place);
 /// The rows of a square matrix. Throws VekMatrixNotSquare as well.
 std::size_t SizeOfSquare(const DoubleMatrix& matrix, const char* place);
 
-/// rows x columns. Throws std::bad_alloc when so many doubles cannot be addressed.
+/// rows x columns. Throws std::bad_alloc if so many doubles cannot be addressed.
 inline std::size_t CheckedCount(Shape shape) {
   constexpr std::size_t kMost =
       static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max()) / sizeof(double) / 2;
@@ -29,7 +29,7 @@ inline std::size_t CheckedCount(Shape shape) {
   return shape.rows * shape.columns;
 }
 
-/// Room for rows x columns doubles, which are not set; on a cache line's boundary.
+/// Memory for rows x columns uninitialised doubles, aligned to a cache line.
 class Storage {
  public:
   explicit Storage(Shape shape) {
@@ -50,11 +50,11 @@ class Storage {
 /// A matrix of zeros.
 DoubleMatrix MakeMatrix(Shape shape);
 
-/// Copies the rows one behind the other.
+/// Copies the rows one after the other.
 void CopyRows(const DoubleMatrix& from, Shape shape, double* to) noexcept;
-/// Copies rows into columns one behind the other.
+/// Copies the rows into consecutive columns.
 void CopyToColumns(const DoubleMatrix& from, Shape shape, double* to) noexcept;
-/// Copies columns one behind the other into rows from `first_column` on.
+/// Copies consecutive columns into the rows, starting at `first_column`.
 void CopyFromColumns(const double* from, Shape shape, std::size_t first_column,
                      DoubleMatrix& to) noexcept;
 

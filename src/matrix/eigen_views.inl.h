@@ -1,5 +1,5 @@
-// What the dense kernels see of plain memory, included once for each instruction set with
-// ZAV_DENSE_NAMESPACE as the namespace of its own.
+// The views of plain memory that the dense kernels use. Included once for each instruction set,
+// with ZAV_DENSE_NAMESPACE as its namespace.
 
 #include <eigen3/Eigen/Core>
 

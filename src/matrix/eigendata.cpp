@@ -20,7 +20,7 @@ using dense::Outcome;
 using dense::Shape;
 using dense::Storage;
 
-/// Six significant digits, as printf's %g, whatever the locale.
+/// Six significant digits, like printf's %g, in any locale.
 std::u16string ToGeneralText(double number) {
   std::array<char, 32> text;
   const auto end =
@@ -40,7 +40,7 @@ void RequireSymmetric(const DoubleMatrix& matrix, const char* place) {
   }
 }
 
-/// The texts of an analysis's failures.
+/// The messages for failures of an analysis.
 struct FailureTexts {
   std::int32_t invalid_values;
   std::int32_t no_convergence;
@@ -55,8 +55,8 @@ void RequireFinite(const double* numbers, std::size_t count, const char* place,
   if (!dense::IsFinite(numbers, count)) throw VekInvalidDataType(place, texts.invalid_values);
 }
 
-/// Scales numbers whose squares would overflow or vanish by a power of two, which is exact. Returns
-/// its exponent, 0 for ordinary numbers.
+/// Scales numbers whose squares would overflow or underflow by a power of two, which is exact.
+/// Returns the exponent; 0 for ordinary numbers.
 int ScaleUnusual(double* numbers, std::size_t count) {
   constexpr int kOrdinary = 400;
   double largest = 0;

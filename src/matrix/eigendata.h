@@ -13,19 +13,19 @@ struct EigendataOptions {
   bool descending = false;
 };
 
-/// Eigenvalues of a symmetric matrix and, when they are asked for, its unit eigenvectors as columns
-/// in the same order; their signs are the solver's.
+/// Eigenvalues of a symmetric matrix and, on request, its unit eigenvectors as columns in the same
+/// order; the solver decides their signs.
 ///
-/// Throws, in this order: VekArraySizeError when the rows differ in length; VekMatrixNotSquare;
-/// VekMatrixNotSymmetric at the first element, row by row, that is not exactly the one across the
+/// Throws, in this order: VekArraySizeError if the rows differ in length; VekMatrixNotSquare;
+/// VekMatrixNotSymmetric at the first element, row by row, that differs from the one across the
 /// diagonal; VekInvalidDataType for values that are not finite; VekNoConvergence.
 void eigendata_private(const DoubleMatrix& matrix, std::vector<double>& eigenvalues,
                        DoubleMatrix& eigenvectors, EigendataOptions options,
                        const dense::Kernels& kernels = dense::BestKernels());
 
 /// The coordinates of each observation (a row of X) on X's principal axes: U S of the thin singular
-/// value decomposition X = U S V', m x min(m, p). X is taken as it is, neither centred nor scaled.
-/// Throws VekArraySizeError when the rows differ in length, VekInvalidDataType for values that are
+/// value decomposition X = U S V', m x min(m, p). X is used as it is, neither centred nor scaled.
+/// Throws VekArraySizeError if the rows differ in length, VekInvalidDataType for values that are
 /// not finite, VekNoConvergence.
 DoubleMatrix PrincipalComponentScores(const DoubleMatrix& x,
                                       const dense::Kernels& kernels = dense::BestKernels());

@@ -11,18 +11,18 @@
 namespace zavrel {
 namespace {
 
-constexpr std::size_t kBlockRows = 512;  // of a packed group: 16 KiB
-constexpr std::size_t kPartners = 4;     // that a packed block is used for
+constexpr std::size_t kBlockRows = 512;  // 16 KiB of a packed group
+constexpr std::size_t kPartners = 4;     // how many partners use a packed block
 
 struct Variable {
   const ScannedVariable* scanned;
-  std::size_t place;  // its row and column of the result
+  std::size_t place;  // its row and column in the result
 
   std::size_t rows() const { return scanned->values.size(); }
 };
 
-/// A group of variables, one or more, with some partners that have gaps. The pair of a variable and
-/// a partner is this unit's when the variable does not come after the partner.
+/// A group of one or more variables, with some partners that have gaps. The unit contains the pair
+/// of a variable and a partner if the variable does not come after the partner.
 struct Unit {
   std::span<const Variable> group;
   std::span<const Variable> partners;
@@ -32,7 +32,8 @@ bool BothPresent(const ScannedVariable& x, const ScannedVariable& y, std::size_t
   return x.values[row] != kMissingValue && y.values[row] != kMissingValue;
 }
 
-/// Whether the values of x are all equal where y has a value too. Most end at the second row.
+/// Whether the values of x are all equal where y also has a value. Most searches end at the second
+/// row.
 bool IsConstantInPair(const ScannedVariable& x, const ScannedVariable& y) {
   const std::size_t rows = std::min(x.values.size(), y.values.size());
   std::size_t row = 0;
@@ -45,7 +46,7 @@ bool IsConstantInPair(const ScannedVariable& x, const ScannedVariable& y) {
   return true;
 }
 
-/// One unit's sums.
+/// The sums of one unit.
 class UnitSums {
  public:
   UnitSums(const Unit& unit, PairOptions options, const AssociationKernels& kernels)
@@ -120,7 +121,7 @@ class UnitSums {
   std::array<double, kBlockRows * kGroup> packed_;
 };
 
-/// Variables without gaps, then those with, and the units of all pairs with gaps.
+/// The variables without gaps, then those with gaps, and the units of all pairs with gaps.
 std::vector<Variable> WholeFirst(std::span<const ScannedVariable> variables) {
   std::vector<Variable> order;
   for (const bool gaps : {false, true}) {
@@ -164,7 +165,7 @@ struct Pair {
   std::size_t j;
 };
 
-/// What one thread needs for pairs, one after the other.
+/// The working memory of one thread, which processes pairs one after the other.
 class CompactedPair {
  public:
   explicit CompactedPair(std::size_t most_rows)

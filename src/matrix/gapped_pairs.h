@@ -1,6 +1,6 @@
 #pragma once
-// Pairs of variables of which at least one has gaps: each pair has observations, means and standard
-// deviations of its own.
+// Pairs of variables of which at least one has gaps. Each pair has its own observations, means and
+// standard deviations.
 
 #include <span>
 
@@ -12,15 +12,15 @@
 
 namespace zavrel {
 
-/// Values of all pairs with gaps of the moderate variables. Nothing is copied but blocks that stay
-/// in the fastest cache: where an observation is missing, 0 is added. True when an operation
-/// overflowed or underflowed: some variable was not moderate, and the values mean nothing.
+/// Values of all pairs of moderate variables with gaps. Only blocks that stay in the fastest cache
+/// are copied; 0 is added for a missing observation. True if an operation overflowed or
+/// underflowed: some variable was not moderate, and the values are meaningless.
 bool CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, PairOptions options,
                                   const AssociationKernels& kernels, DoubleMatrix& matrix);
 
-/// Values of the pairs with gaps whatever the values are, all or, with `immoderate_only`, those
-/// that CalculateModerateGappedPairs leaves out; of ranks when there are `orders`, one for each
-/// variable. Each pair's observations are copied together.
+/// Values of the pairs with gaps for variables of any kind: all pairs or, with `immoderate_only`,
+/// those that CalculateModerateGappedPairs omits. With `orders`, one for each variable, uses ranks.
+/// Copies the observations of each pair together.
 void CalculateCompactedPairs(std::span<const ScannedVariable> variables,
                              std::span<const BlockArray<std::uint32_t>> orders,
                              bool immoderate_only, PairOptions options, DoubleMatrix& matrix);

@@ -1,5 +1,5 @@
-// Blocked product, LU decomposition and symmetric eigen-analysis, included once for each
-// instruction set with ZAV_DENSE_NAMESPACE as the namespace of its own.
+// Blocked product, LU decomposition and symmetric eigen-analysis. Included once for each
+// instruction set, with ZAV_DENSE_NAMESPACE as its namespace.
 
 #include <eigen3/Eigen/Eigenvalues>
 #include <eigen3/Eigen/LU>

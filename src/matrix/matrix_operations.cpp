@@ -21,16 +21,18 @@ using dense::Kernels;
 using dense::Shape;
 using dense::Storage;
 
-// Every dimension larger than this: copies into dense storage pay.
+// If every dimension exceeds this, copying into dense storage pays off.
 constexpr std::size_t kBlockedProduct = 1024;
-// Fewer multiplications than this are done before another thread has woken up.
+// Fewer multiplications than this are done before another thread wakes up.
 constexpr std::size_t kInlineProduct = 50'000;
-// Rows of a task: few enough to share out evenly, enough to use what they read of B many times.
+// The number of rows in a task: small enough to distribute tasks evenly, large enough to use each
+// part of B many times.
 constexpr std::size_t kRowsPerTask = 64;
 constexpr std::size_t kCopiedRowsPerTask = 256;
 constexpr std::size_t kInverseColumnsPerTask = 128;
 
-/// Calls body(begin, end) for the parts of [0, count), in parallel. The body may run out of memory.
+/// Calls body(begin, end) for the parts of [0, count), in parallel. The body may throw
+/// std::bad_alloc.
 template <class Body>
 void ForParts(std::size_t count, std::size_t part, const Body& body) {
   std::atomic<bool> is_out_of_memory = false;
@@ -60,15 +62,15 @@ void MultiplyByRows(const DoubleMatrix& a, const DoubleMatrix& b, Shape a_shape,
   if (a_shape.rows == 1 || a_shape.rows * a_shape.columns * columns < kInlineProduct) {
     multiply(0, a_shape.rows);
   } else {
-    // At least eight tasks of whole tiles where there are rows enough.
+    // At least eight tasks of whole tiles, if there are enough rows.
     const std::size_t eighth = (a_shape.rows / 8 + 3) / 4 * 4;
     ForParts(a_shape.rows, std::clamp<std::size_t>(eighth, 4, kRowsPerTask), multiply);
   }
 }
 
-/// Beside the operands and the result this takes the room of all three again, and per thread the
-/// library's buffers of at most a few MB. Each task makes its rows of the result: fresh memory is
-/// slow to be touched first.
+/// In addition to the operands and the result, this takes the memory of all three again, and at
+/// most a few MB per thread for the library's buffers. Each task creates its own rows of the
+/// result, since the first access to fresh memory is slow.
 DoubleMatrix MultiplyBlocked(const DoubleMatrix& a, const DoubleMatrix& b, Shape a_shape,
                              std::size_t columns) {
   const auto& multiply = dense::BestKernels().multiply;
@@ -77,7 +79,7 @@ DoubleMatrix MultiplyBlocked(const DoubleMatrix& a, const DoubleMatrix& b, Shape
   ForParts(inner, kCopiedRowsPerTask, [&](std::size_t begin, std::size_t end) {
     for (std::size_t r = begin; r < end; ++r) std::ranges::copy(b[r], dense_b.data() + r * columns);
   });
-  // Each task packs all of B once more, so there are no more of them than threads.
+  // Each task packs all of B again, so there are no more tasks than threads.
   const std::size_t share = (a_shape.rows + ParallelThreads() - 1) / ParallelThreads();
   DoubleMatrix product(a_shape.rows);
   ForParts(a_shape.rows, share, [&](std::size_t begin, std::size_t end) {

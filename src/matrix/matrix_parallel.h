@@ -9,15 +9,15 @@
 
 namespace zavrel {
 
-/// ParallelFor whose body computes: on whatever thread a part of the work runs, it finds the
-/// environment that the kernels expect. True when an operation overflowed or underflowed.
+/// ParallelFor for computations: every part of the work runs in the environment that the kernels
+/// expect, on any thread. True if an operation overflowed or underflowed.
 template <class Body>
 bool ParallelCompute(std::size_t count, const Body& body) {
   std::atomic<bool> left_normal_range{false};
   ParallelFor(count, [&](std::size_t index) {
     const FloatingPointScope environment;
     body(index);
-    // What the body stored is computed before the scope ends.
+    // Makes sure that everything the body stored is computed before the scope ends.
     asm volatile("" : : : "memory");
     if (environment.LeftNormalRange()) left_normal_range.store(true, std::memory_order_relaxed);
   });

@@ -51,7 +51,7 @@ bool HasValue(std::size_t n, const VariableSummary& x, const VariableSummary& y,
 
 }  // namespace
 
-/// Nothing where an operation overflows or underflows, or a value is not finite.
+/// Nothing if an operation overflows or underflows, or a value is not finite.
 static std::optional<VariableSummary> SummariseInOrder(std::span<const double> values,
                                                        PairOptions options) {
   const FloatingPointScope environment;
@@ -83,7 +83,7 @@ bool IsConstant(std::span<const double> values) {
   return std::all_of(values.begin(), values.end(), [&](double x) { return x == values[0]; });
 }
 
-// As the sample and population forms of ComputeMoments.
+// Like the sample and population forms of ComputeMoments.
 VariableSummary SummaryFromSums(double mean, double s1, double s2, std::size_t n, bool is_constant,
                                 PairOptions options) {
   if (n == 0) return {ConditionDouble(kConditionNoData), ConditionDouble(kConditionNoData)};

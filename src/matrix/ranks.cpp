@@ -8,17 +8,18 @@
 namespace zavrel {
 namespace {
 
-// What is sorted: the upper 32 of the bits in which the values differ, above a value's position.
+// The sorted entries: the upper 32 of the bits in which the values differ, followed by the position
+// of the value.
 constexpr int kPrefixBits = 32;
 constexpr int kDigitBits = 11;
 constexpr std::size_t kDigitValues = std::size_t{1} << kDigitBits;
 constexpr int kMostDigits = (kPrefixBits + kDigitBits - 1) / kDigitBits;
-constexpr std::size_t kShort = 200;  // below, a comparison sort is the faster one
+constexpr std::size_t kShort = 200;  // below this, a comparison sort is faster
 
 using Entries = std::span<std::uint64_t>;
 using Values = std::span<const double>;
 
-/// The bits as an unsigned integer that orders as the doubles do; one for both zeros.
+/// The bits as an unsigned integer with the order of the doubles; the same for both zeros.
 std::uint64_t Key(double value) {
   constexpr std::uint64_t kSignBit = std::uint64_t{1} << 63;
   const auto bits = std::bit_cast<std::uint64_t>(value);
@@ -36,8 +37,8 @@ std::uint64_t VaryingBits(Values values) {
   return varying;
 }
 
-/// Sorts by prefix, least significant digit first; equal ones keep their order. The result is in
-/// either of the two.
+/// Sorts by prefix, least significant digit first; equal prefixes keep their order. The result is
+/// in one of the two arrays.
 Entries SortByPrefix(Entries entries, Entries other, int bits) {
   std::array<std::array<std::uint32_t, kDigitValues>, kMostDigits> places{};
   const int digits = (bits + kDigitBits - 1) / kDigitBits;
@@ -57,7 +58,7 @@ Entries SortByPrefix(Entries entries, Entries other, int bits) {
   return entries;
 }
 
-/// Sorts those with equal prefix by the whole value. Where all are equal nothing moves.
+/// Sorts entries with equal prefixes by the whole value. If all values are equal, nothing moves.
 void SortWithinPrefixes(Values values, Entries entries) {
   const auto key = [&](std::uint64_t entry) { return Key(values[PositionOf(entry)]); };
   for (std::size_t i = 0; i < entries.size();) {
@@ -78,7 +79,7 @@ void SortWithinPrefixes(Values values, Entries entries) {
   }
 }
 
-/// The same by comparing alone.
+/// The same by comparisons alone.
 void SortShort(Values values, Entries entries) {
   std::sort(entries.begin(), entries.end(), [&](std::uint64_t a, std::uint64_t b) {
     const std::uint64_t key_a = Key(values[PositionOf(a)]);
@@ -87,7 +88,7 @@ void SortShort(Values values, Entries entries) {
   });
 }
 
-/// The entries in ascending order, in one of the halves of `scratch`.
+/// The entries in ascending order, in one half of `scratch`.
 Entries SortedEntries(Values values, std::span<std::uint64_t> scratch) {
   const std::size_t n = values.size();
   const std::uint64_t varying = VaryingBits(values);
@@ -121,7 +122,7 @@ void OrderInto(Values values, RankOrder order, std::span<std::uint64_t> scratch)
 
 namespace {
 
-/// `counts(position)` is 1 for what is ranked, else 0.
+/// `counts(position)` is 1 for positions that are ranked, otherwise 0.
 template <class Counts>
 void Rank(std::span<const std::uint32_t> order, std::span<double> ranks, Counts counts) {
   std::uint32_t below = 0;

@@ -1,5 +1,5 @@
-// The product whose sums keep their order, included once for each instruction set with
-// ZAV_DENSE_NAMESPACE as the namespace of its own.
+// The product whose sums keep their order. Included once for each instruction set, with
+// ZAV_DENSE_NAMESPACE as its namespace.
 
 #include <cstddef>
 
@@ -15,7 +15,7 @@ using Vector [[gnu::vector_size(16), gnu::aligned(8), gnu::may_alias]] = double;
 #endif
 constexpr std::size_t kWidth = sizeof(Vector) / sizeof(double);
 
-// A block of B that stays in the first-level cache while the rows of A pass.
+// The size of a block of B, which stays in the first-level cache while the rows of A are processed.
 constexpr std::size_t kInnerBlock = 96;
 constexpr std::size_t kColumnBlock = 32;
 

@@ -15,7 +15,7 @@ bool IsModerate(double value) {
   return magnitude < kModerateLimit && (magnitude >= kModerateFloor || magnitude == 0);
 }
 
-/// Sums some variables of one length, up to kMostSummed groups.
+/// Sums some variables of equal length, up to kMostSummed groups.
 void Sum(std::span<ScannedVariable* const> variables, const AssociationKernels& kernels) {
   const double* columns[kMostSummed * kGroup];
   double sums[kMostSummed * kGroup];

@@ -1,5 +1,5 @@
 #pragma once
-// What is known of a variable before anything is computed from it.
+// The properties of a variable that are determined before anything is computed from it.
 
 #include <cstdint>
 #include <limits>
@@ -25,26 +25,25 @@ struct ScannedVariable {
 
   VariableColumn values;
   /// Every value that is not missing is 0 or a number from kModerateFloor to below kModerateLimit
-  /// in magnitude; or nobody looked, see Looked.
+  /// in magnitude, or the values were not examined; see Looked.
   bool is_moderate = true;
   /// The sum in observation order, of a moderate variable without gaps.
   double sum = 0;
-  /// Where a cell error stands first.
+  /// The position of the first cell error.
   std::size_t first_error = kNoError;
-  /// Empty, or which observations are there, as far as the longest variable goes: a shorter one
-  /// misses the rest.
+  /// Empty, or the bits of the observations that are present, up to the length of the longest
+  /// variable; a shorter variable has missing values at its end.
   ObservationBits present;
 
   bool has_gaps() const { return !present.empty(); }
 };
 
-/// Which variables are looked at value by value.
+/// Which variables are examined value by value.
 enum class Looked {
-  /// Those whose sum shows that a gap or an error may be among them: it is not a number, or not
-  /// below kModerateLimit in magnitude. The rest counts as moderate and without gaps. Whoever
-  /// relies
-  /// on that must find that nothing overflowed or underflowed: a gap's marker that others cancel in
-  /// the sum overflows as soon as a deviation is squared.
+  /// Variables whose sum shows that they may contain a gap or an error, since it is not a number or
+  /// not below kModerateLimit in magnitude. All others count as moderate and without gaps. Code
+  /// that relies on this must check that nothing overflowed or underflowed: if other values cancel
+  /// the marker of a gap in the sum, it still overflows when a deviation is squared.
   kWhereSumsAreUnusual,
   kEverywhere,
 };
@@ -52,12 +51,12 @@ enum class Looked {
 std::vector<ScannedVariable> Scan(std::span<const VariableColumn> variables, Looked looked,
                                   const AssociationKernels& kernels);
 
-/// The cell error that is met first by this order: pair by pair (j, then i <= j), row by row as far
-/// as both go, j before i.
+/// The first cell error in this order: pair by pair (j, then i <= j), row by row up to the shorter
+/// of both, j before i.
 std::optional<std::int32_t> FirstErrorByPair(std::span<const ScannedVariable> variables);
 
-/// The cell error that is met first row by row, as far as the first variable goes, within a row by
-/// variable; also in a row that misses another value.
+/// The first cell error row by row, up to the length of the first variable, and within a row by
+/// variable; also in rows with another missing value.
 std::optional<std::int32_t> FirstErrorByRow(std::span<const ScannedVariable> variables);
 
 }  // namespace zavrel

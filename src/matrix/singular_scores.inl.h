@@ -1,5 +1,5 @@
-// Scores by singular value decomposition, included once for each instruction set with
-// ZAV_DENSE_NAMESPACE as the namespace of its own. A file apart: it compiles longest of all.
+// Scores by singular value decomposition. Included once for each instruction set, with
+// ZAV_DENSE_NAMESPACE as its namespace. A separate file, since it takes longest to compile.
 
 #include <eigen3/Eigen/QR>
 #include <eigen3/Eigen/SVD>
@@ -9,7 +9,7 @@
 namespace zavrel::dense::ZAV_DENSE_NAMESPACE {
 namespace {
 
-// A matrix this many times as long as wide is reduced to a triangle first.
+// A matrix with at least this many times more rows than columns is first reduced to a triangle.
 constexpr std::size_t kTall = 2;
 
 Outcome ScoresOf(const Eigen::Ref<const MatrixXd>& x, Eigen::Ref<MatrixXd> scores) {

@@ -10,20 +10,20 @@
 namespace zavrel {
 namespace {
 
-// A block of deviations and the values they come from stay in the fastest cache together.
+// A block of deviations and its original values fit into the fastest cache together.
 constexpr std::size_t kBlockBytes = 18 * 1024;
 constexpr std::size_t kFewestBlockRows = 16;
 constexpr std::size_t kBlockRowsStep = 8;  // whole cache lines of every column
 
-/// A group of columns, `a`, with some of itself and those that follow, from `b` on.
+/// A group of columns, `a`, with some groups from itself on, starting at `b`.
 struct Tile {
   std::size_t a;
   std::size_t b;
   std::size_t groups;
 };
 
-/// Column 0 holds ones: its products with the others are the sums of their deviations. The
-/// variables follow; ones fill the last group up.
+/// Column 0 holds ones, so its products with the other columns are the sums of their deviations.
+/// The variables follow; columns of ones complete the last group.
 class PairProducts {
  public:
   PairProducts(const WholeVariables& variables, PairOptions options,
@@ -59,13 +59,13 @@ class PairProducts {
  private:
   struct Column {
     const double* values;
-    std::size_t step;  // 1, or 0 where it is the same in all blocks
+    std::size_t step;  // 1, or 0 if it is the same in all blocks
 
     const double* From(std::size_t row) const { return values + row * step; }
   };
 
-  /// A share of the tiles, one after the other, for one thread. It packs what it needs itself:
-  /// waiting for others takes longer.
+  /// Processes one thread's share of the tiles, one after the other. It packs all its data itself,
+  /// since waiting for other threads would take longer.
   struct Part {
     std::span<const Tile> tiles;
     dense::Storage packed;
@@ -75,7 +75,7 @@ class PairProducts {
     for (std::size_t a = 0; a < groups_; ++a) {
       for (std::size_t b = a; b < groups_; b += tiles_.back().groups) {
         const std::size_t left = groups_ - b;
-        // Three where one would be left over: a tile of one waits for its own sums.
+        // Takes three if one would be left over, since a tile of one group waits for its own sums.
         tiles_.push_back({a, b, left % 2 == 1 && left > 1 ? 3 : std::min<std::size_t>(left, 2)});
       }
     }
@@ -87,7 +87,7 @@ class PairProducts {
     std::size_t begin = 0;
     std::size_t done = 0;
     for (std::size_t p = 0; p < count; ++p) {
-      // The first parts pack the most, so they stay below their share of the tiles.
+      // The first parts pack the most, so they get less than their share of the tiles.
       std::size_t end = begin;
       while (end < tiles_.size() && done + tiles_[end].groups <= all * (p + 1) / count)
         done += tiles_[end++].groups;
@@ -143,7 +143,7 @@ class PairProducts {
                            IsConstant(values), options_);
   }
 
-  /// Of the products of two columns, i <= j.
+  /// The index of the products of two columns, i <= j.
   double SumOf(std::size_t i, std::size_t j) const { return sums_.data()[i * stride_ + j]; }
 
   const WholeVariables& variables_;

@@ -11,7 +11,7 @@
 
 namespace zavrel {
 
-/// Variables without gaps and the rows and columns of the result that are theirs.
+/// Variables without gaps, and their rows and columns in the result.
 struct WholeVariables {
   std::vector<const ScannedVariable*> variables;
   std::vector<std::size_t> places;
@@ -23,17 +23,17 @@ struct WholeVariables {
 
 struct ModeratePairs {
   std::vector<VariableSummary> summaries;
-  /// An operation overflowed or underflowed: some variable was not moderate, and the values mean
-  /// nothing.
+  /// An operation overflowed or underflowed: some variable was not moderate, and the values are
+  /// meaningless.
   bool left_normal_range = false;
 };
 
-/// Values of all pairs of moderate variables: each is summarised once, pairs are summed side by
-/// side from blocks of deviations that stay in the fastest cache.
+/// Values of all pairs of moderate variables. Each variable is summarised once; several pairs are
+/// summed at a time, from blocks of deviations that stay in the fastest cache.
 ModeratePairs CalculateModeratePairs(const WholeVariables& variables, PairOptions options,
                                      const AssociationKernels& kernels, DoubleMatrix& matrix);
 
-/// Values of all pairs that have at least one of `others`, whatever their values are.
+/// Values of all pairs with at least one of `others`, for values of any kind.
 void CalculateOtherPairs(const WholeVariables& moderate,
                          std::span<const VariableSummary> moderate_summaries,
                          const WholeVariables& others, PairOptions options, DoubleMatrix& matrix);

@@ -1,22 +1,20 @@
 #pragma once
 // Exponential and logarithm, the same to the last bit on every system.
 //
-// The C library's take several times as long on Windows as elsewhere, and end in other last digits.
-// These are within 1.5 units in the last place and can be inlined into a loop, where those of
-// neighbouring rounds overlap.
+// The C library's functions are several times slower on Windows than elsewhere and differ in the
+// last digits. These functions are within 1.5 units in the last place and can be inlined into
+// loops, where the computations of successive iterations overlap.
 
 #include <bit>
 #include <cstdint>
 
 namespace zavrel::elementary {
 
-// ln 2 in two parts; the first has 21 zero bits at its end, so that a multiple of it by an exponent
-// is exact.
+// ln 2 in two parts. The first ends in 21 zero bits, so its product with an exponent is exact.
 inline constexpr double kLn2High = 0x1.62e42feep-1;
 inline constexpr double kLn2Low = 0x1.a39ef35793c76p-33;
 
-/// e^(x + low), for a `low` that is small beside x (the rounding of whatever x came from). x must
-/// be a number.
+/// e^(x + low), where `low` is small compared with x (the rounding error of x). x must be a number.
 inline double Exp(double x, double low = 0) {
   if (x < -746) return 0;
   if (x > 710) x = 710;  // overflows like all the others
@@ -26,7 +24,7 @@ inline double Exp(double x, double low = 0) {
   const double k = shifted - kShift;
   const double r = ((x - k * kLn2High) - k * kLn2Low) + low;
 
-  // The series to r^13 / 13!, |r| < 0.35, in two halves that run beside each other.
+  // The series up to r^13 / 13!, |r| < 0.35, in two halves that are computed in parallel.
   const double r2 = r * r;
   const double even =
       1.0 / 2 +
@@ -37,7 +35,7 @@ inline double Exp(double x, double low = 0) {
       r2 * (1.0 / 120 + r2 * (1.0 / 5040 + r2 * (1.0 / 362880 +
                                                  r2 * (1.0 / 39916800 + r2 * (1.0 / 6227020800)))));
   const double power = 1 + (r + r2 * (even + r * odd));
-  // 2^k in two factors: near the ends of the range it is no normal number itself.
+  // 2^k as two factors, since it is not a normal number itself near the ends of the range.
   const auto exponent = static_cast<std::int64_t>(k);
   const auto power_of_two = [](std::int64_t n) {
     return std::bit_cast<double>(static_cast<std::uint64_t>(n + 1023) << 52);
@@ -47,7 +45,7 @@ inline double Exp(double x, double low = 0) {
 
 namespace detail {
 
-/// 2 (s^3 / 3 + s^5 / 5 + ...): what is left of 2 artanh(s), |s| < 0.172, after its first term.
+/// 2 (s^3 / 3 + s^5 / 5 + ...): the series of 2 artanh(s), |s| < 0.172, without its first term.
 inline double AfterFirstTerm(double s) {
   const double z = s * s;
   const double w = z * z;
@@ -68,7 +66,7 @@ inline double Log(double x) {
   const std::int64_t k = static_cast<std::int64_t>(bits - kSqrtHalf) >> 52;
   const double f =
       std::bit_cast<double>(bits - (static_cast<std::uint64_t>(k) << 52)) - 1;  // exact
-  // 2 s = f - s f, with f taken out of the sum so that its digits count in full.
+  // 2 s = f - s f; f is added last, so that all its digits count.
   const double s = f / (2 + f);
   const auto exponent = static_cast<double>(k);
   return exponent * kLn2High + (f + (detail::AfterFirstTerm(s) - s * f + exponent * kLn2Low));

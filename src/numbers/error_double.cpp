@@ -7,8 +7,8 @@ namespace zavrel {
 namespace {
 
 // Excel's codes of #NULL!, #DIV/0!, #VALUE!, #REF!, #NAME?, #NUM!, #N/A, #GETTING_DATA, #SPILL!,
-// #UNKNOWN!, #FIELD!, #CALC!, #CONNECT!, #BLOCKED!. A code's index here stands in the not-a-number;
-// 48 to 50 come before 46 and 47.
+// #UNKNOWN!, #FIELD!, #CALC!, #CONNECT!, #BLOCKED!. The not-a-number contains the index of the code
+// in this list, in which 48 to 50 come before 46 and 47.
 constexpr std::int32_t kErrorCodes[] = {0, 7, 15, 23, 29, 36, 42, 43, 45, 48, 49, 50, 46, 47};
 static_assert(std::size(kErrorCodes) == 14);
 

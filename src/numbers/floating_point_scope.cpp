@@ -24,9 +24,8 @@ FloatingPointScope::FloatingPointScope() : mxcsr_(ReadMxcsr()) {
   WriteMxcsr(kMxcsrDefault);
 }
 
-// The x87 status is cleared first: under a control word that traps, a flag left standing would
-// fault at the next instruction. (The whole environment is not reloaded, as that would empty the
-// x87 stack.)
+// Clears the x87 status first, since a pending flag would fault at the next instruction under a
+// control word that traps. (Reloading the whole environment would empty the x87 stack.)
 FloatingPointScope::~FloatingPointScope() {
   asm volatile("fnclex\n\tfldcw %0" : : "m"(x87_control_) : "memory");
   WriteMxcsr(mxcsr_);

@@ -5,10 +5,10 @@
 
 namespace zavrel {
 
-/// While it lives, arithmetic runs as the kernels expect it, whatever another add-in left behind:
-/// rounding to nearest, subnormals kept, nothing trapped, long double at its full 64 bits of
-/// significand (a Windows process starts with 53), and the status cleared. At its end the control
-/// words are what they were.
+/// While it lives, arithmetic has the settings that the kernels expect, whatever another add-in has
+/// changed: rounding to nearest, subnormals kept, no traps, long double with its full 64-bit
+/// significand (a Windows process starts with 53 bits), and a cleared status. Its destructor
+/// restores the control words.
 class FloatingPointScope {
  public:
   FloatingPointScope();
@@ -16,15 +16,15 @@ class FloatingPointScope {
   FloatingPointScope(const FloatingPointScope&) = delete;
   FloatingPointScope& operator=(const FloatingPointScope&) = delete;
 
-  /// True when an operation overflowed since the scope began. What is asked about must have gone
-  /// through Settled before.
+  /// True if an operation overflowed since the scope began. Pass the results in question through
+  /// Settled first.
   bool Overflowed() const { return HasFlag(kOverflow); }
-  /// True when one overflowed, or underflowed: lost digits, or everything, below the smallest
-  /// normal number.
+  /// True if an operation overflowed or underflowed, that is, lost digits or everything below the
+  /// smallest normal number.
   bool LeftNormalRange() const { return HasFlag(kOverflow | kUnderflow); }
 
  private:
-  // The same bits in both status words.
+  // These bits are the same in both status words.
   static constexpr std::uint32_t kOverflow = 0x08;
   static constexpr std::uint32_t kUnderflow = 0x10;
 
@@ -34,10 +34,11 @@ class FloatingPointScope {
   std::uint16_t x87_control_;
 };
 
-/// Pins a result: what leads to it is computed before, what follows after. The compiler knows
-/// nothing of the floating-point environment and would otherwise move arithmetic across reading the
-/// status or restoring the control words. Every result that leaves a scope goes through here last.
-/// (By value: an accumulator that is pinned itself would live in memory throughout its loop.)
+/// Fixes the order of a computation: everything that leads to the result is computed before this
+/// call, and everything that depends on it after. The compiler does not know the floating-point
+/// environment and would otherwise move arithmetic across reading the status or restoring the
+/// control words. Pass every result that leaves a scope through this function last. (By value,
+/// since an accumulator passed by reference would stay in memory throughout its loop.)
 template <class T>
 T Settled(T result) {
   asm volatile("" : "+m"(result) : : "memory");

@@ -17,10 +17,11 @@ struct KeptBlock {
   std::size_t bytes = 0;
 };
 
-// Constant-initialised and without a destructor: a data set may be let go of late in the process.
+// Constant-initialised and without a destructor, since data sets may be released late in the
+// process.
 constinit std::array<KeptBlock, kSlots> kept{};
 constinit std::size_t kept_bytes = 0;
-constinit std::atomic_flag busy{};  // a mutex of this standard library would be made at run time
+constinit std::atomic_flag busy{};  // this library's std::mutex needs initialisation at run time
 
 struct Lock {
   Lock() noexcept {
@@ -34,7 +35,8 @@ struct Lock {
   Lock& operator=(const Lock&) = delete;
 };
 
-// Large sizes are rounded up to an eighth of their power of two, so that a block fits its like.
+// Rounds large sizes up to an eighth of their power of two, so that blocks of similar size can
+// replace each other.
 std::size_t Granted(std::size_t bytes) {
   if (bytes < kSmallestKept) return bytes;
   const std::size_t step = std::bit_floor(bytes) / 8;
@@ -47,7 +49,7 @@ void FreeSlot(KeptBlock& slot) noexcept {
   slot = {};
 }
 
-// The slot with the smallest block that fits without wasting as much again.
+// The slot with the smallest block that fits without wasting as much as it is used.
 KeptBlock* BestFit(std::size_t bytes) noexcept {
   KeptBlock* best = nullptr;
   for (KeptBlock& slot : kept) {

@@ -1,7 +1,6 @@
 #pragma once
-// Memory of data sets and matrices. Fresh memory is the costliest part of reading a large range or
-// of a product, so that large blocks which nobody needs any more are kept, up to a limit, for the
-// next one.
+// Memory for data sets and matrices. Fresh memory is the costliest part of reading a large range
+// and of a product, so large blocks are kept after use, up to a limit, for later requests.
 
 #include <cstddef>
 #include <cstring>
@@ -11,14 +10,14 @@
 
 namespace zavrel {
 
-/// A block of at least `bytes` bytes, uninitialised, aligned for any scalar type; `*granted` is its
-/// size. Throws std::bad_alloc. Any thread may call these functions.
+/// Returns a block of at least `bytes` bytes, uninitialised and aligned for any scalar type, and
+/// its size in `*granted`. Throws std::bad_alloc. These functions are thread-safe.
 void* TakeBlock(std::size_t bytes, std::size_t* granted);
-/// Gives a block back with the size that was granted.
+/// Returns a block, with its granted size, to the pool.
 void GiveBlock(void* block, std::size_t granted) noexcept;
 /// Frees the blocks kept for reuse.
 void ReleaseKeptBlocks() noexcept;
-/// Bytes kept for reuse.
+/// Number of bytes kept for reuse.
 std::size_t KeptBlockBytes() noexcept;
 
 /// A growing array of a trivial type in one pooled block; its new elements are uninitialised.
@@ -40,7 +39,7 @@ class BlockArray {
   void Reserve(std::size_t count) {
     if (count > capacity()) Move(count);
   }
-  /// Lengthens the array by `count` elements and gives the first of them.
+  /// Lengthens the array by `count` elements and returns the first of them.
   T* Extend(std::size_t count) {
     const std::size_t needed = size_ + count;
     if (needed > capacity())
@@ -49,7 +48,7 @@ class BlockArray {
     size_ = needed;
     return first;
   }
-  /// Cuts off elements that were not needed.
+  /// Removes unneeded elements at the end.
   void Shorten(std::size_t size) { size_ = size; }
 
   T* data() { return data_; }

@@ -7,8 +7,7 @@ namespace zavrel {
 std::string LocalTimeText() {
   const std::optional<std::tm> now = LocalTime(std::time(nullptr));
   if (!now) return {};
-  // asctime shares one buffer between all threads, and asctime's form is independent of the locale
-  // where strftime's names are not.
+  // asctime shares one buffer between all threads, and strftime's names depend on the locale.
   constexpr const char* kDays[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
   constexpr const char* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                      "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};

@@ -9,10 +9,10 @@
 namespace zavrel {
 
 /// The current local time in the C library's asctime form, "Tue Nov 24 21:52:37 2026", without a
-/// newline; empty when the system cannot tell it.
+/// newline; empty if the system does not provide it.
 std::string LocalTimeText();
 
-/// Local time by the calendar; nothing when the system cannot tell it.
+/// Local calendar time; nothing if the system does not provide it.
 std::optional<std::tm> LocalTime(std::time_t time);
 
 /// Seconds since 1970-01-01 00:00 UTC.
@@ -21,7 +21,7 @@ std::int64_t CalendarSeconds();
 /// Milliseconds since the system started, modulo 2^32.
 std::uint32_t TickCountMilliseconds();
 
-/// The high-resolution counter, in units of its own; nothing when the machine has none.
+/// The high-resolution counter, in its own units; nothing if the machine has none.
 std::optional<std::int64_t> PerformanceCounter();
 
 }  // namespace zavrel

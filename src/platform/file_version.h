@@ -12,8 +12,8 @@ namespace zavrel {
 /// Major, minor, patch and build number.
 using FileVersion = std::array<std::uint16_t, 4>;
 
-/// Nothing when the file cannot be read or has no version resource; always nothing where binaries
-/// have no such resource.
+/// Nothing if the file cannot be read or has no version resource, and on systems whose binaries
+/// have no such resources.
 std::optional<FileVersion> ReadFileVersion(const std::filesystem::path& file);
 
 /// "8.0.1.2".

@@ -6,8 +6,8 @@
 
 namespace zavrel {
 
-/// A callable that somebody else keeps while it is called: a parameter that takes any lambda
-/// without copying it and without making its function a template.
+/// A reference to a callable, which its owner keeps alive during the call. As a parameter, it
+/// accepts any lambda without copying it and without making the function a template.
 template <class Signature>
 class FunctionRef;
 

@@ -12,7 +12,7 @@ constexpr char32_t kFinalSigma = 0x03C2;
 
 char32_t Lower(char32_t code) {
   if (code < 0x80) return code >= U'A' && code <= U'Z' ? code + (U'a' - U'A') : code;
-  // Capitals do not tell where a word ends.
+  // A capital sigma does not tell whether it ends a word.
   if (code == kFinalSigma) return kSigma;
   return static_cast<char32_t>(utf8proc_tolower(static_cast<utf8proc_int32_t>(code)));
 }

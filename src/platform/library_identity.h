@@ -6,10 +6,10 @@
 
 namespace zavrel {
 
-/// Where this library's file is and which version it has. Never changes while it is loaded.
+/// The location and version of this library's file. Both are constant while it is loaded.
 struct LibraryIdentity {
   std::u16string path;
-  std::u16string folder;  // as the path has it, with the separator at its end
+  std::u16string folder;  // as in the path, with a separator at the end
   std::u16string file_name;
   std::uint32_t major_version = kNoVersion;
   std::u16string version_text;  // "8.0.0.1"
@@ -17,15 +17,15 @@ struct LibraryIdentity {
   /// Major version of a file whose version resource cannot be read.
   static constexpr std::uint32_t kNoVersion = 0xFFFF;
 
-  /// This library's, read on first need: at process attach the loader's lock would be held, under
-  /// which no other library may be loaded.
+  /// The identity of this library, read on first use. At process attach it could not be read: the
+  /// loader holds its lock then, and no other library may be loaded.
   static const LibraryIdentity& OfThisLibrary();
 };
 
-/// This library's major version; also where there is no memory to read it.
+/// This library's major version; known even if there is no memory to read it.
 std::int32_t MajorVersion() noexcept;
 
-/// The name of an add-in's session and of its log: "VekZavrelFuncs8" for "ZavrelFuncs".
+/// The name of an add-in's session and its log: "VekZavrelFuncs8" for "ZavrelFuncs".
 std::string SessionName(std::u16string_view add_in);
 
 }  // namespace zavrel

@@ -1,5 +1,5 @@
 #pragma once
-// How full the machine's memory is.
+// The memory load of the machine.
 
 #include <cstdint>
 
@@ -13,7 +13,7 @@ struct MemoryStatus {
   std::uint64_t available_virtual = 0;
 };
 
-/// Sizes in bytes; all zero when the system does not tell.
+/// Sizes in bytes; all zero if the system does not provide them.
 MemoryStatus ReadMemoryStatus() noexcept;
 
 }  // namespace zavrel

@@ -1,5 +1,5 @@
 #pragma once
-// Programs and libraries in this process, and what they export.
+// Programs and libraries in this process, and their exports.
 
 #include <cstdint>
 #include <filesystem>
@@ -9,7 +9,7 @@
 
 namespace zavrel {
 
-/// The address of an export; the caller knows its real type and casts with AsFunction.
+/// The address of an export; the caller knows its actual type and casts it with AsFunction.
 using ExportAddress = void*;
 
 template <typename Function>
@@ -17,19 +17,20 @@ Function* AsFunction(ExportAddress address) {
   return reinterpret_cast<Function*>(address);
 }
 
-/// A module that somebody else keeps loaded.
+/// A module that another owner keeps loaded.
 class LoadedModule {
  public:
-  /// The module loaded under this name ("XLCall32"; ".DLL" is understood); its use count stays as
-  /// it is.
+  /// The module loaded under this name ("XLCall32"; ".DLL" is implied); its use count does not
+  /// change.
   static std::optional<LoadedModule> ByName(const std::u16string& name);
-  /// The program itself. On systems with one space of symbols, that whole space.
+  /// The program itself. On systems with a single symbol space, that whole space.
   static LoadedModule HostExecutable();
 
-  /// Null when there is no such export; a number finds none where exports have names alone.
+  /// Null if there is no such export. A number finds no export on systems whose exports have only
+  /// names.
   ExportAddress FindExport(const char* name) const;
   ExportAddress FindExport(std::uint16_t number) const;
-  /// The system's handle. Null for the program where it has none.
+  /// The system's handle; null for the program on systems that have none for it.
   void* handle() const { return handle_; }
 
  private:
@@ -39,13 +40,13 @@ class LoadedModule {
   void* handle_;
 };
 
-/// Owner of a loaded library: it is unloaded when the owner goes.
+/// Owner of a loaded library, which its destructor unloads.
 class Module {
  public:
-  /// Loads a library by its full path; by the program's own, the program. What it imports is looked
-  /// for in its own folder and among the system's libraries, never in the current folder or the
-  /// search path. Nothing when the path is not absolute or the library cannot be loaded; the system
-  /// shows no error box, and what it has to say goes to `problem`.
+  /// Loads a library by its full path, or the program itself by the program's path. Imports are
+  /// searched only in the library's own folder and among the system's libraries, never in the
+  /// current folder or the search path. Nothing if the path is not absolute or the library cannot
+  /// be loaded; the system shows no error box, and `problem` receives its message.
   static std::optional<Module> Load(const std::filesystem::path& full_path,
                                     std::string* problem = nullptr);
 
@@ -70,14 +71,14 @@ class Module {
   void* handle_;
 };
 
-/// Full path of the running program; empty when the system does not tell.
+/// Full path of the running program; empty if the system does not provide it.
 std::filesystem::path HostExecutablePath();
 
-/// Keeps the module whose code or data holds this address loaded until the process ends. False when
-/// the system refuses.
+/// Keeps the module that contains this address loaded until the process ends. False if the system
+/// refuses.
 bool PinModuleContaining(const void* address) noexcept;
 
-/// Full path of the module whose code or data holds this address; empty when no module does.
+/// Full path of the module that contains this address; empty if there is none.
 std::filesystem::path PathOfModuleContaining(const void* address);
 
 }  // namespace zavrel

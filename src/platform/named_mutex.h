@@ -1,5 +1,5 @@
 #pragma once
-// Mutexes that are known to the system, or to the process, by name.
+// Mutexes with a name in the system or in the process.
 
 #include <memory>
 #include <optional>
@@ -7,11 +7,11 @@
 
 namespace zavrel {
 
-/// A mutex that other programs find by its name: that it exists is the message. It is never locked.
-/// Exists only on Windows; elsewhere it is an owner of nothing.
+/// A mutex that other programs can find by its name. Only its existence matters; it is never
+/// locked. On systems other than Windows it owns nothing.
 class NamedMutex {
  public:
-  /// Opens the mutex, creating it when nobody has; nothing when the system refuses.
+  /// Opens the mutex, and creates it if it does not exist; nothing if the system refuses.
   static std::optional<NamedMutex> Open(const std::u16string& name);
 
  private:
@@ -20,8 +20,8 @@ class NamedMutex {
   std::shared_ptr<void> mutex_;
 };
 
-/// A lock shared by all that name it within this process, and by no other process. A thread that
-/// holds it may lock it again. Works with std::lock_guard.
+/// A lock shared by all its users by name in this process, but not with other processes. A thread
+/// that holds it may lock it again. Works with std::lock_guard.
 class NamedLock {
  public:
   explicit NamedLock(const std::u16string& name);

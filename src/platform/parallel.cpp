@@ -9,7 +9,7 @@
 namespace zavrel {
 namespace {
 
-/// The indices of a section, each handed out once.
+/// Hands out each index of a section once.
 class Section {
  public:
   Section(std::size_t count, parallel::Task task) : count_(count), task_(task) {}
@@ -30,12 +30,12 @@ class Section {
 
 std::atomic<bool> section_runs{false};
 
-}  // namespace
-
-static std::size_t Processors() noexcept {
+std::size_t Processors() noexcept {
   static const std::size_t processors = std::max(1u, std::thread::hardware_concurrency());
   return processors;
 }
+
+}  // namespace
 
 std::size_t ParallelThreads() noexcept {
   return section_runs.load(std::memory_order_relaxed) ? 1 : Processors();

@@ -1,6 +1,6 @@
 #pragma once
-// Work in parallel, on threads that stand ready: handing it out costs microseconds, not the start
-// of a thread.
+// Parallel work on waiting threads. Handing out work takes microseconds, since no thread has to
+// start.
 
 #include <cstddef>
 #include <type_traits>
@@ -15,15 +15,15 @@ struct Task {
 void Run(std::size_t count, Task task) noexcept;
 }  // namespace parallel
 
-/// How many threads take part at most: one for each processor that this process may use, and only
-/// this one while another section runs.
+/// The maximum number of participating threads: one for each processor that this process may use,
+/// but only this thread while another section runs.
 std::size_t ParallelThreads() noexcept;
 
-/// Calls body(index) for each index below `count`, on this thread and on others at the same time,
-/// and returns when all are done. The body must not throw and must not call Excel; it finds the
-/// floating-point environment that its thread happens to have. With one processor, a count of 1,
-/// or while another section runs (its own body called this, or another thread's), everything runs
-/// on this thread in order.
+/// Calls body(index) for each index below `count`, on this thread and others at the same time, and
+/// returns when all calls are done. The body must not throw and must not call Excel; it runs in
+/// whatever floating-point environment its thread has. With one processor, with a count of 1, and
+/// while another section runs (also if its own body or another thread calls this function), all
+/// calls run on this thread in order.
 template <class Body>
 void ParallelFor(std::size_t count, Body&& body) {
   auto* object = const_cast<void*>(static_cast<const void*>(&body));

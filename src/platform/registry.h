@@ -1,5 +1,5 @@
 #pragma once
-// The Windows registry. Elsewhere it is empty and cannot be written.
+// The Windows registry. On other systems it is empty and read-only.
 
 #include <cstdint>
 #include <optional>
@@ -19,9 +19,10 @@ struct RegistryText {
 /// Owner of one open key.
 class RegistryKey {
  public:
-  /// Opens an existing key for reading. `path` has backslashes between its parts and none in front.
+  /// Opens an existing key for reading. `path` has backslashes between its parts but not at its
+  /// start.
   static std::optional<RegistryKey> Open(RegistryHive hive, const std::u16string& path);
-  /// Opens a key for reading and writing, creating it and its parents when missing.
+  /// Opens a key for reading and writing; creates it and its parents if they are missing.
   static std::optional<RegistryKey> Create(RegistryHive hive, const std::u16string& path);
 
   RegistryKey(RegistryKey&& other) noexcept : key_(std::exchange(other.key_, nullptr)) {}
@@ -31,11 +32,11 @@ class RegistryKey {
   }
   ~RegistryKey();
 
-  /// The text of a value; nothing when it is missing or of another type.
+  /// The text of a value; nothing if it is missing or has another type.
   std::optional<std::u16string> ReadText(const std::u16string& name) const;
-  /// The values that are texts, with the names of environment variables in them as they stand.
+  /// All text values; names of environment variables in them are not expanded.
   std::vector<RegistryText> ReadTexts() const;
-  /// False when the system refuses.
+  /// False if the system refuses.
   bool WriteNumber(const std::u16string& name, std::uint32_t number);
 
  private:

@@ -1,12 +1,12 @@
 #pragma once
-// What message_box.cpp needs of each system.
+// The part of message_box.cpp that depends on the system.
 
 #include <string>
 
 namespace zavrel {
 
 bool SystemHasAReader();
-/// False when no box could be opened.
+/// False if no box could be opened.
 bool ShowSystemErrorBox(const std::u16string& title, const std::u16string& text);
 
 }  // namespace zavrel

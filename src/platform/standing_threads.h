@@ -4,9 +4,9 @@
 
 namespace zavrel {
 
-/// Calls work(context) on this thread and, as soon as they wake, on up to `others` standing threads
-/// too. Returns when every call that began has ended; a call that did not begin before this
-/// thread's own had ended never will. One caller at a time.
+/// Calls work(context) on this thread and on up to `others` waiting threads as soon as they wake.
+/// Returns when every call that began has ended; no call begins after the call on this thread has
+/// ended. Only one caller at a time.
 void CallOnStandingThreads(std::size_t others, void (*work)(void* context), void* context) noexcept;
 
 }  // namespace zavrel

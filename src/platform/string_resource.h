@@ -10,10 +10,10 @@
 
 namespace zavrel {
 
-/// Owner of a library that is loaded for its resources only: no code of it runs.
+/// Owner of a library that is loaded only for its resources; none of its code runs.
 class StringResources {
  public:
-  /// Nothing when the file is missing or no library, and always where libraries have no resources.
+  /// Nothing if the file is missing or not a library, and on systems without resources.
   static std::optional<StringResources> Load(const std::filesystem::path& full_path);
 
   StringResources(StringResources&& other) noexcept
@@ -24,11 +24,11 @@ class StringResources {
   }
   ~StringResources();
 
-  /// The text in this language. The system may answer for a sublanguage with the text of its
-  /// primary language, and falls back on no other. An empty text counts as missing, since a table
-  /// cannot tell the two apart.
+  /// The text in this language. For a sublanguage, the system may return the text of its primary
+  /// language, but of no other. An empty text counts as missing, since string tables do not
+  /// distinguish the two.
   std::optional<std::u16string> Find(std::uint16_t language, std::uint16_t id) const;
-  /// The languages that have this text or one of its neighbours, with which it stands in a table.
+  /// The languages that have this text or another text of the same table.
   std::vector<std::uint16_t> LanguagesOf(std::uint16_t id) const;
 
  private:

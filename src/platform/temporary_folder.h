@@ -1,13 +1,13 @@
 #pragma once
-// Where temporary files go.
+// The folder for temporary files.
 
 #include <filesystem>
 
 namespace zavrel {
 
-/// The user's temporary folder. When the system names none, or names one that does not exist, it is
-/// the user's home (profile) folder, which the user can always write to and find; when that is
-/// missing too, the current folder.
+/// The user's temporary folder. If the system names none, or one that does not exist, the user's
+/// home (profile) folder, which users can always write to and find; if that is missing too, the
+/// current folder.
 std::filesystem::path TemporaryFolder();
 
 }  // namespace zavrel

@@ -11,7 +11,7 @@ struct Utf8Character {
   bool is_valid = false;
 };
 
-/// The character at the front of a text that is not empty, or what stands there in its place.
+/// The first character of a non-empty text, or malformed bytes in its place.
 Utf8Character DecodeUtf8(std::string_view text) {
   const auto byte = [text](std::size_t index) -> char32_t {
     return static_cast<unsigned char>(text[index]);

@@ -16,15 +16,14 @@ struct Utf16Character {
   std::size_t units;
 };
 
-/// The character at the front of a text that is not empty; a surrogate without its partner counts
-/// as one.
+/// The first character of a non-empty text; an unpaired surrogate counts as one.
 constexpr Utf16Character FirstCharacter(std::u16string_view text) {
   if (IsHighSurrogate(text[0]) && text.size() > 1 && IsLowSurrogate(text[1]))
     return {0x10000 + (char32_t{text[0] & 0x3FFu} << 10 | char32_t{text[1] & 0x3FFu}), 2};
   return {text[0], 1};
 }
 
-/// Appends one character of at most U+10FFFF; to UTF-8, no surrogate.
+/// Appends one character up to U+10FFFF; for UTF-8, it must not be a surrogate.
 void AppendUtf8(char32_t code, std::string& out);
 inline void AppendUtf16(char32_t code, std::u16string& out) {
   if (code >= 0x10000) {
@@ -34,8 +33,8 @@ inline void AppendUtf16(char32_t code, std::u16string& out) {
   out.push_back(static_cast<char16_t>(code));
 }
 
-/// Whatever is malformed becomes U+FFFD: each surrogate without its partner, and each longest run
-/// of bytes that could have begun a character, as the Unicode standard recommends.
+/// Malformed input becomes U+FFFD: each unpaired surrogate, and each longest run of bytes that
+/// could have begun a character, as the Unicode standard recommends.
 std::string Utf8FromUtf16(std::u16string_view text);
 std::u16string Utf16FromUtf8(std::string_view text);
 bool IsValidUtf8(std::string_view text);

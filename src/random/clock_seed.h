@@ -6,16 +6,16 @@
 
 namespace zavrel {
 
-/// The first 32 bits, the low byte first, of the MD5 digest of the counter's 8 bytes; without a
-/// counter, of the 4 bytes of the milliseconds. Throws VekSecurityFunctionError when the system
-/// makes no digest.
+/// The first 32 bits, low byte first, of the MD5 digest of the counter's 8 bytes or, without a
+/// counter, of the 4 bytes of the milliseconds. Throws VekSecurityFunctionError if the system
+/// provides no digest.
 std::uint32_t HashOfReading(std::optional<std::int64_t> counter, std::uint32_t milliseconds);
 
-/// The hash of the high-resolution counter; of the milliseconds since the system started where
-/// there is no such counter.
+/// The hash of the high-resolution counter or, if there is none, of the milliseconds since the
+/// system started.
 std::uint32_t HashOfClock();
 
-/// A seed from the clock, never 0: whatever hash of it comes first that is not 0.
+/// A seed from the clock: its first hash that is not 0.
 std::uint32_t ClockSeed(const std::function<std::uint32_t()>& hash = HashOfClock);
 
 }  // namespace zavrel

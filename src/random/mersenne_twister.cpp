@@ -8,7 +8,8 @@ namespace {
 
 constexpr std::size_t kMiddle = 397;
 
-/// The upper bit of one word joined to the lower bits of the next, through the recurrence's matrix.
+/// Joins the upper bit of one word to the lower bits of the next and applies the recurrence's
+/// matrix.
 constexpr std::uint32_t Twisted(std::uint32_t upper, std::uint32_t lower) {
   const std::uint32_t joined = (upper & 0x80000000u) | (lower & 0x7FFFFFFFu);
   return joined >> 1 ^ ((joined & 1) != 0 ? 0x9908B0DFu : 0u);
@@ -47,7 +48,7 @@ void MersenneTwister::SeedSequence(const std::uint32_t* words, std::size_t count
   seeded_from_one_value_ = false;
   Initialize(19650218u);
   std::size_t i = 1;
-  // The place after the last is the second one, with the last word in the first.
+  // The last place is followed by the second one; the first then holds the last word.
   const auto advance = [&] {
     if (++i < kWords) return;
     state_[0] = state_[kWords - 1];
@@ -66,7 +67,7 @@ void MersenneTwister::SeedSequence(const std::uint32_t* words, std::size_t count
     state_[i] = (state_[i] ^ (before ^ before >> 30) * 1566083941u) - static_cast<std::uint32_t>(i);
     advance();
   }
-  state_[0] = 0x80000000u;  // so that the state is not all zeros
+  state_[0] = 0x80000000u;  // ensures that the state is not all zeros
 }
 
 std::uint32_t MersenneTwister::Next() noexcept {

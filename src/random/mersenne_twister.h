@@ -18,12 +18,12 @@ class MersenneTwister final : public RndGen {
   void SeedSequence(const std::uint32_t* words, std::size_t count) noexcept override;
   void Seed(std::uint32_t value) noexcept override;
   std::uint32_t Next() noexcept override;
-  /// The high 27 bits of a first value above the high 26 bits of a second one.
+  /// The high 27 bits of a first value, followed by the high 26 bits of a second one.
   double NextDouble() noexcept override;
   const char* Name() const noexcept override { return "MersenneTwister"; }
 
-  /// The value that it was last seeded with, a sequence of one word; empty when that was a
-  /// sequence, which is not kept: it would take memory, and with it a way to fail.
+  /// The value of the last seeding, as a sequence of one word. Empty after seeding with a sequence:
+  /// storing it would need memory and could therefore fail.
   std::span<const std::uint32_t> seed_sequence() const {
     return {&seed_, seeded_from_one_value_ ? 1u : 0u};
   }

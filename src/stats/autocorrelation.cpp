@@ -13,7 +13,7 @@ double Autocorrelation(std::span<const double> values, std::size_t lag) {
   if (n < 1 || n < lag) return ConditionDouble(kConditionNotComputed);
   const MomentBlock moments = ComputeMoments(values, Form::kSample);
   if (std::isnan(moments.mean)) return moments.mean;
-  // Asked of the values: the rounding of the mean gives equal ones deviations from it.
+  // Compares the values themselves, since rounding of the mean gives equal values deviations.
   if (moments.minimum == moments.maximum) return ConditionDouble(kConditionTooFew);
 
   const FloatingPointScope environment;

@@ -1,6 +1,6 @@
 #pragma once
-// The summary of one data set that a box plot draws. J. W. Tukey, "Exploratory Data Analysis"
-// (1977), chapter 2.
+// The summary of a data set for a box plot. J. W. Tukey, "Exploratory Data Analysis" (1977),
+// chapter 2.
 
 #include <cstddef>
 #include <span>
@@ -20,7 +20,7 @@ enum class OutlierType {
   kExtreme = 2,  // 3 or more
 };
 
-/// Limits beyond which a value is an outlier. One that lies on a fence is beyond it.
+/// Limits beyond which a value is an outlier. A value on a fence is an outlier, too.
 struct Fences {
   double lower_extreme;  // Q1 - 3 IQR
   double lower_mild;     // Q1 - 1.5 IQR
@@ -31,7 +31,7 @@ struct Fences {
   OutlierType TypeOf(double value) const;
 };
 
-/// What a box plot shows of values in ascending order. The values are viewed, not copied.
+/// The parts of a box plot of values in ascending order, which are viewed, not copied.
 struct BoxPlot {
   /// The values must not be empty.
   BoxPlot(std::span<const double> sorted, double mean, const Quartiles& quartiles);
@@ -40,14 +40,14 @@ struct BoxPlot {
   Quartiles quartiles;
   Fences fences;
 
-  // The four groups of outliers, each in ascending order. Where the quartiles are equal, and with
-  // them all fences, the values on the fences belong to the lower side.
+  // The four groups of outliers, each in ascending order. If the quartiles and therefore all fences
+  // are equal, the values on the fences belong to the lower side.
   std::span<const double> lower_extreme;
   std::span<const double> lower_mild;
   std::span<const double> upper_mild;
   std::span<const double> upper_extreme;
 
-  /// The smallest and the largest value that is no outlier; the quartiles where every value is one.
+  /// The smallest and the largest value that is not an outlier; the quartiles if all are outliers.
   double lower_whisker;
   double upper_whisker;
 

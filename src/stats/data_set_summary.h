@@ -1,5 +1,5 @@
 #pragma once
-// What a data set's statistics look like in the log.
+// The form of a data set's statistics in the log.
 
 #include <array>
 #include <cstdint>
@@ -11,12 +11,12 @@
 
 namespace zavrel {
 
-/// A sum of powers, with the extended-precision accumulator that it came from, if there was one.
+/// A sum of powers, with its extended-precision accumulator if there was one.
 struct PowerSum {
   double sum = 0;
   std::optional<long double> accumulator{};
 
-  /// The accumulator with all its 21 digits, else the sum by "%g".
+  /// The accumulator with all its 21 digits if there is one, otherwise the sum in the form "%g".
   std::string Text() const;
 };
 
@@ -40,12 +40,12 @@ struct DataSetSummary {
   double max = 0;
   std::variant<SummaryMoments, PowerSums> statistics{};
 
-  /// "{ numTotalData=%d, ..., kurtosis=%g }", the power sums without the braces. At full precision
-  /// the doubles of the former have 17 significant digits.
+  /// "{ numTotalData=%d, ..., kurtosis=%g }", or the power sums without braces. At full precision,
+  /// the doubles of the first form have 17 significant digits.
   std::string Text(bool full_precision = false) const;
 };
 
-/// `total` and `errors`: of the cells that the block's values come from.
+/// `total` and `errors` count the cells from which the block's values come.
 DataSetSummary SummaryOf(const MomentBlock& block, std::size_t total, std::size_t errors);
 
 }  // namespace zavrel

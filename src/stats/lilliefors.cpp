@@ -12,7 +12,7 @@ double LargestDistance(std::span<const double> sorted, const CumulativeProbabili
   if (sorted.empty()) return ConditionDouble(kConditionNotComputed);
   const auto n = static_cast<double>(sorted.size());
   double largest = 0;
-  double below = 0;  // the step function in front of the value
+  double below = 0;  // the step function before the value
   for (std::size_t i = 0; i < sorted.size(); ++i) {
     const std::optional<double> probability = cumulative(sorted[i]);
     if (!probability) return ConditionDouble(kConditionNotComputed);

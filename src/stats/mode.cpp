@@ -29,7 +29,7 @@ double MostFrequent(std::span<const double> sorted) {
   return mode;
 }
 
-/// The part of `window` with `length` values that spans least, the lowest of equals.
+/// The part of `window` with `length` values and the smallest span; of equal spans, the lowest.
 std::span<const double> Densest(std::span<const double> window, std::size_t length) {
   std::size_t best = 0;
   for (std::size_t i = 1; i + length <= window.size(); ++i) {
@@ -60,7 +60,7 @@ double MiddleOfFullestBin(std::span<const double> sorted, double scale) {
   const double range = sorted.back() * scale - minimum;
   std::array<std::size_t, kMostBins> counts{};
   for (const double x : sorted) {
-    // Multiplied first, so that a value on an edge, where doubles can tell, gives a whole number.
+    // Multiplies first, so that a value on an edge gives a whole number as far as doubles allow.
     const double place = (x * scale - minimum) * bin_count / range;
     ++counts[place > 0 ? static_cast<std::size_t>(std::min(place, bin_count - 1)) : 0];
   }
@@ -71,7 +71,7 @@ double MiddleOfFullestBin(std::span<const double> sorted, double scale) {
 
 double ContinuousMode(std::span<const double> sorted) {
   if (sorted.front() == sorted.back()) return sorted.front();
-  // Far from the largest double nothing that is computed here overflows.
+  // For values far below the largest double, nothing here overflows.
   const bool large = !(sorted.back() / 2 - sorted.front() / 2 < 1e300);
   const double scale = large ? 0x1p-10 : 1;
   const double mode = sorted.size() <= kMostForHalfSamples ? HalfSampleMode(sorted, scale)

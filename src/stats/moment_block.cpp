@@ -26,7 +26,7 @@ struct PowerSums {
   }
 }
 
-/// Counts, minimum and maximum; gives the sum.
+/// Determines counts, minimum and maximum, and returns the sum.
 template <class Real>
 Real FirstPass(std::span<const double> values, MomentBlock& block) {
   block.presented = values.size();
@@ -62,7 +62,7 @@ void Add(PowerSums<Real>& sums, Real d) {
   sums.s4 += d2 * d2;
 }
 
-// Every other deviation has sums of its own: one addition does not wait for the other.
+// Deviations alternate between two sets of sums, so that one addition does not wait for the other.
 template <class Real>
 PowerSums<Real> SecondPass(std::span<const double> values, Real mean) {
   PowerSums<Real> even;
@@ -78,13 +78,13 @@ PowerSums<Real> SecondPass(std::span<const double> values, Real mean) {
   }
   if (paired < values.size() && !std::isnan(values.back()))
     Add(even, static_cast<Real>(values.back()) - mean);
-  // Settled one by one: stored side by side as they are, the compiler would pack them in pairs, and
-  // packing and unpacking takes as long again as the sums themselves.
+  // Settles them one by one. Otherwise the compiler would pack these neighbours in pairs, and
+  // packing and unpacking takes as long as the sums themselves.
   return {Settled(even.s1 + odd.s1), Settled(even.s2 + odd.s2), Settled(even.s3 + odd.s3),
           Settled(even.s4 + odd.s4)};
 }
 
-/// The results in Real; a missing one is the too-few code.
+/// The results in Real; a missing result is the too-few code.
 template <class Real>
 struct Spread {
   Real variance;
@@ -135,7 +135,7 @@ double Finite(Real result) {
   return std::isfinite(value) ? value : ConditionDouble(kConditionNotFinite);
 }
 
-/// What both forms are made of.
+/// The data that both forms share.
 template <class Real>
 struct Passes {
   explicit Passes(std::span<const double> values, const RunningSum* first_pass = nullptr) {

@@ -9,8 +9,7 @@
 
 namespace zavrel {
 
-/// Minimum, maximum and the first four moments of one series of values, with what was counted on
-/// the way.
+/// Minimum, maximum and the first four moments of a series of values, with the counts.
 struct MomentBlock {
   std::size_t presented = 0;  // values in the series
   std::size_t valid = 0;
@@ -25,7 +24,7 @@ struct MomentBlock {
   double skewness = ConditionDouble(kConditionNoData);
   double kurtosis = ConditionDouble(kConditionNoData);
 
-  /// The moment of this id; the no-data code for an id that is none.
+  /// The moment with this id; the no-data code for an unknown id.
   double operator[](StatisticId id) const;
 };
 
@@ -40,18 +39,18 @@ struct MomentBlock {
 ///   population form:  variance  v = S2 / n, skewness S3 / (n v^1.5), kurtosis S4 / (n v^2)
 /// Both kurtosis forms are on one scale: a normal series gives about 3, not 0.
 ///
-/// No valid value leaves every result at the no-data code. Too few values for a result, or no
-/// spread for the third and fourth, give the too-few code; what is not finite the not-finite code.
-/// When an operation overflows or underflows, everything is computed again in 80-bit extended
-/// precision: the fourth powers of deviations below 1e-77 are too small for a double.
+/// Without a valid value, every result is the no-data code. Too few values for a result, or no
+/// spread for the third and fourth moment, give the too-few code; results that are not finite give
+/// the not-finite code. If an operation overflows or underflows, everything is computed again in
+/// 80-bit extended precision: fourth powers of deviations below 1e-77 are too small for a double.
 MomentBlock ComputeMoments(std::span<const double> values, Form form);
 
-/// Both forms of one series, for the price of one.
+/// Both forms of a series, at the cost of one.
 struct MomentBlocks {
   MomentBlock population;
   MomentBlock sample;
 };
-/// `first_pass`: the running sum of the values, where it is known already.
+/// `first_pass`: the running sum of the values, if it is already known.
 MomentBlocks ComputeBothForms(std::span<const double> values,
                               const RunningSum* first_pass = nullptr);
 

@@ -10,7 +10,7 @@
 namespace zavrel {
 namespace {
 
-/// A quotient of polynomials, coefficients by rising powers; the denominator's first is 1.
+/// A quotient of polynomials with coefficients by ascending powers; the denominator's first is 1.
 template <std::size_t kNumerator, std::size_t kDenominator>
 struct Rational {
   std::array<double, kNumerator> numerator;
@@ -25,9 +25,9 @@ struct Rational {
   }
 };
 
-// e^(z^2/2) times the upper tail: in z from 0 to 2 and from 2 to 6, and its product with z as a
-// function of 1/z^2 beyond. Rational interpolation at Chebyshev points in 60 digits
-// (tests/stats/data/fit_normal_tail.py); the largest relative error is 3.1e-17.
+// Approximations of e^(z^2/2) times the upper tail: as functions of z from 0 to 2 and from 2 to 6,
+// and beyond, multiplied by z, as a function of 1/z^2. They are rational interpolations at
+// Chebyshev points with 60 digits (fit_normal_tail.py); the largest relative error is 3.1e-17.
 constexpr Rational<7, 8> kNear{
     {0.50000000000000001, 0.49049838734004706, 0.24418088414094046, 0.072459594508215542,
      0.013337017376890328, 0.0014304811930326348, 6.998973249144989e-5},
@@ -43,7 +43,7 @@ constexpr Rational<6, 6> kFar{{0.39894228040143267, 17.427066076513333, 242.7665
                               {1, 44.683176571250953, 650.20872860717337, 3660.5129355280514,
                                7320.1760937410029, 3493.3944595098958}};
 
-/// e^(-z^2/2): the square in two parts, since its rounding alone would cost z^2/4 units.
+/// e^(-z^2/2), with the square in two parts, since its rounding alone would cost z^2/4 units.
 double Bell(double z) {
   constexpr double kSplit = 0x1p27 + 1;
   const double high = z * kSplit - (z * kSplit - z);
@@ -53,15 +53,15 @@ double Bell(double z) {
   return elementary::Exp(-0.5 * square, -0.5 * rest);
 }
 
-/// The tail above z >= 0.
+/// The tail above z, z >= 0.
 double TailAbove(double z) {
-  if (!(z < 39)) return z >= 39 ? 0 : z;  // the latter: not-a-number
+  if (!(z < 39)) return z >= 39 ? 0 : z;  // returns z if it is a not-a-number
   if (z < 2) return Bell(z) * kNear(z);
   if (z < 6) return Bell(z) * kMiddle(z);
   return Bell(z) * (kFar(1 / (z * z)) / z);
 }
 
-// Wichura's three approximations: around 1/2, and in r = sqrt(-ln tail) to r = 5 and beyond.
+// Wichura's three approximations: around 1/2, and in r = sqrt(-ln tail) up to r = 5 and beyond.
 constexpr Rational<8, 8> kCentral{
     {3.3871328727963666080e0, 1.3314166789178437745e2, 1.9715909503065514427e3,
      1.3731693765509461125e4, 4.5921953931549871457e4, 6.7265770927008700853e4,

@@ -3,9 +3,9 @@
 
 namespace zavrel {
 
-/// The probability that a standard normal variable exceeds z, as a tail and not as a difference
-/// from 1: within 5 units in the last place at every z, down to the smallest numbers there are
-/// (beyond z = 38.57 it is 0).
+/// The probability that a standard normal variable exceeds z, computed as a tail and not as a
+/// difference from 1. It is accurate to 5 units in the last place at every z, down to the smallest
+/// doubles (beyond z = 38.57 it is 0).
 double NormalUpperTail(double z);
 
 /// The standard normal quantile of p: -infinity at 0, infinity at 1, not-a-number outside. Relative

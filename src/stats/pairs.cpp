@@ -8,7 +8,7 @@
 namespace zavrel {
 namespace {
 
-/// Calls take(x, y) for each complete pair while it gives true.
+/// Calls take(x, y) for each complete pair as long as it returns true.
 template <class Take>
 void EachPair(PairedValues x, PairedValues y, Take take) {
   const std::size_t pairs = std::min(x.size(), y.size());

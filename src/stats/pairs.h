@@ -1,9 +1,9 @@
 #pragma once
-// Two variables read as pairs, the n-th value of the one with the n-th of the other.
+// Pairs of two variables: the n-th value of one with the n-th value of the other.
 //
-// A pair is complete when neither of its values is the missing-value marker. The variables need not
-// be equally long: there are as many pairs as the shorter one has values. Incomplete pairs are
-// skipped, never closed up.
+// A pair is complete if neither of its values is the missing-value marker. The variables may differ
+// in length; the number of pairs is that of the shorter one. Incomplete pairs are skipped, and the
+// values after them keep their partners.
 
 #include <cstddef>
 #include <span>
@@ -17,11 +17,11 @@ using PairedValues = std::span<const double>;
 
 std::size_t CountPairs(PairedValues x, PairedValues y);
 
-/// The differences x - y of the complete pairs, in order, into `out`, which has room for as many as
-/// the shorter variable has values. Gives their count.
+/// Writes the differences x - y of the complete pairs in order to `out`, which has room for as many
+/// values as the shorter variable has. Returns their count.
 std::size_t PairedDifferences(PairedValues x, PairedValues y, std::span<double> out);
 
-/// Plain quotients x / y or their absolute values.
+/// Quotients x / y or their absolute values.
 enum class Quotient : bool { kPlain, kAbsolute };
 
 struct PairedQuotientsResult {
@@ -30,14 +30,14 @@ struct PairedQuotientsResult {
   /// not-finite code for a quotient that overflows.
   double failure = 0;
 };
-/// The quotients of the complete pairs, in order, into `out`.
+/// Writes the quotients of the complete pairs in order to `out`.
 PairedQuotientsResult PairedQuotients(PairedValues x, PairedValues y, Quotient quotient,
                                       std::span<double> out);
 
-/// How many values lie in the range.
+/// The number of values in the range.
 std::size_t CountInRange(std::span<const double> values, const NumericRange& range);
-/// How many complete pairs have their difference x - y in the range. A difference that overflows
-/// lies in none.
+/// The number of complete pairs whose difference x - y lies in the range. A difference that
+/// overflows lies in no range.
 std::size_t CountPairsInRange(PairedValues x, PairedValues y, const NumericRange& range);
 
 }  // namespace zavrel

@@ -14,13 +14,13 @@ std::vector<double> Sorted(std::span<const double> values) {
   return sorted;
 }
 
-/// A sorted sample, and how far it has been ranked.
+/// A sorted sample and the number of its values that are already ranked.
 struct RankedSample {
   std::vector<double> values;
   std::size_t next = 0;
 
   bool done() const { return next == values.size(); }
-  /// How many of the values ahead equal this one.
+  /// The number of the next values that equal this one.
   std::size_t CountOf(double value) const {
     std::size_t end = next;
     while (end < values.size() && values[end] == value) ++end;

@@ -1,5 +1,5 @@
 #pragma once
-// Ranks of several samples taken together.
+// Joint ranks of several samples.
 
 #include <cstdint>
 #include <span>
@@ -15,9 +15,9 @@ struct RankSums {
   std::vector<std::uint32_t> group_sizes;  // of equal values, from the smallest value on
 };
 
-/// Ranks the values of all samples from 1 for the smallest; equal values share the mean of their
-/// ranks. -0 equals +0; no value is a not-a-number. A sample may be empty. The sizes of the groups
-/// are listed on request only. Throws std::bad_alloc.
+/// Ranks the values of all samples, starting with 1 for the smallest; equal values share the mean
+/// of their ranks. -0 equals +0; not-a-numbers are not allowed. A sample may be empty. The group
+/// sizes are listed only on request. Throws std::bad_alloc.
 RankSums RankTogether(std::span<const std::span<const double>> samples, bool list_groups = false);
 
 }  // namespace zavrel

@@ -5,8 +5,8 @@
 
 namespace zavrel {
 
-/// What the first pass over a series finds: the sum in the order of the values, the least and the
-/// greatest of them. Whoever has the values in hand one by one can gather it meanwhile, in a
+/// The results of the first pass over a series: the sum in the order of the values, the minimum and
+/// the maximum. Code that copies the values one by one can collect them on the way, in a
 /// FloatingPointScope: an addition takes longer than a copy, but not longer than both together.
 struct RunningSum {
   double sum = 0;
@@ -18,7 +18,7 @@ struct RunningSum {
     maximum = x > maximum ? x : maximum;
     sum += x;
   }
-  /// False when something was not a number or not finite, or the sum overflowed.
+  /// False if a value was not a number or not finite, or the sum overflowed.
   bool IsFinite() const { return std::isfinite(sum); }
 };
 

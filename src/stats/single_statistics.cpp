@@ -15,7 +15,7 @@ double Finite(double result) {
   return std::isfinite(result) ? result : ConditionDouble(kConditionNotFinite);
 }
 
-// Each formula in a precision of choice.
+// Each formula, in a precision given by a template parameter.
 template <class Real>
 Real SumOf(Values values) {
   Real sum = 0;
@@ -50,8 +50,8 @@ Real MeanAbsOf(Values values) {
   return sum / static_cast<Real>(values.size());
 }
 
-/// The formula in double precision and, when that leaves the range of doubles, in extended
-/// precision.
+/// Computes the formula in double precision and, if that leaves the range of doubles, again in
+/// extended precision.
 template <double (*kPlain)(Values), long double (*kExtended)(Values)>
 double WithExtendedRetry(Values values) {
   const FloatingPointScope environment;

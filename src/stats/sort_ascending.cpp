@@ -10,22 +10,22 @@
 namespace zavrel {
 namespace {
 
-// A digit of 10 bits takes at most seven passes; with 11 the places of a pass no longer fit into
-// the fastest cache.
+// With digits of 10 bits there are at most seven passes; with 11 bits, the table of a pass would no
+// longer fit into the fastest cache.
 constexpr int kDigitBits = 10;
 constexpr std::size_t kDigitValues = std::size_t{1} << kDigitBits;
-constexpr std::size_t kShort = 256;  // from here on the radix sort is the faster one
+constexpr std::size_t kShort = 256;  // from here on the radix sort is faster
 
 using Counts = std::array<std::uint32_t, kDigitValues>;
 
-/// The bits as an unsigned integer that orders as the doubles do.
+/// The bits as an unsigned integer with the order of the doubles.
 std::uint64_t Key(double value) {
   constexpr std::uint64_t kSignBit = std::uint64_t{1} << 63;
   const auto bits = std::bit_cast<std::uint64_t>(value);
   return (bits & kSignBit) != 0 ? ~bits : bits | kSignBit;
 }
 
-// Comparing doubles themselves is no order when a not-a-number is among them.
+// Comparing the doubles themselves is not an order if a not-a-number is among them.
 bool Before(double a, double b) { return Key(a) < Key(b); }
 
 std::size_t Digit(std::uint64_t key, int lowest_bit) {
@@ -40,7 +40,7 @@ std::uint64_t VaryingBits(std::span<const double> values) {
   return varying;
 }
 
-/// Counts become the places where the values with each digit begin.
+/// Converts the counts to the places where the values with each digit begin.
 void ToFirstPlaces(Counts& counts) {
   std::uint32_t place = 0;
   for (std::uint32_t& count : counts) {
@@ -60,7 +60,7 @@ void Distribute(std::span<const double> from, double* to, Counts& places, int lo
   }
 }
 
-// Each digit begins at a bit that varies: bits in which all values agree cost nothing.
+// Each digit begins at a bit that varies, so bits in which all values agree cost nothing.
 void RadixSort(std::span<double> values, double* scratch) {
   std::uint64_t varying = VaryingBits(values);
   int lowest_bit = std::countr_zero(varying);

@@ -6,10 +6,10 @@ enum class StandardizeStatus { kGiven = 0, kOverflow = 4, kNoSpread = 10 };
 
 struct Standardized {
   StandardizeStatus status;
-  double value;  // (x - mean) / standard deviation, whatever the status says
+  double value;  // (x - mean) / standard deviation, regardless of the status
 };
 
-/// How many standard deviations x lies above the mean.
+/// The number of standard deviations by which x exceeds the mean.
 Standardized Standardize(double x, double mean, double standard_deviation);
 
 }  // namespace zavrel

@@ -24,13 +24,13 @@ enum class StatisticId : std::size_t {
   kMode = 15,
 };
 
-/// Which of two forms a statistic takes: that of a whole population (divisor n), or of a sample
-/// from one (n - 1).
+/// The two forms of a statistic: of a whole population (divisor n), or of a sample from a population
+/// (divisor n - 1).
 enum class Form : bool { kPopulation, kSample };
-/// Of a statistic that has no forms.
+/// For a statistic without forms.
 inline constexpr Form kOnlyForm = Form::kPopulation;
 
-/// The statistics that one run over the data gives together.
+/// The statistics that one run over the data computes together.
 constexpr bool IsMoment(StatisticId id) { return id <= StatisticId::kKurtosis; }
 
 }  // namespace zavrel

@@ -12,18 +12,18 @@
 namespace zavrel {
 namespace {
 
-constexpr int kSteps = 15;      // to either side, in both integrals
-constexpr int kEarlySteps = 7;  // of the outer integral: until then a small term proves nothing
-constexpr int kEarlyNodes = 3;  // the same of the inner one
+constexpr int kSteps = 15;      // to each side, in both integrals
+constexpr int kEarlySteps = 7;  // of the outer integral: within these a small term does not end it
+constexpr int kEarlyNodes = 3;  // the same for the inner integral
 constexpr double kSmallSum = 1e-4;
 constexpr double kSmallTerm = 3e-5;
 constexpr double kMostDegrees = 120;
 constexpr double kStep = 0.45;
 constexpr double kNormalDensityAt0 = 0.39894228;
 
-/// The probability for given degrees of freedom and means: the sum over a grid of normal deviates z
-/// (outer) and of logarithms t of the estimated standard deviation (inner). Everything that does
-/// not depend on q is computed once.
+/// The probability for given degrees of freedom and means: a sum over a grid of normal deviates z
+/// (outer) and of logarithms t of the estimated standard deviation (inner). Everything that is
+/// independent of q is computed once.
 class StudentizedRange {
  public:
   StudentizedRange(double df, double means) : inner_(df <= kMostDegrees), power_(means - 1) {
@@ -71,8 +71,8 @@ class StudentizedRange {
  private:
   struct Deviate {
     double z;
-    double log_weight;  // of the density, constants of both integrals included
-    double tail;        // beyond z, on the side where z lies
+    double log_weight;  // of the density, including the constants of both integrals
+    double tail;        // beyond z, on the side of z
   };
   struct Node {
     double scale;  // e^t
@@ -81,7 +81,7 @@ class StudentizedRange {
 
   static std::size_t Index(int one_based) { return static_cast<std::size_t>(one_based - 1); }
 
-  /// 1 / sqrt(2 pi) times the constant of the density of ln s, without its power of e: in full for
+  /// 1 / sqrt(2 pi) times the constant of the density of ln s, without its power of e: exact for
   /// one and two degrees of freedom, by Stirling's series for more.
   static double DensityConstant(double df) {
     if (df == 1) return 0.193064705;
@@ -100,9 +100,9 @@ class StudentizedRange {
     return {scale, df * (t + 0.5 - scale * scale / 2)};
   }
 
-  /// weight * (probability between x and z) ^ power, x = z - q * scale; 0 where x rounds to z.
-  /// The probability is taken as a difference of small numbers or from 1 by a small one: at
-  /// thousands of means the power would magnify the rounding of a number near 1.
+  /// weight * (probability between x and z) ^ power, x = z - q * scale; 0 if x rounds to z. The
+  /// probability is computed as a difference of small numbers, or as 1 minus a small number: with
+  /// thousands of means, the power would magnify the rounding of a number near 1.
   double Term(const Deviate& deviate, double q, double scale, double log_weight) const {
     const double x = deviate.z - q * scale;
     const double tail = NormalUpperTail(std::abs(x));
@@ -119,8 +119,8 @@ class StudentizedRange {
     return elementary::Exp(log_weight + power_ * log_between);
   }
 
-  /// The inner integral at one deviate. `late`: far enough out that the first small term ends a
-  /// side; the negative side always ends so.
+  /// The inner integral at one deviate. `late` means so far out that the first small term ends a
+  /// side; the negative side always ends in this way.
   double SumAt(const Deviate& deviate, double q, bool late) const {
     double sum = Term(deviate, q, 1, deviate.log_weight);
     if (!inner_) return sum;
@@ -142,7 +142,8 @@ class StudentizedRange {
   std::array<std::array<Node, kSteps>, 2> nodes_{};
 };
 
-/// A first approximation of the quantile. It was fitted with 0.8843 (other sources have 0.8832).
+/// A first approximation of the quantile, fitted with the constant 0.8843 (other sources have
+/// 0.8832).
 double StartingValue(double p, double df, double means) {
   double t = NormalQuantile(0.5 + 0.5 * p);
   const bool few = df < kMostDegrees;
@@ -150,10 +151,10 @@ double StartingValue(double p, double df, double means) {
   double slope = 0.8843 - 0.2368 * t;
   if (few) slope += -1.214 / df + 1.208 * t / df;
   const double value = t * (slope * elementary::Log(means - 1) + 1.4142);
-  return value > 0 ? value : 0;  // not-a-number too, from the infinite t of a p next to 1
+  return value > 0 ? value : 0;  // 0 also for a not-a-number, from the infinite t of a p next to 1
 }
 
-/// A place and its probability.
+/// A point and its probability.
 struct End {
   double x;
   double probability;
@@ -162,11 +163,11 @@ struct End {
 constexpr int kMostWidenings = 200;
 constexpr int kMostBisections = 100;
 
-/// Moves an end outwards by growing factors, which would take all the widenings to reach the
-/// outermost place, until it is `beyond` p.
+/// Moves an end outwards by growing factors until it is `beyond` p. Reaching the outermost point
+/// would take all the steps.
 template <class Beyond>
 void Widen(StudentizedRange& range, End& end, double outermost, Beyond beyond) {
-  if (end.x <= 0) return;  // no factor moves it
+  if (end.x <= 0) return;  // a factor would not move it
   constexpr double kAllFactors = kMostWidenings * (kMostWidenings + 1) / 2.0;
   const bool outside = outermost < 1 ? end.x <= outermost : end.x >= outermost;
   const double growth =
@@ -212,7 +213,7 @@ StudentizedRangeResult StudentizedRangeQuantile(double p, std::int32_t df, std::
 
   const double start = StartingValue(p, df, means);
   End low{start, range.Probability(start)};
-  // On the other side of p, as far away; what lies above p counts for less.
+  // On the other side of p and as far away; a distance above p counts for less.
   double first = low.probability;
   if (first > p) first = 1.75 * p - 0.75 * first;
   const double second = p > first ? p + 0.75 * (p - first) * (1 - p) / (1 - first) : 0;

@@ -18,15 +18,15 @@ constexpr double kEpsilon = 2.220446049250313e-16;  // the rounding of p
 
 double CountOf(Sorted x) { return static_cast<double>(x.size()); }
 
-/// The order statistic x(rank), rank a whole number from 1; ranks beyond either end give that end.
+/// The order statistic x(rank) for a whole number `rank` from 1; ranks beyond an end give that end.
 double OrderStatistic(Sorted x, double rank) {
   if (!(rank > 1)) return x.front();
   return rank < CountOf(x) ? x[static_cast<std::size_t>(rank) - 1] : x.back();
 }
 
-/// Between the neighbours of the fractional rank `position` + `offset`; the offset stands apart to
-/// keep the digits of a small position. On a rank, and between equal neighbours, exactly their
-/// value, also when it is infinite.
+/// Interpolates between the neighbours of the fractional rank `position` + `offset`; the offset is
+/// separate to keep the digits of a small position. On a whole rank, and between equal neighbours,
+/// the result is exactly their value, even if it is infinite.
 double Interpolated(Sorted x, double position, double offset = 0) {
   const double whole = std::floor(position);
   const double fraction = position - whole;
@@ -52,8 +52,8 @@ double InverseEcdf(Sorted x, double p) {
   return OrderStatistic(x, std::ceil(CountOf(x) * std::max(p - kEpsilon, 0.0)));
 }
 
-/// Definition 2. The rank of a jump is taken from above: 0.29 * 100 is just below 29 in doubles,
-/// and the average is the one of x(29) and x(30). In extended precision, as the rounding of a
+/// Definition 2. The rank of a jump is computed from above: 0.29 * 100 is just below 29 in doubles,
+/// but the average must be that of x(29) and x(30). In extended precision, since rounding of the
 /// product would hide some of the jumps that lie within the rounding of p.
 double InverseEcdfAverage(Sorted x, double p) {
   const long double n = CountOf(x);
@@ -91,7 +91,8 @@ double ValueOfProbability(Sorted x, PercentileMethod method, DiscreteSetting set
   return ConditionDouble(kConditionNotComputed);
 }
 
-/// How far v is on the way from one value to the next, 0 where there is no way to measure.
+/// The position of v between two values, as a fraction of their distance; 0 if there is no finite
+/// distance.
 double FractionBetween(double below, double above, double v) {
   if (!std::isfinite(below) || !std::isfinite(above) || !(above > below)) return 0;
   const double scale = std::isfinite(above - below) ? 1 : 0.5;

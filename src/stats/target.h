@@ -16,24 +16,23 @@ enum class PercentileMethod : std::int16_t {
   kAutomatic = -1,         // kInverseEcdf for discrete data, kLinearEcdf for continuous
   kLinearIncluding = 0,    // definition 7, position 1 + (n - 1) p
   kLinearEcdf = 1,         // definition 4, position n p
-  kNearest = 2,            // definition 3, the order statistic nearest n p, to even in the middle
+  kNearest = 2,            // definition 3, the order statistic nearest n p, of two the even one
   kInverseEcdf = 3,        // definition 1, the inverse of the empirical distribution
   kLinearExcluding = 4,    // definition 6, position (n + 1) p
-  kInverseEcdfAverage = 5  // definition 2, the same with averages where it jumps
+  kInverseEcdfAverage = 5  // definition 2, the same with averages at its jumps
 };
 inline constexpr std::int32_t kFirstPercentileMethod = -1;
 inline constexpr std::int32_t kLastPercentileMethod = 5;
 
-/// The value below which a fraction p of the data lies, by one of the methods (the docstring of
-/// each says which definition), or the fraction of the data at or below a value v (for continuous
-/// data interpolated to the next one).
+/// The value below which a fraction p of the data lies, by one of the methods, or the fraction of
+/// the data at or below a value v (for continuous data, interpolated to the next value).
 ///
-/// `sorted` in ascending order. p as good as a multiple of 1/n (closer than the rounding of p,
-/// 2.2e-16) counts as that multiple where a method asks whether it is one. A p or v that is
-/// not-a-number comes back as it is; no data give the not-computed code.
+/// `sorted` is in ascending order. If a method checks whether p is a multiple of 1/n, a p closer to
+/// such a multiple than the rounding of p, 2.2e-16, counts as that multiple. A p or v that is a
+/// not-a-number is returned unchanged; empty data give the not-computed code.
 ///
 /// Throws VekInvalidP for a p outside 0..1, VekInvalidPercentileMethod for a method outside -1..5;
-/// the value direction looks at neither.
+/// the direction from value to fraction checks neither.
 double Target(std::span<const double> sorted, Direction direction, std::int32_t method,
               DiscreteSetting setting, double p_or_v);
 

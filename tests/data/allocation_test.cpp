@@ -1,40 +1,20 @@
 // Reading allocates by the block, never by the cell.
 #include <doctest/doctest.h>
 
-#include <cstdlib>
-#include <new>
 #include <string>
 
 #include "data/category_table.h"
 #include "data/data_argument.h"
 #include "data/excel_data_cache.h"
-#include "data/fake_excel.h"
 #include "platform/block_pool.h"
 #include "platform/utf.h"
-
-namespace {
-bool counting = false;
-int allocations = 0;
-int until_failure = -1;  // allocations that still succeed before one fails; negative: all do
-}  // namespace
-
-void* operator new(std::size_t bytes) {
-  if (counting && zavrel::tests::FakeExcel::inside == 0) ++allocations;
-  if (until_failure >= 0 && until_failure-- == 0) throw std::bad_alloc();
-  if (void* block = std::malloc(bytes > 0 ? bytes : 1)) return block;
-  throw std::bad_alloc();
-}
-void operator delete(void* block) noexcept { std::free(block); }
-void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+#include "support/counted_allocations.h"
 
 namespace zavrel::tests {
 namespace {
 
 int CountAllocations(const XLOPER12* reference) {
-  allocations = 0;
-  counting = true;
-  const DataArgument argument = ReadDataArgument({&reference, 1});
-  counting = false;
+  const auto argument = Counted([&] { return ReadDataArgument({&reference, 1}); });
   CHECK(argument.ok());
   return allocations;
 }
@@ -71,10 +51,7 @@ TEST_CASE("categories allocate by the different text, not by the cell") {
   CellColumns cells;
   for (std::size_t i = 0; i < kRounds; ++i)
     cells.Append({static_cast<const XLOPER12*>(once)->val.array.lparray, kNames});
-  allocations = 0;
-  counting = true;
-  const auto table = CategoryTable::Of(cells);
-  counting = false;
+  const auto table = Counted([&] { return CategoryTable::Of(cells); });
   REQUIRE(table->size() == kNames);
   CHECK(table->categories()[7].positions.size() == kRounds);
   CHECK(table->categories()[7].positions[99] == 990'007);

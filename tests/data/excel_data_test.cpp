@@ -8,8 +8,8 @@
 
 #include "data/array_accessor.h"
 #include "data/dataset_parm.h"
-#include "data/fake_excel.h"
 #include "numbers/error_double.h"
+#include "support/fake_excel.h"
 
 namespace zavrel::tests {
 namespace {
@@ -17,11 +17,9 @@ namespace {
 using enum MissingDataPolicy;
 
 std::shared_ptr<ExcelData> DataOf(const std::vector<Cell>& contents, const std::string& key = "k") {
-  std::vector<XLOPER12> records(contents.size());
-  for (std::size_t i = 0; i < contents.size(); ++i) SetRecord(records[i], contents[i]);
+  const Argument array(static_cast<std::int32_t>(contents.size()), 1, contents);
   CellColumns cells;
-  cells.Append(records);
-  for (XLOPER12& record : records) FreeRecord(record);
+  cells.Append(ElementsIn(*static_cast<const XLOPER12*>(array)));
   return std::make_shared<ExcelData>(key, std::move(cells));
 }
 

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "data/fake_excel.h"
 #include "numbers/error_double.h"
+#include "support/fake_excel.h"
 
 namespace zavrel::tests {
 namespace {

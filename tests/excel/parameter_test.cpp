@@ -4,61 +4,62 @@
 
 #include <limits>
 
-#include "excel/scripted_excel.h"
 #include "excel/value_text.h"
+#include "support/records.h"
 
 using namespace zavrel;
 using namespace zavrel::tests;
 
 namespace {
 
-bool Passes(XXloper input, std::uint32_t types, NumericRange range = {}) {
-  Parameter parameters[] = {
-      {.input = std::move(input), .acceptable_types = static_cast<std::uint16_t>(types)}};
+using Limits = std::numeric_limits<double>;
+
+bool Passes(const Argument& input, std::uint32_t types, NumericRange range = {}) {
+  Parameter parameters[] = {{.input = XXloper::FromArgument(input),
+                             .acceptable_types = static_cast<std::uint16_t>(types)}};
   parameters[0].range = range;
   return CheckParameters(parameters);
-}
-
-XXloper ArrayWithError(std::int32_t code) {
-  XXloperArray array(2, 2);
-  for (std::size_t i = 0; i < 3; ++i) array.SetNumber(i, 1);
-  array.SetError(3, code);
-  return std::move(array).Finish();
 }
 
 }  // namespace
 
 TEST_CASE("A parameter passes by type and, without the error bit, without errors") {
-  CHECK(Passes(XXloper::Text(u"x"), xltypeNum | xltypeStr));
-  CHECK_FALSE(Passes(XXloper::Text(u"x"), xltypeNum));
-  CHECK_FALSE(Passes(XXloper::Missing(), xltypeNum));
-  CHECK(Passes(XXloper::Missing(), xltypeNum | xltypeMissing));
-  CHECK_FALSE(Passes(XXloper::Error(ExcelError::kNA), xltypeNum));
-  CHECK(Passes(XXloper::Error(ExcelError::kNA), xltypeNum | xltypeErr));
-  CHECK_FALSE(Passes(ArrayWithError(xlerrNull), xltypeMulti));
-  CHECK(Passes(ArrayWithError(xlerrNull), xltypeMulti | xltypeErr));
-  XLOPER12 big_data{};
-  big_data.xltype = xltypeBigData;
-  CHECK_FALSE(Passes(XXloper::FromArgument(&big_data), 0xFFFF));
+  const Argument text(Cell(u"x")), missing(xltypeMissing), error(Cell(ErrorCell{xlerrNA})),
+      big_data(xltypeBigData), errors(2, 2, {1.0, 1.0, 1.0, ErrorCell{xlerrNull}});
+  CHECK(Passes(text, xltypeNum | xltypeStr));
+  CHECK_FALSE(Passes(text, xltypeNum));
+  CHECK_FALSE(Passes(missing, xltypeNum));
+  CHECK(Passes(missing, xltypeNum | xltypeMissing));
+  CHECK_FALSE(Passes(error, xltypeNum));
+  CHECK(Passes(error, xltypeNum | xltypeErr));
+  CHECK_FALSE(Passes(errors, xltypeMulti));
+  CHECK(Passes(errors, xltypeMulti | xltypeErr));
+  CHECK_FALSE(Passes(big_data, 0xFFFF));
 }
 
 TEST_CASE("A number lies within its range, ends counted as they are given") {
-  const NumericRange range{.lower = Bound{0, false}, .upper = Bound{1, true}};
-  const auto in_range = [&](double number) {
-    return Passes(XXloper::Number(number), xltypeNum, range);
-  };
-  CHECK_FALSE(in_range(0));
-  CHECK(in_range(std::numeric_limits<double>::denorm_min()));
-  CHECK(in_range(1));
-  CHECK_FALSE(in_range(1.0000000000000002));
-  CHECK(Passes(XXloper::Number(0), xltypeNum, {.lower = Bound{0}}));
-  CHECK_FALSE(Passes(XXloper::Number(1), xltypeNum, {.upper = Bound{1, false}}));
-  CHECK(Passes(XXloper::Number(-1e300), xltypeNum, {.upper = Bound{1}}));
-  CHECK_FALSE(Passes(XXloper::Integer(2), xltypeInt, range));
-  for (const double number :
-       {std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(),
-        std::numeric_limits<double>::quiet_NaN()})
-    CHECK_FALSE(Passes(XXloper::Number(number), xltypeNum));
+  const NumericRange half_open{.lower = Bound{0, false}, .upper = Bound{1, true}};
+  const struct {
+    double number;
+    NumericRange range;
+    bool passes;
+  } cases[] = {{0, half_open, false},
+               {Limits::denorm_min(), half_open, true},
+               {1, half_open, true},
+               {1.0000000000000002, half_open, false},
+               {0, {.lower = Bound{0}}, true},
+               {1, {.upper = Bound{1, false}}, false},
+               {-1e300, {.upper = Bound{1}}, true},
+               {Limits::infinity(), {}, false},
+               {-Limits::infinity(), {}, false},
+               {Limits::quiet_NaN(), {}, false}};
+  for (const auto& [number, range, passes] : cases) {
+    CAPTURE(number);
+    CHECK(Passes(Argument(Cell(number)), xltypeNum, range) == passes);
+  }
+  Parameter integer[] = {{.input = XXloper::Integer(2), .acceptable_types = xltypeInt}};
+  integer[0].range = half_open;
+  CHECK_FALSE(CheckParameters(integer));
 }
 
 TEST_CASE("Every output is its input, though an earlier parameter fails") {
@@ -78,21 +79,16 @@ TEST_CASE("A parameter and its value describe themselves in one line") {
   parameter.range = {.upper = Bound{2}};
   CHECK(parameter.range.Text() == "(-inf, 2]");
 
-  XXloperArray array(2, 2);
-  array.SetText(0, u"a\n\u00FC");
-  array.SetBoolean(1, true);
-  array.SetEmpty(2);
-  CHECK(ValueText(std::move(array).Finish().record()) ==
+  const auto text = [](const XLOPER12* value) { return ValueText(*value); };
+  CHECK(text(Argument(2, 2, {u"a\n\u00FC", true, Cell(), ErrorCell{xlerrNA}})) ==
         "XLOPER array (2 x 2) = {\"a \u00FC\", TRUE; , #N/A}");
-  CHECK(ValueText(XXloper::Missing().record()) == "XLOPER of type 128");
-  CHECK(ValueText(ReferenceTo({1, 3, 0, 26})) == "XLOPER of type 1024: A2:AA4");
-  CHECK(ValueText(XXloperArray(100000, 10).Finish().record()).size() < 1000);
-  CHECK(ValueText(XXloper::Text(std::u16string(30000, u'x')).record()).size() < 150);
+  CHECK(text(Argument(xltypeMissing)) == "XLOPER of type 128");
+  CHECK(text(Reference({1, 3, 0, 26})) == "XLOPER of type 1024: A2:AA4");
+  CHECK(text(Argument(100000, 10)).size() < 1000);
+  CHECK(text(Argument(Cell(std::u16string(30000, u'x')))).size() < 150);
   XLOPER12 hostile{};
   hostile.xltype = xltypeMulti;
   hostile.val.array = {nullptr, 3, -3};
   CHECK(ValueText(hostile) == "XLOPER array (3 x -3) = {}");
-  hostile = {};
-  hostile.xltype = xltypeRef;
-  CHECK(ValueText(hostile) == "XLOPER of type 8");
+  CHECK(text(Argument(xltypeRef)) == "XLOPER of type 8");
 }

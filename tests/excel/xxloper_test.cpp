@@ -2,19 +2,20 @@
 
 #include <doctest/doctest.h>
 
-#include <iterator>
 #include <limits>
 #include <stdexcept>
 #include <string>
 #include <thread>
 
 #include "excel/result_holder.h"
-#include "excel/scripted_excel.h"
+#include "support/fake_excel.h"
 
 using namespace zavrel;
 using namespace zavrel::tests;
 
 namespace {
+
+constexpr std::int32_t kLargest = std::numeric_limits<std::int32_t>::max();
 
 XLOPER12 Array(XLOPER12* elements, std::int32_t rows, std::int32_t columns) {
   XLOPER12 record{};
@@ -23,22 +24,25 @@ XLOPER12 Array(XLOPER12* elements, std::int32_t rows, std::int32_t columns) {
   return record;
 }
 
+struct OpenHolder {
+  OpenHolder() { OpenResultHolder(); }
+  ~OpenHolder() { CloseResultHolder(); }
+};
+
 }  // namespace
 
 TEST_CASE("Arguments are wrapped as they are; a null pointer is an omitted one") {
-  ScriptedExcel excel;
+  FakeExcel excel;
   XLOPER12 number{};
   number.xltype = xltypeNum | xlbitXLFree;
   number.val.num = 2.5;
   {
     const XXloper wrapped = XXloper::FromArgument(&number);
     CHECK(&wrapped.record() == &number);
-    CHECK(wrapped.type() == xltypeNum);
-    CHECK(wrapped.Is(xltypeStr | xltypeNum));
+    CHECK((wrapped.type() == xltypeNum && wrapped.Is(xltypeStr | xltypeNum)));
   }
   CHECK(excel.calls.empty());
-  CHECK(XXloper::FromArgument(nullptr).IsMissing());
-  CHECK(XXloper().IsMissing());
+  CHECK((XXloper::FromArgument(nullptr).IsMissing() && XXloper().IsMissing()));
 }
 
 TEST_CASE("Records that a hostile caller made hold nothing") {
@@ -48,7 +52,7 @@ TEST_CASE("Records that a hostile caller made hold nothing") {
   XLOPER12 element = XXloper::Nil().record();
   for (const XLOPER12& array :
        {Array(nullptr, 2, 2), Array(&element, 0, 1), Array(&element, -1, -1),
-        Array(&element, 1, kExcelColumns + 1), Array(&element, std::numeric_limits<int>::max(), 1)})
+        Array(&element, 1, kExcelColumns + 1), Array(&element, kLargest, 1)})
     CHECK(XXloper::FromArgument(&array).elements().empty());
   record.xltype = xltypeBigData;
   const XXloper big_data = XXloper::FromArgument(&record);
@@ -58,9 +62,9 @@ TEST_CASE("Records that a hostile caller made hold nothing") {
 
 TEST_CASE("A text is cut to what a cell can hold, never through a surrogate pair") {
   const std::u16string longest(kExcelTextLimit, u'x');
+  const std::u16string pair_at_the_end = longest.substr(1) + u"\U0001F600";
   CHECK(XXloper::Text(longest).text() == longest);
   CHECK(XXloper::Text(longest + u"yz").text() == longest);
-  const std::u16string pair_at_the_end = longest.substr(1) + u"\U0001F600";
   CHECK(XXloper::Text(pair_at_the_end).text() == longest.substr(1));
   XXloperArray array(1, 2);
   array.SetText(0, longest + u"y");
@@ -74,8 +78,7 @@ TEST_CASE("A text is cut to what a cell can hold, never through a surrogate pair
 TEST_CASE("The 13 errors are shared; another code is kept in a value of its own") {
   for (const int code : {7, 15, 23, 29, 36, 42, 43, 45, 46, 47, 48, 49, 50}) {
     const XXloper error = XXloper::ErrorByCode(code);
-    CHECK(error.type() == xltypeErr);
-    CHECK(error.record().val.err == code);
+    CHECK((error.type() == xltypeErr && error.record().val.err == code));
     CHECK(&error.record() == &XXloper::Error(static_cast<ExcelError>(code)).record());
   }
   for (const int code : {0, 44, -1}) CHECK(XXloper::ErrorByCode(code).record().val.err == code);
@@ -88,10 +91,9 @@ TEST_CASE("An array holds what was set, without memory flags, and takes no index
   const XXloper text = XXloper::Text(u"ab");
   XLOPER12 flagged = text.record();
   flagged.xltype |= xlbitDLLFree;
-  const XLOPER12 reference = ReferenceTo({0, 0, 0, 0});
   builder.SetNumber(0, 1.5);
   builder.Set(1, flagged);
-  builder.Set(2, reference);
+  builder.Set(2, *static_cast<const XLOPER12*>(Reference({0, 0, 0, 0})));
   builder.Set(3, XXloper::Missing().record());
   builder.Set(4, XXloper::Boolean(true).record());
   builder.Set(5, XXloper::Integer(-7).record());
@@ -101,78 +103,60 @@ TEST_CASE("An array holds what was set, without memory flags, and takes no index
 
   const XXloper array = std::move(builder).Finish();
   CHECK(builder.size() == 0);
-  CHECK(array.record().val.array.rows == 2);
-  CHECK(array.record().val.array.columns == 4);
-  const auto elements = array.elements();
-  REQUIRE(elements.size() == 8);
-  for (const XLOPER12& element : elements) CHECK(element.xltype == TypeOf(element));
-  CHECK(elements[0].val.num == 1.5);
-  CHECK(TextIn(elements[1]) == u"ab");
-  CHECK(elements[2].val.err == xlerrValue);
-  CHECK(elements[3].xltype == xltypeNil);
-  CHECK(elements[4].val.xbool == 1);
-  CHECK(elements[5].val.w == -7);
-  CHECK(elements[6].val.err == xlerrNum);
-  CHECK(elements[7].val.err == xlerrNum);  // the fill
-
+  for (const XLOPER12& element : array.elements()) CHECK(element.xltype == TypeOf(element));
+  CHECK(Shown(array.record()) == "1.5,ab,#15,;TRUE,,#36,#36;");  // the last one is the fill
+  CHECK(array.elements()[3].xltype == xltypeNil);
+  CHECK(array.elements()[5].val.w == -7);
   CHECK(XXloperArray(0, -5).size() == 1);
-  CHECK(XXloperArray(std::numeric_limits<int>::max(), 1).size() == 1048576);
+  CHECK(XXloperArray(kLargest, 1).size() == 1048576);
 }
 
 TEST_CASE("A result lives until the same thread's next one; without a holder #N/A is returned") {
   CHECK(ReturnToExcel(XXloper::Number(1))->val.err == xlerrNA);
-  ScriptedExcel excel;
+  FakeExcel excel;
   OpenResultHolder();
-  const XLOPER12* first = ReturnToExcel(XXloper::Text(u"first"));
-  CHECK(TextIn(*first) == u"first");
-  const XLOPER12* second = ReturnToExcel(XXloper::Text(u"second"));
-  CHECK(TextIn(*second) == u"second");
+  for (const char16_t* text : {u"first", u"second"})
+    CHECK(TextIn(*ReturnToExcel(XXloper::Text(text))) == text);
   CHECK(ReturnToExcel(XXloper::Error(ExcelError::kDiv0)) ==
         &XXloper::Error(ExcelError::kDiv0).record());
   CloseResultHolder();
   CloseResultHolder();
-  OpenResultHolder();
+  const OpenHolder again;
   CHECK(ReturnToExcel(XXloper::Number(3))->val.num == 3);
-  CloseResultHolder();
-  CHECK(excel.faults.empty());
 }
 
 TEST_CASE("Threads hold results of their own, and an ending thread asks Excel for nothing") {
-  ScriptedExcel excel;
+  FakeExcel excel;
   const auto excel_result = [&] {
     auto record = std::make_unique<XLOPER12>();
     excel.GiveText(u"from Excel", *record);
     return XXloper::FromExcelResult(std::move(record));
   };
-  OpenResultHolder();
-  const XLOPER12* mine = ReturnToExcel(excel_result());
-  std::ptrdiff_t calls = 0;
-  std::thread([&] {
-    const XLOPER12* other = ReturnToExcel(excel_result());
-    CHECK(other != mine);
-    CHECK(TextIn(*other) == u"from Excel");
-    CHECK(excel.unfreed() == 0);
-    calls = std::ssize(excel.calls);
-  }).join();
-  CHECK(TextIn(*mine) == u"from Excel");
-  CloseResultHolder();
-  CHECK(std::ssize(excel.calls) == calls);
-  CHECK(excel.faults.empty());
+  std::size_t calls = 0;
+  {
+    const OpenHolder holder;
+    const XLOPER12* mine = ReturnToExcel(excel_result());
+    std::thread([&] {
+      const XLOPER12* other = ReturnToExcel(excel_result());
+      CHECK(other != mine);
+      CHECK(TextIn(*other) == u"from Excel");
+      CHECK(excel.unfreed() == 0);
+      calls = excel.calls.size();
+    }).join();
+    CHECK(TextIn(*mine) == u"from Excel");
+  }
+  CHECK(excel.calls.size() == calls);
 }
 
 TEST_CASE("What belongs to the caller is returned as a copy") {
-  OpenResultHolder();
+  const OpenHolder holder;
   XLOPER12 inner[2] = {XXloper::Number(1).record(), XXloper::ErrorByCode(0).record()};
   inner[0].xltype |= xlbitXLFree;
   const XLOPER12 argument = Array(inner, 1, 2);
   const XLOPER12* returned = ReturnToExcel(XXloper::FromArgument(&argument));
-  CHECK(returned != &argument);
-  const auto elements = ElementsIn(*returned);
-  REQUIRE(elements.size() == 2);
-  CHECK(elements.data() != inner);
-  CHECK(elements[0].xltype == xltypeNum);
-  CHECK(elements[1].val.err == 0);
-  const XLOPER12 reference = ReferenceTo({0, 0, 0, 0});
-  CHECK(ReturnToExcel(XXloper::FromArgument(&reference))->val.err == xlerrValue);
-  CloseResultHolder();
+  CHECK((returned != &argument && ElementsIn(*returned).data() != inner));
+  CHECK(Shown(*returned) == "1,#0;");
+  CHECK(ElementsIn(*returned)[0].xltype == xltypeNum);
+  const Reference reference({0, 0, 0, 0});
+  CHECK(Shown(*ReturnToExcel(XXloper::FromArgument(reference))) == "#15");
 }

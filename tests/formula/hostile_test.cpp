@@ -47,18 +47,18 @@ TEST_CASE("what is no formula says what is wrong and where") {
   const std::vector<std::tuple<std::u16string, std::string, std::size_t>> cases = {
       {u"", "the formula is not complete", 0},
       {u"1+", "the formula is not complete", 2},
-      {u"1 2", "\"2\" cannot stand here", 2},
+      {u"1 2", "\"2\" is unexpected here", 2},
       {u"SUM(1", "the formula is not complete", 5},
-      {u"SUM(1))", "\")\" cannot stand here", 6},
-      {u"()", "\")\" cannot stand here", 1},
-      {u"1+~", "\"~\" cannot stand here", 2},
-      {u"\"open", "\"\"open\" cannot stand here", 0},
+      {u"SUM(1))", "\")\" is unexpected here", 6},
+      {u"()", "\")\" is unexpected here", 1},
+      {u"1+~", "\"~\" is unexpected here", 2},
+      {u"\"open", "\"\"open\" is unexpected here", 0},
       {u"{1,2;3}", "the rows of an array constant differ in length", 0},
-      {u"{}", "\"}\" cannot stand here", 1},
-      {u"{A1}", "\"A1\" cannot stand here", 1},
-      {u"{-TRUE}", "\"TRUE\" cannot stand here", 2},
+      {u"{}", "\"}\" is unexpected here", 1},
+      {u"{A1}", "\"A1\" is unexpected here", 1},
+      {u"{-TRUE}", "\"TRUE\" is unexpected here", 2},
       {u"{1", "the formula is not complete", 2},
-      {u"f(1;2)", "\";\" cannot stand here", 3}};
+      {u"f(1;2)", "\";\" is unexpected here", 3}};
   for (const auto& [text, message, position] : cases) {
     CAPTURE(zavhost::Utf8FromUtf16(text));
     try {
@@ -80,7 +80,7 @@ TEST_CASE("growth is bounded") {
                        zavhost::Utf16FromUtf8(next + "+" + next));
   }
   context.DefineName(u"n_40", u"1");
-  CHECK(context.Evaluate(u"n_0").ends_with("unfolds to too much"));
+  CHECK(context.Evaluate(u"n_0").ends_with("expands to too long a formula"));
   // A chain of names, far longer than anything that nests.
   for (int i = 0; i < 5000; ++i) {
     context.DefineName(zavhost::Utf16FromUtf8("chain_" + std::to_string(i)),
@@ -115,11 +115,11 @@ std::u16string Mutated(std::mt19937& random, std::u16string text) {
                                                u"A:A",    u"1E",
                                                u"3:",     u".",
                                                u"\\",     u"#REF!",
-                                               u"INDEX(", u"IF(",
-                                               u"EchoA(", u"EchoS(",
-                                               u"{1,2}",  u"\xD800",
-                                               u"\0",     u"~",
-                                               u"Twice",  u"ROW(",
+                                               u"IF(",    u"INDEX(",
+                                               u"ROW(",   u"EchoA(",
+                                               u"EchoS(", u"{1,2}",
+                                               u"\xD800", u"\0",
+                                               u"~",      u"Twice",
                                                u"&",      u"'Other sheet'!"};
   const auto below = [&random](std::size_t n) {
     return std::uniform_int_distribution<std::size_t>(0, n - 1)(random);

@@ -30,41 +30,13 @@ std::vector<std::string> Shown(const std::vector<Piece>& pieces) {
 bool IsBlankRun(std::u16string_view text) { return text[0] == u' ' || text[0] == u'\n'; }
 
 std::string OracleKind(const Token& token) {
-  switch (token.kind) {
-    case TokenKind::kNumber:
-      return "OPERAND-NUMBER";
-    case TokenKind::kText:
-      return "OPERAND-TEXT";
-    case TokenKind::kBoolean:
-      return "OPERAND-LOGICAL";
-    case TokenKind::kError:
-      return "OPERAND-ERROR";
-    case TokenKind::kReference:
-    case TokenKind::kStructuredReference:
-    case TokenKind::kName:
-      return "OPERAND-RANGE";
-    case TokenKind::kFunction:
-      return "FUNC-OPEN";
-    case TokenKind::kOpen:
-      return "PAREN-OPEN";
-    case TokenKind::kClose:
-      return "CLOSE";
-    case TokenKind::kSeparator:
-      return "COMMA";
-    case TokenKind::kOperator:
-      return IsBlankRun(token.text) ? "WHITE-SPACE" : "OPERATOR";
-    case TokenKind::kArrayOpen:
-      return "ARRAY-OPEN";
-    case TokenKind::kArrayClose:
-      return "ARRAY-CLOSE";
-    case TokenKind::kRowSeparator:
-      return "SEP-ROW";
-    case TokenKind::kWhiteSpace:
-      return "WHITE-SPACE";
-    case TokenKind::kInvalid:
-      return "INVALID";
-  }
-  return "?";
+  static const char* const kinds[] = {
+      "OPERAND-NUMBER", "OPERAND-TEXT",  "OPERAND-LOGICAL", "OPERAND-ERROR", "OPERAND-RANGE",
+      "OPERAND-RANGE",  "OPERAND-RANGE", "FUNC-OPEN",       "PAREN-OPEN",    "CLOSE",
+      "COMMA",          "OPERATOR",      "ARRAY-OPEN",      "ARRAY-CLOSE",   "SEP-ROW",
+      "WHITE-SPACE",    "INVALID"};
+  if (token.kind == TokenKind::kOperator && IsBlankRun(token.text)) return "WHITE-SPACE";
+  return kinds[static_cast<std::size_t>(token.kind)];
 }
 
 // Our tokens as the oracle cuts them: it keeps only the first blank of a run, takes the

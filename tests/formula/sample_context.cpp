@@ -50,7 +50,7 @@ Operand Echo::Call(std::span<const Operand> arguments) {
   ++calls_;
   std::string shown;
   for (const Operand& argument : arguments) {
-    if (!shown.empty()) shown += " | ";
+    if (!shown.empty()) shown += " & ";
     shown += Shown(argument);
   }
   return Value(std::u16string_view(Utf16FromUtf8(shown)));

@@ -6,10 +6,11 @@
 
 #include "diagnostics/vek_exception.h"
 #include "frame/cache_upkeep.h"
-#include "frame/fake_excel.h"
 #include "frame/macro_call.h"
 #include "frame/session.h"
 #include "frame/worksheet_function.h"
+#include "support/fake_excel.h"
+#include "support/quiet_services.h"
 
 namespace zavrel::tests {
 namespace {

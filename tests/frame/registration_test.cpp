@@ -5,8 +5,8 @@
 #include <string>
 
 #include "excel/wide_text.h"
-#include "frame/fake_excel.h"
 #include "frame/sample_add_in.h"
+#include "support/fake_excel.h"
 
 namespace zavrel::tests {
 namespace {

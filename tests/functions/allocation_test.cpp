@@ -1,11 +1,9 @@
 // What a function allocates does not depend on how many cells its ranges have, blocks aside.
 #include <doctest/doctest.h>
 
-#include <cstdlib>
-#include <new>
-
-#include "functions/open_add_in.h"
 #include "platform/export.h"
+#include "support/counted_allocations.h"
+#include "support/open_add_in.h"
 
 namespace zavrel {
 ZAV_EXPORT XLOPER12* ZavrelPairMedian(const XLOPER12*, const XLOPER12*, const XLOPER12*);
@@ -14,22 +12,6 @@ ZAV_EXPORT XLOPER12* ZavrelPower(const XLOPER12*, const XLOPER12*);
 ZAV_EXPORT XLOPER12* ZavrelDummy(const XLOPER12*, const XLOPER12*);
 ZAV_EXPORT XLOPER12* ZavrelCountCategories(const XLOPER12*);
 }  // namespace zavrel
-
-namespace {
-bool counting = false;
-int allocations = 0;
-}  // namespace
-
-void* operator new(std::size_t bytes) {
-  if (counting && zavrel::tests::FakeExcel::inside == 0) ++allocations;
-  if (void* block = std::malloc(bytes > 0 ? bytes : 1)) return block;
-  throw std::bad_alloc();
-}
-void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
-  return std::malloc(bytes > 0 ? bytes : 1);
-}
-void operator delete(void* block) noexcept { std::free(block); }
-void operator delete(void* block, std::size_t) noexcept { std::free(block); }
 
 namespace zavrel::tests {
 
@@ -51,11 +33,7 @@ TEST_CASE("nothing is allocated per cell or per pair") {
   const Argument two(Cell(2.0));
   const Argument name{Cell(names[1])};
   const auto count = [](auto call) {
-    allocations = 0;
-    counting = true;
-    const XLOPER12& result = *call();
-    counting = false;
-    CHECK((result.xltype & (xltypeNum | xltypeMulti)) != 0);
+    CHECK((Counted(call)->xltype & (xltypeNum | xltypeMulti)) != 0);
     return allocations;
   };
   for (const int most : {150, 60}) {  // the cells are read in the first round

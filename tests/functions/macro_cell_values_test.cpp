@@ -1,107 +1,88 @@
 // The functions that fill a macro's arrays, as far as no macro is needed: their arguments.
-#include "functions/cell_value_exports.h"
-
 #include <doctest/doctest.h>
 
-#include <functional>
 #include <string>
 
-#include "functions/open_add_in.h"
+#include "functions/cell_value_exports.h"
 #include "macros/macro_handshakes.h"
+#include "support/open_add_in.h"
 
 namespace zavrel::tests {
 namespace {
 
 /// Each of the functions that take addresses, with this one for its values or its indices.
 void CheckAll(const XLOPER12* range, const XLOPER12* code, const char* address,
-              const std::function<bool(const XLOPER12&)>& as_expected) {
+              const std::string& shown) {
   CAPTURE((address == nullptr ? "no address" : address));
-  CHECK(as_expected(*ZavrelGetCellValuesPrivate2(range, code, address, nullptr)));
-  CHECK(as_expected(*ZavrelGetCellValuesPrivate2(range, code, "", address)));
-  CHECK(as_expected(*ZavrelGetCellValuesCategoryPrivate2(range, code, u"none", address)));
-  CHECK(as_expected(*ZavrelGetCellValuesNumericPrivate2(range, code, -1, address)));
+  CHECK(Shown(*ZavrelGetCellValuesPrivate2(range, code, address, nullptr)) == shown);
+  CHECK(Shown(*ZavrelGetCellValuesPrivate2(range, code, "", address)) == shown);
+  CHECK(Shown(*ZavrelGetCellValuesCategoryPrivate2(range, code, u"none", address)) == shown);
+  CHECK(Shown(*ZavrelGetCellValuesNumericPrivate2(range, code, -1, address)) == shown);
 }
 
-auto IsError(std::int32_t code) {
-  return [code](const XLOPER12& result) {
-    return TypeOf(result) == xltypeErr && result.val.err == code;
-  };
-}
-auto IsNumber(double number) {
-  return [number](const XLOPER12& result) {
-    return TypeOf(result) == xltypeNum && result.val.num == number;
-  };
-}
+struct FiveCells : OpenAddIn {
+  FiveCells() { excel.SetColumn(0, 0, {1.0, u"a", Cell(), true, ErrorCell{xlerrNA}}); }
+  const Reference range{Area(0, 4, 0, 0)};
+  const Argument every{Cell(0.0)};
+};
 
 }  // namespace
 
-TEST_CASE(
-    "without an address the cells are counted, and an address that was not issued is refused") {
-  OpenAddIn add_in;
-  add_in.excel.SetColumn(0, 0, {1.0, u"a", Cell(), true, ErrorCell{xlerrNA}});
-  const Reference range(Area(0, 4, 0, 0));
-  const double expected[] = {5, 1, 4, 3, 1};
+TEST_CASE("without an address cells are counted, and one that was not issued is refused") {
+  FiveCells sheet;
+  const char* const expected[] = {"5", "1", "4", "3", "1"};
   for (int code = 0; code < 5; ++code) {
-    const Argument class_code(Cell(code + 0.0));
     for (const char* none : {"", "0", static_cast<const char*>(nullptr)})
-      CheckAll(range, class_code, none, IsNumber(expected[code]));
+      CheckAll(sheet.range, Argument(Cell(code + 0.0)), none, expected[code]);
   }
   // Of a whole column the used part is listed.
-  const Reference column(WholeColumns(0, 0));
-  const Argument blanks(Cell(4.0));
-  CheckAll(column, blanks, nullptr, IsNumber(1));
+  CheckAll(Reference(WholeColumns(0, 0)), Argument(Cell(4.0)), nullptr, "1");
 
-  const Argument every(Cell(0.0));
   double written = 0.5;
   const std::string stack = std::to_string(reinterpret_cast<std::intptr_t>(&written));
-  const std::string code = std::to_string(reinterpret_cast<std::intptr_t>(&IsError));
+  const std::string code = std::to_string(reinterpret_cast<std::intptr_t>(&CheckAll));
   for (const char* address : {"-1", "1", "8", "9223372036854775807", "9223372036854775808", " 12",
-                              "12x", "0x10", stack.c_str(), code.c_str()}) {
-    CheckAll(range, every, address, IsError(xlerrValue));
-  }
+                              "12x", "0x10", stack.c_str(), code.c_str()})
+    CheckAll(sheet.range, sheet.every, address, "#15");
   CHECK(written == 0.5);
 }
 
 TEST_CASE("arguments that cannot be read come before the addresses") {
-  OpenAddIn add_in;
-  const Reference range(Area(0, 4, 0, 0));
-  const Reference nowhere(Area(2, 1, 0, 0));
-  const Argument every(Cell(0.0));
+  FiveCells sheet;
   for (const double code : {-1.0, 5.0, 1e9}) {
     const Argument class_code{Cell(code)};
-    CheckAll(range, class_code, nullptr, IsError(xlerrValue));
-    CHECK(Error(*ZavrelGetCellValuesPrivate(range, class_code, "id")) == xlerrValue);
+    CheckAll(sheet.range, class_code, nullptr, "#15");
+    CHECK(Shown(*ZavrelGetCellValuesPrivate(sheet.range, class_code, "id")) == "#15");
   }
-  CheckAll(nowhere, every, "12x", IsError(xlerrRef));
-  add_in.excel.answer = [](const XLREF12&) { return xlretUncalced; };
-  CheckAll(range, every, nullptr, IsError(xlerrRef));
-  CHECK(Error(*ZavrelGetCellValuesPrivate(range, every, "id")) == xlerrRef);
-  CHECK(add_in.excel.values_out == 0);
+  CheckAll(Reference(Area(2, 1, 0, 0)), sheet.every, "12x", "#23");
+  sheet.excel.answer = [](const XLREF12&) { return xlretUncalced; };
+  CheckAll(sheet.range, sheet.every, nullptr, "#23");
+  CHECK(Shown(*ZavrelGetCellValuesPrivate(sheet.range, sheet.every, "id")) == "#23");
 }
 
 TEST_CASE("an entry is used up by the call that names it, and by no other") {
-  OpenAddIn add_in;
-  add_in.excel.SetColumn(0, 0, {1.0, 2.0});
-  const Reference range(Area(0, 1, 0, 0));
-  const Argument every(Cell(0.0));
+  FiveCells sheet;
   const Argument no_class(Cell(9.0));
+  const auto by_id = [&](const XLOPER12* code, const char* id) {
+    return Shown(*ZavrelGetCellValuesPrivate(sheet.range, code, id));
+  };
   for (const char* unknown : {"", "12", "Time=1", static_cast<const char*>(nullptr)})
-    CHECK(Error(*ZavrelGetCellValuesPrivate(range, every, unknown)) == xlerrValue);
+    CHECK(by_id(sheet.every, unknown) == "#15");
 
   MacroHandshakes& handshakes = Session::Current()->Kept<MacroHandshakes>();
   const std::string id = handshakes.Enter(PendingCellValues{});
   const std::string bad = handshakes.Enter(PendingCellValues{{}, 8, 0});
-  CHECK(Error(*ZavrelGetCellValuesPrivate(range, no_class, id.c_str())) == xlerrValue);
-  CHECK(Number(*ZavrelGetCellValuesPrivate(range, every, id.c_str())) == 2);
-  CHECK(Error(*ZavrelGetCellValuesPrivate(range, every, id.c_str())) == xlerrValue);
-  CHECK(Error(*ZavrelGetCellValuesPrivate(range, every, bad.c_str())) == xlerrValue);
+  CHECK(by_id(no_class, id.c_str()) == "#15");
+  CHECK(by_id(sheet.every, id.c_str()) == "5");
+  CHECK(by_id(sheet.every, id.c_str()) == "#15");
+  CHECK(by_id(sheet.every, bad.c_str()) == "#15");
   CHECK(handshakes.Find<PendingCellValues>(bad) == nullptr);
 
   // Without an id: the next call, from wherever it comes.
   handshakes.next_cell_values() = PendingCellValues{};
-  CHECK(Error(*ZavrelGetCellValues(range, no_class)) == xlerrValue);
-  CHECK(Number(*ZavrelGetCellValues(range, every)) == 2);
-  CHECK(Error(*ZavrelGetCellValues(range, every)) == xlerrRef);
+  CHECK(Shown(*ZavrelGetCellValues(sheet.range, no_class)) == "#15");
+  CHECK(Shown(*ZavrelGetCellValues(sheet.range, sheet.every)) == "5");
+  CHECK(Shown(*ZavrelGetCellValues(sheet.range, sheet.every)) == "#23");
 }
 
 }  // namespace zavrel::tests

@@ -8,8 +8,8 @@
 #include <string>
 
 #include "data/data_argument.h"
-#include "functions/open_add_in.h"
 #include "platform/export.h"
+#include "support/open_add_in.h"
 
 namespace zavrel {
 ZAV_EXPORT XLOPER12* ZavrelMWTies(const XLOPER12*, const XLOPER12*);

@@ -1,6 +1,8 @@
 // Reads an argument list made of arbitrary bytes, before a host that answers from them too. Nothing
 // may crash, leak or touch what was not given, and what the caches remember must never show.
 #include <bit>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <iterator>
 #include <memory>
@@ -8,21 +10,16 @@
 #include <vector>
 
 #include "data/get_parameters.h"
-#include "data/session_caches.h"
-#include "fuzz/hostile_host.h"
+#include "fuzz/hostile_answers.h"
 
 namespace zavrel::tests {
-namespace {
 
-class Caches {
- public:
-  Caches() {
-    SetSessionCaches(std::make_shared<ExcelDataCache>(), std::make_shared<DatasetParmCache>());
-  }
-  ~Caches() { SetSessionCaches(nullptr, nullptr); }
-  Caches(const Caches&) = delete;
-  Caches& operator=(const Caches&) = delete;
-};
+void ReportFault(const std::string& fault) {
+  std::fprintf(stderr, "argument reading: %s\n", fault.c_str());
+  std::abort();
+}
+
+namespace {
 
 // Of long data sets this many cells are looked at from each end.
 constexpr std::size_t kLookedAt = 1000;
@@ -55,8 +52,8 @@ void Add(std::vector<std::uint64_t>& seen, ExcelData& data) {
     Add(seen, data.Numbers(policy));
   }
   const std::span<const double> sorted = data.SortedNumbers();
-  HostileHost::Require(sorted.size() == data.Numbers(MissingDataPolicy::kNumbersOnly).size(),
-                       "the sorted numbers are not the numbers");
+  if (sorted.size() != data.Numbers(MissingDataPolicy::kNumbersOnly).size())
+    ReportFault("the sorted numbers are not the numbers");
   Add(seen, sorted);
 }
 
@@ -93,11 +90,11 @@ void ReadHostileArguments(std::span<const std::uint8_t> input) {
   static constexpr std::string_view kLetters = "RRRrVVDdLlSsBbx";
   std::string kinds(1 + bytes.Below(5), 'R');
   for (char& kind : kinds) kind = kLetters[bytes.Below(kLetters.size())];
-  std::vector<std::uint8_t> answers(HostileHost::kAnswers * HostileHost::kAnswerBytes);
-  const std::size_t answered = bytes.Below(HostileHost::kAnswers);
+  std::vector<std::uint8_t> answers(HostileAnswers::kAnswers * HostileAnswers::kAnswerBytes);
+  const std::size_t answered = bytes.Below(HostileAnswers::kAnswers);
   for (std::size_t i = 0; i < answers.size(); ++i)
-    answers[i] = i < answered * HostileHost::kAnswerBytes ? bytes.Take<std::uint8_t>()
-                                                          : static_cast<std::uint8_t>(i * 37);
+    answers[i] = i < answered * HostileAnswers::kAnswerBytes ? bytes.Take<std::uint8_t>()
+                                                             : static_cast<std::uint8_t>(i * 37);
 
   ValueMemory memory;
   HostileValues values(bytes, memory);
@@ -110,16 +107,15 @@ void ReadHostileArguments(std::span<const std::uint8_t> input) {
   if ((flags & 4) != 0) arguments.insert(arguments.begin(), nullptr);
   if ((flags & 8) != 0 && !arguments.empty()) arguments.resize(300, arguments.front());
 
-  HostileHost host(std::move(answers));
-  const Caches caches;
-  const auto first = Read(kinds, policy, arguments, options);
-  HostileHost::Require(Read(kinds, policy, arguments, options) == first,
-                       "the same cells gave another result");
+  FakeExcel excel;
+  HostileAnswers host(excel, std::move(answers));
+  const auto read = [&] { return Read(kinds, policy, arguments, options); };
+  const auto first = read();
+  if (read() != first) ReportFault("the same cells gave another result");
   host.ChangeCells();
-  const auto cached = Read(kinds, policy, arguments, options);
-  SetSessionCaches(nullptr, nullptr);
-  HostileHost::Require(Read(kinds, policy, arguments, options) == cached,
-                       "cells that changed gave a stale result");
+  const auto cached = read();
+  const WithoutCaches without;
+  if (read() != cached) ReportFault("cells that changed gave a stale result");
 }
 
 }  // namespace zavrel::tests

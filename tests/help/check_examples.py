@@ -16,28 +16,14 @@ from decimal import Decimal
 
 from openpyxl import Workbook
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "help"))
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+sys.path[:0] = [str(ROOT / "help"), str(ROOT / "examples")]
+from sheets import cell_value, enter_array, save  # noqa: E402
 from tools import pages, registration  # noqa: E402
 
 FIRST_COLUMN = 10  # of the formulas: no data reach it
 ROWS_COLUMN = 40  # no result reaches it
 TALL = 60  # no result has as many rows
-
-
-def cell_value(text):
-    if text in ("TRUE", "FALSE"):
-        return text == "TRUE"
-    try:
-        return Decimal(text)
-    except ArithmeticError:
-        return text or None
-
-
-def enter_array(sheet, row, column, formula, rows, columns):
-    first, last = sheet.cell(row, column), sheet.cell(row + rows - 1, column + columns - 1)
-    first.value = formula
-    sheet.formula_attributes[first.coordinate] = {"t": "array", "ref": f"{first.coordinate}:{last.coordinate}"}
-    return first.coordinate
 
 
 def fill(sheet, page):
@@ -66,7 +52,7 @@ def write_workbook(file, with_examples):
     for page in with_examples:
         by_cell = fill(workbook.create_sheet(page.name), page)
         placed |= {(page.name, cell): example for cell, example in by_cell.items()}
-    workbook.save(file)
+    save(workbook, file)
     return placed
 
 

@@ -51,9 +51,29 @@ def own_headers(page):
     return {key for key in ("title", "summary", "syntax") if page.header.get(key)}
 
 
+def equivalents():
+    """Each function's page says what computes the same in Excel and in R, in every language."""
+    english = pages.function_pages()
+    for name, page in english.items():
+        for program in pages.PROGRAMS.values():
+            if not page.equivalents.get(program):
+                yield f"{name}: no equivalent in {program}"
+    for language in languages.NAMES:
+        for name, own in pages.function_pages(language).items() if language != "en" else ():
+            expected = {program for program, text in english[name].equivalents.items() if pages.has_words(text)}
+            if expected != set(own.equivalents):
+                yield f"help/{language}, {name}: equivalents in {sorted(own.equivalents)}, not {sorted(expected)}"
+            elif "R" in expected and codes(own) != codes(english[name]):
+                yield f"help/{language}, {name}: other R code than on the English page"
+
+
+def codes(page):
+    return re.findall("`([^`]*)`", page.equivalents["R"])
+
+
 def references(page):
     """The functions, topics and error values that the texts of a page name."""
-    text = repr([block.content for block in page.texts])
+    text = repr([block.content for block in page.texts]) + repr(page.equivalents)
     return {code or topic for code, topic in re.findall(r"`(#[A-Z/0!]+|Zav\w+)`|\]\(([a-z-]+)\)", text)}
 
 
@@ -64,7 +84,8 @@ def translations():
     for language in languages.NAMES:
         if language == "en":
             continue
-        needed = {name: page for name, page in english.items() if own_headers(page) or page.argument_list or page.texts}
+        needed = {name: page for name, page in english.items() if own_headers(page) or page.argument_list or page.texts
+                  or any(map(pages.has_words, page.equivalents.values()))}
         folder = pages.HELP / language
         written = {file.stem for file in [*folder.glob("*.md"), *folder.glob("topics/*.md")]}
         for name in sorted(set(needed) ^ written):
@@ -112,15 +133,17 @@ def examples():
 
 
 def excel_and_headings():
-    """Every language has all headings, all titles and a name for each of Excel's functions in the examples."""
+    """Every language has all headings, all titles and a name for each of Excel's functions in formulas."""
     headings = set(languages.named("en").words)
     for page in [*pages.function_pages().values(), *pages.topics().values()]:
         for block in page.blocks:
             if block.kind == "heading" and block.content not in languages.named("en").words.values():
                 yield f"{page.name}: the heading {block.content} has no translation"
     groups = {title for title, _ in pages.contents()}
-    used = set().union(*(languages.functions_in(example.formula) for page in pages.function_pages().values()
-                         for example in page.examples)) - set(pages.function_pages())
+    formulas = [example.formula for page in pages.function_pages().values() for example in page.examples]
+    formulas += [text.strip("`") for page in pages.function_pages().values()
+                 if not pages.has_words(text := page.equivalents.get("Excel", ""))]
+    used = set().union(*map(languages.functions_in, formulas)) - set(pages.function_pages())
     for name in languages.NAMES:
         if name not in registration.LANGUAGES:
             yield f"help/{name}: there are no message texts in that language"
@@ -157,7 +180,7 @@ def outputs():
 
 
 def main():
-    checks = (completeness, arguments, translations, excel_and_headings, links, examples, outputs)
+    checks = (completeness, arguments, equivalents, translations, excel_and_headings, links, examples, outputs)
     wrong = [problem for check in checks for problem in check()]
     print("\n".join(wrong) or f"{len(pages.function_pages())} pages of functions and {len(pages.topics())} topics are right")
     sys.exit(1 if wrong else 0)

@@ -11,24 +11,24 @@
 using namespace zavhost;
 
 TEST_CASE("General format shows fifteen digits and the shortest form") {
-  const auto shown = [](double number) { return Utf8FromUtf16(GeneralText(number)); };
-  CHECK(shown(0.0) == "0");
-  CHECK(shown(-0.0) == "0");
-  CHECK(shown(1.0 / 3.0) == "0.333333333333333");
-  CHECK(shown(-2.0 / 3.0) == "-0.666666666666667");
-  CHECK(shown(0.1 + 0.2) == "0.3");
-  CHECK(shown(123456789012.0) == "123456789012");
-  CHECK(shown(1234567890123456.0) == "1234567890123460");
-  CHECK(shown(99999999999999.96) == "100000000000000");
-  CHECK(shown(12.5) == "12.5");
-  CHECK(shown(1e19) == "10000000000000000000");
-  CHECK(shown(1e20) == "1E+20");
-  CHECK(shown(-1.5e300) == "-1.5E+300");
-  CHECK(shown(0.0001) == "0.0001");
-  CHECK(shown(0.0000123) == "1.23E-05");
-  CHECK(shown(5e-324) == "4.94065645841247E-324");
-  CHECK(shown(std::numeric_limits<double>::infinity()) == "#NUM!");
-  CHECK(shown(std::nan("")) == "#NUM!");
+  for (const auto& [number, shown] : {std::pair{0.0, "0"},
+                                      {-0.0, "0"},
+                                      {1.0 / 3.0, "0.333333333333333"},
+                                      {-2.0 / 3.0, "-0.666666666666667"},
+                                      {0.1 + 0.2, "0.3"},
+                                      {123456789012.0, "123456789012"},
+                                      {1234567890123456.0, "1234567890123460"},
+                                      {99999999999999.96, "100000000000000"},
+                                      {12.5, "12.5"},
+                                      {1e19, "10000000000000000000"},
+                                      {1e20, "1E+20"},
+                                      {-1.5e300, "-1.5E+300"},
+                                      {0.0001, "0.0001"},
+                                      {0.0000123, "1.23E-05"},
+                                      {5e-324, "4.94065645841247E-324"},
+                                      {std::numeric_limits<double>::infinity(), "#NUM!"},
+                                      {std::nan(""), "#NUM!"}})
+    CHECK(Utf8FromUtf16(GeneralText(number)) == shown);
 }
 
 TEST_CASE("texts become numbers as cell entries do") {

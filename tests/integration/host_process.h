@@ -1,72 +1,67 @@
 #pragma once
 // ZavHost.exe as a process of its own.
 
-#include <windows.h>
-
-#include <doctest/doctest.h>
-
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
-
 #include "integration/running_add_in.h"
+#include "support/run_program.h"
 
 namespace zavrel::tests {
-
-struct Outcome {
-  DWORD exit_code = ~0u;
-  std::string output;
-  std::string errors;
-};
-
-inline std::string ReadAll(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-inline HANDLE OpenForChild(const std::filesystem::path& file) {
-  SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
-  return CreateFileW(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherited, CREATE_ALWAYS, 0,
-                     nullptr);
-}
-
-/// Runs a program with these arguments, quoted as a shell would; at most `seconds`.
-inline Outcome RunProgram(const std::filesystem::path& program, const std::wstring& arguments,
-                          DWORD seconds = 60) {
-  const std::filesystem::path output = ScratchFolder() / "stdout.txt";
-  const std::filesystem::path errors = ScratchFolder() / "stderr.txt";
-  const HANDLE output_handle = OpenForChild(output);
-  const HANDLE error_handle = OpenForChild(errors);
-  std::wstring line = L"\"" + program.wstring() + L"\" " + arguments;
-  STARTUPINFOW startup{};
-  startup.cb = sizeof startup;
-  startup.dwFlags = STARTF_USESTDHANDLES;
-  startup.hStdOutput = output_handle;
-  startup.hStdError = error_handle;
-  PROCESS_INFORMATION process{};
-  REQUIRE(CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
-                         &startup, &process));
-  CloseHandle(output_handle);
-  CloseHandle(error_handle);
-  Outcome outcome;
-  if (WaitForSingleObject(process.hProcess, seconds * 1000) == WAIT_OBJECT_0) {
-    GetExitCodeProcess(process.hProcess, &outcome.exit_code);
-  } else {
-    TerminateProcess(process.hProcess, 99);
-    FAIL_CHECK("no end within the time");
-  }
-  CloseHandle(process.hThread);
-  CloseHandle(process.hProcess);
-  outcome.output = ReadAll(output);
-  outcome.errors = ReadAll(errors);
-  return outcome;
-}
 
 /// Runs the ZavHost of a folder: what ships, unless another is given.
 inline Outcome ZavHost(const std::wstring& arguments, DWORD seconds = 60,
                        const std::filesystem::path& folder = AddInFile().parent_path()) {
   return RunProgram(folder / "ZavHost.exe", arguments, seconds);
+}
+
+/// A new folder with what ships, for a test to change.
+inline std::filesystem::path CopyOfWhatShips(const char* name) {
+  const std::filesystem::path folder = ScratchFolder() / name;
+  std::filesystem::remove_all(folder);
+  std::filesystem::copy(AddInFile().parent_path(), folder,
+                        std::filesystem::copy_options::recursive);
+  return folder;
+}
+
+/// Puts a file in the place of another.
+inline void Replace(const std::filesystem::path& file, const std::filesystem::path& other) {
+  std::filesystem::remove(file);
+  std::filesystem::copy_file(other, file);
+}
+
+/// The first line that `ZavHost eval` of a folder writes for a formula.
+inline std::string Evaluated(const std::wstring& formula, const std::filesystem::path& folder) {
+  const Outcome outcome = ZavHost(L"eval \"" + formula + L"\"", 60, folder);
+  CHECK(outcome.exit_code == 0);
+  CHECK(outcome.errors.empty());
+  return outcome.output.substr(0, outcome.output.find_first_of("\r\n"));
+}
+
+/// Runs with a temporary folder for the add-in's log.
+template <class Run>
+void WithTemporaryFolder(const std::filesystem::path& folder, Run run) {
+  wchar_t before[MAX_PATH + 1] = L"";
+  const bool set = GetEnvironmentVariableW(L"TMP", before, MAX_PATH) != 0;
+  SetEnvironmentVariableW(L"TMP", folder.c_str());
+  run();
+  SetEnvironmentVariableW(L"TMP", set ? before : nullptr);
+}
+
+/// The log of the add-ins that `run` opens.
+template <class Run>
+std::string LogOf(const std::filesystem::path& folder, Run run) {
+  std::filesystem::create_directories(folder);
+  std::ofstream(folder / "BrennicLoggingDetail.txt").flush();
+  std::filesystem::remove(folder / "VekZavrelFuncs8.log");
+  WithTemporaryFolder(folder, run);
+  return ReadAll(folder / "VekZavrelFuncs8.log");
+}
+
+inline bool Contains(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+inline int Occurrences(const std::string& text, const std::string& part) {
+  int count = 0;
+  for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
+  return count;
 }
 
 }  // namespace zavrel::tests

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <map>
 #include <numeric>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,16 +18,14 @@ namespace zavrel::tests {
 struct Expected {
   Expected(double value) : number(value) {}                            // NOLINT
   Expected(long double value) : number(static_cast<double>(value)) {}  // NOLINT
-  Expected(const char* text) : number(0), shown(text) {}               // NOLINT
-  double number;
-  std::string shown;
+  Expected(const char* text) : shown(text) {}                          // NOLINT
+  double number = 0;
+  std::optional<std::string> shown;
 };
 
 class PlainStatistics {
  public:
-  /// `blanks_beyond`: blank cells of whole columns and rows that are not among the cells.
-  PlainStatistics(std::vector<zavhost::Value> cells, double blanks_beyond)
-      : cells_(std::move(cells)), blanks_beyond_(blanks_beyond) {
+  explicit PlainStatistics(std::vector<zavhost::Value> cells) : cells_(std::move(cells)) {
     for (const zavhost::Value& cell : cells_) {
       if (const double* number = cell.number()) numbers_.push_back(*number);
     }
@@ -56,7 +55,7 @@ class PlainStatistics {
   }
   Expected StdDev(bool sample) const {
     const Expected variance = Variance(sample);
-    return variance.shown.empty() ? Expected(std::sqrt(variance.number)) : variance;
+    return variance.shown ? variance : Expected(std::sqrt(variance.number));
   }
   Expected Skewness(bool sample) const {
     if (n() < 1) return "#N/A";
@@ -112,7 +111,7 @@ class PlainStatistics {
   }
 
   Expected CountOfClass(int code) const {
-    double count = code == 0 || code == 4 ? blanks_beyond_ : 0;
+    double count = 0;
     for (const zavhost::Value& cell : cells_) {
       const bool number = cell.number() != nullptr;
       const bool classes[] = {true, number, !cell.IsBlank(), !cell.IsBlank() && !number,
@@ -146,7 +145,6 @@ class PlainStatistics {
   }
 
   std::vector<zavhost::Value> cells_;
-  double blanks_beyond_;
   std::vector<double> numbers_;
   std::vector<double> sorted_;
 };

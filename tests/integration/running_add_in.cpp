@@ -11,9 +11,8 @@
 
 namespace zavrel::tests {
 
-using zavhost::ArrayPtr;
 using zavhost::Engine;
-using zavhost::Value;
+using zavhost::EngineOptions;
 
 std::filesystem::path AddInFile() {
 #ifdef _WIN32
@@ -34,58 +33,17 @@ std::filesystem::path ScratchFolder() {
   return folder;
 }
 
-std::unique_ptr<Engine> OpenAddIn(zavhost::Workbook workbook, std::uint32_t language) {
+std::unique_ptr<Engine> OpenAddIn(zavhost::Workbook workbook, EngineOptions options) {
   if (workbook.sheets.empty()) workbook.sheets.emplace_back(u"Data");
-  zavhost::EngineOptions options;
-  options.language = language;
   auto engine = std::make_unique<Engine>(std::move(workbook), std::move(options));
   engine->LoadAddIn(AddInFile());
   return engine;
 }
 
-std::unique_ptr<Engine> ServingAddIn(zavhost::Workbook workbook) {
-  auto engine = OpenAddIn(std::move(workbook));
+std::unique_ptr<Engine> ServingAddIn(zavhost::Workbook workbook, EngineOptions options) {
+  auto engine = OpenAddIn(std::move(workbook), std::move(options));
   engine->Announce(5);
   return engine;
-}
-
-namespace {
-
-std::string ShownValue(const Value& value) {
-  if (const double* number = value.number())
-    return zavhost::Utf8FromUtf16(zavhost::GeneralText(*number));
-  if (const bool* boolean = value.boolean()) return *boolean ? "TRUE" : "FALSE";
-  if (const std::u16string* text = value.text()) return zavhost::Utf8FromUtf16(*text);
-  if (const zavhost::ErrorCode* error = value.error())
-    return zavhost::Utf8FromUtf16(zavhost::ErrorText(*error));
-  return "";
-}
-
-}  // namespace
-
-std::string Shown(Engine& engine, std::u16string_view formula) {
-  const zavhost::Operand result = engine.Evaluate(formula, {0, 0, 20});
-  if (const Value* value = std::get_if<Value>(&result)) return ShownValue(*value);
-  const ArrayPtr* array = std::get_if<ArrayPtr>(&result);
-  REQUIRE(array != nullptr);
-  std::string shown;
-  for (std::int32_t row = 0; row < (*array)->rows; ++row) {
-    for (std::int32_t column = 0; column < (*array)->columns; ++column) {
-      if (column > 0) shown += ',';
-      shown += ShownValue((*array)->At(row, column));
-    }
-    shown += ';';
-  }
-  return shown;
-}
-
-double Number(Engine& engine, std::u16string_view formula) {
-  const zavhost::Operand result = engine.Evaluate(formula, {0, 0, 20});
-  const Value* value = std::get_if<Value>(&result);
-  REQUIRE(value != nullptr);
-  CAPTURE(zavhost::Utf8FromUtf16(formula));
-  REQUIRE_MESSAGE(value->number() != nullptr, ShownValue(*value));
-  return *value->number();
 }
 
 void CloseClean(Engine& engine) {
@@ -93,6 +51,32 @@ void CloseClean(Engine& engine) {
   for (const zavhost::Violation& violation : engine.judge().violations()) {
     FAIL_CHECK(zavhost::DescribeViolation(violation));
   }
+}
+
+void InEachHost(const zavhost::Workbook& workbook, const std::function<void(Engine&)>& check) {
+  for (const bool other : {false, true}) {
+    CAPTURE(other);
+    EngineOptions options;
+    options.behaviour.external_references_only = other;
+    options.behaviour.clip_whole_columns = other;
+    const auto engine = ServingAddIn(workbook, std::move(options));
+    check(*engine);
+    CloseClean(*engine);
+  }
+}
+
+void CheckEntered(zavhost::Workbook workbook, std::string_view table) {
+  using zavhost::tests::SplitAt;
+  std::string cells;
+  for (const std::string& text : zavhost::tests::CasesIn(table)) {
+    const auto [entered, shown] = SplitAt(text, " ->");
+    AddFormulas(workbook, entered);
+    cells += SplitAt(entered, " = ").first + " -> " + shown + '\n';
+  }
+  InEachHost(workbook, [&](Engine& engine) {
+    for (const std::string& error : engine.Recalculate().errors) FAIL_CHECK(error);
+    CheckCells(engine, cells);
+  });
 }
 
 }  // namespace zavrel::tests

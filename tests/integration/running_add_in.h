@@ -3,12 +3,21 @@
 // test program elsewhere.
 
 #include <filesystem>
+#include <functional>
 #include <memory>
-#include <string>
 
-#include "host/calc/engine.h"
+#include "support/workbooks.h"
 
 namespace zavrel::tests {
+
+using zavhost::tests::AddFormulas;
+using zavhost::tests::BookOf;
+using zavhost::tests::CheckCells;
+using zavhost::tests::CheckFormulas;
+using zavhost::tests::Edit;
+using zavhost::tests::Number;
+using zavhost::tests::Shown;
+using zavhost::tests::ShownCells;
 
 /// The add-in's file: build/out on Windows, this program elsewhere.
 std::filesystem::path AddInFile();
@@ -18,18 +27,21 @@ std::filesystem::path ScratchFolder();
 
 /// An engine with the add-in open, over a workbook of one sheet "Data" unless another is given.
 std::unique_ptr<zavhost::Engine> OpenAddIn(zavhost::Workbook workbook = {},
-                                           std::uint32_t language = 9);
-
+                                           zavhost::EngineOptions options = {});
 /// The same, announced for application 5.
-std::unique_ptr<zavhost::Engine> ServingAddIn(zavhost::Workbook workbook = {});
-
-/// A formula's value as a cell shows it: "2.5", "#N/A", "TRUE", an empty text for an empty cell. An
-/// array's elements are divided by "," and its rows by ";".
-std::string Shown(zavhost::Engine& engine, std::u16string_view formula);
-/// A formula's number; fails the test when it gives none.
-double Number(zavhost::Engine& engine, std::u16string_view formula);
+std::unique_ptr<zavhost::Engine> ServingAddIn(zavhost::Workbook workbook = {},
+                                              zavhost::EngineOptions options = {});
 
 /// Closes the add-in and requires that the judge has nothing to say.
 void CloseClean(zavhost::Engine& engine);
+
+/// Has a workbook checked with the add-in serving it, by hosts that pass references and whole
+/// columns in either way.
+void InEachHost(const zavhost::Workbook& workbook,
+                const std::function<void(zavhost::Engine&)>& check);
+
+/// The same with formulas that are entered and recalculated, and what their cells show then, each
+/// as "D1:E2 = ZavMode(A1:A9) -> 1,1;1,1;".
+void CheckEntered(zavhost::Workbook workbook, std::string_view table);
 
 }  // namespace zavrel::tests

@@ -4,75 +4,59 @@
 #include "integration/running_add_in.h"
 
 namespace zavrel::tests {
-namespace {
-
-using zavhost::ErrorCode;
-using zavhost::Value;
-
-/// Column A: 1, 2, 3, text, 2, empty, 1. Column B: 5, 5, 5. Column C: three zeros.
-zavhost::Workbook SmallBook() {
-  zavhost::Workbook book;
-  zavhost::Sheet& sheet = book.sheets.emplace_back(u"Data");
-  const Value column[] = {Value(1.0), Value(2.0), Value(3.0), Value(u"4"), Value(2.0)};
-  for (int row = 0; row < 5; ++row) sheet.Set(row, 0, column[row]);
-  sheet.Set(6, 0, Value(1.0));
-  for (int row = 0; row < 3; ++row) {
-    sheet.Set(row, 1, Value(5.0));
-    sheet.Set(row, 2, Value(0.0));
-  }
-  return book;
-}
-
-}  // namespace
 
 TEST_CASE("test statistics of a series in a sheet") {
-  auto engine = ServingAddIn(SmallBook());
-  CHECK(Shown(*engine, u"ZavRunsTest(A1:A7,2)") == "3");
-  CHECK(Shown(*engine, u"ZavRunsTest(A:A,ZavMean(A:A))") == "3");
-  CHECK(Shown(*engine, u"ZavRunsTest(A1:A7,\"2\")") == "3");  // the host makes the number
-  CHECK(Shown(*engine, u"ZavRunsTest(A1,9)") == "1");
-  CHECK(Number(*engine, u"ZavDurbinWatson(A1:A7)") == doctest::Approx(4.0 / 19));
-  CHECK(Number(*engine, u"ZavAutocorrelation(A1:A7,1)") == doctest::Approx(0.16 / 2.8));
-  CHECK(Shown(*engine, u"ZavAutocorrelation(A1:A7,0)") == "1");
-  CHECK(Shown(*engine, u"ZavAutocorrelation(A1:A7,5)") == "0");
-  CHECK(Number(*engine, u"ZavLilliefors({2,4,4,5,9})") == doctest::Approx(0.2692056743389093));
-  CHECK(Number(*engine, u"ZavLilliefors({1,2})") == doctest::Approx(0.26024993890652326));
-  CHECK(Shown(*engine, u"ZavDurbinWatson(B1:B3)") == "0");
-
-  for (const char16_t* no_spread : {u"ZavLilliefors(B1:B3)", u"ZavLilliefors(3)",
-                                    u"ZavAutocorrelation(B1:B3,1)", u"ZavDurbinWatson(C1:C3)"}) {
-    CAPTURE(zavhost::Utf8FromUtf16(no_spread));
-    CHECK(Shown(*engine, no_spread) == "#DIV/0!");
-  }
-  for (const char16_t* refused :
-       {u"ZavLilliefors(E:E)", u"ZavRunsTest(E1:E5,1)", u"ZavRunsTest(A1:A7,\"x\")",
-        u"ZavDurbinWatson(A1)", u"ZavAutocorrelation(A1:A7,6)", u"ZavAutocorrelation(A1:A7,-1)",
-        u"ZavAutocorrelation(A1:A7,251)", u"ZavAutocorrelation(E1:E5,0)"}) {
-    CAPTURE(zavhost::Utf8FromUtf16(refused));
-    CHECK(Shown(*engine, refused) == "#VALUE!");
-  }
-  CHECK(Shown(*engine, u"ZavDurbinWatson({1E+200,2})") == "#NUM!");
-  CloseClean(*engine);
+  zavhost::Workbook book = BookOf({"A: 1 | 2 | 3 | \"4\" | 2 | | 1", "B: 5 | 5 | 5", "C: 0 | 0 | 0",
+                                   "D: 0.1 | 0.1 | 0.1 | 0.1 | 0.1 | 0.1 | 0.1 | 0.1 | 0.1 | 0.1",
+                                   "F: 2 | \"3\" | 4 | | 4 | TRUE | 5 | #DIV/0! | 9"});
+  for (int i = 0; i < 300; ++i) book.sheets[0].Set(i, 6, i % 2 == 0 ? 1.0 : -1.0);
+  InEachHost(book, [](zavhost::Engine& engine) {
+    CheckFormulas(engine, R"(
+        ZavRunsTest(A1:A7,2) -> 3 | ZavRunsTest(A:A,ZavMean(A:A)) -> 3
+        ZavRunsTest(A1:A7,"2") -> 3 | ZavRunsTest(A1,9) -> 1 | ZavRunsTest(F1:F9,4) -> 2
+        ZavRunsTest(7,7) -> 1 | ZavDurbinWatson(A1:A7) ~ 4/19 | ZavDurbinWatson(F1:F9) ~ 21/142
+        ZavDurbinWatson(B1:B3) -> 0 | ZavAutocorrelation(A1:A7,1) ~ 0.16/2.8
+        ZavAutocorrelation(F1:F9,1) ~ 3.56/26.8 | ZavAutocorrelation(A1:A7,0) -> 1
+        ZavAutocorrelation(A1:A7,5) -> 0 | ZavAutocorrelation({1E+200,-1E+200},1) -> -0.5
+        ZavAutocorrelation(G:G,250) ~ 50/300 | ZavLilliefors(F1:F9) ~ 0.2692056743389093
+        ZavLilliefors({1,2}) ~ 0.26024993890652326)");
+    CheckFormulas(engine, "#DIV/0!", R"(
+        ZavLilliefors(B1:B3) | ZavLilliefors(3) | ZavLilliefors(D1:D10)
+        ZavAutocorrelation(B1:B3,1) | ZavAutocorrelation(D1:D10,1) | ZavAutocorrelation(7,0)
+        ZavDurbinWatson(C1:C3))");
+    CheckFormulas(engine, "#VALUE!", R"(
+        ZavLilliefors(E:E) | ZavLilliefors() | ZavRunsTest(E1:E5,1) | ZavRunsTest(A1:A7,"x")
+        ZavDurbinWatson(A1) | ZavDurbinWatson("x") | ZavAutocorrelation(A1:A7,6)
+        ZavAutocorrelation(A1:A7,-1) | ZavAutocorrelation(G:G,251) | ZavAutocorrelation(E1:E5,0)
+        ZavAutocorrelation(7,2))");
+    CheckFormulas(engine, "#NUM!", "ZavDurbinWatson({1E+200,2})");
+    Edit(engine, "F1 = 6");
+    CheckFormulas(engine, "ZavRunsTest(F1:F9,5) -> 3");
+  });
 }
 
 TEST_CASE("the studentized range in a sheet") {
-  auto engine = ServingAddIn();
-  CHECK(Number(*engine, u"ZavStudentizedRangeInv(0.95,10,3)") ==
-        doctest::Approx(3.88).epsilon(2e-3));
-  CHECK(Number(*engine, u"ZavStudentizedRangeDist(ZavStudentizedRangeInv(0.99,120,7),120,7)") ==
-        doctest::Approx(0.99).epsilon(1e-12));
-  CHECK(Shown(*engine, u"ZavStudentizedRangeDist(0,10,3)") == "0");
-  CHECK(Shown(*engine, u"ZavStudentizedRangeDist(-1,10,3)") == "0");
-  CHECK(Shown(*engine, u"ZavStudentizedRangeInv(0,10,3)") == "0");
-  for (const char16_t* refused :
-       {u"ZavStudentizedRangeDist(3,10,1)", u"ZavStudentizedRangeDist(3,0,3)",
-        u"ZavStudentizedRangeInv(1,10,3)", u"ZavStudentizedRangeInv(-0.1,10,3)",
-        u"ZavStudentizedRangeInv(0.5,0,3)"}) {
-    CAPTURE(zavhost::Utf8FromUtf16(refused));
-    CHECK(Shown(*engine, refused) == "#NUM!");
-  }
-  CHECK(Shown(*engine, u"ZavStudentizedRangeDist(3,10,)") == "#VALUE!");
-  CloseClean(*engine);
+  InEachHost({}, [](zavhost::Engine& engine) {
+    CHECK(Number(engine, "ZavStudentizedRangeInv(0.95,10,3)") ==
+          doctest::Approx(3.88).epsilon(2e-3));
+    CheckFormulas(engine, R"(
+        ZavStudentizedRangeDist(ZavStudentizedRangeInv(0.95,10,3),10,3) ~ 0.95
+        ZavStudentizedRangeDist(3.5,10.9,3.9) ~ ZavStudentizedRangeDist(3.5,10,3)
+        ROUND(ZavStudentizedRangeDist(ZavStudentizedRangeInv(0.99,120,7),120,7),12) -> 0.99
+        ROUND(ZavStudentizedRangeDist(3.877676,10,3),3) -> 0.95)");
+    CheckFormulas(engine, "0", R"(
+        ZavStudentizedRangeDist(0,10,3) | ZavStudentizedRangeDist(-1,10,3)
+        ZavStudentizedRangeInv(0,10,3) | ZavStudentizedRangeInv(0,0,0)
+        ZavStudentizedRangeInv(A1,5,3))");
+    CheckFormulas(engine, "#NUM!", R"(
+        ZavStudentizedRangeDist(3,10,1) | ZavStudentizedRangeDist(-3,0.99,3)
+        ZavStudentizedRangeDist(3,-1,3) | ZavStudentizedRangeInv(1,10,3)
+        ZavStudentizedRangeInv(-0.01,10,3) | ZavStudentizedRangeInv(0.5,0,3)
+        ZavStudentizedRangeInv(0.5,10,1))");
+    CheckFormulas(engine, "#VALUE!", R"(
+        ZavStudentizedRangeDist(3,10,) | ZavStudentizedRangeDist("x",10,3)
+        ZavStudentizedRangeDist(3.5,1E+10,3) | ZavStudentizedRangeInv(0.5,3,))");
+  });
 }
 
 }  // namespace zavrel::tests

@@ -42,62 +42,49 @@ std::size_t HeldMemory() {
 #endif
 }
 
-const std::u16string kStatistics[] = {
-    u"Mean",     u"MeanI",         u"Min",   u"Max",      u"StdDev",  u"VarianceP",
-    u"Skewness", u"Kurtosis",      u"Sum",   u"SumI",     u"Product", u"Range",
-    u"Count",    u"AveDev",        u"SumSq", u"SumDevSq", u"MeanAbs", u"Median",
-    u"Mode",     u"CategoryNames", u"Ln",    u"IsBlank"};
-const std::u16string kArguments[] = {
-    u"A1:A40",   u"A1:B20", u"(A1:A5,B7:B30)",       u"{1,2;3,4}", u"A1", u"C1:C9", u"1,2,,A3,TRUE",
-    u"\"text\"", u"#N/A",   u"ZavMean(A1:A7),B1:B3", u"A1:A9&\"\""};
+using Texts = std::vector<std::string>;
+using zavhost::tests::CasesIn;
+
+const Texts kStatistics = CasesIn(
+    "Mean|MeanI|Min|Max|StdDev|VarianceP|Skewness|Kurtosis|Sum|SumI|Product|Range|Count|AveDev|"
+    "SumSq|SumDevSq|MeanAbs|Median|Mode|CategoryNames|Ln|IsBlank");
+const Texts kArguments = CasesIn(R"(
+    A1:A40 | A1:B20 | (A1:A5,B7:B30) | {1,2;3,4} | A1 | C1:C9 | 1,2,,A3,TRUE | "text" | #N/A
+    ZavMean(A1:A7),B1:B3 | A1:A9&"")");
 // Functions of a range and more; addresses and ids of a macro that nobody has issued.
-const std::u16string kFurther[] = {u"Percentile(%,0.3)",
-                                   u"Percentile(%,1.5,2)",
-                                   u"Percentile(%,0.5,#)",
-                                   u"Quartile(%,#,1)",
-                                   u"Mode(%,#)",
-                                   u"Sum(ZavDestack(%,A1:A40,#))",
-                                   u"Sum(ZavDestack({1;2;3},A1:A40*1,#))",
-                                   u"Median(ZavMulti(#,A1:B20,B7:B30),#)",
-                                   u"PairMedian(%,B1:B40,#)",
-                                   u"CorrelationMatrix(#,#,#,A1:B20)",
-                                   u"Normal(#,1,\"xtop\",#)",
-                                   u"BoxPlotY(#,#)",
-                                   u"CategoryIndices(%,#)",
-                                   u"CountCellsByType(%,#)",
-                                   u"GetCellValues(%,#)",
-                                   u"GetCellValuesPrivate(%,#,@)",
-                                   u"GetCellValuesPrivate2(%,#,@,@)",
-                                   u"GetCellValuesCategoryPrivate2(%,#,\"none\",@)",
-                                   u"GetCellValuesNumericPrivate2(%,#,-1,@)"};
-const std::u16string kAddresses[] = {u"",
-                                     u"0",
-                                     u"1",
-                                     u"-8",
-                                     u"4096",
-                                     u"140737488355320",
-                                     u"9223372036854775807",
-                                     u"-9223372036854775808",
-                                     u"99999999999999999999999999",
-                                     u"0x7ff0",
-                                     u" 4096 ",
-                                     u"Time=1, TickCount=2, PerfCounter=3, counter=4"};
+const Texts kFurther = CasesIn(R"(
+    Percentile(%,0.3) | Percentile(%,1.5,2) | Percentile(%,0.5,#) | Quartile(%,#,1) | Mode(%,#)
+    Sum(ZavDestack(%,A1:A40,#)) | Sum(ZavDestack({1;2;3},A1:A40*1,#)) | PairMedian(%,B1:B40,#)
+    Median(ZavMulti(#,A1:B20,B7:B30),#) | CorrelationMatrix(#,#,#,A1:B20) | Normal(#,1,"xtop",#)
+    BoxPlotY(#,#) | CategoryIndices(%,#) | CountCellsByType(%,#) | GetCellValues(%,#)
+    GetCellValuesPrivate(%,#,@) | GetCellValuesPrivate2(%,#,@,@)
+    GetCellValuesCategoryPrivate2(%,#,"none",@) | GetCellValuesNumericPrivate2(%,#,-1,@))");
+const Texts kAddresses = {"",
+                          "0",
+                          "1",
+                          "-8",
+                          "4096",
+                          "140737488355320",
+                          " 4096 ",
+                          "0x7ff0",
+                          "9223372036854775807",
+                          "-9223372036854775808",
+                          "99999999999999999999999999",
+                          "Time=1, TickCount=2, PerfCounter=3, counter=4"};
 
 /// A workbook under calls.
 class Soak {
  public:
   Soak() {
-    zavhost::Workbook book;
-    book.sheets.emplace_back(u"Data");
+    zavhost::Workbook book = BookOf({"A: "});
     for (int row = 0; row < 40; ++row) {
       for (int column = 0; column < 2; ++column) {
         if (random_() % 7 != 0)
-          book.sheets[0].Set(row, column,
-                             zavhost::Value(static_cast<double>(random_() % 1000) / 8));
+          book.sheets[0].Set(row, column, static_cast<double>(random_() % 1000) / 8);
       }
     }
-    book.sheets[0].Set(11, 0, zavhost::Value(u"a text"));
-    book.sheets[0].Set(12, 1, zavhost::Value(zavhost::ErrorCode::kDiv0));
+    book.sheets[0].Set(11, 0, u"a text");
+    book.sheets[0].Set(12, 1, zavhost::ErrorCode::kDiv0);
     engine_ = ServingAddIn(std::move(book));
   }
   zavhost::Engine& engine() { return *engine_; }
@@ -106,53 +93,49 @@ class Soak {
   /// large as those that follow, or larger.
   void FillCaches() {
     for (int i = 0; i < 20'000; ++i) {
-      const std::u16string number = zavhost::Utf16FromUtf8(std::to_string(i));
-      engine_->Evaluate(u"ZavMedian({" + number +
-                        u",2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18,19,20,\"a longer text\"})");
-      engine_->Evaluate(u"ZavSum(ZavDestack({" + number + u";2;3},A1:A40+" + number + u",B1))",
-                        {0, 0, 20});
+      const std::string number = std::to_string(i);
+      Evaluate("ZavMedian({" + number +
+               ",2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18,19,20,\"a longer text\"})");
+      Evaluate("ZavSum(ZavDestack({" + number + ";2;3},A1:A40+" + number + ",B1))");
     }
   }
 
   void Call() {
     // Now and then a cell changes under a reference that is asked for again.
-    if (random_() % 16 == 0) {
+    if (random_() % 16 == 0)
       engine_->workbook().sheets[0].Set(static_cast<int>(random_() % 40), 0,
-                                        zavhost::Value(static_cast<double>(random_() % 100)));
-    }
-    const std::u16string formula = random_() % 3 == 0
-                                       ? FilledIn(Any(kFurther))
-                                       : Any(kStatistics) + u"(" + AnyArgument() + u")";
-    engine_->Evaluate(u"Zav" + formula, {0, 0, 20});
+                                        static_cast<double>(random_() % 100));
+    Evaluate("Zav" + (random_() % 3 == 0 ? FilledIn(Any(kFurther))
+                                         : Any(kStatistics) + "(" + AnyArgument() + ")"));
   }
 
  private:
-  template <std::size_t kCount>
-  const std::u16string& Any(const std::u16string (&texts)[kCount]) {
-    return texts[random_() % kCount];
+  void Evaluate(const std::string& formula) {
+    engine_->Evaluate(zavhost::Utf16FromUtf8(formula), {0, 0, 20});
   }
-  std::u16string AnyArgument() {
+  const std::string& Any(const Texts& texts) { return texts[random_() % texts.size()]; }
+  std::string AnyArgument() {
     // A whole column takes a thousand times as long.
-    return random_() % 500 == 0 ? u"A:A" : Any(kArguments);
+    return random_() % 500 == 0 ? "A:A" : Any(kArguments);
   }
-  std::u16string FilledIn(const std::u16string& pattern) {
-    std::u16string formula;
-    for (const char16_t unit : pattern) {
-      if (unit == u'%') {
+  std::string FilledIn(const std::string& pattern) {
+    std::string formula;
+    for (const char unit : pattern) {
+      if (unit == '%') {
         formula += AnyArgument();
-      } else if (unit == u'#') {
-        formula += zavhost::Utf16FromUtf8(std::to_string(static_cast<int>(random_() % 7) - 1));
-      } else if (unit == u'@') {
-        formula += u'"' + (random_() % 8 == 0 ? UnissuedAddress() : Any(kAddresses)) + u'"';
+      } else if (unit == '#') {
+        formula += std::to_string(static_cast<int>(random_() % 7) - 1);
+      } else if (unit == '@') {
+        // Or memory of this object, which nobody may write to.
+        formula +=
+            '"' +
+            (random_() % 8 == 0 ? std::to_string(std::uintptr_t(&untouched)) : Any(kAddresses)) +
+            '"';
       } else {
         formula += unit;
       }
     }
     return formula;
-  }
-  /// Memory of this object, which nobody may write to.
-  std::u16string UnissuedAddress() {
-    return zavhost::Utf16FromUtf8(std::to_string(reinterpret_cast<std::uintptr_t>(&untouched)));
   }
 
  public:

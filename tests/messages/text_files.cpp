@@ -6,6 +6,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "platform/utf.h"
+
 namespace {
 
 constexpr char kFolder[] = ZAVREL_SOURCE_DIR "/companions/messages/texts/";
@@ -30,23 +32,7 @@ TextFile::TextFile(const std::string& language) : name(language) {
 
 std::u16string TextFile::Text(std::uint32_t id) const {
   const auto found = utf8.find(id);
-  std::u16string wide;
-  if (found == utf8.end()) return wide;
-  unsigned code = 0;
-  int following = 0;
-  for (const char c : found->second) {
-    const unsigned byte = static_cast<unsigned char>(c);
-    if (byte >= 0xF0) throw std::runtime_error("a character beyond the basic plane");
-    if (byte >= 0xC0) {
-      following = byte >= 0xE0 ? 2 : 1;
-      code = byte & (byte >= 0xE0 ? 0x0Fu : 0x1Fu);
-    } else {
-      code = byte >= 0x80 ? code << 6 | (byte & 0x3F) : byte;
-      if (byte >= 0x80) --following;
-    }
-    if (following == 0) wide += static_cast<char16_t>(code);
-  }
-  return wide;
+  return found == utf8.end() ? std::u16string() : zavrel::Utf16FromUtf8(found->second);
 }
 
 const std::vector<TextFile>& TextFiles() {

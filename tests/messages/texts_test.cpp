@@ -79,10 +79,8 @@ std::ptrdiff_t CountNames(const std::string& argument_text) {
 }
 
 const TextFile& Language(const std::string& name) {
-  const auto& files = TextFiles();
-  const auto found = std::find_if(files.begin(), files.end(),
-                                  [&](const TextFile& file) { return file.name == name; });
-  REQUIRE(found != files.end());
+  const auto found = std::ranges::find(TextFiles(), name, &TextFile::name);
+  REQUIRE(found != TextFiles().end());
   return *found;
 }
 const TextFile& English() { return Language("en"); }
@@ -176,18 +174,18 @@ TEST_CASE("German texts use the names of German Excel") {
 }
 
 TEST_CASE("messages that companions compare are as agreed") {
-  const auto english = [](std::int32_t id) {
-    return English().utf8.at(static_cast<std::uint32_t>(id));
-  };
-  CHECK(english(ids::kMessageTitle) == "Zavrel Functions");
-  CHECK(english(ids::kMessageArrayNotTwoDimensional) == "VB array is not 2-dimensional");
-  CHECK(english(ids::kMessageMatrixNotSquare) == "Matrix is ({1} x {2}), not square.");
-  CHECK(english(ids::kMessageMatrixNotSymmetric) ==
-        "Matrix is symmetric at element ({1}, {2}) ({3} vs {4}).");
-  CHECK(english(ids::kMessageEigenInvalidValues) ==
-        "Eigenvalues could not be calculated; matrix had invalid values.");
-  CHECK(english(ids::kMessageEigenNoConvergence) ==
-        "Eigenvalues could not be calculated; convergence failed.");
-  CHECK(english(ids::kMessageDllLoadError) == "Could not load {1}.");
-  CHECK(english(ids::kMessageFunctionNotFound) == "The function {1} could not be found in {2}");
+  for (const auto& [id, text] : {
+           std::pair{ids::kMessageTitle, "Zavrel Functions"},
+           {ids::kMessageArrayNotTwoDimensional, "VB array is not 2-dimensional"},
+           {ids::kMessageMatrixNotSquare, "Matrix is ({1} x {2}), not square."},
+           {ids::kMessageMatrixNotSymmetric,
+            "Matrix is symmetric at element ({1}, {2}) ({3} vs {4})."},
+           {ids::kMessageEigenInvalidValues,
+            "Eigenvalues could not be calculated; matrix had invalid values."},
+           {ids::kMessageEigenNoConvergence,
+            "Eigenvalues could not be calculated; convergence failed."},
+           {ids::kMessageDllLoadError, "Could not load {1}."},
+           {ids::kMessageFunctionNotFound, "The function {1} could not be found in {2}"},
+       })
+    CHECK(English().utf8.at(static_cast<std::uint32_t>(id)) == text);
 }

@@ -39,33 +39,45 @@ class Fields {
   std::span<const double> rest_;
 };
 
-void TwoSamples(Fields line) {
-  const auto p = line.Take(3);
-  const std::int32_t n1 = line.Count(), n2 = line.Count();
-  CAPTURE(n1);
-  CAPTURE(n2);
-  const double* const x = line.Take(static_cast<std::size_t>(n1)).data();
-  const double* const y = line.Take(static_cast<std::size_t>(n2)).data();
-  NptRankSums sums;
-  REQUIRE(library.MWTiesAndSums(x, n1, y, n2, &sums) == NPT_OK);
-  CHECK(sums.ties == 0);
-  CHECK(sums.tie_correction_term == 0);
-  for (int i = 0; i < 3; ++i)
-    CHECK(library.MWpValue(n1, n2, sums.rank_sum_1, kAlternatives[i]) ==
-          Near(p[static_cast<std::size_t>(i)]));
+double P(bool two_samples, std::int32_t n1, std::int32_t n2, double statistic,
+         std::int32_t alternative) {
+  return two_samples ? library.MWpValue(n1, n2, statistic, alternative)
+                     : library.WSRpValue(n1, statistic, alternative);
 }
 
-void OneSample(Fields line) {
+/// The ranks of two samples, or of one about a median.
+struct Ranked {
+  Ranked(Fields& line, bool two_samples) {
+    const double median = two_samples ? 0 : line.Number();
+    n1 = line.Count();
+    if (two_samples) n2 = line.Count();
+    const double* const x = line.Take(static_cast<std::size_t>(n1)).data();
+    const double* const y = line.Take(static_cast<std::size_t>(n2)).data();
+    REQUIRE((two_samples ? library.MWTiesAndSums(x, n1, y, n2, &sums)
+                         : library.WSRTiesAndSums(x, n1, median, &sums)) == NPT_OK);
+  }
+  std::int32_t n1 = 0, n2 = 0;
+  NptRankSums sums{};
+};
+
+void Tested(Fields line, bool two_samples) {
   const auto p = line.Take(3);
-  const double median = line.Number();
-  const std::int32_t n = line.Count();
-  CAPTURE(n);
-  NptRankSums sums;
-  REQUIRE(library.WSRTiesAndSums(line.Take(static_cast<std::size_t>(n)).data(), n, median, &sums) ==
-          NPT_OK);
-  for (int i = 0; i < 3; ++i)
-    CHECK(library.WSRpValue(n, sums.rank_sum_2, kAlternatives[i]) ==
-          Near(p[static_cast<std::size_t>(i)]));
+  const Ranked of(line, two_samples);
+  CAPTURE(of.n1);
+  CAPTURE(of.n2);
+  if (two_samples) CHECK((of.sums.ties == 0 && of.sums.tie_correction_term == 0));
+  const double statistic = two_samples ? of.sums.rank_sum_1 : of.sums.rank_sum_2;
+  for (std::size_t i = 0; i < 3; ++i)
+    CHECK(P(two_samples, of.n1, of.n2, statistic, kAlternatives[i]) == Near(p[i]));
+}
+
+void Ties(Fields line, bool two_samples) {
+  const auto expected = line.Take(4);
+  const NptRankSums sums = Ranked(line, two_samples).sums;
+  CHECK(sums.ties == expected[0]);
+  CHECK(sums.tie_correction_term == expected[1]);
+  CHECK(sums.rank_sum_1 == expected[2]);
+  CHECK(sums.rank_sum_2 == expected[3]);
 }
 
 void Counted(Fields line, bool two_samples, double error) {
@@ -75,29 +87,7 @@ void Counted(Fields line, bool two_samples, double error) {
   CAPTURE(n2);
   CAPTURE(statistic);
   for (const std::int32_t alternative : {NPT_LESS, NPT_GREATER})
-    CHECK((two_samples
-               ? library.MWpValue(n1, n2, statistic, alternative)
-               : library.WSRpValue(n1, statistic, alternative)) == Near(line.Number(), error));
-}
-
-void Ties(Fields line, bool two_samples) {
-  const auto expected = line.Take(4);
-  NptRankSums sums;
-  if (two_samples) {
-    const std::int32_t n1 = line.Count(), n2 = line.Count();
-    const auto x = line.Take(static_cast<std::size_t>(n1));
-    const auto y = line.Take(static_cast<std::size_t>(n2));
-    REQUIRE(library.MWTiesAndSums(x.data(), n1, y.data(), n2, &sums) == NPT_OK);
-  } else {
-    const double median = line.Number();
-    const std::int32_t n = line.Count();
-    REQUIRE(library.WSRTiesAndSums(line.Take(static_cast<std::size_t>(n)).data(), n, median,
-                                   &sums) == NPT_OK);
-  }
-  CHECK(sums.ties == expected[0]);
-  CHECK(sums.tie_correction_term == expected[1]);
-  CHECK(sums.rank_sum_1 == expected[2]);
-  CHECK(sums.rank_sum_2 == expected[3]);
+    CHECK(P(two_samples, n1, n2, statistic, alternative) == Near(line.Number(), error));
 }
 
 void KruskalWallis(Fields line, bool exact) {
@@ -132,10 +122,8 @@ TEST_CASE("what R's tests and distributions give") {
     ++met[line.kind];
     switch (line.kind) {
       case 'm':
-        TwoSamples(fields);
-        break;
       case 'w':
-        OneSample(fields);
+        Tested(fields, line.kind == 'm');
         break;
       case 'u':
       case 'v':

@@ -44,6 +44,9 @@ help_files() {
 for file in $(help_files en "" ZavrelFuncs8_x64.chm) $(help_files de help/de/ ZavrelFuncs8_x64.de.chm); do
   check "the package holds $file" '[ -s "$stage/$file" ]'
 done
+for file in examples/self-test.xlsx macro/ZavrelSelfTest.bas docs/excel-trial.html; do
+  check "the package holds $file" '[ -s "$stage/$file" ]'
+done
 check "a companion that a user saves beside the add-in has no path of ours" '
   [ -f "$stage/macro/ZavrelCompanion.xlam" ] && [ ! -e "$stage/ZavrelCompanion.xlam" ]'
 check "documents link to pages, headings and pictures that are there" '
@@ -68,7 +71,11 @@ export ZAV_WINEPREFIX=$scratch/wine WINEPREFIX=$scratch/wine WINEDEBUG=-all
 wine() { "$source/cmake/wine-run" "$@"; }
 wine --up
 trap '"$source/cmake/wine-run" --down || true' EXIT
-user=$(cd "$WINEPREFIX/drive_c/users" && ls -d "${USER:-root}" 2>/dev/null || ls "$WINEPREFIX/drive_c/users" | grep -v Public | head -1)
+# Wine names the user's folder after the account, or by another name where USER is not set.
+user=${USER:-root}
+if [ ! -d "$WINEPREFIX/drive_c/users/$user" ]; then
+  user=$(find "$WINEPREFIX/drive_c/users" -mindepth 1 -maxdepth 1 -type d ! -name Public -printf '%f\n' -quit)
+fi
 folder="$WINEPREFIX/drive_c/users/$user/AppData/Local/Programs/Zavrel Functions"
 add_in_path="C:\\\\users\\\\$user\\\\AppData\\\\Local\\\\Programs\\\\Zavrel Functions\\\\ZavrelFuncs8_x64.xll"
 own_companion=${add_in_path%ZavrelFuncs8_x64.xll}ZavrelCompanion.xlam

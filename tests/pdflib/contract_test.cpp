@@ -3,9 +3,11 @@
 
 #include <cmath>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 #include "pdflib/library.h"
+#include "support/foreign_environment.h"
 
 namespace zavrel::tests {
 namespace {
@@ -26,73 +28,53 @@ std::vector<double> MomentsOf(const Distribution& distribution) {
   return {reply.results.begin(), reply.results.end()};
 }
 
-void CheckMoments(const Distribution& distribution, const std::vector<double>& expected) {
-  CAPTURE(distribution.name);
-  CAPTURE(distribution.a);
-  CAPTURE(distribution.b);
-  const std::vector<double> moments = MomentsOf(distribution);
-  for (std::size_t i = 0; i < expected.size(); ++i) {
-    CAPTURE(i);
-    CHECK(std::isnan(moments[i]) == std::isnan(expected[i]));
-    if (!std::isnan(expected[i]))
-      CHECK(std::fabs(moments[i] - expected[i]) <= 4 * kEpsilon * std::fabs(expected[i]));
-  }
-}
-
 void CheckUntouched(const Reply& reply) {
   for (const double result : reply.results) CHECK(result == kUntouched);
   for (const std::int16_t status : reply.status) CHECK(status == kUntouchedStatus);
 }
 
-/// The control words of both floating-point units, without the status that one of them carries.
-struct FloatingPointMode {
-  std::uint16_t x87;
-  std::uint32_t mxcsr;
-
-  static FloatingPointMode Current() {
-    FloatingPointMode mode;
-    asm volatile("fnstcw %0" : "=m"(mode.x87));
-    asm volatile("stmxcsr %0" : "=m"(mode.mxcsr));
-    mode.mxcsr &= ~0x3Fu;
-    return mode;
-  }
-  void Set() const {
-    asm volatile("fldcw %0" : : "m"(x87));
-    asm volatile("ldmxcsr %0" : : "m"(mxcsr));
-  }
-  bool operator==(const FloatingPointMode&) const = default;
-};
-
 }  // namespace
 
 TEST_CASE("moments, and those that there are not") {
-  const double sixteenths = 1.0 / 16;
-  CheckMoments({"normal", -3, 0.5}, {-3, 0.25, 0, 3, -3, kNaN});
-  CheckMoments({"normal", 0, 1e200}, {0, kNaN, 0, 3, 0, kNaN});   // no double holds the variance
-  CheckMoments({"normal", 0, 1e-160}, {0, kNaN, 0, 3, 0, kNaN});  // nor this one to its last digits
-  const double exact = std::ldexp(1, -530);                       // but the square of this one
-  CheckMoments({"normal", 5e-324, exact}, {5e-324, exact * exact, 0, 3, 5e-324, kNaN});
-  CheckMoments({"student", 1}, {kNaN, kNaN, kNaN, kNaN, 0, kNaN});
-  CheckMoments({"student", 2}, {0, kNaN, kNaN, kNaN, 0, kNaN});
-  CheckMoments({"student", 3}, {0, 3, kNaN, kNaN, 0, kNaN});
-  CheckMoments({"student", 4}, {0, 2, 0, kNaN, 0, kNaN});
-  CheckMoments({"student", 10}, {0, 1.25, 0, 4, 0, kNaN});
-  CheckMoments({"chisq", 1}, {1, 2, std::sqrt(8), 15, 0, kNaN});
-  CheckMoments({"chisq", 8}, {8, 16, 1, 4.5, 6, kNaN});
-  CheckMoments({"f", 1, 2}, {kNaN, kNaN, kNaN, kNaN, 0, kNaN});
-  CheckMoments({"f", 4, 4}, {2, kNaN, kNaN, kNaN, 1.0 / 3, kNaN});
-  CheckMoments({"f", 4, 6}, {1.5, 4.5, kNaN, kNaN, 0.375, kNaN});
-  CheckMoments({"f", 4, 8}, {4.0 / 3, 20.0 / 9, 7 * std::sqrt(0.8), kNaN, 0.4, kNaN});
-  CheckMoments({"f", 5, 10},
-               {1.25, 65.0 / 48, 4.5 * std::sqrt(48.0 / 65), 3 + 661.2 / 13, 0.5, kNaN});
-  CheckMoments({"binomial", 10, 0.25},
-               {2.5, 1.875, 0.5 / std::sqrt(1.875), 3 - sixteenths * 2 / 1.875, 2, 3});
-  CheckMoments({"binomial", 9, 0.125},
-               {1.125, 0.984375, 0.75 / std::sqrt(0.984375), 3 + 0.34375 / 0.984375, 1, 1});
-  // The means 1.5 and 0.5 as doubles, from a p just below.
-  CheckMoments({"binomial", 5, 0.3}, {1.5, 1.05, 0.4 / std::sqrt(1.05), 3 - 0.26 / 1.05, 1, 2});
-  CheckMoments({"binomial", 7, 1}, {7, 0, kNaN, kNaN, 7, 7});
-  CheckMoments({"binomial", 0, 0.5}, {0, 0, kNaN, kNaN, 0, 0});
+  const double exact = std::ldexp(1, -530);
+  const std::pair<Distribution, std::vector<double>> cases[] = {
+      {{"normal", -3, 0.5}, {-3, 0.25, 0, 3, -3, kNaN}},
+      {{"normal", 0, 1e200}, {0, kNaN, 0, 3, 0, kNaN}},   // no double holds the variance
+      {{"normal", 0, 1e-160}, {0, kNaN, 0, 3, 0, kNaN}},  // nor this one to its last digits
+      {{"normal", 5e-324, exact}, {5e-324, exact * exact, 0, 3, 5e-324, kNaN}},
+      {{"student", 1}, {kNaN, kNaN, kNaN, kNaN, 0, kNaN}},
+      {{"student", 2}, {0, kNaN, kNaN, kNaN, 0, kNaN}},
+      {{"student", 3}, {0, 3, kNaN, kNaN, 0, kNaN}},
+      {{"student", 4}, {0, 2, 0, kNaN, 0, kNaN}},
+      {{"student", 10}, {0, 1.25, 0, 4, 0, kNaN}},
+      {{"chisq", 1}, {1, 2, std::sqrt(8), 15, 0, kNaN}},
+      {{"chisq", 8}, {8, 16, 1, 4.5, 6, kNaN}},
+      {{"f", 1, 2}, {kNaN, kNaN, kNaN, kNaN, 0, kNaN}},
+      {{"f", 4, 4}, {2, kNaN, kNaN, kNaN, 1.0 / 3, kNaN}},
+      {{"f", 4, 6}, {1.5, 4.5, kNaN, kNaN, 0.375, kNaN}},
+      {{"f", 4, 8}, {4.0 / 3, 20.0 / 9, 7 * std::sqrt(0.8), kNaN, 0.4, kNaN}},
+      {{"f", 5, 10}, {1.25, 65.0 / 48, 4.5 * std::sqrt(48.0 / 65), 3 + 661.2 / 13, 0.5, kNaN}},
+      {{"binomial", 10, 0.25},
+       {2.5, 1.875, 0.5 / std::sqrt(1.875), 3 - 1.0 / 16 * 2 / 1.875, 2, 3}},
+      {{"binomial", 9, 0.125},
+       {1.125, 0.984375, 0.75 / std::sqrt(0.984375), 3 + 0.34375 / 0.984375, 1, 1}},
+      // The means 1.5 and 0.5 as doubles, from a p just below.
+      {{"binomial", 5, 0.3}, {1.5, 1.05, 0.4 / std::sqrt(1.05), 3 - 0.26 / 1.05, 1, 2}},
+      {{"binomial", 7, 1}, {7, 0, kNaN, kNaN, 7, 7}},
+      {{"binomial", 0, 0.5}, {0, 0, kNaN, kNaN, 0, 0}},
+  };
+  for (const auto& [distribution, expected] : cases) {
+    CAPTURE(distribution.name);
+    CAPTURE(distribution.a);
+    CAPTURE(distribution.b);
+    const std::vector<double> moments = MomentsOf(distribution);
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+      CAPTURE(i);
+      CHECK(std::isnan(moments[i]) == std::isnan(expected[i]));
+      if (!std::isnan(expected[i]))
+        CHECK(std::fabs(moments[i] - expected[i]) <= 4 * kEpsilon * std::fabs(expected[i]));
+    }
+  }
 }
 
 TEST_CASE("requests that there are not, and places that are missing") {
@@ -181,21 +163,19 @@ TEST_CASE("outside the support and at its ends") {
 
 TEST_CASE("a binomial distribution between, below and above its whole numbers") {
   const Distribution ten{"binomial", 10, 0.5};
-  CHECK(Value(ten, PDFLIB_DENSITY, 3) == 120.0 / 1024);
-  CHECK(Value(ten, PDFLIB_DENSITY, 10) == 1.0 / 1024);
-  CHECK(Value(ten, PDFLIB_DENSITY, 2.5) == 0);
-  CHECK(Value(ten, PDFLIB_CUMULATIVE, 2.999) == 56.0 / 1024);
-  CHECK(Value(ten, PDFLIB_UPPER_TAIL, 2.999) == 968.0 / 1024);
-  CHECK(Value(ten, PDFLIB_UPPER_TAIL, 9) == 1.0 / 1024);
-  CHECK(Value(ten, PDFLIB_CUMULATIVE, 10) == 1);
-  CHECK(Value(ten, PDFLIB_UPPER_TAIL, 10) == 0);
+  const struct {
+    int request;
+    double x, value;
+  } cases[] = {{PDFLIB_DENSITY, 3, 120},        {PDFLIB_DENSITY, 10, 1},
+               {PDFLIB_DENSITY, 2.5, 0},        {PDFLIB_CUMULATIVE, 2.999, 56},
+               {PDFLIB_UPPER_TAIL, 2.999, 968}, {PDFLIB_UPPER_TAIL, 9, 1},
+               {PDFLIB_CUMULATIVE, 10, 1024},   {PDFLIB_UPPER_TAIL, 10, 0}};
+  for (const auto& [request, x, value] : cases) CHECK(Value(ten, request, x) == value / 1024);
   CHECK(Ask(ten, PDFLIB_CUMULATIVE, 10.5).code == PDFLIB_OUTSIDE_DOMAIN);
-  CHECK(Value(ten, PDFLIB_QUANTILE, 56.0 / 1024) == 2);
-  CHECK(Value(ten, PDFLIB_QUANTILE, 56.1 / 1024) == 3);
-  CHECK(Value(ten, PDFLIB_QUANTILE, 1) == 10);
-  CHECK(Value(ten, PDFLIB_UPPER_QUANTILE, 56.0 / 1024) == 7);
-  CHECK(Value(ten, PDFLIB_UPPER_QUANTILE, 55.9 / 1024) == 8);
-  CHECK(Value(ten, PDFLIB_UPPER_QUANTILE, 0) == 10);
+  for (const auto& [p, k] : {std::pair{56.0, 2}, {56.1, 3}, {1024.0, 10}})
+    CHECK(Value(ten, PDFLIB_QUANTILE, p / 1024) == k);
+  for (const auto& [p, k] : {std::pair{56.0, 7}, {55.9, 8}, {0.0, 10}})
+    CHECK(Value(ten, PDFLIB_UPPER_QUANTILE, p / 1024) == k);
   // The quantile of what the cumulative probability shows is the value again, up to where it shows
   // 1 from some value on.
   for (const double p : {0.1, 0.3, 0.9}) {
@@ -222,9 +202,9 @@ TEST_CASE("a binomial distribution between, below and above its whole numbers") 
 }
 
 TEST_CASE("the caller's floating-point mode changes nothing and is left alone") {
-  const FloatingPointMode usual = FloatingPointMode::Current();
   // Masked all: 24 bits downwards, 53 bits upwards, and 64 bits towards 0 with subnormals as zero.
-  constexpr FloatingPointMode kModes[] = {{0x047F, 0x3F80}, {0x0A7F, 0x5F80}, {0x0F7F, 0xFFC0}};
+  constexpr std::pair<std::uint32_t, std::uint16_t> kModes[] = {
+      {0x3F80, 0x047F}, {0x5F80, 0x0A7F}, {0xFFC0, 0x0F7F}};
   for (const Distribution& distribution : kOrdinary) {
     CAPTURE(distribution.name);
     for (const int request : kRequests) {
@@ -234,13 +214,16 @@ TEST_CASE("the caller's floating-point mode changes nothing and is left alone") 
       const double x = value ? 3 : 1e-300;
       const Reply expected = Ask(distribution, request, x);
       CHECK(expected.code == PDFLIB_OK);
-      for (const FloatingPointMode& mode : kModes) {
-        CAPTURE(mode.mxcsr);
-        mode.Set();
-        const Reply reply = Ask(distribution, request, x);
-        const FloatingPointMode after = FloatingPointMode::Current();
-        usual.Set();
-        CHECK(after == mode);
+      for (const auto& [mxcsr, x87] : kModes) {
+        CAPTURE(mxcsr);
+        Reply reply;
+        bool left_alone = false;
+        {
+          const ForeignEnvironment environment(mxcsr, x87);
+          reply = Ask(distribution, request, x);
+          left_alone = ForeignEnvironment::Stands(mxcsr, x87);
+        }
+        CHECK(left_alone);
         CHECK(reply.code == expected.code);
         CHECK(std::memcmp(&reply.results, &expected.results, sizeof reply.results) == 0);
         CHECK(reply.status == expected.status);

@@ -32,69 +32,16 @@ struct Row {
   const char16_t* procedure;  // also the visible name
   const char16_t* type_text;
 };
-
-constexpr Row kRows[] = {
-    {u"GoodSum", u"BU"},
-    {u"GoodMix", u"BBIJBAHBJBBBBB"},
-    {u"GoodMany", u"BBBBBBBBBBBBBBBBBBBBBBBBBBBBBBB"},
-    {u"GoodWide", u"C%C%"},
-    {u"GoodNarrow", u"CC"},
-    {u"GoodCountedWide", u"D%D%"},
-    {u"GoodCounted", u"DD"},
-    {u"GoodPointers", u"BELMN"},
-    {u"GoodInPlaceText", u"1F%"},
-    {u"GoodInPlaceNumber", u"1E"},
-    {u"GoodVoid", u">F"},
-    {u"GoodTranspose", u"K%K%"},
-    {u"GoodSmallSum", u"BK"},
-    {u"GoodDescribe", u"QQ"},
-    {u"GoodDescribeU", u"QU"},
-    {u"GoodDllFree", u"Q"},
-    {u"GoodXlFree", u"QU"},
-    {u"GoodBoolean", u"AA"},
-    {u"GoodShort", u"II"},
-    {u"GoodUnsigned", u"HH"},
-    {u"GoodInteger", u"JJ"},
-    {u"GoodSpecial", u"BJ"},
-    {u"GoodNothing", u"QJ"},
-    {u"GoodCaller", u"Q"},
-    {u"GoodApi", u"QU"},
-    {u"GoodReference", u"UU"},
-    {u"GoodGrid", u"QJJ"},
-    {u"GoodVolatile", u"B!"},
-    {u"GoodMacroSum", u"BU#"},
-    {u"GoodSumTwice", u"BUU"},
-    {u"FaultLeak", u"BU"},
-    {u"FaultNoBracket", u"BU"},
-    {u"FaultLeftEnabled", u"B"},
-    {u"FaultEnabledTwice", u"B"},
-    {u"FaultNotEnabled", u"B"},
-    {u"FaultSharedBracket", u"B"},
-    {u"FaultWriteValue", u"BQ"},
-    {u"FaultWriteArray", u"BQ"},
-    {u"FaultWriteText", u"BC%"},
-    {u"FaultFreeTwice", u"BU"},
-    {u"FaultFreeForeign", u"B"},
-    {u"FaultLongText", u"Q"},
-    {u"FaultNoData", u"Q"},
-    {u"FaultHugeArray", u"Q"},
-    {u"FaultNestedArray", u"Q"},
-    {u"FaultUnknownType", u"Q"},
-    {u"FaultNoText", u"Q"},
-    {u"FaultDangling", u"QU"},
-    {u"FaultBothBits", u"Q"},
-    {u"FaultReference", u"QU"},
-    {u"FaultForeignResult", u"Q"},
-    {u"FaultThrow", u"B"},
-    {u"FaultNullArgument", u"B"},
-    {u"FaultBadArgument", u"B"},
-    {u"FaultThread", u"B"},
-    {u"FaultLongNarrow", u"C"},
-    {u"FaultCrash", u"B"},
-    {u"FaultAbort", u"B"},
-};
+std::vector<Row>& Rows() {
+  static std::vector<Row> rows;
+  return rows;
+}
 
 }  // namespace
+
+Registration::Registration(const char16_t* procedure, const char16_t* type_text) {
+  Rows().push_back({procedure, type_text});
+}
 
 Excel12Callback Callback() {
   static const Excel12Callback callback = FindCallback();
@@ -118,29 +65,8 @@ int Call(int function, std::initializer_list<const XLOPER12*> arguments, XLOPER1
 void Free(XLOPER12& value) { Call(xlFree, {&value}, nullptr); }
 
 XLOPER12 Number(double number) {
-  XLOPER12 value{};
-  value.xltype = xltypeNum;
+  XLOPER12 value = OfType(xltypeNum);
   value.val.num = number;
-  return value;
-}
-
-XLOPER12 Integer(int integer) {
-  XLOPER12 value{};
-  value.xltype = xltypeInt;
-  value.val.w = integer;
-  return value;
-}
-
-XLOPER12 Error(int code) {
-  XLOPER12 value{};
-  value.xltype = xltypeErr;
-  value.val.err = code;
-  return value;
-}
-
-XLOPER12 Missing() {
-  XLOPER12 value{};
-  value.xltype = xltypeMissing;
   return value;
 }
 
@@ -150,9 +76,20 @@ XLOPER12 Text(std::u16string_view text) {
   std::vector<XCHAR>& storage = texts[next++ % 8];
   storage.assign(1, static_cast<XCHAR>(text.size()));
   storage.insert(storage.end(), text.begin(), text.end());
-  XLOPER12 value{};
-  value.xltype = xltypeStr;
+  XLOPER12 value = OfType(xltypeStr);
   value.val.str = storage.data();
+  return value;
+}
+
+XLOPER12 OfType(std::uint32_t type) {
+  XLOPER12 value{};
+  value.xltype = type;
+  return value;
+}
+
+XLOPER12 Array(XLOPER12* elements, int rows, int columns) {
+  XLOPER12 value = OfType(xltypeMulti);
+  value.val.array = {elements, rows, columns};
   return value;
 }
 
@@ -169,7 +106,7 @@ using namespace planted;
 PLANTED_EXPORT int xlAutoOpen() {
   XLOPER12 file;
   if (Callback() == nullptr || Call(xlGetName, {}, &file) != xlretSuccess) return 0;
-  for (const Row& row : kRows) {
+  for (const Row& row : Rows()) {
     const XLOPER12 procedure = Text(row.procedure);
     const XLOPER12 type_text = Text(row.type_text);
     XLOPER12 id;

@@ -1,46 +1,46 @@
 // Functions that each break one rule.
 #include <cstdlib>
 #include <stdexcept>
+#include <string>
 #include <thread>
-#include <vector>
 
 #include "planted_faults/planted.h"
 
 using namespace planted;
 
-PLANTED_EXPORT double FaultLeak(XLOPER12* argument) {
+PLANTED("BU", double, FaultLeak, XLOPER12* argument) {
   XLOPER12 cells;
   Call(xlCoerce, {argument}, &cells);
   return 1;
 }
 
-PLANTED_EXPORT double FaultNoBracket(XLOPER12* argument) {
+PLANTED("BU", double, FaultNoBracket, XLOPER12* argument) {
   XLOPER12 cells;
   CallBare(xlCoerce, {argument}, &cells);
   Free(cells);
   return 1;
 }
 
-PLANTED_EXPORT double FaultLeftEnabled() {
+PLANTED("B", double, FaultLeftEnabled) {
   XLOPER12 answer;
   CallBare(xlEnableXLMsgs, {}, nullptr);
   CallBare(xlAbort, {}, &answer);
   return 1;
 }
 
-PLANTED_EXPORT double FaultEnabledTwice() {
+PLANTED("B", double, FaultEnabledTwice) {
   CallBare(xlEnableXLMsgs, {}, nullptr);
   CallBare(xlEnableXLMsgs, {}, nullptr);
   CallBare(xlDisableXLMsgs, {}, nullptr);
   return 1;
 }
 
-PLANTED_EXPORT double FaultNotEnabled() {
+PLANTED("B", double, FaultNotEnabled) {
   CallBare(xlDisableXLMsgs, {}, nullptr);
   return 1;
 }
 
-PLANTED_EXPORT double FaultSharedBracket() {
+PLANTED("B", double, FaultSharedBracket) {
   XLOPER12 answer;
   CallBare(xlEnableXLMsgs, {}, nullptr);
   CallBare(xlAbort, {}, &answer);
@@ -49,24 +49,24 @@ PLANTED_EXPORT double FaultSharedBracket() {
   return 1;
 }
 
-PLANTED_EXPORT double FaultWriteValue(XLOPER12* value) {
+PLANTED("BQ", double, FaultWriteValue, XLOPER12* value) {
   *value = Number(13);
   return 1;
 }
 
-PLANTED_EXPORT double FaultWriteArray(XLOPER12* value) {
+PLANTED("BQ", double, FaultWriteArray, XLOPER12* value) {
   if (value->xltype != xltypeMulti) return 0;
   XLOPER12& last = value->val.array.lparray[value->val.array.rows * value->val.array.columns - 1];
   if (last.xltype == xltypeStr) last.val.str[1] = u'#';
   return 1;
 }
 
-PLANTED_EXPORT double FaultWriteText(XCHAR* text) {
+PLANTED("BC%", double, FaultWriteText, XCHAR* text) {
   text[0] = u'#';
   return 1;
 }
 
-PLANTED_EXPORT double FaultFreeTwice(XLOPER12* argument) {
+PLANTED("BU", double, FaultFreeTwice, XLOPER12* argument) {
   XLOPER12 cells;
   Call(xlCoerce, {argument}, &cells);
   XLOPER12 copy = cells;
@@ -76,53 +76,32 @@ PLANTED_EXPORT double FaultFreeTwice(XLOPER12* argument) {
   return 1;
 }
 
-PLANTED_EXPORT double FaultFreeForeign() {
+PLANTED("B", double, FaultFreeForeign) {
   XLOPER12 own = Text(u"own");
   Free(own);
   return 1;
 }
 
-PLANTED_EXPORT XLOPER12* FaultLongText() { return Return(Text(std::u16string(40000, u'x'))); }
+PLANTED("Q", XLOPER12*, FaultLongText) { return Return(Text(std::u16string(40000, u'x'))); }
 
-PLANTED_EXPORT XLOPER12* FaultNoData() {
-  XLOPER12 array{};
-  array.xltype = xltypeMulti;
-  array.val.array = {nullptr, 2, 2};
-  return Return(array);
-}
+PLANTED("Q", XLOPER12*, FaultNoData) { return Return(Array(nullptr, 2, 2)); }
 
-PLANTED_EXPORT XLOPER12* FaultHugeArray() {
+PLANTED("Q", XLOPER12*, FaultHugeArray) {
   static XLOPER12 element = Number(1);
-  XLOPER12 array{};
-  array.xltype = xltypeMulti;
-  array.val.array = {&element, 2'000'000'000, 2};
-  return Return(array);
+  return Return(Array(&element, 2'000'000'000, 2));
 }
 
-PLANTED_EXPORT XLOPER12* FaultNestedArray() {
+PLANTED("Q", XLOPER12*, FaultNestedArray) {
   static XLOPER12 inner = Number(1);
-  static XLOPER12 element{};
-  element.xltype = xltypeMulti;
-  element.val.array = {&inner, 1, 1};
-  XLOPER12 array{};
-  array.xltype = xltypeMulti;
-  array.val.array = {&element, 1, 1};
-  return Return(array);
+  static XLOPER12 element = Array(&inner, 1, 1);
+  return Return(Array(&element, 1, 1));
 }
 
-PLANTED_EXPORT XLOPER12* FaultUnknownType() {
-  XLOPER12 value{};
-  value.xltype = 0x0200;
-  return Return(value);
-}
+PLANTED("Q", XLOPER12*, FaultUnknownType) { return Return(OfType(0x0200)); }
 
-PLANTED_EXPORT XLOPER12* FaultNoText() {
-  XLOPER12 value{};
-  value.xltype = xltypeStr;
-  return Return(value);
-}
+PLANTED("Q", XLOPER12*, FaultNoText) { return Return(OfType(xltypeStr)); }
 
-PLANTED_EXPORT XLOPER12* FaultDangling(XLOPER12* argument) {
+PLANTED("QU", XLOPER12*, FaultDangling, XLOPER12* argument) {
   XLOPER12 cells;
   Call(xlCoerce, {argument}, &cells);
   XLOPER12 copy = cells;
@@ -130,35 +109,34 @@ PLANTED_EXPORT XLOPER12* FaultDangling(XLOPER12* argument) {
   return Return(copy);
 }
 
-PLANTED_EXPORT XLOPER12* FaultBothBits() {
+PLANTED("Q", XLOPER12*, FaultBothBits) {
   XLOPER12 value = Number(1);
   value.xltype |= xlbitXLFree | xlbitDLLFree;
   return Return(value);
 }
 
-PLANTED_EXPORT XLOPER12* FaultReference(XLOPER12* reference) { return reference; }
+PLANTED("QU", XLOPER12*, FaultReference, XLOPER12* reference) { return reference; }
 
-PLANTED_EXPORT XLOPER12* FaultForeignResult() {
+PLANTED("Q", XLOPER12*, FaultForeignResult) {
   XLOPER12 own = Text(u"own");
   own.xltype |= xlbitXLFree;
   return Return(own);
 }
 
-PLANTED_EXPORT double FaultThrow() { throw std::runtime_error("planted"); }
+PLANTED("B", double, FaultThrow) { throw std::runtime_error("planted"); }
 
-PLANTED_EXPORT double FaultNullArgument() {
+PLANTED("B", double, FaultNullArgument) {
   XLOPER12 result;
   return Call(xlCoerce, {nullptr}, &result);
 }
 
-PLANTED_EXPORT double FaultBadArgument() {
-  XLOPER12 value{};
-  value.xltype = 0x0200;
+PLANTED("B", double, FaultBadArgument) {
+  const XLOPER12 value = OfType(0x0200);
   XLOPER12 result;
   return Call(xlCoerce, {&value}, &result);
 }
 
-PLANTED_EXPORT double FaultThread() {
+PLANTED("B", double, FaultThread) {
   std::thread([] {
     XLOPER12 answer;
     Call(xlAbort, {}, &answer);
@@ -166,19 +144,15 @@ PLANTED_EXPORT double FaultThread() {
   return 1;
 }
 
-PLANTED_EXPORT const char* FaultLongNarrow() {
-  static const std::vector<char> text = [] {
-    std::vector<char> made(1000, 'x');
-    made.push_back(0);
-    return made;
-  }();
-  return text.data();
+PLANTED("C", const char*, FaultLongNarrow) {
+  static const std::string text(1000, 'x');
+  return text.c_str();
 }
 
-PLANTED_EXPORT double FaultCrash() {
+PLANTED("B", double, FaultCrash) {
   volatile int* volatile nowhere = nullptr;
   *nowhere = 1;
   return 1;
 }
 
-PLANTED_EXPORT double FaultAbort() { std::abort(); }
+PLANTED("B", double, FaultAbort) { std::abort(); }

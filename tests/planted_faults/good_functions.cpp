@@ -74,23 +74,22 @@ int live_results = 0;
 
 }  // namespace
 
-PLANTED_EXPORT double GoodSum(XLOPER12* argument) { return SumOfArgument(argument); }
-PLANTED_EXPORT double GoodMacroSum(XLOPER12* argument) { return SumOfArgument(argument); }
-PLANTED_EXPORT double GoodSumTwice(XLOPER12* a, XLOPER12* b) {
+PLANTED("BU", double, GoodSum, XLOPER12* argument) { return SumOfArgument(argument); }
+PLANTED("BU#", double, GoodMacroSum, XLOPER12* argument) { return SumOfArgument(argument); }
+PLANTED("BUU", double, GoodSumTwice, XLOPER12* a, XLOPER12* b) {
   return SumOfArgument(a) + SumOfArgument(b);
 }
 
-PLANTED_EXPORT double GoodMix(double a, short b, int c, double d, short e, unsigned short f,
-                              double g, int h, double i, double j, double k, double l, double m) {
+PLANTED("BBIJBAHBJBBBBB", double, GoodMix, double a, short b, int c, double d, short e,
+        unsigned short f, double g, int h, double i, double j, double k, double l, double m) {
   return a + 2 * b + 3 * c + 4 * d + 5 * e + 6 * f + 7 * g + 8 * h + 9 * i + 10 * j + 11 * k +
          12 * l + 13 * m;
 }
 
-PLANTED_EXPORT double GoodMany(double a, double b, double c, double d, double e, double f, double g,
-                               double h, double i, double j, double k, double l, double m, double n,
-                               double o, double p, double q, double r, double s, double t, double u,
-                               double v, double w, double x, double y, double z, double aa,
-                               double ab, double ac, double ad) {
+PLANTED("BBBBBBBBBBBBBBBBBBBBBBBBBBBBBBB", double, GoodMany, double a, double b, double c, double d,
+        double e, double f, double g, double h, double i, double j, double k, double l, double m,
+        double n, double o, double p, double q, double r, double s, double t, double u, double v,
+        double w, double x, double y, double z, double aa, double ab, double ac, double ad) {
   const double all[] = {a, b, c, d, e, f, g, h, i, j, k, l,  m,  n,  o,
                         p, q, r, s, t, u, v, w, x, y, z, aa, ab, ac, ad};
   double sum = 0;
@@ -98,42 +97,40 @@ PLANTED_EXPORT double GoodMany(double a, double b, double c, double d, double e,
   return sum;
 }
 
-PLANTED_EXPORT const XCHAR* GoodWide(const XCHAR* text) {
+PLANTED("C%C%", const XCHAR*, GoodWide, const XCHAR* text) {
   static std::u16string result;
   result = text;
   result += u'!';
   return result.c_str();
 }
 
-PLANTED_EXPORT const char* GoodNarrow(const char* text) {
+PLANTED("CC", const char*, GoodNarrow, const char* text) {
   static std::string result;
   result = std::string(text) + "!";
   return result.c_str();
 }
 
-PLANTED_EXPORT const XCHAR* GoodCountedWide(const XCHAR* text) {
-  static XCHAR result[64];
+template <class Unit>
+const Unit* Reversed(const Unit* text) {
+  static Unit result[256];
   result[0] = text[0];
   for (int i = 0; i < text[0]; ++i) result[1 + i] = text[text[0] - i];
   return result;
 }
-
-PLANTED_EXPORT const unsigned char* GoodCounted(const unsigned char* text) {
-  static unsigned char result[256];
-  result[0] = text[0];
-  for (int i = 0; i < text[0]; ++i) result[1 + i] = text[text[0] - i];
-  return result;
+PLANTED("D%D%", const XCHAR*, GoodCountedWide, const XCHAR* text) { return Reversed(text); }
+PLANTED("DD", const unsigned char*, GoodCounted, const unsigned char* text) {
+  return Reversed(text);
 }
 
-PLANTED_EXPORT double GoodPointers(double* a, short* b, short* c, int* d) {
+PLANTED("BELMN", double, GoodPointers, double* a, short* b, short* c, int* d) {
   return *a + 10 * *b + 100 * *c + 1000 * *d;
 }
 
-PLANTED_EXPORT void GoodInPlaceText(XCHAR* text) {
+PLANTED("1F%", void, GoodInPlaceText, XCHAR* text) {
   for (; *text != 0; ++text) *text = static_cast<XCHAR>(std::toupper(*text));
 }
-PLANTED_EXPORT void GoodInPlaceNumber(double* number) { *number *= 2; }
-PLANTED_EXPORT void GoodVoid(char* text) { std::strcat(text, " more"); }
+PLANTED("1E", void, GoodInPlaceNumber, double* number) { *number *= 2; }
+PLANTED(">F", void, GoodVoid, char* text) { std::strcat(text, " more"); }
 
 struct NumberArray {
   std::int32_t rows;
@@ -141,7 +138,7 @@ struct NumberArray {
   double numbers[1];
 };
 
-PLANTED_EXPORT const void* GoodTranspose(const NumberArray* source) {
+PLANTED("K%K%", const void*, GoodTranspose, const NumberArray* source) {
   static std::vector<double> storage;
   const auto rows = static_cast<std::size_t>(source->rows);
   const auto columns = static_cast<std::size_t>(source->columns);
@@ -156,7 +153,7 @@ PLANTED_EXPORT const void* GoodTranspose(const NumberArray* source) {
   return storage.data();
 }
 
-PLANTED_EXPORT double GoodSmallSum(const std::uint16_t* array) {
+PLANTED("BK", double, GoodSmallSum, const std::uint16_t* array) {
   double sum = 0;
   for (int i = 0; i < array[0] * array[1]; ++i) {
     double number;
@@ -166,10 +163,10 @@ PLANTED_EXPORT double GoodSmallSum(const std::uint16_t* array) {
   return sum;
 }
 
-PLANTED_EXPORT XLOPER12* GoodDescribe(XLOPER12* value) { return ReturnText(Describe(*value)); }
-PLANTED_EXPORT XLOPER12* GoodDescribeU(XLOPER12* value) { return ReturnText(Describe(*value)); }
+PLANTED("QQ", XLOPER12*, GoodDescribe, XLOPER12* value) { return ReturnText(Describe(*value)); }
+PLANTED("QU", XLOPER12*, GoodDescribeU, XLOPER12* value) { return ReturnText(Describe(*value)); }
 
-PLANTED_EXPORT XLOPER12* GoodDllFree() {
+PLANTED("Q", XLOPER12*, GoodDllFree) {
   auto* result = new XLOPER12(Number(++live_results));
   result->xltype |= xlbitDLLFree;
   return result;
@@ -179,19 +176,19 @@ PLANTED_EXPORT void xlAutoFree12(XLOPER12* value) {
   delete value;
 }
 
-PLANTED_EXPORT XLOPER12* GoodXlFree(XLOPER12* argument) {
+PLANTED("QU", XLOPER12*, GoodXlFree, XLOPER12* argument) {
   XLOPER12 cells;
   Call(xlCoerce, {argument}, &cells);
   cells.xltype |= xlbitXLFree;
   return Return(cells);
 }
 
-PLANTED_EXPORT short GoodBoolean(short value) { return value == 1 ? 0 : 1; }
-PLANTED_EXPORT short GoodShort(short value) { return static_cast<short>(-value); }
-PLANTED_EXPORT unsigned short GoodUnsigned(unsigned short value) { return value; }
-PLANTED_EXPORT int GoodInteger(int value) { return -value; }
+PLANTED("AA", short, GoodBoolean, short value) { return value == 1 ? 0 : 1; }
+PLANTED("II", short, GoodShort, short value) { return static_cast<short>(-value); }
+PLANTED("HH", unsigned short, GoodUnsigned, unsigned short value) { return value; }
+PLANTED("JJ", int, GoodInteger, int value) { return -value; }
 
-PLANTED_EXPORT double GoodSpecial(int which) {
+PLANTED("BJ", double, GoodSpecial, int which) {
   switch (which) {
     case 0:
       return std::numeric_limits<double>::infinity();
@@ -202,14 +199,12 @@ PLANTED_EXPORT double GoodSpecial(int which) {
   }
 }
 
-PLANTED_EXPORT XLOPER12* GoodNothing(int which) {
+PLANTED("QJ", XLOPER12*, GoodNothing, int which) {
   if (which == 0) return nullptr;
-  XLOPER12 nothing{};
-  nothing.xltype = which == 1 ? xltypeMissing : xltypeNil;
-  return Return(nothing);
+  return Return(OfType(which == 1 ? xltypeMissing : xltypeNil));
 }
 
-PLANTED_EXPORT XLOPER12* GoodCaller() {
+PLANTED("Q", XLOPER12*, GoodCaller) {
   XLOPER12 caller;
   Call(xlfCaller, {}, &caller);
   const std::string text = Describe(caller);
@@ -217,23 +212,20 @@ PLANTED_EXPORT XLOPER12* GoodCaller() {
   return ReturnText(text);
 }
 
-PLANTED_EXPORT XLOPER12* GoodReference(XLOPER12* reference) { return reference; }
+PLANTED("UU", XLOPER12*, GoodReference, XLOPER12* reference) { return reference; }
 
-PLANTED_EXPORT XLOPER12* GoodGrid(int rows, int columns) {
+PLANTED("QJJ", XLOPER12*, GoodGrid, int rows, int columns) {
   static std::vector<XLOPER12> elements;
   elements.clear();
   for (int i = 0; i < rows * columns; ++i) elements.push_back(Number(i + 1));
-  XLOPER12 grid{};
-  grid.xltype = xltypeMulti;
-  grid.val.array = {elements.data(), rows, columns};
-  return Return(grid);
+  return Return(Array(elements.data(), rows, columns));
 }
 
-PLANTED_EXPORT double GoodVolatile() { return 7; }
+PLANTED("B!", double, GoodVolatile) { return 7; }
 
 /// Return codes of every call that an add-in may make from a worksheet function, and of some that
 /// it may not.
-PLANTED_EXPORT XLOPER12* GoodApi(XLOPER12* reference) {
+PLANTED("QU", XLOPER12*, GoodApi, XLOPER12* reference) {
   std::string codes;
   const auto call = [&](const char* name, int function,
                         std::initializer_list<const XLOPER12*> arguments) {

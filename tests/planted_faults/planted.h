@@ -2,6 +2,7 @@
 // A small add-in of the tests' own: functions of every type letter that behave, and functions that
 // each break one rule.
 
+#include <cstdint>
 #include <initializer_list>
 #include <string_view>
 
@@ -13,7 +14,17 @@
 #define PLANTED_EXPORT extern "C" __attribute__((visibility("default")))
 #endif
 
+/// Begins a function that is registered under its name and this type text.
+#define PLANTED(type_text, result, name, ...)                                       \
+  PLANTED_EXPORT result name(__VA_ARGS__);                                          \
+  static const planted::Registration name##_registration(u"" #name, u"" type_text); \
+  PLANTED_EXPORT result name(__VA_ARGS__)
+
 namespace planted {
+
+struct Registration {
+  Registration(const char16_t* procedure, const char16_t* type_text);
+};
 
 /// The callback; null when none was found.
 Excel12Callback Callback();
@@ -25,9 +36,9 @@ int Call(int function, std::initializer_list<const XLOPER12*> arguments, XLOPER1
 void Free(XLOPER12& value);
 
 XLOPER12 Number(double number);
-XLOPER12 Integer(int integer);
-XLOPER12 Error(int code);
-XLOPER12 Missing();
+/// A record of a type, without a value.
+XLOPER12 OfType(std::uint32_t type);
+XLOPER12 Array(XLOPER12* elements, int rows, int columns);
 /// A counted text that lives until `Text` has been called eight more times.
 XLOPER12 Text(std::u16string_view text);
 /// A record that outlives the call that returns it.

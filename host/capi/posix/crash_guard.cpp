@@ -2,7 +2,8 @@
 
 namespace zavhost {
 
-// The host ships for Windows; elsewhere it runs in tests, whose sanitizers report a crash in full.
+// The host ships only for Windows. On other systems it runs in tests, whose sanitizers report
+// crashes in full.
 void GuardAgainstCrashes(const Judge&) {}
 void EndCrashGuard(const Judge&) {}
 

@@ -12,7 +12,7 @@ namespace {
 
 const Judge* guarded_judge = nullptr;
 
-// The heap may be damaged: a fixed buffer, and nothing that allocates.
+// The heap may be damaged, so this uses a fixed buffer and never allocates.
 class Line {
  public:
   void Add(const char* text) {
@@ -105,7 +105,7 @@ void GuardAgainstCrashes(const Judge& judge) {
   SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX);
   SetUnhandledExceptionFilter(OnUnhandledException);
   std::signal(SIGABRT, OnAbort);
-  // Room for the report when the stack is what ran out.
+  // Stack space for the report after a stack overflow.
   ULONG bytes = 64 << 10;
   SetThreadStackGuarantee(&bytes);
 }

@@ -91,10 +91,12 @@ void SetElement(VARIANT& element, const SingleValue& cell) {
       element.vt = VT_BOOL;
       element.boolVal = cell.code != 0 ? VARIANT_TRUE : VARIANT_FALSE;
       break;
-    case CellTag::kError:
+    case CellTag::kError: {
+      const std::uint32_t status = kExcelErrorStatus + static_cast<std::uint32_t>(cell.code);
       element.vt = VT_ERROR;
-      element.scode = static_cast<SCODE>(kExcelErrorStatus + static_cast<std::uint32_t>(cell.code));
+      element.scode = static_cast<SCODE>(status);
       break;
+    }
     case CellTag::kInteger: {
       using Limits = std::numeric_limits<SHORT>;
       element.vt = VT_I2;

@@ -2,19 +2,21 @@
 
 #include <chrono>
 #include <cstdio>
+#include <memory>
 
 namespace zavrel {
 namespace {
 
 MemoryStatus ReadFromKernel() noexcept {
-  std::FILE* file = std::fopen("/proc/meminfo", "r");
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen("/proc/meminfo", "r"),
+                                                             &std::fclose);
   if (file == nullptr) return {};
   unsigned long long total = 0;
   unsigned long long unused = 0;
-  unsigned long long available = 0;  // what caches would give back included, unlike the second line
-  const int found = std::fscanf(file, "MemTotal: %llu kB MemFree: %llu kB MemAvailable: %llu",
+  unsigned long long available = 0;  // includes reclaimable caches, unlike the second line
+  // NOLINTNEXTLINE(cert-err34-c): the numbers are the kernel's own and fit.
+  const int found = std::fscanf(file.get(), "MemTotal: %llu kB MemFree: %llu kB MemAvailable: %llu",
                                 &total, &unused, &available);
-  std::fclose(file);
   if (found != 3 || total == 0 || available > total) return {};
   constexpr std::uint64_t kAddressSpace = std::uint64_t{1} << 47;
   return {static_cast<std::uint32_t>((total - available) * 100 / total), total * 1024,
@@ -23,8 +25,8 @@ MemoryStatus ReadFromKernel() noexcept {
 
 }  // namespace
 
-// The kernel writes a page of text for every reading, at ten microseconds each; a tenth of a second
-// changes little.
+// Each reading takes ten microseconds, since the kernel writes a page of text. The load changes
+// little within a tenth of a second.
 MemoryStatus ReadMemoryStatus() noexcept {
   using Clock = std::chrono::steady_clock;
   thread_local MemoryStatus latest;

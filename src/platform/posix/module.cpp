@@ -11,7 +11,7 @@ namespace zavrel {
 std::optional<LoadedModule> LoadedModule::ByName(const std::u16string& name) {
   void* handle = dlopen(Utf8FromUtf16(name).c_str(), RTLD_LAZY | RTLD_NOLOAD);
   if (handle == nullptr) return std::nullopt;
-  dlclose(handle);  // the handle of a library that somebody else keeps loaded stays good
+  dlclose(handle);  // the handle stays valid, since another owner keeps the library loaded
   return LoadedModule(handle);
 }
 

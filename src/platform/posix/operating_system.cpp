@@ -18,7 +18,7 @@ std::u16string OperatingSystemDescription() {
 std::uint32_t ThreadPrimaryLanguage() { return 9; }
 
 void NameThisThread(const std::string& name) noexcept {
-  char cut[16] = {};  // the longest name the system takes, with its terminator
+  char cut[16] = {};  // the longest name that the system accepts, with its terminator
   std::strncpy(cut, name.c_str(), sizeof cut - 1);
   pthread_setname_np(pthread_self(), cut);
 }

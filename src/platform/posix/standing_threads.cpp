@@ -36,7 +36,7 @@ class StandingThreads {
   }
 
  private:
-  // With fewer threads than asked for, those that there are do the work.
+  // If fewer threads than requested exist, these do the work.
   void StartUpTo(std::size_t count) noexcept try {
     while (threads_.size() < count) threads_.emplace_back([this] { Serve(); });
   } catch (const std::exception&) {
@@ -61,7 +61,7 @@ class StandingThreads {
   std::condition_variable idle_;
   void (*work_)(void* context) = nullptr;
   void* context_ = nullptr;
-  std::size_t waiting_ = 0;  // calls that nobody has begun
+  std::size_t waiting_ = 0;  // calls that no thread has begun
   std::size_t running_ = 0;
   bool closing_ = false;
   std::vector<std::thread> threads_;

@@ -7,8 +7,8 @@
 namespace zavrel {
 namespace {
 
-// The system forgets the pointers of a key that is deleted, so the cells of all threads are
-// chained, under one lock for all slots.
+// The system forgets the pointers of a deleted key, so a list links the cells of all threads, under
+// one lock for all slots.
 struct Cell {
   ThreadSlot::Destructor destructor;
   void* pointer;

@@ -7,7 +7,7 @@
 namespace zavrel {
 namespace {
 
-/// Null when the system has no MD5. Kept open: opening it takes far longer than a digest.
+/// Null if the system has no MD5. It stays open, since opening takes far longer than a digest.
 BCRYPT_ALG_HANDLE Algorithm() {
   static const BCRYPT_ALG_HANDLE algorithm = [] {
     BCRYPT_ALG_HANDLE opened = nullptr;

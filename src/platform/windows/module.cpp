@@ -30,7 +30,7 @@ std::string MessageOf(DWORD error) {
   return text.empty() ? "error " + std::to_string(error) : Utf8FromUtf16(text);
 }
 
-// Keeps the system from opening a box about a broken library while it lives.
+// While it lives, the system opens no box about a broken library.
 class NoErrorBoxes {
  public:
   NoErrorBoxes() { SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &before_); }
@@ -67,7 +67,7 @@ ExportAddress LoadedModule::FindExport(std::uint16_t number) const {
 std::optional<Module> Module::Load(const std::filesystem::path& full_path, std::string* problem) {
   if (!full_path.is_absolute()) return std::nullopt;
   std::filesystem::path native = full_path;
-  native.make_preferred();  // the system's search rules read only backslashes
+  native.make_preferred();  // the system's search rules understand only backslashes
   const NoErrorBoxes no_error_boxes;
   const HMODULE module = LoadLibraryExW(
       native.c_str(), nullptr, LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);

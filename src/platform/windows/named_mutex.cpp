@@ -23,14 +23,14 @@ std::optional<NamedMutex> NamedMutex::Open(const std::u16string& name) {
 }
 
 NamedLock::NamedLock(const std::u16string& name) {
-  // The process id keeps two running programs from waiting for each other.
+  // The process id prevents two running programs from waiting for each other.
   auto mutex = CreateNamed(name + u" " + Utf16FromUtf8(std::to_string(GetCurrentProcessId())));
-  // The name may belong to an object of another kind; a lock without a name still locks.
+  // If the name belongs to another kind of object, use a lock without a name.
   if (mutex == nullptr) mutex.reset(CreateMutexW(nullptr, FALSE, nullptr));
   mutex_ = std::move(mutex);
 }
 
-// A thread that ended while it held the lock leaves it to the next one (WAIT_ABANDONED).
+// If a thread ends while it holds the lock, the next one gets it (WAIT_ABANDONED).
 void NamedLock::lock() { WaitForSingleObject(mutex_.get(), INFINITE); }
 
 void NamedLock::unlock() { ReleaseMutex(mutex_.get()); }

@@ -8,7 +8,8 @@
 namespace zavrel {
 namespace {
 
-// The documented GetVersionEx answers what the program's manifest claims to know, not what runs.
+// The documented GetVersionEx returns the version that the program's manifest claims to support,
+// not the running one.
 std::string VersionNumber() {
   const auto library = LoadedModule::ByName(u"ntdll");
   const ExportAddress address = library ? library->FindExport("RtlGetVersion") : nullptr;
@@ -34,7 +35,7 @@ std::uint32_t ThreadPrimaryLanguage() { return GetThreadLocale() & 0x3FF; }
 
 void NameThisThread(const std::string& name) noexcept {
   try {
-    // Not in every Windows that the product runs on, so it is looked up.
+    // Looked up, since some supported versions of Windows lack it.
     const auto library = LoadedModule::ByName(u"kernelbase");
     const ExportAddress address = library ? library->FindExport("SetThreadDescription") : nullptr;
     if (address != nullptr)

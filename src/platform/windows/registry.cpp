@@ -36,7 +36,7 @@ RegistryKey::~RegistryKey() {
 std::optional<std::u16string> RegistryKey::ReadText(const std::u16string& name) const {
   const std::wstring wide_name = ToWide(name);
   std::wstring text(256, L'\0');
-  // RegGetValue terminates the text even where whoever stored it did not. The value may grow
+  // RegGetValue terminates the text even if it was stored without a terminator. The value may grow
   // between two calls, hence the loop.
   while (true) {
     auto bytes = static_cast<DWORD>(text.size() * sizeof(wchar_t));
@@ -49,7 +49,7 @@ std::optional<std::u16string> RegistryKey::ReadText(const std::u16string& name) 
 }
 
 std::vector<RegistryText> RegistryKey::ReadTexts() const {
-  constexpr DWORD kLongest = 16384;  // of a name; longer texts are left out
+  constexpr DWORD kLongest = 16384;  // of a name; longer texts are ignored
   std::vector<RegistryText> texts;
   std::wstring name(kLongest, L'\0');
   std::wstring text(kLongest, L'\0');
@@ -62,7 +62,7 @@ std::vector<RegistryText> RegistryKey::ReadTexts() const {
     if (status == ERROR_MORE_DATA) continue;
     if (status != ERROR_SUCCESS) return texts;  // there are no more
     if (type != REG_SZ && type != REG_EXPAND_SZ) continue;
-    // Whoever stored it may have left out the terminator, or stored more behind one.
+    // The value may have been stored without a terminator, or with more text after one.
     const std::wstring_view stored(text.data(), bytes / sizeof(wchar_t));
     texts.push_back(
         {FromWide(name.substr(0, name_size)), FromWide(stored.substr(0, stored.find(L'\0')))});

@@ -19,7 +19,7 @@ bool SystemHasAReader() {
 }
 
 bool ShowSystemErrorBox(const std::u16string& title, const std::u16string& text) {
-  // Without an owner window, it must be said that the windows of this thread wait meanwhile.
+  // Without an owner window, only this flag disables the thread's windows meanwhile.
   return MessageBoxW(nullptr, ToWide(text).c_str(), ToWide(title).c_str(),
                      MB_OK | MB_ICONERROR | MB_TASKMODAL) > 0;
 }

@@ -17,8 +17,8 @@ void CALLBACK Begin(PTP_CALLBACK_INSTANCE, void* call, PTP_WORK) {
 
 }  // namespace
 
-// The threads are the system's: between two sections none of them knows this library, which can be
-// unloaded at any time.
+// The threads belong to the system. Between two sections none of them refers to this library, which
+// can be unloaded at any time.
 void CallOnStandingThreads(std::size_t others, void (*work)(void* context),
                            void* context) noexcept {
   Call call{work, context};

@@ -20,7 +20,7 @@ BOOL CALLBACK AddLanguage(HMODULE, LPCWSTR, LPCWSTR, WORD language, LONG_PTR lan
   return TRUE;
 }
 
-// The code units of the block of 16 texts that holds this id; empty when there is none.
+// The code units of the block of 16 texts with this id; empty if there is none.
 std::wstring_view BlockOf(HMODULE library, WORD language, std::uint16_t id) {
   const HRSRC place = FindResourceExW(library, RT_STRING, BlockNumber(id), language);
   const HGLOBAL block = place == nullptr ? nullptr : LoadResource(library, place);
@@ -48,7 +48,7 @@ StringResources::~StringResources() {
 std::optional<std::u16string> StringResources::Find(std::uint16_t language,
                                                     std::uint16_t id) const {
   std::wstring_view block = BlockOf(HandleOf(library_), language, id);
-  // Each text stands behind its length; the table may be cut short.
+  // Each text follows its length; the table may be truncated.
   for (int before = id % kTextsInABlock; !block.empty(); --before) {
     const std::size_t length = block.front();
     block.remove_prefix(1);

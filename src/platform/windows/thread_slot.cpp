@@ -7,9 +7,9 @@
 namespace zavrel {
 namespace {
 
-// Fibre-local storage is thread-local storage that tells when a thread ends; a thread that makes no
-// fibres has one of each. The system calls back with the bare pointer, so the cell brings its
-// destructor along.
+// Fibre-local storage is thread-local storage with a callback at the end of a thread, as long as
+// threads create no fibres. The callback receives only the pointer, so the cell holds its
+// destructor.
 struct Cell {
   ThreadSlot::Destructor destructor;
   void* pointer;
@@ -29,7 +29,7 @@ DWORD IndexOf(std::uintptr_t slot) { return static_cast<DWORD>(slot); }
 ThreadSlot::ThreadSlot(Destructor destructor)
     : destructor_(destructor), slot_(FlsAlloc(DestroyCell)) {}
 
-// Calls back for every thread's cell.
+// Calls the callback for the cell of every thread.
 ThreadSlot::~ThreadSlot() {
   if (slot_ != FLS_OUT_OF_INDEXES) FlsFree(IndexOf(slot_));
 }

@@ -1,5 +1,5 @@
 #pragma once
-// The one place where UTF-16 text becomes what the Windows API takes, and the other way round.
+// The only place that converts UTF-16 text to and from the types of the Windows API.
 
 #include <windows.h>
 

@@ -3,9 +3,10 @@
 #include <doctest/doctest.h>
 
 #include "frame/calling_cell.h"
-#include "frame/fake_excel.h"
 #include "frame/session.h"
+#include "support/fake_excel.h"
 #include "support/fake_object.h"
+#include "support/quiet_services.h"
 
 namespace zavrel::tests {
 

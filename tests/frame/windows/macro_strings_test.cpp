@@ -9,10 +9,11 @@
 #include <string>
 
 #include "diagnostics/vek_exception.h"
-#include "frame/fake_excel.h"
 #include "frame/macro_call.h"
 #include "frame/opening.h"
 #include "frame/session.h"
+#include "support/fake_excel.h"
+#include "support/quiet_services.h"
 
 extern "C" void InitializeXlaInformationVB(IDispatch*, IDispatch*, std::uint16_t, BSTR,
                                            std::int32_t, BSTR, BSTR);
@@ -67,7 +68,6 @@ TEST_CASE("a macro's texts arrive as they were meant, in single bytes or wide") 
   const Text empty("");
   InitializeXlaInformationVB(nullptr, nullptr, 5, broken.value, -1, empty.value, empty.value);
   CHECK(record()->workbook_name == u"a");
-  CHECK(add_in.excel.faults.empty());
 }
 
 TEST_CASE("a failure's three texts, each only where it is wanted") {

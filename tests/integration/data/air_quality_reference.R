@@ -6,7 +6,7 @@ kurtosis <- function(x, n = length(x)) {
   n * (n + 1) / ((n - 1) * (n - 2) * (n - 3)) * sum((x - mean(x))^4) / var(x)^2 -
     3 * (n - 1)^2 / ((n - 2) * (n - 3)) + 3
 }
-show <- function(cell, value) cat(sprintf("%s,%.17g\n", cell, value))
+show <- function(cell, value) cat(sprintf("Summary,%s,%.17g\n", cell, value))
 variables <- c(B = "Ozone", C = "Solar.R", D = "Wind", E = "Temp")
 for (column in names(variables)) {
   all <- data[[variables[column]]]

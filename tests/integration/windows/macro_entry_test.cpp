@@ -1,16 +1,6 @@
 // The entry points that a macro add-in calls, by GetProcAddress on the loaded add-in.
-#include <windows.h>
-
-#include <oleauto.h>
-
-#include <doctest/doctest.h>
-
-#include <cstring>
-#include <fstream>
-#include <iterator>
-
 #include "integration/entry_point.h"
-#include "integration/running_add_in.h"
+#include "integration/host_process.h"
 
 namespace zavrel::tests {
 namespace {
@@ -18,12 +8,6 @@ namespace {
 using AnnounceVb = void(IDispatch*, IDispatch*, std::uint16_t, BSTR, std::int32_t, BSTR, BSTR);
 using AnnounceW = void(IDispatch*, IDispatch*, std::uint16_t, const wchar_t*, std::int32_t,
                        const wchar_t*, const wchar_t*);
-using GetExceptionInfo = std::int32_t(std::uint32_t, BSTR*, BSTR*, BSTR*);
-using WriteRange = std::uint32_t(const VARIANT*, SAFEARRAY**);
-
-BSTR AnsiBstr(const char* text) {
-  return SysAllocStringByteLen(text, static_cast<UINT>(std::strlen(text)));
-}
 
 std::size_t ProcessBytes() {
   PROCESS_HEAP_ENTRY entry{};
@@ -44,77 +28,34 @@ TEST_CASE("the macro language's announce takes strings of both kinds, empty and 
   auto* announce = EntryPoint<AnnounceVb>("InitializeXlaInformationVB");
   auto* announce_wide = EntryPoint<AnnounceW>("InitializeXlaInformationW");
 
-  announce(nullptr, nullptr, 5, nullptr, 9, nullptr, nullptr);
-  CHECK(Shown(*engine, u"ZavMean(1,2,3)") == "2");
-  engine->Withdraw(5);
-
-  const BSTR file = AnsiBstr("C:\\Add-ins\\companion.xlam");
+  const BSTR file = SysAllocStringByteLen("C:\\companion.xlam", 17);
   const BSTR version = SysAllocString(L"8.0.1");
-  const BSTR help = SysAllocString(L"");
-  announce(nullptr, nullptr, 5, file, 0x0407, version, help);
-  CHECK(Shown(*engine, u"ZavMean(1,2,3)") == "2");
-  for (const BSTR text : {file, version, help}) SysFreeString(text);
-
-  announce_wide(nullptr, nullptr, 7, L"", 9, L"", L"");
-  announce_wide(nullptr, nullptr, 7, nullptr, 9, nullptr, nullptr);
+  announce(nullptr, nullptr, 5, nullptr, 9, nullptr, nullptr);
+  CheckFormulas(*engine, "ZavMean(1,2,3) -> 2");
+  engine->Withdraw(5);
+  announce(nullptr, nullptr, 5, file, 0x0407, version, nullptr);
+  for (const BSTR text : {file, version}) SysFreeString(text);
+  announce_wide(nullptr, nullptr, 7, L"", 9, nullptr, L"");
   // An id without a slot changes nothing.
   announce_wide(nullptr, nullptr, 60000, nullptr, 9, nullptr, nullptr);
   engine->Withdraw(60000);
-  CHECK(Shown(*engine, u"ZavMean(1,2,3)") == "2");
+  CheckFormulas(*engine, "ZavMean(1,2,3) -> 2");
   CloseClean(*engine);
 }
 
-TEST_CASE("the last hundred failures can be told by their numbers") {
-  auto engine = ServingAddIn();
-  auto* info = EntryPoint<GetExceptionInfo>("ZavrelGetExceptionInfoVB");
-  auto* write_range = EntryPoint<WriteRange>("ZavrelWriteRangeVB");
-
-  CHECK(info(1, nullptr, nullptr, nullptr) == 0);
-  VARIANT no_range;
-  VariantInit(&no_range);
-  for (std::uint32_t number = 1; number <= 101; ++number)
-    REQUIRE(write_range(&no_range, nullptr) == number);
-
-  BSTR name = SysAllocString(L"as before");
-  BSTR place = nullptr;
-  BSTR message = nullptr;
-  CHECK(info(1, &name, &place, &message) == 0);
-  CHECK(std::wstring(name) == L"as before");
-  CHECK(place == nullptr);
-  CHECK(info(101, nullptr, nullptr, nullptr) == 1);
-  CHECK(info(101, &name, &place, &message) == 1);
-  CHECK(std::wstring(name) == L"VekInvalidDataType");
-  CHECK(std::wstring(place) == L"ZavrelWriteRangeVB");
-  CHECK(SysStringLen(message) > 10);
-  CHECK(info(2, &name, nullptr, nullptr) == 1);
-  CHECK(info(0, &name, nullptr, nullptr) == 0);
-  for (const BSTR text : {name, place, message}) SysFreeString(text);
-  CloseClean(*engine);
-}
-
-TEST_CASE(
-    "the log is written when its marker file is there, and an old one goes away when it is not") {
+TEST_CASE("the log is written when its marker file is there, and an old one goes when it is not") {
   const std::filesystem::path folder = ScratchFolder() / "log";
   std::filesystem::create_directories(folder);
-  const std::filesystem::path log = folder / "VekZavrelFuncs8.log";
-  std::ofstream(log) << "of an earlier session";
-  wchar_t old_temp[MAX_PATH + 1] = {};
-  GetEnvironmentVariableW(L"TMP", old_temp, MAX_PATH);
-  SetEnvironmentVariableW(L"TMP", folder.wstring().c_str());
+  std::ofstream(folder / "VekZavrelFuncs8.log") << "of an earlier session";
+  const auto serve = [] {
+    auto engine = ServingAddIn();
+    CheckFormulas(*engine, "ZavMean(1,2,3) -> 2");
+    CloseClean(*engine);
+  };
+  WithTemporaryFolder(folder, serve);
+  CHECK(!std::filesystem::exists(folder / "VekZavrelFuncs8.log"));
 
-  auto quiet = ServingAddIn();
-  CHECK(Shown(*quiet, u"ZavMean(1,2,3)") == "2");
-  CloseClean(*quiet);
-  CHECK(!std::filesystem::exists(log));
-
-  std::ofstream(folder / "BrennicLoggingDetail.txt");
-  auto logged = ServingAddIn();
-  CHECK(Shown(*logged, u"ZavMean(1,2,3)") == "2");
-  CloseClean(*logged);
-  SetEnvironmentVariableW(L"TMP", old_temp);
-
-  std::ifstream stream(log, std::ios::binary);
-  const std::string text(std::istreambuf_iterator<char>(stream), {});
+  const std::string log = LogOf(folder, serve);
   std::size_t at = 0;
   for (const char* line :
        {"Exe fileName=", "DLL fileName=", "DLL fileVersion=8.0.0.",
@@ -123,8 +64,8 @@ TEST_CASE(
         "{ numTotalData=3, numUsedData=3, numErrs=0, numFiltered=0, min=1, ",
         "===== xlAutoClose enter =====",
         "xlAutoClose: About to close log file with logFile.reset ()."}) {
-    const std::size_t found = text.find(line, at);
-    CHECK_MESSAGE(found != std::string::npos, line << " is missing or out of order in\n" << text);
+    const std::size_t found = log.find(line, at);
+    CHECK_MESSAGE(found != std::string::npos, line << " is missing or out of order in\n" << log);
     if (found != std::string::npos) at = found;
   }
 }

@@ -1,18 +1,11 @@
 // Matrices of a macro's through the entry points of the add-in as it ships.
-#include <doctest/doctest.h>
-
 #include <cmath>
-#include <initializer_list>
-#include <string>
-#include <vector>
 
 #include "diagnostics/vek_exception.h"
 #include "excel/xloper12.h"
 #include "integration/entry_point.h"
-#include "integration/running_add_in.h"
-#include "numbers/double_matrix.h"
 #include "numbers/error_double.h"
-#include "support/macro_call.h"
+#include "support/macro_array.h"
 
 namespace zavrel::tests {
 namespace {
@@ -23,7 +16,23 @@ using OneOutput = std::uint32_t(SAFEARRAY**, VARIANT*);
 using TwoOutputs = std::uint32_t(SAFEARRAY**, VARIANT*, VARIANT*);
 using Binary = VARIANT(SAFEARRAY**, SAFEARRAY**);
 using Unary = VARIANT(SAFEARRAY**);
-using Determinant = double(SAFEARRAY**);
+
+/// The add-in serving a macro, and what it computes of matrices.
+struct Matrices {
+  ~Matrices() { CloseClean(*engine); }
+
+  const std::unique_ptr<zavhost::Engine> engine = ServingAddIn();
+  Association* const covariances = EntryPoint<Association>("CalculateCovarianceMatrixVB");
+  Association* const correlations = EntryPoint<Association>("CalculateCorrelationMatrixVB");
+  OneOutput* const eigenvalues = EntryPoint<OneOutput>("CalculateEigenvaluesVB");
+  OneOutput* const eigenvectors = EntryPoint<OneOutput>("CalculateEigenvectorsVB");
+  TwoOutputs* const eigendata = EntryPoint<TwoOutputs>("CalculateEigendataVB");
+  OneOutput* const scores = EntryPoint<OneOutput>("CalculatePCAScoresVB");
+  Binary* const add = EntryPoint<Binary>("MatrixAddVB");
+  Binary* const multiply = EntryPoint<Binary>("MatrixMultiplyVB");
+  Unary* const inverse = EntryPoint<Unary>("MatrixInverseVB");
+  double (*const determinant)(SAFEARRAY**) = EntryPoint<double(SAFEARRAY**)>("MatrixDeterminantVB");
+};
 
 /// The rows of a result, whose lower bounds must be 1.
 DoubleMatrix RowsOf(SAFEARRAY* array) {
@@ -55,21 +64,11 @@ void CheckNear(const DoubleMatrix& found, const DoubleMatrix& expected) {
   }
 }
 
-/// A macro's VARIANT.
-struct MacroVariant {
-  MacroVariant() = default;
-  explicit MacroVariant(VARIANT given) : variant(given) {}
-  ~MacroVariant() { CHECK(SUCCEEDED(VariantClear(&variant))); }
-  MacroVariant(const MacroVariant&) = delete;
-  MacroVariant& operator=(const MacroVariant&) = delete;
-  DoubleMatrix rows() const {
-    REQUIRE(variant.vt == (VT_ARRAY | VT_R8));
-    return RowsOf(variant.parray);
-  }
-  operator VARIANT*() { return &variant; }  // NOLINT(google-explicit-constructor)
-
-  VARIANT variant{};
-};
+DoubleMatrix RowsIn(const MacroVariant& result) {
+  REQUIRE(result.variant.vt == (VT_ARRAY | VT_R8));
+  return RowsOf(result.variant.parray);
+}
+DoubleMatrix RowsIn(VARIANT result) { return RowsIn(MacroVariant(result)); }
 
 /// A typed array variable passed for a ByRef Variant.
 VARIANT ReferenceTo(MacroArray& array, VARTYPE type = VT_R8) {
@@ -84,13 +83,6 @@ std::uint32_t FailureIn(const VARIANT& value) {
   REQUIRE(value.vt == VT_ERROR);
   return static_cast<std::uint32_t>(value.scode) & 0xFFFFu;
 }
-
-const char* const kNotTwoDimensional =
-    "VekArraySizeError|MatrixFromVbArray|VB array is not 2-dimensional";
-const char* const kNotItsSize =
-    "VekArraySizeError|MatrixFromVbArray|An array does not have the size that is needed here.";
-const char* const kNotDoubles =
-    "VekInvalidDataType|MatrixFromVbArray|The data are of a type that cannot be used here.";
 
 /// A page of memory that cannot be written.
 class ReadOnlyPage {
@@ -117,25 +109,33 @@ TEST_CASE("covariance and correlation of a macro's two series") {
   auto* covariance = EntryPoint<TwoSeries>("ZavrelCovarianceVB");
   auto* covariance_p = EntryPoint<TwoSeries>("ZavrelCovariancePVB");
   auto* correlation = EntryPoint<TwoSeries>("ZavrelCorrelationCoeffVB");
-  MacroArray x{1, 2, 3, 4, 5}, y{2, 1, 4, 3, 7}, one{1}, other{2}, none{}, flat{3, 3, 3, 3, 3};
-  MacroArray unallocated, whole(VT_I4, {5}), matrix(DoubleMatrix{{1, 2, 3, 4, 5}});
+  MacroArray x{1, 2, 3, 4, 5}, y{2, 1, 4, 3, 7}, one{1}, other{2}, flat{3, 3, 3, 3, 3};
+  const double root = std::sqrt(10 * 21.2);
+  const struct {
+    TwoSeries* function;
+    SAFEARRAY **first, **second;
+    double result;  // infinite when there are too few
+  } cases[] = {{covariance, x, y, 3},
+               {covariance_p, x, y, 2.4},
+               {correlation, x, y, 12 / root},
+               {covariance_p, one, other, 0},
+               {correlation, x, flat, HUGE_VAL},
+               {correlation, one, other, HUGE_VAL}};
   double result = 0;
-  CHECK((covariance(x, y, &result) == 0 && result == 3));
-  CHECK((covariance_p(x, y, &result) == 0 && result == doctest::Approx(2.4)));
-  CHECK((correlation(x, y, &result) == 0 &&
-         result == doctest::Approx(12 / std::sqrt(10 * 21.2)).epsilon(1e-14)));
-  CHECK((correlation(x, flat, &result) == 0 && HasCondition(result, kConditionTooFew)));
-  CHECK((covariance_p(one, other, &result) == 0 && result == 0));
-  CHECK((correlation(one, other, &result) == 0 && HasCondition(result, kConditionTooFew)));
+  for (const auto& given : cases) {
+    CAPTURE(given.result);
+    CHECK(given.function(given.first, given.second, &result) == 0);
+    CHECK((given.result == HUGE_VAL ? HasCondition(result, kConditionTooFew)
+                                    : result == doctest::Approx(given.result).epsilon(1e-14)));
+  }
   result = 77;
   CHECK(covariance(one, other, &result) == 5);
+  MacroArray unallocated, whole(VT_I4, {5}), matrix(DoubleMatrix{{1, 2, 3, 4, 5}});
   MacroArray empty(VT_R8, {0}), hollow = MacroArray::Hollow({5});
+  SAFEARRAY** const refused[] = {nullptr, one, unallocated, whole, matrix, empty, hollow};
   const ReadOnlyPage read_only;
   for (TwoSeries* function : {covariance, covariance_p, correlation}) {
-    for (SAFEARRAY** bad : {static_cast<SAFEARRAY**>(nullptr), static_cast<SAFEARRAY**>(one),
-                            static_cast<SAFEARRAY**>(unallocated), static_cast<SAFEARRAY**>(whole),
-                            static_cast<SAFEARRAY**>(matrix), static_cast<SAFEARRAY**>(empty),
-                            static_cast<SAFEARRAY**>(hollow)}) {
+    for (SAFEARRAY** bad : refused) {
       CHECK(function(x, bad, &result) == 5);
       CHECK(function(bad, x, &result) == 5);
     }
@@ -147,197 +147,171 @@ TEST_CASE("covariance and correlation of a macro's two series") {
   CloseClean(*engine);
 }
 
+TEST_CASE("an array that is no matrix is refused by every entry point, for the same reason") {
+  const Matrices of;
+  const std::string size = "VekArraySizeError|MatrixFromVbArray|",
+                    not_two_dimensional = size + "VB array is not 2-dimensional",
+                    not_its_size = size + "An array does not have the size that is needed here.",
+                    not_doubles =
+                        "VekInvalidDataType|MatrixFromVbArray|The data are of a type "
+                        "that cannot be used here.";
+  constexpr ULONG kMost = 0x7FFFFFFF;
+  MacroArray unallocated, series{1, 2}, deep(VT_R8, {2, 2, 2}), whole(VT_I4, {2, 2});
+  MacroArray variants(VT_VARIANT, {2, 2});  // `Dim r() As Variant`
+  // Bounds that promise what is not there.
+  MacroArray hollow = MacroArray::Hollow({2, 2}), endless = MacroArray::Hollow({kMost, kMost});
+  const std::pair<SAFEARRAY**, std::string> cases[] = {
+      {nullptr, not_two_dimensional}, {unallocated, not_two_dimensional},
+      {series, not_two_dimensional},  {deep, not_two_dimensional},
+      {whole, not_doubles},           {variants, not_doubles},
+      {hollow, not_its_size},         {endless, not_its_size}};
+  MacroArray good(DoubleMatrix{{2, 1}, {1, 2}});
+  MacroVariant result, other;
+  for (const auto& [bad, why] : cases) {
+    for (const std::uint32_t number :
+         {of.covariances(0, 1, 0, bad, result), of.correlations(0, 1, 0, bad, result),
+          of.eigenvalues(bad, result), of.eigenvectors(bad, result),
+          of.eigendata(bad, result, other), of.scores(bad, result), FailureIn(of.add(good, bad)),
+          FailureIn(of.multiply(bad, good)), FailureIn(of.inverse(bad))})
+      CHECK(Explained(number) == why);
+    CHECK(HasCondition(of.determinant(bad), kConditionNotComputed));
+  }
+  CHECK((result.variant.vt == VT_EMPTY && other.variant.vt == VT_EMPTY));
+  // Without a place for the result nothing is looked at.
+  CHECK((of.covariances(0, 1, 0, series, nullptr) == 0 && of.eigenvalues(series, nullptr) == 0));
+  CHECK((of.correlations(0, 1, 0, series, nullptr) == 0 && of.scores(series, nullptr) == 0));
+  // Without elements there is nothing to compute.
+  MacroArray flat = MacroArray::Hollow({0, kMost}), thin = MacroArray::Hollow({kMost, 0});
+  CHECK((of.inverse(flat).vt == VT_EMPTY && of.inverse(thin).vt == VT_EMPTY));
+  // As a place for a result a hollow array is replaced.
+  VARIANT reference = ReferenceTo(hollow);
+  CHECK(of.scores(good, &reference) == 0);
+  CHECK(RowsOf(hollow.array).size() == 2);
+}
+
 TEST_CASE("covariance and correlation matrices of a macro's data") {
-  auto engine = ServingAddIn();
-  auto* covariance = EntryPoint<Association>("CalculateCovarianceMatrixVB");
-  auto* correlation = EntryPoint<Association>("CalculateCorrelationMatrixVB");
+  const Matrices of;
   MacroArray data(DoubleMatrix{{1, 2, 5}, {2, 1, 5}, {3, 4, 7}, {4, 3, kMissingValue}});
   MacroVariant result;
   const double third = 1.0 / 3;
-  CHECK(covariance(0, 1, 1, data, result) == 0);
-  CheckNear(result.rows(), {{1, 1, 1}, {1, 7 * third, 5 * third}, {1, 5 * third, 4 * third}});
-  CHECK(covariance(0, -1, 0, data, result) == 0);
-  CheckNear({result.rows()[0]}, {{5 * third, 1, 1}});
-  CHECK(correlation(1, 0, 0, data, result) == 0);
-  CHECK(result.rows()[0][2] == doctest::Approx(std::sqrt(0.75)).epsilon(1e-14));
-  CHECK(result.rows()[0][1] == doctest::Approx(0.6));
+  CHECK(of.covariances(0, 1, 1, data, result) == 0);
+  CheckNear(RowsIn(result), {{1, 1, 1}, {1, 7 * third, 5 * third}, {1, 5 * third, 4 * third}});
+  CHECK(of.covariances(0, -1, 0, data, result) == 0);
+  CheckNear({RowsIn(result)[0]}, {{5 * third, 1, 1}});
+  CHECK(of.correlations(1, 0, 0, data, result) == 0);
+  CheckNear({RowsIn(result)[0]}, {{1, 0.6, std::sqrt(0.75)}});
   MacroArray error(DoubleMatrix{{1, 2}, {2, ErrorCodedNaN(xlerrDiv0)}});
-  CHECK(correlation(0, 0, 0, error, result) == 0);
-  CHECK(ErrorCodeOf(result.rows()[1][0]) == xlerrDiv0);
-  MacroArray series{1, 2, 3};
-  for (Association* function : {covariance, correlation}) {
-    CHECK(function(0, 1, 0, series, nullptr) == 0);
-    const std::uint32_t number = function(0, 1, 0, series, result);
-    CHECK(Explained(number) == kNotTwoDimensional);
-  }
-  CHECK(result.rows().size() == 2);
+  CHECK(of.correlations(0, 0, 0, error, result) == 0);
+  CHECK(ErrorCodeOf(RowsIn(result)[1][0]) == xlerrDiv0);
   // The plain entry points: rows are the variables.
   using Plain = DoubleMatrix(bool, bool, bool, DoubleMatrix);
   const DoubleMatrix variables{{1, 2, 3}, {2, 1, 4}};
   CheckNear(EntryPoint<Plain>("CalculateCovarianceMatrixC")(false, true, false, variables),
             {{1, 1}, {1, 7 * third}});
-  CHECK(EntryPoint<Plain>("CalculateCorrelationMatrixC")(true, true, false, variables)[0][1] ==
-        doctest::Approx(0.5));
-  CloseClean(*engine);
+  CheckNear(EntryPoint<Plain>("CalculateCorrelationMatrixC")(true, true, false, variables),
+            {{1, 0.5}, {0.5, 1}});
 }
 
 TEST_CASE("a macro's matrix algebra") {
-  auto engine = ServingAddIn();
-  auto* add = EntryPoint<Binary>("MatrixAddVB");
-  auto* multiply = EntryPoint<Binary>("MatrixMultiplyVB");
-  auto* inverse = EntryPoint<Unary>("MatrixInverseVB");
-  auto* determinant = EntryPoint<Determinant>("MatrixDeterminantVB");
+  const Matrices of;
   const DoubleMatrix plain{{4, 7}, {2, 6}};
-  MacroArray a(plain), b(DoubleMatrix{{1, 2, 3}, {4, 5, 6}}), series{1, 2},
-      single(DoubleMatrix{{5}});
-  CHECK(MacroVariant(add(a, a)).rows() == DoubleMatrix{{8, 14}, {4, 12}});
-  CHECK(MacroVariant(add(a, b)).rows() == DoubleMatrix{{5, 9}, {6, 11}});
-  CHECK(MacroVariant(multiply(a, b)).rows() == DoubleMatrix{{32, 43, 54}, {26, 34, 42}});
-  CHECK(MacroVariant(inverse(a)).rows()[0][0] == doctest::Approx(0.6).epsilon(1e-14));
-  CHECK(MacroVariant(inverse(single)).rows() == DoubleMatrix{{0.2}});
-  CHECK(determinant(a) == doctest::Approx(10).epsilon(1e-14));
-
-  CHECK(Explained(FailureIn(add(b, a))) ==
-        "VekArraySizeError|MatrixAdd|The second matrix has fewer rows or columns than the first.");
-  CHECK(Explained(FailureIn(multiply(b, a))) ==
-        "VekArraySizeError|MatrixMultiply|An array does not have the size that is needed here.");
-  const std::string not_square = Explained(FailureIn(inverse(b)));
-  CHECK(not_square.starts_with("VekMatrixNotSquare|"));
-  CHECK(not_square.ends_with("|Matrix is (2 x 3), not square."));
-  CHECK(Explained(FailureIn(add(a, series))) == kNotTwoDimensional);
-  CHECK(Explained(FailureIn(multiply(nullptr, a))) == kNotTwoDimensional);
-  const std::uint32_t last = FailureIn(inverse(series));
-  CHECK(HasCondition(determinant(b), kConditionNotComputed));
-  CHECK(Explained(last + 1).ends_with("Matrix is (2 x 3), not square."));
-
-  MacroArray unallocated, whole(VT_I4, {2, 2}), deep(VT_R8, {2, 2, 2}), empty(VT_R8, {0, 0});
-  CHECK(Explained(FailureIn(inverse(unallocated))) == kNotTwoDimensional);
-  CHECK(Explained(FailureIn(inverse(deep))) == kNotTwoDimensional);
-  CHECK(Explained(FailureIn(inverse(whole))) == kNotDoubles);
-  MacroArray variants(VT_VARIANT, {2, 2});  // `Dim r() As Variant`
-  CHECK(Explained(FailureIn(inverse(variants))) == kNotDoubles);
-  CHECK(inverse(empty).vt == VT_EMPTY);
-  CHECK(determinant(empty) == 1);
+  MacroArray a(plain), b(DoubleMatrix{{1, 2, 3}, {4, 5, 6}}), single(DoubleMatrix{{5}}),
+      empty(VT_R8, {0, 0});
+  CHECK(RowsIn(of.add(a, b)) == DoubleMatrix{{5, 9}, {6, 11}});
+  CHECK(RowsIn(of.multiply(a, b)) == DoubleMatrix{{32, 43, 54}, {26, 34, 42}});
+  CheckNear(RowsIn(of.inverse(a)), {{0.6, -0.7}, {-0.2, 0.4}});
+  CHECK(RowsIn(of.inverse(single)) == DoubleMatrix{{0.2}});
+  CHECK(of.determinant(a) == doctest::Approx(10).epsilon(1e-14));
+  CHECK(of.inverse(empty).vt == VT_EMPTY);
+  CHECK(of.determinant(empty) == 1);
   SafeArrayLock(a.array);  // somebody else's lock does not hinder reading, and stays
-  CHECK(MacroVariant(add(a, a)).rows()[0][0] == 8);
+  CHECK(RowsIn(of.add(a, a)) == DoubleMatrix{{8, 14}, {4, 12}});
   CHECK(a.array->cLocks == 1);
   SafeArrayUnlock(a.array);
 
-  CHECK(EntryPoint<DoubleMatrix(DoubleMatrix, DoubleMatrix)>("MatrixAddC")(plain, plain)[1][0] ==
-        4);
-  CHECK(EntryPoint<DoubleMatrix(DoubleMatrix, DoubleMatrix)>("MatrixMultiplyC")(plain, plain) ==
-        DoubleMatrix{{30, 70}, {20, 50}});
-  CHECK(EntryPoint<DoubleMatrix(DoubleMatrix)>("MatrixInverseC")(plain)[1][1] ==
-        doctest::Approx(0.4));
-  CHECK_THROWS_AS(EntryPoint<DoubleMatrix(DoubleMatrix)>("MatrixInverseC")({{1, 2}}),
-                  VekMatrixNotSquare);
-  CHECK(EntryPoint<double(DoubleMatrix)>("MatrixDeterminantC")(plain) == doctest::Approx(10));
-  CloseClean(*engine);
-}
-
-TEST_CASE("arrays whose bounds promise what is not there") {
-  auto engine = ServingAddIn();
-  auto* multiply = EntryPoint<Binary>("MatrixMultiplyVB");
-  auto* inverse = EntryPoint<Unary>("MatrixInverseVB");
-  auto* eigendata = EntryPoint<TwoOutputs>("CalculateEigendataVB");
-  auto* scores = EntryPoint<OneOutput>("CalculatePCAScoresVB");
-  constexpr ULONG kMost = 0x7FFFFFFF;
-  MacroArray hollow = MacroArray::Hollow({2, 2}), endless = MacroArray::Hollow({kMost, kMost});
-  MacroVariant result, other;
-  for (MacroArray* array : {&hollow, &endless}) {
-    CHECK(Explained(FailureIn(inverse(*array))) == kNotItsSize);
-    CHECK(Explained(FailureIn(multiply(*array, *array))) == kNotItsSize);
-    CHECK(HasCondition(EntryPoint<Determinant>("MatrixDeterminantVB")(*array),
-                       kConditionNotComputed));
-    CHECK(Explained(eigendata(*array, result, other)) == kNotItsSize);
-    CHECK(Explained(scores(*array, result)) == kNotItsSize);
-    CHECK(Explained(EntryPoint<Association>("CalculateCovarianceMatrixVB")(0, 1, 0, *array,
-                                                                           result)) == kNotItsSize);
+  CHECK(Explained(FailureIn(of.add(b, a))) ==
+        "VekArraySizeError|MatrixAdd|The second matrix has fewer rows or columns than the first.");
+  CHECK(Explained(FailureIn(of.multiply(b, a))) ==
+        "VekArraySizeError|MatrixMultiply|An array does not have the size that is needed here.");
+  const std::uint32_t not_square = FailureIn(of.inverse(b));
+  CHECK(HasCondition(of.determinant(b), kConditionNotComputed));
+  for (const std::uint32_t number : {not_square, not_square + 1}) {
+    CHECK(Explained(number).starts_with("VekMatrixNotSquare|"));
+    CHECK(Explained(number).ends_with("|Matrix is (2 x 3), not square."));
   }
-  CHECK((result.variant.vt == VT_EMPTY && other.variant.vt == VT_EMPTY));
-  MacroArray flat = MacroArray::Hollow({0, kMost}), thin = MacroArray::Hollow({kMost, 0});
-  CHECK((inverse(flat).vt == VT_EMPTY && inverse(thin).vt == VT_EMPTY));
 
-  // As a place for a result such an array is replaced.
-  MacroArray data(DoubleMatrix{{1, 2}, {3, 4}});
-  VARIANT reference = ReferenceTo(hollow);
-  CHECK(scores(data, &reference) == 0);
-  CHECK(RowsOf(hollow.array).size() == 2);
-  CloseClean(*engine);
+  using PlainBinary = DoubleMatrix(DoubleMatrix, DoubleMatrix);
+  auto* const plain_inverse = EntryPoint<DoubleMatrix(DoubleMatrix)>("MatrixInverseC");
+  CHECK(EntryPoint<PlainBinary>("MatrixAddC")(plain, plain) == DoubleMatrix{{8, 14}, {4, 12}});
+  CHECK(EntryPoint<PlainBinary>("MatrixMultiplyC")(plain, plain) ==
+        DoubleMatrix{{30, 70}, {20, 50}});
+  CheckNear(plain_inverse(plain), {{0.6, -0.7}, {-0.2, 0.4}});
+  CHECK_THROWS_AS(plain_inverse({{1, 2}}), VekMatrixNotSquare);
+  CHECK(EntryPoint<double(DoubleMatrix)>("MatrixDeterminantC")(plain) == doctest::Approx(10));
 }
 
 TEST_CASE("a result that no memory holds leaves the arrays as they were") {
-  auto engine = ServingAddIn();
+  const Matrices of;
   constexpr ULONG kCount = 1'000'000;
   MacroArray tall(VT_R8, {kCount, 1}), wide(VT_R8, {1, kCount});
   for (ULONG i = 0; i < kCount; ++i) tall.elements<double>()[i] = wide.elements<double>()[i] = i;
-  CHECK(Explained(FailureIn(EntryPoint<Binary>("MatrixMultiplyVB")(tall, wide)))
-            .starts_with("VekOutOfMemory|"));
+  CHECK(Explained(FailureIn(of.multiply(tall, wide))).starts_with("VekOutOfMemory|"));
   CHECK((tall.array->cLocks == 0 && wide.array->cLocks == 0));
   CHECK(std::equal(tall.elements<double>(), tall.elements<double>() + kCount,
                    wide.elements<double>()));
   CHECK(wide.elements<double>()[kCount - 1] == kCount - 1);
-  CloseClean(*engine);
 }
 
 TEST_CASE("a macro's eigen-analysis and principal components") {
-  auto engine = ServingAddIn();
-  auto* eigenvalues = EntryPoint<OneOutput>("CalculateEigenvaluesVB");
-  auto* eigenvectors = EntryPoint<OneOutput>("CalculateEigenvectorsVB");
-  auto* eigendata = EntryPoint<TwoOutputs>("CalculateEigendataVB");
-  auto* scores = EntryPoint<OneOutput>("CalculatePCAScoresVB");
+  const Matrices of;
   MacroArray matrix(DoubleMatrix{{2, 1}, {1, 2}}), wide(DoubleMatrix{{1, 2, 3}, {4, 5, 6}});
-  MacroArray skew(DoubleMatrix{{1, 2, 3}, {2, 1, 0.5}, {3, 0.25, 1}}), series{1, 2};
+  MacroArray skew(DoubleMatrix{{1, 2, 3}, {2, 1, 0.5}, {3, 0.25, 1}});
   MacroVariant values, vectors;
   const auto check_both = [&] {
     REQUIRE(values.variant.vt == (VT_ARRAY | VT_R8));
-    const std::vector<double> found = SeriesOf(values.variant.parray);
-    REQUIRE(found.size() == 2);
-    CHECK((found[0] == doctest::Approx(3) && found[1] == doctest::Approx(1)));
-    const DoubleMatrix rows = vectors.rows();
-    CHECK(rows[0][0] == doctest::Approx(rows[1][0]));
-    CHECK(rows[0][1] == doctest::Approx(-rows[1][1]));
-    CHECK(std::abs(rows[0][1]) == doctest::Approx(std::sqrt(0.5)));
+    CheckNear({SeriesOf(values.variant.parray)}, {{3, 1}});
+    DoubleMatrix rows = RowsIn(vectors);
+    for (std::size_t column = 0; column < 2; ++column) {
+      const double sign = std::copysign(1, rows[0][column]);
+      for (auto& row : rows) row[column] *= sign;
+    }
+    const double half = std::sqrt(0.5);
+    CheckNear(rows, {{half, half}, {half, -half}});
   };
-  CHECK((eigenvalues(matrix, values) == 0 && eigenvectors(matrix, vectors) == 0));
+  CHECK((of.eigenvalues(matrix, values) == 0 && of.eigenvectors(matrix, vectors) == 0));
   check_both();
   VariantClear(values);
   VariantClear(vectors);
-  CHECK(eigendata(matrix, values, vectors) == 0);
+  CHECK(of.eigendata(matrix, values, vectors) == 0);
   check_both();
-  CHECK(eigendata(matrix, values, nullptr) == 0);
-  CHECK(eigendata(matrix, nullptr, vectors) == 0);
-  CHECK((eigenvalues(matrix, nullptr) == 0 && scores(series, nullptr) == 0));
+  CHECK(of.eigendata(matrix, values, nullptr) == 0);
+  CHECK(of.eigendata(matrix, nullptr, vectors) == 0);
 
-  CHECK(Explained(eigenvalues(wide, values)).ends_with("|Matrix is (2 x 3), not square."));
-  CHECK(Explained(eigendata(skew, values, vectors)) ==
-        "VekMatrixNotSymmetric|matrix::eigendata_private|Matrix is symmetric at element (3, 2) "
-        "(0.25 vs 0.5).");
-  CHECK(Explained(eigenvectors(series, vectors)) == kNotTwoDimensional);
   MacroArray infinite(DoubleMatrix{{HUGE_VAL, 1}, {1, 2}});
-  CHECK(Explained(eigenvalues(infinite, values)) ==
-        "VekInvalidDataType|matrix::eigendata_private|Eigenvalues could not be calculated; matrix "
-        "had invalid values.");
-  CHECK(Explained(scores(infinite, values)) ==
-        "VekInvalidDataType|matrix::PrincipalComponentScores|The data have values that are not "
-        "finite numbers.");
+  CHECK(Explained(of.eigenvalues(wide, values)).ends_with("|Matrix is (2 x 3), not square."));
+  for (const auto& [number, why] :
+       {std::pair{of.eigendata(skew, values, vectors),
+                  "VekMatrixNotSymmetric|matrix::eigendata_private|Matrix is symmetric at element "
+                  "(3, 2) (0.25 vs 0.5)."},
+        {of.eigenvalues(infinite, values),
+         "VekInvalidDataType|matrix::eigendata_private|Eigenvalues could not be calculated; "
+         "matrix had invalid values."},
+        {of.scores(infinite, values),
+         "VekInvalidDataType|matrix::PrincipalComponentScores|The data have values that are not "
+         "finite numbers."}})
+    CHECK(Explained(number) == why);
   check_both();  // a failure leaves them as they were
 
-  CHECK(scores(wide, vectors) == 0);
-  const DoubleMatrix found = vectors.rows();
+  CHECK(of.scores(wide, vectors) == 0);
+  const DoubleMatrix found = RowsIn(vectors);
   REQUIRE((found.size() == 2 && found[0].size() == 2));
   CHECK(std::hypot(found[0][0], found[0][1]) == doctest::Approx(std::sqrt(14)));
   CHECK(std::hypot(found[1][0], found[1][1]) == doctest::Approx(std::sqrt(77)));
   CHECK(found[0][0] * found[1][0] + found[0][1] * found[1][1] == doctest::Approx(32));
-  CHECK(scores(matrix, vectors) == 0);
-  CHECK(Explained(scores(series, vectors)) == kNotTwoDimensional);
-  CloseClean(*engine);
 }
 
 TEST_CASE("results go into the arrays of a macro that can take them, and nowhere else") {
-  auto engine = ServingAddIn();
-  auto* scores = EntryPoint<OneOutput>("CalculatePCAScoresVB");
-  auto* eigendata = EntryPoint<TwoOutputs>("CalculateEigendataVB");
+  const Matrices of;
   MacroArray data(DoubleMatrix{{1, 2, 3}, {4, 5, 6}}), matrix(DoubleMatrix{{2, 1}, {1, 2}});
 
   // As many rows: the array stays and gets the columns. Otherwise it is replaced.
@@ -345,27 +319,27 @@ TEST_CASE("results go into the arrays of a macro that can take them, and nowhere
   const SAFEARRAY* const kept = fits.array;
   for (MacroArray* array : {&fits, &other, &flat, &unallocated}) {
     VARIANT reference = ReferenceTo(*array);
-    CHECK(scores(data, &reference) == 0);
+    CHECK(of.scores(data, &reference) == 0);
     CHECK(reference.vt == (VT_BYREF | VT_ARRAY | VT_R8));
     const DoubleMatrix rows = RowsOf(array->array);
     CHECK((rows.size() == 2 && rows[0].size() == 2));
     VARIANT followed{};
     followed.vt = VT_BYREF | VT_VARIANT;
     followed.pvarVal = &reference;
-    CHECK(scores(matrix, &followed) == 0);
+    CHECK(of.scores(matrix, &followed) == 0);
     CHECK(std::abs(RowsOf(array->array)[0][0]) == doctest::Approx(3 * std::sqrt(0.5)));
   }
   CHECK(fits.array == kept);
   MacroArray vector;
   VARIANT values = ReferenceTo(vector);
-  CHECK(eigendata(matrix, &values, nullptr) == 0);
+  CHECK(of.eigendata(matrix, &values, nullptr) == 0);
   CHECK(SeriesOf(vector.array)[0] == doctest::Approx(3));
   // What a VARIANT held goes.
   MacroVariant text;
   text.variant.vt = VT_BSTR;
   text.variant.bstrVal = SysAllocString(L"text");
-  CHECK(scores(matrix, text) == 0);
-  CHECK(text.rows().size() == 2);
+  CHECK(of.scores(matrix, text) == 0);
+  CHECK(RowsIn(text).size() == 2);
 
   double number = 0.5;
   VARIANT reference{}, nowhere{}, null_place{}, null_variant{};
@@ -396,14 +370,14 @@ TEST_CASE("results go into the arrays of a macro that can take them, and nowhere
     const char* const why = bad == &to_locked || bad == &holds_locked
                                 ? "VekArraySizeError|ReDimVbArray|"
                                 : "VekInvalidDataType|ReDimVbArray|";
-    CHECK(Explained(scores(data, bad)).starts_with(why));
-    CHECK(Explained(eigendata(matrix, bad, nullptr)).starts_with(why));
+    CHECK(Explained(of.scores(data, bad)).starts_with(why));
+    CHECK(Explained(of.eigendata(matrix, bad, nullptr)).starts_with(why));
     CHECK(bad->vt == before);
   }
   // The one output that cannot be written keeps the other from being.
   MacroVariant vectors;
-  CHECK(eigendata(matrix, &to_locked, vectors) != 0);
-  CHECK(eigendata(matrix, &reference, vectors) != 0);
+  CHECK(of.eigendata(matrix, &to_locked, vectors) != 0);
+  CHECK(of.eigendata(matrix, &reference, vectors) != 0);
   CHECK(vectors.variant.vt == VT_EMPTY);
   CHECK(locked.array->cLocks == 1);
   SafeArrayUnlock(locked.array);
@@ -412,9 +386,8 @@ TEST_CASE("results go into the arrays of a macro that can take them, and nowhere
   // A matrix without elements leaves everything as it is.
   MacroArray empty(VT_R8, {3, 0});
   VARIANT untouched = ReferenceTo(fits);
-  CHECK(scores(empty, &untouched) == 0);
+  CHECK(of.scores(empty, &untouched) == 0);
   CHECK(RowsOf(fits.array).size() == 2);
-  CloseClean(*engine);
 }
 
 }  // namespace zavrel::tests

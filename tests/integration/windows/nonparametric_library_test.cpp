@@ -12,56 +12,13 @@ namespace {
 constexpr const char* kTests = "ZavrelFuncs Extensions/NonparametricTests8_x64.DLL";
 constexpr const char* kUtility = "EUtilityLibrary8_x64.DLL";
 
-/// A folder with what ships.
-std::filesystem::path FolderLikeShipped(const char* name) {
-  const std::filesystem::path folder = ScratchFolder() / name;
-  std::filesystem::remove_all(folder);
-  std::filesystem::create_directories(folder / "ZavrelFuncs Extensions");
-  for (const auto& file : std::filesystem::directory_iterator(AddInFile().parent_path()))
-    if (file.is_regular_file()) std::filesystem::copy_file(file, folder / file.path().filename());
-  std::filesystem::copy_file(AddInFile().parent_path() / kTests, folder / kTests);
-  return folder;
-}
-
-void PutSomeLibrary(const std::filesystem::path& file) {
-  std::filesystem::copy_file(SIBLING_LIBRARY, file,
-                             std::filesystem::copy_options::overwrite_existing);
-}
-
 struct Seen {
-  std::string shown;
-  std::string log;
+  std::string shown, log;
 };
-
-/// The log of the add-ins of processes that `run` starts; it is in the folder's temporary one.
-template <class Run>
-std::string WithLog(const std::filesystem::path& folder, Run run) {
-  const std::filesystem::path temporary = folder / "temp";
-  std::filesystem::create_directories(temporary);
-  std::ofstream(temporary / "BrennicLoggingDetail.txt").flush();
-  wchar_t tmp[MAX_PATH + 1] = L"";
-  const bool set = GetEnvironmentVariableW(L"TMP", tmp, MAX_PATH) != 0;
-  SetEnvironmentVariableW(L"TMP", temporary.c_str());
-  run();
-  SetEnvironmentVariableW(L"TMP", set ? tmp : nullptr);
-  return ReadAll(temporary / "VekZavrelFuncs8.log");
-}
-
-/// Shows a formula.
-Seen Show(const std::filesystem::path& folder, const std::wstring& formula) {
+Seen Show(const std::filesystem::path& folder, const wchar_t* formula) {
   Seen seen;
-  seen.log = WithLog(folder, [&] {
-    const Outcome outcome = ZavHost(L"eval \"" + formula + L"\"", 60, folder);
-    CHECK(outcome.errors.empty());
-    seen.shown = outcome.output.substr(0, outcome.output.find_first_of("\r\n"));
-  });
+  seen.log = LogOf(folder / "temp", [&] { seen.shown = Evaluated(formula, folder); });
   return seen;
-}
-
-int Occurrences(const std::string& text, const std::string& part) {
-  int count = 0;
-  for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
-  return count;
 }
 
 /// One function of each library, and one that needs neither.
@@ -71,14 +28,14 @@ constexpr const wchar_t* kBoth =
 }  // namespace
 
 TEST_CASE("with both companions in their places") {
-  const std::filesystem::path folder = FolderLikeShipped("nonparametric");
+  const std::filesystem::path folder = CopyOfWhatShips("nonparametric");
   const Seen seen = Show(folder, kBoth);
   CHECK(seen.shown == "1005");
   CHECK(Occurrences(seen.log, "Could not") + Occurrences(seen.log, "could not") == 0);
 }
 
 TEST_CASE("without the extension, or with a broken one, its functions are not there") {
-  const std::filesystem::path folder = FolderLikeShipped("without extension");
+  const std::filesystem::path folder = CopyOfWhatShips("without extension");
   std::filesystem::remove_all(folder / "ZavrelFuncs Extensions");
   const wchar_t* const names[] = {L"WSRExactPValMaxSample()",
                                   L"WSRpValue(3,5,1)",
@@ -99,27 +56,25 @@ TEST_CASE("without the extension, or with a broken one, its functions are not th
                                   L"KWData(2,{1,2},{3,4})",
                                   L"KWpValue(0,{1,2},{3,4})",
                                   L"KWpValueComputationMethod({2,2})"};
-  std::wstring present, absent;
-  for (const wchar_t* name : names) {
-    present += std::wstring(present.empty() ? L"=" : L"+") + L"ISNUMBER(Zav" + name + L"+0)*1";
-    absent += std::wstring(absent.empty() ? L"=" : L"+") + L"ISERROR(Zav" + name + L"+0)*1";
+  std::wstring present = L"=0", absent = L"=0";
+  for (const std::wstring name : names) {
+    present += L"+ISNUMBER(Zav" + name + L"+0)";
+    absent += L"+ISERROR(Zav" + name + L"+0)";
   }
-  CHECK(Show(FolderLikeShipped("with extension"), present).shown == "19");
-  CHECK(Show(folder, absent).shown == "19");
+  CHECK(Show(CopyOfWhatShips("with extension"), present.c_str()).shown == "19");
+  CHECK(Show(folder, absent.c_str()).shown == "19");
   CHECK(Show(folder, L"=ZavMWpValue(2,2,3,0)").shown == "#NAME?");
 
   std::filesystem::create_directories(folder / "ZavrelFuncs Extensions");
   std::ofstream(folder / kTests) << "no library";
-  CHECK(Show(folder, absent).shown == "19");
+  CHECK(Show(folder, absent.c_str()).shown == "19");
   CHECK(Show(folder, L"=ZavMWpValue(2,2,3,0)").shown == "#NAME?");
   CHECK(Show(folder, L"=ZavMean(4,4)").shown == "4");
 }
 
 /// By a process of its own, for an add-in stays loaded; see below.
 TEST_CASE("child process: an export of the add-in in the current folder" * doctest::skip()) {
-  zavhost::Workbook workbook;
-  workbook.sheets.emplace_back(u"Data");
-  zavhost::Engine engine(std::move(workbook), {});
+  zavhost::Engine engine(BookOf({"A: 1"}), {});
   engine.LoadAddIn(std::filesystem::absolute("ZavrelFuncs8_x64.xll"));
   engine.Announce(5);
   auto* const largest = EntryPoint<XLOPER12*()>("ZavrelWSRExactPValMaxSample");
@@ -132,12 +87,12 @@ TEST_CASE("child process: an export of the add-in in the current folder" * docte
 }
 
 TEST_CASE("an export that is called without the extension tells what could not be loaded") {
-  const std::filesystem::path folder = FolderLikeShipped("export without extension");
+  const std::filesystem::path folder = CopyOfWhatShips("export without extension");
   std::filesystem::remove_all(folder / "ZavrelFuncs Extensions");
   wchar_t program[MAX_PATH] = L"";
   REQUIRE(GetModuleFileNameW(nullptr, program, MAX_PATH) != 0);
   const std::filesystem::path before = std::filesystem::current_path();
-  const std::string log = WithLog(folder, [&] {
+  const std::string log = LogOf(folder / "temp", [&] {
     std::filesystem::current_path(folder);
     const Outcome outcome = RunProgram(program, L"--no-skip \"--test-case=child process: an ex*\"");
     std::filesystem::current_path(before);
@@ -160,8 +115,8 @@ TEST_CASE("a macro draws a random number") {
 }
 
 TEST_CASE("a companion without a function is told of once, and released") {
-  const std::filesystem::path folder = FolderLikeShipped("other tests");
-  PutSomeLibrary(folder / kTests);
+  const std::filesystem::path folder = CopyOfWhatShips("other tests");
+  Replace(folder / kTests, SIBLING_LIBRARY);
   const Seen seen = Show(folder, kBoth);
   CHECK(seen.shown == "7");
   CHECK(Occurrences(seen.log,
@@ -172,14 +127,14 @@ TEST_CASE("a companion without a function is told of once, and released") {
 }
 
 TEST_CASE("without the second companion none of the functions computes") {
-  const std::filesystem::path folder = FolderLikeShipped("without utility");
+  const std::filesystem::path folder = CopyOfWhatShips("without utility");
   std::filesystem::remove(folder / kUtility);
   const Seen missing = Show(folder, kBoth);
   CHECK(missing.shown == "7");
   CHECK(Occurrences(missing.log, "EUtilityLibraryLoadDll: Could not load ") == 1);
   CHECK(Occurrences(missing.log, "\\EUtilityLibrary8_x64.DLL.\n") == 1);
 
-  PutSomeLibrary(folder / kUtility);
+  Replace(folder / kUtility, SIBLING_LIBRARY);
   const Seen other = Show(folder, kBoth);
   CHECK(other.shown == "7");
   CHECK(Occurrences(other.log, "NonparametricTests: The function KWData could not be found in ") ==

@@ -7,20 +7,9 @@
 namespace zavrel::tests {
 
 TEST_CASE("a sibling library beside the add-in computes the percentiles and the random numbers") {
-  const std::filesystem::path folder = ScratchFolder() / "with sibling";
-  std::filesystem::create_directories(folder);
-  constexpr auto kReplace = std::filesystem::copy_options::overwrite_existing;
-  for (const auto& file : std::filesystem::directory_iterator(AddInFile().parent_path()))
-    if (file.is_regular_file())
-      std::filesystem::copy_file(file, folder / file.path().filename(), kReplace);
-  std::filesystem::copy_file(SIBLING_LIBRARY, folder / "QLX4_x64.DLL", kReplace);
-
-  const auto shown = [&](const std::wstring& formula) {
-    const Outcome outcome = ZavHost(L"eval \"" + formula + L"\"", 60, folder);
-    CHECK(outcome.exit_code == 0);
-    CHECK(outcome.errors.empty());
-    return outcome.output.substr(0, outcome.output.find_first_of("\r\n"));
-  };
+  const std::filesystem::path folder = CopyOfWhatShips("with sibling");
+  Replace(folder / "QLX4_x64.DLL", SIBLING_LIBRARY);
+  const auto shown = [&](const wchar_t* formula) { return Evaluated(formula, folder); };
   // Three values from 2 to 7, the method as given (-1 when not), a tenth of p.
   CHECK(shown(L"=ZavPercentile({7,2,3},0.25,4)") == "3013.025");
   CHECK(shown(L"=ZavMedian({7,2,3})") == "3008.05");

@@ -1,12 +1,7 @@
 // A macro has the add-in write a block of values into a range.
-#include <doctest/doctest.h>
-
-#include <string>
-
 #include "integration/entry_point.h"
-#include "integration/running_add_in.h"
 #include "support/fake_range.h"
-#include "support/macro_call.h"
+#include "support/macro_array.h"
 
 namespace zavrel::tests {
 namespace {
@@ -17,10 +12,8 @@ std::uint32_t Write(const VARIANT& range, SAFEARRAY** values) {
 }
 
 std::unique_ptr<zavhost::Engine> AddInWithBook() {
-  zavhost::Workbook book;
+  zavhost::Workbook book = BookOf({"Other!A: ", "Data!A: "});
   book.file_name = u"Book.xlsx";
-  book.sheets.emplace_back(u"Other");
-  book.sheets.emplace_back(u"Data");
   return ServingAddIn(std::move(book));
 }
 
@@ -32,7 +25,7 @@ TEST_CASE("numbers and values of every kind are written into the cells of a rang
   MacroArray numbers(VT_R8, {2, 3});
   for (int i = 0; i < 6; ++i) numbers.elements<double>()[i] = i;
   CHECK(Write(two_by_three.variant, &numbers.array) == 0);
-  CHECK(Shown(*engine, u"+Data!A1:D3") == "0,0,0,0;0,0,2,4;0,1,3,5;");
+  CHECK(Shown(*engine, "+Data!A1:D3") == "0,0,0,0;0,0,2,4;0,1,3,5;");
 
   FakeRange below(5, 1, 2, 3);
   MacroArray mixed(VT_VARIANT, {2, 2});
@@ -47,52 +40,56 @@ TEST_CASE("numbers and values of every kind are written into the cells of a rang
   cells[3].scode = static_cast<SCODE>(0x800A07D7);
   CHECK(Write(below.variant, &mixed.array) == 0);
   // What the block does not reach is filled as the host fills it.
-  CHECK(Shown(*engine, u"+Data!A5:C6") == "text,-7,#N/A;TRUE,#DIV/0!,#N/A;");
+  CHECK(Shown(*engine, "+Data!A5:C6") == "text,-7,#N/A;TRUE,#DIV/0!,#N/A;");
   MacroArray row(VT_I4, {3});
   for (int i = 0; i < 3; ++i) row.elements<LONG>()[i] = i + 1;
   FakeRange one_row(8, 1, 1, 3);
   CHECK(Write(one_row.variant, &row.array) == 0);
-  CHECK(Shown(*engine, u"+Data!A8:C8") == "1,2,3;");
-  CHECK(Shown(*engine, u"ZavCount(Other!A:Z)") == "0");
+  CHECK(Shown(*engine, "+Data!A8:C8") == "1,2,3;");
+  CHECK(Shown(*engine, "ZavCount(Other!A:Z)") == "0");
   CloseClean(*engine);
 }
 
 TEST_CASE("a write that cannot be done writes nothing and says why") {
   auto engine = AddInWithBook();
-  FakeRange range(1, 1, 2, 2);
-  MacroArray numbers(VT_R8, {2, 2});
-  MacroArray deep(VT_R8, {2, 2, 2}), empty(VT_R8, {0, 2}), objects(VT_DISPATCH, {2, 2});
-  const char* const not_two_dimensional =
-      "VekArraySizeError|CellBlockFromVbArray|VB array is not 2-dimensional";
-  const char* const not_its_size =
-      "VekArraySizeError|CellBlockFromVbArray|An array does not have the size that is needed here.";
-  CHECK(Explained(Write(range.variant, &deep.array)) == not_two_dimensional);
-  CHECK(Explained(Write(range.variant, nullptr)) == not_two_dimensional);
-  CHECK(Explained(Write(range.variant, &empty.array)) == not_its_size);
-  MacroArray hollow_numbers = MacroArray::Hollow({2, 2}), hollow_row = MacroArray::Hollow({4});
-  CHECK(Explained(Write(range.variant, &hollow_row.array)) == not_its_size);
-  CHECK(Explained(Write(range.variant, &hollow_numbers.array)) ==
-        "VekArraySizeError|MatrixFromVbArray|An array does not have the size that is needed here.");
-  CHECK(Explained(Write(range.variant, &objects.array)) ==
-        "VekInvalidDataType|CellBlockFromVbArray|The data are of a type that cannot be used here.");
-  FakeRange outside(1048576, 1, 2, 2), several(1, 1, 2, 2), elsewhere(1, 1, 2, 2);
+  const FakeRange range(1, 1, 2, 2), outside(1048576, 1, 2, 2);
+  FakeRange several(1, 1, 2, 2), elsewhere(1, 1, 2, 2);
   several.areas.numbers[L"Count"] = 2;
   elsewhere.sheet.texts[L"Name"] = L"No such sheet";
   VARIANT number{};
   number.vt = VT_R8;
-  for (const VARIANT& bad : {outside.variant, several.variant, elsewhere.variant, number})
-    CHECK(Explained(Write(bad, &numbers.array)) ==
-          "VekInvalidDataType|ZavrelWriteRangeVB|The data are of a type that cannot be used here.");
+  MacroArray numbers(VT_R8, {2, 2}), deep(VT_R8, {2, 2, 2}), empty(VT_R8, {0, 2});
+  MacroArray objects(VT_DISPATCH, {2, 2}), hollow_row = MacroArray::Hollow({4}),
+                                           hollow_numbers = MacroArray::Hollow({2, 2});
+  const std::string two_dimensional = "VB array is not 2-dimensional",
+                    size = "An array does not have the size that is needed here.",
+                    type = "The data are of a type that cannot be used here.";
+  const struct {
+    const VARIANT& range;
+    SAFEARRAY** values;
+    std::string why;
+  } cases[] = {
+      {range.variant, deep, "VekArraySizeError|CellBlockFromVbArray|" + two_dimensional},
+      {range.variant, nullptr, "VekArraySizeError|CellBlockFromVbArray|" + two_dimensional},
+      {range.variant, empty, "VekArraySizeError|CellBlockFromVbArray|" + size},
+      {range.variant, hollow_row, "VekArraySizeError|CellBlockFromVbArray|" + size},
+      {range.variant, hollow_numbers, "VekArraySizeError|MatrixFromVbArray|" + size},
+      {range.variant, objects, "VekInvalidDataType|CellBlockFromVbArray|" + type},
+      {outside.variant, numbers, "VekInvalidDataType|ZavrelWriteRangeVB|" + type},
+      {several.variant, numbers, "VekInvalidDataType|ZavrelWriteRangeVB|" + type},
+      {elsewhere.variant, numbers, "VekInvalidDataType|ZavrelWriteRangeVB|" + type},
+      {number, numbers, "VekInvalidDataType|ZavrelWriteRangeVB|" + type},
+  };
+  for (const auto& given : cases) CHECK(Explained(Write(given.range, given.values)) == given.why);
 
   engine->workbook().sheets[1].set_protected(true);
-  const std::uint32_t refused = Write(range.variant, &numbers.array);
-  CHECK(Explained(refused) ==
+  CHECK(Explained(Write(range.variant, numbers)) ==
         "VekxlSetFailed|ZavrelWriteRangeVB|Excel refused to write the values. The range may be "
         "protected or not valid.");
-  CHECK(Shown(*engine, u"ZavCount(Data!A:Z)") == "0");
+  CheckFormulas(*engine, "ZavCount(Data!A:Z) -> 0");
   engine->workbook().sheets[1].set_protected(false);
-  CHECK(Write(range.variant, &numbers.array) == 0);
-  CHECK(Shown(*engine, u"ZavCount(Data!A:Z)") == "4");
+  CHECK(Write(range.variant, numbers) == 0);
+  CheckFormulas(*engine, "ZavCount(Data!A:Z) -> 4");
   CloseClean(*engine);
 }
 

@@ -3,9 +3,9 @@
 #include <doctest/doctest.h>
 #include <windows.h>
 
-#include <cstring>
 #include <memory>
 
+#include "integration/pe_file.h"
 #include "messages/text_files.h"
 
 namespace {
@@ -33,18 +33,6 @@ std::u16string ReadString(HMODULE module, std::uint32_t language, std::uint32_t 
   return std::u16string(units + 1, *units);
 }
 
-/// An image mapped for its resources has its headers at its handle less the two marking bits.
-const char* ImageBase(HMODULE module) {
-  return reinterpret_cast<const char*>(reinterpret_cast<ULONG_PTR>(module) & ~ULONG_PTR{3});
-}
-
-template <typename Record>
-Record ReadAt(HMODULE module, DWORD address) {
-  Record record;
-  std::memcpy(&record, ImageBase(module) + address, sizeof record);
-  return record;
-}
-
 }  // namespace
 
 TEST_CASE("the library gives the texts of the files in each language, and nothing for other ids") {
@@ -62,18 +50,10 @@ TEST_CASE("the library gives the texts of the files in each language, and nothin
 TEST_CASE("the library has neither code nor exports nor imports, and carries a version") {
   const Module library = Load();
   REQUIRE(library.get() != nullptr);
-  const auto dos = ReadAt<IMAGE_DOS_HEADER>(library.get(), 0);
-  const auto headers = ReadAt<IMAGE_NT_HEADERS64>(library.get(), static_cast<DWORD>(dos.e_lfanew));
-  const IMAGE_OPTIONAL_HEADER64& image = headers.OptionalHeader;
-  CHECK(image.SizeOfCode == 0);
-  CHECK(image.AddressOfEntryPoint == 0);
-  const DWORD exports = image.DataDirectory[IMAGE_DIRECTORY_ENTRY_EXPORT].VirtualAddress;
-  if (exports != 0) {
-    CHECK(ReadAt<IMAGE_EXPORT_DIRECTORY>(library.get(), exports).NumberOfFunctions == 0);
-  }
-  const DWORD imports = image.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
-  if (imports != 0) {
-    CHECK(ReadAt<IMAGE_IMPORT_DESCRIPTOR>(library.get(), imports).Name == 0);
-  }
   CHECK(FindResourceW(library.get(), MAKEINTRESOURCEW(VS_VERSION_INFO), RT_VERSION) != nullptr);
+  const zavrel::tests::PeFile image(kLibrary);
+  CHECK(image.header().SizeOfCode == 0);
+  CHECK(image.header().AddressOfEntryPoint == 0);
+  CHECK(image.exports().empty());
+  CHECK(image.imported_libraries().empty());
 }

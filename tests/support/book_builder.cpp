@@ -1,4 +1,4 @@
-#include "tests/host/book_builder.h"
+#include "support/book_builder.h"
 
 #include <zlib.h>
 

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""The coefficients of the normal upper tail (src/stats/normal.cpp), with their largest relative error.
+"""The coefficients of the normal upper tail (normal.cpp), with their largest relative error.
 
 Each approximation is the quotient of two polynomials that agrees with the function at the Chebyshev
 points of its interval. Needs Debian's python3-mpmath.

@@ -1,5 +1,5 @@
 #pragma once
-// What a macro passes to the add-in's entry points, and how it has a failure explained.
+// An array as a macro passes it.
 
 #include <doctest/doctest.h>
 #include <windows.h>
@@ -8,13 +8,10 @@
 #include <oleauto.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <initializer_list>
-#include <string>
 #include <utility>
 #include <vector>
 
-#include "integration/entry_point.h"
 #include "numbers/double_matrix.h"
 
 namespace zavrel::tests {
@@ -63,20 +60,5 @@ struct MacroArray {
 
   SAFEARRAY* array = nullptr;
 };
-
-/// "VekMatrixNotSquare|matrix::eigendata_private|Matrix is ..." of a failure number.
-inline std::string Explained(std::uint32_t number) {
-  BSTR parts[3] = {};
-  CHECK(EntryPoint<std::int32_t(std::uint32_t, BSTR*, BSTR*, BSTR*)>("ZavrelGetExceptionInfoVB")(
-            number, &parts[0], &parts[1], &parts[2]) == 1);
-  std::string text;
-  for (const BSTR part : parts) {
-    const std::wstring wide(part, SysStringLen(part));
-    if (!text.empty()) text += '|';
-    text.append(wide.begin(), wide.end());
-    SysFreeString(part);
-  }
-  return text;
-}
 
 }  // namespace zavrel::tests
