@@ -66,6 +66,13 @@ bool CanPairShorter(const CellLayout& a, std::size_t a_cells, const CellLayout& 
   return true;
 }
 
+bool HaveSameShape(const CellLayout& a, std::size_t a_cells, const CellLayout& b,
+                   std::size_t b_cells) {
+  if (!CanPairShorter(a, a_cells, b, b_cells)) return false;
+  if (a.kind != b.kind || a.rows != b.rows || a.columns != b.columns) return false;
+  return a.kind == Kind::kOpenEnd || a_cells == b_cells;
+}
+
 bool CanPair(const CellLayout& a, std::size_t a_cells, const CellLayout& b, std::size_t b_cells) {
   if (!CanPairShorter(a, a_cells, b, b_cells)) return false;
   if (a.kind == b.kind) {

@@ -48,4 +48,9 @@ bool CanPair(const CellLayout& a, std::size_t a_cells, const CellLayout& b, std:
 bool CanPairShorter(const CellLayout& a, std::size_t a_cells, const CellLayout& b,
                     std::size_t b_cells);
 
+/// True when the two were given as many rows and as many columns, so that every cell of the one
+/// belongs to one of the other. Of whole columns the used parts may differ.
+bool HaveSameShape(const CellLayout& a, std::size_t a_cells, const CellLayout& b,
+                   std::size_t b_cells);
+
 }  // namespace zavrel

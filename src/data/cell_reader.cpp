@@ -13,9 +13,10 @@ namespace {
 // Cells requested in one call: few enough to be consumed while they are still in the processor's
 // cache, enough that the cost of the calls does not matter.
 constexpr std::int64_t kBlockCells = 1 << 15;
-// Whole columns and rows with more cells than this (64 columns) are not searched for their used
-// part: all of them are requested at once, which works if the host itself knows the used part.
-constexpr std::int64_t kMostSearched = std::int64_t{1} << 26;
+// Whole columns and rows with more cells than 64 columns have are requested in larger blocks, of
+// 32 MB: a whole sheet then takes 16,384 calls.
+constexpr std::int64_t kManyCells = std::int64_t{1} << 26;
+constexpr std::int64_t kLargeBlockCells = 1 << 20;
 
 std::int64_t CellCount(const XLREF12& area) { return std::int64_t{RowsOf(area)} * ColumnsOf(area); }
 
@@ -47,9 +48,10 @@ class AreaReader {
   }
 
  private:
-  /// Rows per block. A block is at least one row, of 16,384 cells at most.
+  /// Rows per block; at least one, of up to 16,384 cells.
   std::int64_t BlockRows() const {
-    return std::max<std::int64_t>(1, kBlockCells / ColumnsOf(area_));
+    const std::int64_t cells = CellCount(area_) > kManyCells ? kLargeBlockCells : kBlockCells;
+    return std::max<std::int64_t>(1, cells / ColumnsOf(area_));
   }
 
   ReadOutcome ReadBlock(const XLREF12& part, Block& block) const {
@@ -124,7 +126,7 @@ class AreaReader {
 
   /// Whole columns end at their last used row, whole rows at their last used column.
   ReadOutcome ReadWhole() {
-    const std::int64_t block_rows = CellCount(area_) > kMostSearched ? RowsOf(area_) : BlockRows();
+    const std::int64_t block_rows = BlockRows();
     std::int64_t columns = ColumnsOf(area_);
     if (IsWholeRows(area_)) {
       std::int64_t used = 0;
@@ -155,24 +157,19 @@ class AreaReader {
   CellSink& sink_;
 };
 
-/// The number of values in the piece, plus the cells of the areas for which counts(area) is true.
-template <class Counts>
-std::size_t CountCells(const ArgumentPiece& piece, Counts counts) {
+}  // namespace
+
+std::size_t ExpectedCells(const ArgumentPiece& piece) {
   std::size_t cells = piece.values().size();
   for (const XLREF12& area : piece.areas()) {
-    if (counts(area)) cells += Size(CellCount(area));
+    if (!IsWhole(area)) cells += Size(CellCount(area));
   }
   return cells;
 }
 
-}  // namespace
-
-std::size_t ExpectedCells(const ArgumentPiece& piece) {
-  return CountCells(piece, [](const XLREF12& area) { return !IsWhole(area); });
-}
-
-std::size_t AllCells(const ArgumentPiece& piece) {
-  return CountCells(piece, [](const XLREF12&) { return true; });
+bool IsOneCell(const ArgumentPiece& piece) {
+  const bool is_one_area = piece.areas().size() == 1;
+  return is_one_area ? CellCount(piece.areas().front()) == 1 : piece.values().size() == 1;
 }
 
 ReadOutcome ReadCells(const ArgumentPiece& piece, CellSink& sink) {

@@ -34,7 +34,6 @@ ReadOutcome ReadCells(const ArgumentPiece& piece, CellSink& sink);
 
 /// The number of cells in a piece without its whole columns and rows: the room worth reserving.
 std::size_t ExpectedCells(const ArgumentPiece& piece);
-/// The number of cells in a piece with all those of whole columns and rows.
-std::size_t AllCells(const ArgumentPiece& piece);
+bool IsOneCell(const ArgumentPiece& piece);
 
 }  // namespace zavrel

@@ -108,10 +108,8 @@ class HandleCatcher final : public CellSink {
 
 DataArgument ReadPieces(Pieces pieces, std::size_t most_cells) {
   std::size_t expected = 0;
-  std::size_t all = 0;
   for (const ArgumentPiece& piece : pieces) {
     expected += ExpectedCells(piece);
-    all += AllCells(piece);
   }
   if (expected > most_cells) return Unreadable();
 
@@ -123,7 +121,7 @@ DataArgument ReadPieces(Pieces pieces, std::size_t most_cells) {
   CellCollector collector(known ? &known->cells() : nullptr, expected, most_cells);
   for (const ArgumentPiece& piece : pieces) {
     HandleCatcher catcher(collector);
-    const bool one_cell = AllCells(piece) == 1;
+    const bool one_cell = IsOneCell(piece);
     const ReadOutcome outcome = one_cell ? ReadCells(piece, catcher) : ReadCells(piece, collector);
     if (outcome == ReadOutcome::kUncalculated) return Failure::Uncalculated();
     if (outcome == ReadOutcome::kUnreadable) return Unreadable();
@@ -134,8 +132,6 @@ DataArgument ReadPieces(Pieces pieces, std::size_t most_cells) {
     const ExcelData& selected = **stacked;
     if (pieces.size() == 1) return selected.size() <= most_cells ? stacked : Unreadable();
     if (!collector.Cells(selected.cells())) return Unreadable();
-    all += selected.size();
-    --all;  // the handle's own cell
   }
   if (collector.AsKnown()) return known;
 
@@ -143,9 +139,7 @@ DataArgument ReadPieces(Pieces pieces, std::size_t most_cells) {
     if (DatasetParmCache* parms = SessionDatasetParmCache()) parms->Forget(known.get());
   }
   CellColumns cells = std::move(collector).Take();
-  const std::size_t left_out = all - cells.size();
-  auto data =
-      std::make_shared<ExcelData>(std::move(*key), std::move(cells), left_out, LayoutOf(pieces));
+  auto data = std::make_shared<ExcelData>(std::move(*key), std::move(cells), LayoutOf(pieces));
   if (cache != nullptr) cache->Put(data);
   return data;
 }

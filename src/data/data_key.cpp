@@ -7,7 +7,7 @@
 
 #include "data/cell_columns.h"
 #include "data/cell_layout.h"
-#include "excel/coerce.h"
+#include "excel/calling_sheet.h"
 
 namespace zavrel {
 namespace {
@@ -29,15 +29,6 @@ class Fingerprint {
  private:
   std::uint64_t hash_ = 0xCBF29CE484222325ull;
 };
-
-/// The sheet of a reference that names none: the calling sheet, which the host adds when it
-/// converts the reference to the kind that names its sheet. 0 if the host does not do that;
-/// std::nullopt if it wants the call to return.
-std::optional<std::uint64_t> CallingSheet(const XLOPER12& reference) {
-  const ExcelResult full = CoerceTo(XXloper::FromArgument(&reference), xltypeRef);
-  if (WantsReturn(full)) return std::nullopt;
-  return full.ok() && full.value.type() == xltypeRef ? full.value.record().val.mref.idSheet : 0;
-}
 
 class KeyText {
  public:
@@ -66,8 +57,9 @@ class KeyText {
 
   bool AddReference(const XLOPER12& record, const ReferenceView& reference) {
     if (!reference.sheet_id() && !calling_sheet_) {
-      calling_sheet_ = CallingSheet(record);
-      if (!calling_sheet_) return false;
+      const auto sheet = CallingSheetId(record);
+      if (!sheet.ok()) return false;
+      calling_sheet_ = (*sheet).value_or(0);
     }
     text_ += '[';
     Add(reference.sheet_id() ? *reference.sheet_id() : *calling_sheet_, 16);

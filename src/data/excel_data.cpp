@@ -29,11 +29,11 @@ bool BelongsTo(CellTag tag, CellClass cell_class) {
   return false;
 }
 
-ExcelData::ExcelData(std::string key, CellColumns cells, std::size_t left_out, CellLayout layout)
-    : key_(std::move(key)), cells_(std::move(cells)), left_out_(left_out), layout_(layout) {}
+ExcelData::ExcelData(std::string key, CellColumns cells, CellLayout layout)
+    : key_(std::move(key)), cells_(std::move(cells)), layout_(layout) {}
 
 std::size_t ExcelData::CountOfClass(CellClass cell_class) const {
-  std::size_t count = BelongsTo(CellTag::kBlank, cell_class) ? left_out_ : 0;
+  std::size_t count = 0;
   for (std::size_t i = 0; i < kCellTags; ++i) {
     const auto tag = static_cast<CellTag>(i);
     if (BelongsTo(tag, cell_class)) count += cells_.count(tag);

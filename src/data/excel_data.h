@@ -34,9 +34,7 @@ class ExcelData {
  public:
   using SingleValue = zavrel::SingleValue;
 
-  /// `left_out` is the number of blank cells outside the used parts of whole columns and rows; they
-  /// are not in `cells`.
-  ExcelData(std::string key, CellColumns cells, std::size_t left_out = 0, CellLayout layout = {});
+  ExcelData(std::string key, CellColumns cells, CellLayout layout = {});
 
   /// The text under which the cache finds the data set.
   const std::string& key() const { return key_; }
@@ -49,7 +47,6 @@ class ExcelData {
   /// The block that the cells form; std::nullopt if they do not form one.
   std::optional<CellBlock> block() const { return BlockOf(layout_, size()); }
 
-  /// The number of cells of a class in the whole argument: the cells left out count as blank.
   std::size_t CountOfClass(CellClass cell_class) const;
   /// The number of cells that hold a number.
   std::size_t NumberCount() const { return cells_.count(CellTag::kNumber); }
@@ -90,7 +87,6 @@ class ExcelData {
   std::uint64_t serial_ = ++made_;
   std::string key_;
   CellColumns cells_;
-  std::size_t left_out_;
   CellLayout layout_;
   std::array<std::array<std::optional<XXloper>, kMissingDataPolicies>, 2> acceptance_{};
   Shape positional_;

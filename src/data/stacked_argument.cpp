@@ -71,7 +71,7 @@ OrFailure<Sources> ReadSources(const StackedSelection& selection) {
   if (failure) return *failure;
   const ExcelData& values = *sources.front();
   for (const std::shared_ptr<ExcelData>& data : sources) {
-    if (!CanPairShorter(values.layout(), values.size(), data->layout(), data->size()))
+    if (!HaveSameShape(values.layout(), values.size(), data->layout(), data->size()))
       return Unreadable();
   }
   return sources;
@@ -139,7 +139,7 @@ DataArgument Read(std::size_t index) {
   if (!rows) return Failure::Uncalculated();
   CellColumns cells = CellsAt(*sources->front(), *rows);
   const CellLayout column{CellLayout::Kind::kComplete, cells.size(), 1};
-  auto data = std::make_shared<ExcelData>(std::move(key), std::move(cells), 0, column);
+  auto data = std::make_shared<ExcelData>(std::move(key), std::move(cells), column);
   if (DatasetParmCache* parms = SessionDatasetParmCache(); parms != nullptr && known != nullptr)
     parms->Forget(known.get());
   entry->sources = serials;

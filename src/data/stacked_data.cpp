@@ -8,7 +8,7 @@
 #include <stdexcept>
 
 #include "data/cell_columns.h"
-#include "excel/coerce.h"
+#include "excel/calling_sheet.h"
 #include "excel/reference.h"
 
 namespace zavrel {
@@ -17,16 +17,6 @@ namespace {
 constexpr std::size_t kHandleDigits = 9;
 constexpr std::size_t kPlaces = 1'000'000'000 / StackedSelections::kArguments;
 constexpr std::u16string_view kHandleStart = u"\u0001\u0002";
-
-/// Sets `sheet_id` for a reference that names no sheet: it is on the calling sheet, and the formula
-/// that will use it may be on another. Some hosts add the sheet when they convert the reference to
-/// the kind that names it; others only give the sheet's name.
-ExcelResult CallingSheet(const XXloper& reference, std::optional<std::uint64_t>& sheet_id) {
-  ExcelResult full = CoerceTo(reference, xltypeRef);
-  if (const auto view = ReferenceView::Of(full.value.record())) sheet_id = view->sheet_id();
-  if (!sheet_id && !WantsReturn(full)) sheet_id = SheetIdOf(SheetNameOf(reference));
-  return full;
-}
 
 }  // namespace
 
@@ -40,8 +30,10 @@ std::optional<KeptArgument> KeptArgument::Of(const XLOPER12& argument) {
   if (!view) throw std::invalid_argument("no reference");
   auto sheet_id = view->sheet_id();
   if (!sheet_id) {
-    const ExcelResult sheet = CallingSheet(XXloper::FromArgument(&argument), sheet_id);
-    if (WantsReturn(sheet)) return std::nullopt;
+    // Another formula will use the reference, which has to say then which sheet it is on.
+    const auto calling_sheet = CallingSheetId(argument);
+    if (!calling_sheet.ok()) return std::nullopt;
+    sheet_id = *calling_sheet;
   }
   if (!sheet_id) throw std::invalid_argument("no sheet");
 

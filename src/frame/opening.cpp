@@ -25,9 +25,9 @@ struct {
   SessionServices (*services)() = nullptr;
 } opened_with;
 
-/// Excel's callback: the loaded module XLCall32 tells it, or Excel's own program exports it. Looked
-/// for when the add-in opens rather than at process attach, where XLCall32's code must not be
-/// called, and kept for the life of the process once it is found.
+/// Finds Excel's callback: the loaded module XLCall32 returns it, or Excel's program exports it.
+/// This happens when the add-in opens, because at process attach XLCall32's code must not be
+/// called. Once found, the callback is kept for the life of the process.
 void FindExcelCallback() {
   if (ExcelCallback() != nullptr) return;
   Excel12Callback callback = nullptr;

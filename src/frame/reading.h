@@ -41,9 +41,20 @@ class Reading {
     return reading;
   }
 
+  /// Calls `refused` when the body does not run, unless a cell is not calculated yet: then the host
+  /// calls again.
+  constexpr Reading OnRefusal(void (*refused)()) const {
+    Reading reading = *this;
+    reading.refused_ = refused;
+    return reading;
+  }
+
   OrFailure<Parameters> Read(Arguments arguments) const {
     if (refusal_) return Failure(*refusal_);
     return GetParameters(kinds_, policy_, arguments, {.lengths = lengths_});
+  }
+  void Refused() const {
+    if (refused_ != nullptr) refused_();
   }
   bool shows_empty_text() const { return shows_empty_text_; }
   ExcelError without_memory() const { return without_memory_; }
@@ -59,6 +70,7 @@ class Reading {
   MissingDataPolicy policy_ = MissingDataPolicy::kNumbersOnly;
   Lengths lengths_ = Lengths::kAny;
   std::optional<ExcelError> refusal_;
+  void (*refused_)() = nullptr;
   bool shows_empty_text_ = false;
   ExcelError without_memory_ = ExcelError::kNA;
 };

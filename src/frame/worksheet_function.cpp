@@ -47,12 +47,15 @@ XLOPER12* WorksheetFunction(const char* name, const Reading& reading, Arguments 
   XXloper shown = thrown;
   frame::RunWorksheetBody(name, [&] {
     shown = Shown(reading, thrown);
+    bool is_refused = true;
     try {
       const OrFailure<Parameters> read = reading.Read(arguments);
+      is_refused = !read.ok() && !read.failure().uncalculated();
       shown = Shown(reading, read.ok() ? body(*read).shown() : read.failure().value());
     } catch (const std::bad_alloc&) {
       shown = Shown(reading, XXloper::Error(reading.without_memory()));
     }
+    if (is_refused) reading.Refused();
   });
   return ReturnToExcel(shown);
 }

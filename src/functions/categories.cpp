@@ -22,8 +22,9 @@ constexpr Reading kDataAndName =
 
 /// A worksheet function whose result `use` makes from the data's categories.
 template <class Use>
-XLOPER12* OfCategories(const char* name, const XLOPER12* data, Use use) noexcept {
-  return WorksheetFunction(name, kData, {data}, [&](const Parameters& read) -> CellResult {
+XLOPER12* OfCategories(const char* name, const Reading& reading, const XLOPER12* data,
+                       Use use) noexcept {
+  return WorksheetFunction(name, reading, {data}, [&](const Parameters& read) -> CellResult {
     const CategoryTable* categories = read.data(0).Categories();
     if (categories == nullptr) return Failure::Uncalculated();
     return use(*categories);
@@ -32,19 +33,22 @@ XLOPER12* OfCategories(const char* name, const XLOPER12* data, Use use) noexcept
 
 using Positions = std::span<const std::int32_t>;
 
-/// A worksheet function whose result `use` makes from the positions of the category with a name;
-/// there are none if no category has it.
-template <class Use>
-XLOPER12* OfPositions(const char* name, const XLOPER12* data, const XLOPER12* category_name,
-                      Use use) noexcept {
-  return WorksheetFunction(
-      name, kDataAndName, {data, category_name}, [&](const Parameters& read) -> CellResult {
-        const CategoryTable* categories = read.data(0).Categories();
-        if (categories == nullptr) return Failure::Uncalculated();
-        const Category* category = categories->Find(read.text(1));
-        return use(category != nullptr ? Positions(category->positions) : Positions());
-      });
+/// A worksheet function whose result `use` makes from the positions of the category with a name, or
+/// `absent` if no category has it.
+template <class Use, class Absent>
+XLOPER12* OfPositions(const char* name, const Reading& reading, const XLOPER12* data,
+                      const XLOPER12* category_name, Use use, Absent absent) noexcept {
+  return WorksheetFunction(name, reading, {data, category_name},
+                           [&](const Parameters& read) -> CellResult {
+                             const CategoryTable* categories = read.data(0).Categories();
+                             if (categories == nullptr) return Failure::Uncalculated();
+                             const Category* category = categories->Find(read.text(1));
+                             if (category == nullptr) return absent();
+                             return use(Positions(category->positions));
+                           });
 }
+
+Failure NoSuchCategory() { return Failure(ExcelError::kNA); }
 
 /// The names over the calling range. A single cell gets them all in a column, which spills in an
 /// Excel that spills results.
@@ -72,7 +76,7 @@ CellResult PositionsForCaller(Positions positions) {
 
 /// The number of categories in the data.
 ZAV_EXPORT XLOPER12* ZavrelCountCategories(const XLOPER12* data) {
-  return OfCategories("ZavrelCountCategories", data,
+  return OfCategories("ZavrelCountCategories", kData, data,
                       [](const CategoryTable& categories) { return categories.size(); });
 }
 
@@ -80,31 +84,34 @@ ZAV_EXPORT XLOPER12* ZavrelCountCategories(const XLOPER12* data) {
 /// range, #N/A in the cells after the last. If the call does not come from cells: #REF!. If a macro
 /// has arranged an array for this call, the array gets the names, and the result is their number.
 ZAV_EXPORT XLOPER12* ZavrelCategoryNames(const XLOPER12* data) {
-  return OfCategories("ZavrelCategoryNames", data, [](const CategoryTable& categories) {
-    const auto filled = FillNextCategoryNames(categories.SortedNames());
-    return filled ? *filled : NamesForCaller(categories.SortedNames());
-  });
+  return OfCategories("ZavrelCategoryNames", kData.OnRefusal(&ForgetNextCategoryNames), data,
+                      [](const CategoryTable& categories) {
+                        const auto filled = FillNextCategoryNames(categories.SortedNames());
+                        return filled ? *filled : NamesForCaller(categories.SortedNames());
+                      });
 }
 
 /// Writes the names as strings into the VARIANT at an address and returns their number; without an
 /// address it only returns the number.
 ZAV_EXPORT XLOPER12* ZavrelCategoryNamesPrivate2(const XLOPER12* data, const char* address) {
-  return OfCategories("ZavrelCategoryNamesPrivate2", data, [&](const CategoryTable& categories) {
-    return FillNamesByAddress(categories.SortedNames(), address);
-  });
+  return OfCategories("ZavrelCategoryNamesPrivate2", kData, data,
+                      [&](const CategoryTable& categories) {
+                        return FillNamesByAddress(categories.SortedNames(), address);
+                      });
 }
 
 /// Writes the names into the array that a macro entered under the id and returns their number.
 ZAV_EXPORT XLOPER12* ZavrelCategoryNamesPrivate(const XLOPER12* data, const char* id) {
-  return OfCategories("ZavrelCategoryNamesPrivate", data, [&](const CategoryTable& categories) {
-    return FillNamesById(categories.SortedNames(), id);
-  });
+  return OfCategories(
+      "ZavrelCategoryNamesPrivate", kData, data,
+      [&](const CategoryTable& categories) { return FillNamesById(categories.SortedNames(), id); });
 }
 
 /// The number of cells in the category with this name; 0 if there is none.
 ZAV_EXPORT XLOPER12* ZavrelCategoryOccurrenceCount(const XLOPER12* data, const XLOPER12* name) {
-  return OfPositions("ZavrelCategoryOccurrenceCount", data, name,
-                     [](Positions positions) { return positions.size(); });
+  return OfPositions(
+      "ZavrelCategoryOccurrenceCount", kDataAndName, data, name,
+      [](Positions positions) { return positions.size(); }, [] { return std::size_t{0}; });
 }
 
 /// An array formula: the positions of the category's cells in the data, from 1, row by row over the
@@ -112,26 +119,38 @@ ZAV_EXPORT XLOPER12* ZavrelCategoryOccurrenceCount(const XLOPER12* data, const X
 /// does not come from cells: #REF!. If a macro has arranged an array for this call, the array gets
 /// the positions, and the result is their number.
 ZAV_EXPORT XLOPER12* ZavrelCategoryIndices(const XLOPER12* data, const XLOPER12* name) {
-  return OfPositions("ZavrelCategoryIndices", data, name, [](Positions positions) -> CellResult {
-    if (const auto filled = FillNextCategoryIndices(positions)) return *filled;
-    if (positions.empty()) return Failure(ExcelError::kNA);
-    return PositionsForCaller(positions);
-  });
+  return OfPositions(
+      "ZavrelCategoryIndices", kDataAndName.OnRefusal(&ForgetNextCategoryIndices), data, name,
+      [](Positions positions) {
+        const auto filled = FillNextCategoryIndices(positions);
+        return filled ? *filled : PositionsForCaller(positions);
+      },
+      [] {
+        ForgetNextCategoryIndices();
+        return NoSuchCategory();
+      });
 }
 
 /// Writes the positions into the VARIANT at an address and returns their number; without an address
 /// it only returns the number.
 ZAV_EXPORT XLOPER12* ZavrelCategoryIndicesPrivate2(const XLOPER12* data, const XLOPER12* name,
                                                    const char* address) {
-  return OfPositions("ZavrelCategoryIndicesPrivate2", data, name,
-                     [&](Positions positions) { return FillIndicesByAddress(positions, address); });
+  return OfPositions(
+      "ZavrelCategoryIndicesPrivate2", kDataAndName, data, name,
+      [&](Positions positions) { return FillIndicesByAddress(positions, address); },
+      NoSuchCategory);
 }
 
 /// Writes the positions into the array that a macro entered under the id and returns their number.
 ZAV_EXPORT XLOPER12* ZavrelCategoryIndicesPrivate(const XLOPER12* data, const XLOPER12* name,
                                                   const char* id) {
-  return OfPositions("ZavrelCategoryIndicesPrivate", data, name,
-                     [&](Positions positions) { return FillIndicesById(positions, id); });
+  return OfPositions(
+      "ZavrelCategoryIndicesPrivate", kDataAndName, data, name,
+      [&](Positions positions) { return FillIndicesById(positions, id); },
+      [&] {
+        ForgetIndicesEntry(id);
+        return NoSuchCategory();
+      });
 }
 
 /// TRUE when two names stand for the same category. An empty first name: #VALUE!.

@@ -65,6 +65,13 @@ std::optional<CellResult> FillNextCategoryIndices(CategoryPositions positions) {
   return FillNext(positions, Session::Current()->Kept<MacroHandshakes>().next_category_indices());
 }
 
+void ForgetNextCategoryNames() {
+  Session::Current()->Kept<MacroHandshakes>().next_category_names() = 0;
+}
+void ForgetNextCategoryIndices() {
+  Session::Current()->Kept<MacroHandshakes>().next_category_indices() = 0;
+}
+
 CellResult FillNamesByAddress(CategoryNames names, const char* address) {
   return FillByAddress(names, address);
 }
@@ -77,6 +84,12 @@ CellResult FillNamesById(CategoryNames names, const char* id) {
 }
 CellResult FillIndicesById(CategoryPositions positions, const char* id) {
   return FillById<PendingCategoryIndices>(positions, id);
+}
+
+void ForgetIndicesEntry(const char* id) {
+  auto& handshakes = Session::Current()->Kept<MacroHandshakes>();
+  const std::string key = id == nullptr ? "" : id;
+  if (handshakes.Find<PendingCategoryIndices>(key) != nullptr) handshakes.Remove(key);
 }
 
 }  // namespace zavrel

@@ -23,6 +23,10 @@ using CategoryPositions = std::span<const std::int32_t>;
 std::optional<CellResult> FillNextCategoryNames(CategoryNames names);
 std::optional<CellResult> FillNextCategoryIndices(CategoryPositions positions);
 
+/// Drop what a macro has arranged: the call that it was meant for has failed.
+void ForgetNextCategoryNames();
+void ForgetNextCategoryIndices();
+
 /// Write into the VARIANT at the address in a text; without a text, or with 0, nothing is written.
 CellResult FillNamesByAddress(CategoryNames names, const char* address);
 CellResult FillIndicesByAddress(CategoryPositions positions, const char* address);
@@ -30,5 +34,7 @@ CellResult FillIndicesByAddress(CategoryPositions positions, const char* address
 /// Write into the VARIANT entered under an id; the entry is used up.
 CellResult FillNamesById(CategoryNames names, const char* id);
 CellResult FillIndicesById(CategoryPositions positions, const char* id);
+/// Drops the entry for positions under an id: the call that it was meant for has failed.
+void ForgetIndicesEntry(const char* id);
 
 }  // namespace zavrel

@@ -12,6 +12,9 @@
 namespace zavrel {
 namespace {
 
+constexpr Reading kGetCellValues =
+    kRangeAndClass.WithoutMemory(ExcelError::kValue).OnRefusal(&ForgetNextCellValues);
+
 /// The cells of a class in order over the calling range. Throws std::bad_alloc.
 CellResult ValuesOfClass(const ExcelData& data, CellClass cell_class) {
   OrFailure<XXloperArray> values = ArrayOfCaller();
@@ -26,8 +29,8 @@ CellResult ValuesOfClass(const ExcelData& data, CellClass cell_class) {
 }  // namespace
 
 /// The number of cells of a class: 0 every cell, 1 numbers, 2 cells that are not blank, 3 cells
-/// that are neither blank nor numbers, 4 blank cells. Whole columns and rows count with all their
-/// cells, used or not. Any other class code: #VALUE!.
+/// that are neither blank nor numbers, 4 blank cells. Whole columns and rows count as their used
+/// part. Any other class code: #VALUE!.
 ZAV_EXPORT XLOPER12* ZavrelCountCellsByType(const XLOPER12* range, const XLOPER12* class_code) {
   return WorksheetFunction("ZavrelCountCellsByType", kRangeAndClass, {range, class_code},
                            [](const Parameters& read) -> CellResult {
@@ -52,10 +55,13 @@ ZAV_EXPORT XLOPER12* ZavrelIsBlank(const XLOPER12* value) {
 /// cells, and the result is the number of cells. If the call does not come from cells: #REF!.
 /// Another class code, or too little memory: #VALUE!.
 ZAV_EXPORT XLOPER12* ZavrelGetCellValues(const XLOPER12* range, const XLOPER12* class_code) {
-  return WorksheetFunction("ZavrelGetCellValues", kRangeAndClass.WithoutMemory(ExcelError::kValue),
-                           {range, class_code}, [](const Parameters& read) -> CellResult {
+  return WorksheetFunction("ZavrelGetCellValues", kGetCellValues, {range, class_code},
+                           [](const Parameters& read) -> CellResult {
                              const OrFailure<CellClass> cell_class = ClassIn(read);
-                             if (!cell_class.ok()) return cell_class.failure();
+                             if (!cell_class.ok()) {
+                               ForgetNextCellValues();
+                               return cell_class.failure();
+                             }
                              if (const auto filled = FillNextCellValues(read.data(0), *cell_class))
                                return *filled;
                              return ValuesOfClass(read.data(0), *cell_class);

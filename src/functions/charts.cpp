@@ -62,6 +62,15 @@ OrFailure<BoxPlot> BoxPlotOf(ExcelData& data, const XLOPER12* method_argument) {
   return BoxPlot(sorted, mean, *quartiles);
 }
 
+/// True for a number and for an array that begins with one. Blank cells, truth values and texts are
+/// not numbers here, although other functions convert them.
+bool IsNumber(const XLOPER12* x) {
+  if (IsOmitted(x)) return false;
+  const std::span<const XLOPER12> elements = ElementsIn(*x);
+  const std::uint32_t type = TypeOf(elements.empty() ? *x : elements.front());
+  return type == xltypeNum || type == xltypeInt;
+}
+
 /// The numbers of the first (`wanted` 0) or second of two ranges, in the rows where both have a
 /// number.
 CellResult CompletePairs(const Parameters& read, std::size_t wanted) {
@@ -130,7 +139,7 @@ ZAV_EXPORT std::int32_t ZavrelBoxPlotCountOutliers(const XLOPER12* data, const X
 /// is not a number, or data without a number: #VALUE!.
 ZAV_EXPORT XLOPER12* ZavrelOutlierType(const XLOPER12* data, const XLOPER12* method,
                                        const XLOPER12* x) {
-  return WorksheetFunction("ZavrelOutlierType", kDataAndNumber, {data, x},
+  return WorksheetFunction("ZavrelOutlierType", kDataAndNumber.OnlyIf(IsNumber(x)), {data, x},
                            [&](const Parameters& read) -> CellResult {
                              const OrFailure<BoxPlot> plot = BoxPlotOf(read.data(0), method);
                              if (!plot.ok()) return plot.failure();

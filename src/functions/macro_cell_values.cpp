@@ -151,6 +151,10 @@ std::optional<CellResult> FillNextCellValues(const ExcelData& data, CellClass ce
   return result;
 }
 
+void ForgetNextCellValues() {
+  Session::Current()->Kept<MacroHandshakes>().next_cell_values().reset();
+}
+
 /// Writes the cells' values into one VARIANT and their positions in the range, from 1, into
 /// another. Either address may be left out.
 ZAV_EXPORT XLOPER12* ZavrelGetCellValuesPrivate2(const XLOPER12* range, const XLOPER12* class_code,

@@ -13,4 +13,7 @@ namespace zavrel {
 /// calculated yet. std::nullopt if there is none.
 std::optional<CellResult> FillNextCellValues(const ExcelData& data, CellClass cell_class);
 
+/// Drops what a macro has arranged: the call that it was meant for has failed.
+void ForgetNextCellValues();
+
 }  // namespace zavrel

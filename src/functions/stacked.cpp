@@ -19,15 +19,16 @@ std::optional<StackedSelection::Condition> ConditionOf(const XLOPER12* categorie
                                                        const XLOPER12* name) {
   if (IsOmitted(categories)) return std::nullopt;
   auto read = ReadText(name, Presence::kRequired);
+  if (!read.ok()) return std::nullopt;
   auto kept = KeptArgument::Of(*categories);
-  if (!read.ok() || !kept) return std::nullopt;
+  if (!kept) return std::nullopt;
   return StackedSelection::Condition{*std::move(kept), **std::move(read)};
 }
 
-std::optional<std::string> HandleOf(std::optional<StackedSelection> selection) {
+std::optional<std::string> HandleOf(StackedSelection selection) {
   ExcelDataCache* cache = SessionExcelDataCache();
-  if (!selection || cache == nullptr) return std::nullopt;
-  return StackedHandle(cache->stacked_selections().IndexOf(*std::move(selection)));
+  if (cache == nullptr) return std::nullopt;
+  return StackedHandle(cache->stacked_selections().IndexOf(std::move(selection)));
 }
 
 enum class Order { kHost = 0, kByColumns = 1 };
@@ -87,17 +88,23 @@ class MultiRange {
 /// The handle of a selection: the values of the rows that belong to a category, or to two. Every
 /// function that takes data takes the handle in the place of a range and reads the data afresh.
 /// Excel shows #NUM! if an argument is missing or cannot be read; the second variable and its name
-/// must be given together. A function that gets a handle from an earlier session shows #REF!.
+/// must be given together. A function that gets a handle from an earlier session, or one of values
+/// and categories that differ in shape, shows #REF!.
 ZAV_EXPORT const char* ZavrelDestack(const XLOPER12* values, const XLOPER12* categories1,
                                      const XLOPER12* name1, const XLOPER12* categories2,
                                      const XLOPER12* name2) {
   return TextFunction("ZavrelDestack", [&]() -> std::optional<std::string> {
+    // After the first that cannot be read nothing more is asked of the host.
     if (IsOmitted(values)) return std::nullopt;
     auto kept = KeptArgument::Of(*values);
+    if (!kept) return std::nullopt;
     auto first = ConditionOf(categories1, name1);
-    const bool has_second = !IsOmitted(categories2) || !IsOmitted(name2);
-    auto second = has_second ? ConditionOf(categories2, name2) : std::nullopt;
-    if (!kept || !first || (has_second && !second)) return std::nullopt;
+    if (!first) return std::nullopt;
+    std::optional<StackedSelection::Condition> second;
+    if (!IsOmitted(categories2) || !IsOmitted(name2)) {
+      second = ConditionOf(categories2, name2);
+      if (!second) return std::nullopt;
+    }
     return HandleOf(StackedSelection{*std::move(kept), *std::move(first), std::move(second)});
   });
 }

@@ -159,6 +159,21 @@ std::optional<AssociationResult> Calculate(const AssociationOptions& options,
   return result;
 }
 
+bool AreSame(VariableColumn x, VariableColumn y) {
+  return x.size() == y.size() &&
+         (x.data() == y.data() || std::equal(x.begin(), x.end(), y.begin()));
+}
+
+/// The correlation of a variable with itself is 1, which rounding may miss.
+void CorrelateSameVariables(std::span<const VariableColumn> variables, DoubleMatrix& matrix) {
+  constexpr double kNearOne = 1 - 1e-9;
+  for (std::size_t i = 0; i < matrix.size(); ++i) {
+    for (std::size_t j = 0; j <= i; ++j) {
+      if (matrix[i][j] > kNearOne && AreSame(variables[i], variables[j])) SetBoth(matrix, i, j, 1);
+    }
+  }
+}
+
 }  // namespace
 
 AssociationResult CalculateAssociationMatrix(const AssociationOptions& options,
@@ -167,6 +182,8 @@ AssociationResult CalculateAssociationMatrix(const AssociationOptions& options,
   const FloatingPointScope environment;
   auto result = Calculate(options, variables, Looked::kWhereSumsAreUnusual, kernels);
   if (!result) result = Calculate(options, variables, Looked::kEverywhere, kernels);
+  if (options.pair.measure == Measure::kCorrelation && !result->error)
+    CorrelateSameVariables(variables, result->matrix);
   return *std::move(result);
 }
 

@@ -34,7 +34,8 @@ struct AssociationResult {
 /// The covariance of each pair of variables: s / (n - 1) in the sample form and s / n in the
 /// population form, where s is the sum of (x - mean x)(y - mean y) in observation order. For a
 /// correlation, the covariance is divided by both standard deviations, which gives Pearson's
-/// coefficient in either form. With `use_ranks`, the values are first replaced by their ranks, ties
+/// coefficient in either form. It lies in -1..1 and is exactly 1 for a variable and itself. With
+/// `use_ranks`, the values are first replaced by their ranks, ties
 /// by their average rank, which gives Spearman's coefficient.
 ///
 /// With `listwise_deletion`, an observation with a missing value in any variable is excluded from

@@ -23,7 +23,9 @@ double Value(Real sum, std::size_t n, const VariableSummary& x, const VariableSu
   }
   const auto result = static_cast<double>(value);
   if (!std::isfinite(result)) return ConditionDouble(kConditionNotFinite);
-  return x.is_constant || y.is_constant ? 0 : result;  // correlations have returned above
+  // Rounding may take a correlation past 1.
+  if (options.measure == Measure::kCorrelation) return std::clamp(result, -1.0, 1.0);
+  return x.is_constant || y.is_constant ? 0 : result;
 }
 
 template <class Real>

@@ -67,6 +67,11 @@ TEST_CASE("a handle of stacked data in the place of a range") {
         ZavSum(ZavDestack(ZavMulti(0,B1:B2,Other!A1:A3),{1;2;1;2;1},1)) -> 17
         ZavSum(ZavMulti(0,ZavDestack(B1:B6,C1:C6,10),B6)) -> 10
         ZavCount(ZavDestack(B1:B6,A1:A6,"East")) -> 0 | ZavCount(ZavDestack(B1:B6,A1:A6,A3)) -> 0)");
+    // Values and categories that differ in size or shape.
+    CheckFormulas(engine, "#REF!", R"(
+        ZavMean(ZavDestack(B:B,A2:A6,"North")) | ZavMean(ZavDestack(B1:B6,A1:A5,"North"))
+        ZavMean(ZavDestack(B1:C6,A1:A6,"North")) | ZavMean(ZavDestack(B1:B6,A:A,"North"))
+        ZavMean(ZavDestack({1,2,3},{"a";"b";"A"},"a")) | ZavMean(ZavDestack(B1:B6,A1:A6,A1,C2:C6,9)))");
     CheckFormulas(engine, "#REF!",
                   "ZavMean(\"\x01\x02"
                   "000000005\")");

@@ -79,6 +79,7 @@ TEST_CASE("the columns of scatter and normal quantile plots") {
         ZavQQPlotStandardize({0.1,0.1,0.1}))");
     CheckFormulas(engine, "#VALUE!", R"(
         ZavOutlierType(A1:A10,0,"x") | ZavOutlierType(A1:A10,0,) | ZavOutlierType(A1:A10,0,B5)
+        ZavOutlierType(A1:A10,0,Z9) | ZavOutlierType(A1:A10,0,TRUE) | ZavOutlierType(A1:A10,0,"5")
         ZavOutlierType(M:M,0,1) | ZavBoxPlotX(M:M,0,1) | ZavBoxPlotX(,,1)
         ZavBoxPlotX(A1:A10,0,0) | ZavBoxPlotX(A1:A10,0,10) | ZavBoxPlotX(A1:A10,0,"x")
         ZavBoxPlotY(1,0) | ZavBoxPlotY(1,10) | ZavBoxPlotY(1,1E+300) | ZavBoxPlotY(1,)

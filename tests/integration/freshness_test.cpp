@@ -53,9 +53,8 @@ const std::vector<Argument>& Arguments() {
 constexpr std::size_t kQuickArguments = 8;
 
 /// Appends an area's cells as a function counts them, whole columns and rows as far as they are
-/// used; gives the number of those left out.
-double AppendCells(const zavhost::Sheet& sheet, CellRange range, std::vector<Value>& cells) {
-  const double all = static_cast<double>(range.rows()) * range.columns();
+/// used.
+void AppendCells(const zavhost::Sheet& sheet, CellRange range, std::vector<Value>& cells) {
   // No test goes further than this.
   constexpr int kFarRow = 300;
   constexpr int kFarColumn = 20;
@@ -72,21 +71,18 @@ double AppendCells(const zavhost::Sheet& sheet, CellRange range, std::vector<Val
   }
   if (whole_columns) range.last_row = used.last_row;
   if (whole_rows) range.last_column = used.last_column;
-  double counted = 0;
   for (int row = range.first_row; row <= range.last_row; ++row) {
-    for (int column = range.first_column; column <= range.last_column; ++column, ++counted)
+    for (int column = range.first_column; column <= range.last_column; ++column)
       cells.push_back(sheet.At(row, column));
   }
-  return all - counted;
 }
 
 PlainStatistics PlainOf(const zavhost::Workbook& book, const Argument& argument,
                         std::uint32_t calling_sheet) {
   std::vector<Value> cells;
-  double beyond = 0;
   for (const Area& area : argument.areas)
-    beyond += AppendCells(book.sheets[area.sheet.value_or(calling_sheet)], area.range, cells);
-  return {std::move(cells), beyond};
+    AppendCells(book.sheets[area.sheet.value_or(calling_sheet)], area.range, cells);
+  return PlainStatistics(std::move(cells));
 }
 
 class Sheets {

@@ -25,9 +25,7 @@ struct Expected {
 
 class PlainStatistics {
  public:
-  /// `blanks_beyond`: blank cells of whole columns and rows that are not among the cells.
-  PlainStatistics(std::vector<zavhost::Value> cells, double blanks_beyond)
-      : cells_(std::move(cells)), blanks_beyond_(blanks_beyond) {
+  explicit PlainStatistics(std::vector<zavhost::Value> cells) : cells_(std::move(cells)) {
     for (const zavhost::Value& cell : cells_) {
       if (const double* number = cell.number()) numbers_.push_back(*number);
     }
@@ -113,7 +111,7 @@ class PlainStatistics {
   }
 
   Expected CountOfClass(int code) const {
-    double count = code == 0 || code == 4 ? blanks_beyond_ : 0;
+    double count = 0;
     for (const zavhost::Value& cell : cells_) {
       const bool number = cell.number() != nullptr;
       const bool classes[] = {true, number, !cell.IsBlank(), !cell.IsBlank() && !number,
@@ -147,7 +145,6 @@ class PlainStatistics {
   }
 
   std::vector<zavhost::Value> cells_;
-  double blanks_beyond_;
   std::vector<double> numbers_;
   std::vector<double> sorted_;
 };
