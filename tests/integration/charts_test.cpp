@@ -7,11 +7,13 @@ namespace zavrel::tests {
 namespace {
 
 // A: quartiles 3.25, 5.5, 7.75 by method 0; fences -10.25, -3.5, 14.5, 21.25. C: quartiles 4, 7,
-// 10; fences -14, -5, 19, 28.
+// 10; fences -14, -5, 19, 28. H: quartiles 6, 8, 10; fences -6, 0, 16, 22, with values on them.
 zavhost::Workbook SmallBook() {
-  return BookOf({"A: 10 | 9 | 8 | 7 | 6 | 5 | 4 | 3 | 2 | 1", "B: 2 | x | | 8 | #N/A",
-                 "C: -20 | -8 | 4 | 5 | 6 | 7 | 8 | 9 | 10 | 20 | 30 | 31 | -19",
-                 "D: 4 | 9 | x | 2 | | 5 | 4"});
+  return BookOf(
+      {"A: 10 | 9 | 8 | 7 | 6 | 5 | 4 | 3 | 2 | 1", "B: 2 | x | | 8 | #N/A",
+       "C: -20 | -8 | 4 | 5 | 6 | 7 | 8 | 9 | 10 | 20 | 30 | 31 | -19",
+       "D: 4 | 9 | x | 2 | | 5 | 4",
+       "H: -6.5 | -6 | 0 | 0.5 | 6 | 7 | 7 | 7 | 8 | 9 | 9 | 9 | 10 | 15.5 | 16 | 22 | 22.5"});
 }
 
 }  // namespace
@@ -31,6 +33,12 @@ TEST_CASE("the columns of a box plot") {
         ZavBoxPlotCountOutliers({5,5,5},) -> 3
         ZavBoxPlotCountOutliers({1,2,3,4,5,40,41},0) -> 0
         ZavBoxPlotCountOutliers({1,2,3,4,5,40,41},9) -> 2 | ZavBoxPlotCountOutliers(M:M,0) -> -1)");
+    CheckFormulas(engine, R"(
+        ZavBoxPlotX(H1:H17,0,2) -> 6;0.5;0.5;0.5; | ZavBoxPlotX(H1:H17,0,3) -> 10;15.5;15.5;15.5;
+        ZavBoxPlotX(H1:H17,0,6) -> -6.5;-6; | ZavBoxPlotX(H1:H17,0,7) -> 0;
+        ZavBoxPlotX(H1:H17,0,8) -> 16; | ZavBoxPlotX(H1:H17,0,9) -> 22;22.5;
+        ZavBoxPlotCountOutliers({-1.7E+308,0,1.7E+308},0) -> 0
+        ZavBoxPlotX({0,100,100,100},0,2) -> 75;75;75;75;)");  // no line into the box
     // A changed cell changes what was summarised for an earlier question.
     Edit(engine, "A1 = 60");
     CheckFormulas(engine, "ZavBoxPlotCountOutliers(A1:A10,0) -> 1");

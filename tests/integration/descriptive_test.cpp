@@ -34,8 +34,24 @@ TEST_CASE("each function gives its own statistic") {
     }
     CheckFormulas(engine, R"(
         ZavMean(C1:C3) -> 2 | ZavMax(C1:C3) -> 3 | ZavSumI(B:B) -> 40 | ZavMean(A1:A5) -> 1
-        ZavSumI({1.5E+308,1.5E+308}) -> | ZavSum({1.5E+308,1.5E+308}) -> #NUM!
-        ZavProduct(1E+200,1E+200,0) -> 0)");
+        ZavSumI({1.5E+308,1.5E+308}) ->
+        ZavSum({1E+16,1,-1E+16,1}) -> 1 | ZavSum({1,1E+16,1,-1E+16,1,1,1,1}) -> 4)");
+  });
+}
+
+TEST_CASE("numbers whose sums, squares or products leave the range of a double") {
+  InEachHost({}, [](zavhost::Engine& engine) {
+    CheckFormulas(engine, R"(
+        ZavSum(1.5E+308,1.5E+308,-1.5E+308) ~ 1.5E+308 | ZavMeanAbs(1.5E+308,-1.7E+308) ~ 1.6E+308
+        ZavAveDev({1.5E+308,-1.5E+308,1.5E+308,-1.5E+308}) ~ 1.5E+308
+        ZavSumDevSq(1.5E+308,1.5E+308) -> 0 | ZavProduct(1E+200,1E+200,0) -> 0
+        ZavProduct(0,1E+200,-1E+200) -> 0 | ZavProduct(1E+200,1E+200,1E-250) ~ 1E+150
+        ZavProduct(-1E+200,1E+200,1E-250) ~ -1E+150 | ZavProduct(1E-200,1E-200) -> 0
+        ZavProduct(-1E+200,-1E+200,-2E-250,-1) ~ 2E+150
+        ZavProduct(1E-200,1E-200,-1E+250) ~ -1E-150 | ZavProduct(1E-200,1E-115,1E+200) ~ 1E-115)");
+    CheckFormulas(engine, "#NUM!", R"(
+        ZavSum(1.5E+308,1.5E+308) | ZavSumDevSq(1E+200,-1E+200) | ZavSumSq(1E+200)
+        ZavRange(1.5E+308,-1.5E+308) | ZavProduct(1E+200,1E+200) | ZavProduct(-1E+200,1E+200))");
   });
 }
 
@@ -45,7 +61,7 @@ TEST_CASE("nothing to compute from") {
         ZavSum(D1:D3) -> 0 | ZavSum(D:D) -> 0 | ZavRange(D1:D3) -> 0 | ZavCount(,) -> 0
         ZavMean(D1:D3) -> #N/A | ZavProduct(D1:D3) -> #VALUE! | ZavMeanAbs(D1:D3) -> #VALUE!
         ZavVariance(7) -> #DIV/0! | ZavVarianceP(7) -> 0 | ZavKurtosisP(7) -> #DIV/0!
-        ZavSumSq(1E+200) -> #NUM!)");
+        ZavSumSq(D1:D3) -> 0 | ZavSumDevSq(D1:D3) -> 0 | ZavAveDev(D1:D3) -> #VALUE!)");
   });
 }
 

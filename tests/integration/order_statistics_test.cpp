@@ -58,6 +58,27 @@ TEST_CASE("the mode by each reading of the data is kept apart, and follows an ed
   });
 }
 
+TEST_CASE("the mode of few values is in the densest half, of more the middle of the fullest bin") {
+  InEachHost({}, [](zavhost::Engine& engine) {
+    // Of ten the five 20 to 27, of these the three 22 23 24.5, of these the pair 22 23. Four bins
+    // of width 1, in which 1 and 2 lie on edges and belong above them; the last bin has its upper
+    // end too; of two equally full ones the lower counts. Eleven values are the first to have bins.
+    CheckFormulas(engine, R"(
+        ZavMode({1,2,2,3,3},1) -> 2 | ZavMode({1,2,2,3,3,3},1) -> 3 | ZavMode({4,5,6},1) -> 4
+        ZavMode({1,2,4,9,9}) -> 9 | ZavMode({1,2,4,9,9},0) -> 1.5 | ZavMode({1,2,4,9,9.5}) -> 1.5
+        ZavMode(7,0) -> 7 | ZavMode({2,7},0) -> 4.5 | ZavMode({2,4,7},0) -> 3 | ZavMode({2,5,7},0) -> 6
+        ZavMode({2,4,6},0) -> 4 | ZavMode({1,2,5,6},0) -> 1.5 | ZavMode({0,10,11,13,20},0) -> 10.5
+        ZavMode({0,5,9,14,20,22,23,24.5,27,40},0) -> 22.5
+        ZavMode({0.1,0.1,0.1,0.1,0.1,0.1,0.1,0.1},0) -> 0.1
+        ZavMode({0,0.25,0.5,1,1.1,1.5,1.6,2,2.1,3,3.5,4},0) -> 1.5
+        ZavMode({0,0.25,0.5,1.1,1.5,2.1,2.2,2.5,3,3.5,3.7,4},0) -> 3.5
+        ZavMode({0,0.25,0.5,0.75,1.1,1.5,2.1,2.2,3,3.5,3.7,4},0) -> 0.5
+        ZavMode({0,1,2,3,4,5,6,7,8,8.5,9},0) -> 7.5
+        ZavMode({-1.7E+308,-1E+308,1.6E+308,1.7E+308},0) ~ 1.65E+308
+        ZavMode({-1.7E+308,-1.6E+308,1E+308},0) ~ -1.65E+308)");
+  });
+}
+
 TEST_CASE("blank is what shows nothing but white space") {
   InEachHost(SmallBook(), [](zavhost::Engine& engine) {
     CheckFormulas(engine, "TRUE", "ZavIsBlank(B3) | ZavIsBlank(B7) | ZavIsBlank(\"\")");

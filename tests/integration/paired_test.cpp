@@ -52,13 +52,17 @@ TEST_CASE("quotients that there are not, and numbers beyond the largest") {
         ZavPairMeanQuotient({-6,1},{3,4}) -> -0.875 | ZavPairMeanAbsQuotient({-6;1},{3;4}) -> 1.125
         ZavPairMeanQuotient({1.5E+308,1.5E+308},{1,1}) -> 1.5E+308
         ZavPairMedian({1.5E+308,1.5E+308},{-1.5E+308,1},3) -> 1.5E+308
-        ZavPairCountRange({1.5E+308,1.5E+308},{-1.5E+308,1}) -> 1)");
+        ZavPairCountRange({1.5E+308,1.5E+308},{-1.5E+308,1}) -> 1
+        ZavPairMeanAbsQuotient({-4,1,-3},{2,-2,-1}) ~ 5.5/3 | ZavPairMeanQuotient({"",6},{0,3}) -> 2
+        ZavPairMeanQuotient(1E-300,1E+300) -> 0
+        ZavPairCount(1.00999999999999E+300,-1.01E+300) -> 1)");
     CheckFormulas(engine, "#DIV/0!", R"(
         ZavPairMeanQuotient({-6,1,1E+300},{3,0,1E-300}) | ZavPairMeanAbsQuotient({6,9},{3,0})
+        ZavPairMeanQuotient({1,5,1E+300},{1,0,1E-300}) | ZavPairMeanQuotient(0,0)
         ZavPairStdDev(A1:A3,B1:B3))");
     CheckFormulas(engine, "#NUM!", R"(
         ZavPairMeanQuotient({-6,1,1E+300},{3,1,1E-300,0}) | ZavPairMeanAbsQuotient({1E+300,9},{1E-300,0})
-        ZavPairMean({1.5E+308,1.5E+308},{-1.5E+308,1})
+        ZavPairMean({1.5E+308,1.5E+308},{-1.5E+308,1}) | ZavPairMeanQuotient({1E+300,5},{-1E-300,0})
         ZavPairMedian({1.5E+308,1.5E+308},{-1.5E+308,1},0))");
   });
 }

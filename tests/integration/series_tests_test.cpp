@@ -17,7 +17,11 @@ TEST_CASE("test statistics of a series in a sheet") {
         ZavRunsTest(7,7) -> 1 | ZavDurbinWatson(A1:A7) ~ 4/19 | ZavDurbinWatson(F1:F9) ~ 21/142
         ZavDurbinWatson(B1:B3) -> 0 | ZavAutocorrelation(A1:A7,1) ~ 0.16/2.8
         ZavAutocorrelation(F1:F9,1) ~ 3.56/26.8 | ZavAutocorrelation(A1:A7,0) -> 1
-        ZavAutocorrelation(A1:A7,5) -> 0 | ZavAutocorrelation({1E+200,-1E+200},1) -> -0.5
+        ZavAutocorrelation({1,2,3,4,5},1) -> 0.4 | ZavAutocorrelation({1,2,3,4,5},2) -> -0.1
+        ZavAutocorrelation({1,2,3,4,5},3) -> -0.4 | ZavAutocorrelation({1,2,3,4,5},4) -> -0.4
+        ZavAutocorrelation({-1.7E+308,1.7E+308,-1.7E+308,1.7E+308},1) -> -0.75
+        ZavDurbinWatson({1,-1,1,-1}) -> 3 | ZavDurbinWatson({1E-200,-1E-200}) -> 2
+        ZavRunsTest({1,2,1,2},1.5) -> 4 | ZavAutocorrelation(A1:A7,5) -> 0 | ZavAutocorrelation({1E+200,-1E+200},1) -> -0.5
         ZavAutocorrelation(G:G,250) ~ 50/300 | ZavLilliefors(F1:F9) ~ 0.2692056743389093
         ZavLilliefors({1,2}) ~ 0.26024993890652326)");
     CheckFormulas(engine, "#DIV/0!", R"(
@@ -29,7 +33,8 @@ TEST_CASE("test statistics of a series in a sheet") {
         ZavDurbinWatson(A1) | ZavDurbinWatson("x") | ZavAutocorrelation(A1:A7,6)
         ZavAutocorrelation(A1:A7,-1) | ZavAutocorrelation(G:G,251) | ZavAutocorrelation(E1:E5,0)
         ZavAutocorrelation(7,2))");
-    CheckFormulas(engine, "#NUM!", "ZavDurbinWatson({1E+200,2})");
+    CheckFormulas(engine, "#NUM!",
+                  "ZavDurbinWatson({1E+200,2}) | ZavDurbinWatson({1.7E+308,-1.7E+308})");
     Edit(engine, "F1 = 6");
     CheckFormulas(engine, "ZavRunsTest(F1:F9,5) -> 3");
   });

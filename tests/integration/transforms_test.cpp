@@ -18,7 +18,9 @@ zavhost::Workbook SmallBook() {
 TEST_CASE("standardizing, logarithms and powers, and each cell's failure") {
   InEachHost(SmallBook(), [](zavhost::Engine& engine) {
     CheckFormulas(engine, R"(
-        ZavStandardize(5,3,4) -> 0.5 | ZavStandardize(3,3,0) -> #DIV/0!
+        ZavStandardize(5,3,4) -> 0.5 | ZavStandardize(5,3,-4) -> -0.5
+        ZavStandardize(1.7E+308,-1.7E+308,0) -> #DIV/0! | ZavStandardize(1.7E+308,-1.7E+308,4) -> #NUM!
+        ZavStandardize(3,3,0) -> #DIV/0!
         ZavStandardize(1.7E+308,3,0) -> #DIV/0! | ZavStandardize(1E+300,0,1E-300) -> #NUM!
         ZavStandardize(1,3,) -> #VALUE! | ZavLn(EXP(1)) ~ 1
         ZavLn(0) -> #NUM! | ZavLn(-1) -> #NUM! | ZavLn() -> #VALUE!

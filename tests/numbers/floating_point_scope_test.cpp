@@ -28,6 +28,7 @@ TEST_CASE("results do not depend on the environment, which is left as it was") {
   }
   CHECK(foreign_sum == sum);
   CHECK(foreign_tiny == 2e-310);
+  CHECK(SingleStatistic(StatisticId::kProduct, std::vector<double>{1e-300, 1e-20}) == 1e-320);
   CHECK(foreign.standard_deviation == moments.standard_deviation);
   CHECK(foreign.kurtosis == moments.kurtosis);
   CHECK(left_alone);

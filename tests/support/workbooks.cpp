@@ -155,7 +155,7 @@ void CheckFormulas(Engine& engine, std::string_view table) {
     if (text.find(" ~ ") != std::string::npos) {
       const auto [formula, other] = SplitAt(text, " ~ ");
       const double found = Number(engine, formula), expected = Number(engine, other);
-      CHECK(std::abs(found - expected) <= 1e-13 * std::max(1e-3, std::abs(expected)));
+      CHECK(std::abs(found - expected) <= (expected == 0 ? 1e-16 : 1e-13 * std::abs(expected)));
     } else {
       const auto [formula, shown] = SplitAt(text, " ->");
       CHECK(Shown(engine, formula) == shown);
