@@ -21,4 +21,11 @@ ZAV_EXPORT XLOPER12* ZavrelGetCellValuesNumericPrivate2(const XLOPER12* range,
                                                         double for_non_numbers,
                                                         const char* values_address);
 
+ZAV_EXPORT XLOPER12* ZavrelCategoryNames(const XLOPER12* data);
+ZAV_EXPORT XLOPER12* ZavrelCategoryIndices(const XLOPER12* data, const XLOPER12* name);
+ZAV_EXPORT XLOPER12* ZavrelCategoryIndicesPrivate(const XLOPER12* data, const XLOPER12* name,
+                                                  const char* id);
+ZAV_EXPORT XLOPER12* ZavrelCategoryIndicesPrivate2(const XLOPER12* data, const XLOPER12* name,
+                                                   const char* address);
+
 }  // namespace zavrel

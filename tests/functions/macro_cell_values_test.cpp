@@ -80,9 +80,44 @@ TEST_CASE("an entry is used up by the call that names it, and by no other") {
 
   // Without an id: the next call, from wherever it comes.
   handshakes.next_cell_values() = PendingCellValues{};
-  CHECK(Shown(*ZavrelGetCellValues(sheet.range, no_class)) == "#15");
   CHECK(Shown(*ZavrelGetCellValues(sheet.range, sheet.every)) == "5");
   CHECK(Shown(*ZavrelGetCellValues(sheet.range, sheet.every)) == "#23");
+}
+
+TEST_CASE("what is arranged for the next call is gone when that fails, and stays while it waits") {
+  FiveCells sheet;
+  MacroHandshakes& handshakes = Session::Current()->Kept<MacroHandshakes>();
+  const Argument no_class(Cell(9.0)), error(Cell(ErrorCell{xlerrNA}));
+  for (const XLOPER12* code :
+       {static_cast<const XLOPER12*>(no_class), static_cast<const XLOPER12*>(error)}) {
+    handshakes.next_cell_values() = PendingCellValues{};
+    CHECK(Shown(*ZavrelGetCellValues(sheet.range, code)) == "#15");
+    CHECK_FALSE(handshakes.next_cell_values().has_value());
+    handshakes.next_category_indices() = 8;
+    CHECK(TypeOf(*ZavrelCategoryIndices(sheet.range, code)) == xltypeErr);
+    CHECK(handshakes.next_category_indices() == 0);
+  }
+  const Reference nowhere(Area(2, 1, 0, 0));
+  handshakes.next_category_names() = 8;
+  CHECK(Shown(*ZavrelCategoryNames(nowhere)) == "#23");
+  CHECK(handshakes.next_category_names() == 0);
+
+  handshakes.next_cell_values() = PendingCellValues{};
+  sheet.excel.answer = [](const XLREF12&) { return xlretUncalced; };
+  CHECK(Shown(*ZavrelGetCellValues(sheet.range, sheet.every)) == "#23");
+  CHECK(handshakes.next_cell_values().has_value());
+  sheet.excel.answer = nullptr;
+  CHECK(Shown(*ZavrelGetCellValues(sheet.range, sheet.every)) == "5");
+}
+
+TEST_CASE("a name that is no category ends a macro's call in an error") {
+  FiveCells sheet;
+  MacroHandshakes& handshakes = Session::Current()->Kept<MacroHandshakes>();
+  const Argument unknown(Cell(u"nobody"));
+  const std::string id = handshakes.Enter(PendingCategoryIndices{});
+  CHECK(Shown(*ZavrelCategoryIndicesPrivate(sheet.range, unknown, id.c_str())) == "#42");
+  CHECK(handshakes.Find<PendingCategoryIndices>(id) == nullptr);
+  CHECK(Shown(*ZavrelCategoryIndicesPrivate2(sheet.range, unknown, nullptr)) == "#42");
 }
 
 }  // namespace zavrel::tests

@@ -365,9 +365,9 @@ double Number(const std::string& field) {
 }  // namespace
 
 TEST_CASE("a correlation lies in -1..1, and that of a variable with itself is 1") {
-  const Options pearson{.correlation = true};
+  const Options pearson{.correlation = true, .sample = false};
   const Options ranks{.correlation = true, .ranks = true};
-  // Rounding takes these past 1, and misses it.
+  // Rounding took these past 1.
   CHECK(Entry({1, 1, 9}, {3, 3, 19}, pearson) == 1);
   CHECK(Entry({1, 1, 9}, {-3, -3, -19}, pearson) == -1);
   RandomColumns random;

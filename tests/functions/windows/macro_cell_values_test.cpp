@@ -164,7 +164,7 @@ TEST_CASE("addresses are issued for VARIANTs that last, by a session that is ope
   CHECK(IdOf(macro.values) == "0");
   CHECK(ZavrelGetCellValuesSetArrayPrivateVB(macro.values, nullptr, &id) == 0);
   CHECK((id != nullptr && Taken(id).empty()));
-  Session::Open(QuietServices());
+  Session::Open(ThisAddIn(), QuietServices());
   CHECK(macro.Fill(values) == "#15");
   CHECK(macro.FillEntered(entered) == "#15");
   CHECK(macro.FillNext() == "#23");
