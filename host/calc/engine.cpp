@@ -135,10 +135,6 @@ void Engine::Withdraw(std::uint16_t id) {
   state_->CallCommand(state_->FindExport("UninitializeXlaInformation"), arguments);
 }
 
-std::int32_t Engine::RunCommand(const std::string& procedure) {
-  return state_->CallCommand(state_->FindExport(procedure), {});
-}
-
 void Engine::CloseAddIn(bool unload) {
   state_->Close();
   if (unload) state_->Unload();

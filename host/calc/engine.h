@@ -63,9 +63,8 @@ class Engine {
   void LoadAddIn(const std::filesystem::path& file);
   /// Announces companion application `id` with wide texts and null automation objects.
   void Announce(std::uint16_t id);
+  /// Withdraws it, as a companion does when it closes.
   void Withdraw(std::uint16_t id);
-  /// Runs an exported command (no arguments, a 32-bit result) as a macro would.
-  std::int32_t RunCommand(const std::string& procedure);
   /// Closes the add-in (xlAutoClose) and, with `unload`, unloads the module. The judge then reports
   /// the values that the add-in still holds.
   void CloseAddIn(bool unload = true);

@@ -106,7 +106,7 @@ Operand AddInFunction::TakeNumbers(const void* pointer, bool small) {
 }
 
 Operand AddInFunction::TakeRecord(XLOPER12* record) {
-  const std::uint32_t type = record->xltype & xltypeMask;
+  const std::uint32_t type = TypeOf(*record);
   if ((type == xltypeStr || type == xltypeMulti) && api_.memory().WasFreed(record->val.str))
     return Malformed("a value in memory that was already freed");
   const bool may_be_reference = type_.result == TypeLetter::kValueOrReference;
@@ -128,7 +128,7 @@ Operand AddInFunction::TakeRecord(XLOPER12* record) {
 
 void AddInFunction::ReleaseRecord(XLOPER12* record) {
   if ((record->xltype & xlbitXLFree) != 0) {
-    switch (record->xltype & xltypeMask) {
+    switch (TypeOf(*record)) {
       case xltypeStr:
         return api_.memory().Free(record->val.str);
       case xltypeMulti:

@@ -259,7 +259,7 @@ int ExcelApi::DispatchCommand(int function, const Arguments& arguments, XLOPER12
 void ExcelApi::Free(const Arguments& arguments) {
   for (int i = 0; i < arguments.count; ++i) {
     XLOPER12& record = *arguments.records[i];
-    switch (record.xltype & xltypeMask) {
+    switch (TypeOf(record)) {
       case xltypeStr:
         memory_.Free(record.val.str);
         record.val.str = nullptr;

@@ -71,9 +71,7 @@ class ExcelApi {
     XLOPER12** records;
     const XLOPER12& operator[](int index) const { return *records[index]; }
     /// True if the argument is present and not empty.
-    bool Has(int index) const {
-      return index < count && (records[index]->xltype & xltypeMask) != xltypeMissing;
-    }
+    bool Has(int index) const { return index < count && TypeOf(*records[index]) != xltypeMissing; }
   };
 
   int CallInOrder(int function, int count, XLOPER12** arguments, XLOPER12* result);

@@ -68,7 +68,7 @@ std::optional<std::string> CheckArray(const XLOPER12& record) {
       static_cast<std::size_t>(array.rows) * static_cast<std::size_t>(array.columns);
   for (std::size_t i = 0; i < size; ++i) {
     const XLOPER12& element = array.lparray[i];
-    const std::uint32_t type = element.xltype & xltypeMask;
+    const std::uint32_t type = TypeOf(element);
     if (!IsOneValue(type)) {
       return fmt::format("an array with an element of {}",
                          type == xltypeMulti ? "type array" : TypeName(element.xltype));
@@ -80,7 +80,7 @@ std::optional<std::string> CheckArray(const XLOPER12& record) {
 }
 
 std::optional<std::string> CheckReference(const XLOPER12& record) {
-  if ((record.xltype & xltypeMask) == xltypeSRef) {
+  if (TypeOf(record) == xltypeSRef) {
     if (record.val.sref.count != 1) return "a reference with a count other than 1";
     return ToRange(record.val.sref.ref) ? std::nullopt
                                         : std::optional<std::string>("a reference off the sheet");
@@ -178,7 +178,7 @@ std::optional<CellRange> ToRange(const XLREF12& area) {
 std::optional<Reference> ToReference(const XLOPER12& record, std::uint32_t current_sheet,
                                      const Workbook& workbook) {
   Reference reference;
-  if ((record.xltype & xltypeMask) == xltypeSRef) {
+  if (TypeOf(record) == xltypeSRef) {
     const std::optional<CellRange> range = ToRange(record.val.sref.ref);
     if (!range || current_sheet >= workbook.sheets.size()) return std::nullopt;
     reference.sheet = current_sheet;
@@ -205,7 +205,7 @@ Value NumberResult(double number) {
 }
 
 Value ToValue(const XLOPER12& record) {
-  switch (record.xltype & xltypeMask) {
+  switch (TypeOf(record)) {
     case xltypeNum:
       return NumberResult(record.val.num);
     case xltypeInt:
@@ -215,7 +215,7 @@ Value ToValue(const XLOPER12& record) {
     case xltypeErr:
       return static_cast<ErrorCode>(record.val.err);
     case xltypeStr:
-      return Value(std::u16string_view(record.val.str + 1, record.val.str[0]));
+      return Value(TextIn(record));
     default:
       return {};
   }
@@ -234,7 +234,7 @@ Array ToArray(const XLOPER12& record) {
 }
 
 std::optional<std::string> CheckRecord(const XLOPER12& record, bool may_be_reference) {
-  const std::uint32_t type = record.xltype & xltypeMask;
+  const std::uint32_t type = TypeOf(record);
   const std::uint32_t flags = record.xltype & ~xltypeMask;
   if ((flags & ~(xlbitXLFree | xlbitDLLFree)) != 0 || flags == (xlbitXLFree | xlbitDLLFree))
     return "a value of unknown " + TypeName(record.xltype);

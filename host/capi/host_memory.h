@@ -21,11 +21,8 @@ class HostMemory {
   void* Give(std::size_t bytes, const char* function);
   /// Takes a block back. Accepts null; reports a block that the add-in does not hold.
   void Free(const void* block);
-  /// True if the add-in holds this block.
-  bool Holds(const void* block) const { return held_.contains(block); }
   /// True if this block was handed out and freed recently.
   bool WasFreed(const void* block) const { return freed_.contains(block); }
-  std::size_t held() const { return held_.size(); }
   /// Reports once if the add-in holds more and more values.
   void JudgeGrowth();
   /// Reports every block that the add-in holds, and takes them back.

@@ -53,7 +53,7 @@ int ExcelApi::Coerce(const Arguments& arguments, XLOPER12& result) {
     types = static_cast<std::uint32_t>(*mask.integer);
   }
   const XLOPER12& source = arguments[0];
-  const std::uint32_t type = source.xltype & xltypeMask;
+  const std::uint32_t type = TypeOf(source);
   if (type == xltypeRef || type == xltypeSRef) return CoerceReference(source, types, result);
   if (type == xltypeMulti) {
     if (types == 0 || (types & xltypeMulti) != 0) return CopyArray(source, result);
@@ -147,7 +147,7 @@ int ExcelApi::CopyArray(const XLOPER12& source, XLOPER12& result) {
       static_cast<std::size_t>(array.rows) * static_cast<std::size_t>(array.columns);
   std::size_t units = 0;
   for (std::size_t i = 0; i < size; ++i) {
-    if ((array.lparray[i].xltype & xltypeMask) == xltypeStr)
+    if (TypeOf(array.lparray[i]) == xltypeStr)
       units += static_cast<std::size_t>(array.lparray[i].val.str[0]) + 1;
   }
   auto* elements = static_cast<XLOPER12*>(
@@ -163,7 +163,7 @@ int ExcelApi::CopyReference(const XLOPER12& source, XLOPER12& result) {
   const std::optional<Reference> reference =
       ToReference(source, current_sheet(), cells_.cells_workbook());
   if (!reference) return xlretInvXloper;
-  if ((source.xltype & xltypeMask) == xltypeSRef) {
+  if (TypeOf(source) == xltypeSRef) {
     result.xltype = xltypeSRef;
     result.val.sref.count = 1;
     WriteRange(reference->areas[0], result.val.sref.ref);
@@ -226,7 +226,7 @@ int ExcelApi::Caller(XLOPER12& result) {
 
 int ExcelApi::Set(const Arguments& arguments, XLOPER12& result) {
   const XLOPER12& target = arguments[0];
-  const std::uint32_t type = target.xltype & xltypeMask;
+  const std::uint32_t type = TypeOf(target);
   if (type != xltypeRef && type != xltypeSRef) return xlretInvXloper;
   Workbook& workbook = cells_.cells_workbook();
   const std::optional<Reference> reference = ToReference(target, current_sheet(), workbook);
@@ -240,7 +240,7 @@ int ExcelApi::Set(const Arguments& arguments, XLOPER12& result) {
   Array values{1, 1, {Value()}};
   bool broadcast = true;
   if (arguments.Has(1)) {
-    const std::uint32_t value_type = arguments[1].xltype & xltypeMask;
+    const std::uint32_t value_type = TypeOf(arguments[1]);
     if (value_type == xltypeRef || value_type == xltypeSRef) return xlretInvXloper;
     broadcast = value_type != xltypeMulti;
     values = broadcast ? Array{1, 1, {ToValue(arguments[1])}} : ToArray(arguments[1]);
@@ -282,7 +282,7 @@ int ExcelApi::SheetIdOf(const Arguments& arguments, XLOPER12& result) {
 
 int ExcelApi::SheetNameOf(const Arguments& arguments, XLOPER12& result) {
   const Workbook& workbook = cells_.cells_workbook();
-  const std::uint32_t type = arguments[0].xltype & xltypeMask;
+  const std::uint32_t type = TypeOf(arguments[0]);
   std::optional<std::uint32_t> sheet;
   if (type == xltypeSRef) {
     sheet = current_sheet();

@@ -17,9 +17,9 @@ constexpr int kFirstArgumentHelp = 10;
 
 /// The text of an optional argument: empty if it is missing, nothing if it is not text.
 std::optional<std::u16string> OptionalText(const XLOPER12& record) {
-  switch (record.xltype & xltypeMask) {
+  switch (TypeOf(record)) {
     case xltypeStr:
-      return std::u16string(record.val.str + 1, record.val.str[0]);
+      return std::u16string(TextIn(record));
     case xltypeNum:  // a category by its number
     case xltypeInt:
       return TextOf(ToValue(record));
@@ -81,12 +81,12 @@ std::string ExcelApi::TryRegister(const Arguments& arguments, double& register_i
   function.shortcut = texts[7];
   function.help_topic = texts[8];
   function.function_help = texts[9];
-  function.argument_helps.assign(texts.begin() + kFirstArgumentHelp, texts.end());
-  while (
-      !function.argument_helps.empty() &&
-      (arguments[kFirstArgumentHelp + static_cast<int>(function.argument_helps.size()) - 1].xltype &
-       xltypeMask) == xltypeMissing)
-    function.argument_helps.pop_back();
+  std::vector<std::u16string>& helps = function.argument_helps;
+  helps.assign(texts.begin() + kFirstArgumentHelp, texts.end());
+  while (!helps.empty() &&
+         TypeOf(arguments[kFirstArgumentHelp - 1 + static_cast<int>(helps.size())]) ==
+             xltypeMissing)
+    helps.pop_back();
 
   const std::string who = "the registration of " + Utf8FromUtf16(function.name) + ": ";
   for (std::size_t i = 1; i < texts.size(); ++i) {

@@ -16,8 +16,8 @@ enum class OutputForm { kTable, kJson, kCsv };
 inline constexpr int kExitSuccess = 0;
 inline constexpr int kExitError = 1;      // a file, formula or add-in that cannot be used
 inline constexpr int kExitViolation = 2;  // the add-in broke a rule for add-ins
-inline constexpr int kExitCrash = 3;      // the add-in crashed
-inline constexpr int kExitWorkbook = 4;   // circular references or formulas that cannot be read
+// 3, kCrashExitCode: the add-in crashed
+inline constexpr int kExitWorkbook = 4;  // circular references or formulas that cannot be read
 inline constexpr int kExitUsage = 64;
 
 struct CommandLine {

@@ -84,10 +84,6 @@ class EvaluationContext {
   virtual CellAddress caller() const = 0;
 };
 
-/// The names of all called functions, each once regardless of letter case and in its first
-/// spelling, without the prefixes that files add ("_xll.", "_xlfn.", a workbook and "!").
-std::vector<std::u16string> FunctionsCalled(const Formula& formula);
-
 /// The references that the formula reads directly (as seen from `caller`, for a text written for
 /// `origin`), with resolved names; used to warn of cells that depend on recalculated ones.
 std::vector<Reference> ReferencesOf(const Formula& formula, const CellAddress& origin,

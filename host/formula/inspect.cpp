@@ -1,26 +1,14 @@
-// The functions and cells that a formula uses, determined without evaluating it.
+// The cells that a formula reads, determined without evaluating it.
 
-#include <algorithm>
 #include <set>
 #include <utility>
 
 #include "host/formula/evaluate.h"
 #include "host/formula/expression.h"
 #include "host/formula/reference_algebra.h"
-#include "host/workbook/text.h"
 
 namespace zavhost {
 namespace {
-
-void CollectFunctions(const Expression& expression, std::set<std::u16string>& known,
-                      std::vector<std::u16string>& names) {
-  for (const Step& step : expression.steps) {
-    const CallStep* call = std::get_if<CallStep>(&step);
-    if (call == nullptr) continue;
-    for (const Expression& argument : call->arguments) CollectFunctions(argument, known, names);
-    if (known.insert(LowerCase(call->name)).second) names.push_back(call->name);
-  }
-}
 
 class ReferenceCollector {
  public:
@@ -97,13 +85,6 @@ class ReferenceCollector {
 };
 
 }  // namespace
-
-std::vector<std::u16string> FunctionsCalled(const Formula& formula) {
-  std::set<std::u16string> known;
-  std::vector<std::u16string> names;
-  CollectFunctions(formula.expression(), known, names);
-  return names;
-}
 
 std::vector<Reference> ReferencesOf(const Formula& formula, const CellAddress& origin,
                                     const CellAddress& caller, const Workbook& workbook) {

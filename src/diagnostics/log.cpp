@@ -23,7 +23,6 @@ std::unique_ptr<LogFile>& SessionLog() {
   return *log;
 }
 
-std::atomic<LogFile*> current_log = nullptr;
 std::atomic<LogFile*> enabled_log = nullptr;
 
 }  // namespace
@@ -86,18 +85,14 @@ LogFile& OpenLog(const std::filesystem::path& folder, std::string_view name) {
   CloseLog();
   SessionLog() = std::make_unique<LogFile>(folder, name, LogFile::Flush::kInBackground);
   LogFile& log = *SessionLog();
-  current_log = &log;
   enabled_log = log.enabled() ? &log : nullptr;
   return log;
 }
 
 void CloseLog() {
   enabled_log = nullptr;
-  current_log = nullptr;
   SessionLog().reset();
 }
-
-LogFile* CurrentLog() { return current_log.load(std::memory_order_acquire); }
 
 LogFile* EnabledLog() { return enabled_log.load(std::memory_order_acquire); }
 

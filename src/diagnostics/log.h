@@ -19,7 +19,7 @@ namespace zavrel {
 class LogFile {
  public:
   enum class Flush {
-    kEachWrite,     // nothing is lost if the process dies
+    kEachWrite,     // nothing is lost if the process dies; for the suite's other libraries
     kInBackground,  // a thread flushes at most every 500 ms; at most that much is lost
   };
 
@@ -56,9 +56,6 @@ class LogFile {
 /// log.
 LogFile& OpenLog(const std::filesystem::path& folder, std::string_view name);
 void CloseLog();
-/// The session's log; null if there is none.
-LogFile* CurrentLog();
-
 /// The session's log if it exists and is enabled, otherwise null. Writers call this function, which
 /// costs next to nothing, before they compose a line.
 LogFile* EnabledLog();
@@ -83,6 +80,7 @@ class ScopedTrace {
   ScopedTrace(const ScopedTrace&) = delete;
   ScopedTrace& operator=(const ScopedTrace&) = delete;
 
+  // For the suite's other libraries:
   /// True if the trace is written; check this before composing a result.
   bool active() const { return entered_; }
   /// Adds this result to the exit line.

@@ -1,6 +1,7 @@
 #pragma once
-// The family of all failures that the library throws. They are thrown and caught by value; callers
-// catch them by kind. The members differ only in their class and its name.
+// The family of all failures that the suite's libraries throw; each library has the whole family.
+// They are thrown and caught by value; callers catch them by kind. The members differ only in their
+// class and its name.
 
 #include <cstdint>
 #include <string>

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 // A code unit of the C API's texts, which are counted UTF-16 strings (element 0 holds the count).
 using XCHAR = char16_t;
@@ -86,6 +87,15 @@ inline constexpr std::uint32_t xltypeMask = 0x0FFF;
 // Memory flags: the high bits of xltype.
 inline constexpr std::uint32_t xlbitXLFree = 0x1000;
 inline constexpr std::uint32_t xlbitDLLFree = 0x4000;
+
+/// The type bits of a record without the memory flags.
+constexpr std::uint32_t TypeOf(const XLOPER12& record) { return record.xltype & xltypeMask; }
+
+/// The counted text of a string record; empty for every other type or a null pointer.
+constexpr std::u16string_view TextIn(const XLOPER12& record) {
+  if (TypeOf(record) != xltypeStr || record.val.str == nullptr) return {};
+  return {record.val.str + 1, record.val.str[0]};
+}
 
 // Error codes of xltypeErr.
 inline constexpr std::int32_t xlerrNull = 0;

@@ -124,11 +124,6 @@ XXloper CopyOf(const XXloper& value) {
 
 }  // namespace
 
-std::u16string_view TextIn(const XLOPER12& record) {
-  if (TypeOf(record) != xltypeStr || record.val.str == nullptr) return {};
-  return {record.val.str + 1, record.val.str[0]};
-}
-
 std::span<const XLOPER12> ElementsIn(const XLOPER12& record) {
   if (TypeOf(record) != xltypeMulti || record.val.array.lparray == nullptr) return {};
   const std::int32_t rows = record.val.array.rows;

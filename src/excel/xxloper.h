@@ -13,10 +13,6 @@
 
 namespace zavrel {
 
-/// The type bits of a record without the memory flags.
-constexpr std::uint32_t TypeOf(const XLOPER12& record) { return record.xltype & xltypeMask; }
-/// The counted text of a string record; empty for every other type or a null pointer.
-std::u16string_view TextIn(const XLOPER12& record);
 /// The elements of an array record, row by row; empty for every other type, a null pointer or
 /// dimensions beyond a worksheet's.
 std::span<const XLOPER12> ElementsIn(const XLOPER12& record);

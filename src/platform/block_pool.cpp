@@ -102,16 +102,13 @@ void GiveBlock(void* block, std::size_t granted) noexcept {
   kept_bytes += granted;
 }
 
-void ReleaseKeptBlocks() noexcept {
+std::size_t ReleaseKeptBlocks() noexcept {
   const Lock lock;
+  const std::size_t released = kept_bytes;
   for (KeptBlock& slot : kept) {
     if (slot.block != nullptr) FreeSlot(slot);
   }
-}
-
-std::size_t KeptBlockBytes() noexcept {
-  const Lock lock;
-  return kept_bytes;
+  return released;
 }
 
 }  // namespace zavrel

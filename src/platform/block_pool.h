@@ -15,10 +15,8 @@ namespace zavrel {
 void* TakeBlock(std::size_t bytes, std::size_t* granted);
 /// Returns a block, with its granted size, to the pool.
 void GiveBlock(void* block, std::size_t granted) noexcept;
-/// Frees the blocks kept for reuse.
-void ReleaseKeptBlocks() noexcept;
-/// Number of bytes kept for reuse.
-std::size_t KeptBlockBytes() noexcept;
+/// Frees the blocks kept for reuse and returns their size in bytes.
+std::size_t ReleaseKeptBlocks() noexcept;
 
 /// A growing array of a trivial type in one pooled block; its new elements are uninitialised.
 template <class T>
@@ -48,8 +46,6 @@ class BlockArray {
     size_ = needed;
     return first;
   }
-  /// Removes unneeded elements at the end.
-  void Shorten(std::size_t size) { size_ = size; }
 
   T* data() { return data_; }
   const T* data() const { return data_; }

@@ -9,7 +9,8 @@ namespace zavrel {
 using MessageBoxHandler =
     std::function<void(const std::u16string& title, const std::u16string& text)>;
 
-/// Passes texts to the handler instead of showing boxes from now on; an empty handler ends this.
+/// For tests: passes texts to the handler instead of showing boxes from now on; an empty handler
+/// ends this.
 void SetMessageBoxHandler(MessageBoxHandler handler);
 
 /// From now on, neither this library nor any other library of this process that shares this code

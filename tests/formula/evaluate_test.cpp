@@ -165,14 +165,12 @@ TEST_CASE("defined names") {
   CHECK(context.Evaluate(u"Total") == "4");
 }
 
-TEST_CASE("what a formula uses") {
+TEST_CASE("what a formula reads") {
   Context context;
   context.DefineName(u"Total", u"Sheet1!$A$1:$A$4+Loop");
   context.DefineName(u"Loop", u"Total+'Other sheet'!$A$1");
   const auto formula = zavhost::ParseFormula(
       u"_xll.ZavMean(A1:INDEX(B1:B3,2))+zavmean(Total)+_xlfn.IFNA(Sheet1!B2:Sheet1!C1,[1]S!A1)");
-  CHECK(zavhost::FunctionsCalled(*formula) ==
-        std::vector<std::u16string>{u"INDEX", u"ZavMean", u"IFNA"});
   std::vector<std::string> shown;
   const CellAddress origin{0, 0, 0};
   for (const auto& reference :
