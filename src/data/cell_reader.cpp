@@ -14,9 +14,11 @@ namespace {
 // cache, enough that the cost of the calls does not matter.
 constexpr std::int64_t kBlockCells = 1 << 15;
 // Whole columns and rows with more cells than 64 columns have are requested in larger blocks, of
-// 32 MB: a whole sheet then takes 16,384 calls.
+// 32 MB. Above 1,024 columns that would take minutes: all of them are requested at once, which only
+// a host that knows the used part itself can answer.
 constexpr std::int64_t kManyCells = std::int64_t{1} << 26;
 constexpr std::int64_t kLargeBlockCells = 1 << 20;
+constexpr std::int64_t kMostSearched = std::int64_t{1} << 30;
 
 std::int64_t CellCount(const XLREF12& area) { return std::int64_t{RowsOf(area)} * ColumnsOf(area); }
 
@@ -50,6 +52,7 @@ class AreaReader {
  private:
   /// Rows per block; at least one, of up to 16,384 cells.
   std::int64_t BlockRows() const {
+    if (CellCount(area_) > kMostSearched) return RowsOf(area_);
     const std::int64_t cells = CellCount(area_) > kManyCells ? kLargeBlockCells : kBlockCells;
     return std::max<std::int64_t>(1, cells / ColumnsOf(area_));
   }

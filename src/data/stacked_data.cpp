@@ -70,6 +70,8 @@ void KeptArgument::AddDescription(std::string& text) const {
       value_.Is(xltypeMulti) ? value_.elements() : std::span<const XLOPER12>(&value_.record(), 1);
   add_number(0);  // no areas
   add_number(cells.size());
+  if (value_.Is(xltypeMulti))
+    add_number(static_cast<std::uint64_t>(value_.record().val.array.columns));
   for (const XLOPER12& cell : cells) {
     const SingleValue value = SingleValueOf(cell);
     text += static_cast<char>(value.tag);
