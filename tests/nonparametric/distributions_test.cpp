@@ -238,13 +238,14 @@ TEST_CASE("with two groups the exact p-value is that of Mann and Whitney") {
 TEST_CASE("items, methods and limits of Kruskal and Wallis") {
   const std::vector<Group> groups = {{1, 2, 2}, {2, 5}, {7, 5, 9, 1}};
   const auto item = [&](std::int32_t which) { return Value(library.KWData, which, groups); };
-  CHECK(item(KW_DEGREES_OF_FREEDOM) == 2);
-  CHECK(item(KW_TOTAL) == 9);
-  CHECK(item(KW_TIES) == 3);
+  for (const auto& [which, value] : {std::pair<std::int32_t, double>{KW_DEGREES_OF_FREEDOM, 2},
+                                     {KW_TOTAL, 9},
+                                     {KW_TIES, 3},
+                                     {101, 9.5},
+                                     {102, 10.5},
+                                     {103, 25}})
+    CHECK(item(which) == value);
   CHECK(item(KW_TIE_DIVISOR) == doctest::Approx(1 - 36.0 / 720));
-  CHECK(item(101) == 9.5);
-  CHECK(item(102) == 10.5);
-  CHECK(item(103) == 25);
   CHECK(item(KW_STATISTIC) * item(KW_TIE_DIVISOR) ==
         doctest::Approx(item(KW_STATISTIC_UNCORRECTED)));
 
@@ -272,14 +273,16 @@ TEST_CASE("items, methods and limits of Kruskal and Wallis") {
   const auto method = [](std::vector<std::int32_t> sizes) {
     return library.KWpValueComputationMethod(static_cast<std::int32_t>(sizes.size()), sizes.data());
   };
-  CHECK(method({6, 6, 6}) == KW_EXACT);
-  CHECK(method({7, 6, 6}) == KW_CHI_SQUARE);
-  CHECK(method({1, 999}) == KW_EXACT);
-  CHECK(method({1, 1000}) == KW_CHI_SQUARE);
+  for (const auto& [sizes, expected] :
+       {std::pair<std::vector<std::int32_t>, int>{{6, 6, 6}, KW_EXACT},
+        {{7, 6, 6}, KW_CHI_SQUARE},
+        {{1, 999}, KW_EXACT},
+        {{1, 1000}, KW_CHI_SQUARE},
+        {{5}, 0},
+        {{5, 0}, 0}})
+    CHECK(method(sizes) == expected);
   CHECK(method(std::vector<std::int32_t>(10, 1)) == KW_EXACT);
   CHECK(method(std::vector<std::int32_t>(5000, 2147483647)) == KW_CHI_SQUARE);
-  CHECK(method({5}) == 0);
-  CHECK(method({5, 0}) == 0);
   CHECK(library.KWpValueComputationMethod(2, nullptr) == 0);
 }
 

@@ -5,7 +5,7 @@
 #include <span>
 
 #include "nonparametric/library.h"
-#include "stats/csv_lines.h"
+#include "support/csv_lines.h"
 
 namespace zavrel::tests {
 namespace {

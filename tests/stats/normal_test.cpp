@@ -7,7 +7,7 @@
 #include <limits>
 
 #include "numbers/elementary.h"
-#include "stats/csv_lines.h"
+#include "support/csv_lines.h"
 
 namespace zavrel::tests {
 namespace {

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <limits>
 
-#include "stats/csv_lines.h"
+#include "support/csv_lines.h"
 
 namespace zavrel::tests {
 namespace {
