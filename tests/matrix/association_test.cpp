@@ -202,9 +202,7 @@ TEST_CASE("every option gives the bits of the plain loops") {
   for (const std::size_t k : std::initializer_list<std::size_t>{0, 1, 2, 3, 4, 5, 9}) {
     for (const std::size_t rows : std::initializer_list<std::size_t>{0, 1, 2, 3, 7, 130}) {
       for (const unsigned one_in : {0u, 3u, 20u}) {
-        CAPTURE(k);
-        CAPTURE(rows);
-        CAPTURE(one_in);
+        INFO("k = ", k, ", rows = ", rows, ", one_in = ", one_in);
         Columns columns;
         // Some columns without gaps among the others.
         for (std::size_t c = 0; c < k; ++c)

@@ -71,8 +71,7 @@ double Value(decltype(&::KWData) function, std::int32_t item, const std::vector<
 TEST_CASE("counting every arrangement gives the same tails") {
   for (const Statistic& of :
        {Statistic{1, 1}, {1, 6}, {3, 2}, {4, 4}, {5, 4}, {4, 7}, {1, 0}, {2, 0}, {5, 0}, {11, 0}}) {
-    CAPTURE(of.n1);
-    CAPTURE(of.n2);
+    INFO("n1 = ", of.n1, ", n2 = ", of.n2);
     for (double statistic = of.least(); statistic <= of.greatest(); statistic += 0.5) {
       const auto [at_most, all] = SubsetsUpTo(of.n1 + of.n2, of.n2 > 0 ? of.n1 : -1, statistic);
       CHECK(of.P(statistic, NPT_LESS) == doctest::Approx(at_most / all).epsilon(4e-16).scale(0));
@@ -90,8 +89,7 @@ TEST_CASE("tails are monotone, mirror each other and sum to one") {
                               {200, 0},
                               {1000, 0},
                               {1001, 0}}) {
-    CAPTURE(of.n1);
-    CAPTURE(of.n2);
+    INFO("n1 = ", of.n1, ", n2 = ", of.n2);
     const double step =
         std::max(1.0, std::floor((of.greatest() - of.least()) / (of.n1 < 1000 ? 40 : 5)));
     double before = 0;
@@ -143,9 +141,7 @@ TEST_CASE("whatever is passed, a p-value is a probability or not a number") {
   for (const std::int32_t n1 : wholes) {
     for (const std::int32_t n2 : wholes) {
       for (const double statistic : statistics) {
-        CAPTURE(n1);
-        CAPTURE(n2);
-        CAPTURE(statistic);
+        INFO("n1 = ", n1, ", n2 = ", n2, ", statistic = ", statistic);
         const double p = library.MWpValue(n1, n2, statistic, NPT_TWO_SIDED);
         const double least = n1 * (n1 + 1.0) / 2, span = static_cast<double>(n1) * n2;
         const bool possible = n1 >= 1 && n2 >= 1 && statistic >= least && statistic <= least + span;
@@ -169,8 +165,7 @@ TEST_CASE("a statistic that rounding left beside a multiple of one half counts a
   const double fifteen = 15 / eleven * eleven;  // a unit in the last place short of 15
   REQUIRE(fifteen < 15);
   for (const Statistic& of : {Statistic{11, 0}, {5, 5}, {2000, 0}, {60, 60}}) {
-    CAPTURE(of.n1);
-    CAPTURE(of.n2);
+    INFO("n1 = ", of.n1, ", n2 = ", of.n2);
     for (const double whole : {of.least(), of.least() + 15, of.greatest()}) {
       for (const std::int32_t alternative : {NPT_LESS, NPT_TWO_SIDED, NPT_GREATER}) {
         const double p = of.P(whole, alternative);

@@ -57,11 +57,8 @@ TEST_CASE("values agree with arbitrary-precision arithmetic, at the centre and f
   std::map<std::string, std::map<int, Worst>> worst;  // by group and request
   for (const Row& row : Rows()) {
     const Distribution& distribution = row.distribution;
-    CAPTURE(distribution.name);
-    CAPTURE(distribution.a);
-    CAPTURE(distribution.b);
-    CAPTURE(row.request);
-    CAPTURE(row.argument);
+    INFO("name = ", distribution.name, ", a = ", distribution.a, ", b = ", distribution.b,
+         ", request = ", row.request, ", argument = ", row.argument);
     const Reply reply = Ask(distribution, row.request, row.argument);
     CHECK(reply.code == PDFLIB_OK);
     const double off = std::fabs(reply.results[0] - row.value);

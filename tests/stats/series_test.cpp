@@ -66,8 +66,7 @@ TEST_CASE("series tests and box plots as R computes them") {
   Values values;
   int lines = 0;
   for (const auto& [kind, texts, numbers] : CsvLines("series.csv")) {
-    CAPTURE(kind);
-    CAPTURE(lines);
+    INFO("kind = ", kind, ", lines = ", lines);
     ++lines;
     switch (kind) {
       case 'x':

@@ -61,9 +61,7 @@ TEST_CASE("the definitions as R computes them") {
       continue;
     }
     for (int method = 0; method < kMethods; ++method) {
-      CAPTURE(sorted.size());
-      CAPTURE(method);
-      CAPTURE(probe[0]);
+      INFO("sorted.size() = ", sorted.size(), ", method = ", method, ", probe[0] = ", probe[0]);
       const double expected = probe[static_cast<std::size_t>(method) + 1];
       CHECK(Percentile(sorted, probe[0], method) ==
             doctest::Approx(expected).epsilon(1e-14).scale(1));
@@ -80,8 +78,7 @@ TEST_CASE("a probability as good as k/n counts as k/n") {
       const double rank = std::max(k, 1);
       const double jump = k == 0 || k == n ? rank : k + 0.5;
       for (const double p : HairAround(static_cast<double>(k) / n)) {
-        CAPTURE(n);
-        CAPTURE(k);
+        INFO("n = ", n, ", k = ", k);
         CHECK(Percentile(x, p, 2) == rank);
         CHECK(Percentile(x, p, 3) == rank);
         CHECK(Percentile(x, p, 5) == jump);
