@@ -30,8 +30,7 @@ int CompareWith(const zavhost::Workbook& book, const char* file_name, double err
   for (std::string sheet, cell, line;
        std::getline(file, sheet, ',') && std::getline(file, cell, ',') && std::getline(file, line);
        ++compared) {
-    CAPTURE(sheet);
-    CAPTURE(cell);
+    INFO("sheet = ", sheet, ", cell = ", cell);
     const Value value = At(book, sheet, cell);
     REQUIRE(value.number() != nullptr);
     const std::size_t comma = line.find(',');

@@ -4,14 +4,10 @@
 
 #include <algorithm>
 #include <bit>
-#include <charconv>
 #include <cmath>
-#include <fstream>
 #include <limits>
 #include <numeric>
 #include <random>
-#include <sstream>
-#include <string>
 #include <vector>
 
 #include "matrix/association_kernels.h"
@@ -19,6 +15,7 @@
 #include "numbers/floating_point_scope.h"
 #include "platform/parallel.h"
 #include "stats/moment_block.h"
+#include "support/csv_lines.h"
 #include "support/foreign_environment.h"
 
 namespace zavrel::tests {
@@ -205,9 +202,7 @@ TEST_CASE("every option gives the bits of the plain loops") {
   for (const std::size_t k : std::initializer_list<std::size_t>{0, 1, 2, 3, 4, 5, 9}) {
     for (const std::size_t rows : std::initializer_list<std::size_t>{0, 1, 2, 3, 7, 130}) {
       for (const unsigned one_in : {0u, 3u, 20u}) {
-        CAPTURE(k);
-        CAPTURE(rows);
-        CAPTURE(one_in);
+        INFO("k = ", k, ", rows = ", rows, ", one_in = ", one_in);
         Columns columns;
         // Some columns without gaps among the others.
         for (std::size_t c = 0; c < k; ++c)
@@ -347,23 +342,6 @@ TEST_CASE("a gap whose marker another value cancels is found") {
     CHECK(Entry(hidden, other, OptionsOf(bits)) == Entry(seen, rest, OptionsOf(bits)));
 }
 
-namespace {
-
-std::vector<std::string> Fields(const std::string& line) {
-  std::vector<std::string> fields;
-  std::istringstream stream(line + ",");
-  for (std::string field; std::getline(stream, field, ',');) fields.push_back(field);
-  return fields;
-}
-
-double Number(const std::string& field) {
-  double value = kMissingValue;
-  std::from_chars(field.data(), field.data() + field.size(), value);
-  return value;
-}
-
-}  // namespace
-
 TEST_CASE("a correlation lies in -1..1, and that of a variable with itself is 1") {
   const Options pearson{.correlation = true, .sample = false};
   const Options ranks{.correlation = true, .ranks = true};
@@ -385,30 +363,27 @@ TEST_CASE("a correlation lies in -1..1, and that of a variable with itself is 1"
 }
 
 TEST_CASE("R's cov and cor") {
-  std::ifstream file(ZAVREL_TEST_DATA "/association.csv");
   Columns columns;
   int compared = 0;
-  for (std::string line; std::getline(file, line);) {
-    const std::vector<std::string> fields = Fields(line);
-    if (fields[0] == "case") columns.clear();
-    if (fields[0] == "x") {
-      Column& column = columns.emplace_back();
-      for (std::size_t f = 1; f < fields.size(); ++f) column.push_back(Number(fields[f]));
-    }
-    if (fields[0] != "m") continue;
-    CAPTURE(line.substr(0, 50));
-    const DoubleMatrix matrix = Calculate(columns, {.correlation = fields[3] == "cor",
-                                                    .ranks = fields[1] == "spearman",
-                                                    .listwise = fields[2] == "complete.obs"})
+  for (auto& [kind, texts, numbers] : CsvLines("association.csv")) {
+    for (double& number : numbers)
+      if (std::isnan(number)) number = kMissingValue;
+    if (kind == 'c') columns.clear();
+    if (kind == 'x') columns.push_back(numbers);
+    if (kind != 'm') continue;
+    CAPTURE(texts[1] + texts[2] + texts[3]);
+    const DoubleMatrix matrix = Calculate(columns, {.correlation = texts[3] == "cor",
+                                                    .ranks = texts[1] == "spearman",
+                                                    .listwise = texts[2] == "complete.obs"})
                                     .matrix;
     const std::size_t k = columns.size();
-    REQUIRE(fields.size() == 4 + k * k);
+    REQUIRE(numbers.size() == 3 + k * k);
     for (std::size_t e = 0; e < k * k; ++e) {
-      const double expected = Number(fields[4 + e]);
+      const double expected = numbers[3 + e];
       // R takes its means in extended precision: what cancels in a covariance is told by the
       // spread.
-      const double spread = std::sqrt(
-          std::abs(Number(fields[4 + e / k * (k + 1)]) * Number(fields[4 + e % k * (k + 1)])));
+      const double spread =
+          std::sqrt(std::abs(numbers[3 + e / k * (k + 1)] * numbers[3 + e % k * (k + 1)]));
       CHECK(std::abs(matrix[e / k][e % k] - expected) <= 1e-12 * spread);
     }
     ++compared;

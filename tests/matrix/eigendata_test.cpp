@@ -87,8 +87,7 @@ TEST_CASE("Order and options") {
 TEST_CASE("Eigenvectors are orthonormal and rebuild the matrix") {
   for (const std::size_t n : {1u, 2u, 3u, 31u, 90u}) {
     for (const double scale : {1.0, 1e300, 1e-300}) {
-      CAPTURE(n);
-      CAPTURE(scale);
+      INFO("n = ", n, ", scale = ", scale);
       DoubleMatrix matrix = RandomSymmetric(n);
       for (auto& row : matrix)
         for (double& number : row) number *= scale;
@@ -149,8 +148,7 @@ TEST_CASE("R's principal component scores") {
 /// at right angles, longest first.
 void CheckScores(const DoubleMatrix& x) {
   const std::size_t rows = x.size(), columns = x[0].size();
-  CAPTURE(rows);
-  CAPTURE(columns);
+  INFO("rows = ", rows, ", columns = ", columns);
   const DoubleMatrix scores = PrincipalComponentScores(x);
   REQUIRE(scores.size() == rows);
   REQUIRE(scores[0].size() == std::min(rows, columns));

@@ -71,9 +71,7 @@ TEST_CASE("The caller's floating-point environment makes no difference") {
 
 TEST_CASE("Each element of a product is summed in order, wherever it is computed") {
   const auto check = [](std::size_t rows, std::size_t inner, std::size_t columns, bool is_finite) {
-    CAPTURE(rows);
-    CAPTURE(inner);
-    CAPTURE(columns);
+    INFO("rows = ", rows, ", inner = ", inner, ", columns = ", columns);
     DoubleMatrix a = RandomMatrix(rows, inner, 1), b = RandomMatrix(inner, columns, 2);
     if (!is_finite) {
       a[rows / 2][inner / 2] = kInfinity;

@@ -6,28 +6,20 @@
 #include <fstream>
 #include <limits>
 #include <random>
-#include <sstream>
 
 #include "diagnostics/message_library.h"
+#include "support/csv_lines.h"
 
 namespace zavrel::tests {
 
 std::map<std::string, RecordedCase> RecordedCases() {
   std::map<std::string, RecordedCase> cases;
-  std::ifstream file(ZAVREL_TEST_DATA "/matrices.csv");
-  for (std::string line; std::getline(file, line);) {
-    std::istringstream fields(line);
-    std::string name, what, field;
-    std::getline(fields, name, ',');
-    std::getline(fields, what, ',');
-    const auto next = [&] {
-      std::getline(fields, field, ',');
-      return std::stod(field);
-    };
-    const auto rows = static_cast<std::size_t>(next());
-    DoubleMatrix values(rows, std::vector<double>(static_cast<std::size_t>(next())));
-    for (std::vector<double>& row : values) std::ranges::generate(row, next);
-    cases[name][what] = std::move(values);
+  for (const auto& [kind, texts, numbers] : CsvLines("matrices.csv")) {
+    const auto rows = static_cast<std::size_t>(numbers[1]);
+    DoubleMatrix values(rows, std::vector<double>(static_cast<std::size_t>(numbers[2])));
+    auto next = numbers.begin() + 3;
+    for (std::vector<double>& row : values) std::ranges::generate(row, [&] { return *next++; });
+    cases[texts[0]][texts[1]] = std::move(values);
   }
   return cases;
 }

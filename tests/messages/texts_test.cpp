@@ -107,9 +107,7 @@ TEST_CASE("texts fit Excel's limit, and their form tells what they are") {
   const std::set<std::uint32_t> argument_texts = AllIds({"argument_text"});
   for (const TextFile& file : TextFiles()) {
     for (const auto& [id, text] : file.utf8) {
-      CAPTURE(file.name);
-      CAPTURE(id);
-      CAPTURE(text);
+      INFO("name = ", file.name, ", id = ", id, ", text = ", text);
       CHECK(file.Text(id).size() <= kMaximumLength);
       CHECK(text.find("  ") == std::string::npos);
       CHECK(text.front() != ' ');

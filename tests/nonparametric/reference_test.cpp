@@ -5,7 +5,7 @@
 #include <span>
 
 #include "nonparametric/library.h"
-#include "stats/csv_lines.h"
+#include "support/csv_lines.h"
 
 namespace zavrel::tests {
 namespace {
@@ -63,8 +63,7 @@ struct Ranked {
 void Tested(Fields line, bool two_samples) {
   const auto p = line.Take(3);
   const Ranked of(line, two_samples);
-  CAPTURE(of.n1);
-  CAPTURE(of.n2);
+  INFO("n1 = ", of.n1, ", n2 = ", of.n2);
   if (two_samples) CHECK((of.sums.ties == 0 && of.sums.tie_correction_term == 0));
   const double statistic = two_samples ? of.sums.rank_sum_1 : of.sums.rank_sum_2;
   for (std::size_t i = 0; i < 3; ++i)
@@ -83,9 +82,7 @@ void Ties(Fields line, bool two_samples) {
 void Counted(Fields line, bool two_samples, double error) {
   const std::int32_t n1 = line.Count(), n2 = two_samples ? line.Count() : 0;
   const double statistic = line.Number();
-  CAPTURE(n1);
-  CAPTURE(n2);
-  CAPTURE(statistic);
+  INFO("n1 = ", n1, ", n2 = ", n2, ", statistic = ", statistic);
   for (const std::int32_t alternative : {NPT_LESS, NPT_GREATER})
     CHECK(P(two_samples, n1, n2, statistic, alternative) == Near(line.Number(), error));
 }

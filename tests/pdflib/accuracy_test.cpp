@@ -4,12 +4,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <map>
 #include <sstream>
 #include <vector>
 
 #include "pdflib/library.h"
+#include "support/csv_lines.h"
 
 namespace zavrel::tests {
 namespace {
@@ -36,23 +36,12 @@ struct Row {
 };
 
 std::vector<Row> Rows() {
-  std::ifstream file(std::string(ZAVREL_TEST_DATA) + "/accuracy.csv");
   std::vector<Row> rows;
-  std::string line;
-  std::getline(file, line);
-  while (std::getline(file, line)) {
-    std::istringstream cells(line);
-    std::vector<std::string> texts;
-    for (std::string text; std::getline(cells, text, ',');) texts.push_back(text);
+  for (const auto& [kind, texts, n] : CsvLines("accuracy.csv")) {
     REQUIRE(texts.size() == 7);
-    const auto number = [&](std::size_t i) {
-      return texts[i].empty() ? 0 : std::strtod(texts[i].c_str(), nullptr);
-    };
-    rows.push_back({{texts[0], number(1), number(2)},
-                    static_cast<int>(number(3)),
-                    number(4),
-                    number(5),
-                    number(6)});
+    if (texts[0] == "distribution") continue;
+    const double b = texts[2].empty() ? 0 : n[1];
+    rows.push_back({{texts[0], n[0], b}, static_cast<int>(n[2]), n[3], n[4], n[5]});
   }
   return rows;
 }
@@ -68,11 +57,8 @@ TEST_CASE("values agree with arbitrary-precision arithmetic, at the centre and f
   std::map<std::string, std::map<int, Worst>> worst;  // by group and request
   for (const Row& row : Rows()) {
     const Distribution& distribution = row.distribution;
-    CAPTURE(distribution.name);
-    CAPTURE(distribution.a);
-    CAPTURE(distribution.b);
-    CAPTURE(row.request);
-    CAPTURE(row.argument);
+    INFO("name = ", distribution.name, ", a = ", distribution.a, ", b = ", distribution.b,
+         ", request = ", row.request, ", argument = ", row.argument);
     const Reply reply = Ask(distribution, row.request, row.argument);
     CHECK(reply.code == PDFLIB_OK);
     const double off = std::fabs(reply.results[0] - row.value);

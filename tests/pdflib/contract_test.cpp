@@ -64,9 +64,7 @@ TEST_CASE("moments, and those that there are not") {
       {{"binomial", 0, 0.5}, {0, 0, kNaN, kNaN, 0, 0}},
   };
   for (const auto& [distribution, expected] : cases) {
-    CAPTURE(distribution.name);
-    CAPTURE(distribution.a);
-    CAPTURE(distribution.b);
+    INFO("name = ", distribution.name, ", a = ", distribution.a, ", b = ", distribution.b);
     const std::vector<double> moments = MomentsOf(distribution);
     for (std::size_t i = 0; i < expected.size(); ++i) {
       CAPTURE(i);
@@ -111,9 +109,7 @@ TEST_CASE("whatever is passed, the answer is a finite number or a code") {
         distributions.push_back({ordinary.name, a, b});
   }
   for (const Distribution& distribution : distributions) {
-    CAPTURE(distribution.name);
-    CAPTURE(distribution.a);
-    CAPTURE(distribution.b);
+    INFO("name = ", distribution.name, ", a = ", distribution.a, ", b = ", distribution.b);
     for (const double x : hostile) {
       CAPTURE(x);
       for (const int request : kRequests) {

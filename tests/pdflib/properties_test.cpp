@@ -64,8 +64,7 @@ void TailsSumToOneAndRise(Random& random, const Distribution& distribution) {
   const double below_high = Value(distribution, PDFLIB_CUMULATIVE, high);
   const double above_low = Value(distribution, PDFLIB_UPPER_TAIL, low);
   const double above_high = Value(distribution, PDFLIB_UPPER_TAIL, high);
-  CAPTURE(low);
-  CAPTURE(high);
+  INFO("low = ", low, ", high = ", high);
   // Neighbours may be told apart by nothing but rounding.
   constexpr double kRounding = 1 + 8 * kEpsilon;
   CHECK(below_low <= below_high * kRounding);
@@ -80,8 +79,7 @@ void QuantileInverts(Random& random, const Distribution& distribution, bool uppe
   const double p = random.Probability();
   const int tail = upper ? PDFLIB_UPPER_TAIL : PDFLIB_CUMULATIVE;
   const double x = QuantileWithin(distribution, upper, p);
-  CAPTURE(p);
-  CAPTURE(upper);
+  INFO("p = ", p, ", upper = ", upper);
   if (distribution.from_zero()) CHECK(x >= 0);
   const double back = Value(distribution, tail, x);
   if (distribution.discrete()) {
@@ -107,9 +105,7 @@ TEST_CASE("tails rise, fall and sum to one; quantiles invert them") {
   for (const char* name : {"normal", "student", "chisq", "f", "binomial"}) {
     for (int i = 0; i < points; ++i) {
       const Distribution distribution = random.Parameters(name);
-      CAPTURE(distribution.name);
-      CAPTURE(distribution.a);
-      CAPTURE(distribution.b);
+      INFO("name = ", distribution.name, ", a = ", distribution.a, ", b = ", distribution.b);
       TailsSumToOneAndRise(random, distribution);
       QuantileInverts(random, distribution, false);
       QuantileInverts(random, distribution, true);

@@ -221,8 +221,6 @@ PLANTED("QJJ", XLOPER12*, GoodGrid, int rows, int columns) {
   return Return(Array(elements.data(), rows, columns));
 }
 
-PLANTED("B!", double, GoodVolatile) { return 7; }
-
 /// Return codes of every call that an add-in may make from a worksheet function, and of some that
 /// it may not.
 PLANTED("QU", XLOPER12*, GoodApi, XLOPER12* reference) {

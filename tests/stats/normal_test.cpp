@@ -7,7 +7,7 @@
 #include <limits>
 
 #include "numbers/elementary.h"
-#include "stats/csv_lines.h"
+#include "support/csv_lines.h"
 
 namespace zavrel::tests {
 namespace {
@@ -23,8 +23,7 @@ TEST_CASE("tails and quantiles of the normal distribution against 50 digits") {
   for (const CsvLine& line : CsvLines("normal.csv")) {
     const double argument = line.numbers[0];
     const double expected = line.numbers[1];
-    CAPTURE(line.kind);
-    CAPTURE(argument);
+    INFO("kind = ", line.kind, ", argument = ", argument);
     const bool tail = line.kind == 't';
     const double result = tail ? NormalUpperTail(argument) : NormalQuantile(argument);
     CHECK(std::abs(result / expected - 1) < (tail ? 4 : 6) * kEpsilon);

@@ -8,7 +8,6 @@
 #include "numbers/error_double.h"
 #include "stats/autocorrelation.h"
 #include "stats/box_plot.h"
-#include "stats/csv_lines.h"
 #include "stats/durbin_watson.h"
 #include "stats/lilliefors.h"
 #include "stats/moment_block.h"
@@ -16,6 +15,7 @@
 #include "stats/runs.h"
 #include "stats/sort_ascending.h"
 #include "stats/target.h"
+#include "support/csv_lines.h"
 
 namespace zavrel::tests {
 namespace {
@@ -65,9 +65,8 @@ bool AreClose(double a, double b) { return std::abs(a - b) < 1e-13 * std::max(1.
 TEST_CASE("series tests and box plots as R computes them") {
   Values values;
   int lines = 0;
-  for (const auto& [kind, numbers] : CsvLines("series.csv")) {
-    CAPTURE(kind);
-    CAPTURE(lines);
+  for (const auto& [kind, texts, numbers] : CsvLines("series.csv")) {
+    INFO("kind = ", kind, ", lines = ", lines);
     ++lines;
     switch (kind) {
       case 'x':

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <limits>
 
-#include "stats/csv_lines.h"
+#include "support/csv_lines.h"
 
 namespace zavrel::tests {
 namespace {
@@ -53,9 +53,7 @@ TEST_CASE("the algorithm's distance from a fine double integral is what is said 
   for (const CsvLine& line : CsvLines("studentized_range_distance.csv")) {
     const double q = line.numbers[0], df = line.numbers[1], means = line.numbers[2];
     const double exact = line.numbers[3], distance = line.numbers[4];
-    CAPTURE(q);
-    CAPTURE(df);
-    CAPTURE(means);
+    INFO("q = ", q, ", df = ", df, ", means = ", means);
     const double off =
         std::abs(StudentizedRangeProbability(q, Whole(df), Whole(means)).value - exact);
     CHECK(off <= stated(df, means));

@@ -4,16 +4,14 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <limits>
 #include <numeric>
 #include <random>
-#include <sstream>
-#include <string>
 #include <vector>
 
 #include "diagnostics/vek_exception.h"
 #include "numbers/error_double.h"
+#include "support/csv_lines.h"
 
 namespace zavrel::tests {
 namespace {
@@ -39,13 +37,6 @@ Values Ranks(int n) {
   return values;
 }
 
-Values Numbers(const std::string& line) {
-  std::istringstream fields(line.substr(2));
-  Values numbers;
-  for (std::string field; std::getline(fields, field, ',');) numbers.push_back(std::stod(field));
-  return numbers;
-}
-
 /// The doubles next to p and what is left of p within a rounding, inside 0..1.
 Values HairAround(double p) {
   Values around{p,
@@ -62,19 +53,15 @@ Values HairAround(double p) {
 }  // namespace
 
 TEST_CASE("the definitions as R computes them") {
-  std::ifstream file(ZAVREL_TEST_DATA "/quantiles.csv");
   int probes = 0;
   Values sorted;
-  for (std::string line; std::getline(file, line);) {
-    if (line[0] == 'x') {
-      sorted = Numbers(line);
+  for (const auto& [kind, texts, probe] : CsvLines("quantiles.csv")) {
+    if (kind == 'x') {
+      sorted = probe;
       continue;
     }
-    const Values probe = Numbers(line);
     for (int method = 0; method < kMethods; ++method) {
-      CAPTURE(sorted.size());
-      CAPTURE(method);
-      CAPTURE(probe[0]);
+      INFO("sorted.size() = ", sorted.size(), ", method = ", method, ", probe[0] = ", probe[0]);
       const double expected = probe[static_cast<std::size_t>(method) + 1];
       CHECK(Percentile(sorted, probe[0], method) ==
             doctest::Approx(expected).epsilon(1e-14).scale(1));
@@ -91,8 +78,7 @@ TEST_CASE("a probability as good as k/n counts as k/n") {
       const double rank = std::max(k, 1);
       const double jump = k == 0 || k == n ? rank : k + 0.5;
       for (const double p : HairAround(static_cast<double>(k) / n)) {
-        CAPTURE(n);
-        CAPTURE(k);
+        INFO("n = ", n, ", k = ", k);
         CHECK(Percentile(x, p, 2) == rank);
         CHECK(Percentile(x, p, 3) == rank);
         CHECK(Percentile(x, p, 5) == jump);

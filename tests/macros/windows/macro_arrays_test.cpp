@@ -6,6 +6,7 @@
 #include <array>
 
 #include "macros/windows/ole_owners.h"
+#include "support/macro_variant.h"
 
 namespace zavrel::tests {
 namespace {
@@ -80,13 +81,13 @@ TEST_CASE("only whole VARIANTs in memory that can be written are written") {
 }
 
 TEST_CASE("what cannot go stays, and so does everything else") {
-  OwnedVariant good;
-  good.address()->vt = VT_I4;
-  good.address()->lVal = 7;
+  MacroVariant good;
+  good.variant.vt = VT_I4;
+  good.variant.lVal = 7;
   const auto refused = [&](std::uint64_t address) {
     const bool written =
-        Write(address, AddressOf(good.address())) || Write(AddressOf(good.address()), address);
-    return !written && good.get().vt == VT_I4 && good.get().lVal == 7;
+        Write(address, AddressOf(&good.variant)) || Write(AddressOf(&good.variant), address);
+    return !written && good.variant.vt == VT_I4 && good.variant.lVal == 7;
   };
   // Types that no VARIANT holds.
   for (const int type :
@@ -98,68 +99,54 @@ TEST_CASE("what cannot go stays, and so does everything else") {
     CHECK(variant.vt == type);
   }
   // A locked array, and an array where none is.
-  OwnedVariant locked;
-  locked.address()->parray = SafeArrayCreateVector(VT_R8, 0, 3);
-  locked.address()->vt = VT_ARRAY | VT_R8;
+  MacroVariant locked;
+  locked.variant.parray = SafeArrayCreateVector(VT_R8, 0, 3);
+  locked.variant.vt = VT_ARRAY | VT_R8;
   {
-    const SafeArrayLock lock(locked.get().parray);
-    CHECK(refused(AddressOf(locked.address())));
-    CHECK(SafeArrayGetDim(locked.get().parray) == 1);
+    const SafeArrayLock lock(locked.variant.parray);
+    CHECK(refused(AddressOf(&locked.variant)));
+    CHECK(SafeArrayGetDim(locked.variant.parray) == 1);
   }
   VARIANT nowhere{};
   nowhere.vt = VT_ARRAY | VT_R8;
   nowhere.parray = reinterpret_cast<SAFEARRAY*>(8);
   CHECK(refused(AddressOf(&nowhere)));
   // The same VARIANT twice, and two that overlap.
-  CHECK(refused(AddressOf(good.address())));
-  CHECK(refused(AddressOf(good.address()) + 8));
-  CHECK(refused(AddressOf(good.address()) - 16));
+  CHECK(refused(AddressOf(&good.variant)));
+  CHECK(refused(AddressOf(&good.variant) + 8));
+  CHECK(refused(AddressOf(&good.variant) - 16));
 
-  CHECK(Write(AddressOf(locked.address()), AddressOf(good.address())));
-  CHECK(locked.get().vt == (VT_ARRAY | VT_R8));
-  CHECK(good.get().vt == (VT_ARRAY | VT_I4));
+  CHECK(Write(AddressOf(&locked.variant), AddressOf(&good.variant)));
+  CHECK(locked.variant.vt == (VT_ARRAY | VT_R8));
+  CHECK(good.variant.vt == (VT_ARRAY | VT_I4));
 }
 
 TEST_CASE("what a VARIANT held goes, even where it holds the other VARIANT") {
-  OwnedVariant outer;
+  MacroVariant outer;
   // So large that its memory returns to the system when it is freed.
-  outer.address()->parray = SafeArrayCreateVector(VT_VARIANT, 1, 200'000);
-  outer.address()->vt = VT_ARRAY | VT_VARIANT;
-  auto* element = static_cast<VARIANT*>(outer.get().parray->pvData);
-  CHECK(Write(AddressOf(outer.address()), AddressOf(element)));
-  CHECK(outer.get().vt == (VT_ARRAY | VT_R8));
+  outer.variant.parray = SafeArrayCreateVector(VT_VARIANT, 1, 200'000);
+  outer.variant.vt = VT_ARRAY | VT_VARIANT;
+  auto* element = static_cast<VARIANT*>(outer.variant.parray->pvData);
+  CHECK(Write(AddressOf(&outer.variant), AddressOf(element)));
+  CHECK(outer.variant.vt == (VT_ARRAY | VT_R8));
 
   int referred = 5;
-  OwnedVariant reference;
-  reference.address()->vt = VT_BYREF | VT_I4;
-  reference.address()->plVal = reinterpret_cast<LONG*>(&referred);
-  OwnedVariant text;
-  text.address()->bstrVal = SysAllocString(L"old");
-  text.address()->vt = VT_BSTR;
-  CHECK(Write(AddressOf(reference.address()), AddressOf(text.address())));
-  CHECK((reference.get().vt == (VT_ARRAY | VT_R8) && referred == 5));
+  MacroVariant reference;
+  reference.variant.vt = VT_BYREF | VT_I4;
+  reference.variant.plVal = reinterpret_cast<LONG*>(&referred);
+  MacroVariant text;
+  text.variant.bstrVal = SysAllocString(L"old");
+  text.variant.vt = VT_BSTR;
+  CHECK(Write(AddressOf(&reference.variant), AddressOf(&text.variant)));
+  CHECK((reference.variant.vt == (VT_ARRAY | VT_R8) && referred == 5));
 
   // Without elements: empty.
-  CHECK(WriteMacroArrays(std::array{MacroArray{AddressOf(text.address()), {}}}));
-  CHECK(text.get().vt == VT_EMPTY);
+  CHECK(WriteMacroArrays(std::array{MacroArray{AddressOf(&text.variant), {}}}));
+  CHECK(text.variant.vt == VT_EMPTY);
 }
 
 TEST_CASE("the elements of each kind of array, counted from 1") {
-  OwnedVariant place;
-  const auto write = [&](MacroElements elements) {
-    REQUIRE(WriteMacroArrays(std::array{MacroArray{AddressOf(place.address()), elements}}));
-    SAFEARRAY* array = place.get().parray;
-    LONG lower = 0;
-    LONG upper = 0;
-    SafeArrayGetLBound(array, 1, &lower);
-    SafeArrayGetUBound(array, 1, &upper);
-    CHECK((SafeArrayGetDim(array) == 1 && lower == 1 && array->cLocks == 0));
-    return upper;
-  };
-  const auto element = [&]<class Element>(Element* result, std::size_t index) {
-    *result = static_cast<Element*>(place.get().parray->pvData)[index - 1];
-  };
-
+  MacroVariant place;
   const std::vector<SingleValue> cells{{.tag = CellTag::kNumber, .number = 2.5},
                                        {.tag = CellTag::kText, .text = u"\u0416"},
                                        {.tag = CellTag::kBoolean, .code = 1},
@@ -169,47 +156,18 @@ TEST_CASE("the elements of each kind of array, counted from 1") {
                                        {.tag = CellTag::kInteger, .code = 70000},
                                        {.tag = CellTag::kBlank},
                                        {.tag = CellTag::kMissing}};
-  CHECK(write(cells) == 9);
-  CHECK(place.get().vt == (VT_ARRAY | VT_VARIANT));
-  VARIANT v;
-  element(&v, 1);
-  CHECK((v.vt == VT_R8 && v.dblVal == 2.5));
-  element(&v, 2);
-  CHECK((v.vt == VT_BSTR && BstrView(v.bstrVal) == u"\u0416"));
-  element(&v, 3);
-  CHECK((v.vt == VT_BOOL && v.boolVal == -1));
-  element(&v, 4);
-  CHECK((v.vt == VT_BOOL && v.boolVal == 0));
-  element(&v, 5);
-  CHECK((v.vt == VT_ERROR && static_cast<std::uint32_t>(v.scode) == 0x800A07FA));
-  element(&v, 6);
-  CHECK((v.vt == VT_I2 && v.iVal == -5));
-  element(&v, 7);
-  CHECK((v.vt == VT_I2 && v.iVal == 32767));
-  element(&v, 8);
-  CHECK(v.vt == VT_EMPTY);
-  element(&v, 9);
-  CHECK(v.vt == VT_EMPTY);
-
-  CHECK(write(std::vector<std::u16string>{u"", u"b"}) == 2);
-  CHECK(place.get().vt == (VT_ARRAY | VT_BSTR));
-  BSTR text = nullptr;
-  element(&text, 1);
-  CHECK((text != nullptr && SysStringLen(text) == 0));
-  element(&text, 2);
-  CHECK(BstrView(text) == u"b");
-
-  CHECK(write(std::vector<double>{1, -2.5}) == 2);
-  double number = 0;
-  element(&number, 2);
-  CHECK((place.get().vt == (VT_ARRAY | VT_R8) && number == -2.5));
-
-  for (const MacroElements& none :
-       {MacroElements(std::vector<SingleValue>()), MacroElements(std::vector<std::u16string>()),
-        MacroElements(std::vector<double>()), MacroElements(std::vector<std::int32_t>())}) {
-    CHECK(write(none) == 0);
+  const std::pair<MacroElements, const char*> cases[] = {
+      {cells, "values 2.5;\u0416;TRUE;FALSE;error 2042;short -5;short 32767;;;"},
+      {std::vector<std::u16string>{u"", u"b"}, "texts ;b;"},
+      {std::vector<double>{1, -2.5}, "numbers 1;-2.5;"},
+      {std::vector<SingleValue>(), "values "},
+      {std::vector<std::u16string>(), "texts "},
+      {std::vector<double>(), "numbers "},
+      {std::vector<std::int32_t>(), "integers "}};
+  for (const auto& [elements, held] : cases) {
+    REQUIRE(WriteMacroArrays(std::array{MacroArray{AddressOf(&place.variant), elements}}));
+    CHECK(Held(place.variant) == held);
   }
-  CHECK(place.get().vt == (VT_ARRAY | VT_I4));
 }
 
 }  // namespace zavrel::tests
