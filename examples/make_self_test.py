@@ -96,10 +96,10 @@ def of_air_quality(book):
         book.defined_names.append(
             DefinedName(name.name, attr_text=name.attr_text.replace("Data!", "'air-quality'!")))
     for line in csv.reader(open(ROOT / "tests/integration/data/air_quality_reference.csv", encoding="utf-8")):
-        cell, value = line
-        formula = example["Summary"][cell].value
+        sheet, cell, value = line
+        formula = example[sheet][cell].value
         formula = formula.replace("_xll.", "").replace("Data!", "'air-quality'!")
-        if cell in example["Summary"].formula_attributes or re.search(r"(?<![!:$\w])\$?[A-Z]{1,2}\$?\d", formula):
+        if cell in example[sheet].formula_attributes or re.search(r"(?<![!:$\w])\$?[A-Z]{1,2}\$?\d", formula):
             continue  # needs other cells of that sheet, or stands for several
         yield Check(function_of(formula, ""), formula, [[value]], within=1e-13 * max(1.0, abs(float(value))))
 

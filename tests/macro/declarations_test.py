@@ -11,6 +11,7 @@ names the files of the definitions too. VERSION is the product's, "8.0".
 """
 import concurrent.futures
 import json
+import math
 import os
 import pathlib
 import re
@@ -153,7 +154,9 @@ def check_calls(folder):
             head = heads.match(line.replace("()", ""))
             if head:
                 parameters = [p for p in head[2].split(",") if p.strip()]
-                limits[head[1]] = (sum("Optional" not in p for p in parameters), len(parameters))
+                takes_any_number = any("ParamArray" in p for p in parameters)
+                required = sum("Optional" not in p and "ParamArray" not in p for p in parameters)
+                limits[head[1]] = (required, math.inf if takes_any_number else len(parameters))
             elif not re.match(r"\s*(?:End|Exit|Dim|Attribute|Private Const|Public Const)\b", line):
                 calls.append((file.name, line))
     checked = 0
