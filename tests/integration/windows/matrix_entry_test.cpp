@@ -151,7 +151,7 @@ TEST_CASE("an array that is no matrix is refused by every entry point, for the s
   const Matrices of;
   const std::string size = "VekArraySizeError|MatrixFromVbArray|",
                     not_two_dimensional = size + "VB array is not 2-dimensional",
-                    not_its_size = size + "An array does not have the size that is needed here.",
+                    not_its_size = size + "An array has the wrong size.",
                     not_doubles =
                         "VekInvalidDataType|MatrixFromVbArray|The data are of a type "
                         "that cannot be used here.";
@@ -232,7 +232,7 @@ TEST_CASE("a macro's matrix algebra") {
   CHECK(Explained(FailureIn(of.add(b, a))) ==
         "VekArraySizeError|MatrixAdd|The second matrix has fewer rows or columns than the first.");
   CHECK(Explained(FailureIn(of.multiply(b, a))) ==
-        "VekArraySizeError|MatrixMultiply|An array does not have the size that is needed here.");
+        "VekArraySizeError|MatrixMultiply|An array has the wrong size.");
   const std::uint32_t not_square = FailureIn(of.inverse(b));
   CHECK(HasCondition(of.determinant(b), kConditionNotComputed));
   for (const std::uint32_t number : {not_square, not_square + 1}) {

@@ -62,7 +62,7 @@ TEST_CASE("a write that cannot be done writes nothing and says why") {
   MacroArray objects(VT_DISPATCH, {2, 2}), hollow_row = MacroArray::Hollow({4}),
                                            hollow_numbers = MacroArray::Hollow({2, 2});
   const std::string two_dimensional = "VB array is not 2-dimensional",
-                    size = "An array does not have the size that is needed here.",
+                    size = "An array has the wrong size.",
                     type = "The data are of a type that cannot be used here.";
   const struct {
     const VARIANT& range;
