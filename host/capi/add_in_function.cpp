@@ -64,7 +64,6 @@ Operand AddInFunction::CallMachineCode(const MachineArguments& arguments) {
     case TypeLetter::kInteger:
       return Value(static_cast<double>(static_cast<std::int32_t>(word)));
     default:
-      // NOLINTNEXTLINE(performance-no-int-to-ptr): the register holds an address
       return TakePointer(reinterpret_cast<const void*>(word), type_.result);
   }
 }

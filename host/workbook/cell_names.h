@@ -19,8 +19,7 @@ using formula::kSheetRows;
 struct CellPosition {
   std::int32_t row = 0;
   std::int32_t column = 0;
-  auto operator<=>(const CellPosition&) const =
-      default;  // by row, then column; NOLINT(modernize-use-nullptr)
+  auto operator<=>(const CellPosition&) const = default;  // by row, then column
 };
 
 /// The cell that "B7" or "$B$7" names, in any letter case; nothing if the text is not such a name

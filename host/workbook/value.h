@@ -53,13 +53,15 @@ struct Blank {
 class Value {
  public:
   Value() = default;
-  Value(double number) : content_(number) {}       // NOLINT(google-explicit-constructor)
-  Value(bool boolean) : content_(boolean) {}       // NOLINT(google-explicit-constructor)
-  Value(ErrorCode error) : content_(error) {}      // NOLINT(google-explicit-constructor)
-  Value(Text text) : content_(std::move(text)) {}  // NOLINT(google-explicit-constructor)
-  explicit Value(std::u16string_view text) : content_(MakeText(text)) {}
+  // NOLINTBEGIN(google-explicit-constructor): what a cell can hold is a value.
+  Value(double number) : content_(number) {}
+  Value(bool boolean) : content_(boolean) {}
+  Value(ErrorCode error) : content_(error) {}
+  Value(Text text) : content_(std::move(text)) {}
   // Without this one a literal would become a boolean.
-  Value(const char16_t* text) : content_(MakeText(text)) {}  // NOLINT(google-explicit-constructor)
+  Value(const char16_t* text) : content_(MakeText(text)) {}
+  // NOLINTEND(google-explicit-constructor)
+  explicit Value(std::u16string_view text) : content_(MakeText(text)) {}
 
   bool IsBlank() const { return std::holds_alternative<Blank>(content_); }
   const double* number() const { return std::get_if<double>(&content_); }
@@ -103,7 +105,7 @@ struct CellAddress {
   std::uint32_t sheet = 0;
   std::int32_t row = 0;
   std::int32_t column = 0;
-  auto operator<=>(const CellAddress&) const = default;  // NOLINT(modernize-use-nullptr)
+  auto operator<=>(const CellAddress&) const = default;
 };
 
 /// A reference: one or more areas, all on one sheet, as in Excel.

@@ -24,8 +24,8 @@ enum class StatisticId : std::size_t {
   kMode = 15,
 };
 
-/// The two forms of a statistic: of a whole population (divisor n), or of a sample from a population
-/// (divisor n - 1).
+/// The two forms of a statistic: of a whole population (divisor n), or of a sample from a
+/// population (divisor n - 1).
 enum class Form : bool { kPopulation, kSample };
 /// For a statistic without forms.
 inline constexpr Form kOnlyForm = Form::kPopulation;
