@@ -46,8 +46,8 @@ std::vector<VariableColumn> ColumnsOf(const std::vector<double>& values) {
 void Correlate(const std::vector<double>& values, bool ranks, benchmark::State& state) {
   const std::vector<VariableColumn> columns = ColumnsOf(values);
   for (auto _ : state)
-    benchmark::DoNotOptimize(CalculateAssociationMatrix(
-        {.pair = {Measure::kCorrelation}, .use_ranks = ranks}, columns));
+    benchmark::DoNotOptimize(
+        CalculateAssociationMatrix({.pair = {Measure::kCorrelation}, .use_ranks = ranks}, columns));
 }
 
 /// Within a section everything else runs on one thread.

@@ -7,7 +7,9 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "src/frame"))
-from function_data import CATEGORIES, Function, read  # noqa: E402, F401
+import function_data  # noqa: E402
+
+Function = function_data.Function
 
 TEXTS = ROOT / "companions/messages/texts"
 LANGUAGES = sorted(file.stem for file in TEXTS.glob("*.txt"))
@@ -16,7 +18,7 @@ FIRST_CATEGORY = 400
 
 @functools.cache
 def functions():
-    return read(ROOT / "src/functions/functions.json").functions
+    return function_data.read(ROOT / "src/functions/functions.json").functions
 
 
 @functools.cache
@@ -33,7 +35,7 @@ def resolve(text, language):
 
 
 def category_name(function, language):
-    return messages(language)[FIRST_CATEGORY + CATEGORIES.index(function.category)]
+    return messages(language)[FIRST_CATEGORY + function_data.CATEGORIES.index(function.category)]
 
 
 def argument_names(function, language):

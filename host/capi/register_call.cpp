@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "host/capi/excel_api.h"
@@ -42,13 +43,10 @@ bool NamesFile(std::u16string_view module, const std::filesystem::path& file) {
 
 bool IsFunctionName(std::u16string_view name) {
   if (name.empty() || (name[0] >= u'0' && name[0] <= u'9')) return false;
-  for (const char16_t c : name) {
-    const bool allowed = c == u'_' || c == u'.' || c == u'\\' || c == u'?' || c >= 0x80 ||
-                         (c >= u'0' && c <= u'9') || (c >= u'A' && c <= u'Z') ||
-                         (c >= u'a' && c <= u'z');
-    if (!allowed) return false;
-  }
-  return true;
+  return std::ranges::all_of(name, [](char16_t c) {
+    return c == u'_' || c == u'.' || c == u'\\' || c == u'?' || c >= 0x80 ||
+           (c >= u'0' && c <= u'9') || (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z');
+  });
 }
 
 }  // namespace

@@ -142,7 +142,7 @@ class Evaluator {
   }
 
   void Apply(Operator op, std::vector<Operand>& stack, bool as_array) {
-    Operand last = std::move(stack.back());
+    const Operand last = std::move(stack.back());
     if (op == Operator::kSingle || op == Operator::kSpill) {
       stack.back() = op == Operator::kSingle ? Single(last) : Operand(Value(ErrorCode::kRef));
       return;
@@ -271,7 +271,7 @@ class Evaluator {
     spread.Include(tried);
     spread.Include(instead);
     return Fill(spread, [&](std::int32_t row, std::int32_t column) {
-      Value value = ElementAt(tried, row, column);
+      const Value value = ElementAt(tried, row, column);
       return is_caught(value) ? ElementAt(instead, row, column) : value;
     });
   }

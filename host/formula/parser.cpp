@@ -114,7 +114,7 @@ ErrorCode ErrorOf(const Token& token) {
 std::optional<SheetPrefix> TakePrefix(std::u16string_view& text) {
   const std::size_t mark = text.rfind(u'!');
   if (mark == std::u16string_view::npos) return SheetPrefix{};
-  std::u16string_view written = text.substr(0, mark);
+  const std::u16string_view written = text.substr(0, mark);
   text.remove_prefix(mark + 1);
   std::u16string sheet = written.starts_with(u'\'') ? Unquoted(written) : std::u16string(written);
   if (sheet.starts_with(u"[0]")) {

@@ -28,9 +28,8 @@ std::optional<double> ParseDouble(std::string_view text) {
   while (!text.empty() && (text.back() == ' ' || text.back() == '\n')) text.remove_suffix(1);
   if (text.starts_with('+')) text.remove_prefix(1);
   double number = 0.0;
-  const char* end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, number);
-  if (stop != end || text.empty()) return std::nullopt;
+  const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (stop != text.data() + text.size() || text.empty()) return std::nullopt;
   if (error == std::errc::result_out_of_range &&
       text.find_first_of('-', 1) != std::string_view::npos)
     return 0;

@@ -237,7 +237,7 @@ class SheetRewriter {
       if (is_formula) value_place = out_.size();
     }
     CopyUpTo(reader_.begin());
-    std::string rest = out_.substr(value_place);
+    const std::string rest = out_.substr(value_place);
     out_.resize(value_place);
     AddValueElement(stored);
     out_ += rest;

@@ -44,7 +44,7 @@ ChangedCells CollectCells(const Workbook& workbook, const std::vector<CellAddres
 
 void RewriteSheetPart(ZipArchive& archive, const SheetPart& sheet_part, const Sheet& sheet,
                       const std::vector<CellPosition>& cells) {
-  DecodedXml xml = ReadXmlPart(archive, sheet_part.part);
+  const DecodedXml xml = ReadXmlPart(archive, sheet_part.part);
   try {
     archive.Replace(sheet_part.part, EncodeXml(RewriteSheet(xml.text, sheet, cells), xml.encoding));
   } catch (const XmlError& error) {

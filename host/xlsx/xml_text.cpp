@@ -165,7 +165,7 @@ bool AppendDecoded(std::string_view raw, XmlPlace place, std::string& out) {
 
 std::u16string UnescapeCellText(std::string_view stored) {
   std::u16string text = Utf16FromUtf8(stored);
-  std::size_t escape = text.find(u"_x");
+  const std::size_t escape = text.find(u"_x");
   if (escape == std::u16string::npos) return text;
   std::size_t kept = escape;
   for (std::size_t i = escape; i < text.size(); ++kept) {

@@ -14,7 +14,7 @@ namespace zavhost {
 bool StderrIsTerminal() { return _isatty(_fileno(stderr)) != 0; }
 
 std::string SystemDescription() {
-  const std::string text = Utf8FromUtf16(zavrel::OperatingSystemDescription());
+  std::string text = Utf8FromUtf16(zavrel::OperatingSystemDescription());
   // An emulation of Windows exports its version.
   const auto library = zavrel::LoadedModule::ByName(u"ntdll");
   const auto version = library ? library->FindExport("wine_get_version") : nullptr;
