@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "host/workbook/cell_names.h"
+#include "support/workbooks.h"
 
 namespace sample {
 
@@ -12,11 +13,7 @@ using namespace zavhost;
 namespace {
 
 std::string ShownValue(const Value& value) {
-  if (value.IsBlank()) return "blank";
-  if (const double* number = value.number()) return Utf8FromUtf16(GeneralText(*number));
-  if (const bool* boolean = value.boolean()) return *boolean ? "TRUE" : "FALSE";
-  if (const ErrorCode* error = value.error()) return Utf8FromUtf16(ErrorText(*error));
-  return "\"" + Utf8FromUtf16(*value.text()) + "\"";
+  return value.IsBlank() ? "blank" : zavhost::tests::Quoted(value);
 }
 
 std::string ShownArray(const Array& array) {

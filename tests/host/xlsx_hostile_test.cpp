@@ -64,8 +64,8 @@ TEST_CASE(
     "a good workbook cut off anywhere, or with any byte changed, never does worse than fail") {
   const TemporaryFolder folder;
   BookParts parts = OneSheetBook(
-      "<row r=\"1\"><c r=\"A1\" t=\"str\"><f t=\"shared\" si=\"0\" ref=\"A1:A2\">B1&amp;1</f>"
-      "<v>a&#10;b</v></c></row><row r=\"2\"><c r=\"A2\"><f t=\"shared\" si=\"0\"/></c></row>");
+      R"(<row r="1"><c r="A1" t="str"><f t="shared" si="0" ref="A1:A2">B1&amp;1</f>)"
+      R"(<v>a&#10;b</v></c></row><row r="2"><c r="A2"><f t="shared" si="0"/></c></row>)");
   std::vector<ZipPart> list;
   for (const auto& [name, content] : parts) {
     list.push_back({.name = name, .content = content, .stored = true});

@@ -22,7 +22,7 @@ BookParts WithSharedTexts(const std::string& rows, const std::string& texts) {
   parts["xl/_rels/workbook.xml.rels"] =
       RelationshipsXml(RelationshipXml("rId1", "worksheet", "/xl/worksheets/sheet1.xml") +
                        RelationshipXml("rId2", "sharedStrings", "sharedStrings.xml"));
-  parts["xl/sharedStrings.xml"] = "<sst count=\"9\">" + texts + "</sst>";
+  parts["xl/sharedStrings.xml"] = R"(<sst count="9">)" + texts + "</sst>";
   return parts;
 }
 
@@ -40,14 +40,14 @@ std::string Utf16(std::string_view text, bool big_endian) {
 }  // namespace
 
 TEST_CASE("every cell type reads as what it stands for") {
-  const Workbook book = ReadRows(
-      "<row r=\"3\" spans=\"1:9\"><c r=\"A3\"><v>1.5E-3</v></c><c t=\"b\"><v>1</v></c>"
-      "<c t=\"e\"><v>#DIV/0!</v></c><c r=\"F3\" t=\"str\"><v> a&amp;b&#x20AC; </v></c>"
-      "<c t=\"inlineStr\"><is><t>in</t><r><rPr><b/></rPr><t xml:space=\"preserve\"> "
-      "line</t></r></is></c>"
-      "<c t=\"d\"><v>2024-03-05T12:00:00Z</v></c><c t=\"n\" s=\"4\"/><c t=\"str\"><v></v></c></row>"
-      "<row><c r=\"A4\"><v> 0.1 </v></c><c t=\"e\"><v>#FUTURE!</v></c>"
-      "<c t=\"str\"><v><![CDATA[<&>]]></v></c><c t=\"d\"><v>1900-02-28</v></c></row>");
+  const Workbook book =
+      ReadRows(R"(<row r="3" spans="1:9"><c r="A3"><v>1.5E-3</v></c><c t="b"><v>1</v></c>)"
+               R"(<c t="e"><v>#DIV/0!</v></c><c r="F3" t="str"><v> a&amp;b&#x20AC; </v></c>)"
+               R"(<c t="inlineStr"><is><t>in</t><r><rPr><b/></rPr>)"
+               R"(<t xml:space="preserve"> line</t></r></is></c><c t="d">)"
+               R"(<v>2024-03-05T12:00:00Z</v></c><c t="n" s="4"/><c t="str"><v></v></c></row>)"
+               R"(<row><c r="A4"><v> 0.1 </v></c><c t="e"><v>#FUTURE!</v></c><c t="str"><v>)"
+               R"(<![CDATA[<&>]]></v></c><c t="d"><v>1900-02-28</v></c></row>)");
   const Sheet& sheet = book.sheets.at(0);
   CHECK(Content(sheet, "A3:J4") ==
         "0.0015,TRUE,#DIV/0!,,,\" a&b\u20AC \",\"in line\",45356.5,,\"\";"
@@ -58,8 +58,8 @@ TEST_CASE("every cell type reads as what it stands for") {
 
 TEST_CASE("shared texts: runs joined, readings dropped, escapes decoded, texts held once") {
   const Workbook book = Read(WithSharedTexts(
-      "<row><c t=\"s\"><v>0</v></c><c t=\"s\"><v>1</v></c><c t=\"s\"><v>2</v></c>"
-      "<c t=\"s\"><v>3</v></c><c t=\"s\"><v>3</v></c></row>",
+      R"(<row><c t="s"><v>0</v></c><c t="s"><v>1</v></c><c t="s"><v>2</v></c><c t="s">)"
+      R"(<v>3</v></c><c t="s"><v>3</v></c></row>)",
       "<si><r><t>Tokyo</t></r><r><rPr/><t xml:space=\"preserve\"> 1 </t></r>"
       "<rPh sb=\"0\" eb=\"1\"><t>reading</t></rPh><phoneticPr fontId=\"1\"/></si>"
       "<si><t>a_x000D_b_x005F_x0041__xZZZZ_</t></si><si/><si><t>\n  same </t></si>"));
@@ -69,16 +69,14 @@ TEST_CASE("shared texts: runs joined, readings dropped, escapes decoded, texts h
 }
 
 TEST_CASE("formulas: normal, shared, array, data table and those without their text") {
-  const Workbook book = ReadRows(
-      "<row r=\"1\"><c r=\"A1\"><f>=_xll.ZavMean(B1)</f><v>2</v></c>"
-      "<c r=\"D1\"><f t=\"array\" ref=\"D1:E2\">B1:C2*2</f><v>4</v></c><c "
-      "r=\"E1\"><v>6</v></c></row>"
-      "<row r=\"2\"><c r=\"A2\"><f t=\"shared\" si=\"3\"/><v>1</v></c></row>"
-      "<row r=\"3\"><c r=\"A3\"><f t=\"shared\" ref=\"A2:A4\" si=\"3\">B3&lt;C3</f></c></row>"
-      "<row r=\"4\"><c r=\"A4\"><f t=\"shared\" si=\"3\"/></c><c r=\"B4\"><f t=\"shared\" "
-      "si=\"9\"/>"
-      "<v>7</v></c><c r=\"C4\"><f t=\"dataTable\" ref=\"C4:C9\" r1=\"A1\"/><v>8</v></c>"
-      "<c r=\"D4\" cm=\"1\"><f t=\"array\" ref=\"D4\">B1</f><v>1</v></c></row>");
+  const Workbook book =
+      ReadRows(R"(<row r="1"><c r="A1"><f>=_xll.ZavMean(B1)</f><v>2</v></c><c r="D1">)"
+               R"(<f t="array" ref="D1:E2">B1:C2*2</f><v>4</v></c><c r="E1"><v>6</v></c></row>)"
+               R"(<row r="2"><c r="A2"><f t="shared" si="3"/><v>1</v></c></row><row r="3">)"
+               R"(<c r="A3"><f t="shared" ref="A2:A4" si="3">B3&lt;C3</f></c></row><row r="4">)"
+               R"(<c r="A4"><f t="shared" si="3"/></c><c r="B4"><f t="shared" si="9"/><v>7</v>)"
+               R"(</c><c r="C4"><f t="dataTable" ref="C4:C9" r1="A1"/><v>8</v></c>)"
+               R"(<c r="D4" cm="1"><f t="array" ref="D4">B1</f><v>1</v></c></row>)");
   REQUIRE(book.formulas.size() == 6);
   const auto text = [&](std::size_t i) { return book.formula_texts[book.formulas[i].text]; };
   CHECK(text(0) == u"_xll.ZavMean(B1)");
@@ -94,9 +92,9 @@ TEST_CASE("formulas: normal, shared, array, data table and those without their t
 }
 
 TEST_CASE("the used range holds the cells that formulas will fill") {
-  const Workbook book = ReadRows(
-      "<row r=\"2\"><c r=\"B2\"><f t=\"array\" ref=\"B2:C5\">1</f></c></row>"
-      "<row r=\"9\"><c r=\"A9\"><f>1</f></c></row>");
+  const Workbook book =
+      ReadRows(R"(<row r="2"><c r="B2"><f t="array" ref="B2:C5">1</f></c></row><row r="9">)"
+               R"(<c r="A9"><f>1</f></c></row>)");
   CHECK(book.sheets[0].used_range() == CellRange{1, 0, 8, 2});
 }
 
@@ -114,8 +112,8 @@ TEST_CASE("sheets come in the order of the workbook, with names, dates and prote
       RelationshipsXml(RelationshipXml("rId1", "worksheet", "worksheets/./sheet1.xml") +
                        RelationshipXml("rId2", "chartsheet", "chartsheets/sheet1.xml") +
                        RelationshipXml("rId9", "worksheet", "../xl/worksheets/sheet9.xml"));
-  parts["xl/worksheets/sheet9.xml"] = SheetXml("<row><c t=\"d\"><v>1904-01-02</v></c></row>",
-                                               "<sheetProtection sheet=\"1\" objects=\"1\"/>");
+  parts["xl/worksheets/sheet9.xml"] = SheetXml(R"(<row><c t="d"><v>1904-01-02</v></c></row>)",
+                                               R"(<sheetProtection sheet="1" objects="1"/>)");
   const Workbook book = Read(parts);
   REQUIRE(book.sheets.size() == 3);
   CHECK(book.sheets[0].name() == u"Z & \u00DC");
@@ -132,12 +130,11 @@ TEST_CASE("sheets come in the order of the workbook, with names, dates and prote
 
 TEST_CASE("other ways to write the same: strict names, prefixes, UTF-16, comments, back slashes") {
   const std::string strict =
-      "<?xml version=\"1.0\"?><!-- c --><x:worksheet "
-      "xmlns:x='http://purl.oclc.org/ooxml/spreadsheetml/"
-      "main'><?pi ?><x:sheetData><x:row r='2'><x:c r='B2'><x:f>1+1</x:f><x:v><!-- no "
-      "-->4<![CDATA[2]]>"
-      "</x:v></x:c></x:row></x:sheetData><x:extLst><x:ext><x:f>3</x:f></x:ext></x:extLst></"
-      "x:worksheet>";
+      R"(<?xml version="1.0"?><!-- c -->)"
+      "<x:worksheet xmlns:x='http://purl.oclc.org/ooxml/spreadsheetml/main'><?pi ?>"
+      "<x:sheetData><x:row r='2'><x:c r='B2'><x:f>1+1</x:f><x:v>"
+      "<!-- no -->4<![CDATA[2]]></x:v></x:c></x:row></x:sheetData><x:extLst><x:ext>"
+      "<x:f>3</x:f></x:ext></x:extLst></x:worksheet>";
   for (const std::string& xml :
        {strict, "\xEF\xBB\xBF" + strict, Utf16(strict, false), Utf16(strict, true)}) {
     BookParts parts = OneSheetBook("");

@@ -43,32 +43,32 @@ std::string Rewritten(const std::string& rows,
 
 TEST_CASE("only t and v of the cells named change") {
   // Each value over each way a cell may look; what else the cell holds stays, byte for byte.
-  CHECK(Rewritten("<row r=\"1\"><c r=\"A1\" s=\"3\" t=\"str\" cm='1' "
-                  "><f>_xll.ZavSum(1)</f><v>old</v><extLst/></c></row>",
+  CHECK(Rewritten(R"(<row r="1"><c r="A1" s="3" t="str" cm='1' ><f>_xll.ZavSum(1)</f><v>old</v>)"
+                  "<extLst/></c></row>",
                   {{{0, 0}, 0.1}}) ==
-        "<row r=\"1\"><c r=\"A1\" s=\"3\" cm='1' "
-        "><f>_xll.ZavSum(1)</f><v>0.1</v><extLst/></c></row>");
-  CHECK(Rewritten("<row r=\"1\"><c r='A1'><f t=\"shared\" si=\"0\" ref=\"A1\">x</f></c></row>",
+        R"(<row r="1"><c r="A1" s="3" cm='1' ><f>_xll.ZavSum(1)</f><v>0.1</v><extLst/>)"
+        "</c></row>");
+  CHECK(Rewritten(R"(<row r="1"><c r='A1'><f t="shared" si="0" ref="A1">x</f></c></row>)",
                   {{{0, 0}, ErrorCode::kNA}}) ==
-        "<row r=\"1\"><c r='A1' t=\"e\"><f t=\"shared\" si=\"0\" "
-        "ref=\"A1\">x</f><v>#N/A</v></c></row>");
-  CHECK(Rewritten("<row r=\"1\"><c r=\"A1\" t='inlineStr'><is><t>a</t></is></c></row>",
-                  {{{0, 0}, true}}) == "<row r=\"1\"><c r=\"A1\" t='b'><v>1</v></c></row>");
-  CHECK(Rewritten("<row r=\"1\"><c r=\"A1\"  s=\"2\" /><c r=\"B1\"/></row>", {{{0, 0}, 1e20}}) ==
-        "<row r=\"1\"><c r=\"A1\"  s=\"2\" ><v>1E+20</v></c><c r=\"B1\"/></row>");
-  CHECK(Rewritten("<row r=\"1\"><c><!-- k --><v>1</v><f>x</f> <v>2</v></c></row>",
-                  {{{0, 0}, -0.0}}) == "<row r=\"1\"><c><!-- k --><f>x</f><v>-0</v> </c></row>");
-  CHECK(Rewritten("<row r=\"1\"><c r=\"A1\" t=\"str\"><f>x</f><v>1</v></c></row>",
-                  {{{0, 0}, Value()}}) == "<row r=\"1\"><c r=\"A1\"><f>x</f></c></row>");
+        R"(<row r="1"><c r='A1' t="e"><f t="shared" si="0" ref="A1">x</f><v>#N/A</v></c>)"
+        "</row>");
+  CHECK(Rewritten(R"(<row r="1"><c r="A1" t='inlineStr'><is><t>a</t></is></c></row>)",
+                  {{{0, 0}, true}}) == R"(<row r="1"><c r="A1" t='b'><v>1</v></c></row>)");
+  CHECK(Rewritten(R"(<row r="1"><c r="A1"  s="2" /><c r="B1"/></row>)", {{{0, 0}, 1e20}}) ==
+        R"(<row r="1"><c r="A1"  s="2" ><v>1E+20</v></c><c r="B1"/></row>)");
+  CHECK(Rewritten(R"(<row r="1"><c><!-- k --><v>1</v><f>x</f> <v>2</v></c></row>)",
+                  {{{0, 0}, -0.0}}) == R"(<row r="1"><c><!-- k --><f>x</f><v>-0</v> </c></row>)");
+  CHECK(Rewritten(R"(<row r="1"><c r="A1" t="str"><f>x</f><v>1</v></c></row>)",
+                  {{{0, 0}, Value()}}) == R"(<row r="1"><c r="A1"><f>x</f></c></row>)");
 }
 
 TEST_CASE("texts are escaped so that they read back the same") {
   CHECK(Rewritten("<row><c><f>x</f></c></row>", {{{0, 0}, Value(u" <a>&\r_x0041_ ")}}) ==
-        "<row><c t=\"str\"><f>x</f><v xml:space=\"preserve\"> &lt;a&gt;&amp;_x000D__x005F_x0041_ "
-        "</v></c></row>");
+        R"(<row><c t="str"><f>x</f>)"
+        R"(<v xml:space="preserve"> &lt;a&gt;&amp;_x000D__x005F_x0041_ </v></c></row>)");
   const TemporaryFolder folder;
   const std::filesystem::path file = folder.Put(
-      u"book.xlsx", ZipBook(OneSheetBook("<row><c><v>1</v></c></row><row><c t=\"s\"/></row>")));
+      u"book.xlsx", ZipBook(OneSheetBook(R"(<row><c><v>1</v></c></row><row><c t="s"/></row>)")));
   const std::u16string text =
       std::u16string(u"\t\n\u0001\uFFFE 数据\U0001F600_x_x004_") + char16_t{0xD800};
   Workbook book = ReadXlsx(file);
@@ -82,43 +82,39 @@ TEST_CASE("texts are escaped so that they read back the same") {
 
 TEST_CASE("cells of an array that the file lacks are made in their places") {
   const std::string rows =
-      "<row r=\"2\" ht=\"20\"><c r=\"A2\"/><c r=\"B2\"><f t=\"array\" ref=\"B2:C5\">x</f></c>"
-      "<c r=\"D2\"><v>9</v></c></row><row r=\"4\"/><row r=\"7\"><c r=\"A7\"/></row>";
+      R"(<row r="2" ht="20"><c r="A2"/><c r="B2"><f t="array" ref="B2:C5">x</f></c>)"
+      R"(<c r="D2"><v>9</v></c></row><row r="4"/><row r="7"><c r="A7"/></row>)";
   const TemporaryFolder folder;
   const std::filesystem::path file = folder.Put(u"book.xlsx", ZipBook(OneSheetBook(rows)));
   Workbook book = ReadXlsx(file);
   for (int i = 0; i < 8; ++i) book.sheets[0].Set(1 + i / 2, 1 + i % 2, static_cast<double>(i));
   WriteXlsx(file, folder.path() / "new.xlsx", book, {{0, 1, 1}});
   const std::string xml = ZipArchive(Bytes(folder.path() / "new.xlsx"), {}).Read(kSheetPart);
-  CHECK(
-      xml ==
-      SheetXml("<row r=\"2\" ht=\"20\"><c r=\"A2\"/><c r=\"B2\"><f t=\"array\" ref=\"B2:C5\">x</f>"
-               "<v>0</v></c><c r=\"C2\"><v>1</v></c><c r=\"D2\"><v>9</v></c></row>"
-               "<row r=\"3\"><c r=\"B3\"><v>2</v></c><c r=\"C3\"><v>3</v></c></row>"
-               "<row r=\"4\"><c r=\"B4\"><v>4</v></c><c r=\"C4\"><v>5</v></c></row>"
-               "<row r=\"5\"><c r=\"B5\"><v>6</v></c><c r=\"C5\"><v>7</v></c></row>"
-               "<row r=\"7\"><c r=\"A7\"/></row>"));
+  CHECK(xml ==
+        SheetXml(R"(<row r="2" ht="20"><c r="A2"/><c r="B2"><f t="array" ref="B2:C5">x</f>)"
+                 R"(<v>0</v></c><c r="C2"><v>1</v></c><c r="D2"><v>9</v></c></row><row r="3">)"
+                 R"(<c r="B3"><v>2</v></c><c r="C3"><v>3</v></c></row><row r="4"><c r="B4">)"
+                 R"(<v>4</v></c><c r="C4"><v>5</v></c></row><row r="5"><c r="B5"><v>6</v></c>)"
+                 R"(<c r="C5"><v>7</v></c></row><row r="7"><c r="A7"/></row>)"));
   // Rows in any order, an empty sheet, and prefixed names.
-  CHECK(Rewritten("<row r=\"5\"/><row r=\"3\"><c r=\"C3\"/></row>",
+  CHECK(Rewritten(R"(<row r="5"/><row r="3"><c r="C3"/></row>)",
                   {{{2, 1}, 1.0}, {{4, 0}, 2.0}, {{9, 0}, 3.0}}) ==
-        "<row r=\"5\"><c r=\"A5\"><v>2</v></c></row><row r=\"3\"><c r=\"B3\"><v>1</v></c><c "
-        "r=\"C3\"/></row>"
-        "<row r=\"10\"><c r=\"A10\"><v>3</v></c></row>");
+        R"(<row r="5"><c r="A5"><v>2</v></c></row><row r="3"><c r="B3"><v>1</v></c>)"
+        R"(<c r="C3"/></row><row r="10"><c r="A10"><v>3</v></c></row>)");
   BookParts parts = OneSheetBook("");
-  parts[kSheetPart] = "<x:worksheet xmlns:x=\"m\"><x:sheetData /></x:worksheet>";
+  parts[kSheetPart] = R"(<x:worksheet xmlns:x="m"><x:sheetData /></x:worksheet>)";
   const std::filesystem::path empty = folder.Put(u"empty.xlsx", ZipBook(parts));
   book = ReadXlsx(empty);
   book.sheets[0].Set(0, 0, u"a");
   WriteXlsx(empty, empty, book, {{0, 0, 0}});
-  CHECK(
-      ZipArchive(Bytes(empty), {}).Read(kSheetPart) ==
-      "<x:worksheet xmlns:x=\"m\"><x:sheetData ><x:row r=\"1\"><x:c r=\"A1\" t=\"str\"><x:v>a</x:v>"
-      "</x:c></x:row></x:sheetData></x:worksheet>");
+  CHECK(ZipArchive(Bytes(empty), {}).Read(kSheetPart) ==
+        R"(<x:worksheet xmlns:x="m"><x:sheetData ><x:row r="1"><x:c r="A1" t="str">)"
+        "<x:v>a</x:v></x:c></x:row></x:sheetData></x:worksheet>");
 }
 
 TEST_CASE("every other part keeps its packed bytes, whatever it holds") {
   BookParts parts = OneSheetBook("<row><c><v>1</v></c></row>");
-  parts["xl/calcChain.xml"] = "<calcChain><c r=\"A1\"/></calcChain>";
+  parts["xl/calcChain.xml"] = R"(<calcChain><c r="A1"/></calcChain>)";
   parts["xl/media/image1.png"] = std::string("\x89PNG\0\1\2", 7) + std::string(5'000, 'i');
   parts["customXml/odd.xml"] = "<not well <formed";
   const TemporaryFolder folder;

@@ -88,22 +88,22 @@ std::string Zip(const std::vector<ZipPart>& parts) {
 
 std::string RelationshipXml(const std::string& id, const std::string& type,
                             const std::string& target, const std::string& rest) {
-  return "<Relationship Id=\"" + id + "\" Type=\"" + kOffice + "/" + type + "\" Target=\"" +
-         target + "\" " + rest + "/>";
+  return R"(<Relationship Id=")" + id + R"(" Type=")" + kOffice + "/" + type + R"(" Target=")" +
+         target + R"(" )" + rest + "/>";
 }
 
 std::string RelationshipsXml(const std::string& relationships) {
-  return std::string(kDeclaration) + "<Relationships xmlns=\"" + kPackage + "\">" + relationships +
-         "</Relationships>";
+  return std::string(kDeclaration) + R"(<Relationships xmlns=")" + kPackage + R"(">)" +
+         relationships + "</Relationships>";
 }
 
 std::string WorkbookXml(const std::string& sheets, const std::string& rest) {
-  return std::string(kDeclaration) + "<workbook xmlns=\"" + kMain + "\" xmlns:r=\"" + kOffice +
-         "\"><sheets>" + sheets + "</sheets>" + rest + "</workbook>";
+  return std::string(kDeclaration) + R"(<workbook xmlns=")" + kMain + R"(" xmlns:r=")" + kOffice +
+         R"("><sheets>)" + sheets + "</sheets>" + rest + "</workbook>";
 }
 
 std::string SheetXml(const std::string& rows, const std::string& behind) {
-  return std::string(kDeclaration) + "<worksheet xmlns=\"" + kMain + "\"><sheetData>" + rows +
+  return std::string(kDeclaration) + R"(<worksheet xmlns=")" + kMain + R"("><sheetData>)" + rows +
          "</sheetData>" + behind + "</worksheet>";
 }
 
@@ -121,7 +121,7 @@ BookParts OneSheetBook(const std::string& rows) {
            "vnd.openxmlformats-officedocument.spreadsheetml.worksheet+xml\"/></Types>"},
       {"_rels/.rels",
        RelationshipsXml(RelationshipXml("rId1", "officeDocument", "xl/workbook.xml"))},
-      {"xl/workbook.xml", WorkbookXml("<sheet name=\"Data\" sheetId=\"1\" r:id=\"rId1\"/>")},
+      {"xl/workbook.xml", WorkbookXml(R"(<sheet name="Data" sheetId="1" r:id="rId1"/>)")},
       {"xl/_rels/workbook.xml.rels",
        RelationshipsXml(RelationshipXml("rId1", "worksheet", "worksheets/sheet1.xml"))},
       {"xl/worksheets/sheet1.xml", SheetXml(rows)},

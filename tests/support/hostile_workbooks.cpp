@@ -12,7 +12,7 @@ namespace {
 
 constexpr char kSheetPart[] = "xl/worksheets/sheet1.xml";
 constexpr char kBookPart[] = "xl/workbook.xml";
-constexpr char kGoodRows[] = "<row r=\"1\"><c r=\"A1\"><v>1</v></c></row>";
+constexpr char kGoodRows[] = R"(<row r="1"><c r="A1"><v>1</v></c></row>)";
 
 /// The text with what its escapes and repetitions stand for.
 std::string Unfolded(std::string_view text) {
@@ -50,7 +50,7 @@ BookParts PartsWith(const std::string& wrong) {
   if (kind == "rows") return OneSheetBook(rest);
   if (kind == "cell") {
     const std::size_t content = rest.find('<');
-    return OneSheetBook("<row r=\"2\"><c r=\"B2\" " + rest.substr(0, content) + ">" +
+    return OneSheetBook(R"(<row r="2"><c r="B2" )" + rest.substr(0, content) + ">" +
                         rest.substr(content) + "</c></row>");
   }
   BookParts parts = OneSheetBook(kGoodRows);
@@ -65,8 +65,8 @@ BookParts PartsWith(const std::string& wrong) {
     parts["xl/_rels/workbook.xml.rels"] = RelationshipsXml(list);
   } else if (kind == "sheets" || kind == "names") {
     for (const std::string& name : Listed(kind == "sheets" ? rest : "Data"))
-      list +=
-          "<sheet name=\"" + name + "\" sheetId=\"" + std::to_string(++id) + "\" r:id=\"rId1\"/>";
+      list += R"(<sheet name=")" + name + R"(" sheetId=")" + std::to_string(++id) +
+              R"(" r:id="rId1"/>)";
     parts[kBookPart] =
         WorkbookXml(list, kind == "sheets" ? "" : "<definedNames>" + rest + "</definedNames>");
   } else if (kind == "without") {
@@ -171,22 +171,20 @@ void AddReadable(Writer& writer) {
   const auto add = [&](const char* name, const std::string& rows) {
     writer.Add(name, "", ZipBook(OneSheetBook(rows)));
   };
-  BookParts cyclic_names = PartsWith(
-      "names <definedName name=\"first\">second</definedName>"
-      "<definedName name=\"second\">first</definedName>");
+  BookParts cyclic_names = PartsWith(R"(names <definedName name="first">second</definedName>)"
+                                     R"(<definedName name="second">first</definedName>)");
   cyclic_names[kSheetPart] =
-      SheetXml("<row r=\"1\"><c r=\"A1\"><f>ZavMean(first)</f><v>5</v></c></row>");
+      SheetXml(R"(<row r="1"><c r="A1"><f>ZavMean(first)</f><v>5</v></c></row>)");
   writer.Add("cyclic_names", "", ZipBook(cyclic_names));
-  add("cyclic_cells",
-      "<row r=\"1\"><c r=\"A1\"><f>ZavMean(B1)</f><v>5</v></c>"
-      "<c r=\"B1\"><f>ZavMean(A1)</f><v>5</v></c></row>");
+  add("cyclic_cells", R"(<row r="1"><c r="A1"><f>ZavMean(B1)</f><v>5</v></c><c r="B1">)"
+                      "<f>ZavMean(A1)</f><v>5</v></c></row>");
   add("texts_without_bounds",
       "<row r=\"1\"><c r=\"A1\"><f t=\"array\" ref=\"A1\">ZavMean(ROW(1:500)*COLUMN(A:IV)&amp;\"" +
-          std::string(4000, 'x') + "\")</f><v>5</v></c></row>");
+          std::string(4000, 'x') + R"(")</f><v>5</v></c></row>)");
   std::string rows;
   for (int row = 1; row <= 1'000'000; ++row) {
-    rows += "<row><c><f t=\"shared\" si=\"0\"";
-    rows += row == 1 ? " ref=\"A1:A1000000\">ZavMean(B1:C1)</f>" : "/>";
+    rows += R"(<row><c><f t="shared" si="0")";
+    rows += row == 1 ? R"( ref="A1:A1000000">ZavMean(B1:C1)</f>)" : "/>";
     rows += "<v>0</v></c></row>";
   }
   add("million_formulas", rows);

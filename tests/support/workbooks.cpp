@@ -135,10 +135,12 @@ std::string ShownCells(Engine& engine, std::string_view range) {
                  [](const Value& value) { return Shown(value); });
 }
 
+std::string Quoted(const Value& value) {
+  return value.text() != nullptr ? '"' + Shown(value) + '"' : Shown(value);
+}
+
 std::string Content(const Sheet& sheet, std::string_view range) {
-  return CellsOf(sheet, range, [](const Value& value) {
-    return value.text() != nullptr ? '"' + Shown(value) + '"' : Shown(value);
-  });
+  return CellsOf(sheet, range, Quoted);
 }
 
 double Number(Engine& engine, std::string_view formula) {

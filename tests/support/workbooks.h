@@ -37,7 +37,9 @@ std::string Shown(const Operand& operand);
 std::string Shown(Engine& engine, std::string_view formula);
 /// Cells of the first sheet.
 std::string ShownCells(Engine& engine, std::string_view range);
-/// The same of any sheet, with texts in quotes: "1,\"a\";TRUE,;".
+/// As above, with texts in quotes.
+std::string Quoted(const Value& value);
+/// The cells of any sheet so: "1,\"a\";TRUE,;".
 std::string Content(const Sheet& sheet, std::string_view range);
 /// A formula's number; fails the test when it gives none.
 double Number(Engine& engine, std::string_view formula);

@@ -37,29 +37,18 @@ TEST_CASE("with both companions in their places") {
 TEST_CASE("without the extension, or with a broken one, its functions are not there") {
   const std::filesystem::path folder = CopyOfWhatShips("without extension");
   std::filesystem::remove_all(folder / "ZavrelFuncs Extensions");
-  const wchar_t* const names[] = {L"WSRExactPValMaxSample()",
-                                  L"WSRpValue(3,5,1)",
-                                  L"WSRTies({1,2},0)",
-                                  L"WSRTieCorrectionTerm({1,2},0)",
-                                  L"WSRNegative({1,2},0)",
-                                  L"WSRPositive({1,2},0)",
-                                  L"WSRPairTies({1,2},{3,5},0)",
-                                  L"WSRPairTieCorrectionTerm({1,2},{3,5},0)",
-                                  L"WSRPairNegative({1,2},{3,5},0)",
-                                  L"WSRPairPositive({1,2},{3,5},0)",
-                                  L"MWUsingNormalApproximation(2,2)",
-                                  L"MWpValue(2,2,3,0)",
-                                  L"MWTies({1,2},{3,4})",
-                                  L"MWTieCorrectionTerm({1,2},{3,4})",
-                                  L"MWRankSum1({1,2},{3,4})",
-                                  L"MWRankSum2({1,2},{3,4})",
-                                  L"KWData(2,{1,2},{3,4})",
-                                  L"KWpValue(0,{1,2},{3,4})",
-                                  L"KWpValueComputationMethod({2,2})"};
   std::wstring present = L"=0", absent = L"=0";
-  for (const std::wstring name : names) {
-    present += L"+ISNUMBER(Zav" + name + L"+0)";
-    absent += L"+ISERROR(Zav" + name + L"+0)";
+  for (const std::string& call : zavhost::tests::CasesIn(R"(
+           WSRExactPValMaxSample() | WSRpValue(3,5,1) | WSRTies({1,2},0)
+           WSRTieCorrectionTerm({1,2},0) | WSRNegative({1,2},0) | WSRPositive({1,2},0)
+           WSRPairTies({1,2},{3,5},0) | WSRPairTieCorrectionTerm({1,2},{3,5},0)
+           WSRPairNegative({1,2},{3,5},0) | WSRPairPositive({1,2},{3,5},0)
+           MWUsingNormalApproximation(2,2) | MWpValue(2,2,3,0) | MWTies({1,2},{3,4})
+           MWTieCorrectionTerm({1,2},{3,4}) | MWRankSum1({1,2},{3,4}) | MWRankSum2({1,2},{3,4})
+           KWData(2,{1,2},{3,4}) | KWpValue(0,{1,2},{3,4}) | KWpValueComputationMethod({2,2}))")) {
+    const std::wstring wide(call.begin(), call.end());
+    present += L"+ISNUMBER(Zav" + wide + L"+0)";
+    absent += L"+ISERROR(Zav" + wide + L"+0)";
   }
   CHECK(Show(CopyOfWhatShips("with extension"), present.c_str()).shown == "19");
   CHECK(Show(folder, absent.c_str()).shown == "19");
