@@ -33,11 +33,7 @@ zavhost::Workbook LargeWorkbook() {
 }
 
 std::filesystem::path RealAddIn() {
-#ifdef _WIN32
-  return ZAVREL_OUT "/ZavrelFuncs8_x64.xll";
-#else
-  return std::filesystem::read_symlink("/proc/self/exe");
-#endif
+  return ZAVREL_ADD_IN;
 }
 
 std::u16string Range(char16_t column, int first_row) {

@@ -15,7 +15,7 @@ zavrel_header_library(header_doctest doctest)
 zavrel_header_library(header_cli11 CLI)
 # fmt as a compiled library: header-only it costs most of a file's compile time.
 zavrel_header_library(header_fmt fmt)
-find_library(FMT_LIBRARY NAMES libfmt.a fmt REQUIRED)
+find_library(FMT_LIBRARY NAMES libfmt.a REQUIRED)
 target_link_libraries(header_fmt INTERFACE ${FMT_LIBRARY})
 zavrel_header_library(header_json nlohmann)
 zavrel_header_library(header_eigen eigen3)

@@ -1,20 +1,25 @@
 #pragma once
-// The texts of the message library as a table for programs that are not built for Windows, where
-// they come from the resource DLL instead. Generated from the files in texts/.
+// The texts of the message library on systems that have no resources: a library there exports them
+// as a table. Made from the files of companions/messages/texts.
 
+#include <cstddef>
 #include <cstdint>
-#include <span>
-#include <string_view>
 
 namespace zavrel::messages {
 
 struct Message {
   std::uint32_t language;  // primary language id
   std::uint32_t id;
-  std::u16string_view text;
+  const char16_t* text;
 };
 
 /// All texts, ordered by language, then id.
-std::span<const Message> Messages();
+struct MessageTable {
+  const Message* messages;
+  std::size_t count;
+};
+
+/// The library's only export.
+extern "C" const MessageTable* ZavrelMessageTable();
 
 }  // namespace zavrel::messages

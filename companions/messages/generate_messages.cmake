@@ -1,7 +1,7 @@
 # Generates the source of the message library from the text files:
 #   cmake -D FOLDER=texts -D LANGUAGES=de,en -D OUTPUT=messages.rc -P generate_messages.cmake
 # If the output ends in .rc, it is a resource script with a string table for each language. If it ends in .cpp,
-# it defines Messages() of message_table.h.
+# it defines ZavrelMessageTable() of message_table.h.
 #
 # The texts never become elements of a CMake list, so they may contain semicolons and brackets.
 
@@ -73,9 +73,11 @@ namespace {
 
 constexpr Message kMessages[] = {${source}};
 
+constexpr MessageTable kTable{kMessages, sizeof kMessages / sizeof kMessages[0]};
+
 }  // namespace
 
-std::span<const Message> Messages() { return kMessages; }
+extern \"C\" __attribute__((visibility(\"default\"))) const MessageTable* ZavrelMessageTable() { return &kTable; }
 
 }  // namespace zavrel::messages
 ")

@@ -231,7 +231,7 @@ int ExcelApi::Dispatch(int function, const Arguments& arguments, XLOPER12& resul
       return GiveInteger(0, result);
     case xlGetName:
       if (module_ == nullptr) return xlretFailed;
-      GiveText(file_.u16string(), result);
+      GiveText(zavrel::Utf16FromPath(file_), result);
       return xlretSuccess;
     case xlfCaller:
       return Caller(result);

@@ -34,8 +34,8 @@ std::optional<std::u16string> OptionalText(const XLOPER12& record) {
 
 /// The "module" of a registration is the add-in's file, as a full path or as a name.
 bool NamesFile(std::u16string_view module, const std::filesystem::path& file) {
-  if (EqualIgnoringCase(module, file.u16string()) ||
-      EqualIgnoringCase(module, file.filename().u16string()))
+  if (EqualIgnoringCase(module, zavrel::Utf16FromPath(file)) ||
+      EqualIgnoringCase(module, zavrel::Utf16FromPath(file.filename())))
     return true;
   std::error_code ignored;
   return std::filesystem::equivalent(std::filesystem::path(module), file, ignored);

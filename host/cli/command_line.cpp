@@ -13,31 +13,64 @@ std::filesystem::path FromUtf8Path(const std::string& text) {
 
 constexpr const char* kFooter =
     "Examples:\n"
-    "  ZavHost run sales.xlsx                     recalculate and show the value of every formula\n"
-    "  ZavHost run sales.xlsx -o sales-new.xlsx   also write a workbook with the new values\n"
-    "  ZavHost run sales.xlsx --json              the same for a program to read\n"
-    "  ZavHost eval \"=ZavMean(1,2,3)\"             one formula\n"
-    "  ZavHost eval \"=ZavMean(price)\" --data sales.csv\n"
-    "  ZavHost functions ZavMean                  help for a function; without a name, all of "
+    "  " ZAVHOST_NAME " run sales.xlsx                     recalculate and show the value of every formula\n"
+    "  " ZAVHOST_NAME " run sales.xlsx -o sales-new.xlsx   also write a workbook with the new values\n"
+    "  " ZAVHOST_NAME " run sales.xlsx --json              the same for a program to read\n"
+    "  " ZAVHOST_NAME " run reports --output-folder new    every workbook of a folder\n"
+    "  " ZAVHOST_NAME " check reports                      whether the stored values are right\n"
+    "  " ZAVHOST_NAME " eval \"=ZavMean(1,2,3)\"             one formula\n"
+    "  " ZAVHOST_NAME " eval \"=ZavMean(price)\" --data sales.csv\n"
+    "  " ZAVHOST_NAME " functions ZavMean                  help for a function; without a name, all of "
     "them\n"
-    "  ZavHost doctor                             check this installation\n"
+    "  " ZAVHOST_NAME " doctor                             check this installation\n"
     "\n"
     "Exit codes: 0 success; 1 a file, a formula or the add-in cannot be used, or the doctor found\n"
     "a problem; 2 the add-in broke a rule of the Excel C API; 3 it crashed; 4 circular references\n"
-    "or formulas that cannot be read; 64 an error in the command line.";
+    "or formulas that cannot be read; 5 a stored value is not the computed one; 6 a workbook took\n"
+    "longer than its time; 64 an error in the command line. Of several workbooks the worst counts.";
 
 struct Texts {
-  std::string workbook, output, data, add_in;
+  std::vector<std::string> workbooks;
+  std::string output, output_folder, data, add_in;
 };
 
 void AddCommonOptions(CLI::App& command, CommandLine& line, Texts& texts) {
   command
       .add_option("--add-in", texts.add_in,
                   "Load this add-in instead of the one in this program's folder")
-      ->type_name("FILE.xll");
+      ->type_name("FILE");
   command.add_option("--language", line.language, "Language of the add-in's texts: en or de")
       ->check(CLI::IsMember({"en", "de"}))
       ->capture_default_str();
+}
+
+/// What the commands for workbooks have in common.
+void AddWorkbookOptions(CLI::App& command, CommandLine& line, Texts& texts) {
+  command.add_option("workbooks", texts.workbooks, "Workbooks, or folders with workbooks")
+      ->type_name("BOOK.xlsx")
+      ->required();
+  command.add_flag("--all", line.every_formula,
+                   "Recalculate formulas that do not call the add-in, too");
+  command
+      .add_option("--max-formulas", line.formula_limit,
+                  "Refuse a workbook with more formulas to recalculate")
+      ->check(CLI::Range(std::size_t{1}, std::size_t{100'000'000}))
+      ->capture_default_str();
+  command
+      .add_option("--jobs", line.jobs,
+                  "Workbooks at the same time, each in a process of its own; without it one for "
+                  "each processor")
+      ->check(CLI::Range(1u, 1024u))
+      ->type_name("N");
+  command.add_option("--timeout", line.timeout_seconds, "Give up a workbook that takes longer")
+      ->check(CLI::Range(1u, 1'000'000u))
+      ->type_name("SECONDS");
+  command
+      .add_option("--memory", line.memory_megabytes, "Give up a workbook that needs more memory")
+      ->check(CLI::Range(16u, 16'000'000u))
+      ->type_name("MB");
+  // For the processes of a batch: no help.
+  command.add_flag("--part-of-batch", line.part_of_batch)->group("");
 }
 
 void AddFormOptions(CLI::App& command, bool& json, bool& csv) {
@@ -59,26 +92,36 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
       "Recalculates Excel workbooks that use the Zavrel statistics functions, without Excel: loads "
       "the\n"
       "add-in as Excel does, computes every formula that calls it, and reports the results.",
-      "ZavHost"};
+      ZAVHOST_NAME};
   app.require_subcommand(1);
   app.set_version_flag("--version", ZAVHOST_VERSION);
   app.allow_windows_style_options(false);  // a path may begin with a slash
   app.footer(kFooter);
 
-  CLI::App* run = app.add_subcommand("run", "Recalculate a workbook");
-  run->add_option("workbook", texts.workbook, "The workbook")->type_name("BOOK.xlsx")->required();
-  run->add_option("-o,--output", texts.output,
-                  "Write the workbook with its new values to this file; everything else in it "
-                  "stays unchanged")
-      ->type_name("OUT.xlsx");
-  run->add_flag("--all", line.every_formula,
-                "Recalculate formulas that do not call the add-in, too");
-  run->add_option("--max-formulas", line.formula_limit,
-                  "Refuse a workbook with more formulas to recalculate")
-      ->check(CLI::Range(std::size_t{1}, std::size_t{100'000'000}))
-      ->capture_default_str();
+  CLI::App* run = app.add_subcommand("run", "Recalculate workbooks");
+  AddWorkbookOptions(*run, line, texts);
+  auto* output = run->add_option("-o,--output", texts.output,
+                                 "Write the workbook with its new values to this file; everything "
+                                 "else in it stays unchanged")
+                     ->type_name("OUT.xlsx");
+  auto* output_folder = run->add_option("--output-folder", texts.output_folder,
+                                        "Write every workbook with its new values to this folder")
+                            ->type_name("FOLDER")
+                            ->excludes(output);
+  run->add_flag("--resume", line.resume,
+                "Leave out workbooks whose output is there and newer than they are")
+      ->needs(output_folder);
   AddFormOptions(*run, json, csv);
   AddCommonOptions(*run, line, texts);
+
+  CLI::App* check =
+      app.add_subcommand("check", "Compare the values stored in workbooks with the computed ones");
+  AddWorkbookOptions(*check, line, texts);
+  check->add_option("--digits", line.digits, "Numbers that agree to so many digits are equal")
+      ->check(CLI::Range(1, 17))
+      ->capture_default_str();
+  check->add_flag("--json", json, "Write one line of JSON for each workbook");
+  AddCommonOptions(*check, line, texts);
 
   CLI::App* eval = app.add_subcommand("eval", "Evaluate one formula");
   eval->add_option("formula", line.formula, "The formula, with or without its equals sign")
@@ -112,17 +155,22 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
     return {std::nullopt, code == 0 ? kExitSuccess : kExitUsage};
   }
 
-  if (run->count("--output") > 0 && texts.output.empty()) {
-    std::cerr << "--output: a file name is missing\n";
-    return {std::nullopt, kExitUsage};
+  for (const char* option : {"--output", "--output-folder"}) {
+    if (run->count(option) > 0 && (option[8] == '\0' ? texts.output : texts.output_folder).empty()) {
+      std::cerr << option << ": a name is missing\n";
+      return {std::nullopt, kExitUsage};
+    }
   }
   line.command = run->parsed()      ? Command::kRun
+                 : check->parsed()  ? Command::kCheck
                  : eval->parsed()   ? Command::kEval
                  : doctor->parsed() ? Command::kDoctor
                                     : Command::kFunctions;
   line.form = json ? OutputForm::kJson : csv ? OutputForm::kCsv : OutputForm::kTable;
-  line.workbook = FromUtf8Path(texts.workbook);
+  for (const std::string& workbook : texts.workbooks)
+    line.workbooks.push_back(FromUtf8Path(workbook));
   line.output = FromUtf8Path(texts.output);
+  line.output_folder = FromUtf8Path(texts.output_folder);
   line.data = FromUtf8Path(texts.data);
   line.add_in = FromUtf8Path(texts.add_in);
   return {line, kExitSuccess};

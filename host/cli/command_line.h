@@ -9,27 +9,38 @@
 
 namespace zavhost {
 
-enum class Command { kRun, kEval, kFunctions, kDoctor };
+enum class Command { kRun, kCheck, kEval, kFunctions, kDoctor };
 enum class OutputForm { kTable, kJson, kCsv };
 
 /// Exit codes of the program; the help lists them.
 inline constexpr int kExitSuccess = 0;
 inline constexpr int kExitError = 1;      // a file, formula or add-in that cannot be used
 inline constexpr int kExitViolation = 2;  // the add-in broke a rule for add-ins
-// 3, kCrashExitCode: the add-in crashed
+inline constexpr int kExitCrash = 3;      // the add-in crashed (kCrashExitCode)
 inline constexpr int kExitWorkbook = 4;  // circular references or formulas that cannot be read
+inline constexpr int kExitDifferences = 5;  // stored values that are not the computed ones
+inline constexpr int kExitTimeout = 6;      // a workbook took longer than it was given
 inline constexpr int kExitUsage = 64;
 
 struct CommandLine {
   Command command = Command::kRun;
   OutputForm form = OutputForm::kTable;
-  std::filesystem::path add_in;  // empty: ZavrelFuncs8_x64.xll in the program's folder
+  std::filesystem::path add_in;  // empty: the one in the program's folder
   std::string language = "en";
-  // run
-  std::filesystem::path workbook;
-  std::filesystem::path output;
+  // run, check
+  std::vector<std::filesystem::path> workbooks;  // or folders with workbooks
   std::size_t formula_limit = 500'000;
   bool every_formula = false;
+  unsigned jobs = 0;             // how many at once; 0: one for each processor
+  unsigned timeout_seconds = 0;  // for each workbook; 0: no limit
+  unsigned memory_megabytes = 0;
+  bool part_of_batch = false;  // another process started this one for one workbook
+  // run
+  std::filesystem::path output;
+  std::filesystem::path output_folder;
+  bool resume = false;
+  // check
+  int digits = 12;
   // eval
   std::string formula;
   std::filesystem::path data;

@@ -18,6 +18,7 @@ int RunProgram(std::vector<std::string> arguments);
 
 // The caller reports any WorkbookError or FormulaError of a command.
 int RunCommand(const CommandLine& line);
+int CheckCommand(const CommandLine& line);
 int EvalCommand(const CommandLine& line);
 int FunctionsCommand(const CommandLine& line);
 int DoctorCommand(CommandLine line);

@@ -69,7 +69,7 @@ std::unique_ptr<Engine> StartEngine(const CommandLine& line, Workbook workbook) 
   options.every_formula = line.every_formula;
   options.progress = ProgressToTerminal();
   auto engine = std::make_unique<Engine>(std::move(workbook), std::move(options));
-  engine->LoadAddIn(line.add_in.empty() ? ProgramFolder() / "ZavrelFuncs8_x64.xll" : line.add_in);
+  engine->LoadAddIn(line.add_in.empty() ? ProgramFolder() / ZAVHOST_ADD_IN : line.add_in);
   engine->Announce(5);
   return engine;
 }
@@ -78,7 +78,7 @@ int FinishEngine(Engine& engine) {
   engine.CloseAddIn();
   const Judge& judge = engine.judge();
   if (judge.count() == 0) return kExitSuccess;
-  std::cerr << "ZavHost: the add-in broke rules of the Excel C API " << judge.count() << " time"
+  std::cerr << ZAVHOST_NAME ": the add-in broke rules of the Excel C API " << judge.count() << " time"
             << (judge.count() == 1 ? "" : "s") << ":\n";
   constexpr std::size_t kShown = 20;
   for (std::size_t i = 0; i < std::min(kShown, judge.violations().size()); ++i) {

@@ -28,7 +28,7 @@ std::vector<RegisteredFunction> Selected(const CommandLine& line, const Engine& 
         [&](const auto& function) { return EqualIgnoringCase(function.name, wanted); });
     if (found == engine.functions().end()) {
       throw WorkbookError("the add-in has no function " + name +
-                          "; 'ZavHost functions' lists all functions");
+                          "; '" ZAVHOST_NAME " functions' lists all functions");
     }
     selected.push_back(*found);
   }

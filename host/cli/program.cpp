@@ -2,7 +2,9 @@
 #include <iostream>
 #include <new>
 
+#include "host/cli/batch.h"
 #include "host/cli/commands.h"
+#include "platform/child_process.h"
 
 namespace zavhost {
 namespace {
@@ -11,6 +13,8 @@ int Dispatch(const CommandLine& line) {
   switch (line.command) {
     case Command::kRun:
       return RunCommand(line);
+    case Command::kCheck:
+      return CheckCommand(line);
     case Command::kEval:
       return EvalCommand(line);
     case Command::kFunctions:
@@ -26,12 +30,21 @@ int Dispatch(const CommandLine& line) {
 int RunProgram(std::vector<std::string> arguments) {
   const ParsedCommandLine parsed = ParseCommandLine(std::move(arguments));
   if (!parsed.command_line) return parsed.exit_code;
+  const CommandLine& line = *parsed.command_line;
+  if (line.part_of_batch) zavrel::EndWithParent();
+  // The processes of a batch have the limit, not the one that starts them.
+  const bool is_alone = line.part_of_batch || !IsBatch(line);
+  if (line.memory_megabytes > 0 && is_alone &&
+      !zavrel::LimitOwnMemory(std::uint64_t{line.memory_megabytes} << 20)) {
+    std::cerr << ZAVHOST_NAME ": the system does not limit the memory\n";
+    return kExitError;
+  }
   try {
-    return Dispatch(*parsed.command_line);
+    return Dispatch(line);
   } catch (const std::bad_alloc&) {
-    std::cerr << "ZavHost: not enough memory\n";
+    std::cerr << ZAVHOST_NAME ": not enough memory\n";
   } catch (const std::exception& error) {
-    std::cerr << "ZavHost: " << error.what() << '\n';
+    std::cerr << ZAVHOST_NAME ": " << error.what() << '\n';
   }
   return kExitError;
 }

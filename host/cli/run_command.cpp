@@ -1,5 +1,6 @@
 #include <iostream>
 
+#include "host/cli/batch.h"
 #include "host/cli/commands.h"
 #include "host/cli/run_report.h"
 #include "host/xlsx/xlsx_file.h"
@@ -21,14 +22,21 @@ std::vector<CellAddress> ComputedCells(const RecalculationReport& report) {
 }  // namespace
 
 int RunCommand(const CommandLine& line) {
-  std::unique_ptr<Engine> engine = StartEngine(line, ReadXlsx(line.workbook));
+  if (IsBatch(line)) return BatchCommand(line);
+  const std::filesystem::path& workbook = line.workbooks.at(0);
+  std::unique_ptr<Engine> engine = StartEngine(line, ReadXlsx(workbook));
   const RecalculationReport report = engine->Recalculate();
   const int judged = FinishEngine(*engine);
 
   // If the add-in broke the rules, the workbook cannot be trusted and is not written.
   const bool write = !line.output.empty() && judged == kExitSuccess;
-  if (write) WriteXlsx(line.workbook, line.output, engine->workbook(), ComputedCells(report));
+  if (write) WriteXlsx(workbook, line.output, engine->workbook(), ComputedCells(report));
 
+  if (line.part_of_batch) {
+    std::cout << BatchLine(report, write) << std::flush;
+    if (judged != kExitSuccess) return judged;
+    return report.errors.empty() ? kExitSuccess : kExitWorkbook;
+  }
   // Written at once, since a console without a buffer would write every piece separately.
   std::cout << RunReport(line, *engine, report, write) << std::flush;
   for (const std::string& warning : report.warnings) std::cerr << "warning: " << warning << '\n';

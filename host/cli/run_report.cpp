@@ -53,23 +53,33 @@ std::string Remark(const RecalculatedCell& cell) {
   return cell.before == cell.after ? "changed" : "was " + DisplayText(cell.before);
 }
 
+struct Counts {
+  std::size_t computed = 0, changed = 0, without_value = 0, kept = 0;
+};
+
+Counts CountsOf(const RecalculationReport& report) {
+  Counts counts;
+  for (const RecalculatedCell& cell : report.cells) {
+    if (!cell.problem.empty()) {
+      ++counts.kept;
+      continue;
+    }
+    ++counts.computed;
+    counts.changed += cell.changed ? 1u : 0u;
+    counts.without_value += cell.before.IsBlank() ? 1u : 0u;
+  }
+  return counts;
+}
+
 /// "91 formulas recalculated, 3 changed since the workbook was saved, 2 had no stored value".
 std::string Summary(const RecalculationReport& report) {
-  std::size_t computed = 0;
-  std::size_t changed = 0;
-  std::size_t without_value = 0;
-  for (const RecalculatedCell& cell : report.cells) {
-    if (!cell.problem.empty()) continue;
-    ++computed;
-    changed += cell.changed ? 1u : 0u;
-    without_value += cell.before.IsBlank() ? 1u : 0u;
-  }
+  const Counts counts = CountsOf(report);
   std::string text =
-      fmt::format("{} formula{} recalculated, {} changed since the workbook was saved", computed,
-                  computed == 1 ? "" : "s", changed);
-  if (without_value > 0) text += fmt::format(", {} had no stored value", without_value);
-  if (const std::size_t kept = report.cells.size() - computed; kept > 0)
-    text += fmt::format(", {} kept", kept);
+      fmt::format("{} formula{} recalculated, {} changed since the workbook was saved",
+                  counts.computed, counts.computed == 1 ? "" : "s", counts.changed);
+  if (counts.without_value > 0)
+    text += fmt::format(", {} had no stored value", counts.without_value);
+  if (counts.kept > 0) text += fmt::format(", {} kept", counts.kept);
   return text;
 }
 
@@ -163,6 +173,18 @@ std::vector<CellAddress> CellsOf(const RecalculatedCell& cell) {
     }
   }
   return cells;
+}
+
+std::string BatchLine(const RecalculationReport& report, bool written) {
+  const Counts counts = CountsOf(report);
+  nlohmann::ordered_json root{{"formulas", counts.computed},
+                              {"changed", counts.changed},
+                              {"without_value", counts.without_value},
+                              {"kept", counts.kept},
+                              {"warnings", report.warnings},
+                              {"errors", report.errors}};
+  if (written) root["written"] = true;
+  return root.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
 }
 
 std::string RunReport(const CommandLine& line, Engine& engine, const RecalculationReport& report,

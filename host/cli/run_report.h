@@ -13,6 +13,9 @@ namespace zavhost {
 std::string RunReport(const CommandLine& line, Engine& engine, const RecalculationReport& report,
                       bool written);
 
+/// The report of a workbook in a batch: counts, warnings and errors as JSON in one line.
+std::string BatchLine(const RecalculationReport& report, bool written);
+
 /// The cells of a formula: one, or those of an array formula's range, row by row.
 std::vector<CellAddress> CellsOf(const RecalculatedCell& cell);
 

@@ -15,6 +15,7 @@ using zavrel::EqualIgnoringCase;
 using zavrel::IsValidUtf8;
 using zavrel::LowerCase;
 using zavrel::Utf16FromUtf8;
+using zavrel::Utf16FromPath;
 using zavrel::Utf8FromPath;
 using zavrel::Utf8FromUtf16;
 

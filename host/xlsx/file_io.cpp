@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "host/xlsx/messages.h"
+#include "host/xlsx/unfinished_file.h"
 
 namespace zavhost {
 namespace fs = std::filesystem;
@@ -20,12 +21,14 @@ class TemporaryFile {
   explicit TemporaryFile(const fs::path& target) : path_(target) {
     std::random_device random;
     path_ += fmt::format(".{:08x}{:08x}.tmp", random(), random());
+    NoteUnfinishedFile(path_);
   }
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
   ~TemporaryFile() {
     std::error_code ignored;
     if (!moved_) fs::remove(path_, ignored);
+    NoteUnfinishedFile({});
   }
 
   const fs::path& path() const { return path_; }
@@ -96,7 +99,7 @@ void WriteFile(const fs::path& file, const std::string& bytes) {
 Workbook ReadNamed(const std::filesystem::path& file, const std::function<Workbook()>& read) {
   try {
     Workbook workbook = read();
-    workbook.file_name = file.filename().u16string();
+    workbook.file_name = Utf16FromPath(file.filename());
     return workbook;
   } catch (const WorkbookError& error) {
     throw WorkbookError(fmt::format("{}: {}", PrintablePath(file), error.what()));

@@ -1,10 +1,9 @@
 #pragma once
 // Libraries that may or may not be installed beside the add-in.
 
+#include <filesystem>
 #include <functional>
 #include <optional>
-#include <string>
-#include <string_view>
 
 #include "platform/module.h"
 
@@ -14,15 +13,15 @@ namespace zavrel {
 /// was found stays loaded unless it is released.
 class CompanionLibrary {
  public:
-  using Loader = std::function<std::optional<Module>(const std::u16string& path)>;
+  using Loader = std::function<std::optional<Module>(const std::filesystem::path& path)>;
 
-  CompanionLibrary(std::u16string path, Loader load);
+  CompanionLibrary(std::filesystem::path path, Loader load);
   /// Whether the library was found; one that was released later still counts as present.
   bool IsPresent() {
     module();
     return found_;
   }
-  const std::u16string& path() const { return path_; }
+  const std::filesystem::path& path() const { return path_; }
   /// Null when the library or the export is absent.
   ExportAddress FindExport(const char* name);
   /// Unloads a library that proved useless; it is not looked for again.
@@ -32,19 +31,16 @@ class CompanionLibrary {
   /// The loaded library, null when absent.
   const Module* module();
 
-  std::u16string path_;
+  std::filesystem::path path_;
   Loader load_;
   std::optional<Module> module_;
   bool looked_ = false;
   bool found_ = false;
 };
 
-/// The full path of a library in a folder below the add-in's (an empty name: beside the add-in).
-std::u16string CompanionLibraryPath(std::u16string_view add_in_folder, std::u16string_view folder,
-                                    std::u16string_view file_name);
-
-// The companions of this process, beside the add-in's file. They are not unloaded at the end: when
-// the process or this library ends, the loader's lock is held.
+// The companions of this process, beside the add-in's file. Like every library of the suite they
+// are named by LibraryFileName. They are not unloaded at the end: when the process or this library
+// ends, the loader's lock is held.
 
 /// The distributions: "Pdflib8_x64.DLL".
 CompanionLibrary& DistributionsLibrary();
@@ -53,8 +49,7 @@ CompanionLibrary& DistributionsLibrary();
 CompanionLibrary& NonparametricTestsLibrary();
 /// The test of Kruskal and Wallis: "EUtilityLibrary8_x64.DLL".
 CompanionLibrary& EUtilityLibrary();
-/// The sibling product's library: "QLX4_x64.DLL". Like every library of the suite it is named by
-/// product, major version and bitness; its exports begin in the same way.
+/// The sibling product's library: "QLX4_x64.DLL". Its exports begin with product and version, too.
 CompanionLibrary& SiblingLibrary();
 
 }  // namespace zavrel

@@ -1,7 +1,12 @@
 #include "diagnostics/message_library.h"
 
 #include <charconv>
+#include <memory>
 
+#include "diagnostics/log_line.h"
+#include "platform/library_identity.h"
+#include "platform/module.h"
+#include "platform/string_resource.h"
 #include "platform/utf.h"
 
 namespace zavrel {
@@ -42,6 +47,19 @@ std::optional<Placeholder> PlaceholderAt(std::u16string_view text, std::size_t c
 std::optional<std::u16string> MessageLibrary::Find(std::uint16_t language, std::uint16_t id) const {
   auto text = lookup_ ? lookup_(language, id) : std::nullopt;
   return text && !text->empty() ? text : std::nullopt;
+}
+
+MessageLibrary MessageLibrary::Open(const std::filesystem::path& addin_folder) {
+  const std::filesystem::path path = addin_folder / LibraryFileName("ZavrelMessages", MajorVersion());
+  auto loaded = StringResources::Load(path);
+  if (!loaded) {
+    LogLine("Message library not loaded, texts are missing: {}\n", Utf8FromPath(path));
+    return MessageLibrary();
+  }
+  auto resources = std::make_shared<const StringResources>(std::move(*loaded));
+  return MessageLibrary([resources](std::uint16_t language, std::uint16_t id) {
+    return resources->Find(language, id);
+  });
 }
 
 std::u16string MessageLibrary::Text(std::int32_t id, std::uint32_t language) const {

@@ -25,9 +25,9 @@ class MessageLibrary {
   /// Without a lookup, every text is its fallback text.
   explicit MessageLibrary(Lookup lookup = {}) : lookup_(std::move(lookup)) {}
 
-  /// Binds the product's texts: on Windows the library ZavrelMessages8_x64.DLL in the add-in's
-  /// folder, elsewhere a linked table. If the library is missing, this constructor logs it, and
-  /// every text is its fallback text.
+  /// Binds the product's texts, the library ZavrelMessages8_x64.DLL in the add-in's folder
+  /// (LibraryFileName). If it is missing, this constructor logs it, and every text is its fallback
+  /// text.
   static MessageLibrary Open(const std::filesystem::path& addin_folder);
 
   /// The text in this language (for an id with a sublanguage, first in the sublanguage, then in its

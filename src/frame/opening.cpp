@@ -58,7 +58,7 @@ void WriteOpeningLines() {
   if (EnabledLog() == nullptr) return;
   const LibraryIdentity& library = LibraryIdentity::OfThisLibrary();
   LogLine("Exe fileName={}\n", Utf8FromPath(HostExecutablePath()));
-  LogLine("DLL fileName={}\n", Utf8FromUtf16(library.path));
+  LogLine("DLL fileName={}\n", Utf8FromPath(library.path));
   LogLine("DLL fileVersion={}\n", Utf8FromUtf16(library.version_text));
   LogLine("Windows={}\n", Utf8FromUtf16(OperatingSystemDescription()));
   LogLine("xlAutoOpen, Excel version={}\n", ExcelVersion());
@@ -74,7 +74,7 @@ void WriteOpeningLines() {
 /// nothing can be shown.
 void ShowFailure(const VekException& failure) noexcept {
   try {
-    const MessageLibrary messages = MessageLibrary::Open(LibraryIdentity::OfThisLibrary().folder);
+    const MessageLibrary messages = MessageLibrary::Open(LibraryIdentity::OfThisLibrary().folder());
     const std::uint32_t language = ThreadPrimaryLanguage();
     std::u16string text =
         ComposeMessage(messages.Text(failure.message_id(), language), failure.arguments());

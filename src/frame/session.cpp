@@ -41,7 +41,7 @@ std::string Describe(const Announcement& announced) {
 
 SessionServices SessionServices::OfThisMachine() {
   return {
-      .messages = [] { return MessageLibrary::Open(LibraryIdentity::OfThisLibrary().folder); },
+      .messages = [] { return MessageLibrary::Open(LibraryIdentity::OfThisLibrary().folder()); },
       .memory_load = [] { return ReadMemoryStatus().load_percent; },
       .machine_text = [](const std::u16string& key,
                          const std::u16string& name) -> std::optional<std::u16string> {
@@ -131,7 +131,7 @@ void Session::RememberLanguage(const ApplicationRecord& record) noexcept {
 
 RegistrationSources Session::Sources() const {
   return {
-      .library_path = LibraryIdentity::OfThisLibrary().path,
+      .library_path = Utf16FromPath(LibraryIdentity::OfThisLibrary().path),
       .message = [this](std::uint32_t id) { return MessageText(static_cast<std::int32_t>(id)); },
       .help_file = [this](unsigned application) { return HelpFile(application); }};
 }

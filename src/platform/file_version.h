@@ -1,5 +1,5 @@
 #pragma once
-// The version that a binary carries in its version resource.
+// The version that a binary carries: on Windows in its version resource, elsewhere in a note.
 
 #include <array>
 #include <cstdint>
@@ -12,8 +12,7 @@ namespace zavrel {
 /// Major, minor, patch and build number.
 using FileVersion = std::array<std::uint16_t, 4>;
 
-/// Nothing if the file cannot be read or has no version resource, and on systems whose binaries
-/// have no such resources.
+/// Nothing if the file cannot be read or carries no version.
 std::optional<FileVersion> ReadFileVersion(const std::filesystem::path& file);
 
 /// "8.0.1.2".

@@ -10,12 +10,9 @@ namespace {
 LibraryIdentity ReadIdentity() {
   static const char inside_this_library = 0;
   LibraryIdentity identity;
-  const std::filesystem::path path = PathOfModuleContaining(&inside_this_library);
-  identity.path = path.u16string();
-  identity.file_name = path.filename().u16string();
-  identity.folder = identity.path.substr(0, identity.path.size() - identity.file_name.size());
+  identity.path = PathOfModuleContaining(&inside_this_library);
   FileVersion version{};
-  if (const auto read = ReadFileVersion(path)) {
+  if (const auto read = ReadFileVersion(identity.path)) {
     version = *read;
     identity.major_version = version[0];
   }

@@ -71,6 +71,10 @@ class Module {
   void* handle_;
 };
 
+/// The name of a library's file, by product, version and bitness: "Pdflib8_x64.DLL" on Windows,
+/// "libPdflib8.so" elsewhere.
+std::filesystem::path LibraryFileName(const std::string& product, std::int32_t version);
+
 /// Full path of the running program; empty if the system does not provide it.
 std::filesystem::path HostExecutablePath();
 

@@ -1,5 +1,6 @@
 #pragma once
-// String tables in the resources of a library.
+// Texts by language and number in a library: string tables in its resources on Windows, a table
+// that it exports elsewhere (contracts/message_table.h).
 
 #include <cstdint>
 #include <filesystem>
@@ -10,10 +11,10 @@
 
 namespace zavrel {
 
-/// Owner of a library that is loaded only for its resources; none of its code runs.
+/// Owner of a library that is loaded only for its texts.
 class StringResources {
  public:
-  /// Nothing if the file is missing or not a library, and on systems without resources.
+  /// Nothing if the path is not absolute, or the file is missing or not such a library.
   static std::optional<StringResources> Load(const std::filesystem::path& full_path);
 
   StringResources(StringResources&& other) noexcept

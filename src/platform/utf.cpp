@@ -94,4 +94,12 @@ std::string Utf8FromPath(const std::filesystem::path& path) {
   return {text.begin(), text.end()};
 }
 
+std::u16string Utf16FromPath(const std::filesystem::path& path) {
+#ifdef _WIN32
+  return path.u16string();
+#else
+  return Utf16FromUtf8(path.native());  // any bytes; the library's conversion throws at bad ones
+#endif
+}
+
 }  // namespace zavrel

@@ -40,5 +40,6 @@ std::u16string Utf16FromUtf8(std::string_view text);
 bool IsValidUtf8(std::string_view text);
 
 std::string Utf8FromPath(const std::filesystem::path& path);
+std::u16string Utf16FromPath(const std::filesystem::path& path);
 
 }  // namespace zavrel

@@ -13,11 +13,8 @@
 using namespace zavrel;
 
 TEST_CASE("a companion library is looked for once") {
-  CHECK(CompanionLibraryPath(u"C:\\Add-ins", u"Extensions", u"Tests8_x64.DLL") ==
-        u"C:\\Add-ins\\Extensions\\Tests8_x64.DLL");
-  CHECK(CompanionLibraryPath(u"C:\\", u"", u"Q_x64.DLL") == u"C:\\Q_x64.DLL");
   int looked = 0;
-  CompanionLibrary library(u"x", [&](const std::u16string&) {
+  CompanionLibrary library(u"x", [&](const std::filesystem::path&) {
     ++looked;
     return std::optional<Module>();
   });
@@ -38,11 +35,11 @@ constexpr const char* kFunction = "cos";
 LoadedModule SystemLibrary() { return LoadedModule::HostExecutable(); }
 #endif
 
-std::optional<Module> LoadSystemLibrary(const std::u16string&) {
+std::optional<Module> LoadSystemLibrary(const std::filesystem::path&) {
   return Module::Load(PathOfModuleContaining(SystemLibrary().FindExport(kFunction)));
 }
 
-std::optional<Module> LoadNothing(const std::u16string&) { return std::nullopt; }
+std::optional<Module> LoadNothing(const std::filesystem::path&) { return std::nullopt; }
 
 }  // namespace
 
@@ -50,7 +47,7 @@ TEST_CASE("a companion library that was released counts as present and gives not
   const ExportAddress function = SystemLibrary().FindExport(kFunction);
   REQUIRE(function != nullptr);
   int looked = 0;
-  CompanionLibrary library(u"x", [&](const std::u16string& path) {
+  CompanionLibrary library(u"x", [&](const std::filesystem::path& path) {
     ++looked;
     return LoadSystemLibrary(path);
   });

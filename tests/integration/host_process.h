@@ -1,15 +1,18 @@
 #pragma once
-// ZavHost.exe as a process of its own.
+// The host as a process of its own, as a user starts it.
+
+#include <fstream>
 
 #include "integration/running_add_in.h"
+#include "platform/utf.h"
 #include "support/run_program.h"
 
 namespace zavrel::tests {
 
-/// Runs the ZavHost of a folder: what ships, unless another is given.
-inline Outcome ZavHost(const std::wstring& arguments, DWORD seconds = 60,
+/// Runs the host of a folder: what ships, unless another is given.
+inline Outcome ZavHost(const std::vector<std::string>& arguments,
                        const std::filesystem::path& folder = AddInFile().parent_path()) {
-  return RunProgram(folder / "ZavHost.exe", arguments, seconds);
+  return RunProgram(folder / ZAVREL_HOST_NAME, arguments);
 }
 
 /// A new folder with what ships, for a test to change.
@@ -27,31 +30,29 @@ inline void Replace(const std::filesystem::path& file, const std::filesystem::pa
   std::filesystem::copy_file(other, file);
 }
 
-/// The first line that `ZavHost eval` of a folder writes for a formula.
-inline std::string Evaluated(const std::wstring& formula, const std::filesystem::path& folder) {
-  const Outcome outcome = ZavHost(L"eval \"" + formula + L"\"", 60, folder);
+/// The first line that `eval` of a folder's host writes for a formula.
+inline std::string Evaluated(const std::string& formula, const std::filesystem::path& folder) {
+  const Outcome outcome = ZavHost({"eval", formula}, folder);
   CHECK(outcome.exit_code == 0);
   CHECK(outcome.errors.empty());
-  return outcome.output.substr(0, outcome.output.find_first_of("\r\n"));
-}
-
-/// Runs with a temporary folder for the add-in's log.
-template <class Run>
-void WithTemporaryFolder(const std::filesystem::path& folder, Run run) {
-  wchar_t before[MAX_PATH + 1] = L"";
-  const bool set = GetEnvironmentVariableW(L"TMP", before, MAX_PATH) != 0;
-  SetEnvironmentVariableW(L"TMP", folder.c_str());
-  run();
-  SetEnvironmentVariableW(L"TMP", set ? before : nullptr);
+  return outcome.output.substr(0, outcome.output.find('\n'));
 }
 
 /// The log of the add-ins that `run` opens.
 template <class Run>
 std::string LogOf(const std::filesystem::path& folder, Run run) {
+#ifdef _WIN32
+  constexpr const char* kTemporaryFolder = "TMP";
+#else
+  constexpr const char* kTemporaryFolder = "TMPDIR";
+#endif
   std::filesystem::create_directories(folder);
   std::ofstream(folder / "BrennicLoggingDetail.txt").flush();
   std::filesystem::remove(folder / "VekZavrelFuncs8.log");
-  WithTemporaryFolder(folder, run);
+  {
+    const EnvironmentVariable temporary(kTemporaryFolder, Utf8FromPath(folder));
+    run();
+  }
   return ReadAll(folder / "VekZavrelFuncs8.log");
 }
 

@@ -8,11 +8,7 @@
 namespace zavrel::tests {
 namespace {
 
-#ifdef _WIN32
 constexpr const char* kVersion = "ZavrelFuncsVersion() -> 8";
-#else
-constexpr const char* kVersion = "ZavrelFuncsVersion() -> 65535";  // of a binary that states none
-#endif
 
 const zavhost::RegisteredFunction* Find(const zavhost::Engine& engine, std::u16string_view name) {
   const auto& functions = engine.functions();

@@ -15,11 +15,7 @@ using zavhost::Engine;
 using zavhost::EngineOptions;
 
 std::filesystem::path AddInFile() {
-#ifdef _WIN32
-  return std::filesystem::absolute(ZAVREL_OUT "/ZavrelFuncs8_x64.xll").make_preferred();
-#else
-  return std::filesystem::read_symlink("/proc/self/exe");
-#endif
+  return std::filesystem::absolute(ZAVREL_ADD_IN).make_preferred();
 }
 
 std::filesystem::path ScratchFolder() {

@@ -1,6 +1,5 @@
 #pragma once
-// The real add-in in the real host: the built XLL on Windows, the same entry points linked into the
-// test program elsewhere.
+// The real add-in in the real host.
 
 #include <filesystem>
 #include <functional>
@@ -19,7 +18,7 @@ using zavhost::tests::Number;
 using zavhost::tests::Shown;
 using zavhost::tests::ShownCells;
 
-/// The add-in's file: build/out on Windows, this program elsewhere.
+/// The add-in's file, beside the others that ship.
 std::filesystem::path AddInFile();
 
 /// A folder of this test process' own, made empty at first use.

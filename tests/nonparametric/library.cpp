@@ -8,7 +8,6 @@
 namespace zavrel::tests {
 namespace {
 
-#ifdef _WIN32
 template <class Function>
 Function* Entry(const char* file, const char* name, Function*) {
   static std::optional<Module> modules[2];
@@ -19,10 +18,6 @@ Function* Entry(const char* file, const char* name, Function*) {
 #define TESTS_ENTRY(name) \
   Entry(NONPARAMETRIC_TESTS_FILE, #name, static_cast<decltype(&::name)>(nullptr))
 #define UTILITY_ENTRY(name) Entry(EUTILITY_FILE, #name, static_cast<decltype(&::name)>(nullptr))
-#else
-#define TESTS_ENTRY(name) &::name
-#define UTILITY_ENTRY(name) &::name
-#endif
 
 }  // namespace
 

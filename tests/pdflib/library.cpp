@@ -7,16 +7,12 @@
 namespace zavrel::tests {
 namespace {
 
-#ifdef _WIN32
 template <class Function>
 Function* Entry(const char* name, Function*) {
   static const std::optional<Module> library = Module::Load(std::filesystem::absolute(PDFLIB_FILE));
   return library ? AsFunction<Function>(library->FindExport(name)) : nullptr;
 }
 #define PDFLIB_ENTRY(name) Entry(#name, static_cast<decltype(&name)>(nullptr))
-#else
-#define PDFLIB_ENTRY(name) &name
-#endif
 
 const auto normal = PDFLIB_ENTRY(pdfNormal);
 const auto student = PDFLIB_ENTRY(pdfStudent);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstdlib>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
@@ -21,41 +20,16 @@
 #include "platform/temporary_folder.h"
 #include "platform/thread_slot.h"
 #include "platform/utf.h"
+#include "support/run_program.h"
 
 ZAV_EXPORT int ExportOfTheHost(int number) { return number + 12; }
 
 namespace zavrel {
 namespace {
 
+using tests::EnvironmentVariable;
+
 namespace fs = std::filesystem;
-
-/// Sets an environment variable for as long as it lives.
-class EnvironmentVariable {
- public:
-  EnvironmentVariable(const char* name, const std::string& value) : name_(name) {
-    const char* before = std::getenv(name);
-    if (before != nullptr) before_ = before;
-    Set(value);
-  }
-  ~EnvironmentVariable() { Set(before_); }
-  EnvironmentVariable(const EnvironmentVariable&) = delete;
-  EnvironmentVariable& operator=(const EnvironmentVariable&) = delete;
-
- private:
-  void Set(const std::string& value) {
-#ifdef _WIN32
-    _putenv_s(name_, value.c_str());
-#else
-    if (value.empty())
-      unsetenv(name_);
-    else
-      setenv(name_, value.c_str(), 1);
-#endif
-  }
-
-  const char* name_;
-  std::string before_;
-};
 
 TEST_CASE("local time is what asctime says, without its newline") {
   std::string expected;
@@ -115,7 +89,7 @@ TEST_CASE("temporary folder, and where files go without one") {
   CHECK(TemporaryFolder() == fs::current_path());
 }
 
-TEST_CASE("a file without a version resource has no version") {
+TEST_CASE("a file that carries no version has none") {
   CHECK_FALSE(ReadFileVersion(HostExecutablePath()));
   CHECK_FALSE(ReadFileVersion(ZAVREL_SOURCE_DIR "/CMakeLists.txt"));
   CHECK_FALSE(ReadFileVersion(TemporaryFolder() / "no such file.dll"));

@@ -2,11 +2,12 @@
 #include <cstdint>
 #include <cstring>
 
-#define SIBLING_EXPORT extern "C" __declspec(dllexport)
+#include "platform/export.h"
+
 
 /// 1000 times the count, plus the first and the last value, plus the method and a tenth of p. A p
 /// of a half by method 5 fails.
-SIBLING_EXPORT std::int16_t QLX4_CalcDoubleArrayTarget3(std::int32_t count, const double* sorted,
+ZAV_EXPORT std::int16_t QLX4_CalcDoubleArrayTarget3(std::int32_t count, const double* sorted,
                                                         std::int16_t direction, double p,
                                                         std::int16_t discrete_setting,
                                                         std::int16_t method, double* result) {
@@ -16,11 +17,11 @@ SIBLING_EXPORT std::int16_t QLX4_CalcDoubleArrayTarget3(std::int32_t count, cons
   return 0;
 }
 
-SIBLING_EXPORT std::int16_t QLX4_DoubleIsError(double value) { return value != value ? -1 : 0; }
+ZAV_EXPORT std::int16_t QLX4_DoubleIsError(double value) { return value != value ? -1 : 0; }
 
 /// 100 more than what the generator's function at place 4 gives, the next double, by way of the
 /// table alone; -1 when the one at place 5 gives another name.
-SIBLING_EXPORT double QLX4_Rand(void* generator) {
+ZAV_EXPORT double QLX4_Rand(void* generator) {
   void** const table = *static_cast<void***>(generator);
   const char* name = reinterpret_cast<const char* (*)(void*)>(table[5])(generator);
   if (std::strcmp(name, "MersenneTwister") != 0) return -1;

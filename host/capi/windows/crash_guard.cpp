@@ -1,56 +1,17 @@
 #include <windows.h>
 
-#include <algorithm>
 #include <csignal>
-#include <cstdio>
-#include <cstring>
+#include <string_view>
 
 #include "host/capi/crash_guard.h"
+#include "host/capi/crash_line.h"
 
 namespace zavhost {
 namespace {
 
 const Judge* guarded_judge = nullptr;
 
-// The heap may be damaged, so this uses a fixed buffer and never allocates.
-class Line {
- public:
-  void Add(const char* text) {
-    const std::size_t length = std::min(std::strlen(text), sizeof buffer_ - 1 - used_);
-    std::memcpy(buffer_ + used_, text, length);
-    used_ += length;
-  }
-  void AddAddress(ULONG_PTR address) {
-    char digits[2 * sizeof address + 3];
-    std::snprintf(digits, sizeof digits, "0x%llX", static_cast<unsigned long long>(address));
-    Add(digits);
-  }
-  void Write() {
-    buffer_[used_++] = '\n';
-    DWORD written = 0;
-    WriteFile(GetStdHandle(STD_ERROR_HANDLE), buffer_, static_cast<DWORD>(used_), &written,
-              nullptr);
-  }
-
- private:
-  char buffer_[4096];
-  std::size_t used_ = 0;
-};
-
-void AddPlace(Line& line) {
-  const Place& place = *guarded_judge->place();
-  line.Add("ZavHost: ");
-  if (!place.cell.empty()) {
-    line.Add(place.cell.c_str());
-    line.Add(": ");
-  }
-  if (!place.formula.empty()) {
-    line.Add(place.formula.c_str());
-    line.Add(": ");
-  }
-}
-
-void AddCause(Line& line, const EXCEPTION_RECORD& exception) {
+void AddCause(CrashLine& line, const EXCEPTION_RECORD& exception) {
   switch (exception.ExceptionCode) {
     case EXCEPTION_ACCESS_VIOLATION:
       line.Add(exception.ExceptionInformation[0] == 1 ? "writing address " : "reading address ");
@@ -72,24 +33,26 @@ void AddCause(Line& line, const EXCEPTION_RECORD& exception) {
   }
 }
 
+void Write(std::string_view line) {
+  DWORD written = 0;
+  WriteFile(GetStdHandle(STD_ERROR_HANDLE), line.data(), static_cast<DWORD>(line.size()), &written,
+            nullptr);
+}
+
 LONG WINAPI OnUnhandledException(EXCEPTION_POINTERS* pointers) {
   if (guarded_judge == nullptr) return EXCEPTION_CONTINUE_SEARCH;
-  Line line;
-  AddPlace(line);
-  line.Add("the add-in crashed (");
+  CrashLine line(*guarded_judge->place());
   AddCause(line, *pointers->ExceptionRecord);
-  line.Add(")");
-  line.Write();
+  Write(line.End());
   TerminateProcess(GetCurrentProcess(), static_cast<UINT>(kCrashExitCode));
   return EXCEPTION_EXECUTE_HANDLER;
 }
 
 void OnAbort(int) {
   if (guarded_judge != nullptr) {
-    Line line;
-    AddPlace(line);
-    line.Add("the add-in crashed (abort)");
-    line.Write();
+    CrashLine line(*guarded_judge->place());
+    line.Add("abort");
+    Write(line.End());
   }
   TerminateProcess(GetCurrentProcess(), static_cast<UINT>(kCrashExitCode));
 }

@@ -1,17 +1,17 @@
 #include "platform/md5.h"
 
-#include <openssl/evp.h>
+#include <md5.h>
+
+#include <cstdint>
 
 namespace zavrel {
 
 std::optional<Md5Digest> Md5(std::span<const std::byte> bytes) {
+  MD5_CTX state;
+  MD5Init(&state);
+  MD5Update(&state, reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
   Md5Digest digest;
-  unsigned size = 0;
-  if (EVP_Digest(bytes.data(), bytes.size(), reinterpret_cast<unsigned char*>(digest.data()), &size,
-                 EVP_md5(), nullptr) != 1 ||
-      size != digest.size()) {
-    return std::nullopt;
-  }
+  MD5Final(reinterpret_cast<std::uint8_t*>(digest.data()), &state);
   return digest;
 }
 

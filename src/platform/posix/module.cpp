@@ -35,6 +35,10 @@ Module::~Module() {
   if (handle_ != nullptr) dlclose(handle_);
 }
 
+std::filesystem::path LibraryFileName(const std::string& product, std::int32_t version) {
+  return "lib" + product + std::to_string(version) + ".so";
+}
+
 std::filesystem::path HostExecutablePath() {
   std::error_code error;
   return std::filesystem::read_symlink("/proc/self/exe", error);

@@ -80,6 +80,10 @@ Module::~Module() {
   if (handle_ != nullptr) FreeLibrary(HandleOf(handle_));
 }
 
+std::filesystem::path LibraryFileName(const std::string& product, std::int32_t version) {
+  return product + std::to_string(version) + "_x64.DLL";
+}
+
 std::filesystem::path HostExecutablePath() { return PathOf(nullptr); }
 
 bool PinModuleContaining(const void* address) noexcept {

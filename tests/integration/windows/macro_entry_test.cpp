@@ -52,7 +52,10 @@ TEST_CASE("the log is written when its marker file is there, and an old one goes
     CheckFormulas(*engine, "ZavMean(1,2,3) -> 2");
     CloseClean(*engine);
   };
-  WithTemporaryFolder(folder, serve);
+  {
+    const EnvironmentVariable temporary("TMP", folder.string());
+    serve();
+  }
   CHECK(!std::filesystem::exists(folder / "VekZavrelFuncs8.log"));
 
   const std::string log = LogOf(folder, serve);
