@@ -24,27 +24,32 @@ XXloper RegistrationText(std::u16string_view text) {
   return XXloper::Text(CutToUnits(text, kRegistrationTextLimit));
 }
 
-/// A help text with a space at its end. The function wizard is known to lose the last character of
-/// the last help it gets; with the space, it loses only that. The length limit includes the space.
-XXloper HelpText(std::u16string_view text) {
+/// The function wizard is known to lose the last one or two characters of the last argument help.
+/// With two spaces behind the text, it loses only those. The length limit includes the spaces.
+XXloper LastArgumentHelp(std::u16string_view text) {
+  constexpr std::u16string_view kLost = u"  ";
   if (text.empty()) return XXloper::Text(text);
-  return XXloper::Text(std::u16string(CutToUnits(text, kRegistrationTextLimit - 1)) + u' ');
+  std::u16string help(CutToUnits(text, kRegistrationTextLimit - kLost.size()));
+  return XXloper::Text(help += kLost);
 }
 
 /// Fills the arguments for the argument helps; false when the row has no helps.
 bool FillArgumentHelps(const RegistrationRow& row, const RegistrationSources& sources,
                        std::span<XXloper, kArgumentHelps> helps) {
   std::size_t count = 0;
+  std::u16string last;
   while (count < kArgumentHelps && !row.argument_helps[count].is_null() &&
          !row.argument_helps[count].is_repeat_marker()) {
-    helps[count] = HelpText(Resolve(row.argument_helps[count], sources));
+    last = Resolve(row.argument_helps[count], sources);
+    helps[count] = RegistrationText(last);
     ++count;
   }
-  const bool any = count > 0;
-  const bool repeat = any && count < kArgumentHelps && row.argument_helps[count].is_repeat_marker();
+  if (count == 0) return false;
+  const bool repeat = count < kArgumentHelps && row.argument_helps[count].is_repeat_marker();
   std::fill(helps.begin() + static_cast<std::ptrdiff_t>(count), helps.end(),
             repeat ? helps[count - 1] : XXloper::Missing());
-  return any;
+  helps[repeat ? kArgumentHelps - 1 : count - 1] = LastArgumentHelp(last);
+  return true;
 }
 
 std::optional<double> NumberIn(const XXloper& value) {
@@ -114,7 +119,6 @@ void Registration::RegisterRow(const RegistrationRow& row, const std::u16string&
                                const RegistrationSources& sources) {
   std::array<XXloper, kFixedArguments + kArgumentHelps> arguments;
   const std::u16string topic = HelpTopic(help_file, row.help_topic_id);
-  const std::u16string function_help = Resolve(row.function_help, sources);
   const bool has_helps = FillArgumentHelps(
       row, sources, std::span(arguments).subspan<kFixedArguments, kArgumentHelps>());
 
@@ -127,8 +131,7 @@ void Registration::RegisterRow(const RegistrationRow& row, const std::u16string&
   arguments[6] = RegistrationText(category);
   arguments[7] = XXloper::Text(u"");  // no shortcut
   arguments[8] = topic.empty() ? XXloper::Missing() : RegistrationText(topic);
-  // The wizard shortens the help that comes last.
-  arguments[9] = has_helps ? RegistrationText(function_help) : HelpText(function_help);
+  arguments[9] = RegistrationText(Resolve(row.function_help, sources));
 
   const std::size_t count = has_helps ? arguments.size() : kFixedArguments;
   const ExcelResult result = CallExcel(xlfRegister, std::span(arguments).first(count));
