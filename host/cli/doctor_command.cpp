@@ -8,6 +8,7 @@
 #include "host/cli/commands.h"
 #include "host/cli/installation.h"
 #include "host/cli/json_value.h"
+#include "host/cli/registration_log.h"
 #include "host/cli/system.h"
 #include "host/cli/text_table.h"
 
@@ -231,14 +232,19 @@ void CheckExcel(const std::filesystem::path& add_in, Findings& findings) {
   }
 }
 
-void DescribeLog(Findings& findings) {
-  const LogPlace log = FindLog();
+void DescribeLog(const LogPlace& log, Findings& findings) {
   const std::string written = log.written.empty() ? "no log so far" : "last written " + log.written;
   if (log.enabled) {
     findings.Note("Log", "on, " + PrintablePath(log.file) + ", " + written);
   } else {
     findings.Note("Log", "off; an empty file " + PrintablePath(log.marker) + " switches it on");
   }
+}
+
+/// Opening the add-in starts a new log, so the one of the latest session is read before.
+void CheckLog(const LogPlace& log, Findings& findings) {
+  for (const std::string& problem : RegistrationProblems(log.file))
+    findings.Problem("Log, registration", problem);
 }
 
 // The report.
@@ -297,13 +303,15 @@ int DoctorCommand(CommandLine line) {
   CheckMessages(folder, version, findings);
   CheckFile(folder, kDistributions, version, findings);
   const bool rank_tests = CheckRankTests(folder, version, findings);
+  const LogPlace log = FindLog();
+  CheckLog(log, findings);
   try {
     CheckFunctions(line, rank_tests, findings);
   } catch (const std::exception& error) {
     findings.Problem("The add-in at work", error.what());
   }
   CheckExcel(line.add_in, findings);
-  DescribeLog(findings);
+  DescribeLog(log, findings);
 
   if (line.form == OutputForm::kJson) {
     PrintJson(findings);

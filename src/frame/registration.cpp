@@ -5,7 +5,10 @@
 #include <map>
 #include <optional>
 
+#include "contracts/log_files.h"
+#include "diagnostics/log_line.h"
 #include "excel/excel_call.h"
+#include "excel/value_text.h"
 #include "excel/wide_text.h"
 #include "frame/application_table.h"
 
@@ -56,6 +59,18 @@ std::optional<double> NumberIn(const XXloper& value) {
   if (value.type() == xltypeNum) return value.record().val.num;
   if (value.type() == xltypeInt) return value.record().val.w;
   return std::nullopt;
+}
+
+/// The register id; nothing, and a line in the log, if Excel refuses.
+std::optional<double> CallRegister(std::string_view name, std::span<const XXloper> arguments) {
+  const ExcelResult result = CallExcel(xlfRegister, arguments);
+  const std::optional<double> id = NumberIn(result.value);
+  if (!id && EnabledLog() != nullptr) {
+    const XLOPER12& record = result.value.record();
+    LogLine("{}{}, return code {}, value {}\n", kRegistrationRefused, name, result.return_code,
+            result.value.Is(xltypeErr) ? ErrorName(record.val.err) : ValueText(record));
+  }
+  return id;
 }
 
 }  // namespace
@@ -134,8 +149,8 @@ void Registration::RegisterRow(const RegistrationRow& row, const std::u16string&
   arguments[9] = RegistrationText(Resolve(row.function_help, sources));
 
   const std::size_t count = has_helps ? arguments.size() : kFixedArguments;
-  const ExcelResult result = CallExcel(xlfRegister, std::span(arguments).first(count));
-  if (const auto id = NumberIn(result.value)) ids_.push_back(*id);
+  if (const auto id = CallRegister(row.visible_name, std::span(arguments).first(count)))
+    ids_.push_back(*id);
 }
 
 void Registration::Unregister() {

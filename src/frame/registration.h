@@ -34,8 +34,8 @@ struct RegistrationSources {
   std::function<std::u16string(unsigned application)> help_file;
 };
 
-/// The registrations of one table. If Excel refuses a row, nothing is thrown: the row is left out
-/// and the next one is registered.
+/// The registrations of one table. If Excel refuses a row, nothing is thrown: the row is left out,
+/// the log gets a line, and the next one is registered.
 class Registration {
  public:
   explicit Registration(const FunctionTable& table) : table_(table) {}

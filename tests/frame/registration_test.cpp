@@ -5,6 +5,7 @@
 #include <string>
 
 #include "excel/wide_text.h"
+#include "frame/log_of.h"
 #include "frame/sample_add_in.h"
 #include "support/fake_excel.h"
 
@@ -102,17 +103,32 @@ TEST_CASE("long texts are cut, and never through a surrogate pair") {
   CHECK(excel.functions().at(u"Mean").texts[29] == std::u16string(253, u'x') + u"  ");
 }
 
-TEST_CASE("a refused row does not stop the others, and is never taken back") {
+TEST_CASE("a refused row gets a line in the log, does not stop the others, and is not taken back") {
   FakeExcel excel;
   excel.refused_export = u"Mean";
   Registration main({SampleFunctions()});
-  main.Register(kApplication5, Sources());
+  const std::string log = LogOf([&] { main.Register(kApplication5, Sources()); });
+  CHECK(log.ends_with("\nRegistration refused: ZavMean, return code 32, value #VALUE!\n"));
   CHECK(excel.functions().size() == 6);
   CHECK(main.ids().size() == 6);
   excel.refused_export.clear();
   main.Register(kApplication5, Sources());
   CHECK(excel.functions().size() == 7);
   CHECK(excel.faults.empty());
+}
+
+TEST_CASE("a registration that succeeds without an id is a refusal too") {
+  FakeExcel excel;
+  excel.On(xlfRegister, [](FakeExcel::Arguments arguments, XLOPER12& result) {
+    result = XXloper::Boolean(TextIn(*arguments[1]) != u"Mean").record();
+    if (TextIn(*arguments[1]) == u"Rand") result = XXloper::ErrorByCode(xlerrValue).record();
+    return xlretSuccess;
+  });
+  Registration main({SampleFunctions()});
+  const std::string log = LogOf([&] { main.Register(kApplication5, Sources()); });
+  CHECK(main.ids().empty());
+  CHECK(log.find("ZavMean, return code 0, value XLOPER of type 4: FALSE\n") != log.npos);
+  CHECK(log.find("ZavRand, return code 0, value #VALUE!\n") != log.npos);
 }
 
 TEST_CASE("without a host nothing is registered and nothing breaks") {

@@ -9,6 +9,7 @@
 #include "excel/wide_text.h"
 #include "frame/announce.h"
 #include "frame/announced_text.h"
+#include "frame/log_of.h"
 #include "frame/opening.h"
 #include "frame/sample_add_in.h"
 #include "platform/export.h"
@@ -192,6 +193,17 @@ TEST_CASE("a failed opening is shown once and leaves nothing behind") {
   CHECK(excel.functions().empty());
   CHECK(OpenAddIn(ThisAddIn(), &QuietServices));
   CloseAddIn();
+}
+
+TEST_CASE("an add-in without a callback opens and says in the log why nothing is registered") {
+  const std::string log = LogOf([] {
+    CHECK(OpenAddIn(ThisAddIn(), &QuietServices));
+    CloseAddIn();
+  });
+  CHECK(log.find("\nCallback of Excel not found: XLCall32 is not loaded, and the program has no "
+                 "MdCallBack12; return code 32, value #VALUE!\n") != log.npos);
+  CHECK(log.find("\nRegistration refused: ZavVersion, return code 32, value #VALUE!\n") !=
+        log.npos);
 }
 
 TEST_CASE("what a failed announcement did register is taken back") {

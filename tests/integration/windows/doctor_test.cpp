@@ -104,6 +104,31 @@ TEST_CASE("an add-in that cannot be loaded, or is none, ends in a finding and no
   CHECK(Contains(Problems(outcome), "The add-in at work"));
 }
 
+TEST_CASE("what Excel refused stands in its log, and the doctor explains it") {
+  const std::filesystem::path folder = ScratchFolder() / "excel's log";
+  std::filesystem::create_directories(folder);
+  const auto problems_with = [&](const std::string& lines) {
+    std::ofstream(folder / "VekZavrelFuncs8.log", std::ios::binary)
+        << "Wed Nov 25 06:16:34 2026\nExe fileName=C:\\Office\\EXCEL.EXE\n"
+        << lines;
+    std::string problems;
+    WithTemporaryFolder(folder, [&] { problems = Problems(Doctor(AddInFile().parent_path())); });
+    return problems;
+  };
+  CHECK(problems_with("===== ZavrelMean enter =====\n").empty());
+  const std::string refused = problems_with(
+      "Registration refused: ZavMean, return code 0, value #VALUE!\n"
+      "Registration refused: ZavSum, return code 32, value #VALUE!\n");
+  CHECK(Contains(refused,
+                 "EXCEL.EXE refused 2 functions, the first of them ZavMean, return code "
+                 "0, value #VALUE!: one of the arguments was rejected"));
+  const std::string without = problems_with(
+      "Callback of Excel not found: XLCall32 returned none; return code 32, value #VALUE!\n"
+      "Registration refused: ZavrelFuncsVersion, return code 32, value #VALUE!\n");
+  CHECK(Contains(without, "in EXCEL.EXE, the add-in could not call Excel"));
+  CHECK(!Contains(without, "refused"));
+}
+
 TEST_CASE("the doctor tells what Excel opens, the add-in and a companion each for itself") {
   const ExcelOptions options;
   const std::filesystem::path folder = AddInFile().parent_path();
