@@ -61,16 +61,12 @@ std::optional<double> NumberIn(const XXloper& value) {
   return std::nullopt;
 }
 
-/// The register id; nothing, and a line in the log, if Excel refuses.
-std::optional<double> CallRegister(std::string_view name, std::span<const XXloper> arguments) {
-  const ExcelResult result = CallExcel(xlfRegister, arguments);
-  const std::optional<double> id = NumberIn(result.value);
-  if (!id && EnabledLog() != nullptr) {
-    const XLOPER12& record = result.value.record();
-    LogLine("{}{}, return code {}, value {}\n", kRegistrationRefused, name, result.return_code,
-            result.value.Is(xltypeErr) ? ErrorName(record.val.err) : ValueText(record));
-  }
-  return id;
+/// Writes into the log what Excel refused, and its answer.
+void LogRefusal(std::string_view what, std::string_view name, const ExcelResult& answer) {
+  if (EnabledLog() == nullptr) return;
+  const XLOPER12& record = answer.value.record();
+  LogLine("{}{}, return code {}, value {}\n", what, name, answer.return_code,
+          answer.value.Is(xltypeErr) ? ErrorName(record.val.err) : ValueText(record));
 }
 
 }  // namespace
@@ -105,6 +101,13 @@ std::u16string HelpTopic(std::u16string_view help_file, int topic_id) {
 
 void Registration::Register(std::uint32_t application_mask, const RegistrationSources& sources) {
   Unregister();
+  library_path_ = sources.library_path;
+  RegisterRows(application_mask, sources);
+  DeleteUnusedNames();
+}
+
+void Registration::RegisterRows(std::uint32_t application_mask,
+                                const RegistrationSources& sources) {
   const auto is_wanted = [mask = application_mask | kAlwaysRegistered](const RegistrationRow& row) {
     return (row.application_mask & mask) != 0;
   };
@@ -117,7 +120,8 @@ void Registration::Register(std::uint32_t application_mask, const RegistrationSo
   }
   std::map<unsigned, std::u16string> help_files;  // one lookup for each owner
 
-  ids_.reserve(table_.rows.size());
+  registered_.reserve(table_.rows.size());
+  named_.reserve(table_.rows.size());
   for (const RegistrationRow& row : table_.rows) {
     if (!is_wanted(row)) continue;
     const unsigned owner = HelpOwner(row.category, application_mask);
@@ -149,13 +153,47 @@ void Registration::RegisterRow(const RegistrationRow& row, const std::u16string&
   arguments[9] = RegistrationText(Resolve(row.function_help, sources));
 
   const std::size_t count = has_helps ? arguments.size() : kFixedArguments;
-  if (const auto id = CallRegister(row.visible_name, std::span(arguments).first(count)))
-    ids_.push_back(*id);
+  const ExcelResult answer = CallExcel(xlfRegister, std::span(arguments).first(count));
+  const auto id = NumberIn(answer.value);
+  if (!id) return LogRefusal(kRegistrationRefused, row.visible_name, answer);
+  registered_.push_back({*id, &row});
+  if (std::find(named_.begin(), named_.end(), &row) == named_.end()) named_.push_back(&row);
 }
 
 void Registration::Unregister() {
-  for (const double id : ids_) CallExcel(xlfUnregister, {XXloper::Number(id)});
-  ids_.clear();
+  for (const Registered& function : registered_)
+    CallExcel(xlfUnregister, {XXloper::Number(function.id)});
+  registered_.clear();
+}
+
+bool Registration::IsRegistered(const RegistrationRow* row) const {
+  return std::any_of(registered_.begin(), registered_.end(),
+                     [row](const Registered& function) { return function.row == row; });
+}
+
+void Registration::DeleteUnusedNames() {
+  std::erase_if(named_, [this](const RegistrationRow* row) {
+    if (IsRegistered(row)) return false;
+    DeleteName(row->visible_name);
+    return true;
+  });
+}
+
+// Excel is documented to delete a name that xlfSetName is given alone, and known not to do so for a
+// worksheet function: the function wizard goes on showing it. It does so once a hidden function
+// has the name, so an export that does nothing is registered as one.
+void Registration::DeleteName(const char* visible_name) const {
+  const XXloper name = RegistrationText(Utf16FromUtf8(visible_name));
+  const XXloper hidden[] = {RegistrationText(library_path_),
+                            XXloper::Text(u"xlAutoRemove"),
+                            XXloper::Text(u"J"),
+                            name,
+                            XXloper::Missing(),
+                            XXloper::Number(0)};
+  const auto id = NumberIn(CallExcel(xlfRegister, hidden).value);
+  const ExcelResult answer = CallExcel(xlfSetName, {name});
+  if (!answer.ok()) LogRefusal("Name not deleted: ", visible_name, answer);
+  if (id) CallExcel(xlfUnregister, {XXloper::Number(*id)});
 }
 
 }  // namespace zavrel

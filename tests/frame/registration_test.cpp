@@ -110,7 +110,7 @@ TEST_CASE("a refused row gets a line in the log, does not stop the others, and i
   const std::string log = LogOf([&] { main.Register(kApplication5, Sources()); });
   CHECK(log.ends_with("\nRegistration refused: ZavMean, return code 32, value #VALUE!\n"));
   CHECK(excel.functions().size() == 6);
-  CHECK(main.ids().size() == 6);
+  CHECK(main.size() == 6);
   excel.refused_export.clear();
   main.Register(kApplication5, Sources());
   CHECK(excel.functions().size() == 7);
@@ -126,15 +126,32 @@ TEST_CASE("a registration that succeeds without an id is a refusal too") {
   });
   Registration main({SampleFunctions()});
   const std::string log = LogOf([&] { main.Register(kApplication5, Sources()); });
-  CHECK(main.ids().empty());
+  CHECK(main.size() == 0);
   CHECK(log.find("ZavMean, return code 0, value XLOPER of type 4: FALSE\n") != log.npos);
   CHECK(log.find("ZavRand, return code 0, value #VALUE!\n") != log.npos);
+}
+
+TEST_CASE("names go with the functions that do not come back, and only those") {
+  FakeExcel excel;
+  Registration main({SampleFunctions()});
+  main.Register(kApplication5, Sources());
+  CHECK(excel.names().size() == 7);
+  main.Register(kApplication5, Sources());
+  CHECK(excel.CountOf(xlfSetName) == 0);
+  main.Register(0, Sources());
+  CHECK(excel.names() == std::set<std::u16string>{u"ZavVersion"});
+  main.Unregister();
+  main.DeleteUnusedNames();
+  main.DeleteUnusedNames();
+  CHECK(excel.CountOf(xlfSetName) == 7);
+  CHECK(excel.names().empty());
+  CHECK(excel.functions().empty());
 }
 
 TEST_CASE("without a host nothing is registered and nothing breaks") {
   Registration main({SampleFunctions()});
   main.Register(kApplication5, Sources());
-  CHECK(main.ids().empty());
+  CHECK(main.size() == 0);
   main.Unregister();
 }
 

@@ -76,8 +76,10 @@ TEST_CASE("announcing and withdrawing decide what is registered") {
     CHECK(excel.functions().size() == 1);
     session->Withdraw(0);
     CHECK(excel.functions().size() == 1);
+    CHECK(excel.names() == std::set<std::u16string>{u"ZavVersion"});
   }
   CHECK(excel.functions().empty());
+  CHECK(excel.names().empty());
 }
 
 TEST_CASE("a companion's language is remembered, and what cannot be written is let be") {
