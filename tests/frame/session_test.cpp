@@ -19,6 +19,7 @@
 
 ZAV_EXPORT std::int32_t xlAutoOpen();
 ZAV_EXPORT std::int32_t xlAutoClose();
+ZAV_EXPORT XLOPER12* xlAddInManagerInfo12(const XLOPER12*);
 ZAV_EXPORT void InitializeXlaInformationW(void*, void*, std::uint16_t, const char16_t*,
                                           std::int32_t, const char16_t*, const char16_t*);
 ZAV_EXPORT void UninitializeXlaInformation(std::uint16_t);
@@ -178,6 +179,20 @@ TEST_CASE("entry points: opening and closing in any order, ten times over") {
     CHECK(xlAutoClose() == 1);
     CHECK(excel.functions().empty());
   }
+}
+
+TEST_CASE("the list of add-ins learns the long name, open or not, and nothing else") {
+  const auto answer = [](const XXloper& action) {
+    return XXloper::FromArgument(xlAddInManagerInfo12(&action.record()));
+  };
+  const XXloper first = answer(XXloper::Number(1));
+  CHECK(first.text() == u"Sample add-in");
+  CHECK(answer(XXloper::Integer(1)).text() == u"Sample add-in");
+  for (const XXloper& other : {XXloper::Number(2), XXloper::Number(1.5), XXloper::Text(u"x"),
+                               XXloper::Missing(), XXloper::Boolean(true)})
+    CHECK(answer(other).record().val.err == xlerrValue);
+  CHECK(xlAddInManagerInfo12(nullptr)->val.err == xlerrValue);
+  CHECK(first.text() == u"Sample add-in");  // Excel frees nothing
 }
 
 TEST_CASE("a failed opening is shown once and leaves nothing behind") {
