@@ -1,4 +1,6 @@
 // ZavHost doctor: checks whether the installation is sound, and reports what support needs to know.
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cmath>
 #include <iostream>
@@ -168,6 +170,7 @@ void CheckFunctions(const CommandLine& line, bool rank_tests, Findings& findings
 bool CheckAddInEntries(const std::vector<ExcelEntry>& entries, const std::filesystem::path& add_in,
                        Findings& findings) {
   bool opened = false;
+  int copies = 0;  // that are there
   for (const ExcelEntry& entry : entries) {
     const std::string what = "Excel " + entry.version + ", add-in";
     const std::string shown = entry.name + " = " + entry.text;
@@ -179,6 +182,12 @@ bool CheckAddInEntries(const std::vector<ExcelEntry>& entries, const std::filesy
       findings.Note(what, "opens another copy: " + shown);
     }
     opened = opened || !entry.name.empty();
+    std::error_code ignored;
+    if (!entry.name.empty() && std::filesystem::exists(entry.file, ignored)) ++copies;
+  }
+  if (copies > 1) {
+    findings.Problem("Excel " + entries[0].version + ", add-in",
+                     fmt::format("Excel opens {} copies: untick all but one", copies));
   }
   return opened;
 }
@@ -200,6 +209,39 @@ bool CheckCompanionEntries(const std::vector<ExcelEntry>& entries, Findings& fin
     }
   }
   return opened;
+}
+
+/// What the programs have loaded that run now. Macros find a library by its name, so they use the
+/// copy that was loaded first.
+void CheckRunningPrograms(Findings& findings) {
+  for (const LoadingProgram& program : ProgramsWith(kAddIn)) {
+    const std::string what = "Running " + program.name;
+    const std::string first = PrintablePath(program.copies[0]);
+    if (program.copies.size() == 1) {
+      findings.Note(what, fmt::format("process {}, has loaded {}", program.process, first));
+      continue;
+    }
+    std::vector<std::string> others;
+    for (std::size_t i = 1; i < program.copies.size(); ++i)
+      others.push_back(PrintablePath(program.copies[i]));
+    findings.Problem(what,
+                     fmt::format("process {}, has loaded {} copies: functions and macros use "
+                                 "{}, not {}. Close the program and start it again",
+                                 program.process, program.copies.size(), first, Joined(others)));
+  }
+}
+
+/// Excel opens what is in its start folder in addition to its list.
+void CheckStartFolder(Findings& findings) {
+  const std::filesystem::path folder = ExcelStartFolder();
+  std::error_code ignored;
+  for (const char16_t* name : {kAddIn, kCompanion}) {
+    if (!folder.empty() && std::filesystem::exists(folder / name, ignored)) {
+      findings.Problem("Excel's start folder",
+                       PrintablePath(folder / name) +
+                           " is opened in addition to Excel's list of add-ins: delete it");
+    }
+  }
 }
 
 void CheckExcel(const std::filesystem::path& add_in, Findings& findings) {
@@ -311,6 +353,8 @@ int DoctorCommand(CommandLine line) {
     findings.Problem("The add-in at work", error.what());
   }
   CheckExcel(line.add_in, findings);
+  CheckStartFolder(findings);
+  CheckRunningPrograms(findings);
   DescribeLog(log, findings);
 
   if (line.form == OutputForm::kJson) {

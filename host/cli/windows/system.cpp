@@ -3,13 +3,72 @@
 #include <io.h>
 
 #include <cstdio>
+#include <optional>
 
 #include "host/workbook/text.h"
 #include "platform/module.h"
 #include "platform/operating_system.h"
 #include "platform/windows/wide.h"
 
+// After windows.h.
+#include <tlhelp32.h>
+
 namespace zavhost {
+namespace {
+
+/// What is listed at one moment: processes, or the modules of a process in the order of loading.
+class Snapshot {
+ public:
+  explicit Snapshot(DWORD kind, DWORD process = 0) {
+    // While the process loads a library, the system may have to be asked again.
+    for (int attempt = 0; attempt < 10; ++attempt) {
+      handle_ = CreateToolhelp32Snapshot(kind, process);
+      if (handle_ != INVALID_HANDLE_VALUE || GetLastError() != ERROR_BAD_LENGTH) return;
+    }
+  }
+  ~Snapshot() {
+    if (handle_ != INVALID_HANDLE_VALUE) CloseHandle(handle_);
+  }
+  Snapshot(const Snapshot&) = delete;
+  Snapshot& operator=(const Snapshot&) = delete;
+
+  /// Calls `visit` with each entry.
+  template <class Entry, class First, class Next, class Visit>
+  void ForEach(First first, Next next, Visit visit) const {
+    Entry entry{};
+    entry.dwSize = sizeof entry;
+    if (handle_ == INVALID_HANDLE_VALUE) return;
+    for (BOOL found = first(handle_, &entry); found != 0; found = next(handle_, &entry))
+      visit(entry);
+  }
+
+ private:
+  HANDLE handle_ = INVALID_HANDLE_VALUE;
+};
+
+}  // namespace
+
+std::vector<LoadingProgram> ProgramsWith(const std::filesystem::path& file_name) {
+  std::vector<LoadingProgram> programs;
+  const Snapshot processes(TH32CS_SNAPPROCESS);
+  processes.ForEach<PROCESSENTRY32W>(Process32FirstW, Process32NextW, [&](const auto& process) {
+    if (process.th32ProcessID == GetCurrentProcessId() || process.th32ProcessID == 0) return;
+    LoadingProgram program{
+        Utf8FromUtf16(zavrel::FromWide(process.szExeFile)), process.th32ProcessID, {}};
+    const Snapshot modules(TH32CS_SNAPMODULE, process.th32ProcessID);
+    modules.ForEach<MODULEENTRY32W>(Module32FirstW, Module32NextW, [&](const auto& module) {
+      if (SamePath(module.szModule, file_name)) program.copies.emplace_back(module.szExePath);
+    });
+    if (!program.copies.empty()) programs.push_back(std::move(program));
+  });
+  return programs;
+}
+
+std::filesystem::path ExcelStartFolder() {
+  const wchar_t* roaming = _wgetenv(L"APPDATA");
+  if (roaming == nullptr) return {};
+  return std::filesystem::path(roaming) / L"Microsoft" / L"Excel" / L"XLSTART";
+}
 
 bool StderrIsTerminal() { return _isatty(_fileno(stderr)) != 0; }
 
