@@ -32,9 +32,7 @@ zavhost::Workbook LargeWorkbook() {
   return book;
 }
 
-std::filesystem::path RealAddIn() {
-  return ZAVREL_ADD_IN;
-}
+std::filesystem::path RealAddIn() { return ZAVREL_ADD_IN; }
 
 std::u16string Range(char16_t column, int first_row) {
   const std::string text = std::to_string(first_row) + ":" +

@@ -1,6 +1,6 @@
 #pragma once
 // The files of the diagnostic log, for the add-in and for programs that look for its log. Both are
-// in the user's temporary folder.
+// in the user's temporary folder. The lines here are those that ZavHost doctor looks for.
 
 #include <filesystem>
 #include <string>
@@ -25,5 +25,12 @@ inline std::filesystem::path LogFileIn(const std::filesystem::path& folder,
                                        std::u16string_view session) {
   return folder / (std::u16string(session) + u".log");
 }
+
+/// Begins the line of each function that Excel refused to register. Behind it:
+/// "ZavMean, return code 32, value #VALUE!".
+inline constexpr std::string_view kRegistrationRefused = "Registration refused: ";
+
+/// Begins the line of an add-in that did not find the callback through which it calls Excel.
+inline constexpr std::string_view kNoCallback = "Callback of Excel not found: ";
 
 }  // namespace zavrel

@@ -105,7 +105,7 @@ def _encrypted(identity, data, seed=0x02):
 
 def _project(name, identity, modules):
     lines = [f'ID="{identity}"']
-    lines += [f"Document={m}/&H00000000" if kind == "Document" else f"Module={m}"
+    lines += [f"Document={m}/&H00000000" if kind == "Document" else f"{kind}={m}"
               for m, (kind, _) in modules.items()]
     lines += [f'Name="{name}"', 'HelpContextID="0"', 'VersionCompatible32="393222000"',
               f'CMG="{_encrypted(identity, bytes(4))}"', f'DPB="{_encrypted(identity, bytes(1))}"',
@@ -116,7 +116,7 @@ def _project(name, identity, modules):
 
 
 def macro_project(name, identity, modules):
-    """The bytes of a project. `modules`: name -> ("Document" or "Module", source as bytes)."""
+    """The bytes of a project. `modules`: name -> ("Document", "Class" or "Module", source as bytes)."""
     macros = Storage({m: compress(source) for m, (_, source) in modules.items()})
     macros["dir"] = compress(_directory(name, modules))
     macros["_VBA_PROJECT"] = bytes.fromhex("cc61ffff000000")

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""make_companion.py OUTPUT.xlam MODULE.bas...: writes the companion workbook, an add-in with these macro modules.
+"""make_companion.py OUTPUT.xlam MODULE...: writes the companion workbook, an add-in with these macro modules
+(.bas) and classes (.cls).
 
 The same modules give the same bytes. The workbook has not been opened in Excel yet; importing the modules is the
 safe choice.
@@ -55,12 +56,23 @@ def document_module(name, class_id):
     return "".join(f"Attribute {line}\r\n" for line in lines).encode("ascii")
 
 
+def class_module(source):
+    """A class as a project holds it, from what the macro editor exports."""
+    lines = source.decode("ascii").splitlines(keepends=True)
+    lines = lines[next(i for i, line in enumerate(lines) if line.startswith("Attribute")):]
+    code = next(i for i, line in enumerate(lines) if not line.startswith("Attribute"))
+    lines[code:code] = ["Attribute VB_TemplateDerived = False\r\n", "Attribute VB_Customizable = False\r\n"]
+    lines.insert(1, 'Attribute VB_Base = "0{FCFB3D2A-A0FA-1068-A738-08002B3371B5}"\r\n')  # of every class
+    return "".join(lines).encode("ascii")
+
+
 def main(output, *files):
     modules = {"ThisWorkbook": ("Document", document_module("ThisWorkbook", "00020819-0000-0000-C000-000000000046")),
                "Sheet1": ("Document", document_module("Sheet1", "00020820-0000-0000-C000-000000000046"))}
     for file in sorted(map(pathlib.Path, files)):
         # No module may have the project's name.
-        modules[file.stem] = ("Module", file.read_bytes())
+        source = file.read_bytes()
+        modules[file.stem] = ("Class", class_module(source)) if file.suffix == ".cls" else ("Module", source)
     with zipfile.ZipFile(output, "w", zipfile.ZIP_DEFLATED) as package:
         parts = {name: (HEAD + text).encode("utf-8") for name, text in PARTS.items()}
         parts["xl/vbaProject.bin"] = macro_project(NAME + "Project", IDENTITY, modules)

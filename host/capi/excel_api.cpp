@@ -34,6 +34,7 @@ constexpr KnownFunction kFunctions[] = {
     {xlEnableXLMsgs, "xlEnableXLMsgs", 0, 0},
     {xlDisableXLMsgs, "xlDisableXLMsgs", 0, 0},
     {xlGetInstPtr, "xlGetInstPtr", 0, 0},
+    {xlfSetName, "xlfSetName", 1, 2},
     {xlfCaller, "xlfCaller", 0, 0},
     {xlfRegister, "xlfRegister", 3, kArgumentLimit},
     {xlfGetWorkspace, "xlfGetWorkspace", 1, 1},
@@ -108,6 +109,10 @@ void ExcelApi::JudgeReturn() {
   if (messages_enabled_) {
     judge_.Report(ViolationKind::kUnbalancedBracket, "messages were left enabled");
     messages_enabled_ = false;
+  }
+  for (const std::u16string& name : registry_.TakeNamesLeft()) {
+    judge_.Report(ViolationKind::kNameLeft,
+                  "the name " + Utf8FromUtf16(name) + " was left behind by its function");
   }
   if (const std::uint64_t calls = calls_from_other_threads_.exchange(0); calls != 0) {
     judge_.Report(ViolationKind::kMalformedCall,
@@ -251,6 +256,8 @@ int ExcelApi::DispatchCommand(int function, const Arguments& arguments, XLOPER12
       return Register(arguments, result);
     case xlfUnregister:
       return Unregister(arguments, result);
+    case xlfSetName:
+      return SetName(arguments, result);
     default:
       return xlretInvXlfn;
   }
@@ -308,6 +315,14 @@ void ExcelApi::GiveValue(const Value& value, XLOPER12& result) {
 int ExcelApi::Unregister(const Arguments& arguments, XLOPER12& result) {
   const Value id = ToValue(arguments[0]);
   return GiveBoolean(id.number() != nullptr && registry_.Remove(*id.number()), result);
+}
+
+int ExcelApi::SetName(const Arguments& arguments, XLOPER12& result) {
+  const Value name = ToValue(arguments[0]);
+  if (name.text() == nullptr) return xlretInvXloper;
+  if (arguments.Has(1)) return xlretFailed;  // workbooks come with their names
+  registry_.DeleteName(*name.text());
+  return GiveBoolean(true, result);
 }
 
 int ExcelApi::Register(const Arguments& arguments, XLOPER12& result) {

@@ -95,6 +95,7 @@ class ExcelApi {
   int Workspace(const Arguments& arguments, XLOPER12& result);
   int Register(const Arguments& arguments, XLOPER12& result);
   int Unregister(const Arguments& arguments, XLOPER12& result);
+  int SetName(const Arguments& arguments, XLOPER12& result);
   /// Registers a function, or returns the reason for a refusal.
   std::string TryRegister(const Arguments& arguments, double& register_id);
   void* FindProcedure(const XLOPER12& procedure) const;

@@ -1,6 +1,7 @@
 #include "host/capi/function_registry.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "host/workbook/text.h"
 
@@ -17,6 +18,8 @@ double IdOf(std::int64_t number) {
 }  // namespace
 
 double FunctionRegistry::Add(RegisteredFunction function, TypeText type, void* address) {
+  hidden_by_name_[LowerCase(function.name)] = function.macro_type == 0;
+  ForgetLeft(function.name);
   for (std::size_t i = 0; i < entries_.size(); ++i) {
     if (entries_[i].address == address && functions_[i].name == function.name &&
         functions_[i].type_text == function.type_text) {
@@ -46,16 +49,40 @@ bool FunctionRegistry::Remove(double register_id) {
     std::erase(name->second, register_id);
     if (name->second.empty()) ids_by_name_.erase(name);
   }
+  std::u16string left = std::move(function->name);
   functions_.erase(function);
   entries_.erase(entry);
   ++generation_;
+  const bool is_named = hidden_by_name_.count(LowerCase(left)) != 0;
+  if (is_named && std::none_of(functions_.begin(), functions_.end(),
+                               [&](const auto& f) { return EqualIgnoringCase(f.name, left); }))
+    names_left_.push_back(std::move(left));
   return true;
+}
+
+void FunctionRegistry::DeleteName(std::u16string_view name) {
+  const auto known = hidden_by_name_.find(LowerCase(name));
+  if (known == hidden_by_name_.end() || !known->second) return;
+  ids_by_name_.erase(known->first);
+  hidden_by_name_.erase(known);
+  ForgetLeft(name);
+  ++generation_;
+}
+
+void FunctionRegistry::ForgetLeft(std::u16string_view name) {
+  std::erase_if(names_left_, [&](const auto& left) { return EqualIgnoringCase(left, name); });
+}
+
+std::vector<std::u16string> FunctionRegistry::TakeNamesLeft() {
+  return std::exchange(names_left_, {});
 }
 
 void FunctionRegistry::Clear() {
   functions_.clear();
   entries_.clear();
   ids_by_name_.clear();
+  hidden_by_name_.clear();
+  names_left_.clear();
   ++generation_;
 }
 

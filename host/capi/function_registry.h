@@ -24,8 +24,14 @@ class FunctionRegistry {
   /// Adds a function and returns its id. Adding the same procedure with the same name and type text
   /// again counts one more use of the existing function.
   double Add(RegisteredFunction function, TypeText type, void* address);
-  /// Counts one use less; removes the function after its last use. False for an unknown id.
+  /// Counts one use less; removes the function after its last use, but not its name. False for an
+  /// unknown id.
   bool Remove(double register_id);
+  /// Deletes the name, as xlfSetName is known to do it: only if the function that was last
+  /// registered under it is hidden. Otherwise it stays, without a word.
+  void DeleteName(std::u16string_view name);
+  /// The names that remain of removed functions, each of which is returned once.
+  std::vector<std::u16string> TakeNamesLeft();
   void Clear();
 
   const std::vector<RegisteredFunction>& functions() const { return functions_; }
@@ -39,9 +45,13 @@ class FunctionRegistry {
   std::uint64_t generation() const { return generation_; }
 
  private:
+  void ForgetLeft(std::u16string_view name);
+
   std::vector<RegisteredFunction> functions_;
   std::vector<RegistryEntry> entries_;
   std::unordered_map<std::u16string, std::vector<double>> ids_by_name_;
+  std::unordered_map<std::u16string, bool> hidden_by_name_;  // of the latest function of the name
+  std::vector<std::u16string> names_left_;                   // as they were registered
   std::uint64_t generation_ = 0;
   std::int64_t next_id_ = 0;
 };

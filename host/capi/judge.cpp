@@ -21,6 +21,8 @@ const char* KindText(ViolationKind kind) {
       return "argument written to";
     case ViolationKind::kMalformedResult:
       return "malformed result";
+    case ViolationKind::kNameLeft:
+      return "name not deleted";
     case ViolationKind::kMalformedCall:
       return "malformed call";
     case ViolationKind::kCrash:

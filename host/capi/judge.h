@@ -16,6 +16,7 @@ enum class ViolationKind {
   kFreedForeign,  // xlFree of memory that the host did not hand out
   kArgumentWritten,
   kMalformedResult,
+  kNameLeft,       // a function was unregistered, and its name was not deleted
   kMalformedCall,  // an invalid callback argument, or a call where none is allowed
   kCrash,
 };

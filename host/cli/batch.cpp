@@ -108,9 +108,9 @@ struct ExitStatus {
 
 /// From the worst to the best. A process that a signal ended is as bad as a crash.
 constexpr std::array kStatuses{
-    ExitStatus{kExitCrash, "crashed"},         ExitStatus{kExitViolation, "broke a rule"},
-    ExitStatus{kExitTimeout, "out of time"},   ExitStatus{kExitError, "failed"},
-    ExitStatus{kExitWorkbook, "with errors"},  ExitStatus{kExitDifferences, "differs"},
+    ExitStatus{kExitCrash, "crashed"},        ExitStatus{kExitViolation, "broke a rule"},
+    ExitStatus{kExitTimeout, "out of time"},  ExitStatus{kExitError, "failed"},
+    ExitStatus{kExitWorkbook, "with errors"}, ExitStatus{kExitDifferences, "differs"},
     ExitStatus{kExitSuccess, "done"}};
 
 const ExitStatus* StatusOf(int exit_code) {
@@ -122,8 +122,6 @@ const ExitStatus* StatusOf(int exit_code) {
 
 const char* StatusWord(int exit_code) { return StatusOf(exit_code)->word; }
 
-int WorseExitCode(int one, int other) {
-  return std::min(StatusOf(one), StatusOf(other))->code;
-}
+int WorseExitCode(int one, int other) { return std::min(StatusOf(one), StatusOf(other))->code; }
 
 }  // namespace zavhost

@@ -32,8 +32,8 @@ struct BatchOutcome {
   BatchItem item;
   int exit_code = 0;
   double seconds = 0;
-  std::string message;                // why it failed; one line
-  nlohmann::ordered_json result;      // what its process reported; an object
+  std::string message;            // why it failed; one line
+  nlohmann::ordered_json result;  // what its process reported; an object
 };
 
 /// "done", "failed", ... for an exit code.

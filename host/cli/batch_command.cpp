@@ -112,8 +112,11 @@ class Task {
  private:
   std::vector<std::string> Arguments(const CommandLine& line) const {
     std::vector<std::string> arguments{line.command == Command::kRun ? "run" : "check",
-                                       "--part-of-batch", "--language", line.language,
-                                       "--max-formulas", std::to_string(line.formula_limit)};
+                                       "--part-of-batch",
+                                       "--language",
+                                       line.language,
+                                       "--max-formulas",
+                                       std::to_string(line.formula_limit)};
     const auto add = [&](const char* option, const std::string& value) {
       arguments.insert(arguments.end(), {option, value});
     };
@@ -135,8 +138,7 @@ class Task {
       const auto errors = outcome_.result.find("errors");
       if (errors == outcome_.result.end() || errors->empty()) return;
       outcome_.message = errors->front().get<std::string>();
-      if (errors->size() > 1)
-        outcome_.message += fmt::format(" (and {} more)", errors->size() - 1);
+      if (errors->size() > 1) outcome_.message += fmt::format(" (and {} more)", errors->size() - 1);
       return;
     }
     outcome_.message = LastLine(ContentOf(errors_));
@@ -210,12 +212,12 @@ class BatchReport {
     next_ = now + std::chrono::milliseconds(200);
     constexpr std::size_t kWidth = 24;
     const std::size_t filled = kWidth * done_ / std::max<std::size_t>(total_, 1);
-    std::string text = fmt::format("[{:#<{}}{:-<{}}] {} of {}", "", filled, "", kWidth - filled,
-                                   done_, total_);
+    std::string text =
+        fmt::format("[{:#<{}}{:-<{}}] {} of {}", "", filled, "", kWidth - filled, done_, total_);
     if (failed_ > 0) text += fmt::format(", {} failed", failed_);
     if (done_ > 0) {
-      const double left = SecondsSince(start_) / static_cast<double>(done_) *
-                          static_cast<double>(total_ - done_);
+      const double left =
+          SecondsSince(start_) / static_cast<double>(done_) * static_cast<double>(total_ - done_);
       text += fmt::format(", {:.0f} s left", left);
     }
     std::fprintf(stderr, "\r%-70s", text.c_str());
@@ -224,8 +226,8 @@ class BatchReport {
 
   int Finish() {
     ClearBar();
-    std::string text = Plural(total_ + skipped_, "workbook") + ": " +
-                       fmt::format("{} done", done_ - failed_);
+    std::string text =
+        Plural(total_ + skipped_, "workbook") + ": " + fmt::format("{} done", done_ - failed_);
     if (skipped_ > 0) text += fmt::format(", {} already up to date", skipped_);
     if (failed_ > 0) text += fmt::format(", {} not (the worst {})", failed_, StatusWord(worst_));
     text += fmt::format("; {} in {:.1f} s.\n", Plural(formulas_, "formula"), SecondsSince(start_));
@@ -247,9 +249,10 @@ class BatchReport {
     if (outcome.message.empty() && outcome.exit_code != kExitSuccess) text += ": ";
     if (outcome.message.empty()) {
       text += Plural(formulas, "formula");
-      text += line_.command == Command::kRun
-                  ? fmt::format(", {} changed", CountIn(outcome.result, "changed"))
-                  : fmt::format(", {}", Plural(CountIn(outcome.result, "differences"), "difference"));
+      text +=
+          line_.command == Command::kRun
+              ? fmt::format(", {} changed", CountIn(outcome.result, "changed"))
+              : fmt::format(", {}", Plural(CountIn(outcome.result, "differences"), "difference"));
     }
     text += fmt::format(" ({:.2f} s)\n", outcome.seconds);
     return text + DifferenceLines(outcome.result);

@@ -13,16 +13,25 @@ std::filesystem::path FromUtf8Path(const std::string& text) {
 
 constexpr const char* kFooter =
     "Examples:\n"
-    "  " ZAVHOST_NAME " run sales.xlsx                     recalculate and show the value of every formula\n"
-    "  " ZAVHOST_NAME " run sales.xlsx -o sales-new.xlsx   also write a workbook with the new values\n"
-    "  " ZAVHOST_NAME " run sales.xlsx --json              the same for a program to read\n"
-    "  " ZAVHOST_NAME " run reports --output-folder new    every workbook of a folder\n"
-    "  " ZAVHOST_NAME " check reports                      whether the stored values are right\n"
-    "  " ZAVHOST_NAME " eval \"=ZavMean(1,2,3)\"             one formula\n"
-    "  " ZAVHOST_NAME " eval \"=ZavMean(price)\" --data sales.csv\n"
-    "  " ZAVHOST_NAME " functions ZavMean                  help for a function; without a name, all of "
+    "  " ZAVHOST_NAME
+    " run sales.xlsx                     recalculate and show the value of every formula\n"
+    "  " ZAVHOST_NAME
+    " run sales.xlsx -o sales-new.xlsx   also write a workbook with the new values\n"
+    "  " ZAVHOST_NAME
+    " run sales.xlsx --json              the same for a program to read\n"
+    "  " ZAVHOST_NAME
+    " run reports --output-folder new    every workbook of a folder\n"
+    "  " ZAVHOST_NAME
+    " check reports                      whether the stored values are right\n"
+    "  " ZAVHOST_NAME
+    " eval \"=ZavMean(1,2,3)\"             one formula\n"
+    "  " ZAVHOST_NAME
+    " eval \"=ZavMean(price)\" --data sales.csv\n"
+    "  " ZAVHOST_NAME
+    " functions ZavMean                  help for a function; without a name, all of "
     "them\n"
-    "  " ZAVHOST_NAME " doctor                             check this installation\n"
+    "  " ZAVHOST_NAME
+    " doctor                             check this installation\n"
     "\n"
     "Exit codes: 0 success; 1 a file, a formula or the add-in cannot be used, or the doctor found\n"
     "a problem; 2 the add-in broke a rule of the Excel C API; 3 it crashed; 4 circular references\n"
@@ -156,7 +165,8 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
   }
 
   for (const char* option : {"--output", "--output-folder"}) {
-    if (run->count(option) > 0 && (option[8] == '\0' ? texts.output : texts.output_folder).empty()) {
+    if (run->count(option) > 0 &&
+        (option[8] == '\0' ? texts.output : texts.output_folder).empty()) {
       std::cerr << option << ": a name is missing\n";
       return {std::nullopt, kExitUsage};
     }

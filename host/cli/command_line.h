@@ -14,10 +14,10 @@ enum class OutputForm { kTable, kJson, kCsv };
 
 /// Exit codes of the program; the help lists them.
 inline constexpr int kExitSuccess = 0;
-inline constexpr int kExitError = 1;      // a file, formula or add-in that cannot be used
-inline constexpr int kExitViolation = 2;  // the add-in broke a rule for add-ins
-inline constexpr int kExitCrash = 3;      // the add-in crashed (kCrashExitCode)
-inline constexpr int kExitWorkbook = 4;  // circular references or formulas that cannot be read
+inline constexpr int kExitError = 1;        // a file, formula or add-in that cannot be used
+inline constexpr int kExitViolation = 2;    // the add-in broke a rule for add-ins
+inline constexpr int kExitCrash = 3;        // the add-in crashed (kCrashExitCode)
+inline constexpr int kExitWorkbook = 4;     // circular references or formulas that cannot be read
 inline constexpr int kExitDifferences = 5;  // stored values that are not the computed ones
 inline constexpr int kExitTimeout = 6;      // a workbook took longer than it was given
 inline constexpr int kExitUsage = 64;

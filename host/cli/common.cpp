@@ -78,8 +78,8 @@ int FinishEngine(Engine& engine) {
   engine.CloseAddIn();
   const Judge& judge = engine.judge();
   if (judge.count() == 0) return kExitSuccess;
-  std::cerr << ZAVHOST_NAME ": the add-in broke rules of the Excel C API " << judge.count() << " time"
-            << (judge.count() == 1 ? "" : "s") << ":\n";
+  std::cerr << ZAVHOST_NAME ": the add-in broke rules of the Excel C API " << judge.count()
+            << " time" << (judge.count() == 1 ? "" : "s") << ":\n";
   constexpr std::size_t kShown = 20;
   for (std::size_t i = 0; i < std::min(kShown, judge.violations().size()); ++i) {
     std::cerr << "  " << DescribeViolation(judge.violations()[i]) << '\n';

@@ -2,76 +2,32 @@
 #include <algorithm>
 #include <cmath>
 #include <iostream>
-#include <iterator>
-#include <set>
 
 #include "host/cli/commands.h"
+#include "host/cli/doctor_excel.h"
 #include "host/cli/installation.h"
 #include "host/cli/json_value.h"
+#include "host/cli/registration_log.h"
 #include "host/cli/system.h"
 #include "host/cli/text_table.h"
+#include "platform/library_identity.h"
+#include "platform/module.h"
 
 namespace zavhost {
 namespace {
 
-enum class Verdict { kGood, kNote, kProblem };
-
-struct Finding {
-  Verdict verdict;
-  std::string what;
-  std::string detail;
-};
-
-class Findings {
- public:
-  void Good(std::string what, std::string detail) {
-    Add(Verdict::kGood, std::move(what), std::move(detail));
-  }
-  void Note(std::string what, std::string detail) {
-    Add(Verdict::kNote, std::move(what), std::move(detail));
-  }
-  void Problem(std::string what, std::string detail) {
-    Add(Verdict::kProblem, std::move(what), std::move(detail));
-  }
-  void Judge(bool good, std::string what, std::string detail) {
-    Add(good ? Verdict::kGood : Verdict::kProblem, std::move(what), std::move(detail));
-  }
-  const std::vector<Finding>& all() const { return all_; }
-  std::size_t problems() const {
-    return static_cast<std::size_t>(std::count_if(
-        all_.begin(), all_.end(), [](const Finding& f) { return f.verdict == Verdict::kProblem; }));
-  }
-
- private:
-  void Add(Verdict verdict, std::string what, std::string detail) {
-    all_.push_back({verdict, std::move(what), std::move(detail)});
-  }
-
-  std::vector<Finding> all_;
-};
-
-std::string Joined(const std::vector<std::string>& texts) {
-  std::string all;
-  for (const std::string& text : texts) all += (all.empty() ? "" : ", ") + text;
-  return all;
-}
-
 // Files.
 
-constexpr const char16_t* kAddIn = u"ZavrelFuncs8_x64.xll";
-constexpr const char16_t* kCompanion = u"ZavrelCompanion.xlam";  // once a user has made it
-constexpr const char16_t* kMessages = u"ZavrelMessages8_x64.DLL";
-constexpr const char16_t* kDistributions = u"Pdflib8_x64.DLL";
-// The libraries of the rank tests: the first has the functions and needs the second in the add-in's
-// folder.
-constexpr const char16_t* kRankTests = u"ZavrelFuncs Extensions/NonparametricTests8_x64.DLL";
-constexpr const char16_t* kRankTestsUtility = u"EUtilityLibrary8_x64.DLL";
+/// The libraries beside the add-in, by product.
+std::filesystem::path NameOf(const char* product) {
+  return zavrel::LibraryFileName(product, zavrel::MajorVersion());
+}
 
 /// True if the file exists and has the version of this program, like everything else.
-bool CheckFile(const std::filesystem::path& folder, std::u16string_view name,
+bool CheckFile(const std::filesystem::path& folder, const std::filesystem::path& name,
                const std::string& version, Findings& findings) {
   const std::filesystem::path file = (folder / name).make_preferred();
-  const std::string shown = PrintableUtf8(name);
+  const std::string shown = PrintablePath(name);
   std::error_code ignored;
   if (!std::filesystem::is_regular_file(file, ignored)) {
     findings.Problem(shown, "missing from " + PrintablePath(file.parent_path()));
@@ -91,23 +47,27 @@ bool CheckFile(const std::filesystem::path& folder, std::u16string_view name,
 
 void CheckMessages(const std::filesystem::path& folder, const std::string& version,
                    Findings& findings) {
-  if (!CheckFile(folder, kMessages, version, findings)) return;
-  const std::vector<std::string> languages = MessageLanguages(folder / kMessages);
+  const std::filesystem::path name = NameOf("ZavrelMessages");
+  if (!CheckFile(folder, name, version, findings)) return;
+  const std::vector<std::string> languages = MessageLanguages(folder / name);
   const bool english = std::find(languages.begin(), languages.end(), "English") != languages.end();
   // English replaces every missing language.
   findings.Judge(english, "Languages of the texts", languages.empty() ? "none" : Joined(languages));
 }
 
-/// True if the rank tests should be available.
+/// True if the rank tests should be available. One library has the functions and needs the other in
+/// the add-in's folder.
 bool CheckRankTests(const std::filesystem::path& folder, const std::string& version,
                     Findings& findings) {
+  const std::filesystem::path extensions = "ZavrelFuncs Extensions";
   std::error_code ignored;
-  if (!std::filesystem::exists(folder / "ZavrelFuncs Extensions", ignored)) {
-    findings.Note("ZavrelFuncs Extensions", "no such folder: there are no rank tests");
+  if (!std::filesystem::exists(folder / extensions, ignored)) {
+    findings.Note(extensions.string(), "no such folder: there are no rank tests");
     return false;
   }
-  const bool tests = CheckFile(folder, kRankTests, version, findings);
-  return CheckFile(folder, kRankTestsUtility, version, findings) && tests;
+  const bool tests =
+      CheckFile(folder, extensions / NameOf("NonparametricTests"), version, findings);
+  return CheckFile(folder, NameOf("EUtilityLibrary"), version, findings) && tests;
 }
 
 // The add-in at work.
@@ -161,84 +121,19 @@ void CheckFunctions(const CommandLine& line, bool rank_tests, Findings& findings
     findings.Problem("Rules of the Excel C API", DescribeViolation(violation));
 }
 
-// Excel.
-
-/// True if Excel opens any copy of the add-in.
-bool CheckAddInEntries(const std::vector<ExcelEntry>& entries, const std::filesystem::path& add_in,
-                       Findings& findings) {
-  bool opened = false;
-  for (const ExcelEntry& entry : entries) {
-    const std::string what = "Excel " + entry.version + ", add-in";
-    const std::string shown = entry.name + " = " + entry.text;
-    if (entry.name.empty()) {
-      findings.Note(what, "not ticked in Excel's list: " + entry.text);
-    } else if (SamePath(entry.file, add_in)) {
-      findings.Good(what, shown);
-    } else {
-      findings.Note(what, "opens another copy: " + shown);
-    }
-    opened = opened || !entry.name.empty();
-  }
-  return opened;
-}
-
-/// True if Excel opens a companion workbook; users may keep it in any folder.
-bool CheckCompanionEntries(const std::vector<ExcelEntry>& entries, Findings& findings) {
-  bool opened = false;
-  for (const ExcelEntry& entry : entries) {
-    const std::string what = "Excel " + entry.version + ", companion";
-    const std::string shown = entry.name + " = " + entry.text;
-    std::error_code ignored;
-    if (entry.name.empty()) {
-      findings.Note(what, "not ticked in Excel's list: " + entry.text);
-    } else if (entry.file.is_absolute() && !std::filesystem::exists(entry.file, ignored)) {
-      findings.Problem(what, "the workbook does not exist: " + shown);
-    } else {
-      findings.Good(what, shown);
-      opened = true;
-    }
-  }
-  return opened;
-}
-
-void CheckExcel(const std::filesystem::path& add_in, Findings& findings) {
-  const std::string platform = OfficePlatform();
-  if (platform == "x86")
-    findings.Problem("Excel", "a 32-bit Office, which cannot load this 64-bit add-in");
-  if (!platform.empty() && platform != "x86") findings.Good("Excel", "Office is " + platform);
-  const std::vector<ExcelEntry> add_ins = ExcelEntries(kAddIn);
-  const std::vector<ExcelEntry> companions = ExcelEntries(kCompanion);
-  if (add_ins.empty()) findings.Note("Excel's add-ins", "the add-in is not in this user's list");
-  std::set<std::string> versions;
-  for (const auto* entries : {&add_ins, &companions}) {
-    for (const ExcelEntry& entry : *entries) versions.insert(entry.version);
-  }
-  for (const std::string& version : versions) {
-    const auto of_version = [&](const std::vector<ExcelEntry>& entries) {
-      std::vector<ExcelEntry> chosen;
-      std::copy_if(entries.begin(), entries.end(), std::back_inserter(chosen),
-                   [&](const ExcelEntry& entry) { return entry.version == version; });
-      return chosen;
-    };
-    const bool opens_add_in = CheckAddInEntries(of_version(add_ins), add_in, findings);
-    const bool opens_companion = CheckCompanionEntries(of_version(companions), findings);
-    if (opens_add_in && !opens_companion) {
-      findings.Problem("Excel " + version + ", companion",
-                       "Excel opens no " + PrintableUtf8(kCompanion) +
-                           ": unless another workbook announces itself, it has only "
-                           "ZavrelFuncsVersion; see docs/install.html");
-    }
-  }
-}
-
-void DescribeLog(Findings& findings) {
-  const LogPlace log = FindLog();
+void DescribeLog(const LogPlace& log, Findings& findings) {
   const std::string written = log.written.empty() ? "no log so far" : "last written " + log.written;
   if (log.enabled) {
     findings.Note("Log", "on, " + PrintablePath(log.file) + ", " + written);
   } else {
     findings.Note("Log", "off; an empty file " + PrintablePath(log.marker) + " switches it on");
   }
+}
+
+/// Opening the add-in starts a new log, so the one of the latest session is read before.
+void CheckLog(const LogPlace& log, Findings& findings) {
+  for (const std::string& problem : RegistrationProblems(log.file))
+    findings.Problem("Log, registration", problem);
 }
 
 // The report.
@@ -284,7 +179,7 @@ void PrintJson(const Findings& findings) {
 }  // namespace
 
 int DoctorCommand(CommandLine line) {
-  if (line.add_in.empty()) line.add_in = ProgramFolder() / kAddIn;
+  if (line.add_in.empty()) line.add_in = ProgramFolder() / ZAVHOST_ADD_IN;
   std::error_code ignored;
   line.add_in = std::filesystem::absolute(line.add_in, ignored).make_preferred();
   const std::filesystem::path folder = line.add_in.parent_path();
@@ -293,17 +188,19 @@ int DoctorCommand(CommandLine line) {
   findings.Note("Program", std::string(ZAVHOST_VERSION) + " in " + PrintablePath(ProgramFolder()));
   findings.Note("System", SystemDescription());
   const std::string version = std::string(ZAVHOST_VERSION).substr(sizeof "ZavHost");
-  CheckFile(folder, line.add_in.filename().u16string(), version, findings);
+  CheckFile(folder, line.add_in.filename(), version, findings);
   CheckMessages(folder, version, findings);
-  CheckFile(folder, kDistributions, version, findings);
+  CheckFile(folder, NameOf("Pdflib"), version, findings);
   const bool rank_tests = CheckRankTests(folder, version, findings);
+  const LogPlace log = FindLog();
+  CheckLog(log, findings);
   try {
     CheckFunctions(line, rank_tests, findings);
   } catch (const std::exception& error) {
     findings.Problem("The add-in at work", error.what());
   }
   CheckExcel(line.add_in, findings);
-  DescribeLog(findings);
+  DescribeLog(log, findings);
 
   if (line.form == OutputForm::kJson) {
     PrintJson(findings);

@@ -10,11 +10,19 @@ namespace {
 
 constexpr std::size_t kWidth = 96;
 
+/// The function without the blanks that protect its last argument help in the wizard.
+RegisteredFunction WithoutTrailingBlanks(RegisteredFunction function) {
+  for (std::u16string& help : function.argument_helps)
+    help.resize(help.find_last_not_of(u' ') + 1);  // npos + 1 is 0
+  return function;
+}
+
 std::vector<RegisteredFunction> Selected(const CommandLine& line, const Engine& engine) {
   std::vector<RegisteredFunction> selected;
   if (line.names.empty()) {
     for (const RegisteredFunction& function : engine.functions()) {
-      if (function.macro_type != 0 || line.hidden) selected.push_back(function);
+      if (function.macro_type != 0 || line.hidden)
+        selected.push_back(WithoutTrailingBlanks(function));
     }
     std::stable_sort(selected.begin(), selected.end(), [](const auto& a, const auto& b) {
       return std::tie(a.category, a.name) < std::tie(b.category, b.name);
@@ -30,7 +38,7 @@ std::vector<RegisteredFunction> Selected(const CommandLine& line, const Engine& 
       throw WorkbookError("the add-in has no function " + name +
                           "; '" ZAVHOST_NAME " functions' lists all functions");
     }
-    selected.push_back(*found);
+    selected.push_back(WithoutTrailingBlanks(*found));
   }
   return selected;
 }
@@ -90,12 +98,6 @@ void PrintList(const std::vector<RegisteredFunction>& functions) {
   std::cout << '\n' << functions.size() << " functions\n";
 }
 
-/// Help texts may end in a blank that protects them in the wizard.
-std::string WithoutTrailingBlank(std::string text) {
-  if (text.ends_with(' ')) text.pop_back();
-  return text;
-}
-
 void PrintJson(const std::vector<RegisteredFunction>& functions) {
   auto list = nlohmann::ordered_json::array();
   for (const RegisteredFunction& function : functions) {
@@ -103,10 +105,10 @@ void PrintJson(const std::vector<RegisteredFunction>& functions) {
     entry["name"] = Utf8FromUtf16(function.name);
     entry["arguments"] = Utf8FromUtf16(function.argument_text);
     entry["category"] = Utf8FromUtf16(function.category);
-    entry["help"] = WithoutTrailingBlank(Utf8FromUtf16(function.function_help));
+    entry["help"] = Utf8FromUtf16(function.function_help);
     entry["argument_helps"] = nlohmann::ordered_json::array();
     for (const auto& help : function.argument_helps)
-      entry["argument_helps"].push_back(WithoutTrailingBlank(Utf8FromUtf16(help)));
+      entry["argument_helps"].push_back(Utf8FromUtf16(help));
     entry["hidden"] = function.macro_type == 0;
     entry["export"] = Utf8FromUtf16(function.procedure);
     entry["types"] = Utf8FromUtf16(function.type_text);

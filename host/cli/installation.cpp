@@ -12,28 +12,11 @@
 #include "platform/clock.h"
 #include "platform/file_version.h"
 #include "platform/library_identity.h"
-#include "platform/registry.h"
 #include "platform/string_resource.h"
 #include "platform/temporary_folder.h"
 
 namespace zavhost {
 namespace {
-
-using zavrel::RegistryHive;
-using zavrel::RegistryKey;
-using zavrel::RegistryText;
-
-std::vector<RegistryText> TextsOfUser(const std::u16string& path) {
-  const auto key = RegistryKey::Open(RegistryHive::kPerUser, path);
-  return key ? key->ReadTexts() : std::vector<RegistryText>();
-}
-
-/// The file in a value such as `/R "C:\Folder\File.xll"`: the quoted part, or the whole value.
-std::filesystem::path FileOfOpenValue(const std::u16string& text) {
-  const std::size_t first = text.find(u'"');
-  if (first == std::u16string::npos) return text;
-  return text.substr(first + 1, text.find(u'"', first + 1) - first - 1);
-}
 
 /// "2026-03-01 08:30"; empty if there is no such file.
 std::string LastWritten(const std::filesystem::path& file) {
@@ -71,30 +54,6 @@ LogPlace FindLog() {
   const std::filesystem::path file =
       zavrel::LogFileIn(folder, Utf16FromUtf8(zavrel::SessionName(u"ZavrelFuncs")));
   return {folder / zavrel::kLogMarker, zavrel::LogIsOn(folder), file, LastWritten(file)};
-}
-
-std::vector<ExcelEntry> ExcelEntries(const std::filesystem::path& file_name) {
-  std::vector<ExcelEntry> entries;
-  for (const std::u16string version : {u"14.0", u"15.0", u"16.0"}) {
-    const std::u16string excel = u"Software\\Microsoft\\Office\\" + version + u"\\Excel\\";
-    for (const auto& [name, text] : TextsOfUser(excel + u"Options")) {
-      const std::filesystem::path file = FileOfOpenValue(text);
-      if (name.starts_with(u"OPEN") && SamePath(file.filename(), file_name))
-        entries.push_back({Utf8FromUtf16(version), Utf8FromUtf16(name), Utf8FromUtf16(text), file});
-    }
-    for (const auto& [name, text] : TextsOfUser(excel + u"Add-in Manager")) {
-      const std::filesystem::path file = name;
-      if (SamePath(file.filename(), file_name))
-        entries.push_back({Utf8FromUtf16(version), "", Utf8FromUtf16(name), file});
-    }
-  }
-  return entries;
-}
-
-std::string OfficePlatform() {
-  const auto key = RegistryKey::Open(RegistryHive::kMachineWide,
-                                     u"Software\\Microsoft\\Office\\ClickToRun\\Configuration");
-  return Utf8FromUtf16((key ? key->ReadText(u"Platform") : std::nullopt).value_or(u""));
 }
 
 }  // namespace zavhost

@@ -177,12 +177,9 @@ std::vector<CellAddress> CellsOf(const RecalculatedCell& cell) {
 
 std::string BatchLine(const RecalculationReport& report, bool written) {
   const Counts counts = CountsOf(report);
-  nlohmann::ordered_json root{{"formulas", counts.computed},
-                              {"changed", counts.changed},
-                              {"without_value", counts.without_value},
-                              {"kept", counts.kept},
-                              {"warnings", report.warnings},
-                              {"errors", report.errors}};
+  nlohmann::ordered_json root{{"formulas", counts.computed},           {"changed", counts.changed},
+                              {"without_value", counts.without_value}, {"kept", counts.kept},
+                              {"warnings", report.warnings},           {"errors", report.errors}};
   if (written) root["written"] = true;
   return root.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
 }

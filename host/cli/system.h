@@ -18,7 +18,4 @@ std::string LanguageName(std::uint16_t language);
 /// Whether the file has the mark of a download, which makes Excel and Windows refuse it.
 bool IsMarkedAsDownloaded(const std::filesystem::path& file);
 
-/// Whether the system regards both as the same path.
-bool SamePath(const std::filesystem::path& a, const std::filesystem::path& b);
-
 }  // namespace zavhost

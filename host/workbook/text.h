@@ -14,8 +14,8 @@ using zavrel::AppendUtf8;
 using zavrel::EqualIgnoringCase;
 using zavrel::IsValidUtf8;
 using zavrel::LowerCase;
-using zavrel::Utf16FromUtf8;
 using zavrel::Utf16FromPath;
+using zavrel::Utf16FromUtf8;
 using zavrel::Utf8FromPath;
 using zavrel::Utf8FromUtf16;
 

@@ -10,7 +10,8 @@ Binding& Binding::From(CompanionLibrary& library, const BindingTitles& titles) {
   titles_ = titles;
   library_ = library.IsPresent() ? &library : nullptr;
   if (library_ == nullptr)
-    failures_.push_back({titles.not_loaded, u"Could not load " + Utf16FromPath(library.path()) + u"."});
+    failures_.push_back(
+        {titles.not_loaded, u"Could not load " + Utf16FromPath(library.path()) + u"."});
   return *this;
 }
 
@@ -18,7 +19,8 @@ ExportAddress Binding::Find(const char* name) {
   if (library_ == nullptr) return nullptr;
   if (const ExportAddress found = library_->FindExport(name)) return found;
   failures_.push_back({titles_.no_function, u"The function " + Utf16FromUtf8(name) +
-                                                u" could not be found in " + Utf16FromPath(library_->path())});
+                                                u" could not be found in " +
+                                                Utf16FromPath(library_->path())});
   library_->Release();
   library_ = nullptr;
   return nullptr;

@@ -50,7 +50,8 @@ std::optional<std::u16string> MessageLibrary::Find(std::uint16_t language, std::
 }
 
 MessageLibrary MessageLibrary::Open(const std::filesystem::path& addin_folder) {
-  const std::filesystem::path path = addin_folder / LibraryFileName("ZavrelMessages", MajorVersion());
+  const std::filesystem::path path =
+      addin_folder / LibraryFileName("ZavrelMessages", MajorVersion());
   auto loaded = StringResources::Load(path);
   if (!loaded) {
     LogLine("Message library not loaded, texts are missing: {}\n", Utf8FromPath(path));

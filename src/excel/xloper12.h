@@ -141,6 +141,7 @@ inline constexpr int xlGetName = 9 | xlSpecial;
 inline constexpr int xlEnableXLMsgs = 10 | xlSpecial;
 inline constexpr int xlDisableXLMsgs = 11 | xlSpecial;
 inline constexpr int xlGetInstPtr = 19 | xlSpecial;
+inline constexpr int xlfSetName = 88;
 inline constexpr int xlfCaller = 89;
 inline constexpr int xlfRegister = 149;
 inline constexpr int xlfGetWorkspace = 186;

@@ -20,6 +20,8 @@ struct FunctionTable {
 struct AddIn {
   /// The name used in the log, in failures to open and in registry keys: "ZavrelFuncs".
   std::u16string_view name;
+  /// The name that Excel's list of add-ins shows: "Zavrel Functions".
+  std::u16string_view title = name;
   /// In the order of registration.
   std::span<const FunctionTable> tables;
 };

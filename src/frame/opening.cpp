@@ -3,11 +3,13 @@
 #include <exception>
 #include <string>
 
+#include "contracts/log_files.h"
 #include "contracts/message_ids.h"
 #include "diagnostics/log.h"
 #include "diagnostics/log_line.h"
 #include "diagnostics/message_library.h"
 #include "excel/excel_call.h"
+#include "excel/value_text.h"
 #include "platform/library_identity.h"
 #include "platform/memory_status.h"
 #include "platform/message_box.h"
@@ -27,21 +29,34 @@ struct {
 
 /// Finds Excel's callback: the loaded module XLCall32 returns it, or Excel's program exports it.
 /// This happens when the add-in opens, because at process attach XLCall32's code must not be
-/// called. Once found, the callback is kept for the life of the process.
-void FindExcelCallback() {
-  if (ExcelCallback() != nullptr) return;
+/// called. Once found, the callback is kept for the life of the process. Otherwise returns, for the
+/// log, what each way led to.
+std::string FindExcelCallback() {
+  if (ExcelCallback() != nullptr) return {};
   Excel12Callback callback = nullptr;
-  if (const auto older_route = LoadedModule::ByName(u"XLCall32")) {
-    if (const auto get = older_route->FindExport("GetExcel12EntryPt")) {
-      callback = AsFunction<Excel12Callback()>(get)();
-    }
-  }
+  const auto older_route = LoadedModule::ByName(u"XLCall32");
+  const auto get = older_route ? older_route->FindExport("GetExcel12EntryPt") : nullptr;
+  if (get != nullptr) callback = AsFunction<Excel12Callback()>(get)();
   if (callback == nullptr) {
     if (const auto found = LoadedModule::HostExecutable().FindExport("MdCallBack12")) {
       callback = AsFunction<int(int, int, XLOPER12**, XLOPER12*)>(found);
     }
   }
-  if (callback != nullptr) SetExcelCallback(callback);
+  if (callback != nullptr) {
+    SetExcelCallback(callback);
+    return {};
+  }
+  const char* older = "is not loaded";
+  if (older_route) older = "has no GetExcel12EntryPt";
+  if (get != nullptr) older = "returned none";
+  return std::string("XLCall32 ") + older + ", and the program has no MdCallBack12";
+}
+
+/// Writes why the callback is missing; without one, calls fail as this line says.
+void WriteMissingCallback(const std::string& reason) {
+  if (reason.empty()) return;
+  LogLine("{}{}; return code {}, value {}\n", kNoCallback, reason, xlretFailed,
+          ErrorName(xlerrValue));
 }
 
 /// The version that Excel gives to commands, and to the opening as one of them: "16.0".
@@ -93,12 +108,13 @@ bool OpenAddIn(AddIn add_in, SessionServices (*services)()) noexcept {
     return true;
   }
   try {
-    FindExcelCallback();
+    const std::string no_callback = FindExcelCallback();
     // The system calls back into this library when a thread ends, and the log runs a thread. The
     // library's code must stay even if the library is released before the add-in is closed.
     PinModuleContaining(&opened_with);
     OpenLog(TemporaryFolder(), SessionName(add_in.name));
     WriteOpeningLines();
+    WriteMissingCallback(no_callback);
     Session::Open(add_in, services());
     opened_with = {add_in, services};
     return true;

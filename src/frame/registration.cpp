@@ -5,7 +5,10 @@
 #include <map>
 #include <optional>
 
+#include "contracts/log_files.h"
+#include "diagnostics/log_line.h"
 #include "excel/excel_call.h"
+#include "excel/value_text.h"
 #include "excel/wide_text.h"
 #include "frame/application_table.h"
 
@@ -24,33 +27,46 @@ XXloper RegistrationText(std::u16string_view text) {
   return XXloper::Text(CutToUnits(text, kRegistrationTextLimit));
 }
 
-/// A help text with a space at its end. The function wizard is known to lose the last character of
-/// the last help it gets; with the space, it loses only that. The length limit includes the space.
-XXloper HelpText(std::u16string_view text) {
+/// The function wizard is known to lose the last one or two characters of the last argument help.
+/// With two spaces behind the text, it loses only those. The length limit includes the spaces.
+XXloper LastArgumentHelp(std::u16string_view text) {
+  constexpr std::u16string_view kLost = u"  ";
   if (text.empty()) return XXloper::Text(text);
-  return XXloper::Text(std::u16string(CutToUnits(text, kRegistrationTextLimit - 1)) + u' ');
+  std::u16string help(CutToUnits(text, kRegistrationTextLimit - kLost.size()));
+  return XXloper::Text(help += kLost);
 }
 
 /// Fills the arguments for the argument helps; false when the row has no helps.
 bool FillArgumentHelps(const RegistrationRow& row, const RegistrationSources& sources,
                        std::span<XXloper, kArgumentHelps> helps) {
   std::size_t count = 0;
+  std::u16string last;
   while (count < kArgumentHelps && !row.argument_helps[count].is_null() &&
          !row.argument_helps[count].is_repeat_marker()) {
-    helps[count] = HelpText(Resolve(row.argument_helps[count], sources));
+    last = Resolve(row.argument_helps[count], sources);
+    helps[count] = RegistrationText(last);
     ++count;
   }
-  const bool any = count > 0;
-  const bool repeat = any && count < kArgumentHelps && row.argument_helps[count].is_repeat_marker();
+  if (count == 0) return false;
+  const bool repeat = count < kArgumentHelps && row.argument_helps[count].is_repeat_marker();
   std::fill(helps.begin() + static_cast<std::ptrdiff_t>(count), helps.end(),
             repeat ? helps[count - 1] : XXloper::Missing());
-  return any;
+  helps[repeat ? kArgumentHelps - 1 : count - 1] = LastArgumentHelp(last);
+  return true;
 }
 
 std::optional<double> NumberIn(const XXloper& value) {
   if (value.type() == xltypeNum) return value.record().val.num;
   if (value.type() == xltypeInt) return value.record().val.w;
   return std::nullopt;
+}
+
+/// Writes into the log what Excel refused, and its answer.
+void LogRefusal(std::string_view what, std::string_view name, const ExcelResult& answer) {
+  if (EnabledLog() == nullptr) return;
+  const XLOPER12& record = answer.value.record();
+  LogLine("{}{}, return code {}, value {}\n", what, name, answer.return_code,
+          answer.value.Is(xltypeErr) ? ErrorName(record.val.err) : ValueText(record));
 }
 
 }  // namespace
@@ -85,6 +101,13 @@ std::u16string HelpTopic(std::u16string_view help_file, int topic_id) {
 
 void Registration::Register(std::uint32_t application_mask, const RegistrationSources& sources) {
   Unregister();
+  library_path_ = sources.library_path;
+  RegisterRows(application_mask, sources);
+  DeleteUnusedNames();
+}
+
+void Registration::RegisterRows(std::uint32_t application_mask,
+                                const RegistrationSources& sources) {
   const auto is_wanted = [mask = application_mask | kAlwaysRegistered](const RegistrationRow& row) {
     return (row.application_mask & mask) != 0;
   };
@@ -97,7 +120,8 @@ void Registration::Register(std::uint32_t application_mask, const RegistrationSo
   }
   std::map<unsigned, std::u16string> help_files;  // one lookup for each owner
 
-  ids_.reserve(table_.rows.size());
+  registered_.reserve(table_.rows.size());
+  named_.reserve(table_.rows.size());
   for (const RegistrationRow& row : table_.rows) {
     if (!is_wanted(row)) continue;
     const unsigned owner = HelpOwner(row.category, application_mask);
@@ -114,7 +138,6 @@ void Registration::RegisterRow(const RegistrationRow& row, const std::u16string&
                                const RegistrationSources& sources) {
   std::array<XXloper, kFixedArguments + kArgumentHelps> arguments;
   const std::u16string topic = HelpTopic(help_file, row.help_topic_id);
-  const std::u16string function_help = Resolve(row.function_help, sources);
   const bool has_helps = FillArgumentHelps(
       row, sources, std::span(arguments).subspan<kFixedArguments, kArgumentHelps>());
 
@@ -127,17 +150,50 @@ void Registration::RegisterRow(const RegistrationRow& row, const std::u16string&
   arguments[6] = RegistrationText(category);
   arguments[7] = XXloper::Text(u"");  // no shortcut
   arguments[8] = topic.empty() ? XXloper::Missing() : RegistrationText(topic);
-  // The wizard shortens the help that comes last.
-  arguments[9] = has_helps ? RegistrationText(function_help) : HelpText(function_help);
+  arguments[9] = RegistrationText(Resolve(row.function_help, sources));
 
   const std::size_t count = has_helps ? arguments.size() : kFixedArguments;
-  const ExcelResult result = CallExcel(xlfRegister, std::span(arguments).first(count));
-  if (const auto id = NumberIn(result.value)) ids_.push_back(*id);
+  const ExcelResult answer = CallExcel(xlfRegister, std::span(arguments).first(count));
+  const auto id = NumberIn(answer.value);
+  if (!id) return LogRefusal(kRegistrationRefused, row.visible_name, answer);
+  registered_.push_back({*id, &row});
+  if (std::find(named_.begin(), named_.end(), &row) == named_.end()) named_.push_back(&row);
 }
 
 void Registration::Unregister() {
-  for (const double id : ids_) CallExcel(xlfUnregister, {XXloper::Number(id)});
-  ids_.clear();
+  for (const Registered& function : registered_)
+    CallExcel(xlfUnregister, {XXloper::Number(function.id)});
+  registered_.clear();
+}
+
+bool Registration::IsRegistered(const RegistrationRow* row) const {
+  return std::any_of(registered_.begin(), registered_.end(),
+                     [row](const Registered& function) { return function.row == row; });
+}
+
+void Registration::DeleteUnusedNames() {
+  std::erase_if(named_, [this](const RegistrationRow* row) {
+    if (IsRegistered(row)) return false;
+    DeleteName(row->visible_name);
+    return true;
+  });
+}
+
+// Excel is documented to delete a name that xlfSetName is given alone, and known not to do so for a
+// worksheet function: the function wizard goes on showing it. It does so once a hidden function
+// has the name, so an export that does nothing is registered as one.
+void Registration::DeleteName(const char* visible_name) const {
+  const XXloper name = RegistrationText(Utf16FromUtf8(visible_name));
+  const XXloper hidden[] = {RegistrationText(library_path_),
+                            XXloper::Text(u"xlAutoRemove"),
+                            XXloper::Text(u"J"),
+                            name,
+                            XXloper::Missing(),
+                            XXloper::Number(0)};
+  const auto id = NumberIn(CallExcel(xlfRegister, hidden).value);
+  const ExcelResult answer = CallExcel(xlfSetName, {name});
+  if (!answer.ok()) LogRefusal("Name not deleted: ", visible_name, answer);
+  if (id) CallExcel(xlfUnregister, {XXloper::Number(*id)});
 }
 
 }  // namespace zavrel

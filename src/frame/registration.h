@@ -34,8 +34,8 @@ struct RegistrationSources {
   std::function<std::u16string(unsigned application)> help_file;
 };
 
-/// The registrations of one table. If Excel refuses a row, nothing is thrown: the row is left out
-/// and the next one is registered.
+/// The registrations of one table. If Excel refuses a row, nothing is thrown: the row is left out,
+/// the log gets a line, and the next one is registered.
 class Registration {
  public:
   explicit Registration(const FunctionTable& table) : table_(table) {}
@@ -44,18 +44,32 @@ class Registration {
 
   /// Unregisters everything, then registers the rows that an application of the mask wants and
   /// those that are always registered (bit 31), provided that what the table needs is available.
+  /// Deletes the names of rows that were registered before and no longer are.
   void Register(std::uint32_t application_mask, const RegistrationSources& sources);
+  /// Unregisters everything. Excel keeps the names, which the next registration replaces.
   void Unregister();
+  /// Deletes the names of the rows that are not registered now.
+  void DeleteUnusedNames();
 
-  /// Excel's register ids of the functions registered now.
-  const std::vector<double>& ids() const { return ids_; }
+  /// The number of functions registered now.
+  std::size_t size() const { return registered_.size(); }
 
  private:
+  struct Registered {
+    double id;  // Excel's
+    const RegistrationRow* row;
+  };
+
+  void RegisterRows(std::uint32_t application_mask, const RegistrationSources& sources);
   void RegisterRow(const RegistrationRow& row, const std::u16string& category,
                    const std::u16string& help_file, const RegistrationSources& sources);
+  bool IsRegistered(const RegistrationRow* row) const;
+  void DeleteName(const char* visible_name) const;
 
   FunctionTable table_;
-  std::vector<double> ids_;
+  std::u16string library_path_;
+  std::vector<Registered> registered_;
+  std::vector<const RegistrationRow*> named_;  // Excel knows their names
 };
 
 }  // namespace zavrel

@@ -84,6 +84,7 @@ Session::~Session() {
   SetSessionCaches(nullptr, nullptr);
   try {
     UnregisterAll();
+    for (Registration& table : registrations_) table.DeleteUnusedNames();
   } catch (...) {
     LogLine("Session: unregistering stopped\n");
   }

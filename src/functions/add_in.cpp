@@ -10,7 +10,7 @@ AddIn ThisAddIn() {
       {.rows = MainTable()},
       {.rows = ExtensionTable(), .is_available = &ExtensionIsPresent},
   };
-  return {.name = u"ZavrelFuncs", .tables = tables};
+  return {.name = u"ZavrelFuncs", .title = u"Zavrel Functions", .tables = tables};
 }
 
 }  // namespace zavrel

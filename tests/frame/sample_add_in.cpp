@@ -32,7 +32,7 @@ std::span<const RegistrationRow> tests::SampleExtension() { return kExtensionFun
 
 AddIn ThisAddIn() {
   static const FunctionTable tables[] = {{kFunctions}, {kExtensionFunctions, [] { return false; }}};
-  return {.name = u"Sample", .tables = tables};
+  return {.name = u"Sample", .title = u"Sample add-in", .tables = tables};
 }
 
 }  // namespace zavrel

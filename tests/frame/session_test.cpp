@@ -9,6 +9,7 @@
 #include "excel/wide_text.h"
 #include "frame/announce.h"
 #include "frame/announced_text.h"
+#include "frame/log_of.h"
 #include "frame/opening.h"
 #include "frame/sample_add_in.h"
 #include "platform/export.h"
@@ -18,6 +19,7 @@
 
 ZAV_EXPORT std::int32_t xlAutoOpen();
 ZAV_EXPORT std::int32_t xlAutoClose();
+ZAV_EXPORT XLOPER12* xlAddInManagerInfo12(const XLOPER12*);
 ZAV_EXPORT void InitializeXlaInformationW(void*, void*, std::uint16_t, const char16_t*,
                                           std::int32_t, const char16_t*, const char16_t*);
 ZAV_EXPORT void UninitializeXlaInformation(std::uint16_t);
@@ -75,8 +77,10 @@ TEST_CASE("announcing and withdrawing decide what is registered") {
     CHECK(excel.functions().size() == 1);
     session->Withdraw(0);
     CHECK(excel.functions().size() == 1);
+    CHECK(excel.names() == std::set<std::u16string>{u"ZavVersion"});
   }
   CHECK(excel.functions().empty());
+  CHECK(excel.names().empty());
 }
 
 TEST_CASE("a companion's language is remembered, and what cannot be written is let be") {
@@ -177,6 +181,20 @@ TEST_CASE("entry points: opening and closing in any order, ten times over") {
   }
 }
 
+TEST_CASE("the list of add-ins learns the long name, open or not, and nothing else") {
+  const auto answer = [](const XXloper& action) {
+    return XXloper::FromArgument(xlAddInManagerInfo12(&action.record()));
+  };
+  const XXloper first = answer(XXloper::Number(1));
+  CHECK(first.text() == u"Sample add-in");
+  CHECK(answer(XXloper::Integer(1)).text() == u"Sample add-in");
+  for (const XXloper& other : {XXloper::Number(2), XXloper::Number(1.5), XXloper::Text(u"x"),
+                               XXloper::Missing(), XXloper::Boolean(true)})
+    CHECK(answer(other).record().val.err == xlerrValue);
+  CHECK(xlAddInManagerInfo12(nullptr)->val.err == xlerrValue);
+  CHECK(first.text() == u"Sample add-in");  // Excel frees nothing
+}
+
 TEST_CASE("a failed opening is shown once and leaves nothing behind") {
   FakeExcel excel;
   std::vector<std::u16string> shown;
@@ -192,6 +210,17 @@ TEST_CASE("a failed opening is shown once and leaves nothing behind") {
   CHECK(excel.functions().empty());
   CHECK(OpenAddIn(ThisAddIn(), &QuietServices));
   CloseAddIn();
+}
+
+TEST_CASE("an add-in without a callback opens and says in the log why nothing is registered") {
+  const std::string log = LogOf([] {
+    CHECK(OpenAddIn(ThisAddIn(), &QuietServices));
+    CloseAddIn();
+  });
+  CHECK(log.find("\nCallback of Excel not found: XLCall32 is not loaded, and the program has no "
+                 "MdCallBack12; return code 32, value #VALUE!\n") != log.npos);
+  CHECK(log.find("\nRegistration refused: ZavVersion, return code 32, value #VALUE!\n") !=
+        log.npos);
 }
 
 TEST_CASE("what a failed announcement did register is taken back") {

@@ -34,9 +34,13 @@ class Caller {
   ~Caller() {
     for (const XLOPER12& value : to_free_) Call(xlFree, {&value});
     engine_->CloseAddIn();
+    std::vector<std::string> found;
     for (const Violation& violation : engine_->judge().violations())
-      FAIL_CHECK(DescribeViolation(violation));
+      found.push_back(DescribeViolation(violation));
+    CHECK(found == expected);
   }
+
+  std::vector<std::string> expected;  // violations
 
   Engine& engine() { return *engine_; }
 
@@ -242,6 +246,7 @@ TEST_CASE("registration: what it takes, and where it ends") {
   CHECK(caller.Shown(xlfUnregister, {&id}) == "TRUE");
   CHECK(Shown(caller.engine(), "AllOfIt(A1:A3)") == "#NAME?");
   CHECK(caller.Shown(xlfUnregister, {&id}) == "FALSE");
+  caller.expected = {"the name AllOfIt was left behind by its function (name not deleted)"};
 
   const std::u16string longest(255, u'x');
   CHECK(caller.Register({module, sum, type, longest, longest}).value.xltype == xltypeNum);
@@ -263,6 +268,29 @@ TEST_CASE("registration: what it takes, and where it ends") {
     CHECK(caller.engine().refused_registrations().size() == ++count);
   }
   CHECK(caller.Register({module, sum}).code == xlretInvCount);
+}
+
+TEST_CASE("a name outlives its function, until it is deleted as that of a hidden one") {
+  Caller caller;
+  const auto unregister = [&](const Answer& id) {
+    CHECK(caller.Shown(xlfUnregister, {&id.value}) == "TRUE");
+  };
+  const Cell module(u"PLANTED_FAULTS.xll"), sum(u"GoodSum"), type(u"BU"), missing;
+  const auto register_as = [&](const char16_t* name, double macro_type) {
+    return caller.Register({module, sum, type, name, missing, macro_type});
+  };
+  for (const char16_t* name : {u"Deleted", u"Left"}) unregister(register_as(name, 1));
+  unregister(register_as(u"BackAgain", 1));
+  register_as(u"BackAgain", 1);
+  for (const char16_t* name : {u"Deleted", u"Left"})
+    CHECK(caller.Shown(xlfSetName, {Text(name)}) == "TRUE");  // to no effect
+  const Answer hidden = register_as(u"Deleted", 0);
+  CHECK(caller.Shown(xlfSetName, {Text(u"deleted")}) == "TRUE");
+  CHECK(Shown(caller.engine(), "Deleted(A1:A3)") == "#NAME?");
+  unregister(hidden);
+  CHECK(caller.Call(xlfSetName, {Text(u"Left"), Number(1)}).code == xlretFailed);
+  CHECK(caller.Call(xlfSetName, {Number(1)}).code == xlretInvXloper);
+  caller.expected = {"the name Left was left behind by its function (name not deleted)"};
 }
 
 TEST_CASE("without a host the callback fails") {

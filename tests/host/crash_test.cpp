@@ -14,7 +14,8 @@ constexpr char kFormulaVariable[] = "ZAVHOST_CRASHING_FORMULA";
 /// This program once more, with the formula to evaluate in its environment.
 zavrel::tests::Outcome CrashWith(const char* formula) {
   const zavrel::tests::EnvironmentVariable variable(kFormulaVariable, formula);
-  return zavrel::tests::RunProgram(zavrel::HostExecutablePath(), {"--test-case=child that crashes"});
+  return zavrel::tests::RunProgram(zavrel::HostExecutablePath(),
+                                   {"--test-case=child that crashes"});
 }
 
 }  // namespace

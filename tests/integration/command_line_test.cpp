@@ -17,8 +17,7 @@ const std::filesystem::path kExample =
 
 TEST_CASE("run shows every formula and writes a workbook that reads back the same") {
   const std::filesystem::path written = ScratchFolder() / u"Luft g\u00fcte.xlsx";
-  const Outcome outcome =
-      ZavHost({"run", Utf8FromPath(kExample), "-o", Utf8FromPath(written)});
+  const Outcome outcome = ZavHost({"run", Utf8FromPath(kExample), "-o", Utf8FromPath(written)});
   CHECK(outcome.exit_code == 0);
   CHECK(outcome.errors.empty());
   CHECK(Contains(outcome.output, "=ZavMean(Ozone)"));

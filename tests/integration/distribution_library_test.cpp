@@ -10,7 +10,8 @@ namespace {
 /// The log of a process that shows two distributions.
 std::string DistributionLog(const std::filesystem::path& folder) {
   return LogOf(folder / "temp", [&] {
-    CHECK(Evaluated(R"(=IF(ISERROR(ZavNormal(0,1,"xtop",0)),ZavChisq(3,"Mean")))", folder) == "#NUM!");
+    CHECK(Evaluated(R"(=IF(ISERROR(ZavNormal(0,1,"xtop",0)),ZavChisq(3,"Mean")))", folder) ==
+          "#NUM!");
   });
 }
 

@@ -19,9 +19,10 @@ TEST_CASE("the doctor finds what ships sound, and says what it looked at") {
   CHECK(outcome.errors.empty());
   CHECK_MESSAGE(Problems(outcome).empty(), Problems(outcome));
   for (const std::string& part : {AddInFile().filename().string(), std::string("English, German"),
-                                 std::string("=ZavF(2,2,"), std::string("Log")})
+                                  std::string("=ZavF(2,2,"), std::string("Log")})
     CHECK_MESSAGE(Contains(outcome.output, part), part);
-  CHECK(Contains(Doctor(AddInFile().parent_path(), {"doctor", "--json"}).output, "\"sound\": true"));
+  CHECK(
+      Contains(Doctor(AddInFile().parent_path(), {"doctor", "--json"}).output, "\"sound\": true"));
 }
 
 TEST_CASE("a missing companion is named, with what fails for want of it") {
@@ -65,6 +66,30 @@ TEST_CASE("an add-in that cannot be loaded, or is none, ends in a finding and no
   const Outcome outcome = Doctor(folder);
   CHECK(outcome.exit_code == 1);
   CHECK(Contains(Problems(outcome), "The add-in at work"));
+}
+
+TEST_CASE("what Excel refused stands in its log, and the doctor explains it") {
+  const std::filesystem::path folder = ScratchFolder() / "excel's log";
+  std::filesystem::create_directories(folder);
+  const auto problems_with = [&](const std::string& lines) {
+    std::ofstream(folder / "VekZavrelFuncs8.log", std::ios::binary)
+        << "Wed Nov 25 06:16:34 2026\nExe fileName=C:\\Office\\EXCEL.EXE\n"
+        << lines;
+    const EnvironmentVariable temporary(kTemporaryFolder, Utf8FromPath(folder));
+    return Problems(Doctor(AddInFile().parent_path()));
+  };
+  CHECK(problems_with("===== ZavrelMean enter =====\n").empty());
+  const std::string refused = problems_with(
+      "Registration refused: ZavMean, return code 0, value #VALUE!\n"
+      "Registration refused: ZavSum, return code 32, value #VALUE!\n");
+  CHECK(Contains(refused,
+                 "EXCEL.EXE refused 2 functions, the first of them ZavMean, return code "
+                 "0, value #VALUE!: one of the arguments was rejected"));
+  const std::string without = problems_with(
+      "Callback of Excel not found: XLCall32 returned none; return code 32, value #VALUE!\n"
+      "Registration refused: ZavrelFuncsVersion, return code 32, value #VALUE!\n");
+  CHECK(Contains(without, "in EXCEL.EXE, the add-in could not call Excel"));
+  CHECK(!Contains(without, "refused"));
 }
 
 }  // namespace zavrel::tests

@@ -67,7 +67,8 @@ TEST_CASE("the wizard's texts come in the announced language") {
   };
   const zavhost::RegisteredFunction mean = mean_in(9), mittel = mean_in(7);
   CHECK(mean.argument_helps.size() == 20);
-  CHECK(mean.argument_helps[1] == mean.argument_helps[19]);
+  // The function wizard shortens the last one by up to two characters.
+  CHECK(mean.argument_helps[19] == mean.argument_helps[1] + u"  ");
   CHECK(mean.type_text == u"Q" + std::u16string(30, u'U'));
   CHECK(mittel.function_help != mean.function_help);
   CHECK(mittel.category != mean.category);

@@ -49,10 +49,23 @@ def expand(data):
 
 with zipfile.ZipFile(workbook) as package:
     project = olefile.OleFileIO(io.BytesIO(package.read("xl/vbaProject.bin")), raise_defects=olefile.DEFECT_UNSURE)
-sources = {file.stem: file.read_bytes() for file in folder.glob("*.bas")}
-check(len(sources) >= 5, f"no modules in {folder}")
+# A class that is imported loses the lines in front of its attributes, and gets some attributes of every class.
+PREFIX = b"VERSION 1.0 CLASS\r\nBEGIN\r\n  MultiUse = -1  'True\r\nEND\r\n"
+OF_CLASSES = (b'Attribute VB_Base = "0{FCFB3D2A-A0FA-1068-A738-08002B3371B5}"\r\n',
+              b"Attribute VB_TemplateDerived = False\r\n", b"Attribute VB_Customizable = False\r\n")
+classes = {file.stem: file.read_bytes() for file in folder.glob("*.cls")}
+sources = {file.stem: file.read_bytes() for file in folder.glob("*.bas")} | classes
+check(len(sources) >= 6 and len(classes) >= 1, f"no modules in {folder}")
+lines_of_project = project.openstream("PROJECT").read().decode("cp1252").splitlines()
 for name, source in sources.items():
-    check(expand(project.openstream(["VBA", name]).read()) == source, f"{name} reads differently in the workbook")
+    found = expand(project.openstream(["VBA", name]).read())
+    if name in classes:
+        for line in OF_CLASSES:
+            check(found.count(line) == 1, f"{name} lacks {line}")
+            found = found.replace(line, b"")
+        source = source.removeprefix(PREFIX)
+    check(found == source, f"{name} reads differently in the workbook")
+    check(("Class=" if name in classes else "Module=") + name in lines_of_project, f"{name} is not in the project")
 streams = {stream[-1] for stream in project.listdir()}
 check(streams == set(sources) | {"ThisWorkbook", "Sheet1", "_VBA_PROJECT", "dir", "PROJECT", "PROJECTwm"},
       f"streams: {sorted(streams)}")
@@ -73,7 +86,8 @@ with zipfile.ZipFile(workbook) as package:
 
 with tempfile.TemporaryDirectory() as scratch:
     again = pathlib.Path(scratch) / "again.xlam"
-    subprocess.run([sys.executable, "-B", folder / "make_companion.py", again, *folder.glob("*.bas")], check=True)
+    subprocess.run([sys.executable, "-B", folder / "make_companion.py", again, *folder.glob("*.bas"), *folder.glob("*.cls")],
+                   check=True)
     check(again.read_bytes() == pathlib.Path(workbook).read_bytes(), "written again, the workbook has other bytes")
 
 for failure in failures:

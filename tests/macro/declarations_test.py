@@ -48,6 +48,9 @@ RESULTS = {
 # How an address of a text is declared, by what functions.json says of its entry point.
 TEXT_ADDRESSES = {"code page": ("ByRef", "String"), "wide": ("ByVal", "LongPtr")}
 
+# What the companion declares of Windows.
+SYSTEM = re.compile(r'Private Declare PtrSafe Function GetModule(?:Handle|FileName)W Lib "kernel32" \(')
+
 COMPARISON = """
 #include <windows.h>
 #include <oleauto.h>
@@ -108,12 +111,13 @@ class Declaration:
 
 
 def modules(folder):
-    for file in sorted(folder.glob("*.bas")):
+    for file in sorted([*folder.glob("*.bas"), *folder.glob("*.cls")]):
         content = file.read_bytes()
         check(content.isascii(), f"{file.name}: characters beyond ASCII")
         check(content.count(b"\n") == content.count(b"\r\n"), f"{file.name}: lines without CR LF")
         text = content.decode("ascii").replace("\r\n", "\n")
-        check(text.startswith(f'Attribute VB_Name = "{file.stem}"\n'), f"{file.name}: another VB_Name")
+        first = "" if file.suffix == ".bas" else "VERSION 1.0 CLASS\nBEGIN\n  MultiUse = -1  'True\nEND\n"
+        check(text.startswith(f'{first}Attribute VB_Name = "{file.stem}"\n'), f"{file.name}: another beginning")
         check("\nOption Explicit\n" in text, f"{file.name}: no Option Explicit")
         yield file, text.replace(" _\n", " ")
 
@@ -123,7 +127,7 @@ def declarations(folder):
                          r'(?:Alias "(\w+)"\s+)?\(\s*(.*?)\)(?: As (\w+))?$')
     for file, text in modules(folder):
         for line in text.splitlines():
-            if not re.match(r"\s*(Public|Private)?\s*Declare\b", line):
+            if not re.match(r"\s*(Public|Private)?\s*Declare\b", line) or SYSTEM.match(line):
                 continue
             match = pattern.match(line)
             check(match, f"{file.name}: cannot read '{line}'")

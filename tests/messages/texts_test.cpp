@@ -16,7 +16,8 @@ namespace {
 
 namespace ids = zavrel::messages;
 
-constexpr std::size_t kMaximumLength = 254;  // Excel's limit is 255
+constexpr std::size_t kMaximumLength =
+    253;  // Excel's limit is 255, and an argument help gets two spaces
 
 /// The add-in's functions as its data file has them.
 std::vector<nlohmann::json> Functions() {

@@ -44,7 +44,7 @@ help_files() {
 for file in $(help_files en "" ZavrelFuncs8_x64.chm) $(help_files de help/de/ ZavrelFuncs8_x64.de.chm); do
   check "the package holds $file" '[ -s "$stage/$file" ]'
 done
-for file in examples/self-test.xlsx macro/ZavrelSelfTest.bas docs/excel-trial.html; do
+for file in examples/self-test.xlsx macro/ZavrelSelfTest.bas macro/ZavrelApplicationEvents.cls docs/excel-trial.html; do
   check "the package holds $file" '[ -s "$stage/$file" ]'
 done
 check "a companion that a user saves beside the add-in has no path of ours" '

@@ -4,13 +4,12 @@
 
 #include "platform/export.h"
 
-
 /// 1000 times the count, plus the first and the last value, plus the method and a tenth of p. A p
 /// of a half by method 5 fails.
 ZAV_EXPORT std::int16_t QLX4_CalcDoubleArrayTarget3(std::int32_t count, const double* sorted,
-                                                        std::int16_t direction, double p,
-                                                        std::int16_t discrete_setting,
-                                                        std::int16_t method, double* result) {
+                                                    std::int16_t direction, double p,
+                                                    std::int16_t discrete_setting,
+                                                    std::int16_t method, double* result) {
   if (direction != 1 || discrete_setting != -1) return 1;
   if (p == 0.5 && method == 5) return 12;
   *result = 1000.0 * count + sorted[0] + sorted[count - 1] + method + p / 10;

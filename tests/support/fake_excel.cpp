@@ -107,6 +107,8 @@ int FakeExcel::Call(int function, Arguments arguments, XLOPER12* result) {
       return Register(arguments, *result);
     case xlfUnregister:
       return Unregister(arguments[0]->val.num, *result);
+    case xlfSetName:
+      return arguments.size() == 1 ? DeleteName(*arguments[0], *result) : xlretInvCount;
     default:
       return xlretInvXlfn;
   }
@@ -227,7 +229,7 @@ int FakeExcel::TellCaller(XLOPER12& result) const {
 }
 
 int FakeExcel::Register(Arguments arguments, XLOPER12& result) {
-  if (arguments.size() < 10) return xlretInvCount;
+  if (arguments.size() < 6) return xlretInvCount;
   Registered made;
   for (const XLOPER12* argument : arguments) {
     made.texts.emplace_back(TextIn(*argument));
@@ -240,6 +242,12 @@ int FakeExcel::Register(Arguments arguments, XLOPER12& result) {
   ++registrations;
   Require(!Has(name.c_str()), "registered twice: " + Utf8FromUtf16(name));
   names_[next_id_] = name;
+  known_.insert(made.texts[3]);
+  if (made.macro_type == 0) {
+    hidden_.insert(made.texts[3]);
+  } else {
+    hidden_.erase(made.texts[3]);
+  }
   by_name_[name] = std::move(made);
   result.xltype = xltypeNum;
   result.val.num = next_id_;
@@ -254,6 +262,13 @@ int FakeExcel::Unregister(double id, XLOPER12& result) {
   if (found == names_.end()) return xlretSuccess;
   by_name_.erase(found->second);
   names_.erase(found);
+  return xlretSuccess;
+}
+
+/// As Excel is known to do it: without a word the name of a function that is not hidden stays.
+int FakeExcel::DeleteName(const XLOPER12& name, XLOPER12& result) {
+  if (hidden_.erase(std::u16string(TextIn(name))) == 1) known_.erase(std::u16string(TextIn(name)));
+  result = XXloper::Boolean(true).record();
   return xlretSuccess;
 }
 

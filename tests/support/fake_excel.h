@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <utility>
@@ -80,6 +81,8 @@ class FakeExcel {
   bool Has(const char16_t* export_name) const { return by_name_.count(export_name) == 1; }
   std::u16string refused_export;  // xlfRegister of this one fails
   int registrations = 0;          // ever
+  /// The names that Excel knows: of registered functions, and those that were not deleted.
+  const std::set<std::u16string>& names() const { return known_; }
 
   std::vector<int> calls;           // every call, brackets and frees among them
   std::vector<std::string> faults;  // those that were reported
@@ -103,13 +106,16 @@ class FakeExcel {
   int TellCaller(XLOPER12& result) const;
   int Register(Arguments arguments, XLOPER12& result);
   int Unregister(double id, XLOPER12& result);
+  int DeleteName(const XLOPER12& name, XLOPER12& result);
 
   std::map<std::uint64_t, Sheet> sheets_;
   std::map<int, Answer> answers_;
   std::map<const void*, std::shared_ptr<const void>> given_;
   std::map<std::u16string, Registered> by_name_;
   std::map<double, std::u16string> names_;
-  double next_id_ = -3;  // ids may be negative, and zero
+  std::set<std::u16string> known_;
+  std::set<std::u16string> hidden_;  // of them, registered last by a hidden function
+  double next_id_ = -3;              // ids may be negative, and zero
   bool messages_enabled_ = false;
   int calls_in_bracket_ = 0;
   std::shared_ptr<ExcelDataCache> data_cache_ = std::make_shared<ExcelDataCache>();

@@ -66,7 +66,8 @@ void EndCrashGuard(const Judge& judge) {
 
 void GuardAgainstCrashes(const Judge& judge) {
   guarded_judge = &judge;
-  const stack_t stack{.ss_sp = stack_of_handler.data(), .ss_flags = 0, .ss_size = stack_of_handler.size()};
+  const stack_t stack{
+      .ss_sp = stack_of_handler.data(), .ss_flags = 0, .ss_size = stack_of_handler.size()};
   sigaltstack(&stack, nullptr);
   struct sigaction action {};
   action.sa_sigaction = OnCrash;

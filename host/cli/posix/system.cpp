@@ -19,8 +19,4 @@ std::string LanguageName(std::uint16_t language) {
 
 bool IsMarkedAsDownloaded(const std::filesystem::path&) { return false; }
 
-bool SamePath(const std::filesystem::path& a, const std::filesystem::path& b) {
-  return a.lexically_normal() == b.lexically_normal();
-}
-
 }  // namespace zavhost

@@ -34,10 +34,4 @@ bool IsMarkedAsDownloaded(const std::filesystem::path& file) {
   return GetFileAttributesW(stream.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
-bool SamePath(const std::filesystem::path& a, const std::filesystem::path& b) {
-  const std::wstring first = a.lexically_normal().make_preferred();
-  const std::wstring second = b.lexically_normal().make_preferred();
-  return CompareStringOrdinal(first.c_str(), -1, second.c_str(), -1, TRUE) == CSTR_EQUAL;
-}
-
 }  // namespace zavhost

@@ -32,6 +32,38 @@ class ExcelOptions {
 
 }  // namespace
 
+TEST_CASE("two copies are named: in a running program, in Excel's list and in its start folder") {
+  const std::filesystem::path ships = AddInFile().parent_path(), other = CopyOfWhatShips("update");
+  {
+    const HMODULE first = LoadLibraryW(AddInFile().c_str());
+    const HMODULE second = LoadLibraryW((other / "ZavrelFuncs8_x64.xll").c_str());
+    CHECK((first != nullptr && second != nullptr && first != second));
+    // What a macro's declaration finds.
+    CHECK(GetModuleHandleW(L"ZavrelFuncs8_x64.xll") == first);
+    const std::string problems = Problems(Doctor(ships));
+    CHECK(Contains(problems, "Running integration_test.exe"));
+    const std::size_t used = problems.find("functions and macros use " + AddInFile().string());
+    CHECK(used != std::string::npos);
+    CHECK(problems.find(", not " + other.string(), used) != std::string::npos);
+    FreeLibrary(second);
+    const Outcome one = Doctor(ships);
+    CHECK(Contains(one.output, "has loaded " + AddInFile().string()));
+    CHECK(!Contains(Problems(one), "copies"));
+    FreeLibrary(first);
+  }
+  {
+    const ExcelOptions options;
+    options.Set(L"OPEN7", L"/R \"" + AddInFile().wstring() + L"\"");
+    options.Set(L"OPEN8", L"/R \"" + (other / "ZavrelFuncs8_x64.xll").wstring() + L"\"");
+    CHECK(Contains(Problems(Doctor(ships)), "Excel opens 2 copies: untick all but one"));
+  }
+  const std::filesystem::path roaming = ScratchFolder() / "roaming";
+  std::filesystem::create_directories(roaming / "Microsoft/Excel/XLSTART");
+  std::ofstream(roaming / "Microsoft/Excel/XLSTART/ZavrelCompanion.xlam") << "a user's own";
+  const EnvironmentVariable start_folder("APPDATA", roaming.string());
+  CHECK(Contains(Problems(Doctor(ships)), "Excel's start folder"));
+}
+
 TEST_CASE("the doctor tells what Excel opens, the add-in and a companion each for itself") {
   const ExcelOptions options;
   const std::filesystem::path folder = AddInFile().parent_path();
