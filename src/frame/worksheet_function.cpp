@@ -17,6 +17,13 @@ void InspectCallingFormula() noexcept {
   }
 }
 
+CellResult ResultOf(const Reading& reading, Arguments arguments,
+                    FunctionRef<CellResult(const Parameters& read)> body) {
+  const OrFailure<Parameters> read = reading.Read(arguments);
+  if (!read.ok()) return read.failure();
+  return body(*read);
+}
+
 /// The result as the reading has it shown.
 XXloper Shown(const Reading& reading, const XXloper& result) {
   return reading.shows_empty_text() && result.Is(xltypeErr) ? XXloper::EmptyText() : result;
@@ -47,15 +54,16 @@ XLOPER12* WorksheetFunction(const char* name, const Reading& reading, Arguments 
   XXloper shown = thrown;
   frame::RunWorksheetBody(name, [&] {
     shown = Shown(reading, thrown);
-    bool is_refused = true;
+    bool has_failed = true;
     try {
-      const OrFailure<Parameters> read = reading.Read(arguments);
-      is_refused = !read.ok() && !read.failure().uncalculated();
-      shown = Shown(reading, read.ok() ? body(*read).shown() : read.failure().value());
+      const CellResult result = ResultOf(reading, arguments, body);
+      has_failed = !result.ok() && !result.failure().uncalculated();
+      shown = Shown(reading, result.shown());
     } catch (const std::bad_alloc&) {
       shown = Shown(reading, XXloper::Error(reading.without_memory()));
+    } catch (...) {  // shows #N/A
     }
-    if (is_refused) reading.Refused();
+    if (has_failed) reading.Failed();
   });
   return ReturnToExcel(shown);
 }
