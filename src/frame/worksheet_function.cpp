@@ -4,8 +4,9 @@
 #include <new>
 
 #include "excel/result_holder.h"
+#include "excel/value_text.h"
+#include "excel/wide_text.h"
 #include "frame/formula_inspection.h"
-#include "frame/macro_call.h"
 #include "frame/session.h"
 
 namespace zavrel {
@@ -31,11 +32,12 @@ XXloper Shown(const Reading& reading, const XXloper& result) {
 
 }  // namespace
 
-bool frame::RunWorksheetBody(const char* name, FunctionRef<void()> body) noexcept {
+bool frame::RunWorksheetBody(const char* name, FunctionRef<void()> body,
+                             ResultText result) noexcept {
   Session* session = Session::Current();
   if (session == nullptr) return false;
   InspectCallingFormula();
-  const bool returned = RunTracedBody(name, body);
+  const bool returned = RunTracedBody(name, body, result);
   session->KeepUpCaches(UpkeepMode::kAfterCall);
   return returned;
 }
@@ -48,11 +50,15 @@ const char* frame::KeepText(const std::string& text) noexcept {
   return kept.data();
 }
 
+std::string frame::KeptText(const char* text) {
+  return text == nullptr ? "none" : ValueText(XXloper::Text(Utf16FromUtf8(text)).record());
+}
+
 XLOPER12* WorksheetFunction(const char* name, const Reading& reading, Arguments arguments,
                             FunctionRef<CellResult(const Parameters& read)> body) noexcept {
   const XXloper thrown = XXloper::Error(ExcelError::kNA);
   XXloper shown = thrown;
-  frame::RunWorksheetBody(name, [&] {
+  const auto run = [&] {
     shown = Shown(reading, thrown);
     bool has_failed = true;
     try {
@@ -64,7 +70,8 @@ XLOPER12* WorksheetFunction(const char* name, const Reading& reading, Arguments 
     } catch (...) {  // shows #N/A
     }
     if (has_failed) reading.Failed();
-  });
+  };
+  frame::RunWorksheetBody(name, run, [&] { return ValueText(shown.record()); });
   return ReturnToExcel(shown);
 }
 

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "diagnostics/log_line.h"
+#include "diagnostics/log.h"
 #include "platform/string_resource.h"
 #include "platform/utf.h"
 
@@ -12,7 +12,8 @@ MessageLibrary MessageLibrary::Open(const std::filesystem::path& addin_folder) {
   const std::filesystem::path path = addin_folder / "ZavrelMessages8_x64.DLL";
   auto loaded = StringResources::Load(path);
   if (!loaded) {
-    LogLine("Message library not loaded, texts are missing: {}\n", Utf8FromPath(path));
+    LogComposedLine(
+        [&] { return "Message library not loaded, texts are missing: " + Utf8FromPath(path); });
     return MessageLibrary();
   }
   auto resources = std::make_shared<const StringResources>(std::move(*loaded));
