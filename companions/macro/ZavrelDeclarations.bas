@@ -40,6 +40,7 @@ Public Declare PtrSafe Function ZavrelGetExceptionInfoVB Lib "ZavrelFuncs8_x64.x
 Public Declare PtrSafe Function ZavrelFuncsVersion Lib "ZavrelFuncs8_x64.xll" () As Long
 
 ' --- Writing into a range. Returns a failure number. ---
+' An element of a result that stands for an error or a blank is written as that error or blank.
 
 Public Declare PtrSafe Function ZavrelWriteRangeVB Lib "ZavrelFuncs8_x64.xll" ( _
     ByRef target As Variant, ByRef values() As Double) As Long
@@ -47,6 +48,8 @@ Public Declare PtrSafe Function ZavrelWriteRangeValuesVB Lib "ZavrelFuncs8_x64.x
     Alias "ZavrelWriteRangeVB" (ByRef target As Variant, ByRef values() As Variant) As Long
 
 ' --- The cells of a range, which the hidden worksheet functions fill in. Return failure numbers. ---
+' Pass variables declared "Dim v As Variant". An array variable, "Dim v() As Variant", is refused with a failure
+' number, or shows #VALUE! when its address is used. A call that fails uses up what was arranged for it.
 
 Public Declare PtrSafe Function VariantIdString Lib "ZavrelFuncs8_x64.xll" ( _
     ByRef filled As Variant) As String

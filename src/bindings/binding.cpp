@@ -1,6 +1,6 @@
 #include "bindings/binding.h"
 
-#include "diagnostics/log_line.h"
+#include "diagnostics/log.h"
 #include "platform/message_box.h"
 #include "platform/utf.h"
 
@@ -29,7 +29,7 @@ ExportAddress Binding::Find(const char* name) {
 void Binding::Report(Told told) const {
   for (const auto& [title, text] : failures_) {
     const std::u16string line = title.empty() ? text : std::u16string(title) + u": " + text;
-    LogLine("{}\n", Utf8FromUtf16(line));
+    LogComposedLine([&] { return Utf8FromUtf16(line); });
     if (told == Told::kUserToo) ShowErrorBox(std::u16string(title), text);
   }
 }

@@ -5,10 +5,41 @@
 
 #include "data/data_argument.h"
 #include "data/session_caches.h"
+#include "diagnostics/log.h"
+#include "excel/parameter.h"
 #include "numbers/error_double.h"
 
 namespace zavrel {
 namespace {
+
+/// The record of an argument that is read by this letter.
+Parameter RecordOf(char letter, const XLOPER12* argument) {
+  constexpr std::uint16_t kAllTypes = xltypeNum | xltypeStr | xltypeBool | xltypeRef | xltypeErr |
+                                      xltypeMulti | xltypeMissing | xltypeNil | xltypeSRef |
+                                      xltypeInt;
+  Parameter record{
+      .input = argument == nullptr ? XXloper::Missing() : XXloper::FromArgument(argument),
+      .acceptable_types = kAllTypes};
+  if (const auto kind = ScalarKindOf(letter)) {
+    record.acceptable_types = kind->AcceptableTypes();
+    record.range = kind->Range();
+  }
+  return record;
+}
+
+/// Writes the record of each argument to the log, if that is enabled. V stands for all arguments up
+/// to the last given one.
+void LogRecords(std::string_view kinds, Arguments arguments) noexcept {
+  if (EnabledLog() == nullptr) return;
+  while (arguments.size() > kinds.size() && IsOmitted(arguments.back()))
+    arguments = arguments.first(arguments.size() - 1);
+  if (kinds.empty()) return;
+  for (std::size_t i = 0; i < std::max(kinds.size(), arguments.size()); ++i) {
+    const XLOPER12* const argument = i < arguments.size() ? arguments[i] : nullptr;
+    LogComposedLine(
+        [&] { return RecordOf(kinds[std::min(i, kinds.size() - 1)], argument).Text(); });
+  }
+}
 
 std::shared_ptr<const DatasetParm> ParmOf(const std::shared_ptr<ExcelData>& data,
                                           MissingDataPolicy policy, bool propagate_errors) {
@@ -142,6 +173,7 @@ class ParameterReader {
 
 OrFailure<Parameters> GetParameters(std::string_view kinds, MissingDataPolicy policy,
                                     Arguments arguments, ParameterOptions options) {
+  LogRecords(kinds, arguments);
   return ParameterReader(policy, options).Read(kinds, arguments);
 }
 

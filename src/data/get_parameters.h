@@ -96,6 +96,8 @@ class Parameters {
 /// back. Several columns agree only with the same number of columns. Arguments that were cut down
 /// to their used parts in ways that may not match (several whole rows used to different columns, a
 /// whole sheet, whole areas among several) are neither equal nor paired.
+///
+/// Each argument's record is written to the log first (excel/parameter.h).
 OrFailure<Parameters> GetParameters(std::string_view kinds, MissingDataPolicy policy,
                                     Arguments arguments, ParameterOptions options = {});
 

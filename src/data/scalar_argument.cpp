@@ -10,6 +10,11 @@
 namespace zavrel {
 namespace {
 
+/// The numbers that a whole number of 32 bits is left of once they are truncated.
+constexpr NumericRange kTruncatedTo32Bits{
+    Bound{std::numeric_limits<std::int32_t>::min() - 1.0, false},
+    Bound{std::numeric_limits<std::int32_t>::max() + 1.0, false}};
+
 Failure NotOfThisKind() { return Failure(ExcelError::kValue); }
 
 /// The single value that an argument comes down to. `owner` keeps it alive if it came from the
@@ -92,10 +97,8 @@ OrFailure<double> NumberFrom(const XLOPER12& value) {
 OrFailure<std::int32_t> IntegerFrom(const XLOPER12& value) {
   const OrFailure<double> number = NumberFrom(value);
   if (!number.ok()) return number.failure();
-  const double whole = std::trunc(*number);
-  using Limits = std::numeric_limits<std::int32_t>;
-  if (whole < Limits::min() || whole > Limits::max()) return NotOfThisKind();
-  return static_cast<std::int32_t>(whole);
+  if (!kTruncatedTo32Bits.Contains(*number)) return NotOfThisKind();
+  return static_cast<std::int32_t>(*number);
 }
 
 OrFailure<std::u16string> TextFrom(const XLOPER12& value) {
@@ -161,6 +164,17 @@ std::optional<ScalarKind> ScalarKindOf(char letter) {
     default:
       return std::nullopt;
   }
+}
+
+std::uint16_t ScalarKind::AcceptableTypes() const {
+  constexpr std::uint16_t kRequired = xltypeNum | xltypeStr | xltypeBool | xltypeInt | xltypeNil |
+                                      xltypeMulti | xltypeRef | xltypeSRef;
+  constexpr std::uint16_t kOptional = kRequired | xltypeMissing;
+  return presence == Presence::kRequired ? kRequired : kOptional;
+}
+
+NumericRange ScalarKind::Range() const {
+  return type == ScalarType::kInteger ? kTruncatedTo32Bits : NumericRange();
 }
 
 OrFailure<ScalarValue> ReadScalar(ScalarKind kind, const XLOPER12* argument) {

@@ -33,6 +33,7 @@
 
 #include "excel/or_failure.h"
 #include "excel/xxloper.h"
+#include "numbers/numeric_range.h"
 
 namespace zavrel {
 
@@ -53,6 +54,11 @@ enum class ScalarType { kNumber, kInteger, kText, kBoolean };
 struct ScalarKind {
   ScalarType type;
   Presence presence;
+
+  /// The types that a reading accepts, as a mask; of a reference, those of its cell.
+  std::uint16_t AcceptableTypes() const;
+  /// The range of the numbers that it accepts.
+  NumericRange Range() const;
 };
 
 /// What a letter stands for; std::nullopt for R, r, V and letters without a meaning.

@@ -110,19 +110,10 @@ void ScopedTrace::Enter() noexcept {
 ScopedTrace::~ScopedTrace() {
   LogFile* log = entered_ ? EnabledLog() : nullptr;
   if (log == nullptr) return;
-  if (has_result_)
-    log->Write({"===== ", operation_, " (", detail_, ") = ", result_, " exit =====\n"});
-  else
+  if (result_.empty())
     log->Write({"===== ", operation_, " (", detail_, ") exit =====\n"});
-}
-
-void ScopedTrace::SetResult(std::string_view result) noexcept {
-  if (!entered_) return;
-  try {
-    result_ = result;
-    has_result_ = true;
-  } catch (...) {  // the exit line has no detail then
-  }
+  else
+    log->Write({"===== ", operation_, " (", detail_, ") = ", result_, " exit =====\n"});
 }
 
 }  // namespace zavrel

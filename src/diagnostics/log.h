@@ -60,6 +60,18 @@ void CloseLog();
 /// costs next to nothing, before they compose a line.
 LogFile* EnabledLog();
 
+/// Appends one line to the session's log. `compose` returns it as UTF-8 text without its end, and
+/// is called only if the log is enabled; a line that cannot be composed is left out.
+template <typename Compose>
+void LogComposedLine(Compose&& compose) noexcept {
+  LogFile* log = EnabledLog();
+  if (log == nullptr) return;
+  try {
+    log->Write({compose(), "\n"});
+  } catch (...) {  // logging must never disturb the logged operation
+  }
+}
+
 /// Traces an operation in the session's log: its start at construction, its end at destruction.
 class ScopedTrace {
  public:
@@ -80,11 +92,16 @@ class ScopedTrace {
   ScopedTrace(const ScopedTrace&) = delete;
   ScopedTrace& operator=(const ScopedTrace&) = delete;
 
-  // For the suite's other libraries:
-  /// True if the trace is written; check this before composing a result.
-  bool active() const { return entered_; }
-  /// Adds this result to the exit line.
-  void SetResult(std::string_view result) noexcept;
+  /// Adds a result to the exit line. `compose` returns it as UTF-8 text, empty for none, and is
+  /// called only if the trace is written.
+  template <typename Compose>
+  void SetResult(Compose&& compose) noexcept {
+    if (!entered_) return;
+    try {
+      result_ = compose();
+    } catch (...) {  // the exit line has no result then
+    }
+  }
 
  private:
   void Enter() noexcept;
@@ -101,7 +118,6 @@ class ScopedTrace {
   std::string detail_;
   std::string result_;
   bool entered_ = false;
-  bool has_result_ = false;
 };
 
 }  // namespace zavrel

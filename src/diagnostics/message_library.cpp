@@ -3,7 +3,7 @@
 #include <charconv>
 #include <memory>
 
-#include "diagnostics/log_line.h"
+#include "diagnostics/log.h"
 #include "platform/library_identity.h"
 #include "platform/module.h"
 #include "platform/string_resource.h"
@@ -54,7 +54,8 @@ MessageLibrary MessageLibrary::Open(const std::filesystem::path& addin_folder) {
       addin_folder / LibraryFileName("ZavrelMessages", MajorVersion());
   auto loaded = StringResources::Load(path);
   if (!loaded) {
-    LogLine("Message library not loaded, texts are missing: {}\n", Utf8FromPath(path));
+    LogComposedLine(
+        [&] { return "Message library not loaded, texts are missing: " + Utf8FromPath(path); });
     return MessageLibrary();
   }
   auto resources = std::make_shared<const StringResources>(std::move(*loaded));

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "diagnostics/log_line.h"
+#include "diagnostics/log.h"
 #include "formula/lexer.h"
 #include "frame/calling_cell.h"
 #include "platform/utf.h"
@@ -58,7 +58,8 @@ void CorrectedXloper::Is16384InCellFormula(void* excel_application) noexcept {
   try {
     const auto text = CallingCellFormula(excel_application);
     if (!text || !Is16384InFormula(*text)) return;
-    LogLine("CorrectedXloper::Is16384InCellFormula: {}\n", Utf8FromUtf16(*text));
+    LogComposedLine(
+        [&] { return "CorrectedXloper::Is16384InCellFormula: " + Utf8FromUtf16(*text); });
   } catch (...) {  // the inspection never disturbs the calculation
   }
 }

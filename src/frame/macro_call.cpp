@@ -1,5 +1,7 @@
 #include "frame/macro_call.h"
 
+#include <fmt/format.h>
+
 #include <new>
 
 #include "contracts/message_ids.h"
@@ -26,18 +28,20 @@ std::uint32_t Record(const VekException& failure) {
 
 }  // namespace
 
-bool frame::RunTracedBody(const char* name, FunctionRef<void()> body) noexcept {
-  return Returns([&] {
-    const ScopedTrace trace(name);
-    body();
-  });
+bool frame::RunTracedBody(const char* name, FunctionRef<void()> body, ResultText result) noexcept {
+  ScopedTrace trace(name);
+  const bool returned = Returns(body);
+  trace.SetResult(result);
+  return returned;
 }
+
+std::string frame::NumberText(double number) { return fmt::format("{}", number); }
+std::string frame::NumberText(std::int64_t number) { return std::to_string(number); }
 
 std::uint32_t MacroCall(const char* name, FunctionRef<void()> body) noexcept {
   std::uint32_t number = kUnrecordedFailure;
-  Returns([&] {
+  const auto record = [&] {
     try {
-      const ScopedTrace trace(name);
       body();
       number = 0;
     } catch (const VekException& failure) {
@@ -47,7 +51,8 @@ std::uint32_t MacroCall(const char* name, FunctionRef<void()> body) noexcept {
     } catch (...) {
       number = Record(VekUnknownException(name, messages::kMessageUnknownException));
     }
-  });
+  };
+  frame::RunTracedBody(name, record, [&] { return frame::PlainResultText(number); });
   return number;
 }
 

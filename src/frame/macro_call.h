@@ -3,6 +3,7 @@
 // the body throws. No exception crosses into Excel.
 
 #include <cstdint>
+#include <string>
 #include <type_traits>
 
 #include "platform/function_ref.h"
@@ -11,8 +12,26 @@ namespace zavrel {
 
 namespace frame {
 
-/// Runs an entry point's body between its traces; false when it threw.
-bool RunTracedBody(const char* name, FunctionRef<void()> body) noexcept;
+/// What the exit trace shows as a call's result; an empty text for nothing.
+using ResultText = FunctionRef<std::string()>;
+
+/// A number as the log shows it.
+std::string NumberText(double number);
+std::string NumberText(std::int64_t number);
+/// A call's plain result as the log shows it: nothing, if it is not a number.
+template <class Result>
+std::string PlainResultText(const Result& result) {
+  if constexpr (std::is_floating_point_v<Result>)
+    return NumberText(double{result});
+  else if constexpr (std::is_integral_v<Result>)
+    return NumberText(std::int64_t{result});
+  else
+    return {};
+}
+
+/// Runs an entry point's body between its traces; false when it threw. `result` is asked only if
+/// the log is enabled.
+bool RunTracedBody(const char* name, FunctionRef<void()> body, ResultText result) noexcept;
 
 }  // namespace frame
 
@@ -30,7 +49,9 @@ template <class Status>
 Status MacroStatus(const char* name, Status failure,
                    FunctionRef<std::type_identity_t<Status>()> body) noexcept {
   Status status = failure;
-  return frame::RunTracedBody(name, [&] { status = body(); }) ? status : failure;
+  const auto run = [&] { status = body(); };
+  frame::RunTracedBody(name, run, [&] { return frame::PlainResultText(status); });
+  return status;
 }
 
 /// An entry point without a result, which traces for itself. Catches whatever the body throws.

@@ -72,17 +72,19 @@ std::string Megabytes(std::uint64_t bytes) { return std::to_string(bytes >> 20);
 void WriteOpeningLines() {
   if (EnabledLog() == nullptr) return;
   const LibraryIdentity& library = LibraryIdentity::OfThisLibrary();
-  LogLine("Exe fileName={}\n", Utf8FromPath(HostExecutablePath()));
-  LogLine("DLL fileName={}\n", Utf8FromPath(library.path));
-  LogLine("DLL fileVersion={}\n", Utf8FromUtf16(library.version_text));
-  LogLine("Windows={}\n", Utf8FromUtf16(OperatingSystemDescription()));
-  LogLine("xlAutoOpen, Excel version={}\n", ExcelVersion());
-  const MemoryStatus memory = ReadMemoryStatus();
-  LogLine(
-      "Memory stats:load={}, totalPhys={} MB, availPhys={} MB, totalVirtual={} MB, "
-      "availVirtual={} MB\n",
-      memory.load_percent, Megabytes(memory.total_physical), Megabytes(memory.available_physical),
-      Megabytes(memory.total_virtual), Megabytes(memory.available_virtual));
+  LogComposedLine([] { return "Exe fileName=" + Utf8FromPath(HostExecutablePath()); });
+  LogComposedLine([&] { return "DLL fileName=" + Utf8FromPath(library.path); });
+  LogComposedLine([&] { return "DLL fileVersion=" + Utf8FromUtf16(library.version_text); });
+  LogComposedLine([] { return "Windows=" + Utf8FromUtf16(OperatingSystemDescription()); });
+  LogComposedLine([] { return "xlAutoOpen, Excel version=" + ExcelVersion(); });
+  LogComposedLine([] {
+    const MemoryStatus memory = ReadMemoryStatus();
+    return fmt::format(
+        "Memory stats:load={}, totalPhys={} MB, availPhys={} MB, totalVirtual={} MB, "
+        "availVirtual={} MB",
+        memory.load_percent, Megabytes(memory.total_physical), Megabytes(memory.available_physical),
+        Megabytes(memory.total_virtual), Megabytes(memory.available_virtual));
+  });
 }
 
 /// Shows a failure to open. The session is gone, so the texts are loaded again; if that fails,
@@ -94,7 +96,7 @@ void ShowFailure(const VekException& failure) noexcept {
     std::u16string text =
         ComposeMessage(messages.Text(failure.message_id(), language), failure.arguments());
     if (text.empty()) text = failure.class_name() + u": " + Utf16FromUtf8(failure.place());
-    LogLine("xlAutoOpen failed: {}\n", Utf8FromUtf16(text));
+    LogComposedLine([&] { return "xlAutoOpen failed: " + Utf8FromUtf16(text); });
     ShowErrorBox(messages.Text(messages::kMessageTitle, language), text);
   } catch (...) {
   }

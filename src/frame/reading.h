@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "data/get_parameters.h"
+#include "platform/function_ref.h"
 
 namespace zavrel {
 
@@ -40,12 +41,11 @@ class Reading {
     reading.without_memory_ = error;
     return reading;
   }
-
-  /// Calls `refused` when the body does not run, unless a cell is not calculated yet: then the host
-  /// calls again.
-  constexpr Reading OnRefusal(void (*refused)()) const {
+  /// Calls `failed` when the reading or the body fails, unless a cell is not calculated yet: then
+  /// the host calls again. The caller keeps `failed` alive during the call.
+  Reading OnFailure(FunctionRef<void()> failed) const {
     Reading reading = *this;
-    reading.refused_ = refused;
+    reading.failed_ = failed;
     return reading;
   }
 
@@ -53,8 +53,8 @@ class Reading {
     if (refusal_) return Failure(*refusal_);
     return GetParameters(kinds_, policy_, arguments, {.lengths = lengths_});
   }
-  void Refused() const {
-    if (refused_ != nullptr) refused_();
+  void Failed() const {
+    if (failed_) (*failed_)();
   }
   bool shows_empty_text() const { return shows_empty_text_; }
   ExcelError without_memory() const { return without_memory_; }
@@ -70,7 +70,7 @@ class Reading {
   MissingDataPolicy policy_ = MissingDataPolicy::kNumbersOnly;
   Lengths lengths_ = Lengths::kAny;
   std::optional<ExcelError> refusal_;
-  void (*refused_)() = nullptr;
+  std::optional<FunctionRef<void()>> failed_;
   bool shows_empty_text_ = false;
   ExcelError without_memory_ = ExcelError::kNA;
 };

@@ -4,8 +4,9 @@
 #include <new>
 
 #include "excel/result_holder.h"
+#include "excel/value_text.h"
+#include "excel/wide_text.h"
 #include "frame/formula_inspection.h"
-#include "frame/macro_call.h"
 #include "frame/session.h"
 
 namespace zavrel {
@@ -17,6 +18,13 @@ void InspectCallingFormula() noexcept {
   }
 }
 
+CellResult ResultOf(const Reading& reading, Arguments arguments,
+                    FunctionRef<CellResult(const Parameters& read)> body) {
+  const OrFailure<Parameters> read = reading.Read(arguments);
+  if (!read.ok()) return read.failure();
+  return body(*read);
+}
+
 /// The result as the reading has it shown.
 XXloper Shown(const Reading& reading, const XXloper& result) {
   return reading.shows_empty_text() && result.Is(xltypeErr) ? XXloper::EmptyText() : result;
@@ -24,11 +32,12 @@ XXloper Shown(const Reading& reading, const XXloper& result) {
 
 }  // namespace
 
-bool frame::RunWorksheetBody(const char* name, FunctionRef<void()> body) noexcept {
+bool frame::RunWorksheetBody(const char* name, FunctionRef<void()> body,
+                             ResultText result) noexcept {
   Session* session = Session::Current();
   if (session == nullptr) return false;
   InspectCallingFormula();
-  const bool returned = RunTracedBody(name, body);
+  const bool returned = RunTracedBody(name, body, result);
   session->KeepUpCaches(UpkeepMode::kAfterCall);
   return returned;
 }
@@ -41,22 +50,28 @@ const char* frame::KeepText(const std::string& text) noexcept {
   return kept.data();
 }
 
+std::string frame::KeptText(const char* text) {
+  return text == nullptr ? "none" : ValueText(XXloper::Text(Utf16FromUtf8(text)).record());
+}
+
 XLOPER12* WorksheetFunction(const char* name, const Reading& reading, Arguments arguments,
                             FunctionRef<CellResult(const Parameters& read)> body) noexcept {
   const XXloper thrown = XXloper::Error(ExcelError::kNA);
   XXloper shown = thrown;
-  frame::RunWorksheetBody(name, [&] {
+  const auto run = [&] {
     shown = Shown(reading, thrown);
-    bool is_refused = true;
+    bool has_failed = true;
     try {
-      const OrFailure<Parameters> read = reading.Read(arguments);
-      is_refused = !read.ok() && !read.failure().uncalculated();
-      shown = Shown(reading, read.ok() ? body(*read).shown() : read.failure().value());
+      const CellResult result = ResultOf(reading, arguments, body);
+      has_failed = !result.ok() && !result.failure().uncalculated();
+      shown = Shown(reading, result.shown());
     } catch (const std::bad_alloc&) {
       shown = Shown(reading, XXloper::Error(reading.without_memory()));
+    } catch (...) {  // shows #N/A
     }
-    if (is_refused) reading.Refused();
-  });
+    if (has_failed) reading.Failed();
+  };
+  frame::RunWorksheetBody(name, run, [&] { return ValueText(shown.record()); });
   return ReturnToExcel(shown);
 }
 

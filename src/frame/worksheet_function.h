@@ -18,6 +18,7 @@
 
 #include "excel/arguments.h"
 #include "frame/cell_result.h"
+#include "frame/macro_call.h"
 #include "frame/reading.h"
 #include "platform/function_ref.h"
 
@@ -41,10 +42,12 @@ namespace frame {
 
 /// Runs a worksheet function's body between its traces, then the cache upkeep. False when the body
 /// threw anything, or when the add-in is not open and the body did not run.
-bool RunWorksheetBody(const char* name, FunctionRef<void()> body) noexcept;
+bool RunWorksheetBody(const char* name, FunctionRef<void()> body, ResultText result) noexcept;
 
 /// Keeps a narrow result, at most 255 bytes, until this thread's next one.
 const char* KeepText(const std::string& text) noexcept;
+/// A narrow result, which may be null, as the log shows it.
+std::string KeptText(const char* text);
 
 }  // namespace frame
 
@@ -54,7 +57,9 @@ Number PlainFunction(const char* name, Number failure,
                      FunctionRef<std::type_identity_t<Number>()> body) noexcept {
   static_assert(std::is_arithmetic_v<Number>);
   Number result = failure;
-  return frame::RunWorksheetBody(name, [&] { result = body(); }) ? result : failure;
+  const auto run = [&] { result = body(); };
+  frame::RunWorksheetBody(name, run, [&] { return frame::PlainResultText(result); });
+  return result;
 }
 /// The same with arguments that the frame reads: `failure` also if the reading or the body fails.
 template <class Number>
@@ -79,7 +84,8 @@ inline const char* TextFunction(const char* name,
   const auto keep = [&] {
     if (const auto text = body()) kept = frame::KeepText(*text);
   };
-  return frame::RunWorksheetBody(name, keep) ? kept : nullptr;
+  return frame::RunWorksheetBody(name, keep, [&] { return frame::KeptText(kept); }) ? kept
+                                                                                    : nullptr;
 }
 
 // The parameters of a function with 30 value or reference arguments, and these arguments as a list.

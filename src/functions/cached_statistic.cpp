@@ -1,6 +1,6 @@
 #include "functions/cached_statistic.h"
 
-#include "diagnostics/log_line.h"
+#include "diagnostics/log.h"
 #include "stats/data_set_summary.h"
 #include "stats/moment_block.h"
 #include "stats/single_statistics.h"
@@ -16,10 +16,9 @@ void ComputeInto(ExcelData& data, StatisticId id, Form form) {
     return;
   }
   const MomentBlocks blocks = ComputeBothForms(numbers, data.cells().running_sum());
-  if (EnabledLog() != nullptr) {
-    LogLine("{}\n",
-            SummaryOf(blocks.sample, data.size(), data.cells().count(CellTag::kError)).Text());
-  }
+  LogComposedLine([&] {
+    return SummaryOf(blocks.sample, data.size(), data.cells().count(CellTag::kError)).Text();
+  });
   for (std::size_t i = 0; IsMoment(static_cast<StatisticId>(i)); ++i) {
     cache.Set(Form::kPopulation, 0, i, blocks.population[static_cast<StatisticId>(i)]);
     cache.Set(Form::kSample, 0, i, blocks.sample[static_cast<StatisticId>(i)]);

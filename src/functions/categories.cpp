@@ -33,11 +33,14 @@ XLOPER12* OfCategories(const char* name, const Reading& reading, const XLOPER12*
 
 using Positions = std::span<const std::int32_t>;
 
+Failure NoSuchCategory() { return Failure(ExcelError::kNA); }
+
 /// A worksheet function whose result `use` makes from the positions of the category with a name, or
 /// `absent` if no category has it.
-template <class Use, class Absent>
+template <class Use, class Absent = Failure()>
 XLOPER12* OfPositions(const char* name, const Reading& reading, const XLOPER12* data,
-                      const XLOPER12* category_name, Use use, Absent absent) noexcept {
+                      const XLOPER12* category_name, Use use,
+                      const Absent& absent = NoSuchCategory) noexcept {
   return WorksheetFunction(name, reading, {data, category_name},
                            [&](const Parameters& read) -> CellResult {
                              const CategoryTable* categories = read.data(0).Categories();
@@ -47,8 +50,6 @@ XLOPER12* OfPositions(const char* name, const Reading& reading, const XLOPER12* 
                              return use(Positions(category->positions));
                            });
 }
-
-Failure NoSuchCategory() { return Failure(ExcelError::kNA); }
 
 /// The names over the calling range. A single cell gets them all in a column, which spills in an
 /// Excel that spills results.
@@ -84,7 +85,7 @@ ZAV_EXPORT XLOPER12* ZavrelCountCategories(const XLOPER12* data) {
 /// range, #N/A in the cells after the last. If the call does not come from cells: #REF!. If a macro
 /// has arranged an array for this call, the array gets the names, and the result is their number.
 ZAV_EXPORT XLOPER12* ZavrelCategoryNames(const XLOPER12* data) {
-  return OfCategories("ZavrelCategoryNames", kData.OnRefusal(&ForgetNextCategoryNames), data,
+  return OfCategories("ZavrelCategoryNames", kData.OnFailure(&ForgetNextCategoryNames), data,
                       [](const CategoryTable& categories) {
                         const auto filled = FillNextCategoryNames(categories.SortedNames());
                         return filled ? *filled : NamesForCaller(categories.SortedNames());
@@ -100,10 +101,11 @@ ZAV_EXPORT XLOPER12* ZavrelCategoryNamesPrivate2(const XLOPER12* data, const cha
                       });
 }
 
-/// Writes the names into the array that a macro entered under the id and returns their number.
+/// Writes the names into the array that a macro entered under the id and returns their number. The
+/// entry is used up, whether the call succeeds or fails, unless a cell is not calculated yet.
 ZAV_EXPORT XLOPER12* ZavrelCategoryNamesPrivate(const XLOPER12* data, const char* id) {
   return OfCategories(
-      "ZavrelCategoryNamesPrivate", kData, data,
+      "ZavrelCategoryNamesPrivate", kData.OnFailure([&] { ForgetNamesEntry(id); }), data,
       [&](const CategoryTable& categories) { return FillNamesById(categories.SortedNames(), id); });
 }
 
@@ -119,38 +121,28 @@ ZAV_EXPORT XLOPER12* ZavrelCategoryOccurrenceCount(const XLOPER12* data, const X
 /// does not come from cells: #REF!. If a macro has arranged an array for this call, the array gets
 /// the positions, and the result is their number.
 ZAV_EXPORT XLOPER12* ZavrelCategoryIndices(const XLOPER12* data, const XLOPER12* name) {
-  return OfPositions(
-      "ZavrelCategoryIndices", kDataAndName.OnRefusal(&ForgetNextCategoryIndices), data, name,
-      [](Positions positions) {
-        const auto filled = FillNextCategoryIndices(positions);
-        return filled ? *filled : PositionsForCaller(positions);
-      },
-      [] {
-        ForgetNextCategoryIndices();
-        return NoSuchCategory();
-      });
+  return OfPositions("ZavrelCategoryIndices", kDataAndName.OnFailure(&ForgetNextCategoryIndices),
+                     data, name, [](Positions positions) {
+                       const auto filled = FillNextCategoryIndices(positions);
+                       return filled ? *filled : PositionsForCaller(positions);
+                     });
 }
 
 /// Writes the positions into the VARIANT at an address and returns their number; without an address
 /// it only returns the number.
 ZAV_EXPORT XLOPER12* ZavrelCategoryIndicesPrivate2(const XLOPER12* data, const XLOPER12* name,
                                                    const char* address) {
-  return OfPositions(
-      "ZavrelCategoryIndicesPrivate2", kDataAndName, data, name,
-      [&](Positions positions) { return FillIndicesByAddress(positions, address); },
-      NoSuchCategory);
+  return OfPositions("ZavrelCategoryIndicesPrivate2", kDataAndName, data, name,
+                     [&](Positions positions) { return FillIndicesByAddress(positions, address); });
 }
 
 /// Writes the positions into the array that a macro entered under the id and returns their number.
+/// The entry is used up like that of ZavrelCategoryNamesPrivate.
 ZAV_EXPORT XLOPER12* ZavrelCategoryIndicesPrivate(const XLOPER12* data, const XLOPER12* name,
                                                   const char* id) {
-  return OfPositions(
-      "ZavrelCategoryIndicesPrivate", kDataAndName, data, name,
-      [&](Positions positions) { return FillIndicesById(positions, id); },
-      [&] {
-        ForgetIndicesEntry(id);
-        return NoSuchCategory();
-      });
+  return OfPositions("ZavrelCategoryIndicesPrivate",
+                     kDataAndName.OnFailure([&] { ForgetIndicesEntry(id); }), data, name,
+                     [&](Positions positions) { return FillIndicesById(positions, id); });
 }
 
 /// TRUE when two names stand for the same category. An empty first name: #VALUE!.

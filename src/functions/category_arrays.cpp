@@ -47,13 +47,9 @@ CellResult FillByAddress(Items items, const char* text) {
 
 template <class Pending, class Items>
 CellResult FillById(Items items, const char* id) {
-  MacroHandshakes& handshakes = Session::Current()->Kept<MacroHandshakes>();
-  const std::string key = id == nullptr ? "" : id;
-  const Pending* wanted = handshakes.Find<Pending>(key);
-  if (wanted == nullptr) return Failure(ExcelError::kValue);
-  const std::uint64_t address = wanted->address;
-  handshakes.Remove(key);
-  return Fill(items, address);
+  const auto wanted = Session::Current()->Kept<MacroHandshakes>().Take<Pending>(id);
+  if (!wanted) return Failure(ExcelError::kValue);
+  return Fill(items, wanted->address);
 }
 
 }  // namespace
@@ -86,10 +82,11 @@ CellResult FillIndicesById(CategoryPositions positions, const char* id) {
   return FillById<PendingCategoryIndices>(positions, id);
 }
 
+void ForgetNamesEntry(const char* id) {
+  Session::Current()->Kept<MacroHandshakes>().Take<PendingCategoryNames>(id);
+}
 void ForgetIndicesEntry(const char* id) {
-  auto& handshakes = Session::Current()->Kept<MacroHandshakes>();
-  const std::string key = id == nullptr ? "" : id;
-  if (handshakes.Find<PendingCategoryIndices>(key) != nullptr) handshakes.Remove(key);
+  Session::Current()->Kept<MacroHandshakes>().Take<PendingCategoryIndices>(id);
 }
 
 }  // namespace zavrel

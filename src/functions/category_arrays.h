@@ -34,7 +34,8 @@ CellResult FillIndicesByAddress(CategoryPositions positions, const char* address
 /// Write into the VARIANT entered under an id; the entry is used up.
 CellResult FillNamesById(CategoryNames names, const char* id);
 CellResult FillIndicesById(CategoryPositions positions, const char* id);
-/// Drops the entry for positions under an id: the call that it was meant for has failed.
+/// Drop the entry under an id, if it is one for names or for positions.
+void ForgetNamesEntry(const char* id);
 void ForgetIndicesEntry(const char* id);
 
 }  // namespace zavrel

@@ -12,8 +12,7 @@
 namespace zavrel {
 namespace {
 
-constexpr Reading kGetCellValues =
-    kRangeAndClass.WithoutMemory(ExcelError::kValue).OnRefusal(&ForgetNextCellValues);
+constexpr Reading kGetCellValues = kRangeAndClass.WithoutMemory(ExcelError::kValue);
 
 /// The cells of a class in order over the calling range. Throws std::bad_alloc.
 CellResult ValuesOfClass(const ExcelData& data, CellClass cell_class) {
@@ -55,13 +54,10 @@ ZAV_EXPORT XLOPER12* ZavrelIsBlank(const XLOPER12* value) {
 /// cells, and the result is the number of cells. If the call does not come from cells: #REF!.
 /// Another class code, or too little memory: #VALUE!.
 ZAV_EXPORT XLOPER12* ZavrelGetCellValues(const XLOPER12* range, const XLOPER12* class_code) {
-  return WorksheetFunction("ZavrelGetCellValues", kGetCellValues, {range, class_code},
-                           [](const Parameters& read) -> CellResult {
+  return WorksheetFunction("ZavrelGetCellValues", kGetCellValues.OnFailure(&ForgetNextCellValues),
+                           {range, class_code}, [](const Parameters& read) -> CellResult {
                              const OrFailure<CellClass> cell_class = ClassIn(read);
-                             if (!cell_class.ok()) {
-                               ForgetNextCellValues();
-                               return cell_class.failure();
-                             }
+                             if (!cell_class.ok()) return cell_class.failure();
                              if (const auto filled = FillNextCellValues(read.data(0), *cell_class))
                                return *filled;
                              return ValuesOfClass(read.data(0), *cell_class);

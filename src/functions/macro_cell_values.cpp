@@ -98,13 +98,15 @@ CellResult Fill(const ExcelData& data, CellClass cell_class, const PendingCellVa
   return count;
 }
 
+constexpr Reading kCells = kRangeAndClass.WithoutMemory(ExcelError::kValue);
+
 /// A worksheet function that reads range and class; `fill` makes its result from the data set and
 /// the class.
 template <class Filler>
-XLOPER12* FromCells(const char* name, const XLOPER12* range, const XLOPER12* class_code,
-                    Filler fill) noexcept {
-  return WorksheetFunction(name, kRangeAndClass.WithoutMemory(ExcelError::kValue),
-                           {range, class_code}, [&](const Parameters& read) -> CellResult {
+XLOPER12* FromCells(const char* name, const Reading& reading, const XLOPER12* range,
+                    const XLOPER12* class_code, Filler fill) noexcept {
+  return WorksheetFunction(name, reading, {range, class_code},
+                           [&](const Parameters& read) -> CellResult {
                              const OrFailure<CellClass> cell_class = ClassIn(read);
                              if (!cell_class.ok()) return cell_class.failure();
                              return fill(read.data(0), *cell_class);
@@ -116,7 +118,7 @@ template <class Elements>
 XLOPER12* FillByAddress(const char* name, const XLOPER12* range, const XLOPER12* class_code,
                         Elements elements, const char* values_address,
                         const char* indices_address = nullptr) noexcept {
-  return FromCells(name, range, class_code,
+  return FromCells(name, kCells, range, class_code,
                    [&](const ExcelData& data, CellClass cell_class) -> CellResult {
                      const auto& handshakes = Session::Current()->Kept<MacroHandshakes>();
                      const auto values = handshakes.IssuedAddress(values_address);
@@ -128,12 +130,17 @@ XLOPER12* FillByAddress(const char* name, const XLOPER12* range, const XLOPER12*
 
 CellResult FillById(const ExcelData& data, CellClass cell_class, const char* id) {
   auto& handshakes = Session::Current()->Kept<MacroHandshakes>();
-  const std::string key = id == nullptr ? "" : id;
-  const auto* wanted = handshakes.Find<PendingCellValues>(key);
-  if (wanted == nullptr) return Failure(ExcelError::kValue);
-  CellResult result = Fill(data, cell_class, *wanted);
-  if (result.ok() || !result.failure().uncalculated()) handshakes.Remove(key);
+  const auto* entry = handshakes.Find<PendingCellValues>(id == nullptr ? "" : id);
+  if (entry == nullptr) return Failure(ExcelError::kValue);
+  // Copied: the release of the VARIANTs' old contents may run code that changes the entries.
+  const PendingCellValues wanted = *entry;
+  CellResult result = Fill(data, cell_class, wanted);
+  if (result.ok()) handshakes.Take<PendingCellValues>(id);
   return result;
+}
+
+void ForgetEntry(const char* id) {
+  Session::Current()->Kept<MacroHandshakes>().Take<PendingCellValues>(id);
 }
 
 }  // namespace
@@ -186,11 +193,11 @@ ZAV_EXPORT XLOPER12* ZavrelGetCellValuesNumericPrivate2(const XLOPER12* range,
 }
 
 /// Writes the arrays that a macro entered under the id, in the form that it chose. The entry is
-/// used up, whether writing succeeds or fails, unless a cell is not calculated yet.
+/// used up, whether the call succeeds or fails, unless a cell is not calculated yet.
 ZAV_EXPORT XLOPER12* ZavrelGetCellValuesPrivate(const XLOPER12* range, const XLOPER12* class_code,
                                                 const char* id) {
   return FromCells(
-      "ZavrelGetCellValuesPrivate", range, class_code,
+      "ZavrelGetCellValuesPrivate", kCells.OnFailure([&] { ForgetEntry(id); }), range, class_code,
       [&](const ExcelData& data, CellClass cell_class) { return FillById(data, cell_class, id); });
 }
 

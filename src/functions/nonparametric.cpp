@@ -7,6 +7,8 @@
 //
 // Several functions over the same samples each show one number from the same ranks, so the ranks'
 // sums are kept until a cell changes.
+#include <fmt/format.h>
+
 #include <bit>
 #include <cmath>
 #include <string>
@@ -15,7 +17,6 @@
 
 #include "bindings/nonparametric_library.h"
 #include "data/data_argument.h"
-#include "diagnostics/log_line.h"
 #include "frame/session.h"
 #include "frame/worksheet_function.h"
 #include "functions/pairs_read.h"

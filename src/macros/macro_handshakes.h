@@ -77,7 +77,16 @@ class MacroHandshakes {
     const PendingArrays* entry = entries_.Find(id);
     return entry != nullptr ? std::get_if<Kind>(entry) : nullptr;
   }
-  void Remove(const std::string& id) { entries_.Remove(id); }
+  /// Removes that entry and returns it; a null id is empty.
+  template <class Kind>
+  std::optional<Kind> Take(const char* id) {
+    const std::string key = id == nullptr ? "" : id;
+    const Kind* entry = Find<Kind>(key);
+    if (entry == nullptr) return std::nullopt;
+    Kind taken = *entry;
+    entries_.Remove(key);
+    return taken;
+  }
 
   /// The arrays for the next call that reads cell values, arranged without an id.
   std::optional<PendingCellValues>& next_cell_values() { return next_cell_values_; }

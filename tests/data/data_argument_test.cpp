@@ -229,6 +229,35 @@ TEST_CASE("a data set is kept while its cells are the same, and replaced when on
   CHECK(SessionExcelDataCache()->size() == 1);
 }
 
+TEST_CASE("two sheets with equal addresses never evict each other") {
+  FakeExcel excel;
+  constexpr std::uint64_t kSheets[] = {FakeExcel::kCallingSheet, FakeExcel::kCallingSheet + 1};
+  for (const std::uint64_t sheet : kSheets)
+    excel.SetColumn(0, 0, {1.0, static_cast<double>(sheet)}, sheet);
+  // A host that does not convert references to the kind with a sheet tells names and their ids.
+  excel.On(xlSheetNm, [&](FakeExcel::Arguments, XLOPER12& result) {
+    excel.GiveText(excel.calling_sheet == kSheets[0] ? u"[Book]First" : u"[Book]Second", result);
+    return xlretSuccess;
+  });
+  excel.On(xlSheetId, [&](FakeExcel::Arguments arguments, XLOPER12& result) {
+    result.xltype = xltypeRef;
+    result.val.mref = {nullptr, kSheets[TextIn(*arguments[0]) == u"[Book]First" ? 0 : 1]};
+    return xlretSuccess;
+  });
+  const Reference local(Area(0, 1, 0, 0));
+  std::vector<std::shared_ptr<ExcelData>> kept;
+  for (const std::uint64_t sheet : kSheets)
+    kept.push_back(Data({Reference(sheet, {Area(0, 1, 0, 0)})}));
+  for (const int code : {xlretSuccess, xlretFailed}) {
+    excel.conversion_code = code;
+    for (const int turn : {0, 1, 0, 1}) {
+      excel.calling_sheet = kSheets[turn];
+      CHECK(Data({local}) == kept[static_cast<std::size_t>(turn)]);
+    }
+  }
+  CHECK(SessionExcelDataCache()->size() == 2);
+}
+
 TEST_CASE("random edits never show an old cell") {
   FakeExcel excel;
   std::mt19937 random(20261124);

@@ -3,53 +3,20 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
+#include <new>
 #include <string>
 #include <thread>
 
 #include "diagnostics/log.h"
 #include "diagnostics/log_line.h"
-#include "platform/temporary_folder.h"
 #include "platform/utf.h"
+#include "support/log_folder.h"
 
 namespace zavrel {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// An empty folder for logs; closes the session's log before it goes.
-class LogFolder {
- public:
-  explicit LogFolder(const char* marker = nullptr)
-      : path_(TemporaryFolder() / u"zavrel log test ä") {
-    fs::remove_all(path_);
-    fs::create_directories(path_);
-    if (marker != nullptr) std::ofstream(path_ / marker) << "";
-  }
-  ~LogFolder() {
-    CloseLog();
-    fs::remove_all(path_);
-  }
-  LogFolder(const LogFolder&) = delete;
-  LogFolder& operator=(const LogFolder&) = delete;
-
-  const fs::path& path() const { return path_; }
-  fs::path file() const { return path_ / "Session8.log"; }
-  std::string content() const {
-    std::ifstream file(this->file(), std::ios::binary);
-    std::ostringstream all;
-    all << file.rdbuf();
-    return all.str();
-  }
-  /// Without the line that holds the time.
-  std::string lines() const {
-    const std::string all = content();
-    return all.substr(all.find('\n') + 1);
-  }
-
- private:
-  fs::path path_;
-};
+using tests::LogFolder;
 
 TEST_CASE("the marker file switches the log on, under both of its names") {
   for (const char* marker : {"BrennicLoggingDetail.txt", "BrennicLoggingDetail.txt.txt"}) {
@@ -80,10 +47,17 @@ TEST_CASE("without the marker nothing is written, and the old log goes all the s
       composed = true;
       return std::string();
     });
-    CHECK_FALSE(trace.active());
+    trace.SetResult([&] {
+      composed = true;
+      return std::string();
+    });
   }
   log.Write("nothing\n");
   LogLine("nothing\n");
+  LogComposedLine([&] {
+    composed = true;
+    return std::string();
+  });
   CHECK_FALSE(composed);
   CHECK_FALSE(fs::exists(folder.file()));
 }
@@ -105,10 +79,16 @@ TEST_CASE("traces say exactly what they are meant to") {
   {
     const ScopedTrace outer("xlAutoOpen");
     ScopedTrace inner("UninitializeXlaInformation", [] { return fmt::format("appid={}", 5); });
-    CHECK(inner.active());
-    inner.SetResult("1");
+    inner.SetResult([] { return "1"; });
   }
   { const ScopedTrace detailed("Write", "a {} %s"); }
+  const auto fail = []() -> std::string { throw std::bad_alloc(); };
+  {
+    ScopedTrace failing("Fail", fail);
+    failing.SetResult(fail);
+    LogComposedLine(fail);
+  }
+  LogComposedLine([] { return std::string("a line"); });
   {
     const ScopedTrace closing("xlAutoClose");
     CloseLog();
@@ -120,6 +100,9 @@ TEST_CASE("traces say exactly what they are meant to") {
         "===== xlAutoOpen () exit =====\n"
         "===== Write (a {} %s) enter =====\n"
         "===== Write (a {} %s) exit =====\n"
+        "===== Fail enter =====\n"
+        "===== Fail () exit =====\n"
+        "a line\n"
         "===== xlAutoClose enter =====\n");
 }
 

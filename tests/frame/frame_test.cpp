@@ -10,6 +10,7 @@
 #include "frame/session.h"
 #include "frame/worksheet_function.h"
 #include "support/fake_excel.h"
+#include "support/log_folder.h"
 #include "support/quiet_services.h"
 
 namespace zavrel::tests {
@@ -70,6 +71,51 @@ TEST_CASE("what a body returns is what the caller gets") {
   CHECK(std::string(TextFunction("f", [] { return std::string("ab"); })) == "ab");
   CHECK(TextFunction("f", [] { return std::optional<std::string>(); }) == nullptr);
   CHECK(std::string(TextFunction("f", [] { return std::string(1000, 'x'); })).size() == 255);
+}
+
+TEST_CASE("the log shows the arguments and the result of each call") {
+  const WithSession session;
+  const LogFolder folder("BrennicLoggingDetail.txt");
+  OpenLog(folder.path(), "Session8");
+  const Argument number{Cell(2.5)}, text{Cell(u"a\nb")}, array(1, 2, {true, ErrorCell{xlerrNA}});
+  const Reference column(FakeExcel::kCallingSheet, {Area(0, 1, 2, 2)});
+  const auto nothing = [](const Parameters&) { return XXloper::Nil(); };
+  WorksheetFunction("Scalars", Reading("DsL"), {number, nullptr, text}, nothing);
+  WorksheetFunction("Data", Reading("V", MissingDataPolicy::kNumbersOnly),
+                    {column, array, nullptr, nullptr},
+                    [](const Parameters& read) -> CellResult { return read.data(0).size(); });
+  WorksheetFunction("Thrown", []() -> CellResult { throw 1; });
+  PlainFunction("Plain", 0.0, [] { return 0.1; });
+  TextFunction("Text", [] { return std::string("\1\2") + "3"; });
+  TextFunction("None", [] { return std::optional<std::string>(); });
+  MacroStatus("Status", std::int16_t{5}, []() -> std::int16_t { throw 1; });
+  MacroStatus<const char*>("Pointer", nullptr, [] { return "text"; });
+  MacroCall("Call", [] { throw 1; });
+  CHECK(folder.closed_lines() ==
+        R"(===== Scalars enter =====
+{ inParam=XLOPER of type 1: 2.5, acceptableTypes=0D4F, range=(-inf, inf), outParam=? }
+{ inParam=XLOPER of type 128, acceptableTypes=0DCF, range=(-inf, inf), outParam=? }
+{ inParam=XLOPER of type 2: "a b", acceptableTypes=0D4F, range=(-2147483649, 2147483648), outParam=? }
+===== Scalars () = XLOPER of type 16: #VALUE! exit =====
+===== Data enter =====
+{ inParam=XLOPER of type 8: [B]C1:C2, acceptableTypes=0DDF, range=(-inf, inf), outParam=? }
+{ inParam=XLOPER array (1 x 2) = {TRUE, #N/A}, acceptableTypes=0DDF, range=(-inf, inf), outParam=? }
+===== Data () = XLOPER of type 1: 4 exit =====
+===== Thrown enter =====
+===== Thrown () = XLOPER of type 16: #N/A exit =====
+===== Plain enter =====
+===== Plain () = 0.1 exit =====
+===== Text enter =====
+===== Text () = XLOPER of type 2: "  3" exit =====
+===== None enter =====
+===== None () = none exit =====
+===== Status enter =====
+===== Status () = 5 exit =====
+===== Pointer enter =====
+===== Pointer () exit =====
+===== Call enter =====
+===== Call () = 1 exit =====
+)");
 }
 
 TEST_CASE("a failure number finds what was thrown") {

@@ -72,9 +72,18 @@ TEST_CASE("an entry is used up by the call that names it, and by no other") {
   MacroHandshakes& handshakes = Session::Current()->Kept<MacroHandshakes>();
   const std::string id = handshakes.Enter(PendingCellValues{});
   const std::string bad = handshakes.Enter(PendingCellValues{{}, 8, 0});
-  CHECK(by_id(no_class, id.c_str()) == "#15");
   CHECK(by_id(sheet.every, id.c_str()) == "5");
   CHECK(by_id(sheet.every, id.c_str()) == "#15");
+  // A call that fails uses it up as well; one that waits for a cell does not.
+  const std::string failing = handshakes.Enter(PendingCellValues{});
+  sheet.excel.answer = [](const XLREF12&) { return xlretUncalced; };
+  CHECK(by_id(sheet.every, failing.c_str()) == "#23");
+  sheet.excel.answer = nullptr;
+  CHECK(by_id(no_class, failing.c_str()) == "#15");
+  CHECK(by_id(sheet.every, failing.c_str()) == "#15");
+  const std::string names = handshakes.Enter(PendingCategoryNames{});
+  CHECK(Shown(*ZavrelCategoryNamesPrivate(Reference(Area(2, 1, 0, 0)), names.c_str())) == "#23");
+  CHECK(handshakes.Find<PendingCategoryNames>(names) == nullptr);
   CHECK(by_id(sheet.every, bad.c_str()) == "#15");
   CHECK(handshakes.Find<PendingCellValues>(bad) == nullptr);
 

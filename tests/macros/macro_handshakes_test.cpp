@@ -73,9 +73,9 @@ TEST_CASE("entries are found by ids of their own, the latest of them") {
   CHECK(handshakes.Find<PendingCellValues>(first) == nullptr);
   for (const std::string& id : ids) {
     REQUIRE(handshakes.Find<PendingCellValues>(id) != nullptr);
-    handshakes.Remove(id);
+    CHECK(handshakes.Take<PendingCellValues>(id.c_str()).has_value());
     REQUIRE(handshakes.Find<PendingCellValues>(id) == nullptr);
-    handshakes.Remove(id);
+    CHECK_FALSE(handshakes.Take<PendingCellValues>(id.c_str()).has_value());
   }
 }
 

@@ -171,7 +171,7 @@ int FakeExcel::Convert(const XLOPER12& value, std::uint32_t type, XLOPER12& resu
   if (type != xltypeRef || value.xltype != xltypeSRef) return xlretFailed;
   auto areas = std::make_shared<XLMREF12>(XLMREF12{1, {value.val.sref.ref}});
   result.xltype = xltypeRef;
-  result.val.mref = {areas.get(), kCallingSheet};
+  result.val.mref = {areas.get(), calling_sheet};
   Give(result, areas);
   return xlretSuccess;
 }
@@ -192,7 +192,7 @@ int FakeExcel::ConvertToText(const XLOPER12& value, XLOPER12& result) {
 int FakeExcel::LookUp(const XLOPER12& reference, XLOPER12& result) {
   const bool local = reference.xltype == xltypeSRef;
   XLREF12 area = local ? reference.val.sref.ref : reference.val.mref.lpmref->reftbl[0];
-  const Sheet& sheet = sheets_[local ? kCallingSheet : reference.val.mref.idSheet];
+  const Sheet& sheet = sheets_[local ? calling_sheet : reference.val.mref.idSheet];
   ++lookups;
   if (const int code = answer ? answer(area) : 0; code != xlretSuccess) return code;
   const bool one_cell = area.rwFirst == area.rwLast && area.colFirst == area.colLast;

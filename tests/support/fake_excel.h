@@ -57,6 +57,7 @@ class FakeExcel {
   void SetColumn(std::int32_t row, std::int32_t column, const std::vector<Cell>& cells,
                  std::uint64_t sheet = kCallingSheet);
 
+  std::uint64_t calling_sheet = kCallingSheet;  // of the formula that calls
   bool clips_to_used_part = false;            // gives no rows and columns behind the last used ones
   std::function<int(const XLREF12&)> answer;  // a return code other than 0 ends a look-up
   int conversion_code = xlretSuccess;         // of what is asked for the calling sheet

@@ -18,6 +18,16 @@
 namespace zavrel {
 namespace {
 
+/// What VariantIdString returns in the place of an address: the worksheet functions refuse it.
+constexpr std::uint64_t kNoAddress = ~std::uint64_t{0};
+
+/// True for an argument that a macro has left out.
+bool IsOmitted(const VARIANT* argument) {
+  const VARIANT* const own = FollowReference(argument);
+  return argument == nullptr ||
+         (own != nullptr && own->vt == VT_ERROR && own->scode == DISP_E_PARAMNOTFOUND);
+}
+
 /// The text in a macro's VARIANT: a string, or a value that the system converts to one; empty for
 /// an empty or omitted VARIANT.
 std::u16string TextIn(const char* place, const VARIANT* designator) {
@@ -25,21 +35,22 @@ std::u16string TextIn(const char* place, const VARIANT* designator) {
   const auto value = CopyOf(designator);
   if (!value) throw VekExpectedString(place, messages::kMessageExpectedString);
   const VARIANT& held = value->get();
-  const bool omitted = held.vt == VT_ERROR && held.scode == DISP_E_PARAMNOTFOUND;
-  if (omitted || held.vt == VT_EMPTY || held.vt == VT_NULL) return {};
+  if (IsOmitted(&held) || held.vt == VT_EMPTY || held.vt == VT_NULL) return {};
   OwnedVariant text;
   if (FAILED(VariantChangeType(text.address(), Unconst(held), 0, VT_BSTR)))
     throw VekExpectedString(place, messages::kMessageExpectedString);
   return std::u16string(BstrView(text.get().bstrVal));
 }
 
-/// The arrangement for a macro's VARIANTs. `values` must last beyond the call; `indices` may be
-/// left out.
+/// The arrangement for a macro's VARIANTs, which must last beyond the call; `indices` may be left
+/// out.
 PendingCellValues Wanted(const char* place, CellElements elements, const VARIANT* values,
                          const VARIANT* indices = nullptr) {
-  const std::uint64_t address = LastingAddress(values);
-  if (address == 0) throw VekParameterError(place, messages::kMessageParameterError);
-  return {std::move(elements), address, LastingAddress(indices)};
+  const std::uint64_t values_at = LastingAddress(values);
+  const std::uint64_t indices_at = IsOmitted(indices) ? 0 : LastingAddress(indices);
+  if (values_at == 0 || (indices_at == 0 && !IsOmitted(indices)))
+    throw VekParameterError(place, messages::kMessageParameterError);
+  return {std::move(elements), values_at, indices_at};
 }
 
 /// Enters the arrays under a new id and hands the id over. Without an open session the id is empty,
@@ -65,13 +76,14 @@ std::u16string NameOfFirstCell(const VARIANT* range) {
 }  // namespace
 
 /// The address of the macro's VARIANT as a decimal text (ANSI) for the ...Private2 worksheet
-/// functions. "0", which they take as no VARIANT, if the VARIANT does not last beyond this call or
-/// the add-in is not open.
+/// functions. "-1", which they refuse with #VALUE!, if the VARIANT does not last beyond this call,
+/// such as the one that stands for `Dim v() As Variant`, or the add-in is not open.
 ZAV_EXPORT BSTR VariantIdString(const VARIANT* variant) {
   return MacroStatus<BSTR>("VariantIdString", nullptr, [&] {
     Session* session = Session::Current();
     const std::uint64_t address = session == nullptr ? 0 : LastingAddress(variant);
-    OwnedBstr text = OwnedBstr::Ansi(Utf16FromUtf8(TextOfAddress(address)));
+    const std::string digits = TextOfAddress(address != 0 ? address : kNoAddress);
+    OwnedBstr text = OwnedBstr::Ansi(Utf16FromUtf8(digits));
     if (address != 0) session->Kept<MacroHandshakes>().Issue(address);
     return text.Release();
   });

@@ -24,7 +24,8 @@ bool Refused(const ExcelResult& result) {
 
 /// Writes `values` into the range object in `range`, from its top left. `values` is a
 /// two-dimensional array of doubles or an array of any simple type; a one-dimensional array is one
-/// row. Returns 0, or the number of the failure, which ZavrelGetExceptionInfoVB explains; after a
+/// row. Results of other entry points that stand for an error or a blank are written as that.
+/// Returns 0, or the number of the failure, which ZavrelGetExceptionInfoVB explains; after a
 /// failure nothing has been written.
 ZAV_EXPORT std::uint32_t ZavrelWriteRangeVB(const VARIANT* range, SAFEARRAY** values) {
   return MacroCall(kPlace, [&] {

@@ -5,6 +5,13 @@
 #include "macros/windows/macro_memory.h"
 
 namespace zavrel {
+namespace {
+
+/// The features of arrays whose elements own something.
+constexpr USHORT kOwnsElements =
+    FADF_BSTR | FADF_UNKNOWN | FADF_DISPATCH | FADF_VARIANT | FADF_RECORD;
+
+}  // namespace
 
 SAFEARRAY* ArrayAt(SAFEARRAY** place) {
   if (!IsReadableMemory(place, sizeof *place)) return nullptr;
@@ -15,9 +22,11 @@ SAFEARRAY* ArrayAt(SAFEARRAY** place) {
 }
 
 bool HoldsDoubles(SAFEARRAY* array) {
+  if (array == nullptr || SafeArrayGetElemsize(array) != sizeof(double)) return false;
+  constexpr USHORT kTyped = FADF_HAVEVARTYPE | FADF_HAVEIID | kOwnsElements;
+  if ((array->fFeatures & kTyped) == 0) return true;
   VARTYPE type = VT_EMPTY;
-  return array != nullptr && SUCCEEDED(SafeArrayGetVartype(array, &type)) && type == VT_R8 &&
-         SafeArrayGetElemsize(array) == sizeof(double);
+  return SUCCEEDED(SafeArrayGetVartype(array, &type)) && type == VT_R8;
 }
 
 std::optional<std::size_t> ElementCount(SAFEARRAY* array) {
@@ -37,6 +46,14 @@ std::optional<std::size_t> ElementCount(SAFEARRAY* array) {
 bool HasItsElements(SAFEARRAY* array) {
   const std::optional<std::size_t> count = ElementCount(array);
   return count && (*count == 0 || IsReadableMemory(array->pvData, *count * sizeof(double)));
+}
+
+bool CanBeDestroyed(SAFEARRAY* array) {
+  if ((array->fFeatures & kOwnsElements) == 0 || array->pvData == nullptr) return true;
+  const std::optional<std::size_t> count = ElementCount(array);
+  constexpr std::size_t kMost = std::numeric_limits<std::ptrdiff_t>::max();
+  return count && array->cbElements > 0 && *count <= kMost / array->cbElements &&
+         IsReadableMemory(array->pvData, *count * array->cbElements);
 }
 
 }  // namespace zavrel

@@ -13,7 +13,7 @@ namespace zavrel {
 SAFEARRAY* ArrayAt(SAFEARRAY** place);
 
 /// True for an array of 8-byte doubles of any rank: only these are read and written as plain
-/// memory.
+/// memory. Elements of 8 bytes whose type the array does not note count as doubles.
 bool HoldsDoubles(SAFEARRAY* array);
 
 /// The number of elements according to the array's bounds; std::nullopt if memory cannot hold so
@@ -23,5 +23,8 @@ std::optional<std::size_t> ElementCount(SAFEARRAY* array);
 /// True when an array of doubles has readable memory for all elements of its bounds, or no
 /// elements.
 bool HasItsElements(SAFEARRAY* array);
+
+/// True when the system finds the elements that it releases with the array, if any.
+bool CanBeDestroyed(SAFEARRAY* array);
 
 }  // namespace zavrel

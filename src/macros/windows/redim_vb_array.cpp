@@ -76,12 +76,11 @@ struct Target {
   SAFEARRAY** array = nullptr;
 };
 
-/// Throws for an array that cannot be replaced by another. With `of_doubles` the array itself is
-/// checked too: the type in a VARIANT may say doubles although the array holds something else.
-void RequireReplaceable(SAFEARRAY** place, bool of_doubles) {
+/// Throws for an array that cannot be replaced by another.
+void RequireReplaceable(SAFEARRAY** place) {
   if (*place == nullptr) return;
   SAFEARRAY* const array = ArrayAt(place);
-  if (!IsPlaceFor(array) || (of_doubles && !HoldsDoubles(array))) ThrowUnfit();
+  if (!IsPlaceFor(array) || !CanBeDestroyed(array)) ThrowUnfit();
   if (!IsOurs(array)) ThrowService();
 }
 
@@ -97,9 +96,9 @@ Target TargetOf(const VARIANT* given) {
   // A variable of another type cannot hold an array of doubles.
   if ((variant->vt & VT_BYREF) != 0 && target.array == nullptr) ThrowUnfit();
   if (target.array != nullptr) {
-    RequireReplaceable(target.array, true);
+    RequireReplaceable(target.array);
   } else if ((variant->vt & VT_ARRAY) != 0) {
-    RequireReplaceable(&variant->parray, false);
+    RequireReplaceable(&variant->parray);
   }
   return target;
 }
@@ -121,9 +120,10 @@ void ReDimVbArray(const DoubleMatrix& matrix, SAFEARRAY** array, LONG lower_boun
     *array = NewArray(matrix, lower_bound).Release();
     return;
   }
-  RequireReplaceable(array, true);
-  const bool keeps = SafeArrayGetDim(old) == 2 && old->rgsabound[1].cElements == matrix.size() &&
-                     old->pvData != nullptr && HasItsElements(old);
+  RequireReplaceable(array);
+  const bool keeps = SafeArrayGetDim(old) == 2 && HoldsDoubles(old) &&
+                     old->rgsabound[1].cElements == matrix.size() && old->pvData != nullptr &&
+                     HasItsElements(old);
   if (!keeps) {
     OwnedArray fresh = NewArray(matrix, lower_bound);
     if (FAILED(SafeArrayDestroy(old))) ThrowService();
@@ -132,7 +132,6 @@ void ReDimVbArray(const DoubleMatrix& matrix, SAFEARRAY** array, LONG lower_boun
   }
   SAFEARRAYBOUND last{CountOf(matrix[0].size()), lower_bound};
   if (FAILED(SafeArrayRedim(old, &last))) ThrowService();
-  old->rgsabound[1].lLbound = lower_bound;
   Fill(matrix, old);
 }
 

@@ -8,17 +8,17 @@
 
 namespace zavrel {
 
-/// The lower bound of every array that a macro gets.
+/// The lower bound of every new array that a macro gets.
 inline constexpr LONG kLowerBound = 1;
 
 /// Writes the matrix into the caller's array, column by column, as the macro language stores it. An
-/// array with two dimensions and the same number of rows is kept and gets the matrix's number of
-/// columns; any other array of doubles is replaced by a new one. A matrix without elements changes
-/// nothing.
+/// array of doubles with two dimensions and the same number of rows is kept: it gets the matrix's
+/// number of columns and, for these, the lower bound; the rows keep theirs. Any other array is
+/// replaced by a new one, whatever its elements. A matrix without elements changes nothing.
 ///
 /// Throws VekArraySizeError when a service of the system fails (the array is locked, cannot be
 /// resized or was not allocated by the system, or there is no memory) and VekInvalidDataType for an
-/// array of another type; then the caller's array is as it was.
+/// array that cannot be read; then the caller's array is as it was.
 void ReDimVbArray(const DoubleMatrix& matrix, SAFEARRAY** array, LONG lower_bound);
 
 /// The same for a macro's VARIANT: writes into the array of doubles that it holds or refers to, or

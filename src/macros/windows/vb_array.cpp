@@ -1,9 +1,11 @@
 #include "macros/windows/vb_array.h"
 
+#include <cmath>
 #include <cstring>
 
 #include "contracts/message_ids.h"
 #include "diagnostics/vek_exception.h"
+#include "excel/double_value.h"
 #include "macros/windows/double_array.h"
 #include "macros/windows/macro_memory.h"
 
@@ -90,7 +92,12 @@ XXloper BlockOfNumbers(const DoubleMatrix& matrix) {
                      static_cast<std::int32_t>(matrix[0].size()));
   std::size_t index = 0;
   for (const std::vector<double>& row : matrix) {
-    for (const double number : row) block.SetNumber(index++, number);
+    for (const double number : row) {
+      if (std::isfinite(number))
+        block.SetNumber(index++, number);
+      else
+        block.Set(index++, ToExcelValue(number).record());
+    }
   }
   return std::move(block).Finish();
 }
@@ -124,7 +131,7 @@ XXloper ExcelValueOf(const VARIANT& variant) {
       FAILED(VariantChangeType(number.address(), Unconst(value), 0, VT_R8))) {
     return XXloper::Error(ExcelError::kValue);
   }
-  return XXloper::Number(number.get().dblVal);
+  return ToExcelValue(number.get().dblVal);
 }
 
 DoubleMatrix MatrixFromVbArray(SAFEARRAY* array) {
@@ -157,7 +164,10 @@ XXloper CellBlockFromVbArray(SAFEARRAY* array) {
   }
   const Extent extent = BlockExtent(array);
   VARTYPE type = VT_EMPTY;
-  if (FAILED(SafeArrayGetVartype(array, &type))) type = VT_EMPTY;
+  if (HoldsDoubles(array))
+    type = VT_R8;
+  else if (FAILED(SafeArrayGetVartype(array, &type)))
+    type = VT_EMPTY;
   const std::size_t size = SimpleElementSize(type);
   if (size == 0 || SafeArrayGetElemsize(array) != size) {
     throw VekInvalidDataType("CellBlockFromVbArray", messages::kMessageInvalidDataType);

@@ -12,9 +12,10 @@ namespace zavrel {
 /// The automation status of an Excel error is this base plus Excel's code.
 inline constexpr std::uint32_t kExcelErrorStatus = 0x800A07D0u;
 
-/// The Excel value for a VARIANT. Numbers of every kind, dates and currency become numbers, an
-/// automation error its Excel error, and empty, null and omitted an empty value. Anything that
-/// Excel has no value for becomes #VALUE!.
+/// The Excel value for a VARIANT. Numbers of every kind, dates and currency become numbers (a
+/// double that stands for an error or a blank becomes that), an automation error its Excel error,
+/// and empty, null and omitted an empty value. Anything that Excel has no value for becomes
+/// #VALUE!.
 XXloper ExcelValueOf(const VARIANT& variant);
 
 /// The matrix in a two-dimensional array of doubles (the first index is the row; stored column by
@@ -29,7 +30,7 @@ DoubleMatrix MatrixFromVbArray(SAFEARRAY* array);
 
 /// The block of cell values in an array: a matrix of doubles is read by MatrixFromVbArray, an array
 /// of any other simple type element by element. A one-dimensional array is one row, as Excel writes
-/// it.
+/// it. Doubles that stand for an error or a blank (numbers/error_double.h) become that.
 XXloper CellBlockFromVbArray(SAFEARRAY* array);
 
 }  // namespace zavrel

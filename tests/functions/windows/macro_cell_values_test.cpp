@@ -142,7 +142,7 @@ TEST_CASE("addresses are issued for VARIANTs that last, by a session that is ope
   for (const VARIANT* none :
        {&to_nothing, &astray, static_cast<const VARIANT*>(&to_number),
         static_cast<const VARIANT*>(nullptr), reinterpret_cast<const VARIANT*>(1)})
-    CHECK(IdOf(none) == "0");
+    CHECK(IdOf(none) == "-1");
 
   // The latest 1,024 of them.
   macro.HoldText();
@@ -161,7 +161,7 @@ TEST_CASE("addresses are issued for VARIANTs that last, by a session that is ope
   const std::string entered = Taken(std::exchange(id, nullptr));
   CHECK(ZavrelGetCellValuesSetArrayVB(macro.values, nullptr) == 0);
   Session::Close();
-  CHECK(IdOf(macro.values) == "0");
+  CHECK(IdOf(macro.values) == "-1");
   CHECK(ZavrelGetCellValuesSetArrayPrivateVB(macro.values, nullptr, &id) == 0);
   CHECK((id != nullptr && Taken(id).empty()));
   Session::Open(ThisAddIn(), QuietServices());
@@ -214,15 +214,20 @@ TEST_CASE("entry points without what they need fail by number and arrange nothin
   MacroVariant array;
   array.variant.parray = SafeArrayCreateVector(VT_R8, 0, 2);
   array.variant.vt = VT_ARRAY | VT_R8;
-  VARIANT nowhere{};
+  VARIANT nowhere{}, variables{};
   nowhere.vt = VT_BYREF | VT_BSTR;
+  variables.vt = VT_BYREF | VT_ARRAY | VT_VARIANT;  // `Dim v() As Variant`
+  variables.pparray = &array.variant.parray;
   BSTR id = SysAllocString(L"as before");
   const struct {
     std::uint32_t number;
     const char16_t* failure = u"VekParameterError";
   } cases[] = {
       {ZavrelGetCellValuesSetArrayVB(nullptr, nullptr)},
+      {ZavrelGetCellValuesSetArrayVB(&variables, nullptr)},
+      {ZavrelGetCellValuesSetArrayVB(macro.values, &variables)},
       {ZavrelGetCellValuesSetArrayPrivateVB(nullptr, nullptr, &id)},
+      {ZavrelGetCellValuesSetArrayPrivateVB(macro.values, &variables, &id)},
       {ZavrelGetCellValuesSetArrayPrivateVB(macro.values, nullptr, nullptr)},
       {ZavrelGetCellValuesCategorySetArrayPrivateVB(nullptr, nullptr, &id)},
       {ZavrelGetCellValuesCategorySetArrayPrivateVB(macro.values, array, &id),
@@ -240,6 +245,9 @@ TEST_CASE("entry points without what they need fail by number and arrange nothin
   }
   CHECK(std::wstring(id) == L"as before");
   CHECK(macro.FillNext() == "#23");
+  // Not a count, as without an address: the address is refused.
+  CHECK(macro.Fill(IdOf(&variables)) == "#15");
+  CHECK(macro.Fill(IdOf(macro.values), IdOf(&variables)) == "#15");
 
   for (const VARIANT* no_range :
        {static_cast<const VARIANT*>(nullptr), static_cast<const VARIANT*>(array),

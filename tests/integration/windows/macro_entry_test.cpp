@@ -64,8 +64,9 @@ TEST_CASE("the log is written when its marker file is there, and an old one goes
        {"Exe fileName=", "DLL fileName=", "DLL fileVersion=8.0.0.",
         "Windows=", "xlAutoOpen, Excel version=", "Memory stats:load=",
         "===== InitializeXlaInformationPrivate (", ") enter =====", "===== ZavrelMean enter =====",
+        "{ inParam=XLOPER of type 1: 3, acceptableTypes=0DDF, range=(-inf, inf), outParam=? }",
         "{ numTotalData=3, numUsedData=3, numErrs=0, numFiltered=0, min=1, ",
-        "===== xlAutoClose enter =====",
+        "===== ZavrelMean () = XLOPER of type 1: 2 exit =====", "===== xlAutoClose enter =====",
         "xlAutoClose: About to close log file with logFile.reset ()."}) {
     const std::size_t found = log.find(line, at);
     CHECK_MESSAGE(found != std::string::npos, line << " is missing or out of order in\n" << log);

@@ -1,5 +1,6 @@
 // Matrices of a macro's through the entry points of the add-in as it ships.
 #include <cmath>
+#include <utility>
 
 #include "diagnostics/vek_exception.h"
 #include "excel/xloper12.h"
@@ -34,12 +35,12 @@ struct Matrices {
   double (*const determinant)(SAFEARRAY**) = EntryPoint<double(SAFEARRAY**)>("MatrixDeterminantVB");
 };
 
-/// The rows of a result, whose lower bounds must be 1.
-DoubleMatrix RowsOf(SAFEARRAY* array) {
+/// The rows of a result, whose lower bounds must be 1, or this for the rows.
+DoubleMatrix RowsOf(SAFEARRAY* array, LONG first_row = 1) {
   REQUIRE(array != nullptr);
   REQUIRE(SafeArrayGetDim(array) == 2);
   CHECK(array->cLocks == 0);
-  CHECK((array->rgsabound[0].lLbound == 1 && array->rgsabound[1].lLbound == 1));
+  CHECK((array->rgsabound[0].lLbound == 1 && array->rgsabound[1].lLbound == first_row));
   const std::size_t count = array->rgsabound[1].cElements;
   DoubleMatrix rows(count, std::vector<double>(array->rgsabound[0].cElements));
   const auto* next = static_cast<const double*>(array->pvData);
@@ -69,6 +70,17 @@ DoubleMatrix RowsIn(const MacroVariant& result) {
   return RowsOf(result.variant.parray);
 }
 DoubleMatrix RowsIn(VARIANT result) { return RowsIn(MacroVariant(result)); }
+
+/// An array of doubles that does not note their type.
+MacroArray Untyped(const DoubleMatrix& rows) {
+  MacroArray typed(rows), untyped;
+  REQUIRE(SUCCEEDED(SafeArrayAllocDescriptor(2, &untyped.array)));
+  untyped.array->cbElements = sizeof(double);
+  std::copy_n(typed.array->rgsabound, 2, untyped.array->rgsabound);
+  REQUIRE(SUCCEEDED(SafeArrayAllocData(untyped.array)));
+  std::copy_n(typed.elements<double>(), rows.size() * rows[0].size(), untyped.elements<double>());
+  return untyped;
+}
 
 /// A typed array variable passed for a ByRef Variant.
 VARIANT ReferenceTo(MacroArray& array, VARTYPE type = VT_R8) {
@@ -215,8 +227,8 @@ TEST_CASE("covariance and correlation matrices of a macro's data") {
 TEST_CASE("a macro's matrix algebra") {
   const Matrices of;
   const DoubleMatrix plain{{4, 7}, {2, 6}};
-  MacroArray a(plain), b(DoubleMatrix{{1, 2, 3}, {4, 5, 6}}), single(DoubleMatrix{{5}}),
-      empty(VT_R8, {0, 0});
+  MacroArray a = Untyped(plain), b(DoubleMatrix{{1, 2, 3}, {4, 5, 6}}), single(DoubleMatrix{{5}}),
+             empty(VT_R8, {0, 0});
   CHECK(RowsIn(of.add(a, b)) == DoubleMatrix{{5, 9}, {6, 11}});
   CHECK(RowsIn(of.multiply(a, b)) == DoubleMatrix{{32, 43, 54}, {26, 34, 42}});
   CheckNear(RowsIn(of.inverse(a)), {{0.6, -0.7}, {-0.2, 0.4}});
@@ -314,22 +326,28 @@ TEST_CASE("results go into the arrays of a macro that can take them, and nowhere
   const Matrices of;
   MacroArray data(DoubleMatrix{{1, 2, 3}, {4, 5, 6}}), matrix(DoubleMatrix{{2, 1}, {1, 2}});
 
-  // As many rows: the array stays and gets the columns. Otherwise it is replaced.
-  MacroArray fits(VT_R8, {2, 7}), other(VT_R8, {3, 2}), flat{1, 2}, unallocated;
+  // As many rows: the array stays, with the lower bound of its rows, and gets the columns.
+  // Otherwise it is replaced, whatever it holds.
+  MacroArray fits(VT_R8, {2, 7}), untyped = Untyped({{1, 2, 3}, {4, 5, 6}}), other(VT_R8, {3, 2}),
+                                  flat{1, 2}, unallocated, whole(VT_I4, {2, 2}),
+                                  dates(VT_DATE, {2, 2}), texts(VT_BSTR, {2, 2});
+  texts.elements<BSTR>()[0] = SysAllocString(L"goes");
   const SAFEARRAY* const kept = fits.array;
-  for (MacroArray* array : {&fits, &other, &flat, &unallocated}) {
+  const SAFEARRAY* const kept_too = untyped.array;
+  for (MacroArray* array : {&fits, &untyped, &other, &flat, &unallocated, &whole, &dates, &texts}) {
     VARIANT reference = ReferenceTo(*array);
+    const LONG first_row = array == &fits || array == &untyped ? 0 : 1;
     CHECK(of.scores(data, &reference) == 0);
     CHECK(reference.vt == (VT_BYREF | VT_ARRAY | VT_R8));
-    const DoubleMatrix rows = RowsOf(array->array);
+    const DoubleMatrix rows = RowsOf(array->array, first_row);
     CHECK((rows.size() == 2 && rows[0].size() == 2));
     VARIANT followed{};
     followed.vt = VT_BYREF | VT_VARIANT;
     followed.pvarVal = &reference;
     CHECK(of.scores(matrix, &followed) == 0);
-    CHECK(std::abs(RowsOf(array->array)[0][0]) == doctest::Approx(3 * std::sqrt(0.5)));
+    CHECK(std::abs(RowsOf(array->array, first_row)[0][0]) == doctest::Approx(3 * std::sqrt(0.5)));
   }
-  CHECK(fits.array == kept);
+  CHECK((fits.array == kept && untyped.array == kept_too));
   MacroArray vector;
   VARIANT values = ReferenceTo(vector);
   CHECK(of.eigendata(matrix, &values, nullptr) == 0);
@@ -349,22 +367,23 @@ TEST_CASE("results go into the arrays of a macro that can take them, and nowhere
   null_variant.vt = VT_BYREF | VT_VARIANT;
   nowhere.vt = VT_BYREF | VT_ARRAY | VT_R8;
   nowhere.pparray = reinterpret_cast<SAFEARRAY**>(std::uintptr_t{16});
-  MacroArray whole(VT_I4, {2, 2}), posing(VT_I4, {2, 2}), locked(VT_R8, {2, 2});
-  MacroArray variants(VT_VARIANT, {2, 2});
-  VARIANT to_whole = ReferenceTo(whole, VT_I4), to_posing = ReferenceTo(posing);
-  VARIANT to_variants = ReferenceTo(variants, VT_VARIANT), holds_posing{}, astray{};
-  holds_posing.vt = VT_ARRAY | VT_R8;
-  holds_posing.parray = posing.array;
+  // Variables of another type, whose code would misread doubles.
+  MacroArray integers(VT_I4, {2, 2}), variants(VT_VARIANT, {2, 2}), locked(VT_R8, {2, 2});
+  VARIANT to_integers = ReferenceTo(integers, VT_I4),
+          to_variants = ReferenceTo(variants, VT_VARIANT), astray{};
   astray.vt = VT_ARRAY | VT_R8;
   astray.parray = reinterpret_cast<SAFEARRAY*>(std::uintptr_t{16});
+  // Texts that the system would look for where nothing is.
+  MacroArray lost(VT_BSTR, {2, 2});
+  void* const texts_at = std::exchange(lost.array->pvData, reinterpret_cast<void*>(16));
+  VARIANT to_lost = ReferenceTo(lost);
   const ReadOnlyPage read_only;
   SafeArrayLock(locked.array);
   VARIANT to_locked = ReferenceTo(locked), holds_locked{};
   holds_locked.vt = VT_ARRAY | VT_R8;
   holds_locked.parray = locked.array;
-  for (VARIANT* bad :
-       {&reference, &nowhere, &null_place, &null_variant, &to_whole, &to_posing, &holds_posing,
-        &to_variants, &astray, read_only.as<VARIANT>(), &to_locked, &holds_locked}) {
+  for (VARIANT* bad : {&reference, &nowhere, &null_place, &null_variant, &to_integers, &to_variants,
+                       &astray, &to_lost, read_only.as<VARIANT>(), &to_locked, &holds_locked}) {
     CAPTURE(bad->vt);
     const VARTYPE before = bad->vt;
     const char* const why = bad == &to_locked || bad == &holds_locked
@@ -381,13 +400,14 @@ TEST_CASE("results go into the arrays of a macro that can take them, and nowhere
   CHECK(vectors.variant.vt == VT_EMPTY);
   CHECK(locked.array->cLocks == 1);
   SafeArrayUnlock(locked.array);
+  lost.array->pvData = texts_at;
   CHECK(number == 0.5);
 
   // A matrix without elements leaves everything as it is.
   MacroArray empty(VT_R8, {3, 0});
   VARIANT untouched = ReferenceTo(fits);
   CHECK(of.scores(empty, &untouched) == 0);
-  CHECK(RowsOf(fits.array).size() == 2);
+  CHECK(RowsOf(fits.array, 0).size() == 2);
 }
 
 }  // namespace zavrel::tests

@@ -1,5 +1,9 @@
 // A macro has the add-in write a block of values into a range.
+#include <cmath>
+
+#include "excel/xloper12.h"
 #include "integration/entry_point.h"
+#include "numbers/error_double.h"
 #include "support/fake_range.h"
 #include "support/macro_array.h"
 
@@ -41,6 +45,21 @@ TEST_CASE("numbers and values of every kind are written into the cells of a rang
   CHECK(Write(below.variant, &mixed.array) == 0);
   // What the block does not reach is filled as the host fills it.
   CHECK(Shown(*engine, "+Data!A5:C6") == "text,-7,#N/A;TRUE,#DIV/0!,#N/A;");
+  // Results of other entry points that stand for an error or a blank.
+  const double coded[] = {ConditionDouble(kConditionNoData), ConditionDouble(kConditionTooFew),
+                          ConditionDouble(kConditionBlank),  HUGE_VAL,
+                          ErrorCodedNaN(xlerrRef),           2.5};
+  FakeRange one(10, 1, 1, 6), another(11, 1, 1, 6), third(12, 1, 1, 6);
+  MacroArray matrix(VT_R8, {1, 6}), series(VT_R8, {6}), variants(VT_VARIANT, {1, 6});
+  for (int i = 0; i < 6; ++i) {
+    matrix.elements<double>()[i] = series.elements<double>()[i] = coded[i];
+    variants.elements<VARIANT>()[i].vt = VT_R8;
+    variants.elements<VARIANT>()[i].dblVal = coded[i];
+  }
+  CHECK((Write(one.variant, matrix) == 0 && Write(another.variant, series) == 0));
+  CHECK(Write(third.variant, variants) == 0);
+  const std::string shown = "#N/A,#DIV/0!,0,#NUM!,#REF!,2.5;";
+  CHECK(Shown(*engine, "+Data!A10:F12") == shown + shown + shown);
   MacroArray row(VT_I4, {3});
   for (int i = 0; i < 3; ++i) row.elements<LONG>()[i] = i + 1;
   FakeRange one_row(8, 1, 1, 3);
