@@ -30,6 +30,7 @@ TEST_CASE("nothing is allocated per cell or per pair") {
   const Reference y(Area(0, kRows - 1, 1, 1));
   const Reference groups(Area(0, kRows - 1, 2, 2));
   const Reference codes(Area(0, kRows - 1, 3, 3));
+  const Reference whole(WholeColumns(1, 1));
   const Argument two(Cell(2.0));
   const Argument name{Cell(names[1])};
   const auto count = [](auto call) {
@@ -41,6 +42,7 @@ TEST_CASE("nothing is allocated per cell or per pair") {
     CHECK(count([&] { return ZavrelPairMedian(x, y, nullptr); }) < most);
     CHECK(count([&] { return ZavrelPairMeanQuotient(x, y); }) < most);
     CHECK(count([&] { return ZavrelPower(y, two); }) < most);
+    CHECK(count([&] { return ZavrelPower(whole, two); }) < most + 100);
     CHECK(count([&] { return ZavrelDummy(groups, name); }) < most);
     CHECK(count([&] { return ZavrelDummy(codes, two); }) < most);
     CHECK(count([&] { return ZavrelCountCategories(groups); }) < most);

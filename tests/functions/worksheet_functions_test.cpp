@@ -35,6 +35,7 @@ ZAV_EXPORT std::int16_t ZavrelStandardizeVB(double, double, double, double*);
 ZAV_EXPORT XLOPER12* ZavrelLn(const XLOPER12*);
 ZAV_EXPORT XLOPER12* ZavrelPower(const XLOPER12*, const XLOPER12*);
 ZAV_EXPORT XLOPER12* ZavrelDummy(const XLOPER12*, const XLOPER12*);
+ZAV_EXPORT XLOPER12* ZavrelCountCategories(const XLOPER12*);
 ZAV_EXPORT XLOPER12* ZavrelInteraction(const XLOPER12*, const XLOPER12*, const XLOPER12*,
                                        const XLOPER12*, const XLOPER12*, const XLOPER12*,
                                        const XLOPER12*, const XLOPER12*, const XLOPER12*,
@@ -113,6 +114,9 @@ TEST_CASE("cells that are not calculated yet end a call, and the next one finds 
   add_in.excel.answer = nullptr;
   add_in.excel.text_code = xlretUncalced;
   CHECK(Shown(*ZavrelDummy(data, text)) == "#23");
+  CHECK(Shown(*ZavrelCountCategories(data)) == "#23");
+  add_in.excel.text_code = xlretSuccess;
+  CHECK(Shown(*ZavrelCountCategories(data)) == "2");
   add_in.excel.caller_code = xlretUncalced;
   CHECK(Shown(*ZavrelGetCellValues(range, one)) == "#23");
 }
@@ -168,6 +172,8 @@ TEST_CASE("a category is what the host makes of a number, which it is asked once
   for (int row = 0; row < 3000; ++row) sum += column.val.array.lparray[row].val.num;
   CHECK(sum == 1000);
   CHECK(column.val.array.lparray[2].val.num == 1);
+  CHECK(Number(*ZavrelCountCategories(Argument(3000, 1, cells))) == 3);
+  CHECK(add_in.excel.conversions == 6);
 }
 
 TEST_CASE("a macro gets the standardized value and a status") {

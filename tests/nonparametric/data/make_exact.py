@@ -41,8 +41,8 @@ def put(kind, sizes, counts, least, greatest, steps):
         below += counts[value]
 
 
-for n1, n2 in [(3, 4), (20, 30), (50, 50), (1, 2500), (3, 833), (25, 100)]:
+for n1, n2 in [(1, 1), (1, 6), (3, 2), (4, 4), (5, 4), (4, 7), (3, 4), (20, 30), (50, 50), (1, 2500), (3, 833), (25, 100)]:
     least = n1 * (n1 + 1) // 2
     put("u", (n1, n2), counts_of_subsets(n1 + n2, n1), least, least + n1 * n2, 24)
-for n, steps in [(12, 20), (200, 40), (500, 8), (1000, 8)]:
+for n, steps in [(1, 9), (2, 9), (5, 20), (11, 70), (12, 20), (200, 40), (500, 8), (1000, 8)]:
     put("v", (n,), counts_of_subsets(n, None), 0, n * (n + 1) // 2, steps)
