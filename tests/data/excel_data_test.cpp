@@ -2,7 +2,6 @@
 
 #include <doctest/doctest.h>
 
-#include <algorithm>
 #include <memory>
 #include <vector>
 

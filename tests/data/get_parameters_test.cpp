@@ -2,7 +2,6 @@
 
 #include <doctest/doctest.h>
 
-#include <utility>
 #include <vector>
 
 #include "numbers/error_double.h"

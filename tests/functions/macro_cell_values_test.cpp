@@ -60,30 +60,6 @@ TEST_CASE("arguments that cannot be read come before the addresses") {
   CHECK(Shown(*ZavrelGetCellValuesPrivate(sheet.range, sheet.every, "id")) == "#23");
 }
 
-TEST_CASE("an entry is used up by the call that names it, and by no other") {
-  FiveCells sheet;
-  const Argument no_class(Cell(9.0));
-  const auto by_id = [&](const XLOPER12* code, const char* id) {
-    return Shown(*ZavrelGetCellValuesPrivate(sheet.range, code, id));
-  };
-  for (const char* unknown : {"", "12", "Time=1", static_cast<const char*>(nullptr)})
-    CHECK(by_id(sheet.every, unknown) == "#15");
-
-  MacroHandshakes& handshakes = Session::Current()->Kept<MacroHandshakes>();
-  const std::string id = handshakes.Enter(PendingCellValues{});
-  const std::string bad = handshakes.Enter(PendingCellValues{{}, 8, 0});
-  CHECK(by_id(no_class, id.c_str()) == "#15");
-  CHECK(by_id(sheet.every, id.c_str()) == "5");
-  CHECK(by_id(sheet.every, id.c_str()) == "#15");
-  CHECK(by_id(sheet.every, bad.c_str()) == "#15");
-  CHECK(handshakes.Find<PendingCellValues>(bad) == nullptr);
-
-  // Without an id: the next call, from wherever it comes.
-  handshakes.next_cell_values() = PendingCellValues{};
-  CHECK(Shown(*ZavrelGetCellValues(sheet.range, sheet.every)) == "5");
-  CHECK(Shown(*ZavrelGetCellValues(sheet.range, sheet.every)) == "#23");
-}
-
 TEST_CASE("what is arranged for the next call is gone when that fails, and stays while it waits") {
   FiveCells sheet;
   MacroHandshakes& handshakes = Session::Current()->Kept<MacroHandshakes>();
@@ -102,22 +78,16 @@ TEST_CASE("what is arranged for the next call is gone when that fails, and stays
   CHECK(Shown(*ZavrelCategoryNames(nowhere)) == "#23");
   CHECK(handshakes.next_category_names() == 0);
 
+  const std::string bad = handshakes.Enter(PendingCellValues{{}, 8, 0});
+  CHECK(Shown(*ZavrelGetCellValuesPrivate(sheet.range, sheet.every, bad.c_str())) == "#15");
+  CHECK(handshakes.Find<PendingCellValues>(bad) == nullptr);
+
   handshakes.next_cell_values() = PendingCellValues{};
   sheet.excel.answer = [](const XLREF12&) { return xlretUncalced; };
   CHECK(Shown(*ZavrelGetCellValues(sheet.range, sheet.every)) == "#23");
   CHECK(handshakes.next_cell_values().has_value());
   sheet.excel.answer = nullptr;
   CHECK(Shown(*ZavrelGetCellValues(sheet.range, sheet.every)) == "5");
-}
-
-TEST_CASE("a name that is no category ends a macro's call in an error") {
-  FiveCells sheet;
-  MacroHandshakes& handshakes = Session::Current()->Kept<MacroHandshakes>();
-  const Argument unknown(Cell(u"nobody"));
-  const std::string id = handshakes.Enter(PendingCategoryIndices{});
-  CHECK(Shown(*ZavrelCategoryIndicesPrivate(sheet.range, unknown, id.c_str())) == "#42");
-  CHECK(handshakes.Find<PendingCategoryIndices>(id) == nullptr);
-  CHECK(Shown(*ZavrelCategoryIndicesPrivate2(sheet.range, unknown, nullptr)) == "#42");
 }
 
 }  // namespace zavrel::tests

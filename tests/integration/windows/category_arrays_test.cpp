@@ -75,9 +75,13 @@ TEST_CASE("category names and positions by the id of an entry, which is used up"
   const std::string of_indices = Entered("ZavrelCategoryIndicesSetArrayPrivateVB", array);
   CHECK(of_indices != id);
   CHECK(ShownWith(*engine, kNamesById, of_indices) == "#VALUE!");
+  CHECK(ShownWith(*engine, kIndicesById, of_indices.substr(1)) == "#VALUE!");
   CHECK(ShownWith(*engine, kIndicesById, of_indices) == "2");
   CHECK(Held(array.variant) == "integers 2;4;");
   CHECK(ShownWith(*engine, kIndicesById, of_indices) == "#VALUE!");
+  const std::string of_none = Entered("ZavrelCategoryIndicesSetArrayPrivateVB", array);
+  for (const char* shown : {"#N/A", "#VALUE!"})
+    CHECK(ShownWith(*engine, "ZavCategoryIndicesPrivate(A1:A6,\"no such\",$)", of_none) == shown);
   // An entry of an earlier session.
   const std::string old = Entered("ZavrelCategoryNamesSetArrayPrivateVB", array);
   CloseClean(*engine);

@@ -36,58 +36,50 @@ TEST_CASE("run shows every formula and writes a workbook that reads back the sam
   CHECK(Contains(lines.output, "Summary,B8,=ZavMean(Ozone),42.1293103448"));
 }
 
-TEST_CASE("eval computes a formula, over a file of values too") {
-  CHECK(ZavHost(L"eval =ZavMean(1,2,3)").output == "2\r\n");
-  const std::filesystem::path data = ScratchFolder() / "data.csv";
-  std::ofstream(data) << "price,in stock\n1.5,TRUE\n,FALSE\n2.5,TRUE\n";
-  CHECK(ZavHost(L"eval ZavMean(price) --data \"" + data.wstring() + L"\"").output == "2\r\n");
-  // Headings that are no names as they stand, one that is a number, and one that comes twice.
-  std::ofstream(data) << "x,2024 sales,2025,x,c\n1,2,3,4,5\n3,4,5,6,7\n";
-  const Outcome named =
-      ZavHost(L"eval ZavSum(x,_2024_sales,_2025,_c) --data \"" + data.wstring() + L"\"");
-  CHECK(named.output == "30\r\n");
-  CHECK(Contains(named.errors, "\"2024 sales\" is called _2024_sales"));
-  CHECK(Contains(named.errors, "column 4 gets no name"));
-  CHECK(ZavHost(L"eval =Zav( ").exit_code == 1);
-  CHECK(ZavHost(L"eval =NoSuch(1)").output == "#NAME?\r\n");
-}
-
-TEST_CASE("functions lists what the wizard would, in the language asked for") {
-  const Outcome english = ZavHost(L"functions");
-  const Outcome german = ZavHost(L"functions --language de");
-  CHECK(english.exit_code == 0);
-  CHECK(Contains(english.output, "ZavCorrelationMatrix("));
-  CHECK(!Contains(english.output, "ZavMeanI("));
-  CHECK(Contains(ZavHost(L"functions --hidden").output, "ZavMeanI("));
-  CHECK(german.output != english.output);
-  CHECK(Contains(ZavHost(L"functions zavmean").output, "ZavMean("));
-  CHECK(ZavHost(L"functions ZavNoSuch").exit_code == 1);
-}
-
-TEST_CASE("a mistake gets one clear line") {
-  CHECK(ZavHost(L"").exit_code == 64);
-  CHECK(ZavHost(L"run").exit_code == 64);
-  const Outcome missing = ZavHost(L"run no-such-file.xlsx");
-  CHECK(missing.exit_code == 1);
-  CHECK(Contains(missing.errors, "no-such-file.xlsx"));
-  const Outcome no_add_in = ZavHost(L"eval =1 --add-in no-such.xll");
-  CHECK(no_add_in.exit_code == 1);
-  CHECK(Contains(no_add_in.errors, "no-such.xll"));
-  CHECK(ZavHost(L"--help").exit_code == 0);
-  CHECK(ZavHost(L"run book.xlsx -o \"\"").exit_code == 64);
-  CHECK(ZavHost(L"run book.xlsx --max-formulas -1").exit_code == 64);
-}
-
-TEST_CASE("a formula that could not be computed is marked as such in every form") {
-  const std::filesystem::path folder = ScratchFolder() / "marked";
+TEST_CASE("each command shows what it is asked for, and a mistake gets one clear line") {
+  const std::filesystem::path folder = ScratchFolder() / "commands";
   std::filesystem::create_directories(folder);
+  std::ofstream(folder / "data.csv") << "price,in stock\n1.5,TRUE\n,FALSE\n2.5,TRUE\n";
+  // Headings that are no names as they stand, one that is a number, and one that comes twice.
+  std::ofstream(folder / "names.csv") << "x,2024 sales,2025,x,c\n1,2,3,4,5\n3,4,5,6,7\n";
   zavhost_test::WriteHostileWorkbooks(folder);
-  const std::wstring book = L"\"" + (folder / "cyclic_cells.xlsx").wstring() + L"\"";
-  const Outcome table = ZavHost(L"run " + book);
-  CHECK(table.exit_code == 4);
-  CHECK(Contains(table.output, "kept: circular reference"));
-  CHECK(Contains(ZavHost(L"run --json " + book).output, "\"problem\": \"circular reference\""));
-  CHECK(Contains(ZavHost(L"run --csv " + book).output, ",circular reference"));
+  const auto file = [&](const char* name) { return L" \"" + (folder / name).wstring() + L"\""; };
+  const std::wstring named = L"eval ZavSum(x,_2024_sales,_2025,_c) --data" + file("names.csv");
+  const std::wstring cyclic = file("cyclic_cells.xlsx");
+  const struct {
+    std::wstring arguments;
+    DWORD exit_code;
+    const char *output, *errors;
+  } cases[] = {{L"eval =ZavMean(1,2,3)", 0, "\n2\r\n", ""},
+               {L"eval ZavMean(price) --data" + file("data.csv"), 0, "\n2\r\n", ""},
+               {named, 0, "\n30\r\n", "\"2024 sales\" is called _2024_sales"},
+               {named, 0, "", "column 4 gets no name"},
+               {L"eval =Zav( ", 1, "", ""},
+               {L"eval =NoSuch(1)", 0, "\n#NAME?\r\n", ""},
+               {L"functions", 0, "ZavCorrelationMatrix(", ""},
+               {L"functions --hidden", 0, "ZavMeanI(", ""},
+               {L"functions zavmean", 0, "ZavMean(", ""},
+               {L"functions ZavNoSuch", 1, "", ""},
+               {L"", 64, "", ""},
+               {L"run", 64, "", ""},
+               {L"run no-such-file.xlsx", 1, "", "no-such-file.xlsx"},
+               {L"eval =1 --add-in no-such.xll", 1, "", "no-such.xll"},
+               {L"--help", 0, "", ""},
+               {L"run book.xlsx -o \"\"", 64, "", ""},
+               {L"run book.xlsx --max-formulas -1", 64, "", ""},
+               {L"run" + cyclic, 4, "kept: circular reference", ""},
+               {L"run --json" + cyclic, 4, "\"problem\": \"circular reference\"", ""},
+               {L"run --csv" + cyclic, 4, ",circular reference", ""}};
+  for (const auto& given : cases) {
+    const Outcome outcome = ZavHost(given.arguments);
+    INFO(&given - cases, ": ", outcome.output, outcome.errors);
+    CHECK(outcome.exit_code == given.exit_code);
+    CHECK(Contains('\n' + outcome.output, given.output));
+    CHECK(Contains(outcome.errors, given.errors));
+  }
+  const std::string listed = ZavHost(L"functions").output;
+  CHECK(!Contains(listed, "ZavMeanI("));
+  CHECK(ZavHost(L"functions --language de").output != listed);
 }
 
 TEST_CASE("hostile workbooks end in one line and a non-zero exit") {

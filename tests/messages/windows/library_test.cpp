@@ -5,7 +5,6 @@
 
 #include <memory>
 
-#include "integration/pe_file.h"
 #include "messages/text_files.h"
 
 namespace {
@@ -45,15 +44,4 @@ TEST_CASE("the library gives the texts of the files in each language, and nothin
       CHECK((ReadString(library.get(), file.language_id, id) == file.Text(id)));
     }
   }
-}
-
-TEST_CASE("the library has neither code nor exports nor imports, and carries a version") {
-  const Module library = Load();
-  REQUIRE(library.get() != nullptr);
-  CHECK(FindResourceW(library.get(), MAKEINTRESOURCEW(VS_VERSION_INFO), RT_VERSION) != nullptr);
-  const zavrel::tests::PeFile image(kLibrary);
-  CHECK(image.header().SizeOfCode == 0);
-  CHECK(image.header().AddressOfEntryPoint == 0);
-  CHECK(image.exports().empty());
-  CHECK(image.imported_libraries().empty());
 }
