@@ -40,8 +40,7 @@ struct Macro : OpenAddIn {
   }
   void HoldText() {
     VariantClear(values);
-    values.variant.bstrVal = SysAllocString(L"before");
-    values.variant.vt = VT_BSTR;
+    values.variant = VariantOf(VT_BSTR, SysAllocString(L"before"));
   }
 
   std::string Fill(const std::string& first, const std::string& second = "") {
@@ -69,8 +68,7 @@ TEST_CASE("a call that fails touches nothing") {
   CHECK(macro.Fill(values, values) == "#15");
   CHECK(macro.Fill(values, inside) == "#15");
   CHECK(macro.Fill(inside) == "#15");
-  macro.indices.variant.parray = SafeArrayCreateVector(VT_I4, 1, 2);
-  macro.indices.variant.vt = VT_ARRAY | VT_I4;
+  macro.indices.variant = VariantOf(VT_ARRAY | VT_I4, SafeArrayCreateVector(VT_I4, 1, 2));
   ::SafeArrayLock(macro.indices.variant.parray);
   CHECK(macro.Fill(values, indices) == "#15");
   SafeArrayUnlock(macro.indices.variant.parray);
@@ -89,9 +87,7 @@ TEST_CASE("addresses are issued for VARIANTs that last, by a session that is ope
   Macro macro;
   const std::string values = IdOf(macro.values);
   double number = 0;
-  VARIANT to_number{};
-  to_number.vt = VT_BYREF | VT_R8;
-  to_number.pdblVal = &number;
+  const VARIANT to_number = VariantOf(VT_BYREF | VT_R8, &number);
   const VARIANT reference = ReferenceTo(macro.values);
   const VARIANT to_nothing = ReferenceTo(static_cast<VARIANT*>(nullptr)),
                 astray = ReferenceTo(reinterpret_cast<VARIANT*>(8));
@@ -148,10 +144,8 @@ TEST_CASE("an entry stays while a text of a cell is not there yet") {
 TEST_CASE("entry points without what they need fail by number and arrange nothing") {
   Macro macro;
   MacroVariant array;
-  array.variant.parray = SafeArrayCreateVector(VT_R8, 0, 2);
-  array.variant.vt = VT_ARRAY | VT_R8;
-  VARIANT nowhere{};
-  nowhere.vt = VT_BYREF | VT_BSTR;
+  array.variant = VariantOf(VT_ARRAY | VT_R8, SafeArrayCreateVector(VT_R8, 0, 2));
+  const VARIANT nowhere = VariantOf(VT_BYREF | VT_BSTR);
   BSTR id = SysAllocString(L"as before");
   const struct {
     std::uint32_t number;

@@ -72,7 +72,7 @@ TEST_CASE("each command shows what it is asked for, and a mistake gets one clear
                {L"run --csv" + cyclic, 4, ",circular reference", ""}};
   for (const auto& given : cases) {
     const Outcome outcome = ZavHost(given.arguments);
-    INFO(&given - cases, ": ", outcome.output, outcome.errors);
+    INFO((&given - cases), ": ", outcome.output, outcome.errors);
     CHECK(outcome.exit_code == given.exit_code);
     CHECK(Contains('\n' + outcome.output, given.output));
     CHECK(Contains(outcome.errors, given.errors));

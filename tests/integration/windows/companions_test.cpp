@@ -68,7 +68,7 @@ TEST_CASE(
     std::filesystem::remove(folder / given.file);
     if (given.in_its_place != nullptr) Replace(folder / given.file, given.in_its_place);
     const Seen seen = Show(folder, given.formula);
-    INFO(given.file, ", case ", &given - cases, ":\n", seen.log);
+    INFO(given.file, ", case ", (&given - cases), ":\n", seen.log);
     CHECK(seen.shown == given.shown);
     if (given.logged == nullptr) continue;
     CHECK(Occurrences(seen.log, given.logged) == 1);

@@ -72,10 +72,7 @@ DoubleMatrix RowsIn(VARIANT result) { return RowsIn(MacroVariant(result)); }
 
 /// A typed array variable passed for a ByRef Variant.
 VARIANT ReferenceTo(MacroArray& array, VARTYPE type = VT_R8) {
-  VARIANT variant{};
-  variant.vt = static_cast<VARTYPE>(VT_BYREF | VT_ARRAY | type);
-  variant.pparray = &array.array;
-  return variant;
+  return VariantOf(VT_BYREF | VT_ARRAY | type, &array.array);
 }
 
 /// The failure number in what a function returned in the place of a matrix.
@@ -331,9 +328,7 @@ TEST_CASE("results go into the arrays of a macro that can take them, and nowhere
     CHECK(reference.vt == (VT_BYREF | VT_ARRAY | VT_R8));
     const DoubleMatrix rows = RowsOf(array->array);
     CHECK((rows.size() == 2 && rows[0].size() == 2));
-    VARIANT followed{};
-    followed.vt = VT_BYREF | VT_VARIANT;
-    followed.pvarVal = &reference;
+    VARIANT followed = ReferenceTo(&reference);
     CHECK(of.scores(matrix, &followed) == 0);
     CHECK(std::abs(RowsOf(array->array)[0][0]) == doctest::Approx(3 * std::sqrt(0.5)));
   }
@@ -343,36 +338,31 @@ TEST_CASE("results go into the arrays of a macro that can take them, and nowhere
   CHECK(of.eigendata(matrix, &values, nullptr) == 0);
   CHECK(SeriesOf(vector.array)[0] == doctest::Approx(3));
   // What a VARIANT held goes.
-  MacroVariant text;
-  text.variant.vt = VT_BSTR;
-  text.variant.bstrVal = SysAllocString(L"text");
+  MacroVariant text(L"text");
   CHECK(of.scores(matrix, text) == 0);
   CHECK(RowsIn(text).size() == 2);
 
   double number = 0.5;
-  VARIANT reference{}, nowhere{}, null_place{}, null_variant{};
-  reference.vt = VT_BYREF | VT_R8;
-  reference.pdblVal = &number;
-  null_place.vt = VT_BYREF | VT_ARRAY | VT_R8;
-  null_variant.vt = VT_BYREF | VT_VARIANT;
-  nowhere.vt = VT_BYREF | VT_ARRAY | VT_R8;
-  nowhere.pparray = reinterpret_cast<SAFEARRAY**>(std::uintptr_t{16});
   MacroArray whole(VT_I4, {2, 2}), posing(VT_I4, {2, 2}), locked(VT_R8, {2, 2});
   MacroArray variants(VT_VARIANT, {2, 2});
-  VARIANT to_whole = ReferenceTo(whole, VT_I4), to_posing = ReferenceTo(posing);
-  VARIANT to_variants = ReferenceTo(variants, VT_VARIANT), holds_posing{}, astray{};
-  holds_posing.vt = VT_ARRAY | VT_R8;
-  holds_posing.parray = posing.array;
-  astray.vt = VT_ARRAY | VT_R8;
-  astray.parray = reinterpret_cast<SAFEARRAY*>(std::uintptr_t{16});
+  void* const astray = reinterpret_cast<void*>(std::uintptr_t{16});
+  VARIANT refused[] = {VariantOf(VT_BYREF | VT_R8, &number),
+                       VariantOf(VT_BYREF | VT_ARRAY | VT_R8, astray),
+                       VariantOf(VT_BYREF | VT_ARRAY | VT_R8),
+                       VariantOf(VT_BYREF | VT_VARIANT),
+                       ReferenceTo(whole, VT_I4),
+                       ReferenceTo(posing),
+                       VariantOf(VT_ARRAY | VT_R8, posing.array),
+                       ReferenceTo(variants, VT_VARIANT),
+                       VariantOf(VT_ARRAY | VT_R8, astray),
+                       ReferenceTo(locked),
+                       VariantOf(VT_ARRAY | VT_R8, locked.array)};
+  VARIANT &reference = refused[0], &to_locked = refused[9], &holds_locked = refused[10];
   const ReadOnlyPage read_only;
   SafeArrayLock(locked.array);
-  VARIANT to_locked = ReferenceTo(locked), holds_locked{};
-  holds_locked.vt = VT_ARRAY | VT_R8;
-  holds_locked.parray = locked.array;
-  for (VARIANT* bad :
-       {&reference, &nowhere, &null_place, &null_variant, &to_whole, &to_posing, &holds_posing,
-        &to_variants, &astray, read_only.as<VARIANT>(), &to_locked, &holds_locked}) {
+  std::vector<VARIANT*> places{read_only.as<VARIANT>()};
+  for (VARIANT& place : refused) places.push_back(&place);
+  for (VARIANT* bad : places) {
     CAPTURE(bad->vt);
     const VARTYPE before = bad->vt;
     const char* const why = bad == &to_locked || bad == &holds_locked
