@@ -203,16 +203,9 @@ TEST_CASE("hostile arguments are refused or read as errors") {
     array.val.array.columns = columns;
     CHECK(OutcomeOf({&array}) == ReadOutcome::kUnreadable);
   }
-  XLOPER12 no_areas{};
-  no_areas.xltype = xltypeRef;
-  CHECK(OutcomeOf({&no_areas}) == ReadOutcome::kUnreadable);
-  const Reference empty(1, {});
-  CHECK(OutcomeOf({empty}) == ReadOutcome::kUnreadable);
-  for (const XLREF12& area : {Area(-1, 0, 0, 0), Area(3, 2, 0, 0), Area(0, kExcelRows, 0, 0),
-                              Area(0, 0, 5, 4), Area(0, 0, 0, kExcelColumns)}) {
-    const Reference reference(area);
+  const Reference none(1, {}), off_the_sheet(Area(0, kExcelRows, 0, 0));
+  for (const XLOPER12* reference : std::initializer_list<const XLOPER12*>{none, off_the_sheet})
     CHECK(OutcomeOf({reference}) == ReadOutcome::kUnreadable);
-  }
   CHECK(excel.lookups == 0);
 
   XLOPER12 strange[5]{};

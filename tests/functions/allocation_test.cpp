@@ -6,10 +6,9 @@
 #include "support/open_add_in.h"
 
 namespace zavrel {
+using OfTwo = XLOPER12*(const XLOPER12*, const XLOPER12*);
+ZAV_EXPORT OfTwo ZavrelPairMeanQuotient, ZavrelPower, ZavrelDummy;
 ZAV_EXPORT XLOPER12* ZavrelPairMedian(const XLOPER12*, const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelPairMeanQuotient(const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelPower(const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelDummy(const XLOPER12*, const XLOPER12*);
 ZAV_EXPORT XLOPER12* ZavrelCountCategories(const XLOPER12*);
 }  // namespace zavrel
 

@@ -12,12 +12,9 @@
 #include "support/open_add_in.h"
 
 namespace zavrel {
-ZAV_EXPORT XLOPER12* ZavrelMWTies(const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelMWTieCorrectionTerm(const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelMWRankSum1(const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelMWRankSum2(const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelWSRTies(const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelWSRPositive(const XLOPER12*, const XLOPER12*);
+using OfTwo = XLOPER12*(const XLOPER12*, const XLOPER12*);
+ZAV_EXPORT OfTwo ZavrelMWTies, ZavrelMWTieCorrectionTerm, ZavrelMWRankSum1, ZavrelMWRankSum2,
+    ZavrelWSRTies, ZavrelWSRPositive;
 ZAV_EXPORT XLOPER12* ZavrelWSRPairNegative(const XLOPER12*, const XLOPER12*, const XLOPER12*);
 }  // namespace zavrel
 

@@ -68,6 +68,8 @@ TEST_CASE("a macro's texts arrive as they were meant, in single bytes or wide") 
   const Text empty("");
   InitializeXlaInformationVB(nullptr, nullptr, 5, broken.value, -1, empty.value, empty.value);
   CHECK(record()->workbook_name == u"a");
+  InitializeXlaInformationVB(nullptr, nullptr, 5, nullptr, 9, nullptr, nullptr);
+  CHECK((record()->workbook_name.empty() && add_in.excel.Has(u"Mean")));
 }
 
 TEST_CASE("a failure's three texts, each only where it is wanted") {

@@ -13,21 +13,10 @@
 #include "support/macro_array.h"
 
 namespace zavrel {
-#define ZAV_DECLARE(name) ZAV_EXPORT std::int16_t name(SAFEARRAY** array, double* result)
-ZAV_DECLARE(ZavrelMinVB);
-ZAV_DECLARE(ZavrelMaxVB);
-ZAV_DECLARE(ZavrelMeanVB);
-ZAV_DECLARE(ZavrelStdDevVB);
-ZAV_DECLARE(ZavrelStdDevPVB);
-ZAV_DECLARE(ZavrelVarianceVB);
-ZAV_DECLARE(ZavrelVariancePVB);
-ZAV_DECLARE(ZavrelSkewnessVB);
-ZAV_DECLARE(ZavrelSkewnessPVB);
-ZAV_DECLARE(ZavrelKurtosisVB);
-ZAV_DECLARE(ZavrelKurtosisPVB);
-ZAV_DECLARE(ZavrelSumSqVB);
-ZAV_DECLARE(ZavrelSumDevSqVB);
-#undef ZAV_DECLARE
+using Statistic = std::int16_t(SAFEARRAY** array, double* result);
+ZAV_EXPORT Statistic ZavrelMinVB, ZavrelMaxVB, ZavrelMeanVB, ZavrelStdDevVB, ZavrelStdDevPVB,
+    ZavrelVarianceVB, ZavrelVariancePVB, ZavrelSkewnessVB, ZavrelSkewnessPVB, ZavrelKurtosisVB,
+    ZavrelKurtosisPVB, ZavrelSumSqVB, ZavrelSumDevSqVB;
 ZAV_EXPORT std::int16_t ZavrelModeVB(SAFEARRAY**, std::int16_t, double*);
 ZAV_EXPORT std::int16_t ZavrelPercentileVB(SAFEARRAY**, double, std::int16_t, double*);
 ZAV_EXPORT std::int16_t ZavrelQuartileVB(SAFEARRAY**, double, std::int16_t, double*);
@@ -44,9 +33,8 @@ struct Answer {
   std::int16_t status;
   double result;
 };
-using Statistic = std::int16_t (*)(SAFEARRAY**, double*);
 /// Any entry point, given all but the place for the result.
-using Call = std::function<std::int16_t(SAFEARRAY**, double*)>;
+using Call = std::function<Statistic>;
 Call Mode(std::int16_t discrete) {
   return [=](SAFEARRAY** x, double* result) { return ZavrelModeVB(x, discrete, result); };
 }
@@ -65,7 +53,7 @@ Answer Ask(const Call& call, SAFEARRAY** x) {
   return answer;
 }
 
-const std::pair<Statistic, double> kExpected[] = {
+const std::pair<Statistic*, double> kExpected[] = {
     {ZavrelMinVB, -4},
     {ZavrelMaxVB, 11},
     {ZavrelMeanVB, 3.21875},
