@@ -33,9 +33,10 @@ TEST_CASE("a row is registered with the arguments that Excel expects") {
     CHECK(function.texts[0] == u"C:\\Add-ins\\ZavrelFuncs8_x64.xll");
     std::string all;
     for (std::size_t i = 1; i < function.texts.size(); ++i)
-      all += (function.types[i] == xltypeStr       ? Utf8FromUtf16(function.texts[i])
-              : function.types[i] == xltypeMissing ? "-"
-                                                   : std::to_string(int(function.macro_type))) +
+      all += (function.types[i] == xltypeStr ? Utf8FromUtf16(function.texts[i])
+              : function.types[i] == xltypeMissing
+                  ? "-"
+                  : std::to_string(static_cast<int>(function.macro_type))) +
              '|';
     return all;
   };

@@ -61,8 +61,11 @@ TEST_CASE("announcing and withdrawing decide what is registered") {
     for (const auto& step : steps) {
       CAPTURE(&step - steps);
       const int before = excel.registrations;
-      step.announced ? session->Announce(From(step.application))
-                     : session->Withdraw(step.application);
+      if (step.announced) {
+        session->Announce(From(step.application));
+      } else {
+        session->Withdraw(step.application);
+      }
       CHECK(excel.functions().size() == step.registered);
       CHECK(asked == step.asked);
       CHECK((excel.registrations == before || step.application < 10));
