@@ -24,7 +24,7 @@ bool Spread::IsReasonable() const {
 
 std::size_t NewTextLength(const Value& value) {
   const Text* text = value.shared_text();
-  return text != nullptr && text->use_count() == 1 ? (*text)->size() : 0;
+  return text != nullptr && !text->IsShared() ? (*text)->size() : 0;
 }
 
 Value ElementAt(const Operand& operand, std::int32_t row, std::int32_t column) {

@@ -19,13 +19,21 @@ std::optional<ErrorCode> ErrorFromText(std::u16string_view text) {
   return std::nullopt;
 }
 
-Text MakeText(std::u16string_view text) { return std::make_shared<const std::u16string>(text); }
-
 bool operator==(const Value& a, const Value& b) {
-  const std::u16string* left = a.text();
-  const std::u16string* right = b.text();
-  if (left != nullptr && right != nullptr) return left == right || *left == *right;
-  return a.content_ == b.content_;
+  if (a.kind_ != b.kind_) return false;
+  switch (a.kind_) {
+    case Value::Kind::kBlank:
+      return true;
+    case Value::Kind::kNumber:
+      return a.number_ == b.number_;
+    case Value::Kind::kBoolean:
+      return a.boolean_ == b.boolean_;
+    case Value::Kind::kError:
+      return a.error_ == b.error_;
+    case Value::Kind::kText:
+      return a.text_ == b.text_;
+  }
+  return false;
 }
 
 }  // namespace zavhost

@@ -1,12 +1,15 @@
 #pragma once
 // The contents of cells and the results of formulas: values, arrays and references.
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -41,43 +44,116 @@ std::optional<ErrorCode> ErrorFromText(std::u16string_view text);
 /// The maximum number of code units of a cell's text.
 inline constexpr std::size_t kLongestText = 32'767;
 
-/// Shared immutable text, so that a million cells with the same label store it once.
-using Text = std::shared_ptr<const std::u16string>;
-Text MakeText(std::u16string_view text);
+/// Shared immutable text, one pointer wide, so that a million cells with the same label store it
+/// once. A default one is null.
+class Text {
+ public:
+  Text() = default;
+  explicit Text(std::u16string text) : shared_(new Shared{{1}, std::move(text)}) {}
+  Text(const Text& other) noexcept : shared_(other.shared_) {
+    if (shared_ != nullptr) shared_->users.fetch_add(1, std::memory_order_relaxed);
+  }
+  Text(Text&& other) noexcept : shared_(std::exchange(other.shared_, nullptr)) {}
+  Text& operator=(Text other) noexcept {
+    std::swap(shared_, other.shared_);
+    return *this;
+  }
+  ~Text() {
+    if (shared_ != nullptr && shared_->users.fetch_sub(1, std::memory_order_acq_rel) == 1)
+      delete shared_;
+  }
 
-struct Blank {
-  bool operator==(const Blank&) const = default;
+  /// Whether another one has the same text.
+  bool IsShared() const { return shared_->users.load(std::memory_order_relaxed) > 1; }
+  const std::u16string* get() const { return &shared_->content; }
+  const std::u16string& operator*() const { return shared_->content; }
+  const std::u16string* operator->() const { return &shared_->content; }
+  bool operator==(const Text& other) const { return shared_ == other.shared_ || **this == *other; }
+
+ private:
+  struct Shared {
+    std::atomic<std::uint32_t> users;
+    const std::u16string content;
+  };
+
+  Shared* shared_ = nullptr;
 };
 
-/// One cell's value. Equality compares texts by content.
+/// One cell's value. Equality compares texts by content. A sheet has millions of them, so it takes
+/// no more than a number and a mark of its kind.
 class Value {
  public:
-  Value() = default;
+  Value() noexcept : number_(0), kind_(Kind::kBlank) {}
   // NOLINTBEGIN(google-explicit-constructor): what a cell can hold is a value.
-  Value(double number) : content_(number) {}
-  Value(bool boolean) : content_(boolean) {}
-  Value(ErrorCode error) : content_(error) {}
-  Value(Text text) : content_(std::move(text)) {}
+  Value(double number) noexcept : number_(number), kind_(Kind::kNumber) {}
+  Value(bool boolean) noexcept : boolean_(boolean), kind_(Kind::kBoolean) {}
+  Value(ErrorCode error) noexcept : error_(error), kind_(Kind::kError) {}
+  Value(Text text) noexcept : text_(std::move(text)), kind_(Kind::kText) {}
   // Without this one a literal would become a boolean.
-  Value(const char16_t* text) : content_(MakeText(text)) {}
+  Value(const char16_t* text) : Value(Text(text)) {}
   // NOLINTEND(google-explicit-constructor)
-  explicit Value(std::u16string_view text) : content_(MakeText(text)) {}
-
-  bool IsBlank() const { return std::holds_alternative<Blank>(content_); }
-  const double* number() const { return std::get_if<double>(&content_); }
-  const bool* boolean() const { return std::get_if<bool>(&content_); }
-  const ErrorCode* error() const { return std::get_if<ErrorCode>(&content_); }
-  /// The text, or null if the value is not text.
-  const std::u16string* text() const {
-    const Text* held = std::get_if<Text>(&content_);
-    return held == nullptr ? nullptr : held->get();
+  explicit Value(std::u16string_view text) : Value(Text(std::u16string(text))) {}
+  Value(const Value& other) noexcept { Take(other); }
+  Value(Value&& other) noexcept { Take(std::move(other)); }
+  Value& operator=(const Value& other) noexcept {
+    if (this == &other) return *this;
+    Drop();
+    Take(other);
+    return *this;
   }
-  const Text* shared_text() const { return std::get_if<Text>(&content_); }
+  Value& operator=(Value&& other) noexcept {
+    if (this == &other) return *this;
+    Drop();
+    Take(std::move(other));
+    return *this;
+  }
+  ~Value() { Drop(); }
+
+  bool IsBlank() const { return kind_ == Kind::kBlank; }
+  const double* number() const { return kind_ == Kind::kNumber ? &number_ : nullptr; }
+  const bool* boolean() const { return kind_ == Kind::kBoolean ? &boolean_ : nullptr; }
+  const ErrorCode* error() const { return kind_ == Kind::kError ? &error_ : nullptr; }
+  /// The text, or null if the value is not text.
+  const std::u16string* text() const { return kind_ == Kind::kText ? text_.get() : nullptr; }
+  const Text* shared_text() const { return kind_ == Kind::kText ? &text_ : nullptr; }
 
   friend bool operator==(const Value& a, const Value& b);
 
  private:
-  std::variant<Blank, double, bool, ErrorCode, Text> content_;
+  enum class Kind : std::uint8_t { kBlank, kNumber, kBoolean, kError, kText };
+
+  /// Makes this one, which holds nothing, what the other one is.
+  template <class Other>
+  void Take(Other&& other) noexcept {
+    kind_ = other.kind_;
+    switch (kind_) {
+      case Kind::kBlank:
+      case Kind::kNumber:
+        number_ = other.number_;
+        break;
+      case Kind::kBoolean:
+        boolean_ = other.boolean_;
+        break;
+      case Kind::kError:
+        error_ = other.error_;
+        break;
+      case Kind::kText:
+        new (&text_) Text(std::forward<Other>(other).text_);
+        break;
+    }
+  }
+  void Drop() noexcept {
+    if (kind_ == Kind::kText) text_.~Text();
+  }
+
+  // The smallest member last: what follows a value in a record may use the bytes behind it.
+  union {
+    double number_;
+    bool boolean_;
+    ErrorCode error_;
+    Text text_;
+  };
+  Kind kind_;
 };
 
 /// A rectangle of cells, zero-based, both corners included.

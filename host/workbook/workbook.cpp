@@ -65,19 +65,19 @@ void Sheet::Set(std::int32_t row, std::int32_t column_index, Value value) {
   Column& cells = ColumnFor(column_index);
   Cover({row, column_index, row, column_index});
   if (cells.empty() || cells.back().row < row) {
-    cells.push_back({row, std::move(value)});
+    cells.push_back({std::move(value), row});
     return;
   }
   const auto found = std::lower_bound(cells.begin(), cells.end(), row, RowBefore);
   if (found->row == row) {
     found->value = std::move(value);
   } else {
-    cells.insert(found, {row, std::move(value)});
+    cells.insert(found, {std::move(value), row});
   }
 }
 
 void Sheet::Append(std::int32_t row, std::int32_t column_index, Value value) {
-  ColumnFor(column_index).push_back({row, std::move(value)});
+  ColumnFor(column_index).push_back({std::move(value), row});
   Cover({row, column_index, row, column_index});
 }
 

@@ -26,9 +26,10 @@ class WorkbookError : public std::runtime_error {
 class Sheet {
  public:
   struct Entry {
+    [[no_unique_address]] Value value;  // the row stands in the bytes behind it
     std::int32_t row;
-    Value value;
   };
+  static_assert(sizeof(Entry) == 16);
   using Column = std::vector<Entry>;
 
   explicit Sheet(std::u16string name) : name_(std::move(name)) {}

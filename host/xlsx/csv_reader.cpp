@@ -82,7 +82,7 @@ class CsvReader {
       throw WorkbookError(fmt::format("the text of cell {} is longer than {} characters",
                                       Utf8FromUtf16(A1Text(row_, column_)), kLongestText));
     }
-    return std::make_shared<const std::u16string>(std::move(text));
+    return Text(std::move(text));
   }
 
   std::string_view text_;

@@ -44,7 +44,7 @@ std::u16string ReadRichText(XmlReader& reader, std::string& scratch) {
 
 std::vector<Text> ReadSharedStrings(std::string_view xml, std::size_t limit) {
   std::vector<Text> strings;
-  const Text empty = MakeText(u"");
+  const Text empty = Text(u"");
   std::string scratch;
   XmlReader reader(xml);
   if (reader.Next() != XmlReader::Event::kStart || reader.name() != "sst") {
@@ -61,8 +61,7 @@ std::vector<Text> ReadSharedStrings(std::string_view xml, std::size_t limit) {
       throw WorkbookError(fmt::format("it holds more than {} shared texts", limit));
     }
     std::u16string text = ReadRichText(reader, scratch);
-    strings.push_back(text.empty() ? empty
-                                   : std::make_shared<const std::u16string>(std::move(text)));
+    strings.push_back(text.empty() ? empty : Text(std::move(text)));
   }
   return strings;
 }

@@ -175,7 +175,7 @@ class SheetReader {
 
   Value TextValue(std::u16string text) const {
     CheckLength(text.size());
-    return std::make_shared<const std::u16string>(std::move(text));
+    return Text(std::move(text));
   }
 
   void CheckLength(std::size_t length) const {
