@@ -118,7 +118,7 @@ TEST_CASE("a registration that succeeds without an id is a refusal too") {
 }
 
 TEST_CASE("names go with the functions that do not come back, and only those") {
-  FakeExcel excel;
+  const FakeExcel excel;
   Registration main({SampleFunctions()});
   main.Register(kApplication5, Sources());
   CHECK(excel.names().size() == 7);
