@@ -1,5 +1,8 @@
 // Many workbooks, each in a process of its own.
+#include <doctest/doctest.h>
+
 #include <algorithm>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -62,7 +65,7 @@ TEST_CASE("a batch computes what it can, says what it cannot, and ends with the 
   CHECK(lines["good.xlsx"]["changed"] == 0);
   CHECK(lines["stale.XLSX"]["changed"] == 1);
   CHECK(lines["cycle.xlsx"]["exit_code"] == 4);
-  CHECK(lines["cycle.xlsx"]["errors"].size() == 2);
+  CHECK(Contains(lines["cycle.xlsx"]["message"], "circular reference"));
   CHECK(lines["broken.xlsx"]["exit_code"] == 1);
   CHECK(Contains(lines["broken.xlsx"]["message"], "broken.xlsx"));
   CHECK(Contains(lines["missing.xlsx"]["message"], "no such file"));

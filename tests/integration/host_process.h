@@ -1,6 +1,8 @@
 #pragma once
 // The host as a process of its own, as a user starts it.
 
+#include <doctest/doctest.h>
+
 #include <fstream>
 
 #include "integration/running_add_in.h"
