@@ -40,13 +40,6 @@ inline std::string Evaluated(const std::string& formula, const std::filesystem::
   return outcome.output.substr(0, outcome.output.find('\n'));
 }
 
-/// The variable that names the folder of the add-in's log.
-#ifdef _WIN32
-constexpr const char* kTemporaryFolder = "TMP";
-#else
-constexpr const char* kTemporaryFolder = "TMPDIR";
-#endif
-
 /// The log of the add-ins that `run` opens.
 template <class Run>
 std::string LogOf(const std::filesystem::path& folder, Run run) {
