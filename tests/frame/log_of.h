@@ -13,7 +13,7 @@ namespace zavrel::tests {
 /// What `run` writes into the log: the one that is open then, and those that it opens.
 template <class Run>
 std::string LogOf(Run run) {
-  const LogFolder folder(kLogMarker);
+  const LogFolder folder(kLogMarker.data());
   {
     const EnvironmentVariable temporary(kTemporaryFolder, folder.path().string());
     OpenLog(folder.path(), "Sample");
