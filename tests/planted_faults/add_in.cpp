@@ -102,10 +102,6 @@ XLOPER12* Return(const XLOPER12& value) {
 
 using namespace planted;
 
-/// The program announces whatever add-in it has loaded.
-PLANTED_EXPORT void InitializeXlaInformationW(void*, void*, std::uint16_t, const char16_t*,
-                                              std::int32_t, const char16_t*, const char16_t*) {}
-
 PLANTED_EXPORT int xlAutoOpen() {
   XLOPER12 file;
   if (Callback() == nullptr || Call(xlGetName, {}, &file) != xlretSuccess) return 0;
