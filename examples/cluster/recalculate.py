@@ -22,7 +22,7 @@ import sys
 import time
 import uuid
 
-from distributed import Client, KilledWorker
+from distributed import CancelledError, Client, KilledWorker
 
 # The words for exit codes, from the worst to the best, as in host/cli/batch.cpp.
 STATUSES = {3: "crashed", 2: "broke a rule", 6: "out of time", 1: "failed", 4: "with errors", 5: "differs", 0: "done"}
@@ -227,11 +227,11 @@ class Batch:
 
     def run(self, items):
         lost = self.run_together(items)
-        # A worker takes with it whatever it has at the time. Alone, a workbook has only itself to blame.
-        for item, line in lost:
-            again = self.run_together([item]) if len(lost) > 1 else [(item, line)]
-            for _, line_alone in again:
-                self.report.add(line_alone)
+        if len(lost) > 1:
+            # A worker takes with it whatever it has at the time. Alone, a workbook has only itself to blame.
+            lost = [again for item, _ in lost for again in self.run_together([item])]
+        for _, line in lost:
+            self.report.add(line)
 
     def run_together(self, items):
         """Reports the workbooks that come to an end, and returns those whose workers died, with their lines."""
@@ -259,8 +259,10 @@ class Batch:
                 message = (f"its worker died {plural(killed.allowed_failures + 1, 'time')}, "
                            f"at last {killed.last_worker.address}")
                 lost.append((item, failure_line(item[0], message, time.monotonic() - started)))
-            except Exception as error:  # the scheduler ended, or the worker cannot run Python functions of ours
-                message = f"the cluster gave it up: {' '.join(str(error).split()) or type(error).__name__}"
+            except CancelledError:
+                self.report.add(failure_line(item[0], "the scheduler has ended", time.monotonic() - started))
+            except Exception as error:  # such as a worker with another Python, which cannot read our functions
+                message = f"the cluster cannot run it: {type(error).__name__}: {' '.join(str(error).split())}"
                 self.report.add(failure_line(item[0], message, time.monotonic() - started))
         return lost
 
@@ -367,7 +369,7 @@ def main():
     for stream in (sys.stdout, sys.stderr):
         stream.reconfigure(encoding="utf-8", errors="surrogateescape")
     # What goes wrong is in the lines; Dask's own words about it are in the logs of the scheduler and the workers.
-    logging.getLogger("distributed").setLevel(logging.CRITICAL)
+    logging.disable()
     line = read_command_line()
     try:
         return recalculate_all(line)

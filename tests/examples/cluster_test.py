@@ -74,8 +74,8 @@ def make_faults(folder):
         save(folder / f"{name}.xlsx", [[1], [2], [3]], [f"=_xll.{formula}"])
     (folder / "text.xlsx").write_text("no workbook")
     # Values that only one formula has, so that nothing can be computed once for all.
-    slow = [f"=_xll.GoodSum(A$1:A$20000)+{i}" for i in range(60000)]
-    save(folder / "0 slow.xlsx", [[i] for i in range(20000)], slow)
+    slow = [f"=_xll.GoodSum(A$1:A$60000)+{i}" for i in range(60000)]
+    save(folder / "0 slow.xlsx", [[i] for i in range(60000)], slow)
     shutil.copy(folder / "0 slow.xlsx", folder / f"0 {HOSTILE}")
 
 
@@ -105,7 +105,8 @@ class Cluster:
     def __init__(self, folder, workers, threads, allowed_failures):
         folder.mkdir(parents=True)
         self.folder, self.processes, self.nannies = folder, [], []
-        self.settings = {**os.environ, "DASK_DISTRIBUTED__SCHEDULER__ALLOWED_FAILURES": str(allowed_failures)}
+        self.settings = {**os.environ, "DASK_DISTRIBUTED__SCHEDULER__ALLOWED_FAILURES": str(allowed_failures),
+                         "DASK_DISTRIBUTED__COMM__TIMEOUTS__CONNECT": "10s"}  # not to ask the dead for long
         self.start("scheduler", "dask-scheduler", "--host", "127.0.0.1", "--port", "0", "--no-dashboard",
                    "--scheduler-file", folder / "scheduler.json")
         for number in range(workers):
