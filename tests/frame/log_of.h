@@ -5,6 +5,7 @@
 
 #include "contracts/log_files.h"
 #include "diagnostics/log.h"
+#include "platform/utf.h"
 #include "support/log_folder.h"
 #include "support/run_program.h"
 
@@ -15,7 +16,7 @@ template <class Run>
 std::string LogOf(Run run) {
   const LogFolder folder(kLogMarker.data());
   {
-    const EnvironmentVariable temporary(kTemporaryFolder, folder.path().string());
+    const EnvironmentVariable temporary(kTemporaryFolder, Utf8FromPath(folder.path()));
     OpenLog(folder.path(), "Sample");
     run();
     CloseLog();

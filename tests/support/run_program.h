@@ -26,7 +26,7 @@ constexpr const char* kTemporaryFolder = "TMP";
 constexpr const char* kTemporaryFolder = "TMPDIR";
 #endif
 
-/// Sets an environment variable for as long as it lives; an empty text removes it.
+/// Sets an environment variable, to UTF-8, for as long as it lives; an empty text removes it.
 class EnvironmentVariable {
  public:
   EnvironmentVariable(const char* name, const std::string& value);
