@@ -77,14 +77,14 @@ cp /var/lib/dpkg/info/libc6:*.list /var/lib/dpkg/info/libc6.list "$root/var/lib/
 
 as_root() { unshare --map-root-user --mount "$@"; }
 # The build machine may leave out documents.
-dpkg_in_root() { as_root dpkg --root="$root" --log="$scratch/dpkg.log" --path-include='/*' "$@" >>dpkg.txt 2>&1; }
+dpkg_in_root() { as_root dpkg --root="$root" --log="$scratch/dpkg.log" --path-include='/*' "$@" >dpkg.txt 2>&1 || { cat dpkg.txt; false; }; }
 in_root() {
   as_root sh -c 'mount --rbind /proc "$0/proc" && mount --rbind /dev "$0/dev" && exec chroot "$0" "$@"' "$root" "$@"
 }
 everything() { (cd "$root" && find . -path ./proc -prune -o -path ./dev -prune -o -path ./var/lib/dpkg -prune -o -print | sort); }
 
 everything >before.txt
-dpkg_in_root --install "first/$deb"
+check "it can be installed" 'dpkg_in_root --install "first/$deb"'
 check "installed, it has the package's files" '
   diff <(cd deb && find . ! -type d | sort) <(comm -13 before.txt <(everything) | while read -r file; do
     if [ ! -d "$root/$file" ] || [ -L "$root/$file" ]; then echo "$file"; fi; done)'
@@ -101,7 +101,7 @@ check "all examples, each in a process of its own" '
   [ $(ls "$root/tmp/new" | wc -l) = $(ls "$source"/examples/*.xlsx | wc -l) ]'
 rm -rf "$root/tmp/new"
 check "no test has left anything" '[ -z "$(ls -A "$root/tmp")" ]'
-dpkg_in_root --remove zavrel-functions
+check "it can be removed" 'dpkg_in_root --remove zavrel-functions'
 everything >after.txt
 check "removed, it leaves nothing" 'diff before.txt after.txt'
 check "and the system has forgotten it" '! grep -r zavrel-functions "$root/var/lib/dpkg/status" "$root/var/lib/dpkg/info"'
