@@ -2,7 +2,6 @@
 
 #include <doctest/doctest.h>
 
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>

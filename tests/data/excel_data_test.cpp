@@ -2,13 +2,12 @@
 
 #include <doctest/doctest.h>
 
-#include <algorithm>
 #include <memory>
 #include <vector>
 
-#include "data/array_accessor.h"
 #include "data/dataset_parm.h"
 #include "numbers/error_double.h"
+#include "platform/utf.h"
 #include "support/fake_excel.h"
 
 namespace zavrel::tests {
@@ -50,10 +49,6 @@ std::vector<double> Shape(const std::vector<Cell>& contents, MissingDataPolicy p
 }  // namespace
 
 TEST_CASE("classes of cells") {
-  const auto data = DataOf({1.0, u"a", Cell(), true, ErrorCell{42}});
-  const std::size_t expected[] = {5, 1, 4, 3, 1};
-  for (int code = 0; code < kCellClasses; ++code)
-    CHECK(data->CountOfClass(static_cast<CellClass>(code)) == expected[code]);
   // A text is a text, whatever it says; an omitted value is as blank as an empty cell.
   CHECK(DataOf({u"12"})->CountOfClass(CellClass::kNumber) == 0);
   CHECK(Omitted()->CountOfClass(CellClass::kBlank) == 1);
@@ -151,16 +146,6 @@ TEST_CASE("the numbers in ascending order, made once") {
   CHECK(data->Numbers(kNumbersOnly)[1] == 37);  // the cells keep their own order
 }
 
-TEST_CASE("views") {
-  const std::vector<double> values{1, 2, 3};
-  const VectorArrayAccessor vector(values);
-  const RawMemoryArrayAccessor memory(values.data(), values.size());
-  CHECK(vector.count() == 3);
-  CHECK(vector[2] == 3);
-  CHECK(memory.values().data() == vector.values().data());
-  CHECK(RawMemoryArrayAccessor(nullptr, 9).count() == 0);
-}
-
 TEST_CASE("the cache is bounded, and pruning spares what is held") {
   ExcelDataCache cache({.entries = 4, .bytes = 1 << 20}, {.entries = 2, .bytes = 1 << 20});
   const auto put = [&](const char* key) { cache.Put(DataOf({1.0}, key)); };
@@ -193,6 +178,20 @@ TEST_CASE("the cache is bounded, and pruning spares what is held") {
   cache.Clear();
   CHECK(cache.size() == 0);
   CHECK(cache.Find("a") == nullptr);
+}
+
+TEST_CASE("the cache counts what was worked out from the latest data sets") {
+  const FakeExcel excel;
+  ExcelDataCache cache;
+  std::vector<Cell> cells(5000);
+  for (std::size_t i = 0; i < cells.size(); ++i) cells[i] = Utf16FromUtf8(std::to_string(i));
+  const auto data = DataOf(cells);
+  cache.Put(data);
+  const std::size_t before = cache.bytes();
+  CHECK(data->Categories()->size() == 5000);
+  CHECK(cache.bytes() == before);
+  cache.Put(DataOf({1.0}, "other"));
+  CHECK(cache.bytes() >= before + 5000 * 80);
 }
 
 TEST_CASE("the latest parameters are shared and hold their data sets") {

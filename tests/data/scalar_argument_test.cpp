@@ -2,6 +2,9 @@
 
 #include <doctest/doctest.h>
 
+#include <string>
+
+#include "platform/utf.h"
 #include "support/fake_excel.h"
 
 using namespace zavrel;
@@ -9,117 +12,84 @@ using namespace zavrel::tests;
 
 namespace {
 
-OrFailure<ScalarValue> Read(char letter, const XXloper& argument) {
-  const auto kind = ScalarKindOf(letter);
-  REQUIRE(kind.has_value());
-  return ReadScalar(*kind, &argument.record());
+/// What a letter makes of an argument: "2.5", "7 whole", "text", "TRUE"; "left out"; "#15", or
+/// "wait" when it cannot be told yet.
+std::string Read(char letter, const XXloper& argument) {
+  const auto read = ReadScalar(ScalarKindOf(letter).value(), &argument.record());
+  if (!read.ok())
+    return read.failure().uncalculated() ? "wait" : Shown(read.failure().value().record());
+  if (const auto* whole = std::get_if<std::int32_t>(&*read))
+    return std::to_string(*whole) + " whole";
+  if (const auto* text = std::get_if<std::u16string>(&*read)) return Utf8FromUtf16(*text);
+  if (const auto* boolean = std::get_if<bool>(&*read)) return *boolean ? "TRUE" : "FALSE";
+  if (const auto* number = std::get_if<double>(&*read))
+    return Shown(XXloper::Number(*number).record());
+  return "left out";
 }
 
-double Number(char letter, const XXloper& argument) {
-  return std::get<double>(*Read(letter, argument));
-}
-
-std::int32_t Integer(const XXloper& argument) {
-  return (*ReadInteger(&argument.record(), Presence::kRequired)).value();
-}
-
-bool IsLeftOut(char letter, const XXloper& argument) {
-  const auto read = Read(letter, argument);
-  return read.ok() && std::holds_alternative<std::monostate>(*read);
-}
-
-/// The error that a reading fails with; -1 when it does not, or only has to wait.
-std::int32_t ErrorOf(char letter, const XXloper& argument) {
-  const auto read = Read(letter, argument);
-  return read.ok() || read.failure().uncalculated() ? -1 : read.failure().value().record().val.err;
-}
-
-bool Fails(char letter, const XXloper& argument) { return ErrorOf(letter, argument) == xlerrValue; }
+XXloper Number(double number) { return XXloper::Number(number); }
+XXloper Text(const char16_t* text) { return XXloper::Text(text); }
 
 }  // namespace
 
 TEST_CASE("Letters mean what they say; those of data sets mean nothing here") {
   for (const char letter : {'R', 'r', 'V', 'v', 'P', ' '}) CHECK_FALSE(ScalarKindOf(letter));
-  for (const char letter : {'D', 'L', 'S', 'B'}) {
-    CHECK(Fails(letter, XXloper::Missing()));
+  for (const auto& [letter, blank] :
+       {std::pair{'D', "0"}, {'L', "0 whole"}, {'S', ""}, {'B', "FALSE"}}) {
+    CHECK(Read(letter, XXloper::Missing()) == "#15");
+    CHECK(Read(letter, XXloper::Nil()) == blank);
     const auto optional_letter = static_cast<char>(letter - 'A' + 'a');
-    CHECK(IsLeftOut(optional_letter, XXloper::Missing()));
-    CHECK(IsLeftOut(optional_letter, XXloper::Nil()));
+    CHECK(Read(optional_letter, XXloper::Missing()) == "left out");
+    CHECK(Read(optional_letter, XXloper::Nil()) == "left out");
   }
-  CHECK(Number('D', XXloper::Nil()) == 0);
-  CHECK(std::get<std::int32_t>(*Read('L', XXloper::Nil())) == 0);
-  CHECK(std::get<std::u16string>(*Read('S', XXloper::Nil())).empty());
-  CHECK(std::get<bool>(*Read('B', XXloper::Nil())) == false);
 }
 
-TEST_CASE("Numbers and integers") {
+TEST_CASE("Values of every kind, texts and booleans in the host's language") {
   FakeExcel excel;
   excel.AnswerCoercions();
-  CHECK(Number('d', XXloper::Number(-2.5)) == -2.5);
-  CHECK(Number('D', XXloper::Boolean(true)) == 1);
-  CHECK(Number('D', XXloper::Integer(7)) == 7);
+  const struct {
+    char letter;
+    XXloper argument;
+    const char* read;
+  } cases[] = {{'d', Number(-2.5), "-2.5"},        {'D', XXloper::Boolean(true), "1"},
+               {'D', XXloper::Integer(7), "7"},    {'D', Text(u"12.5"), "12.5"},
+               {'d', Text(u"abc"), "#15"},         {'d', Text(u""), "#15"},
+               {'d', Number(1.0 / 0.0), "#15"},    {'L', Number(2.9), "2 whole"},
+               {'L', Number(-2.9), "-2 whole"},    {'L', Number(2147483647.5), "2147483647 whole"},
+               {'L', Number(2147483648.0), "#15"}, {'L', Number(-2147483649.0), "#15"},
+               {'L', Text(u"3.7"), "3 whole"},     {'s', Text(u"qtox"), "qtox"},
+               {'s', Number(2.5), "2,5"},          {'s', XXloper::Boolean(true), "WAHR"},
+               {'B', Number(-0.5), "TRUE"},        {'B', Number(0), "FALSE"},
+               {'B', Text(u"WAHR"), "TRUE"},       {'B', Text(u"0"), "FALSE"},
+               {'B', Text(u"maybe"), "#15"}};
+  for (const auto& given : cases) {
+    INFO(given.letter, " of ", Shown(given.argument.record()));
+    CHECK(Read(given.letter, given.argument) == given.read);
+  }
+  excel.calls.clear();
+  for (const XXloper& plain : {Number(1), XXloper::Boolean(true)}) Read('D', plain);
   CHECK(excel.calls.empty());
-  CHECK(Number('D', XXloper::Text(u"12.5")) == 12.5);
-  for (const XXloper& bad : {XXloper::Text(u"abc"), XXloper::Text(u""), XXloper::Number(1.0 / 0.0)})
-    CHECK(Fails('d', bad));
-
-  CHECK(Integer(XXloper::Number(2.9)) == 2);
-  CHECK(Integer(XXloper::Number(-2.9)) == -2);
-  CHECK(Integer(XXloper::Number(2147483647.5)) == 2147483647);
-  CHECK(Integer(XXloper::Text(u"3.7")) == 3);
-  CHECK(Fails('L', XXloper::Number(2147483648.0)));
-  CHECK(Fails('L', XXloper::Number(-2147483649.0)));
-}
-
-TEST_CASE("Texts and booleans speak the host's language") {
-  FakeExcel excel;
-  excel.AnswerCoercions();
-  const auto text = [](const XXloper& value) {
-    return (*ReadText(&value.record(), Presence::kOptional)).value();
-  };
-  CHECK(text(XXloper::Text(u"qtox")) == u"qtox");
-  CHECK(text(XXloper::Number(2.5)) == u"2,5");
-  CHECK(text(XXloper::Boolean(true)) == u"WAHR");
-
-  const auto boolean = [](const XXloper& value) {
-    return (*ReadBoolean(&value.record(), Presence::kRequired)).value();
-  };
-  CHECK(boolean(XXloper::Number(-0.5)));
-  CHECK_FALSE(boolean(XXloper::Number(0)));
-  CHECK(boolean(XXloper::Text(u"WAHR")));
-  CHECK_FALSE(boolean(XXloper::Text(u"0")));
-  CHECK(Fails('B', XXloper::Text(u"maybe")));
 }
 
 TEST_CASE("An array gives its upper left element, unless it holds an error") {
-  XXloperArray array(2, 1);
-  array.SetNumber(0, 4);
-  array.SetText(1, u"x");
-  CHECK(Number('D', std::move(array).Finish()) == 4);
-  XXloperArray empty_first(1, 2, ExcelError::kNum);
-  empty_first.SetEmpty(0);
-  empty_first.SetNumber(1, 1);
-  CHECK(IsLeftOut('d', std::move(empty_first).Finish()));
-
-  XXloperArray with_errors(1, 3, ExcelError::kNA);
-  with_errors.SetNumber(0, 4);
-  with_errors.SetError(1, ExcelError::kDiv0);
-  const XXloper errors = std::move(with_errors).Finish();
+  CHECK(Read('D', XXloper::FromArgument(Argument(2, 1, {4.0, u"x"}))) == "4");
+  CHECK(Read('d', XXloper::FromArgument(Argument(1, 2, {Cell(), 1.0}))) == "left out");
+  const Argument errors(1, 3, {4.0, ErrorCell{xlerrDiv0}, ErrorCell{xlerrNA}});
   for (const char letter : {'D', 'l', 'S', 'b'}) {
-    CHECK(ErrorOf(letter, errors) == xlerrDiv0);
-    CHECK(ErrorOf(letter, XXloper::ErrorByCode(xlerrNull)) == xlerrNull);
+    CHECK(Read(letter, XXloper::FromArgument(errors)) == "#7");
+    CHECK(Read(letter, XXloper::ErrorByCode(xlerrNull)) == "#0");
   }
   XLOPER12 hostile{};
   hostile.xltype = xltypeMulti;
   hostile.val.array = {nullptr, 1000000, 16384};
-  CHECK(Fails('S', XXloper::FromArgument(&hostile)));
+  CHECK(Read('S', XXloper::FromArgument(&hostile)) == "#15");
   hostile.xltype = xltypeFlow;
-  CHECK(Fails('D', XXloper::FromArgument(&hostile)));
+  CHECK(Read('D', XXloper::FromArgument(&hostile)) == "#15");
 }
 
 TEST_CASE("A reference is looked up, one cell of it; uncalculated cells are told apart") {
   FakeExcel excel;
-  const Reference column({4, kExcelRows - 1, 2, 9});
+  const Reference column({4, kExcelRows - 1, 2, 9}), nowhere({-1, 5, 0, 0});
   const XXloper reference = XXloper::FromArgument(column);
   excel.On(xlCoerce, [](FakeExcel::Arguments arguments, XLOPER12& result) {
     CHECK(arguments.size() == 1);
@@ -128,17 +98,15 @@ TEST_CASE("A reference is looked up, one cell of it; uncalculated cells are told
     result = XXloper::Number(6).record();
     return xlretSuccess;
   });
-  CHECK(Number('D', reference) == 6);
+  CHECK(Read('D', reference) == "6");
   excel.AnswerCoercions(XXloper::Nil());
-  CHECK(IsLeftOut('d', reference));
+  CHECK(Read('d', reference) == "left out");
   excel.AnswerCoercions(XXloper::Error(ExcelError::kRef));
-  CHECK(ErrorOf('L', reference) == xlerrRef);
-
+  CHECK(Read('L', reference) == "#23");
   for (const int code : {xlretUncalced, xlretAbort}) {
     excel.On(xlCoerce, [code](FakeExcel::Arguments, XLOPER12&) { return code; });
-    for (const char letter : {'d', 'L', 'S', 'b'})
-      CHECK(Read(letter, reference).failure().uncalculated());
-    CHECK(Read('B', XXloper::Text(u"x")).failure().uncalculated());
+    for (const char letter : {'d', 'L', 'S', 'b'}) CHECK(Read(letter, reference) == "wait");
+    CHECK(Read('B', Text(u"x")) == "wait");
   }
   // A host that answers with an array: its first element is read before the array is freed.
   excel.On(xlCoerce, [&](FakeExcel::Arguments, XLOPER12& result) {
@@ -146,9 +114,8 @@ TEST_CASE("A reference is looked up, one cell of it; uncalculated cells are told
     result.val.array.lparray[0] = XXloper::Number(8).record();
     return xlretSuccess;
   });
-  CHECK(Number('D', reference) == 8);
+  CHECK(Read('D', reference) == "8");
   excel.On(xlCoerce, [](FakeExcel::Arguments, XLOPER12&) { return xlretFailed; });
-  CHECK(Fails('D', reference));
-  const Reference nowhere({-1, 5, 0, 0});
-  CHECK(Fails('D', XXloper::FromArgument(nowhere)));
+  CHECK(Read('D', reference) == "#15");
+  CHECK(Read('D', XXloper::FromArgument(nowhere)) == "#15");
 }

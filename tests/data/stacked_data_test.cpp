@@ -146,6 +146,7 @@ TEST_CASE("a handle stands for the values of its rows wherever one cell can") {
   CHECK(Shown(Read({none})).empty());
   CHECK(Shown(Read({empty})).empty());
   CHECK((*Read({north}))->CountOfClass(CellClass::kEvery) == 3);
+  CHECK(*Read({north}) == *Read({north}));
 
   // In a cell, in an array of one element, among other pieces.
   table.excel.Set(9, 9, HandleOf(Selection(table.values, table.regions, u"South")));
@@ -163,53 +164,6 @@ TEST_CASE("a handle stands for the values of its rows wherever one cell can") {
   // Not within a range of several cells.
   const Reference two(Area(9, 10, 9, 9));
   CHECK((*Read({two}))->size() == 2);
-}
-
-TEST_CASE("what a handle stands for is read afresh, and made once while nothing changes") {
-  Table table;
-  const Argument north(Cell(HandleOf(Selection(table.values, table.regions, u"North"))));
-  const Argument number(Cell(7.0));
-  const auto before = *Read({north});
-  const auto among_others = *Read({number, north});
-  CHECK(*Read({north}) == before);
-  CHECK(before->key().starts_with("{Destack,"));
-  table.excel.Set(0, 0, 11.0);
-  CHECK(Shown(Read({north})) == "11;x;-;");
-  CHECK(Shown(Read({number, north})) == "7;11;x;-;");
-  table.excel.Set(1, 1, u"NORTH");
-  CHECK(Shown(Read({north})) == "11;20;x;-;");
-  table.excel.Set(0, 1, 2.0);
-  CHECK(Shown(Read({north})) == "20;x;-;");
-  // An edit that concerns other rows alone.
-  table.excel.Set(3, 0, -1.0);
-  CHECK(Shown(Read({north})) == "20;x;-;");
-  SessionExcelDataCache()->Clear();
-  CHECK(Shown(Read({north})) == "20;x;-;");
-}
-
-TEST_CASE("variables go together row by row as far as all of them go") {
-  Table table;
-  const Reference short_regions(Area(0, 2, 1, 1));
-  CHECK(Shown(Read({Argument(Cell(HandleOf(Selection(table.values, short_regions, u"North"))))})) ==
-        "unreadable");
-  const Reference short_values(Area(0, 1, 0, 0));
-  CHECK(Shown(Read({Argument(Cell(HandleOf(Selection(short_values, table.regions, u"North"))))})) ==
-        "unreadable");
-  // Whole columns: what the values lack further down are blank cells.
-  table.excel.Set(20, 1, u"North");
-  const Reference columns[] = {Reference(WholeColumns(0, 0)), Reference(WholeColumns(1, 1)),
-                               Reference(WholeColumns(2, 2))};
-  const Argument whole(Cell(HandleOf(Selection(columns[0], columns[1], u"North"))));
-  CHECK(Shown(Read({whole})) == "10;x;-;-;");
-  table.excel.clips_to_used_part = true;
-  CHECK(Shown(Read({whole})) == "10;x;-;-;");
-  const Argument years(
-      Cell(HandleOf(Selection(columns[0], columns[1], u"North", columns[2], u"1"))));
-  CHECK(Shown(Read({years})) == "10;");
-  // Two whole columns among others are cut where they end: rows cannot be told.
-  const Reference areas(FakeExcel::kCallingSheet, {WholeColumns(0, 0), WholeColumns(1, 1)});
-  CHECK(Shown(Read({Argument(Cell(HandleOf(Selection(areas, columns[1], u"North"))))})) ==
-        "unreadable");
 }
 
 TEST_CASE("a handle that names nothing, and data that cannot be read") {
@@ -274,22 +228,6 @@ TEST_CASE("selections of selections are read once each, and circles end") {
   CHECK(Shown(Read({one, other})) == "unreadable");
   table.excel.Set(1, 8, 5.0);
   CHECK(Shown(Read({one})) == "5;");
-}
-
-TEST_CASE("asking and reading again and again keeps nothing more") {
-  Table table;
-  const Argument array(6, 1, {1.0, 2.0, 3.0, 4.0, 5.0, 6.0});
-  std::size_t bytes = 0;
-  for (int i = 0; i < 20'000; ++i) {
-    if (i % 50 == 0) table.excel.Set(0, 0, static_cast<double>(i));
-    const Argument north(Cell(HandleOf(Selection(table.values, table.regions, u"North"))));
-    const Argument of_array(Cell(HandleOf(Selection(array, table.regions, u"North"))));
-    CHECK(Read({north, of_array}).ok());
-    CHECK(Read({north}).ok());
-    if (i == 100) bytes = SessionExcelDataCache()->bytes();
-  }
-  CHECK(Selections().size() == 2);
-  CHECK(SessionExcelDataCache()->bytes() == bytes);
 }
 
 }  // namespace zavrel::tests

@@ -11,6 +11,7 @@
 #include "formula/lexer.h"
 #include "formula/sample_context.h"
 #include "host/formula/evaluate.h"
+#include "support/workbooks.h"
 
 namespace {
 
@@ -102,25 +103,14 @@ TEST_CASE("growth is bounded") {
 }
 
 std::u16string Mutated(std::mt19937& random, std::u16string text) {
-  static const std::u16string_view pieces[] = {u"(",      u")",
-                                               u",",      u";",
-                                               u"{",      u"}",
-                                               u"[",      u"]",
-                                               u"\"",     u"'",
-                                               u"!",      u":",
-                                               u" ",      u"#",
-                                               u"@",      u"%",
-                                               u"-",      u"^",
-                                               u"$",      u"A1",
-                                               u"A:A",    u"1E",
-                                               u"3:",     u".",
-                                               u"\\",     u"#REF!",
-                                               u"IF(",    u"INDEX(",
-                                               u"ROW(",   u"EchoA(",
-                                               u"EchoS(", u"{1,2}",
-                                               u"\xD800", u"\0",
-                                               u"~",      u"Twice",
-                                               u"&",      u"'Other sheet'!"};
+  static const std::vector<std::u16string> pieces = [] {
+    std::vector<std::u16string> all{u" ", u"\xD800", std::u16string(1, u'\0')};
+    for (const std::string& piece : zavhost::tests::CasesIn(R"(
+             (|)|,|;|{|}|[|]|"|'|!|:|#|@|%|-|^|$|A1|A:A|1E|3:|.|\|#REF!|IF(|INDEX(|ROW(|EchoA(|EchoS(
+             {1,2}|~|Twice|&|'Other sheet'!)"))
+      all.push_back(zavhost::Utf16FromUtf8(piece));
+    return all;
+  }();
   const auto below = [&random](std::size_t n) {
     return std::uniform_int_distribution<std::size_t>(0, n - 1)(random);
   };

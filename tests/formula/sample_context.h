@@ -2,10 +2,8 @@
 // A workbook in memory to evaluate against, and results as texts a table can hold.
 
 #include <map>
-#include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "host/formula/evaluate.h"
 

@@ -29,51 +29,37 @@ TEST_CASE("a row is registered with the arguments that Excel expects") {
   FakeExcel excel;
   Registration main({SampleFunctions()});
   main.Register(kApplication5, Sources());
-
-  const Registered& mean = excel.functions().at(u"Mean");
-  REQUIRE(mean.texts.size() == 30);
-  CHECK(mean.texts[0] == u"C:\\Add-ins\\ZavrelFuncs8_x64.xll");
-  CHECK(mean.texts[2] == u"QUUUU");
-  CHECK(mean.texts[3] == u"ZavMean");
-  CHECK(mean.texts[4] == u"text 1113");
-  CHECK(mean.macro_type == 1);
-  CHECK(mean.texts[6] == u"text 407");
-  CHECK((mean.types[7] == xltypeStr && mean.texts[7].empty()));
-  CHECK(mean.texts[8] == u"C:\\help.chm!198");
-  CHECK(mean.texts[9] == u"text 1114");
-  for (std::size_t i = 10; i < 29; ++i) CHECK(mean.texts[i] == u"text 1115");
-  CHECK(mean.texts[29] == u"text 1115  ");
-
-  SUBCASE("fewer helps leave the rest missing") {
-    const Registered& pick = excel.functions().at(u"Pick");
-    REQUIRE(pick.texts.size() == 30);
-    CHECK(pick.texts[2] == u"CUQC%");
-    CHECK(pick.texts[10] == u"text 1068");
-    CHECK(pick.texts[11] == u"of all  ");
-    CHECK((pick.types[12] == xltypeMissing && pick.types[29] == xltypeMissing));
-  }
-  SUBCASE("no helps at all: ten arguments, and no topic") {
-    const Registered& rand = excel.functions().at(u"Rand");
-    CHECK(rand.texts.size() == 10);
-    CHECK(rand.texts[2] == u"B!");
-    CHECK(rand.texts[9] == u"text 1239");
-    CHECK((rand.types[4] == xltypeStr && rand.texts[4].empty()));
-    const Registered& hidden = excel.functions().at(u"Multi");
-    CHECK(hidden.types[8] == xltypeMissing);
-    CHECK(hidden.macro_type == 0);
-  }
-  SUBCASE("the marker repeats the help before it, wherever it stands") {
-    const Registered& matrix = excel.functions().at(u"Matrix");
-    CHECK(matrix.texts[2] == u"QQU");  // thread-safe functions lose their mark
-    CHECK(matrix.texts[10] == u"text 1551");
-    CHECK((matrix.texts[11] == u"text 1552" && matrix.texts[29] == u"text 1552  "));
-  }
-  SUBCASE("an empty help is a text, not a missing value") {
-    const Registered& version = excel.functions().at(u"Version");
-    REQUIRE(version.texts.size() == 30);
-    CHECK((version.types[10] == xltypeStr && version.texts[10].empty()));
-  }
-  CHECK(excel.functions().at(u"Normal").texts[6] == u"text 408");
+  const auto shown = [&](const char16_t* name) {
+    const Registered& function = excel.functions().at(name);
+    CHECK(function.texts[0] == u"C:\\Add-ins\\ZavrelFuncs8_x64.xll");
+    std::string all;
+    for (std::size_t i = 1; i < function.texts.size(); ++i)
+      all += (function.types[i] == xltypeStr ? Utf8FromUtf16(function.texts[i])
+              : function.types[i] == xltypeMissing
+                  ? "-"
+                  : std::to_string(static_cast<int>(function.macro_type))) +
+             '|';
+    return all;
+  };
+  const auto times = [](int count, const std::string& text) {
+    std::string all;
+    for (int i = 0; i < count; ++i) all += text;
+    return all;
+  };
+  CHECK(shown(u"Mean") == "Mean|QUUUU|ZavMean|text 1113|1|text 407||C:\\help.chm!198|text 1114|" +
+                              times(19, "text 1115|") + "text 1115  |");
+  // Fewer helps leave the rest missing; with none at all there are ten arguments.
+  CHECK(shown(u"Pick") ==
+        "Pick|CUQC%|ZavPick|text 1066|1|text 407||C:\\help.chm!189|text 1067|text 1068|of all  |" +
+            times(18, "-|"));
+  CHECK(shown(u"Rand") == "Rand|B!|ZavRand||1|text 407||C:\\help.chm!307|text 1239 |");
+  CHECK(shown(u"Multi") == "Multi|QIUQ|ZavMulti||0|text 407||-||");
+  // The last help is repeated from where the mark stands. Thread-safe functions lose their mark.
+  CHECK(shown(u"Matrix") == "Matrix|QQU|ZavMatrix|text 1550|1|text 407||-|text 1555|text 1551|" +
+                                times(18, "text 1552|") + "text 1552  |");
+  CHECK(shown(u"Version") == "Version|J|ZavVersion||0|text 407||-|||" + times(19, "-|"));
+  CHECK(shown(u"Normal") ==
+        "Normal|QQ|ZavNormal|text 1203|1|text 408||C:\\help.chm!305|text 1204 |");
 }
 
 TEST_CASE("a help topic needs a file and a number; the owner follows the category") {
@@ -132,7 +118,7 @@ TEST_CASE("a registration that succeeds without an id is a refusal too") {
 }
 
 TEST_CASE("names go with the functions that do not come back, and only those") {
-  FakeExcel excel;
+  const FakeExcel excel;
   Registration main({SampleFunctions()});
   main.Register(kApplication5, Sources());
   CHECK(excel.names().size() == 7);

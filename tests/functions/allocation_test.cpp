@@ -6,10 +6,9 @@
 #include "support/open_add_in.h"
 
 namespace zavrel {
+using OfTwo = XLOPER12*(const XLOPER12*, const XLOPER12*);
+ZAV_EXPORT OfTwo ZavrelPairMeanQuotient, ZavrelPower, ZavrelDummy;
 ZAV_EXPORT XLOPER12* ZavrelPairMedian(const XLOPER12*, const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelPairMeanQuotient(const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelPower(const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelDummy(const XLOPER12*, const XLOPER12*);
 ZAV_EXPORT XLOPER12* ZavrelCountCategories(const XLOPER12*);
 }  // namespace zavrel
 
@@ -30,6 +29,7 @@ TEST_CASE("nothing is allocated per cell or per pair") {
   const Reference y(Area(0, kRows - 1, 1, 1));
   const Reference groups(Area(0, kRows - 1, 2, 2));
   const Reference codes(Area(0, kRows - 1, 3, 3));
+  const Reference whole(WholeColumns(1, 1));
   const Argument two(Cell(2.0));
   const Argument name{Cell(names[1])};
   const auto count = [](auto call) {
@@ -41,6 +41,7 @@ TEST_CASE("nothing is allocated per cell or per pair") {
     CHECK(count([&] { return ZavrelPairMedian(x, y, nullptr); }) < most);
     CHECK(count([&] { return ZavrelPairMeanQuotient(x, y); }) < most);
     CHECK(count([&] { return ZavrelPower(y, two); }) < most);
+    CHECK(count([&] { return ZavrelPower(whole, two); }) < most + 100);
     CHECK(count([&] { return ZavrelDummy(groups, name); }) < most);
     CHECK(count([&] { return ZavrelDummy(codes, two); }) < most);
     CHECK(count([&] { return ZavrelCountCategories(groups); }) < most);

@@ -111,22 +111,16 @@ TEST_CASE("what is arranged for the next call is gone when that fails, and stays
   CHECK(Shown(*ZavrelCategoryNames(nowhere)) == "#23");
   CHECK(handshakes.next_category_names() == 0);
 
+  const std::string bad = handshakes.Enter(PendingCellValues{{}, 8, 0});
+  CHECK(Shown(*ZavrelGetCellValuesPrivate(sheet.range, sheet.every, bad.c_str())) == "#15");
+  CHECK(handshakes.Find<PendingCellValues>(bad) == nullptr);
+
   handshakes.next_cell_values() = PendingCellValues{};
   sheet.excel.answer = [](const XLREF12&) { return xlretUncalced; };
   CHECK(Shown(*ZavrelGetCellValues(sheet.range, sheet.every)) == "#23");
   CHECK(handshakes.next_cell_values().has_value());
   sheet.excel.answer = nullptr;
   CHECK(Shown(*ZavrelGetCellValues(sheet.range, sheet.every)) == "5");
-}
-
-TEST_CASE("a name that is no category ends a macro's call in an error") {
-  FiveCells sheet;
-  MacroHandshakes& handshakes = Session::Current()->Kept<MacroHandshakes>();
-  const Argument unknown(Cell(u"nobody"));
-  const std::string id = handshakes.Enter(PendingCategoryIndices{});
-  CHECK(Shown(*ZavrelCategoryIndicesPrivate(sheet.range, unknown, id.c_str())) == "#42");
-  CHECK(handshakes.Find<PendingCategoryIndices>(id) == nullptr);
-  CHECK(Shown(*ZavrelCategoryIndicesPrivate2(sheet.range, unknown, nullptr)) == "#42");
 }
 
 }  // namespace zavrel::tests

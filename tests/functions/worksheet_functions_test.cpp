@@ -11,43 +11,28 @@
 #include "support/open_add_in.h"
 
 namespace zavrel {
-#define ZAV_DECLARE(name) ZAV_EXPORT XLOPER12* name(ZAV_THIRTY_PARAMETERS);
-ZAV_DECLARE(ZavrelMean)
-ZAV_DECLARE(ZavrelProduct)
-ZAV_DECLARE(ZavrelMeanI)
-ZAV_DECLARE(ZavrelProductI)
-#undef ZAV_DECLARE
-ZAV_EXPORT XLOPER12* ZavrelCountCellsByType(const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelMedian(const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelPairCount(const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelPairMean(const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelPairStdDev(const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelPairMeanQuotient(const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelPairMeanAbsQuotient(const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelPairMedian(const XLOPER12*, const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelPairCountRange(const XLOPER12*, const XLOPER12*, const XLOPER12*,
-                                          const XLOPER12*, const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelBoxPlotX(const XLOPER12*, const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT std::int32_t ZavrelBoxPlotCountOutliers(const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelDurbinWatson(const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelAutocorrelation(const XLOPER12*, std::int32_t);
+using Piece = const XLOPER12*;
+using OfOne = XLOPER12*(Piece);
+using OfTwo = XLOPER12*(Piece, Piece);
+using OfThree = XLOPER12*(Piece, Piece, Piece);
+using OfThirty = XLOPER12*(ZAV_THIRTY_PARAMETERS);
+ZAV_EXPORT OfOne ZavrelDurbinWatson, ZavrelLn, ZavrelCountCategories;
+ZAV_EXPORT OfTwo ZavrelCountCellsByType, ZavrelMedian, ZavrelPairCount, ZavrelPairMean,
+    ZavrelPairStdDev, ZavrelPairMeanQuotient, ZavrelPairMeanAbsQuotient, ZavrelPower, ZavrelDummy;
+ZAV_EXPORT OfThree ZavrelPairMedian, ZavrelBoxPlotX;
+ZAV_EXPORT OfThirty ZavrelMean, ZavrelProduct, ZavrelMeanI, ZavrelProductI;
+ZAV_EXPORT XLOPER12* ZavrelPairCountRange(Piece, Piece, Piece, Piece, Piece, Piece);
+ZAV_EXPORT std::int32_t ZavrelBoxPlotCountOutliers(Piece, Piece);
+ZAV_EXPORT XLOPER12* ZavrelAutocorrelation(Piece, std::int32_t);
 ZAV_EXPORT std::int16_t ZavrelStandardizeVB(double, double, double, double*);
-ZAV_EXPORT XLOPER12* ZavrelLn(const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelPower(const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelDummy(const XLOPER12*, const XLOPER12*);
-ZAV_EXPORT XLOPER12* ZavrelInteraction(const XLOPER12*, const XLOPER12*, const XLOPER12*,
-                                       const XLOPER12*, const XLOPER12*, const XLOPER12*,
-                                       const XLOPER12*, const XLOPER12*, const XLOPER12*,
-                                       const XLOPER12*, const XLOPER12*, const XLOPER12*,
-                                       const XLOPER12*, const XLOPER12*);
+ZAV_EXPORT XLOPER12* ZavrelInteraction(Piece, Piece, Piece, Piece, Piece, Piece, Piece, Piece,
+                                       Piece, Piece, Piece, Piece, Piece, Piece);
 }  // namespace zavrel
 
 namespace zavrel::tests {
 namespace {
 
-using Piece = const XLOPER12*;
-
-Piece OfThirty(XLOPER12* (*statistic)(ZAV_THIRTY_PARAMETERS), Piece range) {
+Piece OfRange(OfThirty* statistic, Piece range) {
   static const Argument missing(xltypeMissing);
   std::array<Piece, 30> all;
   all.fill(missing);
@@ -70,10 +55,10 @@ TEST_CASE("cells that are not calculated yet end a call, and the next one finds 
     const char* shown;
     const char* of_nowhere = "#23";
   } cases[] = {
-      {"Mean", [](Piece x) { return OfThirty(ZavrelMean, x); }, "3"},
-      {"Product", [](Piece x) { return OfThirty(ZavrelProduct, x); }, "12"},
-      {"MeanI", [](Piece x) { return OfThirty(ZavrelMeanI, x); }, "3", ""},
-      {"ProductI", [](Piece x) { return OfThirty(ZavrelProductI, x); }, "12", ""},
+      {"Mean", [](Piece x) { return OfRange(ZavrelMean, x); }, "3"},
+      {"Product", [](Piece x) { return OfRange(ZavrelProduct, x); }, "12"},
+      {"MeanI", [](Piece x) { return OfRange(ZavrelMeanI, x); }, "3", ""},
+      {"ProductI", [](Piece x) { return OfRange(ZavrelProductI, x); }, "12", ""},
       {"Median", [](Piece x) { return ZavrelMedian(x, nullptr); }, "1.5"},
       {"PairCount", [&](Piece x) { return ZavrelPairCount(one, x); }, "1"},
       {"PairMedian", [&](Piece x) { return ZavrelPairMedian(x, range, nullptr); }, "0"},
@@ -113,6 +98,9 @@ TEST_CASE("cells that are not calculated yet end a call, and the next one finds 
   add_in.excel.answer = nullptr;
   add_in.excel.text_code = xlretUncalced;
   CHECK(Shown(*ZavrelDummy(data, text)) == "#23");
+  CHECK(Shown(*ZavrelCountCategories(data)) == "#23");
+  add_in.excel.text_code = xlretSuccess;
+  CHECK(Shown(*ZavrelCountCategories(data)) == "2");
   add_in.excel.caller_code = xlretUncalced;
   CHECK(Shown(*ZavrelGetCellValues(range, one)) == "#23");
 }
@@ -168,6 +156,8 @@ TEST_CASE("a category is what the host makes of a number, which it is asked once
   for (int row = 0; row < 3000; ++row) sum += column.val.array.lparray[row].val.num;
   CHECK(sum == 1000);
   CHECK(column.val.array.lparray[2].val.num == 1);
+  CHECK(Number(*ZavrelCountCategories(Argument(3000, 1, cells))) == 3);
+  CHECK(add_in.excel.conversions == 6);
 }
 
 TEST_CASE("a macro gets the standardized value and a status") {

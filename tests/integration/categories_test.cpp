@@ -10,7 +10,8 @@ namespace {
 
 zavhost::Workbook SmallBook() {
   return BookOf({"A: North | \"north \" | | South | #N/A | \"a\nb\"", "B: 1 | 2 | 3 | 4 | 5 | 6",
-                 "C: 10 | 9 | 10 | TRUE | 9 | \"9\"", "Other!A: 7 | 8 | 9"});
+                 "C: 10 | 9 | 10 | TRUE | 9 | \"9\"", "Other!A: 7 | 8 | 9", "X: x | | | | | | x",
+                 "Y: \"a\nb\" | \"A b\" | \"a\r\nb\" | \"a  B\" | \"\u00A0NORTH\r\n\""});
 }
 
 }  // namespace
@@ -26,6 +27,11 @@ TEST_CASE("categories counted, named and compared") {
         ZavCategoryOccurrenceCount(A1:A6,A5) -> #VALUE! | ZavCategoryOccurrenceCount(A1:A6,) -> #VALUE!
         ZavCategoryOccurrenceCount(C1:C6,9) -> 3 | ZavCategoryOccurrenceCount(C:C,C4) -> 1
         ZavCategoryNames(A1:A6) -> North;South;a b; | ZavCategoryNames(C1:C6) -> 10;9;TRUE;
+        ZavCategoryNames(Y1:Y5) -> NORTH;a  b;a b;
+        ZavCategoryOccurrenceCount(A1:A6,Y5) -> 2 | ZavCategoryOccurrenceCount(Y1:Y5,Y1) -> 2
+        ZavCategoryNames({"été","ÉTÉ","Straße","STRASSE","straße","𐐀x","𐐨X"}) -> STRASSE;Straße;été;𐐀x;
+        ZavCategoryNames({"Ａ","😀","alpha","Zeta","alp"}) -> Zeta;alp;alpha;😀;Ａ;
+        ZavCategoryNames((A3,A5)) -> #N/A; | ZavCategoryNames({"","  "}) -> #N/A;
         ZavCategoryNames(Z1:Z9) -> #N/A; | ZavCategoryIndices(A1:A6,"north") -> 1;
         ZavCategoryIndices(A1:A6,"East") -> #N/A)");
     CheckFormulas(engine, "TRUE", R"(
@@ -43,6 +49,8 @@ TEST_CASE("names and positions over more cells than there are") {
   CheckEntered(SmallBook(), R"(
       E1:E5 = ZavCategoryNames(A1:A6) -> North;South;a b;#N/A;#N/A;
       F1:G1 = ZavCategoryNames(A1:A6) -> North,South;
+      K1:K3 = ZavCategoryIndices(Y1:Y5,"A  b") -> 3;4;#N/A;
+      L1:L2 = ZavCategoryIndices({"Straße","STRASSE","straße"},"STRAßE") -> 1;3;
       F2:G3 = ZavCategoryIndices(C1:C6,"9") -> 2,5;6,#N/A;
       F4:G5 = ZavCategoryIndices(C1:C6,"none") -> #N/A,#N/A;#N/A,#N/A;)");
 }
@@ -66,11 +74,14 @@ TEST_CASE("a handle of stacked data in the place of a range") {
         ZavSum(ZavDestack(ZavDestack(B1:B6,C1:C6,9),{"x";"y";"x"},"x")) -> 8
         ZavSum(ZavDestack(ZavMulti(0,B1:B2,Other!A1:A3),{1;2;1;2;1},1)) -> 17
         ZavSum(ZavMulti(0,ZavDestack(B1:B6,C1:C6,10),B6)) -> 10
+        ZavCountCellsByType(ZavDestack(B:B,X:X,"x"),0) -> 2 | ZavCount(ZavDestack(B:B,X:X,"x")) -> 1
+        ZavSum(ZavDestack(B:B,X:X,"x",C:C,10)) -> 1
         ZavCount(ZavDestack(B1:B6,A1:A6,"East")) -> 0 | ZavCount(ZavDestack(B1:B6,A1:A6,A3)) -> 0)");
     // Values and categories that differ in size or shape.
     CheckFormulas(engine, "#REF!", R"(
         ZavMean(ZavDestack(B:B,A2:A6,"North")) | ZavMean(ZavDestack(B1:B6,A1:A5,"North"))
-        ZavMean(ZavDestack(B1:C6,A1:A6,"North")) | ZavMean(ZavDestack(B1:B6,A:A,"North"))
+        ZavMean(ZavDestack((A:A,B:B),A:A,"North")) | ZavMean(ZavDestack(B1:C6,A1:A6,"North"))
+        ZavMean(ZavDestack(B1:B6,A:A,"North"))
         ZavMean(ZavDestack({1,2,3},{"a";"b";"A"},"a")) | ZavMean(ZavDestack(B1:B6,A1:A6,A1,C2:C6,9)))");
     CheckFormulas(engine, "#REF!",
                   "ZavMean(\"\x01\x02"

@@ -35,58 +35,51 @@ TEST_CASE("run shows every formula and writes a workbook that reads back the sam
   CHECK(Contains(lines.output, "Summary,B8,=ZavMean(Ozone),42.1293103448"));
 }
 
-TEST_CASE("eval computes a formula, over a file of values too") {
-  CHECK(ZavHost({"eval", "=ZavMean(1,2,3)"}).output == "2\n");
-  const std::filesystem::path data = ScratchFolder() / "data.csv";
-  std::ofstream(data) << "price,in stock\n1.5,TRUE\n,FALSE\n2.5,TRUE\n";
-  CHECK(ZavHost({"eval", "ZavMean(price)", "--data", Utf8FromPath(data)}).output == "2\n");
-  // Headings that are no names as they stand, one that is a number, and one that comes twice.
-  std::ofstream(data) << "x,2024 sales,2025,x,c\n1,2,3,4,5\n3,4,5,6,7\n";
-  const Outcome named =
-      ZavHost({"eval", "ZavSum(x,_2024_sales,_2025,_c)", "--data", Utf8FromPath(data)});
-  CHECK(named.output == "30\n");
-  CHECK(Contains(named.errors, "\"2024 sales\" is called _2024_sales"));
-  CHECK(Contains(named.errors, "column 4 gets no name"));
-  CHECK(ZavHost({"eval", "=Zav( "}).exit_code == 1);
-  CHECK(ZavHost({"eval", "=NoSuch(1)"}).output == "#NAME?\n");
-}
-
-TEST_CASE("functions lists what the wizard would, in the language asked for") {
-  const Outcome english = ZavHost({"functions"});
-  const Outcome german = ZavHost({"functions", "--language", "de"});
-  CHECK(english.exit_code == 0);
-  CHECK(Contains(english.output, "ZavCorrelationMatrix("));
-  CHECK(!Contains(english.output, "ZavMeanI("));
-  CHECK(Contains(ZavHost({"functions", "--hidden"}).output, "ZavMeanI("));
-  CHECK(german.output != english.output);
-  CHECK(Contains(ZavHost({"functions", "zavmean"}).output, "ZavMean("));
-  CHECK(ZavHost({"functions", "ZavNoSuch"}).exit_code == 1);
-}
-
-TEST_CASE("a mistake gets one clear line") {
-  CHECK(ZavHost({}).exit_code == 64);
-  CHECK(ZavHost({"run"}).exit_code == 64);
-  const Outcome missing = ZavHost({"run", "no-such-file.xlsx"});
-  CHECK(missing.exit_code == 1);
-  CHECK(Contains(missing.errors, "no-such-file.xlsx"));
-  const Outcome no_add_in = ZavHost({"eval", "=1", "--add-in", "no-such.xll"});
-  CHECK(no_add_in.exit_code == 1);
-  CHECK(Contains(no_add_in.errors, "no-such.xll"));
-  CHECK(ZavHost({"--help"}).exit_code == 0);
-  CHECK(ZavHost({"run", "book.xlsx", "-o", ""}).exit_code == 64);
-  CHECK(ZavHost({"run", "book.xlsx", "--max-formulas", "-1"}).exit_code == 64);
-}
-
-TEST_CASE("a formula that could not be computed is marked as such in every form") {
-  const std::filesystem::path folder = ScratchFolder() / "marked";
+TEST_CASE("each command shows what it is asked for, and a mistake gets one clear line") {
+  const std::filesystem::path folder = ScratchFolder() / "commands";
   std::filesystem::create_directories(folder);
+  std::ofstream(folder / "data.csv") << "price,in stock\n1.5,TRUE\n,FALSE\n2.5,TRUE\n";
+  // Headings that are no names as they stand, one that is a number, and one that comes twice.
+  std::ofstream(folder / "names.csv") << "x,2024 sales,2025,x,c\n1,2,3,4,5\n3,4,5,6,7\n";
   zavhost_test::WriteHostileWorkbooks(folder);
-  const std::string book = Utf8FromPath(folder / "cyclic_cells.xlsx");
-  const Outcome table = ZavHost({"run", book});
-  CHECK(table.exit_code == 4);
-  CHECK(Contains(table.output, "kept: circular reference"));
-  CHECK(Contains(ZavHost({"run", "--json", book}).output, "\"problem\": \"circular reference\""));
-  CHECK(Contains(ZavHost({"run", "--csv", book}).output, ",circular reference"));
+  const auto file = [&](const char* name) { return Utf8FromPath(folder / name); };
+  const std::vector<std::string> named{"eval", "ZavSum(x,_2024_sales,_2025,_c)", "--data",
+                                       file("names.csv")};
+  const std::string cyclic = file("cyclic_cells.xlsx");
+  const struct {
+    std::vector<std::string> arguments;
+    int exit_code;
+    const char *output, *errors;
+  } cases[] = {{{"eval", "=ZavMean(1,2,3)"}, 0, "\n2\n", ""},
+               {{"eval", "ZavMean(price)", "--data", file("data.csv")}, 0, "\n2\n", ""},
+               {named, 0, "\n30\n", "\"2024 sales\" is called _2024_sales"},
+               {named, 0, "", "column 4 gets no name"},
+               {{"eval", "=Zav( "}, 1, "", ""},
+               {{"eval", "=NoSuch(1)"}, 0, "\n#NAME?\n", ""},
+               {{"functions"}, 0, "ZavCorrelationMatrix(", ""},
+               {{"functions", "--hidden"}, 0, "ZavMeanI(", ""},
+               {{"functions", "zavmean"}, 0, "ZavMean(", ""},
+               {{"functions", "ZavNoSuch"}, 1, "", ""},
+               {{}, 64, "", ""},
+               {{"run"}, 64, "", ""},
+               {{"run", "no-such-file.xlsx"}, 1, "", "no-such-file.xlsx"},
+               {{"eval", "=1", "--add-in", "no-such.xll"}, 1, "", "no-such.xll"},
+               {{"--help"}, 0, "", ""},
+               {{"run", "book.xlsx", "-o", ""}, 64, "", ""},
+               {{"run", "book.xlsx", "--max-formulas", "-1"}, 64, "", ""},
+               {{"run", cyclic}, 4, "kept: circular reference", ""},
+               {{"run", "--json", cyclic}, 4, "\"problem\": \"circular reference\"", ""},
+               {{"run", "--csv", cyclic}, 4, ",circular reference", ""}};
+  for (const auto& given : cases) {
+    const Outcome outcome = ZavHost(given.arguments);
+    INFO((&given - cases), ": ", outcome.output, outcome.errors);
+    CHECK(outcome.exit_code == given.exit_code);
+    CHECK(Contains('\n' + outcome.output, given.output));
+    CHECK(Contains(outcome.errors, given.errors));
+  }
+  const std::string listed = ZavHost({"functions"}).output;
+  CHECK(!Contains(listed, "ZavMeanI("));
+  CHECK(ZavHost({"functions", "--language", "de"}).output != listed);
 }
 
 TEST_CASE("hostile workbooks end in one line and a non-zero exit") {

@@ -90,20 +90,4 @@ TEST_CASE("arguments of every shape form one data set") {
   });
 }
 
-TEST_CASE("an edited cell is seen at once, whatever was computed before") {
-  InEachHost(SmallBook(), [](zavhost::Engine& engine) {
-    CheckFormulas(engine, "5", "ZavMean(B1:B8) | ZavMean(B1:B8) | ZavMeanI(B1:B8)");
-    Edit(engine, "B8 = 17");
-    CheckFormulas(engine, "ZavMean(B1:B8) -> 6 | ZavMax(B1:B8) -> 17");
-    Edit(engine, "B8 = \"17\"");
-    CheckFormulas(engine, "ZavMax(B1:B8) -> 7 | ZavMeanI(B1:B8) ->");
-    Edit(engine, "B8 = \"18\"");
-    CheckFormulas(engine, "ZavCount(B1:B8) -> 7");
-    Edit(engine, "B8 =");
-    CheckFormulas(engine, "ZavMeanI(B1:B8) ->");
-    Edit(engine, "B8 = 9");
-    CheckFormulas(engine, "ZavMeanI(B1:B8) -> 5");
-  });
-}
-
 }  // namespace zavrel::tests

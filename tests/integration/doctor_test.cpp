@@ -5,14 +5,6 @@
 #include "platform/module.h"
 
 namespace zavrel::tests {
-namespace {
-
-const std::string kMessages = LibraryFileName("ZavrelMessages", 8).string();
-const std::string kDistributions = LibraryFileName("Pdflib", 8).string();
-const std::string kUtility = LibraryFileName("EUtilityLibrary", 8).string();
-
-}  // namespace
-
 TEST_CASE("the doctor finds what ships sound, and says what it looked at") {
   const Outcome outcome = Doctor(AddInFile().parent_path());
   CHECK(outcome.exit_code == 0);
@@ -25,47 +17,40 @@ TEST_CASE("the doctor finds what ships sound, and says what it looked at") {
       Contains(Doctor(AddInFile().parent_path(), {"doctor", "--json"}).output, "\"sound\": true"));
 }
 
-TEST_CASE("a missing companion is named, with what fails for want of it") {
-  const std::filesystem::path folder = CopyOfWhatShips("no distributions");
-  std::filesystem::remove(folder / kDistributions);
-  const Outcome outcome = Doctor(folder);
-  CHECK(outcome.exit_code == 1);
-  CHECK(Contains(Problems(outcome), kDistributions));
-  CHECK(Contains(Problems(outcome), "=ZavNormal("));
-  CHECK(!Contains(Problems(outcome), "=ZavMean("));
-
-  std::filesystem::remove(folder / kMessages);
-  CHECK(Contains(Problems(Doctor(folder)), kMessages));
-}
-
-TEST_CASE("half of the rank tests is a problem, none of them is not") {
-  const std::filesystem::path folder = CopyOfWhatShips("rank tests");
-  std::filesystem::remove(folder / kUtility);
-  CHECK(Contains(Problems(Doctor(folder)), kUtility));
+TEST_CASE(
+    "what is missing, broken or of another version is named, with what fails for want of it") {
+  const std::string add_in = AddInFile().filename().string(),
+                    distributions = LibraryFileName("Pdflib", 8).string(),
+                    messages = LibraryFileName("ZavrelMessages", 8).string(),
+                    utility = LibraryFileName("EUtilityLibrary", 8).string();
+  const struct {
+    std::string file;
+    std::string in_its_place;  // empty: none
+    std::vector<std::string> named;
+  } cases[] = {{distributions, "", {distributions, "=ZavNormal("}},
+               {messages, "", {messages}},
+               {utility, "", {utility}},
+               {messages, OTHER_VERSION, {messages, "does not match"}},
+               // The stand-in states no version.
+               {distributions, SIBLING_LIBRARY, {"version none"}},
+               {add_in, "", {"cannot be loaded"}},
+               {add_in, SIBLING_LIBRARY, {"The add-in at work"}}};
+  for (const auto& given : cases) {
+    const std::filesystem::path folder = CopyOfWhatShips("unsound");
+    std::filesystem::remove(folder / given.file);
+    if (!given.in_its_place.empty()) Replace(folder / given.file, given.in_its_place);
+    const Outcome outcome = Doctor(folder);
+    const std::string problems = Problems(outcome);
+    CAPTURE(problems);
+    CHECK(outcome.exit_code == 1);
+    for (const std::string& name : given.named) CHECK_MESSAGE(Contains(problems, name), name);
+    CHECK((given.file == add_in || !Contains(problems, "=ZavMean(")));
+  }
+  // Half of the rank tests is a problem; none of them is not.
+  const std::filesystem::path folder = CopyOfWhatShips("no rank tests");
+  std::filesystem::remove(folder / utility);
   std::filesystem::remove_all(folder / "ZavrelFuncs Extensions");
   CHECK(Doctor(folder).exit_code == 0);
-}
-
-TEST_CASE("files of other versions and without one are told from those that belong") {
-  const std::filesystem::path folder = CopyOfWhatShips("mixed versions");
-  Replace(folder / kMessages, OTHER_VERSION);
-  Replace(folder / kDistributions, SIBLING_LIBRARY);  // states none
-  const Outcome outcome = Doctor(folder);
-  CHECK(outcome.exit_code == 1);
-  CHECK(Contains(Problems(outcome), kMessages));
-  CHECK(Contains(Problems(outcome), "does not match"));
-  CHECK(Contains(Problems(outcome), "version none"));
-}
-
-TEST_CASE("an add-in that cannot be loaded, or is none, ends in a finding and not in silence") {
-  const std::filesystem::path folder = CopyOfWhatShips("no add-in");
-  std::filesystem::remove(folder / AddInFile().filename());
-  CHECK(Doctor(folder).exit_code == 1);
-  CHECK(Contains(Problems(Doctor(folder)), "cannot be loaded"));
-  Replace(folder / AddInFile().filename(), SIBLING_LIBRARY);
-  const Outcome outcome = Doctor(folder);
-  CHECK(outcome.exit_code == 1);
-  CHECK(Contains(Problems(outcome), "The add-in at work"));
 }
 
 TEST_CASE("what Excel refused stands in its log, and the doctor explains it") {

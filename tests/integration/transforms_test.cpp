@@ -2,6 +2,9 @@
 // as 0.
 #include <doctest/doctest.h>
 
+#include <string>
+#include <tuple>
+
 #include "integration/running_add_in.h"
 
 namespace zavrel::tests {
@@ -11,6 +14,10 @@ zavhost::Workbook SmallBook() {
   return BookOf({"A: 4 | | \"4\" | TRUE | #N/A | -8", "B: Male | male | Female | | #N/A | TRUE",
                  "C: 2 | 12 | \"2\" | 2 | 0", "D: | #N/A | 1 | TRUE | 0",
                  "E: #DIV/0! | | text | a | #NULL!", "F: a | b | a", "G: 1 | 2 | 3 | 4 | 5"});
+}
+
+std::string Interaction(const std::string& x, const std::string& y) {
+  return "ZavInteraction(" + x + ",\"\"," + y + ",\"\")";
 }
 
 }  // namespace
@@ -75,6 +82,39 @@ TEST_CASE("a product of indicators and numbers, of which the leftmost that fails
     CheckFormulas(engine, R"(
         ZavInteraction(F1:F2,"2",G1:G2,"") -> 0;#VALUE!; | ZavInteraction(F1:F2,"2",G1:G2,"2") -> 0;1;
         ZavDummy(F1:F2,"2") -> 0;1;)");
+  });
+}
+
+TEST_CASE("variables go together only where their cells belong together") {
+  // A:B is used to row 3, D:F to row 2, H:I to row 4; of the other sheet rows 21:22 and 41:42 to
+  // column 3, 31:32 to 4, 51:53 to 2; two sheets are used in 2 rows of 3 cells and 3 rows of 2.
+  zavhost::Workbook book =
+      BookOf({"A: 1 | 2 | 3", "B: | | 20", "D: | 4", "F: | 5", "H: | | 7", "I: | | 8 | 6",
+              "Rows!A: ", "Two!A: 11", "Two!C: | 12", "Three!A: 13", "Three!B: | | 14"});
+  for (const auto& [row, column, number] : std::initializer_list<std::tuple<int, int, double>>{
+           {20, 1, 5}, {20, 2, 7}, {31, 1, 2}, {31, 3, 8}, {41, 2, 9}, {50, 1, 10}})
+    book.sheets[1].Set(row, column, number);
+  InEachHost(book, [](zavhost::Engine& engine) {
+    CheckFormulas(engine, R"(
+        ZavInteraction(A:B,"",H:I,"") -> 0;0;0;0;21;160;0;0; | ZavInteraction(A:A,"",I:I,"") -> 0;0;24;0;
+        ZavInteraction(Rows!21:21,"",Rows!32:32,"") -> 0;10;0;0;
+        ZavInteraction(Rows!21:22,"",Rows!41:42,"") -> 0;0;0;0;0;0;
+        ZavInteraction(A:B,"",H1:I3,"") -> 0;0;0;0;21;160;)");
+    // As many cells in rows of another length, or cut in different places, or used to different
+    // columns, or in more rows; one row and several.
+    for (const auto& [one, other] : {std::pair{"A:B", "D:F"},
+                                     {"A:B", "A61:C62"},
+                                     {"A:A", "A61:A62"},
+                                     {"(A:A,I:I)", "(I:I,A:A)"},
+                                     {"Rows!21:22", "Rows!31:32"},
+                                     {"Rows!21:22", "Rows!51:53"},
+                                     {"Rows!21:21", "Rows!51:53"},
+                                     {"Rows!21:22", "A61:C62"}}) {
+      for (const auto& [x, y] : {std::pair{one, other}, {other, one}})
+        CheckFormulas(engine, "#VALUE!", Interaction(x, y));
+    }
+    for (const auto& [x, y] : {std::pair{"Two!1:1048576", "Three!1:1048576"}, {"A:A", "Two!A:XFD"}})
+      CheckFormulas(engine, "TRUE", "ISERROR(" + Interaction(x, y) + ")");
   });
 }
 

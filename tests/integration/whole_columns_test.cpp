@@ -54,6 +54,20 @@ TEST_CASE("a whole column gives what its used part gives, in every function") {
         CHECK(Shown(engine, FilledIn(function, whole)) == Shown(engine, FilledIn(function, part)));
       }
     }
+    // Used further down, and less far again.
+    for (const auto& [edit, cells] : {std::pair{"D70001 = 7", "70001;1;"},
+                                      {"D70000 = 8", "70001;2;"},
+                                      {"D70001 =", "70000;1;"},
+                                      {"D70002 = 9", "70002;2;"}}) {
+      Edit(engine, edit);
+      CHECK(Shown(engine, "ZavCountCellsByType(D:D,0)") + ';' + Shown(engine, "ZavCount(D:D)") +
+                ';' ==
+            cells);
+    }
+    CheckFormulas(engine, R"(
+        ZavCountCellsByType(A:B,0) -> 12 | ZavCountCellsByType(Y:Z,0) -> 0
+        ZavCountCellsByType(1:1,0) -> 2 | ZavCountCellsByType(2:3,0) -> 6
+        ZavCountCellsByType((B:B,2:2),0) -> 6 | ZavCountCellsByType(A2:A19,0) -> 18)");
   });
 }
 

@@ -3,11 +3,9 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
-#include <fstream>
 #include <limits>
 #include <random>
 
-#include "diagnostics/message_library.h"
 #include "support/csv_lines.h"
 
 namespace zavrel::tests {
@@ -92,20 +90,6 @@ DoubleMatrix WithSignsLike(DoubleMatrix matrix, const DoubleMatrix& like) {
     for (std::vector<double>& row : matrix) row[c] = -row[c];
   }
   return matrix;
-}
-
-std::string EnglishText(const VekException& failure) {
-  const std::string start = std::to_string(failure.message_id()) + " = ";
-  std::ifstream file(ZAVREL_SOURCE_DIR "/companions/messages/texts/en.txt");
-  for (std::string line; std::getline(file, line);) {
-    if (!line.starts_with(start)) continue;
-    const std::u16string text(line.begin() + static_cast<std::ptrdiff_t>(start.size()), line.end());
-    const std::u16string composed = ComposeMessage(text, failure.arguments());
-    std::string narrow;
-    for (const char16_t character : composed) narrow.push_back(static_cast<char>(character));
-    return narrow;
-  }
-  return "no text";
 }
 
 }  // namespace zavrel::tests

@@ -30,7 +30,4 @@ bool AreIdentical(const DoubleMatrix& a, const DoubleMatrix& b);
 /// `matrix` with its columns negated where that brings them nearer to those of `like`.
 DoubleMatrix WithSignsLike(DoubleMatrix matrix, const DoubleMatrix& like);
 
-/// The English text of a failure, as a user reads it.
-std::string EnglishText(const VekException& failure);
-
 }  // namespace zavrel::tests

@@ -138,8 +138,9 @@ TEST_CASE("what R's tests and distributions give") {
 }
 
 TEST_CASE("what counting in whole numbers gives") {
-  const std::vector<CsvLine> lines = CsvLines("exact.csv");
-  CHECK(lines.size() > 100);
+  std::vector<CsvLine> lines = CsvLines("exact.csv");
+  for (const CsvLine& line : CsvLines("exact_small.csv")) lines.push_back(line);
+  CHECK(lines.size() > 300);
   for (const CsvLine& line : lines) {
     const bool two_samples = line.kind == 'u';
     Counted(Fields(line), two_samples, two_samples ? kCountedRankSum : kSignedRank);

@@ -43,7 +43,8 @@ def page_options(line):
 def completions(*words):
     script = f'. "{SOURCES}/zavhost.bash-completion"; COMP_WORDS=("$@") COMP_CWORD=$(($# - 1)); _zavhost "$1"; ' \
              'printf "%s\\n" "${COMPREPLY[@]}"'
-    run = subprocess.run(["bash", "-c", script, "bash", sys.argv[1], *words], capture_output=True, text=True, check=True)
+    run = subprocess.run(["bash", "-c", script, "bash", sys.argv[1], *words],
+                         capture_output=True, text=True, check=True)
     if run.stderr:
         failures.append(f"completing {' '.join(words)}: {run.stderr}")
     return set(run.stdout.split())
@@ -54,7 +55,8 @@ commands = set(re.findall(r"^  (\w+) ", top.split("Subcommands:")[1].split("\n\n
 options = {command: options_of(help_of(command)) for command in commands}
 everywhere = ("--help", "-h")
 
-synopses = dict(re.findall(r"^\.Nm\n\.Cm (\w+)\n(.*?)(?=^\.Nm\n|\Z)", section("SYNOPSIS"), re.MULTILINE | re.DOTALL))
+synopses = dict(re.findall(r"^\.Nm\n\.Cm (\w+)\n(.*?)(?=^\.Nm\n|\Z)", section("SYNOPSIS"),
+                           re.MULTILINE | re.DOTALL))
 check("commands in the synopsis", set(synopses), commands)
 check("commands described", set(re.findall(r"^\.It Cm (\w+)", section("DESCRIPTION"), re.MULTILINE)), commands)
 check("commands completed", completions(""), commands)
@@ -72,7 +74,8 @@ for command, own in options.items():
     # A command's line has one name of each option.
     name_of = {name: names for names in own for name in names}
     synopsis = page_options(synopses.get(command, ""))
-    check(f"options of {command} in the synopsis", {(name_of.get(name, name), value) for name, value in synopsis.items()},
+    check(f"options of {command} in the synopsis",
+          {(name_of.get(name, name), value) for name, value in synopsis.items()},
           {(names, value) for names, value in own.items() if names != everywhere})
     check(f"options of {command} completed", completions(command, "-"), {max(names, key=len) for names in own})
     for names, value in own.items():
@@ -89,7 +92,8 @@ functions = set(re.findall(r'"name": ?"(ZavPair\w*)"', listing))
 if not functions:
     failures.append("no functions are listed")
 check("functions completed", completions("functions", "zavpair"), functions)
-check("languages completed", completions("eval", "--language", ""), set(re.search(r"\{([\w,]+)\}", help_of("eval"))[1].split(",")))
+languages = re.search(r"--language TEXT:\{([\w,]+)\}", help_of("eval"))[1]
+check("languages completed", completions("eval", "--language", ""), set(languages.split(",")))
 
 for failure in failures:
     print("FAILED:", failure)

@@ -33,7 +33,8 @@ check "the tar.gz holds the same" '
   diff <(sums $private; sums $docs ! -name changelog.gz) <(
     sums $name ! -path "./share/*" \( -name zavhost -o -name "*.so" \)
     sums $name ! -path "./share/*" ! -name zavhost ! -name "*.so")'
-for file in help/en/ZavMean.html help/de/index.html examples/self-test.xlsx examples/iris.csv docs/install.html README.html; do
+for file in README.html docs/install.html help/en/ZavMean.html help/de/index.html examples/self-test.xlsx \
+  examples/iris.csv; do
   check "the package holds $file" '[ -s $docs/$file ]'
 done
 check "documents link to pages, headings and pictures that are there" 'links_lead_somewhere $docs'
@@ -43,14 +44,16 @@ check "the command's manual page and its completion are where they are looked fo
   cmp deb/usr/share/bash-completion/completions/zavhost $name/share/bash-completion/completions/zavhost'
 check "nothing is left to be filled in" '
   ! grep -rnE "@[A-Z]+@" $docs/copyright $name/share <(dpkg-deb -f first/$deb)'
-check "the C library is all that the package needs" '[[ $(dpkg-deb -f first/$deb Depends) =~ ^libc6\ \(\>=\ [0-9.]+\)$ ]]'
+check "the C library is all that the package needs" '
+  [[ $(dpkg-deb -f first/$deb Depends) =~ ^libc6\ \(\>=\ [0-9.]+\)$ ]]'
 # Those of the project itself have no full path.
 grep -ohE ' /[^ ]+/lib[[:alnum:]_]+[.]a\b' "$build/build.ninja" | sed 's|.*/||' | sort -u >linked.txt
 check "the build links libraries in" '[ -s linked.txt ]'
 while read -r library; do
   check "$library is listed in the copyright file" 'grep -qE "^[^ ].*\b$library, of Debian" $docs/copyright'
 done <linked.txt
-check "the package's own checksums agree" '(cd deb && dpkg-deb --ctrl-tarfile "../first/$deb" | tar -xO ./md5sums | md5sum -c --quiet)'
+check "the package's own checksums agree" '
+  (cd deb && dpkg-deb --ctrl-tarfile "../first/$deb" | tar -xO ./md5sums | md5sum -c --quiet)'
 if command -v lintian >/dev/null; then
   check "lintian finds nothing" '
     lintian --allow-root --display-info --pedantic --fail-on error,warning,info,pedantic "first/$deb"'
@@ -71,13 +74,17 @@ done
 touch "$root/usr/bin/other" # of another package
 dpkg -L libc6 | while read -r file; do if [ ! -d "$file" ]; then echo "$file"; fi; done |
   tar -C / -cf - --files-from - 2>/dev/null | tar -C "$root" --keep-directory-symlink --no-same-owner -xf -
-{ dpkg-query -s libc6 | grep -E '^(Package|Status|Priority|Section|Maintainer|Architecture|Multi-Arch|Version|Description):'; echo; } \
+# The system knows the C library as a package, but nothing that it needs.
+dpkg-query -s libc6 | grep -E '^(Package|Status|Maintainer|Architecture|Multi-Arch|Version|Description):' \
   >"$root/var/lib/dpkg/status"
 cp /var/lib/dpkg/info/libc6:*.list /var/lib/dpkg/info/libc6.list "$root/var/lib/dpkg/info/" 2>/dev/null || true
 
 as_root() { unshare --map-root-user --mount "$@"; }
 # The build machine may leave out documents.
-dpkg_in_root() { as_root dpkg --root="$root" --log="$scratch/dpkg.log" --path-include='/*' "$@" >dpkg.txt 2>&1 || { cat dpkg.txt; false; }; }
+dpkg_in_root() {
+  as_root dpkg --root="$root" --log="$scratch/dpkg.log" --path-include='/*' "$@" >dpkg.txt 2>&1 ||
+    { cat dpkg.txt; false; }
+}
 in_root() {
   as_root sh -c 'mount --rbind /proc "$0/proc" && mount --rbind /dev "$0/dev" && exec chroot "$0" "$@"' "$root" "$@"
 }

@@ -1,6 +1,5 @@
 // Opening, closing and registration.
 #include <algorithm>
-#include <cstring>
 #include <vector>
 
 #include "planted_faults/planted.h"

@@ -1,6 +1,5 @@
 // Functions that behave.
 #include <cctype>
-#include <cmath>
 #include <cstring>
 #include <limits>
 #include <string>

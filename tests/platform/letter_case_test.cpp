@@ -33,24 +33,11 @@ TEST_CASE("lower case by Unicode, letter for letter") {
 }
 
 TEST_CASE("two texts are equal but for case exactly when their lower case is the same") {
-  const std::u16string texts[] = {u"",
-                                  u"a",
-                                  u"A",
-                                  u"ab",
-                                  u"aB",
-                                  u"É",
-                                  u"é",
-                                  u"e\u0301",
-                                  u"Σ",
-                                  u"ς",
-                                  u"\U00010400",
-                                  u"\U00010428",
-                                  u"\U00010401",
-                                  {0xD801},
-                                  {0xDC28},
-                                  {0xDC00, 0xD801},
-                                  {0xD801, u'a'},
-                                  {0xD801, u'A'}};
+  const std::u16string texts[] = {u"",           u"a",      u"A",          u"ab",
+                                  u"aB",         u"É",      u"é",          u"e\u0301",
+                                  u"Σ",          u"ς",      u"\U00010400", u"\U00010428",
+                                  u"\U00010401", u"\xD801", u"\xDC28",     u"\xDC00\xD801",
+                                  u"\xD801x",    u"\xD801X"};
   for (const std::u16string& a : texts) {
     for (const std::u16string& b : texts)
       CHECK(EqualIgnoringCase(a, b) == (LowerCase(a) == LowerCase(b)));

@@ -1,6 +1,5 @@
 #include <doctest/doctest.h>
 
-#include <algorithm>
 #include <atomic>
 #include <ctime>
 #include <filesystem>
@@ -16,7 +15,6 @@
 #include "platform/message_box.h"
 #include "platform/module.h"
 #include "platform/named_mutex.h"
-#include "platform/operating_system.h"
 #include "platform/temporary_folder.h"
 #include "platform/thread_slot.h"
 #include "platform/utf.h"
@@ -93,12 +91,6 @@ TEST_CASE("a file that carries no version has none") {
   CHECK_FALSE(ReadFileVersion(HostExecutablePath()));
   CHECK_FALSE(ReadFileVersion(ZAVREL_SOURCE_DIR "/CMakeLists.txt"));
   CHECK_FALSE(ReadFileVersion(TemporaryFolder() / "no such file.dll"));
-}
-
-TEST_CASE("operating system and language have something to say") {
-  CHECK(OperatingSystemDescription().size() > 8);
-  CHECK(ThreadPrimaryLanguage() >= 1);
-  CHECK(ThreadPrimaryLanguage() <= 0x3FF);
 }
 
 TEST_CASE("exports of the host are found, and only those there are") {

@@ -1,7 +1,6 @@
 // The generators against published values, the table of their functions, and the seed.
 #include <doctest/doctest.h>
 
-#include <array>
 #include <cstring>
 #include <optional>
 #include <random>
@@ -61,15 +60,10 @@ TEST_CASE("MT19937 gives the published values") {
   generator.SeedSequence(words, 4);
   for (const std::uint32_t value : {1067595299u, 955945823u, 477289528u, 4107218783u, 4228976476u})
     CHECK(generator.Next() == value);
-
-  generator.Seed(5489);
-  CHECK(generator.Next() == 3499211612u);
-  for (int i = 2; i < 10000; ++i) generator.Next();
-  CHECK(generator.Next() == 4123659995u);
 }
 
 TEST_CASE("MT19937 gives what the standard library's engine gives") {
-  for (const std::uint32_t seed : {0u, 1u, 19650218u, 0xFFFFFFFFu}) {
+  for (const std::uint32_t seed : {0u, 1u, 5489u, 19650218u, 0xFFFFFFFFu}) {
     MersenneTwister generator(seed);
     std::mt19937 standard(seed);
     for (int i = 0; i < 3000; ++i) REQUIRE(generator.Next() == standard());

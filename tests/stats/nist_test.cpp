@@ -3,7 +3,6 @@
 #include <doctest/doctest.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <string>
 #include <vector>

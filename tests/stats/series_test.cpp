@@ -1,7 +1,6 @@
 // Test statistics of series, and box plots, beside R's.
 #include <doctest/doctest.h>
 
-#include <array>
 #include <cmath>
 #include <limits>
 

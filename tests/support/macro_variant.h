@@ -29,13 +29,15 @@ struct MacroVariant {
   VARIANT variant{};
 };
 
-/// A VARIANT that refers to another.
-inline VARIANT ReferenceTo(VARIANT* other) {
-  VARIANT reference{};
-  reference.vt = VT_BYREF | VT_VARIANT;
-  reference.pvarVal = other;
-  return reference;
+/// A VARIANT of a type with a pointer for its content.
+inline VARIANT VariantOf(int type, void* content = nullptr) {
+  VARIANT variant{};
+  variant.vt = static_cast<VARTYPE>(type);
+  variant.byref = content;
+  return variant;
 }
+/// A VARIANT that refers to another.
+inline VARIANT ReferenceTo(VARIANT* other) { return VariantOf(VT_BYREF | VT_VARIANT, other); }
 
 /// The bytes of a string that a macro was given; it goes with the macro.
 inline std::string Taken(BSTR text) {

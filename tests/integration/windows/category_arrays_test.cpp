@@ -73,9 +73,13 @@ TEST_CASE("category names and positions by the id of an entry, which is used up"
   const std::string of_indices = Entered("ZavrelCategoryIndicesSetArrayPrivateVB", array);
   CHECK(of_indices != id);
   CHECK(ShownWith(*engine, kNamesById, of_indices) == "#VALUE!");
+  CHECK(ShownWith(*engine, kIndicesById, of_indices.substr(1)) == "#VALUE!");
   CHECK(ShownWith(*engine, kIndicesById, of_indices) == "2");
   CHECK(Held(array.variant) == "integers 2;4;");
   CHECK(ShownWith(*engine, kIndicesById, of_indices) == "#VALUE!");
+  const std::string of_none = Entered("ZavrelCategoryIndicesSetArrayPrivateVB", array);
+  CHECK(ShownWith(*engine, "ZavCategoryIndicesPrivate(A1:A6,\"no such\",$)", of_none) == "#N/A");
+  CHECK(ShownWith(*engine, kIndicesById, of_none) == "#VALUE!");
   // An entry of an earlier session.
   const std::string old = Entered("ZavrelCategoryNamesSetArrayPrivateVB", array);
   CloseClean(*engine);
@@ -109,8 +113,8 @@ TEST_CASE("category names and positions for the next call, whatever other call c
 
 TEST_CASE("arrays that a macro cannot have meant, and addresses not issued, are refused") {
   auto engine = AddInWithCategories();
-  VARIANT own{}, reference{};
-  reference.vt = VT_BYREF | VT_R8;
+  VARIANT own{};
+  const VARIANT reference = VariantOf(VT_BYREF | VT_R8);
   BSTR id = nullptr;
   for (const VARIANT* array :
        {static_cast<const VARIANT*>(nullptr), static_cast<const VARIANT*>(&reference),

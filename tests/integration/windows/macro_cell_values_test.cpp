@@ -8,6 +8,8 @@ namespace zavrel::tests {
 namespace {
 
 using SetArrays = std::uint32_t(const VARIANT*, const VARIANT*, BSTR*);
+using SetNumeric = std::uint32_t(const VARIANT*, double, BSTR*);
+using SetNext = std::uint32_t(const VARIANT*, const VARIANT*);
 using Category = BSTR(const VARIANT*);
 using CategoryWide = std::uint32_t(const VARIANT*, BSTR*);
 
@@ -31,25 +33,43 @@ std::wstring WideNameOf(const VARIANT* range) {
 TEST_CASE("formulas fill the arrays of a macro that gave them its addresses or an id") {
   auto engine = AddInWithCells();
   MacroVariant values, indices;
-  BSTR entry = nullptr;
-  CHECK(EntryPoint<SetArrays>("ZavrelGetCellValuesSetArrayPrivateVB")(values, nullptr, &entry) ==
-        0);
-  const std::string id = IdOf(values), entered = Taken(entry);
+  BSTR entries[3] = {};
+  VARIANT seventeen{};
+  seventeen.vt = VT_I4;
+  seventeen.lVal = 17;
+  CHECK(EntryPoint<SetArrays>("ZavrelGetCellValuesSetArrayPrivateVB")(values, indices,
+                                                                      &entries[0]) == 0);
+  CHECK(EntryPoint<SetNumeric>("ZavrelGetCellValuesNumericSetArrayPrivateVB")(values, 0.25,
+                                                                              &entries[1]) == 0);
+  CHECK(EntryPoint<SetArrays>("ZavrelGetCellValuesCategorySetArrayPrivateVB")(values, &seventeen,
+                                                                              &entries[2]) == 0);
+  const std::string id = IdOf(values), entered = Taken(entries[0]), numeric = Taken(entries[1]),
+                    category = Taken(entries[2]);
   const struct {
     std::string formula, text;
     const char *shown, *held;
-  } cases[] = {{"ZavGetCellValuesPrivate2(A1:A5,2,$,\"" + IdOf(indices) + "\")", id, "4",
-                "values 2.5;Stra\u00dfe \u0416\U0001F600;TRUE;error 2042;"},
-               {"ZavGetCellValuesCategoryPrivate2(A1:A5,0,\"-\",$)", id, "5",
-                "texts 2.5;Stra\u00dfe \u0416\U0001F600;-;TRUE;-;"},
-               {"ZavGetCellValuesNumericPrivate2(A:A,0,-7,$)", id, "5", "numbers 2.5;-7;-7;-7;-7;"},
-               {"ZavGetCellValuesPrivate(A1:A5,4,$)", entered, "1", "values ;"},
-               {"ZavGetCellValuesPrivate(A1:A5,4,$)", entered, "#VALUE!", "values ;"}};
+  } cases[] = {
+      {"ZavGetCellValuesPrivate2(A1:A5,2,$,\"" + IdOf(indices) + "\")", id, "4",
+       "values 2.5;Stra\u00dfe \u0416\U0001F600;TRUE;error 2042;"},
+      {"ZavGetCellValuesCategoryPrivate2(A1:A5,0,\"-\",$)", id, "5",
+       "texts 2.5;Stra\u00dfe \u0416\U0001F600;-;TRUE;-;"},
+      {"ZavGetCellValuesNumericPrivate2(A:A,0,-7,$)", id, "5", "numbers 2.5;-7;-7;-7;-7;"},
+      {"ZavGetCellValuesPrivate2(A1:A5,0,\"0\",$)", IdOf(indices), "5", "numbers 2.5;-7;-7;-7;-7;"},
+      {"ZavGetCellValuesPrivate2(A1,4,$,\"\")", id, "0", "values "},
+      {"ZavGetCellValuesPrivate(A1:A5,0,$)", numeric, "5", "numbers 2.5;0.25;0.25;0.25;0.25;"},
+      {"ZavGetCellValuesPrivate(A1:A5,0,$)", category, "5",
+       "texts 2.5;Stra\u00dfe \u0416\U0001F600;17;TRUE;17;"},
+      {"ZavGetCellValuesPrivate(A1:A5,4,$)", entered, "1", "values ;"},
+      {"ZavGetCellValuesPrivate(A1:A5,4,$)", entered, "#VALUE!", "values ;"}};
   for (const auto& given : cases) {
     CAPTURE(given.formula);
     CHECK(ShownWith(*engine, given.formula, given.text) == given.shown);
     CHECK(Held(values.variant) == given.held);
   }
+  CHECK(Held(indices.variant) == "integers 3;");
+  CHECK(EntryPoint<SetNext>("ZavrelGetCellValuesSetArrayVB")(values, indices) == 0);
+  CheckFormulas(*engine, "ZavGetCellValues(A1:A5,2) -> 4 | ZavGetCellValues(A1:A5,1) -> 2.5;");
+  CHECK(Held(values.variant).starts_with("values 2.5;Stra"));
   CHECK(Held(indices.variant) == "integers 1;2;4;5;");
   CloseClean(*engine);
 }

@@ -5,10 +5,6 @@
 namespace zavrel::tests {
 namespace {
 
-using AnnounceVb = void(IDispatch*, IDispatch*, std::uint16_t, BSTR, std::int32_t, BSTR, BSTR);
-using AnnounceW = void(IDispatch*, IDispatch*, std::uint16_t, const wchar_t*, std::int32_t,
-                       const wchar_t*, const wchar_t*);
-
 std::size_t ProcessBytes() {
   PROCESS_HEAP_ENTRY entry{};
   std::size_t bytes = 0;
@@ -22,26 +18,6 @@ std::size_t ProcessBytes() {
 }
 
 }  // namespace
-
-TEST_CASE("the macro language's announce takes strings of both kinds, empty and null ones") {
-  auto engine = OpenAddIn();
-  auto* announce = EntryPoint<AnnounceVb>("InitializeXlaInformationVB");
-  auto* announce_wide = EntryPoint<AnnounceW>("InitializeXlaInformationW");
-
-  const BSTR file = SysAllocStringByteLen("C:\\companion.xlam", 17);
-  const BSTR version = SysAllocString(L"8.0.1");
-  announce(nullptr, nullptr, 5, nullptr, 9, nullptr, nullptr);
-  CheckFormulas(*engine, "ZavMean(1,2,3) -> 2");
-  engine->Withdraw(5);
-  announce(nullptr, nullptr, 5, file, 0x0407, version, nullptr);
-  for (const BSTR text : {file, version}) SysFreeString(text);
-  announce_wide(nullptr, nullptr, 7, L"", 9, nullptr, L"");
-  // An id without a slot changes nothing.
-  announce_wide(nullptr, nullptr, 60000, nullptr, 9, nullptr, nullptr);
-  engine->Withdraw(60000);
-  CheckFormulas(*engine, "ZavMean(1,2,3) -> 2");
-  CloseClean(*engine);
-}
 
 TEST_CASE("the log is written when its marker file is there, and an old one goes when it is not") {
   const std::filesystem::path folder = ScratchFolder() / "log";

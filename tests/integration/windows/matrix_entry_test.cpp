@@ -84,10 +84,7 @@ MacroArray Untyped(const DoubleMatrix& rows) {
 
 /// A typed array variable passed for a ByRef Variant.
 VARIANT ReferenceTo(MacroArray& array, VARTYPE type = VT_R8) {
-  VARIANT variant{};
-  variant.vt = static_cast<VARTYPE>(VT_BYREF | VT_ARRAY | type);
-  variant.pparray = &array.array;
-  return variant;
+  return VariantOf(VT_BYREF | VT_ARRAY | type, &array.array);
 }
 
 /// The failure number in what a function returned in the place of a matrix.
@@ -277,7 +274,9 @@ TEST_CASE("a result that no memory holds leaves the arrays as they were") {
 TEST_CASE("a macro's eigen-analysis and principal components") {
   const Matrices of;
   MacroArray matrix(DoubleMatrix{{2, 1}, {1, 2}}), wide(DoubleMatrix{{1, 2, 3}, {4, 5, 6}});
-  MacroArray skew(DoubleMatrix{{1, 2, 3}, {2, 1, 0.5}, {3, 0.25, 1}});
+  MacroArray skew(DoubleMatrix{{1, 2, 3}, {2, 1, 0.5}, {3, 0.25, 1}}),
+      tiny(DoubleMatrix{{1, 2, 3}, {2, 1, 4}, {-3e-17, 4, 1}}),
+      unlike(DoubleMatrix{{0, 1234567.5}, {std::nan(""), 0}});
   MacroVariant values, vectors;
   const auto check_both = [&] {
     REQUIRE(values.variant.vt == (VT_ARRAY | VT_R8));
@@ -305,6 +304,12 @@ TEST_CASE("a macro's eigen-analysis and principal components") {
        {std::pair{of.eigendata(skew, values, vectors),
                   "VekMatrixNotSymmetric|matrix::eigendata_private|Matrix is symmetric at element "
                   "(3, 2) (0.25 vs 0.5)."},
+        {of.eigenvalues(tiny, values),
+         "VekMatrixNotSymmetric|matrix::eigendata_private|Matrix is symmetric at element (3, 1) "
+         "(-3e-17 vs 3)."},
+        {of.eigenvectors(unlike, values),
+         "VekMatrixNotSymmetric|matrix::eigendata_private|Matrix is symmetric at element (2, 1) "
+         "(nan vs 1.23457e+06)."},
         {of.eigenvalues(infinite, values),
          "VekInvalidDataType|matrix::eigendata_private|Eigenvalues could not be calculated; "
          "matrix had invalid values."},
@@ -341,9 +346,7 @@ TEST_CASE("results go into the arrays of a macro that can take them, and nowhere
     CHECK(reference.vt == (VT_BYREF | VT_ARRAY | VT_R8));
     const DoubleMatrix rows = RowsOf(array->array, first_row);
     CHECK((rows.size() == 2 && rows[0].size() == 2));
-    VARIANT followed{};
-    followed.vt = VT_BYREF | VT_VARIANT;
-    followed.pvarVal = &reference;
+    VARIANT followed = ReferenceTo(&reference);
     CHECK(of.scores(matrix, &followed) == 0);
     CHECK(std::abs(RowsOf(array->array, first_row)[0][0]) == doctest::Approx(3 * std::sqrt(0.5)));
   }
@@ -353,37 +356,33 @@ TEST_CASE("results go into the arrays of a macro that can take them, and nowhere
   CHECK(of.eigendata(matrix, &values, nullptr) == 0);
   CHECK(SeriesOf(vector.array)[0] == doctest::Approx(3));
   // What a VARIANT held goes.
-  MacroVariant text;
-  text.variant.vt = VT_BSTR;
-  text.variant.bstrVal = SysAllocString(L"text");
+  MacroVariant text(L"text");
   CHECK(of.scores(matrix, text) == 0);
   CHECK(RowsIn(text).size() == 2);
 
   double number = 0.5;
-  VARIANT reference{}, nowhere{}, null_place{}, null_variant{};
-  reference.vt = VT_BYREF | VT_R8;
-  reference.pdblVal = &number;
-  null_place.vt = VT_BYREF | VT_ARRAY | VT_R8;
-  null_variant.vt = VT_BYREF | VT_VARIANT;
-  nowhere.vt = VT_BYREF | VT_ARRAY | VT_R8;
-  nowhere.pparray = reinterpret_cast<SAFEARRAY**>(std::uintptr_t{16});
   // Variables of another type, whose code would misread doubles.
   MacroArray integers(VT_I4, {2, 2}), variants(VT_VARIANT, {2, 2}), locked(VT_R8, {2, 2});
-  VARIANT to_integers = ReferenceTo(integers, VT_I4),
-          to_variants = ReferenceTo(variants, VT_VARIANT), astray{};
-  astray.vt = VT_ARRAY | VT_R8;
-  astray.parray = reinterpret_cast<SAFEARRAY*>(std::uintptr_t{16});
   // Texts that the system would look for where nothing is.
+  void* const astray = reinterpret_cast<void*>(std::uintptr_t{16});
   MacroArray lost(VT_BSTR, {2, 2});
-  void* const texts_at = std::exchange(lost.array->pvData, reinterpret_cast<void*>(16));
-  VARIANT to_lost = ReferenceTo(lost);
+  void* const texts_at = std::exchange(lost.array->pvData, astray);
+  VARIANT refused[] = {VariantOf(VT_BYREF | VT_R8, &number),
+                       VariantOf(VT_BYREF | VT_ARRAY | VT_R8, astray),
+                       VariantOf(VT_BYREF | VT_ARRAY | VT_R8),
+                       VariantOf(VT_BYREF | VT_VARIANT),
+                       ReferenceTo(integers, VT_I4),
+                       ReferenceTo(variants, VT_VARIANT),
+                       VariantOf(VT_ARRAY | VT_R8, astray),
+                       ReferenceTo(lost),
+                       ReferenceTo(locked),
+                       VariantOf(VT_ARRAY | VT_R8, locked.array)};
+  VARIANT &reference = refused[0], &to_locked = refused[8], &holds_locked = refused[9];
   const ReadOnlyPage read_only;
   SafeArrayLock(locked.array);
-  VARIANT to_locked = ReferenceTo(locked), holds_locked{};
-  holds_locked.vt = VT_ARRAY | VT_R8;
-  holds_locked.parray = locked.array;
-  for (VARIANT* bad : {&reference, &nowhere, &null_place, &null_variant, &to_integers, &to_variants,
-                       &astray, &to_lost, read_only.as<VARIANT>(), &to_locked, &holds_locked}) {
+  std::vector<VARIANT*> places{read_only.as<VARIANT>()};
+  for (VARIANT& place : refused) places.push_back(&place);
+  for (VARIANT* bad : places) {
     CAPTURE(bad->vt);
     const VARTYPE before = bad->vt;
     const char* const why = bad == &to_locked || bad == &holds_locked

@@ -34,8 +34,7 @@ TEST_CASE("numbers and values of every kind are written into the cells of a rang
   FakeRange below(5, 1, 2, 3);
   MacroArray mixed(VT_VARIANT, {2, 2});
   auto* cells = mixed.elements<VARIANT>();
-  cells[0].vt = VT_BSTR;
-  cells[0].bstrVal = SysAllocString(L"text");
+  cells[0] = VariantOf(VT_BSTR, SysAllocString(L"text"));
   cells[1].vt = VT_BOOL;
   cells[1].boolVal = VARIANT_TRUE;
   cells[2].vt = VT_I2;
@@ -75,30 +74,29 @@ TEST_CASE("a write that cannot be done writes nothing and says why") {
   FakeRange several(1, 1, 2, 2), elsewhere(1, 1, 2, 2);
   several.areas.numbers[L"Count"] = 2;
   elsewhere.sheet.texts[L"Name"] = L"No such sheet";
-  VARIANT number{};
-  number.vt = VT_R8;
+  const VARIANT number = VariantOf(VT_R8);
   MacroArray numbers(VT_R8, {2, 2}), deep(VT_R8, {2, 2, 2}), empty(VT_R8, {0, 2});
   MacroArray objects(VT_DISPATCH, {2, 2}), hollow_row = MacroArray::Hollow({4}),
                                            hollow_numbers = MacroArray::Hollow({2, 2});
-  const std::string two_dimensional = "VB array is not 2-dimensional",
-                    size = "An array has the wrong size.",
-                    type = "The data are of a type that cannot be used here.";
+  const std::string size = "VekArraySizeError|CellBlockFromVbArray|",
+                    not_two_dimensional = size + "VB array is not 2-dimensional",
+                    wrong_size = "An array has the wrong size.",
+                    type = "ZavrelWriteRangeVB|The data are of a type that cannot be used here.";
   const struct {
     const VARIANT& range;
     SAFEARRAY** values;
     std::string why;
-  } cases[] = {
-      {range.variant, deep, "VekArraySizeError|CellBlockFromVbArray|" + two_dimensional},
-      {range.variant, nullptr, "VekArraySizeError|CellBlockFromVbArray|" + two_dimensional},
-      {range.variant, empty, "VekArraySizeError|CellBlockFromVbArray|" + size},
-      {range.variant, hollow_row, "VekArraySizeError|CellBlockFromVbArray|" + size},
-      {range.variant, hollow_numbers, "VekArraySizeError|MatrixFromVbArray|" + size},
-      {range.variant, objects, "VekInvalidDataType|CellBlockFromVbArray|" + type},
-      {outside.variant, numbers, "VekInvalidDataType|ZavrelWriteRangeVB|" + type},
-      {several.variant, numbers, "VekInvalidDataType|ZavrelWriteRangeVB|" + type},
-      {elsewhere.variant, numbers, "VekInvalidDataType|ZavrelWriteRangeVB|" + type},
-      {number, numbers, "VekInvalidDataType|ZavrelWriteRangeVB|" + type},
-  };
+  } cases[] = {{range.variant, deep, not_two_dimensional},
+               {range.variant, nullptr, not_two_dimensional},
+               {range.variant, empty, size + wrong_size},
+               {range.variant, hollow_row, size + wrong_size},
+               {range.variant, hollow_numbers, "VekArraySizeError|MatrixFromVbArray|" + wrong_size},
+               {range.variant, objects,
+                "VekInvalidDataType|CellBlockFromVbArray" + type.substr(type.find('|'))},
+               {outside.variant, numbers, "VekInvalidDataType|" + type},
+               {several.variant, numbers, "VekInvalidDataType|" + type},
+               {elsewhere.variant, numbers, "VekInvalidDataType|" + type},
+               {number, numbers, "VekInvalidDataType|" + type}};
   for (const auto& given : cases) CHECK(Explained(Write(given.range, given.values)) == given.why);
 
   engine->workbook().sheets[1].set_protected(true);

@@ -92,24 +92,20 @@ TEST_CASE("what cannot go stays, and so does everything else") {
   // Types that no VARIANT holds.
   for (const int type :
        {0x0FFF, 0x4000, 0x2000, 15, 27, 64, static_cast<int>(VT_VARIANT), 0xFFFF}) {
-    VARIANT variant{};
-    variant.vt = static_cast<VARTYPE>(type);
+    const VARIANT variant = VariantOf(type);
     CAPTURE(type);
     CHECK(refused(AddressOf(&variant)));
     CHECK(variant.vt == type);
   }
   // A locked array, and an array where none is.
   MacroVariant locked;
-  locked.variant.parray = SafeArrayCreateVector(VT_R8, 0, 3);
-  locked.variant.vt = VT_ARRAY | VT_R8;
+  locked.variant = VariantOf(VT_ARRAY | VT_R8, SafeArrayCreateVector(VT_R8, 0, 3));
   {
     const SafeArrayLock lock(locked.variant.parray);
     CHECK(refused(AddressOf(&locked.variant)));
     CHECK(SafeArrayGetDim(locked.variant.parray) == 1);
   }
-  VARIANT nowhere{};
-  nowhere.vt = VT_ARRAY | VT_R8;
-  nowhere.parray = reinterpret_cast<SAFEARRAY*>(8);
+  const VARIANT nowhere = VariantOf(VT_ARRAY | VT_R8, reinterpret_cast<void*>(8));
   CHECK(refused(AddressOf(&nowhere)));
   // The same VARIANT twice, and two that overlap.
   CHECK(refused(AddressOf(&good.variant)));
@@ -124,19 +120,13 @@ TEST_CASE("what cannot go stays, and so does everything else") {
 TEST_CASE("what a VARIANT held goes, even where it holds the other VARIANT") {
   MacroVariant outer;
   // So large that its memory returns to the system when it is freed.
-  outer.variant.parray = SafeArrayCreateVector(VT_VARIANT, 1, 200'000);
-  outer.variant.vt = VT_ARRAY | VT_VARIANT;
+  outer.variant = VariantOf(VT_ARRAY | VT_VARIANT, SafeArrayCreateVector(VT_VARIANT, 1, 200'000));
   auto* element = static_cast<VARIANT*>(outer.variant.parray->pvData);
   CHECK(Write(AddressOf(&outer.variant), AddressOf(element)));
   CHECK(outer.variant.vt == (VT_ARRAY | VT_R8));
 
   int referred = 5;
-  MacroVariant reference;
-  reference.variant.vt = VT_BYREF | VT_I4;
-  reference.variant.plVal = reinterpret_cast<LONG*>(&referred);
-  MacroVariant text;
-  text.variant.bstrVal = SysAllocString(L"old");
-  text.variant.vt = VT_BSTR;
+  MacroVariant reference(VariantOf(VT_BYREF | VT_I4, &referred)), text(L"old");
   CHECK(Write(AddressOf(&reference.variant), AddressOf(&text.variant)));
   CHECK((reference.variant.vt == (VT_ARRAY | VT_R8) && referred == 5));
 

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Exact tail probabilities of rank sums, counted in whole numbers and rounded once.
 
-Made with: ./make_exact.py > exact.csv (a minute). Lines as in reference.csv:
+Writes exact.csv and exact_small.csv into the current folder, in a minute. Lines as in reference.csv:
   u,n1,n2,W,less,greater    rank sum of the first of two samples
   v,n,V,less,greater        rank sum of the positive differences
 """
@@ -36,13 +36,18 @@ def put(kind, sizes, counts, least, greatest, steps):
         if value == next_value:
             less = Fraction(below + counts[value], total)
             greater = Fraction(total - below, total)
-            print(kind, *sizes, value, repr(float(less)), repr(float(greater)), sep=",")
+            print(kind, *sizes, value, repr(float(less)), repr(float(greater)), sep=",", file=out)
             next_value += step
         below += counts[value]
 
 
-for n1, n2 in [(3, 4), (20, 30), (50, 50), (1, 2500), (3, 833), (25, 100)]:
-    least = n1 * (n1 + 1) // 2
-    put("u", (n1, n2), counts_of_subsets(n1 + n2, n1), least, least + n1 * n2, 24)
-for n, steps in [(12, 20), (200, 40), (500, 8), (1000, 8)]:
-    put("v", (n,), counts_of_subsets(n, None), 0, n * (n + 1) // 2, steps)
+FILES = {"exact.csv": ([(3, 4), (20, 30), (50, 50), (1, 2500), (3, 833), (25, 100)],
+                       [(12, 20), (200, 40), (500, 8), (1000, 8)]),
+         "exact_small.csv": ([(1, 1), (1, 6), (3, 2), (4, 4), (5, 4), (4, 7)], [(1, 9), (2, 9), (5, 20), (11, 70)])}
+for name, (two_samples, one_sample) in FILES.items():
+    with open(name, "w", encoding="ascii") as out:
+        for n1, n2 in two_samples:
+            least = n1 * (n1 + 1) // 2
+            put("u", (n1, n2), counts_of_subsets(n1 + n2, n1), least, least + n1 * n2, 24)
+        for n, steps in one_sample:
+            put("v", (n,), counts_of_subsets(n, None), 0, n * (n + 1) // 2, steps)
