@@ -88,7 +88,9 @@ dpkg_in_root() {
 in_root() {
   as_root sh -c 'mount --rbind /proc "$0/proc" && mount --rbind /dev "$0/dev" && exec chroot "$0" "$@"' "$root" "$@"
 }
-everything() { (cd "$root" && find . -path ./proc -prune -o -path ./dev -prune -o -path ./var/lib/dpkg -prune -o -print | sort); }
+everything() {
+  (cd "$root" && find . \( -path ./proc -o -path ./dev -o -path ./var/lib/dpkg \) -prune -o -print | sort)
+}
 
 everything >before.txt
 check "it can be installed" 'dpkg_in_root --install "first/$deb"'
@@ -111,7 +113,8 @@ check "no test has left anything" '[ -z "$(ls -A "$root/tmp")" ]'
 check "it can be removed" 'dpkg_in_root --remove zavrel-functions'
 everything >after.txt
 check "removed, it leaves nothing" 'diff before.txt after.txt'
-check "and the system has forgotten it" '! grep -r zavrel-functions "$root/var/lib/dpkg/status" "$root/var/lib/dpkg/info"'
+check "and the system has forgotten it" '
+  ! grep -r zavrel-functions "$root/var/lib/dpkg/status" "$root/var/lib/dpkg/info"'
 
 # --- The tar.gz, in a folder with blanks and umlauts, as a user without rights ---
 
@@ -126,7 +129,8 @@ place="$folder/Größen & Zahlen 数"
 "${as_user[@]}" mkdir "$place"
 "${as_user[@]}" tar -C "$place" -xz <"first/$tar"
 host=$place/$name/zavhost
-check "there, the doctor finds it sound" '"${as_user[@]}" "$host" doctor >portable.txt || { cat portable.txt >&2; false; }'
+check "there, the doctor finds it sound" '
+  "${as_user[@]}" "$host" doctor >portable.txt || { cat portable.txt >&2; false; }'
 check "a formula there" '[ "$("${as_user[@]}" "$host" eval "=ZavMean(1,2,3)")" = 2 ]'
 check "the self-test gives the same there" '
   "${as_user[@]}" "$host" run --all --csv "$place/$name/examples/self-test.xlsx" | cmp - self-test.csv'
