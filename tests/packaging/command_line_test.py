@@ -41,7 +41,7 @@ def page_options(line):
 
 
 def completions(*words):
-    script = f'. "{SOURCES}/zavhost.bash-completion"; COMP_WORDS=("$@") COMP_CWORD=$(($# - 1)); _zavhost "$1"; ' \
+    script = f'. "{SOURCES}/zavhost-completion.sh"; COMP_WORDS=("$@") COMP_CWORD=$(($# - 1)); _zavhost "$1"; ' \
              'printf "%s\\n" "${COMPREPLY[@]}"'
     run = subprocess.run(["bash", "-c", script, "bash", sys.argv[1], *words],
                          capture_output=True, text=True, check=True)

@@ -183,5 +183,5 @@ check "nothing is left of it" '[ ! -e "$folder" ] && ! wine reg query "HKCU\\Sof
 "$source/cmake/wine-run" --down || true
 trap - EXIT
 rm -rf out first second old wine wine.lock
-[ "$failures" = 0 ] && echo "packed, signed, installed, upgraded and uninstalled"
+[ "${failures:?}" = 0 ] && echo "packed, signed, installed, upgraded and uninstalled"
 exit $((failures > 0))
