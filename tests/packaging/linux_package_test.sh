@@ -34,7 +34,7 @@ check "the tar.gz holds the same" '
     sums $name ! -path "./share/*" \( -name zavhost -o -name "*.so" \)
     sums $name ! -path "./share/*" ! -name zavhost ! -name "*.so")'
 for file in README.html docs/install.html help/en/ZavMean.html help/de/index.html examples/self-test.xlsx \
-  examples/iris.csv; do
+  examples/iris.csv examples/cluster/recalculate.py; do
   check "the package holds $file" '[ -s $docs/$file ]'
 done
 check "documents link to pages, headings and pictures that are there" 'links_lead_somewhere $docs'

@@ -19,6 +19,13 @@ std::string ReadAll(const std::filesystem::path& file);
 Outcome RunProgram(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                    int seconds = 60);
 
+/// The variable that names the folder of the add-in's log.
+#ifdef _WIN32
+constexpr const char* kTemporaryFolder = "TMP";
+#else
+constexpr const char* kTemporaryFolder = "TMPDIR";
+#endif
+
 /// Sets an environment variable for as long as it lives; an empty text removes it.
 class EnvironmentVariable {
  public:
