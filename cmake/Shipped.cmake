@@ -35,7 +35,8 @@ function(zavrel_shipped target folder)
   target_link_options(${target} PRIVATE $<$<CONFIG:Release>:-s>)
   if(NOT WIN32 AND NOT ZAVREL_SANITIZE)
     # Each binary has the C++ library in it, so that it runs on any machine with glibc, and shares none of its symbols.
-    target_link_options(${target} PRIVATE -static-libstdc++ -static-libgcc
+    # What it calls is looked up at once, and the table of it is read-only from then on.
+    target_link_options(${target} PRIVATE -static-libstdc++ -static-libgcc -Wl,-z,now
       -Wl,--exclude-libs,libstdc++.a:libgcc.a:libgcc_eh.a:libfmt.a:libmd.a:libutf8proc.a)
   endif()
 endfunction()

@@ -16,6 +16,10 @@ if(WIN32)
   target_link_options(zavrel_options INTERFACE
     -static -Wl,--dynamicbase,--nxcompat,--high-entropy-va,--no-insert-timestamp,--disable-auto-image-base)
 endif()
+if(NOT WIN32 AND NOT ZAVREL_SANITIZE)
+  # The C library checks the sizes of buffers that it is given.
+  target_compile_definitions(zavrel_options INTERFACE $<$<CONFIG:Release>:_FORTIFY_SOURCE=2>)
+endif()
 if(ZAVREL_SANITIZE)
   # The sanitizers' checks hide from GCC what is initialised; the other builds keep the warning.
   target_compile_options(zavrel_options INTERFACE -Wno-maybe-uninitialized

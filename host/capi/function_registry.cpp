@@ -53,7 +53,7 @@ bool FunctionRegistry::Remove(double register_id) {
   functions_.erase(function);
   entries_.erase(entry);
   ++generation_;
-  const bool is_named = hidden_by_name_.count(LowerCase(left)) != 0;
+  const bool is_named = hidden_by_name_.contains(LowerCase(left));
   if (is_named && std::none_of(functions_.begin(), functions_.end(),
                                [&](const auto& f) { return EqualIgnoringCase(f.name, left); }))
     names_left_.push_back(std::move(left));

@@ -142,8 +142,9 @@ class Task {
       return;
     }
     outcome_.message = LastLine(ContentOf(errors_));
-    const std::string program = ZAVHOST_NAME ": ";
-    if (outcome_.message.starts_with(program)) outcome_.message.erase(0, program.size());
+    for (const std::string_view program : {ZAVHOST_NAME ": ", "ZavHost: "}) {
+      if (outcome_.message.starts_with(program)) outcome_.message.erase(0, program.size());
+    }
     if (outcome_.message.empty()) {
       outcome_.message = code > 128 ? fmt::format("its process was ended by signal {}", code - 128)
                                     : fmt::format("its process ended with code {}", code);

@@ -14,11 +14,10 @@ namespace {
 // cache, enough that the cost of the calls does not matter.
 constexpr std::int64_t kBlockCells = 1 << 15;
 // Whole columns and rows with more cells than 64 columns have are requested in larger blocks, of
-// 32 MB. Above 1,024 columns that would take minutes: all of them are requested at once, which only
-// a host that knows the used part itself can answer.
+// 32 MB: even the 16,384 blocks of a whole sheet cost a host little that knows the used part
+// itself. One that does not fills each of them.
 constexpr std::int64_t kManyCells = std::int64_t{1} << 26;
 constexpr std::int64_t kLargeBlockCells = 1 << 20;
-constexpr std::int64_t kMostSearched = std::int64_t{1} << 30;
 
 std::int64_t CellCount(const XLREF12& area) { return std::int64_t{RowsOf(area)} * ColumnsOf(area); }
 
@@ -43,16 +42,13 @@ class AreaReader {
       : reference_(reference), area_(area), sink_(sink) {}
 
   ReadOutcome Read() {
-    if (IsWhole(area_)) return ReadWhole();
-    return EachBlock(BlockRows(), [&](const Block& block, std::int64_t rows) {
-      return Emit(block, rows, ColumnsOf(area_));
-    });
+    if (IsWholeRows(area_)) return ReadWholeRows();
+    return IsWholeColumns(area_) ? ReadWholeColumns() : ReadAll();
   }
 
  private:
   /// Rows per block; at least one, of up to 16,384 cells.
   std::int64_t BlockRows() const {
-    if (CellCount(area_) > kMostSearched) return RowsOf(area_);
     const std::int64_t cells = CellCount(area_) > kManyCells ? kLargeBlockCells : kBlockCells;
     return std::max<std::int64_t>(1, cells / ColumnsOf(area_));
   }
@@ -127,23 +123,18 @@ class AreaReader {
     return used;
   }
 
-  /// Whole columns end at their last used row, whole rows at their last used column.
-  ReadOutcome ReadWhole() {
-    const std::int64_t block_rows = BlockRows();
-    std::int64_t columns = ColumnsOf(area_);
-    if (IsWholeRows(area_)) {
-      std::int64_t used = 0;
-      const ReadOutcome outcome = EachBlock(block_rows, [&](const Block& block, std::int64_t) {
-        used = std::max(used, UsedColumns(block));
-        return true;
-      });
-      if (outcome != ReadOutcome::kRead || used == 0) return outcome;
-      columns = used;
-    }
-    const bool clip_rows = IsWholeColumns(area_);
+  ReadOutcome ReadAll() {
+    return EachBlock(BlockRows(), [&](const Block& block, std::int64_t rows) {
+      return Emit(block, rows, ColumnsOf(area_));
+    });
+  }
+
+  /// Whole columns end at their last used row.
+  ReadOutcome ReadWholeColumns() {
+    const std::int64_t columns = ColumnsOf(area_);
     std::int64_t blank_rows = 0;  // met so far; left out unless a used row follows
-    return EachBlock(block_rows, [&](const Block& block, std::int64_t rows) {
-      const std::int64_t used = clip_rows ? UsedRows(block) : rows;
+    return EachBlock(BlockRows(), [&](const Block& block, std::int64_t rows) {
+      const std::int64_t used = UsedRows(block);
       bool wanted = true;
       if (used > 0) {
         wanted = (blank_rows == 0 || sink_.Blanks(Size(blank_rows * columns))) &&
@@ -155,8 +146,26 @@ class AreaReader {
     });
   }
 
+  /// Whole rows end at their last used column, which is not known before all rows are searched; a
+  /// whole sheet also ends at its last used row. Then only the used part is requested again.
+  ReadOutcome ReadWholeRows() {
+    std::int64_t columns = 0;
+    std::int64_t rows = 0;  // down to the last used one
+    std::int64_t searched = 0;
+    const ReadOutcome outcome = EachBlock(BlockRows(), [&](const Block& block, std::int64_t asked) {
+      columns = std::max(columns, UsedColumns(block));
+      if (const std::int64_t used = UsedRows(block); used > 0) rows = searched + used;
+      searched += asked;
+      return true;
+    });
+    if (outcome != ReadOutcome::kRead || columns == 0) return outcome;
+    if (IsWholeColumns(area_)) area_.rwLast = static_cast<std::int32_t>(rows - 1);
+    area_.colLast = static_cast<std::int32_t>(columns - 1);
+    return ReadAll();
+  }
+
   const ReferenceView& reference_;
-  const XLREF12 area_;
+  XLREF12 area_;
   CellSink& sink_;
 };
 

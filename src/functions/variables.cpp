@@ -1,15 +1,30 @@
 #include "functions/variables.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "data/data_argument.h"
+#include "data/whole_area.h"
+#include "excel/reference.h"
 
 namespace zavrel {
+namespace {
+
+bool HasWholeSheet(const XLOPER12& argument) {
+  const auto reference = ReferenceView::Of(argument);
+  return reference &&
+         std::any_of(reference->areas().begin(), reference->areas().end(),
+                     [](const XLREF12& area) { return IsWholeColumns(area) && IsWholeRows(area); });
+}
+
+}  // namespace
 
 OrFailure<Variables> Variables::Of(Arguments arguments) {
   Variables variables;
   for (const XLOPER12* argument : arguments) {
     if (IsOmitted(argument)) continue;
+    // Refused before it is read, which may take minutes.
+    if (HasWholeSheet(*argument)) return Failure(ExcelError::kValue);
     const auto add = [&](const auto& data) { return variables.Add(data); };
     if (const auto failure = ReadAreas(*argument, add)) return *failure;
   }

@@ -111,12 +111,36 @@ TEST_CASE("what is too large is refused without being read") {
   const Reference nearly_everything(Area(1, kExcelRows - 1, 1, kExcelColumns - 1));
   CHECK(OutcomeOf({nearly_everything}) == ReadOutcome::kUnreadable);
   CHECK(excel.lookups == 0);
-  // The whole sheet can be read only from a host that knows its used part.
-  const Reference everything(Area(0, kExcelRows - 1, 0, kExcelColumns - 1));
-  CHECK(OutcomeOf({everything}) == ReadOutcome::kUnreadable);
-  CHECK(excel.lookups == 1);
+}
+
+TEST_CASE("no request takes more than 32 MB, however many whole columns or rows are read") {
+  const auto cells_in = [](const XLREF12& area) {
+    return std::int64_t{area.rwLast - area.rwFirst + 1} * (area.colLast - area.colFirst + 1);
+  };
+  FakeExcel excel;
+  std::int64_t largest = 0, all = 0;
+  excel.answer = [&](const XLREF12& asked) {
+    largest = std::max(largest, cells_in(asked));
+    all += cells_in(asked);
+    return xlretSuccess;
+  };
+  excel.SetColumn(0, 0, {1.0, 2.0});
+  // A host that gives every cell is asked twice for the used part of rows only.
+  const XLREF12 rows = WholeRows(0, 99);
+  CHECK(Shown({Reference(WholeRows(0, 1))}) == "1 2");
+  all = 0;
+  CHECK(Data({Reference(rows)})->size() == 100);
+  CHECK(all == cells_in(rows) + 100);
+
   excel.clips_to_used_part = true;
-  CHECK(Shown({everything}) == "1 2");
+  for (const XLREF12& area :
+       {WholeColumns(0, 64), WholeColumns(0, 1024), WholeColumns(0, kExcelColumns - 2),
+        WholeColumns(0, kExcelColumns - 1), WholeRows(0, kExcelRows - 2)}) {
+    CAPTURE(cells_in(area));
+    CHECK(Data({Reference(area)})->NumberCount() == 2);
+  }
+  CHECK(Shown({Reference(WholeRows(0, kExcelRows - 1))}) == "1 2");
+  CHECK(largest <= 1 << 20);
 }
 
 TEST_CASE("whole areas that come to too many cells together are refused") {

@@ -52,14 +52,14 @@ TEST_CASE("a row is registered with the arguments that Excel expects") {
   CHECK(shown(u"Pick") ==
         "Pick|CUQC%|ZavPick|text 1066|1|text 407||C:\\help.chm!189|text 1067|text 1068|of all  |" +
             times(18, "-|"));
-  CHECK(shown(u"Rand") == "Rand|B!|ZavRand||1|text 407||C:\\help.chm!307|text 1239 |");
+  CHECK(shown(u"Rand") == "Rand|B!|ZavRand||1|text 407||C:\\help.chm!307|text 1239|");
   CHECK(shown(u"Multi") == "Multi|QIUQ|ZavMulti||0|text 407||-||");
   // The last help is repeated from where the mark stands. Thread-safe functions lose their mark.
   CHECK(shown(u"Matrix") == "Matrix|QQU|ZavMatrix|text 1550|1|text 407||-|text 1555|text 1551|" +
                                 times(18, "text 1552|") + "text 1552  |");
   CHECK(shown(u"Version") == "Version|J|ZavVersion||0|text 407||-|||" + times(19, "-|"));
   CHECK(shown(u"Normal") ==
-        "Normal|QQ|ZavNormal|text 1203|1|text 408||C:\\help.chm!305|text 1204 |");
+        "Normal|QQ|ZavNormal|text 1203|1|text 408||C:\\help.chm!305|text 1204|");
 }
 
 TEST_CASE("a help topic needs a file and a number; the owner follows the category") {
@@ -118,7 +118,7 @@ TEST_CASE("a registration that succeeds without an id is a refusal too") {
 }
 
 TEST_CASE("names go with the functions that do not come back, and only those") {
-  FakeExcel excel;
+  const FakeExcel excel;
   Registration main({SampleFunctions()});
   main.Register(kApplication5, Sources());
   CHECK(excel.names().size() == 7);

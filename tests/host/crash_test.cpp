@@ -1,5 +1,7 @@
 // What is said of an add-in that crashes. Sanitizers say more than the host then.
 #ifndef __SANITIZE_ADDRESS__
+#include <doctest/doctest.h>
+
 #include <cstdlib>
 
 #include "host/planted_add_in.h"

@@ -1,6 +1,8 @@
 #pragma once
 // The host as a process of its own, as a user starts it.
 
+#include <doctest/doctest.h>
+
 #include <fstream>
 
 #include "integration/running_add_in.h"
@@ -37,13 +39,6 @@ inline std::string Evaluated(const std::string& formula, const std::filesystem::
   CHECK(outcome.errors.empty());
   return outcome.output.substr(0, outcome.output.find('\n'));
 }
-
-/// The variable that names the folder of the add-in's log.
-#ifdef _WIN32
-constexpr const char* kTemporaryFolder = "TMP";
-#else
-constexpr const char* kTemporaryFolder = "TMPDIR";
-#endif
 
 /// The log of the add-ins that `run` opens.
 template <class Run>

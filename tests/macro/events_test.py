@@ -76,7 +76,6 @@ class Excel:
     @property
     def RegisteredFunctions(self):
         files = [copy.file for copy in self.copies if copy.is_open]
-        table = types.SimpleNamespace(rows=files)
         return type("Table", (), {"rows": files, "__call__": lambda self, row, _: files[row - 1]})() if files else None
 
     @property

@@ -4,8 +4,8 @@
 set -Eeuo pipefail
 trap 'printf "stopped in line %s: %s\n" "$LINENO" "$BASH_COMMAND" >&2' ERR
 source=$1 scratch=$3 out=$3/out
-failures=0
-check() { if ! eval "$2"; then printf 'FAILED: %s\n' "$1" >&2; failures=$((failures + 1)); fi; }
+# shellcheck disable=SC1091
+. "$source/tests/packaging/checks.sh"
 
 # What a run that failed left to be looked at, its prefix included.
 if [ -d "$scratch/wine" ]; then ZAV_WINEPREFIX=$scratch/wine "$source/cmake/wine-run" --down || true; fi
@@ -49,13 +49,7 @@ for file in examples/self-test.xlsx macro/ZavrelSelfTest.bas macro/ZavrelApplica
 done
 check "a companion that a user saves beside the add-in has no path of ours" '
   [ -f "$stage/macro/ZavrelCompanion.xlam" ] && [ ! -e "$stage/ZavrelCompanion.xlam" ]'
-check "documents link to pages, headings and pictures that are there" '
-  (cd $stage && find . -name "*.html" -not -path "./help/*" | while read -r page; do
-    { grep -oE "(href|src)=\"[^\":]+\"" "$page" || true; } | cut -d\" -f2 | while read -r link; do
-      file=$(dirname "$page")/${link%%#*}; [[ $link = \#* ]] && file=$page
-      [ -e "$file" ] && { [[ $link != *\#* ]] || grep -q "id=.${link#*#}\"" "$file"; } || echo "$page: $link"
-    done
-  done | tee -a /dev/stderr | wc -l | grep -qx 0)'
+check "documents link to pages, headings and pictures that are there" 'links_lead_somewhere "$stage"'
 find "$stage" -iname "*.xll" -o -iname "*.dll" -o -iname "*.exe" >signed.txt
 echo "$scratch/first/$setup" >>signed.txt
 while read -r file; do
@@ -189,5 +183,5 @@ check "nothing is left of it" '[ ! -e "$folder" ] && ! wine reg query "HKCU\\Sof
 "$source/cmake/wine-run" --down || true
 trap - EXIT
 rm -rf out first second old wine wine.lock
-[ "$failures" = 0 ] && echo "packed, signed, installed, upgraded and uninstalled"
+[ "${failures:?}" = 0 ] && echo "packed, signed, installed, upgraded and uninstalled"
 exit $((failures > 0))

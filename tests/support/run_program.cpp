@@ -10,6 +10,10 @@
 #include <thread>
 
 #include "platform/child_process.h"
+#ifdef _WIN32
+#include "platform/utf.h"
+#include "platform/windows/wide.h"
+#endif
 
 namespace zavrel::tests {
 
@@ -42,6 +46,23 @@ Outcome RunProgram(const std::filesystem::path& program, const std::vector<std::
   return outcome;
 }
 
+#ifdef _WIN32
+namespace {
+
+std::wstring Wide(const std::string& text) { return ToWide(Utf16FromUtf8(text)); }
+
+}  // namespace
+
+EnvironmentVariable::EnvironmentVariable(const char* name, const std::string& value) : name_(name) {
+  const wchar_t* before = _wgetenv(Wide(name).c_str());
+  if (before != nullptr) before_ = Utf8FromUtf16(FromWide(before));
+  Set(value);
+}
+
+void EnvironmentVariable::Set(const std::string& value) const {
+  _wputenv_s(Wide(name_).c_str(), Wide(value).c_str());
+}
+#else
 EnvironmentVariable::EnvironmentVariable(const char* name, const std::string& value) : name_(name) {
   const char* before = std::getenv(name);
   if (before != nullptr) before_ = before;
@@ -49,14 +70,11 @@ EnvironmentVariable::EnvironmentVariable(const char* name, const std::string& va
 }
 
 void EnvironmentVariable::Set(const std::string& value) const {
-#ifdef _WIN32
-  _putenv_s(name_, value.c_str());
-#else
   if (value.empty())
     unsetenv(name_);
   else
     setenv(name_, value.c_str(), 1);
-#endif
 }
+#endif
 
 }  // namespace zavrel::tests

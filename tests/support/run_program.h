@@ -19,7 +19,14 @@ std::string ReadAll(const std::filesystem::path& file);
 Outcome RunProgram(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                    int seconds = 60);
 
-/// Sets an environment variable for as long as it lives; an empty text removes it.
+/// The variable that names the folder of the add-in's log.
+#ifdef _WIN32
+constexpr const char* kTemporaryFolder = "TMP";
+#else
+constexpr const char* kTemporaryFolder = "TMPDIR";
+#endif
+
+/// Sets an environment variable, to UTF-8, for as long as it lives; an empty text removes it.
 class EnvironmentVariable {
  public:
   EnvironmentVariable(const char* name, const std::string& value);

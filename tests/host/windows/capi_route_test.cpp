@@ -1,6 +1,8 @@
 // Both routes to the callback.
 #include <windows.h>
 
+#include <doctest/doctest.h>
+
 #include "host/planted_add_in.h"
 
 namespace zavhost::tests {

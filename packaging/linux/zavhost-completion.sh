@@ -1,0 +1,64 @@
+# shellcheck shell=bash
+# Completion of zavhost's command line in bash: commands, options and their values, files, names of functions.
+
+# The files that match a pattern, and folders on the way to them.
+_zavhost_files() {
+  compopt -o filenames 2>/dev/null # which complains where nobody is completing
+  mapfile -t COMPREPLY < <(compgen -f -X "!$1" -- "$current"; compgen -d -- "$current")
+}
+
+# The names are matched in either case, as formulas are.
+_zavhost_functions() {
+  local name
+  while IFS=, read -r name _; do
+    if [[ ${name,,} == "${current,,}"* ]]; then COMPREPLY+=("$name"); fi
+  done < <("$program" functions --csv 2>/dev/null | tail -n +2)
+}
+
+_zavhost() {
+  local program=${1/#\~\//$HOME/} current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
+  local command='' options i
+  COMPREPLY=()
+  # bash has made words of both sides of --option=value, and of the sign itself.
+  if [ "$current" = = ]; then
+    current=''
+  elif [ "$previous" = = ]; then
+    previous=${COMP_WORDS[COMP_CWORD - 2]}
+  fi
+  for ((i = 1; i < COMP_CWORD; i++)); do
+    case ${COMP_WORDS[i]} in
+      run | check | eval | functions | doctor) command=${COMP_WORDS[i]}; break ;;
+    esac
+  done
+
+  case $previous in
+    --add-in) _zavhost_files '*.so'; return ;;
+    --data) _zavhost_files '*.[cC][sS][vV]'; return ;;
+    -o | --output) _zavhost_files '*.[xX][lL][sS][xX]'; return ;;
+    --output-folder)
+      compopt -o filenames 2>/dev/null
+      mapfile -t COMPREPLY < <(compgen -d -- "$current")
+      return ;;
+    --language) mapfile -t COMPREPLY < <(compgen -W 'en de' -- "$current"); return ;;
+    --digits | --jobs | --max-formulas | --memory | --timeout) return ;;
+  esac
+
+  local common='--help --add-in --language --json'
+  local workbooks='--all --max-formulas --jobs --timeout --memory'
+  case $command in
+    run) options="$common $workbooks --output --output-folder --resume --csv" ;;
+    check) options="$common $workbooks --digits" ;;
+    eval) options="$common --data --csv" ;;
+    functions) options="$common --hidden --csv" ;;
+    doctor) options=$common ;;
+    *) options='--help --version' ;;
+  esac
+  case $command:$current in
+    *:-*) mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current") ;;
+    :*) mapfile -t COMPREPLY < <(compgen -W 'run check eval functions doctor' -- "$current") ;;
+    run:* | check:*) _zavhost_files '*.[xX][lL][sS][xX]' ;;
+    functions:*) _zavhost_functions ;;
+  esac
+}
+
+complete -F _zavhost zavhost
