@@ -113,6 +113,17 @@ def check_interrupts():
     check({-signal.SIGINT, -signal.SIGTERM, -signal.SIGHUP} <= ends, f"processes ended with {ends}")
 
 
+def check_memory():
+    large = scratch / "large.xlsx"
+    make_large_workbook.ROWS, make_large_workbook.FORMULAS = 30_000, 100
+    make_large_workbook.write(large)
+    check(run("run", large, "--memory", "200").returncode == 0, "200 MB are not enough")
+    for options in [], ["--jobs", "2"]:
+        hungry = run("run", large, "--memory", "30", *options)
+        check(hungry.returncode == 1 and "not enough memory" in hungry.stdout + hungry.stderr,
+              f"30 MB are enough, or not said to be too few: {hungry}")
+
+
 def check_pipes():
     reader = subprocess.Popen([ZAVHOST, "functions"], stdout=subprocess.PIPE, stderr=subprocess.PIPE)
     reader.stdout.close()
@@ -122,7 +133,7 @@ def check_pipes():
 
 def main():
     scratch.mkdir(parents=True, exist_ok=True)
-    for each in check_files, check_doctor, check_crash, check_names, check_interrupts, check_pipes:
+    for each in check_files, check_doctor, check_crash, check_names, check_interrupts, check_memory, check_pipes:
         each()
         print(f"{each.__name__}: {'fine so far' if not problems else 'problems'}", flush=True)
     print("\n".join(problems))
