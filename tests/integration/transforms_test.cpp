@@ -87,10 +87,9 @@ TEST_CASE("a product of indicators and numbers, of which the leftmost that fails
 
 TEST_CASE("variables go together only where their cells belong together") {
   // A:B is used to row 3, D:F to row 2, H:I to row 4; of the other sheet rows 21:22 and 41:42 to
-  // column 3, 31:32 to 4, 51:53 to 2; two sheets are used in 2 rows of 3 cells and 3 rows of 2.
-  zavhost::Workbook book =
-      BookOf({"A: 1 | 2 | 3", "B: | | 20", "D: | 4", "F: | 5", "H: | | 7", "I: | | 8 | 6",
-              "Rows!A: ", "Two!A: 11", "Two!C: | 12", "Three!A: 13", "Three!B: | | 14"});
+  // column 3, 31:32 to 4, 51:53 to 2.
+  zavhost::Workbook book = BookOf(
+      {"A: 1 | 2 | 3", "B: | | 20", "D: | 4", "F: | 5", "H: | | 7", "I: | | 8 | 6", "Rows!A: "});
   for (const auto& [row, column, number] : std::initializer_list<std::tuple<int, int, double>>{
            {20, 1, 5}, {20, 2, 7}, {31, 1, 2}, {31, 3, 8}, {41, 2, 9}, {50, 1, 10}})
     book.sheets[1].Set(row, column, number);
@@ -113,8 +112,6 @@ TEST_CASE("variables go together only where their cells belong together") {
       for (const auto& [x, y] : {std::pair{one, other}, {other, one}})
         CheckFormulas(engine, "#VALUE!", Interaction(x, y));
     }
-    for (const auto& [x, y] : {std::pair{"Two!1:1048576", "Three!1:1048576"}, {"A:A", "Two!A:XFD"}})
-      CheckFormulas(engine, "TRUE", "ISERROR(" + Interaction(x, y) + ")");
   });
 }
 
