@@ -14,8 +14,8 @@ namespace zavrel {
 /// mode uses one other than 0) and statistic id. It is part of its data set.
 class StatisticCache {
  public:
-  static constexpr std::size_t kStatistics = 16;
-  /// The statistic that an id outside 0..15 stands for.
+  static constexpr auto kStatistics = static_cast<std::size_t>(StatisticId::kEnd);
+  /// The statistic that any other id stands for.
   static constexpr std::size_t kCount = 10;
 
   bool Has(Form form, std::size_t selector, std::size_t statistic) const {

@@ -4,7 +4,8 @@
 
 namespace zavrel {
 
-/// The single-variable statistics. The order is fixed: it indexes the result cache.
+/// The single-variable statistics. The order is fixed: it indexes the result cache. A new one goes
+/// just before kEnd.
 enum class StatisticId : std::size_t {
   kMinimum = 0,
   kMaximum = 1,
@@ -22,6 +23,7 @@ enum class StatisticId : std::size_t {
   kSumDevSq = 13,  // sum of squared deviations from the mean
   kMeanAbs = 14,   // mean of absolute values
   kMode = 15,
+  kEnd,
 };
 
 /// The two forms of a statistic: of a whole population (divisor n), or of a sample from a

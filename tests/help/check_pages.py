@@ -150,8 +150,12 @@ def excel_and_headings():
         if name == "en":
             continue
         own = languages.named(name)
-        for missing in [*(headings - set(own.words)), *(groups ^ set(own.groups)), *(used - set(own.excel["names"]))]:
-            yield f"help/{name}/language.json: {missing}"
+        for field, missing in (("words", headings - set(own.words)), ("groups", groups - set(own.groups)),
+                               ("excel, names", used - set(own.excel["names"]))):
+            for text in sorted(missing):
+                yield f"help/{name}/language.json, {field}: no {text}"
+        for text in sorted(set(own.groups) - groups):
+            yield f"help/{name}/language.json, groups: {text} is not in the contents"
 
 
 def outputs():

@@ -18,6 +18,7 @@ AGREED = {"Title": "Zavrel Functions", "ArrayNotTwoDimensional": "VB array is no
           "EigenNoConvergence": "Eigenvalues could not be calculated; convergence failed.",
           "DllLoadError": "Could not load {1}.",
           "FunctionNotFound": "The function {1} could not be found in {2}"}
+WIZARD_TEXTS = range(1066, 1714)  # of arguments and functions; the table takes no higher ids
 ENGLISH_ALONE = ("#VALUE!", "#N/A", "#NUM!", "#REF!", "TRUE", "FALSE")
 
 
@@ -45,10 +46,10 @@ def in_one(language):
         found = placeholders(text)
         if len(text.encode("utf-16-le")) > 2 * LONGEST or "  " in text or text != text.strip():
             yield f"text {number} is too long, or has blanks too many"
-        if 1066 <= number <= 1595 and (number in HELPS) == (number in ARGUMENT_TEXTS):
+        if number in WIZARD_TEXTS and (number in HELPS) == (number in ARGUMENT_TEXTS):
             yield f"text {number} is a help and an argument text, or neither"
         stop = text.endswith(".") and (number in HELPS or not text.endswith(", ..."))
-        if 1066 <= number <= 1595 and stop != (number in HELPS):
+        if number in WIZARD_TEXTS and stop != (number in HELPS):
             yield f"text {number} ends otherwise than a text of its kind: {text}"
         if found != placeholders(ENGLISH.get(number, text)) or found != [str(i + 1) for i in range(len(found))]:
             yield f"text {number}: placeholders {found}"
