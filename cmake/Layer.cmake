@@ -16,6 +16,7 @@ function(zavrel_layer target folder)
   add_library(${target} STATIC ${sources})
   target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/src)
   target_link_libraries(${target} PUBLIC zavrel_options ${ARGN})
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ${ZAVREL_UNITY} UNITY_BUILD_BATCH_SIZE 6)
 endfunction()
 
 # zavrel_function_tables(TARGET DATA): the tables of an add-in's functions, made of its functions.json, in the layer

@@ -11,9 +11,6 @@
 namespace zavhost {
 namespace {
 
-constexpr std::size_t kNarrowLimit = 255;
-constexpr std::int64_t kElementLimit = 1ll << 26;
-
 template <class T>
 T Read(const void* pointer, std::size_t offset = 0) {
   T value;

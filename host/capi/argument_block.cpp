@@ -10,7 +10,6 @@
 namespace zavhost {
 namespace {
 
-constexpr std::size_t kNarrowLimit = 255;
 constexpr std::size_t kNarrowBuffer = 256;
 constexpr std::size_t kWideBuffer = kExcelTextLimit + 1;
 

@@ -11,8 +11,6 @@ namespace {
 
 constexpr std::uint64_t kFirstSheetId = 0x2A5C0000;
 constexpr std::uint64_t kSheetIdStep = 16;
-// More elements than fit into the memory of a 64-bit Excel in one result.
-constexpr std::int64_t kElementLimit = 1ll << 26;
 
 template <class Visit>
 void VisitCells(const Sheet& sheet, const CellRange& range, Visit visit) {

@@ -14,6 +14,11 @@
 
 namespace zavhost {
 
+/// The longest text of 8-bit characters.
+inline constexpr std::size_t kNarrowLimit = 255;
+/// More elements than fit into the memory of a 64-bit Excel in one result.
+inline constexpr std::int64_t kElementLimit = 1ll << 26;
+
 /// Ids of sheets in references. No index and no small number is a valid id.
 std::uint64_t SheetId(std::uint32_t sheet);
 /// The sheet with this id; nothing if there is none. Id 0 is the current sheet.
