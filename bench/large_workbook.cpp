@@ -63,6 +63,7 @@ std::unique_ptr<Engine> Loaded(const fs::path& book) {
 
 std::vector<CellAddress> FormulaCells(const Workbook& workbook) {
   std::vector<CellAddress> cells;
+  cells.reserve(workbook.formulas.size());
   for (const auto& formula : workbook.formulas) cells.push_back(formula.address);
   return cells;
 }

@@ -179,10 +179,6 @@ std::size_t CountIn(const nlohmann::ordered_json& result, const char* key) {
   return found->is_array() ? found->size() : found->get<std::size_t>();
 }
 
-std::string Plural(std::size_t count, const char* what) {
-  return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
-}
-
 /// What the user sees, in the form asked for.
 class BatchReport {
  public:
@@ -287,7 +283,7 @@ class BatchReport {
     for (const auto& [key, value] : outcome.result.items()) {
       if (key != "written") line[key] = value;
     }
-    return line.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+    return JsonText(line, JsonLayout::kOneLine) + "\n";
   }
 
   const CommandLine& line_;

@@ -56,7 +56,7 @@ int CheckWorkbook(const CommandLine& line) {
   result["warnings"] = report.warnings;
   result["errors"] = report.errors;
   if (!report.errors.empty()) code = WorseExitCode(code, kExitWorkbook);
-  std::cout << result.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << std::endl;
+  std::cout << JsonText(result, JsonLayout::kOneLine) << std::endl;
   return WorseExitCode(code, judged);
 }
 

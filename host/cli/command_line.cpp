@@ -164,9 +164,9 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
     return {std::nullopt, code == 0 ? kExitSuccess : kExitUsage};
   }
 
-  for (const char* option : {"--output", "--output-folder"}) {
-    if (run->count(option) > 0 &&
-        (option[8] == '\0' ? texts.output : texts.output_folder).empty()) {
+  for (const auto& [option, name] :
+       {std::pair{"--output", &texts.output}, {"--output-folder", &texts.output_folder}}) {
+    if (run->count(option) > 0 && name->empty()) {
       std::cerr << option << ": a name is missing\n";
       return {std::nullopt, kExitUsage};
     }

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/calc/engine.h"
@@ -38,6 +39,8 @@ std::function<void(std::size_t, std::size_t)> ProgressToTerminal();
 std::string DisplayText(const Value& value);
 /// The same, with numbers in their shortest exact form.
 std::string ExactText(const Value& value);
+/// "1 formula", "2 formulas".
+std::string Plural(std::size_t count, std::string_view what);
 /// One field of comma-separated output.
 std::string CsvField(const std::string& text);
 

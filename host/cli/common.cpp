@@ -21,6 +21,11 @@ nlohmann::ordered_json ToJson(const Value& value) {
   return nullptr;
 }
 
+std::string JsonText(const nlohmann::ordered_json& json, JsonLayout layout) {
+  return json.dump(layout == JsonLayout::kIndented ? 2 : -1, ' ', false,
+                   nlohmann::json::error_handler_t::replace);
+}
+
 std::filesystem::path ProgramFolder() { return zavrel::HostExecutablePath().parent_path(); }
 
 std::function<void(std::size_t, std::size_t)> ProgressToTerminal() {
@@ -55,6 +60,10 @@ std::string ExactText(const Value& value) {
   return number == nullptr ? DisplayText(value) : fmt::format("{}", *number);
 }
 
+std::string Plural(std::size_t count, std::string_view what) {
+  return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
+}
+
 std::string CsvField(const std::string& text) {
   if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
   std::string quoted = "\"";
@@ -78,8 +87,8 @@ int FinishEngine(Engine& engine) {
   engine.CloseAddIn();
   const Judge& judge = engine.judge();
   if (judge.count() == 0) return kExitSuccess;
-  std::cerr << ZAVHOST_NAME ": the add-in broke rules of the Excel C API " << judge.count()
-            << " time" << (judge.count() == 1 ? "" : "s") << ":\n";
+  std::cerr << ZAVHOST_NAME ": the add-in broke rules of the Excel C API "
+            << Plural(judge.count(), "time") << ":\n";
   constexpr std::size_t kShown = 20;
   for (std::size_t i = 0; i < std::min(kShown, judge.violations().size()); ++i) {
     std::cerr << "  " << DescribeViolation(judge.violations()[i]) << '\n';

@@ -159,7 +159,7 @@ void PrintTable(const Findings& findings) {
   if (count == 0) {
     std::cout << "The installation is sound.\n";
   } else {
-    std::cout << count << (count == 1 ? " problem.\n" : " problems.\n");
+    std::cout << Plural(count, "problem") << ".\n";
   }
 }
 
@@ -173,7 +173,7 @@ void PrintJson(const Findings& findings) {
          {"what", finding.what},
          {"found", finding.detail}});
   }
-  std::cout << root.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
+  std::cout << JsonText(root, JsonLayout::kIndented) << '\n';
 }
 
 }  // namespace

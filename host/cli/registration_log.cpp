@@ -10,6 +10,7 @@
 
 #include "contracts/log_files.h"
 #include "excel/xloper12.h"
+#include "host/cli/commands.h"
 #include "host/workbook/text.h"
 
 namespace zavhost {
@@ -79,8 +80,8 @@ std::vector<std::string> RegistrationProblems(const std::filesystem::path& log) 
     }
   }
   if (refused == 0) return {};
-  return {fmt::format("{} refused {} function{}, the first of them {}: {}", program, refused,
-                      refused == 1 ? "" : "s", first, MeaningOf(ReturnCodeIn(first)))};
+  return {fmt::format("{} refused {}, the first of them {}: {}", program,
+                      Plural(refused, "function"), first, MeaningOf(ReturnCodeIn(first)))};
 }
 
 }  // namespace zavhost

@@ -34,13 +34,12 @@ int RunCommand(const CommandLine& line) {
 
   if (line.part_of_batch) {
     std::cout << BatchLine(report, write) << std::flush;
-    if (judged != kExitSuccess) return judged;
-    return report.errors.empty() ? kExitSuccess : kExitWorkbook;
+  } else {
+    // Written at once, since a console without a buffer would write every piece separately.
+    std::cout << RunReport(line, *engine, report, write) << std::flush;
+    for (const std::string& warning : report.warnings) std::cerr << "warning: " << warning << '\n';
+    for (const std::string& error : report.errors) std::cerr << "error: " << error << '\n';
   }
-  // Written at once, since a console without a buffer would write every piece separately.
-  std::cout << RunReport(line, *engine, report, write) << std::flush;
-  for (const std::string& warning : report.warnings) std::cerr << "warning: " << warning << '\n';
-  for (const std::string& error : report.errors) std::cerr << "error: " << error << '\n';
   if (judged != kExitSuccess) return judged;
   return report.errors.empty() ? kExitSuccess : kExitWorkbook;
 }

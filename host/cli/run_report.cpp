@@ -74,9 +74,8 @@ Counts CountsOf(const RecalculationReport& report) {
 /// "91 formulas recalculated, 3 changed since the workbook was saved, 2 had no stored value".
 std::string Summary(const RecalculationReport& report) {
   const Counts counts = CountsOf(report);
-  std::string text =
-      fmt::format("{} formula{} recalculated, {} changed since the workbook was saved",
-                  counts.computed, counts.computed == 1 ? "" : "s", counts.changed);
+  std::string text = fmt::format("{} recalculated, {} changed since the workbook was saved",
+                                 Plural(counts.computed, "formula"), counts.changed);
   if (counts.without_value > 0)
     text += fmt::format(", {} had no stored value", counts.without_value);
   if (counts.kept > 0) text += fmt::format(", {} kept", counts.kept);
@@ -158,7 +157,7 @@ std::string JsonForm(const CommandLine& line, Engine& engine, const Recalculatio
   for (const Violation& violation : engine.judge().violations()) {
     root["violations"].push_back(DescribeViolation(violation));
   }
-  return root.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+  return JsonText(root, JsonLayout::kIndented) + "\n";
 }
 
 }  // namespace
@@ -181,7 +180,7 @@ std::string BatchLine(const RecalculationReport& report, bool written) {
                               {"without_value", counts.without_value}, {"kept", counts.kept},
                               {"warnings", report.warnings},           {"errors", report.errors}};
   if (written) root["written"] = true;
-  return root.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+  return JsonText(root, JsonLayout::kOneLine) + "\n";
 }
 
 std::string RunReport(const CommandLine& line, Engine& engine, const RecalculationReport& report,

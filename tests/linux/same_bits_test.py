@@ -36,7 +36,7 @@ def main():
         if len(there) != len(here):
             sys.exit(f"{book.name}: {len(there)} formulas under Windows, {len(here)} under Linux")
         for one, other in zip(there, here):
-            # Two that draw or ask the time differ by nature; what they give is told by its kind.
+            # What is drawn at random differs by nature.
             if "ZavRand" in one["formula"]:
                 continue
             compared += 1
