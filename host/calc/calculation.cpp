@@ -1,6 +1,9 @@
 #include "host/calc/calculation.h"
 
 #include <algorithm>
+#include <numeric>
+
+#include "host/calc/formula_text.h"
 
 namespace zavhost {
 namespace {
@@ -27,6 +30,9 @@ Operand Calculation::Evaluate(const Formula& formula, const CellAddress& origin,
   } const leave{calling_};
   met_.clear();
   cell_ = cell;
+  random_state_ =
+      seed_ ^ (std::uint64_t{cell.sheet} << 40 | static_cast<std::uint64_t>(cell.row) << 20 |
+               static_cast<std::uint64_t>(cell.column));
   calling_ = CallingCells{cell.sheet,
                           array.value_or(CellRange{cell.row, cell.column, cell.row, cell.column})};
   return EvaluateFormula(formula, origin, as_array, *this);
@@ -92,6 +98,43 @@ CallableFunction* Calculation::FindFunction(std::u16string_view name) {
   }
   return function.get();
 }
+
+void Calculation::Begin(double now, std::uint64_t seed) {
+  parsed_names_.clear();
+  by_cell_.clear();
+  now_ = now;
+  seed_ = seed;
+}
+
+// SplitMix64 (Steele, Lea, Flood, "Fast splittable pseudorandom number generators", OOPSLA 2014).
+double Calculation::Random() {
+  random_state_ += 0x9E3779B97F4A7C15;
+  std::uint64_t mixed = random_state_;
+  mixed = (mixed ^ (mixed >> 30)) * 0xBF58476D1CE4E5B9;
+  mixed = (mixed ^ (mixed >> 27)) * 0x94D049BB133111EB;
+  mixed ^= mixed >> 31;
+  return static_cast<double>(mixed >> 11) * 0x1p-53;
+}
+
+std::optional<std::u16string> Calculation::FormulaText(const CellAddress& cell) const {
+  const std::vector<FormulaCell>& formulas = workbook_.formulas;
+  const auto before = [&](std::uint32_t index, const CellAddress& other) {
+    return formulas[index].address < other;
+  };
+  if (by_cell_.size() != formulas.size()) {
+    by_cell_.resize(formulas.size());
+    std::iota(by_cell_.begin(), by_cell_.end(), 0u);
+    std::sort(by_cell_.begin(), by_cell_.end(), [&](std::uint32_t a, std::uint32_t b) {
+      return formulas[a].address < formulas[b].address;
+    });
+  }
+  const auto found = std::lower_bound(by_cell_.begin(), by_cell_.end(), cell, before);
+  if (found == by_cell_.end() || formulas[*found].address != cell) return std::nullopt;
+  const FormulaCell& formula = formulas[*found];
+  return ShownFormulaText(workbook_.formula_texts[formula.text], formula.origin, cell);
+}
+
+std::optional<CellRange> Calculation::SpillRange(const CellAddress&) { return std::nullopt; }
 
 FormulaPtr Calculation::ParsedName(const DefinedName& name) {
   FormulaPtr& parsed = parsed_names_[&name];

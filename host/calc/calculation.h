@@ -30,8 +30,9 @@ class Calculation : public EvaluationContext, public HostCells {
                    const std::optional<CellRange>& array, bool as_array);
   const std::vector<std::uint32_t>& met() const { return met_; }
 
-  /// Must be called after the defined names have changed.
-  void ForgetNames() { parsed_names_.clear(); }
+  /// Begins a recalculation at a date and time (as a serial number). Random numbers depend on the
+  /// seed and the cell only, so a formula that is evaluated again meets the same ones.
+  void Begin(double now, std::uint64_t seed);
 
   // EvaluationContext
   Value ReadCell(const CellAddress& cell) override;
@@ -41,6 +42,10 @@ class Calculation : public EvaluationContext, public HostCells {
   const Workbook& workbook() const override { return workbook_; }
   FormulaPtr ParsedName(const DefinedName& name) override;
   CellAddress caller() const override { return cell_; }
+  double Now() const override { return now_; }
+  double Random() override;
+  std::optional<std::u16string> FormulaText(const CellAddress& cell) const override;
+  std::optional<CellRange> SpillRange(const CellAddress& cell) override;
 
   // HostCells
   Workbook& cells_workbook() override { return workbook_; }
@@ -55,6 +60,10 @@ class Calculation : public EvaluationContext, public HostCells {
   std::vector<std::uint32_t> met_;
   CellAddress cell_;
   std::optional<CallingCells> calling_;
+  double now_ = 0.0;
+  std::uint64_t seed_ = 0;
+  std::uint64_t random_state_ = 0;
+  mutable std::vector<std::uint32_t> by_cell_;  // the workbook's formulas in the order of cells
   std::unordered_map<const DefinedName*, FormulaPtr> parsed_names_;
   /// Rebuilt when functions were added or removed; in the order of the registry.
   std::vector<std::unique_ptr<AddInFunction>> functions_;

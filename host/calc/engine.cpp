@@ -1,9 +1,13 @@
 #include "host/calc/engine.h"
 
+#include <chrono>
+#include <ctime>
+
 #include "host/calc/calculation.h"
 #include "host/calc/formula_text.h"
 #include "host/calc/recalculation.h"
 #include "host/capi/crash_guard.h"
+#include "platform/clock.h"
 #include "platform/message_box.h"
 #include "platform/module.h"
 
@@ -22,6 +26,18 @@ zavrel::Module Load(const std::filesystem::path& file) {
   return std::move(*module);
 }
 
+/// The local date and time as a serial number.
+double LocalNow(bool date1904) {
+  const auto local = zavrel::LocalTime(std::time(nullptr));
+  if (!local) return 0.0;
+  const std::chrono::sys_days day =
+      std::chrono::year(local->tm_year + 1900) / (local->tm_mon + 1) / local->tm_mday;
+  const std::chrono::sys_days first =
+      date1904 ? std::chrono::year(1904) / 1 / 1 : std::chrono::year(1899) / 12 / 30;
+  const double seconds = local->tm_hour * 3600 + local->tm_min * 60 + local->tm_sec;
+  return static_cast<double>((day - first).count()) + seconds / 86'400;
+}
+
 }  // namespace
 
 class Engine::State {
@@ -32,6 +48,10 @@ class Engine::State {
         calculation(workbook, judge, options.behaviour) {}
 
   ExcelApi& api() { return calculation.api(); }
+
+  void Begin() {
+    calculation.Begin(options.now.value_or(LocalNow(workbook.date1904)), options.random_seed);
+  }
 
   void* FindExport(const std::string& name) const {
     void* found = module ? module->FindExport(name.c_str()) : nullptr;
@@ -141,6 +161,7 @@ void Engine::CloseAddIn(bool unload) {
 }
 
 RecalculationReport Engine::Recalculate() {
+  state_->Begin();
   return Recalculation(state_->calculation, state_->judge, state_->options).Run();
 }
 
@@ -151,7 +172,7 @@ Operand Engine::Evaluate(std::u16string_view formula, CellAddress cell) {
     throw WorkbookError("the workbook has no sheet for the formula");
   const FormulaPtr parsed = ParseFormula(formula);
   state.judge.SetPlace(CellText(state.workbook, cell), "=" + Utf8FromUtf16(formula));
-  state.calculation.ForgetNames();
+  state.Begin();
   Operand result = state.calculation.Evaluate(*parsed, cell, cell, std::nullopt, true);
   state.judge.SetPlace({}, {});
   return result;

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,10 @@ struct EngineOptions {
   bool every_formula = false;
   /// Called from time to time with (done, total) during recalculation; may be empty.
   std::function<void(std::size_t, std::size_t)> progress;
+  /// What NOW gives, as a serial number; without it the local time when the recalculation begins.
+  std::optional<double> now;
+  /// For RAND and its kin.
+  std::uint64_t random_seed = 0;
   /// Details in which Excel's behaviour varies.
   ExcelBehaviour behaviour;
   /// A library "XLCall32" that is loaded before the add-in and provides the callback through

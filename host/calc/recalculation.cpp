@@ -44,7 +44,6 @@ Recalculation::~Recalculation() {
 }
 
 RecalculationReport Recalculation::Run() {
-  calculation_.ForgetNames();
   Select();
   MakeRoom();
   for (std::uint32_t entry = 0; entry < entries_.size(); ++entry) CalculateFrom(entry);

@@ -78,15 +78,13 @@ Operand CountA(const BuiltInCall& call) {
   return Value(count);
 }
 
-constexpr ArgumentKind kReference = ArgumentKind::kReference;
-
 constexpr BuiltInFunction kFunctions[] = {
-    {u"SUM", 1, kAnyNumberOfArguments, kReference, kReference, Sum},
-    {u"AVERAGE", 1, kAnyNumberOfArguments, kReference, kReference, Average},
-    {u"MIN", 1, kAnyNumberOfArguments, kReference, kReference, Min},
-    {u"MAX", 1, kAnyNumberOfArguments, kReference, kReference, Max},
-    {u"COUNT", 1, kAnyNumberOfArguments, kReference, kReference, Count},
-    {u"COUNTA", 1, kAnyNumberOfArguments, kReference, kReference, CountA},
+    {u"SUM", 1, kAnyNumberOfArguments, "r", Sum},
+    {u"AVERAGE", 1, kAnyNumberOfArguments, "r", Average},
+    {u"MIN", 1, kAnyNumberOfArguments, "r", Min},
+    {u"MAX", 1, kAnyNumberOfArguments, "r", Max},
+    {u"COUNT", 1, kAnyNumberOfArguments, "r", Count},
+    {u"COUNTA", 1, kAnyNumberOfArguments, "r", CountA},
 };
 
 }  // namespace

@@ -15,8 +15,7 @@ using Table = std::unordered_map<std::u16string, const BuiltInFunction*>;
 const Table& Functions() {
   static const Table table = [] {
     Table made;
-    for (const auto group : {LogicalFunctions(), NumberFunctions(), AggregateFunctions(),
-                             ReferenceFunctions(), ValueFunctions()}) {
+    for (const auto group : BuiltInGroups()) {
       for (const BuiltInFunction& function : group)
         made.emplace(LowerCase(function.name), &function);
     }
@@ -26,6 +25,16 @@ const Table& Functions() {
 }
 
 }  // namespace
+
+std::span<const std::span<const BuiltInFunction>> BuiltInGroups() {
+  static const std::span<const BuiltInFunction> groups[] = {
+      LogicalFunctions(),    InformationFunctions(),  NumberFunctions(),
+      AggregateFunctions(),  ConditionalFunctions(),  StatisticsFunctions(),
+      RegressionFunctions(), DistributionFunctions(), MatrixFunctions(),
+      FinancialFunctions(),  TextFunctions(),         DateFunctions(),
+      ReferenceFunctions(),  LookupFunctions(),       ArrayFunctions()};
+  return groups;
+}
 
 const BuiltInFunction* FindBuiltIn(std::u16string_view name) {
   const auto found = Functions().find(LowerCase(name));

@@ -10,10 +10,20 @@ namespace zavhost {
 inline constexpr std::size_t kAnyNumberOfArguments = 255;
 
 std::span<const BuiltInFunction> LogicalFunctions();
+std::span<const BuiltInFunction> InformationFunctions();
 std::span<const BuiltInFunction> NumberFunctions();
 std::span<const BuiltInFunction> AggregateFunctions();
+std::span<const BuiltInFunction> ConditionalFunctions();
+std::span<const BuiltInFunction> StatisticsFunctions();
+std::span<const BuiltInFunction> RegressionFunctions();
+std::span<const BuiltInFunction> DistributionFunctions();
+std::span<const BuiltInFunction> MatrixFunctions();
+std::span<const BuiltInFunction> FinancialFunctions();
+std::span<const BuiltInFunction> TextFunctions();
+std::span<const BuiltInFunction> DateFunctions();
 std::span<const BuiltInFunction> ReferenceFunctions();
-std::span<const BuiltInFunction> ValueFunctions();
+std::span<const BuiltInFunction> LookupFunctions();
+std::span<const BuiltInFunction> ArrayFunctions();
 
 /// A scalar argument; blank if it is missing.
 Value ScalarArgument(const BuiltInCall& call, std::size_t index);

@@ -33,18 +33,15 @@ Operand Not(const BuiltInCall& call) {
 Operand True(const BuiltInCall&) { return Value(true); }
 Operand False(const BuiltInCall&) { return Value(false); }
 
-constexpr ArgumentKind kScalar = ArgumentKind::kScalar;
-constexpr ArgumentKind kReference = ArgumentKind::kReference;
-
 constexpr BuiltInFunction kFunctions[] = {
-    {u"IF", 2, 3, kScalar, kReference, nullptr, LazyForm::kIf},
-    {u"IFERROR", 2, 2, kScalar, kReference, nullptr, LazyForm::kIfError},
-    {u"IFNA", 2, 2, kScalar, kReference, nullptr, LazyForm::kIfNA},
-    {u"AND", 1, kAnyNumberOfArguments, kReference, kReference, And},
-    {u"OR", 1, kAnyNumberOfArguments, kReference, kReference, Or},
-    {u"NOT", 1, 1, kScalar, kScalar, Not},
-    {u"TRUE", 0, 0, kScalar, kScalar, True},
-    {u"FALSE", 0, 0, kScalar, kScalar, False},
+    {u"IF", 2, 3, "sr", nullptr, LazyForm::kIf},
+    {u"IFERROR", 2, 2, "sr", nullptr, LazyForm::kIfError},
+    {u"IFNA", 2, 2, "sr", nullptr, LazyForm::kIfNA},
+    {u"AND", 1, kAnyNumberOfArguments, "r", And},
+    {u"OR", 1, kAnyNumberOfArguments, "r", Or},
+    {u"NOT", 1, 1, "s", Not},
+    {u"TRUE", 0, 0, "s", True},
+    {u"FALSE", 0, 0, "s", False},
 };
 
 }  // namespace

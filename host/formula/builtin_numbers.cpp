@@ -81,23 +81,21 @@ double TowardsZero(double x) { return std::trunc(x); }
 
 Operand Pi(const BuiltInCall&) { return Value(std::numbers::pi); }
 
-constexpr ArgumentKind kScalar = ArgumentKind::kScalar;
-
 constexpr BuiltInFunction kFunctions[] = {
-    {u"ABS", 1, 1, kScalar, kScalar, OfNumber<Abs>},
-    {u"SQRT", 1, 1, kScalar, kScalar, OfNumber<Sqrt>},
-    {u"EXP", 1, 1, kScalar, kScalar, OfNumber<Exp>},
-    {u"LN", 1, 1, kScalar, kScalar, OfNumber<Ln>},
-    {u"LOG10", 1, 1, kScalar, kScalar, OfNumber<Log10>},
-    {u"LOG", 1, 2, kScalar, kScalar, Log},
-    {u"POWER", 2, 2, kScalar, kScalar, OfTwoNumbers<Power>},
-    {u"ROUND", 2, 2, kScalar, kScalar, OfTwoNumbers<RoundAt<HalfAwayFromZero>>},
-    {u"ROUNDUP", 2, 2, kScalar, kScalar, OfTwoNumbers<RoundAt<AwayFromZero>>},
-    {u"ROUNDDOWN", 2, 2, kScalar, kScalar, OfTwoNumbers<RoundAt<TowardsZero>>},
-    {u"INT", 1, 1, kScalar, kScalar, OfNumber<Int>},
-    {u"MOD", 2, 2, kScalar, kScalar, OfTwoNumbers<Mod>},
-    {u"SIGN", 1, 1, kScalar, kScalar, OfNumber<Sign>},
-    {u"PI", 0, 0, kScalar, kScalar, Pi},
+    {u"ABS", 1, 1, "s", OfNumber<Abs>},
+    {u"SQRT", 1, 1, "s", OfNumber<Sqrt>},
+    {u"EXP", 1, 1, "s", OfNumber<Exp>},
+    {u"LN", 1, 1, "s", OfNumber<Ln>},
+    {u"LOG10", 1, 1, "s", OfNumber<Log10>},
+    {u"LOG", 1, 2, "s", Log},
+    {u"POWER", 2, 2, "s", OfTwoNumbers<Power>},
+    {u"ROUND", 2, 2, "s", OfTwoNumbers<RoundAt<HalfAwayFromZero>>},
+    {u"ROUNDUP", 2, 2, "s", OfTwoNumbers<RoundAt<AwayFromZero>>},
+    {u"ROUNDDOWN", 2, 2, "s", OfTwoNumbers<RoundAt<TowardsZero>>},
+    {u"INT", 1, 1, "s", OfNumber<Int>},
+    {u"MOD", 2, 2, "s", OfTwoNumbers<Mod>},
+    {u"SIGN", 1, 1, "s", OfNumber<Sign>},
+    {u"PI", 0, 0, "s", Pi},
 };
 
 }  // namespace

@@ -147,17 +147,13 @@ Operand Index(const BuiltInCall& call) {
   return IndexArray(Array{1, 1, {*value}}, place, arguments);
 }
 
-constexpr ArgumentKind kScalar = ArgumentKind::kScalar;
-constexpr ArgumentKind kArray = ArgumentKind::kArray;
-constexpr ArgumentKind kReference = ArgumentKind::kReference;
-
 constexpr BuiltInFunction kFunctions[] = {
-    {u"ROWS", 1, 1, kReference, kReference, Rows},
-    {u"COLUMNS", 1, 1, kReference, kReference, Columns},
-    {u"ROW", 0, 1, kReference, kReference, Row},
-    {u"COLUMN", 0, 1, kReference, kReference, Column},
-    {u"TRANSPOSE", 1, 1, kArray, kArray, Transpose},
-    {u"INDEX", 2, 4, kReference, kScalar, Index},
+    {u"ROWS", 1, 1, "r", Rows},
+    {u"COLUMNS", 1, 1, "r", Columns},
+    {u"ROW", 0, 1, "r", Row},
+    {u"COLUMN", 0, 1, "r", Column},
+    {u"TRANSPOSE", 1, 1, "a", Transpose},
+    {u"INDEX", 2, 4, "rs", Index},
 };
 
 }  // namespace

@@ -28,7 +28,7 @@ class Callee {
       : registered_(registered), built_in_(built_in) {}
 
   ArgumentKind KindOf(std::size_t index) const {
-    if (registered_ == nullptr) return index == 0 ? built_in_->first : built_in_->rest;
+    if (registered_ == nullptr) return built_in_->kinds[index];
     if (registered_->TakesReference(index)) return ArgumentKind::kReference;
     return registered_->TakesArray(index) ? ArgumentKind::kArray : ArgumentKind::kScalar;
   }

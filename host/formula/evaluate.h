@@ -82,6 +82,18 @@ class EvaluationContext {
   virtual FormulaPtr ParsedName(const DefinedName& name) { return ParseFormula(name.text); }
   /// The cell whose formula is evaluated.
   virtual CellAddress caller() const = 0;
+
+  /// The local date and time as a serial number, the same during a whole recalculation.
+  virtual double Now() const = 0;
+  /// The next uniform random number in [0, 1) of the caller's cell; a formula that is evaluated
+  /// again meets the same numbers.
+  virtual double Random() = 0;
+  /// The formula of a cell without its leading "=", as Excel shows it there; nothing if the cell
+  /// holds none. The other cells of an array formula hold the same one.
+  virtual std::optional<std::u16string> FormulaText(const CellAddress& cell) const = 0;
+  /// The cells that the dynamic array formula of a cell fills; nothing if there is none. Throws
+  /// Uncalculated.
+  virtual std::optional<CellRange> SpillRange(const CellAddress& cell) = 0;
 };
 
 /// The references that the formula reads directly (as seen from `caller`, for a text written for

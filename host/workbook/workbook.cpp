@@ -106,6 +106,20 @@ std::optional<std::uint32_t> Workbook::FindSheet(std::u16string_view name) const
   return std::nullopt;
 }
 
+const Table* Workbook::FindTable(std::u16string_view name) const {
+  const auto found = std::find_if(tables.begin(), tables.end(), [&](const Table& table) {
+    return EqualIgnoringCase(table.name, name);
+  });
+  return found == tables.end() ? nullptr : &*found;
+}
+
+const Table* Workbook::TableAt(const CellAddress& cell) const {
+  const auto found = std::find_if(tables.begin(), tables.end(), [&](const Table& table) {
+    return table.sheet == cell.sheet && table.range.Contains(cell.row, cell.column);
+  });
+  return found == tables.end() ? nullptr : &*found;
+}
+
 const DefinedName* Workbook::FindName(std::u16string_view name, std::uint32_t sheet) const {
   if (indexed_names_ != names.size()) {
     name_index_.clear();

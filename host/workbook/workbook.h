@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -53,6 +54,11 @@ class Sheet {
   void Cover(const CellRange& range);
   /// The range, with whole columns and whole rows cut at the end of the used range.
   CellRange Clipped(CellRange range) const;
+  /// Rows that are not shown, and the range of the automatic filter, which hides rows in it.
+  void HideRow(std::int32_t row) { hidden_rows_.insert(row); }
+  bool IsHidden(std::int32_t row) const { return hidden_rows_.contains(row); }
+  const std::optional<CellRange>& filter() const { return filter_; }
+  void set_filter(const CellRange& range) { filter_ = range; }
   bool is_protected() const { return protected_; }
   void set_protected(bool is_protected) { protected_ = is_protected; }
   /// False for a chart sheet and other sheets without cells.
@@ -71,6 +77,8 @@ class Sheet {
   std::u16string name_;
   std::vector<NumberedColumn> columns_;  // the columns with cells, ascending by index
   std::optional<CellRange> used_range_;
+  std::unordered_set<std::int32_t> hidden_rows_;
+  std::optional<CellRange> filter_;
   bool protected_ = false;
   bool has_cells_ = true;
 };
@@ -91,12 +99,23 @@ struct DefinedName {
   std::optional<std::uint32_t> sheet;  // local to this sheet
 };
 
+/// A table: a range with a heading for every column, to which structured references refer.
+struct Table {
+  std::u16string name;
+  std::uint32_t sheet = 0;
+  CellRange range;  // with the rows of headings and totals
+  std::int32_t heading_rows = 1;
+  std::int32_t total_rows = 0;
+  std::vector<std::u16string> columns;
+};
+
 class Workbook {
  public:
   std::vector<Sheet> sheets;
   std::vector<std::u16string> formula_texts;  // without the leading "="
   std::vector<FormulaCell> formulas;          // in file order: sheets, then rows, then columns
   std::vector<DefinedName> names;
+  std::vector<Table> tables;
   /// Formula cells whose text is missing in the file (a part of a shared formula that does not
   /// exist); they keep the value stored in the file.
   std::vector<CellAddress> unreadable_formulas;
@@ -105,6 +124,10 @@ class Workbook {
 
   /// The sheet with this name, in any letter case.
   std::optional<std::uint32_t> FindSheet(std::u16string_view name) const;
+  /// The table with this name, in any letter case, or null.
+  const Table* FindTable(std::u16string_view name) const;
+  /// The table that holds a cell, or null.
+  const Table* TableAt(const CellAddress& cell) const;
   /// The name as seen from a sheet: its own names first, then the workbook's; any letter case.
   const DefinedName* FindName(std::u16string_view name, std::uint32_t sheet) const;
 

@@ -42,6 +42,15 @@ class Context : public zavhost::EvaluationContext {
   zavhost::CallableFunction* FindFunction(std::u16string_view name) override;
   const zavhost::Workbook& workbook() const override { return workbook_; }
   zavhost::CellAddress caller() const override { return caller_; }
+  /// Noon of 15 March 2023.
+  double Now() const override { return 45000.5; }
+  double Random() override { return 0.25; }
+  std::optional<std::u16string> FormulaText(const zavhost::CellAddress&) const override {
+    return std::nullopt;
+  }
+  std::optional<zavhost::CellRange> SpillRange(const zavhost::CellAddress&) override {
+    return std::nullopt;
+  }
 
   void DefineName(std::u16string name, std::u16string text,
                   std::optional<std::uint32_t> sheet = std::nullopt);

@@ -51,36 +51,15 @@ Operand IsBlank(const BuiltInCall& call) {
 
 Operand NA(const BuiltInCall&) { return Value(ErrorCode::kNA); }
 
-Operand Concatenate(const BuiltInCall& call) {
-  Value joined(u"");
-  for (std::size_t i = 0; i < call.arguments.size(); ++i) {
-    joined = ApplyBinary(Operator::kConcatenate, joined, ScalarArgument(call, i));
-    if (joined.error() != nullptr) break;
-  }
-  return joined;
-}
-
-Operand Len(const BuiltInCall& call) {
-  const Converted<std::u16string> text = ToText(ScalarArgument(call, 0));
-  return text.error ? Value(*text.error) : Value(static_cast<double>(text.value.size()));
-}
-
-constexpr ArgumentKind kScalar = ArgumentKind::kScalar;
-
 constexpr BuiltInFunction kFunctions[] = {
-    {u"ISERROR", 1, 1, kScalar, kScalar, IsError},
-    {u"ERROR.TYPE", 1, 1, kScalar, kScalar, ErrorType},
-    {u"ISNA", 1, 1, kScalar, kScalar, IsNA},
-    {u"ISNUMBER", 1, 1, kScalar, kScalar, IsNumber},
-    {u"ISTEXT", 1, 1, kScalar, kScalar, IsText},
-    {u"ISBLANK", 1, 1, kScalar, kScalar, IsBlank},
-    {u"NA", 0, 0, kScalar, kScalar, NA},
-    {u"CONCATENATE", 1, kAnyNumberOfArguments, kScalar, kScalar, Concatenate},
-    {u"LEN", 1, 1, kScalar, kScalar, Len},
+    {u"ISERROR", 1, 1, "s", IsError}, {u"ERROR.TYPE", 1, 1, "s", ErrorType},
+    {u"ISNA", 1, 1, "s", IsNA},       {u"ISNUMBER", 1, 1, "s", IsNumber},
+    {u"ISTEXT", 1, 1, "s", IsText},   {u"ISBLANK", 1, 1, "s", IsBlank},
+    {u"NA", 0, 0, "s", NA},
 };
 
 }  // namespace
 
-std::span<const BuiltInFunction> ValueFunctions() { return kFunctions; }
+std::span<const BuiltInFunction> InformationFunctions() { return kFunctions; }
 
 }  // namespace zavhost
