@@ -1,6 +1,7 @@
 #include "formula/sample_context.h"
 
 #include <algorithm>
+#include <stdexcept>
 #include <utility>
 
 #include "host/workbook/cell_names.h"
@@ -92,6 +93,26 @@ ArrayPtr Context::ReadRange(std::uint32_t sheet, const CellRange& range, RangeEx
 CallableFunction* Context::FindFunction(std::u16string_view name) {
   const auto found = functions_.find(LowerCase(name));
   return found == functions_.end() ? nullptr : &found->second;
+}
+
+CellAddress CellNamed(std::string_view name) {
+  const auto cell = ParseCellName(name);
+  if (!cell) throw std::invalid_argument(std::string(name));
+  return {0, cell->row, cell->column};
+}
+
+void Context::Fill(std::string_view first_cell, std::string_view constant) {
+  const CellAddress first = CellNamed(first_cell);
+  const Operand given = EvaluateFormula(*ParseFormula(Utf16FromUtf8(constant)), first, true, *this);
+  const ArrayPtr* held = std::get_if<ArrayPtr>(&given);
+  const Array array = held != nullptr ? **held : Array{1, 1, {std::get<Value>(given)}};
+  for (std::int32_t row = 0; row < array.rows; ++row) {
+    for (std::int32_t column = 0; column < array.columns; ++column) {
+      const Value& value = array.At(row, column);
+      const bool is_blank = value.text() != nullptr && value.text()->empty();
+      workbook_.sheets[0].Set(first.row + row, first.column + column, is_blank ? Value() : value);
+    }
+  }
 }
 
 void Context::DefineName(std::u16string name, std::u16string text,

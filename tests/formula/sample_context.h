@@ -32,6 +32,8 @@ class Echo : public zavhost::CallableFunction {
 
 /// Sheet1 A1:C4 = 1 to 12 row by row, E1:E4 = text "x", "5", TRUE, #N/A, F1 blank; "Other sheet"
 /// A1:A3 = 100, 200, 300. The functions EchoR, EchoA and EchoS.
+zavhost::CellAddress CellNamed(std::string_view name);
+
 class Context : public zavhost::EvaluationContext {
  public:
   Context();
@@ -52,6 +54,8 @@ class Context : public zavhost::EvaluationContext {
     return std::nullopt;
   }
 
+  /// Puts the elements of an array constant into cells of Sheet1 from this one on; "" is a blank.
+  void Fill(std::string_view first_cell, std::string_view constant);
   void DefineName(std::u16string name, std::u16string text,
                   std::optional<std::uint32_t> sheet = std::nullopt);
   void Register(std::u16string name, std::string kinds);
