@@ -1,12 +1,10 @@
-#include "host/formula/evaluate.h"
+#include "host/formula/evaluator.h"
 
 #include <algorithm>
 #include <utility>
 
 #include "host/formula/coercion.h"
-#include "host/formula/elementwise.h"
-#include "host/formula/expression.h"
-#include "host/formula/reference_algebra.h"
+#include "host/formula/structured_reference.h"
 
 namespace zavhost {
 namespace {
@@ -44,245 +42,206 @@ class Callee {
   const BuiltInFunction* built_in_;
 };
 
-class Evaluator {
+}  // namespace
+
+/// Bounds the depth of what is open.
+class Evaluator::Nesting {
  public:
-  explicit Evaluator(EvaluationContext& context) : context_(context), caller_(context.caller()) {}
-
-  Operand Evaluate(const Expression& expression, const Shift& shift, bool as_array) {
-    if (expression.steps.empty()) return MissingArgument{};
-    const Nesting nesting(*this);
-    if (expression.steps.size() == 1) return EvaluateOperand(expression.steps[0], shift, as_array);
-    std::vector<Operand> stack;
-    for (const Step& step : expression.steps) {
-      if (const Operator* op = std::get_if<Operator>(&step)) {
-        Apply(*op, stack, as_array);
-      } else {
-        stack.push_back(EvaluateOperand(step, shift, as_array));
-      }
+  explicit Nesting(Evaluator& evaluator) : evaluator_(evaluator) {
+    if (evaluator_.depth_ == kMaxDepth) {
+      throw FormulaError("calls and names are nested too deeply", 0);
     }
-    return std::move(stack.back());
+    ++evaluator_.depth_;
   }
-
-  /// Any step except an operator.
-  Operand EvaluateOperand(const Step& step, const Shift& shift, bool as_array) {
-    if (const auto* constant = std::get_if<ConstantStep>(&step)) return constant->value;
-    if (const auto* reference = std::get_if<ReferenceStep>(&step))
-      return Resolve(*reference, shift);
-    if (const auto* name = std::get_if<NameStep>(&step)) return EvaluateName(*name);
-    return Call(std::get<CallStep>(step), shift, as_array);
-  }
-
-  /// The operand as one value or an array.
-  Operand Scalar(const Operand& operand, bool as_array, RangeExtent extent = RangeExtent::kWhole) {
-    Operand read = Dereference(operand, as_array, context_, extent);
-    return std::holds_alternative<Reference>(operand) ? Counted(std::move(read)) : read;
-  }
+  ~Nesting() { --evaluator_.depth_; }
+  Nesting(const Nesting&) = delete;
+  Nesting& operator=(const Nesting&) = delete;
 
  private:
-  /// The operand, or #VALUE! if it is an array and the evaluation has used too many elements.
-  Operand Counted(Operand operand) {
-    if (const ArrayPtr* array = std::get_if<ArrayPtr>(&operand)) {
-      elements_ += (*array)->values.size();
-      if (elements_ > kElementLimit) return Value(ErrorCode::kValue);
-    }
-    return operand;
-  }
-
-  template <typename Function>
-  Operand Fill(const Spread& spread, const Function& f) {
-    return Counted(FillSpread(spread, f));
-  }
-
-  class Nesting {
-   public:
-    explicit Nesting(Evaluator& evaluator) : evaluator_(evaluator) {
-      if (evaluator_.depth_ == kMaxDepth) {
-        throw FormulaError("calls and names are nested too deeply", 0);
-      }
-      ++evaluator_.depth_;
-    }
-    ~Nesting() { --evaluator_.depth_; }
-    Nesting(const Nesting&) = delete;
-    Nesting& operator=(const Nesting&) = delete;
-
-   private:
-    Evaluator& evaluator_;
-  };
-
-  Operand Resolve(const ReferenceStep& step, const Shift& shift) const {
-    const auto sheet = SheetOf(step.prefix, caller_.sheet, context_.workbook());
-    const auto range = ShiftedRange(step.reference, shift);
-    if (!sheet || !range) return Value(ErrorCode::kRef);
-    return Reference{*sheet, {*range}};
-  }
-
-  Operand EvaluateName(const NameStep& step) {
-    const DefinedName* name =
-        DefinedNameOf(step.prefix, step.name, caller_.sheet, context_.workbook());
-    if (name == nullptr) return Value(ErrorCode::kName);
-    const std::string shown = "name " + Utf8FromUtf16(name->name);
-    if (std::find(open_names_.begin(), open_names_.end(), name) != open_names_.end()) {
-      throw FormulaError(shown + " refers to itself", step.position);
-    }
-    name_text_ += name->text.size() + 1;
-    if (name_text_ > kNameTextLimit) {
-      throw FormulaError(shown + " expands to too long a formula", step.position);
-    }
-    FormulaPtr parsed;
-    try {
-      parsed = context_.ParsedName(*name);
-    } catch (const FormulaError& error) {
-      throw FormulaError(shown + ": " + error.what(), step.position);
-    }
-    open_names_.push_back(name);
-    // A name's text is written for A1 and always evaluated as an array.
-    Operand result = Evaluate(parsed->expression(), Shift::Between({}, caller_, true), true);
-    open_names_.pop_back();
-    return result;
-  }
-
-  void Apply(Operator op, std::vector<Operand>& stack, bool as_array) {
-    const Operand last = std::move(stack.back());
-    if (op == Operator::kSingle || op == Operator::kSpill) {
-      stack.back() = op == Operator::kSingle ? Single(last) : Operand(Value(ErrorCode::kRef));
-      return;
-    }
-    if (op == Operator::kPlus || op == Operator::kMinus || op == Operator::kPercent) {
-      const Operand operand = Scalar(last, as_array);
-      Spread spread;
-      spread.Include(operand);
-      stack.back() = Fill(spread, [&](std::int32_t row, std::int32_t column) {
-        return ApplyUnary(op, ElementAt(operand, row, column));
-      });
-      return;
-    }
-    stack.pop_back();
-    if (op <= Operator::kUnion) {
-      stack.back() = CombineReferences(op, stack.back(), last);
-      return;
-    }
-    const Operand left = Scalar(stack.back(), as_array);
-    const Operand right = Scalar(last, as_array);
-    Spread spread;
-    spread.Include(left);
-    spread.Include(right);
-    stack.back() = Fill(spread, [&](std::int32_t row, std::int32_t column) {
-      return ApplyBinary(op, ElementAt(left, row, column), ElementAt(right, row, column));
-    });
-  }
-
-  /// "@": the implicit intersection of a range (still a reference), or the top left element of an
-  /// array.
-  Operand Single(const Operand& operand) const {
-    if (const Reference* reference = std::get_if<Reference>(&operand)) {
-      const auto cell = ImplicitIntersection(*reference, caller_);
-      if (!cell) return Value(ErrorCode::kValue);
-      return Reference{cell->sheet, {{cell->row, cell->column, cell->row, cell->column}}};
-    }
-    return ElementAt(operand, 0, 0);
-  }
-
-  Operand Call(const CallStep& step, const Shift& shift, bool as_array) {
-    CallableFunction* registered = context_.FindFunction(step.name);
-    const BuiltInFunction* built_in = step.built_in;
-    if (registered == nullptr) {
-      if (built_in == nullptr) return Value(ErrorCode::kName);
-      if (step.arguments.size() < built_in->minimum_arguments ||
-          step.arguments.size() > built_in->maximum_arguments) {
-        return Value(ErrorCode::kValue);
-      }
-      if (built_in->lazy == LazyForm::kIf) return CallIf(step, shift, as_array);
-      if (built_in->lazy != LazyForm::kNone) return CallIfError(step, shift, as_array);
-    }
-    const Callee callee(registered, built_in);
-    // A range that is itself an argument of an add-in's function ends with the used cells of its
-    // sheet, since a million blanks would make no difference. For operators or TRANSPOSE they do
-    // make a difference.
-    const RangeExtent extent = registered != nullptr ? RangeExtent::kUsed : RangeExtent::kWhole;
-    std::vector<Operand> arguments;
-    arguments.reserve(step.arguments.size());
-    Spread spread;
-    for (std::size_t i = 0; i < step.arguments.size(); ++i) {
-      const ArgumentKind kind = callee.KindOf(i);
-      const bool argument_as_array = as_array || kind == ArgumentKind::kArray;
-      Operand argument = Evaluate(step.arguments[i], shift, argument_as_array);
-      const bool is_ready =
-          kind == ArgumentKind::kReference || std::holds_alternative<MissingArgument>(argument);
-      arguments.push_back(
-          is_ready ? std::move(argument)
-                   : Scalar(argument, argument_as_array,
-                            kind == ArgumentKind::kArray ? extent : RangeExtent::kWhole));
-      if (kind == ArgumentKind::kScalar) spread.Include(arguments.back());
-    }
-    if (!spread.is_array) return callee.Call(arguments, context_, as_array);
-    return CallForEach(callee, arguments, spread, as_array);
-  }
-
-  /// For arrays in place of single values, calls the function for every element.
-  Operand CallForEach(const Callee& callee, const std::vector<Operand>& arguments,
-                      const Spread& spread, bool as_array) {
-    std::vector<Operand> element = arguments;
-    return Fill(spread, [&](std::int32_t row, std::int32_t column) {
-      for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const bool spreads = callee.KindOf(i) == ArgumentKind::kScalar &&
-                             std::holds_alternative<ArrayPtr>(arguments[i]);
-        if (spreads) element[i] = ElementAt(arguments[i], row, column);
-      }
-      return ElementAt(Scalar(callee.Call(element, context_, as_array), true), 0, 0);
-    });
-  }
-
-  Operand EvaluateBranch(const CallStep& step, std::size_t index, const Shift& shift,
-                         bool as_array) {
-    if (index >= step.arguments.size()) return Value(false);
-    if (step.arguments[index].steps.empty()) return Value(0.0);
-    return Evaluate(step.arguments[index], shift, as_array);
-  }
-
-  Operand CallIf(const CallStep& step, const Shift& shift, bool as_array) {
-    const Operand condition = Scalar(Evaluate(step.arguments[0], shift, as_array), as_array);
-    if (const Value* value = std::get_if<Value>(&condition)) {
-      const Converted<bool> chosen = ToBoolean(*value);
-      if (chosen.error) return Value(*chosen.error);
-      return EvaluateBranch(step, chosen.value ? 1 : 2, shift, as_array);
-    }
-    const Operand if_true = Scalar(EvaluateBranch(step, 1, shift, as_array), as_array);
-    const Operand if_false = Scalar(EvaluateBranch(step, 2, shift, as_array), as_array);
-    Spread spread;
-    for (const Operand* operand : {&condition, &if_true, &if_false}) spread.Include(*operand);
-    return Fill(spread, [&](std::int32_t row, std::int32_t column) {
-      const Converted<bool> chosen = ToBoolean(ElementAt(condition, row, column));
-      if (chosen.error) return Value(*chosen.error);
-      return ElementAt(chosen.value ? if_true : if_false, row, column);
-    });
-  }
-
-  Operand CallIfError(const CallStep& step, const Shift& shift, bool as_array) {
-    const bool only_na = step.built_in->lazy == LazyForm::kIfNA;
-    const auto is_caught = [only_na](const Value& value) {
-      return value.error() != nullptr && (!only_na || *value.error() == ErrorCode::kNA);
-    };
-    const Operand tried = Scalar(EvaluateBranch(step, 0, shift, as_array), as_array);
-    if (const Value* value = std::get_if<Value>(&tried)) {
-      return is_caught(*value) ? EvaluateBranch(step, 1, shift, as_array) : tried;
-    }
-    const Operand instead = Scalar(EvaluateBranch(step, 1, shift, as_array), as_array);
-    Spread spread;
-    spread.Include(tried);
-    spread.Include(instead);
-    return Fill(spread, [&](std::int32_t row, std::int32_t column) {
-      const Value value = ElementAt(tried, row, column);
-      return is_caught(value) ? ElementAt(instead, row, column) : value;
-    });
-  }
-
-  EvaluationContext& context_;
-  CellAddress caller_;
-  std::size_t depth_ = 0;
-  std::size_t name_text_ = 0;
-  std::size_t elements_ = 0;
-  std::vector<const DefinedName*> open_names_;
+  Evaluator& evaluator_;
 };
+
+Operand Evaluator::Evaluate(const Expression& expression, const Shift& shift, bool as_array) {
+  if (expression.steps.empty()) return MissingArgument{};
+  const Nesting nesting(*this);
+  if (expression.steps.size() == 1) return EvaluateOperand(expression.steps[0], shift, as_array);
+  std::vector<Operand> stack;
+  for (const Step& step : expression.steps) {
+    if (const Operator* op = std::get_if<Operator>(&step)) {
+      Apply(*op, stack, as_array);
+    } else {
+      stack.push_back(EvaluateOperand(step, shift, as_array));
+    }
+  }
+  return std::move(stack.back());
+}
+
+Operand Evaluator::EvaluateOperand(const Step& step, const Shift& shift, bool as_array) {
+  if (const auto* constant = std::get_if<ConstantStep>(&step)) return constant->value;
+  if (const auto* reference = std::get_if<ReferenceStep>(&step)) return Resolve(*reference, shift);
+  if (const auto* name = std::get_if<NameStep>(&step)) return EvaluateName(*name);
+  if (const auto* structured = std::get_if<StructuredReference>(&step))
+    return ResolveStructured(*structured, caller_, context_.workbook());
+  return Call(std::get<CallStep>(step), shift, as_array);
+}
+
+Operand Evaluator::Scalar(const Operand& operand, bool as_array, RangeExtent extent) {
+  Operand read = Dereference(operand, as_array, context_, extent);
+  return std::holds_alternative<Reference>(operand) ? Counted(std::move(read)) : read;
+}
+
+Operand Evaluator::Counted(Operand operand) {
+  if (const ArrayPtr* array = std::get_if<ArrayPtr>(&operand)) {
+    elements_ += (*array)->values.size();
+    if (elements_ > kElementLimit) return Value(ErrorCode::kValue);
+  }
+  return operand;
+}
+
+Operand Evaluator::Resolve(const ReferenceStep& step, const Shift& shift) const {
+  const auto sheet = SheetOf(step.prefix, caller_.sheet, context_.workbook());
+  const auto range = ShiftedRange(step.reference, shift);
+  if (!sheet || !range) return Value(ErrorCode::kRef);
+  return Reference{*sheet, {*range}};
+}
+
+Operand Evaluator::EvaluateName(const NameStep& step) {
+  if (step.prefix.kind == SheetPrefix::Kind::kNone) {
+    const auto variable = std::find_if(
+        variables_.rbegin(), variables_.rend(),
+        [&](const Variable& candidate) { return EqualIgnoringCase(candidate.name, step.name); });
+    if (variable != variables_.rend()) return variable->value;
+  }
+  const Workbook& workbook = context_.workbook();
+  const DefinedName* name = DefinedNameOf(step.prefix, step.name, caller_.sheet, workbook);
+  if (name != nullptr) return EvaluateDefinedName(*name, step.position);
+  if (workbook.FindTable(step.name) == nullptr) return Value(ErrorCode::kName);
+  return ResolveStructured({.table = step.name}, caller_, workbook);
+}
+
+Operand Evaluator::EvaluateDefinedName(const DefinedName& name, std::size_t position) {
+  const std::string shown = "name " + Utf8FromUtf16(name.name);
+  if (std::find(open_names_.begin(), open_names_.end(), &name) != open_names_.end())
+    throw FormulaError(shown + " refers to itself", position);
+  name_text_ += name.text.size() + 1;
+  if (name_text_ > kNameTextLimit)
+    throw FormulaError(shown + " expands to too long a formula", position);
+  FormulaPtr parsed;
+  try {
+    parsed = context_.ParsedName(name);
+  } catch (const FormulaError& error) {
+    throw FormulaError(shown + ": " + error.what(), position);
+  }
+  open_names_.push_back(&name);
+  // The variables of a formula are not those of a name in it.
+  std::vector<Variable> variables;
+  variables.swap(variables_);
+  // A name's text is written for A1 and always evaluated as an array.
+  Operand result = Evaluate(parsed->expression(), Shift::Between({}, caller_, true), true);
+  variables_.swap(variables);
+  open_names_.pop_back();
+  return result;
+}
+
+void Evaluator::Apply(Operator op, std::vector<Operand>& stack, bool as_array) {
+  const Operand last = std::move(stack.back());
+  if (op == Operator::kSingle || op == Operator::kSpill) {
+    stack.back() = op == Operator::kSingle ? Single(last) : Spilled(last);
+    return;
+  }
+  if (op == Operator::kPlus || op == Operator::kMinus || op == Operator::kPercent) {
+    const Operand operand = Scalar(last, as_array);
+    Spread spread;
+    spread.Include(operand);
+    stack.back() = Fill(spread, [&](std::int32_t row, std::int32_t column) {
+      return ApplyUnary(op, ElementAt(operand, row, column));
+    });
+    return;
+  }
+  stack.pop_back();
+  if (op <= Operator::kUnion) {
+    stack.back() = CombineReferences(op, stack.back(), last);
+    return;
+  }
+  const Operand left = Scalar(stack.back(), as_array);
+  const Operand right = Scalar(last, as_array);
+  Spread spread;
+  spread.Include(left);
+  spread.Include(right);
+  stack.back() = Fill(spread, [&](std::int32_t row, std::int32_t column) {
+    return ApplyBinary(op, ElementAt(left, row, column), ElementAt(right, row, column));
+  });
+}
+
+Operand Evaluator::Single(const Operand& operand) const {
+  if (const Reference* reference = std::get_if<Reference>(&operand)) {
+    const auto cell = ImplicitIntersection(*reference, caller_);
+    if (!cell) return Value(ErrorCode::kValue);
+    return Reference{cell->sheet, {{cell->row, cell->column, cell->row, cell->column}}};
+  }
+  return ElementAt(operand, 0, 0);
+}
+
+Operand Evaluator::Spilled(const Operand& operand) const {
+  const Reference* reference = std::get_if<Reference>(&operand);
+  if (reference == nullptr) {
+    const Value* value = std::get_if<Value>(&operand);
+    return value != nullptr && value->error() != nullptr ? *value : Value(ErrorCode::kRef);
+  }
+  if (reference->areas.size() != 1 || !reference->areas.front().IsSingleCell())
+    return Value(ErrorCode::kRef);
+  const CellRange& cell = reference->areas.front();
+  const auto filled = context_.SpillRange({reference->sheet, cell.first_row, cell.first_column});
+  if (!filled) return Value(ErrorCode::kRef);
+  return Reference{reference->sheet, {*filled}};
+}
+
+Operand Evaluator::Call(const CallStep& step, const Shift& shift, bool as_array) {
+  CallableFunction* registered = context_.FindFunction(step.name);
+  const BuiltInFunction* built_in = step.built_in;
+  if (registered == nullptr) {
+    if (built_in == nullptr) return Value(ErrorCode::kName);
+    if (step.arguments.size() < built_in->minimum_arguments ||
+        step.arguments.size() > built_in->maximum_arguments) {
+      return Value(ErrorCode::kValue);
+    }
+    if (built_in->lazy == LazyForm::kLet) return CallLet(step, shift, as_array);
+    if (built_in->lazy != LazyForm::kNone) return CallLazyForm(step, shift, as_array);
+  }
+  const Callee callee(registered, built_in);
+  // A range that is itself an argument of an add-in's function ends with the used cells of its
+  // sheet, since a million blanks would make no difference. For operators or TRANSPOSE they do
+  // make a difference.
+  const RangeExtent extent = registered != nullptr ? RangeExtent::kUsed : RangeExtent::kWhole;
+  std::vector<Operand> arguments;
+  arguments.reserve(step.arguments.size());
+  Spread spread;
+  for (std::size_t i = 0; i < step.arguments.size(); ++i) {
+    const ArgumentKind kind = callee.KindOf(i);
+    const bool argument_as_array = as_array || kind == ArgumentKind::kArray;
+    Operand argument = Evaluate(step.arguments[i], shift, argument_as_array);
+    const bool is_ready =
+        kind == ArgumentKind::kReference || std::holds_alternative<MissingArgument>(argument);
+    arguments.push_back(is_ready
+                            ? std::move(argument)
+                            : Scalar(argument, argument_as_array,
+                                     kind == ArgumentKind::kArray ? extent : RangeExtent::kWhole));
+    if (kind == ArgumentKind::kScalar) spread.Include(arguments.back());
+  }
+  if (!spread.is_array) return callee.Call(arguments, context_, as_array);
+  // For arrays in place of single values, the function is called for every element.
+  std::vector<Operand> element = arguments;
+  return Fill(spread, [&](std::int32_t row, std::int32_t column) {
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+      const bool spreads = callee.KindOf(i) == ArgumentKind::kScalar &&
+                           std::holds_alternative<ArrayPtr>(arguments[i]);
+      if (spreads) element[i] = ElementAt(arguments[i], row, column);
+    }
+    return ElementAt(Scalar(callee.Call(element, context_, as_array), true), 0, 0);
+  });
+}
+
+namespace {
 
 /// Replaces blanks by 0, as cells show them.
 Operand WithoutBlanks(Operand operand) {

@@ -54,9 +54,8 @@ class Formula;
 using FormulaPtr = std::shared_ptr<const Formula>;
 
 /// Parses a formula text without its leading "=". Throws FormulaError beyond 64 levels of nesting
-/// (as in Excel), 8,192 characters and 255 arguments of a call. External, 3-D and structured
-/// references are parsed but become #REF!, since the host has nothing to which they could refer; so
-/// does the spill operator, since formulas do not spill here.
+/// (as in Excel), 8,192 characters and 255 arguments of a call. External and 3-D references are
+/// parsed but become #REF!.
 FormulaPtr ParseFormula(std::u16string_view text);
 
 /// The part of a range that is read.

@@ -10,6 +10,7 @@
 
 #include "formula/a1_reference.h"
 #include "host/formula/builtin_functions.h"
+#include "host/formula/structured_reference.h"
 #include "host/workbook/value.h"
 
 namespace zavhost {
@@ -71,7 +72,8 @@ struct CallStep {
   std::vector<Expression> arguments;  // an omitted argument is empty
 };
 
-using Step = std::variant<ConstantStep, ReferenceStep, NameStep, Operator, CallStep>;
+using Step =
+    std::variant<ConstantStep, ReferenceStep, StructuredReference, NameStep, Operator, CallStep>;
 
 struct Expression {
   std::vector<Step> steps;  // postfix; empty for an omitted argument

@@ -41,6 +41,10 @@ class ReferenceCollector {
         plain = Add(*reference, shift) ? plain + 1 : 0;
         continue;
       }
+      if (const auto* structured = std::get_if<StructuredReference>(&step)) {
+        plain = AddResolved(*structured) ? plain + 1 : 0;
+        continue;
+      }
       const Operator* op = std::get_if<Operator>(&step);
       if (op != nullptr && *op == Operator::kRange && plain >= 2) {
         JoinLastTwo();
@@ -63,8 +67,17 @@ class ReferenceCollector {
     return true;
   }
 
+  bool AddResolved(const StructuredReference& structured) {
+    Operand resolved = ResolveStructured(structured, caller_, workbook_);
+    Reference* reference = std::get_if<Reference>(&resolved);
+    if (reference == nullptr) return false;
+    found_.push_back(std::move(*reference));
+    return true;
+  }
+
   void AddName(const NameStep& step) {
     const DefinedName* name = DefinedNameOf(step.prefix, step.name, caller_.sheet, workbook_);
+    if (name == nullptr) AddResolved({.table = step.name});
     if (name != nullptr && seen_.insert(name).second) waiting_.push_back(name);
   }
 

@@ -204,7 +204,7 @@ class Parser {
       case TokenKind::kError:
         return Constant(out, Value(ErrorOf(token)));
       case TokenKind::kStructuredReference:
-        return Constant(out, Value(ErrorCode::kRef));
+        return ParseStructured(out);
       case TokenKind::kReference:
         return ParseReference(out);
       case TokenKind::kName:
@@ -239,10 +239,18 @@ class Parser {
     out.steps.emplace_back(ReferenceStep{std::move(*prefix), *reference});
   }
 
+  void ParseStructured(Expression& out) {
+    auto written = ParseStructuredReference(Peek().text);
+    if (!written) return Constant(out, Value(ErrorCode::kRef));
+    Take();
+    out.steps.emplace_back(std::move(*written));
+  }
+
   void ParseName(Expression& out) {
     std::u16string_view text = Peek().text;
     auto prefix = TakePrefix(text);
     if (!prefix) return Constant(out, Value(ErrorCode::kRef));
+    TakeStart(text, u"_xlpm.");  // marks the variables of LET
     out.steps.emplace_back(NameStep{std::move(*prefix), std::u16string(text), Take().position});
   }
 

@@ -125,9 +125,17 @@ bool AreClose(double a, double b) {
 /// True for what Excel shows where Calc has an error of its own: an invalid argument (502), another
 /// kind of argument than it takes (504), an iteration without an end (523).
 bool Stands(ErrorCode error, const std::u16string& calc) {
-  if (calc == u"Err:502") return error == ErrorCode::kNum || error == ErrorCode::kValue;
+  if (calc == u"Err:502") {
+    return error == ErrorCode::kNum || error == ErrorCode::kValue || error == ErrorCode::kRef;
+  }
   if (calc == u"Err:504") return error == ErrorCode::kValue;
   return calc == u"Err:523" && error == ErrorCode::kNum;
+}
+
+/// Calc's booleans are numbers with a format, which only the first cell of an array formula has.
+bool AreSameBoolean(const Value& ours, const Value& calc) {
+  return ours.boolean() != nullptr && calc.number() != nullptr &&
+         *calc.number() == (*ours.boolean() ? 1.0 : 0.0);
 }
 
 bool Agree(const Value& ours, const Value& calc) {
@@ -139,13 +147,12 @@ bool Agree(const Value& ours, const Value& calc) {
 }
 
 bool Agree(const Operand& ours, const Operand& calc, const Recorded& recorded) {
-  for (std::int32_t row = 0; row <= recorded.last.row - recorded.first.row; ++row) {
-    for (std::int32_t column = 0; column <= recorded.last.column - recorded.first.column;
-         ++column) {
-      if (!Agree(ElementAt(ours, row, column), ElementAt(calc, row, column))) return false;
-    }
-  }
-  return true;
+  if (!recorded.is_array) return Agree(std::get<Value>(ours), std::get<Value>(calc));
+  const auto& our_values = std::get<ArrayPtr>(ours)->values;
+  const auto& calc_values = std::get<ArrayPtr>(calc)->values;
+  return std::equal(
+      our_values.begin(), our_values.end(), calc_values.begin(), calc_values.end(),
+      [](const Value& a, const Value& b) { return Agree(a, b) || AreSameBoolean(a, b); });
 }
 
 /// A line of differences.tsv: a formula, in which "..." stands for anything, what the host gives,

