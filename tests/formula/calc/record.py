@@ -82,7 +82,7 @@ def fill(book):
                 elif part == ";":
                     row, column = row + 1, first_column
                 else:
-                            cell = sheet.cell(row, column)
+                    cell = sheet.cell(row, column)
                     cell.value = constant(part)
                     if part.startswith('"') and cell.value is not None:
                         cell.data_type = "s"  # also of a text such as "#N/A"
