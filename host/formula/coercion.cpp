@@ -141,7 +141,8 @@ int CompareValues(const Value& left, const Value& right) {
     return int{*left_number > *right_number} - int{*left_number < *right_number};
   const std::u16string* left_text = left.text();
   const std::u16string* right_text = right.text();
-  if (left_text && right_text) return CompareIgnoringCase(*left_text, *right_text);
+  if (left_text && right_text)
+    return left_text == right_text ? 0 : CompareIgnoringCase(*left_text, *right_text);
   const bool* left_boolean = left.boolean();
   const bool* right_boolean = right.boolean();
   if (left_boolean && right_boolean) return int{*left_boolean} - int{*right_boolean};
