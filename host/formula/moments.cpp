@@ -1,5 +1,7 @@
 #include "host/formula/moments.h"
 
+#include <cmath>
+
 #include "host/formula/compensated_sum.h"
 #include "host/formula/number_function.h"
 
@@ -7,11 +9,13 @@ namespace zavhost {
 
 double MeanOf(std::span<const double> numbers) {
   const auto count = static_cast<double>(numbers.size());
-  return SumOf(numbers, [](double x) { return x; }) / count;
+  const double mean = SumOf(numbers, [](double x) { return x; }) / count;
+  // Of equal numbers it is then that number, and their deviations are 0.
+  return mean + SumOf(numbers, [mean](double x) { return x - mean; }) / count;
 }
 
 double SquaredDeviations(std::span<const double> numbers) {
-  return DeviationProducts(numbers, numbers);
+  return std::fmax(DeviationProducts(numbers, numbers), 0.0);
 }
 
 double DeviationProducts(std::span<const double> x, std::span<const double> y) {
