@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# For the tests of the packages.
+# For tests that are shell scripts.
 failures=0
 check() { if ! eval "$2"; then printf 'FAILED: %s\n' "$1" >&2; failures=$((failures + 1)); fi; }
 
