@@ -149,11 +149,12 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
   AddCommonOptions(*eval, line, texts);
 
   CLI::App* functions =
-      app.add_subcommand("functions", "List the add-in's functions with their help");
+      app.add_subcommand("functions",
+                         "List the add-in's functions with their help, also those that the "
+                         "function wizard hides");
   functions->add_option("names", line.names,
                         "Show only these functions, with the help for every argument");
-  functions->add_flag("--hidden", line.hidden,
-                      "Also list functions that the function wizard does not show");
+  functions->add_flag("--hidden")->group("");  // listed anyway; scripts may still ask for them
   AddFormOptions(*functions, json, csv);
   AddCommonOptions(*functions, line, texts);
 

@@ -49,7 +49,6 @@ struct CommandLine {
   std::filesystem::path data;
   // functions
   std::vector<std::string> names;
-  bool hidden = false;
 };
 
 /// Reads the arguments (UTF-8, without the program's name). If there is nothing else to do (for a

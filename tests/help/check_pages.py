@@ -183,8 +183,16 @@ def outputs():
                     yield f"{language}/{name}: links {linked}"
 
 
+def documents():
+    """Numbers that documents repeat."""
+    shown = re.search(r"Registered functions +(\d+) once", (pages.HELP.parent / "docs/diagnostics.md").read_text("utf-8"))
+    count = len(list(registration.functions()))
+    if shown is None or int(shown[1]) != count:
+        yield f"docs/diagnostics.md: the doctor finds {count} functions"
+
+
 def main():
-    checks = (completeness, arguments, equivalents, translations, excel_and_headings, links, examples, outputs)
+    checks = (completeness, arguments, equivalents, translations, excel_and_headings, links, examples, outputs, documents)
     wrong = [problem for check in checks for problem in check()]
     print("\n".join(wrong) or f"{len(pages.function_pages())} pages of functions and {len(pages.topics())} topics are right")
     sys.exit(1 if wrong else 0)
