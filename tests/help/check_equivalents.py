@@ -25,6 +25,7 @@ FIELDS = ("function", "formula", "program", "variables", "code", "add-in", "comp
 KEY = FIELDS[:5]
 SAME = 1e-9  # the largest relative difference of results that count as the same
 CELLS = " | "  # between the cells of a result
+WITHOUT_COMPARISON = {"ZavRand"}  # nothing computes the same random numbers
 
 
 def comparisons():
@@ -105,6 +106,10 @@ def problems(ours):
         recorded = {(one["function"], one["formula"], "R" if one["program"].startswith("R ") else "Excel",
                      one["variables"], one["code"]): one for one in csv.DictReader(file)}
     listed = {key(program, task): task for program in equivalents.PROGRAMS for task in tasks(program)}
+    for function in equivalents.functions():
+        has_code = any(equivalents.codes(equivalents.equivalent(function, program)) for program in equivalents.PROGRAMS)
+        if has_code == (not equivalents.comparisons(function)) and function not in WITHOUT_COMPARISON:
+            yield f"{function}: nothing is compared"
     for which in recorded.keys() ^ listed.keys():
         yield f"{which[0]}: {'not recorded' if which in listed else 'recorded, but not in equivalents.ini'}: {which[1:]}"
     for which in recorded.keys() & listed.keys():

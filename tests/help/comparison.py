@@ -53,10 +53,18 @@ def enter(sheet, function, entries, all_arrays):
     return cells
 
 
+def plain(cell):
+    """A cell's value as a number or text."""
+    if isinstance(cell, dict):
+        return cell["error"]
+    if cell is None:
+        return ""
+    return cell if isinstance(cell, str) else float(cell)
+
+
 def flat(rows, is_array):
     """A result as a list; cells of an array formula beyond its array are left out."""
-    cells = [cell["error"] if isinstance(cell, dict) else "" if cell is None else float(cell)
-             if isinstance(cell, (bool, int)) else cell for row in rows for cell in row]
+    cells = [plain(cell) for row in rows for cell in row]
     return [cell for cell in cells if not (is_array and cell == "#N/A")]
 
 
