@@ -32,7 +32,8 @@ std::span<const std::span<const BuiltInFunction>> BuiltInGroups() {
       AggregateFunctions(),  ConditionalFunctions(),  StatisticsFunctions(),
       RegressionFunctions(), DistributionFunctions(), MatrixFunctions(),
       FinancialFunctions(),  TextFunctions(),         DateFunctions(),
-      ReferenceFunctions(),  LookupFunctions(),       ArrayFunctions()};
+      ReferenceFunctions(),  LookupFunctions(),       ArrayFunctions(),
+      SortingFunctions()};
   return groups;
 }
 

@@ -24,6 +24,7 @@ std::span<const BuiltInFunction> DateFunctions();
 std::span<const BuiltInFunction> ReferenceFunctions();
 std::span<const BuiltInFunction> LookupFunctions();
 std::span<const BuiltInFunction> ArrayFunctions();
+std::span<const BuiltInFunction> SortingFunctions();
 
 /// A scalar argument; blank if it is missing.
 Value ScalarArgument(const BuiltInCall& call, std::size_t index);

@@ -1,13 +1,16 @@
+#include <functional>
+
 #include "host/formula/builtin_groups.h"
 #include "host/formula/coercion.h"
 
 namespace zavhost {
 namespace {
 
-/// AND and OR: text and blanks in cells and arrays do not count; without any value, the result is
-/// #VALUE!.
-Operand Fold(const BuiltInCall& call, bool is_and) {
-  bool result = is_and;
+/// AND, OR and XOR: text and blanks in cells and arrays do not count; without any value, the result
+/// is #VALUE!.
+template <typename Combine>
+Operand Fold(const BuiltInCall& call, bool first, const Combine& combine) {
+  bool result = first;
   bool any = false;
   const auto error =
       VisitValues(call, [&](const Value& value, bool is_direct) -> std::optional<ErrorCode> {
@@ -15,15 +18,16 @@ Operand Fold(const BuiltInCall& call, bool is_and) {
         const Converted<bool> converted = ToBoolean(value);
         if (converted.error) return converted.error;
         any = true;
-        result = is_and ? result && converted.value : result || converted.value;
+        result = combine(result, converted.value);
         return std::nullopt;
       });
   if (error) return Value(*error);
   return any ? Value(result) : Value(ErrorCode::kValue);
 }
 
-Operand And(const BuiltInCall& call) { return Fold(call, true); }
-Operand Or(const BuiltInCall& call) { return Fold(call, false); }
+Operand And(const BuiltInCall& call) { return Fold(call, true, std::logical_and<>()); }
+Operand Or(const BuiltInCall& call) { return Fold(call, false, std::logical_or<>()); }
+Operand Xor(const BuiltInCall& call) { return Fold(call, false, std::not_equal_to<>()); }
 
 Operand Not(const BuiltInCall& call) {
   const Converted<bool> converted = ToBoolean(ScalarArgument(call, 0));
@@ -43,6 +47,7 @@ constexpr BuiltInFunction kFunctions[] = {
     {u"LET", 3, 253, "r", nullptr, LazyForm::kLet},
     {u"AND", 1, kAnyNumberOfArguments, "r", And},
     {u"OR", 1, kAnyNumberOfArguments, "r", Or},
+    {u"XOR", 1, kAnyNumberOfArguments, "r", Xor},
     {u"NOT", 1, 1, "s", Not},
     {u"TRUE", 0, 0, "s", True},
     {u"FALSE", 0, 0, "s", False},

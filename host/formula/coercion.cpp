@@ -22,7 +22,9 @@ bool EqualAtFifteenDigits(double a, double b) {
          std::memcmp(shown_a, shown_b, static_cast<std::size_t>(length)) == 0;
 }
 
-int RankOf(const Value& value) { return value.boolean() ? 2 : value.text() ? 1 : 0; }
+int RankOf(const Value& value) {
+  return value.number() ? 0 : value.text() ? 1 : value.boolean() ? 2 : value.error() ? 3 : 4;
+}
 
 /// The value of a blank when compared with `other`.
 Value BlankBeside(const Value& other) {
@@ -31,23 +33,12 @@ Value BlankBeside(const Value& other) {
   return 0.0;
 }
 
-int CompareNumbers(double left, double right) {
-  if (EqualAtFifteenDigits(left, right)) return 0;
-  return left < right ? -1 : 1;
-}
-
 /// Negative, zero or positive; the values are neither errors nor blanks.
 int Compare(const Value& left, const Value& right) {
   const double* left_number = left.number();
   const double* right_number = right.number();
-  if (left_number && right_number) return CompareNumbers(*left_number, *right_number);
-  const std::u16string* left_text = left.text();
-  const std::u16string* right_text = right.text();
-  if (left_text && right_text) return LowerCase(*left_text).compare(LowerCase(*right_text));
-  const bool* left_boolean = left.boolean();
-  const bool* right_boolean = right.boolean();
-  if (left_boolean && right_boolean) return int{*left_boolean} - int{*right_boolean};
-  return RankOf(left) - RankOf(right);
+  if (left_number && right_number && EqualAtFifteenDigits(*left_number, *right_number)) return 0;
+  return CompareValues(left, right);
 }
 
 Value ApplyComparison(Operator op, const Value& left, const Value& right) {
@@ -142,6 +133,23 @@ Value NumberValue(double number) {
   if (!std::isfinite(number)) return ErrorCode::kNum;
   return std::isnormal(number) ? number : 0.0;
 }
+
+int CompareValues(const Value& left, const Value& right) {
+  const double* left_number = left.number();
+  const double* right_number = right.number();
+  if (left_number && right_number)
+    return int{*left_number > *right_number} - int{*left_number < *right_number};
+  const std::u16string* left_text = left.text();
+  const std::u16string* right_text = right.text();
+  if (left_text && right_text)
+    return left_text == right_text ? 0 : CompareIgnoringCase(*left_text, *right_text);
+  const bool* left_boolean = left.boolean();
+  const bool* right_boolean = right.boolean();
+  if (left_boolean && right_boolean) return int{*left_boolean} - int{*right_boolean};
+  return RankOf(left) - RankOf(right);
+}
+
+bool AreOfOneKind(const Value& left, const Value& right) { return RankOf(left) == RankOf(right); }
 
 Value ApplyUnary(Operator op, const Value& value) {
   if (op == Operator::kPlus) return value;  // without a conversion

@@ -26,10 +26,16 @@ Converted<std::u16string> ToText(const Value& value);
 /// A computed number as a cell stores it: #NUM! if it is not finite, 0 if it is subnormal.
 Value NumberValue(double number);
 
+/// The order in which values are sorted and looked up: negative, zero or positive. Numbers come
+/// before texts, then booleans, errors and blanks; two errors are equal. Texts are compared by code
+/// point without regard to letter case. Numbers differ by any bit, for only then is this an order.
+int CompareValues(const Value& left, const Value& right);
+/// True for two numbers, two texts, two booleans, two errors or two blanks.
+bool AreOfOneKind(const Value& left, const Value& right);
+
 /// Applies +, - or % before or after a value, or an operator between two values. Errors are
-/// returned, the left one first. Text is compared by code unit without regard to letter case. The
-/// order of kinds is numbers < text < booleans. Numbers are equal if their first 15 significant
-/// digits are equal, as in Excel.
+/// returned, the left one first. The order is that of CompareValues, but numbers are equal if their
+/// first 15 significant digits are equal, as in Excel.
 Value ApplyUnary(Operator op, const Value& value);
 Value ApplyBinary(Operator op, const Value& left, const Value& right);
 

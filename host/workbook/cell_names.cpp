@@ -39,6 +39,18 @@ std::optional<CellPosition> ParseCellName(std::string_view text) {
   return CellPosition{row - 1, column - 1};
 }
 
+std::u16string QuotedSheetName(std::u16string_view name) {
+  const auto is_plain = [](char16_t unit) {
+    return unit == u'.' || (formula::IsNamePart(unit) && unit != u'\\' && unit != u'?');
+  };
+  const bool is_word = name.empty() || (formula::IsNameStart(name[0]) &&
+                                        std::all_of(name.begin(), name.end(), is_plain));
+  if (is_word && !formula::ScanA1(name)) return std::u16string(name);
+  std::u16string quoted = u"'";
+  for (const char16_t unit : name) quoted.append(unit == u'\'' ? 2 : 1, unit);
+  return quoted + u"'";
+}
+
 std::optional<CellRange> ParseRangeName(std::string_view text) {
   const std::size_t colon = text.find(':');
   const std::optional<CellPosition> first = ParseCellName(text.substr(0, colon));

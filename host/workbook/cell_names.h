@@ -27,6 +27,8 @@ struct CellPosition {
 std::optional<CellPosition> ParseCellName(std::string_view text);
 /// "B7:C9", "A:A", "3:7"; "B7" for a single cell.
 std::u16string A1Text(const CellRange& range);
+/// The name of a sheet as it stands before "!" in a formula: in quotes if it needs them.
+std::u16string QuotedSheetName(std::u16string_view name);
 /// The range that "B7" or "B7:C9" names, with corners in any order.
 std::optional<CellRange> ParseRangeName(std::string_view text);
 

@@ -11,6 +11,7 @@
 namespace zavhost {
 
 using zavrel::AppendUtf8;
+using zavrel::CompareIgnoringCase;
 using zavrel::EqualIgnoringCase;
 using zavrel::IsValidUtf8;
 using zavrel::LowerCase;

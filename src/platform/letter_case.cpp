@@ -30,15 +30,23 @@ std::u16string LowerCase(std::u16string_view text) {
   return lower;
 }
 
-bool EqualIgnoringCase(std::u16string_view a, std::u16string_view b) {
+int CompareIgnoringCase(std::u16string_view a, std::u16string_view b) {
   while (!a.empty() && !b.empty()) {
     const Utf16Character of_a = FirstCharacter(a);
     const Utf16Character of_b = FirstCharacter(b);
-    if (of_a.code != of_b.code && Lower(of_a.code) != Lower(of_b.code)) return false;
+    if (of_a.code != of_b.code) {
+      const char32_t lower_a = Lower(of_a.code);
+      const char32_t lower_b = Lower(of_b.code);
+      if (lower_a != lower_b) return lower_a < lower_b ? -1 : 1;
+    }
     a.remove_prefix(of_a.units);
     b.remove_prefix(of_b.units);
   }
-  return a.empty() && b.empty();
+  return int{b.empty()} - int{a.empty()};
+}
+
+bool EqualIgnoringCase(std::u16string_view a, std::u16string_view b) {
+  return CompareIgnoringCase(a, b) == 0;
 }
 
 }  // namespace zavrel

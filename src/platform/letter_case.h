@@ -11,6 +11,9 @@ namespace zavrel {
 /// surrogates, stays as it is.
 std::u16string LowerCase(std::u16string_view text);
 
+/// Negative, zero or positive by the first code points that differ in lower case.
+int CompareIgnoringCase(std::u16string_view a, std::u16string_view b);
+
 /// True if the two texts differ at most in letter case.
 bool EqualIgnoringCase(std::u16string_view a, std::u16string_view b);
 

@@ -39,9 +39,14 @@ TEST_CASE("two texts are equal but for case exactly when their lower case is the
                                   u"\U00010401", u"\xD801", u"\xDC28",     u"\xDC00\xD801",
                                   u"\xD801x",    u"\xD801X"};
   for (const std::u16string& a : texts) {
-    for (const std::u16string& b : texts)
+    for (const std::u16string& b : texts) {
       CHECK(EqualIgnoringCase(a, b) == (LowerCase(a) == LowerCase(b)));
+      CHECK(CompareIgnoringCase(a, b) == -CompareIgnoringCase(b, a));
+    }
   }
+  CHECK(CompareIgnoringCase(u"É", u"éa") < 0);
+  CHECK(CompareIgnoringCase(u"AB", u"aC") < 0);
+  CHECK(CompareIgnoringCase(u"_", u"A") < 0);
 }
 
 TEST_CASE("every unit that is no capital stays as it is, unpaired surrogates among them") {
