@@ -1,62 +1,42 @@
+// Sums, counts, means and extremes.
+
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "host/formula/builtin_groups.h"
-#include "host/formula/coercion.h"
+#include "host/formula/compensated_sum.h"
+#include "host/formula/data_values.h"
+#include "host/formula/moments.h"
 
 namespace zavhost {
 namespace {
 
-struct Summary {
-  double count = 0;
-  double sum = 0.0;
-  double smallest = std::numeric_limits<double>::infinity();
-  double largest = -std::numeric_limits<double>::infinity();
-  std::optional<ErrorCode> error;
-};
-
-/// The numbers of all arguments. In cells and arrays, only numbers count; a direct value must be
-/// convertible to a number.
-Summary Summarize(const BuiltInCall& call) {
-  Summary summary;
-  summary.error =
-      VisitValues(call, [&](const Value& value, bool is_direct) -> std::optional<ErrorCode> {
-        const bool is_skipped = !is_direct && !value.number() && !value.error();
-        if (is_skipped) return std::nullopt;
-        const Converted<double> number = ToNumber(value);
-        if (number.error) return number.error;
-        summary.count += 1;
-        summary.sum += number.value;
-        summary.smallest = std::min(summary.smallest, number.value);
-        summary.largest = std::max(summary.largest, number.value);
-        return std::nullopt;
-      });
-  return summary;
+double Sum(std::span<const double> numbers) {
+  return SumOf(numbers, [](double x) { return x; });
 }
 
-Operand Sum(const BuiltInCall& call) {
-  const Summary summary = Summarize(call);
-  return summary.error ? Value(*summary.error) : NumberValue(summary.sum);
+double SumSq(std::span<const double> numbers) {
+  return SumOf(numbers, [](double x) { return x * x; });
 }
 
-Operand Average(const BuiltInCall& call) {
-  const Summary summary = Summarize(call);
-  if (summary.error) return Value(*summary.error);
-  if (summary.count == 0) return Value(ErrorCode::kDiv0);
-  return NumberValue(summary.sum / summary.count);
+double Product(std::span<const double> numbers) {
+  if (numbers.empty()) return 0.0;
+  double product = 1.0;
+  for (const double x : numbers) product *= x;
+  return product;
 }
 
-Operand Min(const BuiltInCall& call) {
-  const Summary summary = Summarize(call);
-  if (summary.error) return Value(*summary.error);
-  return summary.count == 0 ? Value(0.0) : Value(summary.smallest);
+Value Average(std::span<const double> numbers) {
+  if (numbers.empty()) return ErrorCode::kDiv0;
+  return NumberValue(MeanOf(numbers));
 }
 
-Operand Max(const BuiltInCall& call) {
-  const Summary summary = Summarize(call);
-  if (summary.error) return Value(*summary.error);
-  return summary.count == 0 ? Value(0.0) : Value(summary.largest);
+double Min(std::span<const double> numbers) {
+  return numbers.empty() ? 0.0 : *std::min_element(numbers.begin(), numbers.end());
+}
+
+double Max(std::span<const double> numbers) {
+  return numbers.empty() ? 0.0 : *std::max_element(numbers.begin(), numbers.end());
 }
 
 Operand Count(const BuiltInCall& call) {
@@ -78,13 +58,63 @@ Operand CountA(const BuiltInCall& call) {
   return Value(count);
 }
 
+/// Arrays of one shape; an element of any of them that is not a number counts as 0.
+Operand SumProduct(const BuiltInCall& call) {
+  ArgumentReader read(call);
+  std::vector<ArrayPtr> factors;
+  for (std::size_t i = 0; i < read.count(); ++i) factors.push_back(read.Array(i));
+  for (const ArrayPtr& factor : factors) {
+    const bool has_shape =
+        factor->rows == factors[0]->rows && factor->columns == factors[0]->columns;
+    read.Require(has_shape, ErrorCode::kValue);
+  }
+  if (read.failed()) return read.failure();
+  for (const ArrayPtr& factor : factors) {
+    for (const Value& value : factor->values) {
+      if (value.error() != nullptr) return value;
+    }
+  }
+  CompensatedSum sum;
+  for (std::size_t i = 0; i < factors[0]->values.size(); ++i) {
+    double product = 1.0;
+    for (const ArrayPtr& factor : factors) {
+      const double* number = factor->values[i].number();
+      product *= number != nullptr ? *number : 0.0;
+    }
+    sum.Add(product);
+  }
+  return NumberValue(sum.value());
+}
+
+/// The sum of term(x, y) of all pairs.
+template <double (*kTerm)(double, double)>
+Value SumOfPairs(const DataPairs& pairs) {
+  CompensatedSum sum;
+  for (std::size_t i = 0; i < pairs.x.size(); ++i) sum.Add(kTerm(pairs.x[i], pairs.y[i]));
+  return NumberValue(sum.value());
+}
+
+double SquareMinusSquare(double x, double y) { return (x - y) * (x + y); }
+double SquarePlusSquare(double x, double y) { return x * x + y * y; }
+double SquareOfDifference(double x, double y) { return (x - y) * (x - y); }
+
+constexpr auto kCounted = NonNumbers::kCounted;
 constexpr BuiltInFunction kFunctions[] = {
-    {u"SUM", 1, kAnyNumberOfArguments, "r", Sum},
-    {u"AVERAGE", 1, kAnyNumberOfArguments, "r", Average},
-    {u"MIN", 1, kAnyNumberOfArguments, "r", Min},
-    {u"MAX", 1, kAnyNumberOfArguments, "r", Max},
+    {u"SUM", 1, kAnyNumberOfArguments, "r", OfData<Sum>},
+    {u"SUMSQ", 1, kAnyNumberOfArguments, "r", OfData<SumSq>},
+    {u"PRODUCT", 1, kAnyNumberOfArguments, "r", OfData<Product>},
+    {u"AVERAGE", 1, kAnyNumberOfArguments, "r", OfData<Average>},
+    {u"AVERAGEA", 1, kAnyNumberOfArguments, "r", OfData<Average, kCounted>},
+    {u"MIN", 1, kAnyNumberOfArguments, "r", OfData<Min>},
+    {u"MINA", 1, kAnyNumberOfArguments, "r", OfData<Min, kCounted>},
+    {u"MAX", 1, kAnyNumberOfArguments, "r", OfData<Max>},
+    {u"MAXA", 1, kAnyNumberOfArguments, "r", OfData<Max, kCounted>},
     {u"COUNT", 1, kAnyNumberOfArguments, "r", Count},
     {u"COUNTA", 1, kAnyNumberOfArguments, "r", CountA},
+    {u"SUMPRODUCT", 1, kAnyNumberOfArguments, "a", SumProduct},
+    {u"SUMX2MY2", 2, 2, "a", OfPairs<SumOfPairs<SquareMinusSquare>>},
+    {u"SUMX2PY2", 2, 2, "a", OfPairs<SumOfPairs<SquarePlusSquare>>},
+    {u"SUMXMY2", 2, 2, "a", OfPairs<SumOfPairs<SquareOfDifference>>},
 };
 
 }  // namespace

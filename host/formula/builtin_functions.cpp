@@ -28,12 +28,11 @@ const Table& Functions() {
 
 std::span<const std::span<const BuiltInFunction>> BuiltInGroups() {
   static const std::span<const BuiltInFunction> groups[] = {
-      LogicalFunctions(),    InformationFunctions(),  NumberFunctions(),
-      AggregateFunctions(),  ConditionalFunctions(),  StatisticsFunctions(),
-      RegressionFunctions(), DistributionFunctions(), MatrixFunctions(),
-      FinancialFunctions(),  TextFunctions(),         DateFunctions(),
-      ReferenceFunctions(),  LookupFunctions(),       ArrayFunctions(),
-      SortingFunctions()};
+      LogicalFunctions(),    InformationFunctions(), NumberFunctions(),     TrigonometryFunctions(),
+      IntegerFunctions(),    AggregateFunctions(),   SubtotalFunctions(),   ConditionalFunctions(),
+      StatisticsFunctions(), RankFunctions(),        RegressionFunctions(), DistributionFunctions(),
+      MatrixFunctions(),     FinancialFunctions(),   TextFunctions(),       DateFunctions(),
+      ReferenceFunctions(),  LookupFunctions(),      ArrayFunctions(),      SortingFunctions()};
   return groups;
 }
 

@@ -7,9 +7,11 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <string>
 
 #include "formula/sample_context.h"
+#include "host/workbook/cell_names.h"
 #include "support/workbooks.h"
 
 namespace {
@@ -32,9 +34,33 @@ bool Agrees(std::string_view written, const std::string& shown) {
   return std::fabs(number - expected) <= unit * 1.000001;
 }
 
+/// Carries out a line that changes the workbook; false for any other line.
+bool ChangesWorkbook(Context& context, const std::string& line) {
+  std::istringstream words(line);
+  std::string command;
+  std::string where;
+  std::string content;
+  words >> command >> where >> std::ws;
+  std::getline(words, content);
+  if (command == "cells") {
+    context.Fill(where, content);
+  } else if (command == "formula") {
+    context.SetFormulaText(sample::CellNamed(where), zavhost::Utf16FromUtf8(content));
+  } else if (command == "hide") {
+    context.first_sheet().HideRow(std::stoi(where) - 1);
+  } else if (command == "filter") {
+    context.first_sheet().set_filter(zavhost::ParseRangeName(where).value());
+  } else {
+    return false;
+  }
+  return true;
+}
+
 /// A file has one case a line: "SUM(A1:A2) -> 3", with "~" before a rounded number. Formulas are
 /// dynamic array formulas, after the line "as cells" those of normal cells. "cells A1
-/// {1,2;"a",#N/A}" fills cells, "at B7" sets the cell of the formulas, "#" begins a remark.
+/// {1,2;"a",#N/A}" fills cells, "formula A1 SUM(B1)" gives a cell's formula, "hide 3" and "filter
+/// A1:B9" hide a row and set the filter, "at B7" sets the cell of the formulas, "#" begins a
+/// remark.
 void CheckFile(const std::filesystem::path& file) {
   Context context;
   bool as_array = true;
@@ -42,12 +68,9 @@ void CheckFile(const std::filesystem::path& file) {
   std::string line;
   for (int number = 1; std::getline(lines, line); ++number) {
     INFO(file.filename().string(), ":", number, ": ", line);
-    if (line.empty() || line.starts_with("#")) continue;
+    if (line.empty() || line.starts_with("#") || ChangesWorkbook(context, line)) continue;
     if (line == "as cells" || line == "as arrays") {
       as_array = line == "as arrays";
-    } else if (line.starts_with("cells ")) {
-      const std::size_t blank = line.find(' ', 6);
-      context.Fill(line.substr(6, blank - 6), line.substr(blank + 1));
     } else if (line.starts_with("at ")) {
       context.set_caller(sample::CellNamed(line.substr(3)));
     } else {

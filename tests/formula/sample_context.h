@@ -47,8 +47,9 @@ class Context : public zavhost::EvaluationContext {
   /// Noon of 15 March 2023.
   double Now() const override { return 45000.5; }
   double Random() override { return 0.25; }
-  std::optional<std::u16string> FormulaText(const zavhost::CellAddress&) const override {
-    return std::nullopt;
+  std::optional<std::u16string> FormulaText(const zavhost::CellAddress& cell) const override {
+    const auto found = formula_texts_.find(cell);
+    return found == formula_texts_.end() ? std::nullopt : std::optional(found->second);
   }
   /// A1:A4 for A1.
   std::optional<zavhost::CellRange> SpillRange(const zavhost::CellAddress& cell) override;
@@ -56,6 +57,11 @@ class Context : public zavhost::EvaluationContext {
   /// Puts the elements of an array constant into cells of Sheet1 from this one on; "" is a blank.
   void Fill(std::string_view first_cell, std::string_view constant);
   void DefineTable(zavhost::Table table) { workbook_.tables.push_back(std::move(table)); }
+  /// The formula that a cell pretends to hold.
+  void SetFormulaText(const zavhost::CellAddress& cell, std::u16string text) {
+    formula_texts_[cell] = std::move(text);
+  }
+  zavhost::Sheet& first_sheet() { return workbook_.sheets[0]; }
   void DefineName(std::u16string name, std::u16string text,
                   std::optional<std::uint32_t> sheet = std::nullopt);
   void Register(std::u16string name, std::string kinds);
@@ -72,6 +78,7 @@ class Context : public zavhost::EvaluationContext {
   zavhost::Workbook workbook_;
   zavhost::CellAddress caller_{0, 9, 9};
   std::map<std::u16string, Echo> functions_;  // by name in lower case
+  std::map<zavhost::CellAddress, std::u16string> formula_texts_;
   int cells_read_ = 0;
 };
 
