@@ -85,7 +85,7 @@ void MeasureMemory(const fs::path& book, const fs::path& target) {
   engine->Recalculate();
   const double calculated = PeakMegabytes();
   engine->CloseAddIn();  // as the program does before it writes
-  zavhost::WriteXlsx(book, target, engine->workbook(), FormulaCells(engine->workbook()));
+  zavhost::WriteXlsx(book, target, engine->workbook(), {.cells = FormulaCells(engine->workbook())});
   const double written = PeakMegabytes();
   InflateAndScan(book, &parts);
   std::size_t cells = 0;
@@ -113,7 +113,8 @@ void MeasureTimes(const fs::path& book, const fs::path& target) {
   const double calculating = BestSeconds([&] { Loaded(book)->Recalculate(); }) - loading;
   const Workbook workbook = zavhost::ReadXlsx(book);
   const std::vector<CellAddress> cells = FormulaCells(workbook);
-  const double writing = BestSeconds([&] { zavhost::WriteXlsx(book, target, workbook, cells); });
+  const double writing =
+      BestSeconds([&] { zavhost::WriteXlsx(book, target, workbook, {.cells = cells}); });
   const double floors = inflating + copying;
   fmt::print(
       "floors: inflate and scan {:.0f} ms, copy {:.0f} ms\nload {:.0f} ms, calculate {:.0f} ms, "

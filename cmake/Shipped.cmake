@@ -28,11 +28,15 @@ else()
   set(ZAVREL_LIBRARY_SUFFIX ".so")
 endif()
 
+set(ZAVREL_LINK_MAPS ${CMAKE_BINARY_DIR}/link-maps)
+file(MAKE_DIRECTORY ${ZAVREL_LINK_MAPS})
+
 # zavrel_shipped(TARGET FOLDER): stands in a folder of the output, without symbols, and needs no other file of ours.
 function(zavrel_shipped target folder)
   set_target_properties(${target} PROPERTIES
     RUNTIME_OUTPUT_DIRECTORY "${ZAVREL_OUT}/${folder}" LIBRARY_OUTPUT_DIRECTORY "${ZAVREL_OUT}/${folder}")
-  target_link_options(${target} PRIVATE $<$<CONFIG:Release>:-s>)
+  # The map says what is linked in: packaging/make-notices looks for the licences of all of it.
+  target_link_options(${target} PRIVATE $<$<CONFIG:Release>:-s> -Wl,-Map,${ZAVREL_LINK_MAPS}/${target}.map)
   if(NOT WIN32 AND NOT ZAVREL_SANITIZE)
     # Each binary has the C++ library in it, so that it runs on any machine with glibc, and shares none of its symbols.
     # What it calls is looked up at once, and the table of it is read-only from then on.

@@ -3,7 +3,7 @@
 ;   signs the uninstaller.
 ;
 ;   /S            asks no questions      /D=FOLDER   another folder (the last argument)
-;   /COMPANION    also registers the companion workbook with Excel
+;   /NOCOMPANION  leaves out the companion workbook, now and in later versions until /COMPANION
 ;
 ; A ZavrelCompanion.xlam in the top folder belongs to the user. None of our files may have that path, since
 ; our files are replaced and removed.
@@ -24,8 +24,9 @@ ${UnStrLoc}
 
 !define PRODUCT "Zavrel Functions"
 !define ADD_IN "ZavrelFuncs8_x64.xll"
-!define COMPANION "macro\ZavrelCompanion.xlam"
-!define STAGED_COMPANION "${STAGE}/macro/ZavrelCompanion.xlam"
+!define COMPANION_NAME "ZavrelCompanion.xlam"
+!define COMPANION "macro\${COMPANION_NAME}"
+!define STAGED_COMPANION "${STAGE}/macro/${COMPANION_NAME}"
 !define UNINSTALL_KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\ZavrelFunctions"
 !define OFFICE_KEY "Software\Microsoft\Office"
 !define OPEN_VALUES 100 ; how many OPEN values are examined
@@ -44,31 +45,72 @@ VIAddVersionKey /LANG=0 "LegalCopyright" ""
   !uninstfinalize '${SIGN} "%1"'
 !endif
 
+; What the last page says, which page it offers to show, and how it calls that.
+Var NextStep
+Var NextPage
+Var NextPageLabel
+
+!define MUI_COMPONENTSPAGE_SMALLDESC ; below the list, so that both have the window's width
 !insertmacro MUI_PAGE_COMPONENTS
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
+!define MUI_PAGE_CUSTOMFUNCTION_PRE ChooseNextStep
 !define MUI_FINISHPAGE_TEXT_LARGE
-!define MUI_FINISHPAGE_TEXT "$(NextStep)"
-!define MUI_FINISHPAGE_SHOWREADME "$INSTDIR\docs\install.html"
-!define MUI_FINISHPAGE_SHOWREADME_TEXT "$(ShowNextStep)"
+!define MUI_FINISHPAGE_TEXT "$NextStep"
+!define MUI_FINISHPAGE_SHOWREADME "$INSTDIR\$NextPage"
+!define MUI_FINISHPAGE_SHOWREADME_TEXT "$NextPageLabel"
 !insertmacro MUI_PAGE_FINISH
 !insertmacro MUI_UNPAGE_CONFIRM
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE "English"
 !insertmacro MUI_LANGUAGE "German"
 
-LangString InUse ${LANG_ENGLISH} "${PRODUCT} is in use. Close Excel and try again."
-LangString InUse ${LANG_GERMAN} "${PRODUCT} wird gerade verwendet. Bitte schließen Sie Excel und versuchen Sie es noch einmal."
-LangString NotWritten ${LANG_ENGLISH} "A file could not be written; nothing was registered with Excel."
-LangString NotWritten ${LANG_GERMAN} "Eine Datei konnte nicht geschrieben werden; in Excel wurde nichts eingetragen."
-LangString NextStep ${LANG_ENGLISH} "One step is left: Excel knows the functions once a companion workbook is open.$\r$\n$\r$\nThe page docs\install.html in the add-in's folder explains how to make one in two minutes."
-LangString NextStep ${LANG_GERMAN} "Ein Schritt fehlt noch: Excel hat die Funktionen, sobald eine Begleit-Arbeitsmappe geöffnet ist.$\r$\n$\r$\nDie Seite docs\install.html im Ordner des Add-ins sagt (auf Englisch), wie sie in zwei Minuten entsteht."
-LangString ShowNextStep ${LANG_ENGLISH} "Show that page"
-LangString ShowNextStep ${LANG_GERMAN} "Diese Seite zeigen"
-LangString MainSection ${LANG_ENGLISH} "Add-in, ZavHost, examples and documents"
-LangString MainSection ${LANG_GERMAN} "Add-in, ZavHost, Beispiele und Dokumente"
-LangString CompanionSection ${LANG_ENGLISH} "Open the companion workbook with Excel"
-LangString CompanionSection ${LANG_GERMAN} "Begleit-Arbeitsmappe mit Excel öffnen"
+!macro Text NAME ENGLISH GERMAN
+  LangString ${NAME} ${LANG_ENGLISH} "${ENGLISH}"
+  LangString ${NAME} ${LANG_GERMAN} "${GERMAN}"
+!macroend
+!define TEXT "!insertmacro Text"
+
+${TEXT} InUse "${PRODUCT} is in use. Close Excel and try again." \
+  "${PRODUCT} wird gerade verwendet. Bitte schließen Sie Excel und versuchen Sie es noch einmal."
+${TEXT} NotWritten "A file could not be written; nothing was registered with Excel." \
+  "Eine Datei konnte nicht geschrieben werden; in Excel wurde nichts eingetragen."
+
+${TEXT} MainSection "Add-in and ZavHost" "Add-in und ZavHost"
+${TEXT} MainDescription "The functions for Excel, the program ZavHost, help, examples and documents." \
+  "Die Funktionen für Excel, das Programm ZavHost, Hilfe, Beispiele und Dokumente."
+${TEXT} CompanionSection "Companion workbook" "Begleit-Arbeitsmappe"
+${TEXT} CompanionDescription "Excel opens it with the add-in. Without a companion, Excel does not know the functions." \
+  "Excel öffnet sie zusammen mit dem Add-in. Ohne Begleit-Arbeitsmappe kennt Excel die Funktionen nicht."
+${TEXT} MenuSection "Start menu" "Startmenü"
+${TEXT} MenuDescription "Entries for the help, the examples, and the doctor, which checks the installation." \
+  "Einträge für die Hilfe, die Beispiele und den Doctor, der die Installation prüft."
+
+${TEXT} Ready "Start Excel: it has the functions. Try =ZavMean(1,2,3) in a cell, which shows 2." \
+  "Starten Sie Excel: Es hat die Funktionen. Probieren Sie =ZavMean(1;2;3) in einer Zelle; sie zeigt 2."
+${TEXT} ReadyMade "$(Ready)$\r$\n$\r$\nThe companion workbook was not written by Excel and has not been opened in Excel yet. If Excel rejects it, make your own in two minutes, as docs\install.html explains." \
+  "$(Ready)$\r$\n$\r$\nDie Begleit-Arbeitsmappe wurde nicht von Excel geschrieben und noch nie in Excel geöffnet. Lehnt Excel sie ab, dann machen Sie in zwei Minuten eine eigene, wie es docs\install.de.html beschreibt."
+${TEXT} Unticked "The add-in or its companion workbook is unticked in Excel's list, and stays so. To have the functions, tick both under File > Options > Add-ins > Excel Add-ins > Go." \
+  "In der Liste von Excel hat das Add-in oder seine Begleit-Arbeitsmappe kein Häkchen, und das bleibt so. Für die Funktionen brauchen beide eines: unter Datei > Optionen > Add-Ins > Excel-Add-Ins > Los."
+${TEXT} OneStepLeft "One step is left: Excel has the functions once a companion workbook is open.$\r$\n$\r$\nThe page docs\install.html in the add-in's folder explains how to select the ready-made one, or to make one in two minutes." \
+  "Ein Schritt fehlt noch: Excel hat die Funktionen, sobald eine Begleit-Arbeitsmappe geöffnet ist.$\r$\n$\r$\nDie Seite docs\install.de.html im Ordner des Add-ins erklärt, wie Sie die fertige auswählen oder in zwei Minuten eine eigene machen."
+${TEXT} FirstSteps "README.html" "README.de.html"
+${TEXT} ShowFirstSteps "Show the first steps" "Erste Schritte zeigen"
+${TEXT} InstallPage "docs\install.html" "docs\install.de.html"
+${TEXT} ShowInstallPage "Show the page about the installation" "Die Seite zur Installation zeigen"
+
+; The uninstaller may run in another language than the installer, so it needs the names in both.
+!define MENU "$SMPROGRAMS\${PRODUCT}"
+!define HELP_ENGLISH "Help on the functions"
+!define HELP_GERMAN "Hilfe zu den Funktionen"
+!define EXAMPLES_ENGLISH "Example workbooks"
+!define EXAMPLES_GERMAN "Beispiel-Arbeitsmappen"
+!define DOCTOR_ENGLISH "Doctor, checks the installation"
+!define DOCTOR_GERMAN "Doctor, prüft die Installation"
+${TEXT} HelpEntry "${HELP_ENGLISH}" "${HELP_GERMAN}"
+${TEXT} HelpPage "help\en\index.html" "help\de\index.html"
+${TEXT} ExamplesEntry "${EXAMPLES_ENGLISH}" "${EXAMPLES_GERMAN}"
+${TEXT} DoctorEntry "${DOCTOR_ENGLISH}" "${DOCTOR_GERMAN}"
 
 !include "${FILES}"
 
@@ -162,7 +204,75 @@ Function RegisterAgain
     Call RegisterWithExcel
   ${EndIf}
 FunctionEnd
+
+; Two companions cannot be open at a time, so one that the user has chosen stays the only one. Parameters as of
+; RegisterWithExcel.
+Function RegisterCompanion
+  Call FindCompanion
+  ${If} $R4 == ""
+    Call RegisterWithExcel
+  ${EndIf}
+FunctionEnd
 !endif
+
+; Ends the function if the path $R4 is that of a companion that is there. Changes $2 and $3.
+!macro ReturnIfCompanion
+  StrLen $2 "\${COMPANION_NAME}"
+  StrCpy $3 $R4 "" -$2
+  ${If} $3 == "\${COMPANION_NAME}"
+  ${AndIf} ${FileExists} $R4
+    Return
+  ${EndIf}
+!macroend
+
+; Which companion, in whatever folder, this Excel has in its list. In: $R2 Excel's version. Out: $R4 its path, or an
+; empty text, and $R5 whether it is "ticked" or "unticked". Changes $0 to $3. A file that is not there does not count.
+Function FindCompanion
+  StrCpy $0 "${OFFICE_KEY}\$R2\Excel"
+  StrCpy $R5 "ticked"
+  ${ForEach} $1 0 ${OPEN_VALUES} + 1
+    !insertmacro NameOfOpenValue $1 $2
+    ReadRegStr $3 HKCU "$0\Options" $2
+    StrCpy $R4 $3
+    StrCpy $2 $3 1 -1
+    ${If} $2 == '"' ; it ends with a path in quotes
+      ${StrLoc} $2 $3 '"' ">"
+      IntOp $2 $2 + 1
+      StrCpy $R4 $3 -1 $2
+    ${EndIf}
+    ${If} $R4 == "${COMPANION_NAME}" ; as Excel names a file in its own folder for add-ins
+      StrCpy $R4 "$APPDATA\Microsoft\AddIns\$R4"
+    ${EndIf}
+    !insertmacro ReturnIfCompanion
+  ${Next}
+  StrCpy $R5 "unticked"
+  ${For} $1 0 ${OPEN_VALUES}
+    EnumRegValue $R4 HKCU "$0\Add-in Manager" $1
+    !insertmacro ReturnIfCompanion
+  ${Next}
+  StrCpy $R4 ""
+  StrCpy $R5 ""
+FunctionEnd
+
+; For the last page: puts $NextStep right where this Excel has more than the ones before. In: $R2 Excel's version.
+Function NoteNextStep
+  Call FindCompanion
+  ClearErrors
+  ReadRegStr $0 HKCU "${OFFICE_KEY}\$R2\Excel\Add-in Manager" "$INSTDIR\${ADD_IN}"
+  ${IfNot} ${Errors}
+    StrCpy $R5 "unticked"
+  ${EndIf}
+  ${If} $R5 == "unticked"
+    StrCpy $NextStep "$(Unticked)"
+  ${ElseIf} $R5 == "ticked"
+    StrCpy $NextStep "$(Ready)"
+    ${If} $R4 == "$INSTDIR\${COMPANION}"
+      StrCpy $NextStep "$(ReadyMade)"
+    ${EndIf}
+    StrCpy $NextPage "$(FirstSteps)"
+    StrCpy $NextPageLabel "$(ShowFirstSteps)"
+  ${EndIf}
+FunctionEnd
 
 ; In: $R0 the path, $R2 Excel's version. Changes $0 to $3.
 Function un.UnregisterFromExcel
@@ -185,6 +295,7 @@ Function un.UnregisterFromExcel
   ${EndIf}
 FunctionEnd
 
+; The latest Excel comes last: where several are installed, it decides what the last page says.
 !macro ForEveryExcel FUNCTION
   StrCpy $R2 "14.0"
   Call ${FUNCTION}
@@ -210,7 +321,7 @@ FunctionEnd
 
 ; --- Install -----------------------------------------------------------------------------------
 
-Section "$(MainSection)"
+Section "$(MainSection)" MainId
   SectionIn RO
   ReadRegStr $R8 HKCU "${UNINSTALL_KEY}" "InstallLocation"
   !insertmacro EndWhenInUse $INSTDIR
@@ -269,27 +380,78 @@ Section "$(MainSection)"
 SectionEnd
 
 !if /FileExists "${STAGED_COMPANION}"
-  Section /o "$(CompanionSection)" CompanionId
+  Section "$(CompanionSection)" CompanionId
     StrCpy $R3 "${COMPANION}"
     StrCpy $R0 "$INSTDIR\$R3"
     StrCpy $R1 '"$R0"'
-    !insertmacro ForEveryExcel RegisterWithExcel
+    !insertmacro ForEveryExcel RegisterCompanion
   SectionEnd
 
+  ; A companion that was left out once is left out again.
   Function .onInit
-    ${GetParameters} $0
+    ReadRegStr $0 HKCU "${UNINSTALL_KEY}" "Companion"
+    ${GetParameters} $1
     ClearErrors
-    ${GetOptions} $0 "/COMPANION" $1
+    ${GetOptions} $1 "/NOCOMPANION" $2
     ${IfNot} ${Errors}
-      SectionSetFlags ${CompanionId} 1 ; selected
+      StrCpy $0 "no"
     ${EndIf}
+    ClearErrors
+    ${GetOptions} $1 "/COMPANION" $2
+    ${IfNot} ${Errors}
+      StrCpy $0 "yes"
+    ${EndIf}
+    ${If} $0 == "no"
+      !insertmacro UnselectSection ${CompanionId}
+    ${EndIf}
+  FunctionEnd
+
+  Function .onInstSuccess
+    StrCpy $0 "no"
+    ${If} ${SectionIsSelected} ${CompanionId}
+      StrCpy $0 "yes"
+    ${EndIf}
+    WriteRegStr HKCU "${UNINSTALL_KEY}" "Companion" $0
   FunctionEnd
 !endif
 
+Section "$(MenuSection)" MenuId
+  CreateDirectory "${MENU}"
+  SetOutPath $INSTDIR ; where the shortcuts start
+  CreateShortCut "${MENU}\$(HelpEntry).lnk" "$INSTDIR\$(HelpPage)"
+  CreateShortCut "${MENU}\$(ExamplesEntry).lnk" "$INSTDIR\examples"
+  ; The window stays open with what the doctor found.
+  CreateShortCut "${MENU}\$(DoctorEntry).lnk" "$SYSDIR\cmd.exe" '/k ""$INSTDIR\ZavHost.exe" doctor"' "$INSTDIR\ZavHost.exe"
+SectionEnd
+
+!insertmacro MUI_FUNCTION_DESCRIPTION_BEGIN
+  !insertmacro MUI_DESCRIPTION_TEXT ${MainId} "$(MainDescription)"
+!if /FileExists "${STAGED_COMPANION}"
+  !insertmacro MUI_DESCRIPTION_TEXT ${CompanionId} "$(CompanionDescription)"
+!endif
+  !insertmacro MUI_DESCRIPTION_TEXT ${MenuId} "$(MenuDescription)"
+!insertmacro MUI_FUNCTION_DESCRIPTION_END
+
+Function ChooseNextStep
+  StrCpy $NextStep "$(OneStepLeft)"
+  StrCpy $NextPage "$(InstallPage)"
+  StrCpy $NextPageLabel "$(ShowInstallPage)"
+  !insertmacro ForEveryExcel NoteNextStep
+FunctionEnd
+
 ; --- Uninstall ---------------------------------------------------------------------------------
+
+!macro DeleteMenuEntries LANGUAGE
+  Delete "${MENU}\${HELP_${LANGUAGE}}.lnk"
+  Delete "${MENU}\${EXAMPLES_${LANGUAGE}}.lnk"
+  Delete "${MENU}\${DOCTOR_${LANGUAGE}}.lnk"
+!macroend
 
 Section "Uninstall"
   !insertmacro EndWhenInUse $INSTDIR
+  !insertmacro DeleteMenuEntries ENGLISH
+  !insertmacro DeleteMenuEntries GERMAN
+  RMDir "${MENU}"
   !insertmacro UninstallFiles
   Delete "$INSTDIR\Uninstall.exe"
   RMDir $INSTDIR

@@ -4,7 +4,7 @@ import html
 import pathlib
 import re
 
-from . import formula, languages, markdown_pages, pages, registration
+from . import equivalents, formula, languages, markdown_pages, pages, registration
 
 STYLE = pathlib.Path(__file__).parent / "help.css"
 
@@ -51,10 +51,9 @@ class Renderer:
         return "\n".join(lines + ["</table>"])
 
     def equivalent(self, program, text):
-        """A text without words needs no translation, except for the formulas of Excel."""
-        if text == pages.NO_EQUIVALENT:
+        if text == equivalents.NONE:
             return self.words["none"]
-        if program == "Excel" and not pages.has_words(text):
+        if program == "Excel":
             text = re.sub("`([^`]*)`", lambda m: f"`{self.language.formula(m[1])}`", text)
         return self.inline(text)
 
@@ -101,13 +100,15 @@ class Renderer:
         parts.extend(map(self.block, before))
         if "data" in page.header:
             parts.append(f"<h2>{self.words['data']}</h2>")
-            rows = [[self.language.value(cell) for cell in row] for row in pages.data_rows(page.header["data"])]
+            rows = [[self.language.sample(cell) for cell in row] for row in pages.data_rows(page.header["data"])]
             parts.append(self.table(markdown_pages.sheet(rows), "sheet"))
         parts.extend(map(self.block, examples))
-        if page.equivalents:
+        if page.function:
             rows = "".join(f"<tr><th>{program}</th><td>{self.equivalent(program, text)}</td></tr>"
-                           for program, text in page.equivalents.items())
+                           for program, text in page.equivalents(self.name).items())
             parts.append(f"<h2>{self.words['equivalents']}</h2>\n<table class=\"arguments\">{rows}</table>")
+            if note := equivalents.note(page.name, self.name):
+                parts.append(f"<p>{self.inline(note)}</p>")
         links = [f'<a href="{name}.html">{self.topics[name].title if name in self.topics else name}</a>'
                  for name in page.see]
         if links:

@@ -10,9 +10,10 @@ _NAMESPACE = "http://schemas.excel-dna.net/intellisense/1.0"
 
 def _arguments(page, language):
     """One entry for each name; the server shows "..." for further arguments of the same kind."""
-    for names, text in page.arguments(language):
-        for name in names.split(", "):
-            yield name, text.replace("`", "")
+    names = iter(page.argument_names(language))
+    for shared, text in page.arguments(language):
+        for _ in shared.split(", "):
+            yield next(names), text.replace("`", "")
 
 
 def make(language):

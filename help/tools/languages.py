@@ -3,8 +3,10 @@
     windows_language, code_page   of the compiled help
     words                         headings of the pages
     groups                        titles of the contents, by their English titles
+    samples                       headings and texts of the examples' data that no formula contains
     excel                         how that language's Excel shows formulas and values: the decimal sign, the
-                                  separator of arguments and rows, the separator of an array's cells, and names
+                                  separator of arguments and rows, the separator of an array's cells, and names,
+                                  also of variables in the equivalents
 """
 
 import dataclasses
@@ -25,10 +27,18 @@ class Language:
     code_page: str
     words: dict
     groups: dict = dataclasses.field(default_factory=dict)
+    samples: dict = dataclasses.field(default_factory=dict)
     excel: dict = dataclasses.field(default_factory=dict)
 
     def group(self, english):
         return self.groups.get(english, english)
+
+    def separated(self, arguments):
+        return f"{self.excel.get('arguments', ',')} ".join(arguments)
+
+    def sample(self, text):
+        """A cell of the examples' data."""
+        return self.samples.get(text) or self.value(text)
 
     def decimals(self, text):
         return re.sub(r"(?<=\d)\.(?=\d)", self.excel.get("decimal", "."), text)

@@ -3,7 +3,7 @@
 import itertools
 import re
 
-from . import languages, pages, registration
+from . import equivalents, languages, pages, registration
 
 FOLDER = registration.ROOT / "docs/functions"
 _NOTICE = "<!-- Made by help/build_help.py; change help/en, the message texts or the registration table instead. -->\n\n"
@@ -54,6 +54,16 @@ def _blocks(blocks, known):
                 yield f"$$\n{block.content}\n$$"
 
 
+def _equivalents(page, known):
+    words = languages.named("en").words
+    rows = [[program, words["none"] if text == equivalents.NONE else _inline(text, known).replace("|", r"\|")]
+            for program, text in page.equivalents("en").items()]
+    yield f"## {words['equivalents']}"
+    yield "\n".join(_cells([["", ""], *rows]))
+    if note := equivalents.note(page.name):
+        yield _inline(note, known)
+
+
 def _page(page, known):
     parts = [f"# {page.title}"]
     if page.function:
@@ -68,12 +78,8 @@ def _page(page, known):
         parts.append("## Data of the examples")
         parts.append("\n".join(_cells(sheet(pages.data_rows(page.header["data"])))))
     parts.extend(_blocks(examples, known))
-    if page.equivalents:
-        words = languages.named("en").words
-        parts.append(f"## {words['equivalents']}")
-        rows = [[program, words["none"] if text == pages.NO_EQUIVALENT else _inline(text, known)]
-                for program, text in page.equivalents.items()]
-        parts.append("\n".join(_cells([["", ""], *rows])))
+    if page.function:
+        parts.extend(_equivalents(page, known))
     if page.see:
         titles = pages.topics()
         links = [f"[{titles[name].title if name in titles else name}]({name}.md)" for name in page.see]
@@ -97,7 +103,7 @@ def first_sentence(text):
 def _index(function_pages, topics):
     parts = ["# Functions of Zavrel Functions",
              "Every page has a function's definition, its errors, examples with their results, and its equivalents "
-             "in Excel and R. The same pages ship as HTML and as a compiled help file.",
+             "in Excel and R, or how it differs from them. The same pages ship as HTML and as a compiled help file.",
              "\n".join(f"- [{topic.title}]({topic.name}.md)" for topic in topics.values())]
     for title, names in pages.contents():
         parts.append(f"## {title}")

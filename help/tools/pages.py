@@ -6,8 +6,10 @@ A page begins with a header of `key: value` lines, up to the first blank line:
     data      the file in help/data with the data of its examples, shown as cells from A1 on
     title     of a topic
     summary, syntax
-              what the function computes and its arguments' names, if the registration has none
-    excel, r  how Excel's own functions and R compute the same, or how their results differ; `none`
+              what the function computes and its arguments' names, if the registration has none; an argument in
+              [brackets] may be left out
+
+What computes the same in Excel and R is in help/equivalents.ini; equivalents.py describes it.
 
 The body uses a small part of Markdown: paragraphs, `- ` lists, tables, `##` headings, `code`, *emphasis*,
 [links](topic), $formulas$ in a small part of TeX, and examples:
@@ -19,9 +21,8 @@ Braces mark an array formula. Each line of its result is a row, with cells separ
 A section "Arguments" replaces the registration's help for the arguments: `- name: help`.
 
 A page in another language has what needs translation: the title, summary, syntax and arguments if the English page
-has them, its texts (paragraphs, lists, tables and formulas with words), one for one and in the same order, and
-`excel` and `r` if they have words outside `code`. Everything else comes from the English page: headings, other
-formulas, examples, and parts without a translation.
+has them, and its texts (paragraphs, lists, tables and formulas with words), one for one and in the same order.
+Everything else comes from the English page: headings, other formulas, examples, and parts without a translation.
 """
 
 import csv
@@ -29,13 +30,11 @@ import dataclasses
 import functools
 import re
 
-from . import registration
+from . import equivalents, languages, registration
 
 HELP = registration.ROOT / "help"
 SECTION_OF_ARGUMENTS = "Arguments"
-PROGRAMS = {"excel": "Excel", "r": "R"}
-NO_EQUIVALENT = "none"
-KEYS = ("see", "data", "title", "summary", "syntax", *PROGRAMS)
+KEYS = ("see", "data", "title", "summary", "syntax")
 
 
 @dataclasses.dataclass
@@ -83,20 +82,21 @@ class Page:
     def title(self):
         return self.header.get("title", self.name)
 
-    @property
-    def equivalents(self):
+    def equivalents(self, language):
         """What computes the same elsewhere, by program."""
-        return {program: self.header[key] for key, program in PROGRAMS.items() if key in self.header}
+        return {program: equivalents.equivalent(self.name, program, language) for program in equivalents.PROGRAMS}
 
     def summary(self, language):
         return self.header.get("summary") or registration.resolve(self.function.help, language)
 
-    def syntax(self, language):
+    def argument_names(self, language):
+        """The names, in brackets those of arguments that may be left out."""
         if "syntax" in self.header:
-            names = self.header["syntax"]
-        else:
-            names = ", ".join(registration.argument_names(self.function, language))
-        return f"{self.function.name}({names})"
+            return [name.strip() for name in self.header["syntax"].split(",") if name.strip()]
+        return registration.argument_names(self.function, language)
+
+    def syntax(self, language):
+        return f"{self.function.name}({languages.named(language).separated(self.argument_names(language))})"
 
     def arguments(self, language):
         return self.argument_list or registration.arguments(self.function, language)
@@ -181,11 +181,6 @@ def topics(language="en"):
     """The topics by name, in the order in which the contents list them first."""
     names = (HELP / "contents.txt").read_text(encoding="utf-8").partition("#")[0].split()
     return {name: read_page(file) for name in names if (file := HELP / language / f"topics/{name}.md").exists()}
-
-
-def has_words(text):
-    """Whether a text of `excel` or `r` needs a translation."""
-    return text != NO_EQUIVALENT and re.search("[A-Za-z]", re.sub("`[^`]*`", "", text)) is not None
 
 
 def same_form(english, translation):

@@ -39,13 +39,18 @@ def category_name(function, language):
 
 
 def argument_names(function, language):
+    """The names as the wizard shows them: in brackets those of arguments that may be left out."""
     text = resolve(function.argument_text, language)
     return [name.strip() for name in text.split(",")] if text else []
 
 
+def without_brackets(name):
+    return name.strip("[]")
+
+
 def arguments(function, language):
     """(name, help) of each argument; one entry for all that share the last help."""
-    names = argument_names(function, language)
+    names = [without_brackets(name) for name in argument_names(function, language)]
     helps = [resolve(help_text, language) for help_text in function.argument_helps]
     if not helps:
         return []

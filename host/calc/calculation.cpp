@@ -28,7 +28,7 @@ Operand Calculation::Evaluate(const Formula& formula, const CellAddress& origin,
     std::optional<CallingCells>& calling;
     ~Leave() { calling.reset(); }
   } const leave{calling_};
-  met_.clear();
+  ForgetMet();
   cell_ = cell;
   random_state_ =
       seed_ ^ (std::uint64_t{cell.sheet} << 40 | static_cast<std::uint64_t>(cell.row) << 20 |
@@ -38,15 +38,33 @@ Operand Calculation::Evaluate(const Formula& formula, const CellAddress& origin,
   return EvaluateFormula(formula, origin, as_array, *this);
 }
 
+std::optional<Reference> Calculation::FindReference(const Formula& formula) {
+  ForgetMet();
+  cell_ = {};
+  return EvaluateReference(formula, *this);
+}
+
+void Calculation::ForgetMet() {
+  met_.clear();
+  met_marks_ = 0;
+}
+
 bool Calculation::MeetsUncalculated(std::uint32_t sheet, const CellRange& range) {
   bool met = false;
-  uncalculated_.VisitRange(sheet, range, [&](std::uint32_t formula) {
+  formulas_.VisitRange(sheet, range, kOpen, [&](std::uint32_t formula, FormulaMarks) {
     met = true;
     if (met_.size() >= kMetAtOnce) return false;
     if (met_.empty() || met_.back() != formula) met_.push_back(formula);
     return true;
   });
-  return met;
+  if (met) return true;
+  formulas_.VisitRange(sheet, range, kDoubtful | kVolatile,
+                       [&](std::uint32_t formula, FormulaMarks marks) {
+                         if ((marks & ~met_marks_ & kDoubtful) != 0) met_doubtful_ = formula;
+                         met_marks_ |= marks & (kDoubtful | kVolatile);
+                         return met_marks_ != (kDoubtful | kVolatile);
+                       });
+  return false;
 }
 
 Value Calculation::ReadCell(const CellAddress& cell) {
@@ -134,7 +152,17 @@ std::optional<std::u16string> Calculation::FormulaText(const CellAddress& cell) 
   return ShownFormulaText(workbook_.formula_texts[formula.text], formula.origin, cell);
 }
 
-std::optional<CellRange> Calculation::SpillRange(const CellAddress&) { return std::nullopt; }
+std::optional<CellRange> Calculation::SpillRange(const CellAddress& cell) {
+  const CellRange place{cell.row, cell.column, cell.row, cell.column};
+  if (MeetsUncalculated(cell.sheet, place)) throw Uncalculated{};
+  std::optional<CellRange> filled;
+  formulas_.VisitRange(cell.sheet, place, kAnyMarks, [&](std::uint32_t number, FormulaMarks) {
+    const FormulaCell& formula = workbook_.formulas[number];
+    if (formula.is_dynamic && formula.address == cell) filled = formula.array;
+    return false;
+  });
+  return filled;
+}
 
 FormulaPtr Calculation::ParsedName(const DefinedName& name) {
   FormulaPtr& parsed = parsed_names_[&name];

@@ -21,14 +21,22 @@ class Calculation : public EvaluationContext, public HostCells {
   Calculation(Workbook& workbook, Judge& judge, const ExcelBehaviour& behaviour);
 
   ExcelApi& api() { return api_; }
-  /// The formulas that are not calculated yet.
-  FormulaIndex& uncalculated() { return uncalculated_; }
+  /// The workbook's formulas by their numbers in it.
+  FormulaIndex& formulas() { return formulas_; }
 
   /// Evaluates a formula for a cell or for the range of an array formula. Throws FormulaError, and
   /// Uncalculated; `met` then names the first formulas for which it waits.
   Operand Evaluate(const Formula& formula, const CellAddress& origin, const CellAddress& cell,
                    const std::optional<CellRange>& array, bool as_array);
+  /// The cells that a formula in A1 of the first sheet refers to.
+  std::optional<Reference> FindReference(const Formula& formula);
   const std::vector<std::uint32_t>& met() const { return met_; }
+  /// Before cells are read outside of an evaluation.
+  void ForgetMet();
+  /// Which of kDoubtful and kVolatile the cells had that the last evaluation read, and the first
+  /// doubtful formula among them.
+  FormulaMarks met_marks() const { return met_marks_; }
+  std::uint32_t met_doubtful() const { return met_doubtful_; }
 
   /// Begins a recalculation at a date and time (as a serial number). Random numbers depend on the
   /// seed and the cell only, so a formula that is evaluated again meets the same ones.
@@ -56,8 +64,10 @@ class Calculation : public EvaluationContext, public HostCells {
   Workbook& workbook_;
   ExcelApi api_;
   ArgumentBlock block_;
-  FormulaIndex uncalculated_;
+  FormulaIndex formulas_;
   std::vector<std::uint32_t> met_;
+  FormulaMarks met_marks_ = 0;
+  std::uint32_t met_doubtful_ = 0;
   CellAddress cell_;
   std::optional<CallingCells> calling_;
   double now_ = 0.0;

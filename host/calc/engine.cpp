@@ -5,6 +5,7 @@
 
 #include "host/calc/calculation.h"
 #include "host/calc/formula_text.h"
+#include "host/calc/formula_use.h"
 #include "host/calc/recalculation.h"
 #include "host/capi/crash_guard.h"
 #include "platform/clock.h"
@@ -24,6 +25,11 @@ zavrel::Module Load(const std::filesystem::path& file) {
   if (!module)
     throw WorkbookError("the add-in " + Utf8FromPath(file) + " cannot be loaded: " + problem);
   return std::move(*module);
+}
+
+std::u16string_view WithoutEqualsSign(std::u16string_view formula) {
+  if (formula.starts_with(u'=')) formula.remove_prefix(1);
+  return formula;
 }
 
 /// The local date and time as a serial number.
@@ -165,9 +171,23 @@ RecalculationReport Engine::Recalculate() {
   return Recalculation(state_->calculation, state_->judge, state_->options).Run();
 }
 
+std::u16string Engine::NotComputed(std::u16string_view formula) const {
+  return FormulaUses(state_->workbook, state_->api().registry())
+      .OfText(WithoutEqualsSign(formula))
+      .foreign;
+}
+
+std::optional<Reference> Engine::FindReference(std::u16string_view formula) {
+  try {
+    return state_->calculation.FindReference(*ParseFormula(WithoutEqualsSign(formula)));
+  } catch (const FormulaError&) {
+    return std::nullopt;
+  }
+}
+
 Operand Engine::Evaluate(std::u16string_view formula, CellAddress cell) {
   State& state = *state_;
-  if (!formula.empty() && formula.front() == u'=') formula.remove_prefix(1);
+  formula = WithoutEqualsSign(formula);
   if (cell.sheet >= state.workbook.sheets.size())
     throw WorkbookError("the workbook has no sheet for the formula");
   const FormulaPtr parsed = ParseFormula(formula);

@@ -20,10 +20,10 @@ namespace zavhost {
 struct EngineOptions {
   /// The language id in the announcement (9 English, 7 German).
   std::uint32_t language = 9;
-  /// The maximum number of formulas that use the add-in; more cause a WorkbookError.
-  std::size_t formula_limit = 500'000;
-  /// Also recalculate formulas that do not use the add-in.
-  bool every_formula = false;
+  /// The maximum number of formulas; more cause a WorkbookError.
+  std::size_t formula_limit = 5'000'000;
+  /// Report every formula.
+  bool report_every_formula = false;
   /// Called from time to time with (done, total) during recalculation; may be empty.
   std::function<void(std::size_t, std::size_t)> progress;
   /// What NOW gives, as a serial number; without it the local time when the recalculation begins.
@@ -37,22 +37,33 @@ struct EngineOptions {
   std::filesystem::path call_library;
 };
 
-/// One recalculated formula cell (an array formula is one entry).
+/// What became of a formula (an array formula is one entry).
 struct RecalculatedCell {
   CellAddress address;
   std::optional<CellRange> array;
-  std::u16string formula;  // as Excel shows it in this cell, with a leading "="
-  Value before;            // top left, as stored in the file
-  Value after;             // top left; the workbook holds the other cells of an array
-  bool changed = false;    // a cell that had a value now has another one
-  std::string problem;     // why the stored value is kept; empty if the formula was computed
+  std::u16string formula;    // as Excel shows it in this cell, with a leading "="
+  Value before;              // top left, as stored in the file
+  Value after;               // top left; the workbook holds the other cells of an array
+  bool changed = false;      // a cell that had a value now has another one
+  bool is_volatile = false;  // the value depends on the time or on chance
+  std::string problem;       // why the stored value is kept; empty if the formula was computed
+  std::string doubt;         // why the value may be wrong; empty if it can be trusted
 };
 
 struct RecalculationReport {
-  std::vector<RecalculatedCell> cells;  // in the order of Workbook::formulas
-  std::vector<std::string> warnings;    // one line each, starting with the cell
-  std::vector<std::string> errors;  // circular references and formulas that cannot be read; their
-                                    // cells keep the stored values
+  /// In the order of Workbook::formulas: the formulas that use the add-in, those that changed, and
+  /// those with a problem or a doubt; all with EngineOptions::report_every_formula.
+  std::vector<RecalculatedCell> cells;
+  // Numbers of formulas, also of those that are not in `cells`.
+  std::size_t computed = 0;
+  std::size_t changed = 0;            // of the computed: the file had another value
+  std::size_t without_value = 0;      // of the computed: the file had none
+  std::size_t kept = 0;               // with their stored values
+  std::size_t doubtful = 0;           // their values may be wrong
+  std::vector<CellAddress> written;   // cells whose values are not those in the file
+  std::vector<std::string> warnings;  // one line each, starting with the cell
+  std::vector<std::string> errors;    // circular references and formulas that cannot be read; their
+                                      // cells keep the stored values
 };
 
 class Engine {
@@ -78,12 +89,20 @@ class Engine {
   /// Registrations that failed (#VALUE!) and the reasons; one line each.
   const std::vector<std::string>& refused_registrations() const;
 
-  /// Recalculates every formula that calls a registered function or one whose name begins with
-  /// "Zav", directly or through a defined name, or all formulas (EngineOptions::every_formula), and
-  /// stores the results in the workbook's cells. A formula keeps its stored value if it also uses
-  /// something that neither the add-in nor the host computes. Throws WorkbookError beyond the
-  /// limits.
+  /// Recalculates every formula in the order of dependencies and stores the results in the
+  /// workbook's cells. A formula with something that neither the add-in nor the host computes keeps
+  /// its stored value. If it has none, or if a cell that it reads has changed, its value may be
+  /// wrong, and so may every value that depends on it: the report says which. Throws WorkbookError
+  /// beyond the limits.
   RecalculationReport Recalculate();
+
+  /// The cells to which a formula refers (with or without "=", usually a plain reference or a
+  /// name); nothing if it gives a value instead.
+  std::optional<Reference> FindReference(std::u16string_view formula);
+
+  /// What neither the add-in nor the host computes in a formula, as written; empty if there is
+  /// nothing.
+  std::u16string NotComputed(std::u16string_view formula) const;
 
   /// Evaluates one formula (with or without "=") as an array formula in `cell`. Throws
   /// FormulaError.

@@ -8,7 +8,7 @@ FormulaIndex::Column& FormulaIndex::ColumnFor(std::uint32_t sheet, std::int32_t 
   auto column = std::lower_bound(columns.begin(), columns.end(), index,
                                  [](const Column& c, std::int32_t i) { return c.index < i; });
   if (column == columns.end() || column->index != index)
-    column = columns.insert(column, Column{index, {}, 0});
+    column = columns.insert(column, Column{.index = index, .runs = {}});
   return *column;
 }
 
@@ -41,21 +41,30 @@ std::vector<std::uint32_t> FormulaIndex::Finish() {
           return std::binary_search(overlapping.begin(), overlapping.end(), run.formula);
         });
       }
-      column.left = column.runs.size();
+      column.open = column.runs.size();
     }
   }
   return overlapping;
 }
 
-void FormulaIndex::Strike(std::uint32_t formula, std::uint32_t sheet, const CellRange& range) {
+void FormulaIndex::Mark(std::uint32_t formula, std::uint32_t sheet, const CellRange& range,
+                        FormulaMarks marks) {
+  const auto is_open = [](FormulaMarks m) { return (m & kOpen) != 0; };
+  const auto is_noted = [](FormulaMarks m) { return (m & (kDoubtful | kVolatile)) != 0; };
   for (std::int32_t index = range.first_column; index <= range.last_column; ++index) {
     Column& column = ColumnFor(sheet, index);
     const auto run =
         std::lower_bound(column.runs.begin(), column.runs.end(), range.first_row,
                          [](const Run& r, std::int32_t row) { return r.last_row < row; });
-    if (run == column.runs.end() || run->formula != formula || run->struck) continue;
-    run->struck = true;
-    --column.left;
+    if (run == column.runs.end() || run->formula != formula) continue;
+    if (is_open(run->marks)) --column.open;
+    if (is_noted(run->marks)) --column.noted;
+    run->marks = marks;
+    if (is_open(marks)) ++column.open;
+    if (is_noted(marks)) ++column.noted;
+    const std::vector<Run>& runs = column.runs;
+    std::size_t& first = column.first_open;
+    while (first < runs.size() && !is_open(runs[first].marks)) ++first;
   }
 }
 

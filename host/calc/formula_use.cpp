@@ -38,9 +38,15 @@ bool IsForeign(std::u16string_view token) {
   return prefix.find_first_of(u"[:") != std::u16string_view::npos;
 }
 
+bool IsOneOf(std::u16string_view name, std::initializer_list<std::u16string_view> names) {
+  return std::any_of(names.begin(), names.end(),
+                     [name](std::u16string_view other) { return EqualIgnoringCase(name, other); });
+}
+
 bool Merge(const FormulaUse& from, FormulaUse& to) {
   bool changed = false;
   if (from.uses_add_in && !to.uses_add_in) to.uses_add_in = changed = true;
+  if (from.is_volatile && !to.is_volatile) to.is_volatile = changed = true;
   if (!from.foreign.empty() && to.foreign.empty()) {
     to.foreign = from.foreign;
     changed = true;
@@ -60,10 +66,16 @@ FormulaUses::FormulaUses(const Workbook& workbook, const FunctionRegistry& regis
 
 void FormulaUses::LookAtFunction(std::u16string_view token, FormulaUse& use) const {
   const std::u16string_view name = FunctionName(token);
-  const bool is_registered = registry_.Find(name) != FunctionRegistry::npos;
-  if (is_registered || EqualIgnoringCase(name.substr(0, 3), u"Zav")) {
+  const std::size_t registered = registry_.Find(name);
+  if (registered != FunctionRegistry::npos) {
     use.uses_add_in = true;
-  } else if (use.foreign.empty() && !IsBuiltIn(name) && !EqualIgnoringCase(name, u"SINGLE")) {
+    use.is_volatile = use.is_volatile || registry_.entry(registered).type.is_volatile;
+  } else if (EqualIgnoringCase(name.substr(0, 3), u"Zav")) {
+    use.uses_add_in = true;
+  } else if (IsOneOf(name, {u"NOW", u"TODAY", u"RAND", u"RANDBETWEEN", u"RANDARRAY"})) {
+    use.is_volatile = true;
+  } else if (use.foreign.empty() && !IsBuiltIn(name) &&
+             !IsOneOf(name, {u"SINGLE", u"ANCHORARRAY"})) {
     use.foreign = name;
   }
 }
@@ -82,14 +94,9 @@ FormulaUse FormulaUses::Look(std::u16string_view text, std::vector<std::u16strin
         }
         names.push_back(LowerCase(WithoutPrefix(token.text)));
         break;
-      case TokenKind::kStructuredReference:
-        if (use.foreign.empty()) use.foreign = token.text;
-        break;
       case TokenKind::kReference:
+      case TokenKind::kStructuredReference:
         if (use.foreign.empty() && IsForeign(token.text)) use.foreign = token.text;
-        break;
-      case TokenKind::kOperator:
-        if (use.foreign.empty() && token.text == u"#") use.foreign = token.text;  // spilled cells
         break;
       default:
         break;
@@ -119,16 +126,20 @@ void FormulaUses::LookAtNames() {
   }
 }
 
+FormulaUse FormulaUses::OfText(std::u16string_view text) const {
+  std::vector<std::u16string> mentioned;
+  FormulaUse use = Look(text, mentioned);
+  for (const std::u16string& name : mentioned) {
+    const auto found = names_.find(name);
+    if (found != names_.end()) Merge(found->second.use, use);
+  }
+  return use;
+}
+
 const FormulaUse& FormulaUses::Of(std::uint32_t text) {
   if (!known_[text]) {
     known_[text] = true;
-    std::vector<std::u16string> mentioned;
-    FormulaUse use = Look(workbook_.formula_texts[text], mentioned);
-    for (const std::u16string& name : mentioned) {
-      const auto found = names_.find(name);
-      if (found != names_.end()) Merge(found->second.use, use);
-    }
-    uses_[text] = std::move(use);
+    uses_[text] = OfText(workbook_.formula_texts[text]);
   }
   return uses_[text];
 }

@@ -1,5 +1,6 @@
 #pragma once
-// Finds the formulas to recalculate: those that use the add-in, directly or through defined names.
+// What formulas use, directly or through defined names: the add-in, and what the host does not
+// compute.
 
 #include <string>
 #include <unordered_map>
@@ -12,8 +13,10 @@ namespace zavhost {
 
 struct FormulaUse {
   bool uses_add_in = false;
-  /// Something that the host does not compute, as written: a function, a structured or an external
-  /// reference. Empty if there is none.
+  /// Calls a function whose value depends on the time or on chance.
+  bool is_volatile = false;
+  /// Something that the host does not compute, as written: a function, a reference to another
+  /// workbook or through several sheets. Empty if there is none.
   std::u16string foreign;
 };
 
@@ -23,7 +26,10 @@ class FormulaUses {
   /// request.
   FormulaUses(const Workbook& workbook, const FunctionRegistry& registry);
 
+  /// Of a text of the workbook.
   const FormulaUse& Of(std::uint32_t text);
+  /// Of any other text, without its leading "=".
+  FormulaUse OfText(std::u16string_view text) const;
 
  private:
   struct NameUse {

@@ -3,18 +3,25 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
+#include <utility>
 
 #include "host/calc/formula_text.h"
-#include "host/calc/kept_formulas.h"
 
 namespace zavhost {
 namespace {
 
-constexpr std::size_t kWarningLimit = 20;
 constexpr std::size_t kErrorLimit = 1000;
 constexpr std::size_t kCircleCellsNamed = 10;
 constexpr std::int64_t kArrayCellLimit = 8'000'000;
 constexpr std::size_t kProgressStep = 256;
+// How often everything is calculated anew because dynamic arrays fill other cells than before. Each
+// array that depends on another one's shape costs one more; arrays that never settle exist.
+constexpr int kMostPasses = 20;
+
+CellRange RangeFrom(const CellAddress& cell, std::int32_t rows, std::int32_t columns) {
+  return {cell.row, cell.column, cell.row + rows - 1, cell.column + columns - 1};
+}
 
 /// The value of an array formula in a cell of its range: single rows and columns of a result
 /// repeat, and cells beyond the result show #N/A.
@@ -29,6 +36,15 @@ Value ShownInRange(const Operand& result, std::int32_t row, std::int32_t column)
   return array.At(row, column);
 }
 
+/// Whether two numbers differ by no more than the last bits, in which the same function of two
+/// programs may differ.
+bool DifferInLastBitsOnly(const Value& a, const Value& b) {
+  constexpr double kLastBits = 1e-15;
+  const double* x = a.number();
+  const double* y = b.number();
+  return x != nullptr && y != nullptr && std::fabs(*x - *y) <= kLastBits * std::fabs(*x);
+}
+
 }  // namespace
 
 Recalculation::Recalculation(Calculation& calculation, Judge& judge, const EngineOptions& options)
@@ -36,126 +52,97 @@ Recalculation::Recalculation(Calculation& calculation, Judge& judge, const Engin
       workbook_(calculation.cells_workbook()),
       judge_(judge),
       options_(options),
+      uses_(workbook_, calculation.api().registry()),
       parsed_(workbook_.formula_texts.size()) {}
 
 Recalculation::~Recalculation() {
-  calculation_.uncalculated().Clear();
+  calculation_.formulas().Clear();
   judge_.SetPlace({}, {});
 }
 
 RecalculationReport Recalculation::Run() {
   Select();
-  MakeRoom();
+  for (int pass = 1;; ++pass) {
+    BeginPass();
+    for (std::uint32_t entry = 0; entry < entries_.size(); ++entry) {
+      if (CellOf(entry).is_dynamic) CalculateFrom(entry);
+    }
+    if (!respilled_) break;
+    if (pass == kMostPasses)
+      throw WorkbookError("the cells that dynamic array formulas fill change without end");
+  }
   for (std::uint32_t entry = 0; entry < entries_.size(); ++entry) CalculateFrom(entry);
   if (options_.progress) options_.progress(done_, entries_.size());
+  Report();
   return std::move(report_);
 }
 
-CellRange Recalculation::RangeOf(const FormulaCell& formula) const {
-  const CellAddress& cell = formula.address;
-  return formula.array.value_or(CellRange{cell.row, cell.column, cell.row, cell.column});
+CellRange Recalculation::RangeOf(std::uint32_t entry) const {
+  const FormulaCell& formula = CellOf(entry);
+  return formula.array.value_or(RangeFrom(formula.address, 1, 1));
 }
 
 std::string Recalculation::Name(std::uint32_t entry) const {
-  return CellText(workbook_, workbook_.formulas[entries_[entry].formula].address);
+  return CellText(workbook_, CellOf(entry).address);
 }
 
-// The selection of formulas, and the warnings about the others.
+const FormulaPtr& Recalculation::Parsed(std::uint32_t text) {
+  FormulaPtr& parsed = parsed_[text];
+  if (!parsed) parsed = ParseFormula(workbook_.formula_texts[text]);
+  return parsed;
+}
 
 void Recalculation::Select() {
-  FormulaUses uses(workbook_, calculation_.api().registry());
-  FormulaIndex& index = calculation_.uncalculated();
-  KeptFormulas kept(workbook_);
+  if (workbook_.formulas.size() > options_.formula_limit) {
+    throw WorkbookError(fmt::format("the workbook has more than {} formulas to recalculate",
+                                    options_.formula_limit));
+  }
+  entries_.resize(workbook_.formulas.size());
+  for (std::uint32_t i = 0; i < entries_.size(); ++i) {
+    const FormulaCell& formula = CellOf(i);
+    const FormulaUse& use = uses_.Of(formula.text);
+    Entry& entry = entries_[i];
+    entry.uses_add_in = use.uses_add_in;
+    entry.is_volatile = use.is_volatile;
+    entry.is_kept = !use.foreign.empty();
+    entry.before =
+        workbook_.sheets[formula.address.sheet].At(formula.address.row, formula.address.column);
+  }
+}
+
+void Recalculation::BeginPass() {
+  respilled_ = false;
+  done_ = 0;
+  problems_.clear();
+  doubts_.clear();
+  stale_.clear();
+  report_.errors.clear();
+  FormulaIndex& index = calculation_.formulas();
   index.Clear();
   std::int64_t array_cells = 0;
-  for (std::uint32_t i = 0; i < workbook_.formulas.size(); ++i) {
-    const FormulaCell& formula = workbook_.formulas[i];
-    const FormulaUse& use = uses.Of(formula.text);
-    const bool is_wanted = use.uses_add_in || options_.every_formula;
-    if (!is_wanted || !use.foreign.empty()) {
-      if (is_wanted) WarnOfKept(formula, use.foreign);
-      kept.Add(formula);
-      continue;
-    }
-    if (entries_.size() == options_.formula_limit) {
-      throw WorkbookError(fmt::format("the workbook has more than {} formulas to recalculate",
-                                      options_.formula_limit));
-    }
-    const CellRange range = RangeOf(formula);
-    array_cells += static_cast<std::int64_t>(range.rows()) * range.columns();
+  for (std::uint32_t entry = 0; entry < entries_.size(); ++entry) {
+    entries_[entry].state = State::kUncalculated;
+    const CellRange range = RangeOf(entry);
+    array_cells += CellOf(entry).array ? std::int64_t{range.rows()} * range.columns() : 0;
     if (array_cells > kArrayCellLimit)
       throw WorkbookError("the array formulas of the workbook fill more than 8 million cells");
-    index.Add(static_cast<std::uint32_t>(entries_.size()), formula.address.sheet, range);
-    entries_.push_back({i});
+    index.Add(entry, CellOf(entry).address.sheet, range);
   }
-  const std::vector<std::uint32_t> overlapping = index.Finish();
-  kept.Warn(index, kWarningLimit, report_.warnings);
-  report_.cells.reserve(entries_.size());
-  for (const Entry& entry : entries_) {
-    const FormulaCell& formula = workbook_.formulas[entry.formula];
-    const CellAddress& cell = formula.address;
-    const Value& before = workbook_.sheets[cell.sheet].At(cell.row, cell.column);
-    report_.cells.push_back(
-        {cell,
-         formula.array,
-         u"=" + ShownFormulaText(workbook_.formula_texts[formula.text], formula.origin, cell),
-         before,
-         before,
-         false,
-         {}});
-  }
-  for (const std::uint32_t entry : overlapping) {
+  for (const std::uint32_t entry : index.Finish()) {
+    KeepWithProblem(entry, "two formulas fill the same cell");
     entries_[entry].state = State::kDone;
-    KeepStored(entry, "two formulas fill the same cell");
+    ++done_;
   }
-  WarnOfUnreadable();
-}
-
-void Recalculation::KeepStored(std::uint32_t entry, const std::string& problem) {
-  report_.cells[entry].problem = problem;
-  if (report_.errors.size() < kErrorLimit)
-    report_.errors.push_back(Name(entry) + ": " + problem + "; the stored value is kept");
-}
-
-void Recalculation::WarnOfUnreadable() {
-  const std::vector<CellAddress>& cells = workbook_.unreadable_formulas;
-  for (std::size_t i = 0; i < std::min(cells.size(), kWarningLimit); ++i) {
-    report_.warnings.push_back(
-        CellText(workbook_, cells[i]) +
-        " shares a formula that is not in the workbook: its stored value is kept");
-  }
-  if (cells.size() > kWarningLimit) {
-    report_.warnings.push_back(fmt::format(
-        "{} more cells share formulas that are not in the workbook", cells.size() - kWarningLimit));
-  }
-}
-
-void Recalculation::WarnOfKept(const FormulaCell& formula, const std::u16string& foreign) {
-  if (++kept_warnings_ > kWarningLimit) {
-    const std::string more = fmt::format(
-        "{} more formulas use something that this host does not compute: their "
-        "stored values are kept",
-        kept_warnings_ - kWarningLimit);
-    if (kept_warnings_ == kWarningLimit + 1) {
-      report_.warnings.push_back(more);
-    } else {
-      report_.warnings.back() = more;
-    }
-    return;
-  }
-  report_.warnings.push_back(CellText(workbook_, formula.address) + " uses " +
-                             Utf8FromUtf16(foreign) +
-                             ", which this host does not compute: its stored value is kept");
+  MakeRoom();
 }
 
 // Creates all result cells now, column by column. Results arrive in the order of dependencies, and
 // inserting them one by one would move the cells below each time.
 void Recalculation::MakeRoom() {
   std::vector<CellAddress> empty;
-  for (const Entry& entry : entries_) {
-    const FormulaCell& formula = workbook_.formulas[entry.formula];
-    const std::uint32_t sheet = formula.address.sheet;
-    const CellRange range = RangeOf(formula);
+  for (std::uint32_t entry = 0; entry < entries_.size(); ++entry) {
+    const std::uint32_t sheet = CellOf(entry).address.sheet;
+    const CellRange range = RangeOf(entry);
     for (std::int32_t column = range.first_column; column <= range.last_column; ++column) {
       for (std::int32_t row = range.first_row; row <= range.last_row; ++row) {
         if (workbook_.sheets[sheet].At(row, column).IsBlank())
@@ -206,22 +193,37 @@ void Recalculation::CalculateFrom(std::uint32_t entry) {
 }
 
 void Recalculation::Calculate(std::uint32_t entry) {
-  const FormulaCell& formula = workbook_.formulas[entries_[entry].formula];
-  RecalculatedCell& cell = report_.cells[entry];
-  judge_.SetPlace(Name(entry), Utf8FromUtf16(cell.formula));
+  const FormulaCell& formula = CellOf(entry);
+  if (entries_[entry].uses_add_in) {
+    judge_.SetPlace(Name(entry),
+                    "=" + Utf8FromUtf16(ShownFormulaText(workbook_.formula_texts[formula.text],
+                                                         formula.origin, formula.address)));
+  }
   try {
-    const Operand result =
-        calculation_.Evaluate(*Parsed(formula.text), formula.origin, formula.address, formula.array,
-                              formula.array.has_value());
-    cell.changed = Store(formula, result);
-    cell.after = workbook_.sheets[cell.address.sheet].At(cell.address.row, cell.address.column);
-    Finish(entry);
+    if (entries_[entry].is_kept) {
+      Keep(entry);
+      return;
+    }
+    // Excel hands a function in a dynamic array formula its own cell as the caller.
+    const std::optional<CellRange> calling = formula.is_dynamic ? std::nullopt : formula.array;
+    const Operand result = calculation_.Evaluate(
+        *Parsed(formula.text), formula.origin, formula.address, calling, formula.array.has_value());
+    const FormulaMarks met = calculation_.met_marks();
+    if ((met & kDoubtful) != 0) {
+      const auto root = doubts_.find(calculation_.met_doubtful());
+      doubts_[entry] = root == doubts_.end() ? calculation_.met_doubtful() : root->second;
+    }
+    entries_[entry].is_volatile = entries_[entry].is_volatile || (met & kVolatile) != 0;
+    Store(entry, result);
+    Finish(entry, static_cast<FormulaMarks>((met & kDoubtful) |
+                                            (entries_[entry].is_volatile ? kVolatile : 0) |
+                                            (entries_[entry].changed ? kChanged : 0)));
   } catch (const Uncalculated&) {
     entries_[entry].state = State::kWaiting;
     WaitForMet(entry);
   } catch (const FormulaError& error) {
-    KeepStored(entry, error.what());
-    Finish(entry);
+    KeepWithProblem(entry, error.what());
+    Finish(entry, kDoubtful);
   }
 }
 
@@ -236,7 +238,7 @@ void Recalculation::WaitForMet(std::uint32_t entry) {
     }
   }
   for (const std::uint32_t other : met) PutOnTop(other);
-  if (met.empty()) Finish(entry);  // should not happen; the formula would be tried forever
+  if (met.empty()) Finish(entry, 0);  // should not happen; the formula would be tried forever
 }
 
 void Recalculation::ReportCircle(std::uint32_t first) {
@@ -255,38 +257,130 @@ void Recalculation::ReportCircle(std::uint32_t first) {
   line += members.size() > 1 ? "; the stored values are kept" : "; the stored value is kept";
   if (report_.errors.size() < kErrorLimit) report_.errors.push_back(std::move(line));
   for (const std::uint32_t member : members) {
-    report_.cells[member].problem = "circular reference";
-    Finish(member);
+    problems_[member] = "circular reference";
+    Finish(member, kDoubtful);
   }
 }
 
-void Recalculation::Finish(std::uint32_t entry) {
+void Recalculation::Finish(std::uint32_t entry, FormulaMarks marks) {
   entries_[entry].state = State::kDone;
-  const FormulaCell& formula = workbook_.formulas[entries_[entry].formula];
-  calculation_.uncalculated().Strike(entry, formula.address.sheet, RangeOf(formula));
+  calculation_.formulas().Mark(entry, CellOf(entry).address.sheet, RangeOf(entry), marks);
   ++done_;
   if (options_.progress && done_ % kProgressStep == 0) options_.progress(done_, entries_.size());
 }
 
-bool Recalculation::Store(const FormulaCell& formula, const Operand& result) {
-  Sheet& sheet = workbook_.sheets[formula.address.sheet];
-  const CellRange range = RangeOf(formula);
-  bool changed = false;
-  for (std::int32_t column = range.first_column; column <= range.last_column; ++column) {
-    for (std::int32_t row = range.first_row; row <= range.last_row; ++row) {
-      Value value = ShownInRange(result, row - range.first_row, column - range.first_column);
-      const Value& stored = sheet.At(row, column);
-      changed = changed || (!stored.IsBlank() && !(stored == value));
-      sheet.Set(row, column, std::move(value));
+// Results.
+
+void Recalculation::Store(std::uint32_t entry, const Operand& result) {
+  if (CellOf(entry).is_dynamic) {
+    const CellRange range = SpillRangeFor(entry, result);
+    if (range != RangeOf(entry)) Respill(entry, range);
+    const ArrayPtr* array = std::get_if<ArrayPtr>(&result);
+    const bool is_blocked = array != nullptr && range.IsSingleCell() && (*array)->values.size() > 1;
+    if (is_blocked) {
+      SetCell(entry, {range.first_row, range.first_column}, ErrorCode::kSpill);
+      return;
     }
   }
-  return changed;
+  const CellRange range = RangeOf(entry);
+  for (std::int32_t column = range.first_column; column <= range.last_column; ++column) {
+    for (std::int32_t row = range.first_row; row <= range.last_row; ++row)
+      SetCell(entry, {row, column},
+              ShownInRange(result, row - range.first_row, column - range.first_column));
+  }
 }
 
-const FormulaPtr& Recalculation::Parsed(std::uint32_t text) {
-  FormulaPtr& parsed = parsed_[text];
-  if (!parsed) parsed = ParseFormula(workbook_.formula_texts[text]);
-  return parsed;
+void Recalculation::SetCell(std::uint32_t entry, const CellPosition& cell, Value value) {
+  const std::uint32_t number = CellOf(entry).address.sheet;
+  Sheet& sheet = workbook_.sheets[number];
+  const Value& stored = sheet.At(cell.row, cell.column);
+  if (stored == value) return;
+  // A stored result of Excel's own functions stands for the same value. What depends on it then
+  // has the bits that it has in Excel.
+  if (!entries_[entry].uses_add_in && DifferInLastBitsOnly(stored, value)) return;
+  entries_[entry].changed = true;
+  report_.written.push_back({number, cell.row, cell.column});
+  sheet.Set(cell.row, cell.column, std::move(value));
+}
+
+CellRange Recalculation::SpillRangeFor(std::uint32_t entry, const Operand& result) const {
+  const CellAddress& cell = CellOf(entry).address;
+  const ArrayPtr* array = std::get_if<ArrayPtr>(&result);
+  const CellRange alone = RangeFrom(cell, 1, 1);
+  if (array == nullptr) return alone;
+  const std::int32_t rows = (*array)->rows;
+  const std::int32_t columns = (*array)->columns;
+  if (rows > kSheetRows - cell.row || columns > kSheetColumns - cell.column) return alone;
+  const CellRange wanted = RangeFrom(cell, rows, columns);
+  bool is_free = true;
+  calculation_.formulas().VisitRange(cell.sheet, wanted, kAnyMarks,
+                                     [&](std::uint32_t other, FormulaMarks) {
+                                       is_free = other == entry;
+                                       return is_free;
+                                     });
+  const CellRange now = RangeOf(entry);
+  const Sheet& sheet = workbook_.sheets[cell.sheet];
+  for (std::int32_t column = wanted.first_column; column <= wanted.last_column && is_free;
+       ++column) {
+    const Sheet::Column& cells = sheet.column(column);
+    auto other =
+        std::lower_bound(cells.begin(), cells.end(), wanted.first_row,
+                         [](const Sheet::Entry& held, std::int32_t row) { return held.row < row; });
+    for (; other != cells.end() && other->row <= wanted.last_row && is_free; ++other)
+      is_free = other->value.IsBlank() || now.Contains(other->row, column);
+  }
+  return is_free ? wanted : alone;
+}
+
+void Recalculation::Respill(std::uint32_t entry, const CellRange& range) {
+  respilled_ = true;
+  FormulaCell& formula = workbook_.formulas[entry];
+  const CellRange before = RangeOf(entry);
+  for (std::int32_t column = before.first_column; column <= before.last_column; ++column) {
+    for (std::int32_t row = before.first_row; row <= before.last_row; ++row) {
+      if (!range.Contains(row, column)) SetCell(entry, {row, column}, Value());
+    }
+  }
+  // The formula itself is written anew, with its range.
+  report_.written.push_back(formula.address);
+  formula.array = range;
+  workbook_.sheets[formula.address.sheet].Cover(range);
+}
+
+// Formulas that keep their stored values.
+
+void Recalculation::Keep(std::uint32_t entry) {
+  const FormulaCell& formula = CellOf(entry);
+  bool is_doubtful = entries_[entry].before.IsBlank();
+  std::vector<Reference> references;
+  try {
+    references = ReferencesOf(*Parsed(formula.text), formula.origin, formula.address, workbook_);
+  } catch (const FormulaError&) {  // it uses more than the host can read
+  }
+  calculation_.ForgetMet();
+  bool must_wait = false;
+  for (const Reference& reference : references) {
+    for (const CellRange& area : reference.areas)
+      must_wait = calculation_.MeetsUncalculated(reference.sheet, area) || must_wait;
+  }
+  if (must_wait) throw Uncalculated{};
+  for (const Reference& reference : references) {
+    for (const CellRange& area : reference.areas) {
+      calculation_.formulas().VisitRange(reference.sheet, area, kChanged | kDoubtful,
+                                         [&](std::uint32_t other, FormulaMarks) {
+                                           stale_.emplace(entry, other);
+                                           is_doubtful = true;
+                                           return false;
+                                         });
+    }
+  }
+  Finish(entry, is_doubtful ? kDoubtful : 0);
+}
+
+void Recalculation::KeepWithProblem(std::uint32_t entry, const std::string& problem) {
+  problems_[entry] = problem;
+  if (report_.errors.size() < kErrorLimit)
+    report_.errors.push_back(Name(entry) + ": " + problem + "; the stored value is kept");
 }
 
 }  // namespace zavhost

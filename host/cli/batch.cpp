@@ -64,10 +64,12 @@ std::vector<BatchItem> BatchItems(const CommandLine& line) {
   std::map<fs::path, fs::path> workbook_of;  // by output
   const auto add = [&](const fs::path& workbook, const fs::path& name) {
     BatchItem item{workbook, line.output_folder.empty() ? line.output : line.output_folder / name};
+    if (line.in_place) item.output = workbook;
     if (!item.output.empty()) {
       const fs::path output = Resolved(item.output);
-      if (output == Resolved(workbook) && line.output.empty())
-        throw WorkbookError(PrintablePath(workbook) + ": the output would replace the workbook");
+      if (output == Resolved(workbook) && !line.in_place)
+        throw WorkbookError(PrintablePath(workbook) +
+                            ": the output would replace the workbook; --in-place does that");
       const auto [other, is_new] = workbook_of.emplace(output, workbook);
       if (!is_new) {
         throw WorkbookError(PrintablePath(workbook) + ": the output would be that of " +
@@ -110,8 +112,8 @@ struct ExitStatus {
 constexpr std::array kStatuses{
     ExitStatus{kExitCrash, "crashed"},        ExitStatus{kExitViolation, "broke a rule"},
     ExitStatus{kExitTimeout, "out of time"},  ExitStatus{kExitError, "failed"},
-    ExitStatus{kExitWorkbook, "with errors"}, ExitStatus{kExitDifferences, "differs"},
-    ExitStatus{kExitSuccess, "done"}};
+    ExitStatus{kExitWorkbook, "with errors"}, ExitStatus{kExitDoubtful, "in doubt"},
+    ExitStatus{kExitDifferences, "differs"},  ExitStatus{kExitSuccess, "done"}};
 
 const ExitStatus* StatusOf(int exit_code) {
   const auto found = std::ranges::find(kStatuses, exit_code, &ExitStatus::code);

@@ -39,7 +39,7 @@ struct BatchOutcome {
 /// "done", "failed", ... for an exit code.
 const char* StatusWord(int exit_code);
 /// The worse of two exit codes: a crash, a broken rule, no time, a file that cannot be used, a
-/// workbook's own errors, differences.
+/// workbook's own errors, values in doubt, differences.
 int WorseExitCode(int one, int other);
 
 /// Runs the command for every workbook, reports, and returns the worst exit code.

@@ -120,11 +120,14 @@ class Task {
     const auto add = [&](const char* option, const std::string& value) {
       arguments.insert(arguments.end(), {option, value});
     };
-    if (line.every_formula) arguments.push_back("--all");
+    if (line.show_every_formula) arguments.push_back("--all");
+    if (line.in_place) arguments.push_back("--in-place");
+    if (line.values_only) arguments.push_back("--values-only");
     if (!line.add_in.empty()) add("--add-in", Utf8FromPath(line.add_in));
     if (line.memory_megabytes > 0) add("--memory", std::to_string(line.memory_megabytes));
     if (line.command == Command::kCheck) add("--digits", std::to_string(line.digits));
-    if (!outcome_.item.output.empty()) add("-o", Utf8FromPath(outcome_.item.output));
+    if (!outcome_.item.output.empty() && !line.in_place)
+      add("-o", Utf8FromPath(outcome_.item.output));
     // Behind this a name may begin with a minus.
     add("--", Utf8FromPath(outcome_.item.workbook));
     return arguments;
@@ -134,11 +137,8 @@ class Task {
   void Explain() {
     const int code = outcome_.exit_code;
     if (code == kExitDifferences) return;
-    if (code == kExitWorkbook) {
-      const auto errors = outcome_.result.find("errors");
-      if (errors == outcome_.result.end() || errors->empty()) return;
-      outcome_.message = errors->front().get<std::string>();
-      if (errors->size() > 1) outcome_.message += fmt::format(" (and {} more)", errors->size() - 1);
+    if (code == kExitWorkbook || code == kExitDoubtful) {
+      ExplainBy(code == kExitWorkbook ? "errors" : "warnings");
       return;
     }
     outcome_.message = LastLine(ContentOf(errors_));
@@ -149,6 +149,14 @@ class Task {
       outcome_.message = code > 128 ? fmt::format("its process was ended by signal {}", code - 128)
                                     : fmt::format("its process ended with code {}", code);
     }
+  }
+
+  /// By the first of the lines that it reported.
+  void ExplainBy(const char* kind) {
+    const auto lines = outcome_.result.find(kind);
+    if (lines == outcome_.result.end() || lines->empty()) return;
+    outcome_.message = lines->front().get<std::string>();
+    if (lines->size() > 1) outcome_.message += fmt::format(" (and {} more)", lines->size() - 1);
   }
 
   /// Deletes the unfinished file of a process that was ended while it wrote.

@@ -40,10 +40,10 @@ int CheckWorkbook(const CommandLine& line) {
   const RecalculationReport report = engine->Recalculate();
   const int judged = FinishEngine(*engine);
   nlohmann::ordered_json result;
-  result["formulas"] = report.cells.size();
+  result["formulas"] = report.computed;
   auto differences = nlohmann::ordered_json::array();
   for (const RecalculatedCell& formula : report.cells) {
-    if (!formula.problem.empty()) continue;
+    if (!formula.problem.empty() || formula.is_volatile) continue;
     for (const CellAddress& cell : CellsOf(formula)) {
       const Value& before = stored.sheets[cell.sheet].At(cell.row, cell.column);
       const Value& after = engine->workbook().sheets[cell.sheet].At(cell.row, cell.column);
@@ -56,6 +56,7 @@ int CheckWorkbook(const CommandLine& line) {
   result["warnings"] = report.warnings;
   result["errors"] = report.errors;
   if (!report.errors.empty()) code = WorseExitCode(code, kExitWorkbook);
+  if (report.doubtful > 0) code = WorseExitCode(code, kExitDoubtful);
   std::cout << JsonText(result, JsonLayout::kOneLine) << std::endl;
   return WorseExitCode(code, judged);
 }

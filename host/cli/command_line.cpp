@@ -18,7 +18,9 @@ constexpr const char* kFooter =
     "  " ZAVHOST_NAME
     " run sales.xlsx -o sales-new.xlsx   also write a workbook with the new values\n"
     "  " ZAVHOST_NAME
-    " run sales.xlsx --json              the same for a program to read\n"
+    " run sales.xlsx --in-place          the same, in the workbook itself\n"
+    "  " ZAVHOST_NAME
+    " run sales.xlsx --json              for a program to read\n"
     "  " ZAVHOST_NAME
     " run reports --output-folder new    every workbook of a folder\n"
     "  " ZAVHOST_NAME
@@ -36,7 +38,8 @@ constexpr const char* kFooter =
     "Exit codes: 0 success; 1 a file, a formula or the add-in cannot be used, or the doctor found\n"
     "a problem; 2 the add-in broke a rule of the Excel C API; 3 it crashed; 4 circular references\n"
     "or formulas that cannot be read; 5 a stored value is not the computed one; 6 a workbook took\n"
-    "longer than its time; 64 an error in the command line. Of several workbooks the worst counts.";
+    "longer than its time; 7 values may be wrong, since they depend on what this program does not\n"
+    "compute; 64 an error in the command line. Of several workbooks the worst counts.";
 
 struct Texts {
   std::vector<std::string> workbooks;
@@ -58,11 +61,9 @@ void AddWorkbookOptions(CLI::App& command, CommandLine& line, Texts& texts) {
   command.add_option("workbooks", texts.workbooks, "Workbooks, or folders with workbooks")
       ->type_name("BOOK.xlsx")
       ->required();
-  command.add_flag("--all", line.every_formula,
-                   "Recalculate formulas that do not call the add-in, too");
-  command
-      .add_option("--max-formulas", line.formula_limit,
-                  "Refuse a workbook with more formulas to recalculate")
+  command.add_flag("--all", line.show_every_formula,
+                   "Show every formula, also those that neither call the add-in nor changed");
+  command.add_option("--max-formulas", line.formula_limit, "Refuse a workbook with more formulas")
       ->check(CLI::Range(std::size_t{1}, std::size_t{100'000'000}))
       ->capture_default_str();
   command
@@ -100,7 +101,7 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
   CLI::App app{
       "Recalculates Excel workbooks that use the Zavrel statistics functions, without Excel: loads "
       "the\n"
-      "add-in as Excel does, computes every formula that calls it, and reports the results.",
+      "add-in as Excel does, computes every formula, and reports the results.",
       ZAVHOST_NAME};
   app.require_subcommand(1);
   app.set_version_flag("--version", ZAVHOST_VERSION);
@@ -117,6 +118,11 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
                                         "Write every workbook with its new values to this folder")
                             ->type_name("FOLDER")
                             ->excludes(output);
+  run->add_flag("--in-place", line.in_place, "Write the new values into the workbook itself")
+      ->excludes(output)
+      ->excludes(output_folder);
+  run->add_flag("--values-only", line.values_only,
+                "Write values in place of the formulas, for programs that compute nothing");
   run->add_flag("--resume", line.resume,
                 "Leave out workbooks whose output is there and newer than they are")
       ->needs(output_folder);
@@ -143,11 +149,12 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
   AddCommonOptions(*eval, line, texts);
 
   CLI::App* functions =
-      app.add_subcommand("functions", "List the add-in's functions with their help");
+      app.add_subcommand("functions",
+                         "List the add-in's functions with their help, also those that the "
+                         "function wizard hides");
   functions->add_option("names", line.names,
                         "Show only these functions, with the help for every argument");
-  functions->add_flag("--hidden", line.hidden,
-                      "Also list functions that the function wizard does not show");
+  functions->add_flag("--hidden")->group("");  // listed anyway; scripts may still ask for them
   AddFormOptions(*functions, json, csv);
   AddCommonOptions(*functions, line, texts);
 

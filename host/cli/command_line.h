@@ -20,6 +20,7 @@ inline constexpr int kExitCrash = 3;        // the add-in crashed (kCrashExitCod
 inline constexpr int kExitWorkbook = 4;     // circular references or formulas that cannot be read
 inline constexpr int kExitDifferences = 5;  // stored values that are not the computed ones
 inline constexpr int kExitTimeout = 6;      // a workbook took longer than it was given
+inline constexpr int kExitDoubtful = 7;     // values that may be wrong, for what is not computed
 inline constexpr int kExitUsage = 64;
 
 struct CommandLine {
@@ -29,8 +30,8 @@ struct CommandLine {
   std::string language = "en";
   // run, check
   std::vector<std::filesystem::path> workbooks;  // or folders with workbooks
-  std::size_t formula_limit = 500'000;
-  bool every_formula = false;
+  std::size_t formula_limit = 5'000'000;
+  bool show_every_formula = false;
   unsigned jobs = 0;             // how many at once; 0: one for each processor
   unsigned timeout_seconds = 0;  // for each workbook; 0: no limit
   unsigned memory_megabytes = 0;
@@ -39,6 +40,8 @@ struct CommandLine {
   std::filesystem::path output;
   std::filesystem::path output_folder;
   bool resume = false;
+  bool in_place = false;
+  bool values_only = false;
   // check
   int digits = 12;
   // eval
@@ -46,7 +49,6 @@ struct CommandLine {
   std::filesystem::path data;
   // functions
   std::vector<std::string> names;
-  bool hidden = false;
 };
 
 /// Reads the arguments (UTF-8, without the program's name). If there is nothing else to do (for a

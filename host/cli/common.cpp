@@ -75,7 +75,7 @@ std::unique_ptr<Engine> StartEngine(const CommandLine& line, Workbook workbook) 
   EngineOptions options;
   options.language = LanguageId(line.language);
   options.formula_limit = line.formula_limit;
-  options.every_formula = line.every_formula;
+  options.report_every_formula = line.show_every_formula;
   options.progress = ProgressToTerminal();
   auto engine = std::make_unique<Engine>(std::move(workbook), std::move(options));
   engine->LoadAddIn(line.add_in.empty() ? ProgramFolder() / ZAVHOST_ADD_IN : line.add_in);

@@ -119,14 +119,20 @@ void PrintLines(const Array& array, OutputForm form) {
 
 int EvalCommand(const CommandLine& line) {
   std::unique_ptr<Engine> engine = StartEngine(line, WorkbookFor(line));
-  const Array result = AsArray(engine->Evaluate(Utf16FromUtf8(line.formula), kFormulaCell));
+  const std::u16string formula = Utf16FromUtf8(line.formula);
+  const Array result = AsArray(engine->Evaluate(formula, kFormulaCell));
+  const std::u16string not_computed = engine->NotComputed(formula);
   if (line.form == OutputForm::kJson) {
     PrintJson(result);
   } else {
     PrintLines(result, line.form);
   }
   std::cout.flush();
-  return FinishEngine(*engine);
+  const int judged = FinishEngine(*engine);
+  if (not_computed.empty()) return judged;
+  std::cerr << "warning: the formula uses " << PrintableUtf8(not_computed)
+            << ", which neither the add-in nor this program computes\n";
+  return judged == kExitSuccess ? kExitDoubtful : judged;
 }
 
 }  // namespace zavhost

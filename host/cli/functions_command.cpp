@@ -17,13 +17,13 @@ RegisteredFunction WithoutTrailingBlanks(RegisteredFunction function) {
   return function;
 }
 
+bool HiddenInWizard(const RegisteredFunction& function) { return function.macro_type == 0; }
+
 std::vector<RegisteredFunction> Selected(const CommandLine& line, const Engine& engine) {
   std::vector<RegisteredFunction> selected;
   if (line.names.empty()) {
-    for (const RegisteredFunction& function : engine.functions()) {
-      if (function.macro_type != 0 || line.hidden)
-        selected.push_back(WithoutTrailingBlanks(function));
-    }
+    for (const RegisteredFunction& function : engine.functions())
+      selected.push_back(WithoutTrailingBlanks(function));
     std::stable_sort(selected.begin(), selected.end(), [](const auto& a, const auto& b) {
       return std::tie(a.category, a.name) < std::tie(b.category, b.name);
     });
@@ -62,7 +62,9 @@ std::vector<std::string> ArgumentNames(const RegisteredFunction& function) {
 }
 
 void PrintDetails(const RegisteredFunction& function) {
-  std::cout << '\n' << Signature(function) << "\n  " << Utf8FromUtf16(function.category) << "\n\n";
+  std::cout << '\n'
+            << Signature(function) << "\n  " << Utf8FromUtf16(function.category)
+            << (HiddenInWizard(function) ? ", hidden in the function wizard" : "") << "\n\n";
   for (const std::string& text : WrapWords(Utf8FromUtf16(function.function_help), kWidth - 2))
     std::cout << "  " << text << '\n';
   const std::vector<std::string> names = ArgumentNames(function);
@@ -89,13 +91,16 @@ void PrintList(const std::vector<RegisteredFunction>& functions) {
       category = function.category;
       std::cout << '\n' << Utf8FromUtf16(category) << '\n';
     }
-    std::cout << "\n  " << Signature(function) << (function.macro_type == 0 ? "  [hidden]" : "")
-              << '\n';
+    std::cout << "\n  " << Signature(function)
+              << (HiddenInWizard(function) ? "  [hidden in the wizard]" : "") << '\n';
     for (const std::string& text : WrapWords(Utf8FromUtf16(function.function_help), kWidth - 6)) {
       std::cout << "      " << text << '\n';
     }
   }
-  std::cout << '\n' << functions.size() << " functions\n";
+  std::cout << '\n'
+            << functions.size() << " functions, "
+            << std::count_if(functions.begin(), functions.end(), HiddenInWizard)
+            << " of them hidden in the function wizard\n";
 }
 
 void PrintJson(const std::vector<RegisteredFunction>& functions) {
@@ -109,7 +114,7 @@ void PrintJson(const std::vector<RegisteredFunction>& functions) {
     entry["argument_helps"] = nlohmann::ordered_json::array();
     for (const auto& help : function.argument_helps)
       entry["argument_helps"].push_back(Utf8FromUtf16(help));
-    entry["hidden"] = function.macro_type == 0;
+    entry["hidden"] = HiddenInWizard(function);
     entry["export"] = Utf8FromUtf16(function.procedure);
     entry["types"] = Utf8FromUtf16(function.type_text);
     entry["help_topic"] = Utf8FromUtf16(function.help_topic);
@@ -119,12 +124,13 @@ void PrintJson(const std::vector<RegisteredFunction>& functions) {
 }
 
 void PrintCsv(const std::vector<RegisteredFunction>& functions) {
-  std::cout << "name,arguments,category,help\n";
+  std::cout << "name,arguments,category,help,hidden\n";
   for (const RegisteredFunction& function : functions) {
     std::cout << CsvField(Utf8FromUtf16(function.name)) << ','
               << CsvField(Utf8FromUtf16(function.argument_text)) << ','
               << CsvField(Utf8FromUtf16(function.category)) << ','
-              << CsvField(Utf8FromUtf16(function.function_help)) << '\n';
+              << CsvField(Utf8FromUtf16(function.function_help)) << ','
+              << (HiddenInWizard(function) ? "TRUE" : "FALSE") << '\n';
   }
 }
 

@@ -8,15 +8,23 @@
 namespace zavhost {
 namespace {
 
-/// The cells with new values; cells that keep their stored value are not touched.
-std::vector<CellAddress> ComputedCells(const RecalculationReport& report) {
-  std::vector<CellAddress> cells;
-  for (const RecalculatedCell& cell : report.cells) {
-    if (!cell.problem.empty()) continue;
-    const std::vector<CellAddress> own = CellsOf(cell);
-    cells.insert(cells.end(), own.begin(), own.end());
+/// Whoever names the workbook as its own output may not know that it would be replaced.
+void RefuseOwnInput(const CommandLine& line) {
+  std::error_code ignored;
+  if (!line.in_place && std::filesystem::equivalent(line.workbooks.at(0), line.output, ignored)) {
+    throw WorkbookError(PrintablePath(line.output) +
+                        ": the output would replace the workbook; --in-place does that");
   }
-  return cells;
+}
+
+void Write(const CommandLine& line, Engine& engine, const RecalculationReport& report) {
+  XlsxChanges changes;
+  changes.cells = report.written;
+  changes.values_only = line.values_only;
+  changes.find_reference = [&engine](std::u16string_view text) {
+    return engine.FindReference(text);
+  };
+  WriteXlsx(line.workbooks.at(0), OutputOf(line), engine.workbook(), changes);
 }
 
 }  // namespace
@@ -24,13 +32,14 @@ std::vector<CellAddress> ComputedCells(const RecalculationReport& report) {
 int RunCommand(const CommandLine& line) {
   if (IsBatch(line)) return BatchCommand(line);
   const std::filesystem::path& workbook = line.workbooks.at(0);
+  RefuseOwnInput(line);
   std::unique_ptr<Engine> engine = StartEngine(line, ReadXlsx(workbook));
   const RecalculationReport report = engine->Recalculate();
   const int judged = FinishEngine(*engine);
 
   // If the add-in broke the rules, the workbook cannot be trusted and is not written.
-  const bool write = !line.output.empty() && judged == kExitSuccess;
-  if (write) WriteXlsx(workbook, line.output, engine->workbook(), ComputedCells(report));
+  const bool write = !OutputOf(line).empty() && judged == kExitSuccess;
+  if (write) Write(line, *engine, report);
 
   if (line.part_of_batch) {
     std::cout << BatchLine(report, write) << std::flush;
@@ -41,7 +50,8 @@ int RunCommand(const CommandLine& line) {
     for (const std::string& error : report.errors) std::cerr << "error: " << error << '\n';
   }
   if (judged != kExitSuccess) return judged;
-  return report.errors.empty() ? kExitSuccess : kExitWorkbook;
+  if (!report.errors.empty()) return kExitWorkbook;
+  return report.doubtful > 0 ? kExitDoubtful : kExitSuccess;
 }
 
 }  // namespace zavhost

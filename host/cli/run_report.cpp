@@ -48,37 +48,24 @@ std::string RowLabel(const Workbook& workbook, const std::set<CellAddress>& form
 }
 
 std::string Remark(const RecalculatedCell& cell) {
-  if (!cell.problem.empty()) return "kept: " + cell.problem;
-  if (!cell.changed) return "";
-  return cell.before == cell.after ? "changed" : "was " + DisplayText(cell.before);
-}
-
-struct Counts {
-  std::size_t computed = 0, changed = 0, without_value = 0, kept = 0;
-};
-
-Counts CountsOf(const RecalculationReport& report) {
-  Counts counts;
-  for (const RecalculatedCell& cell : report.cells) {
-    if (!cell.problem.empty()) {
-      ++counts.kept;
-      continue;
-    }
-    ++counts.computed;
-    counts.changed += cell.changed ? 1u : 0u;
-    counts.without_value += cell.before.IsBlank() ? 1u : 0u;
+  std::string remark;
+  if (!cell.problem.empty()) {
+    remark = "kept: " + cell.problem;
+  } else if (cell.changed) {
+    remark = cell.before == cell.after ? "changed" : "was " + DisplayText(cell.before);
   }
-  return counts;
+  if (cell.doubt.empty()) return remark;
+  return (remark.empty() ? "may be wrong: " : remark + "; may be wrong: ") + cell.doubt;
 }
 
 /// "91 formulas recalculated, 3 changed since the workbook was saved, 2 had no stored value".
 std::string Summary(const RecalculationReport& report) {
-  const Counts counts = CountsOf(report);
   std::string text = fmt::format("{} recalculated, {} changed since the workbook was saved",
-                                 Plural(counts.computed, "formula"), counts.changed);
-  if (counts.without_value > 0)
-    text += fmt::format(", {} had no stored value", counts.without_value);
-  if (counts.kept > 0) text += fmt::format(", {} kept", counts.kept);
+                                 Plural(report.computed, "formula"), report.changed);
+  if (report.without_value > 0)
+    text += fmt::format(", {} had no stored value", report.without_value);
+  if (report.kept > 0) text += fmt::format(", {} kept", report.kept);
+  if (report.doubtful > 0) text += fmt::format(", {} may be wrong", report.doubtful);
   return text;
 }
 
@@ -137,7 +124,7 @@ std::string JsonForm(const CommandLine& line, Engine& engine, const Recalculatio
   nlohmann::ordered_json root;
   const Workbook& workbook = engine.workbook();
   root["workbook"] = Utf8FromUtf16(workbook.file_name);
-  if (written) root["output"] = Utf8FromPath(line.output);
+  if (written) root["output"] = Utf8FromPath(OutputOf(line));
   root["cells"] = nlohmann::ordered_json::array();
   for (const RecalculatedCell& cell : report.cells) {
     nlohmann::ordered_json entry;
@@ -149,8 +136,10 @@ std::string JsonForm(const CommandLine& line, Engine& engine, const Recalculatio
     entry["before"] = ToJson(cell.before);
     entry["changed"] = cell.changed;
     if (!cell.problem.empty()) entry["problem"] = cell.problem;
+    if (!cell.doubt.empty()) entry["doubt"] = cell.doubt;
     root["cells"].push_back(std::move(entry));
   }
+  root["doubtful"] = report.doubtful;
   root["warnings"] = report.warnings;
   root["errors"] = report.errors;
   root["violations"] = nlohmann::ordered_json::array();
@@ -161,6 +150,10 @@ std::string JsonForm(const CommandLine& line, Engine& engine, const Recalculatio
 }
 
 }  // namespace
+
+const std::filesystem::path& OutputOf(const CommandLine& line) {
+  return line.in_place ? line.workbooks.at(0) : line.output;
+}
 
 std::vector<CellAddress> CellsOf(const RecalculatedCell& cell) {
   if (!cell.array) return {cell.address};
@@ -175,10 +168,13 @@ std::vector<CellAddress> CellsOf(const RecalculatedCell& cell) {
 }
 
 std::string BatchLine(const RecalculationReport& report, bool written) {
-  const Counts counts = CountsOf(report);
-  nlohmann::ordered_json root{{"formulas", counts.computed},           {"changed", counts.changed},
-                              {"without_value", counts.without_value}, {"kept", counts.kept},
-                              {"warnings", report.warnings},           {"errors", report.errors}};
+  nlohmann::ordered_json root{{"formulas", report.computed},
+                              {"changed", report.changed},
+                              {"without_value", report.without_value},
+                              {"kept", report.kept},
+                              {"doubtful", report.doubtful},
+                              {"warnings", report.warnings},
+                              {"errors", report.errors}};
   if (written) root["written"] = true;
   return JsonText(root, JsonLayout::kOneLine) + "\n";
 }
@@ -194,7 +190,7 @@ std::string RunReport(const CommandLine& line, Engine& engine, const Recalculati
       break;
   }
   std::string text = TableForm(engine.workbook(), report) + Summary(report);
-  if (written) text += "; written to " + PrintablePath(line.output);
+  if (written) text += "; written to " + PrintablePath(OutputOf(line));
   return text + ".\n";
 }
 

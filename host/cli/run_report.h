@@ -16,6 +16,9 @@ std::string RunReport(const CommandLine& line, Engine& engine, const Recalculati
 /// The report of a workbook in a batch: counts, warnings and errors as JSON in one line.
 std::string BatchLine(const RecalculationReport& report, bool written);
 
+/// The workbook that the command writes; empty if it writes none.
+const std::filesystem::path& OutputOf(const CommandLine& line);
+
 /// The cells of a formula: one, or those of an array formula's range, row by row.
 std::vector<CellAddress> CellsOf(const RecalculatedCell& cell);
 

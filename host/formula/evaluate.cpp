@@ -265,4 +265,10 @@ Operand EvaluateFormula(const Formula& formula, const CellAddress& origin, bool 
   return WithoutBlanks(Dereference(result, as_array, context));
 }
 
+std::optional<Reference> EvaluateReference(const Formula& formula, EvaluationContext& context) {
+  const Operand result = Evaluator(context).Evaluate(formula.expression(), Shift{}, true);
+  const Reference* reference = std::get_if<Reference>(&result);
+  return reference != nullptr ? std::optional(*reference) : std::nullopt;
+}
+
 }  // namespace zavhost

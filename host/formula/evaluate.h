@@ -100,6 +100,10 @@ class EvaluationContext {
 std::vector<Reference> ReferencesOf(const Formula& formula, const CellAddress& origin,
                                     const CellAddress& caller, const Workbook& workbook);
 
+/// The reference that a formula gives, with its text written for `context.caller()`; nothing if it
+/// gives a value. Throws FormulaError.
+std::optional<Reference> EvaluateReference(const Formula& formula, EvaluationContext& context);
+
 /// Evaluates for `context.caller()`; the text was written for `origin`. In a normal cell, a range
 /// in place of a single value gives its implicit intersection; with `as_array`, it is an array. A
 /// resulting reference is dereferenced, so the operand is a Value or an ArrayPtr, and a blank cell

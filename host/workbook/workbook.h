@@ -91,6 +91,8 @@ struct FormulaCell {
   CellAddress origin;      // the cell for which the text was written
   /// The range of an array formula, often a single cell; `address` is its top left.
   std::optional<CellRange> array;
+  /// A dynamic array formula: the range takes the shape of its result.
+  bool is_dynamic = false;
 };
 
 struct DefinedName {

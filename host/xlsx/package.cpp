@@ -12,12 +12,6 @@
 namespace zavhost {
 namespace {
 
-struct Relationship {
-  std::string type;  // the last component of its type: "worksheet"
-  std::string part;  // empty if it leads outside the package
-};
-using Relationships = std::unordered_map<std::string, Relationship>;  // by id
-
 std::string_view Folder(std::string_view part) { return part.substr(0, part.rfind('/') + 1); }
 
 /// The part that a target names, relative to the folder of the part with the relationship.
@@ -43,30 +37,6 @@ std::string ResolveTarget(std::string_view folder, std::string_view target) {
   add(folder);
   add(target);
   return fmt::format("{}", fmt::join(components, "/"));
-}
-
-/// The relationships of a part ("" for the package).
-Relationships ReadRelationships(ZipArchive& archive, std::string_view of_part) {
-  const std::string_view folder = Folder(of_part);
-  const std::string part = fmt::format("{}_rels/{}.rels", folder, of_part.substr(folder.size()));
-  const DecodedXml xml = ReadXmlPart(archive, part);
-  Relationships relationships;
-  try {
-    XmlReader reader(xml.text);
-    while (true) {
-      const XmlReader::Event event = reader.Next();
-      if (event == XmlReader::Event::kDone) return relationships;
-      if (event != XmlReader::Event::kStart || reader.name() != "Relationship") continue;
-      const std::string type = reader.Attribute("Type").value_or("");
-      Relationship relationship{type.substr(type.rfind('/') + 1), {}};
-      if (reader.Attribute("TargetMode") != "External") {
-        relationship.part = ResolveTarget(folder, reader.Attribute("Target").value_or(""));
-      }
-      relationships.emplace(reader.Attribute("Id").value_or(""), std::move(relationship));
-    }
-  } catch (const XmlError& error) {
-    throw DamagedPart(part, error);
-  }
 }
 
 std::string FindWorkbookPart(ZipArchive& archive) {
@@ -104,9 +74,10 @@ class WorkbookPartReader {
     if (parts_.sheets.empty()) throw WorkbookError("the workbook has no sheets");
     CheckNames();
     for (const auto& [id, relationship] : relationships_) {
-      if (relationship.type == "sharedStrings" && !relationship.part.empty()) {
-        parts_.shared_strings = relationship.part;
-      }
+      if (relationship.part.empty()) continue;
+      if (relationship.type == "sharedStrings") parts_.shared_strings = relationship.part;
+      if (relationship.type == "sheetMetadata") parts_.metadata = relationship.part;
+      if (relationship.type == "calcChain") parts_.calculation_chain = relationship.part;
     }
     return std::move(parts_);
   }
@@ -192,11 +163,61 @@ WorkbookError DamagedPart(std::string_view part, const XmlError& error) {
   return WorkbookError(fmt::format("part '{}' is damaged: {}", Printable(part), error.what()));
 }
 
+std::string RelationshipsPart(std::string_view of_part) {
+  const std::string_view folder = Folder(of_part);
+  return fmt::format("{}_rels/{}.rels", folder, of_part.substr(folder.size()));
+}
+
+Relationships ReadRelationships(ZipArchive& archive, std::string_view of_part) {
+  const std::string part = RelationshipsPart(of_part);
+  Relationships relationships;
+  if (!archive.Has(part)) return relationships;
+  const DecodedXml xml = ReadXmlPart(archive, part);
+  try {
+    XmlReader reader(xml.text);
+    while (true) {
+      const XmlReader::Event event = reader.Next();
+      if (event == XmlReader::Event::kDone) return relationships;
+      if (event != XmlReader::Event::kStart || reader.name() != "Relationship") continue;
+      const std::string type = reader.Attribute("Type").value_or("");
+      Relationship relationship{type.substr(type.rfind('/') + 1), {}};
+      if (reader.Attribute("TargetMode") != "External") {
+        relationship.part = ResolveTarget(Folder(of_part), reader.Attribute("Target").value_or(""));
+      }
+      relationships.emplace(reader.Attribute("Id").value_or(""), std::move(relationship));
+    }
+  } catch (const XmlError& error) {
+    throw DamagedPart(part, error);
+  }
+}
+
+std::vector<std::string> PartsOfType(ZipArchive& archive, std::string_view ending) {
+  std::vector<std::string> found;
+  if (!archive.Has(kContentTypesPart)) return found;
+  const DecodedXml xml = ReadXmlPart(archive, kContentTypesPart);
+  try {
+    XmlReader reader(xml.text);
+    while (true) {
+      const XmlReader::Event event = reader.Next();
+      if (event == XmlReader::Event::kDone) return found;
+      if (event != XmlReader::Event::kStart || reader.name() != "Override") continue;
+      if (!reader.Attribute("ContentType").value_or("").ends_with(ending)) continue;
+      found.push_back(ResolveTarget({}, reader.Attribute("PartName").value_or("")));
+    }
+  } catch (const XmlError& error) {
+    throw DamagedPart(kContentTypesPart, error);
+  }
+}
+
 WorkbookParts ReadWorkbookParts(ZipArchive& archive) {
   const std::string part = FindWorkbookPart(archive);
   const DecodedXml xml = ReadXmlPart(archive, part);
+  if (const std::string missing = RelationshipsPart(part); !archive.Has(missing))
+    throw WorkbookError(fmt::format("part '{}' is missing", Printable(missing)));
   try {
-    return WorkbookPartReader(xml.text, ReadRelationships(archive, part)).Read();
+    WorkbookParts parts = WorkbookPartReader(xml.text, ReadRelationships(archive, part)).Read();
+    parts.workbook = part;
+    return parts;
   } catch (const XmlError& error) {
     throw DamagedPart(part, error);
   }

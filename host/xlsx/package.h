@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "host/xlsx/xml_reader.h"
@@ -17,6 +18,20 @@ DecodedXml ReadXmlPart(ZipArchive& archive, std::string_view part);
 /// The error to throw for a part whose XML is not well formed.
 WorkbookError DamagedPart(std::string_view part, const XmlError& error);
 
+struct Relationship {
+  std::string type;  // the last component of its type: "worksheet"
+  std::string part;  // empty if it leads outside the package
+};
+using Relationships = std::unordered_map<std::string, Relationship>;  // by id
+
+/// The relationships of a part ("" for the package); none if it has no part for them.
+Relationships ReadRelationships(ZipArchive& archive, std::string_view of_part);
+/// The name of the part with a part's relationships.
+std::string RelationshipsPart(std::string_view of_part);
+/// The parts whose content type ends so ("chart+xml"), in the order of the list of content types.
+std::vector<std::string> PartsOfType(ZipArchive& archive, std::string_view ending);
+inline constexpr std::string_view kContentTypesPart = "[Content_Types].xml";
+
 struct SheetPart {
   std::u16string name;
   std::string part;  // empty for a sheet without cells, such as a chart sheet
@@ -24,8 +39,11 @@ struct SheetPart {
 
 /// The contents of the workbook part and its relationships.
 struct WorkbookParts {
+  std::string workbook;
   std::vector<SheetPart> sheets;
   std::optional<std::string> shared_strings;
+  std::optional<std::string> metadata;           // says which array formulas are dynamic
+  std::optional<std::string> calculation_chain;  // lists the cells with formulas
   std::vector<DefinedName> names;
   bool date1904 = false;
 };

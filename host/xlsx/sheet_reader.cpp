@@ -55,8 +55,11 @@ class SheetReader {
       if (reader_.name() == "sheetData") {
         ReadRows();
       } else {
-        if (reader_.name() == "sheetProtection") {
+        if (reader_.name() == "sheetProtection")
           sheet_.set_protected(reader_.BooleanAttribute("sheet"));
+        if (reader_.name() == "autoFilter") {
+          if (const auto range = ParseRangeName(reader_.Attribute("ref").value_or("")))
+            sheet_.set_filter(*range);
         }
         reader_.SkipElement();
       }
@@ -76,13 +79,15 @@ class SheetReader {
     std::string type;
     bool has_value = false;
     bool has_formula = false;
+    bool is_dynamic = false;
     std::string value;  // the content of v, in UTF-8
     std::optional<std::u16string> inline_text;
   };
 
   void ReadRows() {
     reader_.ForEachChild("row", [this] {
-      positions_.StartRow(reader_);
+      const std::int32_t row = positions_.StartRow(reader_);
+      if (reader_.BooleanAttribute("hidden")) sheet_.HideRow(row);
       reader_.ForEachChild("c", [this] { ReadCell(); });
     });
   }
@@ -92,6 +97,7 @@ class SheetReader {
     const XmlAttribute* type = reader_.FindAttribute("t");
     cell_.type = type == nullptr ? "n" : type->raw;
     cell_.has_value = cell_.has_formula = false;
+    cell_.is_dynamic = IsDynamic(reader_.NumberAttribute("cm"));
     cell_.value.clear();
     cell_.inline_text.reset();
     for (Event event = reader_.Next(); event != Event::kEnd; event = reader_.Next()) {
@@ -120,6 +126,11 @@ class SheetReader {
     } else if (cell_.has_formula) {
       sheet_.Cover({row, column, row, column});
     }
+  }
+
+  bool IsDynamic(std::optional<std::uint32_t> metadata) const {
+    const std::vector<bool>& marks = *reading_.dynamic_marks;
+    return metadata && *metadata < marks.size() && marks[*metadata];
   }
 
   void TakeCells(std::uint64_t count) {
@@ -214,7 +225,7 @@ class SheetReader {
     }
     const auto text = static_cast<std::uint32_t>(workbook_.formula_texts.size());
     workbook_.formula_texts.push_back(Utf16FromUtf8(scratch_));
-    workbook_.formulas.push_back({Address(), text, Address(), array});
+    workbook_.formulas.push_back({Address(), text, Address(), array, array && cell_.is_dynamic});
     if (shared_index) shared_.insert_or_assign(*shared_index, SharedFormula{text, Address()});
   }
 
@@ -242,7 +253,7 @@ class SheetReader {
     if (found == shared_.end())
       early_members_.push_back({workbook_.formulas.size(), *shared_index});
     const SharedFormula shared = found == shared_.end() ? SharedFormula{} : found->second;
-    workbook_.formulas.push_back({Address(), shared.text, shared.origin, std::nullopt});
+    workbook_.formulas.push_back({Address(), shared.text, shared.origin, std::nullopt, false});
   }
 
   /// Cells that come before the cell with the text; if the text never comes, they are unreadable.

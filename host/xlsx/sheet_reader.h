@@ -13,11 +13,12 @@ namespace zavhost {
 struct SheetReading {
   Workbook* workbook = nullptr;
   const std::vector<Text>* shared_strings = nullptr;
-  std::uint64_t cells_left = 0;  // of stored cells and cells of array formulas
+  const std::vector<bool>* dynamic_marks = nullptr;  // by the number of a cell's metadata
+  std::uint64_t cells_left = 0;                      // of stored cells and cells of array formulas
 };
 
-/// Reads values, formulas and protection of sheet number `sheet`. Throws XmlError and
-/// WorkbookError.
+/// Reads values, formulas, hidden rows, filter and protection of sheet number `sheet`. Throws
+/// XmlError and WorkbookError.
 void ReadSheet(std::string_view xml, std::uint32_t sheet, SheetReading& reading);
 
 }  // namespace zavhost

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <initializer_list>
 
 #include "host/xlsx/sheet_positions.h"
 #include "host/xlsx/xml_reader.h"
@@ -53,8 +54,12 @@ std::string_view PrefixOf(std::string_view qualified_name) {
 
 class SheetRewriter {
  public:
-  SheetRewriter(std::string_view xml, const Sheet& sheet, const std::vector<CellPosition>& cells)
-      : xml_(xml), sheet_(sheet), cells_(cells), is_there_(cells.size()) {}
+  SheetRewriter(std::string_view xml, const Sheet& sheet, const SheetChanges& changes)
+      : xml_(xml),
+        sheet_(sheet),
+        changes_(changes),
+        cells_(changes.cells),
+        is_there_(cells_.size()) {}
 
   std::string Rewrite() {
     FindPresentCells();
@@ -150,7 +155,7 @@ class SheetRewriter {
       const CellPosition cell = positions_.StartCell(reader_);
       CopyUpTo(reader_.begin());
       if (has_missing) AddCells(missing, std::min(cell, row_end));
-      if (PlaceOf(cell) < cells_.size()) {
+      if (PlaceOf(cell) < cells_.size() || (changes_.values_only && HasFormula())) {
         RewriteCell(cell);
       } else {
         reader_.SkipElement();
@@ -202,6 +207,17 @@ class SheetRewriter {
     out_ += fmt::format("</{}c>", prefix_);
   }
 
+  /// At the start of a cell: whether it has a formula.
+  bool HasFormula() const {
+    XmlReader ahead = reader_;
+    bool has_formula = false;
+    ahead.ForEachChild("f", [&] {
+      has_formula = true;
+      ahead.SkipElement();
+    });
+    return has_formula;
+  }
+
   void AddValueElement(const StoredValue& stored) {
     if (stored.is_blank) return;
     out_ += fmt::format("<{}v{}>{}</{}v>", prefix_,
@@ -214,7 +230,11 @@ class SheetRewriter {
     const StoredValue stored = Store(sheet_.At(cell.row, cell.column));
     const std::string name(reader_.qualified_name());
     const bool is_empty = reader_.is_empty_element();
-    RewriteStartTag(stored.type);
+    if (changes_.values_only) {
+      RewriteStartTag({{"t", stored.type}, {"cm", {}}});
+    } else {
+      RewriteStartTag({{"t", stored.type}});
+    }
     if (is_empty) {
       reader_.SkipElement();
       if (stored.is_blank) return;
@@ -231,8 +251,9 @@ class SheetRewriter {
       const bool is_value = reader_.name() == "v" || reader_.name() == "is";
       const bool is_formula = reader_.name() == "f";
       CopyUpTo(reader_.begin());
+      if (is_formula) RewriteFormulaTag(cell);
       reader_.SkipElement();
-      if (is_value) copied_ = reader_.end();
+      if (is_value || (is_formula && changes_.values_only)) copied_ = reader_.end();
       CopyUpTo(reader_.end());
       if (is_formula) value_place = out_.size();
     }
@@ -244,34 +265,51 @@ class SheetRewriter {
     CopyUpTo(reader_.end());
   }
 
-  /// Copies the start tag and changes, adds or removes its `t` attribute.
-  void RewriteStartTag(std::string_view type) {
-    const XmlAttribute* old_type = reader_.FindAttribute("t");
-    if (old_type != nullptr) {
-      const auto name_begin = static_cast<std::size_t>(old_type->name.data() - xml_.data());
-      const auto value_begin = static_cast<std::size_t>(old_type->raw.data() - xml_.data());
-      const std::size_t value_end = value_begin + old_type->raw.size();
-      if (type.empty()) {
+  /// Gives attributes of the current start tag other values, takes away those with an empty one,
+  /// and adds `t` if it is missing. Copies the tag.
+  void RewriteStartTag(std::initializer_list<XmlAttribute> edits) {
+    for (const XmlAttribute& attribute : reader_.attributes()) {
+      const auto edit = std::find_if(edits.begin(), edits.end(), [&](const XmlAttribute& other) {
+        return other.name == attribute.name;
+      });
+      if (edit == edits.end()) continue;
+      const auto name_begin = static_cast<std::size_t>(attribute.name.data() - xml_.data());
+      const auto value_begin = static_cast<std::size_t>(attribute.raw.data() - xml_.data());
+      const std::size_t value_end = value_begin + attribute.raw.size();
+      if (edit->raw.empty()) {
         CopyUpTo(xml_.find_last_not_of(" \t\r\n", name_begin - 1) + 1);
         copied_ = value_end + 1;
       } else {
         CopyUpTo(value_begin);
-        out_ += type;
+        out_ += edit->raw;
         copied_ = value_end;
       }
-    } else if (!type.empty()) {
+    }
+    for (const XmlAttribute& edit : edits) {
+      if (edit.name != "t" || edit.raw.empty() || reader_.FindAttribute("t") != nullptr) continue;
       const std::vector<XmlAttribute>& attributes = reader_.attributes();
       const std::string_view last =
           attributes.empty() ? reader_.qualified_name() : attributes.back().raw;
-      CopyUpTo(static_cast<std::size_t>(last.data() - xml_.data()) + last.size() +
-               (attributes.empty() ? 0 : 1));
-      out_ += fmt::format(" t=\"{}\"", type);
+      const std::size_t quote = attributes.empty() ? 0 : 1;
+      const std::size_t end = static_cast<std::size_t>(last.data() - xml_.data()) + last.size();
+      if (end + quote > copied_) CopyUpTo(end + quote);
+      out_ += fmt::format(" t=\"{}\"", edit.raw);
     }
     CopyUpTo(reader_.end());
   }
 
+  /// At the start of the formula of a cell.
+  void RewriteFormulaTag(const CellPosition& cell) {
+    const auto spill = changes_.spills.find(cell);
+    if (spill != changes_.spills.end()) {
+      const std::string range = Utf8FromUtf16(A1Text(spill->second));
+      RewriteStartTag({{"ref", range}});
+    }
+  }
+
   std::string_view xml_;
   const Sheet& sheet_;
+  const SheetChanges& changes_;
   const std::vector<CellPosition>& cells_;
   std::vector<bool> is_there_;            // of cells_: exists in the part, or was already created
   std::vector<std::int32_t> rows_there_;  // rows of cells_ that exist in the part, ascending
@@ -293,9 +331,8 @@ std::string NumberText(double number) {
   return text;
 }
 
-std::string RewriteSheet(std::string_view xml, const Sheet& sheet,
-                         const std::vector<CellPosition>& cells) {
-  return SheetRewriter(xml, sheet, cells).Rewrite();
+std::string RewriteSheet(std::string_view xml, const Sheet& sheet, const SheetChanges& changes) {
+  return SheetRewriter(xml, sheet, changes).Rewrite();
 }
 
 }  // namespace zavhost

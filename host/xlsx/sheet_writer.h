@@ -1,6 +1,7 @@
 #pragma once
 // Puts values into the cells of a sheet part and leaves every other byte unchanged.
 
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,11 +11,20 @@
 
 namespace zavhost {
 
-/// The sheet part `xml` with the current values of the sheet in `cells` (ascending by row, then
-/// column, each once). In an existing cell, the `t` attribute and the elements v and is change; a
-/// missing cell is created in its place. Throws XmlError.
-std::string RewriteSheet(std::string_view xml, const Sheet& sheet,
-                         const std::vector<CellPosition>& cells);
+/// What changes in a sheet part.
+struct SheetChanges {
+  /// Cells that get their current values; ascending by row, then column, each once.
+  std::vector<CellPosition> cells{};
+  /// The ranges of the dynamic array formulas, by their cells.
+  std::map<CellPosition, CellRange> spills{};
+  /// Every formula goes, and its cell gets its current value.
+  bool values_only = false;
+};
+
+/// The sheet part `xml` with the current values of the sheet. In an existing cell, the `t`
+/// attribute, the elements v and is, and the range of a dynamic array formula change; a missing
+/// cell is created in its place. Throws XmlError.
+std::string RewriteSheet(std::string_view xml, const Sheet& sheet, const SheetChanges& changes);
 
 /// A number as XML text: the shortest text that reads back as the same number.
 std::string NumberText(double number);

@@ -4,7 +4,10 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <optional>
+#include <string_view>
 #include <vector>
 
 #include "host/workbook/workbook.h"
@@ -25,13 +28,25 @@ struct XlsxLimits {
 /// use.
 Workbook ReadXlsx(const std::filesystem::path& file, const XlsxLimits& limits = {});
 
-/// Copies `source` to `target` and puts the workbook's current values into the listed cells (for an
-/// array, every cell of its range): only their `t` attribute and `<v>` child change. Both may be
-/// the same file. Writes to a temporary file in the target's folder first, so that a failure leaves
-/// the target unchanged.
+/// The cells to which a formula refers, if it refers to cells.
+using FindReference = std::function<std::optional<Reference>(std::u16string_view)>;
+
+/// What of a workbook is not as in its file.
+struct XlsxChanges {
+  /// Cells with other values.
+  std::vector<CellAddress> cells{};
+  /// Values take the place of all formulas.
+  bool values_only = false;
+  /// The cells that a chart's formula refers to; without it charts keep their stored values.
+  FindReference find_reference{};
+};
+
+/// Copies `source` to `target` and puts the workbook's current values into the listed cells: only
+/// their `t` attribute, their `<v>` child and the range of a dynamic array formula change. The
+/// values that charts store become those of their cells. Both may be the same file. Writes to a
+/// temporary file in the target's folder first, so that a failure leaves the target unchanged.
 void WriteXlsx(const std::filesystem::path& source, const std::filesystem::path& target,
-               const Workbook& workbook, const std::vector<CellAddress>& changed,
-               const XlsxLimits& limits = {});
+               const Workbook& workbook, const XlsxChanges& changes, const XlsxLimits& limits = {});
 
 /// Reads comma-separated text (RFC 4180, UTF-8 with or without byte-order mark) as a workbook with
 /// one sheet "Data": numbers become numbers, TRUE and FALSE booleans, error texts errors, "" and NA

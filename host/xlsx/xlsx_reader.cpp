@@ -4,9 +4,11 @@
 
 #include "host/xlsx/file_io.h"
 #include "host/xlsx/messages.h"
+#include "host/xlsx/metadata_reader.h"
 #include "host/xlsx/package.h"
 #include "host/xlsx/shared_strings.h"
 #include "host/xlsx/sheet_reader.h"
+#include "host/xlsx/table_reader.h"
 #include "host/xlsx/xlsx_file.h"
 
 namespace zavhost {
@@ -35,6 +37,31 @@ void ReadSheetPart(ZipArchive& archive, const std::string& part, std::uint32_t i
   }
 }
 
+std::vector<bool> ReadMetadataPart(ZipArchive& archive, const WorkbookParts& parts) {
+  if (!parts.metadata || !archive.Has(*parts.metadata)) return {};
+  const DecodedXml xml = ReadXmlPart(archive, *parts.metadata);
+  try {
+    return ReadDynamicArrayMarks(xml.text);
+  } catch (const XmlError& error) {
+    throw DamagedPart(*parts.metadata, error);
+  }
+}
+
+void ReadTables(ZipArchive& archive, const std::string& sheet_part, std::uint32_t index,
+                Workbook& workbook) {
+  for (const auto& [id, relationship] : ReadRelationships(archive, sheet_part)) {
+    if (relationship.type != "table" || !archive.Has(relationship.part)) continue;
+    const DecodedXml xml = ReadXmlPart(archive, relationship.part);
+    try {
+      std::optional<CellRange> filter;
+      workbook.tables.push_back(ReadTable(xml.text, index, filter));
+      if (filter) workbook.sheets[index].set_filter(*filter);
+    } catch (const XmlError& error) {
+      throw DamagedPart(relationship.part, error);
+    }
+  }
+}
+
 Workbook ReadArchive(ZipArchive& archive, const XlsxLimits& limits) {
   Workbook workbook;
   WorkbookParts parts = ReadWorkbookParts(archive);
@@ -44,10 +71,13 @@ Workbook ReadArchive(ZipArchive& archive, const XlsxLimits& limits) {
     workbook.sheets.emplace_back(sheet.name).set_has_cells(!sheet.part.empty());
   }
   const std::vector<Text> shared_strings = ReadSharedStringsPart(archive, parts, limits);
-  SheetReading reading{&workbook, &shared_strings, limits.cells};
+  const std::vector<bool> dynamic_marks = ReadMetadataPart(archive, parts);
+  SheetReading reading{&workbook, &shared_strings, &dynamic_marks, limits.cells};
   for (std::size_t i = 0; i < parts.sheets.size(); ++i) {
     if (parts.sheets[i].part.empty()) continue;
-    ReadSheetPart(archive, parts.sheets[i].part, static_cast<std::uint32_t>(i), reading);
+    const auto index = static_cast<std::uint32_t>(i);
+    ReadSheetPart(archive, parts.sheets[i].part, index, reading);
+    ReadTables(archive, parts.sheets[i].part, index, workbook);
   }
   return workbook;
 }

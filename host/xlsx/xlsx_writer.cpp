@@ -4,75 +4,119 @@
 #include <map>
 #include <new>
 
+#include "host/xlsx/chart_writer.h"
 #include "host/xlsx/file_io.h"
 #include "host/xlsx/messages.h"
 #include "host/xlsx/package.h"
 #include "host/xlsx/sheet_writer.h"
 #include "host/xlsx/xlsx_file.h"
+#include "host/xlsx/xml_reader.h"
 
 namespace zavhost {
 namespace {
 
-/// The cells to change on each sheet, in the order of the file, including all cells of array
-/// formulas.
-using ChangedCells = std::map<std::uint32_t, std::vector<CellPosition>>;
+/// What changes on each sheet.
+using ChangedSheets = std::map<std::uint32_t, SheetChanges>;
 
-ChangedCells CollectCells(const Workbook& workbook, const std::vector<CellAddress>& changed) {
-  std::map<CellAddress, CellRange> arrays;
+ChangedSheets CollectChanges(const Workbook& workbook, const XlsxChanges& changes) {
+  ChangedSheets sheets;
+  for (const CellAddress& cell : changes.cells)
+    sheets[cell.sheet].cells.push_back({cell.row, cell.column});
   for (const FormulaCell& formula : workbook.formulas) {
-    if (formula.array) arrays.emplace(formula.address, *formula.array);
+    const CellAddress& cell = formula.address;
+    if (changes.values_only) sheets[cell.sheet].values_only = true;
+    if (!formula.is_dynamic || !sheets.contains(cell.sheet)) continue;
+    sheets[cell.sheet].spills.emplace(CellPosition{cell.row, cell.column}, *formula.array);
   }
-  ChangedCells cells;
-  for (const CellAddress& address : changed) {
-    std::vector<CellPosition>& of_sheet = cells[address.sheet];
-    const auto array = arrays.find(address);
-    const CellRange range =
-        array == arrays.end() ? CellRange{address.row, address.column, address.row, address.column}
-                              : array->second;
-    for (std::int32_t row = range.first_row; row <= range.last_row; ++row) {
-      for (std::int32_t column = range.first_column; column <= range.last_column; ++column) {
-        of_sheet.push_back({row, column});
-      }
-    }
+  if (changes.values_only) {
+    for (const CellAddress& cell : workbook.unreadable_formulas)
+      sheets[cell.sheet].values_only = true;
   }
-  for (auto& [sheet, of_sheet] : cells) {
-    std::sort(of_sheet.begin(), of_sheet.end());
-    of_sheet.erase(std::unique(of_sheet.begin(), of_sheet.end()), of_sheet.end());
+  for (auto& [number, sheet] : sheets) {
+    std::sort(sheet.cells.begin(), sheet.cells.end());
+    sheet.cells.erase(std::unique(sheet.cells.begin(), sheet.cells.end()), sheet.cells.end());
   }
-  return cells;
+  return sheets;
 }
 
-void RewriteSheetPart(ZipArchive& archive, const SheetPart& sheet_part, const Sheet& sheet,
-                      const std::vector<CellPosition>& cells) {
-  const DecodedXml xml = ReadXmlPart(archive, sheet_part.part);
+/// Rewrites a part with a function of its text.
+template <class Rewrite>
+void RewritePart(ZipArchive& archive, std::string_view part, const Rewrite& rewrite) {
+  const DecodedXml xml = ReadXmlPart(archive, part);
   try {
-    archive.Replace(sheet_part.part, EncodeXml(RewriteSheet(xml.text, sheet, cells), xml.encoding));
+    std::string rewritten = rewrite(xml.text);
+    if (rewritten != xml.text) archive.Replace(part, EncodeXml(std::move(rewritten), xml.encoding));
   } catch (const XmlError& error) {
-    throw DamagedPart(sheet_part.part, error);
+    throw DamagedPart(part, error);
+  }
+}
+
+/// A part without the elements of a name for which `is_unwanted` holds at their start.
+template <class IsUnwanted>
+std::string WithoutElements(std::string_view xml, std::string_view name,
+                            const IsUnwanted& is_unwanted) {
+  std::string kept;
+  std::size_t copied = 0;
+  XmlReader reader(xml);
+  for (auto event = reader.Next(); event != XmlReader::Event::kDone; event = reader.Next()) {
+    if (event != XmlReader::Event::kStart || reader.name() != name || !is_unwanted(reader))
+      continue;
+    kept.append(xml.substr(copied, reader.begin() - copied));
+    reader.SkipElement();
+    copied = reader.end();
+  }
+  return kept.append(xml.substr(copied));
+}
+
+/// Takes away the list of the cells with formulas. Excel repairs a workbook in which it names
+/// others.
+void RemoveCalculationChain(ZipArchive& archive, const WorkbookParts& parts) {
+  if (!parts.calculation_chain || !archive.Has(*parts.calculation_chain)) return;
+  archive.Remove(*parts.calculation_chain);
+  RewritePart(archive, RelationshipsPart(parts.workbook), [](std::string_view xml) {
+    return WithoutElements(xml, "Relationship", [](const XmlReader& reader) {
+      return reader.Attribute("Type").value_or("").ends_with("/calcChain");
+    });
+  });
+  RewritePart(archive, kContentTypesPart, [](std::string_view xml) {
+    return WithoutElements(xml, "Override", [](const XmlReader& reader) {
+      return reader.Attribute("ContentType").value_or("").ends_with("calcChain+xml");
+    });
+  });
+}
+
+void RewriteCharts(ZipArchive& archive, const Workbook& workbook,
+                   const FindReference& find_reference) {
+  for (const std::string& part : PartsOfType(archive, "drawingml.chart+xml")) {
+    if (!archive.Has(part)) continue;
+    RewritePart(archive, part,
+                [&](std::string_view xml) { return RewriteChart(xml, workbook, find_reference); });
   }
 }
 
 std::string RewriteArchive(std::string_view bytes, const Workbook& workbook,
-                           const ChangedCells& cells, const XlsxLimits& limits) {
+                           const XlsxChanges& changes, const XlsxLimits& limits) {
   ZipArchive archive(bytes, limits);
   const WorkbookParts parts = ReadWorkbookParts(archive);
-  for (const auto& [index, of_sheet] : cells) {
+  for (const auto& [index, of_sheet] : CollectChanges(workbook, changes)) {
     if (index >= parts.sheets.size() || index >= workbook.sheets.size() ||
         parts.sheets[index].name != workbook.sheets[index].name() ||
         parts.sheets[index].part.empty()) {
       throw WorkbookError("its sheets have changed since it was read");
     }
-    RewriteSheetPart(archive, parts.sheets[index], workbook.sheets[index], of_sheet);
+    RewritePart(archive, parts.sheets[index].part, [&](std::string_view xml) {
+      return RewriteSheet(xml, workbook.sheets[index], of_sheet);
+    });
   }
+  if (changes.values_only) RemoveCalculationChain(archive, parts);
+  if (changes.find_reference) RewriteCharts(archive, workbook, changes.find_reference);
   return archive.Finish();
 }
 
 std::string RewriteFile(const std::filesystem::path& source, const Workbook& workbook,
-                        const std::vector<CellAddress>& changed, const XlsxLimits& limits) {
+                        const XlsxChanges& changes, const XlsxLimits& limits) {
   try {
-    std::string bytes = ReadFile(source, limits.file_bytes);
-    if (changed.empty()) return bytes;
-    return RewriteArchive(bytes, workbook, CollectCells(workbook, changed), limits);
+    return RewriteArchive(ReadFile(source, limits.file_bytes), workbook, changes, limits);
   } catch (const WorkbookError& error) {
     throw WorkbookError(fmt::format("{}: {}", PrintablePath(source), error.what()));
   } catch (const std::bad_alloc&) {
@@ -83,9 +127,8 @@ std::string RewriteFile(const std::filesystem::path& source, const Workbook& wor
 }  // namespace
 
 void WriteXlsx(const std::filesystem::path& source, const std::filesystem::path& target,
-               const Workbook& workbook, const std::vector<CellAddress>& changed,
-               const XlsxLimits& limits) {
-  const std::string bytes = RewriteFile(source, workbook, changed, limits);
+               const Workbook& workbook, const XlsxChanges& changes, const XlsxLimits& limits) {
+  const std::string bytes = RewriteFile(source, workbook, changes, limits);
   try {
     WriteFile(target, bytes);
   } catch (const WorkbookError& error) {

@@ -215,6 +215,12 @@ void ZipArchive::Replace(std::string_view part, std::string content) {
   }
 }
 
+void ZipArchive::Remove(std::string_view part) {
+  if (zip_delete(handle_->archive, Find(part)) != 0)
+    throw WorkbookError(fmt::format("part '{}' cannot be removed", Printable(part)));
+  parts_.erase(PartKey(part));
+}
+
 std::string ZipArchive::Finish() {
   if (zip_close(handle_->archive) != 0) {
     throw WorkbookError(fmt::format("the workbook cannot be compressed again: {}",

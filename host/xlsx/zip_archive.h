@@ -28,6 +28,7 @@ class ZipArchive {
   /// Unpacking stops at the limit, whatever size the archive declares.
   std::string Read(std::string_view part);
   void Replace(std::string_view part, std::string content);
+  void Remove(std::string_view part);
   /// The archive with the replaced parts. The object cannot be used afterwards.
   std::string Finish();
 

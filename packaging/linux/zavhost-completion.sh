@@ -49,7 +49,7 @@ _zavhost() {
     run) options="$common $workbooks --output --output-folder --resume --csv" ;;
     check) options="$common $workbooks --digits" ;;
     eval) options="$common --data --csv" ;;
-    functions) options="$common --hidden --csv" ;;
+    functions) options="$common --csv" ;;
     doctor) options=$common ;;
     *) options='--help --version' ;;
   esac

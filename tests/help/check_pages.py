@@ -7,7 +7,11 @@ import sys
 import xml.etree.ElementTree as tree
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "help"))
-from tools import formula, html_pages, intellisense, languages, pages, registration  # noqa: E402
+from tools import equivalents, formula, html_pages, intellisense, languages, pages, registration  # noqa: E402
+
+# What stays as it is in every language: names of selectors, and of Pearson and Spearman.
+LABELS = re.compile(r"\b(xto[ypq]|[pq]tox|Pearson|Spearman)\b")
+REFERENCE = re.compile(r"`(#[A-Z/0!?]+|Zav\w+)`")
 
 
 def completeness():
@@ -31,49 +35,64 @@ def completeness():
 
 
 def arguments():
-    """In every language a page has a summary, and names and explains as many arguments as are registered."""
+    """In every language a page has a summary, which is no other page's, and names and explains as many arguments as
+    are registered. The same ones may be left out in every language."""
     for language in languages.NAMES:
+        summaries = {}
         for name, page in pages.pages_in(language).items():
             where = f"{name} ({language})"
-            if not page.summary(language):
-                yield f"{where}: no summary"
-            in_syntax = page.syntax(language)[len(name) + 1:-1]
-            in_table = ", ".join(names for names, _ in page.arguments(language))
-            if in_syntax != in_table:
-                yield f"{where}: the syntax is {in_syntax}, the arguments explained are {in_table}"
-            count = len([part for part in in_syntax.split(",") if part])
-            arity = page.function.arity
-            if "..." not in in_syntax and count != arity:
-                yield f"{where}: {count} arguments, registered with {arity}"
+            if not page.summary(language) or summaries.setdefault(page.summary(language), name) != name:
+                yield f"{where}: no summary, or that of another function"
+            names = page.argument_names(language)
+            in_table = [one for shared, _ in page.arguments(language) for one in shared.split(", ")]
+            if [registration.without_brackets(one) for one in names] != in_table:
+                yield f"{where}: the syntax is {names}, the arguments explained are {in_table}"
+            if "..." not in names and len(names) != page.function.arity:
+                yield f"{where}: {len(names)} arguments, registered with {page.function.arity}"
+            if optional(names) != optional(pages.function_pages()[name].argument_names("en")):
+                yield f"{where}: other arguments in brackets than in English"
+
+
+def optional(names):
+    return [name.startswith("[") and name.endswith("]") for name in names]
 
 
 def own_headers(page):
     return {key for key in ("title", "summary", "syntax") if page.header.get(key)}
 
 
-def equivalents():
-    """Each function's page says what computes the same in Excel and in R, in every language."""
-    english = pages.function_pages()
-    for name, page in english.items():
-        for program in pages.PROGRAMS.values():
-            if not page.equivalents.get(program):
-                yield f"{name}: no equivalent in {program}"
-    for language in languages.NAMES:
-        for name, own in pages.function_pages(language).items() if language != "en" else ():
-            expected = {program for program, text in english[name].equivalents.items() if pages.has_words(text)}
-            if expected != set(own.equivalents):
-                yield f"help/{language}, {name}: equivalents in {sorted(own.equivalents)}, not {sorted(expected)}"
-            elif "R" in expected and codes(own) != codes(english[name]):
-                yield f"help/{language}, {name}: other R code than on the English page"
+def equivalent_texts():
+    """Each function has the texts about Excel and R, and what has words has them in every language, with the same
+    code."""
+    yield from (f"equivalents.ini: {place} is not read" for place in equivalents.misplaced_keys())
+    for name in pages.function_pages().keys() ^ set(equivalents.functions()):
+        yield f"{name}: {'no' if name in pages.function_pages() else 'a needless'} section in equivalents.ini"
+    for name in equivalents.functions():
+        for key in (*equivalents.PROGRAMS.values(), "note"):
+            english = equivalents.own_text(name, key, "en")
+            if english is None and key != "note":
+                yield f"{name}: no text about {key}"
+            for language in languages.NAMES if english else ():
+                own = equivalents.own_text(name, key, language)
+                if (own is None) == equivalents.has_words(LABELS.sub("", english)) and language != "en":
+                    yield f"{name}, {key}: {'no' if own is None else 'a needless'} text in {language}"
+                if own and key != "note" and equivalents.codes(own) != equivalents.codes(english):
+                    yield f"{name}, {key}: other code in {language} than in English"
+        yield from other_references(name)
 
 
-def codes(page):
-    return re.findall("`([^`]*)`", page.equivalents["R"])
+def other_references(name):
+    """A note names the same functions and errors in every language."""
+    english = REFERENCE.findall(equivalents.note(name) or "")
+    for language in set(languages.NAMES) - {"en"}:
+        in_excel = languages.named(language).excel["names"]
+        if REFERENCE.findall(equivalents.note(name, language) or "") != [in_excel.get(one, one) for one in english]:
+            yield f"{name}: the note in {language} names other functions or errors"
 
 
 def references(page):
     """The functions, topics and error values that the texts of a page name."""
-    text = repr([block.content for block in page.texts]) + repr(page.equivalents)
+    text = repr([block.content for block in page.texts])
     return {code or topic for code, topic in re.findall(r"`(#[A-Z/0!]+|Zav\w+)`|\]\(([a-z-]+)\)", text)}
 
 
@@ -84,8 +103,7 @@ def translations():
     for language in languages.NAMES:
         if language == "en":
             continue
-        needed = {name: page for name, page in english.items() if own_headers(page) or page.argument_list or page.texts
-                  or any(map(pages.has_words, page.equivalents.values()))}
+        needed = {name: page for name, page in english.items() if own_headers(page) or page.argument_list or page.texts}
         folder = pages.HELP / language
         written = {file.stem for file in [*folder.glob("*.md"), *folder.glob("topics/*.md")]}
         for name in sorted(set(needed) ^ written):
@@ -112,7 +130,7 @@ def links():
         for name in page.see:
             if name not in known or name == page.name:
                 yield f"{page.name}: refers to {name}"
-        text = repr(page.blocks) + repr(page.header) + repr(page.argument_list)
+        text = repr([page.blocks, page.header, page.argument_list, equivalents.note(page.name)])
         for topic in re.findall(r"\]\(([^)]*)\)", text):
             if topic not in pages.topics():
                 yield f"{page.name}: refers to {topic}"
@@ -141,8 +159,8 @@ def excel_and_headings():
                 yield f"{page.name}: the heading {block.content} has no translation"
     groups = {title for title, _ in pages.contents()}
     formulas = [example.formula for page in pages.function_pages().values() for example in page.examples]
-    formulas += [text.strip("`") for page in pages.function_pages().values()
-                 if not pages.has_words(text := page.equivalents.get("Excel", ""))]
+    formulas += [code for name in equivalents.functions() for code in
+                 equivalents.codes(equivalents.equivalent(name, "Excel"))]
     used = set().union(*map(languages.functions_in, formulas)) - set(pages.function_pages())
     for name in languages.NAMES:
         if name not in registration.LANGUAGES:
@@ -156,6 +174,15 @@ def excel_and_headings():
                 yield f"help/{name}/language.json, {field}: no {text}"
         for text in sorted(set(own.groups) - groups):
             yield f"help/{name}/language.json, groups: {text} is not in the contents"
+
+
+def samples():
+    """Every heading of the examples' data has a translation."""
+    for file in (pages.HELP / "data").glob("*.csv"):
+        for language in set(languages.NAMES) - {"en"}:
+            for heading in pages.data_rows(file.stem)[0]:
+                if heading not in languages.named(language).samples:
+                    yield f"help/{language}/language.json, samples: no {heading}"
 
 
 def outputs():
@@ -183,8 +210,17 @@ def outputs():
                     yield f"{language}/{name}: links {linked}"
 
 
+def documents():
+    """Numbers that documents repeat."""
+    shown = re.search(r"Registered functions +(\d+) once", (pages.HELP.parent / "docs/diagnostics.md").read_text("utf-8"))
+    count = len(list(registration.functions()))
+    if shown is None or int(shown[1]) != count:
+        yield f"docs/diagnostics.md: the doctor finds {count} functions"
+
+
 def main():
-    checks = (completeness, arguments, equivalents, translations, excel_and_headings, links, examples, outputs)
+    checks = (completeness, arguments, equivalent_texts, translations, samples, excel_and_headings, links, examples, outputs,
+              documents)
     wrong = [problem for check in checks for problem in check()]
     print("\n".join(wrong) or f"{len(pages.function_pages())} pages of functions and {len(pages.topics())} topics are right")
     sys.exit(1 if wrong else 0)

@@ -16,7 +16,7 @@ from tools import registration  # noqa: E402
 
 
 def registered(wine_run, zavhost, language):
-    run = subprocess.run([wine_run, zavhost, "functions", "--json", "--hidden", "--language", language],
+    run = subprocess.run([wine_run, zavhost, "functions", "--json", "--language", language],
                          check=True, capture_output=True, text=True, encoding="utf-8")
     return {entry["name"]: entry for entry in json.loads(run.stdout)}
 

@@ -152,3 +152,57 @@ TEST_CASE("files under any name, of any name") {
   const std::filesystem::path file = folder.Put(name, ZipBook(OneSheetBook("")));
   CHECK(ReadXlsx(file).file_name == name);
 }
+
+namespace {
+
+/// A workbook with a part of its own for the first sheet's relationships, the metadata and a table.
+BookParts WithTable(const std::string& table) {
+  BookParts parts =
+      OneSheetBook(R"(<row r="1" hidden="1"><c r="A1" t="str"><v>Item</v></c></row>)"
+                   R"(<row r="2"><c r="B2" cm="2"><f t="array" ref="B2:B4">A2</f></c>)"
+                   R"(<c r="C2" cm="1"><f t="array" ref="C2">A2</f></c>)"
+                   R"(<c r="D2"><f t="array" ref="D2:D3">A2</f></c>)"
+                   R"(<c r="E2" cm="9"><f t="array" ref="E2">A2</f></c></row>)");
+  parts["xl/worksheets/_rels/sheet1.xml.rels"] =
+      RelationshipsXml(RelationshipXml("rId1", "table", "../tables/table1.xml"));
+  parts["xl/tables/table1.xml"] = table;
+  parts["xl/_rels/workbook.xml.rels"] =
+      RelationshipsXml(RelationshipXml("rId1", "worksheet", "worksheets/sheet1.xml") +
+                       RelationshipXml("rId2", "sheetMetadata", "metadata.xml"));
+  parts["xl/metadata.xml"] =
+      R"(<metadata><metadataTypes count="2"><metadataType name="XLRICHVALUE"/><metadataType name="XLDAPR"/>)"
+      R"(</metadataTypes><cellMetadata count="2"><bk><rc t="1" v="0"/></bk><bk><rc t="2" v="0"/></bk>)"
+      R"(</cellMetadata></metadata>)";
+  return parts;
+}
+
+}  // namespace
+
+TEST_CASE("tables, hidden rows, and which array formulas are dynamic") {
+  const Workbook book = Read(WithTable(
+      R"(<table name="t" displayName="Sales" ref="A1:B5" totalsRowCount="1"><autoFilter ref="A1:B4"/>)"
+      R"(<tableColumns count="2"><tableColumn name="Item"/><tableColumn name="Unit_x000a_price"/>)"
+      R"(</tableColumns></table>)"));
+  REQUIRE(book.tables.size() == 1);
+  const Table& table = book.tables[0];
+  CHECK(table.name == u"Sales");
+  CHECK(table.range == CellRange{0, 0, 4, 1});
+  CHECK((table.heading_rows == 1 && table.total_rows == 1));
+  CHECK(table.columns == std::vector<std::u16string>{u"Item", u"Unit\nprice"});
+  CHECK(book.sheets[0].filter() == CellRange{0, 0, 3, 1});
+  CHECK(book.sheets[0].IsHidden(0));
+  CHECK_FALSE(book.sheets[0].IsHidden(1));
+  std::string dynamic;
+  for (const FormulaCell& formula : book.formulas) dynamic += formula.is_dynamic ? 'D' : '-';
+  CHECK(dynamic == "D---");
+}
+
+TEST_CASE("a table that cannot be is one clear line") {
+  for (
+      const char* table :
+      {R"(<table displayName="T" ref="A1:B5"><tableColumns><tableColumn name="a"/></tableColumns></table>)",
+       R"(<table displayName="T" ref="A1:XFE5"/>)", "<sheet/>", "<table"}) {
+    CAPTURE(table);
+    CHECK_THROWS_AS(Read(WithTable(table)), WorkbookError);
+  }
+}

@@ -33,7 +33,7 @@ std::string Rewritten(const std::string& rows,
     book.sheets[0].Set(cell.row, cell.column, value);
     changed.push_back({0, cell.row, cell.column});
   }
-  WriteXlsx(file, file, book, changed);
+  WriteXlsx(file, file, book, {.cells = changed});
   const std::string xml = ZipArchive(Bytes(file), {}).Read(kSheetPart);
   const std::size_t start = xml.find("<sheetData>") + 11;
   return xml.substr(start, xml.find("</sheetData>") - start);
@@ -74,7 +74,7 @@ TEST_CASE("texts are escaped so that they read back the same") {
   Workbook book = ReadXlsx(file);
   book.sheets[0].Set(0, 0, Value(text));
   book.sheets[0].Set(1, 0, Value(u""));
-  WriteXlsx(file, file, book, {{0, 0, 0}, {0, 1, 0}});
+  WriteXlsx(file, file, book, {.cells = {{0, 0, 0}, {0, 1, 0}}});
   const Workbook again = ReadXlsx(file);
   CHECK(again.sheets[0].At(0, 0) == Value(text));
   CHECK(again.sheets[0].At(1, 0) == Value(u""));
@@ -88,7 +88,11 @@ TEST_CASE("cells of an array that the file lacks are made in their places") {
   const std::filesystem::path file = folder.Put(u"book.xlsx", ZipBook(OneSheetBook(rows)));
   Workbook book = ReadXlsx(file);
   for (int i = 0; i < 8; ++i) book.sheets[0].Set(1 + i / 2, 1 + i % 2, static_cast<double>(i));
-  WriteXlsx(file, folder.path() / "new.xlsx", book, {{0, 1, 1}});
+  std::vector<CellAddress> block;
+  for (std::int32_t row = 1; row <= 4; ++row) {
+    for (std::int32_t column = 1; column <= 2; ++column) block.push_back({0, row, column});
+  }
+  WriteXlsx(file, folder.path() / "new.xlsx", book, {.cells = block});
   const std::string xml = ZipArchive(Bytes(folder.path() / "new.xlsx"), {}).Read(kSheetPart);
   CHECK(xml ==
         SheetXml(R"(<row r="2" ht="20"><c r="A2"/><c r="B2"><f t="array" ref="B2:C5">x</f>)"
@@ -106,7 +110,7 @@ TEST_CASE("cells of an array that the file lacks are made in their places") {
   const std::filesystem::path empty = folder.Put(u"empty.xlsx", ZipBook(parts));
   book = ReadXlsx(empty);
   book.sheets[0].Set(0, 0, u"a");
-  WriteXlsx(empty, empty, book, {{0, 0, 0}});
+  WriteXlsx(empty, empty, book, {.cells = {{0, 0, 0}}});
   CHECK(ZipArchive(Bytes(empty), {}).Read(kSheetPart) ==
         R"(<x:worksheet xmlns:x="m"><x:sheetData ><x:row r="1"><x:c r="A1" t="str">)"
         "<x:v>a</x:v></x:c></x:row></x:sheetData></x:worksheet>");
@@ -122,7 +126,7 @@ TEST_CASE("every other part keeps its packed bytes, whatever it holds") {
   const std::filesystem::path target = folder.path() / std::filesystem::path(u"Ziel \u00FC.xlsx");
   Workbook book = ReadXlsx(source);
   book.sheets[0].Set(0, 0, 2.0);
-  WriteXlsx(source, target, book, {{0, 0, 0}});
+  WriteXlsx(source, target, book, {.cells = {{0, 0, 0}}});
   const std::string bytes = Bytes(target);
   ZipArchive archive(bytes, {});
   for (const auto& [name, content] : parts) {
@@ -135,7 +139,7 @@ TEST_CASE("every other part keeps its packed bytes, whatever it holds") {
     }
   }
   // The same work gives the same bytes, and nothing but the two files is left in the folder.
-  WriteXlsx(source, target, book, {{0, 0, 0}});
+  WriteXlsx(source, target, book, {.cells = {{0, 0, 0}}});
   CHECK(Bytes(target) == bytes);
   WriteXlsx(source, source, book, {});
   CHECK(Bytes(source) == ZipBook(parts));
@@ -168,7 +172,7 @@ TEST_CASE("numbers come back bit by bit, and UTF-16 parts stay UTF-16") {
     book.sheets[0].Set(row, 0, numbers[static_cast<std::size_t>(row)]);
     changed.push_back({0, row, 0});
   }
-  WriteXlsx(file, file, book, changed);
+  WriteXlsx(file, file, book, {.cells = changed});
   CHECK(ZipArchive(Bytes(file), {}).Read(kSheetPart).starts_with(wide.substr(0, 100)));
   const Workbook again = ReadXlsx(file);
   int differing = 0;
@@ -189,7 +193,7 @@ TEST_CASE("a failure to write names the file and leaves what was there") {
   Workbook book = ReadXlsx(source);
   const auto failure = [&](const std::filesystem::path& from, const std::filesystem::path& to) {
     try {
-      WriteXlsx(from, to, book, {{0, 0, 0}});
+      WriteXlsx(from, to, book, {.cells = {{0, 0, 0}}});
       return std::string();
     } catch (const WorkbookError& error) {
       return std::string(error.what());
@@ -202,4 +206,86 @@ TEST_CASE("a failure to write names the file and leaves what was there") {
   book.sheets[0] = Sheet(u"Renamed");
   CHECK(failure(source, target).find("have changed since it was read") != std::string::npos);
   CHECK(Bytes(target) == "precious");
+}
+
+TEST_CASE("the range of a dynamic array formula changes with its cells") {
+  BookParts parts =
+      OneSheetBook(R"(<row r="1"><c r="A1" cm="1"><f t="array" ref="A1:A2">x</f><v>1</v></c></row>)"
+                   R"(<row r="2"><c r="A2"><v>2</v></c></row>)");
+  const TemporaryFolder folder;
+  const std::filesystem::path file = folder.Put(u"book.xlsx", ZipBook(parts));
+  Workbook book = ReadXlsx(file);
+  book.formulas[0].is_dynamic = true;
+  book.formulas[0].array = CellRange{0, 0, 0, 1};
+  book.sheets[0].Set(1, 0, Value());
+  book.sheets[0].Set(0, 1, 5.0);
+  WriteXlsx(file, file, book, {.cells = {{0, 0, 0}, {0, 1, 0}, {0, 0, 1}}});
+  CHECK(ZipArchive(Bytes(file), {}).Read(kSheetPart) ==
+        SheetXml(R"(<row r="1"><c r="A1" cm="1"><f t="array" ref="A1:B1">x</f><v>1</v></c>)"
+                 R"(<c r="B1"><v>5</v></c></row><row r="2"><c r="A2"></c></row>)"));
+}
+
+TEST_CASE("a workbook of values has no formulas and no list of their cells") {
+  BookParts parts = OneSheetBook(
+      R"(<row r="1"><c r="A1" s="3" cm="1"><f t="array" ref="A1">x</f><v>1</v></c><c r="B1"><v>7</v></c>)"
+      R"(<c r="C1" t="str"><f>y</f><v>a</v></c><c r="D1"><f>z</f></c><c r="E1" t="s"><v>0</v></c></row>)");
+  parts["xl/sharedStrings.xml"] = "<sst><si><t>kept</t></si></sst>";
+  parts["xl/calcChain.xml"] = R"(<calcChain><c r="A1"/></calcChain>)";
+  parts["xl/_rels/workbook.xml.rels"] =
+      RelationshipsXml(RelationshipXml("rId1", "worksheet", "worksheets/sheet1.xml") +
+                       RelationshipXml("rId2", "calcChain", "calcChain.xml") +
+                       RelationshipXml("rId3", "sharedStrings", "sharedStrings.xml"));
+  const std::string types = R"(<Types><Override PartName="/a" ContentType="b"/>)";
+  const std::string chain =
+      R"(<Override PartName="/xl/calcChain.xml" ContentType="x.calcChain+xml"/>)";
+  parts["[Content_Types].xml"] = types + chain + "</Types>";
+  const TemporaryFolder folder;
+  const std::filesystem::path file = folder.Put(u"book.xlsx", ZipBook(parts));
+  Workbook book = ReadXlsx(file);
+  book.sheets[0].Set(0, 0, 2.0);
+  WriteXlsx(file, file, book, {.cells = {{0, 0, 0}}, .values_only = true});
+  ZipArchive archive(Bytes(file), {});
+  CHECK(
+      archive.Read(kSheetPart) ==
+      SheetXml(
+          R"(<row r="1"><c r="A1" s="3"><v>2</v></c><c r="B1"><v>7</v></c><c r="C1" t="str"><v>a</v></c>)"
+          R"(<c r="D1"></c><c r="E1" t="s"><v>0</v></c></row>)"));
+  CHECK_FALSE(archive.Has("xl/calcChain.xml"));
+  CHECK(archive.Read("[Content_Types].xml") == types + "</Types>");
+  CHECK(archive.Read("xl/_rels/workbook.xml.rels").find("calcChain") == std::string::npos);
+  CHECK(ReadXlsx(file).formulas.empty());
+}
+
+TEST_CASE("charts store what their cells show") {
+  BookParts parts = OneSheetBook(
+      R"(<row r="1"><c r="A1"><f>1</f><v>1</v></c></row><row r="2"><c r="A2"><v>2</v></c></row>)");
+  const std::string before =
+      R"(<c:chart xmlns:c="m"><c:ser><c:tx><c:strRef><c:f>name</c:f></c:strRef></c:tx>)"
+      R"(<c:val><c:numRef><c:f>cells</c:f><c:numCache><c:formatCode>0.0</c:formatCode><c:ptCount val="1"/>)"
+      R"(<c:pt idx="0"><c:v>9</c:v></c:pt></c:numCache><c:extLst/></c:numRef></c:val>)";
+  const std::string kept =
+      R"(<c:val><c:numRef><c:f>nothing</c:f><c:numCache/></c:numRef></c:val></c:ser></c:chart>)";
+  parts["xl/charts/chart1.xml"] = before + kept;
+  parts["[Content_Types].xml"] =
+      R"(<Types><Override PartName="/xl/charts/chart1.xml" ContentType="a.drawingml.chart+xml"/></Types>)";
+  const TemporaryFolder folder;
+  const std::filesystem::path file = folder.Put(u"book.xlsx", ZipBook(parts));
+  Workbook book = ReadXlsx(file);
+  book.sheets[0].Set(0, 0, 0.1);
+  book.sheets[0].Set(0, 1, Value(u"a<b"));
+  XlsxChanges changes;
+  changes.find_reference = [](std::u16string_view text) -> std::optional<Reference> {
+    if (text == u"cells") return Reference{0, {{0, 0, 1, 0}, {0, 1, 0, 1}, {5, 5, 5, 5}}};
+    if (text == u"name") return Reference{0, {{0, 1, 0, 1}}};
+    return std::nullopt;
+  };
+  WriteXlsx(file, file, book, changes);
+  CHECK(
+      ZipArchive(Bytes(file), {}).Read("xl/charts/chart1.xml") ==
+      R"(<c:chart xmlns:c="m"><c:ser><c:tx><c:strRef><c:f>name</c:f><c:strCache><c:ptCount val="1"/>)"
+      R"(<c:pt idx="0"><c:v>a&lt;b</c:v></c:pt></c:strCache></c:strRef></c:tx>)"
+      R"(<c:val><c:numRef><c:f>cells</c:f><c:numCache><c:formatCode>0.0</c:formatCode><c:ptCount val="4"/>)"
+      R"(<c:pt idx="0"><c:v>0.1</c:v></c:pt><c:pt idx="1"><c:v>2</c:v></c:pt></c:numCache><c:extLst/>)"
+      R"(</c:numRef></c:val>)" +
+          kept);
 }

@@ -2,6 +2,8 @@
 #include <doctest/doctest.h>
 
 #include <algorithm>
+#include <fstream>
+#include <nlohmann/json.hpp>
 
 #include "host/xlsx/xlsx_file.h"
 #include "integration/host_process.h"
@@ -57,7 +59,6 @@ TEST_CASE("each command shows what it is asked for, and a mistake gets one clear
                {{"eval", "=Zav( "}, 1, "", ""},
                {{"eval", "=NoSuch(1)"}, 0, "\n#NAME?\n", ""},
                {{"functions"}, 0, "ZavCorrelationMatrix(", ""},
-               {{"functions", "--hidden"}, 0, "ZavMeanI(", ""},
                {{"functions", "zavmean"}, 0, "ZavMean(", ""},
                {{"functions", "ZavNoSuch"}, 1, "", ""},
                {{}, 64, "", ""},
@@ -77,8 +78,31 @@ TEST_CASE("each command shows what it is asked for, and a mistake gets one clear
     CHECK(Contains('\n' + outcome.output, given.output));
     CHECK(Contains(outcome.errors, given.errors));
   }
+}
+
+TEST_CASE("functions lists all that the tables have, and says which ones the wizard hides") {
+  std::ifstream file(std::filesystem::path(ZAVREL_SOURCE_DIR) / "src/functions/functions.json");
+  const auto data = nlohmann::json::parse(file);
+  std::size_t count = 0, hidden = 0;
   const std::string listed = ZavHost({"functions"}).output;
-  CHECK(!Contains(listed, "ZavMeanI("));
+  const std::string lines = ZavHost({"functions", "--csv"}).output;
+  for (const auto& table : data["tables"]) {
+    for (const auto& function : table["functions"]) {
+      const std::string name = function["name"];
+      const bool is_hidden = function.value("hidden", table["defaults"].value("hidden", false));
+      CAPTURE(name);
+      CHECK(Contains(listed, "\n  " + name + "("));
+      const std::size_t start = lines.find("\n" + name + ",");
+      REQUIRE(start != std::string::npos);
+      const std::string line = lines.substr(start + 1, lines.find('\n', start + 1) - start - 1);
+      CHECK(line.ends_with(is_hidden ? ",TRUE" : ",FALSE"));
+      ++count;
+      hidden += is_hidden ? 1 : 0;
+    }
+  }
+  CHECK(listed.ends_with(std::to_string(count) + " functions, " + std::to_string(hidden) +
+                         " of them hidden in the function wizard\n"));
+  CHECK(Contains(ZavHost({"functions", "ZavMeanI"}).output, ", hidden in the function wizard\n"));
   CHECK(ZavHost({"functions", "--language", "de"}).output != listed);
 }
 

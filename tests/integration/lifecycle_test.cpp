@@ -2,8 +2,6 @@
 #include <doctest/doctest.h>
 
 #include <algorithm>
-#include <fstream>
-#include <nlohmann/json.hpp>
 
 #include "integration/running_add_in.h"
 
@@ -19,12 +17,6 @@ const zavhost::RegisteredFunction* Find(const zavhost::Engine& engine, std::u16s
   return found == functions.end() ? nullptr : &*found;
 }
 
-/// The functions in a table of functions.json.
-std::size_t Declared(const char* table) {
-  std::ifstream file(ZAVREL_SOURCE_DIR "/src/functions/functions.json");
-  return nlohmann::json::parse(file).at("tables").at(table).at("functions").size();
-}
-
 }  // namespace
 
 TEST_CASE("every announce and withdraw registers afresh for the companions that are there") {
@@ -32,13 +24,14 @@ TEST_CASE("every announce and withdraw registers afresh for the companions that 
   const auto count = [&] { return engine->functions().size(); };
   CHECK(count() == 1);
   CheckFormulas(*engine, std::string("ZavMean(1,2,3) -> #NAME? | ") + kVersion);
-  const std::size_t main = Declared("main");
+  const std::size_t main = FunctionsDeclared("main");
   engine->Announce(7);
   CHECK(count() == main);
   CheckFormulas(*engine, "ZavMean(1,2,3) -> 2 | zavmean(1,2,3) -> 2");
   engine->Announce(5);
   const std::size_t with_application_5 = count();  // more beside the library of the extension
-  CHECK((with_application_5 == main || with_application_5 == main + Declared("extension")));
+  CHECK(
+      (with_application_5 == main || with_application_5 == main + FunctionsDeclared("extension")));
   engine->Announce(5);
   CHECK(count() == with_application_5);
   for (const std::uint16_t application : {std::uint16_t{5}, std::uint16_t{3}}) {

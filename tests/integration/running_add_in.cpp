@@ -2,6 +2,9 @@
 
 #include <doctest/doctest.h>
 
+#include <fstream>
+#include <nlohmann/json.hpp>
+
 #ifdef _WIN32
 #include <process.h>
 #define getpid _getpid
@@ -16,6 +19,11 @@ using zavhost::EngineOptions;
 
 std::filesystem::path AddInFile() {
   return std::filesystem::absolute(ZAVREL_ADD_IN).make_preferred();
+}
+
+std::size_t FunctionsDeclared(const char* table) {
+  std::ifstream file(ZAVREL_SOURCE_DIR "/src/functions/functions.json");
+  return nlohmann::json::parse(file).at("tables").at(table).at("functions").size();
 }
 
 std::filesystem::path ScratchFolder() {

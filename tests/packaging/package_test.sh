@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# package_test.sh SOURCE OUT SCRATCH: packs what ships twice, signed; installs it under Wine in a prefix of
-# its own beside other add-ins, over an older version, and takes it away again.
+# package_test.sh SOURCE OUT SCRATCH BUILD HOST: packs what ships twice, signed; installs it under Wine in a prefix of
+# its own beside other add-ins, over an older version, and takes it away again. BUILD is the build folder, HOST a
+# program that calculates the examples.
 set -Eeuo pipefail
 trap 'printf "stopped in line %s: %s\n" "$LINENO" "$BASH_COMMAND" >&2' ERR
-source=$1 scratch=$3 out=$3/out
+source=$1 scratch=$3 out=$3/out build=$4 host=$5
 # shellcheck disable=SC1091
 . "$source/tests/packaging/checks.sh"
 
@@ -27,7 +28,7 @@ openssl req -x509 -newkey rsa:2048 -nodes -days 30 -subj '/CN=Zavrel Functions t
 # --- Packing: the same bytes, everything in it, signed ---
 
 for run in first second; do
-  "$source/packaging/package" "$out" "$run" --certificate certificate.pem --key key.pem >/dev/null
+  "$source/packaging/package" "$out" "$build" "$host" "$run" --certificate certificate.pem --key key.pem >/dev/null
 done
 zip=$(cd first && echo *.zip) setup=$(cd first && echo *-setup.exe) name=${zip%.zip}
 stage=$scratch/first/$name
@@ -35,7 +36,7 @@ check "the zip has the same bytes again" 'cmp first/$zip second/$zip'
 check "the installer has the same bytes again" 'cmp first/$setup second/$setup'
 check "everything that the build made is in the zip" '
   diff <(cd "$out" && find . -type f | sed s/^..// | sort) \
-       <(unzip -Z1 first/$zip | sed "s/^$name.//" | grep -vE "^(docs|examples)/|^[A-Z]+.html$" | sort)'
+       <(unzip -Z1 first/$zip | sed "s/^$name.//" | grep -vE "^(docs|examples)/|^[A-Z]+(.de)?.html$|^LICENCES.txt$" | sort)'
 help_files() {
   local language=$1 folder=$2
   echo "help/$language/index.html" "help/$language/ZavMean.html" "${folder}ZavrelFuncs8_x64.xll.intellisense.xml"
@@ -44,12 +45,17 @@ help_files() {
 for file in $(help_files en "" ZavrelFuncs8_x64.chm) $(help_files de help/de/ ZavrelFuncs8_x64.de.chm); do
   check "the package holds $file" '[ -s "$stage/$file" ]'
 done
-for file in examples/self-test.xlsx macro/ZavrelSelfTest.bas macro/ZavrelApplicationEvents.cls docs/excel-trial.html; do
+for file in examples/self-test.xlsx macro/ZavrelSelfTest.bas macro/ZavrelApplicationEvents.cls docs/excel-trial.html \
+  README.html README.de.html docs/install.de.html; do
   check "the package holds $file" '[ -s "$stage/$file" ]'
 done
 check "a companion that a user saves beside the add-in has no path of ours" '
   [ -f "$stage/macro/ZavrelCompanion.xlam" ] && [ ! -e "$stage/ZavrelCompanion.xlam" ]'
 check "documents link to pages, headings and pictures that are there" 'links_lead_somewhere "$stage"'
+check "no text names a script that does not ship" 'names_no_missing_script "$stage"'
+check "what is linked in has its notice, and so has the installer" '
+  notices_are_complete "$stage/LICENCES.txt" "$build" && grep -q "^NSIS" "$stage/LICENCES.txt" &&
+  grep -q "winpthreads" "$stage/LICENCES.txt"'
 find "$stage" -iname "*.xll" -o -iname "*.dll" -o -iname "*.exe" >signed.txt
 echo "$scratch/first/$setup" >>signed.txt
 while read -r file; do
@@ -83,6 +89,9 @@ registry() {
   if [ -s uninstall.reg ]; then iconv -f UTF-16 -t UTF-8 uninstall.reg; fi
   rm -f office.reg uninstall.reg
 }
+menu="$WINEPREFIX/drive_c/users/$user/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/Zavrel Functions"
+# entry NAME TEXT: whether the Start menu has this entry, and the text stands in it.
+entry() { [ -f "$menu/$1.lnk" ] && tr -d '\0' <"$menu/$1.lnk" | grep -qaF "$2"; }
 open_values() { tr -d '\r' <"$1" | grep -E '^"OPEN' | sort; }
 uninstall() {
   wine "$folder/Uninstall.exe" "$@"
@@ -116,6 +125,9 @@ check "the new version replaces all of the old one and keeps what is not its own
   { diff -r "$stage" "$folder" || true; } | sort | diff - <(printf "Only in %s: %s\n" "$folder" Uninstall.exe "$folder" "notes of mine.txt" "$folder" ZavrelCompanion.xlam | sort)'
 registry >new.txt
 check "upgrading leaves the add-in where it was" 'diff <(open_values old.txt) <(open_values new.txt)'
+check "the Start menu has the help, the examples and the doctor" '
+  entry "Help on the functions" "help\en\index.html" && entry "Example workbooks" "Zavrel Functions\examples" &&
+  entry "Doctor, checks the installation" "ZavHost.exe\" doctor"'
 check "Windows lists the new version" 'grep -q "DisplayVersion.*${name#ZavrelFunctions-}" new.txt'
 check "the uninstaller is signed" 'osslsigncode verify -CAfile certificate.pem -in "$folder/Uninstall.exe" >/dev/null 2>&1'
 check "the installed add-in works" '[ "$(wine "$folder/ZavHost.exe" eval "=ZavMean(1,2,3)+ZavNormal(0,1,\"xtop\",0)" | tr -d "\r")" = 2.5 ]'
@@ -147,6 +159,7 @@ check "an unticked add-in stays unticked" '[ $(open_values unticked.txt | wc -l)
 uninstall /S
 registry >after.txt
 check "uninstalled, the registry is as before" 'diff before.txt after.txt'
+check "the Start menu too" '[ ! -e "$menu" ]'
 check "and so are the files, a companion of the user's among them" '
   [ "$(cd "$folder" && cat * && ls)" = "$(printf "mine\nmine\nZavrelCompanion.xlam\nnotes of mine.txt")" ]'
 rm -r "$folder"
@@ -157,7 +170,11 @@ wine reg delete 'HKCU\Software\Microsoft\Office' /f >/dev/null
 folder="$WINEPREFIX/drive_c/Über uns/Zavrel"
 # The last argument is read as it stands to the end of the line: it must not be quoted, as one with a blank
 # would be.
-wine "first/$setup" /S /COMPANION '/D=C:\Über' 'uns\Zavrel'
+wine "first/$setup" /S /NOCOMPANION '/D=C:\Über' 'uns\Zavrel'
+wine "first/$setup" /S
+registry >without.txt
+check "a companion that was left out is left out again" '[ $(open_values without.txt | wc -l) = 1 ]'
+wine "first/$setup" /S /COMPANION
 registry >elsewhere.txt
 check "the add-in is the first of all" 'open_values elsewhere.txt | grep -q "^\"OPEN\"=.*Zavrel.*ZavrelFuncs8_x64[.]xll"'
 check "and the companion the second" 'open_values elsewhere.txt | grep -q "^\"OPEN1\"=\"..C:.*Zavrel..macro..ZavrelCompanion[.]xlam..\"$"'
