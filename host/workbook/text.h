@@ -14,6 +14,7 @@ using zavrel::AppendUtf8;
 using zavrel::EqualIgnoringCase;
 using zavrel::IsValidUtf8;
 using zavrel::LowerCase;
+using zavrel::UpperCase;
 using zavrel::Utf16FromPath;
 using zavrel::Utf16FromUtf8;
 using zavrel::Utf8FromPath;
