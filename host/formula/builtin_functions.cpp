@@ -31,7 +31,9 @@ std::span<const std::span<const BuiltInFunction>> BuiltInGroups() {
       LogicalFunctions(),    InformationFunctions(),  NumberFunctions(),
       AggregateFunctions(),  ConditionalFunctions(),  StatisticsFunctions(),
       RegressionFunctions(), DistributionFunctions(), MatrixFunctions(),
-      FinancialFunctions(),  TextFunctions(),         DateFunctions(),
+      FinancialFunctions(),  TextFunctions(),         TextSearchFunctions(),
+      CharacterFunctions(),  NumberTextFunctions(),   BaseFunctions(),
+      DateFunctions(),       PeriodFunctions(),       WorkdayFunctions(),
       ReferenceFunctions(),  LookupFunctions(),       ArrayFunctions()};
   return groups;
 }
