@@ -31,8 +31,10 @@ std::span<const std::span<const BuiltInFunction>> BuiltInGroups() {
       LogicalFunctions(),    InformationFunctions(), NumberFunctions(),     TrigonometryFunctions(),
       IntegerFunctions(),    AggregateFunctions(),   SubtotalFunctions(),   ConditionalFunctions(),
       StatisticsFunctions(), RankFunctions(),        RegressionFunctions(), DistributionFunctions(),
-      MatrixFunctions(),     FinancialFunctions(),   TextFunctions(),       DateFunctions(),
-      ReferenceFunctions(),  LookupFunctions(),      ArrayFunctions(),      SortingFunctions()};
+      MatrixFunctions(),     FinancialFunctions(),   TextFunctions(),       TextSearchFunctions(),
+      CharacterFunctions(),  NumberTextFunctions(),  BaseFunctions(),       PeriodFunctions(),
+      WorkdayFunctions(),    DateFunctions(),        ReferenceFunctions(),  LookupFunctions(),
+      ArrayFunctions(),      SortingFunctions()};
   return groups;
 }
 
