@@ -27,12 +27,27 @@ const Table& Functions() {
 }  // namespace
 
 std::span<const std::span<const BuiltInFunction>> BuiltInGroups() {
-  static const std::span<const BuiltInFunction> groups[] = {
-      LogicalFunctions(),    InformationFunctions(), NumberFunctions(),     TrigonometryFunctions(),
-      IntegerFunctions(),    AggregateFunctions(),   SubtotalFunctions(),   ConditionalFunctions(),
-      StatisticsFunctions(), RankFunctions(),        RegressionFunctions(), DistributionFunctions(),
-      MatrixFunctions(),     FinancialFunctions(),   TextFunctions(),       DateFunctions(),
-      ReferenceFunctions(),  LookupFunctions(),      ArrayFunctions()};
+  static const std::span<const BuiltInFunction> groups[] = {LogicalFunctions(),
+                                                            InformationFunctions(),
+                                                            NumberFunctions(),
+                                                            TrigonometryFunctions(),
+                                                            IntegerFunctions(),
+                                                            AggregateFunctions(),
+                                                            SubtotalFunctions(),
+                                                            ConditionalFunctions(),
+                                                            StatisticsFunctions(),
+                                                            RankFunctions(),
+                                                            RegressionFunctions(),
+                                                            DistributionFunctions(),
+                                                            DiscreteDistributionFunctions(),
+                                                            HypothesisTestFunctions(),
+                                                            MatrixFunctions(),
+                                                            FinancialFunctions(),
+                                                            TextFunctions(),
+                                                            DateFunctions(),
+                                                            ReferenceFunctions(),
+                                                            LookupFunctions(),
+                                                            ArrayFunctions()};
   return groups;
 }
 
