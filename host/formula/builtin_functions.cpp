@@ -27,14 +27,34 @@ const Table& Functions() {
 }  // namespace
 
 std::span<const std::span<const BuiltInFunction>> BuiltInGroups() {
-  static const std::span<const BuiltInFunction> groups[] = {
-      LogicalFunctions(),    InformationFunctions(), NumberFunctions(),     TrigonometryFunctions(),
-      IntegerFunctions(),    AggregateFunctions(),   SubtotalFunctions(),   ConditionalFunctions(),
-      StatisticsFunctions(), RankFunctions(),        RegressionFunctions(), DistributionFunctions(),
-      MatrixFunctions(),     FinancialFunctions(),   TextFunctions(),       TextSearchFunctions(),
-      CharacterFunctions(),  NumberTextFunctions(),  BaseFunctions(),       PeriodFunctions(),
-      WorkdayFunctions(),    DateFunctions(),        ReferenceFunctions(),  LookupFunctions(),
-      ArrayFunctions(),      SortingFunctions()};
+  static const std::span<const BuiltInFunction> groups[] = {LogicalFunctions(),
+                                                            InformationFunctions(),
+                                                            NumberFunctions(),
+                                                            TrigonometryFunctions(),
+                                                            IntegerFunctions(),
+                                                            AggregateFunctions(),
+                                                            SubtotalFunctions(),
+                                                            ConditionalFunctions(),
+                                                            StatisticsFunctions(),
+                                                            RankFunctions(),
+                                                            RegressionFunctions(),
+                                                            DistributionFunctions(),
+                                                            DiscreteDistributionFunctions(),
+                                                            HypothesisTestFunctions(),
+                                                            MatrixFunctions(),
+                                                            FinancialFunctions(),
+                                                            TextFunctions(),
+                                                            TextSearchFunctions(),
+                                                            CharacterFunctions(),
+                                                            NumberTextFunctions(),
+                                                            BaseFunctions(),
+                                                            PeriodFunctions(),
+                                                            WorkdayFunctions(),
+                                                            DateFunctions(),
+                                                            ReferenceFunctions(),
+                                                            LookupFunctions(),
+                                                            ArrayFunctions(),
+                                                            SortingFunctions()};
   return groups;
 }
 

@@ -21,6 +21,8 @@ std::span<const BuiltInFunction> StatisticsFunctions();
 std::span<const BuiltInFunction> RankFunctions();
 std::span<const BuiltInFunction> RegressionFunctions();
 std::span<const BuiltInFunction> DistributionFunctions();
+std::span<const BuiltInFunction> DiscreteDistributionFunctions();
+std::span<const BuiltInFunction> HypothesisTestFunctions();
 std::span<const BuiltInFunction> MatrixFunctions();
 std::span<const BuiltInFunction> FinancialFunctions();
 std::span<const BuiltInFunction> TextFunctions();
