@@ -32,7 +32,9 @@ std::span<const std::span<const BuiltInFunction>> BuiltInGroups() {
       IntegerFunctions(),    AggregateFunctions(),   SubtotalFunctions(),   ConditionalFunctions(),
       StatisticsFunctions(), RankFunctions(),        RegressionFunctions(), DistributionFunctions(),
       MatrixFunctions(),     FinancialFunctions(),   TextFunctions(),       DateFunctions(),
-      ReferenceFunctions(),  LookupFunctions(),      ArrayFunctions(),      SortingFunctions()};
+      ReferenceFunctions(),  LookupFunctions(),      ArrayFunctions(),      SortingFunctions(),
+      TextSearchFunctions(), CharacterFunctions(),   NumberTextFunctions(), BaseFunctions(),
+      PeriodFunctions(),     WorkdayFunctions()};
   return groups;
 }
 

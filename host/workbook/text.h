@@ -15,6 +15,7 @@ using zavrel::CompareIgnoringCase;
 using zavrel::EqualIgnoringCase;
 using zavrel::IsValidUtf8;
 using zavrel::LowerCase;
+using zavrel::UpperCase;
 using zavrel::Utf16FromPath;
 using zavrel::Utf16FromUtf8;
 using zavrel::Utf8FromPath;

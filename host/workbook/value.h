@@ -215,8 +215,15 @@ using Operand = std::variant<Value, ArrayPtr, Reference, MissingArgument>;
 /// format, rounded to at most 15 significant digits, with an exponent from 1E+20 up and below
 /// 0.0001 ("1E+20", "0.1", "123456789012", "1.23E-05"). A number that is not finite gives "#NUM!".
 std::u16string GeneralText(double number);
-/// The number that a text would give as a cell entry ("1.5", " -2e3 ", "50%", "1,234.5", in US
-/// form); nothing for other text, and if the number is too large or too small for a double.
-std::optional<double> NumberFromText(std::u16string_view text);
+/// How the dates in texts become numbers.
+struct DateReading {
+  bool date1904 = false;
+  /// The year of dates without one; the year of the computer's clock if there is none here.
+  std::optional<int> year;
+};
+/// The number that a text would give as a cell entry in US form: "1.5", " -2e3 ", "50%",
+/// "1,234.5", "$5", "(5)" (negative), "1 1/2", and dates and times (date_text.h). Nothing for other
+/// text, and if the number is too large or too small for a double.
+std::optional<double> NumberFromText(std::u16string_view text, const DateReading& dates = {});
 
 }  // namespace zavhost

@@ -1,9 +1,10 @@
 #include "host/xlsx/iso_date.h"
 
 #include <charconv>
-#include <chrono>
 #include <cstddef>
 #include <system_error>
+
+#include "host/workbook/calendar.h"
 
 namespace zavhost {
 namespace {
@@ -19,19 +20,14 @@ std::optional<int> Digits(std::string_view text, std::size_t place, std::size_t 
   return number;
 }
 
-/// Days since the epoch of the serial numbers.
-std::optional<double> DayNumber(std::string_view text, bool date1904) {
-  using std::chrono::day, std::chrono::month, std::chrono::year, std::chrono::sys_days;
+std::optional<double> DaySerial(std::string_view text, bool date1904) {
   const std::optional<int> y = Digits(text, 0, 4), m = Digits(text, 5, 2), d = Digits(text, 8, 2);
   if (!y || !m || !d || text.size() != 10 || text[4] != '-' || text[7] != '-') return std::nullopt;
-  const std::chrono::year_month_day date{year(*y), month(static_cast<unsigned>(*m)),
-                                         day(static_cast<unsigned>(*d))};
-  if (!date.ok()) return std::nullopt;
-  const sys_days epoch = date1904 ? sys_days(year(1904) / 1 / 1) : sys_days(year(1899) / 12 / 31);
-  int days = static_cast<int>((sys_days(date) - epoch).count());
-  if (!date1904 && days >= 60) ++days;
-  if (days < 0) return std::nullopt;
-  return days;
+  // A time of day can be stored as one on day 0, the last of 1899.
+  const std::optional<int> day =
+      text == "1899-12-31" ? std::optional(0) : ExistingDayOf({*y, *m, *d});
+  if (!day || *day < FirstDay(date1904)) return std::nullopt;
+  return *day - FirstDay(date1904);
 }
 
 /// A time of day as a fraction of a day: "10:30", "10:30:00", "10:30:00.25".
@@ -56,7 +52,7 @@ std::optional<double> SerialFromIsoDate(std::string_view text, bool date1904) {
   const std::size_t t = text.find('T');
   const bool only_time = t == std::string_view::npos && text.find(':') != std::string_view::npos;
   if (only_time) return DayFraction(text);
-  const std::optional<double> days = DayNumber(text.substr(0, t), date1904);
+  const std::optional<double> days = DaySerial(text.substr(0, t), date1904);
   if (!days || t == std::string_view::npos) return days;
   std::string_view time = text.substr(t + 1);
   time = time.substr(0, time.find_first_of("+-"));

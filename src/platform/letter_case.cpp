@@ -9,6 +9,7 @@ namespace {
 
 constexpr char32_t kSigma = 0x03C3;
 constexpr char32_t kFinalSigma = 0x03C2;
+constexpr char32_t kSharpS = 0x00DF;
 
 char32_t Lower(char32_t code) {
   if (code < 0x80) return code >= U'A' && code <= U'Z' ? code + (U'a' - U'A') : code;
@@ -17,17 +18,39 @@ char32_t Lower(char32_t code) {
   return static_cast<char32_t>(utf8proc_tolower(static_cast<utf8proc_int32_t>(code)));
 }
 
-}  // namespace
+char32_t Upper(char32_t code) {
+  if (code < 0x80) return code >= U'a' && code <= U'z' ? code - (U'a' - U'A') : code;
+  if (code == kSharpS) return code;
+  return static_cast<char32_t>(utf8proc_toupper(static_cast<utf8proc_int32_t>(code)));
+}
 
-std::u16string LowerCase(std::u16string_view text) {
-  std::u16string lower;
-  lower.reserve(text.size());
+std::u16string Mapped(std::u16string_view text, char32_t (*map)(char32_t)) {
+  std::u16string mapped;
+  mapped.reserve(text.size());
   while (!text.empty()) {
     const Utf16Character first = FirstCharacter(text);
-    AppendUtf16(Lower(first.code), lower);
+    AppendUtf16(map(first.code), mapped);
     text.remove_prefix(first.units);
   }
-  return lower;
+  return mapped;
+}
+
+}  // namespace
+
+std::u16string LowerCase(std::u16string_view text) { return Mapped(text, Lower); }
+std::u16string UpperCase(std::u16string_view text) { return Mapped(text, Upper); }
+
+bool IsLetter(char32_t code) {
+  switch (utf8proc_category(static_cast<utf8proc_int32_t>(code))) {
+    case UTF8PROC_CATEGORY_LU:
+    case UTF8PROC_CATEGORY_LL:
+    case UTF8PROC_CATEGORY_LT:
+    case UTF8PROC_CATEGORY_LM:
+    case UTF8PROC_CATEGORY_LO:
+      return true;
+    default:
+      return false;
+  }
 }
 
 int CompareIgnoringCase(std::u16string_view a, std::u16string_view b) {

@@ -14,6 +14,12 @@ std::u16string LowerCase(std::u16string_view text);
 /// Negative, zero or positive by the first code points that differ in lower case.
 int CompareIgnoringCase(std::u16string_view a, std::u16string_view b);
 
+/// Replaces each letter by its upper-case form, one for one: the sharp s stays unchanged.
+std::u16string UpperCase(std::u16string_view text);
+
+/// True for letters of any script.
+bool IsLetter(char32_t code);
+
 /// True if the two texts differ at most in letter case.
 bool EqualIgnoringCase(std::u16string_view a, std::u16string_view b);
 

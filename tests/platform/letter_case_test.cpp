@@ -32,6 +32,14 @@ TEST_CASE("lower case by Unicode, letter for letter") {
   }
 }
 
+TEST_CASE("upper case is found letter by letter") {
+  CHECK(UpperCase(u"aé ß σς \U00010428\xD801") == u"AÉ ß ΣΣ \U00010400\xD801");
+  CHECK(IsLetter(U'é'));
+  CHECK(IsLetter(U'語'));
+  CHECK(!IsLetter(U'7'));
+  CHECK(!IsLetter(0xD800));
+}
+
 TEST_CASE("two texts are equal but for case exactly when their lower case is the same") {
   const std::u16string texts[] = {u"",           u"a",      u"A",          u"ab",
                                   u"aB",         u"É",      u"é",          u"e\u0301",
