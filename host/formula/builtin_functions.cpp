@@ -43,6 +43,7 @@ std::span<const std::span<const BuiltInFunction>> BuiltInGroups() {
                                                             HypothesisTestFunctions(),
                                                             MatrixFunctions(),
                                                             FinancialFunctions(),
+                                                            CashFlowFunctions(),
                                                             TextFunctions(),
                                                             DateFunctions(),
                                                             ReferenceFunctions(),
