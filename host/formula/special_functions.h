@@ -23,16 +23,20 @@ double GammaPInverse(double a, double p);
 double GammaQInverse(double a, double q);
 double GammaPDerivative(double a, double x);
 
+double Beta(double a, double b);  // a > 0, b > 0
+
+/// The place of a quantile, also as its distance from 1, which has all its digits near there.
+struct BetaQuantile {
+  double x;
+  double complement;
+};
+
 /// The regularized incomplete beta function, its complement, the inverses with respect to x, and
 /// its derivative; a > 0, b > 0, 0 <= x <= 1.
 double BetaI(double a, double b, double x);
 double BetaIComplement(double a, double b, double x);
-double BetaIInverse(double a, double b, double p);
-double BetaIComplementInverse(double a, double b, double q);
+BetaQuantile BetaIInverse(double a, double b, double p);
+BetaQuantile BetaIComplementInverse(double a, double b, double q);
 double BetaIDerivative(double a, double b, double x);
-
-/// The upper tail of Student's distribution at t >= 0, and its quantile for a tail of at most 1/2.
-double StudentTail(double df, double t);
-double StudentTailInverse(double df, double tail);
 
 }  // namespace zavhost::special
