@@ -38,6 +38,7 @@ const std::vector<double>& Whole() {
 
 std::vector<VariableColumn> ColumnsOf(const std::vector<double>& values) {
   std::vector<VariableColumn> columns;
+  columns.reserve(kVariables);
   for (std::size_t c = 0; c < kVariables; ++c)
     columns.push_back(VariableColumn(values).subspan(c * kObservations, kObservations));
   return columns;

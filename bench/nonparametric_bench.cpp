@@ -19,14 +19,15 @@ using benchmark::State;
 
 void CountRankSums(State& state) {
   __extension__ using Count = unsigned __int128;
-  constexpr std::size_t n = 50, middle = n * n / 2;
-  std::vector<Count> counts(middle + 1);
+  constexpr std::size_t kSize = 50;  // of either sample
+  constexpr std::size_t kMiddle = kSize * kSize / 2;
+  std::vector<Count> counts(kMiddle + 1);
   for (auto _ : state) {
     std::fill(counts.begin(), counts.end(), Count{0});
     counts[0] = 1;
-    for (std::size_t i = 1; i <= n; ++i) {
-      for (std::size_t u = middle; u >= n + i; --u) counts[u] -= counts[u - n - i];
-      for (std::size_t u = i; u <= middle; ++u) counts[u] += counts[u - i];
+    for (std::size_t i = 1; i <= kSize; ++i) {
+      for (std::size_t u = kMiddle; u >= kSize + i; --u) counts[u] -= counts[u - kSize - i];
+      for (std::size_t u = i; u <= kMiddle; ++u) counts[u] += counts[u - i];
     }
     benchmark::DoNotOptimize(counts.data());
     benchmark::ClobberMemory();
@@ -40,13 +41,14 @@ const Ratio kMannWhitney("one pass of counting: ZavMWpValue(50,50,2525,0)", {{"M
                          {{"CountRankSums"}});
 
 void CountSignedRanks(State& state) {
-  constexpr std::size_t n = 200, middle = n * (n + 1) / 4;
-  std::vector<double> shares(middle + 1);
+  constexpr std::size_t kPairs = 200;
+  constexpr std::size_t kMiddle = kPairs * (kPairs + 1) / 4;
+  std::vector<double> shares(kMiddle + 1);
   for (auto _ : state) {
     std::fill(shares.begin(), shares.end(), 0.0);
     shares[0] = 1;
-    for (std::size_t i = 1; i <= n; ++i) {
-      const std::size_t last = std::min(middle, i * (i + 1) / 2);
+    for (std::size_t i = 1; i <= kPairs; ++i) {
+      const std::size_t last = std::min(kMiddle, i * (i + 1) / 2);
       for (std::size_t v = last; v >= i; --v) shares[v] = (shares[v] + shares[v - i]) * 0.5;
       for (std::size_t v = std::min(last + 1, i); v-- > 0;) shares[v] *= 0.5;
     }

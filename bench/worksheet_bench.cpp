@@ -32,9 +32,9 @@ void FirstCalls(State& state, std::u16string_view function, char16_t column,
   WarmMemory();
   const std::u16string begin = u"Zav" + std::u16string(function) + u"(";
   const std::u16string end = std::u16string(further) + u")";
-  for (int i = 0; i < 3; ++i) SecondsOf(RealEngine(), begin + NewRange(column) + end);
-  for (auto _ : state)
-    state.SetIterationTime(SecondsOf(RealEngine(), begin + NewRange(column) + end));
+  const auto seconds = [&] { return SecondsOf(RealEngine(), begin + NewRange(column) + end); };
+  for (int i = 0; i < 3; ++i) seconds();
+  for (auto _ : state) state.SetIterationTime(seconds());
 }
 
 /// Runs the body of a benchmark; an exception ends only this benchmark.

@@ -25,7 +25,8 @@ import uuid
 from distributed import CancelledError, Client, KilledWorker
 
 # The words for exit codes, from the worst to the best, as in host/cli/batch.cpp.
-STATUSES = {3: "crashed", 2: "broke a rule", 6: "out of time", 1: "failed", 4: "with errors", 5: "differs", 0: "done"}
+STATUSES = {3: "crashed", 2: "broke a rule", 6: "out of time", 1: "failed", 4: "with errors", 7: "in doubt", 5: "differs",
+            0: "done"}
 CRASH, ERROR, SUCCESS, USAGE = 3, 1, 0, 64
 INTERRUPTED = 130  # as of a program that Ctrl-C ended
 # A cluster that has had no worker for so many seconds is given up.
@@ -323,9 +324,10 @@ def read_command_line():
     parser.add_argument("--zavhost", metavar="FILE", default="zavhost",
                         help="the program on the workers (default: the one in their PATH)")
     passed_on = parser.add_argument_group("options that every workbook's zavhost run gets").add_argument
-    passed_on("--all", action="store_true", help="recalculate formulas that do not call the add-in, too")
+    passed_on("--all", action="store_true", help="no effect but in the report of a single workbook")
+    passed_on("--values-only", action="store_true", help="write values in place of the formulas")
     passed_on("--max-formulas", metavar="N", type=whole_number(1, 100_000_000),
-              help="refuse a workbook with more formulas to recalculate")
+              help="refuse a workbook with more formulas")
     passed_on("--timeout", metavar="SECONDS", type=whole_number(1, 1_000_000),
               help="give up a workbook that takes longer")
     passed_on("--memory", metavar="MB", type=whole_number(16, 16_000_000),
@@ -336,7 +338,7 @@ def read_command_line():
 
 
 def options_passed_on(line):
-    options = ["--all"] if line.all else []
+    options = ["--" + name.replace("_", "-") for name in ("all", "values_only") if getattr(line, name)]
     for name in ("max_formulas", "timeout", "memory", "add_in", "language"):
         value = getattr(line, name)
         if value is not None:

@@ -4,6 +4,7 @@
 
 #include "formula/a1_reference.h"
 #include "formula/lexer.h"
+#include "host/formula/file_marks.h"
 #include "host/workbook/text.h"
 
 namespace zavhost {
@@ -56,13 +57,6 @@ class Mover {
   std::int32_t columns_;
 };
 
-/// A function's token without what files put in front of an add-in's function.
-std::u16string_view WithoutAddInMark(std::u16string_view token) {
-  constexpr std::u16string_view kMark = u"_xll.";
-  if (EqualIgnoringCase(token.substr(0, kMark.size()), kMark)) token.remove_prefix(kMark.size());
-  return token;
-}
-
 }  // namespace
 
 std::u16string ShownFormulaText(std::u16string_view text, const CellAddress& origin,
@@ -75,8 +69,9 @@ std::u16string ShownFormulaText(std::u16string_view text, const CellAddress& ori
   for (const formula::Token& token : formula::Tokenize(text)) {
     if (token.kind == formula::TokenKind::kReference) {
       moved += is_moved ? mover.Move(token.text) : token.text;
-    } else if (token.kind == formula::TokenKind::kFunction) {
-      moved += WithoutAddInMark(token.text);
+    } else if (token.kind == formula::TokenKind::kFunction ||
+               token.kind == formula::TokenKind::kName) {
+      moved += WithoutFileMarks(token.text);
     } else {
       moved += token.text;
     }

@@ -4,6 +4,7 @@
 
 #include "formula/lexer.h"
 #include "host/formula/builtin_functions.h"
+#include "host/formula/file_marks.h"
 #include "host/workbook/text.h"
 
 namespace zavhost {
@@ -22,10 +23,7 @@ std::u16string_view WithoutPrefix(std::u16string_view token) {
 std::u16string_view FunctionName(std::u16string_view token) {
   std::u16string_view name = WithoutPrefix(token);
   name = name.substr(0, name.find_last_not_of(u"( \t\r\n") + 1);
-  for (const std::u16string_view mark : {u"_xlfn.", u"_xlws.", u"_xludf.", u"_xll."}) {
-    if (EqualIgnoringCase(name.substr(0, mark.size()), mark)) name.remove_prefix(mark.size());
-  }
-  return name;
+  return WithoutFileMarks(name);
 }
 
 /// Cells or a name of another workbook, or cells of several sheets. "[0]" is this workbook.

@@ -27,34 +27,17 @@ const Table& Functions() {
 }  // namespace
 
 std::span<const std::span<const BuiltInFunction>> BuiltInGroups() {
-  static const std::span<const BuiltInFunction> groups[] = {LogicalFunctions(),
-                                                            InformationFunctions(),
-                                                            NumberFunctions(),
-                                                            TrigonometryFunctions(),
-                                                            IntegerFunctions(),
-                                                            AggregateFunctions(),
-                                                            SubtotalFunctions(),
-                                                            ConditionalFunctions(),
-                                                            StatisticsFunctions(),
-                                                            RankFunctions(),
-                                                            RegressionFunctions(),
-                                                            DistributionFunctions(),
-                                                            DiscreteDistributionFunctions(),
-                                                            HypothesisTestFunctions(),
-                                                            MatrixFunctions(),
-                                                            FinancialFunctions(),
-                                                            TextFunctions(),
-                                                            TextSearchFunctions(),
-                                                            CharacterFunctions(),
-                                                            NumberTextFunctions(),
-                                                            BaseFunctions(),
-                                                            PeriodFunctions(),
-                                                            WorkdayFunctions(),
-                                                            DateFunctions(),
-                                                            ReferenceFunctions(),
-                                                            LookupFunctions(),
-                                                            ArrayFunctions(),
-                                                            SortingFunctions()};
+  static const std::span<const BuiltInFunction> groups[] = {
+      LogicalFunctions(),        InformationFunctions(), NumberFunctions(),
+      TrigonometryFunctions(),   IntegerFunctions(),     AggregateFunctions(),
+      SubtotalFunctions(),       ConditionalFunctions(), StatisticsFunctions(),
+      RankFunctions(),           RegressionFunctions(),  DistributionFunctions(),
+      MatrixFunctions(),         FinancialFunctions(),   TextFunctions(),
+      DateFunctions(),           ReferenceFunctions(),   LookupFunctions(),
+      ArrayFunctions(),          SortingFunctions(),     TextSearchFunctions(),
+      CharacterFunctions(),      NumberTextFunctions(),  BaseFunctions(),
+      PeriodFunctions(),         WorkdayFunctions(),     DiscreteDistributionFunctions(),
+      HypothesisTestFunctions(), CashFlowFunctions()};
   return groups;
 }
 

@@ -25,6 +25,7 @@ std::span<const BuiltInFunction> DiscreteDistributionFunctions();
 std::span<const BuiltInFunction> HypothesisTestFunctions();
 std::span<const BuiltInFunction> MatrixFunctions();
 std::span<const BuiltInFunction> FinancialFunctions();
+std::span<const BuiltInFunction> CashFlowFunctions();
 std::span<const BuiltInFunction> TextFunctions();
 std::span<const BuiltInFunction> TextSearchFunctions();
 std::span<const BuiltInFunction> CharacterFunctions();

@@ -17,6 +17,9 @@ struct Converted {
 };
 
 /// Blank is 0, booleans are 1 and 0, text becomes the number that it spells; other text is #VALUE!.
+/// A text's date is a serial number of the 1900 system in every workbook, and without a year it is
+/// in the year of the computer's clock; functions of dates read their arguments with DateReader,
+/// which knows better.
 Converted<double> ToNumber(const Value& value);
 /// Numbers other than 0 are true, blank is false, text must spell TRUE or FALSE.
 Converted<bool> ToBoolean(const Value& value);

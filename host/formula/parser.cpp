@@ -8,6 +8,7 @@
 #include "formula/lexer.h"
 #include "host/formula/evaluate.h"
 #include "host/formula/expression.h"
+#include "host/formula/file_marks.h"
 #include "host/workbook/text.h"
 
 namespace zavhost {
@@ -123,12 +124,6 @@ std::optional<SheetPrefix> TakePrefix(std::u16string_view& text) {
   }
   if (sheet.find_first_of(u":[") != std::u16string::npos) return std::nullopt;
   return SheetPrefix{SheetPrefix::Kind::kSheet, std::move(sheet)};
-}
-
-bool TakeStart(std::u16string_view& text, std::u16string_view start) {
-  if (!EqualIgnoringCase(text.substr(0, start.size()), start)) return false;
-  text.remove_prefix(start.size());
-  return true;
 }
 
 class Parser {
@@ -250,7 +245,7 @@ class Parser {
     std::u16string_view text = Peek().text;
     auto prefix = TakePrefix(text);
     if (!prefix) return Constant(out, Value(ErrorCode::kRef));
-    TakeStart(text, u"_xlpm.");  // marks the variables of LET
+    text = WithoutFileMarks(text);
     out.steps.emplace_back(NameStep{std::move(*prefix), std::u16string(text), Take().position});
   }
 
@@ -259,10 +254,8 @@ class Parser {
     std::u16string_view name = Take().text;
     name = name.substr(0, name.find_last_not_of(u"( \t\r\n") + 1);
     name.remove_prefix(name.rfind(u'!') + 1);  // npos + 1 is 0
-    const bool is_future = TakeStart(name, u"_xlfn.");
-    TakeStart(name, u"_xlws.");
-    TakeStart(name, u"_xludf.");
-    TakeStart(name, u"_xll.");
+    const bool is_future = HasMark(name, u"_xlfn.");
+    name = WithoutFileMarks(name);
     std::vector<Expression> arguments = ParseArguments();
     Leave();
     // The forms of "@" and "#" in files, for programs that do not know these operators.

@@ -34,9 +34,12 @@ Position FindEqual(const Value& wanted, const SearchVector& in, bool from_last) 
       return value.number() != nullptr && *value.number() == *number;
     });
   }
-  return Find(in, from_last, [&wanted](const Value& value) {
-    return AreOfOneKind(value, wanted) && CompareValues(value, wanted) == 0;
-  });
+  if (const std::u16string* text = wanted.text()) {
+    return Find(in, from_last, [text](const Value& value) {
+      return value.text() != nullptr && EqualIgnoringCase(*value.text(), *text);
+    });
+  }
+  return Find(in, from_last, [&wanted](const Value& value) { return value == wanted; });
 }
 
 Position FindPattern(const Value& wanted, const SearchVector& in, bool from_last) {

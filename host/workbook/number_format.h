@@ -21,8 +21,5 @@ std::optional<std::u16string> FormattedText(const Value& value, std::u16string_v
 std::optional<std::u16string> FormattedNumber(double magnitude, const FormatSection& section);
 std::optional<std::u16string> FormattedDate(double serial, const FormatSection& section,
                                             bool date1904);
-/// A section with E+ or E-, and one with the bar of a fraction.
-std::u16string FormattedScientific(double magnitude, const FormatSection& section);
-std::optional<std::u16string> FormattedFraction(double magnitude, const FormatSection& section);
 
 }  // namespace zavhost

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <span>
+#include <vector>
 
 #include "host/workbook/decimal_digits.h"
 #include "host/workbook/number_format.h"
@@ -170,18 +171,15 @@ Ratio Convergent(double number, double largest_denominator) {
 
 /// Denominators are aligned to the left, so the placeholders that are left over come behind.
 void WriteDenominator(double denominator, Tokens tokens, std::u16string& out) {
-  const DecimalDigits digits(denominator);
-  const auto width = static_cast<std::size_t>(digits.WholeDigits());
   std::u16string written;
   WriteNumber(denominator, tokens, written);
   const std::size_t blanks = std::min(written.find_first_not_of(u' '), written.size());
-  out.append(written, blanks);
-  if (written.size() > width) out.append(blanks, u' ');
+  out.append(written, blanks).append(blanks, u' ');
 }
 
-}  // namespace
-
-std::u16string FormattedScientific(double magnitude, const FormatSection& section) {
+/// A section with E+ or E-. With several placeholders for the whole part, the exponent is a
+/// multiple of their number.
+std::u16string Scientific(double magnitude, const FormatSection& section) {
   const Split parts(section.tokens, Kind::kExponent);
   const Split mantissa(parts.before, Kind::kPoint);
   const int whole = Placeholders(mantissa.before);
@@ -208,35 +206,48 @@ std::u16string FormattedScientific(double magnitude, const FormatSection& sectio
   return shown;
 }
 
-std::optional<std::u16string> FormattedFraction(double magnitude, const FormatSection& section) {
+struct MixedNumber {
+  double whole;
+  Ratio ratio;
+};
+
+/// The number as the whole part, if it is shown, and the nearest fraction.
+MixedNumber MixedNumberOf(double number, const FractionTokens& parts) {
+  const bool has_whole = Placeholders(parts.whole) > 0;
+  const double whole = has_whole ? std::floor(number) : 0.0;
+  const double fraction = number - whole;
+  const double denominator = parts.fixed_denominator;
+  const Ratio ratio = denominator > 0.0 ? Ratio{std::round(fraction * denominator), denominator}
+                                        : Convergent(fraction, parts.LargestDenominator());
+  if (has_whole && ratio.numerator == ratio.denominator)
+    return {whole + 1.0, {0.0, ratio.denominator}};
+  return {whole, ratio};
+}
+
+/// The whole part with what stands behind it. Without a fraction, a zero is shown, though # alone
+/// would leave it out.
+void WriteWholePart(double whole, Tokens tokens, bool has_fraction, std::u16string& out) {
+  std::vector<FormatToken> written(tokens.begin(), tokens.end());
+  const auto last = std::find_if(written.rbegin(), written.rend(), [](const FormatToken& token) {
+    return token.kind == Kind::kDigit;
+  });
+  if (!has_fraction && last != written.rend()) last->text = u"0";
+  WriteNumber(whole, written, out);
+}
+
+/// A section with the bar of a fraction.
+std::optional<std::u16string> Fraction(double magnitude, const FormatSection& section) {
   const FractionTokens parts(section.tokens);
   if (parts.numerator.empty() || parts.denominator.empty()) return std::nullopt;
   magnitude *= std::pow(10.0, section.scale);
   if (!std::isfinite(magnitude)) return std::nullopt;
+  const auto [whole, ratio] = MixedNumberOf(magnitude, parts);
   const bool has_whole = Placeholders(parts.whole) > 0;
-  double whole = has_whole ? std::floor(magnitude) : 0.0;
-  const double fraction = magnitude - whole;
-  Ratio ratio{0.0, parts.fixed_denominator};
-  if (ratio.denominator > 0.0)
-    ratio.numerator = std::round(fraction * ratio.denominator);
-  else
-    ratio = Convergent(fraction, parts.LargestDenominator());
-  if (has_whole && ratio.numerator == ratio.denominator) {
-    whole += 1.0;
-    ratio.numerator = 0.0;
-  }
+  const bool has_fraction = !has_whole || ratio.numerator > 0.0;
 
   std::u16string shown;
-  const bool is_whole = has_whole && ratio.numerator == 0.0;
-  std::vector<FormatToken> whole_tokens(parts.whole.begin(), parts.whole.end());
-  if (is_whole) {  // a zero is shown, though # alone would leave it out
-    const auto last =
-        std::find_if(whole_tokens.rbegin(), whole_tokens.rend(),
-                     [](const FormatToken& token) { return token.kind == Kind::kDigit; });
-    last->text = u"0";
-  }
-  WriteNumber(whole, whole_tokens, shown);
-  if (is_whole && parts.numerator.back().text != u"0") {
+  WriteWholePart(whole, parts.whole, has_fraction, shown);
+  if (!has_fraction && parts.numerator.back().text != u"0") {
     shown.append(parts.numerator.size() + 1 + parts.denominator.size(), u' ');
   } else {
     WriteNumber(ratio.numerator, parts.numerator, shown);
@@ -251,9 +262,11 @@ std::optional<std::u16string> FormattedFraction(double magnitude, const FormatSe
   return shown;
 }
 
+}  // namespace
+
 std::optional<std::u16string> FormattedNumber(double magnitude, const FormatSection& section) {
-  if (section.Has(Kind::kExponent)) return FormattedScientific(magnitude, section);
-  if (section.Has(Kind::kBar)) return FormattedFraction(magnitude, section);
+  if (section.Has(Kind::kExponent)) return Scientific(magnitude, section);
+  if (section.Has(Kind::kBar)) return Fraction(magnitude, section);
   const Split parts(section.tokens, Kind::kPoint);
   DecimalDigits digits(magnitude);
   digits.Scale(section.scale);

@@ -46,7 +46,7 @@ _zavhost() {
   local common='--help --add-in --language --json'
   local workbooks='--all --max-formulas --jobs --timeout --memory'
   case $command in
-    run) options="$common $workbooks --output --output-folder --resume --csv" ;;
+    run) options="$common $workbooks --output --output-folder --resume --in-place --values-only --csv" ;;
     check) options="$common $workbooks --digits" ;;
     eval) options="$common --data --csv" ;;
     functions) options="$common --csv" ;;

@@ -57,8 +57,8 @@ class BoundFunctions {
   /// Null when a library or a function is missing. Only the first call tries to bind, and reports.
   const Functions* Get() {
     if (!tried_) {
-      tried_ = true;  // even if an exception ends this call
-      Binding binding;
+      tried_ = true;    // even if an exception ends this call
+      Binding binding;  // NOLINT(misc-const-correctness): bind_ changes it
       bind_(binding, functions_);
       // The outcome is set before anything is shown: while a box is open Excel may calculate, and a
       // formula may call this function again.

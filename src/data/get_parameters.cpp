@@ -116,8 +116,9 @@ class ParameterReader {
     if (!kind) return Failure(ExcelError::kValue);
     OrFailure<ScalarValue> scalar = ReadScalar(*kind, argument);
     if (scalar.ok())
-      return std::visit([](auto&& content) { return Value(std::move(content)); },
-                        *std::move(scalar));
+      return std::visit(
+          [](auto&& content) { return Value(std::forward<decltype(content)>(content)); },
+          *std::move(scalar));
     if (scalar.failure().uncalculated() || options_.propagate_errors) return scalar.failure();
     return Failure(ExcelError::kValue);
   }

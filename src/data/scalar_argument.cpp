@@ -30,7 +30,7 @@ OrFailure<Single> SingleOf(const XLOPER12* argument) {
   if (argument == nullptr) return Single{&XXloper::Missing().record()};
   Single single{argument};
   if (const auto reference = ReferenceView::Of(*argument)) {
-    ExcelResult cell = LookUpFirstCell(*reference);
+    const ExcelResult cell = LookUpFirstCell(*reference);
     if (WantsReturn(cell)) return Failure::Uncalculated();
     if (!cell.ok()) return NotOfThisKind();
     single = {&cell.value.record(), cell.value};

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <new>
+#include <memory>
 #include <stdexcept>
 
 #include "data/cell_columns.h"
@@ -17,6 +17,27 @@ namespace {
 constexpr std::size_t kHandleDigits = 9;
 constexpr std::size_t kPlaces = 1'000'000'000 / StackedSelections::kArguments;
 constexpr std::u16string_view kHandleStart = u"\u0001\u0002";
+
+/// A text that only an equal selection has.
+std::string DescriptionOf(const StackedSelection& selection) {
+  std::string text;
+  selection.ForEachArgument([&](const KeptArgument& argument) { argument.AddDescription(text); });
+  const auto add = [&](std::u16string_view name) {
+    text += std::to_string(name.size());
+    text += ':';
+    text.append(reinterpret_cast<const char*>(name.data()), name.size() * sizeof(char16_t));
+  };
+  add(selection.first.name);
+  if (selection.second) add(selection.second->name);
+  return text;
+}
+
+/// FNV-1a, folded: the multiplication carries upwards only.
+std::uint64_t HashOf(std::string_view text) {
+  std::uint64_t hash = 0xCBF29CE484222325ull;
+  for (const char byte : text) hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3ull;
+  return hash ^ hash >> 32;
+}
 
 }  // namespace
 
@@ -39,7 +60,7 @@ std::optional<KeptArgument> KeptArgument::Of(const XLOPER12& argument) {
 
   const std::size_t size = offsetof(XLMREF12, reftbl) + view->areas().size() * sizeof(XLREF12);
   kept.areas_ = std::make_unique<std::byte[]>(std::max(size, sizeof(XLMREF12)));
-  auto* areas = new (kept.areas_.get()) XLMREF12{};
+  auto* areas = std::construct_at(reinterpret_cast<XLMREF12*>(kept.areas_.get()));
   areas->count = static_cast<std::uint16_t>(view->areas().size());
   std::memcpy(kept.areas_.get() + offsetof(XLMREF12, reftbl), view->areas().data(),
               view->areas().size_bytes());
@@ -89,27 +110,6 @@ void KeptArgument::AddDescription(std::string& text) const {
 std::size_t KeptArgument::bytes() const {
   return is_reference() ? ReferenceView::Of(*reference_)->areas().size_bytes()
                         : value_.elements().size_bytes();
-}
-
-/// A text that only an equal selection has.
-static std::string DescriptionOf(const StackedSelection& selection) {
-  std::string text;
-  selection.ForEachArgument([&](const KeptArgument& argument) { argument.AddDescription(text); });
-  const auto add = [&](std::u16string_view name) {
-    text += std::to_string(name.size());
-    text += ':';
-    text.append(reinterpret_cast<const char*>(name.data()), name.size() * sizeof(char16_t));
-  };
-  add(selection.first.name);
-  if (selection.second) add(selection.second->name);
-  return text;
-}
-
-/// FNV-1a, folded: the multiplication carries upwards only.
-static std::uint64_t HashOf(std::string_view text) {
-  std::uint64_t hash = 0xCBF29CE484222325ull;
-  for (const char byte : text) hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3ull;
-  return hash ^ hash >> 32;
 }
 
 std::size_t StackedSelections::IndexOf(StackedSelection selection) {

@@ -121,7 +121,7 @@ void Session::UnregisterAll() {
   for (Registration& table : registrations_ | std::views::reverse) table.Unregister();
 }
 
-void Session::RememberLanguage(const ApplicationRecord& record) noexcept {
+void Session::RememberLanguage(const ApplicationRecord& record) const noexcept {
   try {
     services_.write_user_number(ProductKey(add_in_.name) + kLanguagesKey,
                                 Utf16FromUtf8(std::to_string(record.application_id)),

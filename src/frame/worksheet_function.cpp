@@ -43,7 +43,7 @@ bool frame::RunWorksheetBody(const char* name, FunctionRef<void()> body,
 }
 
 const char* frame::KeepText(const std::string& text) noexcept {
-  thread_local std::array<char, 256> kept;
+  static thread_local std::array<char, 256> kept;
   const std::size_t size = std::min(text.size(), kept.size() - 1);
   std::copy_n(text.data(), size, kept.data());
   kept[size] = '\0';

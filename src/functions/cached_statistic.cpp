@@ -28,7 +28,7 @@ void ComputeInto(ExcelData& data, StatisticId id, Form form) {
 }  // namespace
 
 double CachedStatistic(ExcelData& data, StatisticId id, Form form) {
-  StatisticCache& cache = data.statistics();
+  const StatisticCache& cache = data.statistics();
   const auto index = static_cast<std::size_t>(id);
   if (!cache.Has(form, 0, index)) ComputeInto(data, id, form);
   return cache.Get(form, 0, index);

@@ -151,8 +151,7 @@ std::optional<CellResult> FillNextCellValues(const ExcelData& data, CellClass ce
   if (!slot) return std::nullopt;
   // Taken out first: the release of the VARIANTs' old contents may run code that arranges something
   // new.
-  PendingCellValues wanted = *std::move(slot);
-  slot.reset();
+  PendingCellValues wanted = *std::exchange(slot, std::nullopt);
   CellResult result = Fill(data, cell_class, wanted);
   if (!result.ok() && result.failure().uncalculated() && !slot) slot = std::move(wanted);
   return result;

@@ -7,6 +7,8 @@
 
 namespace zavrel {
 
+// NOLINTBEGIN(performance-unnecessary-value-param): the callers' declarations pass values.
+
 /// The covariance matrix of variables, one in each row.
 ZAV_EXPORT DoubleMatrix CalculateCovarianceMatrixC(bool use_ranks, bool sample_divisor,
                                                    bool listwise_deletion, DoubleMatrix variables) {
@@ -27,5 +29,7 @@ ZAV_EXPORT DoubleMatrix MatrixMultiplyC(DoubleMatrix a, DoubleMatrix b) {
 }
 ZAV_EXPORT DoubleMatrix MatrixInverseC(DoubleMatrix a) { return MatrixInverse(a); }
 ZAV_EXPORT double MatrixDeterminantC(DoubleMatrix a) { return MatrixDeterminant(a); }
+
+// NOLINTEND(performance-unnecessary-value-param)
 
 }  // namespace zavrel

@@ -13,9 +13,9 @@ std::optional<std::uint64_t> AddressFromText(const char* text) {
   const std::string_view digits = text == nullptr ? std::string_view() : text;
   if (digits.empty()) return 0;
   std::int64_t address = 0;
-  const char* const end = digits.data() + digits.size();
-  const auto [stopped, failure] = std::from_chars(digits.data(), end, address);
-  if (failure != std::errc() || stopped != end) return std::nullopt;
+  const auto [stopped, failure] =
+      std::from_chars(digits.data(), digits.data() + digits.size(), address);
+  if (failure != std::errc() || stopped != digits.data() + digits.size()) return std::nullopt;
   return static_cast<std::uint64_t>(address);
 }
 

@@ -69,6 +69,7 @@ void DeleteListwise(std::vector<ScannedVariable>& variables, Looked looked,
 
 Orders OrdersOf(std::span<const ScannedVariable> variables) {
   Orders orders;
+  orders.reserve(variables.size());
   std::size_t most_rows = 0;
   for (const ScannedVariable& variable : variables) {
     if (variable.values.size() > kMostRanked) throw std::bad_alloc();
@@ -77,6 +78,7 @@ Orders OrdersOf(std::span<const ScannedVariable> variables) {
   }
   const std::size_t parts = std::min(variables.size(), ParallelThreads());
   std::vector<BlockArray<std::uint64_t>> scratch;
+  scratch.reserve(parts);
   for (std::size_t part = 0; part < parts; ++part)
     scratch.push_back(Uninitialised<std::uint64_t>(2 * most_rows));
   ParallelCompute(parts, [&](std::size_t part) {

@@ -49,11 +49,9 @@ bool HasValue(std::size_t n, const VariableSummary& x, const VariableSummary& y,
   return !std::isnan(x.standard_deviation) && !std::isnan(y.standard_deviation);
 }
 
-}  // namespace
-
 /// Nothing if an operation overflows or underflows, or a value is not finite.
-static std::optional<VariableSummary> SummariseInOrder(std::span<const double> values,
-                                                       PairOptions options) {
+std::optional<VariableSummary> SummariseInOrder(std::span<const double> values,
+                                                PairOptions options) {
   const FloatingPointScope environment;
   double sum = 0;
   for (const double x : values) sum += x;
@@ -71,6 +69,8 @@ static std::optional<VariableSummary> SummariseInOrder(std::span<const double> v
   if (environment.LeftNormalRange() || !std::isfinite(summary.mean)) return std::nullopt;
   return summary;
 }
+
+}  // namespace
 
 VariableSummary Summarise(std::span<const double> values, PairOptions options) {
   const std::optional<VariableSummary> in_order = SummariseInOrder(values, options);

@@ -41,7 +41,7 @@ std::uint64_t VaryingBits(Values values) {
 /// in one of the two arrays.
 Entries SortByPrefix(Entries entries, Entries other, int bits) {
   std::array<std::array<std::uint32_t, kDigitValues>, kMostDigits> places{};
-  const int digits = (bits + kDigitBits - 1) / kDigitBits;
+  const int digits = std::min((bits + kDigitBits - 1) / kDigitBits, kMostDigits);
   const auto digit = [](std::uint64_t entry, int d) {
     return static_cast<std::size_t>(entry >> (kPrefixBits + d * kDigitBits)) & (kDigitValues - 1);
   };

@@ -11,7 +11,7 @@ namespace zavrel {
 namespace {
 
 // A block of deviations and its original values fit into the fastest cache together.
-constexpr std::size_t kBlockBytes = 18 * 1024;
+constexpr std::size_t kBlockBytes = std::size_t{18} << 10;
 constexpr std::size_t kFewestBlockRows = 16;
 constexpr std::size_t kBlockRowsStep = 8;  // whole cache lines of every column
 
@@ -125,6 +125,7 @@ class PairProducts {
   ModeratePairs Finish(DoubleMatrix& matrix) const {
     const FloatingPointScope environment;
     std::vector<VariableSummary> summaries;
+    summaries.reserve(variables_.size());
     for (std::size_t c = 0; c < variables_.size(); ++c) summaries.push_back(SummaryOf(c));
     for (std::size_t i = 0; i < variables_.size(); ++i) {
       for (std::size_t j = i; j < variables_.size(); ++j) {

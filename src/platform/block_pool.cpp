@@ -40,7 +40,7 @@ struct Lock {
 std::size_t Granted(std::size_t bytes) {
   if (bytes < kSmallestKept) return bytes;
   const std::size_t step = std::bit_floor(bytes) / 8;
-  return (bytes + step - 1) / step * step;
+  return (bytes + step - 1) & ~(step - 1);
 }
 
 void FreeSlot(KeptBlock& slot) noexcept {

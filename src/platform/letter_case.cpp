@@ -69,7 +69,17 @@ int CompareIgnoringCase(std::u16string_view a, std::u16string_view b) {
 }
 
 bool EqualIgnoringCase(std::u16string_view a, std::u16string_view b) {
-  return CompareIgnoringCase(a, b) == 0;
+  // A character and its lower-case form have the same number of units.
+  if (a.size() != b.size()) return false;
+  // Names and keys in a list often begin alike.
+  for (std::size_t i = a.size(); i > 0; --i) {
+    const char16_t of_a = a[i - 1];
+    const char16_t of_b = b[i - 1];
+    if (of_a == of_b) continue;
+    if (of_a >= 0x80 || of_b >= 0x80) return CompareIgnoringCase(a, b) == 0;
+    if (Lower(of_a) != Lower(of_b)) return false;
+  }
+  return true;
 }
 
 }  // namespace zavrel

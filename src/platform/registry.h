@@ -30,6 +30,7 @@ class RegistryKey {
     std::swap(key_, other.key_);
     return *this;
   }
+  // NOLINTNEXTLINE(performance-trivially-destructible): only where there is no registry
   ~RegistryKey();
 
   /// The text of a value; nothing if it is missing or has another type.

@@ -28,7 +28,7 @@ class ThreadSlot {
 
  private:
   Destructor destructor_;
-  std::uintptr_t slot_;
+  std::uintptr_t slot_ = 0;
 };
 
 }  // namespace zavrel

@@ -58,7 +58,7 @@ TEST_CASE("large blocks are used again, within a limit") {
     CHECK(ReleaseKeptBlocks() == 0);
     BlockArray<char> small;  // not out of the large one
     small.Reserve(100);
-    BlockArray<double> copy = std::move(numbers);
+    const BlockArray<double> copy = std::move(numbers);
     CHECK(copy.size() == 90000);
     CHECK(numbers.size() == 0);  // NOLINT(bugprone-use-after-move): empty by contract
   }

@@ -54,6 +54,8 @@ std::string Shown(const ExcelData& data) {
       case xltypeInt:
         shown += 'i' + std::to_string(value.code);
         break;
+      default:
+        FAIL("no type of a cell: " << value.type());
     }
   }
   return shown;
@@ -231,7 +233,7 @@ TEST_CASE("two sheets with equal addresses never evict each other") {
 }
 
 TEST_CASE("arrays and values are told apart by content, not by their fingerprint") {
-  FakeExcel excel;
+  const FakeExcel excel;
   const Argument row(1, 3, {1.0, 2.0, 3.0});
   const Argument same(1, 3, {1.0, 2.0, 3.0});
   const Argument other(1, 3, {1.0, 3.0, 2.0});
@@ -289,7 +291,7 @@ TEST_CASE("cells that the host does not give") {
                                       {xlretAbort, ReadOutcome::kUncalculated},
                                       {xlretFailed, ReadOutcome::kUnreadable}}) {
     excel.lookups = 0;
-    excel.answer = [code = code](const XLREF12& area) {
+    excel.answer = [code](const XLREF12& area) {
       return area.rwFirst >= 50000 ? code : xlretSuccess;
     };
     CHECK(OutcomeOf({reference}) == outcome);

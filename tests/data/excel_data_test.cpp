@@ -60,7 +60,7 @@ TEST_CASE("the running sum of the cells is that of their numbers, unless it is n
   std::vector<Cell> contents;
   for (int i = 0; i < 100; ++i) {
     if (i % 23 == 7) contents.push_back(i % 2 == 0 ? Cell(u"7") : Cell());
-    contents.push_back(Cell(i % 3 == 0 ? -0.1 * i : 1e3 / (i + 1)));
+    contents.emplace_back(i % 3 == 0 ? -0.1 * i : 1e3 / (i + 1));
   }
   const auto data = DataOf(contents);
   RunningSum expected;
@@ -137,7 +137,8 @@ TEST_CASE("the numbers in ascending order, made once") {
   CHECK(sorted(Omitted()).empty());
 
   std::vector<Cell> cells;
-  for (int i = 0; i < 5000; ++i) cells.push_back(static_cast<double>(i * 37 % 5000));
+  cells.reserve(5000);
+  for (int i = 0; i < 5000; ++i) cells.emplace_back(static_cast<double>(i * 37 % 5000));
   const auto data = DataOf(cells);
   const std::size_t bytes = data->bytes();
   const Numbers ascending = sorted(data);
@@ -191,7 +192,7 @@ TEST_CASE("the cache counts what was worked out from the latest data sets") {
   CHECK(data->Categories()->size() == 5000);
   CHECK(cache.bytes() == before);
   cache.Put(DataOf({1.0}, "other"));
-  CHECK(cache.bytes() >= before + 5000 * 80);
+  CHECK(cache.bytes() >= before + std::size_t{5000} * 80);
 }
 
 TEST_CASE("the latest parameters are shared and hold their data sets") {

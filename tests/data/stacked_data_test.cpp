@@ -63,7 +63,7 @@ struct Table {
 }  // namespace
 
 TEST_CASE("the same arguments have the same handle, others another") {
-  Table table;
+  const Table table;
   const Argument array(1, 2, {1.0, u"a"});
   const Argument same(1, 2, {1.0, u"a"});
   const Argument blank(1, 2, {1.0, Cell()});

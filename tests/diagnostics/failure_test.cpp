@@ -18,7 +18,7 @@ TEST_CASE("members are caught by every kind above them and keep their own name")
   const auto caught_as = []<typename Kind>(std::type_identity<Kind>) {
     try {
       throw VekExcelWorksheetProtectedCellHidden("Sheet::Write", 7, {std::int64_t{1}});
-    } catch (Kind caught) {
+    } catch (const Kind& caught) {
       return VekException(caught);
     }
   };

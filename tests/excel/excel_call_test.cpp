@@ -79,6 +79,7 @@ TEST_CASE(
 TEST_CASE("Arguments arrive in order; more than a call can have never reach Excel") {
   FakeExcel excel;
   std::vector<XXloper> arguments;
+  arguments.reserve(256);
   for (int i = 0; i < 255; ++i) arguments.push_back(XXloper::Integer(i));
   excel.On(xlSet, [&](Arguments given, XLOPER12& result) {
     REQUIRE(given.size() == 255);

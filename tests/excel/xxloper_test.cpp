@@ -32,7 +32,7 @@ struct OpenHolder {
 }  // namespace
 
 TEST_CASE("Arguments are wrapped as they are; a null pointer is an omitted one") {
-  FakeExcel excel;
+  const FakeExcel excel;
   XLOPER12 number{};
   number.xltype = xltypeNum | xlbitXLFree;
   number.val.num = 2.5;
@@ -102,7 +102,7 @@ TEST_CASE("An array holds what was set, without memory flags, and takes no index
   CHECK_THROWS_AS(builder.SetText(8, u"x"), std::out_of_range);
 
   const XXloper array = std::move(builder).Finish();
-  CHECK(builder.size() == 0);
+  CHECK(builder.size() == 0);  // NOLINT(bugprone-use-after-move): empty by contract
   for (const XLOPER12& element : array.elements()) CHECK(element.xltype == TypeOf(element));
   CHECK(Shown(array.record()) == "1.5,ab,#15,;TRUE,,#36,#36;");  // the last one is the fill
   CHECK(array.elements()[3].xltype == xltypeNil);
@@ -113,7 +113,7 @@ TEST_CASE("An array holds what was set, without memory flags, and takes no index
 
 TEST_CASE("A result lives until the same thread's next one; without a holder #N/A is returned") {
   CHECK(ReturnToExcel(XXloper::Number(1))->val.err == xlerrNA);
-  FakeExcel excel;
+  const FakeExcel excel;
   OpenResultHolder();
   for (const char16_t* text : {u"first", u"second"})
     CHECK(TextIn(*ReturnToExcel(XXloper::Text(text))) == text);

@@ -14,7 +14,7 @@ namespace zavrel::tests {
 /// What `run` writes into the log: the one that is open then, and those that it opens.
 template <class Run>
 std::string LogOf(Run run) {
-  const LogFolder folder(kLogMarker.data());
+  const LogFolder folder(kLogMarker);
   {
     const EnvironmentVariable temporary(kTemporaryFolder, Utf8FromPath(folder.path()));
     OpenLog(folder.path(), "Sample");

@@ -79,10 +79,10 @@ TEST_CASE("long texts are cut, and never through a surrogate pair") {
   const std::u16string pair = std::u16string(254, u'x') + u"\U0001F600";
   CHECK(CutToUnits(pair, kRegistrationTextLimit).size() == 254);
 
-  FakeExcel excel;
+  const FakeExcel excel;
   Registration main({SampleFunctions()});
   RegistrationSources sources = Sources();
-  sources.message = [&](std::uint32_t) { return pair; };
+  sources.message = [&](std::uint32_t) -> const std::u16string& { return pair; };
   main.Register(kApplication5, sources);
   CHECK(excel.faults.empty());
   CHECK(excel.functions().at(u"Mean").texts[28] == std::u16string(254, u'x'));

@@ -44,7 +44,7 @@ struct OpenSession {
 }  // namespace
 
 TEST_CASE("announcing and withdrawing decide what is registered") {
-  FakeExcel excel;
+  const FakeExcel excel;
   {
     static int asked = 0;
     const FunctionTable tables[] = {{SampleFunctions()},
@@ -148,7 +148,7 @@ TEST_CASE("hostile announcements") {
 }
 
 TEST_CASE("entry points: opening and closing in any order, ten times over") {
-  FakeExcel excel;
+  const FakeExcel excel;
   const auto announce = [] {
     InitializeXlaInformationW(nullptr, nullptr, 5, nullptr, 9, u"", nullptr);
   };
@@ -191,7 +191,7 @@ TEST_CASE("the list of add-ins learns the long name, open or not, and nothing el
 }
 
 TEST_CASE("a failed opening is shown once and leaves nothing behind") {
-  FakeExcel excel;
+  const FakeExcel excel;
   std::vector<std::u16string> shown;
   SetMessageBoxHandler([&](const auto&, const auto& text) { shown.push_back(text); });
   CHECK_FALSE(
@@ -219,7 +219,7 @@ TEST_CASE("an add-in without a callback opens and says in the log why nothing is
 }
 
 TEST_CASE("what a failed announcement did register is taken back") {
-  FakeExcel excel;
+  const FakeExcel excel;
   {
     const FunctionTable tables[] = {{SampleFunctions()},
                                     {SampleExtension(), []() -> bool { throw std::bad_alloc(); }}};

@@ -29,7 +29,7 @@ struct FiveCells : OpenAddIn {
 }  // namespace
 
 TEST_CASE("without an address cells are counted, and one that was not issued is refused") {
-  FiveCells sheet;
+  const FiveCells sheet;
   const char* const expected[] = {"5", "1", "4", "3", "1"};
   for (int code = 0; code < 5; ++code) {
     for (const char* none : {"", "0", static_cast<const char*>(nullptr)})

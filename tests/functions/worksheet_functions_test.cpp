@@ -125,7 +125,7 @@ TEST_CASE("an array of cells is as large as the calling range, up to the most th
 }
 
 TEST_CASE("numbers that no cell holds do no harm") {
-  OpenAddIn add_in;
+  const OpenAddIn add_in;
   const double infinity = std::numeric_limits<double>::infinity(), nan = std::nan("");
   const Argument hostile(4, 1, {nan, infinity, -infinity, 1.0});
   const Argument more(4, 1, {1.0, infinity, 0.0, nan});
@@ -133,7 +133,7 @@ TEST_CASE("numbers that no cell holds do no harm") {
                               ZavrelPairMeanAbsQuotient, ZavrelPairCount})
     CHECK((function(hostile, more)->xltype & (xltypeErr | xltypeNum)) != 0);
   CHECK(Shown(*ZavrelCountCellsByType(hostile, Argument(Cell(nan)))) == "#15");
-  const Argument smallest(Cell(std::numeric_limits<double>::denorm_min()));
+  const Argument smallest{Cell(std::numeric_limits<double>::denorm_min())};
   CHECK(Number(*ZavrelLn(smallest)) == doctest::Approx(-1074 * std::log(2.0)).epsilon(1e-15));
 }
 
@@ -147,6 +147,7 @@ TEST_CASE("a category is what the host makes of a number, which it is asked once
     CHECK(Shown(*ZavrelDummy(numbers, Argument(category))) == shown);
 
   std::vector<Cell> cells;
+  cells.reserve(3000);
   for (int row = 0; row < 3000; ++row) cells.emplace_back(row % 3 * (row % 3 + 4.0));  // 0, 5, 12
   add_in.excel.texts_of_numbers[5] = u"5";
   add_in.excel.conversions = 0;

@@ -79,8 +79,6 @@ std::vector<std::uint64_t> Read(std::string_view kinds, MissingDataPolicy policy
   return seen;
 }
 
-}  // namespace
-
 void ReadHostileArguments(std::span<const std::uint8_t> input) {
   Bytes bytes(input);
   const auto policy = static_cast<MissingDataPolicy>(bytes.Below(kMissingDataPolicies));
@@ -99,9 +97,11 @@ void ReadHostileArguments(std::span<const std::uint8_t> input) {
   HostileValues values(bytes, memory);
   std::vector<std::unique_ptr<const XLOPER12>> records;
   const std::size_t count = bytes.Below(8);
+  records.reserve(count);
   for (std::size_t i = 0; i < count; ++i)
     records.push_back(std::make_unique<const XLOPER12>(values.Any()));
   std::vector<const XLOPER12*> arguments;
+  arguments.reserve(records.size());
   for (const auto& record : records) arguments.push_back(record.get());
   if ((flags & 4) != 0) arguments.insert(arguments.begin(), nullptr);
   if ((flags & 8) != 0 && !arguments.empty()) arguments.resize(300, arguments.front());
@@ -117,6 +117,7 @@ void ReadHostileArguments(std::span<const std::uint8_t> input) {
   if (read() != cached) ReportFault("cells that changed gave a stale result");
 }
 
+}  // namespace
 }  // namespace zavrel::tests
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -58,7 +58,7 @@ class Caller {
 
   std::string Shown(int function, const Arguments& arguments) {
     const Answer answer = Call(function, arguments);
-    std::string code = answer.code == 0 ? "" : std::to_string(answer.code) + ": ";
+    const std::string code = answer.code == 0 ? "" : std::to_string(answer.code) + ": ";
     if (answer.value.xltype == xltypeInt) return code + "int " + std::to_string(answer.value.val.w);
     if (answer.value.xltype == xltypeMulti)
       return code + tests::Shown(std::make_shared<const Array>(ToArray(answer.value)));

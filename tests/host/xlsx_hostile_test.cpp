@@ -63,7 +63,7 @@ TEST_CASE("limits hold for the file, all parts together and the cells") {
 TEST_CASE(
     "a good workbook cut off anywhere, or with any byte changed, never does worse than fail") {
   const TemporaryFolder folder;
-  BookParts parts = OneSheetBook(
+  const BookParts parts = OneSheetBook(
       R"(<row r="1"><c r="A1" t="str"><f t="shared" si="0" ref="A1:A2">B1&amp;1</f>)"
       R"(<v>a&#10;b</v></c></row><row r="2"><c r="A2"><f t="shared" si="0"/></c></row>)");
   std::vector<ZipPart> list;

@@ -1,6 +1,7 @@
 #include <doctest/doctest.h>
 
-#include <cstring>
+#include <bit>
+#include <cstdint>
 #include <fstream>
 #include <random>
 #include <sstream>
@@ -18,7 +19,7 @@ namespace {
 constexpr char kSheetPart[] = "xl/worksheets/sheet1.xml";
 
 std::string Bytes(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
+  const std::ifstream stream(file, std::ios::binary);
   return (std::ostringstream() << stream.rdbuf()).str();
 }
 
@@ -162,9 +163,7 @@ TEST_CASE("numbers come back bit by bit, and UTF-16 parts stay UTF-16") {
       0.1, 1.0 / 3.0, 1.7976931348623157e308, 2.2250738585072014e-308, 5e-324, 123456789.123456789,
       -0.0};
   while (numbers.size() < 2'000) {
-    const std::uint64_t bits = random();
-    double number = 0;
-    std::memcpy(&number, &bits, sizeof number);
+    const auto number = std::bit_cast<double>(std::uint64_t{random()});
     if (number - number == 0.0) numbers.push_back(number);
   }
   std::vector<CellAddress> changed;
@@ -179,8 +178,8 @@ TEST_CASE("numbers come back bit by bit, and UTF-16 parts stay UTF-16") {
   for (std::int32_t row = 0; row < 2'000; ++row) {
     const double* number = again.sheets[0].At(row, 0).number();
     REQUIRE(number != nullptr);
-    differing +=
-        std::memcmp(number, &numbers[static_cast<std::size_t>(row)], sizeof(double)) != 0 ? 1 : 0;
+    const auto bits = std::bit_cast<std::uint64_t>(numbers[static_cast<std::size_t>(row)]);
+    differing += std::bit_cast<std::uint64_t>(*number) != bits ? 1 : 0;
   }
   CHECK(differing == 0);
 }

@@ -59,7 +59,7 @@ TEST_CASE("a batch computes what it can, says what it cannot, and ends with the 
                                            "--jobs",
                                            "3"};
   auto as_json = arguments;
-  as_json.push_back("--json");
+  as_json.emplace_back("--json");
   const Outcome outcome = ZavHost(as_json);
   CHECK(outcome.exit_code == 1);
   CHECK(Contains(outcome.errors, "5 workbooks: 2 done, 3 not (the worst failed); 2 formulas"));
@@ -86,7 +86,7 @@ TEST_CASE("a batch computes what it can, says what it cannot, and ends with the 
 
   // What is there already is left out, unless its workbook has changed since.
   auto again = arguments;
-  again.push_back("--resume");
+  again.emplace_back("--resume");
   fs::last_write_time(books / "good.xlsx",
                       fs::file_time_type::clock::now() + std::chrono::hours(1));
   const Outcome rest = ZavHost(again);
@@ -111,7 +111,7 @@ TEST_CASE("stored values are held against the computed ones") {
 TEST_CASE("a mistake in a batch is told before anything is computed") {
   const fs::path books = FolderOfBooks("mistakes"), empty = ScratchFolder() / "empty";
   fs::create_directories(empty);
-  const auto error_of = [](std::vector<std::string> arguments) {
+  const auto error_of = [](const std::vector<std::string>& arguments) {
     const Outcome outcome = ZavHost(arguments);
     CHECK(outcome.exit_code == 1);
     CHECK(outcome.output.empty());

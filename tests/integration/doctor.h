@@ -8,7 +8,7 @@
 namespace zavrel::tests {
 
 inline Outcome Doctor(const std::filesystem::path& folder,
-                      std::vector<std::string> arguments = {"doctor"}) {
+                      const std::vector<std::string>& arguments = {"doctor"}) {
   return ZavHost(arguments, folder);
 }
 

@@ -44,7 +44,7 @@ TEST_CASE("The caller's floating-point environment makes no difference") {
   const DoubleMatrix a = RandomMatrix(150, 150, 1), b = RandomMatrix(150, 150, 2);
   const DoubleMatrix covariances = MatrixMultiply(a, Transposed(a));
   const auto compute = [&] {
-    matrix::EigendataOptions options{.compute_vectors = true};
+    const matrix::EigendataOptions options{.compute_vectors = true};
     std::vector<double> values;
     DoubleMatrix vectors;
     matrix::eigendata_private(covariances, values, vectors, options);

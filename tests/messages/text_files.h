@@ -8,7 +8,7 @@
 /// The texts of texts/<name>.txt by id, read here without the build's own script.
 /// Throws std::runtime_error for a line that is none of its forms and for an id that stands twice.
 struct TextFile {
-  explicit TextFile(const std::string& name);
+  explicit TextFile(const std::string& language);
 
   std::string name;
   std::uint32_t language_id = 0;

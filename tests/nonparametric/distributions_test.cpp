@@ -22,8 +22,8 @@ struct Statistic {
   std::int32_t n1;
   std::int32_t n2;  // 0: signed ranks
 
-  double least() const { return n2 > 0 ? n1 * (n1 + 1) / 2 : 0; }
-  double greatest() const { return n2 > 0 ? least() + n1 * n2 : n1 * (n1 + 1) / 2; }
+  double least() const { return n2 > 0 ? n1 * (n1 + 1.0) / 2 : 0; }
+  double greatest() const { return n2 > 0 ? least() + n1 * n2 : n1 * (n1 + 1.0) / 2; }
   double P(double statistic, std::int32_t alternative) const {
     return n2 > 0 ? library.MWpValue(n1, n2, statistic, alternative)
                   : library.WSRpValue(n1, statistic, alternative);
@@ -135,7 +135,7 @@ TEST_CASE("whatever is passed, a p-value is a probability or not a number") {
 }
 
 TEST_CASE("a statistic that rounding left beside a multiple of one half counts as that multiple") {
-  volatile double eleven = 11;
+  const volatile double eleven = 11;
   const double fifteen = 15 / eleven * eleven;  // a unit in the last place short of 15
   REQUIRE(fifteen < 15);
   for (const Statistic& of : {Statistic{11, 0}, {5, 5}, {2000, 0}, {60, 60}}) {

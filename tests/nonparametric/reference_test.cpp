@@ -93,6 +93,8 @@ void KruskalWallis(Fields line, bool exact) {
   std::vector<std::int32_t> counts;
   std::vector<const double*> values;
   const std::int32_t groups = line.Count();
+  counts.reserve(static_cast<std::size_t>(groups));
+  values.reserve(static_cast<std::size_t>(groups));
   for (std::int32_t i = 0; i < groups; ++i) counts.push_back(line.Count());
   for (const std::int32_t count : counts)
     values.push_back(line.Take(static_cast<std::size_t>(count)).data());

@@ -54,8 +54,8 @@ TEST_CASE("an overflow is seen wherever it happens, and only then") {
 
 TEST_CASE("long double has 64 bits of significand even in a process that starts with 53") {
   const FloatingPointScope scope;
-  volatile long double one = 1;
-  volatile long double small = 0x1p-63L;
+  const volatile long double one = 1;
+  const volatile long double small = 0x1p-63L;
   CHECK(one + small > one);
 }
 

@@ -36,7 +36,7 @@ struct Reply {
 
 /// Calls the function of the distribution, on Windows that of the file that ships.
 Reply Ask(const Distribution& distribution, int request, double x);
-std::int16_t AskRaw(const Distribution& distribution, int request, int reserved, double x,
+std::int16_t AskRaw(const Distribution& of, int request_code, int reserved_word, double x,
                     double* results, std::int16_t* status);
 /// results[0], whatever the code.
 double Value(const Distribution& distribution, int request, double x);

@@ -14,7 +14,7 @@ namespace {
 
 int Points() {
   const char* const asked = std::getenv("ZAVREL_TEST_POINTS");
-  return asked != nullptr ? std::atoi(asked) : 3000;
+  return asked != nullptr ? static_cast<int>(std::strtol(asked, nullptr, 10)) : 3000;
 }
 
 class Random {

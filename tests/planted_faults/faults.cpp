@@ -56,7 +56,8 @@ PLANTED("BQ", double, FaultWriteValue, XLOPER12* value) {
 
 PLANTED("BQ", double, FaultWriteArray, XLOPER12* value) {
   if (value->xltype != xltypeMulti) return 0;
-  XLOPER12& last = value->val.array.lparray[value->val.array.rows * value->val.array.columns - 1];
+  const XLOPER12& last =
+      value->val.array.lparray[value->val.array.rows * value->val.array.columns - 1];
   if (last.xltype == xltypeStr) last.val.str[1] = u'#';
   return 1;
 }
@@ -104,7 +105,7 @@ PLANTED("Q", XLOPER12*, FaultNoText) { return Return(OfType(xltypeStr)); }
 PLANTED("QU", XLOPER12*, FaultDangling, XLOPER12* argument) {
   XLOPER12 cells;
   Call(xlCoerce, {argument}, &cells);
-  XLOPER12 copy = cells;
+  const XLOPER12 copy = cells;
   Free(cells);
   return Return(copy);
 }

@@ -2,6 +2,7 @@
 #include <cctype>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -109,6 +110,8 @@ PLANTED("CC", const char*, GoodNarrow, const char* text) {
   return result.c_str();
 }
 
+namespace {
+
 template <class Unit>
 const Unit* Reversed(const Unit* text) {
   static Unit result[256];
@@ -116,12 +119,16 @@ const Unit* Reversed(const Unit* text) {
   for (int i = 0; i < text[0]; ++i) result[1 + i] = text[text[0] - i];
   return result;
 }
+
+}  // namespace
+
 PLANTED("D%D%", const XCHAR*, GoodCountedWide, const XCHAR* text) { return Reversed(text); }
 PLANTED("DD", const unsigned char*, GoodCounted, const unsigned char* text) {
   return Reversed(text);
 }
 
-PLANTED("BELMN", double, GoodPointers, double* a, short* b, short* c, int* d) {
+PLANTED("BELMN", double, GoodPointers, const double* a, const short* b, const short* c,
+        const int* d) {
   return *a + 10 * *b + 100 * *c + 1000 * *d;
 }
 
@@ -154,7 +161,7 @@ PLANTED("K%K%", const void*, GoodTranspose, const NumberArray* source) {
 
 PLANTED("BK", double, GoodSmallSum, const std::uint16_t* array) {
   double sum = 0;
-  for (int i = 0; i < array[0] * array[1]; ++i) {
+  for (std::size_t i = 0; i < std::size_t{array[0]} * array[1]; ++i) {
     double number;
     std::memcpy(&number, reinterpret_cast<const char*>(array) + 8 + 8 * i, sizeof number);
     sum += number;
@@ -166,13 +173,13 @@ PLANTED("QQ", XLOPER12*, GoodDescribe, XLOPER12* value) { return ReturnText(Desc
 PLANTED("QU", XLOPER12*, GoodDescribeU, XLOPER12* value) { return ReturnText(Describe(*value)); }
 
 PLANTED("Q", XLOPER12*, GoodDllFree) {
-  auto* result = new XLOPER12(Number(++live_results));
+  auto result = std::make_unique<XLOPER12>(Number(++live_results));
   result->xltype |= xlbitDLLFree;
-  return result;
+  return result.release();
 }
 PLANTED_EXPORT void xlAutoFree12(XLOPER12* value) {
   --live_results;
-  delete value;
+  const std::unique_ptr<XLOPER12> freed(value);
 }
 
 PLANTED("QU", XLOPER12*, GoodXlFree, XLOPER12* argument) {

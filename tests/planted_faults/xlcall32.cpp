@@ -11,7 +11,7 @@ int times_asked = 0;
 extern "C" __declspec(dllexport) Excel12Callback GetExcel12EntryPt() {
   ++times_asked;
   return reinterpret_cast<Excel12Callback>(
-      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(nullptr), "MdCallBack12")));
+      reinterpret_cast<void (*)()>(GetProcAddress(GetModuleHandleW(nullptr), "MdCallBack12")));
 }
 
 extern "C" __declspec(dllexport) int TimesAsked() { return times_asked; }

@@ -41,11 +41,12 @@ TEST_CASE("upper case is found letter by letter") {
 }
 
 TEST_CASE("two texts are equal but for case exactly when their lower case is the same") {
-  const std::u16string texts[] = {u"",           u"a",      u"A",          u"ab",
-                                  u"aB",         u"É",      u"é",          u"e\u0301",
-                                  u"Σ",          u"ς",      u"\U00010400", u"\U00010428",
-                                  u"\U00010401", u"\xD801", u"\xDC28",     u"\xDC00\xD801",
-                                  u"\xD801x",    u"\xD801X"};
+  const std::u16string texts[] = {u"",           u"a",       u"A",          u"ab",
+                                  u"aB",         u"É",       u"é",          u"e\u0301",
+                                  u"Σ",          u"ς",       u"\U00010400", u"\U00010428",
+                                  u"\U00010401", u"\xD801",  u"\xDC28",     u"\xDC00\xD801",
+                                  u"\xD801x",    u"\xD801X", u"k",          u"\u212A",
+                                  u"xk",         u"X\u212A"};
   for (const std::u16string& a : texts) {
     for (const std::u16string& b : texts) {
       CHECK(EqualIgnoringCase(a, b) == (LowerCase(a) == LowerCase(b)));
@@ -64,6 +65,11 @@ TEST_CASE("every unit that is no capital stays as it is, unpaired surrogates amo
   for (char32_t unit = 0; unit < 0x10000; ++unit) {
     const std::u16string text(1, static_cast<char16_t>(unit));
     CHECK(LowerCase(text).size() == 1);
+  }
+  for (char32_t code = 0x10000; code < 0x20000; ++code) {
+    std::u16string text;
+    AppendUtf16(code, text);
+    CHECK(LowerCase(text).size() == 2);
   }
 }
 

@@ -27,7 +27,7 @@ TEST_CASE("every index once, whatever the count") {
 }
 
 TEST_CASE("a section in a section runs on its thread in order") {
-  std::vector<std::atomic<int>> calls(40 * 50);
+  std::vector<std::atomic<int>> calls(std::size_t{40} * 50);
   std::atomic<bool> in_order{true};
   ParallelFor(40, [&](std::size_t outer) {
     std::size_t next = 0;

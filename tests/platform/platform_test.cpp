@@ -4,6 +4,7 @@
 #include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -34,6 +35,7 @@ TEST_CASE("local time is what asctime says, without its newline") {
   std::string text;
   do {  // the second may turn over in between
     const std::time_t now = std::time(nullptr);
+    // NOLINTNEXTLINE(bugprone-unsafe-functions,concurrency-mt-unsafe): the model, on one thread
     expected = std::asctime(std::localtime(&now));
     text = LocalTimeText();
   } while (std::time(nullptr) != CalendarSeconds() || expected.substr(0, 19) != text.substr(0, 19));
@@ -135,8 +137,9 @@ TEST_CASE("error boxes go to the handler") {
 }
 
 std::atomic<int> destroyed = 0;
+void* NewNumber(int number) { return std::make_unique<int>(number).release(); }
 void DestroyNumber(void* number) {
-  delete static_cast<int*>(number);
+  const std::unique_ptr<int> own(static_cast<int*>(number));
   ++destroyed;
 }
 
@@ -144,10 +147,10 @@ TEST_CASE("a thread's pointer is destroyed when the thread ends, and no other's"
   destroyed = 0;
   ThreadSlot slot(DestroyNumber);
   CHECK(slot.Get() == nullptr);
-  REQUIRE(slot.Set(new int(1)));
+  REQUIRE(slot.Set(NewNumber(1)));
   std::thread([&] {
     CHECK(slot.Get() == nullptr);
-    CHECK(slot.Set(new int(2)));
+    CHECK(slot.Set(NewNumber(2)));
     CHECK(*static_cast<int*>(slot.Get()) == 2);
   }).join();
   CHECK(destroyed == 1);
@@ -161,10 +164,10 @@ TEST_CASE("closing a slot destroys the pointers of all threads, those still runn
   std::vector<std::thread> threads;
   {
     ThreadSlot slot(DestroyNumber);
-    REQUIRE(slot.Set(new int(0)));
+    REQUIRE(slot.Set(NewNumber(0)));
     for (int i = 0; i < 3; ++i) {
       threads.emplace_back([&] {
-        slot.Set(new int(1));
+        slot.Set(NewNumber(1));
         ++set;
         while (!closed) std::this_thread::yield();
       });
@@ -176,7 +179,7 @@ TEST_CASE("closing a slot destroys the pointers of all threads, those still runn
   for (std::thread& thread : threads) thread.join();
   CHECK(destroyed == 4);
 
-  ThreadSlot next(DestroyNumber);  // may get the same place in the system
+  const ThreadSlot next(DestroyNumber);  // may get the same place in the system
   CHECK(next.Get() == nullptr);
 }
 

@@ -2,6 +2,7 @@
 #include <doctest/doctest.h>
 
 #include <cstring>
+#include <memory>
 #include <optional>
 #include <random>
 #include <string>
@@ -48,7 +49,7 @@ template <class Result, class... Arguments>
 Result CallSlot(RndGen& generator, std::size_t slot, Arguments... arguments) {
   using Function = Result(RndGen*, Arguments...);
   void** table;
-  std::memcpy(&table, static_cast<void*>(&generator), sizeof table);
+  std::memcpy(static_cast<void*>(&table), static_cast<void*>(&generator), sizeof table);
   return reinterpret_cast<Function*>(table[slot])(&generator, arguments...);
 }
 
@@ -117,7 +118,7 @@ TEST_CASE("another library finds each function at its place") {
   // To a generator that somebody else owns, destroying does nothing.
   CHECK(CallSlot<void*>(generator, 0, 0u) == &generator);
   CHECK(CallSlot<std::uint32_t>(generator, 3) == 955945823u);
-  auto* const heaped = new MersenneTwister;
+  auto* const heaped = std::make_unique<MersenneTwister>().release();
   CHECK(CallSlot<void*>(*heaped, 0, 1u) == heaped);
 }
 

@@ -24,11 +24,14 @@ auto Counted(Call call) {
 
 }  // namespace zavrel::tests
 
+// NOLINTBEGIN(misc-definitions-in-headers,cppcoreguidelines-*): the program's own allocator.
 // Inlined, one half of a pair would look to the compiler as if it had lost the other.
 [[gnu::noinline]] void* operator new(std::size_t bytes) {
   using namespace zavrel::tests;
   if (counting && FakeExcel::inside == 0) ++allocations;
-  if (until_failure >= 0 && until_failure-- == 0) throw std::bad_alloc();
+  const bool fails = until_failure == 0;
+  if (until_failure >= 0) --until_failure;
+  if (fails) throw std::bad_alloc();
   if (void* block = std::malloc(bytes > 0 ? bytes : 1)) return block;
   throw std::bad_alloc();
 }
@@ -37,3 +40,4 @@ auto Counted(Call call) {
 }
 [[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
 [[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+// NOLINTEND(misc-definitions-in-headers,cppcoreguidelines-*)

@@ -145,7 +145,7 @@ void FakeExcel::GiveArray(std::int32_t rows, std::int32_t columns, XLOPER12& res
   Give(std::make_shared<Argument>(rows, columns), result);
 }
 
-void FakeExcel::AnswerCoercions(XXloper cell) {
+void FakeExcel::AnswerCoercions(const XXloper& cell) {
   texts_of_numbers = {{2.5, u"2,5"}};
   On(xlCoerce, [this, cell](Arguments arguments, XLOPER12& result) {
     if (arguments.size() == 2)

@@ -50,7 +50,7 @@ class FakeExcel {
   /// From now on calls of this function are answered so.
   void On(int function, Answer given) { answers_[function] = std::move(given); }
   /// Single values are converted by the host, "2,5" among them; every reference gives `cell`.
-  void AnswerCoercions(XXloper cell = XXloper::Nil());
+  void AnswerCoercions(const XXloper& cell = XXloper::Nil());
 
   void Set(std::int32_t row, std::int32_t column, Cell cell, std::uint64_t sheet = kCallingSheet);
   /// Downwards from the cell.

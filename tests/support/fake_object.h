@@ -11,12 +11,8 @@
 
 namespace zavrel::tests {
 
-// The system's own interfaces have no virtual destructor.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
-
 /// An object with properties by name, each an object, a text or a number.
-class FakeObject : public IDispatch {
+class FakeObject final : public IDispatch {
  public:
   std::map<std::wstring, IDispatch*> objects;
   std::map<std::wstring, std::wstring> texts;
@@ -60,7 +56,5 @@ class FakeObject : public IDispatch {
  private:
   std::wstring asked_;
 };
-
-#pragma GCC diagnostic pop
 
 }  // namespace zavrel::tests

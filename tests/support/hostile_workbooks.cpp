@@ -46,7 +46,7 @@ std::vector<std::string> Listed(const std::string& text) {
 BookParts PartsWith(const std::string& wrong) {
   const std::size_t space = std::min(wrong.find(' '), wrong.size());
   const std::string kind = wrong.substr(0, space);
-  std::string rest = Unfolded(wrong.substr(std::min(space + 1, wrong.size())));
+  const std::string rest = Unfolded(wrong.substr(std::min(space + 1, wrong.size())));
   if (kind == "rows") return OneSheetBook(rest);
   if (kind == "cell") {
     const std::size_t content = rest.find('<');

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <string_view>
 
 #include "diagnostics/log.h"
 #include "platform/temporary_folder.h"
@@ -13,11 +14,11 @@ namespace zavrel::tests {
 /// An empty folder for logs; closes the session's log before it goes.
 class LogFolder {
  public:
-  explicit LogFolder(const char* marker = nullptr)
+  explicit LogFolder(std::string_view marker = {})
       : path_(TemporaryFolder() / u"zavrel log test \u00e4") {
     std::filesystem::remove_all(path_);
     std::filesystem::create_directories(path_);
-    if (marker != nullptr) std::ofstream(path_ / marker) << "";
+    if (!marker.empty()) std::ofstream(path_ / marker) << "";
   }
   ~LogFolder() {
     CloseLog();
@@ -29,7 +30,7 @@ class LogFolder {
   const std::filesystem::path& path() const { return path_; }
   std::filesystem::path file() const { return path_ / "Session8.log"; }
   std::string content() const {
-    std::ifstream file(this->file(), std::ios::binary);
+    const std::ifstream file(this->file(), std::ios::binary);
     std::ostringstream all;
     all << file.rdbuf();
     return all.str();

@@ -19,8 +19,9 @@ namespace zavrel::tests {
 /// An array of a macro's; nobody may leave it locked.
 struct MacroArray {
   MacroArray() = default;
-  MacroArray(VARTYPE type, std::vector<ULONG> sizes) {
+  MacroArray(VARTYPE type, const std::vector<ULONG>& sizes) {
     std::vector<SAFEARRAYBOUND> bounds;
+    bounds.reserve(sizes.size());
     for (const ULONG size : sizes) bounds.push_back({size, 0});
     array = SafeArrayCreate(type, static_cast<UINT>(bounds.size()), bounds.data());
     REQUIRE(array != nullptr);

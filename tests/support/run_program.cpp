@@ -70,10 +70,12 @@ EnvironmentVariable::EnvironmentVariable(const char* name, const std::string& va
 }
 
 void EnvironmentVariable::Set(const std::string& value) const {
+  // NOLINTBEGIN(concurrency-mt-unsafe): no other thread reads the environment meanwhile.
   if (value.empty())
     unsetenv(name_);
   else
     setenv(name_, value.c_str(), 1);
+  // NOLINTEND(concurrency-mt-unsafe)
 }
 #endif
 

@@ -19,10 +19,11 @@ std::u16string MacroText(BSTR text) {
   if (text == nullptr) return {};
   const std::string_view bytes(reinterpret_cast<const char*>(text), SysStringByteLen(text));
   if (IsWideText(bytes)) return AnnouncedText(reinterpret_cast<const char16_t*>(text));
-  const int size = static_cast<int>(std::min(bytes.size(), kAnnouncedTextLimit));
-  std::u16string wide(static_cast<std::size_t>(size), u'\0');  // never more units than bytes
-  const int written = MultiByteToWideChar(CP_ACP, 0, bytes.data(), size,
-                                          reinterpret_cast<wchar_t*>(wide.data()), size);
+  const std::string_view narrow = bytes.substr(0, kAnnouncedTextLimit);
+  std::u16string wide(narrow.size(), u'\0');  // never more units than bytes
+  const int written =
+      MultiByteToWideChar(CP_ACP, 0, narrow.data(), static_cast<int>(narrow.size()),
+                          reinterpret_cast<wchar_t*>(wide.data()), static_cast<int>(wide.size()));
   wide.resize(static_cast<std::size_t>(std::max(written, 0)));
   return AnnouncedText(wide.c_str());
 }

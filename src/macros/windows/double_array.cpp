@@ -14,7 +14,7 @@ constexpr USHORT kOwnsElements =
 }  // namespace
 
 SAFEARRAY* ArrayAt(SAFEARRAY** place) {
-  if (!IsReadableMemory(place, sizeof *place)) return nullptr;
+  if (!IsReadableMemory(static_cast<const void*>(place), sizeof *place)) return nullptr;
   SAFEARRAY* const array = *place;
   if (!IsReadableMemory(array, offsetof(SAFEARRAY, rgsabound))) return nullptr;
   const std::size_t bounds = sizeof(SAFEARRAYBOUND) * array->cDims;

@@ -15,7 +15,8 @@ bool IsWritableMemory(const void* address, std::size_t size);
 /// must be checked so.
 template <class Result>
 bool IsPlaceFor(const Result* place) {
-  return IsWritableMemory(place, sizeof(Result));
+  // NOLINTNEXTLINE(bugprone-sizeof-expression): the result may itself be a pointer.
+  return IsWritableMemory(static_cast<const void*>(place), sizeof(Result));
 }
 
 }  // namespace zavrel

@@ -78,6 +78,7 @@ class SafeArrayLock {
   }
 
   bool ok() const { return array_ != nullptr; }
+  const SAFEARRAY& array() const { return *array_; }
   void* data() const { return array_->pvData; }
 
  private:

@@ -18,7 +18,7 @@ SAFEARRAY* DoublesOrNull(SAFEARRAY** place) {
 
 VbNumbers::VbNumbers(SAFEARRAY** array) : lock_(DoublesOrNull(array)) {
   if (!lock_.ok()) return;
-  const std::size_t count = (*array)->rgsabound[0].cElements;
+  const std::size_t count = lock_.array().rgsabound[0].cElements;
   if (count == 0 || lock_.data() != nullptr) numbers_.emplace(lock_.data(), count);
 }
 

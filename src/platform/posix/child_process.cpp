@@ -9,7 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstring>
+#include <system_error>
 
 namespace zavrel {
 namespace {
@@ -41,13 +41,14 @@ std::optional<ChildProcess> ChildProcess::Start(const ChildCommand& command, std
   std::vector<std::string> words{command.program.native()};
   words.insert(words.end(), command.arguments.begin(), command.arguments.end());
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
   pid_t process = 0;
   const int error = posix_spawn(&process, command.program.c_str(), actions.get(), nullptr,
                                 pointers.data(), environ);
   if (error == 0) return ChildProcess(process);
-  if (problem != nullptr) *problem = std::strerror(error);
+  if (problem != nullptr) *problem = std::generic_category().message(error);
   return std::nullopt;
 }
 

@@ -29,8 +29,8 @@ MemoryStatus ReadFromKernel() noexcept {
 // little within a tenth of a second.
 MemoryStatus ReadMemoryStatus() noexcept {
   using Clock = std::chrono::steady_clock;
-  thread_local MemoryStatus latest;
-  thread_local Clock::time_point good_until;
+  static thread_local MemoryStatus latest;
+  static thread_local Clock::time_point good_until;
   if (const auto now = Clock::now(); now >= good_until) {
     latest = ReadFromKernel();
     good_until = now + std::chrono::milliseconds(100);

@@ -2,7 +2,9 @@
 
 #include <pthread.h>
 
+#include <memory>
 #include <new>
+#include <utility>
 
 namespace zavrel {
 namespace {
@@ -25,9 +27,8 @@ pthread_mutex_t chain_mutex = PTHREAD_MUTEX_INITIALIZER;
 
 Slot* SlotOf(std::uintptr_t slot) { return reinterpret_cast<Slot*>(slot); }
 
-void DestroyCell(Cell* cell) {
+void Destroy(std::unique_ptr<Cell> cell) {
   if (cell->pointer != nullptr) cell->destructor(cell->pointer);
-  delete cell;
 }
 
 void Unchain(Cell* cell) {
@@ -38,31 +39,29 @@ void Unchain(Cell* cell) {
   pthread_mutex_unlock(&chain_mutex);
 }
 
-void OnThreadEnd(void* cell) {
-  Unchain(static_cast<Cell*>(cell));
-  DestroyCell(static_cast<Cell*>(cell));
+void OnThreadEnd(void* pointer) {
+  std::unique_ptr<Cell> cell(static_cast<Cell*>(pointer));
+  Unchain(cell.get());
+  Destroy(std::move(cell));
 }
 
 }  // namespace
 
-ThreadSlot::ThreadSlot(Destructor destructor) : destructor_(destructor), slot_(0) {
-  auto* slot = new Slot;
+ThreadSlot::ThreadSlot(Destructor destructor) : destructor_(destructor) {
+  auto slot = std::make_unique<Slot>();
   if (pthread_key_create(&slot->key, OnThreadEnd) == 0)
-    slot_ = reinterpret_cast<std::uintptr_t>(slot);
-  else
-    delete slot;
+    slot_ = reinterpret_cast<std::uintptr_t>(slot.release());
 }
 
 ThreadSlot::~ThreadSlot() {
-  Slot* slot = SlotOf(slot_);
+  const std::unique_ptr<Slot> slot(SlotOf(slot_));
   if (slot == nullptr) return;
   pthread_key_delete(slot->key);
-  for (Cell* cell = slot->cells; cell != nullptr;) {
-    Cell* next = cell->next;
-    DestroyCell(cell);
-    cell = next;
+  while (slot->cells != nullptr) {
+    std::unique_ptr<Cell> cell(slot->cells);
+    slot->cells = cell->next;
+    Destroy(std::move(cell));
   }
-  delete slot;
 }
 
 bool ThreadSlot::ok() const noexcept { return slot_ != 0; }
@@ -80,15 +79,11 @@ bool ThreadSlot::Set(void* pointer) noexcept {
     cell->pointer = pointer;
     return true;
   }
-  auto* cell = new (std::nothrow) Cell{destructor_, pointer, &slot->cells, nullptr};
-  if (cell == nullptr) return false;
-  if (pthread_setspecific(slot->key, cell) != 0) {
-    delete cell;
-    return false;
-  }
+  std::unique_ptr<Cell> cell(new (std::nothrow) Cell{destructor_, pointer, &slot->cells, nullptr});
+  if (cell == nullptr || pthread_setspecific(slot->key, cell.get()) != 0) return false;
   pthread_mutex_lock(&chain_mutex);
   cell->next = slot->cells;
-  slot->cells = cell;
+  slot->cells = cell.release();
   pthread_mutex_unlock(&chain_mutex);
   return true;
 }

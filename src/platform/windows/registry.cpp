@@ -11,6 +11,11 @@ HKEY RootOf(RegistryHive hive) {
 
 HKEY KeyOf(void* key) { return static_cast<HKEY>(key); }
 
+/// A value may have been stored without a terminator, or with more text after one.
+std::u16string TextOf(std::wstring_view stored) {
+  return FromWide(stored.substr(0, stored.find(L'\0')));
+}
+
 }  // namespace
 
 std::optional<RegistryKey> RegistryKey::Open(RegistryHive hive, const std::u16string& path) {
@@ -42,7 +47,7 @@ std::optional<std::u16string> RegistryKey::ReadText(const std::u16string& name) 
     auto bytes = static_cast<DWORD>(text.size() * sizeof(wchar_t));
     const LSTATUS status = RegGetValueW(KeyOf(key_), nullptr, wide_name.c_str(), RRF_RT_REG_SZ,
                                         nullptr, text.data(), &bytes);
-    if (status == ERROR_SUCCESS) return FromWide(text.c_str());
+    if (status == ERROR_SUCCESS) return TextOf(text);
     if (status != ERROR_MORE_DATA || text.size() > (1u << 20)) return std::nullopt;
     text.resize(text.size() * 2);
   }
@@ -62,10 +67,8 @@ std::vector<RegistryText> RegistryKey::ReadTexts() const {
     if (status == ERROR_MORE_DATA) continue;
     if (status != ERROR_SUCCESS) return texts;  // there are no more
     if (type != REG_SZ && type != REG_EXPAND_SZ) continue;
-    // The value may have been stored without a terminator, or with more text after one.
-    const std::wstring_view stored(text.data(), bytes / sizeof(wchar_t));
-    texts.push_back(
-        {FromWide(name.substr(0, name_size)), FromWide(stored.substr(0, stored.find(L'\0')))});
+    texts.push_back({FromWide(name.substr(0, name_size)),
+                     TextOf(std::wstring_view(text).substr(0, bytes / sizeof(wchar_t)))});
   }
 }
 

@@ -21,7 +21,7 @@ std::filesystem::path TemporaryFolder() {
   const DWORD length = GetTempPathW(MAX_PATH + 2, folder);
   if (length > 0 && length <= MAX_PATH + 1 && std::filesystem::is_directory(folder, ignored))
     return folder;
-  const std::filesystem::path profile = ProfileFolder();
+  std::filesystem::path profile = ProfileFolder();
   if (std::filesystem::is_directory(profile, ignored)) return profile;
   return std::filesystem::current_path(ignored);
 }

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <memory>
 #include <new>
 
 namespace zavrel {
@@ -16,10 +17,8 @@ struct Cell {
 };
 
 void WINAPI DestroyCell(void* cell) {
-  const auto* own = static_cast<Cell*>(cell);
-  if (own == nullptr) return;
-  if (own->pointer != nullptr) own->destructor(own->pointer);
-  delete own;
+  const std::unique_ptr<Cell> own(static_cast<Cell*>(cell));
+  if (own != nullptr && own->pointer != nullptr) own->destructor(own->pointer);
 }
 
 DWORD IndexOf(std::uintptr_t slot) { return static_cast<DWORD>(slot); }
@@ -48,11 +47,9 @@ bool ThreadSlot::Set(void* pointer) noexcept {
     cell->pointer = pointer;
     return true;
   }
-  auto* cell = new (std::nothrow) Cell{destructor_, pointer};
-  if (cell == nullptr) return false;
-  if (FlsSetValue(IndexOf(slot_), cell)) return true;
-  delete cell;
-  return false;
+  std::unique_ptr<Cell> cell(new (std::nothrow) Cell{destructor_, pointer});
+  if (cell == nullptr || !FlsSetValue(IndexOf(slot_), cell.get())) return false;
+  return cell.release() != nullptr;  // DestroyCell takes it back
 }
 
 }  // namespace zavrel

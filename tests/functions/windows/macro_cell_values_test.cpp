@@ -43,13 +43,13 @@ struct Macro : OpenAddIn {
     values.variant = VariantOf(VT_BSTR, SysAllocString(L"before"));
   }
 
-  std::string Fill(const std::string& first, const std::string& second = "") {
+  std::string Fill(const std::string& first, const std::string& second = "") const {
     return Shown(*ZavrelGetCellValuesPrivate2(range, every, first.c_str(), second.c_str()));
   }
-  std::string FillEntered(const std::string& id) {
+  std::string FillEntered(const std::string& id) const {
     return Shown(*ZavrelGetCellValuesPrivate(range, every, id.c_str()));
   }
-  std::string FillNext() { return Shown(*ZavrelGetCellValues(range, non_blank)); }
+  std::string FillNext() const { return Shown(*ZavrelGetCellValues(range, non_blank)); }
 
   MacroVariant values, indices;
   Reference range{Area(0, 4, 0, 0)};
@@ -93,8 +93,8 @@ TEST_CASE("addresses are issued for VARIANTs that last, by a session that is ope
                 astray = ReferenceTo(reinterpret_cast<VARIANT*>(8));
   CHECK(IdOf(&reference) == values);
   for (const VARIANT* none :
-       {&to_nothing, &astray, static_cast<const VARIANT*>(&to_number),
-        static_cast<const VARIANT*>(nullptr), reinterpret_cast<const VARIANT*>(1)})
+       {&to_nothing, &astray, &to_number, static_cast<const VARIANT*>(nullptr),
+        reinterpret_cast<const VARIANT*>(1)})
     CHECK(IdOf(none) == "-1");
 
   // The latest 1,024 of them.
@@ -147,7 +147,7 @@ TEST_CASE("entry points without what they need fail by number and arrange nothin
   array.variant = VariantOf(VT_ARRAY | VT_R8, SafeArrayCreateVector(VT_R8, 0, 2));
   const VARIANT nowhere = VariantOf(VT_BYREF | VT_BSTR);
   const VARIANT variables =  // `Dim v() As Variant`
-      VariantOf(VT_BYREF | VT_ARRAY | VT_VARIANT, &array.variant.parray);
+      VariantOf(VT_BYREF | VT_ARRAY | VT_VARIANT, static_cast<void*>(&array.variant.parray));
   BSTR id = SysAllocString(L"as before");
   const struct {
     std::uint32_t number;
@@ -180,8 +180,8 @@ TEST_CASE("entry points without what they need fail by number and arrange nothin
   CHECK(macro.Fill(IdOf(macro.values), IdOf(&variables)) == "#15");
 
   for (const VARIANT* no_range :
-       {static_cast<const VARIANT*>(nullptr), static_cast<const VARIANT*>(array),
-        static_cast<const VARIANT*>(&nowhere), static_cast<const VARIANT*>(macro.values)}) {
+       {static_cast<const VARIANT*>(nullptr), static_cast<const VARIANT*>(array), &nowhere,
+        static_cast<const VARIANT*>(macro.values)}) {
     CHECK(Taken(ZavrelGetCellValueCategory(no_range)).empty());
     CHECK(ZavrelGetCellValueCategoryW(no_range, &id) == 0);
     CHECK((id != nullptr && SysStringLen(id) == 0));
@@ -212,7 +212,7 @@ TEST_CASE("ten thousand rounds leave no memory behind") {
   const std::size_t before = held();
   for (int i = 0; i < 10'000; ++i) round();
   const std::size_t after = held();
-  CHECK_MESSAGE(after < before + 256 * 1024, before << " bytes became " << after);
+  CHECK_MESSAGE(after < before + std::size_t{256} * 1024, before << " bytes became " << after);
 }
 
 }  // namespace zavrel::tests

@@ -116,9 +116,8 @@ TEST_CASE("arrays that a macro cannot have meant, and addresses not issued, are 
   VARIANT own{};
   const VARIANT reference = VariantOf(VT_BYREF | VT_R8);
   BSTR id = nullptr;
-  for (const VARIANT* array :
-       {static_cast<const VARIANT*>(nullptr), static_cast<const VARIANT*>(&reference),
-        reinterpret_cast<const VARIANT*>(std::uintptr_t{16})}) {
+  for (const VARIANT* array : {static_cast<const VARIANT*>(nullptr), &reference,
+                               reinterpret_cast<const VARIANT*>(std::uintptr_t{16})}) {
     for (const char* name : {"ZavrelCategoryNamesGetArrayVB", "ZavrelCategoryIndicesSetArrayVB"})
       CHECK(EntryPoint<SetNext>(name)(array) != 0);
     for (const char* name :

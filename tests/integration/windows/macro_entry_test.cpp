@@ -62,7 +62,7 @@ TEST_CASE("twenty openings and announcements leave no memory behind") {
   const std::size_t before = ProcessBytes();
   for (int i = 0; i < 20; ++i) round();
   const std::size_t after = ProcessBytes();
-  CHECK_MESSAGE(after < before + 64 * 1024, before << " bytes became " << after);
+  CHECK_MESSAGE(after < before + std::size_t{64} * 1024, before << " bytes became " << after);
   CloseClean(*engine);
 }
 

@@ -73,7 +73,8 @@ DoubleMatrix RowsIn(VARIANT result) { return RowsIn(MacroVariant(result)); }
 
 /// An array of doubles that does not note their type.
 MacroArray Untyped(const DoubleMatrix& rows) {
-  MacroArray typed(rows), untyped;
+  const MacroArray typed(rows);
+  MacroArray untyped;
   REQUIRE(SUCCEEDED(SafeArrayAllocDescriptor(2, &untyped.array)));
   untyped.array->cbElements = sizeof(double);
   std::copy_n(typed.array->rgsabound, 2, untyped.array->rgsabound);
@@ -84,7 +85,7 @@ MacroArray Untyped(const DoubleMatrix& rows) {
 
 /// A typed array variable passed for a ByRef Variant.
 VARIANT ReferenceTo(MacroArray& array, VARTYPE type = VT_R8) {
-  return VariantOf(VT_BYREF | VT_ARRAY | type, &array.array);
+  return VariantOf(VT_BYREF | VT_ARRAY | type, static_cast<void*>(&array.array));
 }
 
 /// The failure number in what a function returned in the place of a matrix.

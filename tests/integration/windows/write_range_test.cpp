@@ -25,13 +25,13 @@ std::unique_ptr<zavhost::Engine> AddInWithBook() {
 
 TEST_CASE("numbers and values of every kind are written into the cells of a range") {
   auto engine = AddInWithBook();
-  FakeRange two_by_three(2, 2, 2, 3);
+  const FakeRange two_by_three(2, 2, 2, 3);
   MacroArray numbers(VT_R8, {2, 3});
   for (int i = 0; i < 6; ++i) numbers.elements<double>()[i] = i;
   CHECK(Write(two_by_three.variant, &numbers.array) == 0);
   CHECK(Shown(*engine, "+Data!A1:D3") == "0,0,0,0;0,0,2,4;0,1,3,5;");
 
-  FakeRange below(5, 1, 2, 3);
+  const FakeRange below(5, 1, 2, 3);
   MacroArray mixed(VT_VARIANT, {2, 2});
   auto* cells = mixed.elements<VARIANT>();
   cells[0] = VariantOf(VT_BSTR, SysAllocString(L"text"));
@@ -48,7 +48,7 @@ TEST_CASE("numbers and values of every kind are written into the cells of a rang
   const double coded[] = {ConditionDouble(kConditionNoData), ConditionDouble(kConditionTooFew),
                           ConditionDouble(kConditionBlank),  HUGE_VAL,
                           ErrorCodedNaN(xlerrRef),           2.5};
-  FakeRange one(10, 1, 1, 6), another(11, 1, 1, 6), third(12, 1, 1, 6);
+  const FakeRange one(10, 1, 1, 6), another(11, 1, 1, 6), third(12, 1, 1, 6);
   MacroArray matrix(VT_R8, {1, 6}), series(VT_R8, {6}), variants(VT_VARIANT, {1, 6});
   for (int i = 0; i < 6; ++i) {
     matrix.elements<double>()[i] = series.elements<double>()[i] = coded[i];
@@ -61,7 +61,7 @@ TEST_CASE("numbers and values of every kind are written into the cells of a rang
   CHECK(Shown(*engine, "+Data!A10:F12") == shown + shown + shown);
   MacroArray row(VT_I4, {3});
   for (int i = 0; i < 3; ++i) row.elements<LONG>()[i] = i + 1;
-  FakeRange one_row(8, 1, 1, 3);
+  const FakeRange one_row(8, 1, 1, 3);
   CHECK(Write(one_row.variant, &row.array) == 0);
   CHECK(Shown(*engine, "+Data!A8:C8") == "1,2,3;");
   CHECK(Shown(*engine, "ZavCount(Other!A:Z)") == "0");
