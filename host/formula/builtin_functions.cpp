@@ -26,18 +26,19 @@ const Table& Functions() {
 
 }  // namespace
 
-std::span<const std::span<const BuiltInFunction>> BuiltInGroups(){
-    LogicalFunctions(),        InformationFunctions(), NumberFunctions(),
-    TrigonometryFunctions(),   IntegerFunctions(),     AggregateFunctions(),
-    SubtotalFunctions(),       ConditionalFunctions(), StatisticsFunctions(),
-    RankFunctions(),           RegressionFunctions(),  DistributionFunctions(),
-    MatrixFunctions(),         FinancialFunctions(),   TextFunctions(),
-    DateFunctions(),           ReferenceFunctions(),   LookupFunctions(),
-    ArrayFunctions(),          SortingFunctions(),     TextSearchFunctions(),
-    CharacterFunctions(),      NumberTextFunctions(),  BaseFunctions(),
-    PeriodFunctions(),         WorkdayFunctions(),     DiscreteDistributionFunctions(),
-    HypothesisTestFunctions(), CashFlowFunctions()};
-return groups;
+std::span<const std::span<const BuiltInFunction>> BuiltInGroups() {
+  static const std::span<const BuiltInFunction> groups[] = {
+      LogicalFunctions(),        InformationFunctions(), NumberFunctions(),
+      TrigonometryFunctions(),   IntegerFunctions(),     AggregateFunctions(),
+      SubtotalFunctions(),       ConditionalFunctions(), StatisticsFunctions(),
+      RankFunctions(),           RegressionFunctions(),  DistributionFunctions(),
+      MatrixFunctions(),         FinancialFunctions(),   TextFunctions(),
+      DateFunctions(),           ReferenceFunctions(),   LookupFunctions(),
+      ArrayFunctions(),          SortingFunctions(),     TextSearchFunctions(),
+      CharacterFunctions(),      NumberTextFunctions(),  BaseFunctions(),
+      PeriodFunctions(),         WorkdayFunctions(),     DiscreteDistributionFunctions(),
+      HypothesisTestFunctions(), CashFlowFunctions()};
+  return groups;
 }
 
 const BuiltInFunction* FindBuiltIn(std::u16string_view name) {
