@@ -42,20 +42,17 @@ double Periods(double rate, double payment, double present, double future, bool 
   return std::log((paid - future * rate) / (paid + present * rate)) / std::log1p(rate);
 }
 
-/// What is owed after a number of payments; a payment at the beginning of the first period bears no
-/// interest.
-double Balance(double rate, double payments, double payment, double present, bool at_beginning) {
-  if (!at_beginning) return -FutureValue(rate, payments, payment, present, false);
-  if (payments < 1.0) return present;
-  return -FutureValue(rate, payments - 1.0, payment, present + payment, false);
-}
-
+/// A payment at the beginning of the first period bears no interest. What is owed comes from the
+/// principal paid so far, which grows with the rate: over many periods, the difference of what was
+/// lent and paid, both with interest, would have no correct digit.
 double Interest(double rate, double period, double periods, double present, double future,
                 bool at_beginning) {
   if (period < 1.0 || period >= periods + 1.0) return kNum;
   if (at_beginning && period < 2.0) return 0.0;
-  const double payment = Payment(rate, periods, present, future, at_beginning);
-  return -rate * Balance(rate, period - 1.0, payment, present, at_beginning);
+  const double repaid =
+      AnnuityFactor(rate, period - 1.0, false) / AnnuityFactor(rate, periods, false);
+  const double owed = present - (present + future) * repaid;
+  return -rate * owed / (at_beginning ? 1.0 + rate : 1.0);
 }
 double Principal(double rate, double period, double periods, double present, double future,
                  bool at_beginning) {
@@ -86,8 +83,9 @@ Cumulative CumulativeOf(double rate, double periods, double present, double firs
     from = 2.0;
   }
   if (from <= last) {
-    const double owed = Balance(rate, from - 1.0, payment, present, at_beginning);
-    principal += (payment + rate * owed) * AnnuityFactor(rate, last - from + 1.0, false);
+    principal -= present * Growth(rate, from - 1.0) *
+                 AnnuityFactor(rate, last - from + 1.0, false) /
+                 AnnuityFactor(rate, periods, at_beginning);
   }
   return {payment * (last - first + 1.0) - principal, principal};
 }

@@ -14,9 +14,12 @@ enum class ArgumentKind {
   kScalar,     // one value; for an array, the function is called for each element
   kArray,      // a value or an array
   kReference,  // an unchanged reference; also a value or an array
+  // The same, but an expression is evaluated element by element even in a normal cell.
+  kReferenceOrArray,
 };
 
-/// The kinds of a function's arguments as text, one letter each: s scalar, a array, r reference.
+/// The kinds of a function's arguments as text, one letter each: s scalar, a array, r reference,
+/// x reference or array.
 /// The last letter stands for all further arguments; a last group in parentheses repeats as a
 /// whole: "r(rs)" is a reference, then pairs of a reference and a scalar.
 class ArgumentKinds {
@@ -32,7 +35,7 @@ class ArgumentKinds {
       group_ = open;
     }
     for (const char letter : letters_) {
-      if (std::string_view("sar()").find(letter) == std::string_view::npos) throw "no kind";
+      if (std::string_view("sarx()").find(letter) == std::string_view::npos) throw "no kind";
     }
   }
 
@@ -47,6 +50,7 @@ class ArgumentKinds {
     }
     return letter == 's'   ? ArgumentKind::kScalar
            : letter == 'a' ? ArgumentKind::kArray
+           : letter == 'x' ? ArgumentKind::kReferenceOrArray
                            : ArgumentKind::kReference;
   }
 

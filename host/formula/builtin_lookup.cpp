@@ -191,7 +191,7 @@ Operand Areas(const BuiltInCall& call) {
 constexpr BuiltInFunction kFunctions[] = {
     {u"VLOOKUP", 3, 4, "srs", TableLookup<true>},
     {u"HLOOKUP", 3, 4, "srs", TableLookup<false>},
-    {u"LOOKUP", 2, 3, "sr", Lookup},
+    {u"LOOKUP", 2, 3, "sx", Lookup},
     {u"MATCH", 2, 3, "srs", Match},
     {u"XMATCH", 2, 4, "srs", XMatch},
     {u"XLOOKUP", 3, 6, "srrrs", XLookup},

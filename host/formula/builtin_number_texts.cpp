@@ -34,6 +34,8 @@ std::optional<std::u16string> WithoutSeparators(const std::u16string& text, char
       plain += u'.';
     } else if (unit == group) {
       if (is_behind_point) return std::nullopt;
+    } else if (unit == u'.' || unit == u',') {
+      return std::nullopt;
     } else {
       plain += unit;
     }

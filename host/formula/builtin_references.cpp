@@ -218,7 +218,7 @@ constexpr BuiltInFunction kFunctions[] = {
     {u"ROW", 0, 1, "r", Row},
     {u"COLUMN", 0, 1, "r", Column},
     {u"TRANSPOSE", 1, 1, "a", Transpose},
-    {u"INDEX", 2, 4, "rs", Index},
+    {u"INDEX", 2, 4, "xs", Index},
     {u"OFFSET", 3, 5, "rs", Offset},
     {u"INDIRECT", 1, 2, "s", Indirect},
     {u"FORMULATEXT", 1, 1, "r", FormulaText},

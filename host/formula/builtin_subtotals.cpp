@@ -150,7 +150,7 @@ Operand Aggregate(const BuiltInCall& call) {
 
 constexpr BuiltInFunction kFunctions[] = {
     {u"SUBTOTAL", 2, kAnyNumberOfArguments, "sr", Subtotal},
-    {u"AGGREGATE", 3, kAnyNumberOfArguments, "ssr", Aggregate},
+    {u"AGGREGATE", 3, kAnyNumberOfArguments, "ssx", Aggregate},
 };
 
 }  // namespace

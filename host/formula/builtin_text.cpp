@@ -5,6 +5,7 @@
 #include "platform/letter_case.h"
 
 #include "host/formula/builtin_groups.h"
+#include "host/formula/elementwise.h"
 #include "host/formula/text_result.h"
 
 namespace zavhost {
@@ -176,17 +177,27 @@ Operand TextJoin(const BuiltInCall& call) {
   return error ? Operand(Value(*error)) : TextResult(std::move(joined));
 }
 
-/// T: the text of a text, otherwise an empty one.
-Operand TextOnly(const BuiltInCall& call) {
-  const Value value = ArgumentReader(call).Any(0);
+/// T: a text, and nothing for anything else.
+Value TextOnly(const Value& value) {
   return value.text() != nullptr || value.error() != nullptr ? value : Value(u"");
 }
 
 /// N: the number of a number or boolean, otherwise 0.
-Operand NumberOnly(const BuiltInCall& call) {
-  const Value value = ArgumentReader(call).Any(0);
+Value NumberOnly(const Value& value) {
   if (value.number() != nullptr || value.error() != nullptr) return value;
-  return Value(value.boolean() != nullptr && *value.boolean() ? 1.0 : 0.0);
+  return value.boolean() != nullptr && *value.boolean() ? 1.0 : 0.0;
+}
+
+/// Of a reference its first cell, of an array every element.
+template <auto function>
+Operand OfFirstOrEach(const BuiltInCall& call) {
+  Spread spread;
+  if (!std::holds_alternative<ArrayPtr>(call.arguments[0]))
+    return function(ArgumentReader(call).Any(0));
+  spread.Include(call.arguments[0]);
+  return FillSpread(spread, [&](std::int32_t row, std::int32_t column) {
+    return function(ElementAt(call.arguments[0], row, column));
+  });
 }
 
 /// HYPERLINK: what the cell shows.
@@ -218,8 +229,8 @@ constexpr BuiltInFunction kFunctions[] = {
     {u"PROPER", 1, 1, "s", OfText<Proper>},
     {u"TRIM", 1, 1, "s", OfText<Trim>},
     {u"CLEAN", 1, 1, "s", OfText<Clean>},
-    {u"T", 1, 1, "r", TextOnly},
-    {u"N", 1, 1, "r", NumberOnly},
+    {u"T", 1, 1, "r", OfFirstOrEach<TextOnly>},
+    {u"N", 1, 1, "r", OfFirstOrEach<NumberOnly>},
     {u"HYPERLINK", 1, 2, "s", Hyperlink},
 };
 

@@ -18,9 +18,7 @@ class WildcardPattern {
   /// ? is one character, * any number of them; a tilde takes that meaning away.
   explicit WildcardPattern(std::u16string_view text) : pieces_(1) {
     for (std::size_t i = 0; i < text.size(); ++i) {
-      const bool is_escaped = text[i] == u'~' && i + 1 < text.size() &&
-                              std::u16string_view(u"?*~").find(text[i + 1]) != kNowhere;
-      if (is_escaped) {
+      if (text[i] == u'~' && i + 1 < text.size()) {
         pieces_.back().emplace_back(text[++i]);
       } else if (text[i] == u'*') {
         pieces_.emplace_back();

@@ -218,10 +218,12 @@ Operand Evaluator::Call(const CallStep& step, const Shift& shift, bool as_array)
   Spread spread;
   for (std::size_t i = 0; i < step.arguments.size(); ++i) {
     const ArgumentKind kind = callee.KindOf(i);
-    const bool argument_as_array = as_array || kind == ArgumentKind::kArray;
+    const bool takes_reference =
+        kind == ArgumentKind::kReference || kind == ArgumentKind::kReferenceOrArray;
+    const bool argument_as_array =
+        as_array || kind == ArgumentKind::kArray || kind == ArgumentKind::kReferenceOrArray;
     Operand argument = Evaluate(step.arguments[i], shift, argument_as_array);
-    const bool is_ready =
-        kind == ArgumentKind::kReference || std::holds_alternative<MissingArgument>(argument);
+    const bool is_ready = takes_reference || std::holds_alternative<MissingArgument>(argument);
     arguments.push_back(is_ready
                             ? std::move(argument)
                             : Scalar(argument, argument_as_array,

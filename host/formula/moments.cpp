@@ -10,8 +10,10 @@ namespace zavhost {
 double MeanOf(std::span<const double> numbers) {
   const auto count = static_cast<double>(numbers.size());
   const double mean = SumOf(numbers, [](double x) { return x; }) / count;
-  // Of equal numbers it is then that number, and their deviations are 0.
-  return mean + SumOf(numbers, [mean](double x) { return x - mean; }) / count;
+  // Of equal numbers it is then that number, and their deviations are 0. Beside huge numbers that
+  // cancel out, the deviations tell nothing.
+  const double rest = SumOf(numbers, [mean](double x) { return x - mean; }) / count;
+  return std::fabs(rest) <= 1e-15 * std::fabs(mean) ? mean + rest : mean;
 }
 
 double SquaredDeviations(std::span<const double> numbers) {

@@ -13,9 +13,7 @@ WildcardPattern::WildcardPattern(std::u16string_view pattern) {
       has_wildcards_ = true;
       continue;
     }
-    const bool is_escape = unit == u'~' && i + 1 < lower.size() &&
-                           std::u16string_view(u"?*~").find(lower[i + 1]) != std::u16string::npos;
-    if (is_escape) ++i;
+    if (unit == u'~' && i + 1 < lower.size()) ++i;
     Add(lower[i], unit == u'?');
   }
 }

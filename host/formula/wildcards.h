@@ -9,8 +9,8 @@
 
 namespace zavhost {
 
-/// A text in which "?" stands for any one character and "*" for any number of them; "~" before one
-/// of ?, * and ~ takes it literally. Letter case makes no difference.
+/// A text in which "?" stands for any one character and "*" for any number of them; "~" takes
+/// the next character literally, whichever it is. Letter case makes no difference.
 ///
 /// It is run as an automaton whose states are bits, so that the time is linear in the text however
 /// many "*" there are.

@@ -42,7 +42,7 @@ void DecimalDigits::RoundTo(int places) {
 }
 
 int DecimalDigits::DecimalPlaces() const {
-  return std::max(0, static_cast<int>(digits_.size()) - point_);
+  return IsZero() ? 0 : std::max(0, static_cast<int>(digits_.size()) - point_);
 }
 
 char DecimalDigits::At(int place) const {

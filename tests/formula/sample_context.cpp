@@ -29,6 +29,20 @@ std::string ShownArray(const Array& array) {
   return shown + "}";
 }
 
+Workbook SampleWorkbook() {
+  Workbook book;
+  book.sheets.emplace_back(u"Sheet1");
+  book.sheets.emplace_back(u"Other sheet");
+  Sheet& first = book.sheets[0];
+  for (std::int32_t i = 0; i < 12; ++i) first.Set(i / 3, i % 3, i + 1.0);
+  first.Set(0, 4, Value(u"x"));
+  first.Set(1, 4, Value(u"5"));
+  first.Set(2, 4, true);
+  first.Set(3, 4, ErrorCode::kNA);
+  for (std::int32_t i = 0; i < 3; ++i) book.sheets[1].Set(i, 0, 100.0 * (i + 1));
+  return book;
+}
+
 }  // namespace
 
 std::string Shown(const Operand& operand) {
@@ -54,16 +68,9 @@ Operand Echo::Call(std::span<const Operand> arguments) {
   return Value(std::u16string_view(Utf16FromUtf8(shown)));
 }
 
-Context::Context() {
-  workbook_.sheets.emplace_back(u"Sheet1");
-  workbook_.sheets.emplace_back(u"Other sheet");
-  Sheet& first = workbook_.sheets[0];
-  for (std::int32_t i = 0; i < 12; ++i) first.Set(i / 3, i % 3, i + 1.0);
-  first.Set(0, 4, Value(u"x"));
-  first.Set(1, 4, Value(u"5"));
-  first.Set(2, 4, true);
-  first.Set(3, 4, ErrorCode::kNA);
-  for (std::int32_t i = 0; i < 3; ++i) workbook_.sheets[1].Set(i, 0, 100.0 * (i + 1));
+Context::Context() : Context(SampleWorkbook()) {}
+
+Context::Context(Workbook workbook) : workbook_(std::move(workbook)) {
   Register(u"ECHOR", "R");
   Register(u"ECHOA", "A");
   Register(u"ECHOS", "S");
@@ -101,7 +108,7 @@ CellAddress CellNamed(std::string_view name) {
   return {0, cell->row, cell->column};
 }
 
-void Context::Fill(std::string_view first_cell, std::string_view constant) {
+void Context::Fill(std::string_view first_cell, std::string_view constant, std::uint32_t sheet) {
   const CellAddress first = CellNamed(first_cell);
   const Operand given = EvaluateFormula(*ParseFormula(Utf16FromUtf8(constant)), first, true, *this);
   const ArrayPtr* held = std::get_if<ArrayPtr>(&given);
@@ -110,7 +117,8 @@ void Context::Fill(std::string_view first_cell, std::string_view constant) {
     for (std::int32_t column = 0; column < array.columns; ++column) {
       const Value& value = array.At(row, column);
       const bool is_blank = value.text() != nullptr && value.text()->empty();
-      workbook_.sheets[0].Set(first.row + row, first.column + column, is_blank ? Value() : value);
+      workbook_.sheets[sheet].Set(first.row + row, first.column + column,
+                                  is_blank ? Value() : value);
     }
   }
 }

@@ -37,6 +37,8 @@ zavhost::CellAddress CellNamed(std::string_view name);
 class Context : public zavhost::EvaluationContext {
  public:
   Context();
+  /// The same functions for another workbook.
+  explicit Context(zavhost::Workbook workbook);
 
   zavhost::Value ReadCell(const zavhost::CellAddress& cell) override;
   zavhost::ArrayPtr ReadRange(std::uint32_t sheet, const zavhost::CellRange& range,
@@ -54,8 +56,8 @@ class Context : public zavhost::EvaluationContext {
   /// A1:A4 for A1.
   std::optional<zavhost::CellRange> SpillRange(const zavhost::CellAddress& cell) override;
 
-  /// Puts the elements of an array constant into cells of Sheet1 from this one on; "" is a blank.
-  void Fill(std::string_view first_cell, std::string_view constant);
+  /// Puts the elements of an array constant into cells of a sheet from this one on; "" is a blank.
+  void Fill(std::string_view first_cell, std::string_view constant, std::uint32_t sheet = 0);
   void DefineTable(zavhost::Table table) { workbook_.tables.push_back(std::move(table)); }
   /// The formula that a cell pretends to hold.
   void SetFormulaText(const zavhost::CellAddress& cell, std::u16string text) {
