@@ -54,6 +54,12 @@ double TowardsZero(double x) { return std::trunc(x); }
 double Down(double x) { return std::floor(x); }
 double Up(double x) { return std::ceil(x); }
 
+/// Rounds what the user sees of a number that has decimal places at all.
+template <double (*kRounding)(double)>
+double Rounded(double number) {
+  return kRounding(std::fabs(number) < 1e15 ? AtFifteenDigits(number) : number);
+}
+
 /// Rounds at a decimal place (negative: left of the point) by `kRounding` of the scaled number.
 template <double (*kRounding)(double)>
 double RoundAt(double number, Whole places) {
@@ -62,7 +68,7 @@ double RoundAt(double number, Whole places) {
   const double scale = std::pow(10.0, std::fabs(places));
   const double scaled = places >= 0 ? number * scale : number / scale;
   if (std::fabs(scaled) >= 1e15 && places >= 0) return number;  // there are no digits to round
-  const double rounded = kRounding(AtFifteenDigits(scaled));
+  const double rounded = Rounded<kRounding>(scaled);
   return places >= 0 ? rounded / scale : rounded * scale;
 }
 
@@ -71,9 +77,7 @@ template <double (*kRounding)(double)>
 double ToMultiple(double number, double step) {
   if (number == 0.0 || step == 0.0) return 0.0;
   const double quotient = number / step;
-  // The quotient of numbers that are too far apart, and what is a multiple already.
-  if (!std::isfinite(quotient)) return number;
-  return kRounding(AtFifteenDigits(quotient)) * step;
+  return std::isfinite(quotient) ? Rounded<kRounding>(quotient) * step : number;
 }
 
 double MRound(StrictNumber number, StrictNumber multiple) {

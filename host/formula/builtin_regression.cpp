@@ -13,8 +13,7 @@
 namespace zavhost {
 namespace {
 
-/// Sums of squares and products about the means. In functions that have the dependent variable as
-/// their first argument, x is the dependent one.
+/// Sums of squares and products about the means.
 struct Sums {
   explicit Sums(const DataPairs& pairs)
       : count(static_cast<double>(pairs.x.size())),
@@ -50,28 +49,26 @@ Value CovarianceS(const DataPairs& pairs) {
 }
 Value Slope(const DataPairs& pairs) {
   const Sums sums(pairs);
-  return Ratio(sums.xy, sums.yy);
+  return Ratio(sums.xy, sums.xx);
 }
-/// The value of the regression line at x.
-Value LineAt(const DataPairs& pairs, double x) {
+Value Intercept(const DataPairs& pairs) {
   const Value slope = Slope(pairs);
-  if (slope.number() == nullptr) return slope;
-  return NumberValue(MeanOf(pairs.x) + *slope.number() * (x - MeanOf(pairs.y)));
+  if (const ErrorCode* error = slope.error()) return *error;
+  return NumberValue(MeanOf(pairs.y) - *slope.number() * MeanOf(pairs.x));
 }
-Value Intercept(const DataPairs& pairs) { return LineAt(pairs, 0.0); }
 Value StEyx(const DataPairs& pairs) {
   const Sums sums(pairs);
-  if (sums.count < 3.0 || sums.yy == 0.0) return ErrorCode::kDiv0;
-  const double residual = std::fmax(sums.xx - sums.xy / sums.yy * sums.xy, 0.0);
+  if (sums.count < 3.0 || sums.xx == 0.0) return ErrorCode::kDiv0;
+  const double residual = std::fmax(sums.yy - sums.xy / sums.xx * sums.xy, 0.0);
   return NumberValue(std::sqrt(residual / (sums.count - 2.0)));
 }
 
 Operand Forecast(const BuiltInCall& call) {
-  const DataPairs pairs = PairsOf(call, 1, 2);
+  const DataPairs pairs = PairsOf(call, 2, 1);
   const Value slope = pairs.error ? Value(*pairs.error) : Slope(pairs);
-  if (slope.number() == nullptr) return slope;
-  const double x_mean = MeanOf(pairs.y);
-  const double y_mean = MeanOf(pairs.x);
+  if (const ErrorCode* error = slope.error()) return Value(*error);
+  const double x_mean = MeanOf(pairs.x);
+  const double y_mean = MeanOf(pairs.y);
   return ForEachElement(call, {0}, [&](ArgumentReader& read) {
     return NumberValue(y_mean + *slope.number() * (read.Number(0) - x_mean));
   });
@@ -215,9 +212,9 @@ constexpr BuiltInFunction kFunctions[] = {
     {u"COVAR", 2, 2, "a", OfPairs<CovarianceP>},
     {u"COVARIANCE.P", 2, 2, "a", OfPairs<CovarianceP>},
     {u"COVARIANCE.S", 2, 2, "a", OfPairs<CovarianceS>},
-    {u"SLOPE", 2, 2, "a", OfPairs<Slope>},
-    {u"INTERCEPT", 2, 2, "a", OfPairs<Intercept>},
-    {u"STEYX", 2, 2, "a", OfPairs<StEyx>},
+    {u"SLOPE", 2, 2, "a", OfPairs<Slope, 1, 0>},
+    {u"INTERCEPT", 2, 2, "a", OfPairs<Intercept, 1, 0>},
+    {u"STEYX", 2, 2, "a", OfPairs<StEyx, 1, 0>},
     {u"FORECAST", 3, 3, "raa", Forecast},
     {u"FORECAST.LINEAR", 3, 3, "raa", Forecast},
     {u"FISHER", 1, 1, "s", Of<Fisher>},

@@ -111,6 +111,7 @@ double Median(std::span<double> numbers) {
 /// The most frequent numbers, if they occur at least twice, in the order of their first places.
 std::vector<double> ModesOf(Numbers numbers) {
   std::vector<std::pair<double, std::size_t>> sorted;
+  sorted.reserve(numbers.size());
   for (const double x : numbers) sorted.emplace_back(x, sorted.size());
   std::sort(sorted.begin(), sorted.end());
   std::size_t most = 2;
@@ -124,6 +125,7 @@ std::vector<double> ModesOf(Numbers numbers) {
   }
   std::sort(modes.begin(), modes.end());
   std::vector<double> in_order;
+  in_order.reserve(modes.size());
   for (const auto& [place, mode] : modes) in_order.push_back(mode);
   return in_order;
 }

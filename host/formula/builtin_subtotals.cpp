@@ -31,7 +31,8 @@ bool IsSubtotal(const EvaluationContext& context, const CellAddress& cell) {
   const auto formula = context.FormulaText(cell);
   if (!formula) return false;
   const std::u16string text = LowerCase(*formula);
-  return text.find(u"subtotal(") != text.npos || text.find(u"aggregate(") != text.npos;
+  return text.find(u"subtotal(") != std::u16string::npos ||
+         text.find(u"aggregate(") != std::u16string::npos;
 }
 
 bool IsRowExcluded(const Exclusions& exclusions, const Sheet& sheet, std::int32_t row) {

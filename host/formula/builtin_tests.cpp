@@ -21,6 +21,7 @@ struct StudentStatistic {
 
 StudentStatistic PairedStatistic(const DataPairs& pairs) {
   std::vector<double> differences;
+  differences.reserve(pairs.x.size());
   for (std::size_t i = 0; i < pairs.x.size(); ++i) differences.push_back(pairs.x[i] - pairs.y[i]);
   const auto count = static_cast<double>(differences.size());
   const double error = std::sqrt(SampleVariance(differences) / count);

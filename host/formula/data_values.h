@@ -56,10 +56,10 @@ Operand OfData(const BuiltInCall& call) {
   }
 }
 
-/// The function of pairs of the first two arguments.
-template <Value (*kFunction)(const DataPairs&)>
+/// A function of the pairs of two arguments.
+template <Value (*kFunction)(const DataPairs&), std::size_t kX = 0, std::size_t kY = 1>
 Operand OfPairs(const BuiltInCall& call) {
-  const DataPairs pairs = PairsOf(call, 0, 1);
+  const DataPairs pairs = PairsOf(call, kX, kY);
   return pairs.error ? Value(*pairs.error) : kFunction(pairs);
 }
 

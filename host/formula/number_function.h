@@ -50,8 +50,8 @@ template <typename Result, typename... Parameters, int... kAbsent, std::size_t..
 Operand CallBySignature(Result (*function)(Parameters...), const BuiltInCall& call,
                         std::integer_sequence<int, kAbsent...>, std::index_sequence<kIndex...>) {
   constexpr std::size_t kRequired = sizeof...(Parameters) - sizeof...(kAbsent);
-  constexpr int kDefaults[] = {kAbsent..., 0};
-  [[maybe_unused]] const auto absent = [&kDefaults](std::size_t index) {
+  static constexpr int kDefaults[] = {kAbsent..., 0};
+  [[maybe_unused]] const auto absent = [](std::size_t index) {
     return index < kRequired ? 0 : kDefaults[index - kRequired];
   };
   ArgumentReader read(call);

@@ -11,6 +11,17 @@
 namespace zavhost {
 namespace {
 
+/// The number that a text spells. A label that only reads as a date, an amount or a fraction
+/// ("1-2", "5 Mar", "1 1/2") stays a text.
+std::optional<double> PlainNumber(std::u16string_view text) {
+  if (text.find_first_not_of(u"0123456789.,+-eE% \t") != std::u16string_view::npos)
+    return std::nullopt;
+  const std::size_t sign = text.find_last_of(u"+-");
+  const bool has_inner_sign = sign != std::u16string_view::npos && sign > 0 &&
+                              (text[sign - 1] >= u'0' && text[sign - 1] <= u'9');
+  return has_inner_sign ? std::nullopt : NumberFromText(text);
+}
+
 /// Splits comma-separated text into fields. Quoted fields may contain commas, line ends and doubled
 /// quotes; lines end in "\n", "\r\n" or "\r".
 class CsvReader {
@@ -74,7 +85,7 @@ class CsvReader {
   Value FieldValue() const {
     if (field_.empty() || field_ == "NA") return {};
     std::u16string text = Utf16FromUtf8(field_);
-    if (const std::optional<double> number = NumberFromText(text)) return *number;
+    if (const std::optional<double> number = PlainNumber(text)) return *number;
     if (const std::optional<ErrorCode> error = ErrorFromText(text)) return *error;
     if (EqualIgnoringCase(text, u"TRUE")) return true;
     if (EqualIgnoringCase(text, u"FALSE")) return false;

@@ -11,6 +11,10 @@
 
 namespace zavrel::tests {
 
+// The system's own interfaces have no virtual destructor.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+
 /// An object with properties by name, each an object, a text or a number.
 class FakeObject final : public IDispatch {
  public:
@@ -56,5 +60,7 @@ class FakeObject final : public IDispatch {
  private:
   std::wstring asked_;
 };
+
+#pragma GCC diagnostic pop
 
 }  // namespace zavrel::tests
