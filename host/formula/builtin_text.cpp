@@ -5,7 +5,6 @@
 #include "platform/letter_case.h"
 
 #include "host/formula/builtin_groups.h"
-#include "host/formula/elementwise.h"
 #include "host/formula/text_result.h"
 
 namespace zavhost {
@@ -191,13 +190,11 @@ Value NumberOnly(const Value& value) {
 /// Of a reference its first cell, of an array every element.
 template <auto function>
 Operand OfFirstOrEach(const BuiltInCall& call) {
-  Spread spread;
-  if (!std::holds_alternative<ArrayPtr>(call.arguments[0]))
-    return function(ArgumentReader(call).Any(0));
-  spread.Include(call.arguments[0]);
-  return FillSpread(spread, [&](std::int32_t row, std::int32_t column) {
-    return function(ElementAt(call.arguments[0], row, column));
-  });
+  const ArrayPtr* array = std::get_if<ArrayPtr>(call.arguments.data());
+  if (array == nullptr) return function(ArgumentReader(call).Any(0));
+  std::vector<Value> values;
+  for (const Value& value : (*array)->values) values.push_back(function(value));
+  return ArrayResult((*array)->rows, (*array)->columns, std::move(values));
 }
 
 /// HYPERLINK: what the cell shows.
