@@ -18,7 +18,8 @@ Value ReadWanted(ArgumentReader& read) {
   if (const ErrorCode* error = wanted.error()) read.Fail(*error);
   const std::u16string* text = wanted.text();
   read.Require(text == nullptr || text->size() <= WildcardPattern::kLongest, ErrorCode::kValue);
-  return wanted.IsBlank() ? Value(0.0) : wanted;
+  if (wanted.IsBlank()) wanted = 0.0;
+  return wanted;
 }
 
 template <bool kVertical>

@@ -36,7 +36,8 @@ Value AsEntered(std::u16string_view text) {
 
 std::optional<Criterion> Criterion::Of(const Value& value) {
   Criterion criterion;
-  criterion.operand_ = value.IsBlank() ? Value(0.0) : value;
+  criterion.operand_ = value;
+  if (value.IsBlank()) criterion.operand_ = 0.0;
   const std::u16string* given = value.text();
   if (given == nullptr) return criterion;
   if (given->size() > WildcardPattern::kLongest) return std::nullopt;
