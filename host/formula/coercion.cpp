@@ -158,6 +158,16 @@ Value ApplyUnary(Operator op, const Value& value) {
   return NumberValue(op == Operator::kMinus ? -number.value : number.value / 100.0);
 }
 
+Value ApplyLast(Operator op, const Value& left, const Value& right) {
+  Value result = ApplyBinary(op, left, right);
+  const double* number = result.number();
+  if (number == nullptr || *number == 0.0) return result;
+  const double first = ToNumber(left).value;
+  const double second = ToNumber(right).value;
+  const bool is_rounding = EqualAtFifteenDigits(first, op == Operator::kAdd ? -second : second);
+  return is_rounding ? Value(0.0) : result;
+}
+
 Value ApplyBinary(Operator op, const Value& left, const Value& right) {
   if (op >= Operator::kEqual) return ApplyComparison(op, left, right);
   if (op == Operator::kConcatenate) return Concatenate(left, right);

@@ -42,4 +42,9 @@ bool AreOfOneKind(const Value& left, const Value& right);
 Value ApplyUnary(Operator op, const Value& value);
 Value ApplyBinary(Operator op, const Value& left, const Value& right);
 
+/// The sum or difference of two values as the last step of a formula: 0 if no more than the
+/// rounding of its operands is left, as in Excel ("Floating-point arithmetic may give inaccurate
+/// results in Excel", Microsoft), so that 0.5-0.4-0.1 is 0 but (0.5-0.4-0.1)*1 is not.
+Value ApplyLast(Operator op, const Value& left, const Value& right);
+
 }  // namespace zavhost

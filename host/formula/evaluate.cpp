@@ -61,6 +61,14 @@ class Evaluator::Nesting {
   Evaluator& evaluator_;
 };
 
+Evaluator::Evaluator(EvaluationContext& context, const Formula& formula)
+    : context_(context), caller_(context.caller()) {
+  const std::vector<Step>& steps = formula.expression().steps;
+  const Operator* op = steps.empty() ? nullptr : std::get_if<Operator>(&steps.back());
+  const bool is_sum = op != nullptr && (*op == Operator::kAdd || *op == Operator::kSubtract);
+  if (is_sum && !formula.is_in_parentheses()) last_step_ = &steps.back();
+}
+
 Operand Evaluator::Evaluate(const Expression& expression, const Shift& shift, bool as_array) {
   if (expression.steps.empty()) return MissingArgument{};
   const Nesting nesting(*this);
@@ -68,7 +76,7 @@ Operand Evaluator::Evaluate(const Expression& expression, const Shift& shift, bo
   std::vector<Operand> stack;
   for (const Step& step : expression.steps) {
     if (const Operator* op = std::get_if<Operator>(&step)) {
-      Apply(*op, stack, as_array);
+      Apply(*op, stack, as_array, &step == last_step_ ? ApplyLast : ApplyBinary);
     } else {
       stack.push_back(EvaluateOperand(step, shift, as_array));
     }
@@ -143,7 +151,8 @@ Operand Evaluator::EvaluateDefinedName(const DefinedName& name, std::size_t posi
   return result;
 }
 
-void Evaluator::Apply(Operator op, std::vector<Operand>& stack, bool as_array) {
+void Evaluator::Apply(Operator op, std::vector<Operand>& stack, bool as_array,
+                      Value (*apply)(Operator, const Value&, const Value&)) {
   const Operand last = std::move(stack.back());
   if (op == Operator::kSingle || op == Operator::kSpill) {
     stack.back() = op == Operator::kSingle ? Single(last) : Spilled(last);
@@ -169,7 +178,7 @@ void Evaluator::Apply(Operator op, std::vector<Operand>& stack, bool as_array) {
   spread.Include(left);
   spread.Include(right);
   stack.back() = Fill(spread, [&](std::int32_t row, std::int32_t column) {
-    return ApplyBinary(op, ElementAt(left, row, column), ElementAt(right, row, column));
+    return apply(op, ElementAt(left, row, column), ElementAt(right, row, column));
   });
 }
 
@@ -263,12 +272,13 @@ Operand WithoutBlanks(Operand operand) {
 Operand EvaluateFormula(const Formula& formula, const CellAddress& origin, bool as_array,
                         EvaluationContext& context) {
   const Shift shift = Shift::Between(origin, context.caller(), false);
-  const Operand result = Evaluator(context).Evaluate(formula.expression(), shift, as_array);
+  const Operand result =
+      Evaluator(context, formula).Evaluate(formula.expression(), shift, as_array);
   return WithoutBlanks(Dereference(result, as_array, context));
 }
 
 std::optional<Reference> EvaluateReference(const Formula& formula, EvaluationContext& context) {
-  const Operand result = Evaluator(context).Evaluate(formula.expression(), Shift{}, true);
+  const Operand result = Evaluator(context, formula).Evaluate(formula.expression(), Shift{}, true);
   const Reference* reference = std::get_if<Reference>(&result);
   return reference != nullptr ? std::optional(*reference) : std::nullopt;
 }

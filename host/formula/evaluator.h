@@ -18,7 +18,7 @@ namespace zavhost {
 /// that was left by an exception is not used again.
 class Evaluator {
  public:
-  explicit Evaluator(EvaluationContext& context) : context_(context), caller_(context.caller()) {}
+  Evaluator(EvaluationContext& context, const Formula& formula);
 
   Operand Evaluate(const Expression& expression, const Shift& shift, bool as_array);
 
@@ -38,7 +38,8 @@ class Evaluator {
   Operand EvaluateName(const NameStep& step);
   Operand EvaluateDefinedName(const DefinedName& name, std::size_t position);
 
-  void Apply(Operator op, std::vector<Operand>& stack, bool as_array);
+  void Apply(Operator op, std::vector<Operand>& stack, bool as_array,
+             Value (*apply)(Operator, const Value&, const Value&));
   /// "@": the implicit intersection of a range (still a reference), or the top left element of an
   /// array.
   Operand Single(const Operand& operand) const;
@@ -60,6 +61,7 @@ class Evaluator {
 
   EvaluationContext& context_;
   CellAddress caller_;
+  const Step* last_step_ = nullptr;  // of the formula, if it adds or subtracts
   std::size_t depth_ = 0;
   std::size_t name_text_ = 0;
   std::size_t elements_ = 0;

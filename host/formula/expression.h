@@ -81,11 +81,15 @@ struct Expression {
 
 class Formula {
  public:
-  explicit Formula(Expression expression) : expression_(std::move(expression)) {}
+  Formula(Expression expression, bool is_in_parentheses)
+      : expression_(std::move(expression)), is_in_parentheses_(is_in_parentheses) {}
   const Expression& expression() const { return expression_; }
+  /// True for "(A1-B1)", the whole of which is in parentheses.
+  bool is_in_parentheses() const { return is_in_parentheses_; }
 
  private:
   Expression expression_;
+  bool is_in_parentheses_;
 };
 
 }  // namespace zavhost

@@ -133,11 +133,12 @@ class Parser {
     tokens_.push_back({TokenKind::kInvalid, {}, text.size()});  // the end
   }
 
-  Expression Parse() {
+  Formula Parse() {
     Expression expression;
     ParseOperators(0, true, expression);
     if (!Peek().text.empty()) Unexpected();
-    return expression;
+    const bool is_in_parentheses = closed_steps_ == expression.steps.size();
+    return {std::move(expression), is_in_parentheses};
   }
 
  private:
@@ -184,6 +185,7 @@ class Parser {
       Take();
       if (!infix->is_postfix) ParseOperators(infix->power + 1, with_union, out);
       out.steps.emplace_back(infix->op);
+      closed_steps_ = 0;
     }
   }
 
@@ -218,6 +220,7 @@ class Parser {
     ParseOperators(0, true, out);
     Expect(TokenKind::kClose);
     Leave();
+    closed_steps_ = out.steps.size();
   }
 
   void Constant(Expression& out, Value value) {
@@ -343,6 +346,7 @@ class Parser {
   std::vector<Token> tokens_;
   std::size_t next_ = 0;
   std::size_t nesting_ = 0;
+  std::size_t closed_steps_ = 0;  // of the expression, when a group in parentheses ended last
 };
 
 }  // namespace

@@ -45,7 +45,10 @@ TEST_CASE("coercion, errors and comparison") {
       "abc"="ABC" -> TRUE | "ä"="Ä" -> TRUE | "a"<"B" -> TRUE | "_"<"A" -> TRUE | "a"<>"b" -> TRUE | F1=0 -> TRUE
       F1="" -> TRUE | F1=FALSE -> TRUE | F1<-1 -> FALSE | F1=F2 -> TRUE | "1"=1 -> FALSE
       0.1+0.2=0.3 -> TRUE | 1.0000000000001=1 -> FALSE | #N/A=#N/A -> #N/A
-      "say ""hi""" -> "say "hi"")");
+      "say ""hi""" -> "say "hi""
+      0.5-0.4-0.1 -> 0 | (0.5-0.4-0.1) -> -2.77555756156289E-17 | (0.5-0.4-0.1)*1 -> -2.77555756156289E-17
+      0.1+0.2-0.3 -> 0 | 4.35*100-435 -> 0 | SUM({1.1,1}-{1,1}) -> 0.1 | 1-0.999999999999 -> 9.99977878279878E-13
+      "0.3"-(0.1+0.2) -> 0)");
 }
 
 TEST_CASE("references, implicit intersection and sheets") {

@@ -57,7 +57,7 @@ TEST_CASE("each command shows what it is asked for, and a mistake gets one clear
                {named, 0, "\n30\n", "\"2024 sales\" is called _2024_sales"},
                {named, 0, "", "column 4 gets no name"},
                {{"eval", "=Zav( "}, 1, "", ""},
-               {{"eval", "=NoSuch(1)"}, 0, "\n#NAME?\n", ""},
+               {{"eval", "=NoSuch(1)"}, 7, "\n#NAME?\n", "the formula uses NoSuch"},
                {{"functions"}, 0, "ZavCorrelationMatrix(", ""},
                {{"functions", "zavmean"}, 0, "ZavMean(", ""},
                {{"functions", "ZavNoSuch"}, 1, "", ""},
@@ -111,7 +111,8 @@ TEST_CASE("hostile workbooks end in one line and a non-zero exit") {
   std::filesystem::create_directories(folder);
   std::size_t count = 0;
   for (const auto& hostile : zavhost_test::WriteHostileWorkbooks(folder)) {
-    const Outcome outcome = ZavHost({"run", Utf8FromPath(hostile.file)});
+    const Outcome outcome =
+        ZavHost({"run", Utf8FromPath(hostile.file), "--max-formulas", "500000"});
     CAPTURE(hostile.file.string());
     CAPTURE(outcome.errors);
     CHECK(outcome.exit_code != 3);
