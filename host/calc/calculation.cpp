@@ -78,6 +78,7 @@ ArrayPtr Calculation::ReadRange(std::uint32_t sheet_index, const CellRange& whol
   if (MeetsUncalculated(sheet_index, whole)) throw Uncalculated{};
   const Sheet& sheet = workbook_.sheets[sheet_index];
   const CellRange range = extent == RangeExtent::kUsed ? sheet.Clipped(whole) : whole;
+  if (const ArrayPtr kept = kept_ranges_.Find(sheet_index, sheet, range)) return kept;
   auto array = std::make_shared<Array>();
   if (static_cast<std::int64_t>(range.rows()) * range.columns() > kArrayLimit) {
     array->values.emplace_back(ErrorCode::kValue);
@@ -97,6 +98,7 @@ ArrayPtr Calculation::ReadRange(std::uint32_t sheet_index, const CellRange& whol
                     static_cast<std::size_t>(column - range.first_column)] = cell->value;
     }
   }
+  kept_ranges_.Keep(sheet_index, sheet, range, array);
   return array;
 }
 
@@ -119,6 +121,7 @@ CallableFunction* Calculation::FindFunction(std::u16string_view name) {
 
 void Calculation::Begin(double now, std::uint64_t seed) {
   parsed_names_.clear();
+  kept_ranges_ = {};
   by_cell_.clear();
   now_ = now;
   seed_ = seed;

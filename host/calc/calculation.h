@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/calc/formula_index.h"
+#include "host/calc/kept_ranges.h"
 #include "host/capi/add_in_function.h"
 #include "host/capi/excel_api.h"
 #include "host/formula/evaluate.h"
@@ -64,6 +65,7 @@ class Calculation : public EvaluationContext, public HostCells {
   Workbook& workbook_;
   ExcelApi api_;
   ArgumentBlock block_;
+  KeptRanges kept_ranges_;
   FormulaIndex formulas_;
   std::vector<std::uint32_t> met_;
   FormulaMarks met_marks_ = 0;

@@ -1,6 +1,7 @@
 #include "host/formula/search.h"
 
 #include "host/formula/coercion.h"
+#include "host/formula/search_index.h"
 #include "host/formula/wildcards.h"
 #include "host/workbook/text.h"
 
@@ -29,6 +30,7 @@ Position FindBlank(const SearchVector& in, bool from_last) {
 
 Position FindEqual(const Value& wanted, const SearchVector& in, bool from_last) {
   if (wanted.IsBlank()) return FindBlank(in, from_last);
+  if (const SearchIndex* index = SearchIndex::Of(in.array())) return index->Find(wanted, from_last);
   if (const double* number = wanted.number()) {
     return Find(in, from_last, [number](const Value& value) {
       return value.number() != nullptr && *value.number() == *number;
@@ -45,6 +47,8 @@ Position FindEqual(const Value& wanted, const SearchVector& in, bool from_last) 
 Position FindPattern(const Value& wanted, const SearchVector& in, bool from_last) {
   if (wanted.text() == nullptr) return FindEqual(wanted, in, from_last);
   const WildcardPattern pattern(*wanted.text());
+  if (const std::u16string* plain = pattern.plain())
+    return FindEqual(Value(std::u16string_view(*plain)), in, from_last);
   return Find(in, from_last, [&pattern](const Value& value) {
     return value.text() != nullptr && pattern.Matches(*value.text());
   });

@@ -23,6 +23,7 @@ class SearchVector {
   static SearchVector OfRow(const Rectangle& rectangle, EvaluationContext& context);
 
   std::int32_t size() const { return size_; }
+  const ArrayPtr& array() const { return stored_; }
   std::int32_t stored() const { return static_cast<std::int32_t>(stored_->values.size()); }
   const Value& operator[](std::int32_t index) const {
     return stored_->values[static_cast<std::size_t>(index)];

@@ -21,6 +21,8 @@ class WildcardPattern {
 
   /// A pattern beyond the limit is cut.
   explicit WildcardPattern(std::u16string_view pattern);
+  /// The only text for which the pattern stands, in lower case; null if it has wildcards.
+  const std::u16string* plain() const { return has_wildcards_ ? nullptr : &plain_; }
   /// True if the pattern stands for the whole text.
   bool Matches(std::u16string_view text) const;
 

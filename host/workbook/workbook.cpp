@@ -14,26 +14,34 @@ bool RowBefore(const Sheet::Entry& entry, std::int32_t row) { return entry.row <
 
 }  // namespace
 
-Sheet::Column* Sheet::FindColumn(std::int32_t index) {
+const Sheet::NumberedColumn* Sheet::FindColumn(std::int32_t index) const {
   // Most sheets fill their columns from A on without gaps.
   const auto place = static_cast<std::size_t>(index);
-  if (place < columns_.size() && columns_[place].index == index) return &columns_[place].cells;
+  if (place < columns_.size() && columns_[place].index == index) return &columns_[place];
   const auto found = std::lower_bound(
       columns_.begin(), columns_.end(), index,
       [](const NumberedColumn& column, std::int32_t wanted) { return column.index < wanted; });
-  return found != columns_.end() && found->index == index ? &found->cells : nullptr;
+  return found != columns_.end() && found->index == index ? &*found : nullptr;
 }
 
-Sheet::Column& Sheet::ColumnFor(std::int32_t index) {
-  if (Column* found = FindColumn(index)) return *found;
+Sheet::NumberedColumn& Sheet::ColumnFor(std::int32_t index) {
+  if (const NumberedColumn* found = FindColumn(index)) return const_cast<NumberedColumn&>(*found);
   const auto place = std::find_if(columns_.begin(), columns_.end(),
                                   [index](const auto& column) { return column.index > index; });
-  return columns_.insert(place, NumberedColumn{index, {}})->cells;
+  return *columns_.insert(place, NumberedColumn{index, {}});
 }
 
 const Sheet::Column& Sheet::column(std::int32_t index) const {
-  const Column* found = const_cast<Sheet*>(this)->FindColumn(index);
-  return found == nullptr ? kNoColumn : *found;
+  const NumberedColumn* found = FindColumn(index);
+  return found == nullptr ? kNoColumn : found->cells;
+}
+
+std::uint64_t Sheet::changes(std::int32_t first_column, std::int32_t last_column) const {
+  std::uint64_t changes = 0;
+  for (std::int32_t index = first_column; index <= last_column; ++index) {
+    if (const NumberedColumn* found = FindColumn(index)) changes += found->changes;
+  }
+  return changes;
 }
 
 void Sheet::Cover(const CellRange& range) {
@@ -62,7 +70,9 @@ const Value& Sheet::At(std::int32_t row, std::int32_t column_index) const {
 }
 
 void Sheet::Set(std::int32_t row, std::int32_t column_index, Value value) {
-  Column& cells = ColumnFor(column_index);
+  NumberedColumn& column = ColumnFor(column_index);
+  Column& cells = column.cells;
+  ++column.changes;
   Cover({row, column_index, row, column_index});
   if (cells.empty() || cells.back().row < row) {
     cells.push_back({std::move(value), row});
@@ -77,13 +87,16 @@ void Sheet::Set(std::int32_t row, std::int32_t column_index, Value value) {
 }
 
 void Sheet::Append(std::int32_t row, std::int32_t column_index, Value value) {
-  ColumnFor(column_index).push_back({std::move(value), row});
+  NumberedColumn& column = ColumnFor(column_index);
+  ++column.changes;
+  column.cells.push_back({std::move(value), row});
   Cover({row, column_index, row, column_index});
 }
 
 void Sheet::SortColumns() {
   for (NumberedColumn& column : columns_) {
     Column& cells = column.cells;
+    ++column.changes;
     const auto in_order = [](const Entry& a, const Entry& b) { return a.row < b.row; };
     const auto out_of_order = std::adjacent_find(
         cells.begin(), cells.end(), [](const Entry& a, const Entry& b) { return a.row >= b.row; });

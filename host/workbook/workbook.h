@@ -47,6 +47,8 @@ class Sheet {
 
   /// The stored cells of a column, ascending by row; empty if the column has none.
   const Column& column(std::int32_t index) const;
+  /// A number that grows with every change of a cell of these columns.
+  std::uint64_t changes(std::int32_t first_column, std::int32_t last_column) const;
   /// The smallest rectangle with every stored and covered cell; nothing for an empty sheet. Costs
   /// nothing.
   const std::optional<CellRange>& used_range() const { return used_range_; }
@@ -69,10 +71,11 @@ class Sheet {
   struct NumberedColumn {
     std::int32_t index;
     Column cells;
+    std::uint64_t changes = 0;
   };
 
-  Column* FindColumn(std::int32_t index);
-  Column& ColumnFor(std::int32_t index);
+  const NumberedColumn* FindColumn(std::int32_t index) const;
+  NumberedColumn& ColumnFor(std::int32_t index);
 
   std::u16string name_;
   std::vector<NumberedColumn> columns_;  // the columns with cells, ascending by index
