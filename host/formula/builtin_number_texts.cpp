@@ -71,7 +71,8 @@ Operand Format(const BuiltInCall& call) {
     if (const auto number = NumberFromText(*value.text(), dates)) value = *number;
   }
   auto text = FormattedText(value, code, dates.date1904);
-  return text ? TextResult(std::move(*text)) : Value(ErrorCode::kValue);
+  if (!text) return Value(ErrorCode::kValue);
+  return TextResult(std::move(*text));
 }
 
 /// A number rounded to decimal places, which can be negative, in a format with these places.
@@ -111,7 +112,8 @@ Operand Dollar(const BuiltInCall& call) {
   ArgumentReader read(call);
   const double number = read.Number(0);
   const double places = read.Whole(1, 2.0);
-  return read.failed() ? read.failure() : Rounded(number, places, u"#,##0", true);
+  if (read.failed()) return read.failure();
+  return Rounded(number, places, u"#,##0", true);
 }
 
 std::u16string Shown(const Value& value, bool is_strict) {
