@@ -74,17 +74,16 @@ Operand Weekday(const BuiltInCall& call) {
 }
 
 /// The week whose Thursday is in the year, from Monday on.
-double IsoWeek(int day) {
+int IsoWeek(int day) {
   const int thursday = day - WeekdayOf(day) + 3;
   const int year = DateOf(thursday).year;
-  return (thursday - DayOf({year, 1, 1})) / 7 +
-         1;  // NOLINT(bugprone-integer-division): whole weeks
+  return (thursday - DayOf({year, 1, 1})) / 7 + 1;
 }
 
 Operand IsoWeekNum(const BuiltInCall& call) {
   DateReader read(call);
   const int day = read.Day(0);
-  return read.failed() ? read.failure() : Value(IsoWeek(day));
+  return read.failed() ? read.failure() : Value(double(IsoWeek(day)));
 }
 
 Operand WeekNum(const BuiltInCall& call) {
@@ -94,7 +93,7 @@ Operand WeekNum(const BuiltInCall& call) {
   const auto first = FirstWeekday(type);
   read.Require(first.has_value() || type == 21);
   if (read.failed()) return read.failure();
-  if (type == 21) return Value(IsoWeek(day));
+  if (type == 21) return Value(double(IsoWeek(day)));
   const int new_year = DayOf({DateOf(day).year, 1, 1});
   const int week = (day - new_year + DaysSince(WeekdayOf(new_year), *first)) / 7 + 1;
   return Value(double(week));

@@ -73,7 +73,8 @@ Operand Format(const BuiltInCall& call) {
     if (const auto number = NumberFromText(*value.text(), dates)) value = *number;
   }
   auto text = FormattedText(value, code, dates.date1904);
-  return text ? TextResult(std::move(*text)) : Value(ErrorCode::kValue);
+  if (!text) return Value(ErrorCode::kValue);
+  return TextResult(std::move(*text));
 }
 
 /// A number rounded to decimal places, which can be negative, in a format with these places.
@@ -96,7 +97,8 @@ Operand Rounded(double number, double places, std::u16string_view whole, bool is
     if (number < 0.0) code = u"[<0](" + code + u")";
   }
   auto text = FormattedText(number, code, false);
-  return text ? TextResult(std::move(*text)) : Value(ErrorCode::kNum);
+  if (!text) return Value(ErrorCode::kValue);
+  return TextResult(std::move(*text));
 }
 
 Operand Fixed(const BuiltInCall& call) {
@@ -112,7 +114,8 @@ Operand Dollar(const BuiltInCall& call) {
   ArgumentReader read(call);
   const double number = read.Number(0);
   const double places = read.Whole(1, 2.0);
-  return read.failed() ? read.failure() : Rounded(number, places, u"#,##0", true);
+  if (read.failed()) return read.failure();
+  return Rounded(number, places, u"#,##0", true);
 }
 
 std::u16string Shown(const Value& value, bool is_strict) {
@@ -157,16 +160,16 @@ Operand ArrayToText(const BuiltInCall& call) {
 /// Groups of Roman digits, from the largest on, each with the form of ROMAN from which it is used:
 /// the higher the form, the smaller a digit can be subtracted from another.
 struct RomanGroup {
-  int value;
   std::u16string_view letters;
+  int value;
   int form;
 };
 constexpr RomanGroup kRomanGroups[] = {
-    {1000, u"M", 0}, {999, u"IM", 4}, {995, u"VM", 3}, {990, u"XM", 2}, {950, u"LM", 1},
-    {900, u"CM", 0}, {500, u"D", 0},  {499, u"ID", 4}, {495, u"VD", 3}, {490, u"XD", 2},
-    {450, u"LD", 1}, {400, u"CD", 0}, {100, u"C", 0},  {99, u"IC", 2},  {95, u"VC", 1},
-    {90, u"XC", 0},  {50, u"L", 0},   {49, u"IL", 2},  {45, u"VL", 1},  {40, u"XL", 0},
-    {10, u"X", 0},   {9, u"IX", 0},   {5, u"V", 0},    {4, u"IV", 0},   {1, u"I", 0},
+    {u"M", 1000, 0}, {u"IM", 999, 4}, {u"VM", 995, 3}, {u"XM", 990, 2}, {u"LM", 950, 1},
+    {u"CM", 900, 0}, {u"D", 500, 0},  {u"ID", 499, 4}, {u"VD", 495, 3}, {u"XD", 490, 2},
+    {u"LD", 450, 1}, {u"CD", 400, 0}, {u"C", 100, 0},  {u"IC", 99, 2},  {u"VC", 95, 1},
+    {u"XC", 90, 0},  {u"L", 50, 0},   {u"IL", 49, 2},  {u"VL", 45, 1},  {u"XL", 40, 0},
+    {u"X", 10, 0},   {u"IX", 9, 0},   {u"V", 5, 0},    {u"IV", 4, 0},   {u"I", 1, 0},
 };
 
 Operand Roman(const BuiltInCall& call) {
@@ -198,7 +201,7 @@ Operand Arabic(const BuiltInCall& call) {
   ArgumentReader read(call);
   const std::u16string text = read.Text(0);
   if (read.failed()) return read.failure();
-  std::u16string roman = UpperCase(zavrel::Trimmed(text));
+  const std::u16string roman = UpperCase(zavrel::Trimmed(text));
   if (roman.size() > kLongestNumber) return Value(ErrorCode::kValue);
   const bool is_negative = roman.starts_with(u'-');
   double number = 0;

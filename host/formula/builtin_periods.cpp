@@ -49,10 +49,11 @@ Operand DateDif(const BuiltInCall& call) {
   const Date to = DateOf(end);
   const bool is_short = to.day < from.day;  // the last month is not over
   const int months = (to.year - from.year) * 12 + to.month - from.month - (is_short ? 1 : 0);
-  if (unit == u"Y") return Value(double(months / 12));
+  const int years = months / 12;
+  if (unit == u"Y") return Value(double(years));
   if (unit == u"M") return Value(double(months));
   if (unit == u"D") return Value(double(end - start));
-  if (unit == u"YM") return Value(double(months % 12));
+  if (unit == u"YM") return Value(double(months - years * 12));
   // Days after the last full month, with the length of the month before the end's.
   if (unit == u"MD")
     return Value(

@@ -11,16 +11,16 @@ namespace zavhost {
 namespace {
 
 /// A function of one text.
-template <std::u16string (*kFunction)(std::u16string)>
+template <std::u16string (*kFunction)(const std::u16string&)>
 Operand OfText(const BuiltInCall& call) {
   ArgumentReader read(call);
-  std::u16string text = read.Text(0);
-  return read.failed() ? read.failure() : TextResult(kFunction(std::move(text)));
+  const std::u16string text = read.Text(0);
+  return read.failed() ? read.failure() : TextResult(kFunction(text));
 }
 
-std::u16string Upper(std::u16string text) { return UpperCase(text); }
+std::u16string Upper(const std::u16string& text) { return UpperCase(text); }
 
-std::u16string Lower(std::u16string text) {
+std::u16string Lower(const std::u16string& text) {
   constexpr char16_t kFinalSigma = u'\u03C2';
   std::u16string lower = LowerCase(text);
   for (std::size_t i = 0; i < text.size() && text.size() == lower.size(); ++i) {
@@ -30,7 +30,7 @@ std::u16string Lower(std::u16string text) {
 }
 
 /// Each letter that follows no letter in upper case, the others in lower case.
-std::u16string Proper(std::u16string text) {
+std::u16string Proper(const std::u16string& text) {
   std::u16string proper;
   bool is_behind_letter = false;
   for (std::u16string_view rest = text; !rest.empty();) {
@@ -44,7 +44,7 @@ std::u16string Proper(std::u16string text) {
 }
 
 /// Without blanks at the ends, and with one in place of several between words.
-std::u16string Trim(std::u16string text) {
+std::u16string Trim(const std::u16string& text) {
   std::u16string trimmed;
   for (const char16_t unit : text) {
     if (unit != u' ' || (!trimmed.empty() && trimmed.back() != u' ')) trimmed += unit;
@@ -53,9 +53,10 @@ std::u16string Trim(std::u16string text) {
   return trimmed;
 }
 
-std::u16string Clean(std::u16string text) {
-  std::erase_if(text, [](char16_t unit) { return unit < 0x20; });
-  return text;
+std::u16string Clean(const std::u16string& text) {
+  std::u16string cleaned = text;
+  std::erase_if(cleaned, [](char16_t unit) { return unit < 0x20; });
+  return cleaned;
 }
 
 Operand Len(const BuiltInCall& call) {
@@ -118,8 +119,7 @@ Operand Exact(const BuiltInCall& call) {
   return read.failed() ? read.failure() : Value(first == second);
 }
 
-/// Appends a value's text. False, with the result in `failed`, if it is an error or the text
-/// becomes too long.
+/// Appends a value's text; an error if it is one or the text becomes too long.
 std::optional<ErrorCode> Append(const Value& value, std::u16string& joined) {
   const Converted<std::u16string> text = ToText(value);
   if (text.error) return text.error;

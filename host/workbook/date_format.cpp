@@ -100,8 +100,8 @@ std::optional<std::u16string> FormattedDate(double serial, const FormatSection& 
     if (token.kind == Kind::kSecondFraction) decimals = std::max(decimals, token.count);
   }
   Moment moment = MomentOf(has_time ? serial : std::floor(serial), decimals);
-  const std::int64_t elapsed = moment.day * std::int64_t{86'400} + moment.hours * 3600 +
-                               moment.minutes * 60 + moment.seconds;
+  const int seconds = (moment.hours * 60 + moment.minutes) * 60 + moment.seconds;
+  const std::int64_t elapsed = moment.day * std::int64_t{86'400} + seconds;
   moment.day += first;
   if (moment.day > kLastDay) return std::nullopt;
   const DateParts parts{moment, DateOf(moment.day), elapsed, has_halves};

@@ -1,5 +1,6 @@
 #include "host/workbook/date_text.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -226,6 +227,9 @@ class DateTextReader {
 }  // namespace
 
 std::optional<DateAndTime> DateAndTimeFromText(std::u16string_view text, int current_year) {
+  // Most texts are no dates; these are found out at once.
+  constexpr std::size_t kLongestDate = 64;
+  if (text.size() > kLongestDate || std::none_of(text.begin(), text.end(), IsAsciiDigit)) return {};
   return DateTextReader(text, current_year).Read();
 }
 

@@ -11,6 +11,8 @@ namespace {
 
 using Kind = FormatTokenKind;
 
+constexpr std::size_t kNone = std::u16string_view::npos;
+
 char16_t SmallLetter(char16_t unit) {
   return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + (u'a' - u'A')) : unit;
 }
@@ -31,7 +33,7 @@ bool IsColour(const std::u16string& name) {
 
 std::optional<FormatCondition> ConditionOf(std::u16string_view text) {
   FormatCondition condition;
-  while (!text.empty() && std::u16string_view(u"<=>").find(text.front()) != text.npos) {
+  while (!text.empty() && std::u16string_view(u"<=>").find(text.front()) != kNone) {
     condition.op.push_back(text.front());
     text.remove_prefix(1);
   }
@@ -126,7 +128,7 @@ class FormatCodeReader {
 
   bool ReadQuoted() {
     const std::size_t end = rest_.find(u'"', 1);
-    if (end == rest_.npos) return false;
+    if (end == kNone) return false;
     Add(Kind::kLiteral, rest_.substr(1, end - 1));
     Take(end + 1);
     return true;
@@ -142,7 +144,7 @@ class FormatCodeReader {
 
   bool ReadBracket() {
     const std::size_t end = rest_.find(u']');
-    if (end == rest_.npos) return false;
+    if (end == kNone) return false;
     const std::u16string_view inside = rest_.substr(1, end - 1);
     Take(end + 1);
     if (inside.empty()) return false;
@@ -151,7 +153,7 @@ class FormatCodeReader {
       if (!sign.empty()) Add(Kind::kLiteral, sign);
       return true;
     }
-    if (std::u16string_view(u"<=>").find(inside.front()) != inside.npos) {
+    if (std::u16string_view(u"<=>").find(inside.front()) != kNone) {
       sections_.back().condition = ConditionOf(inside);
       return sections_.back().condition.has_value();
     }
@@ -161,12 +163,12 @@ class FormatCodeReader {
   bool ReadElapsed(const std::u16string& letters) {
     constexpr std::pair<char16_t, Kind> kUnits[] = {
         {u'h', Kind::kElapsedHours}, {u'm', Kind::kElapsedMinutes}, {u's', Kind::kElapsedSeconds}};
-    for (const auto& [letter, kind] : kUnits) {
-      if (letters.find_first_not_of(letter) != letters.npos) continue;
-      Add(kind, {}, static_cast<int>(letters.size()));
-      return true;
-    }
-    return false;
+    const auto* unit = std::find_if(std::begin(kUnits), std::end(kUnits), [&](const auto& other) {
+      return letters.find_first_not_of(other.first) == kNone;
+    });
+    if (unit == std::end(kUnits)) return false;
+    Add(unit->second, {}, static_cast<int>(letters.size()));
+    return true;
   }
 
   bool ReadSign() {
@@ -174,12 +176,12 @@ class FormatCodeReader {
         {u'0', Kind::kDigit}, {u'#', Kind::kDigit}, {u'?', Kind::kDigit}, {u'@', Kind::kText},
         {u'.', Kind::kPoint}, {u',', Kind::kComma}, {u'/', Kind::kBar}};
     if (ReadSecondFraction()) return true;
-    for (const auto& [sign, kind] : kSigns) {
-      if (rest_.front() != sign) continue;
-      Add(kind, Take(1));
-      return true;
-    }
-    return false;
+    const auto* sign =
+        std::find_if(std::begin(kSigns), std::end(kSigns),
+                     [this](const auto& other) { return other.first == rest_.front(); });
+    if (sign == std::end(kSigns)) return false;
+    Add(sign->second, Take(1));
+    return true;
   }
 
   bool ReadSecondFraction() {
@@ -242,25 +244,26 @@ class FormatCodeReader {
 
 void MakeLiteral(FormatToken& token) { token.kind = Kind::kLiteral; }
 
-/// The nearest part of a date or time from a token on in one direction; the half of the day does
-/// not count.
-template <typename Iterator>
-std::optional<Kind> NearestPart(Iterator from, Iterator end) {
-  const auto found = std::find_if(from, end, [](const FormatToken& token) {
-    return IsDatePart(token.kind) && token.kind != Kind::kHalfOfDay;
-  });
-  return found == end ? std::nullopt : std::optional(found->kind);
+/// The nearest part of a date or time before or behind a token; the half of the day does not count.
+std::optional<Kind> NearestPart(const std::vector<FormatToken>& tokens, std::size_t from,
+                                bool is_before) {
+  const std::size_t step = is_before ? static_cast<std::size_t>(-1) : 1;
+  for (std::size_t i = from + step; i < tokens.size(); i += step) {
+    const Kind kind = tokens[i].kind;
+    if (IsDatePart(kind) && kind != Kind::kHalfOfDay) return kind;
+  }
+  return std::nullopt;
 }
 
 /// "m" and "mm" are minutes behind hours and before seconds.
 void FindMinutes(std::vector<FormatToken>& tokens) {
-  for (auto token = tokens.begin(); token != tokens.end(); ++token) {
-    if (token->kind != Kind::kMonth || token->count > 2) continue;
-    const auto before = NearestPart(std::make_reverse_iterator(token), tokens.rend());
-    const auto after = NearestPart(token + 1, tokens.end());
-    if (before == Kind::kHour || before == Kind::kElapsedHours || after == Kind::kSecond ||
-        after == Kind::kElapsedSeconds) {
-      token->kind = Kind::kMinute;
+  for (std::size_t i = 0; i < tokens.size(); ++i) {
+    if (tokens[i].kind != Kind::kMonth || tokens[i].count > 2) continue;
+    const auto before = NearestPart(tokens, i, true);
+    const auto behind = NearestPart(tokens, i, false);
+    if (before == Kind::kHour || before == Kind::kElapsedHours || behind == Kind::kSecond ||
+        behind == Kind::kElapsedSeconds) {
+      tokens[i].kind = Kind::kMinute;
     }
   }
 }

@@ -49,10 +49,11 @@ TEST_CASE("no format code and no text as a number does harm") {
   const auto pick = [&random](std::size_t count) { return random() % count; };
   for (int i = 0; i < 5'000; ++i) {
     std::u16string text;
-    for (std::size_t length = pick(24); text.size() < length;) text += kUnits[pick(kUnits.size())];
+    const std::size_t length = pick(24);
+    while (text.size() < length) text += kUnits[pick(kUnits.size())];
     for (const double number : {0.0, -1.5, 45356.98765, 1e308, 5e-324}) {
       const auto shown = FormattedText(number, text, pick(2) == 0);
-      CHECK((!shown || shown->size() < 24 * 350));
+      CHECK((!shown || shown->size() < 9000U));
     }
     const auto number = NumberFromText(text);
     CHECK((!number || std::isfinite(*number)));
