@@ -19,6 +19,10 @@ constexpr std::size_t kNameTextLimit = 1'000'000;
 // nested parentheses hold up to 64 arrays at a time, and a call 255.
 constexpr std::size_t kElementLimit = 50'000'000;
 
+// The maximum number of cells that the calls for the elements of arrays may read: a few of them
+// over a whole column each would take hours.
+constexpr double kWorkLimit = 4e9;
+
 /// The argument kinds of a function, from the add-in or the host.
 class Callee {
  public:
@@ -205,6 +209,19 @@ Operand Evaluator::Spilled(const Operand& operand) const {
   return Reference{reference->sheet, {*filled}};
 }
 
+double Evaluator::CellsIn(const Operand& operand) const {
+  if (const ArrayPtr* array = std::get_if<ArrayPtr>(&operand))
+    return static_cast<double>((*array)->values.size());
+  const Reference* reference = std::get_if<Reference>(&operand);
+  if (reference == nullptr) return 1;
+  double cells = 0;
+  for (const CellRange& area : reference->areas) {
+    const CellRange range = context_.workbook().sheets[reference->sheet].Clipped(area);
+    cells += static_cast<double>(range.rows()) * range.columns();
+  }
+  return cells;
+}
+
 Operand Evaluator::Call(const CallStep& step, const Shift& shift, bool as_array) {
   CallableFunction* registered = context_.FindFunction(step.name);
   const BuiltInFunction* built_in = step.built_in;
@@ -225,6 +242,7 @@ Operand Evaluator::Call(const CallStep& step, const Shift& shift, bool as_array)
   std::vector<Operand> arguments;
   arguments.reserve(step.arguments.size());
   Spread spread;
+  double cells = 1;
   for (std::size_t i = 0; i < step.arguments.size(); ++i) {
     const ArgumentKind kind = callee.KindOf(i);
     const bool takes_reference =
@@ -237,10 +255,17 @@ Operand Evaluator::Call(const CallStep& step, const Shift& shift, bool as_array)
                             ? std::move(argument)
                             : Scalar(argument, argument_as_array,
                                      kind == ArgumentKind::kArray ? extent : RangeExtent::kWhole));
-    if (kind == ArgumentKind::kScalar) spread.Include(arguments.back());
+    if (kind == ArgumentKind::kScalar) {
+      spread.Include(arguments.back());
+    } else {
+      cells += CellsIn(arguments.back());
+    }
   }
   if (!spread.is_array) return callee.Call(arguments, context_, as_array);
   // For arrays in place of single values, the function is called for every element.
+  // Each call may read the arrays and ranges beside the single values anew.
+  work_ += cells * spread.rows * spread.columns;
+  if (work_ > kWorkLimit) return Value(ErrorCode::kValue);
   std::vector<Operand> element = arguments;
   return Fill(spread, [&](std::int32_t row, std::int32_t column) {
     for (std::size_t i = 0; i < arguments.size(); ++i) {

@@ -47,6 +47,7 @@ class Evaluator {
   Operand Spilled(const Operand& operand) const;
 
   Operand Call(const CallStep& step, const Shift& shift, bool as_array);
+  double CellsIn(const Operand& operand) const;
   Operand CallLazyForm(const CallStep& step, const Shift& shift, bool as_array);
   Operand CallLet(const CallStep& step, const Shift& shift, bool as_array);
 
@@ -65,6 +66,7 @@ class Evaluator {
   std::size_t depth_ = 0;
   std::size_t name_text_ = 0;
   std::size_t elements_ = 0;
+  double work_ = 0.0;
   std::vector<const DefinedName*> open_names_;
   std::vector<Variable> variables_;  // the innermost ones last
 };

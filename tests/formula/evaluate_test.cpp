@@ -78,6 +78,13 @@ TEST_CASE("functions that choose evaluate only what they need, for each element 
              true);
 }
 
+TEST_CASE("a function of single values is not called for the elements of arrays without end") {
+  Context context;
+  CHECK(context.Evaluate(u"SUM(COUNTIF(1:1048576,SEQUENCE(20)))", true) == "13");
+  context.Fill("XFD1048576", "1");
+  CHECK(context.Evaluate(u"SUM(COUNTIF(1:1048576,SEQUENCE(20)))", true) == "#VALUE!");
+}
+
 TEST_CASE("LET gives names to values") {
   Context context;
   context.DefineName(u"x", u"100");
