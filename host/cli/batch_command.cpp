@@ -120,9 +120,9 @@ class Task {
     const auto add = [&](const char* option, const std::string& value) {
       arguments.insert(arguments.end(), {option, value});
     };
-    if (line.show_every_formula) arguments.push_back("--all");
-    if (line.in_place) arguments.push_back("--in-place");
-    if (line.values_only) arguments.push_back("--values-only");
+    if (line.show_every_formula) arguments.emplace_back("--all");
+    if (line.in_place) arguments.emplace_back("--in-place");
+    if (line.values_only) arguments.emplace_back("--values-only");
     if (!line.add_in.empty()) add("--add-in", Utf8FromPath(line.add_in));
     if (line.memory_megabytes > 0) add("--memory", std::to_string(line.memory_megabytes));
     if (line.command == Command::kCheck) add("--digits", std::to_string(line.digits));

@@ -57,7 +57,7 @@ int CheckWorkbook(const CommandLine& line) {
   result["errors"] = report.errors;
   if (!report.errors.empty()) code = WorseExitCode(code, kExitWorkbook);
   if (report.doubtful > 0) code = WorseExitCode(code, kExitDoubtful);
-  std::cout << JsonText(result, JsonLayout::kOneLine) << std::endl;
+  std::cout << JsonText(result, JsonLayout::kOneLine) << "\n" << std::flush;
   return WorseExitCode(code, judged);
 }
 
