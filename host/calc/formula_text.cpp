@@ -4,6 +4,7 @@
 
 #include "formula/a1_reference.h"
 #include "formula/lexer.h"
+#include "host/formula/evaluate.h"
 #include "host/formula/file_marks.h"
 #include "host/workbook/text.h"
 
@@ -61,6 +62,7 @@ class Mover {
 
 std::u16string ShownFormulaText(std::u16string_view text, const CellAddress& origin,
                                 const CellAddress& cell) {
+  if (text.size() > kLongestFormula) return std::u16string(text.substr(0, kLongestFormula));
   const bool is_moved = origin.row != cell.row || origin.column != cell.column;
   if (!is_moved && text.find(u'_') == std::u16string_view::npos) return std::u16string(text);
   const Mover mover(cell.row - origin.row, cell.column - origin.column);

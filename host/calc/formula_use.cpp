@@ -80,6 +80,7 @@ void FormulaUses::LookAtFunction(std::u16string_view token, FormulaUse& use) con
 
 FormulaUse FormulaUses::Look(std::u16string_view text, std::vector<std::u16string>& names) const {
   FormulaUse use;
+  if (text.size() > kLongestFormula) return use;  // nobody computes it
   for (const Token& token : formula::Tokenize(text)) {
     switch (token.kind) {
       case TokenKind::kFunction:

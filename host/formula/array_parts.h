@@ -18,8 +18,8 @@ Operand RowsOf(const Array& array, std::span<const std::int32_t> rows);
 
 /// What `of_rows(array)` makes of the rows of an array, or of its columns instead.
 template <typename OfRows>
-Operand ByLines(ArrayPtr array, bool is_by_columns, const OfRows& of_rows) {
-  if (!is_by_columns) return of_rows(std::move(array));
+Operand ByLines(const ArrayPtr& array, bool is_by_columns, const OfRows& of_rows) {
+  if (!is_by_columns) return of_rows(array);
   Operand result = of_rows(Transposed(array));
   if (const ArrayPtr* made = std::get_if<ArrayPtr>(&result)) return Transposed(*made);
   return result;

@@ -62,6 +62,7 @@ Operand CountA(const BuiltInCall& call) {
 Operand SumProduct(const BuiltInCall& call) {
   ArgumentReader read(call);
   std::vector<ArrayPtr> factors;
+  factors.reserve(read.count());
   for (std::size_t i = 0; i < read.count(); ++i) factors.push_back(read.Array(i));
   for (const ArrayPtr& factor : factors) {
     const bool has_shape =

@@ -48,8 +48,8 @@ template <auto kFunction, NonNumbers kOthers = NonNumbers::kSkipped>
 Operand OfData(const BuiltInCall& call) {
   DataValues data = NumbersOf(call, kOthers);
   if (data.error) return Value(*data.error);
-  const auto result = kFunction(std::span<double>(data.numbers));
-  if constexpr (std::is_same_v<decltype(result), const double>) {
+  auto result = kFunction(std::span<double>(data.numbers));
+  if constexpr (std::is_same_v<decltype(result), double>) {
     return NumberValue(result);
   } else {
     return result;

@@ -53,8 +53,11 @@ class CallableFunction {
 class Formula;
 using FormulaPtr = std::shared_ptr<const Formula>;
 
+/// The maximum number of code units of a formula, as in Excel.
+inline constexpr std::size_t kLongestFormula = 8192;
+
 /// Parses a formula text without its leading "=". Throws FormulaError beyond 64 levels of nesting
-/// (as in Excel), 8,192 characters and 255 arguments of a call. External and 3-D references are
+/// (as in Excel), kLongestFormula and 255 arguments of a call. External and 3-D references are
 /// parsed but become #REF!.
 FormulaPtr ParseFormula(std::u16string_view text);
 

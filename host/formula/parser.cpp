@@ -17,7 +17,6 @@ namespace {
 using formula::Token;
 using formula::TokenKind;
 
-constexpr std::size_t kMaxLength = 8192;
 constexpr std::size_t kMaxNesting = 64;
 constexpr std::size_t kMaxArguments = 255;
 
@@ -352,8 +351,8 @@ class Parser {
 }  // namespace
 
 FormulaPtr ParseFormula(std::u16string_view text) {
-  if (text.size() > kMaxLength) {
-    throw FormulaError("longer than 8,192 characters", kMaxLength);
+  if (text.size() > kLongestFormula) {
+    throw FormulaError("longer than 8,192 characters", kLongestFormula);
   }
   return std::make_shared<const Formula>(Parser(text).Parse());
 }

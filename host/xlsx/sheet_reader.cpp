@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <optional>
@@ -212,11 +213,13 @@ class SheetReader {
     const std::string_view type = type_attribute == nullptr ? "normal" : type_attribute->raw;
     const std::optional<std::uint32_t> shared_index =
         type == "shared" ? reader_.NumberAttribute("si") : std::nullopt;
+    const bool is_table = type == "dataTable";
     std::optional<CellRange> array;
-    if (type == "array") array = ArrayRange();
+    if (type == "array" || is_table) array = ArrayRange();
+    const std::string table_text = is_table ? DataTableText(*array) : std::string();
     scratch_.clear();
     reader_.ReadText(scratch_);
-    if (type == "dataTable") return;
+    if (is_table) scratch_ = table_text;
     cell_.has_formula = true;
     if (scratch_.starts_with('=')) scratch_.erase(0, 1);
     if (scratch_.empty()) {
@@ -229,13 +232,29 @@ class SheetReader {
     if (shared_index) shared_.insert_or_assign(*shared_index, SharedFormula{text, Address()});
   }
 
+  /// What Excel shows for a what-if table, as a formula that no host computes: its input cells, and
+  /// the cells above and beside it, on which its values depend.
+  std::string DataTableText(const CellRange& range) const {
+    std::string text = "TABLE(" + reader_.Attribute("r1").value_or("") + "," +
+                       reader_.Attribute("r2").value_or("");
+    const auto add = [&text](const CellRange& cells) {
+      text += "," + Utf8FromUtf16(A1Text(cells));
+    };
+    if (range.first_row > 0)
+      add({range.first_row - 1, std::max(range.first_column - 1, 0), range.first_row - 1,
+           range.last_column});
+    if (range.first_column > 0)
+      add({range.first_row, range.first_column - 1, range.last_row, range.first_column - 1});
+    return text + ")";
+  }
+
   CellRange ArrayRange() {
     const std::optional<std::string> text = reader_.Attribute("ref");
     const std::optional<CellRange> range = text ? ParseRangeName(*text) : std::nullopt;
     if (!range || range->first_row != cell_.position.row ||
         range->first_column != cell_.position.column) {
-      throw XmlError(fmt::format("the array formula of cell {} does not say which cells it fills",
-                                 CellText()));
+      throw XmlError(
+          fmt::format("the formula of cell {} does not say which cells it fills", CellText()));
     }
     TakeCells(static_cast<std::uint64_t>(range->rows()) *
               static_cast<std::uint64_t>(range->columns()));

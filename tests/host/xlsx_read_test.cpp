@@ -77,7 +77,7 @@ TEST_CASE("formulas: normal, shared, array, data table and those without their t
                R"(<c r="A4"><f t="shared" si="3"/></c><c r="B4"><f t="shared" si="9"/><v>7</v>)"
                R"(</c><c r="C4"><f t="dataTable" ref="C4:C9" r1="A1"/><v>8</v></c>)"
                R"(<c r="D4" cm="1"><f t="array" ref="D4">B1</f><v>1</v></c></row>)");
-  REQUIRE(book.formulas.size() == 6);
+  REQUIRE(book.formulas.size() == 7);
   const auto text = [&](std::size_t i) { return book.formula_texts[book.formulas[i].text]; };
   CHECK(text(0) == u"_xll.ZavMean(B1)");
   CHECK(book.formulas[1].array == CellRange{0, 3, 1, 4});
@@ -85,7 +85,8 @@ TEST_CASE("formulas: normal, shared, array, data table and those without their t
   CHECK(text(2) == u"B3<C3");
   CHECK(book.formulas[2].origin == CellAddress{0, 2, 0});
   CHECK(book.formulas[4].text == book.formulas[3].text);
-  CHECK(book.formulas[5].array == CellRange{3, 3, 3, 3});
+  CHECK(book.formulas[5].array == CellRange{3, 2, 8, 2});
+  CHECK(book.formulas[6].array == CellRange{3, 3, 3, 3});
   REQUIRE(book.unreadable_formulas.size() == 1);
   CHECK(book.unreadable_formulas[0] == CellAddress{0, 3, 1});
   CHECK(Content(book.sheets[0], "A1:E4") == "2,,,4,6;1,,,,;,,,,;,7,8,1,;");
@@ -195,6 +196,16 @@ TEST_CASE("tables, hidden rows, and which array formulas are dynamic") {
   std::string dynamic;
   for (const FormulaCell& formula : book.formulas) dynamic += formula.is_dynamic ? 'D' : '-';
   CHECK(dynamic == "D---");
+}
+
+TEST_CASE("a what-if table depends on its input cells and on what stands beside it") {
+  const Workbook book = ReadRows(
+      R"(<row r="2"><c r="B2"><f t="dataTable" ref="B2:D4" dt2D="1" r1="F1" r2="F2"/><v>1</v></c></row>)"
+      R"(<row r="6"><c r="A6"><f t="dataTable" ref="A6:A7" r1="F1"/></c></row>)");
+  REQUIRE(book.formulas.size() == 2);
+  CHECK(book.formula_texts[0] == u"TABLE(F1,F2,A1:D1,A2:A4)");
+  CHECK(book.formulas[0].array == CellRange{1, 1, 3, 3});
+  CHECK(book.formula_texts[1] == u"TABLE(F1,,A5)");
 }
 
 TEST_CASE("a table that cannot be is one clear line") {

@@ -7,6 +7,7 @@
 
 #include "host/xlsx/xlsx_file.h"
 #include "integration/host_process.h"
+#include "support/book_builder.h"
 #include "support/hostile_workbooks.h"
 
 namespace zavrel::tests {
@@ -78,6 +79,66 @@ TEST_CASE("each command shows what it is asked for, and a mistake gets one clear
     CHECK(Contains('\n' + outcome.output, given.output));
     CHECK(Contains(outcome.errors, given.errors));
   }
+}
+
+TEST_CASE("a stale or missing input is never taken silently") {
+  const std::filesystem::path folder = ScratchFolder() / "inputs";
+  std::filesystem::create_directories(folder);
+  const auto put = [&](const char* name, const std::string& rows) {
+    const std::string bytes = zavhost_test::ZipBook(zavhost_test::OneSheetBook(rows));
+    std::ofstream(folder / name, std::ios::binary) << bytes;
+    return Utf8FromPath(folder / name);
+  };
+  // A program has changed A1 and left the stored results.
+  const std::string changed =
+      put("changed.xlsx", R"(<row r="1"><c r="A1"><v>1000</v></c><c r="B1"><f>A1*2</f><v>2</v></c>)"
+                          R"(<c r="C1"><f>_xll.ZavMean(B1:B10)</f><v>2</v></c></row>)");
+  const Outcome computed = ZavHost({"run", changed, "--csv"});
+  CHECK(computed.exit_code == 0);
+  CHECK(Contains(computed.output, "Data,C1,=ZavMean(B1:B10),2000,"));
+  // Nothing is stored, and F1 cannot be computed.
+  const std::string missing = put(
+      "missing.xlsx", R"(<row r="1"><c r="A1"><f>NOSUCH(1)</f></c><c r="B1"><f>A1*2</f></c>)"
+                      R"(<c r="C1"><f>_xll.ZavMean(B1:B10)</f></c><c r="D1"><f>1+1</f></c></row>)");
+  const Outcome doubtful = ZavHost({"run", missing, "--csv"});
+  CHECK(doubtful.exit_code == 7);
+  CHECK(doubtful.errors ==
+        "warning: Data!A1 uses NOSUCH, which this host does not compute, and has no stored value\n"
+        "warning: Data!B1 depends on Data!A1 and may be wrong\n"
+        "warning: Data!C1 depends on Data!A1 and may be wrong\n");
+  const Outcome batch =
+      ZavHost({"run", missing, changed, "--output-folder", Utf8FromPath(folder / "out")});
+  CHECK(batch.exit_code == 7);
+  CHECK(Contains(batch.output, "in doubt: Data!A1 uses NOSUCH"));
+}
+
+TEST_CASE("the input changes only where that is asked for") {
+  const std::filesystem::path folder = ScratchFolder() / "in place";
+  std::filesystem::create_directories(folder);
+  const std::filesystem::path book = folder / u"B\u00fccher \u65e5\u672c.xlsx";
+  const std::string bytes = zavhost_test::ZipBook(
+      zavhost_test::OneSheetBook(R"(<row><c><f>_xll.ZavMean(1,2,3)</f><v>9</v></c></row>)"));
+  std::ofstream(book, std::ios::binary) << bytes;
+  const std::string name = Utf8FromPath(book);
+  const auto content = [&] {
+    std::ifstream file(book, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+  };
+  const Outcome refused =
+      ZavHost({"run", name, "-o", Utf8FromPath(folder / "." / book.filename())});
+  CHECK(refused.exit_code == 1);
+  CHECK(Contains(refused.errors, "--in-place does that"));
+  CHECK(content() == bytes);
+  CHECK(ZavHost({"run", name, "--in-place", "-o", "x.xlsx"}).exit_code == 64);
+  const Outcome done = ZavHost({"run", name, "--in-place"});
+  CHECK(done.exit_code == 0);
+  CHECK(Contains(done.output, "written to "));
+  CHECK(zavhost::ReadXlsx(book).sheets[0].At(0, 0) == zavhost::Value(2.0));
+  CHECK(ZavHost({"run", name, name, "--in-place", "--values-only"}).exit_code ==
+        1);  // the same twice
+  CHECK(ZavHost({"run", Utf8FromPath(folder), "--in-place", "--values-only"}).exit_code == 0);
+  CHECK(zavhost::ReadXlsx(book).formulas.empty());
+  CHECK(std::distance(std::filesystem::directory_iterator(folder), {}) == 1);
 }
 
 TEST_CASE("functions lists all that the tables have, and says which ones the wizard hides") {
