@@ -68,8 +68,8 @@ std::vector<BatchItem> BatchItems(const CommandLine& line) {
     if (!item.output.empty()) {
       const fs::path output = Resolved(item.output);
       if (output == Resolved(workbook) && !line.in_place)
-        throw WorkbookError(PrintablePath(workbook) +
-                            ": the output would replace the workbook; --in-place does that");
+        throw WorkbookError(PrintablePath(workbook) + ": the output would replace the workbook" +
+                            (line.output_folder.empty() ? "; --in-place does that" : ""));
       const auto [other, is_new] = workbook_of.emplace(output, workbook);
       if (!is_new) {
         throw WorkbookError(PrintablePath(workbook) + ": the output would be that of " +

@@ -77,7 +77,7 @@ struct IndexPlace {
 IndexPlace ReadIndexPlace(const BuiltInCall& call) {
   IndexPlace place;
   std::int32_t* const parts[] = {&place.row, &place.column, &place.area};
-  for (std::size_t i = 1; i < call.arguments.size(); ++i) {
+  for (std::size_t i = 1; i < std::min<std::size_t>(call.arguments.size(), 4); ++i) {
     if (i == 3 && std::holds_alternative<MissingArgument>(call.arguments[i])) break;
     const Converted<double> number = ToNumber(ScalarArgument(call, i));
     if (number.error) return {.error = number.error};
@@ -159,7 +159,7 @@ Operand Indirect(const BuiltInCall& call) {
 /// formula; #VALUE! for what is no reference.
 template <typename OfCell>
 Operand ForCells(const BuiltInCall& call, const OfCell& of_cell) {
-  ArgumentReader read(call);
+  const ArgumentReader read(call);
   const Reference* reference = read.AsReference(0);
   if (reference == nullptr || reference->areas.size() != 1) {
     const Value value = reference == nullptr ? read.Any(0) : Value();

@@ -23,6 +23,10 @@ constexpr std::size_t kElementLimit = 50'000'000;
 // over a whole column each would take hours.
 constexpr double kWorkLimit = 4e9;
 
+bool Takes(const BuiltInFunction& function, std::size_t arguments) {
+  return arguments >= function.minimum_arguments && arguments <= function.maximum_arguments;
+}
+
 /// The argument kinds of a function, from the add-in or the host.
 class Callee {
  public:
@@ -227,10 +231,7 @@ Operand Evaluator::Call(const CallStep& step, const Shift& shift, bool as_array)
   const BuiltInFunction* built_in = step.built_in;
   if (registered == nullptr) {
     if (built_in == nullptr) return Value(ErrorCode::kName);
-    if (step.arguments.size() < built_in->minimum_arguments ||
-        step.arguments.size() > built_in->maximum_arguments) {
-      return Value(ErrorCode::kValue);
-    }
+    if (!Takes(*built_in, step.arguments.size())) return Value(ErrorCode::kValue);
     if (built_in->lazy == LazyForm::kLet) return CallLet(step, shift, as_array);
     if (built_in->lazy != LazyForm::kNone) return CallLazyForm(step, shift, as_array);
   }

@@ -54,7 +54,7 @@ Operand CallBySignature(Result (*function)(Parameters...), const BuiltInCall& ca
   [[maybe_unused]] const auto absent = [](std::size_t index) {
     return index < kRequired ? 0 : kDefaults[index - kRequired];
   };
-  ArgumentReader read(call);
+  ArgumentReader read(call);  // NOLINT(misc-const-correctness): a function without parameters
   // Braces read the arguments from the first to the last.
   const std::tuple<Parameters...> arguments{
       ReadParameter<Parameters>(read, kIndex, absent(kIndex))...};
