@@ -104,9 +104,9 @@ std::string RewriteArchive(std::string_view bytes, const Workbook& workbook,
         parts.sheets[index].part.empty()) {
       throw WorkbookError("its sheets have changed since it was read");
     }
-    RewritePart(archive, parts.sheets[index].part, [&](std::string_view xml) {
-      return RewriteSheet(xml, workbook.sheets[index], of_sheet);
-    });
+    const auto rewrite = [&sheet = workbook.sheets[index], &edits = of_sheet](
+                             std::string_view xml) { return RewriteSheet(xml, sheet, edits); };
+    RewritePart(archive, parts.sheets[index].part, rewrite);
   }
   if (changes.values_only) RemoveCalculationChain(archive, parts);
   if (changes.find_reference) RewriteCharts(archive, workbook, changes.find_reference);
