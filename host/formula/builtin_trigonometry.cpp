@@ -25,9 +25,46 @@ Value Reciprocal(double x) {
   return std::isnan(denominator) ? Value(ErrorCode::kNum) : NumberValue(1.0 / denominator);
 }
 
-double Sin(double x) { return std::sin(x); }
-double Cos(double x) { return std::cos(x); }
-double Tan(double x) { return std::tan(x); }
+/// An angle as a number of right angles and a rest of at most half a right angle.
+struct ReducedAngle {
+  int quadrant;  // 0 to 3
+  double rest;
+};
+
+/// Exact reduction of angles below 2^27 (Cody and Waite, Software Manual for the Elementary
+/// Functions, 1980). C libraries reduce by different approximations of pi: that for Windows leaves
+/// six digits of sin(pi).
+ReducedAngle Reduced(double x) {
+  // A right angle in parts of 25 bits, so that their products with a number below 2^27 are exact.
+  constexpr double kRightAngle[] = {0x1.921fb5p+0, 0x1.110b46p-26, 0x1.1a626p-54,
+                                    0x1.98a2ep-77, 0x1.b839ap-104, 0x1.29024cp-127};
+  const double count = std::nearbyint(x * (2.0 / std::numbers::pi));
+  double rest = x;
+  double lost = 0.0;  // what the differences lose to rounding
+  for (const double part : kRightAngle) {
+    const double step = count * part;
+    const double less = rest - step;
+    const double taken = rest - less;
+    lost += (rest - (less + taken)) + (taken - step);
+    rest = less;
+  }
+  return {static_cast<int>(static_cast<long long>(count) & 3), rest + lost};
+}
+
+/// The sine of an angle and a number of right angles.
+double SinOf(const ReducedAngle& angle, int right_angles) {
+  const int quadrant = (angle.quadrant + right_angles) & 3;
+  const double size = quadrant % 2 == 0 ? std::sin(angle.rest) : std::cos(angle.rest);
+  return quadrant < 2 ? size : -size;
+}
+
+double Sin(double x) { return SinOf(Reduced(x), 0); }
+double Cos(double x) { return SinOf(Reduced(x), 1); }
+double Tan(double x) {
+  const ReducedAngle angle = Reduced(x);
+  const double tangent = std::tan(angle.rest);
+  return angle.quadrant % 2 == 0 ? tangent : -1.0 / tangent;
+}
 double Asin(double x) { return std::asin(x); }
 double Acos(double x) { return std::acos(x); }
 double Atan(double x) { return std::atan(x); }
