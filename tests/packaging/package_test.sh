@@ -194,7 +194,7 @@ check "the add-in is unticked there" '
 wine reg delete "$excel\\Add-in Manager" /f >/dev/null # a key of Excel's that it leaves
 uninstall /S
 # The uninstaller runs from a copy of its own, which on a busy machine ends later than the registry shows.
-for _ in $(seq 60); do [ -e "$folder" ] || break; sleep 1; done
+for _ in $(seq 180); do [ -e "$folder" ] || break; sleep 1; done
 check "nothing is left of it" '[ ! -e "$folder" ] && ! wine reg query "HKCU\\Software\\Microsoft\\Office" >/dev/null 2>&1'
 
 "$source/cmake/wine-run" --down || true
