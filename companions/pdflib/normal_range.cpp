@@ -5,7 +5,6 @@
 #include "companions/pdflib/normal_range.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
 #include <numbers>
@@ -92,7 +91,7 @@ class Between {
   }
 
   double w_;
-  std::array<double, kTerms> series_{};
+  double series_[kTerms] = {};
 };
 
 /// The step of an integral over the position of the range. The curvature is that of the logarithm
