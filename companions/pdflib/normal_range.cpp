@@ -9,8 +9,6 @@
 #include <limits>
 #include <numbers>
 
-#include "companions/pdflib/trapezoidal.h"
-
 namespace DistLib {
 namespace {
 
@@ -103,11 +101,11 @@ double PositionStep(int means, double curvature) {
 
 }  // namespace
 
-double RangeLower::At(double w, int means) {
+double RangeLower::At(double w, int means, const Fineness& fineness) {
   if (w >= kWide) return 1;
   const Between between(w);
   const double step = PositionStep(means, 1 + (means - 1) * between.Curvature());
-  return means * TrapezoidalIntegralOfEven(step, [&](double u) {
+  return means * TrapezoidalIntegralOfEven(step, fineness, [&](double u) {
            const double ends = (NormalDensity(u - w / 2) + NormalDensity(u + w / 2)) / 2;
            return ends * Power(between(u), means - 1);
          });
@@ -118,12 +116,12 @@ double RangeLower::RoughLog(double w, int means) {
   return (means - 1) * std::log(std::max(std::erf(w * kSqrtHalf / 2), kSmallest));
 }
 
-double RangeUpper::At(double w, int means) {
+double RangeUpper::At(double w, int means, const Fineness& fineness) {
   constexpr double kLogEpsilon = -40;
   if (w >= kWidest) return 0;
   if (RangeLower::RoughLog(w, means) < kLogEpsilon) return 1;
   const double middle = -std::max(w / 2, std::sqrt(std::log(means)));
-  return means * TrapezoidalIntegral(PositionStep(means, 1), [&](double offset) {
+  return means * TrapezoidalIntegral(PositionStep(means, 1), fineness, [&](double offset) {
            const double smallest = middle + offset;
            const double above = NormalUpper(smallest);
            const double beyond = NormalUpper(smallest + w) / above;
@@ -139,12 +137,12 @@ double RangeUpper::RoughLog(double w, int means) {
   return std::log(-std::expm1(pairs * std::log1p(-std::erfc(w / 2))));
 }
 
-double RangeDensity::At(double w, int means) {
+double RangeDensity::At(double w, int means, const Fineness& fineness) {
   if (w >= kWidest) return 0;
   const Between between(w);
   const double step = PositionStep(means, 2 + (means - 2) * between.Curvature());
   const double ends = means * (means - 1) * std::exp(-w * w / 4) / (2 * std::numbers::pi);
-  return ends * TrapezoidalIntegralOfEven(step, [&](double u) {
+  return ends * TrapezoidalIntegralOfEven(step, fineness, [&](double u) {
            return std::exp(-u * u) * Power(between(u), means - 2);
          });
 }

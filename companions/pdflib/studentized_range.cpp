@@ -45,6 +45,36 @@ Real LogChiPower(Real t) {
   return std::fabs(excess) < 0.5L ? boost::math::log1pmx(excess) / 2 : t - excess / 2;
 }
 
+/// A stage of the search for a quantile: how exact the tail and its slope are, and the step, of the
+/// logarithm, that ends it.
+struct Stage {
+  Fineness tail;
+  Fineness density;
+  double last_step;
+};
+constexpr Fineness kThreeDigits{2.2, 1e-4};
+constexpr Fineness kSevenDigits{1.45, 1e-8};
+constexpr Stage kStages[] = {{kThreeDigits, kThreeDigits, 1e-2},
+                             {kSevenDigits, kThreeDigits, 1e-5},
+                             {kFine, kSevenDigits, 1e-8}};
+
+/// Newton's method from x on, with a bracket that is the range of doubles at first. A step towards
+/// larger x says that the root is there.
+template <class StepAt>
+Real NewtonRoot(StepAt step_at, Real x, double last_step) {
+  constexpr int kMostSteps = 200;
+  Real low = std::log(std::numeric_limits<double>::denorm_min());
+  Real high = std::log(kLargest);
+  for (int i = 0; i < kMostSteps; ++i) {
+    const Real step = step_at(x);
+    if (std::fabs(step) < last_step) return x + step;
+    (step > 0 ? low : high) = x;
+    x += step;
+    if (!(x > low && x < high)) x = (low + high) / 2;
+  }
+  throw std::overflow_error("no quantile in the range of doubles");
+}
+
 }  // namespace
 
 StudentizedRange::StudentizedRange(double means, double df) : means_(2), df_(df) {
@@ -77,8 +107,8 @@ double StudentizedRange::PeakOf(double q) const {
 
 /// The average of the range's part over the estimate, integrated over t = log s.
 template <class Part>
-Real StudentizedRange::Mixture(Real q) const {
-  if (df_ >= kInfiniteDf) return Part::At(static_cast<double>(q), means_);
+Real StudentizedRange::Mixture(Real q, const Fineness& fineness) const {
+  if (df_ >= kInfiniteDf) return Part::At(static_cast<double>(q), means_, fineness);
   // At the peak, the logarithm of the integrand is curved like that of a chi density with `power`
   // degrees of freedom; the distribution of the logarithm of the range can be narrower. A chi
   // density is analytic only up to a distance of pi / 4, whence the constant.
@@ -87,64 +117,69 @@ Real StudentizedRange::Mixture(Real q) const {
   const double power = df_ * std::max(1.0, std::exp(2 * peak)) + 2 * log_means * log_means;
   const Real step = 1 / std::sqrt(56 + 4.2 * power);
   constexpr Real kBend = 0.2L;  // of the variable: t goes down double-exponentially beyond it
-  return TrapezoidalIntegral(step / (1 + kBend), [&](Real x) -> Real {
+  return TrapezoidalIntegral(step / (1 + kBend), fineness, [&](Real x) -> Real {
     const Real bend = kBend * std::expm1(-x);
     const Real t = peak + x - bend;
     const Real s = std::exp(t);
     const Real weight = scale_ * std::exp(df_ * LogChiPower(t)) * (1 + kBend + bend);
     if (!(weight > 0)) return 0;
     const Real w = std::min<Real>(q * s, kLargest);
-    return weight * (Part::kDensity ? s : 1) * Part::At(static_cast<double>(w), means_);
+    return weight * (Part::kDensity ? s : 1) * Part::At(static_cast<double>(w), means_, fineness);
   });
+}
+
+Real StudentizedRange::Lower(Real q, const Fineness& fineness) const {
+  // Where it is not small, the complement is as accurate and its integrand has no knee.
+  constexpr double kLogHalf = -0.7;
+  return RangeUpper::RoughLog(static_cast<double>(q), means_) < kLogHalf
+             ? 1 - Mixture<RangeUpper>(q, fineness)
+             : Mixture<RangeLower>(q, fineness);
 }
 
 Real StudentizedRange::Density(Real q) const {
   RequireDomain(IsRange(q));
-  return Mixture<RangeDensity>(q);
+  return Mixture<RangeDensity>(q, kFine);
 }
 
 Real StudentizedRange::Cumulative(Real q) const {
   RequireDomain(IsRange(q));
-  if (q == 0) return 0;
-  // Where it is not small, the complement is as accurate and its integrand has no knee.
-  constexpr double kLogHalf = -0.7;
-  if (RangeUpper::RoughLog(static_cast<double>(q), means_) < kLogHalf) return 1 - UpperTail(q);
-  return Mixture<RangeLower>(q);
+  return q == 0 ? 0 : Lower(q, kFine);
 }
 
 Real StudentizedRange::UpperTail(Real q) const {
   RequireDomain(IsRange(q));
-  return q == 0 ? 1 : std::min<Real>(1, Mixture<RangeUpper>(q));
+  return q == 0 ? 1 : std::min<Real>(1, Mixture<RangeUpper>(q, kFine));
 }
 
 /// The q whose tail is p, by Newton's method for the logarithms of both. They are related by an
-/// almost straight line far out, so Newton's method takes few steps from anywhere; where it leaves
-/// the bracket, it is halved. The direction is 1 for a tail that rises with q, else -1.
+/// almost straight line far out, so the method takes few steps from anywhere; where it leaves the
+/// bracket, that is halved. Only the last steps are worth exact values. The direction is 1 for a
+/// tail that rises with q, else -1.
 template <class Tail>
 Real StudentizedRange::RootOf(Tail tail, int direction, Real p) const {
-  constexpr Real kLastStep = 1e-9L;  // Newton's method squares it
-  constexpr int kMostSteps = 200;
-  Real low = std::log(std::numeric_limits<double>::denorm_min());
-  Real high = std::log(kLargest);
   Real log_q = std::log(1 + 2 * std::sqrt(std::log(means_)));
-  for (int i = 0; i < kMostSteps; ++i) {
-    const Real q = std::exp(log_q);
-    const Real value = tail(q);
-    ((value < p) == (direction > 0) ? low : high) = log_q;
-    const Real step = std::log(value / p) * value / (q * Density(q)) * -direction;
-    if (std::fabs(step) < kLastStep) return std::exp(log_q + step);
-    log_q += step;
-    if (!(log_q > low && log_q < high)) log_q = (low + high) / 2;
+  for (const Stage& stage : kStages) {
+    const auto step_at = [&](Real log_at) {
+      const Real q = std::exp(log_at);
+      const Real value = tail(q, stage.tail);
+      const Real slope = direction * q * Mixture<RangeDensity>(q, stage.density) / value;
+      const Real gap = std::log(p) - std::log(value);
+      const Real step = gap / slope;
+      // A slope that a double cannot hold is unknown, but not its direction.
+      return std::isfinite(step) ? step : direction * gap;
+    };
+    log_q = NewtonRoot(step_at, log_q, stage.last_step);
   }
-  throw std::overflow_error("no quantile in the range of doubles");
+  return std::exp(log_q);
 }
 
 Real StudentizedRange::LowerRoot(Real p) const {
-  return RootOf([this](Real q) { return Cumulative(q); }, 1, p);
+  return RootOf([this](Real q, const Fineness& fineness) { return Lower(q, fineness); }, 1, p);
 }
 
 Real StudentizedRange::UpperRoot(Real p) const {
-  return RootOf([this](Real q) { return UpperTail(q); }, -1, p);
+  return RootOf(
+      [this](Real q, const Fineness& fineness) { return Mixture<RangeUpper>(q, fineness); }, -1, p);
 }
 
 Real StudentizedRange::Quantile(Real p) const {

@@ -3,6 +3,7 @@
 // independent estimate of their standard deviation. A kernel: it is no PdfDist itself.
 
 #include "companions/pdflib/pdf_dist.h"
+#include "companions/pdflib/trapezoidal.h"
 
 namespace DistLib {
 
@@ -29,7 +30,8 @@ class StudentizedRange {
   template <class Part>
   double PeakOf(double q) const;
   template <class Part>
-  Real Mixture(Real q) const;
+  Real Mixture(Real q, const Fineness& fineness) const;
+  Real Lower(Real q, const Fineness& fineness) const;
   template <class Tail>
   Real RootOf(Tail tail, int direction, Real p) const;
   Real LowerRoot(Real p) const;

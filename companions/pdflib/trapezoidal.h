@@ -7,16 +7,23 @@
 
 namespace DistLib {
 
+/// How exact a sum is: by what its step is multiplied, and what part of it vanishes.
+struct Fineness {
+  double step;
+  double negligible;
+};
+/// The full accuracy of doubles.
+inline constexpr Fineness kFine{1, 1e-16};
+
 /// `sum` and the terms at one step, two steps and so on, up to where they vanish beside it.
 template <class Number, class Term>
-Number SumOutwards(Number sum, Number step, Term term) {
-  constexpr Number kNegligible = 1e-16;
+Number SumOutwards(Number sum, Number step, double negligible, Term term) {
   constexpr int kMostTerms = 1000;
   Number previous = 0;
   for (int i = 1; i < kMostTerms; ++i) {
     const Number value = term(i * step);
     sum += value;
-    const bool counts = value > kNegligible * sum || value > previous;  // a NaN does not
+    const bool counts = value > negligible * sum || value > previous;  // a NaN does not
     if (!counts) break;
     previous = value;
   }
@@ -25,14 +32,17 @@ Number SumOutwards(Number sum, Number step, Term term) {
 
 /// The integral, from a point near the highest term outwards.
 template <class Number, class Term>
-Number TrapezoidalIntegral(Number step, Term term) {
-  return step * SumOutwards(SumOutwards(term(0), step, term), -step, term);
+Number TrapezoidalIntegral(Number full_step, const Fineness& fineness, Term term) {
+  const Number step = full_step * fineness.step;
+  const Number right = SumOutwards(term(0), step, fineness.negligible, term);
+  return step * SumOutwards(right, -step, fineness.negligible, term);
 }
 
 /// The integral of a function that is the same at -x as at x.
 template <class Number, class Term>
-Number TrapezoidalIntegralOfEven(Number step, Term term) {
-  return 2 * step * SumOutwards(term(0) / 2, step, term);
+Number TrapezoidalIntegralOfEven(Number full_step, const Fineness& fineness, Term term) {
+  const Number step = full_step * fineness.step;
+  return 2 * step * SumOutwards(term(0) / 2, step, fineness.negligible, term);
 }
 
 }  // namespace DistLib

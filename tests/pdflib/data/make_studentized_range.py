@@ -8,7 +8,7 @@ that of its lower end here, the logarithm of the estimate is the plain variable,
 computed on two grids that must agree. The nodes of a grid are logarithms of ranges, so that rows
 share them.
 
-Needs Debian's python3-mpmath; made with
+Needs Debian's python3-mpmath and ten minutes. Made with:
 ./make_studentized_range.py > studentized_range.csv
 """
 import functools
@@ -59,7 +59,7 @@ def of_range(w, means, fineness):
     middle = math.erf(float(w) / math.sqrt(8))
     slope = float(w) * math.exp(-float(w) ** 2 / 8) / math.sqrt(2 * math.pi)
     curvature = 1 + (means - 1) * (slope / middle if middle > 0 else 1)
-    step = mpf(min(0.45 / math.sqrt(curvature), 0.62 / (1.15 + 1.15 * math.log(means))) / fineness)
+    step = mpf(min(0.45 / math.sqrt(curvature), 0.42 / (1.15 + 1.15 * math.log(means))) / fineness)
 
     def term(i):
         z = i * step - w / 2
@@ -139,7 +139,7 @@ def main():
         for target in itertools.islice(targets, PER_PAIR):
             q = q_near(target, means, float(df))
             coarse, fine = ([lower, 1 - lower, density] for lower, density in
-                            (studentized(mpf(q), means, mpf(df), grid) for grid in GRIDS))
+                            (studentized(mpf(q), means, mpf(float(df)), grid) for grid in GRIDS))
             assert all(abs(a - b) < AGREEMENT * b for a, b in zip(coarse, fine)), (means, df, q)
             print(f"{means},{df},{q!r}", *(mp.nstr(value, 20) for value in fine), sep=",", flush=True)
 
