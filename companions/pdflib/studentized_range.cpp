@@ -28,6 +28,11 @@ void RequireDomain(bool in_domain) {
   if (!in_domain) throw std::domain_error("outside the domain of the studentized range");
 }
 
+int ValidMeans(double means) {
+  RequireDomain(means >= 2 && means <= kMostMeans && means == std::floor(means));
+  return static_cast<int>(means);
+}
+
 bool IsRange(Real q) { return q >= 0 && q <= kLargest; }
 bool IsProbability(Real p) { return p > 0 && p < 1; }
 
@@ -77,9 +82,8 @@ Real NewtonRoot(StepAt step_at, Real x, double last_step) {
 
 }  // namespace
 
-StudentizedRange::StudentizedRange(double means, double df) : means_(2), df_(df) {
-  RequireDomain(means >= 2 && means <= kMostMeans && means == std::floor(means) && df >= kLeastDf);
-  means_ = static_cast<int>(means);
+StudentizedRange::StudentizedRange(double means, double df) : means_(ValidMeans(means)), df_(df) {
+  RequireDomain(df >= kLeastDf);
   if (df_ < kInfiniteDf) scale_ = 2 * GammaScale(df_ / 2);
 }
 

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <boost/math/distributions/students_t.hpp>
 #include <cmath>
+#include <cstdlib>
 #include <initializer_list>
 #include <limits>
 #include <numbers>
@@ -59,9 +60,10 @@ TEST_CASE("the studentized range agrees with arbitrary-precision arithmetic in b
     REQUIRE(texts.size() == 6);
     ++rows;
     const double means = std::strtod(texts[0].c_str(), nullptr);
+    const double df = n[0];
     const double q = n[1];
-    INFO("means = ", means, ", df = ", n[0], ", q = ", q);
-    const StudentizedRange range(means, n[0]);
+    INFO("means = ", means, ", df = ", df, ", q = ", q);
+    const StudentizedRange range(means, df);
     cumulative.Take(RelativeError(range.Cumulative(q), n[2]));
     upper.Take(RelativeError(range.UpperTail(q), n[3]));
     density.Take(RelativeError(range.Density(q), n[4]));
@@ -93,11 +95,12 @@ TEST_CASE("the upper 5 % points of the studentized range are those of published 
   struct Entry {
     double means, df, q;
   };
-  for (const auto& [means, df, q] :
+  for (const Entry& entry :
        {Entry{3, 10, 3.877}, Entry{2, 5, 3.635}, Entry{5, 20, 4.232}, Entry{10, 12, 5.395},
         Entry{4, 60, 3.737}, Entry{3, kInfinity, 3.314}, Entry{10, kInfinity, 4.474}}) {
-    INFO("means = ", means, ", df = ", df);
-    CHECK(StudentizedRange(means, df).UpperQuantile(0.05L) == doctest::Approx(q).epsilon(1.5e-4));
+    INFO("means = ", entry.means, ", df = ", entry.df);
+    const Real point = StudentizedRange(entry.means, entry.df).UpperQuantile(0.05L);
+    CHECK(point == doctest::Approx(entry.q).epsilon(1.5e-4));
   }
 }
 
