@@ -1,7 +1,7 @@
-// An integral over the position of the range (Hartley, 1942). Each tail has one of its own whose
-// terms are all positive, so both keep their relative accuracy: the lower tail collects powers of
-// the normal probability between two limits, the upper tail what these powers lack, compared with
-// those of the probability above the lower limit.
+// An integral over the position of the range (Hartley, 1942, "The range in random samples"). Each
+// tail has one of its own whose terms are all positive, so both keep their relative accuracy: the
+// lower tail collects powers of the normal probability between two limits, the upper tail what
+// these powers lack, compared with those of the probability above the lower limit.
 #include "companions/pdflib/normal_range.h"
 
 #include <algorithm>

@@ -114,8 +114,9 @@ template <class Part>
 Real StudentizedRange::Mixture(Real q, const Fineness& fineness) const {
   if (df_ >= kInfiniteDf) return Part::At(static_cast<double>(q), means_, fineness);
   // At the peak, the logarithm of the integrand is curved like that of a chi density with `power`
-  // degrees of freedom; the distribution of the logarithm of the range can be narrower. A chi
-  // density is analytic only up to a distance of pi / 4, whence the constant.
+  // degrees of freedom, whose deviation is sqrt(1 / (2 power)); with many means, the distribution
+  // of the range makes it narrower. With few degrees of freedom another bound counts: the integrand
+  // is tame only within pi / 4 of the real line, which leaves exp(-pi^2 / (2 step)), below 1e-15.
   const double peak = PeakOf<Part>(static_cast<double>(q));
   const double log_means = std::log(means_);
   const double power = df_ * std::max(1.0, std::exp(2 * peak)) + 2 * log_means * log_means;

@@ -13,6 +13,7 @@
 #include <numbers>
 #include <stdexcept>
 
+#include "numbers/floating_point_scope.h"
 #include "support/csv_lines.h"
 
 namespace zavrel::tests {
@@ -49,7 +50,9 @@ bool IsOutside(double means, double df) {
 
 }  // namespace
 
-TEST_CASE("the studentized range agrees with arbitrary-precision arithmetic in both tails") {
+TEST_CASE_FIXTURE(
+    FloatingPointScope,
+    "the studentized range agrees with arbitrary-precision arithmetic in both tails") {
   Worst cumulative;
   Worst upper;
   Worst density;
@@ -77,7 +80,8 @@ TEST_CASE("the studentized range agrees with arbitrary-precision arithmetic in b
           ", density ", density.most, ", quantiles ", quantiles.most);
 }
 
-TEST_CASE("the studentized range of two means is Student's |t| times the root of 2") {
+TEST_CASE_FIXTURE(FloatingPointScope,
+                  "the studentized range of two means is Student's |t| times the root of 2") {
   for (const double df : {0.5, 1.0, 2.7, 12.0, 51.5, 1000.0, 3e7}) {
     const StudentizedRange range(2, df);
     const boost::math::students_t_distribution<Real> student(df);
@@ -91,7 +95,8 @@ TEST_CASE("the studentized range of two means is Student's |t| times the root of
   }
 }
 
-TEST_CASE("the upper 5 % points of the studentized range are those of published tables") {
+TEST_CASE_FIXTURE(FloatingPointScope,
+                  "the upper 5 % points of the studentized range are those of published tables") {
   struct Entry {
     double means, df, q;
   };
@@ -104,7 +109,9 @@ TEST_CASE("the upper 5 % points of the studentized range are those of published 
   }
 }
 
-TEST_CASE("the studentized range with ever more degrees of freedom becomes the normal range") {
+TEST_CASE_FIXTURE(
+    FloatingPointScope,
+    "the studentized range with ever more degrees of freedom becomes the normal range") {
   for (const double means : {2.0, 9.0, 200.0}) {
     const StudentizedRange limit(means, kInfinity);
     for (const double q : {3.0, 6.0, 11.0}) {
@@ -118,7 +125,8 @@ TEST_CASE("the studentized range with ever more degrees of freedom becomes the n
   }
 }
 
-TEST_CASE("the studentized range rises, its tails sum to 1 and its quantiles invert them") {
+TEST_CASE_FIXTURE(FloatingPointScope,
+                  "the studentized range rises, its tails sum to 1 and its quantiles invert them") {
   for (const double means : {2.0, 3.0, 17.0, 200.0}) {
     for (const double df : {0.5, 1.3, 6.0, 35.0, 1e5, kInfinity}) {
       INFO("means = ", means, ", df = ", df);
@@ -143,7 +151,9 @@ TEST_CASE("the studentized range rises, its tails sum to 1 and its quantiles inv
   }
 }
 
-TEST_CASE("the studentized range has an answer or a domain error for whatever it is asked") {
+TEST_CASE_FIXTURE(
+    FloatingPointScope,
+    "the studentized range has an answer or a domain error for whatever it is asked") {
   for (const double means : {-3.0, 0.0, 1.0, 2.5, 201.0, 1e9, 1e308, kInfinity, kNaN})
     CHECK_MESSAGE(IsOutside(means, 10), means);
   for (const double df : {-1.0, 0.0, 0.49, 1e-308, -kInfinity, kNaN})
