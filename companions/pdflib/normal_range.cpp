@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <numbers>
 
@@ -101,13 +102,13 @@ double PositionStep(int means, double curvature) {
 
 }  // namespace
 
-double RangeLower::At(double w, int means, const Fineness& fineness) {
+double RangeLower::At(double w) const {
   if (w >= kWide) return 1;
   const Between between(w);
-  const double step = PositionStep(means, 1 + (means - 1) * between.Curvature());
-  return means * TrapezoidalIntegralOfEven(step, fineness, [&](double u) {
+  const double step = PositionStep(means_, 1 + (means_ - 1) * between.Curvature());
+  return means_ * TrapezoidalIntegralOfEven(step, fineness_, [&](double u) {
            const double ends = (NormalDensity(u - w / 2) + NormalDensity(u + w / 2)) / 2;
-           return ends * Power(between(u), means - 1);
+           return ends * Power(between(u), means_ - 1);
          });
 }
 
@@ -116,17 +117,34 @@ double RangeLower::RoughLog(double w, int means) {
   return (means - 1) * std::log(std::max(std::erf(w * kSqrtHalf / 2), kSmallest));
 }
 
-double RangeUpper::At(double w, int means, const Fineness& fineness) {
+RangeUpper::RangeUpper(int means, const Fineness& fineness)
+    : means_(means), fineness_(fineness), step_(PositionStep(means, 1) * fineness.step) {}
+
+RangeUpper::Node RangeUpper::Computed(double z) const {
+  const double above = NormalUpper(z);
+  return {above, NormalDensity(z) * Power(above, means_ - 1)};
+}
+
+RangeUpper::Node RangeUpper::NodeAt(double index) {
+  constexpr double kFirst = -400;  // far below half the widest range, in the smallest steps
+  const double place = index - kFirst;
+  if (!(place >= 0 && place < static_cast<double>(nodes_.size()))) return Computed(index * step_);
+  Node& node = nodes_[static_cast<std::size_t>(place)];
+  if (node.weight == 0) node = Computed(index * step_);
+  return node;
+}
+
+double RangeUpper::At(double w) {
   constexpr double kLogEpsilon = -40;
   if (w >= kWidest) return 0;
-  if (RangeLower::RoughLog(w, means) < kLogEpsilon) return 1;
-  const double middle = -std::max(w / 2, std::sqrt(std::log(means)));
-  return means * TrapezoidalIntegral(PositionStep(means, 1), fineness, [&](double offset) {
-           const double smallest = middle + offset;
-           const double above = NormalUpper(smallest);
-           const double beyond = NormalUpper(smallest + w) / above;
-           return NormalDensity(smallest) * Power(above, means - 1) *
-                  ComplementOfPower(beyond, means - 1);
+  if (RangeLower::RoughLog(w, means_) < kLogEpsilon) return 1;
+  const double highest = -std::max(w / 2, std::sqrt(std::log(means_)));
+  const double middle = std::round(highest / step_);
+  const Fineness of_steps{1, fineness_.negligible};
+  return means_ * step_ * TrapezoidalIntegral(1.0, of_steps, [&](double offset) {
+           const Node node = NodeAt(middle + offset);
+           const double beyond = NormalUpper((middle + offset) * step_ + w) / node.above;
+           return node.weight * ComplementOfPower(beyond, means_ - 1);
          });
 }
 
@@ -137,13 +155,13 @@ double RangeUpper::RoughLog(double w, int means) {
   return std::log(-std::expm1(pairs * std::log1p(-std::erfc(w / 2))));
 }
 
-double RangeDensity::At(double w, int means, const Fineness& fineness) {
+double RangeDensity::At(double w) const {
   if (w >= kWidest) return 0;
   const Between between(w);
-  const double step = PositionStep(means, 2 + (means - 2) * between.Curvature());
-  const double ends = means * (means - 1) * std::exp(-w * w / 4) / (2 * std::numbers::pi);
-  return ends * TrapezoidalIntegralOfEven(step, fineness, [&](double u) {
-           return std::exp(-u * u) * Power(between(u), means - 2);
+  const double step = PositionStep(means_, 2 + (means_ - 2) * between.Curvature());
+  const double ends = means_ * (means_ - 1) * std::exp(-w * w / 4) / (2 * std::numbers::pi);
+  return ends * TrapezoidalIntegralOfEven(step, fineness_, [&](double u) {
+           return std::exp(-u * u) * Power(between(u), means_ - 2);
          });
 }
 

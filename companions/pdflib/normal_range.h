@@ -2,32 +2,66 @@
 // The range of `means` standard normal values, from 2 to 200: the functions that the studentized
 // range averages. In double precision; the relative errors are about means * 2e-16.
 //
-// Each type has the function At a width w, and RoughLog: within a few units of its logarithm, up to
-// a constant, for finding where an integrand is highest.
+// Each type is made for many widths w, at which At gives its value. RoughLog is within a few units
+// of the logarithm of that, up to a constant, for finding where an integrand is highest.
+
+#include <array>
 
 #include "companions/pdflib/trapezoidal.h"
 
 namespace DistLib {
 
 /// The probability of w or less.
-struct RangeLower {
+class RangeLower {
+ public:
   static constexpr bool kDensity = false;
-  static double At(double w, int means, const Fineness& fineness);
+
+  RangeLower(int means, const Fineness& fineness) : means_(means), fineness_(fineness) {}
+  double At(double w) const;
   static double RoughLog(double w, int means);
+
+ private:
+  int means_;
+  Fineness fineness_;
 };
 
 /// The probability of more than w.
-struct RangeUpper {
+class RangeUpper {
+ public:
   static constexpr bool kDensity = false;
-  static double At(double w, int means, const Fineness& fineness);
+
+  RangeUpper(int means, const Fineness& fineness);
+  double At(double w);
   static double RoughLog(double w, int means);
+
+ private:
+  /// What does not depend on w, where the smallest value is z.
+  struct Node {
+    double above;   // the probability above z
+    double weight;  // the density at z times the power of that for the others; 0 if not computed
+  };
+
+  Node NodeAt(double index);
+  Node Computed(double z) const;
+
+  int means_;
+  Fineness fineness_;
+  double step_;
+  std::array<Node, 512> nodes_{};  // at multiples of the step
 };
 
-struct RangeDensity {
+class RangeDensity {
+ public:
   static constexpr bool kDensity = true;
-  static double At(double w, int means, const Fineness& fineness);
+
+  RangeDensity(int means, const Fineness& fineness) : means_(means), fineness_(fineness) {}
+  double At(double w) const;
   /// Of w times the density.
   static double RoughLog(double w, int means);
+
+ private:
+  int means_;
+  Fineness fineness_;
 };
 
 }  // namespace DistLib

@@ -112,7 +112,8 @@ double StudentizedRange::PeakOf(double q) const {
 /// The average of the range's part over the estimate, integrated over t = log s.
 template <class Part>
 Real StudentizedRange::Mixture(Real q, const Fineness& fineness) const {
-  if (df_ >= kInfiniteDf) return Part::At(static_cast<double>(q), means_, fineness);
+  Part part(means_, fineness);
+  if (df_ >= kInfiniteDf) return part.At(static_cast<double>(q));
   // At the peak, the logarithm of the integrand is curved like that of a chi density with `power`
   // degrees of freedom, whose deviation is sqrt(1 / (2 power)); with many means, the distribution
   // of the range makes it narrower. With few degrees of freedom another bound counts: the integrand
@@ -129,7 +130,7 @@ Real StudentizedRange::Mixture(Real q, const Fineness& fineness) const {
     const Real weight = scale_ * std::exp(df_ * LogChiPower(t)) * (1 + kBend + bend);
     if (!(weight > 0)) return 0;
     const Real w = std::min<Real>(q * s, kLargest);
-    return weight * (Part::kDensity ? s : 1) * Part::At(static_cast<double>(w), means_, fineness);
+    return weight * (Part::kDensity ? s : 1) * part.At(static_cast<double>(w));
   });
 }
 
