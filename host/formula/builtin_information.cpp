@@ -97,7 +97,7 @@ Operand Cell(const BuiltInCall& call) {
   if (asked == u"row") return Value(cell.row + 1.0);
   if (asked == u"col") return Value(cell.column + 1.0);
   if (asked != u"contents" && asked != u"type") return Value(ErrorCode::kValue);
-  const Value value = call.context.ReadCell(cell);
+  Value value = call.context.ReadCell(cell);
   if (asked == u"contents") return value;
   return Value(value.IsBlank() ? u"b" : IsText(value) ? u"l" : u"v");
 }

@@ -22,6 +22,7 @@ struct Piece {
 
 std::vector<std::string> Shown(const std::vector<Piece>& pieces) {
   std::vector<std::string> shown;
+  shown.reserve(pieces.size());
   for (const Piece& piece : pieces)
     shown.push_back(piece.kind + " " + zavhost::Utf8FromUtf16(piece.text));
   return shown;

@@ -133,7 +133,7 @@ void Context::DefineName(std::u16string name, std::u16string text,
   workbook_.names.push_back({std::move(name), std::move(text), sheet});
 }
 
-void Context::Register(std::u16string name, std::string kinds) {
+void Context::Register(std::u16string_view name, std::string kinds) {
   functions_.emplace(LowerCase(name), Echo(std::move(kinds)));
 }
 

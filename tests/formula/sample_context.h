@@ -66,7 +66,7 @@ class Context : public zavhost::EvaluationContext {
   zavhost::Sheet& first_sheet() { return workbook_.sheets[0]; }
   void DefineName(std::u16string name, std::u16string text,
                   std::optional<std::uint32_t> sheet = std::nullopt);
-  void Register(std::u16string name, std::string kinds);
+  void Register(std::u16string_view name, std::string kinds);
   Echo& function(const std::u16string& name) { return functions_.at(zavhost::LowerCase(name)); }
   void set_caller(zavhost::CellAddress caller) { caller_ = caller; }
   int cells_read() const { return cells_read_; }

@@ -185,6 +185,8 @@ TEST_CASE(
   CHECK(outcome(1) != outcome(2));
 }
 
+namespace {
+
 /// A workbook whose formulas in these cells are dynamic array formulas, each with its stored range.
 Workbook Spilling(std::string_view arrays, std::string_view others = "") {
   Workbook workbook = SmallWorkbook();
@@ -193,6 +195,8 @@ Workbook Spilling(std::string_view arrays, std::string_view others = "") {
   AddFormulas(workbook, others);
   return workbook;
 }
+
+}  // namespace
 
 TEST_CASE("dynamic array formulas fill the shape of their result") {
   // D1:D2 held two values before; the new ones take five cells, and what reads them knows it. A

@@ -208,7 +208,7 @@ TEST_CASE("a failure to write names the file and leaves what was there") {
 }
 
 TEST_CASE("the range of a dynamic array formula changes with its cells") {
-  BookParts parts =
+  const BookParts parts =
       OneSheetBook(R"(<row r="1"><c r="A1" cm="1"><f t="array" ref="A1:A2">x</f><v>1</v></c></row>)"
                    R"(<row r="2"><c r="A2"><v>2</v></c></row>)");
   const TemporaryFolder folder;
