@@ -1,6 +1,6 @@
 #pragma once
 
-#include "companions/pdflib/pdf_dist.h"
+#include "companions/pdflib/distributions/pdf_dist.h"
 
 namespace DistLib {
 

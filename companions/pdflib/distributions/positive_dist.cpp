@@ -1,4 +1,4 @@
-#include "companions/pdflib/positive_dist.h"
+#include "companions/pdflib/distributions/positive_dist.h"
 
 #include <algorithm>
 #include <cmath>

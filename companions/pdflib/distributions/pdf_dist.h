@@ -1,16 +1,20 @@
 #pragma once
 // The base class of the library's distributions.
 //
-// A new distribution is a separate file with its class and its exported function, and that
-// function's declaration in pdflib.h.
+// catalogue.h says what makes a new distribution.
 
+#include <limits>
 #include <optional>
+
+#include "random/rnd_gen.h"
 
 namespace DistLib {
 
 /// All intermediate results have a 64-bit significand: far out in a tail, rounding them to doubles
 /// would cost three digits.
 using Real = long double;
+
+inline constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /// Moments that do not exist are empty.
 struct Moments {
@@ -23,8 +27,7 @@ struct Moments {
 };
 
 /// A distribution with its parameters. All members throw std::domain_error for arguments outside
-/// the domain, and the constructors of derived classes for such parameters. Members may throw any
-/// other std::exception if there is no value.
+/// the domain. Members may throw any other std::exception if there is no value.
 class PdfDist {
  public:
   virtual ~PdfDist() = default;
@@ -32,8 +35,16 @@ class PdfDist {
   PdfDist& operator=(const PdfDist&) = delete;
 
   virtual DistLib::Moments Moments() const = 0;
+  /// The differential entropy in nats, where it has a closed form; for a discrete distribution,
+  /// Shannon's.
+  virtual std::optional<Real> Entropy() const { return {}; }
+  /// The ends of the support, which may be infinite.
+  double Lowest() const { return lowest_; }
+  double Highest() const { return highest_; }
   /// The density at x; for a discrete distribution, the probability of x.
   double Density(double x) const;
+  /// Its logarithm, which is finite where the density itself underflows.
+  double LogDensity(double x) const;
   /// The probability of x or less.
   double Cumulative(double x) const;
   /// The probability of more than x.
@@ -44,6 +55,9 @@ class PdfDist {
   /// The x whose upper tail is q; for a discrete distribution, the smallest x whose upper tail does
   /// not exceed q.
   double UpperQuantile(double q) const;
+  double Median() const { return Quantile(0.5); }
+  /// A random value, from one double of the generator by inversion.
+  double Random(zavrel::RndGen& generator) const;
 
  protected:
   /// Takes the ends of the support, which may be infinite, and the largest possible value if it is
@@ -52,12 +66,10 @@ class PdfDist {
   PdfDist(double lowest, double highest, double last)
       : lowest_(lowest), highest_(highest), last_(last) {}
   static void Require(bool in_domain);
-  /// Whether degrees of freedom are valid: with more, the incomplete gamma and beta functions would
-  /// take seconds.
-  static bool ValidDf(double df) { return df > 0 && df <= 1e10; }
 
   // x is finite and inside the support, p and q are strictly between 0 and 1.
   virtual Real DensityAt(Real x) const = 0;
+  virtual Real LogDensityAt(Real x) const;
   virtual Real CumulativeAt(Real x) const = 0;
   virtual Real UpperTailAt(Real x) const = 0;
   virtual Real QuantileOf(Real p) const = 0;

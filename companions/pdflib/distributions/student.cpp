@@ -1,14 +1,10 @@
 #include <boost/math/distributions/students_t.hpp>
 #include <cmath>
-#include <limits>
 #include <numbers>
-
-#include "companions/pdflib/answer.h"
+#include "companions/pdflib/distributions/catalogue.h"
 
 namespace DistLib {
 namespace {
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /// The distribution with one degree of freedom. The incomplete beta function, which the others use,
 /// is computed through arcsine in this case and loses x if its square vanishes compared with 1.
@@ -19,7 +15,7 @@ Real CauchyUpperTail(Real x) {
 
 class Student : public PdfDist {
  public:
-  explicit Student(double df) : PdfDist(-kInfinity, kInfinity), df_((Require(ValidDf(df)), df)) {}
+  explicit Student(double df) : PdfDist(-kInfinity, kInfinity), df_(df) {}
 
   DistLib::Moments Moments() const override {
     const Real df = df_.degrees_of_freedom();
@@ -45,9 +41,16 @@ class Student : public PdfDist {
 };
 
 }  // namespace
-}  // namespace DistLib
 
-int16_t pdfStudent(int16_t request, int16_t reserved, double df, double x, double* results,
-                   int16_t* status, void*) {
-  return DistLib::Answer<DistLib::Student>({request, reserved, x, results, status}, df);
-}
+const Description kStudent{
+    .name = "Student",
+    .other_names = {"Student t", "t"},
+    .parameters = {{"df", kDegrees, {}}},
+    .support = "all numbers",
+    .formula =
+        "f(x) = gamma((df + 1) / 2) / (sqrt(df pi) gamma(df / 2)) (1 + x^2 / df)^(-(df + 1) "
+        "/ 2)",
+    .source = "Johnson, Kotz and Balakrishnan, Continuous Univariate Distributions 2, chapter 28",
+    .make = Make<Student, 1>};
+
+}  // namespace DistLib

@@ -1,18 +1,15 @@
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
-#include "companions/pdflib/answer.h"
-#include "companions/pdflib/beta_tails.h"
+#include "companions/pdflib/distributions/beta_tails.h"
+#include "companions/pdflib/distributions/catalogue.h"
 
 namespace DistLib {
 namespace {
 
 class Binomial : public PdfDist {
  public:
-  Binomial(std::int32_t n, double p) : PdfDist(0, n, p == 0 ? 0 : n), n_(n), p_(p), q_(1 - p_) {
-    Require(n >= 0 && p >= 0 && p <= 1);
-  }
+  Binomial(double n, double p) : PdfDist(0, n, p == 0 ? 0 : n), n_(n), p_(p), q_(1 - p_) {}
 
   DistLib::Moments Moments() const override {
     const Real variance = n_ * p_ * q_;
@@ -83,9 +80,15 @@ class Binomial : public PdfDist {
 };
 
 }  // namespace
-}  // namespace DistLib
 
-int16_t pdfBinomial(int16_t request, int16_t reserved, int32_t n, double p, double x,
-                    double* results, int16_t* status, void*) {
-  return DistLib::Answer<DistLib::Binomial>({request, reserved, x, results, status}, n, p);
-}
+const Description kBinomial{
+    .name = "binomial",
+    .other_names = {},
+    .parameters = {{"trials", kTrials, {}}, {"probability", kProbability, {}}},
+    .kind = Kind::kDiscrete,
+    .support = "whole numbers from 0 to trials",
+    .formula = "f(x) = choose(trials, x) probability^x (1 - probability)^(trials - x)",
+    .source = "Johnson, Kemp and Kotz, Univariate Discrete Distributions, chapter 3",
+    .make = Make<Binomial, 2>};
+
+}  // namespace DistLib

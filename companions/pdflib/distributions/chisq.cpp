@@ -2,15 +2,15 @@
 #include <boost/math/distributions/chi_squared.hpp>
 #include <cmath>
 
-#include "companions/pdflib/answer.h"
-#include "companions/pdflib/positive_dist.h"
+#include "companions/pdflib/distributions/catalogue.h"
+#include "companions/pdflib/distributions/positive_dist.h"
 
 namespace DistLib {
 namespace {
 
 class Chisq : public PositiveDist {
  public:
-  explicit Chisq(double df) : chi_squared_((Require(ValidDf(df)), df)) {}
+  explicit Chisq(double df) : chi_squared_(df) {}
 
   DistLib::Moments Moments() const override {
     const Real df = chi_squared_.degrees_of_freedom();
@@ -37,9 +37,14 @@ class Chisq : public PositiveDist {
 };
 
 }  // namespace
-}  // namespace DistLib
 
-int16_t pdfChisq(int16_t request, int16_t reserved, double df, double x, double* results,
-                 int16_t* status, void*) {
-  return DistLib::Answer<DistLib::Chisq>({request, reserved, x, results, status}, df);
-}
+const Description kChiSquare{
+    .name = "chi-square",
+    .other_names = {"chi-squared", "chisq"},
+    .parameters = {{"df", kDegrees, {}}},
+    .support = "numbers from 0",
+    .formula = "f(x) = (x / 2)^(df / 2 - 1) exp(-x / 2) / (2 gamma(df / 2))",
+    .source = "Johnson, Kotz and Balakrishnan, Continuous Univariate Distributions 1, chapter 18",
+    .make = Make<Chisq, 1>};
+
+}  // namespace DistLib

@@ -1,4 +1,4 @@
-#include "companions/pdflib/pdf_dist.h"
+#include "companions/pdflib/distributions/pdf_dist.h"
 
 #include <cmath>
 #include <stdexcept>
@@ -15,6 +15,12 @@ Real PdfDist::Supported(double x) const {
 }
 
 double PdfDist::Density(double x) const { return static_cast<double>(DensityAt(Supported(x))); }
+
+Real PdfDist::LogDensityAt(Real x) const { return std::log(DensityAt(x)); }
+
+double PdfDist::LogDensity(double x) const {
+  return static_cast<double>(LogDensityAt(Supported(x)));
+}
 
 double PdfDist::Cumulative(double x) const {
   return static_cast<double>(CumulativeAt(Supported(x)));
@@ -34,6 +40,11 @@ double PdfDist::UpperQuantile(double q) const {
   if (q == 0) return last_;
   if (q == 1) return lowest_;
   return static_cast<double>(UpperQuantileOf(q));
+}
+
+double PdfDist::Random(zavrel::RndGen& generator) const {
+  const Real p = generator.NextDouble() + 0x1p-54L;  // strictly between 0 and 1
+  return static_cast<double>(p <= 0.5L ? QuantileOf(p) : UpperQuantileOf(1 - p));
 }
 
 }  // namespace DistLib

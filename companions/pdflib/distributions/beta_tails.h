@@ -1,7 +1,7 @@
 #pragma once
 // The incomplete beta function, accurate to the last digits of a double.
 
-#include "companions/pdflib/pdf_dist.h"
+#include "companions/pdflib/distributions/pdf_dist.h"
 
 namespace DistLib {
 

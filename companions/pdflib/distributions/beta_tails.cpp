@@ -1,4 +1,4 @@
-#include "companions/pdflib/beta_tails.h"
+#include "companions/pdflib/distributions/beta_tails.h"
 
 #include <boost/math/special_functions/beta.hpp>
 #include <boost/math/special_functions/log1p.hpp>

@@ -1,9 +1,9 @@
 #include <cmath>
 #include <numbers>
 
-#include "companions/pdflib/answer.h"
-#include "companions/pdflib/beta_tails.h"
-#include "companions/pdflib/positive_dist.h"
+#include "companions/pdflib/distributions/beta_tails.h"
+#include "companions/pdflib/distributions/catalogue.h"
+#include "companions/pdflib/distributions/positive_dist.h"
 
 namespace DistLib {
 namespace {
@@ -14,7 +14,7 @@ Real BothOneCumulative(Real x) { return std::atan(std::sqrt(x)) * (2 / std::numb
 
 class F : public PositiveDist {
  public:
-  F(double df1, double df2) : m_(df1), n_(df2) { Require(ValidDf(df1) && ValidDf(df2)); }
+  F(double df1, double df2) : m_(df1), n_(df2) {}
 
   DistLib::Moments Moments() const override {
     const Real m = m_, n = n_;
@@ -59,9 +59,14 @@ class F : public PositiveDist {
 };
 
 }  // namespace
-}  // namespace DistLib
 
-int16_t pdfF(int16_t request, int16_t reserved, double df1, double df2, double x, double* results,
-             int16_t* status, void*) {
-  return DistLib::Answer<DistLib::F>({request, reserved, x, results, status}, df1, df2);
-}
+const Description kF{
+    .name = "F",
+    .other_names = {"Fisher F", "Fisher-Snedecor"},
+    .parameters = {{"df1", kDegrees, {}}, {"df2", kDegrees, {}}},
+    .support = "numbers from 0",
+    .formula = "F(x) = I(df1 x / (df2 + df1 x); df1 / 2, df2 / 2), I the incomplete beta function",
+    .source = "Johnson, Kotz and Balakrishnan, Continuous Univariate Distributions 2, chapter 27",
+    .make = Make<F, 2>};
+
+}  // namespace DistLib
