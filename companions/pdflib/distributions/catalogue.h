@@ -12,11 +12,47 @@
 
 namespace DistLib {
 
-extern const Description kNormal;
-extern const Description kStudent;
-extern const Description kChiSquare;
-extern const Description kF;
+extern const Description kArcsine;
 extern const Description kBinomial;
+extern const Description kBirnbaumSaunders;
+extern const Description kBurrIII;
+extern const Description kBurrXII;
+extern const Description kCauchy;
+extern const Description kChiSquare;
+extern const Description kExponential;
+extern const Description kF;
+extern const Description kFrechet;
+extern const Description kGeneralizedExtremeValue;
+extern const Description kGeneralizedLogistic;
+extern const Description kGeneralizedPareto;
+extern const Description kGompertz;
+extern const Description kGumbelOfMaxima;
+extern const Description kGumbelOfMinima;
+extern const Description kHalfCauchy;
+extern const Description kHalfNormal;
+extern const Description kHyperbolicSecant;
+extern const Description kInverseWeibull;
+extern const Description kJohnsonSL;
+extern const Description kJohnsonSU;
+extern const Description kKumaraswamy;
+extern const Description kLaplace;
+extern const Description kLevy;
+extern const Description kLogLaplace;
+extern const Description kLogLogistic;
+extern const Description kLogistic;
+extern const Description kLognormal;
+extern const Description kLognormal3;
+extern const Description kLomax;
+extern const Description kNormal;
+extern const Description kPareto;
+extern const Description kPowerFunction;
+extern const Description kRayleigh;
+extern const Description kReciprocal;
+extern const Description kStudent;
+extern const Description kTriangular;
+extern const Description kUniform;
+extern const Description kWeibull;
+extern const Description kWeibull3;
 
 /// All distributions, by name.
 std::span<const Description* const> Distributions();
