@@ -13,6 +13,7 @@
 namespace DistLib {
 
 extern const Description kArcsine;
+extern const Description kBernoulli;
 extern const Description kBeta;
 extern const Description kBeta4;
 extern const Description kBinomial;
@@ -22,6 +23,7 @@ extern const Description kBurrXII;
 extern const Description kCauchy;
 extern const Description kChi;
 extern const Description kChiSquare;
+extern const Description kDiscreteUniform;
 extern const Description kErlang;
 extern const Description kError;
 extern const Description kExponential;
@@ -32,6 +34,7 @@ extern const Description kGeneralizedExtremeValue;
 extern const Description kGeneralizedGamma;
 extern const Description kGeneralizedLogistic;
 extern const Description kGeneralizedPareto;
+extern const Description kGeometric;
 extern const Description kGompertz;
 extern const Description kGumbelOfMaxima;
 extern const Description kGumbelOfMinima;
@@ -56,12 +59,14 @@ extern const Description kLognormal3;
 extern const Description kLomax;
 extern const Description kMaxwell;
 extern const Description kNakagami;
+extern const Description kNegativeBinomial;
 extern const Description kNormal;
 extern const Description kPareto;
 extern const Description kPearsonIII;
 extern const Description kPearsonV;
 extern const Description kPearsonVI;
 extern const Description kPert;
+extern const Description kPoisson;
 extern const Description kPowerFunction;
 extern const Description kRayleigh;
 extern const Description kReciprocal;

@@ -23,10 +23,28 @@ INF = float("inf")
 PROBABILITIES = [1e-300, 1e-100, 1e-20, 1e-6, 0.02, 0.3]
 
 
+def bounded(x, bound=10**7):
+    """What is beyond has vanished, or become 1, to every digit that is asked for."""
+    return min(max(x, -mpf(bound)), mpf(bound))
+
+
+def exp(x):
+    return mp.exp(bounded(x))
+
+
+def expm1(x):
+    return mp.expm1(bounded(x))
+
+
+def erfc(x):
+    return mp.erfc(bounded(x, 5000))
+
+
 class Reference:
     """A distribution with its parameters: cumulative probability, support, and density if it is given."""
 
-    def __init__(self, cumulative, low=-INF, high=INF, density=None, upper=None):
+    def __init__(self, cumulative, low=-INF, high=INF, density=None, upper=None, digits=2):
+        self.digits = digits  # of how many powers of a probability the complement must be told from 1
         self.cumulative, self.low, self.high, self.given, self.given_upper = cumulative, low, high, density, upper
 
     def lower(self, x):
@@ -48,19 +66,117 @@ class Reference:
 
 def exponential_of(hazard, low=-INF, high=INF):
     """By its cumulative hazard."""
-    return Reference(lambda x: -mp.expm1(-hazard(x)), low, high)
+    return Reference(lambda x: -expm1(-hazard(x)), low, high)
 
 
 def power(x, y):
-    return mp.exp(y * mp.log(x))
+    return exp(y * mp.log(x))
+
+
+def series(ratio):
+    """1 + ratio(0) + ratio(0) ratio(1) + ..., all positive."""
+    total = term = mpf(1)
+    smallest, k = mpf(10) ** -mp.dps, 0
+    while term > total * smallest:
+        term *= ratio(k)
+        total += term
+        k += 1
+    return total
+
+
+def lower_gamma(a, x):
+    if x > 20 * (a + mp.dps):
+        return mpf(1)
+    return exp(a * mp.log(x) - x - mp.loggamma(a + 1)) * series(lambda k: x / (a + 1 + k))
+
+
+def gamma_of(shape, value, slope, low=-INF, high=INF, rises=True):
+    """Of a variable whose `value` is a gamma variable; `slope` is the derivative of `value` without its sign."""
+    a = mpf(shape)
+
+    def density(x):
+        v = value(x)
+        return exp((a - 1) * mp.log(v) - v - mp.loggamma(a)) * slope(x)
+    lower = lambda x: lower_gamma(a, value(x))
+    return Reference(lower if rises else lambda x: 1 - lower(x), low, high, density, None if rises else lower, 1)
+
+
+def gamma_power(shape, exponent, scale, location=0.0):
+    """location + scale V^exponent, V a gamma variable."""
+    z, inverse = z_of(location, scale), 1 / mpf(exponent)
+    return gamma_of(shape, lambda x: power(z(x), inverse), lambda x: abs(inverse) / scale * power(z(x), inverse - 1),
+                    location, INF, exponent > 0)
+
+
+def error(location, scale, shape):
+    z, b = z_of(location, scale), mpf(shape)
+
+    def cumulative(x):
+        inner = lower_gamma(1 / b, abs(z(x)) ** b) if z(x) != 0 else 0
+        return (1 + inner if z(x) > 0 else 1 - inner) / 2
+    return Reference(cumulative, density=lambda x: exp(-abs(z(x)) ** b) / (2 * scale * mp.gamma(1 + 1 / b)), digits=1)
+
+
+def log_beta(a, b):
+    return mp.loggamma(a) + mp.loggamma(b) - mp.loggamma(a + b)
+
+
+def lower_beta(a, b, x, y):
+    """I_x(a, b) with y = 1 - x, on the side where the terms of the series fall soonest."""
+    if x * (a + b + 2) > a + 1:
+        a, b, x, y, mirrored = b, a, y, x, True
+    else:
+        mirrored = False
+    front = exp(a * mp.log(x) + b * mp.log(y) - log_beta(a, b)) / a
+    value = front * series(lambda k: x * (a + b + k) / (a + 1 + k))
+    return 1 - value if mirrored else value
+
+
+def beta_of(a, b, odds, slope, low, high=INF):
+    """Of a variable whose `odds` x / (1 - x) are those of a beta variable x; `slope` is their derivative."""
+    a, b = mpf(a), mpf(b)
+    parts = lambda x: (odds(x) / (1 + odds(x)), 1 / (1 + odds(x)))
+
+    def density(x):
+        u, w = parts(x)
+        return exp((a - 1) * mp.log(u) + (b + 1) * mp.log(w) - log_beta(a, b)) * slope(x)
+    return Reference(lambda x: lower_beta(a, b, *parts(x)), low, high, density,
+                     lambda x: lower_beta(b, a, *reversed(parts(x))), 1)
+
+
+def beta(a, b, lower=0.0, upper=1.0):
+    low, high = mpf(lower), mpf(upper)
+    return beta_of(a, b, lambda x: (x - low) / (high - x), lambda x: (high - low) / (high - x) ** 2, lower, upper)
+
+
+def pert(lower, mode, upper, weight):
+    width = mpf(upper) - lower
+    return beta(1 + weight * (mpf(mode) - lower) / width, 1 + weight * (mpf(upper) - mode) / width, lower, upper)
+
+
+def student(df):
+    v = mpf(df)
+
+    def upper(x):
+        if x < 0:
+            return 1 - upper(-x)
+        return mpf(1) / 2 if x == 0 else lower_beta(v / 2, mpf(1) / 2, v / (v + x * x), x * x / (v + x * x)) / 2
+    front = lambda: exp(-log_beta(v / 2, mpf(1) / 2)) / mp.sqrt(v)
+    return Reference(lambda x: upper(-x), density=lambda x: front() * power(1 + x * x / v, -(v + 1) / 2), upper=upper,
+                     digits=1)
+
+
+def f(df1, df2):
+    m, n = mpf(df1), mpf(df2)
+    return beta_of(m / 2, n / 2, lambda x: m * x / n, lambda x: m / n, 0.0)
 
 
 def gev(location, scale, shape):
     z = lambda x: (x - mpf(location)) / scale
     if shape == 0:
-        return Reference(lambda x: mp.exp(-mp.exp(-z(x))))
+        return Reference(lambda x: exp(-exp(-z(x))))
     end = mpf(location) - mpf(scale) / shape
-    return Reference(lambda x: mp.exp(-power(1 + shape * z(x), -1 / mpf(shape))),
+    return Reference(lambda x: exp(-power(1 + shape * z(x), -1 / mpf(shape))),
                      *((end, INF) if shape > 0 else (-INF, end)))
 
 
@@ -74,7 +190,7 @@ def gpd(location, scale, shape):
 
 def normal_of(score, low=-INF, high=INF):
     """Of a value whose score is standard normal."""
-    return Reference(lambda x: mp.erfc(-score(x) / mp.sqrt(2)) / 2, low, high)
+    return Reference(lambda x: erfc(-score(x) / mp.sqrt(2)) / 2, low, high)
 
 
 def weibull(shape, scale, location=0.0):
@@ -82,17 +198,17 @@ def weibull(shape, scale, location=0.0):
 
 
 def frechet(shape, scale, location=0.0):
-    return Reference(lambda x: mp.exp(-power((x - mpf(location)) / scale, -mpf(shape))), location)
+    return Reference(lambda x: exp(-power((x - mpf(location)) / scale, -mpf(shape))), location)
 
 
 def logistic(location, scale, shape=1.0):
-    return Reference(lambda x: power(1 + mp.exp(-(x - mpf(location)) / scale), -mpf(shape)))
+    return Reference(lambda x: power(1 + exp(-(x - mpf(location)) / scale), -mpf(shape)))
 
 
 def laplace_of(score, low=-INF):
     def cumulative(x):
         z = score(x)
-        return mp.exp(z) / 2 if z < 0 else 1 - mp.exp(-z) / 2
+        return exp(z) / 2 if z < 0 else 1 - exp(-z) / 2
     return Reference(cumulative, low)
 
 
@@ -112,6 +228,7 @@ CONTINUOUS = {
     "arcsine": (lambda a, b: Reference(lambda x: 2 / mp.pi * mp.asin(mp.sqrt((x - mpf(a)) / (mpf(b) - a))), a, b,
                                        lambda x: 1 / (mp.pi * mp.sqrt((x - a) * (b - x)))),
                 [(0.0, 1.0), (-3.0, 0.0), (1e5, 1e5 + 2)]),
+    "beta": (beta, [(2.0, 3.0), (0.3, 0.2), (300.0, 0.9), (1e-3, 40.0)]),
     "Birnbaum-Saunders": (lambda a, b: normal_of(lambda x: (mp.sqrt(x / b) - mp.sqrt(b / x)) / mpf(a), 0.0),
                           [(0.5, 2.0), (1e-3, 1.0), (20.0, 0.7)]),
     "Burr III": (lambda c, k, s: Reference(lambda x: power(1 + power(x / mpf(s), -mpf(c)), -mpf(k)), 0.0),
@@ -120,23 +237,34 @@ CONTINUOUS = {
                  [(4.0, 12.0, 2.0), (0.7, 2.5, 1.0), (2.0, 0.01, 1e6), (50.0, 40.0, 1e-3)]),
     "Cauchy": (lambda m, s: Reference(lambda x: mp.atan2(s, -(x - mpf(m))) / mp.pi),
                [(0.0, 1.0), (-7.3, 1e-3), (1e10, 2.5)]),
+    "chi": (lambda n: gamma_power(mpf(n) / 2, 0.5, mp.sqrt(2)), [(3.0,), (0.7,), (200.0,)]),
+    "chi-square": (lambda n: gamma_power(mpf(n) / 2, 1, 2), [(3.0,), (0.7,), (200.0,)]),
+    "Erlang": (lambda k, r: gamma_power(k, 1, 1 / mpf(r)), [(3.0, 2.0), (1.0, 1e5), (150.0, 0.01)]),
+    "error": (error, [(0.0, 1.0, 1.5), (-7.0, 0.01, 0.3), (1e3, 2.0, 20.0)]),
     "exponential": (lambda r: exponential_of(lambda x: r * x, 0.0), [(1.0,), (1e-5,), (737.3,)]),
-    "extreme value of minima": (lambda m, s: exponential_of(lambda x: mp.exp((x - mpf(m)) / s)),
+    "extreme value of minima": (lambda m, s: exponential_of(lambda x: exp((x - mpf(m)) / s)),
                                 [(0.0, 1.0), (-3.7, 0.01), (1e6, 7.7)]),
+    "F": (f, [(5.0, 40.0), (1.0, 1.0), (0.3, 40.0), (300.0, 7.5)]),
+    "four-parameter beta": (beta, [(2.0, 3.0, -1.0, 4.0), (0.5, 0.2, -3.0, 0.0), (20.0, 0.9, 1e5, 1e5 + 2)]),
     "Frechet": (frechet, [(30.0, 2.0, 1.0), (0.5, 1.0, 0.0), (3.3, 1e-3, -10.0), (400.0, 2.0, 0.0)]),
+    "gamma": (lambda a, s: gamma_power(a, 1, s), [(2.5, 3.0), (0.02, 1.0), (300.0, 1e-5)]),
     "generalised extreme value": (gev, [(1.0, 2.0, -0.2), (0.0, 1.0, 0.5), (0.0, 1.0, 1e-7), (10.0, 0.3, 0.0),
                                         (0.0, 1.0, -2.0)]),
+    "generalised gamma": (lambda a, p, s: gamma_power(a, 1 / mpf(p), s),
+                          [(2.5, 1.5, 3.0), (0.2, 4.0, 1.0), (100.0, 0.5, 1e-5)]),
     "generalised logistic": (logistic, [(1.0, 2.0, 3.0), (0.0, 1.0, 0.01), (-5.0, 0.1, 1e4)]),
     "generalised Pareto": (gpd, [(1.0, 2.0, -0.3), (0.0, 1.0, 0.5), (0.0, 1.0, 1e-7), (10.0, 0.3, 0.0),
                                  (0.0, 1.0, -2.0)]),
-    "Gompertz": (lambda k, r: exponential_of(lambda x: k * mp.expm1(r * x), 0.0),
+    "Gompertz": (lambda k, r: exponential_of(lambda x: k * expm1(r * x), 0.0),
                  [(0.2, 1.5), (1e-8, 0.1), (50.0, 1.0)]),
-    "Gumbel": (lambda m, s: Reference(lambda x: mp.exp(-mp.exp(-(x - mpf(m)) / s))),
+    "Gumbel": (lambda m, s: Reference(lambda x: exp(-exp(-(x - mpf(m)) / s))),
                [(0.0, 1.0), (-3.7, 0.01), (1e6, 7.7)]),
     "half-Cauchy": (lambda s: Reference(lambda x: 2 / mp.pi * mp.atan(x / s), 0.0), [(1.0,), (1e-9,), (2.7e8,)]),
     "half-normal": (lambda s: Reference(lambda x: mp.erf(x / s / mp.sqrt(2)), 0.0), [(1.0,), (1e-9,), (2.7e8,)]),
-    "hyperbolic secant": (lambda m, s: Reference(lambda x: 2 / mp.pi * mp.atan(mp.exp(mp.pi / 2 * (x - mpf(m)) / s))),
+    "hyperbolic secant": (lambda m, s: Reference(lambda x: 2 / mp.pi * mp.atan(exp(mp.pi / 2 * (x - mpf(m)) / s))),
                           [(0.0, 1.0), (-3.7, 0.01), (1e6, 7.7)]),
+    "inverse chi-square": (lambda n: gamma_power(mpf(n) / 2, -1, mpf(1) / 2), [(80.0,), (0.7,), (200.0,)]),
+    "inverse gamma": (lambda a, s: gamma_power(a, -1, s), [(40.0, 3.0), (0.2, 1.0), (300.0, 1e-5)]),
     "inverse Weibull": (frechet, [(40.0, 2.0), (0.5, 1.0), (3.3, 1e-3)]),
     "Johnson SL": (lambda g, d, m, s: normal_of(lambda x: g + d * mp.log((x - mpf(m)) / s), m),
                    [(0.3, 5.0, 1.0, 2.0), (0.0, 0.5, 0.0, 1.0), (-20.0, 30.0, -5.0, 0.1)]),
@@ -145,15 +273,28 @@ CONTINUOUS = {
     "Kumaraswamy": (lambda a, b: Reference(lambda x: 1 - power(1 - power(x, mpf(a)), mpf(b)), 0.0, 1.0),
                     [(2.0, 5.0), (0.3, 0.2), (1.0, 100.0), (1e4, 3.3)]),
     "Laplace": (lambda m, s: laplace_of(z_of(m, s)), [(0.0, 1.0), (-3.7, 0.01), (1e6, 7.7)]),
-    "Levy": (lambda m, s: Reference(lambda x: mp.erfc(mp.sqrt(s / (2 * (x - mpf(m))))), m),
+    "Levy": (lambda m, s: Reference(lambda x: erfc(mp.sqrt(s / (2 * (x - mpf(m))))), m),
              [(0.0, 1.0), (-3.7, 0.01), (1e6, 7.7)]),
+    "log-gamma": (lambda a, s, m: gamma_of(a, lambda x: exp((x - mpf(m)) / s), lambda x: exp((x - mpf(m)) / s) / s),
+                  [(2.5, 3.0, 1.0), (0.2, 1.0, 0.0), (300.0, 0.1, -50.0)]),
     "log-Laplace": (lambda a, s: laplace_of(lambda x: a * mp.log(x / s), 0.0), [(40.0, 2.0), (0.7, 1.0), (3.0, 1e-5)]),
     "log-logistic": (lambda a, s: Reference(lambda x: 1 / (1 + power(x / s, -mpf(a))), 0.0),
                      [(40.0, 2.0), (0.7, 1.0), (3.0, 1e-5)]),
+    "log-Pearson III": (lambda a, s, m: gamma_of(a, lambda x: (mp.log(x) - m) / s, lambda x: 1 / (abs(s) * x),
+                                                 exp(mpf(m)) if s > 0 else 0, INF if s > 0 else exp(mpf(m)), s > 0),
+                        [(2.5, 0.02, 1.0), (3.0, -0.2, 2.0), (50.0, 0.3, -5.0)]),
     "logistic": (logistic, [(0.0, 1.0), (-3.7, 0.01), (1e6, 7.7)]),
     "lognormal": (lambda m, s: normal_of(lambda x: (mp.log(x) - m) / s, 0.0), [(0.5, 0.3), (0.0, 5.0), (-100.0, 0.01)]),
     "Lomax": (lambda a, s: Reference(lambda x: 1 - power(1 + x / s, -mpf(a)), 0.0), [(40.0, 2.0), (0.7, 1.0), (1e5, 1e-5)]),
+    "Maxwell": (lambda s: gamma_power(mpf(3) / 2, 0.5, s * mp.sqrt(2)), [(1.0,), (1e-9,), (2.7e8,)]),
+    "Nakagami": (lambda m, w: gamma_power(m, 0.5, mp.sqrt(mpf(w) / m)), [(2.5, 3.0), (0.5, 1.0), (300.0, 1e-5)]),
+    "normal": (lambda m, s: normal_of(z_of(m, s)), [(0.0, 1.0), (-3.7, 0.01), (1e6, 7.7)]),
     "Pareto": (lambda a, s: Reference(lambda x: 1 - power(x / s, -mpf(a)), s), [(40.0, 2.0), (0.7, 1.0), (1e5, 1e-5)]),
+    "Pearson III": (lambda a, s, m: gamma_power(a, 1, s, m), [(2.5, 3.0, 1.0), (0.2, 1.0, 0.0), (300.0, 1e-2, -50.0)]),
+    "Pearson V": (lambda a, s, m: gamma_power(a, -1, s, m), [(40.0, 3.0, 1.0), (0.2, 1.0, 0.0), (300.0, 1e-2, -50.0)]),
+    "Pearson VI": (lambda a, b, s: beta_of(a, b, lambda x: x / s, lambda x: 1 / mpf(s), 0.0),
+                   [(2.5, 30.0, 3.0), (0.3, 0.2, 1.0), (300.0, 7.5, 1e-5)]),
+    "PERT": (pert, [(1.0, 2.0, 5.0, 4.0), (-3.0, 0.0, 0.0, 1.0), (10.0, 10.5, 11.0, 400.0)]),
     "power function": (lambda a, s: Reference(lambda x: power(x / s, mpf(a)), 0.0, s,
                                               lambda x: a / mpf(s) * power(x / s, mpf(a) - 1)),
                        [(3.0, 2.0), (0.7, 1.0), (1e5, 1e-5)]),
@@ -161,6 +302,7 @@ CONTINUOUS = {
     "reciprocal": (lambda a, b: Reference(lambda x: mp.log(x / a) / mp.log(b / mpf(a)), a, b,
                                           lambda x: 1 / (x * mp.log(b / mpf(a)))),
                    [(1.0, 10.0), (1e-200, 1e200), (1.0, 1.0001)]),
+    "Student": (student, [(11.0,), (1.0,), (0.3,), (300.0,)]),
     "three-parameter lognormal": (lambda m, s, t: normal_of(lambda x: (mp.log(x - mpf(t)) - m) / s, t),
                                   [(0.5, 0.3, 1.0), (0.0, 5.0, -2.0), (-10.0, 0.01, 1e-5)]),
     "three-parameter Weibull": (weibull, [(2.5, 2.0, 1.0), (0.5, 1.0, 0.0), (33.3, 1e-3, -10.0)]),
@@ -168,6 +310,7 @@ CONTINUOUS = {
     "uniform": (lambda a, b: Reference(lambda x: (x - mpf(a)) / (mpf(b) - a), a, b, lambda x: 1 / (mpf(b) - a)),
                 [(0.0, 1.0), (-3.0, 0.0), (1e5, 1e5 + 2)]),
     "Weibull": (weibull, [(1.5, 2.0), (0.1, 1.0), (400.0, 1e-3)]),
+    "Wigner semicircle": (lambda r: beta(mpf(3) / 2, mpf(3) / 2, -r, r), [(1.0,), (1e-9,), (2.7e8,)]),
 }
 
 
@@ -182,22 +325,37 @@ def from_order(n):
 
 
 def quantile(of, p, upper):
-    """Bisection on the doubles, then between two neighbours."""
-    reached = (lambda x: of.upper(x) <= p) if upper else (lambda x: of.lower(x) >= p)
+    """Between two neighbouring doubles, by bisection and interpolation in turn, then by interpolation."""
+    def beyond(x):
+        """The logarithm of the probability beyond p; it rises with x."""
+        value = of.upper(x) if upper else of.lower(x)
+        sign = -1 if upper else 1
+        return sign * (mp.log(value / p) if value > 0 else mpf(-10) ** 9)
+
     low, high = to_order(float(max(of.low, -1e308))), to_order(float(min(of.high, 1e308)))
+    at_low, at_high, turn = beyond(from_order(low)), beyond(from_order(high)), 0
     while high - low > 1:
-        middle = (low + high) // 2
-        low, high = (low, middle) if reached(from_order(middle)) else (middle, high)
+        middle, turn = (low + high) // 2, turn + 1
+        if turn % 3 != 0 and -3000 < at_low < 0 < at_high < 3000:
+            middle = low + int((high - low) * float(at_low / (at_low - at_high)))
+            from_low, from_high = middle - low, high - middle
+            # A little further from the nearer end, so that the other end comes near as well.
+            middle += from_low // 256 + 1 if from_low < from_high else -(from_high // 256) - 1
+            middle = min(max(middle, low + 1), high - 1)
+        value = beyond(from_order(middle))
+        if value < 0:
+            low, at_low = middle, value
+        else:
+            high, at_high = middle, value
     left, right = mpf(from_order(low)), mpf(from_order(high))
-    for _ in range(30):
-        middle = (left + right) / 2
-        left, right = (left, middle) if reached(middle) else (middle, right)
-    return (left + right) / 2
+    if at_low == at_high or abs(at_low) > 1e8 or abs(at_high) > 1e8:
+        return right
+    return left + (right - left) * at_low / (at_low - at_high)
 
 
-def digits_for(smallest):
+def digits_for(of, smallest):
     """Near an end at 0 the distance from it may be the square of the probability."""
-    return 50 + 2 * max(0, int(-mp.log10(smallest)) + 1)
+    return 50 + of.digits * max(0, int(-mp.log10(smallest)) + 1)
 
 
 def number(value):
@@ -210,7 +368,7 @@ def condition(value):
 
 
 def value_line(of, x):
-    mp.dps = 700
+    mp.dps = digits_for(of, mpf("1e-320"))
     density = of.density(x)
     lower, upper = of.lower(x), of.upper(x)
     fields = [number(density), number(lower), number(upper), condition(of.density_condition(x, density)),
@@ -221,13 +379,13 @@ def value_line(of, x):
 def lines_of(of):
     for p in PROBABILITIES:
         for upper in False, True:
-            mp.dps = digits_for(mpf(p))
+            mp.dps = digits_for(of, mpf(p))
             exact = quantile(of, mpf(p), upper)
             x = float(exact)
             inside = of.low < mpf(x) < of.high
             if x != 0 and not 1e-290 < abs(x) < 1e290:
                 continue
-            mp.dps = 700
+            mp.dps = digits_for(of, mpf("1e-320"))
             slope = of.density(exact) * abs(exact) if inside and exact != 0 else 0
             yield ",".join(["u" if upper else "q", repr(p), repr(x), condition(p / slope if slope else 0)])
             if inside and x != 0:
@@ -237,21 +395,20 @@ def lines_of(of):
 def moments_line(of):
     """By quadrature of the density between quantiles beyond which nothing is left."""
     mp.dps = 40
-    tails = [mpf(10) ** -k for k in (28, 14, 7, 3)]
+    tails = [mpf(10) ** -k for k in (16, 8, 3)]
     middle = quantile(of, mpf(1) / 2, False)
     cuts = [quantile(of, p, False) for p in tails] + [middle] + [quantile(of, p, True) for p in reversed(tails)]
-    mp.dps = 25
     nodes = {}
 
     def integral(function):
         def term(x):
             if x not in nodes:
-                nodes[x] = of.density(x)
+                nodes[x] = of.density(x) if of.low < x < of.high else mpf(0)
             return function(x, nodes[x])
         return mp.quad(term, cuts)
     mean = integral(lambda x, f: x * f)
     central = [integral(lambda x, f, k=k: (x - mean) ** k * f) for k in (2, 3, 4)]
-    entropy = integral(lambda x, f: -f * mp.log(f))
+    entropy = integral(lambda x, f: -f * mp.log(f) if f > 0 else f)
     deviation = mp.sqrt(central[0])
     values = [mean, central[0], central[1] / deviation**3, central[2] / deviation**4, entropy, middle]
     return ",".join(["m", *(mp.nstr(v, 14) for v in values)])
