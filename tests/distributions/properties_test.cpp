@@ -49,7 +49,9 @@ void CheckInverse(const PdfDist& distribution, bool upper, double p) {
   if (x <= distribution.Lowest() || x >= distribution.Highest()) return;
   INFO("p = ", p, ", upper = ", upper, ", x = ", x);
   const double back = upper ? distribution.UpperTail(x) : distribution.Cumulative(x);
-  const double condition = std::fabs(x) * distribution.Density(x) / p;
+  // The density itself may be too small for a double.
+  const double condition =
+      std::exp(std::log(std::fabs(x)) + distribution.LogDensity(x) - std::log(p));
   CHECK(std::fabs(back - p) <= p * (16 + 2 * condition) * kEpsilon);
   CheckTails(distribution, x);
 }

@@ -53,7 +53,6 @@ constexpr const Description* kAll[] = {
     &kLomax,
     &kMaxwell,
     &kNakagami,
-    &kNegativeBinomial,
     &kNormal,
     &kPareto,
     &kPearsonIII,
@@ -65,12 +64,10 @@ constexpr const Description* kAll[] = {
     &kRayleigh,
     &kReciprocal,
     &kStudent,
-    &kLognormal3,
     &kWeibull3,
     &kTriangular,
     &kUniform,
     &kWeibull,
-    &kSemicircle,
 };
 
 /// The name without what does not matter in it.

@@ -39,10 +39,7 @@ class HyperbolicSecant : public Transformed<HalfCauchyCore, LogMap> {
   DistLib::Moments StandardMoments() const override {
     return {.mean = 0, .variance = 1, .skewness = 0, .kurtosis = 5, .mode = 0, .discrete_mean = {}};
   }
-  std::optional<Real> StandardEntropy() const override {
-    constexpr Real kCatalan = 0.91596559417721901505460351493238411077L;
-    return 4 * kCatalan / kPi;
-  }
+  std::optional<Real> StandardEntropy() const override { return 2 * std::numbers::ln2_v<Real>; }
 };
 
 }  // namespace

@@ -43,11 +43,27 @@ class LogLogistic : public Transformed<StandardLogistic, ExpMap> {
   Real shape_;
 };
 
-/// The power of the logistic probability, through -log(exp(x / shape) - 1).
-class GeneralizedLogistic : public Transformed<UnitExponential, Composed<Expm1Map, LogMap>> {
+/// z = -log(exp(x / shape) - 1), without exponentials of large numbers
+struct SkewLogisticMap {
+  Real shape;
+
+  static bool Rises() { return false; }
+  Real Forward(Real x) const {
+    const Real y = x / shape;
+    return y > 1 ? -y - std::log1p(-std::exp(-y)) : -std::log(std::expm1(y));
+  }
+  Real Back(Real z) const { return shape * (std::fmax(-z, 0) + LogRest(z)); }
+  Real LogSlope(Real z) const { return std::log(shape) - std::fmax(z, 0) - LogRest(z); }
+
+ private:
+  static Real LogRest(Real z) { return std::log1p(std::exp(-std::fabs(z))); }
+};
+
+/// The power of the logistic probability.
+class GeneralizedLogistic : public Transformed<UnitExponential, SkewLogisticMap> {
  public:
   GeneralizedLogistic(double location, double scale, double shape)
-      : Transformed({}, {{1 / Real{shape}, 1}, {-1}}, {location, scale}), shape_(shape) {}
+      : Transformed({}, {shape}, {location, scale}), shape_(shape) {}
 
  private:
   DistLib::Moments StandardMoments() const override {

@@ -96,19 +96,31 @@ class Triangular : public BoundedDist {
   }
   Real CumulativeAt(Real x) const override {
     const auto [from_low, from_high] = At(x);
-    return from_low <= left_ ? Within(from_low, left_) : 1 - Within(from_high, right_);
+    return from_low <= left_ ? Within(from_low, left_) : Past(from_low - left_, left_, right_);
   }
   Real UpperTailAt(Real x) const override {
     const auto [from_low, from_high] = At(x);
-    return from_low <= left_ ? 1 - Within(from_low, left_) : Within(from_high, right_);
+    return from_high <= right_ ? Within(from_high, right_)
+                               : Past(from_high - right_, right_, left_);
   }
   Real QuantileOf(Real p) const override {
-    return p * width() <= left_ ? low() + Distance(p, left_) : high() - Distance(1 - p, right_);
+    return p * width() <= left_ ? low() + Distance(p, left_)
+                                : low() + FarDistance(p, left_, right_);
   }
   Real UpperQuantileOf(Real q) const override {
-    return q * width() <= right_ ? high() - Distance(q, right_) : low() + Distance(1 - q, left_);
+    return q * width() <= right_ ? high() - Distance(q, right_)
+                                 : high() - FarDistance(q, right_, left_);
   }
 
+  /// The probability from an end to this far beyond the mode.
+  Real Past(Real beyond, Real near_side, Real far_side) const {
+    return near_side / width() + beyond / width() * ((2 * far_side - beyond) / far_side);
+  }
+  /// The distance from an end whose probability reaches beyond the mode.
+  Real FarDistance(Real probability, Real near_side, Real far_side) const {
+    const Real share = std::fmin((probability * width() - near_side) / far_side, 1);
+    return near_side + far_side * share / (1 + std::sqrt(1 - share));
+  }
   /// The probability within a distance from an end, on that side of the mode.
   Real Within(Real distance, Real side) const {
     return side > 0 ? distance / width() * (distance / side) : 0;

@@ -40,6 +40,13 @@ def erfc(x):
     return mp.erfc(bounded(x, 5000))
 
 
+def derivative(function, x, order=1):
+    """With a step in proportion to x."""
+    if x == 0:
+        return mp.diff(function, x, order)
+    return mp.diff(lambda share: function(share * x), mpf(1), order) / x**order
+
+
 class Reference:
     """A distribution with its parameters: cumulative probability, support, and density if it is given."""
 
@@ -56,12 +63,12 @@ class Reference:
         return 1 - self.lower(x)
 
     def density(self, x):
-        return self.given(mpf(x)) if self.given else mp.diff(self.cumulative, mpf(x), relative=True)
+        return self.given(mpf(x)) if self.given else derivative(self.cumulative, mpf(x))
 
     def density_condition(self, x, density):
         if self.given:
-            return abs(x * mp.diff(self.given, mpf(x), relative=True) / density)
-        return abs(x * mp.diff(self.cumulative, mpf(x), 2, relative=True) / density)
+            return abs(x * derivative(self.given, mpf(x)) / density)
+        return abs(x * derivative(self.cumulative, mpf(x), 2) / density)
 
 
 def exponential_of(hazard, low=-INF, high=INF):
@@ -190,7 +197,8 @@ def gpd(location, scale, shape):
 
 def normal_of(score, low=-INF, high=INF):
     """Of a value whose score is standard normal."""
-    return Reference(lambda x: erfc(-score(x) / mp.sqrt(2)) / 2, low, high)
+    return Reference(lambda x: erfc(-score(x) / mp.sqrt(2)) / 2, low, high,
+                     upper=lambda x: erfc(score(x) / mp.sqrt(2)) / 2, digits=1)
 
 
 def weibull(shape, scale, location=0.0):
@@ -414,21 +422,110 @@ def moments_line(of):
     return ",".join(["m", *(mp.nstr(v, 14) for v in values)])
 
 
-NO_MOMENTS = {"Cauchy", "half-Cauchy", "Levy"}
+class Discrete:
+    """A distribution on whole numbers: probability, cumulative probability and upper tail."""
+
+    def __init__(self, probability, lower, upper, low=0, high=None):
+        self.probability, self.lower, self.upper, self.low, self.high = probability, lower, upper, low, high
+
+    def quantile(self, p, upper):
+        """Exactly, for the probabilities as the doubles nearest to them."""
+        reached = lambda k: float(self.upper(k)) <= p if upper else float(self.lower(k)) >= p
+        low, high, stride = self.low - 1, self.low, 1
+        while not reached(high):
+            low, high, stride = high, high + stride if self.high is None else min(high + stride, self.high), 2 * stride
+        while high - low > 1:
+            middle = (low + high) // 2
+            low, high = (low, middle) if reached(middle) else (middle, high)
+        return high
+
+
+def binomial(n, p):
+    n, p = int(n), mpf(p)
+    return Discrete(lambda k: mp.binomial(n, k) * p**k * (1 - p) ** (n - k),
+                    lambda k: lower_beta(mpf(n) - k, mpf(k) + 1, 1 - p, p) if k < n else mpf(1),
+                    lambda k: lower_beta(mpf(k) + 1, mpf(n) - k, p, 1 - p) if k < n else mpf(0), 0, n)
+
+
+def geometric(p):
+    q = 1 - mpf(p)
+    return Discrete(lambda k: p * q**k, lambda k: 1 - q ** (k + 1), lambda k: q ** (k + 1))
+
+
+def negative_binomial(r, p):
+    r, p = mpf(r), mpf(p)
+    return Discrete(lambda k: exp(mp.loggamma(r + k) - mp.loggamma(r) - mp.loggamma(k + 1) + r * mp.log(p)
+                                  + k * mp.log(1 - p)),
+                    lambda k: lower_beta(r, mpf(k) + 1, p, 1 - p), lambda k: lower_beta(mpf(k) + 1, r, 1 - p, p))
+
+
+def poisson(mean):
+    mean = mpf(mean)
+    return Discrete(lambda k: exp(k * mp.log(mean) - mean - mp.loggamma(k + 1)),
+                    lambda k: 1 - lower_gamma(mpf(k) + 1, mean), lambda k: lower_gamma(mpf(k) + 1, mean))
+
+
+def discrete_uniform(a, b):
+    a, b = int(a), int(b)
+    count = mpf(b - a + 1)
+    return Discrete(lambda k: 1 / count, lambda k: (k - a + 1) / count, lambda k: (b - k) / count, a, b)
+
+
+DISCRETE = {
+    "Bernoulli": (lambda p: binomial(1, p), [(0.3,), (1e-9,), (0.999,), (0.5,), (1 - 2.0**-53,)]),
+    "binomial": (binomial, [(12.0, 0.3), (1000.0, 0.001), (250.0, 0.99)]),
+    "discrete uniform": (discrete_uniform, [(1.0, 6.0), (-1e9, 1e9), (7.0, 7.0), (-5.0, 1e15)]),
+    "geometric": (geometric, [(0.3,), (0.001,), (0.999,), (0.01,)]),
+    "negative binomial": (negative_binomial, [(2.5, 0.4), (0.01, 0.001), (300.0, 0.9)]),
+    "Poisson": (poisson, [(3.5,), (1e-5,), (200.0,)]),
+}
+DISCRETE_PROBABILITIES = [1e-300, 1e-50, 1e-9, 0.024, 0.51, 0.975, 1 - 1e-12]
+
+
+def discrete_lines(of):
+    seen = set()
+    for p in DISCRETE_PROBABILITIES:
+        for upper in False, True:
+            mp.dps = 40 + int(-math.log10(p))
+            k = of.quantile(p, upper)
+            mp.dps = 360
+            yield ",".join(["u" if upper else "q", repr(p), repr(float(k)), "0"])
+            if k not in seen:
+                seen.add(k)
+                values = [number(value(k)) for value in (of.probability, of.lower, of.upper)]
+                yield ",".join(["v", repr(float(k)), *values, "0", "0", "0"])
+
+
+def discrete_moments_line(of):
+    """By the sum of the terms that are left at the precision."""
+    mp.dps = 30
+    terms = [(mpf(k), of.probability(k)) for k in range(of.low, of.quantile(1e-29, True) + 1)]
+    mean = sum(k * f for k, f in terms)
+    central = [sum((k - mean) ** power * f for k, f in terms) for power in (2, 3, 4)]
+    entropy = -sum(f * mp.log(f) for _, f in terms if f > 0)
+    deviation = mp.sqrt(central[0])
+    values = [mean, central[0], central[1] / deviation**3, central[2] / deviation**4, entropy, of.quantile(0.5, False)]
+    return ",".join(["m", *(mp.nstr(mpf(v), 14) for v in values)])
+
+
+NO_MOMENTS = {"Cauchy", "half-Cauchy", "Levy", "Student", "triangular"}
 
 
 def main(names):
-    for name, (reference, parameter_sets) in CONTINUOUS.items():
-        if names and name not in names:
-            continue
-        for i, parameters in enumerate(parameter_sets):
-            of = reference(*parameters)
-            print(",".join(["=", name, *map(repr, parameters)]))
-            if i == 0 and name not in NO_MOMENTS:
-                print(moments_line(of))
-            for line in lines_of(of):
-                print(line)
-            sys.stdout.flush()
+    kinds = [(CONTINUOUS, lines_of, moments_line), (DISCRETE, discrete_lines, discrete_moments_line)]
+    for references, lines, moments in kinds:
+        for name, (reference, parameter_sets) in references.items():
+            if names and name not in names:
+                continue
+            for i, parameters in enumerate(parameter_sets):
+                mp.dps = 700
+                of = reference(*parameters)
+                print(",".join(["=", name, *map(repr, parameters)]))
+                if i == 0 and name not in NO_MOMENTS:
+                    print(moments(of))
+                for line in lines(of):
+                    print(line)
+                sys.stdout.flush()
 
 
 if __name__ == "__main__":
