@@ -64,10 +64,12 @@ constexpr const Description* kAll[] = {
     &kRayleigh,
     &kReciprocal,
     &kStudent,
+    &kLognormal3,
     &kWeibull3,
     &kTriangular,
     &kUniform,
     &kWeibull,
+    &kSemicircle,
 };
 
 /// The name without what does not matter in it.
