@@ -2,6 +2,9 @@
 
 #include <cmath>
 #include <limits>
+#include <stdexcept>
+
+#include "numbers/floating_point_scope.h"
 
 namespace DistLib {
 namespace {
@@ -42,8 +45,7 @@ bool Known(std::int16_t request) {
   return request >= PDFLIB_MOMENTS && request <= PDFLIB_UPPER_QUANTILE && request != 5;
 }
 
-}  // namespace
-
+/// Answers from the distribution, whose exceptions are not caught.
 std::int16_t AnswerFrom(const PdfDist& distribution, const Question& question) {
   if (!Known(question.request) || question.reserved != 0) return PDFLIB_UNKNOWN_REQUEST;
   if (question.results == nullptr) return PDFLIB_NULL_POINTER;
@@ -52,6 +54,24 @@ std::int16_t AnswerFrom(const PdfDist& distribution, const Question& question) {
   if (!std::isfinite(value)) return PDFLIB_NO_VALUE;
   *question.results = value;
   return PDFLIB_OK;
+}
+
+}  // namespace
+
+// A Windows process starts with long double at only 53 bits, and the caller may have set any mode;
+// the scope therefore covers the whole computation.
+std::int16_t Answer(const Description& description, std::initializer_list<double> parameters,
+                    const Question& question) noexcept {
+  const zavrel::FloatingPointScope scope;
+  try {
+    const std::unique_ptr<PdfDist> distribution = MakeDistribution(
+        description, std::span<const double>(parameters.begin(), parameters.size()));
+    return AnswerFrom(*distribution, question);
+  } catch (const std::domain_error&) {
+    return PDFLIB_OUTSIDE_DOMAIN;
+  } catch (...) {
+    return PDFLIB_NO_VALUE;
+  }
 }
 
 }  // namespace DistLib
