@@ -35,22 +35,6 @@ Value ToValue(const uno_Any& any) {
   }
 }
 
-/// An array from the rows that Calc passes, all of one length.
-Operand ToArray(uno_Sequence* sequence) {
-  const auto rows = ElementsOf<uno_Sequence*>(sequence);
-  if (rows.empty() || rows.front()->nElements == 0) return Value(ErrorCode::kValue);
-  auto array = std::make_shared<Array>();
-  array->rows = static_cast<std::int32_t>(rows.size());
-  array->columns = rows.front()->nElements;
-  array->values.reserve(rows.size() * static_cast<std::size_t>(array->columns));
-  for (uno_Sequence* row : rows) {
-    if (row->nElements != array->columns) return Value(ErrorCode::kValue);
-    for (const uno_Any& element : ElementsOf<uno_Any>(row))
-      array->values.push_back(ToValue(element));
-  }
-  return zavhost::ArrayPtr(std::move(array));
-}
-
 /// Calc's code of an error, which it finds in the low bits of a number that is none.
 double ErrorNumber(ErrorCode error) {
   static constexpr std::pair<ErrorCode, std::uint64_t> kCodes[] = {
@@ -112,6 +96,21 @@ void ConstructArray(uno_Any& result, const Array& array) {
 }
 
 }  // namespace
+
+Operand ToArray(uno_Sequence* sequence) {
+  const auto rows = ElementsOf<uno_Sequence*>(sequence);
+  if (rows.empty() || rows.front()->nElements == 0) return Value(ErrorCode::kValue);
+  auto array = std::make_shared<Array>();
+  array->rows = static_cast<std::int32_t>(rows.size());
+  array->columns = rows.front()->nElements;
+  array->values.reserve(rows.size() * static_cast<std::size_t>(array->columns));
+  for (uno_Sequence* row : rows) {
+    if (row->nElements != array->columns) return Value(ErrorCode::kValue);
+    for (const uno_Any& element : ElementsOf<uno_Any>(row))
+      array->values.push_back(ToValue(element));
+  }
+  return zavhost::ArrayPtr(std::move(array));
+}
 
 Operand ToOperand(const uno_Any& argument) {
   switch (argument.pType->eTypeClass) {

@@ -10,6 +10,8 @@ namespace zavcalc {
 /// left it out. Calc passes blank cells of a range and empty texts alike, as "": they arrive as
 /// blank.
 zavhost::Operand ToOperand(const uno_Any& argument);
+/// The array of these rows, which have one length; #VALUE! if there is none.
+zavhost::Operand ToArray(uno_Sequence* rows);
 
 /// Constructs the result of a call. An error is a number with Calc's own code for it in its bits; a
 /// boolean is 1 or 0, since Calc shows a boolean of an add-in as 0.

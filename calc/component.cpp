@@ -3,11 +3,13 @@
 
 #include <algorithm>
 #include <atomic>
+#include <map>
 #include <string_view>
 #include <vector>
 
 #include "calc/add_in.h"
 #include "calc/any_value.h"
+#include "calc/document.h"
 #include "calc/uno.h"
 
 namespace zavcalc {
@@ -27,16 +29,20 @@ constexpr std::u16string_view kServiceInfo = u"com.sun.star.lang.XServiceInfo";
 constexpr std::u16string_view kFactory = u"com.sun.star.lang.XSingleComponentFactory";
 constexpr std::u16string_view kFunctions = u"org.zavrel.calc.XFunctions";
 
+constexpr std::u16string_view kListener = u"com.sun.star.util.XModifyListener";
+
 constexpr std::u16string_view kFactoryInterfaces[] = {kInterface, kTypeProvider, kServiceInfo,
                                                       kFactory};
 constexpr std::u16string_view kFunctionInterfaces[] = {kInterface, kTypeProvider, kServiceInfo,
                                                        kFunctions};
+constexpr std::u16string_view kListenerInterfaces[] = {kInterface, kListener};
 
 /// An object of the component: what it implements and how many hold it.
 struct Object {
   uno_Interface base;  // the first member: the address of both is the same
   std::atomic<int> users;
   std::span<const std::u16string_view> interfaces;
+  uno_Interface* document = nullptr;  // that a listener listens to
 };
 
 Object& ObjectOf(uno_Interface* base) { return *reinterpret_cast<Object*>(base); }
@@ -50,8 +56,9 @@ void SAL_CALL Dispatch(uno_Interface* base, const typelib_TypeDescription* membe
                        void** arguments, uno_Any** exception);
 
 /// A new object with one user.
-uno_Interface* NewObject(std::span<const std::u16string_view> interfaces) {
-  return &(new Object{{&Acquire, &Release, &Dispatch}, 1, interfaces})->base;
+uno_Interface* NewObject(std::span<const std::u16string_view> interfaces,
+                         uno_Interface* document = nullptr) {
+  return &(new Object{{&Acquire, &Release, &Dispatch}, 1, interfaces, document})->base;
 }
 
 // The methods of every object.
@@ -77,16 +84,45 @@ uno_Sequence* ServiceNames() {
   return names;
 }
 
+// The documents, by the objects that Calc passes for them.
+
+std::map<uno_Interface*, Document>& Documents() {
+  static auto& documents = *new std::map<uno_Interface*, Document>;
+  return documents;
+}
+
+Document& DocumentOf(uno_Interface* model) {
+  auto& documents = Documents();
+  if (const auto known = documents.find(model); known != documents.end()) return known->second;
+  UnoReference listener = UnoReference::Owning(NewObject(kListenerInterfaces, model));
+  uno_Interface* address = listener.get();
+  const UnoReference shared = UnoReference::Sharing(model);
+  shared.As(u"com.sun.star.util.XModifyBroadcaster")
+      .Call(u"com.sun.star.util.XModifyBroadcaster::addModifyListener", nullptr, {&address});
+  return documents.try_emplace(model, UnoReference::Sharing(model)).first->second;
+}
+
+void AnswerListener(const Object& listener, std::u16string_view method) {
+  const auto document = Documents().find(listener.document);
+  if (document == Documents().end()) return;
+  if (method == u"modified") document->second.Forget();
+  if (method == u"disposing") Documents().erase(document);
+}
+
 // The functions.
 
+/// The first argument is the document, which formulas do not show; then come theirs.
 Operand CallFunction(std::u16string_view name, const typelib_TypeDescription* member,
                      void** arguments) {
   static AddIn& add_in = *new AddIn;  // for the life of the office: its end has no good order
   const auto* method = reinterpret_cast<const typelib_InterfaceMethodTypeDescription*>(member);
   std::vector<Operand> operands;
-  for (sal_Int32 i = 0; i < method->nParams; ++i)
+  for (sal_Int32 i = 1; i < method->nParams; ++i)
     operands.push_back(ToOperand(*static_cast<const uno_Any*>(arguments[i])));
-  return add_in.Call(name, operands);
+  auto* model = *static_cast<uno_Interface**>(arguments[0]);
+  if (model == nullptr) return Value(ErrorCode::kValue);
+  const auto resolved = DocumentOf(model).Resolve(name, operands);
+  return resolved ? add_in.Call(name, *resolved) : Value(ErrorCode::kValue);
 }
 
 void AnswerFunction(std::u16string_view name, const typelib_TypeDescription* member,
@@ -108,6 +144,8 @@ void SAL_CALL Dispatch(uno_Interface* base, const typelib_TypeDescription* membe
   const std::u16string_view method = name.substr(colons + 2);
   if (name.substr(0, colons) == kFunctions) {
     AnswerFunction(method, member, arguments, *static_cast<uno_Any*>(result));
+  } else if (object.document != nullptr && method != u"queryInterface") {
+    AnswerListener(object, method);
   } else if (method == u"queryInterface") {
     QueryInterface(object, arguments[0], *static_cast<uno_Any*>(result));
   } else if (method == u"getTypes") {

@@ -51,7 +51,8 @@ def parameter(index):
 def interface():
     methods = []
     for function in functions():
-        parameters = ", ".join(f"[in] any {parameter(index)}" for index in range(function.arity))
+        parameters = ", ".join(["[in] com::sun::star::beans::XPropertySet document",
+                                *(f"[in] any {parameter(index)}" for index in range(function.arity))])
         methods.append(f"    any {function.name}({parameters});\n")
     return ("module org { module zavrel { module calc {\n  interface XFunctions {\n" + "".join(methods)
             + "  };\n}; }; };\n")
