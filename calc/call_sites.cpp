@@ -17,14 +17,14 @@ constexpr int kDeepest = 200;
 
 /// Functions of Calc whose result is a number, whatever their arguments are.
 constexpr std::u16string_view kNumberFunctions[] = {
-    u"ABS",   u"AVERAGE", u"COLUMN", u"COLUMNS", u"COUNT",  u"COUNTA", u"EXP",  u"INT",
-    u"LEN",   u"LN",      u"LOG",    u"LOG10",   u"MAX",    u"MEDIAN", u"MIN",  u"MOD",
-    u"PI",    u"POWER",   u"RAND",   u"ROUND",   u"ROW",    u"ROWS",   u"SQRT", u"STDEV",
-    u"STDEVP", u"SUM",    u"SUMPRODUCT", u"VAR", u"VARP",
+    u"ABS",    u"AVERAGE", u"COLUMN",     u"COLUMNS", u"COUNT", u"COUNTA", u"EXP",  u"INT",
+    u"LEN",    u"LN",      u"LOG",        u"LOG10",   u"MAX",   u"MEDIAN", u"MIN",  u"MOD",
+    u"PI",     u"POWER",   u"RAND",       u"ROUND",   u"ROW",   u"ROWS",   u"SQRT", u"STDEV",
+    u"STDEVP", u"SUM",     u"SUMPRODUCT", u"VAR",     u"VARP",
 };
 /// Functions of the add-in whose result is a boolean.
-constexpr std::u16string_view kBooleanFunctions[] = {
-    u"ZAVISBLANK", u"ZAVCATEGORYNAMECOMPARE", u"ZAVMWUSINGNORMALAPPROXIMATION"};
+constexpr std::u16string_view kBooleanFunctions[] = {u"ZAVISBLANK", u"ZAVCATEGORYNAMECOMPARE",
+                                                     u"ZAVMWUSINGNORMALAPPROXIMATION"};
 
 template <class Names>
 bool StandsIn(const Names& names, std::u16string_view name) {
@@ -139,9 +139,11 @@ class Reader {
   SiteArgument Joined() {
     SiteArgument operand = Primary();
     for (SkipBlanks(); Next() == u'~' || Next() == u'!' || Next() == u':'; SkipBlanks()) {
+      const bool is_union = Next() == u'~';
       ++at_;
       Primary();
       operand = {};
+      if (is_union) operand.kind = Kind::kRefused;
     }
     while (Take(u'%')) operand = Plain();
     return operand;
@@ -196,15 +198,36 @@ class Reader {
     return {};
   }
 
+  /// Columns are parted by ; and rows by |.
   SiteArgument InlineArray() {
-    SiteArgument array = Plain();
+    SiteArgument argument;
+    argument.kind = Kind::kArray;
+    zavhost::Array& array = argument.array;
+    array.rows = 0;
     Expect(u'{');
     do {
-      const SiteArgument element = Signed();
-      if (element.kind != Kind::kNumber && element.kind != Kind::kText) array.is_plain = false;
-    } while (Take(u';') || Take(u'|'));
+      ++array.rows;
+      do {
+        array.values.push_back(Element());
+      } while (Take(u';'));
+    } while (Take(u'|'));
     Expect(u'}');
-    return array;
+    array.columns = static_cast<std::int32_t>(array.values.size()) / array.rows;
+    return argument;
+  }
+
+  zavhost::Value Element() {
+    SiteArgument element = Signed();
+    switch (element.kind) {
+      case Kind::kNumber:
+        return element.number;
+      case Kind::kText:
+        return zavhost::Value(std::u16string_view(element.text));
+      case Kind::kBoolean:
+        return element.number == 1;
+      default:  // an error, with which Calc does not call
+        return zavhost::ErrorCode::kValue;
+    }
   }
 
   // Names and functions.
@@ -215,6 +238,7 @@ class Reader {
     if (at_ == begin) throw Unreadable();
     const std::u16string name = UpperCase(text_.substr(begin, at_ - begin));
     if (Take(u'(')) return Function(name);
+    if (name == u"TRUE" || name == u"FALSE") return Boolean(name == u"TRUE");
     if (const auto range = scope_.range_named(text_.substr(begin, at_ - begin))) {
       SiteArgument argument;
       argument.kind = Kind::kReference;
@@ -222,6 +246,13 @@ class Reader {
       return argument;
     }
     return {};
+  }
+
+  static SiteArgument Boolean(bool is_true) {
+    SiteArgument boolean;
+    boolean.kind = Kind::kBoolean;
+    boolean.number = is_true ? 1 : 0;
+    return boolean;
   }
 
   SiteArgument Function(const std::u16string& name) {
@@ -233,12 +264,7 @@ class Reader {
       Expect(u')');
     }
     if (name.starts_with(kPrefix)) return OwnFunction(name.substr(kPrefix.size()), arguments);
-    if (name == u"TRUE" || name == u"FALSE") {
-      SiteArgument boolean;
-      boolean.kind = Kind::kBoolean;
-      boolean.number = name == u"TRUE" ? 1 : 0;
-      return boolean;
-    }
+    if (name == u"TRUE" || name == u"FALSE") return Boolean(name == u"TRUE");
     if (name == u"IF" && arguments.size() == 3) return Choice(arguments[1], arguments[2]);
     return StandsIn(kNumberFunctions, name) ? Plain() : SiteArgument{};
   }
@@ -271,8 +297,7 @@ class Reader {
           break;
         case Kind::kExpression:
           choice.is_plain = choice.is_plain && value->is_plain;
-          choice.sources.insert(choice.sources.end(), value->sources.begin(),
-                                value->sources.end());
+          choice.sources.insert(choice.sources.end(), value->sources.begin(), value->sources.end());
           break;
         default:
           choice.is_plain = false;

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "host/workbook/value.h"
+
 namespace zavcalc {
 
 /// A range of one sheet. Rows and columns count from 0.
@@ -28,11 +30,14 @@ struct SiteArgument {
     kBoolean,
     kReference,
     kSeveralSheets,  // a reference over several sheets, of which Calc passes the first
+    kArray,          // written in the formula
+    kRefused,        // a union of ranges: Calc fails before it calls
     kExpression,
   };
   Kind kind = Kind::kExpression;
   double number = 0;     // kNumber; 1 or 0 for kBoolean
   std::u16string text;   // kText
+  zavhost::Array array;  // kArray
   SheetRange reference;  // kReference, and the part of the first sheet of kSeveralSheets
   /// Of an expression: no value in it can be a boolean or stem from a blank cell, if none of the
   /// `sources` holds any.

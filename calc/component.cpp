@@ -121,8 +121,13 @@ Operand CallFunction(std::u16string_view name, const typelib_TypeDescription* me
     operands.push_back(ToOperand(*static_cast<const uno_Any*>(arguments[i])));
   auto* model = *static_cast<uno_Interface**>(arguments[0]);
   if (model == nullptr) return Value(ErrorCode::kValue);
-  const auto resolved = DocumentOf(model).Resolve(name, operands);
-  return resolved ? add_in.Call(name, *resolved) : Value(ErrorCode::kValue);
+  const auto meanings = DocumentOf(model).Resolve(name, operands);
+  if (meanings.empty()) return Value(ErrorCode::kValue);
+  Operand result = add_in.Call(name, meanings.front());
+  for (const auto& other : std::span(meanings).subspan(1)) {
+    if (!IsSame(add_in.Call(name, other), result)) return Value(ErrorCode::kValue);
+  }
+  return result;
 }
 
 void AnswerFunction(std::u16string_view name, const typelib_TypeDescription* member,

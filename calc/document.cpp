@@ -20,6 +20,8 @@ using Kind = SiteArgument::Kind;
 constexpr std::int16_t kFormulaCells = 16;
 /// More calls of a function than this that may be meant by the same values are not looked through.
 constexpr std::size_t kMostCandidates = 20'000;
+/// Each meaning of the arguments is a call.
+constexpr std::size_t kMostMeanings = 4;
 
 /// com.sun.star.table.CellRangeAddress
 struct RangeAddress {
@@ -91,12 +93,15 @@ Operand WithoutBlanks(const Operand& operand) {
   return ArrayPtr(std::move(texts));
 }
 
-bool IsSame(const Operand& a, const Operand& b) {
-  const auto* one = std::get_if<ArrayPtr>(&a);
-  const auto* other = std::get_if<ArrayPtr>(&b);
-  if (one == nullptr || other == nullptr) return a == b;
-  return (*one)->rows == (*other)->rows && (*one)->columns == (*other)->columns &&
-         (*one)->values == (*other)->values;
+/// Whether the values are those of an array, as Calc passes them.
+bool IsArray(const Array& array, const Operand& given) {
+  const auto* values = std::get_if<ArrayPtr>(&given);
+  if (values == nullptr || (*values)->rows != array.rows || (*values)->columns != array.columns)
+    return false;
+  return std::ranges::equal(array.values, (*values)->values, [](const Value& a, const Value& b) {
+    const bool* boolean = a.boolean();
+    return (boolean == nullptr ? a : Value(*boolean ? 1.0 : 0.0)) == WithoutBlank(b);
+  });
 }
 
 /// Whether a call with this argument can have passed these values, as far as the formula says.
@@ -113,6 +118,10 @@ bool MayBe(const SiteArgument& argument, const Operand& given) {
     case Kind::kReference:
     case Kind::kSeveralSheets:
       return HasShape(given, argument.reference);
+    case Kind::kArray:
+      return IsArray(argument.array, given);
+    case Kind::kRefused:
+      return false;
     case Kind::kExpression:
       return !std::holds_alternative<zavhost::MissingArgument>(given);
   }
@@ -136,8 +145,7 @@ bool MayBe(const CallSite& site, std::span<const Operand> arguments) {
 std::optional<std::int32_t> FormatOf(const UnoReference& range) {
   UnoText property(u"NumberFormat");
   const AnyValue format(range.As(u"com.sun.star.beans.XPropertySet"),
-                        u"com.sun.star.beans.XPropertySet::getPropertyValue",
-                        {property.address()});
+                        u"com.sun.star.beans.XPropertySet::getPropertyValue", {property.address()});
   if (format.get().pType->eTypeClass != typelib_TypeClass_LONG) return std::nullopt;
   return *static_cast<const std::int32_t*>(format.get().pData);
 }
@@ -149,9 +157,25 @@ bool IsLogical(std::int32_t format) {
   return format % kFormatsOfLanguage == kLogicalFormat;
 }
 
+std::u16string UpperCase(std::u16string_view ascii) {
+  std::u16string upper(ascii);
+  for (char16_t& c : upper) {
+    if (c >= u'a' && c <= u'z') c = static_cast<char16_t>(c - u'a' + u'A');
+  }
+  return upper;
+}
+
 std::u16string LowerCase(std::u16string_view text) { return zavhost::LowerCase(text); }
 
 }  // namespace
+
+bool IsSame(const Operand& a, const Operand& b) {
+  const auto* one = std::get_if<ArrayPtr>(&a);
+  const auto* other = std::get_if<ArrayPtr>(&b);
+  if (one == nullptr || other == nullptr) return a == b;
+  return (*one)->rows == (*other)->rows && (*one)->columns == (*other)->columns &&
+         (*one)->values == (*other)->values;
+}
 
 // Reading the document.
 
@@ -162,9 +186,9 @@ void Document::Read() {
   several_sheets_.clear();
   kinds_.clear();
   constants_.clear();
-  const UnoReference sheets = model_.As(u"com.sun.star.sheet.XSpreadsheetDocument")
-                                  .ObjectFrom(
-                                      u"com.sun.star.sheet.XSpreadsheetDocument::getSheets", {});
+  const UnoReference sheets =
+      model_.As(u"com.sun.star.sheet.XSpreadsheetDocument")
+          .ObjectFrom(u"com.sun.star.sheet.XSpreadsheetDocument::getSheets", {});
   SequenceValue names(u"[]string");
   sheets.As(u"com.sun.star.container.XNameAccess")
       .Call(u"com.sun.star.container.XNameAccess::getElementNames", names.Receive(), {});
@@ -182,10 +206,9 @@ void Document::Read() {
 void Document::ReadSheet(std::int32_t index) {
   SheetCells& cells = sheets_[static_cast<std::size_t>(index)];
   std::int16_t flags = kFormulaCells;
-  cells.formulas = RangesOf(cells.sheet.As(u"com.sun.star.sheet.XCellRangesQuery")
-                                .ObjectFrom(
-                                    u"com.sun.star.sheet.XCellRangesQuery::queryContentCells",
-                                    {&flags}));
+  cells.formulas = RangesOf(
+      cells.sheet.As(u"com.sun.star.sheet.XCellRangesQuery")
+          .ObjectFrom(u"com.sun.star.sheet.XCellRangesQuery::queryContentCells", {&flags}));
   for (const SheetRange& range : std::vector<SheetRange>(cells.formulas))
     ReadFormulas(index, range);
 }
@@ -206,13 +229,13 @@ void Document::ReadFormulas(std::int32_t index, const SheetRange& range) {
 
 void Document::AddFormula(std::int32_t sheet, std::int32_t column, std::int32_t row,
                           std::u16string_view text) {
-  const NameScope scope{
-      sheet,
-      [&](std::u16string_view name) -> std::optional<std::int32_t> {
-        const auto found = sheet_indices_.find(LowerCase(name));
-        return found == sheet_indices_.end() ? std::nullopt : std::optional(found->second);
-      },
-      [&](std::u16string_view name) { return RangeNamed(sheet, name); }};
+  const NameScope scope{sheet,
+                        [&](std::u16string_view name) -> std::optional<std::int32_t> {
+                          const auto found = sheet_indices_.find(LowerCase(name));
+                          return found == sheet_indices_.end() ? std::nullopt
+                                                               : std::optional(found->second);
+                        },
+                        [&](std::u16string_view name) { return RangeNamed(sheet, name); }};
   const auto calls = ReadFormula(text, scope);
   if (!calls || !calls->is_plain)
     sheets_[static_cast<std::size_t>(sheet)].unplain.push_back({sheet, column, row, column, row});
@@ -272,9 +295,9 @@ std::optional<SheetRange> Document::NamedIn(const UnoReference& owner, std::u16s
 UnoReference Document::RangeObject(const SheetRange& range) const {
   SheetRange corners = range;
   return sheets_.at(static_cast<std::size_t>(range.sheet))
-      .sheet.ObjectFrom(u"com.sun.star.table.XCellRange::getCellRangeByPosition",
-                        {&corners.first_column, &corners.first_row, &corners.last_column,
-                         &corners.last_row});
+      .sheet.ObjectFrom(
+          u"com.sun.star.table.XCellRange::getCellRangeByPosition",
+          {&corners.first_column, &corners.first_row, &corners.last_column, &corners.last_row});
 }
 
 const Document::Kinds& Document::KindsOf(const SheetRange& range) {
@@ -282,13 +305,14 @@ const Document::Kinds& Document::KindsOf(const SheetRange& range) {
   Kinds& kinds = entry->second;
   if (!is_new) return kinds;
   const UnoReference object = RangeObject(range);
-  kinds.blank = RangesOf(object.As(u"com.sun.star.sheet.XCellRangesQuery")
-                             .ObjectFrom(
-                                 u"com.sun.star.sheet.XCellRangesQuery::queryEmptyCells", {}));
+  kinds.blank =
+      RangesOf(object.As(u"com.sun.star.sheet.XCellRangesQuery")
+                   .ObjectFrom(u"com.sun.star.sheet.XCellRangesQuery::queryEmptyCells", {}));
   FindLogical(object, range, kinds.logical);
   const SheetCells& cells = sheets_[static_cast<std::size_t>(range.sheet)];
-  kinds.has_formulas = std::ranges::any_of(
-      cells.formulas, [&](const SheetRange& formula) { return Common(formula, range).has_value(); });
+  kinds.has_formulas = std::ranges::any_of(cells.formulas, [&](const SheetRange& formula) {
+    return Common(formula, range).has_value();
+  });
   for (const SheetRange& cell : cells.unplain) {
     if (Common(cell, range)) kinds.uncertain.push_back(cell);
   }
@@ -392,70 +416,98 @@ std::optional<Operand> Document::FromCells(const SheetRange& range, const Operan
   return ArrayPtr(std::make_shared<Array>(std::move(cells)));
 }
 
-/// The arguments as the cells of a call say; nothing if that cannot be known.
-std::optional<Document::Operands> Document::At(const CallSite& site,
-                                               std::span<const Operand> arguments,
-                                               bool is_only_one) {
-  Operands resolved(arguments.begin(), arguments.end());
-  for (std::size_t i = 0; i < site.arguments.size(); ++i) {
-    const SiteArgument& argument = site.arguments[i];
-    if (argument.kind == Kind::kSeveralSheets) {
-      resolved[i] = Value(ErrorCode::kRef);
-      continue;
-    }
-    if (!IsAmbiguous(arguments[i])) continue;
-    if (argument.kind == Kind::kBoolean) resolved[i] = Value(argument.number == 1);
-    if (argument.kind == Kind::kText) resolved[i] = Value(argument.text);
-    if (argument.kind == Kind::kReference) {
-      auto cells = FromCells(argument.reference, arguments[i], is_only_one);
-      if (!cells) return std::nullopt;
-      resolved[i] = *std::move(cells);
-    }
-    if (argument.kind == Kind::kExpression) {
-      const bool is_plain =
-          argument.is_plain && std::ranges::all_of(argument.sources, [&](const SheetRange& source) {
-            return KindsOf(source).IsPlain();
-          });
-      if (!is_plain) return std::nullopt;
-      resolved[i] = WithoutBlanks(arguments[i]);
-    }
+/// What the values of an argument can be; empty if that cannot be known.
+std::vector<Operand> Document::Meanings(const SiteArgument& argument, const Operand& given,
+                                        bool is_only_one) {
+  switch (argument.kind) {
+    case Kind::kSeveralSheets:
+      return {Value(ErrorCode::kRef)};
+    case Kind::kBoolean:
+      return {Value(argument.number == 1)};
+    case Kind::kText:
+      return {Value(std::u16string_view(argument.text))};
+    case Kind::kArray:
+      return {std::make_shared<const Array>(argument.array)};
+    case Kind::kReference:
+      if (auto cells = FromCells(argument.reference, given, is_only_one)) return {*cells};
+      return {};
+    case Kind::kExpression:
+      break;
+    default:
+      return {given};
   }
-  return resolved;
+  if (!argument.is_plain) return {};
+  bool has_blank = false;
+  for (const SheetRange& source : argument.sources) {
+    const Kinds& kinds = KindsOf(source);
+    if (!kinds.logical.empty() || !kinds.uncertain.empty()) return {};
+    has_blank = has_blank || !kinds.blank.empty();
+  }
+  if (has_blank) return {WithoutBlanks(given), given};
+  return {WithoutBlanks(given)};
 }
 
-std::optional<std::vector<Operand>> Document::Resolve(std::u16string_view function,
-                                                      std::span<const Operand> arguments) {
-  if (!is_read_) Read();
-  std::u16string key(function);
-  for (char16_t& c : key) {
-    if (c >= u'a' && c <= u'z') c = static_cast<char16_t>(c - u'a' + u'A');
+/// All that the arguments can be if this is the call; empty if that cannot be known.
+std::vector<Document::Operands> Document::At(const CallSite& site,
+                                             std::span<const Operand> arguments, bool is_only_one) {
+  std::vector<Operands> all{Operands(arguments.begin(), arguments.end())};
+  for (std::size_t i = 0; i < site.arguments.size(); ++i) {
+    const SiteArgument& argument = site.arguments[i];
+    if (argument.kind != Kind::kSeveralSheets && argument.kind != Kind::kArray &&
+        !IsAmbiguous(arguments[i]))
+      continue;
+    const std::vector<Operand> meanings = Meanings(argument, arguments[i], is_only_one);
+    if (all.size() * meanings.size() > kMostMeanings) return {};
+    std::vector<Operands> extended;
+    for (const Operands& operands : all) {
+      for (const Operand& meaning : meanings) {
+        extended.push_back(operands);
+        extended.back()[i] = meaning;
+      }
+    }
+    all = std::move(extended);
   }
-  const bool is_ambiguous = std::ranges::any_of(
-      arguments, [](const Operand& operand) { return IsAmbiguous(operand); });
+  return all;
+}
+
+/// A range of constants with other values than these was not passed.
+bool Document::IsExcluded(const CallSite& site, std::span<const Operand> arguments) {
+  for (std::size_t i = 0; i < site.arguments.size(); ++i) {
+    const SiteArgument& argument = site.arguments[i];
+    if (argument.kind == Kind::kReference && !KindsOf(argument.reference).has_formulas &&
+        !HoldsConstants(argument.reference, arguments[i]))
+      return true;
+  }
+  return false;
+}
+
+std::vector<Document::Operands> Document::Resolve(std::u16string_view function,
+                                                  std::span<const Operand> arguments) {
+  if (!is_read_) Read();
+  const std::u16string key = UpperCase(function);
+  const bool is_ambiguous =
+      std::ranges::any_of(arguments, [](const Operand& operand) { return IsAmbiguous(operand); });
   if (!is_ambiguous && !several_sheets_.contains(key))
-    return Operands(arguments.begin(), arguments.end());
+    return {Operands(arguments.begin(), arguments.end())};
   std::vector<const CallSite*> candidates;
   for (const CallSite& site : sites_[key]) {
     if (MayBe(site, arguments)) candidates.push_back(&site);
   }
-  if (candidates.size() > kMostCandidates) return std::nullopt;
-  std::optional<Operands> meant;
+  if (candidates.size() > kMostCandidates) return {};
+  if (candidates.size() > 1)
+    std::erase_if(candidates, [&](const CallSite* site) { return IsExcluded(*site, arguments); });
+  std::vector<Operands> all;
   for (const CallSite* site : candidates) {
-    // A range of constants with other values than these was not passed.
-    bool is_excluded = false;
-    for (std::size_t i = 0; i < site->arguments.size() && !is_excluded; ++i) {
-      const SiteArgument& argument = site->arguments[i];
-      is_excluded = candidates.size() > 1 && argument.kind == Kind::kReference &&
-                    !KindsOf(argument.reference).has_formulas &&
-                    !HoldsConstants(argument.reference, arguments[i]);
+    const std::vector<Operands> here = At(*site, arguments, candidates.size() == 1);
+    if (here.empty()) return {};
+    for (const Operands& operands : here) {
+      const bool is_known = std::ranges::any_of(
+          all, [&](const Operands& known) { return std::ranges::equal(known, operands, IsSame); });
+      if (!is_known) all.push_back(operands);
     }
-    if (is_excluded) continue;
-    auto here = At(*site, arguments, candidates.size() == 1);
-    if (!here) return std::nullopt;
-    if (meant && !std::ranges::equal(*meant, *here, IsSame)) return std::nullopt;
-    meant = std::move(here);
+    if (all.size() > kMostMeanings) return {};
   }
-  return meant;
+  return all;
 }
 
 }  // namespace zavcalc

@@ -23,6 +23,9 @@
 
 namespace zavcalc {
 
+/// Whether two operands hold the same values of the same kinds.
+bool IsSame(const zavhost::Operand& a, const zavhost::Operand& b);
+
 class Document {
  public:
   explicit Document(UnoReference model) : model_(std::move(model)) {}
@@ -30,15 +33,17 @@ class Document {
   /// Something in the document has changed: what was read before no longer counts.
   void Forget() { is_read_ = false; }
 
-  /// The arguments of a call with the kinds that their cells have. Nothing if that cannot be known.
-  std::optional<std::vector<zavhost::Operand>> Resolve(
-      std::u16string_view function, std::span<const zavhost::Operand> arguments);
+  using Operands = std::vector<zavhost::Operand>;
+  /// The arguments of a call with the kinds that their cells have: all that they can be. Empty if
+  /// that cannot be known.
+  std::vector<Operands> Resolve(std::u16string_view function,
+                                std::span<const zavhost::Operand> arguments);
 
  private:
   struct SheetCells {
-    UnoReference sheet;                  // as XCellRange
-    std::vector<SheetRange> formulas;    // ranges of cells with formulas
-    std::vector<SheetRange> unplain;     // cells whose formula may give a boolean or the like
+    UnoReference sheet;                // as XCellRange
+    std::vector<SheetRange> formulas;  // ranges of cells with formulas
+    std::vector<SheetRange> unplain;   // cells whose formula may give a boolean or the like
   };
   /// What stands in a range beside plain numbers and texts.
   struct Kinds {
@@ -48,7 +53,6 @@ class Document {
     bool has_formulas = false;
     bool IsPlain() const { return blank.empty() && logical.empty() && uncertain.empty(); }
   };
-  using Operands = std::vector<zavhost::Operand>;
 
   void Read();
   void ReadSheet(std::int32_t index);
@@ -65,10 +69,13 @@ class Document {
                    std::vector<SheetRange>& logical);
   const zavhost::Array& Constants(const SheetRange& range);
 
-  std::optional<Operands> At(const CallSite& site, std::span<const zavhost::Operand> arguments,
-                             bool is_only_one);
-  std::optional<zavhost::Operand> FromCells(const SheetRange& range,
-                                            const zavhost::Operand& given, bool is_only_one);
+  bool IsExcluded(const CallSite& site, std::span<const zavhost::Operand> arguments);
+  std::vector<Operands> At(const CallSite& site, std::span<const zavhost::Operand> arguments,
+                           bool is_only_one);
+  std::vector<zavhost::Operand> Meanings(const SiteArgument& argument,
+                                         const zavhost::Operand& given, bool is_only_one);
+  std::optional<zavhost::Operand> FromCells(const SheetRange& range, const zavhost::Operand& given,
+                                            bool is_only_one);
   bool IsShownAsLogical(const SheetRange& cell) const;
   bool HoldsConstants(const SheetRange& range, const zavhost::Operand& given);
 
