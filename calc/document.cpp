@@ -143,9 +143,15 @@ bool MayBe(const CallSite& site, std::span<const Operand> arguments) {
 
 /// The key of a range's number format; nothing if its cells have several.
 std::optional<std::int32_t> FormatOf(const UnoReference& range) {
+  constexpr std::int32_t kAmbiguous = 2;  // com.sun.star.beans.PropertyState
   UnoText property(u"NumberFormat");
+  std::int32_t state = kAmbiguous;
+  range.As(u"com.sun.star.beans.XPropertyState")
+      .Call(u"com.sun.star.beans.XPropertyState::getPropertyState", &state, {property.address()});
+  if (state == kAmbiguous) return std::nullopt;
   const AnyValue format(range.As(u"com.sun.star.beans.XPropertySet"),
-                        u"com.sun.star.beans.XPropertySet::getPropertyValue", {property.address()});
+                        u"com.sun.star.beans.XPropertySet::getPropertyValue",
+                        {property.address()});
   if (format.get().pType->eTypeClass != typelib_TypeClass_LONG) return std::nullopt;
   return *static_cast<const std::int32_t*>(format.get().pData);
 }
