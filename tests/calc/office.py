@@ -69,7 +69,7 @@ class Office:
         local = uno.getComponentContext()
         resolver = local.ServiceManager.createInstanceWithContext("com.sun.star.bridge.UnoUrlResolver", local)
         self.process = subprocess.Popen(command)
-        deadline = time.monotonic() + 60
+        deadline = time.monotonic() + 240
         while True:
             try:
                 self.context = resolver.resolve(f"uno:pipe,name={pipe};urp;StarOffice.ComponentContext")
