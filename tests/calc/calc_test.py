@@ -5,6 +5,7 @@
 """
 import json
 import pathlib
+import random
 import re
 import struct
 import subprocess
@@ -81,33 +82,34 @@ def is_loud(difference):
     return isinstance(difference[3], str) and difference[3].startswith(("#", "Err:"))
 
 
-KINDS = ["=0", "=1", "=2.5", "blank", "TRUE", "FALSE", '="text"', '=""', "=1>0", "=1<0", '=IF(1>0;"";0)', "=3-3", "=1/0"]
+KINDS = ["=0", "=1", "=2.5", "blank", "TRUE", "FALSE", '="text"', '=""', "=1>0", "=1<0", '=IF(1>0;"";0)', "=3-3",
+         "=1/0"]
+
+
+def put_kind(document, sheet, column, row, kind):
+    cell = sheet.getCellByPosition(column, row)
+    formats = document.NumberFormats
+    cell.NumberFormat = formats.getStandardFormat(1024 if kind in ("TRUE", "FALSE") else 16,
+                                                  uno.createUnoStruct("com.sun.star.lang.Locale"))
+    if kind in ("TRUE", "FALSE"):
+        cell.Value = float(kind == "TRUE")
+    elif kind == '="text"':
+        cell.String = "text"
+    elif kind in ("=0", "=1", "=2.5"):
+        cell.Value = float(kind[1:])
+    else:
+        cell.Formula = "" if kind == "blank" else kind
 
 
 def write_kinds(document):
-    """Column A holds numbers; column B one cell of each kind; D, E, F the same with a number above and below."""
-    formats = document.NumberFormats
-    logical = formats.getStandardFormat(1024, uno.createUnoStruct("com.sun.star.lang.Locale"))
+    """Column A holds numbers; column B one cell of each kind; column D the same with a number above and below."""
     sheet = document.Sheets.getByIndex(0)
-
-    def put(column, row, kind):
-        cell = sheet.getCellByPosition(column, row)
-        if kind in ("TRUE", "FALSE"):
-            cell.Value = float(kind == "TRUE")
-            cell.NumberFormat = logical
-        elif kind == '="text"':
-            cell.String = "text"
-        elif kind in ("=0", "=1", "=2.5"):
-            cell.Value = float(kind[1:])
-        elif kind != "blank":
-            cell.Formula = kind
     for row, number in enumerate((4, 7, 1, 0, 9, 12)):
-        put(0, row, "=0")
         sheet.getCellByPosition(0, row).Value = number
     for place, kind in enumerate(KINDS):
-        put(1, place, kind)
+        put_kind(document, sheet, 1, place, kind)
         sheet.getCellByPosition(3, 3 * place).Value = 3
-        put(3, 3 * place + 1, kind)
+        put_kind(document, sheet, 3, 3 * place + 1, kind)
         sheet.getCellByPosition(3, 3 * place + 2).Value = 8
     return sheet
 
@@ -149,20 +151,85 @@ def check_kinds(calc, zavhost, scratch):
     calc.save(document, book, XLSX)
     document.close(True)
     host = {cell["cell"]: next(expected(cell))[2] for cell in host_cells(zavhost, book)}
-    wrong, loud, counts = [], 0, {}
+    wrong, loud = [], 0
     for row, (formula, kind) in enumerate(formulas):
         want = host[f"I{row + 1}"]
         for what, got in (("alone", alone[row]), ("together", together[row])):
             if same(want, got, formula):
                 continue
             difference = (what, formula, want, got, kind)
-            counts[what, kind] = counts.get((what, kind), 0) + 1
             if not is_loud(difference) or (what == "alone" and kind != "=1/0"):
                 wrong.append(difference)
             loud += 1
     print(f"kinds of cells: {2 * len(formulas)} results, {loud} of them errors that the host has not")
-    print(counts)
     return wrong
+
+
+def check_files(calc, zavhost, scratch):
+    """What Calc writes is read by the host with the values of the original: .xlsx -> .ods -> .xls -> .xlsx."""
+    source = ROOT / "examples/iris.xlsx"
+    original = host_cells(zavhost, source)
+    for name, form in (("iris.ods", ODS), ("iris.xls", XLS), ("iris.xlsx", XLSX)):
+        document = calc.open(source)
+        document.calculateAll()
+        source = scratch / name
+        calc.save(document, source, form)
+        document.close(True)
+    again = {(cell["sheet"], cell["cell"]): cell for cell in host_cells(zavhost, source)}
+    return [("after the round trip", cell["formula"], cell["value"], again.get((cell["sheet"], cell["cell"])))
+            for cell in original
+            if again.get((cell["sheet"], cell["cell"]), {}).get("value") != cell["value"]]
+
+
+def check_several_sheets(calc):
+    """A range over sheets, of which Calc passes the first one alone, is an error."""
+    document = calc.new()
+    document.Sheets.insertNewByName("Second", 1)
+    for index in range(2):
+        document.Sheets.getByIndex(index).getCellRangeByName("A1:A3").setDataArray(((3,), (4,), (8 + index,)))
+    cell = document.Sheets.getByIndex(0).getCellByPosition(4, 0)
+    cell.Formula = "=_xll.ZavMean($Sheet1.A1:$Second.A3)"
+    got = calc_value(cell)
+    document.close(True)
+    return [] if isinstance(got, str) else [("a range over sheets", cell.Formula, "an error", got)]
+
+
+def check_edits(calc, steps=300):
+    """After each edit no number is another than a new calculation of the whole document gives. An error may stay
+    that an edit of other cells has made needless."""
+    document = calc.new()
+    sheet = write_kinds(document)
+    watched = [sheet.getCellByPosition(7, row) for row in range(8)]
+    formulas = ("ZavMean(D1:D9)", "ZavMean(D4:D12)", "ZavCountCellsByType(B1:B12;1)", "ZavMean(H1;H2)",
+                "ZavCountCellsByType(D1:D9;4)", "ZavMedian(B1:B12;0)", "ZavCount(D1:D9)",
+                "ZavSum(ZavDestack(D1:D12;D1:D12;3))")
+    for cell, formula in zip(watched, formulas):
+        cell.Formula = f"=_xll.{formula}"
+    source, wrong = random.Random(1), []
+    for step in range(steps):
+        put_kind(document, sheet, source.choice((1, 3)), source.randrange(12), source.choice(KINDS[:-1]))
+        shown = [calc_value(cell) for cell in watched]
+        document.calculateAll()
+        for cell, before in zip(watched, shown):
+            difference = (f"after edit {step}", cell.Formula, calc_value(cell), before)
+            if difference[2] != before and not is_loud(difference) and difference[2] not in ERRORS.values():
+                wrong.append(difference)
+    document.close(True)
+    return wrong
+
+
+def check_removal(calc):
+    """The extension removed again leaves no function."""
+    calc.manager.removeExtension(office.IDENTIFIER, "ZavrelFunctions.oxt", "user", None, office.Approval())
+    calc.stop()
+    calc.start()
+    document = calc.new()
+    cell = document.Sheets.getByIndex(0).getCellByPosition(0, 0)
+    cell.Formula = "=_xll.ZavMean(3;4)"
+    got = calc_value(cell)
+    document.close(True)
+    left = list(calc.profile.rglob("libZavrel*"))
+    return [("after removal", "ZavMean", "#NAME?", got, *left)] if got != "#NAME?" or left else []
 
 
 def main():
@@ -179,6 +246,10 @@ def main():
             wrong += [difference for difference in found if not is_loud(difference)]
             document.close(True)
         wrong += check_kinds(calc, zavhost, scratch)
+        wrong += check_files(calc, zavhost, scratch)
+        wrong += check_several_sheets(calc)
+        wrong += check_edits(calc)
+        wrong += check_removal(calc)
     for difference in wrong[:60]:
         print(*difference)
     return 1 if wrong else 0
