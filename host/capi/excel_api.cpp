@@ -95,6 +95,7 @@ ExcelApi::Entry::Entry(ExcelApi& api, CallContext context)
     : api_(api), outer_context_(api.context_) {
   api_.JudgeReturn();  // for what was called outside any entry
   api_.context_ = context;
+  api_.thread_ = std::this_thread::get_id();
   api_.met_uncalculated_ = false;
   SetActiveApi(&api_);
 }

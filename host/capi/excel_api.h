@@ -117,7 +117,7 @@ class ExcelApi {
   bool messages_enabled_ = false;
   bool bracket_used_ = false;
   bool met_uncalculated_ = false;
-  const std::thread::id thread_ = std::this_thread::get_id();
+  std::atomic<std::thread::id> thread_ = std::this_thread::get_id();  // entered the add-in last
   std::atomic<std::uint64_t> calls_from_other_threads_ = 0;
 };
 

@@ -1,0 +1,519 @@
+#include "calc/document.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "calc/any_value.h"
+
+namespace zavcalc {
+namespace {
+
+using zavhost::Array;
+using zavhost::ArrayPtr;
+using zavhost::ErrorCode;
+using zavhost::Operand;
+using zavhost::Value;
+using Kind = SiteArgument::Kind;
+
+// com.sun.star.sheet.CellFlags
+constexpr std::int16_t kFormulaCells = 16;
+/// More calls of a function than this that may be meant by the same values are not looked through.
+constexpr std::size_t kMostCandidates = 20'000;
+/// Each meaning of the arguments is a call.
+constexpr std::size_t kMostMeanings = 4;
+
+/// com.sun.star.table.CellRangeAddress
+struct RangeAddress {
+  std::int16_t sheet;
+  std::int32_t first_column;
+  std::int32_t first_row;
+  std::int32_t last_column;
+  std::int32_t last_row;
+};
+
+SheetRange ToRange(const RangeAddress& address) {
+  return {address.sheet, address.first_column, address.first_row, address.last_column,
+          address.last_row};
+}
+
+std::vector<SheetRange> RangesOf(const UnoReference& ranges) {
+  SequenceValue addresses(u"[]com.sun.star.table.CellRangeAddress");
+  ranges.Call(u"com.sun.star.sheet.XSheetCellRanges::getRangeAddresses", addresses.Receive(), {});
+  std::vector<SheetRange> found;
+  for (const RangeAddress& address : ElementsOf<RangeAddress>(addresses.get()))
+    found.push_back(ToRange(address));
+  return found;
+}
+
+std::int32_t RowsOf(const SheetRange& range) { return range.last_row - range.first_row + 1; }
+std::int32_t ColumnsOf(const SheetRange& range) {
+  return range.last_column - range.first_column + 1;
+}
+
+std::optional<SheetRange> Common(const SheetRange& a, const SheetRange& b) {
+  const SheetRange common{a.sheet, std::max(a.first_column, b.first_column),
+                          std::max(a.first_row, b.first_row),
+                          std::min(a.last_column, b.last_column), std::min(a.last_row, b.last_row)};
+  const bool is_empty = common.first_column > common.last_column ||
+                        common.first_row > common.last_row || a.sheet != b.sheet;
+  return is_empty ? std::nullopt : std::optional(common);
+}
+
+/// A number that a boolean or a blank cell would also be, or a text that a blank cell would be.
+bool IsAmbiguous(const Value& value) {
+  const double* number = value.number();
+  return value.IsBlank() || (number != nullptr && (*number == 0 || *number == 1));
+}
+
+bool IsAmbiguous(const Operand& operand) {
+  if (const auto* array = std::get_if<ArrayPtr>(&operand)) {
+    return std::ranges::any_of((*array)->values,
+                               [](const Value& value) { return IsAmbiguous(value); });
+  }
+  const auto* value = std::get_if<Value>(&operand);
+  return value != nullptr && IsAmbiguous(*value);
+}
+
+bool HasShape(const Operand& operand, const SheetRange& range) {
+  if (const auto* array = std::get_if<ArrayPtr>(&operand))
+    return (*array)->rows == RowsOf(range) && (*array)->columns == ColumnsOf(range);
+  return std::holds_alternative<Value>(operand) && RowsOf(range) == 1 && ColumnsOf(range) == 1;
+}
+
+/// "" in the place of what arrived as blank.
+Value WithoutBlank(const Value& value) { return value.IsBlank() ? Value(u"") : value; }
+
+Operand WithoutBlanks(const Operand& operand) {
+  if (const auto* value = std::get_if<Value>(&operand)) return WithoutBlank(*value);
+  const auto* array = std::get_if<ArrayPtr>(&operand);
+  if (array == nullptr) return operand;
+  auto texts = std::make_shared<Array>(**array);
+  for (Value& value : texts->values) value = WithoutBlank(value);
+  return ArrayPtr(std::move(texts));
+}
+
+/// Whether the values are those of an array, as Calc passes them.
+bool IsArray(const Array& array, const Operand& given) {
+  const auto* values = std::get_if<ArrayPtr>(&given);
+  if (values == nullptr || (*values)->rows != array.rows || (*values)->columns != array.columns)
+    return false;
+  return std::ranges::equal(array.values, (*values)->values, [](const Value& a, const Value& b) {
+    const bool* boolean = a.boolean();
+    return (boolean == nullptr ? a : Value(*boolean ? 1.0 : 0.0)) == WithoutBlank(b);
+  });
+}
+
+/// Whether a call with this argument can have passed these values, as far as the formula says.
+bool MayBe(const SiteArgument& argument, const Operand& given) {
+  const auto* value = std::get_if<Value>(&given);
+  switch (argument.kind) {
+    case Kind::kMissing:
+      return std::holds_alternative<zavhost::MissingArgument>(given);
+    case Kind::kNumber:
+    case Kind::kBoolean:
+      return value != nullptr && *value == Value(argument.number);
+    case Kind::kText:
+      return value != nullptr && WithoutBlank(*value) == Value(argument.text);
+    case Kind::kReference:
+    case Kind::kSeveralSheets:
+      return HasShape(given, argument.reference);
+    case Kind::kArray:
+      return IsArray(argument.array, given);
+    case Kind::kRefused:
+      return false;
+    case Kind::kExpression:
+      return !std::holds_alternative<zavhost::MissingArgument>(given);
+  }
+  return false;
+}
+
+bool MayBe(const CallSite& site, std::span<const Operand> arguments) {
+  static const SiteArgument kMissing = [] {
+    SiteArgument missing;
+    missing.kind = Kind::kMissing;
+    return missing;
+  }();
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const SiteArgument& argument = i < site.arguments.size() ? site.arguments[i] : kMissing;
+    if (!MayBe(argument, arguments[i])) return false;
+  }
+  return site.arguments.size() <= arguments.size();
+}
+
+/// The key of a range's number format; nothing if its cells have several.
+std::optional<std::int32_t> FormatOf(const UnoReference& range) {
+  constexpr std::int32_t kAmbiguous = 2;  // com.sun.star.beans.PropertyState
+  UnoText property(u"NumberFormat");
+  std::int32_t state = kAmbiguous;
+  range.As(u"com.sun.star.beans.XPropertyState")
+      .Call(u"com.sun.star.beans.XPropertyState::getPropertyState", &state, {property.address()});
+  if (state == kAmbiguous) return std::nullopt;
+  const AnyValue format(range.As(u"com.sun.star.beans.XPropertySet"),
+                        u"com.sun.star.beans.XPropertySet::getPropertyValue",
+                        {property.address()});
+  if (format.get().pType->eTypeClass != typelib_TypeClass_LONG) return std::nullopt;
+  return *static_cast<const std::int32_t*>(format.get().pData);
+}
+
+/// Whether this is the format of truth values; each language's formats start at a multiple.
+bool IsLogical(std::int32_t format) {
+  constexpr std::int32_t kLogicalFormat = 99;
+  constexpr std::int32_t kFormatsOfLanguage = 10'000;
+  return format % kFormatsOfLanguage == kLogicalFormat;
+}
+
+std::u16string UpperCase(std::u16string_view ascii) {
+  std::u16string upper(ascii);
+  for (char16_t& c : upper) {
+    if (c >= u'a' && c <= u'z') c = static_cast<char16_t>(c - u'a' + u'A');
+  }
+  return upper;
+}
+
+std::u16string LowerCase(std::u16string_view text) { return zavhost::LowerCase(text); }
+
+}  // namespace
+
+bool IsSame(const Operand& a, const Operand& b) {
+  const auto* one = std::get_if<ArrayPtr>(&a);
+  const auto* other = std::get_if<ArrayPtr>(&b);
+  if (one == nullptr || other == nullptr) return a == b;
+  return (*one)->rows == (*other)->rows && (*one)->columns == (*other)->columns &&
+         (*one)->values == (*other)->values;
+}
+
+// Reading the document.
+
+void Document::Read() {
+  sheets_.clear();
+  sheet_indices_.clear();
+  sites_.clear();
+  several_sheets_.clear();
+  kinds_.clear();
+  constants_.clear();
+  const UnoReference sheets =
+      model_.As(u"com.sun.star.sheet.XSpreadsheetDocument")
+          .ObjectFrom(u"com.sun.star.sheet.XSpreadsheetDocument::getSheets", {});
+  SequenceValue names(u"[]string");
+  sheets.As(u"com.sun.star.container.XNameAccess")
+      .Call(u"com.sun.star.container.XNameAccess::getElementNames", names.Receive(), {});
+  const UnoReference by_index = sheets.As(u"com.sun.star.container.XIndexAccess");
+  for (rtl_uString* name : ElementsOf<rtl_uString*>(names.get())) {
+    auto index = static_cast<sal_Int32>(sheets_.size());
+    sheet_indices_.emplace(LowerCase(TextOf(name)), index);
+    const AnyValue sheet(by_index, u"com.sun.star.container.XIndexAccess::getByIndex", {&index});
+    sheets_.push_back({sheet.Object().As(u"com.sun.star.table.XCellRange"), {}, {}});
+  }
+  for (std::size_t i = 0; i < sheets_.size(); ++i) ReadSheet(static_cast<std::int32_t>(i));
+  is_read_ = true;
+}
+
+void Document::ReadSheet(std::int32_t index) {
+  SheetCells& cells = sheets_[static_cast<std::size_t>(index)];
+  std::int16_t flags = kFormulaCells;
+  cells.formulas = RangesOf(
+      cells.sheet.As(u"com.sun.star.sheet.XCellRangesQuery")
+          .ObjectFrom(u"com.sun.star.sheet.XCellRangesQuery::queryContentCells", {&flags}));
+  for (const SheetRange& range : std::vector<SheetRange>(cells.formulas))
+    ReadFormulas(index, range);
+}
+
+void Document::ReadFormulas(std::int32_t index, const SheetRange& range) {
+  SequenceValue texts(u"[][]string");
+  RangeObject(range)
+      .As(u"com.sun.star.sheet.XCellRangeFormula")
+      .Call(u"com.sun.star.sheet.XCellRangeFormula::getFormulaArray", texts.Receive(), {});
+  std::int32_t row = range.first_row;
+  for (uno_Sequence* line : ElementsOf<uno_Sequence*>(texts.get())) {
+    std::int32_t column = range.first_column;
+    for (rtl_uString* text : ElementsOf<rtl_uString*>(line))
+      AddFormula(index, column++, row, TextOf(text));
+    ++row;
+  }
+}
+
+void Document::AddFormula(std::int32_t sheet, std::int32_t column, std::int32_t row,
+                          std::u16string_view text) {
+  const NameScope scope{sheet,
+                        [&](std::u16string_view name) -> std::optional<std::int32_t> {
+                          const auto found = sheet_indices_.find(LowerCase(name));
+                          return found == sheet_indices_.end() ? std::nullopt
+                                                               : std::optional(found->second);
+                        },
+                        [&](std::u16string_view name) { return RangeNamed(sheet, name); }};
+  const auto calls = ReadFormula(text, scope);
+  if (!calls || !calls->is_plain)
+    sheets_[static_cast<std::size_t>(sheet)].unplain.push_back({sheet, column, row, column, row});
+  if (!calls) return AddUnreadable(text);
+  for (const CallSite& site : calls->calls) {
+    const bool has_several = std::ranges::any_of(site.arguments, [](const SiteArgument& argument) {
+      return argument.kind == Kind::kSeveralSheets;
+    });
+    if (has_several) several_sheets_.insert(site.function);
+    sites_[site.function].push_back(site);
+  }
+}
+
+/// Of a formula that cannot be read, each of our functions may be called with anything.
+void Document::AddUnreadable(std::u16string_view text) {
+  for (std::size_t at = text.find(kPrefix); at != text.npos; at = text.find(kPrefix, at + 1)) {
+    const std::size_t begin = at + kPrefix.size();
+    const std::u16string function(text.substr(begin, text.find(u'(', begin) - begin));
+    several_sheets_.insert(function);
+    sites_[function].push_back({function, std::vector<SiteArgument>(1)});
+  }
+}
+
+std::optional<SheetRange> Document::RangeNamed(std::int32_t sheet, std::u16string_view name) {
+  if (auto own = NamedIn(sheets_[static_cast<std::size_t>(sheet)].sheet, name)) return own;
+  return NamedIn(model_, name);
+}
+
+std::optional<SheetRange> Document::NamedIn(const UnoReference& owner, std::u16string_view name) {
+  try {
+    UnoText property(u"NamedRanges");
+    UnoText wanted(name);
+    const AnyValue names(owner.As(u"com.sun.star.beans.XPropertySet"),
+                         u"com.sun.star.beans.XPropertySet::getPropertyValue",
+                         {property.address()});
+    const UnoReference access = names.Object().As(u"com.sun.star.container.XNameAccess");
+    sal_Bool is_known = 0;
+    access.Call(u"com.sun.star.container.XNameAccess::hasByName", &is_known, {wanted.address()});
+    if (is_known == 0) return std::nullopt;
+    const AnyValue entry(access, u"com.sun.star.container.XNameAccess::getByName",
+                         {wanted.address()});
+    const UnoReference cells =
+        entry.Object()
+            .As(u"com.sun.star.sheet.XCellRangeReferrer")
+            .ObjectFrom(u"com.sun.star.sheet.XCellRangeReferrer::getReferredCells", {});
+    RangeAddress address{};
+    cells.As(u"com.sun.star.sheet.XCellRangeAddressable")
+        .Call(u"com.sun.star.sheet.XCellRangeAddressable::getRangeAddress", &address, {});
+    return ToRange(address);
+  } catch (const CallFailure&) {  // no range, but a formula
+    return std::nullopt;
+  }
+}
+
+// Cells.
+
+UnoReference Document::RangeObject(const SheetRange& range) const {
+  SheetRange corners = range;
+  return sheets_.at(static_cast<std::size_t>(range.sheet))
+      .sheet.ObjectFrom(
+          u"com.sun.star.table.XCellRange::getCellRangeByPosition",
+          {&corners.first_column, &corners.first_row, &corners.last_column, &corners.last_row});
+}
+
+const Document::Kinds& Document::KindsOf(const SheetRange& range) {
+  const auto [entry, is_new] = kinds_.try_emplace(range);
+  Kinds& kinds = entry->second;
+  if (!is_new) return kinds;
+  const UnoReference object = RangeObject(range);
+  kinds.blank =
+      RangesOf(object.As(u"com.sun.star.sheet.XCellRangesQuery")
+                   .ObjectFrom(u"com.sun.star.sheet.XCellRangesQuery::queryEmptyCells", {}));
+  FindLogical(object, range, kinds.logical);
+  const SheetCells& cells = sheets_[static_cast<std::size_t>(range.sheet)];
+  kinds.has_formulas = std::ranges::any_of(cells.formulas, [&](const SheetRange& formula) {
+    return Common(formula, range).has_value();
+  });
+  for (const SheetRange& cell : cells.unplain) {
+    if (Common(cell, range)) kinds.uncertain.push_back(cell);
+  }
+  return kinds;
+}
+
+/// Halves the range until all cells of a part have one format.
+void Document::FindLogical(const UnoReference& object, const SheetRange& range,
+                           std::vector<SheetRange>& logical) {
+  if (const auto format = FormatOf(object)) {
+    if (IsLogical(*format)) logical.push_back(range);
+    return;
+  }
+  if (RowsOf(range) == 1 && ColumnsOf(range) == 1) return;
+  SheetRange first = range;
+  SheetRange second = range;
+  if (RowsOf(range) >= ColumnsOf(range)) {
+    first.last_row = range.first_row + (range.last_row - range.first_row) / 2;
+    second.first_row = first.last_row + 1;
+  } else {
+    first.last_column = range.first_column + (range.last_column - range.first_column) / 2;
+    second.first_column = first.last_column + 1;
+  }
+  for (const SheetRange& half : {first, second}) FindLogical(RangeObject(half), half, logical);
+}
+
+/// The values of a range without formulas. Others are not read here: they may wait for this call.
+const Array& Document::Constants(const SheetRange& range) {
+  const auto [entry, is_new] = constants_.try_emplace(range);
+  if (is_new) {
+    SequenceValue rows(u"[][]any");
+    RangeObject(range)
+        .As(u"com.sun.star.sheet.XCellRangeData")
+        .Call(u"com.sun.star.sheet.XCellRangeData::getDataArray", rows.Receive(), {});
+    const Operand read = ToArray(rows.get());
+    if (const auto* array = std::get_if<ArrayPtr>(&read)) entry->second = **array;
+  }
+  return entry->second;
+}
+
+bool Document::HoldsConstants(const SheetRange& range, const Operand& given) {
+  const Array& cells = Constants(range);
+  if (const auto* array = std::get_if<ArrayPtr>(&given)) return cells.values == (*array)->values;
+  const auto* value = std::get_if<Value>(&given);
+  if (value == nullptr || cells.values.size() != 1) return false;
+  // A single blank cell arrives as 0.
+  return cells.values[0] == *value || (cells.values[0].IsBlank() && *value == Value(0.0));
+}
+
+bool Document::IsShownAsLogical(const SheetRange& cell) const {
+  SheetRange corner = cell;
+  const UnoReference object =
+      sheets_.at(static_cast<std::size_t>(cell.sheet))
+          .sheet.ObjectFrom(u"com.sun.star.table.XCellRange::getCellByPosition",
+                            {&corner.first_column, &corner.first_row});
+  const auto format = FormatOf(object);
+  return format && IsLogical(*format);
+}
+
+// Calls.
+
+/// The values with their cells' kinds; nothing if the cells do not hold them, or if that cannot be
+/// said.
+std::optional<Operand> Document::FromCells(const SheetRange& range, const Operand& given,
+                                           bool is_only_one) {
+  const Kinds& kinds = KindsOf(range);
+  if (kinds.IsPlain()) return WithoutBlanks(given);
+  Array cells{RowsOf(range), ColumnsOf(range), {}};
+  const auto* array = std::get_if<ArrayPtr>(&given);
+  cells.values = array == nullptr ? std::vector<Value>{std::get<Value>(given)} : (*array)->values;
+  const auto change = [&](const SheetRange& part, const auto& convert) {
+    const auto common = Common(part, range);
+    for (std::int32_t row = common->first_row; row <= common->last_row; ++row) {
+      for (std::int32_t column = common->first_column; column <= common->last_column; ++column) {
+        const auto at = static_cast<std::size_t>(row - range.first_row) *
+                            static_cast<std::size_t>(cells.columns) +
+                        static_cast<std::size_t>(column - range.first_column);
+        convert(cells.values[at]);
+      }
+    }
+  };
+  for (Value& value : cells.values) value = WithoutBlank(value);
+  for (const SheetRange& part : kinds.blank) change(part, [](Value& value) { value = Value(); });
+  for (const SheetRange& part : kinds.logical) {
+    change(part, [](Value& value) {
+      if (const double* number = value.number(); number != nullptr && IsAmbiguous(value))
+        value = *number == 1;
+    });
+  }
+  bool is_certain = true;
+  for (const SheetRange& cell : kinds.uncertain) {
+    change(cell, [&](Value& value) {
+      if (value.number() == nullptr || !IsAmbiguous(value)) return;
+      // A formula that does not belong to this call may not be calculated yet.
+      if (!is_only_one) is_certain = false;
+      if (is_only_one && IsShownAsLogical(cell)) value = *value.number() == 1;
+    });
+  }
+  if (!is_certain) return std::nullopt;
+  if (array == nullptr) return cells.values[0];
+  return ArrayPtr(std::make_shared<Array>(std::move(cells)));
+}
+
+/// What the values of an argument can be; empty if that cannot be known.
+std::vector<Operand> Document::Meanings(const SiteArgument& argument, const Operand& given,
+                                        bool is_only_one) {
+  switch (argument.kind) {
+    case Kind::kSeveralSheets:
+      return {Value(ErrorCode::kRef)};
+    case Kind::kBoolean:
+      return {Value(argument.number == 1)};
+    case Kind::kText:
+      return {Value(std::u16string_view(argument.text))};
+    case Kind::kArray:
+      return {std::make_shared<const Array>(argument.array)};
+    case Kind::kReference:
+      if (auto cells = FromCells(argument.reference, given, is_only_one)) return {*cells};
+      return {};
+    case Kind::kExpression:
+      break;
+    default:
+      return {given};
+  }
+  if (!argument.is_plain) return {};
+  bool has_blank = false;
+  for (const SheetRange& source : argument.sources) {
+    const Kinds& kinds = KindsOf(source);
+    if (!kinds.logical.empty() || !kinds.uncertain.empty()) return {};
+    has_blank = has_blank || !kinds.blank.empty();
+  }
+  if (has_blank) return {WithoutBlanks(given), given};
+  return {WithoutBlanks(given)};
+}
+
+/// All that the arguments can be if this is the call; empty if that cannot be known.
+std::vector<Document::Operands> Document::At(const CallSite& site,
+                                             std::span<const Operand> arguments, bool is_only_one) {
+  std::vector<Operands> all{Operands(arguments.begin(), arguments.end())};
+  for (std::size_t i = 0; i < site.arguments.size(); ++i) {
+    const SiteArgument& argument = site.arguments[i];
+    if (argument.kind != Kind::kSeveralSheets && argument.kind != Kind::kArray &&
+        !IsAmbiguous(arguments[i]))
+      continue;
+    const std::vector<Operand> meanings = Meanings(argument, arguments[i], is_only_one);
+    if (all.size() * meanings.size() > kMostMeanings) return {};
+    std::vector<Operands> extended;
+    for (const Operands& operands : all) {
+      for (const Operand& meaning : meanings) {
+        extended.push_back(operands);
+        extended.back()[i] = meaning;
+      }
+    }
+    all = std::move(extended);
+  }
+  return all;
+}
+
+/// A range of constants with other values than these was not passed.
+bool Document::IsExcluded(const CallSite& site, std::span<const Operand> arguments) {
+  for (std::size_t i = 0; i < site.arguments.size(); ++i) {
+    const SiteArgument& argument = site.arguments[i];
+    if (argument.kind == Kind::kReference && !KindsOf(argument.reference).has_formulas &&
+        !HoldsConstants(argument.reference, arguments[i]))
+      return true;
+  }
+  return false;
+}
+
+std::vector<Document::Operands> Document::Resolve(std::u16string_view function,
+                                                  std::span<const Operand> arguments) {
+  if (!is_read_) Read();
+  const std::u16string key = UpperCase(function);
+  const bool is_ambiguous =
+      std::ranges::any_of(arguments, [](const Operand& operand) { return IsAmbiguous(operand); });
+  if (!is_ambiguous && !several_sheets_.contains(key))
+    return {Operands(arguments.begin(), arguments.end())};
+  std::vector<const CallSite*> candidates;
+  for (const CallSite& site : sites_[key]) {
+    if (MayBe(site, arguments)) candidates.push_back(&site);
+  }
+  if (candidates.size() > kMostCandidates) return {};
+  if (candidates.size() > 1)
+    std::erase_if(candidates, [&](const CallSite* site) { return IsExcluded(*site, arguments); });
+  std::vector<Operands> all;
+  for (const CallSite* site : candidates) {
+    const std::vector<Operands> here = At(*site, arguments, candidates.size() == 1);
+    if (here.empty()) return {};
+    for (const Operands& operands : here) {
+      const bool is_known = std::ranges::any_of(
+          all, [&](const Operands& known) { return std::ranges::equal(known, operands, IsSame); });
+      if (!is_known) all.push_back(operands);
+    }
+    if (all.size() > kMostMeanings) return {};
+  }
+  return all;
+}
+
+}  // namespace zavcalc

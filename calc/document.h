@@ -1,0 +1,92 @@
+#pragma once
+// What the values of a call were in the cells of the document.
+//
+// Calc passes values and not references: TRUE arrives as 1, a blank cell as 0 or "", and of a range
+// over several sheets only the first. Which formula calls is not said either. The document's
+// formulas tell: of all calls of the function, those that can have passed these values are looked
+// up in the cells. If they all mean the same, that is what the call means; if not, nobody can know,
+// and the call fails.
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "calc/call_sites.h"
+#include "calc/uno_reference.h"
+#include "host/workbook/value.h"
+
+namespace zavcalc {
+
+/// Whether two operands hold the same values of the same kinds.
+bool IsSame(const zavhost::Operand& a, const zavhost::Operand& b);
+
+class Document {
+ public:
+  explicit Document(UnoReference model) : model_(std::move(model)) {}
+
+  /// Something in the document has changed: what was read before no longer counts.
+  void Forget() { is_read_ = false; }
+
+  using Operands = std::vector<zavhost::Operand>;
+  /// The arguments of a call with the kinds that their cells have: all that they can be. Empty if
+  /// that cannot be known.
+  std::vector<Operands> Resolve(std::u16string_view function,
+                                std::span<const zavhost::Operand> arguments);
+
+ private:
+  struct SheetCells {
+    UnoReference sheet;                // as XCellRange
+    std::vector<SheetRange> formulas;  // ranges of cells with formulas
+    std::vector<SheetRange> unplain;   // cells whose formula may give a boolean or the like
+  };
+  /// What stands in a range beside plain numbers and texts.
+  struct Kinds {
+    std::vector<SheetRange> blank;
+    std::vector<SheetRange> logical;    // numbers that the cell shows as TRUE and FALSE
+    std::vector<SheetRange> uncertain;  // formulas of any result
+    bool has_formulas = false;
+    bool IsPlain() const { return blank.empty() && logical.empty() && uncertain.empty(); }
+  };
+
+  void Read();
+  void ReadSheet(std::int32_t index);
+  void ReadFormulas(std::int32_t index, const SheetRange& range);
+  void AddFormula(std::int32_t sheet, std::int32_t column, std::int32_t row,
+                  std::u16string_view text);
+  void AddUnreadable(std::u16string_view text);
+  std::optional<SheetRange> RangeNamed(std::int32_t sheet, std::u16string_view name);
+  static std::optional<SheetRange> NamedIn(const UnoReference& owner, std::u16string_view name);
+
+  UnoReference RangeObject(const SheetRange& range) const;
+  const Kinds& KindsOf(const SheetRange& range);
+  void FindLogical(const UnoReference& object, const SheetRange& range,
+                   std::vector<SheetRange>& logical);
+  const zavhost::Array& Constants(const SheetRange& range);
+
+  bool IsExcluded(const CallSite& site, std::span<const zavhost::Operand> arguments);
+  std::vector<Operands> At(const CallSite& site, std::span<const zavhost::Operand> arguments,
+                           bool is_only_one);
+  std::vector<zavhost::Operand> Meanings(const SiteArgument& argument,
+                                         const zavhost::Operand& given, bool is_only_one);
+  std::optional<zavhost::Operand> FromCells(const SheetRange& range, const zavhost::Operand& given,
+                                            bool is_only_one);
+  bool IsShownAsLogical(const SheetRange& cell) const;
+  bool HoldsConstants(const SheetRange& range, const zavhost::Operand& given);
+
+  UnoReference model_;
+  bool is_read_ = false;
+  std::vector<SheetCells> sheets_;
+  std::unordered_map<std::u16string, std::int32_t> sheet_indices_;
+  std::unordered_map<std::u16string, std::vector<CallSite>> sites_;  // by function
+  std::set<std::u16string> several_sheets_;  // functions that some call gives such a reference
+  std::map<SheetRange, Kinds> kinds_;
+  std::map<SheetRange, zavhost::Array> constants_;
+};
+
+}  // namespace zavcalc

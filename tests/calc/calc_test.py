@@ -1,0 +1,261 @@
+#!/usr/bin/python3
+"""The extension in LibreOffice Calc: what Calc computes with it, against what ZavHost computes.
+
+    calc_test.py EXTENSION ZAVHOST SCRATCH_FOLDER
+"""
+import json
+import pathlib
+import random
+import re
+import shutil
+import struct
+import subprocess
+import sys
+
+import office
+import uno
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(ROOT / "help/tools"))
+import registration  # noqa: E402
+
+# Calc's codes of the errors, and Excel's names for them.
+ERRORS = {521: "#NULL!", 532: "#DIV/0!", 519: "#VALUE!", 524: "#REF!", 525: "#NAME?", 503: "#NUM!", 32767: "#N/A"}
+XLSX, ODS, XLS = "Calc MS Excel 2007 XML", "calc8", "MS Excel 97"
+# Functions whose results have empty values in them.
+EMPTY_RESULTS = ("ZavMulti", "ZavPower", "ZavLog", "ZavDummy", "ZavInteraction", "ZavGetCellValues")
+
+
+def host_cells(zavhost, book):
+    """What the host says of every formula."""
+    run = subprocess.run([zavhost, "run", "--all", "--json", book], capture_output=True, text=True, encoding="utf-8")
+    if run.returncode not in (0, 7):
+        sys.exit(f"{book}: zavhost ended with {run.returncode}: {run.stderr}")
+    return json.loads(run.stdout)["cells"]
+
+
+def expected(cell):
+    """(row, column, value) relative to the formula's cell."""
+    value = cell["value"]
+    rows = value if isinstance(value, list) else [[value]]
+    for row, line in enumerate(rows):
+        for column, item in enumerate(line):
+            yield row, column, item
+
+
+def calc_value(cell):
+    error = cell.getError()
+    if error:
+        return ERRORS.get(error, f"Err:{error}")
+    if cell.FormulaResultType2 == 2:  # a text
+        return cell.String
+    return cell.Value
+
+
+def same(host, calc, formula):
+    if isinstance(host, bool):
+        host = float(host)
+    if isinstance(host, (int, float)) and isinstance(calc, float):
+        return struct.pack("<d", host) == struct.pack("<d", calc)
+    if isinstance(host, dict):
+        host = host.get("error", host)
+    # An empty result is 0 in Excel's cell; Calc has none, so it is an empty text, which other functions skip alike.
+    return host == calc or (host == 0 and calc == "" and any(name in formula for name in EMPTY_RESULTS))
+
+
+def differences(document, cells):
+    """[(place, formula, host's value, Calc's)] of the cells in which the two differ."""
+    found, compared = [], 0
+    for cell in cells:
+        if "Zav" not in cell["formula"] or "ZavRand" in cell["formula"] or "ERROR.TYPE" in cell["formula"]:
+            continue
+        first = document.Sheets.getByName(cell["sheet"]).getCellRangeByName(cell["cell"]).CellAddress
+        sheet = document.Sheets.getByName(cell["sheet"])
+        for row, column, value in expected(cell):
+            got = calc_value(sheet.getCellByPosition(first.Column + column, first.Row + row))
+            compared += 1
+            if not same(value, got, cell["formula"]):
+                found.append((f"{cell['sheet']}!{cell['cell']}+{row},{column}", cell["formula"], value, got))
+    return compared, found
+
+
+def is_loud(difference):
+    return isinstance(difference[3], str) and difference[3].startswith(("#", "Err:"))
+
+
+KINDS = ["=0", "=1", "=2.5", "blank", "TRUE", "FALSE", '="text"', '=""', "=1>0", "=1<0", '=IF(1>0;"";0)', "=3-3",
+         "=1/0"]
+
+
+def put_kind(document, sheet, column, row, kind):
+    cell = sheet.getCellByPosition(column, row)
+    formats = document.NumberFormats
+    cell.NumberFormat = formats.getStandardFormat(1024 if kind in ("TRUE", "FALSE") else 16,
+                                                  uno.createUnoStruct("com.sun.star.lang.Locale"))
+    if kind in ("TRUE", "FALSE"):
+        cell.Value = float(kind == "TRUE")
+    elif kind == '="text"':
+        cell.String = "text"
+    elif kind in ("=0", "=1", "=2.5"):
+        cell.Value = float(kind[1:])
+    else:
+        cell.Formula = "" if kind == "blank" else kind
+
+
+def write_kinds(document):
+    """Column A holds numbers; column B one cell of each kind; column D the same with a number above and below."""
+    sheet = document.Sheets.getByIndex(0)
+    for row, number in enumerate((4, 7, 1, 0, 9, 12)):
+        sheet.getCellByPosition(0, row).Value = number
+    for place, kind in enumerate(KINDS):
+        put_kind(document, sheet, 1, place, kind)
+        sheet.getCellByPosition(3, 3 * place).Value = 3
+        put_kind(document, sheet, 3, 3 * place + 1, kind)
+        sheet.getCellByPosition(3, 3 * place + 2).Value = 8
+    return sheet
+
+
+def kind_formulas():
+    """(formula, kind): every function with a cell of each kind at each place of its arguments."""
+    for function in registration.functions():
+        if function.macros_only or function.name == "ZavRand":
+            continue
+        letters = re.sub(r"[%!#$]", "", function.types)[1:]
+        letters = letters[:2] if set(letters[1:]) == {"R"} else letters[:5]  # the further ones are alike
+        usual = ["A1:A6" if letter == "R" else "1" for letter in letters]
+        for place, letter in enumerate(letters):
+            for number, kind in enumerate(KINDS):
+                cells = [f"B{number + 1}"]
+                if letter == "R":
+                    cells.append(f"D{3 * number + 1}:D{3 * number + 3}")
+                for given in cells:
+                    arguments = usual[:place] + [given] + usual[place + 1:]
+                    call = f"_xll.{function.name}({';'.join(arguments)})"
+                    # Of a handle, what it stands for.
+                    yield f"=_xll.ZavSum({call})" if function.types.startswith("C") else f"={call}", kind
+
+
+def check_kinds(calc, zavhost, scratch):
+    """Each formula alone: the host's value, or an error where Calc itself stops at an error cell. All together: the
+    host's value or an error."""
+    document = calc.new()
+    sheet = write_kinds(document)
+    alone, formulas = [], list(kind_formulas())
+    for formula, _ in formulas:
+        cell = sheet.getCellByPosition(7, 0)
+        cell.Formula = formula
+        alone.append(calc_value(cell))
+    sheet.getCellByPosition(7, 0).String = ""
+    sheet.getCellRangeByPosition(8, 0, 8, len(formulas) - 1).setFormulaArray(tuple((f,) for f, _ in formulas))
+    together = [calc_value(sheet.getCellByPosition(8, row)) for row in range(len(formulas))]
+    book = scratch / "kinds.xlsx"
+    calc.save(document, book, XLSX)
+    document.close(True)
+    host = {cell["cell"]: next(expected(cell))[2] for cell in host_cells(zavhost, book)}
+    wrong, loud = [], 0
+    for row, (formula, kind) in enumerate(formulas):
+        want = host[f"I{row + 1}"]
+        for what, got in (("alone", alone[row]), ("together", together[row])):
+            if same(want, got, formula):
+                continue
+            difference = (what, formula, want, got, kind)
+            if not is_loud(difference) or (what == "alone" and kind != "=1/0"):
+                wrong.append(difference)
+            loud += 1
+    print(f"kinds of cells: {2 * len(formulas)} results, {loud} of them errors that the host has not")
+    return wrong
+
+
+def check_files(calc, zavhost, scratch):
+    """What Calc writes is read by the host with the values of the original: .xlsx -> .ods -> .xls -> .xlsx."""
+    source = pathlib.Path(shutil.copy(ROOT / "examples/iris.xlsx", scratch / "original.xlsx"))
+    original = host_cells(zavhost, source)
+    for name, form in (("iris.ods", ODS), ("iris.xls", XLS), ("iris.xlsx", XLSX)):
+        document = calc.open(source)
+        document.calculateAll()
+        source = scratch / name
+        calc.save(document, source, form)
+        document.close(True)
+    again = {(cell["sheet"], cell["cell"]): cell for cell in host_cells(zavhost, source)}
+    return [("after the round trip", cell["formula"], cell["value"], again.get((cell["sheet"], cell["cell"])))
+            for cell in original
+            if again.get((cell["sheet"], cell["cell"]), {}).get("value") != cell["value"]]
+
+
+def check_several_sheets(calc):
+    """A range over sheets, of which Calc passes the first one alone, is an error."""
+    document = calc.new()
+    document.Sheets.insertNewByName("Second", 1)
+    for index in range(2):
+        document.Sheets.getByIndex(index).getCellRangeByName("A1:A3").setDataArray(((3,), (4,), (8 + index,)))
+    cell = document.Sheets.getByIndex(0).getCellByPosition(4, 0)
+    cell.Formula = "=_xll.ZavMean($Sheet1.A1:$Second.A3)"
+    got = calc_value(cell)
+    document.close(True)
+    return [] if isinstance(got, str) else [("a range over sheets", cell.Formula, "an error", got)]
+
+
+def check_edits(calc, steps=300):
+    """After each edit no number is another than a new calculation of the whole document gives. An error may stay
+    that an edit of other cells has made needless."""
+    document = calc.new()
+    sheet = write_kinds(document)
+    watched = [sheet.getCellByPosition(7, row) for row in range(8)]
+    formulas = ("ZavMean(D1:D9)", "ZavMean(D4:D12)", "ZavCountCellsByType(B1:B12;1)", "ZavMean(H1;H2)",
+                "ZavCountCellsByType(D1:D9;4)", "ZavMedian(B1:B12;0)", "ZavCount(D1:D9)",
+                "ZavSum(ZavDestack(D1:D12;D1:D12;3))")
+    for cell, formula in zip(watched, formulas):
+        cell.Formula = f"=_xll.{formula}"
+    source, wrong = random.Random(1), []
+    for step in range(steps):
+        put_kind(document, sheet, source.choice((1, 3)), source.randrange(12), source.choice(KINDS[:-1]))
+        shown = [calc_value(cell) for cell in watched]
+        document.calculateAll()
+        for cell, before in zip(watched, shown):
+            difference = (f"after edit {step}", cell.Formula, calc_value(cell), before)
+            if difference[2] != before and not is_loud(difference) and difference[2] not in ERRORS.values():
+                wrong.append(difference)
+    document.close(True)
+    return wrong
+
+
+def check_removal(calc):
+    """The extension removed again leaves no function."""
+    calc.manager.removeExtension(office.IDENTIFIER, "ZavrelFunctions.oxt", "user", None, office.Approval())
+    calc.stop()
+    calc.start()
+    document = calc.new()
+    cell = document.Sheets.getByIndex(0).getCellByPosition(0, 0)
+    cell.Formula = "=_xll.ZavMean(3;4)"
+    got = calc_value(cell)
+    document.close(True)
+    left = list(calc.profile.rglob("libZavrel*"))
+    return [("after removal", "ZavMean", "#NAME?", got, *left)] if got != "#NAME?" or left else []
+
+
+def main():
+    extension, zavhost, scratch = sys.argv[1:]
+    scratch = pathlib.Path(scratch)
+    wrong = []
+    calc = office.Office(scratch / "profile", extension)
+    with calc:
+        for book in sorted((ROOT / "examples").glob("*.xlsx")):
+            # The office puts a lock beside what it opens.
+            document = calc.open(shutil.copy(book, scratch))
+            document.calculateAll()
+            compared, found = differences(document, host_cells(zavhost, book))
+            print(f"{book.name}: {compared} cells, {len(found)} errors that the host has not")
+            wrong += [difference for difference in found if not is_loud(difference)]
+            document.close(True)
+        wrong += check_kinds(calc, zavhost, scratch)
+        wrong += check_files(calc, zavhost, scratch)
+        wrong += check_several_sheets(calc)
+        wrong += check_edits(calc)
+        wrong += check_removal(calc)
+    for difference in wrong[:60]:
+        print(*difference)
+    return 1 if wrong else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
