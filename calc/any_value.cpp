@@ -70,8 +70,8 @@ class Anys {
   void Reserve(std::size_t count) { anys_.reserve(count); }
   void Add(const Value& value) { ConstructValue(anys_.emplace_back(), value); }
   uno_Sequence* NewRow() const {
-    static const TypeReference kType = SequenceType(u"[]any");
-    return NewSequence(kType, anys_.data(), anys_.size());
+    static const TypeReference type = SequenceType(u"[]any");
+    return NewSequence(type, anys_.data(), anys_.size());
   }
 
  private:
@@ -79,7 +79,7 @@ class Anys {
 };
 
 void ConstructArray(uno_Any& result, const Array& array) {
-  static const TypeReference kType = SequenceType(u"[][]any");
+  static const TypeReference type = SequenceType(u"[][]any");
   std::vector<uno_Sequence*> rows;
   for (std::int32_t row = 0; row < array.rows; ++row) {
     Anys elements;
@@ -88,11 +88,11 @@ void ConstructArray(uno_Any& result, const Array& array) {
       elements.Add(array.At(row, column));
     rows.push_back(elements.NewRow());
   }
-  uno_Sequence* sequence = NewSequence(kType, rows.data(), rows.size());
-  static const TypeReference kRowType = SequenceType(u"[]any");
-  for (uno_Sequence*& row : rows) uno_type_destructData(&row, kRowType, nullptr);
-  uno_type_any_construct(&result, &sequence, kType, nullptr);
-  uno_type_destructData(&sequence, kType, nullptr);
+  uno_Sequence* sequence = NewSequence(type, rows.data(), rows.size());
+  static const TypeReference row_type = SequenceType(u"[]any");
+  for (uno_Sequence*& row : rows) uno_type_destructData(&row, row_type, nullptr);
+  uno_type_any_construct(&result, &sequence, type, nullptr);
+  uno_type_destructData(&sequence, type, nullptr);
 }
 
 }  // namespace

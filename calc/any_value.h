@@ -11,7 +11,7 @@ namespace zavcalc {
 /// blank.
 zavhost::Operand ToOperand(const uno_Any& argument);
 /// The array of these rows, which have one length; #VALUE! if there is none.
-zavhost::Operand ToArray(uno_Sequence* rows);
+zavhost::Operand ToArray(uno_Sequence* sequence);
 
 /// Constructs the result of a call. An error is a number with Calc's own code for it in its bits; a
 /// boolean is 1 or 0, since Calc shows a boolean of an add-in as 0.

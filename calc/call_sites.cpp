@@ -114,7 +114,8 @@ class Reader {
   SiteArgument Operation() {
     constexpr std::u16string_view kOperators = u"+-*/^&";
     SiteArgument left = Signed();
-    for (SkipBlanks(); kOperators.find(Next()) != kOperators.npos && Next() != 0; SkipBlanks()) {
+    for (SkipBlanks(); kOperators.find(Next()) != std::u16string_view::npos && Next() != 0;
+         SkipBlanks()) {
       ++at_;
       Signed();
       left = Plain();
@@ -169,7 +170,9 @@ class Reader {
     argument.kind = Kind::kText;
     for (++at_;; ++at_) {
       if (at_ >= text_.size()) throw Unreadable();
-      if (text_[at_] == u'"' && (++at_ >= text_.size() || text_[at_] != u'"')) return argument;
+      const bool is_quote = text_[at_] == u'"';
+      if (is_quote) ++at_;  // a doubled one is one of the text
+      if (is_quote && (at_ >= text_.size() || text_[at_] != u'"')) return argument;
       argument.text += text_[at_];
     }
   }
@@ -217,7 +220,7 @@ class Reader {
   }
 
   zavhost::Value Element() {
-    SiteArgument element = Signed();
+    const SiteArgument element = Signed();
     switch (element.kind) {
       case Kind::kNumber:
         return element.number;
@@ -342,7 +345,7 @@ class Reader {
     if (auto sheet = SheetName()) {
       const auto found = scope_.sheet_named(*sheet);
       if (!found) throw Unreadable();
-      corner.sheet = *found;
+      corner.sheet = found;
     }
     const std::size_t cell = at_;
     if (Next() == u'$') ++at_;
@@ -375,7 +378,9 @@ class Reader {
     if (Next() == u'$') ++at_;
     if (Next() == u'\'') {
       for (++at_; at_ < text_.size(); ++at_) {
-        if (text_[at_] == u'\'' && (++at_ >= text_.size() || text_[at_] != u'\'')) break;
+        const bool is_quote = text_[at_] == u'\'';
+        if (is_quote) ++at_;  // a doubled one is one of the name
+        if (is_quote && (at_ >= text_.size() || text_[at_] != u'\'')) break;
         name += text_[at_];
       }
     } else {

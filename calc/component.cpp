@@ -50,6 +50,7 @@ Object& ObjectOf(uno_Interface* base) { return *reinterpret_cast<Object*>(base);
 void SAL_CALL Acquire(uno_Interface* base) { ++ObjectOf(base).users; }
 void SAL_CALL Release(uno_Interface* base) {
   Object& object = ObjectOf(base);
+  // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): an object belongs to all who hold it
   if (--object.users == 0) delete &object;
 }
 void SAL_CALL Dispatch(uno_Interface* base, const typelib_TypeDescription* member, void* result,
@@ -94,7 +95,7 @@ std::map<uno_Interface*, Document>& Documents() {
 Document& DocumentOf(uno_Interface* model) {
   auto& documents = Documents();
   if (const auto known = documents.find(model); known != documents.end()) return known->second;
-  UnoReference listener = UnoReference::Owning(NewObject(kListenerInterfaces, model));
+  const UnoReference listener = UnoReference::Owning(NewObject(kListenerInterfaces, model));
   uno_Interface* address = listener.get();
   const UnoReference shared = UnoReference::Sharing(model);
   shared.As(u"com.sun.star.util.XModifyBroadcaster")

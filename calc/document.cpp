@@ -129,13 +129,13 @@ bool MayBe(const SiteArgument& argument, const Operand& given) {
 }
 
 bool MayBe(const CallSite& site, std::span<const Operand> arguments) {
-  static const SiteArgument kMissing = [] {
+  static const SiteArgument missing_argument = [] {
     SiteArgument missing;
     missing.kind = Kind::kMissing;
     return missing;
   }();
   for (std::size_t i = 0; i < arguments.size(); ++i) {
-    const SiteArgument& argument = i < site.arguments.size() ? site.arguments[i] : kMissing;
+    const SiteArgument& argument = i < site.arguments.size() ? site.arguments[i] : missing_argument;
     if (!MayBe(argument, arguments[i])) return false;
   }
   return site.arguments.size() <= arguments.size();
@@ -150,8 +150,7 @@ std::optional<std::int32_t> FormatOf(const UnoReference& range) {
       .Call(u"com.sun.star.beans.XPropertyState::getPropertyState", &state, {property.address()});
   if (state == kAmbiguous) return std::nullopt;
   const AnyValue format(range.As(u"com.sun.star.beans.XPropertySet"),
-                        u"com.sun.star.beans.XPropertySet::getPropertyValue",
-                        {property.address()});
+                        u"com.sun.star.beans.XPropertySet::getPropertyValue", {property.address()});
   if (format.get().pType->eTypeClass != typelib_TypeClass_LONG) return std::nullopt;
   return *static_cast<const std::int32_t*>(format.get().pData);
 }
@@ -257,7 +256,8 @@ void Document::AddFormula(std::int32_t sheet, std::int32_t column, std::int32_t 
 
 /// Of a formula that cannot be read, each of our functions may be called with anything.
 void Document::AddUnreadable(std::u16string_view text) {
-  for (std::size_t at = text.find(kPrefix); at != text.npos; at = text.find(kPrefix, at + 1)) {
+  for (std::size_t at = text.find(kPrefix); at != std::u16string_view::npos;
+       at = text.find(kPrefix, at + 1)) {
     const std::size_t begin = at + kPrefix.size();
     const std::u16string function(text.substr(begin, text.find(u'(', begin) - begin));
     several_sheets_.insert(function);

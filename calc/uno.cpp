@@ -37,14 +37,14 @@ TypeReference SequenceType(std::u16string_view name) {
 void ConstructVoid(uno_Any& result) { uno_any_construct(&result, nullptr, nullptr, nullptr); }
 
 void ConstructNumber(uno_Any& result, double number) {
-  static const TypeReference kType = SimpleType(typelib_TypeClass_DOUBLE);
-  uno_type_any_construct(&result, &number, kType, nullptr);
+  static const TypeReference type = SimpleType(typelib_TypeClass_DOUBLE);
+  uno_type_any_construct(&result, &number, type, nullptr);
 }
 
 void ConstructText(uno_Any& result, std::u16string_view text) {
-  static const TypeReference kType = SimpleType(typelib_TypeClass_STRING);
+  static const TypeReference type = SimpleType(typelib_TypeClass_STRING);
   rtl_uString* made = NewText(text);
-  uno_type_any_construct(&result, &made, kType, nullptr);
+  uno_type_any_construct(&result, &made, type, nullptr);
   rtl_uString_release(made);
 }
 
