@@ -9,24 +9,7 @@
 namespace zavhost {
 namespace {
 
-/// By name in lower case.
-using Table = std::unordered_map<std::u16string, const BuiltInFunction*>;
-
-const Table& Functions() {
-  static const Table table = [] {
-    Table made;
-    for (const auto group : BuiltInGroups()) {
-      for (const BuiltInFunction& function : group)
-        made.emplace(LowerCase(function.name), &function);
-    }
-    return made;
-  }();
-  return table;
-}
-
-}  // namespace
-
-std::span<const std::span<const BuiltInFunction>> BuiltInGroups() {
+std::span<const std::span<const BuiltInFunction>> Groups() {
   static const std::span<const BuiltInFunction> groups[] = {
       LogicalFunctions(),        InformationFunctions(), NumberFunctions(),
       TrigonometryFunctions(),   IntegerFunctions(),     AggregateFunctions(),
@@ -40,6 +23,23 @@ std::span<const std::span<const BuiltInFunction>> BuiltInGroups() {
       HypothesisTestFunctions(), CashFlowFunctions()};
   return groups;
 }
+
+/// By name in lower case.
+using Table = std::unordered_map<std::u16string, const BuiltInFunction*>;
+
+const Table& Functions() {
+  static const Table table = [] {
+    Table made;
+    for (const auto group : Groups()) {
+      for (const BuiltInFunction& function : group)
+        made.emplace(LowerCase(function.name), &function);
+    }
+    return made;
+  }();
+  return table;
+}
+
+}  // namespace
 
 const BuiltInFunction* FindBuiltIn(std::u16string_view name) {
   const auto found = Functions().find(LowerCase(name));

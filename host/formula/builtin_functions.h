@@ -81,7 +81,5 @@ struct BuiltInFunction {
 /// under the same name takes precedence.
 const BuiltInFunction* FindBuiltIn(std::u16string_view name);
 bool IsBuiltIn(std::u16string_view name);
-/// All of them, group by group.
-std::span<const std::span<const BuiltInFunction>> BuiltInGroups();
 
 }  // namespace zavhost

@@ -48,20 +48,7 @@ Value ApplyComparison(Operator op, const Value& left, const Value& right) {
                     : left.IsBlank()                  ? Compare(BlankBeside(right), right)
                     : right.IsBlank()                 ? Compare(left, BlankBeside(left))
                                                       : Compare(left, right);
-  switch (op) {
-    case Operator::kEqual:
-      return order == 0;
-    case Operator::kNotEqual:
-      return order != 0;
-    case Operator::kLess:
-      return order < 0;
-    case Operator::kLessEqual:
-      return order <= 0;
-    case Operator::kGreater:
-      return order > 0;
-    default:
-      return order >= 0;
-  }
+  return OrderSatisfies(op, order);
 }
 
 Value Concatenate(const Value& left, const Value& right) {
@@ -97,6 +84,23 @@ Value Calculate(Operator op, double left, double right) {
 }
 
 }  // namespace
+
+bool OrderSatisfies(Operator comparison, int order) {
+  switch (comparison) {
+    case Operator::kEqual:
+      return order == 0;
+    case Operator::kNotEqual:
+      return order != 0;
+    case Operator::kLess:
+      return order < 0;
+    case Operator::kLessEqual:
+      return order <= 0;
+    case Operator::kGreater:
+      return order > 0;
+    default:
+      return order >= 0;
+  }
+}
 
 Converted<double> ToNumber(const Value& value) {
   if (const double* number = value.number()) return {*number, {}};

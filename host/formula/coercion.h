@@ -33,6 +33,8 @@ Value NumberValue(double number);
 /// before texts, then booleans, errors and blanks; two errors are equal. Texts are compared by code
 /// point without regard to letter case. Numbers differ by any bit, for only then is this an order.
 int CompareValues(const Value& left, const Value& right);
+/// Whether a comparison holds for values of this order: "<" for a negative one, and so on.
+bool OrderSatisfies(Operator comparison, int order);
 /// True for two numbers, two texts, two booleans, two errors or two blanks.
 bool AreOfOneKind(const Value& left, const Value& right);
 

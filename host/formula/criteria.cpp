@@ -54,17 +54,7 @@ bool Criterion::Holds(const Value& value) const {
   if (op_ == Operator::kNotEqual) return !Equals(value);
   const bool has_order = !value.IsBlank() && !value.error() && AreOfOneKind(value, operand_);
   if (!has_order) return false;
-  const int order = CompareValues(value, operand_);
-  switch (op_) {
-    case Operator::kLess:
-      return order < 0;
-    case Operator::kLessEqual:
-      return order <= 0;
-    case Operator::kGreater:
-      return order > 0;
-    default:
-      return order >= 0;
-  }
+  return OrderSatisfies(op_, CompareValues(value, operand_));
 }
 
 bool Criterion::Equals(const Value& value) const {

@@ -18,6 +18,8 @@ class DecimalDigits {
   /// Rounds half up to so many decimal places; negative ones are left of the decimal point.
   void RoundTo(int places);
 
+  /// Without zeros at the ends; empty for 0.
+  const std::string& digits() const { return digits_; }
   bool IsZero() const { return digits_.empty(); }
   /// The number of digits before the decimal point; not positive if the first significant digit
   /// comes after it.
@@ -28,8 +30,8 @@ class DecimalDigits {
   char At(int place) const;
 
  private:
-  std::string digits_;  // without zeros at its ends
-  int point_ = 0;       // the position of the decimal point in them
+  std::string digits_;
+  int point_ = 0;  // the position of the decimal point in them
 };
 
 }  // namespace zavhost

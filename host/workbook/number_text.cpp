@@ -5,6 +5,7 @@
 
 #include "host/workbook/calendar.h"
 #include "host/workbook/date_text.h"
+#include "host/workbook/decimal_digits.h"
 #include "host/workbook/value.h"
 #include "platform/white_space.h"
 
@@ -131,18 +132,9 @@ std::u16string Widen(std::string_view ascii) { return {ascii.begin(), ascii.end(
 std::u16string GeneralText(double number) {
   if (!std::isfinite(number)) return std::u16string(ErrorText(ErrorCode::kNum));
   if (number == 0.0) return u"0";
-  char buffer[32];
-  const std::to_chars_result end = std::to_chars(buffer, buffer + sizeof buffer, std::fabs(number),
-                                                 std::chars_format::scientific, 14);
-  const std::string_view text(buffer, static_cast<std::size_t>(end.ptr - buffer));
-  const std::size_t mark = text.find('e');
-  int exponent = 0;
-  const char* exponent_begin = text.data() + mark + (text[mark + 1] == '+' ? 2 : 1);
-  std::from_chars(exponent_begin, text.data() + text.size(), exponent);
-
-  std::string digits(1, text[0]);
-  digits.append(text.substr(2, mark - 2));
-  digits.erase(digits.find_last_not_of('0') + 1);
+  const DecimalDigits decimal(number);
+  const std::string& digits = decimal.digits();
+  const int exponent = decimal.WholeDigits() - 1;
 
   std::string shown = number < 0 ? "-" : "";
   const int count = static_cast<int>(digits.size());
