@@ -1,4 +1,4 @@
-// Every distribution of the list against arbitrary-precision arithmetic: data/accuracy.csv.
+// Every distribution of the list against arbitrary-precision arithmetic: data/accuracy.
 #include <doctest/doctest.h>
 
 #include <algorithm>

@@ -1,6 +1,8 @@
 #include "distributions/recorded.h"
 
+#include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <sstream>
 #include <stdexcept>
 
@@ -16,9 +18,8 @@ void AddValues(Recorded& recorded, const std::vector<double>& n) {
   }
 }
 
-std::vector<Recorded> ReadRecorded() {
-  std::vector<Recorded> all;
-  for (const auto& [kind, texts, numbers] : CsvLines("accuracy.csv")) {
+void Read(const std::string& file_name, std::vector<Recorded>& all) {
+  for (const auto& [kind, texts, numbers] : CsvLines(file_name)) {
     switch (kind) {
       case '=':
         all.push_back({.description = DistLib::FindDistribution(texts[1]),
@@ -39,9 +40,19 @@ std::vector<Recorded> ReadRecorded() {
         all.back().moments = numbers;
         break;
       default:
-        throw std::runtime_error("unknown line in accuracy.csv");
+        throw std::runtime_error("unknown line in " + file_name);
     }
   }
+}
+
+/// In the order of the files' names.
+std::vector<Recorded> ReadRecorded() {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(ZAVREL_TEST_DATA "/accuracy"))
+    names.push_back("accuracy/" + entry.path().filename().string());
+  std::ranges::sort(names);
+  std::vector<Recorded> all;
+  for (const std::string& name : names) Read(name, all);
   return all;
 }
 

@@ -1,8 +1,7 @@
 #!/usr/bin/env python3
-"""Writes accuracy.csv: values of every distribution from arbitrary-precision arithmetic (mpmath).
+"""Writes accuracy/NAME.csv: values of every distribution from arbitrary-precision arithmetic (mpmath).
 
-Each distribution is stated once more here, as its cumulative probability from the textbook; its density is the
-numerical derivative unless one is given, the upper tail the complement, at a precision that leaves 50 digits of it.
+continuous.py and discrete.py state each distribution once more; the precision here leaves 50 digits of every tail.
 Points are the doubles nearest to quantiles, in both tails down to 1e-300. Lines:
 
     =,NAME,PARAMETERS...                  what the following lines are about
@@ -11,315 +10,20 @@ Points are the doubles nearest to quantiles, in both tails down to 1e-300. Lines
     m,MEAN,VARIANCE,SKEWNESS,KURTOSIS,ENTROPY,MEDIAN    by quadrature
 
 The condition number says by how many units an error of one unit in the argument's last place moves the value. Nothing
-stands where a value is no normal double. Usage: make_accuracy.py [NAME...] writes only these, to standard output.
+stands where a value is no normal double. Usage: make_accuracy.py [NAME...] writes only these.
 """
 import math
+import pathlib
 import struct
 import sys
 
 from mpmath import mp, mpf
 
-INF = float("inf")
+from continuous import CONTINUOUS, INF
+from discrete import DISCRETE
+
+FOLDER = pathlib.Path(__file__).parent / "accuracy"
 PROBABILITIES = [1e-300, 1e-100, 1e-20, 1e-6, 0.02, 0.3]
-
-
-def bounded(x, bound=10**7):
-    """What is beyond has vanished, or become 1, to every digit that is asked for."""
-    return min(max(x, -mpf(bound)), mpf(bound))
-
-
-def exp(x):
-    return mp.exp(bounded(x))
-
-
-def expm1(x):
-    return mp.expm1(bounded(x))
-
-
-def erfc(x):
-    return mp.erfc(bounded(x, 5000))
-
-
-def derivative(function, x, order=1):
-    """With a step in proportion to x."""
-    if x == 0:
-        return mp.diff(function, x, order)
-    return mp.diff(lambda share: function(share * x), mpf(1), order) / x**order
-
-
-class Reference:
-    """A distribution with its parameters: cumulative probability, support, and density if it is given."""
-
-    def __init__(self, cumulative, low=-INF, high=INF, density=None, upper=None, digits=2):
-        self.digits = digits  # of how many powers of a probability the complement must be told from 1
-        self.cumulative, self.low, self.high, self.given, self.given_upper = cumulative, low, high, density, upper
-
-    def lower(self, x):
-        return mpf(0) if x <= self.low else mpf(1) if x >= self.high else self.cumulative(mpf(x))
-
-    def upper(self, x):
-        if self.given_upper and self.low < x < self.high:
-            return self.given_upper(mpf(x))
-        return 1 - self.lower(x)
-
-    def density(self, x):
-        return self.given(mpf(x)) if self.given else derivative(self.cumulative, mpf(x))
-
-    def density_condition(self, x, density):
-        if self.given:
-            return abs(x * derivative(self.given, mpf(x)) / density)
-        return abs(x * derivative(self.cumulative, mpf(x), 2) / density)
-
-
-def exponential_of(hazard, low=-INF, high=INF):
-    """By its cumulative hazard."""
-    return Reference(lambda x: -expm1(-hazard(x)), low, high)
-
-
-def power(x, y):
-    return exp(y * mp.log(x))
-
-
-def series(ratio):
-    """1 + ratio(0) + ratio(0) ratio(1) + ..., all positive."""
-    total = term = mpf(1)
-    smallest, k = mpf(10) ** -mp.dps, 0
-    while term > total * smallest:
-        term *= ratio(k)
-        total += term
-        k += 1
-    return total
-
-
-def lower_gamma(a, x):
-    if x > 20 * (a + mp.dps):
-        return mpf(1)
-    return exp(a * mp.log(x) - x - mp.loggamma(a + 1)) * series(lambda k: x / (a + 1 + k))
-
-
-def gamma_of(shape, value, slope, low=-INF, high=INF, rises=True):
-    """Of a variable whose `value` is a gamma variable; `slope` is the derivative of `value` without its sign."""
-    a = mpf(shape)
-
-    def density(x):
-        v = value(x)
-        return exp((a - 1) * mp.log(v) - v - mp.loggamma(a)) * slope(x)
-    lower = lambda x: lower_gamma(a, value(x))
-    return Reference(lower if rises else lambda x: 1 - lower(x), low, high, density, None if rises else lower, 1)
-
-
-def gamma_power(shape, exponent, scale, location=0.0):
-    """location + scale V^exponent, V a gamma variable."""
-    z, inverse = z_of(location, scale), 1 / mpf(exponent)
-    return gamma_of(shape, lambda x: power(z(x), inverse), lambda x: abs(inverse) / scale * power(z(x), inverse - 1),
-                    location, INF, exponent > 0)
-
-
-def error(location, scale, shape):
-    z, b = z_of(location, scale), mpf(shape)
-
-    def cumulative(x):
-        inner = lower_gamma(1 / b, abs(z(x)) ** b) if z(x) != 0 else 0
-        return (1 + inner if z(x) > 0 else 1 - inner) / 2
-    return Reference(cumulative, density=lambda x: exp(-abs(z(x)) ** b) / (2 * scale * mp.gamma(1 + 1 / b)), digits=1)
-
-
-def log_beta(a, b):
-    return mp.loggamma(a) + mp.loggamma(b) - mp.loggamma(a + b)
-
-
-def lower_beta(a, b, x, y):
-    """I_x(a, b) with y = 1 - x, on the side where the terms of the series fall soonest."""
-    if x * (a + b + 2) > a + 1:
-        a, b, x, y, mirrored = b, a, y, x, True
-    else:
-        mirrored = False
-    front = exp(a * mp.log(x) + b * mp.log(y) - log_beta(a, b)) / a
-    value = front * series(lambda k: x * (a + b + k) / (a + 1 + k))
-    return 1 - value if mirrored else value
-
-
-def beta_of(a, b, odds, slope, low, high=INF):
-    """Of a variable whose `odds` x / (1 - x) are those of a beta variable x; `slope` is their derivative."""
-    a, b = mpf(a), mpf(b)
-    parts = lambda x: (odds(x) / (1 + odds(x)), 1 / (1 + odds(x)))
-
-    def density(x):
-        u, w = parts(x)
-        return exp((a - 1) * mp.log(u) + (b + 1) * mp.log(w) - log_beta(a, b)) * slope(x)
-    return Reference(lambda x: lower_beta(a, b, *parts(x)), low, high, density,
-                     lambda x: lower_beta(b, a, *reversed(parts(x))), 1)
-
-
-def beta(a, b, lower=0.0, upper=1.0):
-    low, high = mpf(lower), mpf(upper)
-    return beta_of(a, b, lambda x: (x - low) / (high - x), lambda x: (high - low) / (high - x) ** 2, lower, upper)
-
-
-def pert(lower, mode, upper, weight):
-    width = mpf(upper) - lower
-    return beta(1 + weight * (mpf(mode) - lower) / width, 1 + weight * (mpf(upper) - mode) / width, lower, upper)
-
-
-def student(df):
-    v = mpf(df)
-
-    def upper(x):
-        if x < 0:
-            return 1 - upper(-x)
-        return mpf(1) / 2 if x == 0 else lower_beta(v / 2, mpf(1) / 2, v / (v + x * x), x * x / (v + x * x)) / 2
-    front = lambda: exp(-log_beta(v / 2, mpf(1) / 2)) / mp.sqrt(v)
-    return Reference(lambda x: upper(-x), density=lambda x: front() * power(1 + x * x / v, -(v + 1) / 2), upper=upper,
-                     digits=1)
-
-
-def f(df1, df2):
-    m, n = mpf(df1), mpf(df2)
-    return beta_of(m / 2, n / 2, lambda x: m * x / n, lambda x: m / n, 0.0)
-
-
-def gev(location, scale, shape):
-    z = lambda x: (x - mpf(location)) / scale
-    if shape == 0:
-        return Reference(lambda x: exp(-exp(-z(x))))
-    end = mpf(location) - mpf(scale) / shape
-    return Reference(lambda x: exp(-power(1 + shape * z(x), -1 / mpf(shape))),
-                     *((end, INF) if shape > 0 else (-INF, end)))
-
-
-def gpd(location, scale, shape):
-    z = lambda x: (x - mpf(location)) / scale
-    if shape == 0:
-        return exponential_of(z, location)
-    end = INF if shape > 0 else mpf(location) - mpf(scale) / shape
-    return Reference(lambda x: 1 - power(1 + shape * z(x), -1 / mpf(shape)), location, end)
-
-
-def normal_of(score, low=-INF, high=INF):
-    """Of a value whose score is standard normal."""
-    return Reference(lambda x: erfc(-score(x) / mp.sqrt(2)) / 2, low, high,
-                     upper=lambda x: erfc(score(x) / mp.sqrt(2)) / 2, digits=1)
-
-
-def weibull(shape, scale, location=0.0):
-    return exponential_of(lambda x: power((x - mpf(location)) / scale, mpf(shape)), location)
-
-
-def frechet(shape, scale, location=0.0):
-    return Reference(lambda x: exp(-power((x - mpf(location)) / scale, -mpf(shape))), location)
-
-
-def logistic(location, scale, shape=1.0):
-    return Reference(lambda x: power(1 + exp(-(x - mpf(location)) / scale), -mpf(shape)))
-
-
-def laplace_of(score, low=-INF):
-    def cumulative(x):
-        z = score(x)
-        return exp(z) / 2 if z < 0 else 1 - exp(-z) / 2
-    return Reference(cumulative, low)
-
-
-def triangular(lower, mode, upper):
-    a, c, b = mpf(lower), mpf(mode), mpf(upper)
-    cumulative = lambda x: (x - a) ** 2 / ((b - a) * (c - a)) if x < c else 1 - (b - x) ** 2 / ((b - a) * (b - c))
-    density = lambda x: 2 * (x - a) / ((b - a) * (c - a)) if x < c else 2 * (b - x) / ((b - a) * (b - c))
-    return Reference(cumulative, lower, upper, density)
-
-
-def z_of(location, scale):
-    return lambda x: (x - mpf(location)) / scale
-
-
-# Of each: the reference, and parameters; the first are those whose moments are recorded.
-CONTINUOUS = {
-    "arcsine": (lambda a, b: Reference(lambda x: 2 / mp.pi * mp.asin(mp.sqrt((x - mpf(a)) / (mpf(b) - a))), a, b,
-                                       lambda x: 1 / (mp.pi * mp.sqrt((x - a) * (b - x)))),
-                [(0.0, 1.0), (-3.0, 0.0), (1e5, 1e5 + 2)]),
-    "beta": (beta, [(2.0, 3.0), (0.3, 0.2), (300.0, 0.9), (1e-3, 40.0)]),
-    "Birnbaum-Saunders": (lambda a, b: normal_of(lambda x: (mp.sqrt(x / b) - mp.sqrt(b / x)) / mpf(a), 0.0),
-                          [(0.5, 2.0), (1e-3, 1.0), (20.0, 0.7)]),
-    "Burr III": (lambda c, k, s: Reference(lambda x: power(1 + power(x / mpf(s), -mpf(c)), -mpf(k)), 0.0),
-                 [(30.0, 0.8, 2.0), (0.7, 2.5, 1.0), (2.0, 0.01, 1e6), (50.0, 40.0, 1e-3)]),
-    "Burr XII": (lambda c, k, s: Reference(lambda x: 1 - power(1 + power(x / mpf(s), mpf(c)), -mpf(k)), 0.0),
-                 [(4.0, 12.0, 2.0), (0.7, 2.5, 1.0), (2.0, 0.01, 1e6), (50.0, 40.0, 1e-3)]),
-    "Cauchy": (lambda m, s: Reference(lambda x: mp.atan2(s, -(x - mpf(m))) / mp.pi),
-               [(0.0, 1.0), (-7.3, 1e-3), (1e10, 2.5)]),
-    "chi": (lambda n: gamma_power(mpf(n) / 2, 0.5, mp.sqrt(2)), [(3.0,), (0.7,), (200.0,)]),
-    "chi-square": (lambda n: gamma_power(mpf(n) / 2, 1, 2), [(3.0,), (0.7,), (200.0,)]),
-    "Erlang": (lambda k, r: gamma_power(k, 1, 1 / mpf(r)), [(3.0, 2.0), (1.0, 1e5), (150.0, 0.01)]),
-    "error": (error, [(0.0, 1.0, 1.5), (-7.0, 0.01, 0.3), (1e3, 2.0, 20.0)]),
-    "exponential": (lambda r: exponential_of(lambda x: r * x, 0.0), [(1.0,), (1e-5,), (737.3,)]),
-    "extreme value of minima": (lambda m, s: exponential_of(lambda x: exp((x - mpf(m)) / s)),
-                                [(0.0, 1.0), (-3.7, 0.01), (1e6, 7.7)]),
-    "F": (f, [(5.0, 40.0), (1.0, 1.0), (0.3, 40.0), (300.0, 7.5)]),
-    "four-parameter beta": (beta, [(2.0, 3.0, -1.0, 4.0), (0.5, 0.2, -3.0, 0.0), (20.0, 0.9, 1e5, 1e5 + 2)]),
-    "Frechet": (frechet, [(30.0, 2.0, 1.0), (0.5, 1.0, 0.0), (3.3, 1e-3, -10.0), (400.0, 2.0, 0.0)]),
-    "gamma": (lambda a, s: gamma_power(a, 1, s), [(2.5, 3.0), (0.02, 1.0), (300.0, 1e-5)]),
-    "generalised extreme value": (gev, [(1.0, 2.0, -0.2), (0.0, 1.0, 0.5), (0.0, 1.0, 1e-7), (10.0, 0.3, 0.0),
-                                        (0.0, 1.0, -2.0)]),
-    "generalised gamma": (lambda a, p, s: gamma_power(a, 1 / mpf(p), s),
-                          [(2.5, 1.5, 3.0), (0.2, 4.0, 1.0), (100.0, 0.5, 1e-5)]),
-    "generalised logistic": (logistic, [(1.0, 2.0, 3.0), (0.0, 1.0, 0.01), (-5.0, 0.1, 1e4)]),
-    "generalised Pareto": (gpd, [(1.0, 2.0, -0.3), (0.0, 1.0, 0.5), (0.0, 1.0, 1e-7), (10.0, 0.3, 0.0),
-                                 (0.0, 1.0, -2.0)]),
-    "Gompertz": (lambda k, r: exponential_of(lambda x: k * expm1(r * x), 0.0),
-                 [(0.2, 1.5), (1e-8, 0.1), (50.0, 1.0)]),
-    "Gumbel": (lambda m, s: Reference(lambda x: exp(-exp(-(x - mpf(m)) / s))),
-               [(0.0, 1.0), (-3.7, 0.01), (1e6, 7.7)]),
-    "half-Cauchy": (lambda s: Reference(lambda x: 2 / mp.pi * mp.atan(x / s), 0.0), [(1.0,), (1e-9,), (2.7e8,)]),
-    "half-normal": (lambda s: Reference(lambda x: mp.erf(x / s / mp.sqrt(2)), 0.0), [(1.0,), (1e-9,), (2.7e8,)]),
-    "hyperbolic secant": (lambda m, s: Reference(lambda x: 2 / mp.pi * mp.atan(exp(mp.pi / 2 * (x - mpf(m)) / s))),
-                          [(0.0, 1.0), (-3.7, 0.01), (1e6, 7.7)]),
-    "inverse chi-square": (lambda n: gamma_power(mpf(n) / 2, -1, mpf(1) / 2), [(80.0,), (0.7,), (200.0,)]),
-    "inverse gamma": (lambda a, s: gamma_power(a, -1, s), [(40.0, 3.0), (0.2, 1.0), (300.0, 1e-5)]),
-    "inverse Weibull": (frechet, [(40.0, 2.0), (0.5, 1.0), (3.3, 1e-3)]),
-    "Johnson SL": (lambda g, d, m, s: normal_of(lambda x: g + d * mp.log((x - mpf(m)) / s), m),
-                   [(0.3, 5.0, 1.0, 2.0), (0.0, 0.5, 0.0, 1.0), (-20.0, 30.0, -5.0, 0.1)]),
-    "Johnson SU": (lambda g, d, m, s: normal_of(lambda x: g + d * mp.asinh((x - mpf(m)) / s)),
-                   [(0.3, 5.0, 1.0, 2.0), (0.0, 0.5, 0.0, 1.0), (-20.0, 30.0, -5.0, 0.1)]),
-    "Kumaraswamy": (lambda a, b: Reference(lambda x: 1 - power(1 - power(x, mpf(a)), mpf(b)), 0.0, 1.0),
-                    [(2.0, 5.0), (0.3, 0.2), (1.0, 100.0), (1e4, 3.3)]),
-    "Laplace": (lambda m, s: laplace_of(z_of(m, s)), [(0.0, 1.0), (-3.7, 0.01), (1e6, 7.7)]),
-    "Levy": (lambda m, s: Reference(lambda x: erfc(mp.sqrt(s / (2 * (x - mpf(m))))), m),
-             [(0.0, 1.0), (-3.7, 0.01), (1e6, 7.7)]),
-    "log-gamma": (lambda a, s, m: gamma_of(a, lambda x: exp((x - mpf(m)) / s), lambda x: exp((x - mpf(m)) / s) / s),
-                  [(2.5, 3.0, 1.0), (0.2, 1.0, 0.0), (300.0, 0.1, -50.0)]),
-    "log-Laplace": (lambda a, s: laplace_of(lambda x: a * mp.log(x / s), 0.0), [(40.0, 2.0), (0.7, 1.0), (3.0, 1e-5)]),
-    "log-logistic": (lambda a, s: Reference(lambda x: 1 / (1 + power(x / s, -mpf(a))), 0.0),
-                     [(40.0, 2.0), (0.7, 1.0), (3.0, 1e-5)]),
-    "log-Pearson III": (lambda a, s, m: gamma_of(a, lambda x: (mp.log(x) - m) / s, lambda x: 1 / (abs(s) * x),
-                                                 exp(mpf(m)) if s > 0 else 0, INF if s > 0 else exp(mpf(m)), s > 0),
-                        [(2.5, 0.02, 1.0), (3.0, -0.2, 2.0), (50.0, 0.3, -5.0)]),
-    "logistic": (logistic, [(0.0, 1.0), (-3.7, 0.01), (1e6, 7.7)]),
-    "lognormal": (lambda m, s: normal_of(lambda x: (mp.log(x) - m) / s, 0.0), [(0.5, 0.3), (0.0, 5.0), (-100.0, 0.01)]),
-    "Lomax": (lambda a, s: Reference(lambda x: 1 - power(1 + x / s, -mpf(a)), 0.0), [(40.0, 2.0), (0.7, 1.0), (1e5, 1e-5)]),
-    "Maxwell": (lambda s: gamma_power(mpf(3) / 2, 0.5, s * mp.sqrt(2)), [(1.0,), (1e-9,), (2.7e8,)]),
-    "Nakagami": (lambda m, w: gamma_power(m, 0.5, mp.sqrt(mpf(w) / m)), [(2.5, 3.0), (0.5, 1.0), (300.0, 1e-5)]),
-    "normal": (lambda m, s: normal_of(z_of(m, s)), [(0.0, 1.0), (-3.7, 0.01), (1e6, 7.7)]),
-    "Pareto": (lambda a, s: Reference(lambda x: 1 - power(x / s, -mpf(a)), s), [(40.0, 2.0), (0.7, 1.0), (1e5, 1e-5)]),
-    "Pearson III": (lambda a, s, m: gamma_power(a, 1, s, m), [(2.5, 3.0, 1.0), (0.2, 1.0, 0.0), (300.0, 1e-2, -50.0)]),
-    "Pearson V": (lambda a, s, m: gamma_power(a, -1, s, m), [(40.0, 3.0, 1.0), (0.2, 1.0, 0.0), (300.0, 1e-2, -50.0)]),
-    "Pearson VI": (lambda a, b, s: beta_of(a, b, lambda x: x / s, lambda x: 1 / mpf(s), 0.0),
-                   [(2.5, 30.0, 3.0), (0.3, 0.2, 1.0), (300.0, 7.5, 1e-5)]),
-    "PERT": (pert, [(1.0, 2.0, 5.0, 4.0), (-3.0, 0.0, 0.0, 1.0), (10.0, 10.5, 11.0, 400.0)]),
-    "power function": (lambda a, s: Reference(lambda x: power(x / s, mpf(a)), 0.0, s,
-                                              lambda x: a / mpf(s) * power(x / s, mpf(a) - 1)),
-                       [(3.0, 2.0), (0.7, 1.0), (1e5, 1e-5)]),
-    "Rayleigh": (lambda s: exponential_of(lambda x: (x / s) ** 2 / 2, 0.0), [(1.0,), (1e-9,), (2.7e8,)]),
-    "reciprocal": (lambda a, b: Reference(lambda x: mp.log(x / a) / mp.log(b / mpf(a)), a, b,
-                                          lambda x: 1 / (x * mp.log(b / mpf(a)))),
-                   [(1.0, 10.0), (1e-200, 1e200), (1.0, 1.0001)]),
-    "Student": (student, [(11.0,), (1.0,), (0.3,), (300.0,)]),
-    "three-parameter lognormal": (lambda m, s, t: normal_of(lambda x: (mp.log(x - mpf(t)) - m) / s, t),
-                                  [(0.5, 0.3, 1.0), (0.0, 5.0, -2.0), (-10.0, 0.01, 1e-5)]),
-    "three-parameter Weibull": (weibull, [(2.5, 2.0, 1.0), (0.5, 1.0, 0.0), (33.3, 1e-3, -10.0)]),
-    "triangular": (triangular, [(0.0, 0.3, 1.0), (-5.0, -5.0, 2.0), (-3.0, 0.0, 0.0), (1e6, 1e6 + 1, 1e6 + 5)]),
-    "uniform": (lambda a, b: Reference(lambda x: (x - mpf(a)) / (mpf(b) - a), a, b, lambda x: 1 / (mpf(b) - a)),
-                [(0.0, 1.0), (-3.0, 0.0), (1e5, 1e5 + 2)]),
-    "Weibull": (weibull, [(1.5, 2.0), (0.1, 1.0), (400.0, 1e-3)]),
-    "Wigner semicircle": (lambda r: beta(mpf(3) / 2, mpf(3) / 2, -r, r), [(1.0,), (1e-9,), (2.7e8,)]),
-}
 
 
 def to_order(x):
@@ -422,63 +126,6 @@ def moments_line(of):
     return ",".join(["m", *(mp.nstr(v, 14) for v in values)])
 
 
-class Discrete:
-    """A distribution on whole numbers: probability, cumulative probability and upper tail."""
-
-    def __init__(self, probability, lower, upper, low=0, high=None):
-        self.probability, self.lower, self.upper, self.low, self.high = probability, lower, upper, low, high
-
-    def quantile(self, p, upper):
-        """Exactly, for the probabilities as the doubles nearest to them."""
-        reached = lambda k: float(self.upper(k)) <= p if upper else float(self.lower(k)) >= p
-        low, high, stride = self.low - 1, self.low, 1
-        while not reached(high):
-            low, high, stride = high, high + stride if self.high is None else min(high + stride, self.high), 2 * stride
-        while high - low > 1:
-            middle = (low + high) // 2
-            low, high = (low, middle) if reached(middle) else (middle, high)
-        return high
-
-
-def binomial(n, p):
-    n, p = int(n), mpf(p)
-    return Discrete(lambda k: mp.binomial(n, k) * p**k * (1 - p) ** (n - k),
-                    lambda k: lower_beta(mpf(n) - k, mpf(k) + 1, 1 - p, p) if k < n else mpf(1),
-                    lambda k: lower_beta(mpf(k) + 1, mpf(n) - k, p, 1 - p) if k < n else mpf(0), 0, n)
-
-
-def geometric(p):
-    q = 1 - mpf(p)
-    return Discrete(lambda k: p * q**k, lambda k: 1 - q ** (k + 1), lambda k: q ** (k + 1))
-
-
-def negative_binomial(r, p):
-    r, p = mpf(r), mpf(p)
-    return Discrete(lambda k: exp(mp.loggamma(r + k) - mp.loggamma(r) - mp.loggamma(k + 1) + r * mp.log(p)
-                                  + k * mp.log(1 - p)),
-                    lambda k: lower_beta(r, mpf(k) + 1, p, 1 - p), lambda k: lower_beta(mpf(k) + 1, r, 1 - p, p))
-
-
-def poisson(mean):
-    mean = mpf(mean)
-    return Discrete(lambda k: exp(k * mp.log(mean) - mean - mp.loggamma(k + 1)),
-                    lambda k: 1 - lower_gamma(mpf(k) + 1, mean), lambda k: lower_gamma(mpf(k) + 1, mean))
-
-
-def discrete_uniform(a, b):
-    a, b = int(a), int(b)
-    count = mpf(b - a + 1)
-    return Discrete(lambda k: 1 / count, lambda k: (k - a + 1) / count, lambda k: (b - k) / count, a, b)
-
-
-DISCRETE = {
-    "Bernoulli": (lambda p: binomial(1, p), [(0.3,), (1e-9,), (0.999,), (0.5,), (1 - 2.0**-53,)]),
-    "binomial": (binomial, [(12.0, 0.3), (1000.0, 0.001), (250.0, 0.99)]),
-    "discrete uniform": (discrete_uniform, [(1.0, 6.0), (-1e9, 1e9), (7.0, 7.0), (-5.0, 1e15)]),
-    "geometric": (geometric, [(0.3,), (0.001,), (0.999,), (0.01,)]),
-    "negative binomial": (negative_binomial, [(2.5, 0.4), (0.01, 0.001), (300.0, 0.9)]),
-    "Poisson": (poisson, [(3.5,), (1e-5,), (200.0,)]),
-}
 DISCRETE_PROBABILITIES = [1e-300, 1e-50, 1e-9, 0.024, 0.51, 0.975, 1 - 1e-12]
 
 
@@ -511,21 +158,24 @@ def discrete_moments_line(of):
 NO_MOMENTS = {"Cauchy", "half-Cauchy", "Levy", "Student", "triangular"}
 
 
+def record(name, of_parameters, parameter_sets, lines_of, moments_of):
+    lines = []
+    for i, parameters in enumerate(parameter_sets):
+        mp.dps = 700
+        of = of_parameters(*parameters)
+        lines.append(",".join(["=", name, *map(repr, parameters)]))
+        if i == 0 and name not in NO_MOMENTS:
+            lines.append(moments_of(of))
+        lines += lines_of(of)
+    (FOLDER / f"{name.replace(' ', '_')}.csv").write_text("\n".join(lines) + "\n", encoding="utf-8")
+
+
 def main(names):
     kinds = [(CONTINUOUS, lines_of, moments_line), (DISCRETE, discrete_lines, discrete_moments_line)]
-    for references, lines, moments in kinds:
-        for name, (reference, parameter_sets) in references.items():
-            if names and name not in names:
-                continue
-            for i, parameters in enumerate(parameter_sets):
-                mp.dps = 700
-                of = reference(*parameters)
-                print(",".join(["=", name, *map(repr, parameters)]))
-                if i == 0 and name not in NO_MOMENTS:
-                    print(moments(of))
-                for line in lines(of):
-                    print(line)
-                sys.stdout.flush()
+    for references, *writers in kinds:
+        for name, (of_parameters, parameter_sets) in references.items():
+            if not names or name in names:
+                record(name, of_parameters, parameter_sets, *writers)
 
 
 if __name__ == "__main__":
