@@ -84,7 +84,7 @@ std::unique_ptr<Engine> StartEngine(const CommandLine& line, Workbook workbook) 
 }
 
 int FinishEngine(Engine& engine) {
-  engine.CloseAddIn();
+  engine.CloseAddIns();
   const Judge& judge = engine.judge();
   if (judge.count() == 0) return kExitSuccess;
   std::cerr << ZAVHOST_NAME ": the add-in broke rules of the Excel C API "

@@ -116,7 +116,7 @@ void CheckFunctions(const CommandLine& line, bool rank_tests, Findings& findings
     findings.Judge(there, "Rank tests",
                    there ? "registered" : "not registered, although their library is present");
   }
-  engine.CloseAddIn();
+  engine.CloseAddIns();
   for (const Violation& violation : engine.judge().violations())
     findings.Problem("Rules of the Excel C API", DescribeViolation(violation));
 }

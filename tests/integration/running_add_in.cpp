@@ -51,7 +51,7 @@ std::unique_ptr<Engine> ServingAddIn(zavhost::Workbook workbook, EngineOptions o
 }
 
 void CloseClean(Engine& engine) {
-  engine.CloseAddIn();
+  engine.CloseAddIns();
   for (const zavhost::Violation& violation : engine.judge().violations()) {
     FAIL_CHECK(zavhost::DescribeViolation(violation));
   }
