@@ -13,7 +13,7 @@ import argparse
 import pathlib
 import sys
 
-from tools import compiled_help, html_pages, intellisense, languages, markdown_pages
+from tools import compiled_help, html_pages, intellisense, languages, markdown_pages, registration
 
 
 def markdown(check):
@@ -37,7 +37,8 @@ def place(folder, name):
 
 def write_intellisense(folder):
     for name in languages.NAMES:
-        html_pages.write({intellisense.FILE: intellisense.make(name)}, place(folder, name))
+        files = {intellisense.file_name(add_in): intellisense.make(add_in, name) for add_in in registration.ADD_INS}
+        html_pages.write(files, place(folder, name))
 
 
 def main():

@@ -71,6 +71,20 @@ std::string CsvField(const std::string& text) {
   return quoted + "\"";
 }
 
+namespace {
+
+/// The one that was asked for, or those that stand in the program's folder.
+std::vector<std::filesystem::path> AddIns(const CommandLine& line) {
+  if (!line.add_in.empty()) return {line.add_in};
+  std::vector<std::filesystem::path> add_ins = {ProgramFolder() / ZAVHOST_ADD_IN};
+  const std::filesystem::path distributions = ProgramFolder() / ZAVHOST_DISTRIBUTIONS_ADD_IN;
+  std::error_code ignored;
+  if (std::filesystem::exists(distributions, ignored)) add_ins.push_back(distributions);
+  return add_ins;
+}
+
+}  // namespace
+
 std::unique_ptr<Engine> StartEngine(const CommandLine& line, Workbook workbook) {
   EngineOptions options;
   options.language = LanguageId(line.language);
@@ -78,7 +92,7 @@ std::unique_ptr<Engine> StartEngine(const CommandLine& line, Workbook workbook) 
   options.report_every_formula = line.show_every_formula;
   options.progress = ProgressToTerminal();
   auto engine = std::make_unique<Engine>(std::move(workbook), std::move(options));
-  engine->LoadAddIn(line.add_in.empty() ? ProgramFolder() / ZAVHOST_ADD_IN : line.add_in);
+  for (const std::filesystem::path& add_in : AddIns(line)) engine->LoadAddIn(add_in);
   engine->Announce(5);
   return engine;
 }
