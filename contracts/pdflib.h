@@ -83,7 +83,8 @@ enum {
 /* The values that a parameter may have. */
 typedef struct pdfParameter {
   const char* name;
-  double low; /* an infinite end bounds nothing */
+  const char* domain; /* for people: "must be greater than 0" */
+  double low;         /* an infinite end bounds nothing */
   double high;
   int16_t with_low; /* 1: the end itself is a value */
   int16_t with_high;

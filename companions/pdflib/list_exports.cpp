@@ -35,7 +35,8 @@ class DescribedList {
 
   void Add(const Description& description) {
     std::vector<pdfParameter>& parameters = parameters_.emplace_back();
-    for (const Parameter& parameter : description.parameters) parameters.push_back(Of(parameter));
+    for (const Parameter& parameter : description.parameters)
+      parameters.push_back(Of(parameter, texts_.emplace_back(parameter.domain.Text())));
     std::string& other_names = texts_.emplace_back();
     for (const std::string& name : description.other_names)
       other_names += (other_names.empty() ? "" : ", ") + name;
@@ -45,9 +46,10 @@ class DescribedList {
                              description.formula.c_str(), description.source.c_str()});
   }
 
-  static pdfParameter Of(const Parameter& parameter) {
+  static pdfParameter Of(const Parameter& parameter, const std::string& domain_text) {
     const Domain& domain = parameter.domain;
     return {parameter.name.c_str(),
+            domain_text.c_str(),
             domain.low,
             domain.high,
             domain.with_low,

@@ -33,6 +33,8 @@ constexpr const char* kFooter =
     " functions ZavMean                  help for a function; without a name, all of "
     "them\n"
     "  " ZAVHOST_NAME
+    " distributions Weibull              the same for a distribution\n"
+    "  " ZAVHOST_NAME
     " doctor                             check this installation\n"
     "\n"
     "Exit codes: 0 success; 1 a file, a formula or the add-in cannot be used, or the doctor found\n"
@@ -158,6 +160,12 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
   AddFormOptions(*functions, json, csv);
   AddCommonOptions(*functions, line, texts);
 
+  CLI::App* distributions =
+      app.add_subcommand("distributions", "List the distributions of the ZavDist functions");
+  distributions->add_option("names", line.names,
+                            "Show only these distributions, with their parameters and formula");
+  distributions->add_flag("--json", json, "Write JSON");
+
   CLI::App* doctor =
       app.add_subcommand("doctor", "Check an installation and report what support needs to know");
   doctor->add_flag("--json", json, "Write JSON");
@@ -178,11 +186,16 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
       return {std::nullopt, kExitUsage};
     }
   }
-  line.command = run->parsed()      ? Command::kRun
-                 : check->parsed()  ? Command::kCheck
-                 : eval->parsed()   ? Command::kEval
-                 : doctor->parsed() ? Command::kDoctor
-                                    : Command::kFunctions;
+  const std::pair<const CLI::App*, Command> commands[] = {
+      {run, Command::kRun},
+      {check, Command::kCheck},
+      {eval, Command::kEval},
+      {functions, Command::kFunctions},
+      {distributions, Command::kDistributions},
+      {doctor, Command::kDoctor}};
+  for (const auto& [command, value] : commands) {
+    if (command->parsed()) line.command = value;
+  }
   line.form = json ? OutputForm::kJson : csv ? OutputForm::kCsv : OutputForm::kTable;
   for (const std::string& workbook : texts.workbooks)
     line.workbooks.push_back(FromUtf8Path(workbook));

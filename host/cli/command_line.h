@@ -9,7 +9,7 @@
 
 namespace zavhost {
 
-enum class Command { kRun, kCheck, kEval, kFunctions, kDoctor };
+enum class Command { kRun, kCheck, kEval, kFunctions, kDistributions, kDoctor };
 enum class OutputForm { kTable, kJson, kCsv };
 
 /// Exit codes of the program; the help lists them.
@@ -47,7 +47,7 @@ struct CommandLine {
   // eval
   std::string formula;
   std::filesystem::path data;
-  // functions
+  // functions, distributions
   std::vector<std::string> names;
 };
 

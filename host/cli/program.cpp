@@ -19,6 +19,8 @@ int Dispatch(const CommandLine& line) {
       return EvalCommand(line);
     case Command::kFunctions:
       return FunctionsCommand(line);
+    case Command::kDistributions:
+      return DistributionsCommand(line);
     case Command::kDoctor:
       return DoctorCommand(line);
   }

@@ -64,6 +64,7 @@ void InEachHost(const zavhost::Workbook& workbook, const std::function<void(Engi
     options.behaviour.external_references_only = other;
     options.behaviour.clip_whole_columns = other;
     const auto engine = ServingAddIn(workbook, std::move(options));
+    engine->LoadAddIn(std::filesystem::absolute(ZAVREL_DISTRIBUTIONS_ADD_IN).make_preferred());
     check(*engine);
     CloseClean(*engine);
   }

@@ -37,7 +37,7 @@ std::unique_ptr<zavhost::Engine> ServingAddIn(zavhost::Workbook workbook = {},
 /// Closes the add-in and requires that the judge has nothing to say.
 void CloseClean(zavhost::Engine& engine);
 
-/// Has a workbook checked with the add-in serving it, by hosts that pass references and whole
+/// Has a workbook checked with both add-ins serving it, by hosts that pass references and whole
 /// columns in either way.
 void InEachHost(const zavhost::Workbook& workbook,
                 const std::function<void(zavhost::Engine&)>& check);
