@@ -1,5 +1,6 @@
 # shellcheck shell=bash
-# Completion of zavhost's command line in bash: commands, options and their values, files, names of functions.
+# Completion of zavhost's command line in bash: commands, options and their values, files, names of functions and of
+# distributions.
 
 # The files that match a pattern, and folders on the way to them.
 _zavhost_files() {
@@ -15,6 +16,14 @@ _zavhost_functions() {
   done < <("$program" functions --csv 2>/dev/null | tail -n +2)
 }
 
+# Names with blanks are one word each.
+_zavhost_distributions() {
+  local name
+  while IFS= read -r name; do
+    if [[ ${name,,} == "${current,,}"* ]]; then COMPREPLY+=("$(printf %q "$name")"); fi
+  done < <("$program" distributions --json 2>/dev/null | sed -n 's/^    "name": "\(.*\)",$/\1/p')
+}
+
 _zavhost() {
   local program=${1/#\~\//$HOME/} current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
   local command='' options i
@@ -27,7 +36,7 @@ _zavhost() {
   fi
   for ((i = 1; i < COMP_CWORD; i++)); do
     case ${COMP_WORDS[i]} in
-      run | check | eval | functions | doctor) command=${COMP_WORDS[i]}; break ;;
+      run | check | eval | functions | distributions | doctor) command=${COMP_WORDS[i]}; break ;;
     esac
   done
 
@@ -50,14 +59,16 @@ _zavhost() {
     check) options="$common $workbooks --digits" ;;
     eval) options="$common --data --csv" ;;
     functions) options="$common --csv" ;;
+    distributions) options='--help --json' ;;
     doctor) options=$common ;;
     *) options='--help --version' ;;
   esac
   case $command:$current in
     *:-*) mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current") ;;
-    :*) mapfile -t COMPREPLY < <(compgen -W 'run check eval functions doctor' -- "$current") ;;
+    :*) mapfile -t COMPREPLY < <(compgen -W 'run check eval functions distributions doctor' -- "$current") ;;
     run:* | check:*) _zavhost_files '*.[xX][lL][sS][xX]' ;;
     functions:*) _zavhost_functions ;;
+    distributions:*) _zavhost_distributions ;;
   esac
 }
 
