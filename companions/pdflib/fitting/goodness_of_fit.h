@@ -7,7 +7,7 @@
 
 namespace DistLib {
 
-enum class FitTest { kKolmogorovSmirnov, kAndersonDarling, kChiSquare };
+enum class FitTest { kKolmogorovSmirnov, kAndersonDarling, kPearsonChiSquare };
 
 struct FitTestResult {
   double statistic = 0;
