@@ -214,20 +214,23 @@ Estimate Estimator::From(Estimate start) const {
   return start;
 }
 
-void Estimator::ThrowNoMaximum(const Estimate& estimate) const {
+std::optional<std::string> Estimator::Unbounded(const Estimate& estimate) const {
   const Sample& sample = likelihood_.sample();
-  const double range = sample.largest() - sample.smallest();
+  const double near = 1e-6 * (sample.largest() - sample.smallest());
   for (std::size_t i = 0; i < scales_.size(); ++i) {
-    if (!estimate.free[i]) continue;
-    const std::string& name = likelihood_.description().parameters[i].name;
-    const double value = estimate.parameters[i];
     for (const double end : {scales_[i].low(), scales_[i].high()}) {
-      if ((end == sample.smallest() || end == sample.largest()) &&
-          std::fabs(value - end) < 1e-6 * range)
-        throw FitError("the likelihood has no bound as " + name + " approaches the value " +
-                       NumberText(end) + " of the sample: " + name + " must be fixed");
+      if (end != sample.smallest() && end != sample.largest()) continue;
+      if (!estimate.free[i] || std::fabs(estimate.parameters[i] - end) > near) continue;
+      const std::string& name = likelihood_.description().parameters[i].name;
+      return "the likelihood has no bound as " + name + " approaches the value " + NumberText(end) +
+             " of the sample: " + name + " must be fixed";
     }
   }
+  return {};
+}
+
+/// Says if the likelihood does not fall where a parameter runs away.
+std::optional<std::string> Estimator::Endless(const Estimate& estimate) const {
   const FreePart part(likelihood_, scales_, estimate);
   const std::vector<double> at = part.Positions();
   for (std::size_t k = 0; k < at.size(); ++k) {
@@ -237,12 +240,18 @@ void Estimator::ThrowNoMaximum(const Estimate& estimate) const {
       moved[k] += move;
       if (!(part.Function()(moved) > estimate.log_likelihood - 1e-3)) continue;
       const std::string& name = likelihood_.description().parameters[part.free()[k]].name;
-      const bool from_below = std::isfinite(part.scale(k).low());
-      throw FitError("the likelihood has no maximum: " + name + " would " +
-                     (move > 0 && from_below ? "grow" : "fall") + " without end");
+      return "the likelihood has no maximum: " + name + " would " + (move > 0 ? "grow" : "fall") +
+             " for ever";
     }
   }
-  throw FitError("no maximum of the likelihood was found");
+  return {};
+}
+
+/// Throws unless there is nothing wrong with the place, which is sure to be no maximum or not.
+void Estimator::Suspect(const Estimate& estimate, bool sure) const {
+  if (const auto reason = Unbounded(estimate)) throw FitError(*reason);
+  if (const auto reason = Endless(estimate)) throw FitError(*reason);
+  if (sure) throw FitError("no maximum of the likelihood was found");
 }
 
 std::vector<double> Estimator::Finish(Estimate& estimate) const {
@@ -251,17 +260,18 @@ std::vector<double> Estimator::Finish(Estimate& estimate) const {
     estimate.free[i] = false;
     SearchWithEnds(estimate);
   }
-  if (!estimate.converged) ThrowNoMaximum(estimate);
+  if (!estimate.converged) Suspect(estimate, true);
   const FreePart part(likelihood_, scales_, estimate);
   if (part.free().empty()) return {};
   const Refined refined =
       Refine(part.Function(), {part.Positions(), estimate.log_likelihood, true});
   estimate.parameters = part.Parameters(refined.maximum.at);
   estimate.log_likelihood = refined.maximum.value;
+  if (refined.variances.empty()) Suspect(estimate, false);
   std::vector<double> errors(scales_.size(), std::nan(""));
   for (std::size_t k = 0; k < refined.variances.size(); ++k) {
     const double error = std::sqrt(refined.variances[k]);
-    if (!part.scale(k).WithoutEnds() && !(error < kGreatestLogError)) ThrowNoMaximum(estimate);
+    if (!part.scale(k).WithoutEnds() && !(error < kGreatestLogError)) Suspect(estimate, true);
     errors[part.free()[k]] = error * part.scale(k).Slope(refined.maximum.at[k]);
   }
   return errors;

@@ -27,6 +27,9 @@ class Estimator {
   /// smooth. Throws FitError if it is no maximum.
   std::vector<double> Finish(Estimate& estimate) const;
 
+  /// Says if the likelihood rises without bound where a parameter approaches a value of the sample.
+  std::optional<std::string> Unbounded(const Estimate& estimate) const;
+
  private:
   void FindEnds(std::span<const double> start);
   bool AreEnds(std::span<const double> parameters, std::size_t i, bool lower) const;
@@ -36,7 +39,8 @@ class Estimator {
   bool MoveToValue(Estimate& estimate, std::size_t i) const;
   void SearchKinked(Estimate& estimate, std::size_t kinked) const;
   void SearchCounted(Estimate& estimate, std::size_t counted) const;
-  [[noreturn]] void ThrowNoMaximum(const Estimate& estimate) const;
+  std::optional<std::string> Endless(const Estimate& estimate) const;
+  void Suspect(const Estimate& estimate, bool sure) const;
 
   const LogLikelihood& likelihood_;
   Method method_;

@@ -134,16 +134,23 @@ class Fitting {
     return method_.starts ? method_.starts(SampleFacts(sample_)) : Starts{};
   }
 
-  /// What each start leads to on the thinned sample.
+  /// What the starts lead to on the thinned sample, the most likely start first, until one leads
+  /// to a maximum.
   Estimates FromStarts(const Starts& starts) const {
     const Sample thinned = sample_.Thinned(kThinned);
     const LogLikelihood rough(description_, thinned, cancelled_);
-    Estimates found;
+    Estimates begun;
     for (const std::vector<double>& parameters : starts) {
       Estimate start = StartAt(parameters);
-      if (likelihood_(start.parameters) == -kInfinity) continue;
+      start.log_likelihood = rough(start.parameters);
+      if (start.log_likelihood != -kInfinity) begun.push_back(std::move(start));
+    }
+    std::ranges::stable_sort(begun, std::greater<>(), &Estimate::log_likelihood);
+    Estimates found;
+    for (Estimate& start : begun) {
       const Estimator estimator(rough, method_, start.parameters);
       found.push_back(estimator.From(std::move(start)));
+      if (found.back().converged && !estimator.Unbounded(found.back())) break;
     }
     return found;
   }
@@ -201,7 +208,7 @@ Fit FitDistribution(const Description& description, std::span<const double> valu
                     FixedParameters fixed, const Cancelled& cancelled) {
   const zavrel::FloatingPointScope scope;
   const Sample sample(values);
-  return zavrel::Settled(Fitting(description, sample, fixed, cancelled).Run());
+  return Fitting(description, sample, fixed, cancelled).Run();
 }
 
 std::optional<Fit> Refit(const Description& description, const Sample& sample,

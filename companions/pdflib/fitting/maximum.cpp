@@ -1,8 +1,8 @@
 #include "companions/pdflib/fitting/maximum.h"
 
-#include <eigen3/Eigen/Eigenvalues>
 #include <algorithm>
 #include <cmath>
+#include <eigen3/Eigen/Eigenvalues>
 #include <numeric>
 #include <optional>
 
