@@ -14,6 +14,9 @@
 
 namespace DistLib {
 
+/// A number as messages show it.
+std::string NumberText(double value);
+
 /// The values that a parameter may have. An infinite end bounds nothing; no parameter is infinite.
 struct Domain {
   double low = -std::numeric_limits<double>::infinity();
