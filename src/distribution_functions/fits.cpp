@@ -107,10 +107,8 @@ struct NamedTest {
   FitTest test;
 };
 constexpr NamedTest kTests[] = {
-    {u"Anderson-Darling", FitTest::kAndersonDarling},
-    {u"AD", FitTest::kAndersonDarling},
-    {u"Kolmogorov-Smirnov", FitTest::kKolmogorovSmirnov},
-    {u"KS", FitTest::kKolmogorovSmirnov},
+    {u"Anderson-Darling", FitTest::kAndersonDarling},     {u"AD", FitTest::kAndersonDarling},
+    {u"Kolmogorov-Smirnov", FitTest::kKolmogorovSmirnov}, {u"KS", FitTest::kKolmogorovSmirnov},
     {u"chi-square", FitTest::kPearsonChiSquare},
 };
 
@@ -164,8 +162,8 @@ XXloper RankTable(const std::vector<RankedFit>& ranked, std::size_t most) {
     if (table.rows() == most) break;
     if (!entry.fit) break;  // those without a fit are the last
     const Fit& fit = *entry.fit;
-    table.Add(entry.description->name, {fit.aic, fit.bic, fit.log_likelihood,
-                                        static_cast<double>(fit.free_parameters)});
+    table.Add(entry.description->name,
+              {fit.aic, fit.bic, fit.log_likelihood, static_cast<double>(fit.free_parameters)});
   }
   if (table.rows() == 0) return ReasonRow("no distribution has a fit", kColumns);
   return std::move(table).Finish();
@@ -214,29 +212,28 @@ ZAV_EXPORT XLOPER12* ZavrelDistFit(ZAV_NAME_ARGUMENT_AND_PARAMETERS) {
 /// is fitted and the p-value comes from a parametric bootstrap of that many replicates.
 ZAV_EXPORT XLOPER12* ZavrelDistFitTest(ZAV_NAME_ARGUMENT_AND_PARAMETERS, const XLOPER12* a11,
                                        const XLOPER12* a12, const XLOPER12* a13) {
-  const std::array<const XLOPER12*, 13> arguments = {a1, a2, a3, a4,  a5,  a6, a7,
+  const std::array<const XLOPER12*, 13> arguments = {a1, a2, a3,  a4,  a5,  a6, a7,
                                                      a8, a9, a10, a11, a12, a13};
-  return OfSample(
-      "ZavrelDistFitTest", kNameSampleTest, arguments, 5,
-      [](const Description& description, const Parameters& read,
-         const GivenParameters& given) -> CellResult {
-        const auto test = TestNamed(read, 2, description);
-        if (!test.ok()) return test.failure();
-        constexpr std::int32_t kReplicates = 199, kMostReplicates = 100'000;
-        const Bootstrap bootstrap{read.integer_or(3, kReplicates),
-                                  static_cast<std::uint32_t>(read.integer_or(4, 1))};
-        if (bootstrap.replicates < 1 || bootstrap.replicates > kMostReplicates)
-          return Failure(ExcelError::kNum);
-        ExcelData& sample = read.data(1);
-        const std::string computation =
-            fmt::format("test {} {} {}", static_cast<int>(*test), bootstrap.replicates,
-                        bootstrap.seed);
-        return Shown<FitTestResult>(
-            Computed<FitTestResult>(
-                KeyOf(computation, &description, sample, given), sample,
-                [&] { return RunTest(*test, description, sample, given, bootstrap); }),
-            2, TestTable);
-      });
+  return OfSample("ZavrelDistFitTest", kNameSampleTest, arguments, 5,
+                  [](const Description& description, const Parameters& read,
+                     const GivenParameters& given) -> CellResult {
+                    const auto test = TestNamed(read, 2, description);
+                    if (!test.ok()) return test.failure();
+                    constexpr std::int32_t kReplicates = 199, kMostReplicates = 100'000;
+                    const Bootstrap bootstrap{read.integer_or(3, kReplicates),
+                                              static_cast<std::uint32_t>(read.integer_or(4, 1))};
+                    if (bootstrap.replicates < 1 || bootstrap.replicates > kMostReplicates)
+                      return Failure(ExcelError::kNum);
+                    ExcelData& sample = read.data(1);
+                    const std::string computation =
+                        fmt::format("test {} {} {}", static_cast<int>(*test), bootstrap.replicates,
+                                    bootstrap.seed);
+                    return Shown<FitTestResult>(
+                        Computed<FitTestResult>(
+                            KeyOf(computation, &description, sample, given), sample,
+                            [&] { return RunTest(*test, description, sample, given, bootstrap); }),
+                        2, TestTable);
+                  });
 }
 
 /// The distributions that fit best: name, AIC, BIC, log-likelihood and number of parameters, the
@@ -248,12 +245,12 @@ ZAV_EXPORT XLOPER12* ZavrelDistRank(const XLOPER12* data, const XLOPER12* most) 
         if (rows < 1) return Failure(ExcelError::kNum);
         ExcelData& sample = read.data(0);
         return Shown<std::vector<RankedFit>>(
-            Computed<std::vector<RankedFit>>(
-                KeyOf("rank", nullptr, sample, {}), sample,
-                [&] {
-                  return DistLib::RankFits(sample.Numbers(MissingDataPolicy::kNumbersOnly),
-                                           &UserCancelled);
-                }),
+            Computed<std::vector<RankedFit>>(KeyOf("rank", nullptr, sample, {}), sample,
+                                             [&] {
+                                               return DistLib::RankFits(
+                                                   sample.Numbers(MissingDataPolicy::kNumbersOnly),
+                                                   &UserCancelled);
+                                             }),
             5, [&](const std::vector<RankedFit>& ranked) {
               return RankTable(ranked, static_cast<std::size_t>(rows));
             });
@@ -263,24 +260,24 @@ ZAV_EXPORT XLOPER12* ZavrelDistRank(const XLOPER12* data, const XLOPER12* most) 
 /// The points of a Q-Q plot: in each row the distribution's quantile and the value of the data.
 /// Without parameters the distribution is fitted.
 ZAV_EXPORT XLOPER12* ZavrelDistQQ(ZAV_NAME_ARGUMENT_AND_PARAMETERS) {
-  return OfSample(
-      "ZavrelDistQQ", kNameSampleParameters, ZAV_NAME_ARGUMENT_AND_PARAMETERS_LIST, 2,
-      [](const Description& description, const Parameters& read,
-         const GivenParameters& given) -> CellResult {
-        ExcelData& sample = read.data(1);
-        const std::span<const double> sorted = sample.SortedNumbers();
-        if (sorted.empty() || sorted.size() > kExcelRows) return Failure(ExcelError::kValue);
-        const auto points = [&](const GivenParameters& parameters) -> CellResult {
-          const FloatingPointScope environment;
-          const auto distribution = MakeAsked(description, parameters);
-          if (!distribution.ok()) return distribution.failure();
-          return QuantileTable(**distribution, sorted);
-        };
-        if (!given.empty()) return points(given);
-        return Shown<Fit>(FitOf(description, sample, {}), 2, [&](const Fit& fit) {
-          return points({fit.parameters.begin(), fit.parameters.end()});
-        });
-      });
+  return OfSample("ZavrelDistQQ", kNameSampleParameters, ZAV_NAME_ARGUMENT_AND_PARAMETERS_LIST, 2,
+                  [](const Description& description, const Parameters& read,
+                     const GivenParameters& given) -> CellResult {
+                    ExcelData& sample = read.data(1);
+                    const std::span<const double> sorted = sample.SortedNumbers();
+                    if (sorted.empty() || sorted.size() > kExcelRows)
+                      return Failure(ExcelError::kValue);
+                    const auto points = [&](const GivenParameters& parameters) -> CellResult {
+                      const FloatingPointScope environment;
+                      const auto distribution = MakeAsked(description, parameters);
+                      if (!distribution.ok()) return distribution.failure();
+                      return QuantileTable(**distribution, sorted);
+                    };
+                    if (!given.empty()) return points(given);
+                    return Shown<Fit>(FitOf(description, sample, {}), 2, [&](const Fit& fit) {
+                      return points({fit.parameters.begin(), fit.parameters.end()});
+                    });
+                  });
 }
 
 }  // namespace zavrel

@@ -119,21 +119,20 @@ ZAV_VALUES_FUNCTION(ZavrelDistUpperQuantile, UpperQuantile)
 
 /// Random values over the calling range, row by row; the same for the same seed.
 ZAV_EXPORT XLOPER12* ZavrelDistRandom(ZAV_NAME_ARGUMENT_AND_PARAMETERS) {
-  return WorksheetFunction("ZavrelDistRandom", kNameSeedParameters,
-                           ZAV_NAME_ARGUMENT_AND_PARAMETERS_LIST,
-                           [](const Parameters& read) -> CellResult {
-                             const FloatingPointScope environment;
-                             const auto distribution = Asked(read);
-                             if (!distribution.ok()) return distribution.failure();
-                             OrFailure<XXloperArray> array = ArrayOfCaller();
-                             if (!array.ok()) return array.failure();
-                             MersenneTwister generator(static_cast<std::uint32_t>(read.integer(1)));
-                             for (std::size_t i = 0; i < array->size(); ++i) {
-                               PutComputed(*array, i,
-                                           [&] { return (*distribution)->Random(generator); });
-                             }
-                             return (*std::move(array)).Finish();
-                           });
+  return WorksheetFunction(
+      "ZavrelDistRandom", kNameSeedParameters, ZAV_NAME_ARGUMENT_AND_PARAMETERS_LIST,
+      [](const Parameters& read) -> CellResult {
+        const FloatingPointScope environment;
+        const auto distribution = Asked(read);
+        if (!distribution.ok()) return distribution.failure();
+        OrFailure<XXloperArray> array = ArrayOfCaller();
+        if (!array.ok()) return array.failure();
+        MersenneTwister generator(static_cast<std::uint32_t>(read.integer(1)));
+        for (std::size_t i = 0; i < array->size(); ++i) {
+          PutComputed(*array, i, [&] { return (*distribution)->Random(generator); });
+        }
+        return (*std::move(array)).Finish();
+      });
 }
 
 }  // namespace zavrel
