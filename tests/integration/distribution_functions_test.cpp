@@ -70,4 +70,42 @@ TEST_CASE("properties, names and what is wrong with parameters") {
   });
 }
 
+TEST_CASE("fits, tests, rankings and Q-Q plots, and why there is none") {
+  InEachHost(Book(), [](zavhost::Engine& engine) {
+    CheckFormulas(engine, R"(
+        ROUND(INDEX(ZavDistFit("exponential",D1:D10),1,2),9) -> 0.352112676
+        ROUND(INDEX(ZavDistFit("exponential",D1:D10),1,3),6) -> 0.111348
+        INDEX(ZavDistFit("normal",D1:D10),1,1) -> mean | INDEX(ZavDistFit("normal",D1:D10,3),1,2) -> 3
+        INDEX(ZavDistFit("normal",D1:D10,3),1,3) -> | INDEX(ZavDistFit("normal",D:D),6,2) -> 10
+        ROUND(INDEX(ZavDistFit("normal",D1:D10,,2),1,2),9) -> 2.84 | INDEX(ZavDistFit("normal",D1:D10,,2),2,2) -> 2
+        ROUND(INDEX(ZavDistFit("Poisson",E1:E10),1,2),9) -> 1.8
+        INDEX(ZavDistFit("normal",D1:D10),5,1) -> BIC | ROWS(ZavDistFit("normal",D1:D10)) -> 6
+        ZavDistFit("gamma",{1,2,-8,3}) -> the value -8 of the sample is outside the support, numbers from 0,#NUM!,#NUM!;
+        ZavDistFit("nothing",D1:D10) -> #N/A | ZavDistFit("normal",D1:D10,"x") -> #VALUE!
+        INDEX(ZavDistFit("normal",F1:F3),1,2) -> #NUM!
+        ZavDistFit("normal",D1:D10,0,-1) -> standard deviation must be greater than 0, is -1,#NUM!,#NUM!;
+        ZavDistFit("normal",D1:D10,0,1,2) -> normal has only 2 parameters,#NUM!,#NUM!;
+        ROUND(INDEX(ZavDistFitTest("uniform",{0.1,0.4,0.7},"KS",,,0,1),1,2),9) -> 0.3
+        INDEX(ZavDistFitTest("normal",D1:D10,"AD",19,1),2,2)=INDEX(ZavDistFitTest("normal",D1:D10,"AD",19,1),2,2) -> TRUE
+        ZavDistFitTest("normal",D1:D10,"other") -> #VALUE! | ZavDistFitTest("normal",D1:D10,,0) -> #NUM!
+        ZavDistFitTest("normal",D1:D10,,,,0,-1) -> standard deviation must be greater than 0, is -1,#NUM!;
+        ROWS(ZavDistRank(D1:D10,3)) -> 3 | INDEX(ZavDistRank(D1:D10),1,2)<=INDEX(ZavDistRank(D1:D10),2,2) -> TRUE
+        ZavDistRank(D1:D10,0) -> #NUM! | ISTEXT(INDEX(ZavDistRank(G1:G2),1,1)) -> TRUE
+        ZavDistQQ("uniform",{3;1},0,4) -> 1,1;3,3;
+        ZavDistQQ("uniform",G1:G2) -> #VALUE! | ZavDistQQ("uniform",D1:D10,2,1) -> #NUM!)");
+  });
+}
+
+TEST_CASE("a fit follows its cells") {
+  auto engine = ServingAddIn(Book());
+  engine->LoadAddIn(DistributionsFile());
+  const char* const rate = "ROUND(INDEX(ZavDistFit(\"exponential\",D1:D10),1,2),6)";
+  CheckFormulas(*engine, std::string(rate) + " -> 0.352113");
+  Edit(*engine, "D1 = 30.5");
+  CheckFormulas(*engine, std::string(rate) + " -> 0.176056");
+  Edit(*engine, "D1 = 2.1");
+  CheckFormulas(*engine, std::string(rate) + " -> 0.352113");
+  CloseClean(*engine);
+}
+
 }  // namespace zavrel::tests

@@ -21,6 +21,9 @@ using zavhost::tests::ShownCells;
 /// The add-in's file, beside the others that ship.
 std::filesystem::path AddInFile();
 
+/// That of the distributions' add-in.
+std::filesystem::path DistributionsFile();
+
 /// The number of functions in a table of functions.json.
 std::size_t FunctionsDeclared(const char* table);
 

@@ -331,9 +331,24 @@ Maximum Maximise(const Objective& objective, std::span<const Variable> variables
   return better.value() > maximum.value ? MaximumAt(better, maximum.converged) : maximum;
 }
 
+namespace {
+
+std::vector<double> VariancesOf(const Place& place, const MatrixXd& curvature) {
+  const MatrixXd covariance = curvature.inverse();
+  std::vector<double> variances;
+  for (std::size_t i = 0; i < place.size(); ++i) {
+    const auto row = static_cast<Eigen::Index>(i);
+    variances.push_back(covariance(row, row) * place.step(i) * place.step(i));
+  }
+  return variances;
+}
+
+}  // namespace
+
 Refined Refine(const Objective& objective, const Maximum& maximum) {
-  constexpr double kStep = 0.1;
-  constexpr double kFar = 0.3;  // a step this long is none of a maximum that was found
+  constexpr double kStep = 0.03;
+  constexpr double kShortStep = 0.01;  // less digits of the curvature, but more of the gradient
+  constexpr double kFar = 0.3;         // a step this long is none of a maximum that was found
   Place place(objective, maximum.at);
   place.FindSteps();
   if (const auto rough = SlopesAt<Differences>(place, kStep)) {
@@ -343,22 +358,16 @@ Refined Refine(const Objective& objective, const Maximum& maximum) {
     }
   }
   std::vector<double> variances;
-  for (int round = 0; round < 3; ++round) {
-    const auto slopes = SlopesAt<FineDifferences>(place, kStep);
+  for (int round = 0; round < 4; ++round) {
+    const auto slopes = SlopesAt<FineDifferences>(place, round < 2 ? kStep : kShortStep);
     if (!slopes || !slopes->curvature.allFinite()) break;
     const Direction direction = NewtonDirection(*slopes);
     if (!direction.definite) break;
-    const MatrixXd covariance = slopes->curvature.inverse();
-    variances.clear();
-    for (std::size_t i = 0; i < place.size(); ++i) {
-      const auto row = static_cast<Eigen::Index>(i);
-      variances.push_back(covariance(row, row) * place.step(i) * place.step(i));
-    }
+    if (round < 2) variances = VariancesOf(place, slopes->curvature);
     const double length = direction.steps.cwiseAbs().maxCoeff();
     const double value = place.Along(direction.steps, 1);
     if (length > kFar || !(value >= place.value() - 1e-7)) break;
     place.Go(direction.steps, 1, value);
-    if (length < 0.02) break;
   }
   return {MaximumAt(place, maximum.converged), std::move(variances)};
 }
