@@ -5,7 +5,7 @@
 #include <initializer_list>
 #include <stdexcept>
 
-#include "companions/pdflib/distributions/catalogue.h"
+#include "distributions/catalogue.h"
 #include "contracts/pdflib.h"
 #include "numbers/floating_point_scope.h"
 

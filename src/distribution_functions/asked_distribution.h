@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "companions/pdflib/distributions/catalogue.h"
+#include "distributions/catalogue.h"
 #include "data/excel_data.h"
 #include "excel/or_failure.h"
 

@@ -9,8 +9,8 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "companions/pdflib/fitting/goodness_of_fit.h"
-#include "companions/pdflib/fitting/rank.h"
+#include "fitting/goodness_of_fit.h"
+#include "fitting/rank.h"
 #include "distribution_functions/argument_lists.h"
 #include "distribution_functions/asked_distribution.h"
 #include "distribution_functions/kept_results.h"

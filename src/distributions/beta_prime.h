@@ -1,0 +1,30 @@
+#pragma once
+
+#include "distributions/beta_tails.h"
+#include "distributions/positive_dist.h"
+
+namespace DistLib {
+
+/// The odds w = x / (1 - x) of a beta variable x, times a scale.
+class BetaPrime : public PositiveDist {
+ public:
+  BetaPrime(double a, double b, double scale) : a_(a), b_(b), scale_(scale) {}
+  BetaPrime(Real a, Real b) : a_(a), b_(b), scale_(1) {}
+
+  DistLib::Moments Moments() const override;
+  std::optional<Real> Entropy() const override;
+
+ private:
+  Real DensityAt(Real x) const override;
+  Real CumulativeAt(Real x) const override { return BetaLower(At(x)); }
+  Real UpperTailAt(Real x) const override { return BetaUpper(At(x)); }
+  Real ValueNear(Real z) const override;
+
+  BetaPoint At(Real x) const;
+
+  Real a_;
+  Real b_;
+  Real scale_;
+};
+
+}  // namespace DistLib
