@@ -16,6 +16,7 @@ from openpyxl import Workbook
 from openpyxl.chart import Reference, ScatterChart, Series
 from openpyxl.styles import Font
 from openpyxl.workbook.defined_name import DefinedName
+from openpyxl.worksheet.properties import PageSetupProperties
 
 from sheets import enter_array, head, save
 
@@ -49,7 +50,7 @@ def fill_ranking(book):
             cell.number_format = "0.00"
     sheet.cell(BEST + 3, 1, "The smaller AIC and BIC are, the better the distribution fits for its number of parameters.")
     sheet.column_dimensions["A"].width = 30
-    sheet.column_dimensions["D"].width = 15
+    sheet.column_dimensions["D"].width = sheet.column_dimensions["E"].width = 15
 
 
 def fill_fits(book):
@@ -132,6 +133,9 @@ def main():
     front.column_dimensions["A"].width = 24
     for column in "BCDE":
         front.column_dimensions[column].width = 26
+    for sheet in book:
+        sheet.page_setup.orientation, sheet.page_setup.fitToHeight = "landscape", 0
+        sheet.sheet_properties.pageSetUpPr = PageSetupProperties(fitToPage=True)
     save(book, FOLDER / "floods.xlsx")
 
 
