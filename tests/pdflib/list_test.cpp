@@ -5,6 +5,7 @@
 #include <bit>
 #include <cmath>
 #include <cstring>
+#include <random>
 #include <thread>
 #include <vector>
 
@@ -196,6 +197,40 @@ TEST_CASE("the same in every floating-point mode and thread, whatever the parame
       }
     }
   }
+}
+
+// What takes unbounded time here ends the test program by its limit.
+TEST_CASE("whatever the parameters and values, the answer is a finite number or a code") {
+  const std::vector<double> hostile = {-1e300, -1e10,  -2,  -1,  -1e-10, -0.0, 0,    5e-324, 1e-300,
+                                       1e-20,  1e-5,   0.3, 0.5, 1,      1.5,  2,    3,      17,
+                                       100,    1234.5, 1e5, 1e9, 1e10,   1e15, 1e17, 1e300,  kNaN};
+  std::mt19937_64 random(20261126);
+  const auto pick = [&] { return hostile[random() % hostile.size()]; };
+  int accepted = 0;
+  for (std::int32_t place = 0; place < List().count(); ++place) {
+    const pdfDescription& description = *List().describe(place);
+    for (int round = 0; round < 60; ++round) {
+      std::vector<double> parameters(static_cast<std::size_t>(description.parameter_count));
+      std::ranges::generate(parameters, pick);
+      std::string text = description.name;
+      for (const double parameter : parameters) text += " " + std::to_string(parameter);
+      CAPTURE(text);
+      for (const int request : kRequests) {
+        CAPTURE(request);
+        const Answers answers = Evaluate(place, request, parameters, hostile);
+        CHECK((answers.code == PDFLIB_OK || answers.code == PDFLIB_OUTSIDE_DOMAIN ||
+               answers.code == PDFLIB_NO_VALUE));
+        if (answers.code != PDFLIB_OK) continue;
+        ++accepted;
+        for (std::size_t i = 0; i < hostile.size(); ++i)
+          CHECK(std::isfinite(answers.results[i]) == (answers.status[i] == PDFLIB_OK));
+      }
+      Reply moments;
+      CHECK(List().moments(place, parameters.data(), description.parameter_count,
+                           moments.results.data(), moments.status.data()) >= 0);
+    }
+  }
+  CHECK(accepted > 1000);
 }
 
 TEST_CASE("random values are those of their seed") {
