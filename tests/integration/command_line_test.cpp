@@ -146,7 +146,8 @@ TEST_CASE("functions lists all that the tables have, and says which ones the wiz
   for (const char* folder : {"functions", "distribution_functions"}) {
     std::ifstream file(std::filesystem::path(ZAVREL_SOURCE_DIR) / "src" / folder /
                        "functions.json");
-    for (const auto& table : nlohmann::json::parse(file)["tables"]) tables.push_back(table);
+    const auto data = nlohmann::json::parse(file);
+    for (const auto& table : data["tables"]) tables.push_back(table);
   }
   std::size_t count = 0, hidden = 0;
   const std::string listed = ZavHost({"functions"}).output;
