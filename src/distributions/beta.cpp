@@ -24,7 +24,7 @@ class Beta : public BoundedDist {
 
  protected:
   Beta(Real a, Real b, double lower, double upper)
-      : BoundedDist(lower, upper), a_(a), b_(b), odds_(a, b) {}
+      : BoundedDist(lower, upper), a_(a), b_(b), rest_(BetaRest(a, b)), odds_(a, b) {}
 
  private:
   Real DensityAt(Real x) const override;
@@ -42,11 +42,12 @@ class Beta : public BoundedDist {
   BetaPoint PointAt(Real value) const {
     const auto [from_low, from_high] = At(value);
     const Real x = from_low / width(), y = from_high / width();
-    return {a_, b_, x, y, a_ * y - b_ * x};
+    return {a_, b_, x, y, a_ * y - b_ * x, rest_};
   }
 
   Real a_;
   Real b_;
+  Real rest_;
   BetaPrime odds_;
 };
 

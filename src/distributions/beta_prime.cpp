@@ -40,7 +40,7 @@ Real BetaPrime::ValueNear(Real z) const {
 
 BetaPoint BetaPrime::At(Real x) const {
   const Real odds = x / scale_, whole = 1 + odds;
-  return {a_, b_, odds / whole, 1 / whole, (a_ - b_ * odds) / whole};
+  return {a_, b_, odds / whole, 1 / whole, (a_ - b_ * odds) / whole, rest_};
 }
 
 const Description kPearsonVI{

@@ -32,6 +32,7 @@ class Chisq : public PositiveDist {
     const Real root = std::max(1 - variance + z * std::sqrt(variance), 0.01L);
     return df * root * root * root;
   }
+  Real Growth(Real x) const override { return (chi_squared_.degrees_of_freedom() - x) / 2; }
 
   boost::math::chi_squared_distribution<Real> chi_squared_;
 };

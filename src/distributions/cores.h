@@ -30,6 +30,8 @@ struct UnitExponential {
 template <class Half>
 struct Symmetric {
   static constexpr Real kLow = -kRealInfinity, kHigh = kRealInfinity;
+  static Real Density(Real x) requires requires { Half::Density(x); }
+  { return Half::Density(std::fabs(x)); }
   static Real LogDensity(Real x) { return Half::LogDensity(std::fabs(x)); }
   static Real Upper(Real x) { return x < 0 ? 1 - Half::Tail(-x) : Half::Tail(x); }
   static Real Lower(Real x) { return Upper(-x); }
@@ -40,10 +42,14 @@ struct Symmetric {
 };
 
 struct LogisticHalf {
+  static Real Density(Real x) {
+    const Real power = std::exp(-x);
+    return power / ((1 + power) * (1 + power));
+  }
   static Real LogDensity(Real x) { return -x - 2 * std::log1p(std::exp(-x)); }
   static Real Tail(Real x) { return 1 / (1 + std::exp(x)); }
   static Real TailQuantile(Real q) {
-    return q < 0.25L ? std::log1p(-q) - std::log(q) : std::log1p((1 - 2 * q) / q);
+    return q < 0.25L ? std::log((1 - q) / q) : std::log1p((1 - 2 * q) / q);
   }
 };
 using StandardLogistic = Symmetric<LogisticHalf>;

@@ -14,7 +14,7 @@ Real BothOneCumulative(Real x) { return std::atan(std::sqrt(x)) * (2 / std::numb
 
 class F : public PositiveDist {
  public:
-  F(double df1, double df2) : m_(df1), n_(df2) {}
+  F(double df1, double df2) : m_(df1), n_(df2), rest_(BetaRest(m_ / 2, n_ / 2)) {}
 
   DistLib::Moments Moments() const override {
     const Real m = m_, n = n_;
@@ -47,15 +47,17 @@ class F : public PositiveDist {
   Real ValueNear(Real z) const override {
     return std::exp(1 / n_ - 1 / m_ + z * std::sqrt(2 / m_ + 2 / n_));
   }
+  Real Growth(Real x) const override { return (m_ - (m_ + n_) * m_ * x / (n_ + m_ * x)) / 2; }
 
   bool BothOne() const { return m_ == 1 && n_ == 1; }
   BetaPoint At(Real x) const {
     const Real a = m_ / 2, b = n_ / 2, whole = b + a * x;
-    return {a, b, a * x / whole, b / whole, a * (b * ((1 - x) / whole))};
+    return {a, b, a * x / whole, b / whole, a * (b * ((1 - x) / whole)), rest_};
   }
 
   Real m_;
   Real n_;
+  Real rest_;
 };
 
 }  // namespace

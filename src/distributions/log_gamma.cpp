@@ -35,7 +35,7 @@ class LogPearsonIII : public Transformed<GammaCore, ExpMap> {
   }
 
   DistLib::Moments StandardMoments() const override {
-    const auto& [factor, shift] = map();
+    const Real factor = map().factor, shift = map().shift;
     const auto raw = [&](int r) {
       return std::exp(r * shift - core().shape * std::log1p(-r * factor));
     };
@@ -48,7 +48,7 @@ class LogPearsonIII : public Transformed<GammaCore, ExpMap> {
     return {};  // both ends are without bound
   }
   std::optional<Real> StandardEntropy() const override {
-    const auto& [factor, shift] = map();
+    const Real factor = map().factor, shift = map().shift;
     return core().Entropy() + std::log(std::fabs(factor)) + shift + factor * core().shape;
   }
 };

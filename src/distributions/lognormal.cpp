@@ -17,7 +17,7 @@ class Lognormal : public Transformed<StandardNormal, ExpMap> {
 
  private:
   DistLib::Moments StandardMoments() const override {
-    const auto& [deviation, mean] = map();
+    const Real deviation = map().factor, mean = map().shift;
     const Real square = deviation * deviation, w = std::exp(square), excess = std::expm1(square);
     return {.mean = std::exp(mean + square / 2),
             .variance = excess * std::exp(2 * mean + square),
@@ -27,7 +27,7 @@ class Lognormal : public Transformed<StandardNormal, ExpMap> {
             .discrete_mean = {}};
   }
   std::optional<Real> StandardEntropy() const override {
-    const auto& [deviation, mean] = map();
+    const Real deviation = map().factor, mean = map().shift;
     return mean + (1 + std::log(2 * kPi)) / 2 + std::log(deviation);
   }
 };

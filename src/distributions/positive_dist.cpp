@@ -30,8 +30,9 @@ Real PositiveDist::UpperQuantileOf(Real q) const {
 }
 
 Real PositiveDist::Solve(Real probability, bool upper) const {
-  constexpr Real kFar = 2000;        // a log x beyond every double
-  constexpr Real kSettled = 1e-12L;  // after so small a step, the next one is lost in rounding
+  constexpr Real kFar = 2000;       // a log x beyond every double
+  constexpr Real kNear = 0.5L;      // of steps in terms of the tail: Halley's method converges
+  constexpr Real kSettled = 1e-6L;  // after so small a step of it, the next one is lost in rounding
   const Real sign = upper ? -1 : 1;
   const Real target = std::log(probability);
   const Real centre = std::log(ValueNear(0));
@@ -44,8 +45,11 @@ Real PositiveDist::Solve(Real probability, bool upper) const {
       u = (u + centre) / 2;
       continue;
     }
-    const Real step = (target - std::log(tail)) / slope;
-    if (std::fabs(step) < kSettled) return x + x * step;
+    const Real change = target - std::log(tail);
+    Real step = change / slope;
+    const Real size = std::fmax(std::fabs(step), std::fabs(change));
+    if (size < kNear) step /= 1 + step * (Growth(x) - slope) / 2;
+    if (size < kSettled) return x + x * std::expm1(step);
     const Real next = std::clamp(u + step, -kFar, kFar);
     if (next == u) return u < 0 ? 0 : std::numeric_limits<Real>::infinity();
     u = next;

@@ -3,6 +3,7 @@
 // (cores.h) and z is a monotone map (maps.h).
 
 #include <algorithm>
+#include <type_traits>
 
 #include "distributions/catalogue.h"
 #include "distributions/maps.h"
@@ -17,6 +18,8 @@ struct Place {
   Real At(Real z) const { return location + scale * z; }
 };
 
+/// A core may have its density beside the density's logarithm, where that is cheaper.
+///
 /// Derived classes say what their moments and entropy are at location 0 with scale 1.
 template <class Core, class Map>
 class Transformed : public PdfDist {
@@ -27,7 +30,7 @@ class Transformed : public PdfDist {
   std::optional<Real> Entropy() const final {
     const std::optional<Real> standard = StandardEntropy();
     if (!standard) return {};
-    return *standard + std::log(place_.scale);
+    return *standard + log_scale_;
   }
 
  protected:
@@ -35,7 +38,8 @@ class Transformed : public PdfDist {
       : PdfDist(End(core, map, place, false), End(core, map, place, true)),
         core_(core),
         map_(map),
-        place_(place) {}
+        place_(place),
+        log_scale_(std::log(place.scale)) {}
 
   const Core& core() const { return core_; }
   const Map& map() const { return map_; }
@@ -54,10 +58,13 @@ class Transformed : public PdfDist {
   Real StandardLogDensity(Real z) const {
     return core_.LogDensity(map_.Back(z)) + map_.LogSlope(z);
   }
-  Real LogDensityAt(Real y) const final {
-    return StandardLogDensity(Standardized(y)) - std::log(place_.scale);
+  Real LogDensityAt(Real y) const final { return StandardLogDensity(Standardized(y)) - log_scale_; }
+  Real DensityAt(Real y) const final {
+    if constexpr (std::is_same_v<Map, Identity> && requires { core_.Density(y); })
+      return core_.Density(Standardized(y)) / place_.scale;
+    else
+      return std::exp(LogDensityAt(y));
   }
-  Real DensityAt(Real y) const final { return std::exp(LogDensityAt(y)); }
   Real CumulativeAt(Real y) const final { return Tail(y, !map_.Rises()); }
   Real UpperTailAt(Real y) const final { return Tail(y, map_.Rises()); }
   Real QuantileOf(Real p) const final { return ValueOf(p, !map_.Rises()); }
@@ -80,6 +87,7 @@ class Transformed : public PdfDist {
   Core core_;
   Map map_;
   Place place_;
+  Real log_scale_;
 };
 
 }  // namespace DistLib
