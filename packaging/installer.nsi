@@ -379,10 +379,12 @@ Section "$(MainSection)" MainId
   StrCpy $R0 "$INSTDIR\$R3"
   StrCpy $R1 '/R "$R0"'
   !insertmacro ForEveryExcel RegisterWithExcel
+!if /FileExists "${STAGE}/${DISTRIBUTIONS}"
   StrCpy $R3 "${DISTRIBUTIONS}"
   StrCpy $R0 "$INSTDIR\$R3"
   StrCpy $R1 '/R "$R0"'
   !insertmacro ForEveryExcel RegisterWithExcel
+!endif
 !if /FileExists "${STAGED_COMPANION}"
   StrCpy $R3 "${COMPANION}"
   StrCpy $R0 "$INSTDIR\$R3"
