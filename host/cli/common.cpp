@@ -47,13 +47,7 @@ std::function<void(std::size_t, std::size_t)> ProgressToTerminal() {
   };
 }
 
-std::string DisplayText(const Value& value) {
-  if (const double* number = value.number()) return Utf8FromUtf16(GeneralText(*number));
-  if (const bool* boolean = value.boolean()) return *boolean ? "TRUE" : "FALSE";
-  if (const std::u16string* text = value.text()) return Utf8FromUtf16(*text);
-  if (const ErrorCode* error = value.error()) return Utf8FromUtf16(ErrorText(*error));
-  return "";
-}
+std::string DisplayText(const Value& value) { return Utf8FromUtf16(GeneralText(value)); }
 
 std::string ExactText(const Value& value) {
   const double* number = value.number();
