@@ -53,6 +53,7 @@ constexpr const Description* kAll[] = {
     &kLomax,
     &kMaxwell,
     &kNakagami,
+    &kNegativeBinomial,
     &kNormal,
     &kPareto,
     &kPearsonIII,

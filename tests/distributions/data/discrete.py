@@ -57,7 +57,7 @@ DISCRETE = {
     "Bernoulli": (lambda p: binomial(1, p), [(0.3,), (1e-9,), (0.999,), (0.5,), (1 - 2.0**-53,)]),
     "binomial": (binomial, [(12.0, 0.3), (1000.0, 0.001), (250.0, 0.99)]),
     "discrete uniform": (discrete_uniform, [(1.0, 6.0), (-1e9, 1e9), (7.0, 7.0), (-5.0, 1e15)]),
-    "geometric": (geometric, [(0.3,), (0.001,), (0.999,), (0.01,)]),
-    "negative binomial": (negative_binomial, [(2.5, 0.4), (0.01, 0.001), (300.0, 0.9)]),
+    "geometric": (geometric, [(0.3,), (0.001,), (0.999,), (0.01,), (1e-9,)]),
+    "negative binomial": (negative_binomial, [(2.5, 0.4), (0.01, 0.05), (300.0, 0.9), (5000.0, 0.3)]),
     "Poisson": (poisson, [(3.5,), (1e-5,), (200.0,)]),
 }
