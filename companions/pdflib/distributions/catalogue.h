@@ -14,8 +14,9 @@ namespace DistLib {
 
 extern const Description kArcsine;
 extern const Description kBernoulli;
-extern const Description kBeta;
 extern const Description kBeta4;
+extern const Description kBeta;
+extern const Description kBetaBinomial;
 extern const Description kBinomial;
 extern const Description kBirnbaumSaunders;
 extern const Description kBurrIII;
@@ -41,6 +42,7 @@ extern const Description kGumbelOfMinima;
 extern const Description kHalfCauchy;
 extern const Description kHalfNormal;
 extern const Description kHyperbolicSecant;
+extern const Description kHypergeometric;
 extern const Description kInverseChiSquare;
 extern const Description kInverseGamma;
 extern const Description kInverseWeibull;
@@ -54,12 +56,13 @@ extern const Description kLogLaplace;
 extern const Description kLogLogistic;
 extern const Description kLogPearsonIII;
 extern const Description kLogistic;
-extern const Description kLognormal;
 extern const Description kLognormal3;
+extern const Description kLognormal;
 extern const Description kLomax;
 extern const Description kMaxwell;
 extern const Description kNakagami;
 extern const Description kNegativeBinomial;
+extern const Description kNegativeHypergeometric;
 extern const Description kNormal;
 extern const Description kPareto;
 extern const Description kPearsonIII;
@@ -74,8 +77,8 @@ extern const Description kSemicircle;
 extern const Description kStudent;
 extern const Description kTriangular;
 extern const Description kUniform;
-extern const Description kWeibull;
 extern const Description kWeibull3;
+extern const Description kWeibull;
 
 /// All distributions, by name.
 std::span<const Description* const> Distributions();
