@@ -11,8 +11,10 @@ constexpr const Description* kAll[] = {
     &kBernoulli,
     &kBeta,
     &kBetaBinomial,
+    &kBetaNegativeBinomial,
     &kBinomial,
     &kBirnbaumSaunders,
+    &kBorel,
     &kBurrIII,
     &kBurrXII,
     &kCauchy,
@@ -50,6 +52,7 @@ constexpr const Description* kAll[] = {
     &kLogLaplace,
     &kLogLogistic,
     &kLogPearsonIII,
+    &kLogarithmic,
     &kLogistic,
     &kLognormal,
     &kLomax,
@@ -67,6 +70,7 @@ constexpr const Description* kAll[] = {
     &kPowerFunction,
     &kRayleigh,
     &kReciprocal,
+    &kSkellam,
     &kStudent,
     &kLognormal3,
     &kWeibull3,
@@ -74,6 +78,9 @@ constexpr const Description* kAll[] = {
     &kUniform,
     &kWeibull,
     &kSemicircle,
+    &kYuleSimon,
+    &kZeta,
+    &kZipf,
 };
 
 /// The name without what does not matter in it.

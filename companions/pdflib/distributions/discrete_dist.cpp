@@ -1,9 +1,17 @@
 #include "companions/pdflib/distributions/discrete_dist.h"
 
 #include <algorithm>
-#include <stdexcept>
 
 namespace DistLib {
+namespace {
+
+/// A whole number half-way, by size if the numbers are of different sizes.
+double Between(double low, double high) {
+  if (low > 0 && high > 4 * low) return std::floor(std::sqrt(low) * std::sqrt(high));
+  return std::floor(low + (high - low) / 2);
+}
+
+}  // namespace
 
 Real DiscreteDist::QuantileOf(Real p) const { return Smallest(false, p); }
 Real DiscreteDist::UpperQuantileOf(Real q) const { return Smallest(true, q); }
@@ -25,29 +33,29 @@ Real DiscreteDist::Smallest(bool upper, Real probability) const {
   const auto reached = [&](double k) {
     return upper ? UpperTail(k) <= probability : Cumulative(k) >= probability;
   };
-  const Start start = SearchStart();
+  const auto [centre, first_stride] = SearchStart();
   const double last = std::min(Highest(), std::numeric_limits<double>::max());
-  double stride = std::max(1.0, std::floor(static_cast<double>(start.stride)));
-  double low = std::clamp(std::floor(static_cast<double>(start.centre)), Lowest(), last);
-  double high = low;
+  double low = std::clamp(std::floor(static_cast<double>(centre)), Lowest(), last), high = low;
+  double stride = std::max(1.0, std::floor(static_cast<double>(first_stride))), growth = 2;
+  const auto grow = [&] { stride *= growth, growth *= 2; };
   // Outwards, until it is not reached at low and reached at high.
   if (reached(low)) {
     do {
       high = low;
       low -= stride;
-      stride *= 2;
+      grow();
     } while (low >= Lowest() && reached(low));
     low = std::max(low, Lowest() - 1);
   } else {
     do {
-      if (high >= last) throw std::overflow_error("no double");
+      if (high >= last) return kInfinity;  // of a heavy tail
       low = high;
       high = std::min(high + stride, last);
-      stride *= 2;
+      grow();
     } while (!reached(high));
   }
   while (true) {
-    const double middle = std::floor(low + (high - low) / 2);
+    const double middle = Between(low, high);
     if (middle <= low || middle >= high) return high;
     (reached(middle) ? high : low) = middle;
   }

@@ -19,6 +19,9 @@ class DiscreteDist : public PdfDist {
   };
   /// Far from the centre of a wide distribution, the search from its lowest value would be long.
   virtual Start SearchStart() const { return {Lowest(), 1}; }
+  static Start StartOf(const DistLib::Moments& moments) {
+    return {*moments.mean, std::sqrt(*moments.variance)};
+  }
   // k is a whole number within the support.
   virtual Scaled ProbabilityOf(Real k) const = 0;
   virtual Real LowerTail(Real k) const = 0;

@@ -1,11 +1,10 @@
 // Poisson and negative binomial, whose tails are incomplete gamma and beta functions.
 
-#include <boost/math/special_functions/gamma.hpp>
-
 #include "companions/pdflib/distributions/beta_tails.h"
 #include "companions/pdflib/distributions/catalogue.h"
 #include "companions/pdflib/distributions/cores.h"
 #include "companions/pdflib/distributions/discrete_dist.h"
+#include "companions/pdflib/distributions/poisson_tails.h"
 
 namespace DistLib {
 namespace {
@@ -24,9 +23,10 @@ class Poisson : public DiscreteDist {
   }
 
  private:
+  Start SearchStart() const override { return StartOf(Moments()); }
   Scaled ProbabilityOf(Real k) const override { return PoissonPower(k, mean_); }
-  Real LowerTail(Real k) const override { return boost::math::gamma_q(k + 1, mean_); }
-  Real UpperTailBeyond(Real k) const override { return boost::math::gamma_p(k + 1, mean_); }
+  Real LowerTail(Real k) const override { return PoissonLower(k, mean_); }
+  Real UpperTailBeyond(Real k) const override { return PoissonUpper(k, mean_); }
 
   Real mean_;
 };
@@ -52,6 +52,7 @@ class NegativeBinomial : public DiscreteDist {
   }
 
  private:
+  Start SearchStart() const override { return StartOf(Moments()); }
   Scaled ProbabilityOf(Real k) const override {
     if (q_ == 0) return {k == 0 ? 1.0L : 0};
     return NegativeBinomialTerm(At(k));

@@ -26,8 +26,8 @@ class SummedDist : public DiscreteDist {
   Real Sum(bool upper, Real k) const;
 };
 
-/// 1 + ratio(0) + ratio(0) ratio(1) + ..., at most `count` ratios, up to where nothing is left; once
-/// the terms fall, their ratios fall too, or come no closer to 1 than the sum can tell.
+/// 1 + ratio(0) + ratio(0) ratio(1) + ..., at most `count` ratios, up to where nothing is left;
+/// once the terms fall, their ratios fall too, or come no closer to 1 than the sum can tell.
 template <class RatioOf>
 Real SumOfProducts(RatioOf ratio_of, Real count) {
   constexpr Real kNegligible = 0x1p-66L;

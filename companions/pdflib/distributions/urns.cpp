@@ -28,10 +28,10 @@ class Hypergeometric : public SummedDist {
         failures_(population - successes),
         population_(population) {}
   Hypergeometric(double draws, double successes, double population)
-      : Hypergeometric((RequireAtLeast("population", population, "draws", draws), Real{draws}),
-                       (RequireAtLeast("population", population, "successes", successes),
-                        Real{successes}),
-                       Real{population}) {}
+      : Hypergeometric(
+            (RequireAtLeast("population", population, "draws", draws), Real{draws}),
+            (RequireAtLeast("population", population, "successes", successes), Real{successes}),
+            Real{population}) {}
 
   DistLib::Moments Moments() const override {
     const Real n = draws_, k = successes_, all = population_, variance = Variance();
@@ -48,8 +48,7 @@ class Hypergeometric : public SummedDist {
       return moments;
     }
     const Real drawn = n * (all - n), kinds = k * failures_;
-    moments.skewness =
-        (failures_ - k) / all * ((all - 2 * n) / (all - 2)) / std::sqrt(variance);
+    moments.skewness = (failures_ - k) / all * ((all - 2 * n) / (all - 2)) / std::sqrt(variance);
     const Real excess = (all - 1) * all * all * (all * (all + 1) - 6 * kinds - 6 * drawn) +
                         6 * drawn * kinds * (5 * all - 6);
     moments.kurtosis = 3 + excess / drawn / kinds / (all - 2) / (all - 3);
@@ -113,8 +112,7 @@ class NegativeHypergeometric : public DiscreteDist {
   }
 
   DistLib::Moments Moments() const override {
-    DistLib::Moments moments =
-        BetaBinomialMoments(successes_, wanted_, failures_ - wanted_ + 1);
+    DistLib::Moments moments = BetaBinomialMoments(successes_, wanted_, failures_ - wanted_ + 1);
     moments.mode = wanted_ == 1 && failures_ == 1
                        ? std::optional<Real>()
                        : std::floor((successes_ + 1) * ((wanted_ - 1) / (failures_ - 1)));
@@ -123,10 +121,7 @@ class NegativeHypergeometric : public DiscreteDist {
   }
 
  private:
-  Start SearchStart() const override {
-    const DistLib::Moments moments = Moments();
-    return {*moments.mean, std::sqrt(*moments.variance)};
-  }
+  Start SearchStart() const override { return StartOf(Moments()); }
   /// The failures among so many draws.
   Hypergeometric FailuresAmong(Real draws) const { return {draws, failures_, population_}; }
 
@@ -166,10 +161,7 @@ class BetaBinomial : public SummedDist {
     if (a_ == b_) return {};  // flat, or as high at 0 as at n
     return a_ > b_ ? n_ : 0;
   }
-  Start SearchStart() const override {
-    const Real share = a_ / (a_ + b_);
-    return {n_ * share, std::sqrt(n_ * share)};
-  }
+  Start SearchStart() const override { return StartOf(BetaBinomialMoments(n_, a_, b_)); }
   // Given their sum, two negative binomial variables have this distribution, whatever their
   // probability; where the sum has its mean, none of the factors is small unless the result is.
   Scaled ProbabilityOf(Real k) const override {
@@ -230,7 +222,7 @@ const Description kBetaBinomial{
     .other_names = {"Polya-Eggenberger"},
     // A flat distribution needs as many terms as there are trials.
     .parameters = {{"trials",
-                    {.low = 0, .high = 1e5, .with_low = true, .with_high = true, .whole = true},
+                    {.low = 0, .high = 5e4, .with_low = true, .with_high = true, .whole = true},
                     {}},
                    {"shape1", kDegrees, {}},
                    {"shape2", kDegrees, {}}},
