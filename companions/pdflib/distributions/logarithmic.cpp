@@ -43,7 +43,7 @@ class Logarithmic : public DiscreteDist {
       if (r == 3) return mean * (1 + odds * (3 + 2 * odds));
       return mean * (1 + odds * (7 + odds * (12 + 6 * odds)));
     };
-    DistLib::Moments moments = FromRawMoments(raw, kInfinity, 1);
+    DistLib::Moments moments = FromRawMoments(raw, kRealInfinity, 1);
     moments.discrete_mean = WholeMean(mean);
     return moments;
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "companions/pdflib/distributions/catalogue.h"
+#include "companions/pdflib/distributions/cores.h"
 #include "companions/pdflib/distributions/discrete_dist.h"
 #include "companions/pdflib/distributions/endless_sum.h"
 #include "companions/pdflib/distributions/moments.h"
@@ -59,7 +60,7 @@ class Zipf : public DiscreteDist {
 
   DistLib::Moments Moments() const override {
     const auto raw = [this](int r) { return Power(exponent_ - r).Sum(1, count_) / total_; };
-    DistLib::Moments moments = FromRawMoments(raw, kInfinity, {});
+    DistLib::Moments moments = FromRawMoments(raw, kRealInfinity, {});
     if (exponent_ > 0) moments.mode = 1;
     moments.discrete_mean = WholeMean(*moments.mean);
     return moments;
