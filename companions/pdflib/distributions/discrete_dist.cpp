@@ -48,7 +48,7 @@ Real DiscreteDist::Smallest(bool upper, Real probability) const {
     low = std::max(low, Lowest() - 1);
   } else {
     do {
-      if (high >= last) return Real{kInfinity};  // of a heavy tail
+      if (high >= last) return std::numeric_limits<Real>::infinity();  // of a heavy tail
       low = high;
       high = std::min(high + stride, last);
       grow();

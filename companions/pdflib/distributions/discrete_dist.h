@@ -34,7 +34,7 @@ class DiscreteDist : public PdfDist {
  private:
   Real DensityAt(Real x) const final { return x == std::floor(x) ? ProbabilityOf(x).Value() : 0; }
   Real LogDensityAt(Real x) const final {
-    return x == std::floor(x) ? ProbabilityOf(x).Log() : Real{-kInfinity};
+    return x == std::floor(x) ? ProbabilityOf(x).Log() : -std::numeric_limits<Real>::infinity();
   }
   Real CumulativeAt(Real x) const final { return Tail(false, std::floor(x)); }
   Real UpperTailAt(Real x) const final { return Tail(true, std::floor(x)); }

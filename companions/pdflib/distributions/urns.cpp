@@ -58,7 +58,7 @@ class Hypergeometric : public SummedDist {
   // The three binomial distributions may have any probability; the share of the draws makes none
   // of the factors small where the result is not (Loader, 2000).
   Scaled ProbabilityOf(Real k) const override {
-    if (draws_ == 0) return {1};
+    if (draws_ == 0 || draws_ == population_) return {1};
     const Real x = draws_ / population_, y = (population_ - draws_) / population_;
     const Real lambda = (k * population_ - successes_ * draws_) / population_;
     return BinomialTerm(successes_, k, x, y, lambda) *

@@ -199,7 +199,7 @@ DISCRETE = {
     "discrete uniform": (discrete_uniform, [(1.0, 6.0), (-1e9, 1e9), (7.0, 7.0), (-5.0, 1e15)]),
     "geometric": (geometric, [(0.3,), (0.001,), (0.999,), (0.01,), (1e-9,)]),
     "hypergeometric": (hypergeometric, [(30.0, 40.0, 100.0), (5000.0, 3e4, 1e5), (40.0, 5e7, 1e8), (9e7, 80.0, 1e8),
-                                        (1e4, 1e6, 1e8), (3.0, 1.0, 4.0)]),
+                                        (1e4, 1e6, 1e8), (3.0, 1.0, 4.0), (9.0, 4.0, 9.0)]),
     "logarithmic": (logarithmic, [(0.6,), (1e-9,), (0.99,), (1 - 1e-9,), (1 - 2.0**-53,)]),
     "negative binomial": (negative_binomial, [(2.5, 0.4), (0.01, 0.05), (300.0, 0.9), (5000.0, 0.3)]),
     "negative hypergeometric": (negative_hypergeometric, [(4.0, 60.0, 100.0), (1.0, 99.0, 100.0), (50.0, 9e7, 1e8),
