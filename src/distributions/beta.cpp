@@ -72,7 +72,7 @@ std::optional<Real> Beta::Mode() const {
 
 Real Beta::DensityAt(Real x) const {
   const BetaPoint point = PointAt(x);
-  if (point.x > 0 && point.y > 0) return BetaPower(point) / point.x / point.y / width();
+  if (point.x > 0 && point.y > 0) return BetaPower(point).Value() / point.x / point.y / width();
   const Real shape = point.x > 0 ? b_ : a_, other = point.x > 0 ? a_ : b_;
   if (shape == 1) return other / width();
   return shape < 1 ? kRealInfinity : 0;

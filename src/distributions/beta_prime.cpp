@@ -27,7 +27,7 @@ std::optional<Real> BetaPrime::Entropy() const {
 }
 
 Real BetaPrime::DensityAt(Real x) const {
-  if (x > 0) return BetaPower(At(x)) / x;
+  if (x > 0) return BetaPower(At(x)).Value() / x;
   if (a_ == 1) return b_ / scale_;
   return a_ < 1 ? kRealInfinity : 0;
 }

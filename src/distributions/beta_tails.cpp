@@ -1,8 +1,6 @@
 #include "distributions/beta_tails.h"
 
-#include <array>
 #include <boost/math/special_functions/beta.hpp>
-#include <boost/math/special_functions/log1p.hpp>
 #include <boost/math/tools/fraction.hpp>
 #include <cmath>
 #include <cstdint>
@@ -13,43 +11,6 @@
 
 namespace DistLib {
 namespace {
-
-/// The remainder of Stirling's formula for the logarithm of the gamma function: log gamma(z) = (z -
-/// 1/2) log z - z + log(2 pi) / 2 + this. Abramowitz and Stegun 6.1.41.
-Real ComputedStirlingRest(Real z) {
-  Real from_recurrence = 0;
-  for (; z < 16; z += 1) from_recurrence += (z + 0.5L) * std::log1p(1 / z) - 1;
-  const Real s = 1 / (z * z);
-  const Real series =
-      1 / 12.0L -
-      s * (1 / 360.0L -
-           s * (1 / 1260.0L -
-                s * (1 / 1680.0L -
-                     s * (1 / 1188.0L -
-                          s * (691 / 360360.0L - s * (1 / 156.0L - s * 3617 / 122400.0L))))));
-  return from_recurrence + series / z;
-}
-
-/// The same, from a table for the small halves of whole numbers that counts and degrees of freedom
-/// give, for which the recurrence takes longest.
-Real StirlingRest(Real z) {
-  constexpr int kHalves = 33;
-  static const std::array<Real, kHalves> table = [] {
-    std::array<Real, kHalves> rests{};
-    for (int i = 1; i < kHalves; ++i)
-      rests[static_cast<std::size_t>(i)] = ComputedStirlingRest(i / 2.0L);
-    return rests;
-  }();
-  const Real halves = 2 * z;
-  if (halves < kHalves && halves == std::floor(halves) && halves > 0)
-    return table[static_cast<std::size_t>(halves)];
-  return ComputedStirlingRest(z);
-}
-
-/// log(ratio) - (ratio - 1), where `excess` is ratio - 1; never above 0.
-Real LogBeyondLinear(Real ratio, Real excess) {
-  return std::fabs(excess) < 0.5L ? boost::math::log1pmx(excess) : std::log(ratio) - excess;
-}
 
 /// The continued fraction that divides x^a y^b / B(a, b) (DiDonato and Morris, 1992, formula 9); it
 /// converges fast up to the mean.
@@ -94,12 +55,18 @@ Real BetaRest(Real a, Real b) { return StirlingRest(a + b) - StirlingRest(a) - S
 // With x0 = a / (a + b) and y0 = b / (a + b), x / x0 is 1 - lambda / a and y / y0 is 1 + lambda /
 // b. The product of their powers is the exponential of a log(x / x0) + b log(y / y0), whose linear
 // parts cancel and are omitted (Loader, 2000).
-Real BetaPower(const BetaPoint& point) {
+Scaled BetaPower(const BetaPoint& point) {
   const auto& [a, b, x, y, lambda, rest] = point;
   const Real n = a + b;
   const Real exponent =
       a * LogBeyondLinear(x / a * n, -lambda / a) + b * LogBeyondLinear(y / b * n, lambda / b);
-  return std::sqrt(a / n * b / (2 * std::numbers::pi_v<Real>)) * std::exp(rest + exponent);
+  return {std::sqrt(a / n * b / (2 * std::numbers::pi_v<Real>)), rest + exponent};
+}
+
+Scaled NegativeBinomialTerm(const BetaPoint& point) {
+  const Real a = point.a, b = point.b, x = point.x, y = point.y;
+  if (b == 0) return {1, a * (x < 0.5L ? std::log(x) : std::log1p(-y))};
+  return BetaPower(point) / b;
 }
 
 Real BetaLower(const BetaPoint& point) {
@@ -108,7 +75,7 @@ Real BetaLower(const BetaPoint& point) {
   if (y == 0) return 1;
   if (!Serves(point)) return x <= y ? boost::math::ibeta(a, b, x) : boost::math::ibetac(b, a, y);
   if (point.lambda < 0) return 1 - BetaLower(Mirrored(point));
-  return BetaPower(point) / FractionAt(point);
+  return BetaPower(point).Value() / FractionAt(point);
 }
 
 Real BetaUpper(const BetaPoint& point) { return BetaLower(Mirrored(point)); }

@@ -1,7 +1,7 @@
 #pragma once
 // The incomplete beta function, accurate to the last digits of a double.
 
-#include "distributions/pdf_dist.h"
+#include "distributions/stirling.h"
 
 namespace DistLib {
 
@@ -22,7 +22,9 @@ struct BetaPoint {
 };
 
 /// x^a y^b / B(a, b).
-Real BetaPower(const BetaPoint& point);
+Scaled BetaPower(const BetaPoint& point);
+/// x^a y^b gamma(a + b) / (gamma(a) b!), b from 0.
+Scaled NegativeBinomialTerm(const BetaPoint& point);
 /// The probability of x or less.
 Real BetaLower(const BetaPoint& point);
 /// The probability of more than x.

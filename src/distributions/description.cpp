@@ -40,4 +40,11 @@ void RequireAbove(const std::string& name, double value, const std::string& othe
                        value);
 }
 
+void RequireAtLeast(const std::string& name, double value, const std::string& other_name,
+                    double other) {
+  if (value >= other) return;
+  throw ParameterError(name, "must be at least " + other_name + " (" + NumberText(other) + ")",
+                       value);
+}
+
 }  // namespace DistLib

@@ -59,6 +59,9 @@ class ParameterError : public std::domain_error {
 /// Throws ParameterError unless `value` is greater than `other`.
 void RequireAbove(const std::string& name, double value, const std::string& other_name,
                   double other);
+/// Throws ParameterError if `value` is less than `other`.
+void RequireAtLeast(const std::string& name, double value, const std::string& other_name,
+                    double other);
 
 struct Description {
   std::string name;

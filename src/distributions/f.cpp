@@ -33,7 +33,7 @@ class F : public PositiveDist {
 
  private:
   Real DensityAt(Real x) const override {
-    if (x > 0) return BetaPower(At(x)) / x;
+    if (x > 0) return BetaPower(At(x)).Value() / x;
     if (m_ < 2) throw std::overflow_error("no bound");
     return m_ == 2 ? 1 : 0;
   }

@@ -25,7 +25,7 @@ class Bernoulli : public DiscreteDist {
       moments.kurtosis = 1 / variance - 3;
     }
     moments.mode = success_ > failure_ ? 1 : 0;
-    moments.discrete_mean = std::floor(success_ + 0.5L);
+    moments.discrete_mean = WholeMean(success_);
     return moments;
   }
   std::optional<Real> Entropy() const override {
@@ -33,7 +33,7 @@ class Bernoulli : public DiscreteDist {
   }
 
  private:
-  Real ProbabilityOf(Real k) const override { return k == 1 ? success_ : failure_; }
+  Scaled ProbabilityOf(Real k) const override { return {k == 1 ? success_ : failure_}; }
   Real LowerTail(Real k) const override { return k == 1 ? 1 : failure_; }
   Real UpperTailBeyond(Real k) const override { return k == 1 ? 0 : success_; }
 
@@ -57,7 +57,7 @@ class Geometric : public DiscreteDist {
       moments.kurtosis = 9 + p_ * p_ / q;
     }
     moments.mode = 0;
-    moments.discrete_mean = std::floor(static_cast<double>(mean) + 0.5L);
+    moments.discrete_mean = WholeMean(mean);
     return moments;
   }
   std::optional<Real> Entropy() const override {
@@ -65,10 +65,11 @@ class Geometric : public DiscreteDist {
   }
 
  private:
-  Real Survival(Real trials) const { return trials == 0 ? 1 : std::exp(trials * log_failure_); }
-  Real ProbabilityOf(Real k) const override { return p_ * Survival(k); }
+  /// The logarithm of the probability that so many trials fail.
+  Real LogSurvival(Real trials) const { return trials == 0 ? 0 : trials * log_failure_; }
+  Scaled ProbabilityOf(Real k) const override { return {p_, LogSurvival(k)}; }
   Real LowerTail(Real k) const override { return -std::expm1((k + 1) * log_failure_); }
-  Real UpperTailBeyond(Real k) const override { return Survival(k + 1); }
+  Real UpperTailBeyond(Real k) const override { return std::exp(LogSurvival(k + 1)); }
 
   Real p_;
   Real log_failure_;
@@ -91,13 +92,13 @@ class DiscreteUniform : public DiscreteDist {
       moments.skewness = 0;
       moments.kurtosis = 1.8L - 2.4L / (square - 1);
     }
-    moments.discrete_mean = std::floor(mean + 0.5L);
+    moments.discrete_mean = WholeMean(mean);
     return moments;
   }
   std::optional<Real> Entropy() const override { return std::log(count_); }
 
  private:
-  Real ProbabilityOf(Real /*k*/) const override { return 1 / count_; }
+  Scaled ProbabilityOf(Real /*k*/) const override { return {1 / count_}; }
   Real LowerTail(Real k) const override { return (k - lower_ + 1) / count_; }
   Real UpperTailBeyond(Real k) const override { return (upper_ - k) / count_; }
 

@@ -1,11 +1,10 @@
 // Poisson and negative binomial, whose tails are incomplete gamma and beta functions.
 
-#include <boost/math/special_functions/gamma.hpp>
-
 #include "distributions/beta_tails.h"
 #include "distributions/catalogue.h"
 #include "distributions/cores.h"
 #include "distributions/discrete_dist.h"
+#include "distributions/poisson_tails.h"
 
 namespace DistLib {
 namespace {
@@ -20,15 +19,14 @@ class Poisson : public DiscreteDist {
             .skewness = 1 / std::sqrt(mean_),
             .kurtosis = 3 + 1 / mean_,
             .mode = std::floor(mean_),
-            .discrete_mean = std::floor(mean_ + 0.5L)};
+            .discrete_mean = WholeMean(mean_)};
   }
 
  private:
-  Real ProbabilityOf(Real k) const override {
-    return boost::math::gamma_p_derivative(k + 1, mean_);
-  }
-  Real LowerTail(Real k) const override { return boost::math::gamma_q(k + 1, mean_); }
-  Real UpperTailBeyond(Real k) const override { return boost::math::gamma_p(k + 1, mean_); }
+  Start SearchStart() const override { return StartOf(Moments()); }
+  Scaled ProbabilityOf(Real k) const override { return PoissonPower(k, mean_); }
+  Real LowerTail(Real k) const override { return PoissonLower(k, mean_); }
+  Real UpperTailBeyond(Real k) const override { return PoissonUpper(k, mean_); }
 
   Real mean_;
 };
@@ -49,15 +47,15 @@ class NegativeBinomial : public DiscreteDist {
       moments.kurtosis = 3 + 6 / r_ + p_ * p_ / (r_ * q_);
     }
     moments.mode = r_ > 1 ? std::floor((r_ - 1) * q_ / p_) : 0;
-    moments.discrete_mean = std::floor(static_cast<double>(mean) + 0.5L);
+    moments.discrete_mean = WholeMean(mean);
     return moments;
   }
 
  private:
-  Real ProbabilityOf(Real k) const override {
-    if (k == 0) return std::exp(r_ * std::log(p_));
-    if (q_ == 0) return 0;
-    return BetaPower(At(k)) / k;
+  Start SearchStart() const override { return StartOf(Moments()); }
+  Scaled ProbabilityOf(Real k) const override {
+    if (q_ == 0) return {k == 0 ? 1.0L : 0};
+    return NegativeBinomialTerm(At(k));
   }
   Real LowerTail(Real k) const override { return q_ == 0 ? 1 : BetaLower(At(k + 1)); }
   Real UpperTailBeyond(Real k) const override { return q_ == 0 ? 0 : BetaUpper(At(k + 1)); }
