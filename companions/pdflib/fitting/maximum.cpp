@@ -21,12 +21,18 @@ constexpr double kNegligibleGain = 1e-8;      // of a logarithm of a likelihood
 class Place {
  public:
   Place(const Objective& objective, std::vector<double> at)
-      : objective_(objective), at_(std::move(at)), steps_(at_.size()), value_(objective_(at_)) {}
+      : objective_(objective),
+        at_(std::move(at)),
+        steps_(at_.size(), 1.0),
+        value_(objective_(at_)) {}
 
   std::size_t size() const { return at_.size(); }
   const std::vector<double>& at() const { return at_; }
   double value() const { return value_; }
   double step(std::size_t i) const { return steps_[i]; }
+  VectorXd Steps() const {
+    return Eigen::Map<const VectorXd>(steps_.data(), static_cast<Eigen::Index>(steps_.size()));
+  }
 
   double ValueAt(std::span<const double> at) const { return objective_(at); }
   /// The function so many steps from here.
@@ -314,6 +320,19 @@ class Simplex {
   std::size_t evaluations_ = 0;
 };
 
+/// The directions in which the function is curved independently, each as long as the maximum is
+/// wide. Along them differences see a narrow ridge's length, too. Nothing if this is no maximum.
+std::optional<MatrixXd> PrincipalAxes(Place place, double h) {
+  place.FindSteps();
+  const auto slopes = SlopesAt<Differences>(place, h);
+  if (!slopes || !slopes->curvature.allFinite()) return {};
+  const Eigen::SelfAdjointEigenSolver<MatrixXd> solver(slopes->curvature);
+  const VectorXd& values = solver.eigenvalues();
+  if (!(values.minCoeff() > 0)) return {};
+  return place.Steps().asDiagonal() * solver.eigenvectors() *
+         values.cwiseSqrt().cwiseInverse().asDiagonal();
+}
+
 Maximum MaximumAt(const Place& place, bool converged) {
   return {place.at(), place.value(), converged};
 }
@@ -332,35 +351,41 @@ Maximum Maximise(const Objective& objective, std::span<const Variable> variables
 }
 
 Refined Refine(const Objective& objective, const Maximum& maximum) {
-  constexpr double kStep = 0.1;
-  constexpr double kFar = 0.3;  // a step this long is none of a maximum that was found
-  Place place(objective, maximum.at);
-  place.FindSteps();
-  if (const auto rough = SlopesAt<Differences>(place, kStep)) {
-    for (std::size_t i = 0; i < place.size(); ++i) {
-      const auto row = static_cast<Eigen::Index>(i);
-      if (rough->curvature(row, row) > 0) place.Scale(i, 1 / std::sqrt(rough->curvature(row, row)));
-    }
-  }
+  constexpr double kRoughStep = 0.05, kStep = 0.005;
+  constexpr double kFar = 0.5;  // a step this long is none of a maximum that was found
+  constexpr int kRounds = 4;
+  const auto axes = PrincipalAxes(Place(objective, maximum.at), kRoughStep);
+  if (!axes) return {maximum, {}};
+  const auto from_axes = [&](const VectorXd& y) {
+    const VectorXd x = *axes * y;
+    std::vector<double> at = maximum.at;
+    for (std::size_t i = 0; i < at.size(); ++i) at[i] += x[static_cast<Eigen::Index>(i)];
+    return at;
+  };
+  const auto vector = [](std::span<const double> y) {
+    return VectorXd(Eigen::Map<const VectorXd>(y.data(), static_cast<Eigen::Index>(y.size())));
+  };
+  const Objective on_axes = [&](std::span<const double> y) {
+    return objective(from_axes(vector(y)));
+  };
+  Place place(on_axes, std::vector<double>(maximum.at.size()));
   std::vector<double> variances;
-  for (int round = 0; round < 3; ++round) {
+  for (int round = 0; round < kRounds; ++round) {
     const auto slopes = SlopesAt<FineDifferences>(place, kStep);
     if (!slopes || !slopes->curvature.allFinite()) break;
     const Direction direction = NewtonDirection(*slopes);
     if (!direction.definite) break;
-    const MatrixXd covariance = slopes->curvature.inverse();
-    variances.clear();
-    for (std::size_t i = 0; i < place.size(); ++i) {
-      const auto row = static_cast<Eigen::Index>(i);
-      variances.push_back(covariance(row, row) * place.step(i) * place.step(i));
-    }
+    const MatrixXd to_variables = *axes * place.Steps().asDiagonal();
+    const VectorXd diagonal =
+        (to_variables * slopes->curvature.inverse() * to_variables.transpose()).diagonal();
+    variances.assign(diagonal.begin(), diagonal.end());
     const double length = direction.steps.cwiseAbs().maxCoeff();
     const double value = place.Along(direction.steps, 1);
     if (length > kFar || !(value >= place.value() - 1e-7)) break;
     place.Go(direction.steps, 1, value);
-    if (length < 0.02) break;
+    if (length < 1e-7) break;
   }
-  return {MaximumAt(place, maximum.converged), std::move(variances)};
+  return {{from_axes(vector(place.at())), place.value(), maximum.converged}, std::move(variances)};
 }
 
 }  // namespace DistLib
