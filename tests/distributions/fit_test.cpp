@@ -148,9 +148,8 @@ struct Recovery {
 };
 
 Recovery Recover(const Description& description, const Values& truth, int samples,
-                 std::size_t count) {
+                 std::size_t count, RndGen& generator) {
   const auto distribution = DistLib::MakeDistribution(description, truth);
-  MersenneTwister generator(20261126);
   Recovery recovery;
   for (int i = 0; i < samples; ++i) {
     const Values sample = Draws(*distribution, count, generator);
@@ -158,8 +157,8 @@ Recovery Recover(const Description& description, const Values& truth, int sample
       const Fit fit = FitDistribution(description, sample, WholeFixed(description, truth));
       CHECK(fit.log_likelihood >= LogLikelihood(description, truth, sample) - 1e-6);
       recovery.Add(fit, truth);
-    } catch (const FitError& failure) {
-      MESSAGE(description.name, ": ", failure.what());
+    } catch (const FitError&) {
+      // Counted by what is missing: a few samples are without maximum.
     }
   }
   return recovery;
@@ -191,12 +190,13 @@ TEST_CASE("estimates are as near the truth as their standard errors say") {
   const int samples = asked != nullptr ? static_cast<int>(std::strtol(asked, nullptr, 10)) : 3;
   const bool many = samples >= 50;
   const FloatingPointScope scope;
+  MersenneTwister generator(20261126);
   Recovery all;
   for (const auto& [name, truth, irregular] : kTruths) {
     INFO(std::string(name));
     const Description* const description = FindDistribution(name);
     if (description == nullptr) continue;
-    const Recovery recovery = Recover(*description, truth, samples, many ? 200 : 100);
+    const Recovery recovery = Recover(*description, truth, samples, many ? 200 : 100, generator);
     CHECK(recovery.fits >= samples * 0.95 - 1);
     if (irregular) continue;
     // A normal error is beyond four in one case of 16,000; its square is 1 on average.

@@ -88,25 +88,33 @@ struct Slopes {
   MatrixXd curvature;
 };
 
-/// Differences of second order over h steps.
+struct Slope {
+  double first;
+  double second;
+};
+
+/// Differences of second order over h steps. Those of a variable alone come before the mixed ones,
+/// which build on them: two more values suffice then.
 class Differences {
  public:
-  Differences(const Place& place, double h) : place_(place), h_(h) {}
+  Differences(const Place& place, double h) : place_(place), h_(h), second_(place.size()) {}
 
   /// Not finite if the function is not defined there.
-  std::pair<double, double> FirstAndSecond(std::size_t i) const {
+  Slope Alone(std::size_t i) {
     const double up = place_.Beside({{i, h_}}), down = place_.Beside({{i, -h_}});
-    return {(up - down) / (2 * h_), (up - 2 * place_.value() + down) / (h_ * h_)};
+    second_[i] = (up - 2 * place_.value() + down) / (h_ * h_);
+    return {(up - down) / (2 * h_), second_[i]};
   }
   double Mixed(std::size_t i, std::size_t j) const {
-    const double same = place_.Beside({{i, h_}, {j, h_}}) + place_.Beside({{i, -h_}, {j, -h_}});
-    const double crossed = place_.Beside({{i, h_}, {j, -h_}}) + place_.Beside({{i, -h_}, {j, h_}});
-    return (same - crossed) / (4 * h_ * h_);
+    const double along = place_.Beside({{i, h_}, {j, h_}}) - 2 * place_.value() +
+                         place_.Beside({{i, -h_}, {j, -h_}});
+    return (along / (h_ * h_) - second_[i] - second_[j]) / 2;
   }
 
  private:
   const Place& place_;
   double h_;
+  std::vector<double> second_;
 };
 
 /// The same of fourth order, from steps h and 2h.
@@ -114,8 +122,8 @@ class FineDifferences {
  public:
   FineDifferences(const Place& place, double h) : near_(place, h), far_(place, 2 * h) {}
 
-  std::pair<double, double> FirstAndSecond(std::size_t i) const {
-    const auto near = near_.FirstAndSecond(i), far = far_.FirstAndSecond(i);
+  Slope Alone(std::size_t i) {
+    const Slope near = near_.Alone(i), far = far_.Alone(i);
     return {Extrapolated(near.first, far.first), Extrapolated(near.second, far.second)};
   }
   double Mixed(std::size_t i, std::size_t j) const {
@@ -134,10 +142,11 @@ template <class Method>
 std::optional<Slopes> SlopesAt(Place& place, double h) {
   const auto size = static_cast<Eigen::Index>(place.size());
   Slopes slopes{VectorXd(size), MatrixXd(size, size)};
+  Method differences(place, h);
   for (std::size_t i = 0; i < place.size(); ++i) {
-    std::pair<double, double> slope;
+    Slope slope{};
     for (int tries = 0;; ++tries) {
-      slope = Method(place, h).FirstAndSecond(i);
+      slope = differences.Alone(i);
       if (std::isfinite(slope.first) && std::isfinite(slope.second)) break;
       if (tries == 12) return {};
       place.Scale(i, 0.25);
@@ -148,7 +157,7 @@ std::optional<Slopes> SlopesAt(Place& place, double h) {
   }
   for (std::size_t i = 0; i < place.size(); ++i) {
     for (std::size_t j = 0; j < i; ++j) {
-      const double mixed = Method(place, h).Mixed(i, j);
+      const double mixed = differences.Mixed(i, j);
       const auto row = static_cast<Eigen::Index>(i), column = static_cast<Eigen::Index>(j);
       slopes.curvature(row, column) = slopes.curvature(column, row) =
           std::isfinite(mixed) ? -mixed : 0;
