@@ -46,8 +46,8 @@ Recordings Read() {
 }
 
 const Recordings& All() {
-  static const Recordings kAll = Read();
-  return kAll;
+  static const Recordings all = Read();
+  return all;
 }
 
 }  // namespace

@@ -31,9 +31,9 @@ class FreePart {
     return parameters;
   }
   std::vector<double> Positions() const {
-    std::vector<double> at;
-    for (std::size_t k = 0; k < free_.size(); ++k)
-      at.push_back(scale(k).Position(scale(k).Inside(parameters_[free_[k]])));
+    std::vector<double> at(free_.size());
+    for (std::size_t k = 0; k < at.size(); ++k)
+      at[k] = scale(k).Position(scale(k).Inside(parameters_[free_[k]]));
     return at;
   }
   Objective Function() const {
@@ -91,10 +91,10 @@ void Estimator::FindEnds(std::span<const double> start) {
 
 void Estimator::Search(Estimate& estimate) const {
   const FreePart part(likelihood_, scales_, estimate);
-  std::vector<Variable> variables;
   const std::vector<double> positions = part.Positions();
+  std::vector<Variable> variables(positions.size());
   for (std::size_t k = 0; k < positions.size(); ++k)
-    variables.push_back({positions[k], part.scale(k).WithoutEnds() ? kInfinity : 2.0});
+    variables[k] = {positions[k], part.scale(k).WithoutEnds() ? kInfinity : 2.0};
   if (variables.empty()) {
     estimate.log_likelihood = likelihood_(estimate.parameters);
     estimate.converged = true;
@@ -224,8 +224,9 @@ std::optional<std::string> Estimator::Unbounded(const Estimate& estimate) const 
       if (end != sample.smallest() && end != sample.largest()) continue;
       if (!estimate.free[i] || std::fabs(estimate.parameters[i] - end) > near) continue;
       const std::string& name = likelihood_.description().parameters[i].name;
-      return "the likelihood has no bound as " + name + " approaches the value " + NumberText(end) +
-             " of the sample: " + name + " must be fixed";
+      std::string reason = "the likelihood has no bound as ";
+      reason += name + " approaches the value " + NumberText(end) + " of the sample: ";
+      return reason += name + " must be fixed";
     }
   }
   return {};

@@ -353,7 +353,7 @@ Maximum Maximise(const Objective& objective, std::span<const Variable> variables
   for (const Variable& variable : variables) start.push_back(variable.start);
   Place place(objective, std::move(start));
   if (Newton(place, variables)) return MaximumAt(place, true);
-  Maximum maximum = Simplex(place, variables).Run();
+  const Maximum maximum = Simplex(place, variables).Run();
   Place better(objective, maximum.at);
   if (Newton(better, variables)) return MaximumAt(better, true);
   return better.value() > maximum.value ? MaximumAt(better, maximum.converged) : maximum;
