@@ -31,9 +31,9 @@ class FreePart {
     return parameters;
   }
   std::vector<double> Positions() const {
-    std::vector<double> at;
-    for (std::size_t k = 0; k < free_.size(); ++k)
-      at.push_back(scale(k).Position(scale(k).Inside(parameters_[free_[k]])));
+    std::vector<double> at(free_.size());
+    for (std::size_t k = 0; k < at.size(); ++k)
+      at[k] = scale(k).Position(scale(k).Inside(parameters_[free_[k]]));
     return at;
   }
   Objective Function() const {
@@ -47,6 +47,10 @@ class FreePart {
   std::vector<std::size_t> free_;
 };
 
+double NearEnd(double end) {
+  return std::fabs(end) < kGreatestEnd ? end : std::copysign(kInfinity, end);
+}
+
 std::size_t Index(int i) { return static_cast<std::size_t>(i); }
 
 }  // namespace
@@ -55,7 +59,7 @@ Estimator::Estimator(const LogLikelihood& likelihood, const Method& method,
                      std::span<const double> start)
     : likelihood_(likelihood), method_(method) {
   for (const Parameter& parameter : likelihood.description().parameters)
-    scales_.emplace_back(parameter.domain.low, parameter.domain.high);
+    scales_.emplace_back(NearEnd(parameter.domain.low), NearEnd(parameter.domain.high));
   FindEnds(start);
 }
 
@@ -87,10 +91,10 @@ void Estimator::FindEnds(std::span<const double> start) {
 
 void Estimator::Search(Estimate& estimate) const {
   const FreePart part(likelihood_, scales_, estimate);
-  std::vector<Variable> variables;
   const std::vector<double> positions = part.Positions();
+  std::vector<Variable> variables(positions.size());
   for (std::size_t k = 0; k < positions.size(); ++k)
-    variables.push_back({positions[k], part.scale(k).WithoutEnds() ? kInfinity : 2.0});
+    variables[k] = {positions[k], part.scale(k).WithoutEnds() ? kInfinity : 2.0};
   if (variables.empty()) {
     estimate.log_likelihood = likelihood_(estimate.parameters);
     estimate.converged = true;
@@ -108,9 +112,7 @@ bool Estimator::PinAtEnds(Estimate& estimate) const {
   for (std::size_t i = 0; i < scales_.size(); ++i) {
     if (!estimate.free[i]) continue;
     for (const double end : {scales_[i].low(), scales_[i].high()}) {
-      if (!(std::fabs(end) < kGreatestEnd) && end != likelihood_.sample().smallest() &&
-          end != likelihood_.sample().largest())
-        continue;
+      if (!std::isfinite(end)) continue;
       std::vector<double> parameters = estimate.parameters;
       parameters[i] = end;
       const double value = likelihood_(parameters);
@@ -222,8 +224,9 @@ std::optional<std::string> Estimator::Unbounded(const Estimate& estimate) const 
       if (end != sample.smallest() && end != sample.largest()) continue;
       if (!estimate.free[i] || std::fabs(estimate.parameters[i] - end) > near) continue;
       const std::string& name = likelihood_.description().parameters[i].name;
-      return "the likelihood has no bound as " + name + " approaches the value " + NumberText(end) +
-             " of the sample: " + name + " must be fixed";
+      std::string reason = "the likelihood has no bound as ";
+      reason += name + " approaches the value " + NumberText(end) + " of the sample: ";
+      return reason += name + " must be fixed";
     }
   }
   return {};
@@ -235,14 +238,18 @@ std::optional<std::string> Estimator::Endless(const Estimate& estimate) const {
   const std::vector<double> at = part.Positions();
   for (std::size_t k = 0; k < at.size(); ++k) {
     if (part.scale(k).WithoutEnds()) continue;
-    for (const double move : {4.0, -4.0}) {
-      std::vector<double> moved = at;
-      moved[k] += move;
-      if (!(part.Function()(moved) > estimate.log_likelihood - 1e-3)) continue;
-      const std::string& name = likelihood_.description().parameters[part.free()[k]].name;
-      return "the likelihood has no maximum: " + name + " would " + (move > 0 ? "grow" : "fall") +
-             " for ever";
-    }
+    const double here = estimate.log_likelihood;
+    const auto moved = [&](double move) {
+      std::vector<double> to = at;
+      to[k] += move;
+      return part.Function()(to);
+    };
+    const double above = moved(4), below = moved(-4);
+    if (!(std::max(above, below) > here - 1e-3)) continue;
+    const auto known = [&](double value) { return std::isfinite(value) ? value : here; };
+    return "the likelihood has no maximum: " +
+           likelihood_.description().parameters[part.free()[k]].name + " would " +
+           (known(above) >= known(below) ? "grow" : "fall") + " for ever";
   }
   return {};
 }

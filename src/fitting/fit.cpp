@@ -61,7 +61,7 @@ class Fitting {
     Estimate start = StartAt({near.begin(), near.end()});
     if (likelihood_(start.parameters) == -kInfinity) return {};
     const Estimator estimator(likelihood_, method_, start.parameters);
-    Estimate estimate = estimator.From(std::move(start));
+    const Estimate estimate = estimator.From(std::move(start));
     if (!estimate.converged) return {};
     return Finished(estimate, {});
   }

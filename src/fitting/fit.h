@@ -52,7 +52,7 @@ using Cancelled = std::function<bool()>;
 /// defaults unless they are fixed: the scale of Johnson SL and the weight of PERT. Where the
 /// likelihood is unbounded, as for a three-parameter Weibull with its location next to the smallest
 /// value, the fit is the greatest local maximum that was found inside, or an error.
-Fit FitDistribution(const Description& description, std::span<const double> sample,
+Fit FitDistribution(const Description& description, std::span<const double> values,
                     FixedParameters fixed = {}, const Cancelled& cancelled = {});
 
 }  // namespace DistLib

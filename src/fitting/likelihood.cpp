@@ -42,7 +42,7 @@ double LogLikelihood::operator()(std::span<const double> parameters) const {
   for (std::size_t i = 0; i < sample_.distinct(); ++i) {
     if ((i + 1) % kValuesBetweenQuestions == 0) MaybeCancel();
     sum += Real{sample_.times()[i]} * LogDensity(*distribution, sample_.values()[i]);
-    if (sum == -kInfinity) break;
+    if (std::isinf(sum)) break;
   }
   return static_cast<double>(sum);
 }

@@ -21,12 +21,18 @@ constexpr double kNegligibleGain = 1e-8;      // of a logarithm of a likelihood
 class Place {
  public:
   Place(const Objective& objective, std::vector<double> at)
-      : objective_(objective), at_(std::move(at)), steps_(at_.size()), value_(objective_(at_)) {}
+      : objective_(objective),
+        at_(std::move(at)),
+        steps_(at_.size(), 1.0),
+        value_(objective_(at_)) {}
 
   std::size_t size() const { return at_.size(); }
   const std::vector<double>& at() const { return at_; }
   double value() const { return value_; }
   double step(std::size_t i) const { return steps_[i]; }
+  VectorXd Steps() const {
+    return Eigen::Map<const VectorXd>(steps_.data(), static_cast<Eigen::Index>(steps_.size()));
+  }
 
   double ValueAt(std::span<const double> at) const { return objective_(at); }
   /// The function so many steps from here.
@@ -82,25 +88,33 @@ struct Slopes {
   MatrixXd curvature;
 };
 
-/// Differences of second order over h steps.
+struct Slope {
+  double first;
+  double second;
+};
+
+/// Differences of second order over h steps. Those of a variable alone come before the mixed ones,
+/// which build on them: two more values suffice then.
 class Differences {
  public:
-  Differences(const Place& place, double h) : place_(place), h_(h) {}
+  Differences(const Place& place, double h) : place_(place), h_(h), second_(place.size()) {}
 
   /// Not finite if the function is not defined there.
-  std::pair<double, double> FirstAndSecond(std::size_t i) const {
+  Slope Alone(std::size_t i) {
     const double up = place_.Beside({{i, h_}}), down = place_.Beside({{i, -h_}});
-    return {(up - down) / (2 * h_), (up - 2 * place_.value() + down) / (h_ * h_)};
+    second_[i] = (up - 2 * place_.value() + down) / (h_ * h_);
+    return {(up - down) / (2 * h_), second_[i]};
   }
   double Mixed(std::size_t i, std::size_t j) const {
-    const double same = place_.Beside({{i, h_}, {j, h_}}) + place_.Beside({{i, -h_}, {j, -h_}});
-    const double crossed = place_.Beside({{i, h_}, {j, -h_}}) + place_.Beside({{i, -h_}, {j, h_}});
-    return (same - crossed) / (4 * h_ * h_);
+    const double along = place_.Beside({{i, h_}, {j, h_}}) - 2 * place_.value() +
+                         place_.Beside({{i, -h_}, {j, -h_}});
+    return (along / (h_ * h_) - second_[i] - second_[j]) / 2;
   }
 
  private:
   const Place& place_;
   double h_;
+  std::vector<double> second_;
 };
 
 /// The same of fourth order, from steps h and 2h.
@@ -108,8 +122,8 @@ class FineDifferences {
  public:
   FineDifferences(const Place& place, double h) : near_(place, h), far_(place, 2 * h) {}
 
-  std::pair<double, double> FirstAndSecond(std::size_t i) const {
-    const auto near = near_.FirstAndSecond(i), far = far_.FirstAndSecond(i);
+  Slope Alone(std::size_t i) {
+    const Slope near = near_.Alone(i), far = far_.Alone(i);
     return {Extrapolated(near.first, far.first), Extrapolated(near.second, far.second)};
   }
   double Mixed(std::size_t i, std::size_t j) const {
@@ -128,10 +142,11 @@ template <class Method>
 std::optional<Slopes> SlopesAt(Place& place, double h) {
   const auto size = static_cast<Eigen::Index>(place.size());
   Slopes slopes{VectorXd(size), MatrixXd(size, size)};
+  Method differences(place, h);
   for (std::size_t i = 0; i < place.size(); ++i) {
-    std::pair<double, double> slope;
+    Slope slope{};
     for (int tries = 0;; ++tries) {
-      slope = Method(place, h).FirstAndSecond(i);
+      slope = differences.Alone(i);
       if (std::isfinite(slope.first) && std::isfinite(slope.second)) break;
       if (tries == 12) return {};
       place.Scale(i, 0.25);
@@ -142,7 +157,7 @@ std::optional<Slopes> SlopesAt(Place& place, double h) {
   }
   for (std::size_t i = 0; i < place.size(); ++i) {
     for (std::size_t j = 0; j < i; ++j) {
-      const double mixed = Method(place, h).Mixed(i, j);
+      const double mixed = differences.Mixed(i, j);
       const auto row = static_cast<Eigen::Index>(i), column = static_cast<Eigen::Index>(j);
       slopes.curvature(row, column) = slopes.curvature(column, row) =
           std::isfinite(mixed) ? -mixed : 0;
@@ -314,6 +329,19 @@ class Simplex {
   std::size_t evaluations_ = 0;
 };
 
+/// The directions in which the function is curved independently, each as long as the maximum is
+/// wide. Along them differences see a narrow ridge's length, too. Nothing if this is no maximum.
+std::optional<MatrixXd> PrincipalAxes(Place place, double h) {
+  place.FindSteps();
+  const auto slopes = SlopesAt<Differences>(place, h);
+  if (!slopes || !slopes->curvature.allFinite()) return {};
+  const Eigen::SelfAdjointEigenSolver<MatrixXd> solver(slopes->curvature);
+  const VectorXd& values = solver.eigenvalues();
+  if (!(values.minCoeff() > 0)) return {};
+  return place.Steps().asDiagonal() * solver.eigenvectors() *
+         values.cwiseSqrt().cwiseInverse().asDiagonal();
+}
+
 Maximum MaximumAt(const Place& place, bool converged) {
   return {place.at(), place.value(), converged};
 }
@@ -325,51 +353,48 @@ Maximum Maximise(const Objective& objective, std::span<const Variable> variables
   for (const Variable& variable : variables) start.push_back(variable.start);
   Place place(objective, std::move(start));
   if (Newton(place, variables)) return MaximumAt(place, true);
-  Maximum maximum = Simplex(place, variables).Run();
+  const Maximum maximum = Simplex(place, variables).Run();
   Place better(objective, maximum.at);
   if (Newton(better, variables)) return MaximumAt(better, true);
   return better.value() > maximum.value ? MaximumAt(better, maximum.converged) : maximum;
 }
 
-namespace {
-
-std::vector<double> VariancesOf(const Place& place, const MatrixXd& curvature) {
-  const MatrixXd covariance = curvature.inverse();
-  std::vector<double> variances;
-  for (std::size_t i = 0; i < place.size(); ++i) {
-    const auto row = static_cast<Eigen::Index>(i);
-    variances.push_back(covariance(row, row) * place.step(i) * place.step(i));
-  }
-  return variances;
-}
-
-}  // namespace
-
 Refined Refine(const Objective& objective, const Maximum& maximum) {
-  constexpr double kStep = 0.03;
-  constexpr double kShortStep = 0.01;  // less digits of the curvature, but more of the gradient
-  constexpr double kFar = 0.3;         // a step this long is none of a maximum that was found
-  Place place(objective, maximum.at);
-  place.FindSteps();
-  if (const auto rough = SlopesAt<Differences>(place, kStep)) {
-    for (std::size_t i = 0; i < place.size(); ++i) {
-      const auto row = static_cast<Eigen::Index>(i);
-      if (rough->curvature(row, row) > 0) place.Scale(i, 1 / std::sqrt(rough->curvature(row, row)));
-    }
-  }
+  constexpr double kRoughStep = 0.05, kStep = 0.005;
+  constexpr double kFar = 0.5;  // a step this long is none of a maximum that was found
+  constexpr int kRounds = 4;
+  const auto axes = PrincipalAxes(Place(objective, maximum.at), kRoughStep);
+  if (!axes) return {maximum, {}};
+  const auto from_axes = [&](const VectorXd& y) {
+    const VectorXd x = *axes * y;
+    std::vector<double> at = maximum.at;
+    for (std::size_t i = 0; i < at.size(); ++i) at[i] += x[static_cast<Eigen::Index>(i)];
+    return at;
+  };
+  const auto vector = [](std::span<const double> y) {
+    return VectorXd(Eigen::Map<const VectorXd>(y.data(), static_cast<Eigen::Index>(y.size())));
+  };
+  const Objective on_axes = [&](std::span<const double> y) {
+    return objective(from_axes(vector(y)));
+  };
+  Place place(on_axes, std::vector<double>(maximum.at.size()));
   std::vector<double> variances;
-  for (int round = 0; round < 4; ++round) {
-    const auto slopes = SlopesAt<FineDifferences>(place, round < 2 ? kStep : kShortStep);
+  for (int round = 0; round < kRounds; ++round) {
+    const auto slopes = SlopesAt<FineDifferences>(place, kStep);
     if (!slopes || !slopes->curvature.allFinite()) break;
     const Direction direction = NewtonDirection(*slopes);
     if (!direction.definite) break;
-    if (round < 2) variances = VariancesOf(place, slopes->curvature);
+    const MatrixXd to_variables = *axes * place.Steps().asDiagonal();
+    const VectorXd diagonal =
+        (to_variables * slopes->curvature.inverse() * to_variables.transpose()).diagonal();
+    variances.assign(diagonal.begin(), diagonal.end());
     const double length = direction.steps.cwiseAbs().maxCoeff();
     const double value = place.Along(direction.steps, 1);
     if (length > kFar || !(value >= place.value() - 1e-7)) break;
     place.Go(direction.steps, 1, value);
+    if (length < 1e-7) break;
   }
-  return {MaximumAt(place, maximum.converged), std::move(variances)};
+  return {{from_axes(vector(place.at())), place.value(), maximum.converged}, std::move(variances)};
 }
 
 }  // namespace DistLib

@@ -17,6 +17,6 @@ struct RankedFit {
 /// last, by name. A sample with fractions has continuous distributions only, one of whole numbers
 /// both kinds: a density over classes of width 1 compares with a probability. Throws FitError if
 /// the sample itself is at fault.
-std::vector<RankedFit> RankFits(std::span<const double> sample, const Cancelled& cancelled = {});
+std::vector<RankedFit> RankFits(std::span<const double> values, const Cancelled& cancelled = {});
 
 }  // namespace DistLib
