@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "calc/filling_functions.h"
+#include "calc/function_names.h"
 #include "host/capi/callback.h"
 #include "platform/message_box.h"
 

@@ -10,6 +10,7 @@
 #include "calc/add_in.h"
 #include "calc/any_value.h"
 #include "calc/document.h"
+#include "calc/names.h"
 #include "calc/uno.h"
 
 namespace zavcalc {
@@ -19,30 +20,41 @@ using zavhost::ErrorCode;
 using zavhost::Operand;
 using zavhost::Value;
 
-constexpr std::u16string_view kImplementation = u"org.zavrel.calc.Functions";
-/// The prefix with which Excel stores the functions of an add-in.
-constexpr std::u16string_view kService = u"_xll";
-
 constexpr std::u16string_view kInterface = u"com.sun.star.uno.XInterface";
 constexpr std::u16string_view kTypeProvider = u"com.sun.star.lang.XTypeProvider";
 constexpr std::u16string_view kServiceInfo = u"com.sun.star.lang.XServiceInfo";
 constexpr std::u16string_view kFactory = u"com.sun.star.lang.XSingleComponentFactory";
 constexpr std::u16string_view kFunctions = u"org.zavrel.calc.XFunctions";
 
+constexpr std::u16string_view kJob = u"com.sun.star.task.XJob";
 constexpr std::u16string_view kListener = u"com.sun.star.util.XModifyListener";
 
 constexpr std::u16string_view kFactoryInterfaces[] = {kInterface, kTypeProvider, kServiceInfo,
                                                       kFactory};
 constexpr std::u16string_view kFunctionInterfaces[] = {kInterface, kTypeProvider, kServiceInfo,
                                                        kFunctions};
+constexpr std::u16string_view kJobInterfaces[] = {kInterface, kTypeProvider, kServiceInfo, kJob};
 constexpr std::u16string_view kListenerInterfaces[] = {kInterface, kListener};
+
+/// What LibreOffice creates by name.
+struct Implementation {
+  std::u16string_view name;
+  std::u16string_view service;
+  std::span<const std::u16string_view> interfaces;
+};
+constexpr Implementation kImplementations[] = {
+    // The service is the prefix with which Excel stores the functions of an add-in.
+    {u"org.zavrel.calc.Functions", u"_xll", kFunctionInterfaces},
+    {u"org.zavrel.calc.Names", u"org.zavrel.calc.Names", kJobInterfaces},
+};
 
 /// An object of the component: what it implements and how many hold it.
 struct Object {
   uno_Interface base;  // the first member: the address of both is the same
   std::atomic<int> users;
   std::span<const std::u16string_view> interfaces;
-  uno_Interface* document = nullptr;  // that a listener listens to
+  const Implementation* implementation = nullptr;  // of an object, or that a factory creates
+  uno_Interface* document = nullptr;               // that a listener listens to
 };
 
 Object& ObjectOf(uno_Interface* base) { return *reinterpret_cast<Object*>(base); }
@@ -58,8 +70,9 @@ void SAL_CALL Dispatch(uno_Interface* base, const typelib_TypeDescription* membe
 
 /// A new object with one user.
 uno_Interface* NewObject(std::span<const std::u16string_view> interfaces,
-                         uno_Interface* document = nullptr) {
-  return &(new Object{{&Acquire, &Release, &Dispatch}, 1, interfaces, document})->base;
+                         const Implementation* implementation, uno_Interface* document = nullptr) {
+  return &(new Object{{&Acquire, &Release, &Dispatch}, 1, interfaces, implementation, document})
+              ->base;
 }
 
 // The methods of every object.
@@ -78,8 +91,8 @@ uno_Sequence* TypesOf(const Object& object) {
   return NewSequence(SequenceType(u"[]type"), types.data(), types.size());
 }
 
-uno_Sequence* ServiceNames() {
-  rtl_uString* name = NewText(kService);
+uno_Sequence* ServiceNames(const Implementation& implementation) {
+  rtl_uString* name = NewText(implementation.service);
   uno_Sequence* names = NewSequence(SequenceType(u"[]string"), &name, 1);
   rtl_uString_release(name);
   return names;
@@ -95,7 +108,8 @@ std::map<uno_Interface*, Document>& Documents() {
 Document& DocumentOf(uno_Interface* model) {
   auto& documents = Documents();
   if (const auto known = documents.find(model); known != documents.end()) return known->second;
-  const UnoReference listener = UnoReference::Owning(NewObject(kListenerInterfaces, model));
+  const UnoReference listener =
+      UnoReference::Owning(NewObject(kListenerInterfaces, nullptr, model));
   uno_Interface* address = listener.get();
   const UnoReference shared = UnoReference::Sharing(model);
   shared.As(u"com.sun.star.util.XModifyBroadcaster")
@@ -141,6 +155,52 @@ void AnswerFunction(std::u16string_view name, const typelib_TypeDescription* mem
   }
 }
 
+// The job that LibreOffice starts when it has opened a document.
+
+struct NamedValue {  // com.sun.star.beans.NamedValue
+  rtl_uString* name;
+  uno_Any value;
+};
+
+const uno_Any* ValueNamed(uno_Sequence* values, std::u16string_view name) {
+  for (const NamedValue& value : ElementsOf<NamedValue>(values)) {
+    if (TextOf(value.name) == name) return &value.value;
+  }
+  return nullptr;
+}
+
+void RunJob(uno_Sequence* arguments) {
+  const uno_Any* environment = ValueNamed(arguments, u"Environment");
+  if (environment == nullptr || environment->pType->eTypeClass != typelib_TypeClass_SEQUENCE)
+    return;
+  const uno_Any* model =
+      ValueNamed(*static_cast<uno_Sequence* const*>(environment->pData), u"Model");
+  if (model == nullptr || model->pType->eTypeClass != typelib_TypeClass_INTERFACE) return;
+  try {
+    ResolveNames(*static_cast<uno_Interface* const*>(model->pData));
+  } catch (...) {  // no spreadsheet, or one that cannot be changed: it stays as it is
+  }
+}
+
+/// The methods by which LibreOffice learns what an implementation is, and creates it.
+void AnswerImplementation(const Implementation& implementation, std::u16string_view method,
+                          void* result, void** arguments) {
+  if (method == u"getImplementationName") {
+    *static_cast<rtl_uString**>(result) = NewText(implementation.name);
+  } else if (method == u"supportsService") {
+    *static_cast<sal_Bool*>(result) =
+        TextOf(*static_cast<rtl_uString**>(arguments[0])) == implementation.service ? 1 : 0;
+  } else if (method == u"getSupportedServiceNames") {
+    *static_cast<uno_Sequence**>(result) = ServiceNames(implementation);
+  } else if (method == u"createInstanceWithContext" ||
+             method == u"createInstanceWithArgumentsAndContext") {
+    *static_cast<uno_Interface**>(result) = NewObject(implementation.interfaces, &implementation);
+  } else if (method == u"execute") {
+    RunJob(*static_cast<uno_Sequence**>(arguments[0]));
+    ConstructVoid(*static_cast<uno_Any*>(result));
+  }
+}
+
 void SAL_CALL Dispatch(uno_Interface* base, const typelib_TypeDescription* member, void* result,
                        void** arguments, uno_Any** exception) {
   *exception = nullptr;
@@ -150,24 +210,16 @@ void SAL_CALL Dispatch(uno_Interface* base, const typelib_TypeDescription* membe
   const std::u16string_view method = name.substr(colons + 2);
   if (name.substr(0, colons) == kFunctions) {
     AnswerFunction(method, member, arguments, *static_cast<uno_Any*>(result));
-  } else if (object.document != nullptr && method != u"queryInterface") {
-    AnswerListener(object, method);
   } else if (method == u"queryInterface") {
     QueryInterface(object, arguments[0], *static_cast<uno_Any*>(result));
   } else if (method == u"getTypes") {
     *static_cast<uno_Sequence**>(result) = TypesOf(object);
   } else if (method == u"getImplementationId") {
     *static_cast<uno_Sequence**>(result) = NewSequence(SequenceType(u"[]byte"), nullptr, 0);
-  } else if (method == u"getImplementationName") {
-    *static_cast<rtl_uString**>(result) = NewText(kImplementation);
-  } else if (method == u"supportsService") {
-    *static_cast<sal_Bool*>(result) =
-        TextOf(*static_cast<rtl_uString**>(arguments[0])) == kService ? 1 : 0;
-  } else if (method == u"getSupportedServiceNames") {
-    *static_cast<uno_Sequence**>(result) = ServiceNames();
-  } else if (method == u"createInstanceWithContext" ||
-             method == u"createInstanceWithArgumentsAndContext") {
-    *static_cast<uno_Interface**>(result) = NewObject(kFunctionInterfaces);
+  } else if (object.implementation != nullptr) {
+    AnswerImplementation(*object.implementation, method, result, arguments);
+  } else {
+    AnswerListener(object, method);
   }
 }
 
@@ -175,7 +227,11 @@ void SAL_CALL Dispatch(uno_Interface* base, const typelib_TypeDescription* membe
 }  // namespace zavcalc
 
 /// LibreOffice asks for the factory of an implementation; the caller owns it.
-extern "C" __attribute__((visibility("default"))) void* component_getFactory(const char*, void*,
-                                                                             void*) {
-  return zavcalc::NewObject(zavcalc::kFactoryInterfaces);
+extern "C" __attribute__((visibility("default"))) void* component_getFactory(const char* name,
+                                                                             void*, void*) {
+  for (const zavcalc::Implementation& implementation : zavcalc::kImplementations) {
+    if (std::ranges::equal(implementation.name, std::string_view(name)))
+      return zavcalc::NewObject(zavcalc::kFactoryInterfaces, &implementation);
+  }
+  return nullptr;
 }

@@ -5,6 +5,8 @@
 #include <utility>
 
 #include "calc/any_value.h"
+#include "calc/formula_text.h"
+#include "calc/spreadsheet.h"
 
 namespace zavcalc {
 namespace {
@@ -16,49 +18,10 @@ using zavhost::Operand;
 using zavhost::Value;
 using Kind = SiteArgument::Kind;
 
-// com.sun.star.sheet.CellFlags
-constexpr std::int16_t kFormulaCells = 16;
 /// More calls of a function than this that may be meant by the same values are not looked through.
 constexpr std::size_t kMostCandidates = 20'000;
 /// Each meaning of the arguments is a call.
 constexpr std::size_t kMostMeanings = 4;
-
-/// com.sun.star.table.CellRangeAddress
-struct RangeAddress {
-  std::int16_t sheet;
-  std::int32_t first_column;
-  std::int32_t first_row;
-  std::int32_t last_column;
-  std::int32_t last_row;
-};
-
-SheetRange ToRange(const RangeAddress& address) {
-  return {address.sheet, address.first_column, address.first_row, address.last_column,
-          address.last_row};
-}
-
-std::vector<SheetRange> RangesOf(const UnoReference& ranges) {
-  SequenceValue addresses(u"[]com.sun.star.table.CellRangeAddress");
-  ranges.Call(u"com.sun.star.sheet.XSheetCellRanges::getRangeAddresses", addresses.Receive(), {});
-  std::vector<SheetRange> found;
-  for (const RangeAddress& address : ElementsOf<RangeAddress>(addresses.get()))
-    found.push_back(ToRange(address));
-  return found;
-}
-
-std::int32_t RowsOf(const SheetRange& range) { return range.last_row - range.first_row + 1; }
-std::int32_t ColumnsOf(const SheetRange& range) {
-  return range.last_column - range.first_column + 1;
-}
-
-std::optional<SheetRange> Common(const SheetRange& a, const SheetRange& b) {
-  const SheetRange common{a.sheet, std::max(a.first_column, b.first_column),
-                          std::max(a.first_row, b.first_row),
-                          std::min(a.last_column, b.last_column), std::min(a.last_row, b.last_row)};
-  const bool is_empty = common.first_column > common.last_column ||
-                        common.first_row > common.last_row || a.sheet != b.sheet;
-  return is_empty ? std::nullopt : std::optional(common);
-}
 
 /// A number that a boolean or a blank cell would also be, or a text that a blank cell would be.
 bool IsAmbiguous(const Value& value) {
@@ -162,14 +125,6 @@ bool IsLogical(std::int32_t format) {
   return format % kFormatsOfLanguage == kLogicalFormat;
 }
 
-std::u16string UpperCase(std::u16string_view ascii) {
-  std::u16string upper(ascii);
-  for (char16_t& c : upper) {
-    if (c >= u'a' && c <= u'z') c = static_cast<char16_t>(c - u'a' + u'A');
-  }
-  return upper;
-}
-
 std::u16string LowerCase(std::u16string_view text) { return zavhost::LowerCase(text); }
 
 }  // namespace
@@ -191,18 +146,9 @@ void Document::Read() {
   several_sheets_.clear();
   kinds_.clear();
   constants_.clear();
-  const UnoReference sheets =
-      model_.As(u"com.sun.star.sheet.XSpreadsheetDocument")
-          .ObjectFrom(u"com.sun.star.sheet.XSpreadsheetDocument::getSheets", {});
-  SequenceValue names(u"[]string");
-  sheets.As(u"com.sun.star.container.XNameAccess")
-      .Call(u"com.sun.star.container.XNameAccess::getElementNames", names.Receive(), {});
-  const UnoReference by_index = sheets.As(u"com.sun.star.container.XIndexAccess");
-  for (rtl_uString* name : ElementsOf<rtl_uString*>(names.get())) {
-    auto index = static_cast<sal_Int32>(sheets_.size());
-    sheet_indices_.emplace(LowerCase(TextOf(name)), index);
-    const AnyValue sheet(by_index, u"com.sun.star.container.XIndexAccess::getByIndex", {&index});
-    sheets_.push_back({sheet.Object().As(u"com.sun.star.table.XCellRange"), {}, {}});
+  for (NamedSheet& sheet : SheetsOf(model_)) {
+    sheet_indices_.emplace(LowerCase(sheet.name), static_cast<std::int32_t>(sheets_.size()));
+    sheets_.push_back({std::move(sheet.range), {}, {}});
   }
   for (std::size_t i = 0; i < sheets_.size(); ++i) ReadSheet(static_cast<std::int32_t>(i));
   is_read_ = true;
@@ -210,25 +156,12 @@ void Document::Read() {
 
 void Document::ReadSheet(std::int32_t index) {
   SheetCells& cells = sheets_[static_cast<std::size_t>(index)];
-  std::int16_t flags = kFormulaCells;
-  cells.formulas = RangesOf(
-      cells.sheet.As(u"com.sun.star.sheet.XCellRangesQuery")
-          .ObjectFrom(u"com.sun.star.sheet.XCellRangesQuery::queryContentCells", {&flags}));
-  for (const SheetRange& range : std::vector<SheetRange>(cells.formulas))
-    ReadFormulas(index, range);
-}
-
-void Document::ReadFormulas(std::int32_t index, const SheetRange& range) {
-  SequenceValue texts(u"[][]string");
-  RangeObject(range)
-      .As(u"com.sun.star.sheet.XCellRangeFormula")
-      .Call(u"com.sun.star.sheet.XCellRangeFormula::getFormulaArray", texts.Receive(), {});
-  std::int32_t row = range.first_row;
-  for (uno_Sequence* line : ElementsOf<uno_Sequence*>(texts.get())) {
-    std::int32_t column = range.first_column;
-    for (rtl_uString* text : ElementsOf<rtl_uString*>(line))
-      AddFormula(index, column++, row, TextOf(text));
-    ++row;
+  cells.formulas = FormulaRanges(cells.sheet);
+  for (const SheetRange& range : cells.formulas) {
+    VisitFormulas(cells.sheet, range,
+                  [&](std::int32_t column, std::int32_t row, std::u16string_view text) {
+                    AddFormula(index, column, row, text);
+                  });
   }
 }
 
@@ -243,7 +176,7 @@ void Document::AddFormula(std::int32_t sheet, std::int32_t column, std::int32_t 
                         [&](std::u16string_view name) { return RangeNamed(sheet, name); }};
   const auto calls = ReadFormula(text, scope);
   if (!calls || !calls->is_plain)
-    sheets_[static_cast<std::size_t>(sheet)].unplain.push_back({sheet, column, row, column, row});
+    sheets_[static_cast<std::size_t>(sheet)].unplain.push_back(CellAt(sheet, column, row));
   if (!calls) return AddUnreadable(text);
   for (const CallSite& site : calls->calls) {
     const bool has_several = std::ranges::any_of(site.arguments, [](const SiteArgument& argument) {
@@ -287,10 +220,7 @@ std::optional<SheetRange> Document::NamedIn(const UnoReference& owner, std::u16s
         entry.Object()
             .As(u"com.sun.star.sheet.XCellRangeReferrer")
             .ObjectFrom(u"com.sun.star.sheet.XCellRangeReferrer::getReferredCells", {});
-    RangeAddress address{};
-    cells.As(u"com.sun.star.sheet.XCellRangeAddressable")
-        .Call(u"com.sun.star.sheet.XCellRangeAddressable::getRangeAddress", &address, {});
-    return ToRange(address);
+    return AddressOf(cells);
   } catch (const CallFailure&) {  // no range, but a formula
     return std::nullopt;
   }
@@ -299,11 +229,7 @@ std::optional<SheetRange> Document::NamedIn(const UnoReference& owner, std::u16s
 // Cells.
 
 UnoReference Document::RangeObject(const SheetRange& range) const {
-  SheetRange corners = range;
-  return sheets_.at(static_cast<std::size_t>(range.sheet))
-      .sheet.ObjectFrom(
-          u"com.sun.star.table.XCellRange::getCellRangeByPosition",
-          {&corners.first_column, &corners.first_row, &corners.last_column, &corners.last_row});
+  return PartOf(sheets_.at(static_cast<std::size_t>(range.sheet)).sheet, range);
 }
 
 const Document::Kinds& Document::KindsOf(const SheetRange& range) {
@@ -312,8 +238,8 @@ const Document::Kinds& Document::KindsOf(const SheetRange& range) {
   if (!is_new) return kinds;
   const UnoReference object = RangeObject(range);
   kinds.blank =
-      RangesOf(object.As(u"com.sun.star.sheet.XCellRangesQuery")
-                   .ObjectFrom(u"com.sun.star.sheet.XCellRangesQuery::queryEmptyCells", {}));
+      AddressesOf(object.As(u"com.sun.star.sheet.XCellRangesQuery")
+                      .ObjectFrom(u"com.sun.star.sheet.XCellRangesQuery::queryEmptyCells", {}));
   FindLogical(object, range, kinds.logical);
   const SheetCells& cells = sheets_[static_cast<std::size_t>(range.sheet)];
   kinds.has_formulas = std::ranges::any_of(cells.formulas, [&](const SheetRange& formula) {

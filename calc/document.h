@@ -56,7 +56,6 @@ class Document {
 
   void Read();
   void ReadSheet(std::int32_t index);
-  void ReadFormulas(std::int32_t index, const SheetRange& range);
   void AddFormula(std::int32_t sheet, std::int32_t column, std::int32_t row,
                   std::u16string_view text);
   void AddUnreadable(std::u16string_view text);

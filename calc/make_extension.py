@@ -17,8 +17,10 @@ import registration  # noqa: E402
 
 COMPONENT = "libZavrelCalc8.so"
 PLATFORM = "Linux_x86_64"
-IMPLEMENTATION = "org.zavrel.calc.Functions"
+# The component's implementations, and the service that each offers.
+FUNCTIONS = "org.zavrel.calc.Functions"
 SERVICE = "_xll"
+NAMES = "org.zavrel.calc.Names"
 CATEGORY = "Statistical"  # a group that Calc's function wizard has
 # Their whole results are matrices; the other functions that fill a range go on from one row to the next.
 MATRICES = {"ZavEigenvalues", "ZavEigenvectors", "ZavEigendata", "ZavPCAScores"}
@@ -31,15 +33,17 @@ def functions():
 
 
 def header():
-    """The functions that fill the range of their array formula, by the shape of what fills it."""
+    """All functions, in upper case and in order; those that fill the range of their array formula, by the shape of what
+    fills it."""
     filling = [function for function in functions() if function.fills_calling_range]
 
     def table(name, chosen):
-        names = "".join(f'    u"{function.name}",\n' for function in chosen)
+        names = "".join(f'    u"{function}",\n' for function in chosen)
         return f"inline constexpr std::u16string_view {name}[] = {{\n{names}}};\n"
     return ("#pragma once\n// Made by calc/make_extension.py.\n\n#include <string_view>\n\nnamespace zavcalc {\n"
-            + table("kColumnFunctions", [function for function in filling if function.name not in MATRICES])
-            + table("kMatrixFunctions", [function for function in filling if function.name in MATRICES])
+            + table("kAllFunctions", sorted(function.name.upper() for function in functions()))
+            + table("kColumnFunctions", [function.name for function in filling if function.name not in MATRICES])
+            + table("kMatrixFunctions", [function.name for function in filling if function.name in MATRICES])
             + "}  // namespace zavcalc\n")
 
 
@@ -110,17 +114,31 @@ def description(version):
             '</description>\n')
 
 
+def jobs():
+    """Whatever document has been opened, the job looks for plain names in it."""
+    return ('<?xml version="1.0" encoding="UTF-8"?>\n'
+            '<oor:component-data xmlns:oor="http://openoffice.org/2001/registry" '
+            'xmlns:xs="http://www.w3.org/2001/XMLSchema" oor:name="Jobs" oor:package="org.openoffice.Office">\n'
+            f'<node oor:name="Jobs"><node oor:name="{NAMES}" oor:op="replace">'
+            f'<prop oor:name="Service"><value>{NAMES}</value></prop></node></node>\n'
+            '<node oor:name="Events"><node oor:name="OnLoadFinished" oor:op="fuse"><node oor:name="JobList">'
+            f'<node oor:name="{NAMES}" oor:op="replace"/></node></node></node>\n</oor:component-data>\n')
+
+
 def components():
+    implementations = "".join(f'<implementation name="{implementation}"><service name="{service}"/></implementation>'
+                              for implementation, service in ((FUNCTIONS, SERVICE), (NAMES, NAMES)))
     return ('<?xml version="1.0" encoding="UTF-8"?>\n<components xmlns="http://openoffice.org/2010/uno-components">\n'
             f'<component loader="com.sun.star.loader.SharedLibrary" environment="uno" uri="{COMPONENT}">'
-            f'<implementation name="{IMPLEMENTATION}"><service name="{SERVICE}"/></implementation></component>\n'
+            f'{implementations}</component>\n'
             '</components>\n')
 
 
 def manifest():
     entries = {"zavrel.rdb": "application/vnd.sun.star.uno-typelibrary;type=RDB",
                f"{PLATFORM}/zavrel.components": f"application/vnd.sun.star.uno-components;platform={PLATFORM}",
-               "CalcAddIns.xcu": "application/vnd.sun.star.configuration-data"}
+               "CalcAddIns.xcu": "application/vnd.sun.star.configuration-data",
+               "Jobs.xcu": "application/vnd.sun.star.configuration-data"}
     lines = "".join(f'<manifest:file-entry manifest:full-path="{path}" manifest:media-type="{media}"/>\n'
                     for path, media in entries.items())
     return ('<?xml version="1.0" encoding="UTF-8"?>\n'
@@ -137,6 +155,7 @@ def pack(arguments):
         add("META-INF/manifest.xml", manifest())
         add("description.xml", description(arguments.version))
         add("CalcAddIns.xcu", configuration())
+        add("Jobs.xcu", jobs())
         add("zavrel.rdb", pathlib.Path(arguments.types).read_bytes())
         add(f"{PLATFORM}/zavrel.components", components())
         for folder, libraries in ((PLATFORM, arguments.library),

@@ -11,6 +11,7 @@ import shutil
 import struct
 import subprocess
 import sys
+import zipfile
 
 import office
 import uno
@@ -166,20 +167,46 @@ def check_kinds(calc, zavhost, scratch):
     return wrong
 
 
+def with_plain_names(source, target):
+    """The file without the functions' prefix, as programs write it that do not know it."""
+    with zipfile.ZipFile(source) as old, zipfile.ZipFile(target, "w") as new:
+        for entry in old.infolist():
+            content = old.read(entry)
+            if entry.filename.endswith(".xml"):
+                content = re.sub(rb"_xll\.(?=Zav)", b"", content, flags=re.IGNORECASE)
+            new.writestr(entry, content)
+    return target
+
+
+def formulas_of(document):
+    return [sheet.getCellRangeByPosition(0, 0, 40, 400).FormulaArray for sheet in document.Sheets]
+
+
 def check_files(calc, zavhost, scratch):
-    """What Calc writes is read by the host with the values of the original: .xlsx -> .ods -> .xls -> .xlsx."""
+    """What Calc writes is read by the host with the values of the original, and has the prefix for Excel:
+    .xlsx -> .ods -> .xls -> .xlsx. Names without the prefix are found on opening, and nothing else has changed."""
     source = pathlib.Path(shutil.copy(ROOT / "examples/iris.xlsx", scratch / "original.xlsx"))
-    original = host_cells(zavhost, source)
+    original, first, wrong = host_cells(zavhost, source), None, []
     for name, form in (("iris.ods", ODS), ("iris.xls", XLS), ("iris.xlsx", XLSX)):
         document = calc.open(source)
+        first = first or formulas_of(document)
+        if source.suffix != ".xls":
+            document.close(True)
+            document = calc.open(with_plain_names(source, scratch / f"plain{source.suffix}"))
         document.calculateAll()
+        if formulas_of(document) != first or document.isModified() or document.UndoManager.isUndoPossible():
+            wrong.append(("opened", source.name, "the formulas of the original in an unmodified document", "others"))
         source = scratch / name
         calc.save(document, source, form)
         document.close(True)
+    with zipfile.ZipFile(source) as book:
+        sheets = b"".join(book.read(name) for name in book.namelist() if "sheets/" in name)
+    if re.search(rb"(?<!_XLL\.)ZAV\w+\(", sheets, re.IGNORECASE):
+        wrong.append(("written", source.name, "the prefix for Excel", "plain names"))
     again = {(cell["sheet"], cell["cell"]): cell for cell in host_cells(zavhost, source)}
-    return [("after the round trip", cell["formula"], cell["value"], again.get((cell["sheet"], cell["cell"])))
-            for cell in original
-            if again.get((cell["sheet"], cell["cell"]), {}).get("value") != cell["value"]]
+    return wrong + [("after the round trip", cell["formula"], cell["value"], again.get((cell["sheet"], cell["cell"])))
+                    for cell in original
+                    if again.get((cell["sheet"], cell["cell"]), {}).get("value") != cell["value"]]
 
 
 def check_several_sheets(calc):
