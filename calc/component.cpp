@@ -10,8 +10,10 @@
 #include "calc/add_in.h"
 #include "calc/any_value.h"
 #include "calc/document.h"
+#include "calc/help.h"
 #include "calc/names.h"
 #include "calc/uno.h"
+#include "host/capi/callback.h"
 
 namespace zavcalc {
 namespace {
@@ -27,6 +29,7 @@ constexpr std::u16string_view kFactory = u"com.sun.star.lang.XSingleComponentFac
 constexpr std::u16string_view kFunctions = u"org.zavrel.calc.XFunctions";
 
 constexpr std::u16string_view kJob = u"com.sun.star.task.XJob";
+constexpr std::u16string_view kJobExecutor = u"com.sun.star.task.XJobExecutor";
 constexpr std::u16string_view kListener = u"com.sun.star.util.XModifyListener";
 
 constexpr std::u16string_view kFactoryInterfaces[] = {kInterface, kTypeProvider, kServiceInfo,
@@ -34,6 +37,8 @@ constexpr std::u16string_view kFactoryInterfaces[] = {kInterface, kTypeProvider,
 constexpr std::u16string_view kFunctionInterfaces[] = {kInterface, kTypeProvider, kServiceInfo,
                                                        kFunctions};
 constexpr std::u16string_view kJobInterfaces[] = {kInterface, kTypeProvider, kServiceInfo, kJob};
+constexpr std::u16string_view kHelpInterfaces[] = {kInterface, kTypeProvider, kServiceInfo,
+                                                   kJobExecutor};
 constexpr std::u16string_view kListenerInterfaces[] = {kInterface, kListener};
 
 /// What LibreOffice creates by name.
@@ -46,6 +51,7 @@ constexpr Implementation kImplementations[] = {
     // The service is the prefix with which Excel stores the functions of an add-in.
     {u"org.zavrel.calc.Functions", u"_xll", kFunctionInterfaces},
     {u"org.zavrel.calc.Names", u"org.zavrel.calc.Names", kJobInterfaces},
+    {u"org.zavrel.calc.Help", u"org.zavrel.calc.Help", kHelpInterfaces},
 };
 
 /// An object of the component: what it implements and how many hold it.
@@ -54,7 +60,8 @@ struct Object {
   std::atomic<int> users;
   std::span<const std::u16string_view> interfaces;
   const Implementation* implementation = nullptr;  // of an object, or that a factory creates
-  uno_Interface* document = nullptr;               // that a listener listens to
+  uno_Interface* document = nullptr;  // that a listener listens to, and that outlives it
+  UnoReference context;               // the office's, of what was created in it
 };
 
 Object& ObjectOf(uno_Interface* base) { return *reinterpret_cast<Object*>(base); }
@@ -71,7 +78,7 @@ void SAL_CALL Dispatch(uno_Interface* base, const typelib_TypeDescription* membe
 /// A new object with one user.
 uno_Interface* NewObject(std::span<const std::u16string_view> interfaces,
                          const Implementation* implementation, uno_Interface* document = nullptr) {
-  return &(new Object{{&Acquire, &Release, &Dispatch}, 1, interfaces, implementation, document})
+  return &(new Object{{&Acquire, &Release, &Dispatch}, 1, interfaces, implementation, document, {}})
               ->base;
 }
 
@@ -182,9 +189,25 @@ void RunJob(uno_Sequence* arguments) {
   }
 }
 
-/// The methods by which LibreOffice learns what an implementation is, and creates it.
-void AnswerImplementation(const Implementation& implementation, std::u16string_view method,
-                          void* result, void** arguments) {
+uno_Interface* Create(const Implementation& implementation, uno_Interface* context) {
+  uno_Interface* created = NewObject(implementation.interfaces, &implementation);
+  ObjectOf(created).context = UnoReference::Sharing(context);
+  return created;
+}
+
+/// Nobody waits for the page, and nobody can be told that it did not open.
+void ShowHelp(const Object& object) {
+  try {
+    OpenHelp(object.context);
+  } catch (...) {
+  }
+}
+
+/// The methods of the factory, the job and the help, and those by which LibreOffice learns what an
+/// implementation is.
+void AnswerImplementation(const Object& object, std::u16string_view method, void* result,
+                          void** arguments) {
+  const Implementation& implementation = *object.implementation;
   if (method == u"getImplementationName") {
     *static_cast<rtl_uString**>(result) = NewText(implementation.name);
   } else if (method == u"supportsService") {
@@ -192,12 +215,15 @@ void AnswerImplementation(const Implementation& implementation, std::u16string_v
         TextOf(*static_cast<rtl_uString**>(arguments[0])) == implementation.service ? 1 : 0;
   } else if (method == u"getSupportedServiceNames") {
     *static_cast<uno_Sequence**>(result) = ServiceNames(implementation);
-  } else if (method == u"createInstanceWithContext" ||
-             method == u"createInstanceWithArgumentsAndContext") {
-    *static_cast<uno_Interface**>(result) = NewObject(implementation.interfaces, &implementation);
+  } else if (method.starts_with(u"createInstanceWith")) {  // ...ArgumentsAndContext, ...Context
+    void* context = arguments[method == u"createInstanceWithContext" ? 0 : 1];
+    *static_cast<uno_Interface**>(result) =
+        Create(implementation, *static_cast<uno_Interface**>(context));
   } else if (method == u"execute") {
     RunJob(*static_cast<uno_Sequence**>(arguments[0]));
     ConstructVoid(*static_cast<uno_Any*>(result));
+  } else if (method == u"trigger") {
+    ShowHelp(object);
   }
 }
 
@@ -217,7 +243,7 @@ void SAL_CALL Dispatch(uno_Interface* base, const typelib_TypeDescription* membe
   } else if (method == u"getImplementationId") {
     *static_cast<uno_Sequence**>(result) = NewSequence(SequenceType(u"[]byte"), nullptr, 0);
   } else if (object.implementation != nullptr) {
-    AnswerImplementation(*object.implementation, method, result, arguments);
+    AnswerImplementation(object, method, result, arguments);
   } else {
     AnswerListener(object, method);
   }
@@ -227,8 +253,7 @@ void SAL_CALL Dispatch(uno_Interface* base, const typelib_TypeDescription* membe
 }  // namespace zavcalc
 
 /// LibreOffice asks for the factory of an implementation; the caller owns it.
-extern "C" __attribute__((visibility("default"))) void* component_getFactory(const char* name,
-                                                                             void*, void*) {
+ZAVHOST_EXPORT void* component_getFactory(const char* name, void*, void*) {
   for (const zavcalc::Implementation& implementation : zavcalc::kImplementations) {
     if (std::ranges::equal(implementation.name, std::string_view(name)))
       return zavcalc::NewObject(zavcalc::kFactoryInterfaces, &implementation);
