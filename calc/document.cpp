@@ -18,8 +18,8 @@ using zavhost::Operand;
 using zavhost::Value;
 using Kind = SiteArgument::Kind;
 
-/// More calls of a function than this that may be meant by the same values are not looked through.
-constexpr std::size_t kMostCandidates = 20'000;
+/// More kinds of calls than this that may be meant by the same values are not looked through.
+constexpr std::size_t kMostCandidates = 1'000;
 /// Each meaning of the arguments is a call.
 constexpr std::size_t kMostMeanings = 4;
 
@@ -104,27 +104,6 @@ bool MayBe(const CallSite& site, std::span<const Operand> arguments) {
   return site.arguments.size() <= arguments.size();
 }
 
-/// The key of a range's number format; nothing if its cells have several.
-std::optional<std::int32_t> FormatOf(const UnoReference& range) {
-  constexpr std::int32_t kAmbiguous = 2;  // com.sun.star.beans.PropertyState
-  UnoText property(u"NumberFormat");
-  std::int32_t state = kAmbiguous;
-  range.As(u"com.sun.star.beans.XPropertyState")
-      .Call(u"com.sun.star.beans.XPropertyState::getPropertyState", &state, {property.address()});
-  if (state == kAmbiguous) return std::nullopt;
-  const AnyValue format(range.As(u"com.sun.star.beans.XPropertySet"),
-                        u"com.sun.star.beans.XPropertySet::getPropertyValue", {property.address()});
-  if (format.get().pType->eTypeClass != typelib_TypeClass_LONG) return std::nullopt;
-  return *static_cast<const std::int32_t*>(format.get().pData);
-}
-
-/// Whether this is the format of truth values; each language's formats start at a multiple.
-bool IsLogical(std::int32_t format) {
-  constexpr std::int32_t kLogicalFormat = 99;
-  constexpr std::int32_t kFormatsOfLanguage = 10'000;
-  return format % kFormatsOfLanguage == kLogicalFormat;
-}
-
 std::u16string LowerCase(std::u16string_view text) { return zavhost::LowerCase(text); }
 
 }  // namespace
@@ -142,27 +121,26 @@ bool IsSame(const Operand& a, const Operand& b) {
 void Document::Read() {
   sheets_.clear();
   sheet_indices_.clear();
-  sites_.clear();
-  several_sheets_.clear();
-  kinds_.clear();
-  constants_.clear();
+  calls_.clear();
+  std::int32_t index = 0;
   for (NamedSheet& sheet : SheetsOf(model_)) {
-    sheet_indices_.emplace(LowerCase(sheet.name), static_cast<std::int32_t>(sheets_.size()));
-    sheets_.push_back({std::move(sheet.range), {}, {}});
+    sheet_indices_.emplace(LowerCase(sheet.name), index);
+    sheets_.emplace_back(index++, std::move(sheet.range));
   }
-  for (std::size_t i = 0; i < sheets_.size(); ++i) ReadSheet(static_cast<std::int32_t>(i));
+  for (std::int32_t i = 0; i < index; ++i) ReadSheet(i);
   is_read_ = true;
 }
 
 void Document::ReadSheet(std::int32_t index) {
   SheetCells& cells = sheets_[static_cast<std::size_t>(index)];
-  cells.formulas = FormulaRanges(cells.sheet);
-  for (const SheetRange& range : cells.formulas) {
-    VisitFormulas(cells.sheet, range,
+  for (const SheetRange& range : FormulaRanges(cells.sheet())) {
+    cells.AddFormulas(range);
+    VisitFormulas(cells.sheet(), range,
                   [&](std::int32_t column, std::int32_t row, std::u16string_view text) {
                     AddFormula(index, column, row, text);
                   });
   }
+  cells.SortFormulas();
 }
 
 void Document::AddFormula(std::int32_t sheet, std::int32_t column, std::int32_t row,
@@ -174,16 +152,16 @@ void Document::AddFormula(std::int32_t sheet, std::int32_t column, std::int32_t 
                                                                : std::optional(found->second);
                         },
                         [&](std::u16string_view name) { return RangeNamed(sheet, name); }};
-  const auto calls = ReadFormula(text, scope);
+  auto calls = ReadFormula(text, scope);
   if (!calls || !calls->is_plain)
-    sheets_[static_cast<std::size_t>(sheet)].unplain.push_back(CellAt(sheet, column, row));
+    sheets_[static_cast<std::size_t>(sheet)].AddUnplain(CellAt(sheet, column, row));
   if (!calls) return AddUnreadable(text);
-  for (const CallSite& site : calls->calls) {
-    const bool has_several = std::ranges::any_of(site.arguments, [](const SiteArgument& argument) {
-      return argument.kind == Kind::kSeveralSheets;
-    });
-    if (has_several) several_sheets_.insert(site.function);
-    sites_[site.function].push_back(site);
+  for (CallSite& site : calls->calls) {
+    Calls& known = calls_[site.function];
+    known.has_several_sheets |= std::ranges::any_of(
+        site.arguments,
+        [](const SiteArgument& argument) { return argument.kind == Kind::kSeveralSheets; });
+    known.index.Add(std::move(site));
   }
 }
 
@@ -193,13 +171,14 @@ void Document::AddUnreadable(std::u16string_view text) {
        at = text.find(kPrefix, at + 1)) {
     const std::size_t begin = at + kPrefix.size();
     const std::u16string function(text.substr(begin, text.find(u'(', begin) - begin));
-    several_sheets_.insert(function);
-    sites_[function].push_back({function, std::vector<SiteArgument>(1)});
+    Calls& known = calls_[function];
+    known.has_several_sheets = true;
+    known.index.Add({function, std::vector<SiteArgument>(1)});
   }
 }
 
 std::optional<SheetRange> Document::RangeNamed(std::int32_t sheet, std::u16string_view name) {
-  if (auto own = NamedIn(sheets_[static_cast<std::size_t>(sheet)].sheet, name)) return own;
+  if (auto own = NamedIn(sheets_[static_cast<std::size_t>(sheet)].sheet(), name)) return own;
   return NamedIn(model_, name);
 }
 
@@ -228,79 +207,48 @@ std::optional<SheetRange> Document::NamedIn(const UnoReference& owner, std::u16s
 
 // Cells.
 
-UnoReference Document::RangeObject(const SheetRange& range) const {
-  return PartOf(sheets_.at(static_cast<std::size_t>(range.sheet)).sheet, range);
+SheetCells& Document::SheetOf(const SheetRange& range) {
+  return sheets_.at(static_cast<std::size_t>(range.sheet));
 }
 
-const Document::Kinds& Document::KindsOf(const SheetRange& range) {
-  const auto [entry, is_new] = kinds_.try_emplace(range);
-  Kinds& kinds = entry->second;
-  if (!is_new) return kinds;
-  const UnoReference object = RangeObject(range);
-  kinds.blank =
-      AddressesOf(object.As(u"com.sun.star.sheet.XCellRangesQuery")
-                      .ObjectFrom(u"com.sun.star.sheet.XCellRangesQuery::queryEmptyCells", {}));
-  FindLogical(object, range, kinds.logical);
-  const SheetCells& cells = sheets_[static_cast<std::size_t>(range.sheet)];
-  kinds.has_formulas = std::ranges::any_of(cells.formulas, [&](const SheetRange& formula) {
-    return Common(formula, range).has_value();
-  });
-  for (const SheetRange& cell : cells.unplain) {
-    if (Common(cell, range)) kinds.uncertain.push_back(cell);
+std::uint64_t Document::KindsMark(const SheetRange& range) {
+  const Kinds kinds = KindsOf(range);
+  std::uint64_t mark = 0;
+  for (const auto* parts : {&kinds.blank, &kinds.logical, &kinds.uncertain}) {
+    mark = Mixed(mark, parts->size());
+    for (const SheetRange& part : *parts) {
+      for (const std::int32_t place :
+           {part.first_column - range.first_column, part.first_row - range.first_row,
+            ColumnsOf(part), RowsOf(part)})
+        mark = Mixed(mark, static_cast<std::uint64_t>(place));
+    }
   }
-  return kinds;
+  return mark;
 }
 
-/// Halves the range until all cells of a part have one format.
-void Document::FindLogical(const UnoReference& object, const SheetRange& range,
-                           std::vector<SheetRange>& logical) {
-  if (const auto format = FormatOf(object)) {
-    if (IsLogical(*format)) logical.push_back(range);
-    return;
-  }
-  if (RowsOf(range) == 1 && ColumnsOf(range) == 1) return;
-  SheetRange first = range;
-  SheetRange second = range;
-  if (RowsOf(range) >= ColumnsOf(range)) {
-    first.last_row = range.first_row + (range.last_row - range.first_row) / 2;
-    second.first_row = first.last_row + 1;
-  } else {
-    first.last_column = range.first_column + (range.last_column - range.first_column) / 2;
-    second.first_column = first.last_column + 1;
-  }
-  for (const SheetRange& half : {first, second}) FindLogical(RangeObject(half), half, logical);
-}
-
-/// The values of a range without formulas. Others are not read here: they may wait for this call.
-const Array& Document::Constants(const SheetRange& range) {
-  const auto [entry, is_new] = constants_.try_emplace(range);
-  if (is_new) {
-    SequenceValue rows(u"[][]any");
-    RangeObject(range)
-        .As(u"com.sun.star.sheet.XCellRangeData")
-        .Call(u"com.sun.star.sheet.XCellRangeData::getDataArray", rows.Receive(), {});
-    const Operand read = ToArray(rows.get());
-    if (const auto* array = std::get_if<ArrayPtr>(&read)) entry->second = **array;
-  }
-  return entry->second;
+/// Ranges with formulas are not read: these may wait for the call.
+std::vector<Value> Document::ValuesOf(const SheetRange& range) {
+  SequenceValue rows(u"[][]any");
+  SheetOf(range)
+      .Part(range)
+      .As(u"com.sun.star.sheet.XCellRangeData")
+      .Call(u"com.sun.star.sheet.XCellRangeData::getDataArray", rows.Receive(), {});
+  const Operand read = ToArray(rows.get());
+  const auto* array = std::get_if<ArrayPtr>(&read);
+  return array == nullptr ? std::vector<Value>() : (*array)->values;
 }
 
 bool Document::HoldsConstants(const SheetRange& range, const Operand& given) {
-  const Array& cells = Constants(range);
-  if (const auto* array = std::get_if<ArrayPtr>(&given)) return cells.values == (*array)->values;
+  const std::vector<Value> cells = ValuesOf(range);
+  if (const auto* array = std::get_if<ArrayPtr>(&given)) return cells == (*array)->values;
   const auto* value = std::get_if<Value>(&given);
-  if (value == nullptr || cells.values.size() != 1) return false;
+  if (value == nullptr || cells.size() != 1) return false;
   // A single blank cell arrives as 0.
-  return cells.values[0] == *value || (cells.values[0].IsBlank() && *value == Value(0.0));
+  return cells[0] == *value || (cells[0].IsBlank() && *value == Value(0.0));
 }
 
-bool Document::IsShownAsLogical(const SheetRange& cell) const {
-  SheetRange corner = cell;
-  const UnoReference object =
-      sheets_.at(static_cast<std::size_t>(cell.sheet))
-          .sheet.ObjectFrom(u"com.sun.star.table.XCellRange::getCellByPosition",
-                            {&corner.first_column, &corner.first_row});
-  const auto format = FormatOf(object);
+bool Document::IsShownAsLogical(const SheetRange& cell) {
+  const auto format = FormatOf(SheetOf(cell).Part(cell));
   return format && IsLogical(*format);
 }
 
@@ -310,7 +258,7 @@ bool Document::IsShownAsLogical(const SheetRange& cell) const {
 /// said.
 std::optional<Operand> Document::FromCells(const SheetRange& range, const Operand& given,
                                            bool is_only_one) {
-  const Kinds& kinds = KindsOf(range);
+  const Kinds kinds = KindsOf(range);
   if (kinds.IsPlain()) return WithoutBlanks(given);
   Array cells{RowsOf(range), ColumnsOf(range), {}};
   const auto* array = std::get_if<ArrayPtr>(&given);
@@ -371,7 +319,7 @@ std::vector<Operand> Document::Meanings(const SiteArgument& argument, const Oper
   if (!argument.is_plain) return {};
   bool has_blank = false;
   for (const SheetRange& source : argument.sources) {
-    const Kinds& kinds = KindsOf(source);
+    const Kinds kinds = KindsOf(source);
     if (!kinds.logical.empty() || !kinds.uncertain.empty()) return {};
     has_blank = has_blank || !kinds.blank.empty();
   }
@@ -406,31 +354,39 @@ std::vector<Document::Operands> Document::At(const CallSite& site,
 bool Document::IsExcluded(const CallSite& site, std::span<const Operand> arguments) {
   for (std::size_t i = 0; i < site.arguments.size(); ++i) {
     const SiteArgument& argument = site.arguments[i];
-    if (argument.kind == Kind::kReference && !KindsOf(argument.reference).has_formulas &&
+    if (argument.kind == Kind::kReference && !HasFormulas(argument.reference) &&
         !HoldsConstants(argument.reference, arguments[i]))
       return true;
   }
   return false;
 }
 
+bool Document::MaySpanSheets(const std::u16string& function) {
+  if (sheet_count_ == 0) sheet_count_ = CountSheets(model_);
+  if (sheet_count_ == 1) return false;
+  if (!is_read_) Read();
+  const auto calls = calls_.find(function);
+  return calls != calls_.end() && calls->second.has_several_sheets;
+}
+
 std::vector<Document::Operands> Document::Resolve(std::u16string_view function,
                                                   std::span<const Operand> arguments) {
-  if (!is_read_) Read();
   const std::u16string key = UpperCase(function);
   const bool is_ambiguous =
       std::ranges::any_of(arguments, [](const Operand& operand) { return IsAmbiguous(operand); });
-  if (!is_ambiguous && !several_sheets_.contains(key))
-    return {Operands(arguments.begin(), arguments.end())};
-  std::vector<const CallSite*> candidates;
-  for (const CallSite& site : sites_[key]) {
-    if (MayBe(site, arguments)) candidates.push_back(&site);
-  }
+  if (!is_ambiguous && !MaySpanSheets(key)) return {Operands(arguments.begin(), arguments.end())};
+  if (!is_read_) Read();
+  std::vector<AlikeCalls> candidates = calls_[key].index.Find(arguments, *this);
+  std::erase_if(candidates, [&](const AlikeCalls& calls) { return !MayBe(*calls.one, arguments); });
   if (candidates.size() > kMostCandidates) return {};
-  if (candidates.size() > 1)
-    std::erase_if(candidates, [&](const CallSite* site) { return IsExcluded(*site, arguments); });
+  if (candidates.size() > 1) {
+    std::erase_if(candidates,
+                  [&](const AlikeCalls& calls) { return IsExcluded(*calls.one, arguments); });
+  }
+  const bool is_only_one = candidates.size() == 1 && candidates.front().count == 1;
   std::vector<Operands> all;
-  for (const CallSite* site : candidates) {
-    const std::vector<Operands> here = At(*site, arguments, candidates.size() == 1);
+  for (const AlikeCalls& calls : candidates) {
+    const std::vector<Operands> here = At(*calls.one, arguments, is_only_one);
     if (here.empty()) return {};
     for (const Operands& operands : here) {
       const bool is_known = std::ranges::any_of(

@@ -17,12 +17,23 @@ SheetRange ToRange(const RangeAddress& address) {
           address.last_row};
 }
 
+UnoReference SheetCollection(const UnoReference& model) {
+  return model.As(u"com.sun.star.sheet.XSpreadsheetDocument")
+      .ObjectFrom(u"com.sun.star.sheet.XSpreadsheetDocument::getSheets", {});
+}
+
 }  // namespace
 
+std::size_t CountSheets(const UnoReference& model) {
+  sal_Int32 count = 0;
+  SheetCollection(model)
+      .As(u"com.sun.star.container.XIndexAccess")
+      .Call(u"com.sun.star.container.XIndexAccess::getCount", &count, {});
+  return static_cast<std::size_t>(count);
+}
+
 std::vector<NamedSheet> SheetsOf(const UnoReference& model) {
-  const UnoReference sheets =
-      model.As(u"com.sun.star.sheet.XSpreadsheetDocument")
-          .ObjectFrom(u"com.sun.star.sheet.XSpreadsheetDocument::getSheets", {});
+  const UnoReference sheets = SheetCollection(model);
   SequenceValue names(u"[]string");
   sheets.As(u"com.sun.star.container.XNameAccess")
       .Call(u"com.sun.star.container.XNameAccess::getElementNames", names.Receive(), {});

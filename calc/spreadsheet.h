@@ -2,6 +2,7 @@
 // What the component reads of LibreOffice's documents.
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -16,6 +17,8 @@ struct NamedSheet {
 };
 /// In their order.
 std::vector<NamedSheet> SheetsOf(const UnoReference& model);
+
+std::size_t CountSheets(const UnoReference& model);
 
 /// The addresses of an XSheetCellRanges.
 std::vector<SheetRange> AddressesOf(const UnoReference& ranges);
