@@ -110,6 +110,10 @@ SheetRange SampleRange(const SheetRange& range) {
   return sample;
 }
 
+std::uint64_t FilledMark(const CallSite& site) {
+  return site.filled ? ShapeMark(site.filled->rows, site.filled->columns) : 0;
+}
+
 /// What an argument of a call can mean if its values are known.
 std::uint64_t MeaningOf(const SiteArgument& argument, RangeContents& contents) {
   std::uint64_t mark = Mixed(static_cast<std::uint64_t>(argument.kind), argument.is_plain ? 1 : 0);
@@ -134,6 +138,7 @@ void CallIndex::Add(CallSite site) {
   Form form;
   form.count = site.arguments.size();
   std::uint64_t mark = 0;
+  std::uint64_t places = Mixed(form.count, FilledMark(site));
   for (std::size_t i = 0; i < std::min(form.count, kMostArguments); ++i) {
     const SiteArgument& argument = site.arguments[i];
     if (IsLiteral(argument.kind)) {
@@ -142,8 +147,13 @@ void CallIndex::Add(CallSite site) {
     } else if (IsReference(argument.kind)) {
       form.references |= std::uint64_t{1} << i;
       mark = Mixed(mark, ShapeMark(RowsOf(argument.reference), ColumnsOf(argument.reference)));
+      places = Mixed(places, PlaceMark(argument.reference));
     }
+    places = Mixed(places, static_cast<std::uint64_t>(argument.kind));
   }
+  const auto described =
+      static_cast<std::size_t>(std::popcount(form.literals) + std::popcount(form.references));
+  if (described == form.count && !known_.insert(Mixed(mark, places)).second) return;
   forms_[form][mark].sites.push_back(std::move(site));
 }
 
@@ -182,7 +192,7 @@ void CallIndex::Sort(Group& group, RangeContents& contents) {
   for (const CallSite& site : group.sites) {
     std::uint64_t constants = 0;
     std::uint64_t mark = 0;
-    std::uint64_t meaning = 0;
+    std::uint64_t meaning = FilledMark(site);
     for (std::size_t i = 0; i < std::min(site.arguments.size(), kMostArguments); ++i) {
       const SiteArgument& argument = site.arguments[i];
       meaning = Mixed(meaning, MeaningOf(argument, contents));

@@ -5,6 +5,7 @@
 #include <map>
 #include <span>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "calc/call_sites.h"
@@ -37,6 +38,7 @@ std::uint64_t Mixed(std::uint64_t mark, std::uint64_t value);
 
 class CallIndex {
  public:
+  /// A call that passes the same cells as another is the same call.
   void Add(CallSite site);
   /// All calls that can have passed these values, as far as literals, shapes and constants say.
   std::vector<AlikeCalls> Find(std::span<const zavhost::Operand> arguments,
@@ -64,6 +66,7 @@ class CallIndex {
                      RangeContents& contents, std::vector<AlikeCalls>& found);
 
   std::map<Form, std::unordered_map<std::uint64_t, Group>> forms_;
+  std::unordered_set<std::uint64_t> known_;  // marks of calls that are wholly described
 };
 
 }  // namespace zavcalc

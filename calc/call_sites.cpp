@@ -271,7 +271,7 @@ class Reader {
   SiteArgument OwnFunction(std::u16string name, std::vector<SiteArgument>& arguments) {
     SiteArgument result;
     result.is_plain = !StandsIn(kBooleanFunctions, name);
-    calls_.calls.push_back({std::move(name), std::move(arguments)});
+    calls_.calls.push_back({std::move(name), std::move(arguments), std::nullopt});
     return result;
   }
 
@@ -392,9 +392,8 @@ class Reader {
 }  // namespace
 
 std::optional<FormulaCalls> ReadFormula(std::u16string_view text, const NameScope& scope) {
-  if (text.starts_with(u"{") && text.ends_with(u"}")) text = text.substr(1, text.size() - 2);
   try {
-    return Reader(text, scope).Read();
+    return Reader(WithoutBraces(text), scope).Read();
   } catch (const Unreadable&) {
     return std::nullopt;
   }

@@ -36,9 +36,17 @@ struct SiteArgument {
   std::vector<SheetRange> sources;
 };
 
+/// The size of a range that an array formula fills.
+struct FilledShape {
+  std::int32_t rows = 0;
+  std::int32_t columns = 0;
+  bool operator==(const FilledShape&) const = default;
+};
+
 struct CallSite {
   std::u16string function;  // in upper case
   std::vector<SiteArgument> arguments;
+  std::optional<FilledShape> filled;  // where it matters and is known
 };
 
 struct FormulaCalls {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <atomic>
 #include <map>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -143,11 +144,14 @@ Operand CallFunction(std::u16string_view name, const typelib_TypeDescription* me
     operands.push_back(ToOperand(*static_cast<const uno_Any*>(arguments[i])));
   auto* model = *static_cast<uno_Interface**>(arguments[0]);
   if (model == nullptr) return Value(ErrorCode::kValue);
-  const auto meanings = DocumentOf(model).Resolve(name, operands);
+  Document& document = DocumentOf(model);
+  const auto meanings = document.Resolve(name, operands);
   if (meanings.empty()) return Value(ErrorCode::kValue);
-  Operand result = add_in.Call(name, meanings.front());
+  std::optional<FilledShape> filled;
+  if (AddIn::FillsRange(name)) filled = document.ShapeFilledBy(name, operands);
+  Operand result = add_in.Call(name, meanings.front(), filled);
   for (const auto& other : std::span(meanings).subspan(1)) {
-    if (!IsSame(add_in.Call(name, other), result)) return Value(ErrorCode::kValue);
+    if (!IsSame(add_in.Call(name, other, filled), result)) return Value(ErrorCode::kValue);
   }
   return result;
 }

@@ -6,6 +6,7 @@
 
 #include "calc/any_value.h"
 #include "calc/formula_text.h"
+#include "calc/function_names.h"
 #include "calc/spreadsheet.h"
 
 namespace zavcalc {
@@ -104,6 +105,11 @@ bool MayBe(const CallSite& site, std::span<const Operand> arguments) {
   return site.arguments.size() <= arguments.size();
 }
 
+bool FillsRange(std::u16string_view function) {
+  return std::ranges::any_of(kColumnFunctions,
+                             [&](auto name) { return UpperCase(name) == function; });
+}
+
 std::u16string LowerCase(std::u16string_view text) { return zavhost::LowerCase(text); }
 
 }  // namespace
@@ -133,6 +139,7 @@ void Document::Read() {
 
 void Document::ReadSheet(std::int32_t index) {
   SheetCells& cells = sheets_[static_cast<std::size_t>(index)];
+  arrays_.clear();
   for (const SheetRange& range : FormulaRanges(cells.sheet())) {
     cells.AddFormulas(range);
     VisitFormulas(cells.sheet(), range,
@@ -156,6 +163,7 @@ void Document::AddFormula(std::int32_t sheet, std::int32_t column, std::int32_t 
   if (!calls || !calls->is_plain)
     sheets_[static_cast<std::size_t>(sheet)].AddUnplain(CellAt(sheet, column, row));
   if (!calls) return AddUnreadable(text);
+  if (IsArrayFormula(text) && !IsNewArray(calls->calls, sheet, column, row, text)) return;
   for (CallSite& site : calls->calls) {
     Calls& known = calls_[site.function];
     known.has_several_sheets |= std::ranges::any_of(
@@ -163,6 +171,18 @@ void Document::AddFormula(std::int32_t sheet, std::int32_t column, std::int32_t 
         [](const SiteArgument& argument) { return argument.kind == Kind::kSeveralSheets; });
     known.index.Add(std::move(site));
   }
+}
+
+/// Each cell of an array formula has its text. Formulas of the same text pass the same cells, but
+/// the range that they fill matters to some functions.
+bool Document::IsNewArray(std::vector<CallSite>& calls, std::int32_t sheet, std::int32_t column,
+                          std::int32_t row, std::u16string_view text) {
+  const auto fills_range = [](const CallSite& site) { return FillsRange(site.function); };
+  if (std::ranges::none_of(calls, fills_range)) return arrays_.emplace(text).second;
+  const SheetRange array = AddressOf(
+      ArrayAround(sheets_[static_cast<std::size_t>(sheet)].sheet(), CellAt(sheet, column, row)));
+  for (CallSite& site : calls) site.filled = FilledShape{RowsOf(array), ColumnsOf(array)};
+  return array.first_column == column && array.first_row == row;
 }
 
 /// Of a formula that cannot be read, each of our functions may be called with anything.
@@ -173,7 +193,7 @@ void Document::AddUnreadable(std::u16string_view text) {
     const std::u16string function(text.substr(begin, text.find(u'(', begin) - begin));
     Calls& known = calls_[function];
     known.has_several_sheets = true;
-    known.index.Add({function, std::vector<SiteArgument>(1)});
+    known.index.Add({function, std::vector<SiteArgument>(1), std::nullopt});
   }
 }
 
@@ -369,15 +389,31 @@ bool Document::MaySpanSheets(const std::u16string& function) {
   return calls != calls_.end() && calls->second.has_several_sheets;
 }
 
+std::vector<AlikeCalls> Document::CallsWith(const std::u16string& function,
+                                            std::span<const Operand> arguments) {
+  if (!is_read_) Read();
+  std::vector<AlikeCalls> calls = calls_[function].index.Find(arguments, *this);
+  std::erase_if(calls, [&](const AlikeCalls& alike) { return !MayBe(*alike.one, arguments); });
+  return calls;
+}
+
+std::optional<FilledShape> Document::ShapeFilledBy(std::u16string_view function,
+                                                   std::span<const Operand> arguments) {
+  const std::vector<AlikeCalls> calls = CallsWith(UpperCase(function), arguments);
+  if (calls.empty()) return std::nullopt;
+  const auto& shape = calls.front().one->filled;
+  const bool is_one = std::ranges::all_of(
+      calls, [&](const AlikeCalls& alike) { return alike.one->filled == shape; });
+  return is_one ? shape : std::nullopt;
+}
+
 std::vector<Document::Operands> Document::Resolve(std::u16string_view function,
                                                   std::span<const Operand> arguments) {
   const std::u16string key = UpperCase(function);
   const bool is_ambiguous =
       std::ranges::any_of(arguments, [](const Operand& operand) { return IsAmbiguous(operand); });
   if (!is_ambiguous && !MaySpanSheets(key)) return {Operands(arguments.begin(), arguments.end())};
-  if (!is_read_) Read();
-  std::vector<AlikeCalls> candidates = calls_[key].index.Find(arguments, *this);
-  std::erase_if(candidates, [&](const AlikeCalls& calls) { return !MayBe(*calls.one, arguments); });
+  std::vector<AlikeCalls> candidates = CallsWith(key, arguments);
   if (candidates.size() > kMostCandidates) return {};
   if (candidates.size() > 1) {
     std::erase_if(candidates,

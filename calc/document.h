@@ -13,6 +13,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "calc/call_index.h"
@@ -41,6 +42,10 @@ class Document : private RangeContents {
   /// that cannot be known.
   std::vector<Operands> Resolve(std::u16string_view function,
                                 std::span<const zavhost::Operand> arguments);
+  /// The size of the range that an array formula fills with such a call; nothing if there is no
+  /// such formula, or if there are several of different sizes.
+  std::optional<FilledShape> ShapeFilledBy(std::u16string_view function,
+                                           std::span<const zavhost::Operand> arguments);
 
  private:
   // Of the calls of one function.
@@ -53,7 +58,11 @@ class Document : private RangeContents {
   void ReadSheet(std::int32_t index);
   void AddFormula(std::int32_t sheet, std::int32_t column, std::int32_t row,
                   std::u16string_view text);
+  bool IsNewArray(std::vector<CallSite>& calls, std::int32_t sheet, std::int32_t column,
+                  std::int32_t row, std::u16string_view text);
   void AddUnreadable(std::u16string_view text);
+  std::vector<AlikeCalls> CallsWith(const std::u16string& function,
+                                    std::span<const zavhost::Operand> arguments);
   std::optional<SheetRange> RangeNamed(std::int32_t sheet, std::u16string_view name);
   static std::optional<SheetRange> NamedIn(const UnoReference& owner, std::u16string_view name);
 
@@ -80,6 +89,7 @@ class Document : private RangeContents {
   std::vector<SheetCells> sheets_;
   std::unordered_map<std::u16string, std::int32_t> sheet_indices_;
   std::unordered_map<std::u16string, Calls> calls_;  // by function
+  std::unordered_set<std::u16string> arrays_;        // array formulas of the sheet that is read
 };
 
 }  // namespace zavcalc

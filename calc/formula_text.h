@@ -12,6 +12,14 @@ inline bool IsNamePart(char16_t c) {
   return IsLetter(c) || IsDigit(c) || c == u'_' || c == u'.' || c == u'\\' || c > 127;
 }
 
+/// Calc writes array formulas in braces.
+inline bool IsArrayFormula(std::u16string_view text) {
+  return text.starts_with(u'{') && text.ends_with(u'}');
+}
+inline std::u16string_view WithoutBraces(std::u16string_view text) {
+  return IsArrayFormula(text) ? text.substr(1, text.size() - 2) : text;
+}
+
 /// Of ASCII letters; others stay.
 inline std::u16string UpperCase(std::u16string_view text) {
   std::u16string upper(text);

@@ -102,8 +102,7 @@ class Resolution {
  private:
   void Enter(const UnoReference& sheet, const SheetRange& cell, std::u16string_view text) {
     if (!entering_) entering_.emplace(model_);
-    const bool is_array = text.starts_with(u"{") && text.ends_with(u"}");
-    if (is_array) return EnterArray(sheet, cell, text.substr(1, text.size() - 2));
+    if (IsArrayFormula(text)) return EnterArray(sheet, cell, WithoutBraces(text));
     UnoText formula(text);
     SheetRange corner = cell;
     sheet
@@ -116,12 +115,7 @@ class Resolution {
   /// cell.
   static void EnterArray(const UnoReference& sheet, const SheetRange& cell,
                          std::u16string_view text) {
-    const UnoReference start = PartOf(sheet, cell).As(u"com.sun.star.sheet.XSheetCellRange");
-    uno_Interface* object = start.get();
-    const UnoReference cursor =
-        sheet.As(u"com.sun.star.sheet.XSpreadsheet")
-            .ObjectFrom(u"com.sun.star.sheet.XSpreadsheet::createCursorByRange", {&object});
-    cursor.Call(u"com.sun.star.sheet.XSheetCellCursor::collapseToCurrentArray", nullptr, {});
+    const UnoReference cursor = ArrayAround(sheet, cell);
     const SheetRange array = AddressOf(cursor);
     if (array.first_column != cell.first_column || array.first_row != cell.first_row) return;
     UnoText formula(text);

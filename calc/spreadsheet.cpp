@@ -71,6 +71,16 @@ UnoReference PartOf(const UnoReference& sheet, const SheetRange& part) {
       {&corners.first_column, &corners.first_row, &corners.last_column, &corners.last_row});
 }
 
+UnoReference ArrayAround(const UnoReference& sheet, const SheetRange& cell) {
+  const UnoReference start = PartOf(sheet, cell).As(u"com.sun.star.sheet.XSheetCellRange");
+  uno_Interface* object = start.get();
+  UnoReference cursor =
+      sheet.As(u"com.sun.star.sheet.XSpreadsheet")
+          .ObjectFrom(u"com.sun.star.sheet.XSpreadsheet::createCursorByRange", {&object});
+  cursor.Call(u"com.sun.star.sheet.XSheetCellCursor::collapseToCurrentArray", nullptr, {});
+  return cursor;
+}
+
 std::vector<SheetRange> FormulaRanges(const UnoReference& sheet) {
   std::int16_t formulas = 16;  // com.sun.star.sheet.CellFlags
   return AddressesOf(

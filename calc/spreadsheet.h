@@ -27,6 +27,9 @@ SheetRange AddressOf(const UnoReference& range);
 /// A part of a sheet, as XCellRange.
 UnoReference PartOf(const UnoReference& sheet, const SheetRange& part);
 
+/// The range of the array formula that a cell belongs to, as XSheetCellCursor.
+UnoReference ArrayAround(const UnoReference& sheet, const SheetRange& cell);
+
 /// The ranges of a sheet in which all cells have formulas.
 std::vector<SheetRange> FormulaRanges(const UnoReference& sheet);
 /// Calls `visit` with the column, the row and the text of each formula of a range of the sheet.
