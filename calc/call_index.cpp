@@ -151,9 +151,8 @@ void CallIndex::Add(CallSite site) {
     }
     places = Mixed(places, static_cast<std::uint64_t>(argument.kind));
   }
-  const auto described =
-      static_cast<std::size_t>(std::popcount(form.literals) + std::popcount(form.references));
-  if (described == form.count && !known_.insert(Mixed(mark, places)).second) return;
+  const int described = std::popcount(form.literals) + std::popcount(form.references);
+  if (std::cmp_equal(described, form.count) && !known_.insert(Mixed(mark, places)).second) return;
   forms_[form][mark].sites.push_back(std::move(site));
 }
 

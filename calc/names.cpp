@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <map>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "calc/formula_text.h"
 #include "calc/function_names.h"
@@ -50,10 +53,10 @@ class Entering {
         undo_(model.As(u"com.sun.star.document.XUndoManagerSupplier")
                   .ObjectFrom(u"com.sun.star.document.XUndoManagerSupplier::getUndoManager", {})
                   .As(u"com.sun.star.util.XLockable")),
-        views_(model.As(u"com.sun.star.frame.XModel")) {
+        actions_(model.As(u"com.sun.star.document.XActionLockable")) {
     modifiable_.Call(u"com.sun.star.util.XModifiable::isModified", &was_modified_, {});
     undo_.Call(u"com.sun.star.util.XLockable::lock", nullptr, {});
-    views_.Call(u"com.sun.star.frame.XModel::lockControllers", nullptr, {});
+    actions_.Call(u"com.sun.star.document.XActionLockable::addActionLock", nullptr, {});
     SetReadOnlyChangeable(1);
   }
   Entering(const Entering&) = delete;
@@ -61,7 +64,7 @@ class Entering {
   ~Entering() {
     try {
       SetReadOnlyChangeable(0);
-      views_.Call(u"com.sun.star.frame.XModel::unlockControllers", nullptr, {});
+      actions_.Call(u"com.sun.star.document.XActionLockable::removeActionLock", nullptr, {});
       undo_.Call(u"com.sun.star.util.XLockable::unlock", nullptr, {});
       modifiable_.Call(u"com.sun.star.util.XModifiable::setModified", nullptr, {&was_modified_});
     } catch (const CallFailure&) {  // the document counts as modified
@@ -82,7 +85,7 @@ class Entering {
   UnoReference properties_;
   UnoReference modifiable_;
   UnoReference undo_;
-  UnoReference views_;
+  UnoReference actions_;
   sal_Bool was_modified_ = 0;
 };
 
@@ -92,16 +95,38 @@ class Resolution {
 
   void ResolveIn(const UnoReference& sheet) {
     for (const SheetRange& range : FormulaRanges(sheet)) {
+      std::map<std::int32_t, std::vector<PlainFormula>> columns;
       VisitFormulas(sheet, range,
                     [&](std::int32_t column, std::int32_t row, std::u16string_view text) {
-                      if (HasPlainName(text)) Enter(sheet, CellAt(range.sheet, column, row), text);
+                      if (HasPlainName(text))
+                        columns[column].push_back({row, std::u16string(text)});
                     });
+      for (const auto& [column, formulas] : columns) Enter(sheet, range.sheet, column, formulas);
     }
   }
 
  private:
-  void Enter(const UnoReference& sheet, const SheetRange& cell, std::u16string_view text) {
+  struct PlainFormula {
+    std::int32_t row;
+    std::u16string text;
+  };
+
+  void Enter(const UnoReference& sheet, std::int32_t index, std::int32_t column,
+             const std::vector<PlainFormula>& formulas) {
     if (!entering_) entering_.emplace(model_);
+    RemoveRuns(sheet, index, column, formulas);
+    // Calc joins equal formulas to one group as they come, each time at the cost of the group: its
+    // parts are joined at the end.
+    constexpr std::int32_t kLongestGroup = 256;
+    for (const bool are_joints : {false, true}) {
+      for (const PlainFormula& formula : formulas) {
+        if ((formula.row % kLongestGroup == 0) == are_joints)
+          Enter(sheet, CellAt(index, column, formula.row), formula.text);
+      }
+    }
+  }
+
+  static void Enter(const UnoReference& sheet, const SheetRange& cell, std::u16string_view text) {
     if (IsArrayFormula(text)) return EnterArray(sheet, cell, WithoutBraces(text));
     UnoText formula(text);
     SheetRange corner = cell;
@@ -109,6 +134,23 @@ class Resolution {
         .ObjectFrom(u"com.sun.star.table.XCellRange::getCellByPosition",
                     {&corner.first_column, &corner.first_row})
         .Call(u"com.sun.star.table.XCell::setFormula", nullptr, {formula.address()});
+  }
+
+  /// Formulas that Calc keeps together would be parted one by one, each time at the cost of all.
+  static void RemoveRuns(const UnoReference& sheet, std::int32_t index, std::int32_t column,
+                         const std::vector<PlainFormula>& formulas) {
+    for (std::size_t begin = 0, end = 0; begin < formulas.size();
+         begin = std::max(end, begin + 1)) {
+      end = begin;
+      while (end < formulas.size() && !IsArrayFormula(formulas[end].text) &&
+             formulas[end].row - formulas[begin].row == static_cast<std::int32_t>(end - begin))
+        ++end;
+      if (end <= begin + 1) continue;
+      std::int32_t formula_cells = 16;  // com.sun.star.sheet.CellFlags
+      PartOf(sheet, {index, column, formulas[begin].row, column, formulas[end - 1].row})
+          .As(u"com.sun.star.sheet.XSheetOperation")
+          .Call(u"com.sun.star.sheet.XSheetOperation::clearContents", nullptr, {&formula_cells});
+    }
   }
 
   /// Each cell of an array formula has its text, but only the whole range takes it: at its first
