@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "calc/filling_functions.h"
+#include "calc/function_names.h"
 #include "host/capi/callback.h"
 #include "platform/message_box.h"
 
@@ -24,6 +24,8 @@ constexpr std::uint64_t kEnglish = 9;
 
 constexpr int kLeastCallingRows = 64;
 constexpr int kMostCallingRows = 65'535;
+/// A range of more cells is filled from its first column alone.
+constexpr std::int64_t kMostFilledCells = 1'000'000;
 
 /// How a function fills the range in which its formula was entered.
 enum class Filling { kNone, kColumn, kMatrix };
@@ -47,6 +49,11 @@ zavhost::CellRange CallingColumn(std::span<const Operand> arguments) {
   for (const Operand& argument : arguments) longest = std::max(longest, SizeOf(argument));
   const auto rows = static_cast<std::int32_t>(std::min<std::size_t>(longest, kMostCallingRows));
   return {0, 0, rows - 1, 0};
+}
+
+bool HasShape(const Operand& result, const FilledShape& shape) {
+  const auto* array = std::get_if<ArrayPtr>(&result);
+  return array != nullptr && (*array)->rows == shape.rows && (*array)->columns == shape.columns;
 }
 
 bool IsNotAvailable(const Value& value) {
@@ -140,15 +147,24 @@ zavhost::AddInFunction* AddIn::Find(std::u16string_view name) {
   return &functions_.emplace(std::move(key), std::move(function)).first->second;
 }
 
-Operand AddIn::Call(std::u16string_view name, std::span<const Operand> arguments) {
+bool AddIn::FillsRange(std::u16string_view name) { return FillingOf(name) == Filling::kColumn; }
+
+Operand AddIn::Call(std::u16string_view name, std::span<const Operand> arguments,
+                    const std::optional<FilledShape>& filled) {
   const std::lock_guard lock(mutex_);
   zavhost::AddInFunction* function = Find(name);
   if (function == nullptr) return Value(ErrorCode::kName);
   const Filling filling = FillingOf(name);
+  const bool is_known =
+      filled && static_cast<std::int64_t>(filled->rows) * filled->columns <= kMostFilledCells;
   calling_ = zavhost::CallingCells{};
-  if (filling == Filling::kColumn) calling_->range = CallingColumn(arguments);
+  if (filling == Filling::kColumn) {
+    calling_->range = is_known ? zavhost::CellRange{0, 0, filled->rows - 1, filled->columns - 1}
+                               : CallingColumn(arguments);
+  }
   const Operand result = function->Call(arguments);
-  return filling == Filling::kNone ? result : Bordered(result);
+  const bool is_whole = is_known && HasShape(result, *filled);
+  return filling == Filling::kNone || is_whole ? result : Bordered(result);
 }
 
 }  // namespace zavcalc

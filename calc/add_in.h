@@ -10,6 +10,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "calc/call_sites.h"
 #include "host/capi/add_in_function.h"
 #include "host/capi/excel_api.h"
 #include "platform/module.h"
@@ -21,9 +22,13 @@ class AddIn : private zavhost::HostCells {
   /// Loads the add-in in the folder of this component.
   AddIn();
 
-  /// Calls a function by its name in formulas. #NAME? if the add-in has not registered it, or could
-  /// not be loaded.
-  zavhost::Operand Call(std::u16string_view name, std::span<const zavhost::Operand> arguments);
+  /// Whether the function fills the range of its formula, from one row to the next.
+  static bool FillsRange(std::u16string_view name);
+
+  /// Calls a function by its name in formulas. `filled` is the range that its array formula fills,
+  /// if that is known. #NAME? if the add-in has not registered it, or could not be loaded.
+  zavhost::Operand Call(std::u16string_view name, std::span<const zavhost::Operand> arguments,
+                        const std::optional<FilledShape>& filled);
 
  private:
   // Calc does not tell who calls, and no argument is a reference: one sheet without cells.

@@ -6,6 +6,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "calc/formula_text.h"
+
 namespace zavcalc {
 namespace {
 
@@ -34,20 +36,6 @@ bool StandsIn(const Names& names, std::u16string_view name) {
 struct Unreadable : std::runtime_error {
   Unreadable() : std::runtime_error("a formula that cannot be read") {}
 };
-
-bool IsDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
-bool IsLetter(char16_t c) { return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z'); }
-bool IsNamePart(char16_t c) {
-  return IsLetter(c) || IsDigit(c) || c == u'_' || c == u'.' || c == u'\\' || c > 127;
-}
-
-std::u16string UpperCase(std::u16string_view text) {
-  std::u16string upper(text);
-  for (char16_t& c : upper) {
-    if (c >= u'a' && c <= u'z') c = static_cast<char16_t>(c - u'a' + u'A');
-  }
-  return upper;
-}
 
 SiteArgument Plain() {
   SiteArgument argument;
@@ -283,7 +271,7 @@ class Reader {
   SiteArgument OwnFunction(std::u16string name, std::vector<SiteArgument>& arguments) {
     SiteArgument result;
     result.is_plain = !StandsIn(kBooleanFunctions, name);
-    calls_.calls.push_back({std::move(name), std::move(arguments)});
+    calls_.calls.push_back({std::move(name), std::move(arguments), std::nullopt});
     return result;
   }
 
@@ -404,9 +392,8 @@ class Reader {
 }  // namespace
 
 std::optional<FormulaCalls> ReadFormula(std::u16string_view text, const NameScope& scope) {
-  if (text.starts_with(u"{") && text.ends_with(u"}")) text = text.substr(1, text.size() - 2);
   try {
-    return Reader(text, scope).Read();
+    return Reader(WithoutBraces(text), scope).Read();
   } catch (const Unreadable&) {
     return std::nullopt;
   }

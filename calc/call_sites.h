@@ -8,19 +8,10 @@
 #include <string_view>
 #include <vector>
 
+#include "calc/sheet_range.h"
 #include "host/workbook/value.h"
 
 namespace zavcalc {
-
-/// A range of one sheet. Rows and columns count from 0.
-struct SheetRange {
-  std::int32_t sheet = 0;
-  std::int32_t first_column = 0;
-  std::int32_t first_row = 0;
-  std::int32_t last_column = 0;
-  std::int32_t last_row = 0;
-  auto operator<=>(const SheetRange&) const = default;
-};
 
 struct SiteArgument {
   enum class Kind {
@@ -45,9 +36,17 @@ struct SiteArgument {
   std::vector<SheetRange> sources;
 };
 
+/// The size of a range that an array formula fills.
+struct FilledShape {
+  std::int32_t rows = 0;
+  std::int32_t columns = 0;
+  bool operator==(const FilledShape&) const = default;
+};
+
 struct CallSite {
   std::u16string function;  // in upper case
   std::vector<SiteArgument> arguments;
+  std::optional<FilledShape> filled;  // where it matters and is known
 };
 
 struct FormulaCalls {

@@ -4,13 +4,17 @@
 #include <algorithm>
 #include <atomic>
 #include <map>
+#include <optional>
 #include <string_view>
 #include <vector>
 
 #include "calc/add_in.h"
 #include "calc/any_value.h"
 #include "calc/document.h"
+#include "calc/help.h"
+#include "calc/names.h"
 #include "calc/uno.h"
+#include "host/capi/callback.h"
 
 namespace zavcalc {
 namespace {
@@ -19,30 +23,46 @@ using zavhost::ErrorCode;
 using zavhost::Operand;
 using zavhost::Value;
 
-constexpr std::u16string_view kImplementation = u"org.zavrel.calc.Functions";
-/// The prefix with which Excel stores the functions of an add-in.
-constexpr std::u16string_view kService = u"_xll";
-
 constexpr std::u16string_view kInterface = u"com.sun.star.uno.XInterface";
 constexpr std::u16string_view kTypeProvider = u"com.sun.star.lang.XTypeProvider";
 constexpr std::u16string_view kServiceInfo = u"com.sun.star.lang.XServiceInfo";
 constexpr std::u16string_view kFactory = u"com.sun.star.lang.XSingleComponentFactory";
 constexpr std::u16string_view kFunctions = u"org.zavrel.calc.XFunctions";
 
+constexpr std::u16string_view kJob = u"com.sun.star.task.XJob";
+constexpr std::u16string_view kJobExecutor = u"com.sun.star.task.XJobExecutor";
 constexpr std::u16string_view kListener = u"com.sun.star.util.XModifyListener";
 
 constexpr std::u16string_view kFactoryInterfaces[] = {kInterface, kTypeProvider, kServiceInfo,
                                                       kFactory};
 constexpr std::u16string_view kFunctionInterfaces[] = {kInterface, kTypeProvider, kServiceInfo,
                                                        kFunctions};
+constexpr std::u16string_view kJobInterfaces[] = {kInterface, kTypeProvider, kServiceInfo, kJob};
+constexpr std::u16string_view kHelpInterfaces[] = {kInterface, kTypeProvider, kServiceInfo,
+                                                   kJobExecutor};
 constexpr std::u16string_view kListenerInterfaces[] = {kInterface, kListener};
+
+/// What LibreOffice creates by name.
+struct Implementation {
+  std::u16string_view name;
+  std::u16string_view service;
+  std::span<const std::u16string_view> interfaces;
+};
+constexpr Implementation kImplementations[] = {
+    // The service is the prefix with which Excel stores the functions of an add-in.
+    {u"org.zavrel.calc.Functions", u"_xll", kFunctionInterfaces},
+    {u"org.zavrel.calc.Names", u"org.zavrel.calc.Names", kJobInterfaces},
+    {u"org.zavrel.calc.Help", u"org.zavrel.calc.Help", kHelpInterfaces},
+};
 
 /// An object of the component: what it implements and how many hold it.
 struct Object {
   uno_Interface base;  // the first member: the address of both is the same
   std::atomic<int> users;
   std::span<const std::u16string_view> interfaces;
-  uno_Interface* document = nullptr;  // that a listener listens to
+  const Implementation* implementation = nullptr;  // of an object, or that a factory creates
+  uno_Interface* document = nullptr;  // that a listener listens to, and that outlives it
+  UnoReference context;               // the office's, of what was created in it
 };
 
 Object& ObjectOf(uno_Interface* base) { return *reinterpret_cast<Object*>(base); }
@@ -58,8 +78,9 @@ void SAL_CALL Dispatch(uno_Interface* base, const typelib_TypeDescription* membe
 
 /// A new object with one user.
 uno_Interface* NewObject(std::span<const std::u16string_view> interfaces,
-                         uno_Interface* document = nullptr) {
-  return &(new Object{{&Acquire, &Release, &Dispatch}, 1, interfaces, document})->base;
+                         const Implementation* implementation, uno_Interface* document = nullptr) {
+  return &(new Object{{&Acquire, &Release, &Dispatch}, 1, interfaces, implementation, document, {}})
+              ->base;
 }
 
 // The methods of every object.
@@ -78,8 +99,8 @@ uno_Sequence* TypesOf(const Object& object) {
   return NewSequence(SequenceType(u"[]type"), types.data(), types.size());
 }
 
-uno_Sequence* ServiceNames() {
-  rtl_uString* name = NewText(kService);
+uno_Sequence* ServiceNames(const Implementation& implementation) {
+  rtl_uString* name = NewText(implementation.service);
   uno_Sequence* names = NewSequence(SequenceType(u"[]string"), &name, 1);
   rtl_uString_release(name);
   return names;
@@ -95,7 +116,8 @@ std::map<uno_Interface*, Document>& Documents() {
 Document& DocumentOf(uno_Interface* model) {
   auto& documents = Documents();
   if (const auto known = documents.find(model); known != documents.end()) return known->second;
-  const UnoReference listener = UnoReference::Owning(NewObject(kListenerInterfaces, model));
+  const UnoReference listener =
+      UnoReference::Owning(NewObject(kListenerInterfaces, nullptr, model));
   uno_Interface* address = listener.get();
   const UnoReference shared = UnoReference::Sharing(model);
   shared.As(u"com.sun.star.util.XModifyBroadcaster")
@@ -122,11 +144,14 @@ Operand CallFunction(std::u16string_view name, const typelib_TypeDescription* me
     operands.push_back(ToOperand(*static_cast<const uno_Any*>(arguments[i])));
   auto* model = *static_cast<uno_Interface**>(arguments[0]);
   if (model == nullptr) return Value(ErrorCode::kValue);
-  const auto meanings = DocumentOf(model).Resolve(name, operands);
+  Document& document = DocumentOf(model);
+  const auto meanings = document.Resolve(name, operands);
   if (meanings.empty()) return Value(ErrorCode::kValue);
-  Operand result = add_in.Call(name, meanings.front());
+  std::optional<FilledShape> filled;
+  if (AddIn::FillsRange(name)) filled = document.ShapeFilledBy(name, operands);
+  Operand result = add_in.Call(name, meanings.front(), filled);
   for (const auto& other : std::span(meanings).subspan(1)) {
-    if (!IsSame(add_in.Call(name, other), result)) return Value(ErrorCode::kValue);
+    if (!IsSame(add_in.Call(name, other, filled), result)) return Value(ErrorCode::kValue);
   }
   return result;
 }
@@ -141,6 +166,71 @@ void AnswerFunction(std::u16string_view name, const typelib_TypeDescription* mem
   }
 }
 
+// The job that LibreOffice starts when it has opened a document.
+
+struct NamedValue {  // com.sun.star.beans.NamedValue
+  rtl_uString* name;
+  uno_Any value;
+};
+
+const uno_Any* ValueNamed(uno_Sequence* values, std::u16string_view name) {
+  for (const NamedValue& value : ElementsOf<NamedValue>(values)) {
+    if (TextOf(value.name) == name) return &value.value;
+  }
+  return nullptr;
+}
+
+void RunJob(uno_Sequence* arguments) {
+  const uno_Any* environment = ValueNamed(arguments, u"Environment");
+  if (environment == nullptr || environment->pType->eTypeClass != typelib_TypeClass_SEQUENCE)
+    return;
+  const uno_Any* model =
+      ValueNamed(*static_cast<uno_Sequence* const*>(environment->pData), u"Model");
+  if (model == nullptr || model->pType->eTypeClass != typelib_TypeClass_INTERFACE) return;
+  try {
+    ResolveNames(*static_cast<uno_Interface* const*>(model->pData));
+  } catch (...) {  // no spreadsheet, or one that cannot be changed: it stays as it is
+  }
+}
+
+uno_Interface* Create(const Implementation& implementation, uno_Interface* context) {
+  uno_Interface* created = NewObject(implementation.interfaces, &implementation);
+  ObjectOf(created).context = UnoReference::Sharing(context);
+  return created;
+}
+
+/// Nobody waits for the page, and nobody can be told that it did not open.
+void ShowHelp(const Object& object) {
+  try {
+    OpenHelp(object.context);
+  } catch (...) {
+  }
+}
+
+/// The methods of the factory, the job and the help, and those by which LibreOffice learns what an
+/// implementation is.
+void AnswerImplementation(const Object& object, std::u16string_view method, void* result,
+                          void** arguments) {
+  const Implementation& implementation = *object.implementation;
+  if (method == u"getImplementationName") {
+    *static_cast<rtl_uString**>(result) = NewText(implementation.name);
+  } else if (method == u"supportsService") {
+    *static_cast<sal_Bool*>(result) =
+        TextOf(*static_cast<rtl_uString**>(arguments[0])) == implementation.service ? 1 : 0;
+  } else if (method == u"getSupportedServiceNames") {
+    *static_cast<uno_Sequence**>(result) = ServiceNames(implementation);
+  } else if (method.starts_with(u"createInstanceWith")) {  // ...ArgumentsAndContext, ...Context
+    void* context = arguments[method == u"createInstanceWithContext" ? 0 : 1];
+    *static_cast<uno_Interface**>(result) =
+        Create(implementation, *static_cast<uno_Interface**>(context));
+  } else if (method == u"execute") {
+    RunJob(*static_cast<uno_Sequence**>(arguments[0]));
+    ConstructVoid(*static_cast<uno_Any*>(result));
+  } else if (method == u"trigger") {
+    ShowHelp(object);
+  }
+}
+
 void SAL_CALL Dispatch(uno_Interface* base, const typelib_TypeDescription* member, void* result,
                        void** arguments, uno_Any** exception) {
   *exception = nullptr;
@@ -150,24 +240,16 @@ void SAL_CALL Dispatch(uno_Interface* base, const typelib_TypeDescription* membe
   const std::u16string_view method = name.substr(colons + 2);
   if (name.substr(0, colons) == kFunctions) {
     AnswerFunction(method, member, arguments, *static_cast<uno_Any*>(result));
-  } else if (object.document != nullptr && method != u"queryInterface") {
-    AnswerListener(object, method);
   } else if (method == u"queryInterface") {
     QueryInterface(object, arguments[0], *static_cast<uno_Any*>(result));
   } else if (method == u"getTypes") {
     *static_cast<uno_Sequence**>(result) = TypesOf(object);
   } else if (method == u"getImplementationId") {
     *static_cast<uno_Sequence**>(result) = NewSequence(SequenceType(u"[]byte"), nullptr, 0);
-  } else if (method == u"getImplementationName") {
-    *static_cast<rtl_uString**>(result) = NewText(kImplementation);
-  } else if (method == u"supportsService") {
-    *static_cast<sal_Bool*>(result) =
-        TextOf(*static_cast<rtl_uString**>(arguments[0])) == kService ? 1 : 0;
-  } else if (method == u"getSupportedServiceNames") {
-    *static_cast<uno_Sequence**>(result) = ServiceNames();
-  } else if (method == u"createInstanceWithContext" ||
-             method == u"createInstanceWithArgumentsAndContext") {
-    *static_cast<uno_Interface**>(result) = NewObject(kFunctionInterfaces);
+  } else if (object.implementation != nullptr) {
+    AnswerImplementation(object, method, result, arguments);
+  } else {
+    AnswerListener(object, method);
   }
 }
 
@@ -175,7 +257,10 @@ void SAL_CALL Dispatch(uno_Interface* base, const typelib_TypeDescription* membe
 }  // namespace zavcalc
 
 /// LibreOffice asks for the factory of an implementation; the caller owns it.
-extern "C" __attribute__((visibility("default"))) void* component_getFactory(const char*, void*,
-                                                                             void*) {
-  return zavcalc::NewObject(zavcalc::kFactoryInterfaces);
+ZAVHOST_EXPORT void* component_getFactory(const char* name, void*, void*) {
+  for (const zavcalc::Implementation& implementation : zavcalc::kImplementations) {
+    if (std::ranges::equal(implementation.name, std::string_view(name)))
+      return zavcalc::NewObject(zavcalc::kFactoryInterfaces, &implementation);
+  }
+  return nullptr;
 }

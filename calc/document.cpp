@@ -5,6 +5,9 @@
 #include <utility>
 
 #include "calc/any_value.h"
+#include "calc/formula_text.h"
+#include "calc/function_names.h"
+#include "calc/spreadsheet.h"
 
 namespace zavcalc {
 namespace {
@@ -16,49 +19,10 @@ using zavhost::Operand;
 using zavhost::Value;
 using Kind = SiteArgument::Kind;
 
-// com.sun.star.sheet.CellFlags
-constexpr std::int16_t kFormulaCells = 16;
-/// More calls of a function than this that may be meant by the same values are not looked through.
-constexpr std::size_t kMostCandidates = 20'000;
+/// More kinds of calls than this that may be meant by the same values are not looked through.
+constexpr std::size_t kMostCandidates = 1'000;
 /// Each meaning of the arguments is a call.
 constexpr std::size_t kMostMeanings = 4;
-
-/// com.sun.star.table.CellRangeAddress
-struct RangeAddress {
-  std::int16_t sheet;
-  std::int32_t first_column;
-  std::int32_t first_row;
-  std::int32_t last_column;
-  std::int32_t last_row;
-};
-
-SheetRange ToRange(const RangeAddress& address) {
-  return {address.sheet, address.first_column, address.first_row, address.last_column,
-          address.last_row};
-}
-
-std::vector<SheetRange> RangesOf(const UnoReference& ranges) {
-  SequenceValue addresses(u"[]com.sun.star.table.CellRangeAddress");
-  ranges.Call(u"com.sun.star.sheet.XSheetCellRanges::getRangeAddresses", addresses.Receive(), {});
-  std::vector<SheetRange> found;
-  for (const RangeAddress& address : ElementsOf<RangeAddress>(addresses.get()))
-    found.push_back(ToRange(address));
-  return found;
-}
-
-std::int32_t RowsOf(const SheetRange& range) { return range.last_row - range.first_row + 1; }
-std::int32_t ColumnsOf(const SheetRange& range) {
-  return range.last_column - range.first_column + 1;
-}
-
-std::optional<SheetRange> Common(const SheetRange& a, const SheetRange& b) {
-  const SheetRange common{a.sheet, std::max(a.first_column, b.first_column),
-                          std::max(a.first_row, b.first_row),
-                          std::min(a.last_column, b.last_column), std::min(a.last_row, b.last_row)};
-  const bool is_empty = common.first_column > common.last_column ||
-                        common.first_row > common.last_row || a.sheet != b.sheet;
-  return is_empty ? std::nullopt : std::optional(common);
-}
 
 /// A number that a boolean or a blank cell would also be, or a text that a blank cell would be.
 bool IsAmbiguous(const Value& value) {
@@ -141,33 +105,9 @@ bool MayBe(const CallSite& site, std::span<const Operand> arguments) {
   return site.arguments.size() <= arguments.size();
 }
 
-/// The key of a range's number format; nothing if its cells have several.
-std::optional<std::int32_t> FormatOf(const UnoReference& range) {
-  constexpr std::int32_t kAmbiguous = 2;  // com.sun.star.beans.PropertyState
-  UnoText property(u"NumberFormat");
-  std::int32_t state = kAmbiguous;
-  range.As(u"com.sun.star.beans.XPropertyState")
-      .Call(u"com.sun.star.beans.XPropertyState::getPropertyState", &state, {property.address()});
-  if (state == kAmbiguous) return std::nullopt;
-  const AnyValue format(range.As(u"com.sun.star.beans.XPropertySet"),
-                        u"com.sun.star.beans.XPropertySet::getPropertyValue", {property.address()});
-  if (format.get().pType->eTypeClass != typelib_TypeClass_LONG) return std::nullopt;
-  return *static_cast<const std::int32_t*>(format.get().pData);
-}
-
-/// Whether this is the format of truth values; each language's formats start at a multiple.
-bool IsLogical(std::int32_t format) {
-  constexpr std::int32_t kLogicalFormat = 99;
-  constexpr std::int32_t kFormatsOfLanguage = 10'000;
-  return format % kFormatsOfLanguage == kLogicalFormat;
-}
-
-std::u16string UpperCase(std::u16string_view ascii) {
-  std::u16string upper(ascii);
-  for (char16_t& c : upper) {
-    if (c >= u'a' && c <= u'z') c = static_cast<char16_t>(c - u'a' + u'A');
-  }
-  return upper;
+bool FillsRange(std::u16string_view function) {
+  return std::ranges::any_of(kColumnFunctions,
+                             [&](auto name) { return UpperCase(name) == function; });
 }
 
 std::u16string LowerCase(std::u16string_view text) { return zavhost::LowerCase(text); }
@@ -187,49 +127,27 @@ bool IsSame(const Operand& a, const Operand& b) {
 void Document::Read() {
   sheets_.clear();
   sheet_indices_.clear();
-  sites_.clear();
-  several_sheets_.clear();
-  kinds_.clear();
-  constants_.clear();
-  const UnoReference sheets =
-      model_.As(u"com.sun.star.sheet.XSpreadsheetDocument")
-          .ObjectFrom(u"com.sun.star.sheet.XSpreadsheetDocument::getSheets", {});
-  SequenceValue names(u"[]string");
-  sheets.As(u"com.sun.star.container.XNameAccess")
-      .Call(u"com.sun.star.container.XNameAccess::getElementNames", names.Receive(), {});
-  const UnoReference by_index = sheets.As(u"com.sun.star.container.XIndexAccess");
-  for (rtl_uString* name : ElementsOf<rtl_uString*>(names.get())) {
-    auto index = static_cast<sal_Int32>(sheets_.size());
-    sheet_indices_.emplace(LowerCase(TextOf(name)), index);
-    const AnyValue sheet(by_index, u"com.sun.star.container.XIndexAccess::getByIndex", {&index});
-    sheets_.push_back({sheet.Object().As(u"com.sun.star.table.XCellRange"), {}, {}});
+  calls_.clear();
+  std::int32_t index = 0;
+  for (NamedSheet& sheet : SheetsOf(model_)) {
+    sheet_indices_.emplace(LowerCase(sheet.name), index);
+    sheets_.emplace_back(index++, std::move(sheet.range));
   }
-  for (std::size_t i = 0; i < sheets_.size(); ++i) ReadSheet(static_cast<std::int32_t>(i));
+  for (std::int32_t i = 0; i < index; ++i) ReadSheet(i);
   is_read_ = true;
 }
 
 void Document::ReadSheet(std::int32_t index) {
   SheetCells& cells = sheets_[static_cast<std::size_t>(index)];
-  std::int16_t flags = kFormulaCells;
-  cells.formulas = RangesOf(
-      cells.sheet.As(u"com.sun.star.sheet.XCellRangesQuery")
-          .ObjectFrom(u"com.sun.star.sheet.XCellRangesQuery::queryContentCells", {&flags}));
-  for (const SheetRange& range : std::vector<SheetRange>(cells.formulas))
-    ReadFormulas(index, range);
-}
-
-void Document::ReadFormulas(std::int32_t index, const SheetRange& range) {
-  SequenceValue texts(u"[][]string");
-  RangeObject(range)
-      .As(u"com.sun.star.sheet.XCellRangeFormula")
-      .Call(u"com.sun.star.sheet.XCellRangeFormula::getFormulaArray", texts.Receive(), {});
-  std::int32_t row = range.first_row;
-  for (uno_Sequence* line : ElementsOf<uno_Sequence*>(texts.get())) {
-    std::int32_t column = range.first_column;
-    for (rtl_uString* text : ElementsOf<rtl_uString*>(line))
-      AddFormula(index, column++, row, TextOf(text));
-    ++row;
+  arrays_.clear();
+  for (const SheetRange& range : FormulaRanges(cells.sheet())) {
+    cells.AddFormulas(range);
+    VisitFormulas(cells.sheet(), range,
+                  [&](std::int32_t column, std::int32_t row, std::u16string_view text) {
+                    AddFormula(index, column, row, text);
+                  });
   }
+  cells.SortFormulas();
 }
 
 void Document::AddFormula(std::int32_t sheet, std::int32_t column, std::int32_t row,
@@ -241,17 +159,30 @@ void Document::AddFormula(std::int32_t sheet, std::int32_t column, std::int32_t 
                                                                : std::optional(found->second);
                         },
                         [&](std::u16string_view name) { return RangeNamed(sheet, name); }};
-  const auto calls = ReadFormula(text, scope);
+  auto calls = ReadFormula(text, scope);
   if (!calls || !calls->is_plain)
-    sheets_[static_cast<std::size_t>(sheet)].unplain.push_back({sheet, column, row, column, row});
+    sheets_[static_cast<std::size_t>(sheet)].AddUnplain(CellAt(sheet, column, row));
   if (!calls) return AddUnreadable(text);
-  for (const CallSite& site : calls->calls) {
-    const bool has_several = std::ranges::any_of(site.arguments, [](const SiteArgument& argument) {
-      return argument.kind == Kind::kSeveralSheets;
-    });
-    if (has_several) several_sheets_.insert(site.function);
-    sites_[site.function].push_back(site);
+  if (IsArrayFormula(text) && !IsNewArray(calls->calls, sheet, column, row, text)) return;
+  for (CallSite& site : calls->calls) {
+    Calls& known = calls_[site.function];
+    known.has_several_sheets |= std::ranges::any_of(
+        site.arguments,
+        [](const SiteArgument& argument) { return argument.kind == Kind::kSeveralSheets; });
+    known.index.Add(std::move(site));
   }
+}
+
+/// Each cell of an array formula has its text. Formulas of the same text pass the same cells, but
+/// the range that they fill matters to some functions.
+bool Document::IsNewArray(std::vector<CallSite>& calls, std::int32_t sheet, std::int32_t column,
+                          std::int32_t row, std::u16string_view text) {
+  const auto fills_range = [](const CallSite& site) { return FillsRange(site.function); };
+  if (std::ranges::none_of(calls, fills_range)) return arrays_.emplace(text).second;
+  const SheetRange array = AddressOf(
+      ArrayAround(sheets_[static_cast<std::size_t>(sheet)].sheet(), CellAt(sheet, column, row)));
+  for (CallSite& site : calls) site.filled = FilledShape{RowsOf(array), ColumnsOf(array)};
+  return array.first_column == column && array.first_row == row;
 }
 
 /// Of a formula that cannot be read, each of our functions may be called with anything.
@@ -260,13 +191,14 @@ void Document::AddUnreadable(std::u16string_view text) {
        at = text.find(kPrefix, at + 1)) {
     const std::size_t begin = at + kPrefix.size();
     const std::u16string function(text.substr(begin, text.find(u'(', begin) - begin));
-    several_sheets_.insert(function);
-    sites_[function].push_back({function, std::vector<SiteArgument>(1)});
+    Calls& known = calls_[function];
+    known.has_several_sheets = true;
+    known.index.Add({function, std::vector<SiteArgument>(1), std::nullopt});
   }
 }
 
 std::optional<SheetRange> Document::RangeNamed(std::int32_t sheet, std::u16string_view name) {
-  if (auto own = NamedIn(sheets_[static_cast<std::size_t>(sheet)].sheet, name)) return own;
+  if (auto own = NamedIn(sheets_[static_cast<std::size_t>(sheet)].sheet(), name)) return own;
   return NamedIn(model_, name);
 }
 
@@ -287,10 +219,7 @@ std::optional<SheetRange> Document::NamedIn(const UnoReference& owner, std::u16s
         entry.Object()
             .As(u"com.sun.star.sheet.XCellRangeReferrer")
             .ObjectFrom(u"com.sun.star.sheet.XCellRangeReferrer::getReferredCells", {});
-    RangeAddress address{};
-    cells.As(u"com.sun.star.sheet.XCellRangeAddressable")
-        .Call(u"com.sun.star.sheet.XCellRangeAddressable::getRangeAddress", &address, {});
-    return ToRange(address);
+    return AddressOf(cells);
   } catch (const CallFailure&) {  // no range, but a formula
     return std::nullopt;
   }
@@ -298,83 +227,48 @@ std::optional<SheetRange> Document::NamedIn(const UnoReference& owner, std::u16s
 
 // Cells.
 
-UnoReference Document::RangeObject(const SheetRange& range) const {
-  SheetRange corners = range;
-  return sheets_.at(static_cast<std::size_t>(range.sheet))
-      .sheet.ObjectFrom(
-          u"com.sun.star.table.XCellRange::getCellRangeByPosition",
-          {&corners.first_column, &corners.first_row, &corners.last_column, &corners.last_row});
+SheetCells& Document::SheetOf(const SheetRange& range) {
+  return sheets_.at(static_cast<std::size_t>(range.sheet));
 }
 
-const Document::Kinds& Document::KindsOf(const SheetRange& range) {
-  const auto [entry, is_new] = kinds_.try_emplace(range);
-  Kinds& kinds = entry->second;
-  if (!is_new) return kinds;
-  const UnoReference object = RangeObject(range);
-  kinds.blank =
-      RangesOf(object.As(u"com.sun.star.sheet.XCellRangesQuery")
-                   .ObjectFrom(u"com.sun.star.sheet.XCellRangesQuery::queryEmptyCells", {}));
-  FindLogical(object, range, kinds.logical);
-  const SheetCells& cells = sheets_[static_cast<std::size_t>(range.sheet)];
-  kinds.has_formulas = std::ranges::any_of(cells.formulas, [&](const SheetRange& formula) {
-    return Common(formula, range).has_value();
-  });
-  for (const SheetRange& cell : cells.unplain) {
-    if (Common(cell, range)) kinds.uncertain.push_back(cell);
+std::uint64_t Document::KindsMark(const SheetRange& range) {
+  const Kinds kinds = KindsOf(range);
+  std::uint64_t mark = 0;
+  for (const auto* parts : {&kinds.blank, &kinds.logical, &kinds.uncertain}) {
+    mark = Mixed(mark, parts->size());
+    for (const SheetRange& part : *parts) {
+      for (const std::int32_t place :
+           {part.first_column - range.first_column, part.first_row - range.first_row,
+            ColumnsOf(part), RowsOf(part)})
+        mark = Mixed(mark, static_cast<std::uint64_t>(place));
+    }
   }
-  return kinds;
+  return mark;
 }
 
-/// Halves the range until all cells of a part have one format.
-void Document::FindLogical(const UnoReference& object, const SheetRange& range,
-                           std::vector<SheetRange>& logical) {
-  if (const auto format = FormatOf(object)) {
-    if (IsLogical(*format)) logical.push_back(range);
-    return;
-  }
-  if (RowsOf(range) == 1 && ColumnsOf(range) == 1) return;
-  SheetRange first = range;
-  SheetRange second = range;
-  if (RowsOf(range) >= ColumnsOf(range)) {
-    first.last_row = range.first_row + (range.last_row - range.first_row) / 2;
-    second.first_row = first.last_row + 1;
-  } else {
-    first.last_column = range.first_column + (range.last_column - range.first_column) / 2;
-    second.first_column = first.last_column + 1;
-  }
-  for (const SheetRange& half : {first, second}) FindLogical(RangeObject(half), half, logical);
-}
-
-/// The values of a range without formulas. Others are not read here: they may wait for this call.
-const Array& Document::Constants(const SheetRange& range) {
-  const auto [entry, is_new] = constants_.try_emplace(range);
-  if (is_new) {
-    SequenceValue rows(u"[][]any");
-    RangeObject(range)
-        .As(u"com.sun.star.sheet.XCellRangeData")
-        .Call(u"com.sun.star.sheet.XCellRangeData::getDataArray", rows.Receive(), {});
-    const Operand read = ToArray(rows.get());
-    if (const auto* array = std::get_if<ArrayPtr>(&read)) entry->second = **array;
-  }
-  return entry->second;
+/// Ranges with formulas are not read: these may wait for the call.
+std::vector<Value> Document::ValuesOf(const SheetRange& range) {
+  SequenceValue rows(u"[][]any");
+  SheetOf(range)
+      .Part(range)
+      .As(u"com.sun.star.sheet.XCellRangeData")
+      .Call(u"com.sun.star.sheet.XCellRangeData::getDataArray", rows.Receive(), {});
+  const Operand read = ToArray(rows.get());
+  const auto* array = std::get_if<ArrayPtr>(&read);
+  return array == nullptr ? std::vector<Value>() : (*array)->values;
 }
 
 bool Document::HoldsConstants(const SheetRange& range, const Operand& given) {
-  const Array& cells = Constants(range);
-  if (const auto* array = std::get_if<ArrayPtr>(&given)) return cells.values == (*array)->values;
+  const std::vector<Value> cells = ValuesOf(range);
+  if (const auto* array = std::get_if<ArrayPtr>(&given)) return cells == (*array)->values;
   const auto* value = std::get_if<Value>(&given);
-  if (value == nullptr || cells.values.size() != 1) return false;
+  if (value == nullptr || cells.size() != 1) return false;
   // A single blank cell arrives as 0.
-  return cells.values[0] == *value || (cells.values[0].IsBlank() && *value == Value(0.0));
+  return cells[0] == *value || (cells[0].IsBlank() && *value == Value(0.0));
 }
 
-bool Document::IsShownAsLogical(const SheetRange& cell) const {
-  SheetRange corner = cell;
-  const UnoReference object =
-      sheets_.at(static_cast<std::size_t>(cell.sheet))
-          .sheet.ObjectFrom(u"com.sun.star.table.XCellRange::getCellByPosition",
-                            {&corner.first_column, &corner.first_row});
-  const auto format = FormatOf(object);
+bool Document::IsShownAsLogical(const SheetRange& cell) {
+  const auto format = FormatOf(SheetOf(cell).Part(cell));
   return format && IsLogical(*format);
 }
 
@@ -384,7 +278,7 @@ bool Document::IsShownAsLogical(const SheetRange& cell) const {
 /// said.
 std::optional<Operand> Document::FromCells(const SheetRange& range, const Operand& given,
                                            bool is_only_one) {
-  const Kinds& kinds = KindsOf(range);
+  const Kinds kinds = KindsOf(range);
   if (kinds.IsPlain()) return WithoutBlanks(given);
   Array cells{RowsOf(range), ColumnsOf(range), {}};
   const auto* array = std::get_if<ArrayPtr>(&given);
@@ -445,7 +339,7 @@ std::vector<Operand> Document::Meanings(const SiteArgument& argument, const Oper
   if (!argument.is_plain) return {};
   bool has_blank = false;
   for (const SheetRange& source : argument.sources) {
-    const Kinds& kinds = KindsOf(source);
+    const Kinds kinds = KindsOf(source);
     if (!kinds.logical.empty() || !kinds.uncertain.empty()) return {};
     has_blank = has_blank || !kinds.blank.empty();
   }
@@ -480,31 +374,55 @@ std::vector<Document::Operands> Document::At(const CallSite& site,
 bool Document::IsExcluded(const CallSite& site, std::span<const Operand> arguments) {
   for (std::size_t i = 0; i < site.arguments.size(); ++i) {
     const SiteArgument& argument = site.arguments[i];
-    if (argument.kind == Kind::kReference && !KindsOf(argument.reference).has_formulas &&
+    if (argument.kind == Kind::kReference && !HasFormulas(argument.reference) &&
         !HoldsConstants(argument.reference, arguments[i]))
       return true;
   }
   return false;
 }
 
+bool Document::MaySpanSheets(const std::u16string& function) {
+  if (sheet_count_ == 0) sheet_count_ = CountSheets(model_);
+  if (sheet_count_ == 1) return false;
+  if (!is_read_) Read();
+  const auto calls = calls_.find(function);
+  return calls != calls_.end() && calls->second.has_several_sheets;
+}
+
+std::vector<AlikeCalls> Document::CallsWith(const std::u16string& function,
+                                            std::span<const Operand> arguments) {
+  if (!is_read_) Read();
+  std::vector<AlikeCalls> calls = calls_[function].index.Find(arguments, *this);
+  std::erase_if(calls, [&](const AlikeCalls& alike) { return !MayBe(*alike.one, arguments); });
+  return calls;
+}
+
+std::optional<FilledShape> Document::ShapeFilledBy(std::u16string_view function,
+                                                   std::span<const Operand> arguments) {
+  const std::vector<AlikeCalls> calls = CallsWith(UpperCase(function), arguments);
+  if (calls.empty()) return std::nullopt;
+  const auto& shape = calls.front().one->filled;
+  const bool is_one = std::ranges::all_of(
+      calls, [&](const AlikeCalls& alike) { return alike.one->filled == shape; });
+  return is_one ? shape : std::nullopt;
+}
+
 std::vector<Document::Operands> Document::Resolve(std::u16string_view function,
                                                   std::span<const Operand> arguments) {
-  if (!is_read_) Read();
   const std::u16string key = UpperCase(function);
   const bool is_ambiguous =
       std::ranges::any_of(arguments, [](const Operand& operand) { return IsAmbiguous(operand); });
-  if (!is_ambiguous && !several_sheets_.contains(key))
-    return {Operands(arguments.begin(), arguments.end())};
-  std::vector<const CallSite*> candidates;
-  for (const CallSite& site : sites_[key]) {
-    if (MayBe(site, arguments)) candidates.push_back(&site);
-  }
+  if (!is_ambiguous && !MaySpanSheets(key)) return {Operands(arguments.begin(), arguments.end())};
+  std::vector<AlikeCalls> candidates = CallsWith(key, arguments);
   if (candidates.size() > kMostCandidates) return {};
-  if (candidates.size() > 1)
-    std::erase_if(candidates, [&](const CallSite* site) { return IsExcluded(*site, arguments); });
+  if (candidates.size() > 1) {
+    std::erase_if(candidates,
+                  [&](const AlikeCalls& calls) { return IsExcluded(*calls.one, arguments); });
+  }
+  const bool is_only_one = candidates.size() == 1 && candidates.front().count == 1;
   std::vector<Operands> all;
-  for (const CallSite* site : candidates) {
-    const std::vector<Operands> here = At(*site, arguments, candidates.size() == 1);
+  for (const AlikeCalls& calls : candidates) {
+    const std::vector<Operands> here = At(*calls.one, arguments, is_only_one);
     if (here.empty()) return {};
     for (const Operands& operands : here) {
       const bool is_known = std::ranges::any_of(

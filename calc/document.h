@@ -8,16 +8,17 @@
 // and the call fails.
 
 #include <cstdint>
-#include <map>
 #include <optional>
-#include <set>
 #include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
+#include "calc/call_index.h"
 #include "calc/call_sites.h"
+#include "calc/sheet_cells.h"
 #include "calc/uno_reference.h"
 #include "host/workbook/value.h"
 
@@ -26,48 +27,51 @@ namespace zavcalc {
 /// Whether two operands hold the same values of the same kinds.
 bool IsSame(const zavhost::Operand& a, const zavhost::Operand& b);
 
-class Document {
+class Document : private RangeContents {
  public:
   explicit Document(UnoReference model) : model_(std::move(model)) {}
 
   /// Something in the document has changed: what was read before no longer counts.
-  void Forget() { is_read_ = false; }
+  void Forget() {
+    is_read_ = false;
+    sheet_count_ = 0;
+  }
 
   using Operands = std::vector<zavhost::Operand>;
   /// The arguments of a call with the kinds that their cells have: all that they can be. Empty if
   /// that cannot be known.
   std::vector<Operands> Resolve(std::u16string_view function,
                                 std::span<const zavhost::Operand> arguments);
+  /// The size of the range that an array formula fills with such a call; nothing if there is no
+  /// such formula, or if there are several of different sizes.
+  std::optional<FilledShape> ShapeFilledBy(std::u16string_view function,
+                                           std::span<const zavhost::Operand> arguments);
 
  private:
-  struct SheetCells {
-    UnoReference sheet;                // as XCellRange
-    std::vector<SheetRange> formulas;  // ranges of cells with formulas
-    std::vector<SheetRange> unplain;   // cells whose formula may give a boolean or the like
-  };
-  /// What stands in a range beside plain numbers and texts.
-  struct Kinds {
-    std::vector<SheetRange> blank;
-    std::vector<SheetRange> logical;    // numbers that the cell shows as TRUE and FALSE
-    std::vector<SheetRange> uncertain;  // formulas of any result
-    bool has_formulas = false;
-    bool IsPlain() const { return blank.empty() && logical.empty() && uncertain.empty(); }
+  // Of the calls of one function.
+  struct Calls {
+    CallIndex index;
+    bool has_several_sheets = false;  // some call gives a reference over several sheets
   };
 
   void Read();
   void ReadSheet(std::int32_t index);
-  void ReadFormulas(std::int32_t index, const SheetRange& range);
   void AddFormula(std::int32_t sheet, std::int32_t column, std::int32_t row,
                   std::u16string_view text);
+  bool IsNewArray(std::vector<CallSite>& calls, std::int32_t sheet, std::int32_t column,
+                  std::int32_t row, std::u16string_view text);
   void AddUnreadable(std::u16string_view text);
+  std::vector<AlikeCalls> CallsWith(const std::u16string& function,
+                                    std::span<const zavhost::Operand> arguments);
   std::optional<SheetRange> RangeNamed(std::int32_t sheet, std::u16string_view name);
   static std::optional<SheetRange> NamedIn(const UnoReference& owner, std::u16string_view name);
 
-  UnoReference RangeObject(const SheetRange& range) const;
-  const Kinds& KindsOf(const SheetRange& range);
-  void FindLogical(const UnoReference& object, const SheetRange& range,
-                   std::vector<SheetRange>& logical);
-  const zavhost::Array& Constants(const SheetRange& range);
+  SheetCells& SheetOf(const SheetRange& range);
+  Kinds KindsOf(const SheetRange& range) { return SheetOf(range).KindsOf(range); }
+  std::uint64_t KindsMark(const SheetRange& range) override;
+  bool HasFormulas(const SheetRange& range) override { return SheetOf(range).HasFormulas(range); }
+  std::vector<zavhost::Value> ValuesOf(const SheetRange& range) override;
+  bool MaySpanSheets(const std::u16string& function);
 
   bool IsExcluded(const CallSite& site, std::span<const zavhost::Operand> arguments);
   std::vector<Operands> At(const CallSite& site, std::span<const zavhost::Operand> arguments,
@@ -76,17 +80,16 @@ class Document {
                                          const zavhost::Operand& given, bool is_only_one);
   std::optional<zavhost::Operand> FromCells(const SheetRange& range, const zavhost::Operand& given,
                                             bool is_only_one);
-  bool IsShownAsLogical(const SheetRange& cell) const;
+  bool IsShownAsLogical(const SheetRange& cell);
   bool HoldsConstants(const SheetRange& range, const zavhost::Operand& given);
 
   UnoReference model_;
   bool is_read_ = false;
+  std::size_t sheet_count_ = 0;  // 0 until counted
   std::vector<SheetCells> sheets_;
   std::unordered_map<std::u16string, std::int32_t> sheet_indices_;
-  std::unordered_map<std::u16string, std::vector<CallSite>> sites_;  // by function
-  std::set<std::u16string> several_sheets_;  // functions that some call gives such a reference
-  std::map<SheetRange, Kinds> kinds_;
-  std::map<SheetRange, zavhost::Array> constants_;
+  std::unordered_map<std::u16string, Calls> calls_;  // by function
+  std::unordered_set<std::u16string> arrays_;        // array formulas of the sheet that is read
 };
 
 }  // namespace zavcalc

@@ -3,7 +3,10 @@
 
     make_extension.py header FILE.h
     make_extension.py interface FILE.idl
-    make_extension.py pack EXTENSION.oxt VERSION TYPES.rdb LIBRARY... [--extensions LIBRARY...]
+    make_extension.py pack EXTENSION.oxt VERSION FOLDER
+
+FOLDER has the interface's types as zavrel.rdb, and for each platform a folder with its libraries. Whatever else is in
+it goes into the extension as well.
 """
 import argparse
 import pathlib
@@ -15,10 +18,14 @@ ROOT = pathlib.Path(__file__).resolve().parents[1]
 sys.path.insert(0, str(ROOT / "help/tools"))
 import registration  # noqa: E402
 
-COMPONENT = "libZavrelCalc8.so"
-PLATFORM = "Linux_x86_64"
-IMPLEMENTATION = "org.zavrel.calc.Functions"
+TYPES = "zavrel.rdb"
+COMPONENTS = {"Linux_x86_64": "libZavrelCalc8.so", "Windows_x86_64": "XLCall32.dll"}  # by platform
+# The component's implementations, and the service that each offers.
+FUNCTIONS = "org.zavrel.calc.Functions"
 SERVICE = "_xll"
+NAMES = "org.zavrel.calc.Names"
+HELP = "org.zavrel.calc.Help"
+HELP_TITLES = {"en": "Help on Zavrel Functions", "de": "Hilfe zu Zavrel Functions"}
 CATEGORY = "Statistical"  # a group that Calc's function wizard has
 # Their whole results are matrices; the other functions that fill a range go on from one row to the next.
 MATRICES = {"ZavEigenvalues", "ZavEigenvectors", "ZavEigendata", "ZavPCAScores"}
@@ -31,15 +38,17 @@ def functions():
 
 
 def header():
-    """The functions that fill the range of their array formula, by the shape of what fills it."""
+    """All functions, in upper case and in order; those that fill the range of their array formula, by the shape of what
+    fills it."""
     filling = [function for function in functions() if function.fills_calling_range]
 
     def table(name, chosen):
-        names = "".join(f'    u"{function.name}",\n' for function in chosen)
+        names = "".join(f'    u"{function}",\n' for function in chosen)
         return f"inline constexpr std::u16string_view {name}[] = {{\n{names}}};\n"
     return ("#pragma once\n// Made by calc/make_extension.py.\n\n#include <string_view>\n\nnamespace zavcalc {\n"
-            + table("kColumnFunctions", [function for function in filling if function.name not in MATRICES])
-            + table("kMatrixFunctions", [function for function in filling if function.name in MATRICES])
+            + table("kAllFunctions", sorted(function.name.upper() for function in functions()))
+            + table("kColumnFunctions", [function.name for function in filling if function.name not in MATRICES])
+            + table("kMatrixFunctions", [function.name for function in filling if function.name in MATRICES])
             + "}  // namespace zavcalc\n")
 
 
@@ -90,77 +99,99 @@ def configured(function):
             + f'<node oor:name="Parameters">\n{parameters}</node></node>\n')
 
 
-def configuration():
+def settings(name, content):
     return ('<?xml version="1.0" encoding="UTF-8"?>\n'
             '<oor:component-data xmlns:oor="http://openoffice.org/2001/registry" '
-            'xmlns:xs="http://www.w3.org/2001/XMLSchema" oor:name="CalcAddIns" oor:package="org.openoffice.Office">\n'
-            f'<node oor:name="AddInInfo"><node oor:name="{SERVICE}" oor:op="replace"><node oor:name="AddInFunctions">\n'
-            + "".join(map(configured, functions())) + "</node></node></node>\n</oor:component-data>\n")
+            f'xmlns:xs="http://www.w3.org/2001/XMLSchema" oor:name="{name}" oor:package="org.openoffice.Office">\n'
+            f"{content}\n</oor:component-data>\n")
 
 
-def description(version):
+def function_settings():
+    return (f'<node oor:name="AddInInfo"><node oor:name="{SERVICE}" oor:op="replace"><node oor:name="AddInFunctions">\n'
+            + "".join(map(configured, functions())) + "</node></node></node>")
+
+
+def job_settings():
+    """Whatever document has been opened, the job looks for plain names in it."""
+    return (f'<node oor:name="Jobs"><node oor:name="{NAMES}" oor:op="replace">'
+            f'<prop oor:name="Service"><value>{NAMES}</value></prop></node></node>\n'
+            '<node oor:name="Events"><node oor:name="OnLoadFinished" oor:op="fuse"><node oor:name="JobList">'
+            f'<node oor:name="{NAMES}" oor:op="replace"/></node></node></node>')
+
+
+def menu_settings():
+    """The function wizard has no help for the functions of extensions: an entry of Calc's Help menu has."""
+    return (f'<node oor:name="AddonUI"><node oor:name="OfficeHelp"><node oor:name="{HELP}" oor:op="replace">'
+            f'<prop oor:name="URL"><value>service:{HELP}?contents</value></prop>'
+            + translated("Title", HELP_TITLES.get) + '<prop oor:name="Target"><value>_self</value></prop>'
+            '<prop oor:name="Context"><value>com.sun.star.sheet.SpreadsheetDocument</value></prop>'
+            "</node></node></node>")
+
+
+SETTINGS = {"CalcAddIns": function_settings, "Jobs": job_settings, "Addons": menu_settings}
+
+
+def description(version, platforms):
     names = "".join(f'<name lang="{language}">Zavrel Functions</name>' for language in registration.LANGUAGES)
     return ('<?xml version="1.0" encoding="UTF-8"?>\n'
             '<description xmlns="http://openoffice.org/extensions/description/2006" '
             'xmlns:d="http://openoffice.org/extensions/description/2006" '
             'xmlns:l="http://libreoffice.org/extensions/description/2011">\n'
             f'<identifier value="org.zavrel.functions"/><version value="{version}"/>\n'
-            f'<platform value="{PLATFORM.lower()}"/><display-name>{names}</display-name>\n'
+            f'<platform value="{",".join(platforms).lower()}"/><display-name>{names}</display-name>\n'
             '<dependencies><l:LibreOffice-minimal-version value="7.4" d:name="LibreOffice 7.4"/></dependencies>\n'
             '</description>\n')
 
 
-def components():
+def components(platform):
+    implementations = "".join(f'<implementation name="{implementation}"><service name="{service}"/></implementation>'
+                              for implementation, service in ((FUNCTIONS, SERVICE), (NAMES, NAMES), (HELP, HELP)))
     return ('<?xml version="1.0" encoding="UTF-8"?>\n<components xmlns="http://openoffice.org/2010/uno-components">\n'
-            f'<component loader="com.sun.star.loader.SharedLibrary" environment="uno" uri="{COMPONENT}">'
-            f'<implementation name="{IMPLEMENTATION}"><service name="{SERVICE}"/></implementation></component>\n'
-            '</components>\n')
+            f'<component loader="com.sun.star.loader.SharedLibrary" environment="uno" uri="{COMPONENTS[platform]}">'
+            f'{implementations}</component>\n</components>\n')
 
 
-def manifest():
-    entries = {"zavrel.rdb": "application/vnd.sun.star.uno-typelibrary;type=RDB",
-               f"{PLATFORM}/zavrel.components": f"application/vnd.sun.star.uno-components;platform={PLATFORM}",
-               "CalcAddIns.xcu": "application/vnd.sun.star.configuration-data"}
+def components_file(platform):
+    return f"{platform}/zavrel.components"
+
+
+def manifest(platforms):
+    entries = {TYPES: "application/vnd.sun.star.uno-typelibrary;type=RDB",
+               **{components_file(platform): f"application/vnd.sun.star.uno-components;platform={platform}"
+                  for platform in platforms},
+               **{f"{name}.xcu": "application/vnd.sun.star.configuration-data" for name in SETTINGS}}
     lines = "".join(f'<manifest:file-entry manifest:full-path="{path}" manifest:media-type="{media}"/>\n'
                     for path, media in entries.items())
     return ('<?xml version="1.0" encoding="UTF-8"?>\n'
             f'<manifest:manifest xmlns:manifest="http://openoffice.org/2001/manifest">\n{lines}</manifest:manifest>\n')
 
 
-def pack(arguments):
-    with zipfile.ZipFile(arguments.file, "w", zipfile.ZIP_DEFLATED) as archive:
-        def add(name, content):
+def pack(extension, version, folder):
+    platforms = [platform for platform in COMPONENTS if (folder / platform).is_dir()]
+    files = {"META-INF/manifest.xml": manifest(platforms), "description.xml": description(version, platforms),
+             **{f"{name}.xcu": settings(name, make()) for name, make in SETTINGS.items()},
+             **{components_file(platform): components(platform) for platform in platforms},
+             **{str(file.relative_to(folder)): file.read_bytes() for file in sorted(folder.rglob("*")) if file.is_file()}}
+    with zipfile.ZipFile(extension, "w", zipfile.ZIP_DEFLATED) as archive:
+        for name, content in files.items():
             entry = zipfile.ZipInfo(name, TIMESTAMP)
             entry.compress_type = zipfile.ZIP_DEFLATED
             entry.external_attr = 0o644 << 16
             archive.writestr(entry, content)
-        add("META-INF/manifest.xml", manifest())
-        add("description.xml", description(arguments.version))
-        add("CalcAddIns.xcu", configuration())
-        add("zavrel.rdb", pathlib.Path(arguments.types).read_bytes())
-        add(f"{PLATFORM}/zavrel.components", components())
-        for folder, libraries in ((PLATFORM, arguments.library),
-                                  (f"{PLATFORM}/ZavrelFuncs Extensions", arguments.extensions)):
-            for library in map(pathlib.Path, libraries):
-                add(f"{folder}/{library.name}", library.read_bytes())
 
 
 def main():
-    parser = argparse.ArgumentParser()
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     commands = parser.add_subparsers(dest="command", required=True)
     for command in ("header", "interface", "pack"):
-        commands.add_parser(command).add_argument("file")
-    packing = commands.choices["pack"]
-    packing.add_argument("version")
-    packing.add_argument("types")
-    packing.add_argument("library", nargs="+")
-    packing.add_argument("--extensions", nargs="*", default=[])
+        commands.add_parser(command).add_argument("file", type=pathlib.Path)
+    commands.choices["pack"].add_argument("version")
+    commands.choices["pack"].add_argument("folder", type=pathlib.Path)
     arguments = parser.parse_args()
     if arguments.command == "pack":
-        pack(arguments)
+        pack(arguments.file, arguments.version, arguments.folder)
     else:
-        made = header() if arguments.command == "header" else interface()
-        pathlib.Path(arguments.file).write_text(made, encoding="utf-8")
+        arguments.file.write_text(header() if arguments.command == "header" else interface(), encoding="utf-8")
 
 
 if __name__ == "__main__":

@@ -2,6 +2,20 @@
 // LibreOffice's binary interface: values and objects as plain C structs. No C++ of LibreOffice's is
 // used, so any compiler can build the component.
 
+#ifdef _WIN32
+// Here LibreOffice's headers know Microsoft's compiler only, and a Linux system's have its sizes.
+#define CONFIG_TYPESIZES_H
+#define SAL_TYPES_ALIGNMENT2 2
+#define SAL_TYPES_ALIGNMENT4 4
+#define SAL_TYPES_ALIGNMENT8 8
+#define SAL_TYPES_SIZEOFSHORT 2
+#define SAL_TYPES_SIZEOFINT 4
+#define SAL_TYPES_SIZEOFLONG 4
+#define SAL_TYPES_SIZEOFLONGLONG 8
+#define SAL_TYPES_SIZEOFPOINTER 8
+#define SAL_UNX  // in sal/types.h the branch for GCC; all of it holds on Windows too
+#endif
+
 #include <rtl/ustring.h>
 #include <typelib/typedescription.h>
 #include <uno/any2.h>

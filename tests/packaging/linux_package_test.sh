@@ -65,6 +65,28 @@ else
   echo "lintian is missing: the package has not been checked with it"
 fi
 
+# --- The extension for LibreOffice Calc, where its development kit is installed ---
+
+if [ -f "$build/calc/zavrel.rdb" ]; then
+  "$source/packaging/package-calc" "$out" "$build" help first >/dev/null
+  (umask 077 && TZ=Asia/Tokyo LC_ALL=C "$source/packaging/package-calc" "$out" "$build" help second >/dev/null)
+  oxt=$(cd first && echo *.oxt)
+  check "the extension has the same bytes again" 'cmp first/$oxt second/$oxt'
+  check "its name has the version" '[ "$oxt" = "${name%-linux-x86_64}.oxt" ]'
+  python3 -m zipfile -e "first/$oxt" oxt
+  check "the extension has all libraries, and needs what every LibreOffice has" '
+    diff <(cd $private && find . -name "*.so" | sort) <(cd oxt/Linux_x86_64 && find . -name "*.so" ! -name "*Calc8*" | sort) &&
+    ! find oxt -name "*.so" -exec readelf -d {} + | grep NEEDED |
+      grep -vE "\[(libc|libm|ld-linux-x86-64|libuno_cppu|libuno_sal)\.so\.[0-9]+\]"'
+  check "the extension has the help" 'diff -r help oxt/help'
+  check "what is linked into the extension has its notice" '
+    notices_are_complete oxt/LICENCES.txt "$build" && grep -q "^LibreOffice, header files" oxt/LICENCES.txt &&
+    ! grep -q "^LibreOffice" $docs/copyright'
+  check "whatever the manifest names is there" '
+    grep -o "full-path=\"[^\"]*" oxt/META-INF/manifest.xml | cut -d\" -f2 | (cd oxt && xargs ls >/dev/null)'
+  rm -rf oxt
+fi
+
 # --- A root with the C library alone ---
 
 root=$scratch/root

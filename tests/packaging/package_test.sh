@@ -65,6 +65,17 @@ cp "$stage/ZavHost.exe" changed.exe
 printf x | dd of=changed.exe bs=1 seek=4096 conv=notrunc status=none
 check "a change is seen" '! osslsigncode verify -CAfile certificate.pem -in changed.exe >/dev/null 2>&1'
 
+# --- The component for LibreOffice Calc, where its development kit is installed: nothing more than links it ---
+
+component=$build/calc/XLCall32.dll
+if [ -f "$component" ]; then
+  x86_64-w64-mingw32-objdump -p "$component" >component.txt
+  check "the component for Calc has its entry points" '
+    grep -q " component_getFactory$" component.txt && grep -q " GetExcel12EntryPt$" component.txt'
+  check "the component for Calc needs only what Windows and LibreOffice have" '
+    [ "$(sed -nE "s/.*DLL Name: //p" component.txt | sort | tr "\n" " ")" = "KERNEL32.dll USER32.dll cppu3.dll msvcrt.dll sal3.dll " ]'
+fi
+
 # --- Installing ---
 
 export ZAV_WINEPREFIX=$scratch/wine WINEPREFIX=$scratch/wine WINEDEBUG=-all
