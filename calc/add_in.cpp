@@ -107,7 +107,7 @@ AddIn::AddIn() : workbook_(WorkbookWithOneSheet()), api_(*this, judge_, {}) {
 void AddIn::Load(const std::filesystem::path& file) {
   module_ = zavrel::Module::Load(file);
   if (!module_) return;
-  api_.SetAddIn(&*module_, file);
+  loaded_ = {&*module_, file};
   if (CallExport("xlAutoOpen", {}) != 1) {
     module_.reset();
     return;
@@ -126,7 +126,7 @@ void AddIn::Load(const std::filesystem::path& file) {
 std::int32_t AddIn::CallExport(const char* name, const zavhost::MachineArguments& arguments) {
   void* function = module_->FindExport(name);
   if (function == nullptr) return 0;
-  const zavhost::ExcelApi::Entry entry(api_, zavhost::CallContext::kCommand);
+  const zavhost::ExcelApi::Entry entry(api_, zavhost::CallContext::kCommand, loaded_);
   return static_cast<std::int32_t>(arguments.CallForInteger(function));
 }
 
@@ -136,8 +136,7 @@ zavhost::AddInFunction* AddIn::Find(std::u16string_view name) {
   const auto& registry = api_.registry();
   const std::size_t index = registry.Find(name);
   if (index == zavhost::FunctionRegistry::npos) return nullptr;
-  const zavhost::RegistryEntry& entry = registry.entry(index);
-  zavhost::AddInFunction function(api_, block_, entry.type, entry.address);
+  zavhost::AddInFunction function(api_, block_, registry.entry(index));
   return &functions_.emplace(std::move(key), std::move(function)).first->second;
 }
 

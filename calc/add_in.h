@@ -42,6 +42,7 @@ class AddIn : private zavhost::HostCells {
   zavhost::ExcelApi api_;
   zavhost::ArgumentBlock block_;
   std::optional<zavrel::Module> module_;
+  zavhost::LoadedAddIn loaded_;
   std::unordered_map<std::u16string, zavhost::AddInFunction> functions_;
 };
 

@@ -27,7 +27,7 @@ TIMESTAMP = (1980, 1, 1, 0, 0, 0)
 
 
 def functions():
-    return [function for function in registration.functions() if not function.macros_only]
+    return [function for function in registration.functions_of("ZavrelFuncs8") if not function.macros_only]
 
 
 def header():

@@ -1,6 +1,6 @@
 // Fits against R's, recorded by data/make_fits.R, and against the parameters that samples were
 // drawn with.
-#include "companions/pdflib/fitting/fit.h"
+#include "fitting/fit.h"
 
 #include <doctest/doctest.h>
 
@@ -8,9 +8,9 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "companions/pdflib/fitting/rank.h"
 #include "distributions/recorded.h"
 #include "distributions/samples.h"
+#include "fitting/rank.h"
 #include "numbers/floating_point_scope.h"
 
 namespace zavrel::tests {

@@ -1,13 +1,13 @@
 // Tests of goodness of fit against R's, recorded by data/make_fits.R, and by simulation.
-#include "companions/pdflib/fitting/goodness_of_fit.h"
+#include "fitting/goodness_of_fit.h"
 
 #include <doctest/doctest.h>
 
 #include <cmath>
 
-#include "companions/pdflib/fitting/anderson_darling.h"
-#include "companions/pdflib/fitting/kolmogorov.h"
 #include "distributions/samples.h"
+#include "fitting/anderson_darling.h"
+#include "fitting/kolmogorov.h"
 #include "numbers/floating_point_scope.h"
 
 namespace zavrel::tests {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "companions/pdflib/distributions/catalogue.h"
+#include "distributions/catalogue.h"
 #include "random/mersenne_twister.h"
 
 namespace zavrel::tests {
