@@ -342,6 +342,43 @@ std::optional<MatrixXd> PrincipalAxes(Place place, double h) {
          values.cwiseSqrt().cwiseInverse().asDiagonal();
 }
 
+/// A function of how far to go from a place along each axis.
+class OnAxes {
+ public:
+  OnAxes(const Objective& objective, const std::vector<double>& origin, const MatrixXd& axes)
+      : objective_(objective), origin_(origin), axes_(axes) {}
+
+  std::vector<double> At(std::span<const double> distances) const {
+    const Eigen::Map<const VectorXd> along(distances.data(),
+                                           static_cast<Eigen::Index>(distances.size()));
+    const VectorXd moved = axes_ * along;
+    std::vector<double> at = origin_;
+    for (std::size_t i = 0; i < at.size(); ++i) at[i] += moved[static_cast<Eigen::Index>(i)];
+    return at;
+  }
+  Objective Function() const {
+    return [this](std::span<const double> distances) { return objective_(At(distances)); };
+  }
+
+ private:
+  const Objective& objective_;
+  const std::vector<double>& origin_;
+  const MatrixXd& axes_;
+};
+
+/// One more step of Newton's method with a gradient from shorter differences: what the longer ones
+/// leave out would be seen in the eighth digit.
+void Polish(Place& place, const MatrixXd& curvature) {
+  constexpr double kShortStep = 0.001;
+  FineDifferences differences(place, kShortStep);
+  VectorXd gradient(static_cast<Eigen::Index>(place.size()));
+  for (std::size_t i = 0; i < place.size(); ++i)
+    gradient[static_cast<Eigen::Index>(i)] = differences.Alone(i).first;
+  const VectorXd steps = curvature.inverse() * gradient;
+  if (!(steps.cwiseAbs().maxCoeff() < 1e-3)) return;
+  place.Go(steps, 1, place.Along(steps, 1));
+}
+
 Maximum MaximumAt(const Place& place, bool converged) {
   return {place.at(), place.value(), converged};
 }
@@ -365,36 +402,38 @@ Refined Refine(const Objective& objective, const Maximum& maximum) {
   constexpr int kRounds = 4;
   const auto axes = PrincipalAxes(Place(objective, maximum.at), kRoughStep);
   if (!axes) return {maximum, {}};
-  const auto from_axes = [&](const VectorXd& y) {
-    const VectorXd x = *axes * y;
-    std::vector<double> at = maximum.at;
-    for (std::size_t i = 0; i < at.size(); ++i) at[i] += x[static_cast<Eigen::Index>(i)];
-    return at;
-  };
-  const auto vector = [](std::span<const double> y) {
-    return VectorXd(Eigen::Map<const VectorXd>(y.data(), static_cast<Eigen::Index>(y.size())));
-  };
-  const Objective on_axes = [&](std::span<const double> y) {
-    return objective(from_axes(vector(y)));
-  };
-  Place place(on_axes, std::vector<double>(maximum.at.size()));
-  std::vector<double> variances;
+  const OnAxes on_axes(objective, maximum.at, *axes);
+  const Objective function = on_axes.Function();
+  Place place(function, std::vector<double>(maximum.at.size()));
+  std::optional<MatrixXd> curvature;
   for (int round = 0; round < kRounds; ++round) {
     const auto slopes = SlopesAt<FineDifferences>(place, kStep);
     if (!slopes || !slopes->curvature.allFinite()) break;
     const Direction direction = NewtonDirection(*slopes);
     if (!direction.definite) break;
+<<<<<<< HEAD
     const MatrixXd to_variables = *axes * place.Steps().asDiagonal();
     const VectorXd diagonal =
         (to_variables * slopes->curvature.inverse() * to_variables.transpose()).diagonal();
     variances.assign(diagonal.begin(), diagonal.end());
+=======
+    curvature = slopes->curvature;
+>>>>>>> fit
     const double length = direction.steps.cwiseAbs().maxCoeff();
     const double value = place.Along(direction.steps, 1);
     if (length > kFar || !(value >= place.value() - 1e-7)) break;
     place.Go(direction.steps, 1, value);
     if (length < 1e-7) break;
   }
-  return {{from_axes(vector(place.at())), place.value(), maximum.converged}, std::move(variances)};
+  std::vector<double> variances;
+  if (curvature) {
+    Polish(place, *curvature);
+    const MatrixXd to_variables = *axes * place.Steps().asDiagonal();
+    const MatrixXd covariance = to_variables * curvature->inverse() * to_variables.transpose();
+    const VectorXd diagonal = covariance.diagonal();
+    variances.assign(diagonal.begin(), diagonal.end());
+  }
+  return {{on_axes.At(place.at()), place.value(), maximum.converged}, std::move(variances)};
 }
 
 }  // namespace DistLib

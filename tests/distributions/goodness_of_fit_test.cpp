@@ -5,9 +5,9 @@
 
 #include <cmath>
 
+#include "distributions/samples.h"
 #include "fitting/anderson_darling.h"
 #include "fitting/kolmogorov.h"
-#include "distributions/samples.h"
 #include "numbers/floating_point_scope.h"
 
 namespace zavrel::tests {
