@@ -1,7 +1,6 @@
 #include "companions/pdflib/distributions/beta_tails.h"
 
 #include <boost/math/special_functions/beta.hpp>
-#include <boost/math/special_functions/log1p.hpp>
 #include <boost/math/tools/fraction.hpp>
 #include <cmath>
 #include <cstdint>
@@ -10,29 +9,10 @@
 #include <stdexcept>
 #include <utility>
 
+#include "companions/pdflib/distributions/stirling.h"
+
 namespace DistLib {
 namespace {
-
-/// The remainder of Stirling's formula for the logarithm of the gamma function: log gamma(z) = (z -
-/// 1/2) log z - z + log(2 pi) / 2 + this. Abramowitz and Stegun 6.1.41.
-Real StirlingRest(Real z) {
-  Real from_recurrence = 0;
-  for (; z < 16; z += 1) from_recurrence += (z + 0.5L) * std::log1p(1 / z) - 1;
-  const Real s = 1 / (z * z);
-  const Real series =
-      1 / 12.0L -
-      s * (1 / 360.0L -
-           s * (1 / 1260.0L -
-                s * (1 / 1680.0L -
-                     s * (1 / 1188.0L -
-                          s * (691 / 360360.0L - s * (1 / 156.0L - s * 3617 / 122400.0L))))));
-  return from_recurrence + series / z;
-}
-
-/// log(ratio) - (ratio - 1), where `excess` is ratio - 1; never above 0.
-Real LogBeyondLinear(Real ratio, Real excess) {
-  return std::fabs(excess) < 0.5L ? boost::math::log1pmx(excess) : std::log(ratio) - excess;
-}
 
 /// The continued fraction that divides x^a y^b / B(a, b) (DiDonato and Morris, 1992, formula 9); it
 /// converges fast up to the mean.
@@ -75,14 +55,16 @@ bool Serves(const BetaPoint& point) { return point.a >= 0.5L && point.b >= 0.5L;
 // With x0 = a / (a + b) and y0 = b / (a + b), x / x0 is 1 - lambda / a and y / y0 is 1 + lambda /
 // b. The product of their powers is the exponential of a log(x / x0) + b log(y / y0), whose linear
 // parts cancel and are omitted (Loader, 2000).
-Real BetaPower(const BetaPoint& point) {
+Real LogBetaPower(const BetaPoint& point) {
   const auto& [a, b, x, y, lambda] = point;
   const Real n = a + b;
   const Real rest = StirlingRest(n) - StirlingRest(a) - StirlingRest(b);
   const Real exponent =
       a * LogBeyondLinear(x / a * n, -lambda / a) + b * LogBeyondLinear(y / b * n, lambda / b);
-  return std::sqrt(a / n * b / (2 * std::numbers::pi_v<Real>)) * std::exp(rest + exponent);
+  return std::log(a / n * b / (2 * std::numbers::pi_v<Real>)) / 2 + rest + exponent;
 }
+
+Real BetaPower(const BetaPoint& point) { return std::exp(LogBetaPower(point)); }
 
 Real BetaLower(const BetaPoint& point) {
   const auto& [a, b, x, y, lambda] = point;

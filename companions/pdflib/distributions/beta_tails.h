@@ -18,6 +18,7 @@ struct BetaPoint {
 
 /// x^a y^b / B(a, b).
 Real BetaPower(const BetaPoint& point);
+Real LogBetaPower(const BetaPoint& point);
 /// The probability of x or less.
 Real BetaLower(const BetaPoint& point);
 /// The probability of more than x.
