@@ -75,6 +75,7 @@ constexpr const Description* kAll[] = {
     &kRice,
     &kSkewNormal,
     &kStudent,
+    &kStudentizedRange,
     &kLognormal3,
     &kWeibull3,
     &kTriangular,

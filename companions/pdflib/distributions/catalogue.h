@@ -83,6 +83,7 @@ extern const Description kRice;
 extern const Description kSemicircle;
 extern const Description kSkewNormal;
 extern const Description kStudent;
+extern const Description kStudentizedRange;
 extern const Description kTriangular;
 extern const Description kTruncatedNormal;
 extern const Description kUniform;
