@@ -8,7 +8,8 @@ class Hyperexponential : public Searched<LogScale> {
  public:
   Hyperexponential(double probability, double rate1, double rate2)
       : Searched(LogScale{1 / std::sqrt(Real{rate1} * rate2)}),
-        parts_{{probability, rate1}, {1 - Real{probability}, rate2}} {}
+        first_{probability, rate1},
+        second_{1 - Real{probability}, rate2} {}
 
   DistLib::Moments Moments() const override {
     const auto raw = [this](int r) {
@@ -26,7 +27,7 @@ class Hyperexponential : public Searched<LogScale> {
 
   template <class Function>
   Real Sum(Function of_part) const {
-    return parts_[0].weight * of_part(parts_[0]) + parts_[1].weight * of_part(parts_[1]);
+    return first_.weight * of_part(first_) + second_.weight * of_part(second_);
   }
   Real DensityAt(Real x) const override {
     return Sum([x](const Part& part) { return part.rate * std::exp(-part.rate * x); });
@@ -38,7 +39,8 @@ class Hyperexponential : public Searched<LogScale> {
     return Sum([x](const Part& part) { return std::exp(-part.rate * x); });
   }
 
-  Part parts_[2];
+  Part first_;
+  Part second_;
 };
 
 }  // namespace

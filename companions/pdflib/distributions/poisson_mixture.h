@@ -82,11 +82,13 @@ class PoissonMixture {
 
   Real Weight(Real j) const { return std::exp(LogPoisson(j, mean_)); }
 
-  /// The first j from which on the terms fall; `fall` gives the ratios, which fall themselves.
+  /// The first j from which on the terms fall; `fall` gives the ratios, which fall themselves. Not
+  /// exact beyond kMost.
   template <class Fall>
   static Real HighestTerm(Fall fall) {
     Real low = -1, high = 0;
     while (fall(high) >= 1) low = high, high = 2 * high + 1;
+    if (high > kMost) return high;
     while (high - low > 1) {
       const Real middle = std::floor((low + high) / 2);
       (fall(middle) >= 1 ? low : high) = middle;

@@ -72,9 +72,10 @@ Real SearchedCoordinate(Real p, bool upper, Real low, Real high,
 
 Moments MomentsByQuadrature(Real middle, Real width, std::optional<Real> mode,
                             const std::function<Weighted(Real u)>& at) {
-  constexpr int kMostHalvings = 8;
-  constexpr int kMostTerms = 1 << 14;
+  constexpr int kMostHalvings = 7;
+  constexpr int kMostTerms = 2000;
   constexpr Real kSettled = 1e-13L;
+  constexpr Real kLost = 1e-11L;  // of the probability, where the values run into an end
   const Weighted origin = at(middle);
   Moments last;
   for (Real step = width / 2; step > std::ldexp(width, -kMostHalvings); step /= 2) {
@@ -83,9 +84,10 @@ Moments MomentsByQuadrature(Real middle, Real width, std::optional<Real> mode,
     for (const Real direction : {step, -step})
       for (int i = 1; i < kMostTerms && sums.Add(at(middle + i * direction)); ++i) continue;
     const Moments moments = sums.Result(mode);
-    if (last.kurtosis && std::fabs(*moments.kurtosis / *last.kurtosis - 1) < kSettled &&
-        std::fabs(*moments.variance / *last.variance - 1) < kSettled)
-      return moments;
+    const bool settled = last.kurtosis &&
+                         std::fabs(*moments.kurtosis / *last.kurtosis - 1) < kSettled &&
+                         std::fabs(*moments.variance / *last.variance - 1) < kSettled;
+    if (settled && std::fabs(sums.sums[0] * step - 1) < kLost) return moments;
     last = moments;
   }
   return {.mean = {},

@@ -42,7 +42,7 @@ struct SinhScale {
   Real Slope(Real u) const { return width * std::cosh(u); }
 };
 
-/// An interval, whose values keep the digits of their distance from the nearer end.
+/// An interval, whose values keep the digits of their distance from the nearer end or the middle.
 struct LogitScale {
   Real low;
   Real high;
@@ -52,6 +52,7 @@ struct LogitScale {
   static Real LowestCoordinate() { return -HighestCoordinate(); }
   static Real HighestCoordinate() { return 2000; }
   Real At(Real u) const {
+    if (std::fabs(u) < 1) return (low + high) / 2 + (high - low) / 2 * std::tanh(u / 2);
     const Real from_nearer = (high - low) / (1 + std::exp(std::fabs(u)));
     return u < 0 ? low + from_nearer : high - from_nearer;
   }

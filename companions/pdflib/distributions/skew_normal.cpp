@@ -5,16 +5,23 @@
 namespace DistLib {
 namespace {
 
-/// The probability of the standard distribution below -h, h >= 0, for a shape from 0 on: that of a
-/// sector of the plane beyond a line. Owen's T function is what the half-plane has beyond this;
-/// as a difference it would lose the digits (Owen, 1956, "Tables for computing bivariate normal
-/// probabilities").
+Real NormalBelow(Real z) { return StandardNormal::Lower(z); }
+
+/// The probability of the standard distribution below -h, h >= 0, for a shape from 0 on. It is that
+/// of a sector of the plane beyond a line. Owen's T function is what the half-plane has beyond
+/// this; as a difference it would lose the digits (Owen, 1956, "Tables for computing bivariate
+/// normal probabilities").
 Real LightTail(Real h, Real shape) {
+  const Real angle = shape > 0 ? std::atan(1 / shape) : kPi / 2;
+  if (h * (1 + shape) < 1) {
+    // By the density between, as the sector is sharp near its end.
+    return angle / kPi - TanhSinhIntegral(h, [&](Real t, Real /*other*/) {
+             return 2 * std::exp(StandardNormal::LogDensity(t)) * NormalBelow(-shape * t);
+           });
+  }
   // The average of exp(-h^2 / 2 (1 + c^2)) over the angles whose cotangent is c >= shape. The
   // exponent is divided into its value at the end of the interval and the rest.
-  const Real angle = shape > 0 ? std::atan(1 / shape) : kPi / 2;
   const Real square = h * h / 2;
-  if (square == 0) return angle / kPi;
   const auto excess = [&](Real from_end) {  // c^2 - shape^2
     const Real tangent = std::tan(from_end);
     const Real rise = tangent * (1 + shape * shape) / (1 - tangent * shape);  // c - shape
@@ -32,12 +39,7 @@ Real LightTail(Real h, Real shape) {
 class SkewNormal : public Searched<SinhScale> {
  public:
   SkewNormal(double location, double scale, double shape)
-      : Searched(SinhScale{
-            location + scale * Real{shape} / std::hypot(1.0L, Real{shape}) * std::sqrt(2 / kPi),
-            scale}),
-        location_(location),
-        scale_(scale),
-        shape_(shape) {}
+      : Searched(SinhScale{location, scale}), location_(location), scale_(scale), shape_(shape) {}
 
   DistLib::Moments Moments() const override {
     const Real mean = shape_ / std::hypot(1.0L, shape_) * std::sqrt(2 / kPi);
@@ -84,7 +86,7 @@ class SkewNormal : public Searched<SinhScale> {
 Real SkewNormal::LogNormalBelow(Real z) {
   constexpr Real kFar = -20;
   return z < kFar ? StandardNormal::LogDensity(z) + std::log(MillsRatio(-z))
-                  : std::log(StandardNormal::Lower(z));
+                  : std::log(NormalBelow(z));
 }
 
 }  // namespace

@@ -39,8 +39,9 @@ class VonMises : public Searched<LogitScale> {
       return factor(fall) * std::exp(-fall);
     });
   }
-  /// The probability beyond an angle on one side; `left` is its distance from the opposite point.
-  Real Tail(Real angle, Real left) const {
+  /// The probability beyond an angle on one side.
+  Real Tail(Real angle) const {
+    const Real left = kPi - angle;
     if (left <= 0) return 0;
     const Real integral = Integral(angle, left, [](Real /*fall*/) { return 1; });
     return std::exp(-Fall(0, angle, left)) * integral / whole_;
@@ -52,10 +53,10 @@ class VonMises : public Searched<LogitScale> {
   }
   Real DensityAt(Real x) const override { return std::exp(LogDensityAt(x)); }
   Real CumulativeAt(Real x) const override {
-    return x > location_ ? 1 - UpperTailAt(x) : Tail(location_ - x, x - scale().low);
+    return x > location_ ? 1 - UpperTailAt(x) : Tail(location_ - x);
   }
   Real UpperTailAt(Real x) const override {
-    return x < location_ ? 1 - CumulativeAt(x) : Tail(x - location_, scale().high - x);
+    return x < location_ ? 1 - CumulativeAt(x) : Tail(x - location_);
   }
 
   Real location_;
