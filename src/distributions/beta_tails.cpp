@@ -9,6 +9,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "distributions/stirling.h"
+
 namespace DistLib {
 namespace {
 

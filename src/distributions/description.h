@@ -39,6 +39,8 @@ inline constexpr Domain kProbability{.low = 0, .high = 1, .with_low = true, .wit
 /// Degrees of freedom, and shapes of the incomplete gamma and beta functions: with more, these
 /// functions would take seconds.
 inline constexpr Domain kDegrees{.low = 0, .high = 1e10, .with_high = true};
+/// Noncentrality: the terms of the sums increase with its root.
+inline constexpr Domain kNoncentrality{.low = 0, .high = 1e5, .with_low = true, .with_high = true};
 inline constexpr Domain kTrials{
     .low = 0, .high = 2147483647, .with_low = true, .with_high = true, .whole = true};
 

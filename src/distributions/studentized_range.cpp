@@ -20,8 +20,6 @@ namespace {
 
 constexpr double kMostMeans = 200;
 constexpr double kLeastDf = 0.5;
-/// From here on the estimate differs from the deviation by too little to change a digit.
-constexpr double kInfiniteDf = 1e17;
 constexpr double kLargest = std::numeric_limits<double>::max();
 
 void RequireDomain(bool in_domain) {

@@ -15,6 +15,9 @@ namespace DistLib {
 /// least 0, a probability between 0 and 1, both excluded.
 class StudentizedRange {
  public:
+  /// From here on the estimate differs from the deviation by too little to change a digit.
+  static constexpr double kInfiniteDf = 1e17;
+
   StudentizedRange(double means, double df);
 
   Real Density(Real q) const;

@@ -411,14 +411,7 @@ Refined Refine(const Objective& objective, const Maximum& maximum) {
     if (!slopes || !slopes->curvature.allFinite()) break;
     const Direction direction = NewtonDirection(*slopes);
     if (!direction.definite) break;
-<<<<<<< HEAD
-    const MatrixXd to_variables = *axes * place.Steps().asDiagonal();
-    const VectorXd diagonal =
-        (to_variables * slopes->curvature.inverse() * to_variables.transpose()).diagonal();
-    variances.assign(diagonal.begin(), diagonal.end());
-=======
     curvature = slopes->curvature;
->>>>>>> fit
     const double length = direction.steps.cwiseAbs().maxCoeff();
     const double value = place.Along(direction.steps, 1);
     if (length > kFar || !(value >= place.value() - 1e-7)) break;

@@ -8,10 +8,6 @@
 #include <cmath>
 #include <cstdlib>
 
-<<<<<<< HEAD
-#include "fitting/rank.h"
-=======
->>>>>>> fit
 #include "distributions/recorded.h"
 #include "distributions/samples.h"
 #include "fitting/rank.h"

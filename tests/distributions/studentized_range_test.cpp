@@ -13,6 +13,7 @@
 #include <numbers>
 #include <stdexcept>
 
+#include "distributions/catalogue.h"
 #include "numbers/floating_point_scope.h"
 #include "support/csv_lines.h"
 
@@ -106,6 +107,21 @@ TEST_CASE_FIXTURE(FloatingPointScope,
     INFO("means = ", entry.means, ", df = ", entry.df);
     const Real point = StudentizedRange(entry.means, entry.df).UpperQuantile(0.05L);
     CHECK(point == doctest::Approx(entry.q).epsilon(1.5e-4));
+  }
+}
+
+TEST_CASE_FIXTURE(FloatingPointScope,
+                  "the moments of the normal range are those of control charts") {
+  struct Entry {
+    double means, mean, deviation;
+  };
+  for (const Entry& entry : {Entry{2, 1.128379, 0.852502}, Entry{3, 1.692569, 0.888368},
+                             Entry{5, 2.325929, 0.864082}, Entry{10, 3.077506, 0.797051}}) {
+    INFO("means = ", entry.means);
+    const DistLib::Moments moments =
+        DistLib::MakeDistribution(DistLib::kStudentizedRange, {&entry.means, 1})->Moments();
+    CHECK(*moments.mean == doctest::Approx(entry.mean).epsilon(1e-6));
+    CHECK(std::sqrt(*moments.variance) == doctest::Approx(entry.deviation).epsilon(1e-6));
   }
 }
 

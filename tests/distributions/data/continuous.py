@@ -2,6 +2,8 @@
 its density the numerical derivative unless one is given, the upper tail the complement unless one is given."""
 from mpmath import mp, mpf
 
+from noncentral import Tails, beta_mixture, beta_mixture_density, density_t, gamma_mixture, tails_t
+
 INF = float("inf")
 
 
@@ -155,6 +157,16 @@ def student(df):
                      digits=1)
 
 
+def studentized_range_of_two(means, df):
+    """Student's |t| times the root of 2; studentized_range.csv has other numbers of means."""
+    assert means == 2
+    of = normal_of(lambda x: x) if df >= 1e17 else student(df)
+    t = lambda x: x / mp.sqrt(2)
+    given = of.given or (lambda x: mp.exp(-x * x / 2) / mp.sqrt(2 * mp.pi))
+    return Reference(lambda x: 1 - 2 * of.given_upper(t(x)), 0.0, INF, lambda x: mp.sqrt(2) * given(t(x)),
+                     lambda x: 2 * of.given_upper(t(x)), 1)
+
+
 def f(df1, df2):
     m, n = mpf(df1), mpf(df2)
     return beta_of(m / 2, n / 2, lambda x: m * x / n, lambda x: m / n, 0.0)
@@ -209,6 +221,159 @@ def triangular(lower, mode, upper):
     return Reference(cumulative, lower, upper, density)
 
 
+def johnson_sb(gamma, delta, location, scale):
+    low, high = mpf(location), mpf(location + scale)
+    return normal_of(lambda x: gamma + delta * mp.log((x - low) / (high - x)), low, high)
+
+
+def truncated_normal(mean, deviation, lower, upper):
+    z = lambda x: (x - mpf(mean)) / (deviation * mp.sqrt(2))
+
+    def between(low, high):
+        if low > mean:
+            return (erfc(z(low)) - erfc(z(high))) / 2
+        return (erfc(-z(high)) - erfc(-z(low))) / 2
+    whole = lambda: between(mpf(lower), mpf(upper))
+    return Reference(lambda x: between(mpf(lower), x) / whole(), lower, upper,
+                     lambda x: mp.exp(-z(x) ** 2) / (deviation * mp.sqrt(2 * mp.pi) * whole()),
+                     lambda x: between(x, mpf(upper)) / whole(), 1)
+
+
+def inverse_gaussian(mean, shape):
+    m, s = mpf(mean), mpf(shape)
+    part = lambda z: erfc(z / mp.sqrt(2)) / 2
+    root = lambda x: mp.sqrt(s / x)
+    reflected = lambda x: exp(2 * s / m) * part(root(x) * (x / m + 1))
+    return Reference(lambda x: part(root(x) * (1 - x / m)) + reflected(x), 0.0, INF,
+                     lambda x: mp.sqrt(s / (2 * mp.pi * x**3)) * exp(-s * (x - m) ** 2 / (2 * m * m * x)),
+                     lambda x: part(root(x) * (x / m - 1)) - reflected(x), 0)
+
+
+def hyperexponential(p, rate1, rate2):
+    mix = lambda of_rate: p * of_rate(mpf(rate1)) + (1 - mpf(p)) * of_rate(mpf(rate2))
+    return Reference(lambda x: mix(lambda r: -expm1(-r * x)), 0.0, INF, lambda x: mix(lambda r: r * exp(-r * x)),
+                     lambda x: mix(lambda r: exp(-r * x)), 0)
+
+
+def moved(of, location, scale):
+    z = z_of(location, scale)
+    return Reference(lambda x: of.cumulative(z(x)), density=lambda x: of.given(z(x)) / scale,
+                     upper=lambda x: of.given_upper(z(x)), digits=of.digits)
+
+
+def noncentral_chi_square(df, noncentrality):
+    a, l = mpf(df) / 2, mpf(noncentrality)
+    tails = Tails(lambda x: gamma_mixture(a, l / 2, x / 2))
+    return Reference(tails.lower, 0.0, INF, lambda x: (x / l) ** ((a - 1) / 2) * mp.exp(-(x + l) / 2)
+                     * mp.besseli(a - 1, mp.sqrt(l * x)) / 2, tails.upper, 0)
+
+
+def rice(distance, scale):
+    d, s = mpf(distance), mpf(scale)
+    tails = Tails(lambda x: gamma_mixture(mpf(1), (d / s) ** 2 / 2, (x / s) ** 2 / 2))
+    return Reference(tails.lower, 0.0, INF, lambda x: x / s**2 * mp.exp(-(x * x + d * d) / (2 * s * s))
+                     * mp.besseli(0, x * d / s**2), tails.upper, 0)
+
+
+def noncentral_beta_of(a, b, noncentrality, odds, slope, high):
+    """Of a variable whose odds are those of a noncentral beta variable."""
+    a, b, mean = mpf(a), mpf(b), mpf(noncentrality) / 2
+    parts = lambda x: (odds(x) / (1 + odds(x)), 1 / (1 + odds(x)))
+    tails = Tails(lambda x: beta_mixture(a, b, mean, *parts(x), lower_beta))
+    return Reference(tails.lower, 0.0, high, lambda x: beta_mixture_density(a, b, mean, *parts(x), series)
+                     * slope(x), tails.upper, 0)
+
+
+def noncentral_t(df, noncentrality):
+    n, d = mpf(df), mpf(noncentrality)
+    return Reference(lambda x: tails_t(n, d, x, lower_beta)[0], density=lambda x: density_t(n, d, x),
+                     upper=lambda x: tails_t(n, d, x, lower_beta)[1], digits=0)
+
+
+def owen_t(h, a):
+    """Owen's series for h >= 0 and 0 <= a <= 1."""
+    x = h * h / 2
+    total, power, left, part = mp.atan(a), a, mpf(1), mp.exp(-x)
+    j, smallest = 0, mpf(10) ** -mp.dps
+    while power > smallest:
+        left -= part
+        total -= (-1) ** j * left * power / (2 * j + 1)
+        j += 1
+        part *= x / j
+        power *= a * a
+    return total / (2 * mp.pi)
+
+
+def skew_normal(location, scale, shape):
+    a, z = mpf(shape), z_of(location, scale)
+    below = lambda t: erfc(-t / mp.sqrt(2)) / 2
+
+    def standard(t):
+        h, b = abs(t), abs(a)
+        if b <= 1:
+            owen = owen_t(h, b)
+        else:
+            owen = (below(h) + below(h * b)) / 2 - below(h) * below(h * b) - owen_t(h * b, 1 / b)
+        return below(t) - 2 * mp.sign(a) * owen
+    return Reference(lambda x: standard(z(x)),
+                     density=lambda x: mp.sqrt(2 / mp.pi) * mp.exp(-z(x) ** 2 / 2) * below(a * z(x)) / scale, digits=1)
+
+
+def von_mises(location, concentration):
+    """By the Fourier series of the density."""
+    centre, k = mpf(location), mpf(concentration)
+    ratios = {}
+
+    def ratios_of_bessel():
+        """I_j / I_0 from j = 1 on, by Miller's recurrence from where they have vanished."""
+        if mp.prec not in ratios:
+            count = int(3 * mp.sqrt(mp.dps * k) + mp.dps) + 40
+            found, ratio = [], mpf(0)
+            for j in range(count, 0, -1):
+                ratio = 1 / (2 * j / k + ratio) if k else mpf(0)
+                found.append(ratio)
+            product = mpf(1)
+            values = []
+            for r in reversed(found):
+                product *= r
+                values.append(product)
+            ratios[mp.prec] = values
+        return ratios[mp.prec]
+
+    def beyond(angle):
+        """What is between the angle and pi."""
+        cosine, last, sine, total = 2 * mp.cos(angle), mpf(0), mp.sin(angle), mpf(0)
+        for j, ratio in enumerate(ratios_of_bessel(), 1):
+            total += ratio * sine / j
+            last, sine = sine, cosine * sine - last
+        return (mp.pi - angle - 2 * total) / (2 * mp.pi)
+    return Reference(lambda x: beyond(centre - x), centre - mp.pi, centre + mp.pi,
+                     lambda x: mp.exp(k * mp.cos(x - centre)) / (2 * mp.pi * mp.besseli(0, k)),
+                     lambda x: beyond(x - centre), 1)
+
+
+def kolmogorov(scale):
+    z = z_of(0.0, scale)
+    ks = range(1, 40)
+
+    def lower(x):
+        v = z(x)
+        return mp.sqrt(2 * mp.pi) / v * mp.fsum(exp(-((2 * k - 1) * mp.pi / v) ** 2 / 8) for k in ks)
+
+    def upper(x):
+        v = z(x)
+        return 2 * mp.fsum((-1) ** (k - 1) * exp(-2 * (k * v) ** 2) for k in ks)
+
+    def density(x):
+        v = z(x)
+        if v > 1:
+            return 8 * v * mp.fsum((-1) ** (k - 1) * k * k * exp(-2 * (k * v) ** 2) for k in ks) / scale
+        squares = [((2 * k - 1) * mp.pi / v) ** 2 / 4 for k in ks]
+        return mp.sqrt(2 * mp.pi) / (v * v) * mp.fsum((s - 1) * exp(-s / 2) for s in squares) / scale
+    return Reference(lambda x: lower(x) if z(x) < 1 else 1 - upper(x), 0.0, INF, density,
+                     lambda x: 1 - lower(x) if z(x) < 1 else upper(x), 0)
+
+
 def z_of(location, scale):
     return lambda x: (x - mpf(location)) / scale
 
@@ -253,18 +418,24 @@ CONTINUOUS = {
     "half-normal": (lambda s: Reference(lambda x: mp.erf(x / s / mp.sqrt(2)), 0.0), [(1.0,), (1e-9,), (2.7e8,)]),
     "hyperbolic secant": (lambda m, s: Reference(lambda x: 2 / mp.pi * mp.atan(exp(mp.pi / 2 * (x - mpf(m)) / s))),
                           [(0.0, 1.0), (-3.7, 0.01), (1e6, 7.7)]),
+    "hyperexponential": (hyperexponential, [(0.3, 1.0, 5.0), (1e-6, 1e-3, 100.0), (0.5, 2.0, 2.0)]),
     "inverse chi-square": (lambda n: gamma_power(mpf(n) / 2, -1, mpf(1) / 2), [(80.0,), (0.7,), (200.0,)]),
     "inverse gamma": (lambda a, s: gamma_power(a, -1, s), [(40.0, 3.0), (0.2, 1.0), (300.0, 1e-5)]),
+    "inverse Gaussian": (inverse_gaussian, [(2.0, 3.0), (1.0, 1e4), (5.0, 1e-6), (1e-5, 40.0)]),
     "inverse Weibull": (frechet, [(40.0, 2.0), (0.5, 1.0), (3.3, 1e-3)]),
+    "Johnson SB": (johnson_sb, [(0.3, 1.5, 1.0, 2.0), (1.0, 0.2, 0.0, 1e-3), (-20.0, 30.0, -5.0, 5.0)]),
     "Johnson SL": (lambda g, d, m, s: normal_of(lambda x: g + d * mp.log((x - mpf(m)) / s), m),
                    [(0.3, 5.0, 1.0, 2.0), (0.0, 0.5, 0.0, 1.0), (-20.0, 30.0, -5.0, 0.1)]),
     "Johnson SU": (lambda g, d, m, s: normal_of(lambda x: g + d * mp.asinh((x - mpf(m)) / s)),
                    [(0.3, 5.0, 1.0, 2.0), (0.0, 0.5, 0.0, 1.0), (-20.0, 30.0, -5.0, 0.1)]),
+    "Kolmogorov": (kolmogorov, [(1.0,), (1e-9,), (2.7e8,)]),
     "Kumaraswamy": (lambda a, b: Reference(lambda x: 1 - power(1 - power(x, mpf(a)), mpf(b)), 0.0, 1.0),
                     [(2.0, 5.0), (0.3, 0.2), (1.0, 100.0), (1e4, 3.3)]),
     "Laplace": (lambda m, s: laplace_of(z_of(m, s)), [(0.0, 1.0), (-3.7, 0.01), (1e6, 7.7)]),
     "Levy": (lambda m, s: Reference(lambda x: erfc(mp.sqrt(s / (2 * (x - mpf(m))))), m),
              [(0.0, 1.0), (-3.7, 0.01), (1e6, 7.7)]),
+    "location-scale Student": (lambda n, m, s: moved(student(n), m, s),
+                               [(11.0, 1.0, 2.0), (1.0, -3.7, 0.01), (300.0, 1e6, 7.7)]),
     "log-gamma": (lambda a, s, m: gamma_of(a, lambda x: exp((x - mpf(m)) / s), lambda x: exp((x - mpf(m)) / s) / s),
                   [(2.5, 3.0, 1.0), (0.2, 1.0, 0.0), (300.0, 0.1, -50.0)]),
     "log-Laplace": (lambda a, s: laplace_of(lambda x: a * mp.log(x / s), 0.0), [(40.0, 2.0), (0.7, 1.0), (3.0, 1e-5)]),
@@ -278,6 +449,13 @@ CONTINUOUS = {
     "Lomax": (lambda a, s: Reference(lambda x: 1 - power(1 + x / s, -mpf(a)), 0.0), [(40.0, 2.0), (0.7, 1.0), (1e5, 1e-5)]),
     "Maxwell": (lambda s: gamma_power(mpf(3) / 2, 0.5, s * mp.sqrt(2)), [(1.0,), (1e-9,), (2.7e8,)]),
     "Nakagami": (lambda m, w: gamma_power(m, 0.5, mp.sqrt(mpf(w) / m)), [(2.5, 3.0), (0.5, 1.0), (300.0, 1e-5)]),
+    "noncentral beta": (lambda a, b, l: noncentral_beta_of(a, b, l, lambda x: x / (1 - x), lambda x: 1 / (x * (1 - x)), 1.0),
+                        [(2.0, 3.0, 4.0), (0.3, 0.2, 1.0), (300.0, 0.9, 50.0), (0.5, 40.0, 400.0)]),
+    "noncentral chi-square": (noncentral_chi_square, [(3.0, 5.0), (0.7, 100.0), (200.0, 1e3), (2.0, 1e-3)]),
+    "noncentral F": (lambda m, n, l: noncentral_beta_of(mpf(m) / 2, mpf(n) / 2, l, lambda x: m * x / mpf(n), lambda x: 1 / x,
+                                                             INF),
+                     [(5.0, 40.0, 3.0), (1.0, 1.0, 10.0), (0.3, 40.0, 100.0), (300.0, 7.5, 400.0)]),
+    "noncentral t": (noncentral_t, [(40.0, 1.5), (1.0, -3.0), (0.3, 6.0), (200.0, 8.0)]),
     "normal": (lambda m, s: normal_of(z_of(m, s)), [(0.0, 1.0), (-3.7, 0.01), (1e6, 7.7)]),
     "Pareto": (lambda a, s: Reference(lambda x: 1 - power(x / s, -mpf(a)), s), [(40.0, 2.0), (0.7, 1.0), (1e5, 1e-5)]),
     "Pearson III": (lambda a, s, m: gamma_power(a, 1, s, m), [(2.5, 3.0, 1.0), (0.2, 1.0, 0.0), (300.0, 1e-2, -50.0)]),
@@ -292,13 +470,20 @@ CONTINUOUS = {
     "reciprocal": (lambda a, b: Reference(lambda x: mp.log(x / a) / mp.log(b / mpf(a)), a, b,
                                           lambda x: 1 / (x * mp.log(b / mpf(a)))),
                    [(1.0, 10.0), (1e-200, 1e200), (1.0, 1.0001)]),
+    "Rice": (rice, [(2.0, 1.5), (0.0, 1.0), (30.0, 1.0), (1.0, 100.0)]),
+    "skew normal": (skew_normal, [(1.0, 2.0, 3.0), (0.0, 1.0, -0.5), (-3.7, 0.01, 50.0)]),
     "Student": (student, [(11.0,), (1.0,), (0.3,), (300.0,)]),
+    "studentized range": (studentized_range_of_two, [(2.0, 40.0), (2.0, 1.0), (2.0, 1e17), (2.0, 300.0)]),
     "three-parameter lognormal": (lambda m, s, t: normal_of(lambda x: (mp.log(x - mpf(t)) - m) / s, t),
                                   [(0.5, 0.3, 1.0), (0.0, 5.0, -2.0), (-10.0, 0.01, 1e-5)]),
     "three-parameter Weibull": (weibull, [(2.5, 2.0, 1.0), (0.5, 1.0, 0.0), (33.3, 1e-3, -10.0)]),
     "triangular": (triangular, [(0.0, 0.3, 1.0), (-5.0, -5.0, 2.0), (-3.0, 0.0, 0.0), (1e6, 1e6 + 1, 1e6 + 5)]),
+    "truncated normal": (truncated_normal, [(0.5, 2.0, -1.0, 3.0), (0.0, 1.0, -1e300, 1e300), (0.0, 1.0, 1000.0, 1e300),
+                                            (3.0, 0.5, -1.0, 0.0), (0.0, 1.0, 5.0, 5.001)]),
     "uniform": (lambda a, b: Reference(lambda x: (x - mpf(a)) / (mpf(b) - a), a, b, lambda x: 1 / (mpf(b) - a)),
                 [(0.0, 1.0), (-3.0, 0.0), (1e5, 1e5 + 2)]),
+    "von Mises": (von_mises, [(0.0, 1.0), (1.5, 700.0), (-3.0, 0.0), (100.0, 30.0)]),
+    "Wald": (lambda s: inverse_gaussian(1.0, s), [(2.5,), (0.01,), (500.0,)]),
     "Weibull": (weibull, [(1.5, 2.0), (0.1, 1.0), (400.0, 1e-3)]),
     "Wigner semicircle": (lambda r: beta(mpf(3) / 2, mpf(3) / 2, -r, r), [(1.0,), (1e-9,), (2.7e8,)]),
 }

@@ -46,6 +46,9 @@ def quantile(of, p, upper):
 
     low, high = to_order(float(max(of.low, -1e308))), to_order(float(min(of.high, 1e308)))
     at_low, at_high, turn = beyond(from_order(low)), beyond(from_order(high)), 0
+    # The end of a support that is no double may lie beyond the nearest double.
+    if at_low >= 0 or at_high <= 0:
+        return mpf(from_order(low if at_low >= 0 else high))
     while high - low > 1:
         middle, turn = (low + high) // 2, turn + 1
         if turn % 3 != 0 and -3000 < at_low < 0 < at_high < 3000:
@@ -159,7 +162,7 @@ def discrete_moments_line(of):
     return ",".join(["m", *(mp.nstr(mpf(v), 14) for v in values)])
 
 
-NO_MOMENTS = {"Cauchy", "half-Cauchy", "Levy", "Student", "triangular"}
+NO_MOMENTS = {"Cauchy", "half-Cauchy", "Levy", "location-scale Student", "Student", "triangular"}
 
 
 def record(name, of_parameters, parameter_sets, lines_of, moments_of):
