@@ -159,7 +159,24 @@ class Fitting {
     const Estimator estimator(likelihood_, method_, estimate.parameters);
     if (sample_.distinct() > kThinned) estimate = estimator.From(StartAt(estimate.parameters));
     std::vector<double> errors = estimator.Finish(estimate);
+    TakeClosedForm(estimate);
     return Finished(estimate, std::move(errors));
+  }
+
+  /// A start that is as likely as what the search has found is the maximum in closed form, and has
+  /// all digits.
+  void TakeClosedForm(Estimate& estimate) const {
+    constexpr double kRounding = 1e-14;
+    for (const std::vector<double>& parameters : TableStarts()) {
+      Estimate start = StartAt(parameters);
+      start.log_likelihood = likelihood_(start.parameters);
+      if (start.log_likelihood <
+          estimate.log_likelihood - kRounding * std::fabs(estimate.log_likelihood))
+        continue;
+      estimate.parameters = std::move(start.parameters);
+      estimate.log_likelihood = start.log_likelihood;
+      return;
+    }
   }
 
   Fit Finished(const Estimate& estimate, std::vector<double> errors) const {

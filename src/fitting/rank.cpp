@@ -6,6 +6,14 @@
 #include "fitting/sample.h"
 
 namespace DistLib {
+namespace {
+
+/// Whether the density is a sum so long that its search would take longer than all others.
+bool TakesLong(const Description& description) {
+  return &description == &kNoncentralF || &description == &kNoncentralBeta;
+}
+
+}  // namespace
 
 std::vector<RankedFit> RankFits(std::span<const double> values, const Cancelled& cancelled) {
   const Sample sample(values);
@@ -15,6 +23,10 @@ std::vector<RankedFit> RankFits(std::span<const double> values, const Cancelled&
   for (const Description* description : Distributions()) {
     if (description->kind == Kind::kDiscrete && !sample.OnlyWhole()) continue;
     ranked.push_back({description, {}, {}});
+    if (TakesLong(*description)) {
+      ranked.back().why_not = "its fit takes long; ask for it by name";
+      continue;
+    }
     try {
       ranked.back().fit = FitDistribution(*description, values, {}, cancelled);
     } catch (const FitCancelled&) {

@@ -15,8 +15,8 @@ struct RankedFit {
 
 /// Fits all distributions of the list, the best Akaike criterion first; those without a fit are the
 /// last, by name. A sample with fractions has continuous distributions only, one of whole numbers
-/// both kinds: a density over classes of width 1 compares with a probability. Throws FitError if
-/// the sample itself is at fault.
+/// both kinds: a density over classes of width 1 compares with a probability. Noncentral beta and F
+/// are not tried, since they take seconds. Throws FitError if the sample itself is at fault.
 std::vector<RankedFit> RankFits(std::span<const double> values, const Cancelled& cancelled = {});
 
 }  // namespace DistLib
