@@ -64,7 +64,7 @@ Estimator::Estimator(const LogLikelihood& likelihood, const Method& method,
 }
 
 /// True if the parameter is this end of the support.
-bool Estimator::AreEnds(std::span<const double> parameters, std::size_t i, bool lower) const {
+bool Estimator::IsEnd(std::span<const double> parameters, std::size_t i, bool lower) const {
   const auto distribution = likelihood_.Distribution(parameters);
   return distribution &&
          parameters[i] == (lower ? distribution->Lowest() : distribution->Highest());
@@ -76,11 +76,11 @@ void Estimator::FindEnds(std::span<const double> start) {
   std::vector<double> moved(start.begin(), start.end());
   for (std::size_t i = 0; i < start.size(); ++i) {
     for (const bool lower : {true, false}) {
-      if (!AreEnds(start, i, lower)) continue;
+      if (!IsEnd(start, i, lower)) continue;
       const double room = std::min(sample.largest() - sample.smallest(), 1 + std::fabs(start[i]));
       moved[i] = start[i] + (lower ? -1 : 1) * 1e-3 * room;
       if (scales_[i].low() >= moved[i]) moved[i] = (scales_[i].low() + start[i]) / 2;
-      if (AreEnds(moved, i, lower)) {
+      if (IsEnd(moved, i, lower)) {
         scales_[i] = lower ? Scale(scales_[i].low(), std::min(scales_[i].high(), sample.smallest()))
                            : Scale(std::max(scales_[i].low(), sample.largest()), scales_[i].high());
       }
@@ -147,7 +147,7 @@ bool Estimator::MoveToValue(Estimate& estimate, std::size_t i) const {
     const std::ptrdiff_t to = std::min(centre + kWindow, last);
     for (std::ptrdiff_t k = from; k <= to; ++k) {
       std::vector<double> parameters = estimate.parameters;
-      parameters[i] = values[Index(static_cast<int>(k))];
+      parameters[i] = values[static_cast<std::size_t>(k)];
       const double value = likelihood_(parameters);
       if (!(value > best)) continue;
       best = value;
@@ -159,7 +159,7 @@ bool Estimator::MoveToValue(Estimate& estimate, std::size_t i) const {
     }
   }
   if (found < 0) return false;
-  estimate.parameters[i] = values[Index(static_cast<int>(found))];
+  estimate.parameters[i] = values[static_cast<std::size_t>(found)];
   estimate.log_likelihood = std::max(best, estimate.log_likelihood);
   return true;
 }

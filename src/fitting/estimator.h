@@ -32,7 +32,7 @@ class Estimator {
 
  private:
   void FindEnds(std::span<const double> start);
-  bool AreEnds(std::span<const double> parameters, std::size_t i, bool lower) const;
+  bool IsEnd(std::span<const double> parameters, std::size_t i, bool lower) const;
   void Search(Estimate& estimate) const;
   void SearchWithEnds(Estimate& estimate) const;
   bool PinAtEnds(Estimate& estimate) const;

@@ -51,7 +51,8 @@ using Cancelled = std::function<bool()>;
 /// the ends of the discrete uniform. Parameters that the sample cannot tell from others have their
 /// defaults unless they are fixed: the scale of Johnson SL and the weight of PERT. Where the
 /// likelihood is unbounded, as for a three-parameter Weibull with its location next to the smallest
-/// value, the fit is the greatest local maximum that was found inside, or an error.
+/// value, the fit is a local maximum inside, the one that the most likely start leads to. Without
+/// one there is an error.
 Fit FitDistribution(const Description& description, std::span<const double> values,
                     FixedParameters fixed = {}, const Cancelled& cancelled = {});
 
