@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-#include "companions/pdflib/distributions/studentized_range.h"
+#include "distributions/studentized_range.h"
 #include "ratios.h"
 
 namespace zavrel::bench {

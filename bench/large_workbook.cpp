@@ -84,7 +84,7 @@ void MeasureMemory(const fs::path& book, const fs::path& target) {
   const double loaded = PeakMegabytes();
   engine->Recalculate();
   const double calculated = PeakMegabytes();
-  engine->CloseAddIn();  // as the program does before it writes
+  engine->CloseAddIns();  // as the program does before it writes
   zavhost::WriteXlsx(book, target, engine->workbook(), {.cells = FormulaCells(engine->workbook())});
   const double written = PeakMegabytes();
   InflateAndScan(book, &parts);

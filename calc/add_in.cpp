@@ -109,14 +109,16 @@ AddIn::AddIn() : workbook_(WorkbookWithOneSheet()), api_(*this, judge_, {}) {
   const auto folder =
       zavrel::PathOfModuleContaining(reinterpret_cast<const void*>(&MdCallBack12)).parent_path();
   Load(folder / ZAVCALC_ADD_IN);
+  Load(folder / ZAVCALC_DISTRIBUTIONS_ADD_IN);
 }
 
 void AddIn::Load(const std::filesystem::path& file) {
-  module_ = zavrel::Module::Load(file);
-  if (!module_) return;
-  api_.SetAddIn(&*module_, file);
-  if (CallExport("xlAutoOpen", {}) != 1) {
-    module_.reset();
+  std::optional<zavrel::Module> module = zavrel::Module::Load(file);
+  if (!module) return;
+  Opened& add_in = opened_.emplace_back(Opened{std::move(*module), {}});
+  add_in.loaded = {&add_in.module, file};
+  if (CallExport(add_in, "xlAutoOpen", {}) != 1) {
+    opened_.pop_back();
     return;
   }
   zavhost::MachineArguments announcement;
@@ -127,13 +129,14 @@ void AddIn::Load(const std::filesystem::path& file) {
   announcement.AddInteger(kEnglish);
   announcement.AddPointer(nullptr);  // its version
   announcement.AddPointer(nullptr);  // its help
-  CallExport("InitializeXlaInformationW", announcement);
+  CallExport(add_in, "InitializeXlaInformationW", announcement);
 }
 
-std::int32_t AddIn::CallExport(const char* name, const zavhost::MachineArguments& arguments) {
-  void* function = module_->FindExport(name);
+std::int32_t AddIn::CallExport(const Opened& add_in, const char* name,
+                               const zavhost::MachineArguments& arguments) {
+  void* function = add_in.module.FindExport(name);
   if (function == nullptr) return 0;
-  const zavhost::ExcelApi::Entry entry(api_, zavhost::CallContext::kCommand);
+  const zavhost::ExcelApi::Entry entry(api_, zavhost::CallContext::kCommand, add_in.loaded);
   return static_cast<std::int32_t>(arguments.CallForInteger(function));
 }
 
@@ -143,8 +146,7 @@ zavhost::AddInFunction* AddIn::Find(std::u16string_view name) {
   const auto& registry = api_.registry();
   const std::size_t index = registry.Find(name);
   if (index == zavhost::FunctionRegistry::npos) return nullptr;
-  const zavhost::RegistryEntry& entry = registry.entry(index);
-  zavhost::AddInFunction function(api_, block_, entry.type, entry.address);
+  zavhost::AddInFunction function(api_, block_, registry.entry(index));
   return &functions_.emplace(std::move(key), std::move(function)).first->second;
 }
 

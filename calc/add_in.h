@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <list>
 #include <mutex>
 #include <optional>
 #include <span>
@@ -19,7 +20,7 @@ namespace zavcalc {
 
 class AddIn : private zavhost::HostCells {
  public:
-  /// Loads the add-in in the folder of this component.
+  /// Loads the add-ins in the folder of this component.
   AddIn();
 
   /// Whether the function fills the range of its formula, from one row to the next.
@@ -36,8 +37,14 @@ class AddIn : private zavhost::HostCells {
   bool MeetsUncalculated(std::uint32_t, const zavhost::CellRange&) override { return false; }
   std::optional<zavhost::CallingCells> calling_cells() const override { return calling_; }
 
+  struct Opened {
+    zavrel::Module module;
+    zavhost::LoadedAddIn loaded;
+  };
+
   void Load(const std::filesystem::path& file);
-  std::int32_t CallExport(const char* name, const zavhost::MachineArguments& arguments);
+  std::int32_t CallExport(const Opened& add_in, const char* name,
+                          const zavhost::MachineArguments& arguments);
   zavhost::AddInFunction* Find(std::u16string_view name);
 
   std::mutex mutex_;
@@ -46,7 +53,7 @@ class AddIn : private zavhost::HostCells {
   zavhost::Judge judge_;
   zavhost::ExcelApi api_;
   zavhost::ArgumentBlock block_;
-  std::optional<zavrel::Module> module_;
+  std::list<Opened> opened_;
   std::unordered_map<std::u16string, zavhost::AddInFunction> functions_;
 };
 

@@ -26,6 +26,7 @@ function(zavrel_function_tables target data)
   set(tables ${CMAKE_CURRENT_BINARY_DIR}/${target}_tables.cpp)
   add_custom_command(OUTPUT ${tables}
     COMMAND ${PYTHON3} -B ${frame}/function_tables.py ${data} ${tables}
-    DEPENDS ${frame}/function_tables.py ${frame}/function_data.py ${data} VERBATIM)
+    DEPENDS ${frame}/function_tables.py ${frame}/function_data.py ${frame}/entry_points.json ${data}
+    VERBATIM)
   target_sources(${target} PRIVATE ${tables})
 endfunction()

@@ -28,6 +28,9 @@
  * cumulative probability is that value again. The discrete mean is the mean, as PDFLIB_MEAN gives
  * it, rounded to the next whole number, halves upwards; a continuous distribution has none.
  *
+ * Five functions have a distribution of their own. The others at the end serve the whole list of
+ * distributions: they find one by name, describe it, and evaluate arrays in one call.
+ *
  * The functions may be called from any thread, in any floating-point mode, which they leave as it
  * was. */
 #ifndef PDFLIB_H
@@ -51,7 +54,8 @@ enum {
   PDFLIB_CUMULATIVE = 3,
   PDFLIB_QUANTILE = 4,
   PDFLIB_UPPER_TAIL = 6, /* the probability of more than x */
-  PDFLIB_UPPER_QUANTILE = 7
+  PDFLIB_UPPER_QUANTILE = 7,
+  PDFLIB_LOG_DENSITY = 8 /* pdfEvaluate alone knows it */
 };
 
 enum {
@@ -71,8 +75,35 @@ enum {
   PDFLIB_UNKNOWN_REQUEST = 1, /* or the reserved word is not 0 */
   PDFLIB_NULL_POINTER = 2,
   PDFLIB_OUTSIDE_DOMAIN = 3, /* a parameter, the value or the probability */
-  PDFLIB_NO_VALUE = 4        /* infinite, beyond the doubles, or the computation did not converge */
+  PDFLIB_NO_VALUE = 4,       /* infinite, beyond the doubles, or the computation did not converge */
+  PDFLIB_NO_SUCH_DISTRIBUTION = 5,
+  PDFLIB_WRONG_COUNT = 6 /* too many parameters, or too few, or a negative count */
 };
+
+/* The values that a parameter may have. */
+typedef struct pdfParameter {
+  const char* name;
+  const char* domain; /* for people: "must be greater than 0" */
+  double low;         /* an infinite end bounds nothing */
+  double high;
+  int16_t with_low; /* 1: the end itself is a value */
+  int16_t with_high;
+  int16_t whole;       /* 1: only whole numbers are */
+  int16_t has_default; /* 1: it may be left out; those with defaults are the last */
+  double by_default;
+} pdfParameter;
+
+/* A distribution as data; texts are UTF-8. */
+typedef struct pdfDescription {
+  const char* name;
+  const char* other_names; /* divided by ", " */
+  const pdfParameter* parameters;
+  int32_t parameter_count;
+  int32_t is_discrete;
+  const char* support;
+  const char* formula; /* of the cumulative probability or the density */
+  const char* source;
+} pdfDescription;
 
 #ifdef __cplusplus
 extern "C" {
@@ -97,6 +128,36 @@ PDFLIB_FUNCTION int16_t pdfF(int16_t request, int16_t reserved, double df1, doub
  * below. */
 PDFLIB_FUNCTION int16_t pdfBinomial(int16_t request, int16_t reserved, int32_t n, double p,
                                     double x, double* results, int16_t* status, void* further);
+
+/* The number of distributions in the list. */
+PDFLIB_FUNCTION int32_t pdfCount(void);
+/* The place in the list, from 0, of the distribution with this name or other name; -1 if there is
+ * none. Letter case, blanks, hyphens and underscores do not matter. Places may change from one
+ * version of the library to the next, names do not. */
+PDFLIB_FUNCTION int32_t pdfFind(const char* name);
+/* The description of the distribution at a place, which lasts as long as the library is loaded;
+ * null if there is none. */
+PDFLIB_FUNCTION const pdfDescription* pdfDescribe(int32_t distribution);
+/* What is wrong with the parameters, as a text for people such as "shape must be greater than 0, is
+ * -2"; empty if nothing is. At most `room` bytes are written, the last of them 0. */
+PDFLIB_FUNCTION int16_t pdfProblem(int32_t distribution, const double* parameters,
+                                   int32_t parameter_count, char* text, int32_t room);
+/* The request for each of `count` values or probabilities x, into results. A value for which there
+ * is none becomes a not-a-number, with its code in status, which may be null. Parameters at the end
+ * that have defaults may be left out. Returns a code other than PDFLIB_OK, with nothing written, if
+ * the distribution, the request, a parameter or a count is at fault. x and results may be the same
+ * array. */
+PDFLIB_FUNCTION int16_t pdfEvaluate(int32_t distribution, int16_t request, const double* parameters,
+                                    int32_t parameter_count, const double* x, double* results,
+                                    int16_t* status, int64_t count);
+/* The moments, as by the request PDFLIB_MOMENTS. */
+PDFLIB_FUNCTION int16_t pdfMoments(int32_t distribution, const double* parameters,
+                                   int32_t parameter_count, double* results, int16_t* status);
+/* `count` random values; the same for the same seed. One beyond the doubles becomes a not-a-number.
+ */
+PDFLIB_FUNCTION int16_t pdfRandom(int32_t distribution, const double* parameters,
+                                  int32_t parameter_count, uint32_t seed, double* results,
+                                  int64_t count);
 
 #ifdef __cplusplus
 }

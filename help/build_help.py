@@ -5,15 +5,18 @@
     build_help.py html FOLDER            HTML pages, in a folder for each language
     build_help.py compiled FOLDER        compiled help; needs chmcmd, 7z and unshare
     build_help.py intellisense FOLDER    help while typing
+    build_help.py distributions ZAVHOST [--check]    the source of the list of distributions, from the program
 
 The English compiled help and help while typing go to FOLDER, those of other languages to FOLDER/help/LANGUAGE.
 """
 
 import argparse
+import json
 import pathlib
+import subprocess
 import sys
 
-from tools import compiled_help, html_pages, intellisense, languages, markdown_pages
+from tools import compiled_help, distribution_list, html_pages, intellisense, languages, markdown_pages, registration
 
 
 def markdown(check):
@@ -37,12 +40,24 @@ def place(folder, name):
 
 def write_intellisense(folder):
     for name in languages.NAMES:
-        html_pages.write({intellisense.FILE: intellisense.make(name)}, place(folder, name))
+        files = {intellisense.file_name(add_in): intellisense.make(add_in, name) for add_in in registration.ADD_INS}
+        html_pages.write(files, place(folder, name))
+
+
+def distributions(program, check):
+    run = subprocess.run([program, "distributions", "--json"], check=True, capture_output=True, text=True,
+                         encoding="utf-8")
+    for language in registration.LANGUAGES:
+        file, text = distribution_list.file(language), distribution_list.make(json.loads(run.stdout), language)
+        if not check:
+            file.write_text(text, encoding="utf-8")
+        elif not file.exists() or file.read_text(encoding="utf-8") != text:
+            sys.exit(f"{file} is out of date (run ./dev docs)")
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("what", choices=["markdown", "html", "compiled", "intellisense"])
+    parser.add_argument("what", choices=["markdown", "html", "compiled", "intellisense", "distributions"])
     parser.add_argument("folder", nargs="?", type=pathlib.Path)
     parser.add_argument("--check", action="store_true")
     arguments = parser.parse_args()
@@ -52,6 +67,8 @@ def main():
         parser.error("a folder is missing")
     if arguments.what == "html":
         html_pages.build(arguments.folder)
+    elif arguments.what == "distributions":
+        distributions(arguments.folder, arguments.check)
     elif arguments.what == "compiled":
         for name in languages.NAMES:
             compiled_help.build(name, place(arguments.folder, name))

@@ -24,6 +24,7 @@ ${UnStrLoc}
 
 !define PRODUCT "Zavrel Functions"
 !define ADD_IN "ZavrelFuncs8_x64.xll"
+!define DISTRIBUTIONS "ZavrelDistributions8_x64.xll"
 !define COMPANION_NAME "ZavrelCompanion.xlam"
 !define COMPANION "macro\${COMPANION_NAME}"
 !define STAGED_COMPANION "${STAGE}/macro/${COMPANION_NAME}"
@@ -76,7 +77,7 @@ ${TEXT} InUse "${PRODUCT} is in use. Close Excel and try again." \
 ${TEXT} NotWritten "A file could not be written; nothing was registered with Excel." \
   "Eine Datei konnte nicht geschrieben werden; in Excel wurde nichts eingetragen."
 
-${TEXT} MainSection "Add-in and ZavHost" "Add-in und ZavHost"
+${TEXT} MainSection "Add-ins and ZavHost" "Add-ins und ZavHost"
 ${TEXT} MainDescription "The functions for Excel, the program ZavHost, help, examples and documents." \
   "Die Funktionen für Excel, das Programm ZavHost, Hilfe, Beispiele und Dokumente."
 ${TEXT} CompanionSection "Companion workbook" "Begleit-Arbeitsmappe"
@@ -305,11 +306,15 @@ FunctionEnd
   Call ${FUNCTION}
 !macroend
 
-; Ends the installer if a program uses the add-in in FOLDER, so that it cannot be replaced.
+; Ends the installer if a program uses the add-ins in FOLDER, so that they cannot be replaced.
 !macro EndWhenInUse FOLDER
-  ${If} ${FileExists} "${FOLDER}\${ADD_IN}"
+  !insertmacro EndWhenFileInUse "${FOLDER}\${ADD_IN}"
+  !insertmacro EndWhenFileInUse "${FOLDER}\${DISTRIBUTIONS}"
+!macroend
+!macro EndWhenFileInUse FILE
+  ${If} ${FileExists} "${FILE}"
     ClearErrors
-    FileOpen $0 "${FOLDER}\${ADD_IN}" a
+    FileOpen $0 "${FILE}" a
     ${If} ${Errors}
       MessageBox MB_OK|MB_ICONEXCLAMATION "$(InUse)" /SD IDOK
       SetErrorLevel 3
@@ -330,6 +335,9 @@ Section "$(MainSection)" MainId
   ${If} $R8 != ""
     !insertmacro EndWhenInUse $R8
     StrCpy $R3 "${ADD_IN}"
+    StrCpy $R0 "$R8\$R3"
+    !insertmacro ForEveryExcel RememberState
+    StrCpy $R3 "${DISTRIBUTIONS}"
     StrCpy $R0 "$R8\$R3"
     !insertmacro ForEveryExcel RememberState
     StrCpy $R3 "${COMPANION}"
@@ -371,6 +379,12 @@ Section "$(MainSection)" MainId
   StrCpy $R0 "$INSTDIR\$R3"
   StrCpy $R1 '/R "$R0"'
   !insertmacro ForEveryExcel RegisterWithExcel
+!if /FileExists "${STAGE}/${DISTRIBUTIONS}"
+  StrCpy $R3 "${DISTRIBUTIONS}"
+  StrCpy $R0 "$INSTDIR\$R3"
+  StrCpy $R1 '/R "$R0"'
+  !insertmacro ForEveryExcel RegisterWithExcel
+!endif
 !if /FileExists "${STAGED_COMPANION}"
   StrCpy $R3 "${COMPANION}"
   StrCpy $R0 "$INSTDIR\$R3"
@@ -460,6 +474,8 @@ Section "Uninstall"
   ${GetOptions} $0 "/UPGRADE" $1
   ${If} ${Errors}
     StrCpy $R0 "$INSTDIR\${ADD_IN}"
+    !insertmacro ForEveryExcel un.UnregisterFromExcel
+    StrCpy $R0 "$INSTDIR\${DISTRIBUTIONS}"
     !insertmacro ForEveryExcel un.UnregisterFromExcel
     StrCpy $R0 "$INSTDIR\${COMPANION}"
     !insertmacro ForEveryExcel un.UnregisterFromExcel

@@ -1,10 +1,9 @@
-"""Help while typing: the file that the Excel-DNA community's IntelliSense server reads in the add-in's folder."""
+"""Help while typing: the files that the Excel-DNA community's IntelliSense server reads in the add-ins' folder."""
 
 import xml.etree.ElementTree as tree
 
-from . import compiled_help, pages
+from . import compiled_help, pages, registration
 
-FILE = "ZavrelFuncs8_x64.xll.intellisense.xml"
 _NAMESPACE = "http://schemas.excel-dna.net/intellisense/1.0"
 
 
@@ -16,11 +15,18 @@ def _arguments(page, language):
             yield next(names), text.replace("`", "")
 
 
-def make(language):
+def file_name(add_in):
+    return f"{add_in}_x64.xll.intellisense.xml"
+
+
+def make(add_in, language):
+    known = set(registration.functions_of(add_in))
     root = tree.Element("IntelliSense", xmlns=_NAMESPACE)
     info = tree.SubElement(root, "FunctionInfo")
     for name, page in pages.pages_in(language).items():
         function = page.function
+        if function not in known:
+            continue
         attributes = {"Name": name, "Description": page.summary(language).replace("`", "")}
         if function.topic is not None:
             attributes["HelpTopic"] = f"{compiled_help.file_name(language)}!{function.topic}"

@@ -1,4 +1,4 @@
-"""The registered worksheet functions with their texts, from the add-in's functions.json and the message files."""
+"""The registered worksheet functions with their texts, from the add-ins' functions.json and the message files."""
 
 import functools
 import pathlib
@@ -14,11 +14,17 @@ Function = function_data.Function
 TEXTS = ROOT / "companions/messages/texts"
 LANGUAGES = sorted(file.stem for file in TEXTS.glob("*.txt"))
 FIRST_CATEGORY = 400
+# The folders of their functions, by the names of their files.
+ADD_INS = {"ZavrelFuncs8": "functions", "ZavrelDistributions8": "distribution_functions"}
 
 
 @functools.cache
+def functions_of(add_in):
+    return function_data.read(ROOT / "src" / ADD_INS[add_in] / "functions.json").functions
+
+
 def functions():
-    return function_data.read(ROOT / "src/functions/functions.json").functions
+    return [function for add_in in ADD_INS for function in functions_of(add_in)]
 
 
 @functools.cache

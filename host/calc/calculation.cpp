@@ -112,10 +112,7 @@ CallableFunction* Calculation::FindFunction(std::u16string_view name) {
   if (index == FunctionRegistry::npos) return nullptr;
   functions_.resize(registry.functions().size());
   std::unique_ptr<AddInFunction>& function = functions_[index];
-  if (!function) {
-    const RegistryEntry& entry = registry.entry(index);
-    function = std::make_unique<AddInFunction>(api_, block_, entry.type, entry.address);
-  }
+  if (!function) function = std::make_unique<AddInFunction>(api_, block_, registry.entry(index));
   return function.get();
 }
 

@@ -2,6 +2,8 @@
 
 #include <chrono>
 #include <ctime>
+#include <list>
+#include <utility>
 
 #include "host/calc/calculation.h"
 #include "host/calc/formula_text.h"
@@ -59,17 +61,26 @@ class Engine::State {
     calculation.Begin(options.now.value_or(LocalNow(workbook.date1904)), options.random_seed);
   }
 
-  void* FindExport(const std::string& name) const {
-    void* found = module ? module->FindExport(name.c_str()) : nullptr;
-    if (found == nullptr)
-      throw WorkbookError("the add-in " + Utf8FromPath(file.filename()) + " has no export " + name);
-    return found;
+  struct AddIn {
+    zavrel::Module module;
+    LoadedAddIn loaded;
+    bool is_open = false;
+  };
+
+  void CallInAll(const std::string& name, const MachineArguments& arguments) {
+    if (add_ins.empty()) throw WorkbookError("there is no add-in");
+    for (const AddIn& add_in : add_ins) CallCommand(add_in, name, arguments);
   }
 
-  std::int32_t CallCommand(void* function, const MachineArguments& arguments) {
+  std::int32_t CallCommand(const AddIn& add_in, const std::string& name,
+                           const MachineArguments& arguments) {
+    void* const function = add_in.module.FindExport(name.c_str());
+    if (function == nullptr)
+      throw WorkbookError("the add-in " + Utf8FromPath(add_in.loaded.file.filename()) +
+                          " has no export " + name);
     judge.SetPlace({}, {});
     try {
-      const ExcelApi::Entry entry(api(), CallContext::kCommand);
+      const ExcelApi::Entry entry(api(), CallContext::kCommand, add_in.loaded);
       return static_cast<std::int32_t>(arguments.CallForInteger(function));
     } catch (...) {
       judge.Report(ViolationKind::kCrash, "an exception left an entry point");
@@ -77,18 +88,32 @@ class Engine::State {
     }
   }
 
-  void Close() {
-    if (!is_open) return;
-    is_open = false;
-    if (void* close = module->FindExport("xlAutoClose")) CallCommand(close, {});
+  /// Throws if it did not open; it is closed then.
+  void Open(AddIn& add_in, const std::filesystem::path& file) {
+    if (add_in.module.FindExport("xlAutoOpen") == nullptr)
+      throw WorkbookError(Utf8FromPath(file) + " is not an add-in: it has no export xlAutoOpen");
+    add_in.is_open = true;
+    if (CallCommand(add_in, "xlAutoOpen", {}) == 1) return;
+    Close(add_in);
+    throw WorkbookError("the add-in " + Utf8FromPath(file) + " did not open (xlAutoOpen failed)");
+  }
+
+  void Close(AddIn& add_in) {
+    if (!std::exchange(add_in.is_open, false)) return;
+    if (add_in.module.FindExport("xlAutoClose") != nullptr) CallCommand(add_in, "xlAutoClose", {});
+  }
+
+  void CloseAll() {
+    if (add_ins.empty()) return;
+    for (AddIn& add_in : add_ins) Close(add_in);
     judge.SetPlace({}, {});
     api().memory().ReportHeld();
     api().registry().Clear();
   }
 
   void Unload() {
-    api().SetAddIn(nullptr, {});
-    module.reset();
+    api().ForgetAddIns();
+    add_ins.clear();
     call_library.reset();
     EndCrashGuard(judge);
   }
@@ -98,16 +123,14 @@ class Engine::State {
   Judge judge;
   Calculation calculation;
   std::optional<zavrel::Module> call_library;
-  std::optional<zavrel::Module> module;
-  std::filesystem::path file;
-  bool is_open = false;
+  std::list<AddIn> add_ins;
 };
 
 Engine::Engine(Workbook workbook, EngineOptions options)
     : state_(std::make_unique<State>(std::move(workbook), std::move(options))) {}
 
 Engine::~Engine() {
-  state_->Close();
+  state_->CloseAll();
   state_->Unload();
 }
 
@@ -122,24 +145,24 @@ const std::vector<std::string>& Engine::refused_registrations() const {
 
 void Engine::LoadAddIn(const std::filesystem::path& file) {
   State& state = *state_;
-  state.Close();
   if (!state.options.call_library.empty() && !state.call_library)
     state.call_library = Load(state.options.call_library);
   GuardAgainstCrashes(state.judge);
+  const std::filesystem::path full_path = std::filesystem::absolute(file);
+  // One that is not unloaded opens again.
+  state.add_ins.remove_if([&](State::AddIn& known) {
+    const bool same = known.loaded.file == full_path;
+    if (same) state.Close(known);
+    return same;
+  });
   // An add-in may look up the callback while it is loaded, but must not call it yet.
-  state.module = Load(file);
-  state.file = file;
-  state.api().SetAddIn(&*state.module, std::filesystem::absolute(file));
-  void* open = state.module->FindExport("xlAutoOpen");
-  if (open == nullptr) {
-    state.Unload();
-    throw WorkbookError(Utf8FromPath(file) + " is not an add-in: it has no export xlAutoOpen");
-  }
-  state.is_open = true;
-  if (state.CallCommand(open, {}) != 1) {
-    state.Close();
-    state.Unload();
-    throw WorkbookError("the add-in " + Utf8FromPath(file) + " did not open (xlAutoOpen failed)");
+  State::AddIn& add_in = state.add_ins.emplace_back(Load(file));
+  add_in.loaded = {&add_in.module, full_path};
+  try {
+    state.Open(add_in, file);
+  } catch (...) {
+    state.add_ins.pop_back();
+    throw;
   }
 }
 
@@ -152,17 +175,17 @@ void Engine::Announce(std::uint16_t id) {
   arguments.AddInteger(state_->options.language);
   arguments.AddPointer(nullptr);  // its version
   arguments.AddPointer(nullptr);  // its help
-  state_->CallCommand(state_->FindExport("InitializeXlaInformationW"), arguments);
+  state_->CallInAll("InitializeXlaInformationW", arguments);
 }
 
 void Engine::Withdraw(std::uint16_t id) {
   MachineArguments arguments;
   arguments.AddInteger(id);
-  state_->CallCommand(state_->FindExport("UninitializeXlaInformation"), arguments);
+  state_->CallInAll("UninitializeXlaInformation", arguments);
 }
 
-void Engine::CloseAddIn(bool unload) {
-  state_->Close();
+void Engine::CloseAddIns(bool unload) {
+  state_->CloseAll();
   if (unload) state_->Unload();
 }
 

@@ -1,5 +1,5 @@
 #pragma once
-// The host's engine: a workbook, an add-in and the recalculation of the formulas that use it.
+// The host's engine: a workbook, add-ins and the recalculation of its formulas.
 
 #include <cstdint>
 #include <filesystem>
@@ -75,15 +75,17 @@ class Engine {
 
   Workbook& workbook();
 
-  /// Loads and opens an add-in (xlAutoOpen). Throws WorkbookError with one clear line.
+  /// Loads and opens an add-in (xlAutoOpen), beside those that are open. Throws WorkbookError with
+  /// one clear line.
   void LoadAddIn(const std::filesystem::path& file);
-  /// Announces companion application `id` with wide texts and null automation objects.
+  /// Announces companion application `id` to all of them, with wide texts and null automation
+  /// objects.
   void Announce(std::uint16_t id);
   /// Withdraws it, as a companion does when it closes.
   void Withdraw(std::uint16_t id);
-  /// Closes the add-in (xlAutoClose) and, with `unload`, unloads the module. The judge then reports
-  /// the values that the add-in still holds.
-  void CloseAddIn(bool unload = true);
+  /// Closes the add-ins (xlAutoClose) and, with `unload`, unloads their modules. The judge then
+  /// reports the values that they still hold.
+  void CloseAddIns(bool unload = true);
 
   const std::vector<RegisteredFunction>& functions() const;
   /// Registrations that failed (#VALUE!) and the reasons; one line each.

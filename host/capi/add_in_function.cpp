@@ -3,8 +3,13 @@
 #include "host/capi/excel_record.h"
 
 namespace zavhost {
-AddInFunction::AddInFunction(ExcelApi& api, ArgumentBlock& block, TypeText type, void* address)
-    : api_(api), block_(block), type_(std::move(type)), address_(address) {}
+
+AddInFunction::AddInFunction(ExcelApi& api, ArgumentBlock& block, const RegistryEntry& entry)
+    : api_(api),
+      block_(block),
+      type_(entry.type),
+      address_(entry.address),
+      add_in_(*entry.add_in) {}
 
 bool AddInFunction::TakesReference(std::size_t index) const {
   return index < type_.arguments.size() && type_.arguments[index] == TypeLetter::kValueOrReference;
@@ -26,7 +31,7 @@ Operand AddInFunction::Call(std::span<const Operand> arguments) {
   Operand result;
   bool met_uncalculated = false;
   {
-    const ExcelApi::Entry entry(api_, context);
+    const ExcelApi::Entry entry(api_, context, add_in_);
     result = CallMachineCode(block_.machine_arguments());
     met_uncalculated = api_.met_uncalculated();
   }

@@ -14,7 +14,7 @@ namespace zavhost {
 class AddInFunction : public CallableFunction {
  public:
   /// Functions may share a `block` unless they are called within each other.
-  AddInFunction(ExcelApi& api, ArgumentBlock& block, TypeText type, void* address);
+  AddInFunction(ExcelApi& api, ArgumentBlock& block, const RegistryEntry& entry);
 
   bool TakesReference(std::size_t index) const override;
   bool TakesArray(std::size_t index) const override;
@@ -37,6 +37,7 @@ class AddInFunction : public CallableFunction {
   ArgumentBlock& block_;
   TypeText type_;
   void* address_;
+  const LoadedAddIn& add_in_;
 };
 
 }  // namespace zavhost

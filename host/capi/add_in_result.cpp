@@ -137,8 +137,7 @@ void AddInFunction::ReleaseRecord(XLOPER12* record) {
     }
   }
   if ((record->xltype & xlbitDLLFree) == 0) return;
-  void* free_function =
-      api_.module() == nullptr ? nullptr : api_.module()->FindExport("xlAutoFree12");
+  void* free_function = add_in_.module->FindExport("xlAutoFree12");
   if (free_function == nullptr) {
     api_.judge().Report(ViolationKind::kMalformedResult,
                         "a value for the add-in to free was returned, and xlAutoFree12 is missing");

@@ -78,12 +78,6 @@ ExcelApi::~ExcelApi() {
   if (ActiveApi() == this) SetActiveApi(nullptr);
 }
 
-void ExcelApi::SetAddIn(const zavrel::Module* module, std::filesystem::path file) {
-  module_ = module;
-  file_ = std::move(file);
-  refused_.clear();
-}
-
 std::uint32_t ExcelApi::current_sheet() const {
   const std::optional<CallingCells> calling = cells_.calling_cells();
   return calling ? calling->sheet : 0;
@@ -91,16 +85,17 @@ std::uint32_t ExcelApi::current_sheet() const {
 
 // Entering and leaving the add-in.
 
-ExcelApi::Entry::Entry(ExcelApi& api, CallContext context)
+ExcelApi::Entry::Entry(ExcelApi& api, CallContext context, const LoadedAddIn& add_in)
     : api_(api), outer_context_(api.context_) {
   api_.JudgeReturn();  // for what was called outside any entry
   api_.context_ = context;
+  api_.add_in_ = &add_in;
   api_.thread_ = std::this_thread::get_id();
   api_.met_uncalculated_ = false;
   SetActiveApi(&api_);
 }
 
-// The API stays active: later calls that the add-in makes on its own are attributed to it.
+// API and add-in stay active: later calls that the add-in makes on its own are attributed to them.
 ExcelApi::Entry::~Entry() {
   api_.JudgeReturn();
   api_.context_ = outer_context_;
@@ -236,8 +231,8 @@ int ExcelApi::Dispatch(int function, const Arguments& arguments, XLOPER12& resul
     case xlGetHwnd:  // there is no window
       return GiveInteger(0, result);
     case xlGetName:
-      if (module_ == nullptr) return xlretFailed;
-      GiveText(zavrel::Utf16FromPath(file_), result);
+      if (add_in_ == nullptr) return xlretFailed;
+      GiveText(zavrel::Utf16FromPath(add_in_->file), result);
       return xlretSuccess;
     case xlfCaller:
       return Caller(result);

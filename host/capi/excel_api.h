@@ -14,7 +14,7 @@
 #include "host/capi/host_cells.h"
 #include "host/capi/host_memory.h"
 #include "host/capi/judge.h"
-#include "platform/module.h"
+#include "host/capi/loaded_add_in.h"
 
 namespace zavhost {
 
@@ -32,10 +32,6 @@ class ExcelApi {
   ExcelApi(const ExcelApi&) = delete;
   ExcelApi& operator=(const ExcelApi&) = delete;
 
-  /// The add-in whose functions can be registered, and its full path, which xlGetName returns.
-  /// Null: none.
-  void SetAddIn(const zavrel::Module* module, std::filesystem::path file);
-
   /// Performs a callback: judges the call and executes it. Returns the API's return code.
   int Call(int function, int count, XLOPER12** arguments, XLOPER12* result);
 
@@ -44,18 +40,22 @@ class ExcelApi {
   HostCells& cells() { return cells_; }
   Judge& judge() { return judge_; }
   const ExcelBehaviour& behaviour() const { return behaviour_; }
-  const zavrel::Module* module() const { return module_; }
   /// Registrations that were answered with #VALUE!, and the reasons.
   const std::vector<std::string>& refused_registrations() const { return refused_; }
+  /// The add-ins are unloaded.
+  void ForgetAddIns() {
+    refused_.clear();
+    add_in_ = nullptr;
+  }
   /// True if the current call of the add-in was told that a cell is not calculated yet.
   bool met_uncalculated() const { return met_uncalculated_; }
   std::uint32_t current_sheet() const;
 
-  /// The scope in which the host runs code of the add-in. Callbacks go to the API that entered
+  /// The scope in which the host runs code of an add-in. Callbacks go to the API that entered
   /// last. When the add-in returns, its message brackets must be closed.
   class Entry {
    public:
-    Entry(ExcelApi& api, CallContext context);
+    Entry(ExcelApi& api, CallContext context, const LoadedAddIn& add_in);
     ~Entry();
     Entry(const Entry&) = delete;
     Entry& operator=(const Entry&) = delete;
@@ -108,12 +108,11 @@ class ExcelApi {
   ExcelBehaviour behaviour_;
   HostMemory memory_;
   FunctionRegistry registry_;
-  const zavrel::Module* module_ = nullptr;
-  std::filesystem::path file_;
   std::vector<std::string> refused_;
 
   CallContext context_ = CallContext::kCommand;
-  const char* function_name_ = "";  // of the current call
+  const LoadedAddIn* add_in_ = nullptr;  // entered last
+  const char* function_name_ = "";       // of the current call
   bool messages_enabled_ = false;
   bool bracket_used_ = false;
   bool met_uncalculated_ = false;

@@ -17,7 +17,8 @@ double IdOf(std::int64_t number) {
 
 }  // namespace
 
-double FunctionRegistry::Add(RegisteredFunction function, TypeText type, void* address) {
+double FunctionRegistry::Add(RegisteredFunction function, TypeText type, void* address,
+                             const LoadedAddIn& add_in) {
   hidden_by_name_[LowerCase(function.name)] = function.macro_type == 0;
   ForgetLeft(function.name);
   for (std::size_t i = 0; i < entries_.size(); ++i) {
@@ -32,7 +33,7 @@ double FunctionRegistry::Add(RegisteredFunction function, TypeText type, void* a
   function.is_volatile = type.is_volatile;
   if (function.macro_type != 2) ids_by_name_[LowerCase(function.name)].push_back(id);
   functions_.push_back(std::move(function));
-  entries_.push_back({id, std::move(type), address, 1});
+  entries_.push_back({id, std::move(type), address, &add_in, 1});
   ++generation_;
   return id;
 }

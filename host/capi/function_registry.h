@@ -1,5 +1,5 @@
 #pragma once
-// The functions that the add-in has registered.
+// The functions that the add-ins have registered.
 
 #include <cstdint>
 #include <string>
@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "host/capi/loaded_add_in.h"
 #include "host/capi/registered_function.h"
 #include "host/capi/type_text.h"
 
@@ -16,6 +17,7 @@ struct RegistryEntry {
   double register_id = 0;
   TypeText type;
   void* address = nullptr;
+  const LoadedAddIn* add_in = nullptr;  // outlives the registration
   std::uint32_t use_count = 1;
 };
 
@@ -23,7 +25,7 @@ class FunctionRegistry {
  public:
   /// Adds a function and returns its id. Adding the same procedure with the same name and type text
   /// again counts one more use of the existing function.
-  double Add(RegisteredFunction function, TypeText type, void* address);
+  double Add(RegisteredFunction function, TypeText type, void* address, const LoadedAddIn& add_in);
   /// Counts one use less; removes the function after its last use, but not its name. False for an
   /// unknown id.
   bool Remove(double register_id);

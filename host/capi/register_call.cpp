@@ -32,7 +32,8 @@ std::optional<std::u16string> OptionalText(const XLOPER12& record) {
   }
 }
 
-/// The "module" of a registration is the add-in's file, as a full path or as a name.
+/// The "module" of a registration is the file of the add-in that calls, as a full path or as a
+/// name.
 bool NamesFile(std::u16string_view module, const std::filesystem::path& file) {
   if (EqualIgnoringCase(module, zavrel::Utf16FromPath(file)) ||
       EqualIgnoringCase(module, zavrel::Utf16FromPath(file.filename())))
@@ -52,11 +53,11 @@ bool IsFunctionName(std::u16string_view name) {
 }  // namespace
 
 void* ExcelApi::FindProcedure(const XLOPER12& procedure) const {
-  if (module_ == nullptr) return nullptr;
+  const zavrel::Module& module = *add_in_->module;
   const Value value = ToValue(procedure);
-  if (value.text() != nullptr) return module_->FindExport(Utf8FromUtf16(*value.text()).c_str());
+  if (value.text() != nullptr) return module.FindExport(Utf8FromUtf16(*value.text()).c_str());
   const IntegerOutcome ordinal = IntegerOf(value, 1, 0xFFFF);
-  return ordinal.integer ? module_->FindExport(static_cast<std::uint16_t>(*ordinal.integer))
+  return ordinal.integer ? module.FindExport(static_cast<std::uint16_t>(*ordinal.integer))
                          : nullptr;
 }
 
@@ -91,7 +92,7 @@ std::string ExcelApi::TryRegister(const Arguments& arguments, double& register_i
     if (texts[i].size() > kTextLimit)
       return who + fmt::format("argument {} is longer than 255 characters", i + 1);
   }
-  if (module_ == nullptr || !NamesFile(function.module, file_))
+  if (add_in_ == nullptr || !NamesFile(function.module, add_in_->file))
     return who + "the module " + Utf8FromUtf16(function.module) + " is not the add-in";
   void* address = FindProcedure(arguments[1]);
   if (address == nullptr)
@@ -105,7 +106,8 @@ std::string ExcelApi::TryRegister(const Arguments& arguments, double& register_i
     if (!macro_type.integer) return who + "the macro type is not 0, 1 or 2";
     function.macro_type = *macro_type.integer;
   }
-  register_id = registry_.Add(std::move(function), std::get<TypeText>(std::move(type)), address);
+  register_id =
+      registry_.Add(std::move(function), std::get<TypeText>(std::move(type)), address, *add_in_);
   return {};
 }
 

@@ -33,6 +33,10 @@ constexpr const char* kFooter =
     " functions ZavMean                  help for a function; without a name, all of "
     "them\n"
     "  " ZAVHOST_NAME
+    " distributions Weibull              the same for a distribution\n"
+    "  " ZAVHOST_NAME
+    " report summary sales.csv --by region -o REPORT.xlsx\n"
+    "  " ZAVHOST_NAME
     " doctor                             check this installation\n"
     "\n"
     "Exit codes: 0 success; 1 a file, a formula or the add-in cannot be used, or the doctor found\n"
@@ -158,6 +162,28 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
   AddFormOptions(*functions, json, csv);
   AddCommonOptions(*functions, line, texts);
 
+  CLI::App* distributions =
+      app.add_subcommand("distributions", "List the distributions of the ZavDist functions");
+  distributions->add_option("names", line.names,
+                            "Show only these distributions, with their parameters and formula");
+  distributions->add_flag("--json", json, "Write JSON");
+
+  CLI::App* report = app.add_subcommand(
+      "report", "Analyse a table: write a new workbook with live formulas and charts");
+  report->add_flag("--list", line.list_analyses, "Explain the analyses and end");
+  auto* analysis = report->add_option("analysis", line.analysis, "The analysis");
+  auto* analysed =
+      report->add_option("data", texts.data, "The table, with a heading over every column")
+          ->type_name("DATA.csv|BOOK.xlsx");
+  report->add_option("--columns", line.names, "These columns instead of all that have numbers")
+      ->type_name("NAME,...")
+      ->delimiter(',');
+  report->add_option("--by", line.by, "The column that divides the rows into groups")
+      ->type_name("COLUMN");
+  auto* report_output =
+      report->add_option("-o,--output", texts.output, "The new workbook")->type_name("OUT.xlsx");
+  AddCommonOptions(*report, line, texts);
+
   CLI::App* doctor =
       app.add_subcommand("doctor", "Check an installation and report what support needs to know");
   doctor->add_flag("--json", json, "Write JSON");
@@ -171,6 +197,13 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
     return {std::nullopt, code == 0 ? kExitSuccess : kExitUsage};
   }
 
+  if (report->parsed() && !line.list_analyses) {
+    for (const CLI::Option* needed : {analysis, analysed, report_output}) {
+      if (needed->count() > 0) continue;
+      std::cerr << "report: " << needed->get_name() << " is required\n";
+      return {std::nullopt, kExitUsage};
+    }
+  }
   for (const auto& [option, name] :
        {std::pair{"--output", &texts.output}, {"--output-folder", &texts.output_folder}}) {
     if (run->count(option) > 0 && name->empty()) {
@@ -178,11 +211,16 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
       return {std::nullopt, kExitUsage};
     }
   }
-  line.command = run->parsed()      ? Command::kRun
-                 : check->parsed()  ? Command::kCheck
-                 : eval->parsed()   ? Command::kEval
-                 : doctor->parsed() ? Command::kDoctor
-                                    : Command::kFunctions;
+  const std::pair<const CLI::App*, Command> commands[] = {{run, Command::kRun},
+                                                          {check, Command::kCheck},
+                                                          {eval, Command::kEval},
+                                                          {functions, Command::kFunctions},
+                                                          {distributions, Command::kDistributions},
+                                                          {report, Command::kReport},
+                                                          {doctor, Command::kDoctor}};
+  for (const auto& [command, value] : commands) {
+    if (command->parsed()) line.command = value;
+  }
   line.form = json ? OutputForm::kJson : csv ? OutputForm::kCsv : OutputForm::kTable;
   for (const std::string& workbook : texts.workbooks)
     line.workbooks.push_back(FromUtf8Path(workbook));

@@ -9,7 +9,7 @@
 
 namespace zavhost {
 
-enum class Command { kRun, kCheck, kEval, kFunctions, kDoctor };
+enum class Command { kRun, kCheck, kEval, kFunctions, kDistributions, kReport, kDoctor };
 enum class OutputForm { kTable, kJson, kCsv };
 
 /// Exit codes of the program; the help lists them.
@@ -47,8 +47,12 @@ struct CommandLine {
   // eval
   std::string formula;
   std::filesystem::path data;
-  // functions
+  // functions, distributions; report: the columns
   std::vector<std::string> names;
+  // report, with `data` and `output`
+  bool list_analyses = false;
+  std::string analysis;
+  std::string by;
 };
 
 /// Reads the arguments (UTF-8, without the program's name). If there is nothing else to do (for a

@@ -22,6 +22,8 @@ int RunCommand(const CommandLine& line);
 int CheckCommand(const CommandLine& line);
 int EvalCommand(const CommandLine& line);
 int FunctionsCommand(const CommandLine& line);
+int DistributionsCommand(const CommandLine& line);
+int ReportCommand(const CommandLine& line);
 int DoctorCommand(CommandLine line);
 
 /// Creates an engine, and loads and announces the command line's add-in.

@@ -47,13 +47,7 @@ std::function<void(std::size_t, std::size_t)> ProgressToTerminal() {
   };
 }
 
-std::string DisplayText(const Value& value) {
-  if (const double* number = value.number()) return Utf8FromUtf16(GeneralText(*number));
-  if (const bool* boolean = value.boolean()) return *boolean ? "TRUE" : "FALSE";
-  if (const std::u16string* text = value.text()) return Utf8FromUtf16(*text);
-  if (const ErrorCode* error = value.error()) return Utf8FromUtf16(ErrorText(*error));
-  return "";
-}
+std::string DisplayText(const Value& value) { return Utf8FromUtf16(GeneralText(value)); }
 
 std::string ExactText(const Value& value) {
   const double* number = value.number();
@@ -71,6 +65,20 @@ std::string CsvField(const std::string& text) {
   return quoted + "\"";
 }
 
+namespace {
+
+/// The one that was asked for, or those that stand in the program's folder.
+std::vector<std::filesystem::path> AddIns(const CommandLine& line) {
+  if (!line.add_in.empty()) return {line.add_in};
+  std::vector<std::filesystem::path> add_ins = {ProgramFolder() / ZAVHOST_ADD_IN};
+  const std::filesystem::path distributions = ProgramFolder() / ZAVHOST_DISTRIBUTIONS_ADD_IN;
+  std::error_code ignored;
+  if (std::filesystem::exists(distributions, ignored)) add_ins.push_back(distributions);
+  return add_ins;
+}
+
+}  // namespace
+
 std::unique_ptr<Engine> StartEngine(const CommandLine& line, Workbook workbook) {
   EngineOptions options;
   options.language = LanguageId(line.language);
@@ -78,13 +86,13 @@ std::unique_ptr<Engine> StartEngine(const CommandLine& line, Workbook workbook) 
   options.report_every_formula = line.show_every_formula;
   options.progress = ProgressToTerminal();
   auto engine = std::make_unique<Engine>(std::move(workbook), std::move(options));
-  engine->LoadAddIn(line.add_in.empty() ? ProgramFolder() / ZAVHOST_ADD_IN : line.add_in);
+  for (const std::filesystem::path& add_in : AddIns(line)) engine->LoadAddIn(add_in);
   engine->Announce(5);
   return engine;
 }
 
 int FinishEngine(Engine& engine) {
-  engine.CloseAddIn();
+  engine.CloseAddIns();
   const Judge& judge = engine.judge();
   if (judge.count() == 0) return kExitSuccess;
   std::cerr << ZAVHOST_NAME ": the add-in broke rules of the Excel C API "

@@ -70,7 +70,18 @@ bool CheckRankTests(const std::filesystem::path& folder, const std::string& vers
   return CheckFile(folder, NameOf("EUtilityLibrary"), version, findings) && tests;
 }
 
-// The add-in at work.
+/// True if the second add-in stands beside the first.
+bool CheckDistributions(const std::filesystem::path& folder, const std::string& version,
+                        Findings& findings) {
+  std::error_code ignored;
+  if (!std::filesystem::exists(folder / ZAVHOST_DISTRIBUTIONS_ADD_IN, ignored)) {
+    findings.Note(ZAVHOST_DISTRIBUTIONS_ADD_IN, "no such file: there are no ZavDist functions");
+    return false;
+  }
+  return CheckFile(folder, ZAVHOST_DISTRIBUTIONS_ADD_IN, version, findings);
+}
+
+// The add-ins at work.
 
 void CheckValue(Engine& engine, const char* what, std::u16string_view formula, double expected,
                 Findings& findings) {
@@ -83,7 +94,13 @@ void CheckValue(Engine& engine, const char* what, std::u16string_view formula, d
       Utf8FromUtf16(formula) + " gives " + (value == nullptr ? "no value" : ExactText(*value)));
 }
 
-void CheckFunctions(const CommandLine& line, bool rank_tests, Findings& findings) {
+/// What an installation has beside the add-in and its first companions.
+struct Parts {
+  bool rank_tests;
+  bool distributions;
+};
+
+void CheckFunctions(const CommandLine& line, const Parts& parts, Findings& findings) {
   Workbook workbook;
   workbook.sheets.emplace_back(u"Sheet1");
   EngineOptions options;
@@ -108,7 +125,7 @@ void CheckFunctions(const CommandLine& line, bool rank_tests, Findings& findings
   CheckValue(engine, "Chi-square distribution", u"=ZavChisq(4,\"mode\")", 2, findings);
   CheckValue(engine, "F distribution", u"=ZavF(2,2,\"xtoq\",3)", 0.25, findings);
   CheckValue(engine, "Binomial distribution", u"=ZavBinomial(10,0.5,\"ptox\",0.05)", 2, findings);
-  if (rank_tests) {
+  if (parts.rank_tests) {
     const auto& functions = engine.functions();
     const bool there = std::any_of(functions.begin(), functions.end(), [](const auto& function) {
       return function.name.find(u"ZavWSR") != std::u16string::npos;
@@ -116,7 +133,12 @@ void CheckFunctions(const CommandLine& line, bool rank_tests, Findings& findings
     findings.Judge(there, "Rank tests",
                    there ? "registered" : "not registered, although their library is present");
   }
-  engine.CloseAddIn();
+  if (parts.distributions) {
+    engine.LoadAddIn(line.add_in.parent_path() / ZAVHOST_DISTRIBUTIONS_ADD_IN);
+    CheckValue(engine, "Distributions by name", u"=ZavDistCumulative(\"uniform\",0.25)", 0.25,
+               findings);
+  }
+  engine.CloseAddIns();
   for (const Violation& violation : engine.judge().violations())
     findings.Problem("Rules of the Excel C API", DescribeViolation(violation));
 }
@@ -191,11 +213,12 @@ int DoctorCommand(CommandLine line) {
   CheckFile(folder, line.add_in.filename(), version, findings);
   CheckMessages(folder, version, findings);
   CheckFile(folder, NameOf("Pdflib"), version, findings);
-  const bool rank_tests = CheckRankTests(folder, version, findings);
+  const Parts parts = {CheckRankTests(folder, version, findings),
+                       CheckDistributions(folder, version, findings)};
   const LogPlace log = FindLog();
   CheckLog(log, findings);
   try {
-    CheckFunctions(line, rank_tests, findings);
+    CheckFunctions(line, parts, findings);
   } catch (const std::exception& error) {
     findings.Problem("The add-in at work", error.what());
   }

@@ -19,6 +19,10 @@ int Dispatch(const CommandLine& line) {
       return EvalCommand(line);
     case Command::kFunctions:
       return FunctionsCommand(line);
+    case Command::kDistributions:
+      return DistributionsCommand(line);
+    case Command::kReport:
+      return ReportCommand(line);
     case Command::kDoctor:
       return DoctorCommand(line);
   }

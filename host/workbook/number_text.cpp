@@ -156,6 +156,14 @@ std::u16string GeneralText(double number) {
   return Widen(shown);
 }
 
+std::u16string GeneralText(const Value& value) {
+  if (const double* number = value.number()) return GeneralText(*number);
+  if (const bool* boolean = value.boolean()) return *boolean ? u"TRUE" : u"FALSE";
+  if (const std::u16string* text = value.text()) return *text;
+  if (const ErrorCode* error = value.error()) return std::u16string(ErrorText(*error));
+  return {};
+}
+
 std::optional<double> NumberFromText(std::u16string_view text, const DateReading& dates) {
   text = zavrel::Trimmed(text);
   if (const auto number = SignedNumber(text)) return number;

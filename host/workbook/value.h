@@ -215,6 +215,8 @@ using Operand = std::variant<Value, ArrayPtr, Reference, MissingArgument>;
 /// format, rounded to at most 15 significant digits, with an exponent from 1E+20 up and below
 /// 0.0001 ("1E+20", "0.1", "123456789012", "1.23E-05"). A number that is not finite gives "#NUM!".
 std::u16string GeneralText(double number);
+/// What a cell in that format shows; nothing for a blank one.
+std::u16string GeneralText(const Value& value);
 /// How the dates in texts become numbers.
 struct DateReading {
   bool date1904 = false;

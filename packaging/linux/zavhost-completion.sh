@@ -1,5 +1,6 @@
 # shellcheck shell=bash
-# Completion of zavhost's command line in bash: commands, options and their values, files, names of functions.
+# Completion of zavhost's command line in bash: commands, options and their values, files, names of functions and of
+# distributions.
 
 # The files that match a pattern, and folders on the way to them.
 _zavhost_files() {
@@ -15,6 +16,27 @@ _zavhost_functions() {
   done < <("$program" functions --csv 2>/dev/null | tail -n +2)
 }
 
+# Names with blanks are one word each.
+_zavhost_distributions() {
+  local name
+  while IFS= read -r name; do
+    if [[ ${name,,} == "${current,,}"* ]]; then COMPREPLY+=("$(printf %q "$name")"); fi
+  done < <("$program" distributions --json 2>/dev/null | sed -n 's/^    "name": "\(.*\)",$/\1/p')
+}
+
+# First the analysis, then its data.
+_zavhost_report() {
+  local word words=0
+  for word in "${COMP_WORDS[@]:2:COMP_CWORD-2}"; do
+    if [[ $word != -* ]]; then words=$((words + 1)); fi
+  done
+  if ((words == 0)); then
+    mapfile -t COMPREPLY < <(compgen -W "$("$program" report --list 2>/dev/null | sed -n '3,$s/^  \([a-z-]*\) .*/\1/p')" -- "$current")
+  else
+    _zavhost_files '*.@([xX][lL][sS][xX]|[cC][sS][vV])'
+  fi
+}
+
 _zavhost() {
   local program=${1/#\~\//$HOME/} current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
   local command='' options i
@@ -27,7 +49,7 @@ _zavhost() {
   fi
   for ((i = 1; i < COMP_CWORD; i++)); do
     case ${COMP_WORDS[i]} in
-      run | check | eval | functions | doctor) command=${COMP_WORDS[i]}; break ;;
+      run | check | eval | functions | distributions | report | doctor) command=${COMP_WORDS[i]}; break ;;
     esac
   done
 
@@ -40,7 +62,7 @@ _zavhost() {
       mapfile -t COMPREPLY < <(compgen -d -- "$current")
       return ;;
     --language) mapfile -t COMPREPLY < <(compgen -W 'en de' -- "$current"); return ;;
-    --digits | --jobs | --max-formulas | --memory | --timeout) return ;;
+    --by | --columns | --digits | --jobs | --max-formulas | --memory | --timeout) return ;;
   esac
 
   local common='--help --add-in --language --json'
@@ -50,14 +72,18 @@ _zavhost() {
     check) options="$common $workbooks --digits" ;;
     eval) options="$common --data --csv" ;;
     functions) options="$common --csv" ;;
+    distributions) options='--help --json' ;;
+    report) options='--help --add-in --language --list --columns --by --output' ;;
     doctor) options=$common ;;
     *) options='--help --version' ;;
   esac
   case $command:$current in
     *:-*) mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current") ;;
-    :*) mapfile -t COMPREPLY < <(compgen -W 'run check eval functions doctor' -- "$current") ;;
+    :*) mapfile -t COMPREPLY < <(compgen -W 'run check eval functions distributions report doctor' -- "$current") ;;
     run:* | check:*) _zavhost_files '*.[xX][lL][sS][xX]' ;;
     functions:*) _zavhost_functions ;;
+    distributions:*) _zavhost_distributions ;;
+    report:*) _zavhost_report ;;
   esac
 }
 

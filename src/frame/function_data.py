@@ -4,7 +4,8 @@
     applications    ids, 0 to 9, of the companions (macro add-ins) that functions are registered for
     tables          by name: the fields that its functions have by default ("defaults"), and its "functions" in the
                     order of registration
-    entry_points    groups of exports for callers other than formulas
+    entry_points    groups of exports for callers other than formulas; those of the frame, which every add-in has,
+                    stand in entry_points.json
 
 A function has a name, an export, types, applications and a category, perhaps from the defaults; the other fields
 are optional:
@@ -39,6 +40,7 @@ A group of entry points has
 """
 import dataclasses
 import json
+import pathlib
 import re
 
 # In the order of their messages; see WizardCategory in registration_row.h.
@@ -51,6 +53,7 @@ LONGEST_TEXT = 255
 REPEAT = "..."
 CALLERS = ("Excel", "macros", "libraries")
 STRINGS = ("wide", "code page")
+FRAME = pathlib.Path(__file__).with_name("entry_points.json")
 
 
 @dataclasses.dataclass(frozen=True)
@@ -248,9 +251,17 @@ def _without_repeats(pairs):
     return dict(pairs)
 
 
+def _document(file):
+    return json.loads(file.read_text(encoding="utf-8"), object_pairs_hook=_without_repeats)
+
+
 def read(file):
-    """The Data of a file. If the file has mistakes, ends the program with all of them."""
+    """The Data of an add-in's file, with the entry points of the frame. If the file has mistakes, ends the program with
+    all of them."""
     try:
-        return parse(json.loads(file.read_text(encoding="utf-8"), object_pairs_hook=_without_repeats))
+        document = _document(file)
+        if isinstance(document.get("entry_points"), list):
+            document["entry_points"] = _document(FRAME)["entry_points"] + document["entry_points"]
+        return parse(document)
     except ValueError as mistakes:
         raise SystemExit("\n".join(f"{file}: {line}" for line in str(mistakes).splitlines()))

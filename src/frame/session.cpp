@@ -142,8 +142,23 @@ RegistrationSources Session::Sources() const {
 std::u16string Session::HelpFile(unsigned application_id) const {
   const ApplicationRecord* record = applications_.Find(application_id);
   if (record != nullptr && !record->help_location.empty()) return record->help_location;
-  return services_.machine_text(applications_.HelpKey(application_id), kHelpValue)
-      .value_or(std::u16string());
+  if (auto installed = services_.machine_text(applications_.HelpKey(application_id), kHelpValue))
+    return *installed;
+  return HelpFileInFolder();
+}
+
+std::u16string Session::HelpFileInFolder() const {
+  constexpr std::uint32_t kPrimaryLanguage = 0x3FF;
+  const auto in_folder = [](std::u16string_view file) {
+    const std::filesystem::path path = LibraryIdentity::OfThisLibrary().folder() / file;
+    std::error_code ignored;
+    return std::filesystem::exists(path, ignored) ? Utf16FromPath(path) : std::u16string();
+  };
+  for (const auto& [language, file] : add_in_.help_files) {
+    if (language != (language_id_ & kPrimaryLanguage)) continue;
+    if (std::u16string found = in_folder(file); !found.empty()) return found;
+  }
+  return add_in_.help_files.empty() ? std::u16string() : in_folder(add_in_.help_files.front().file);
 }
 
 void Session::KeepUpCaches(UpkeepMode mode) noexcept {

@@ -94,6 +94,7 @@ class Session {
   void RememberLanguage(const ApplicationRecord& record) const noexcept;
   RegistrationSources Sources() const;
   std::u16string HelpFile(unsigned application_id) const;
+  std::u16string HelpFileInFolder() const;
 
   struct ResultHolderOwner {
     ResultHolderOwner() { OpenResultHolder(); }

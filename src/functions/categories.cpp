@@ -7,7 +7,7 @@
 
 #include "data/category_table.h"
 #include "frame/worksheet_function.h"
-#include "functions/calling_array.h"
+#include "frame/calling_array.h"
 #include "functions/category_arrays.h"
 #include "platform/export.h"
 #include "platform/letter_case.h"

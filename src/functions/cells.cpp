@@ -2,7 +2,7 @@
 #include <utility>
 
 #include "frame/worksheet_function.h"
-#include "functions/calling_array.h"
+#include "frame/calling_array.h"
 #include "functions/macro_cell_values.h"
 #include "functions/put_cell.h"
 #include "functions/range_and_class.h"

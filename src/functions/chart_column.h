@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "excel/xxloper.h"
-#include "functions/calling_array.h"
+#include "frame/calling_array.h"
 #include "numbers/floating_point_scope.h"
 
 namespace zavrel {

@@ -6,7 +6,7 @@
 
 #include "excel/double_value.h"
 #include "excel/reference.h"
-#include "functions/calling_array.h"
+#include "frame/calling_array.h"
 
 namespace zavrel {
 namespace {

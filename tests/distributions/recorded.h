@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "companions/pdflib/distributions/catalogue.h"
+#include "distributions/catalogue.h"
 
 namespace zavrel::tests {
 

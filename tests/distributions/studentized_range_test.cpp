@@ -1,6 +1,6 @@
 // The kernel of the studentized range, against values in arbitrary precision that
 // data/make_studentized_range.py writes, published tables and distributions that it contains.
-#include "companions/pdflib/distributions/studentized_range.h"
+#include "distributions/studentized_range.h"
 
 #include <doctest/doctest.h>
 

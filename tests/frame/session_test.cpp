@@ -2,6 +2,8 @@
 
 #include <doctest/doctest.h>
 
+#include <filesystem>
+#include <fstream>
 #include <stdexcept>
 #include <vector>
 
@@ -124,6 +126,29 @@ TEST_CASE("help is where the companion says, else where its installation says") 
   announcement.help_location = u"D:\\own.chm";
   session->Announce(announcement);
   CHECK(topic() == u"D:\\own.chm!198");
+}
+
+TEST_CASE("help beside the library serves where nothing else is said") {
+  FakeExcel excel;
+  const HelpFileInFolder files[] = {{9, u"help of a test.chm"}, {7, u"Hilfe eines Tests.chm"}};
+  AddIn add_in = ThisAddIn();
+  add_in.help_files = files;
+  const OpenSession session(QuietServices(), add_in);
+  const std::filesystem::path folder = LibraryIdentity::OfThisLibrary().folder();
+  const auto topic_in = [&](std::uint32_t language) {
+    session->Announce(From(7, language));
+    return excel.functions().at(u"Mean").texts[8];
+  };
+  const auto topic_of = [&](const HelpFileInFolder& file) {
+    return Utf16FromPath(folder / file.file) + u"!198";
+  };
+  CHECK(topic_in(9).empty());
+  std::ofstream(folder / files[0].file) << "help";
+  CHECK(topic_in(9) == topic_of(files[0]));
+  CHECK(topic_in(0x0407) == topic_of(files[0]));
+  std::ofstream(folder / files[1].file) << "Hilfe";
+  CHECK(topic_in(0x0407) == topic_of(files[1]));
+  for (const HelpFileInFolder& file : files) std::filesystem::remove(folder / file.file);
 }
 
 TEST_CASE("hostile announcements") {

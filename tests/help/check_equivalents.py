@@ -25,7 +25,7 @@ FIELDS = ("function", "formula", "program", "variables", "code", "add-in", "comp
 KEY = FIELDS[:5]
 SAME = 1e-9  # the largest relative difference of results that count as the same
 CELLS = " | "  # between the cells of a result
-WITHOUT_COMPARISON = {"ZavRand"}  # nothing computes the same random numbers
+WITHOUT_COMPARISON = {"ZavRand", "ZavDistRandom"}  # nothing computes the same random numbers
 
 
 def comparisons():

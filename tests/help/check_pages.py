@@ -7,7 +7,7 @@ import sys
 import xml.etree.ElementTree as tree
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "help"))
-from tools import equivalents, formula, html_pages, intellisense, languages, pages, registration  # noqa: E402
+from tools import distribution_list, equivalents, formula, html_pages, intellisense, languages, pages, registration  # noqa: E402
 
 # What stays as it is in every language: names of selectors, and of Pearson and Spearman.
 LABELS = re.compile(r"\b(xto[ypq]|[pq]tox|Pearson|Spearman)\b")
@@ -135,7 +135,7 @@ def links():
             if topic not in pages.topics():
                 yield f"{page.name}: refers to {topic}"
         for name in set(re.findall(r"\bZav[A-Z]\w+", text)) - functions:
-            if name not in ("ZavrelFuncs",):
+            if name not in ("ZavrelFuncs", "ZavDist"):
                 yield f"{page.name}: {name} is no function"
 
 
@@ -151,11 +151,13 @@ def examples():
 
 
 def excel_and_headings():
-    """Every language has all headings, all titles and a name for each of Excel's functions in formulas."""
+    """Every language has all headings, all titles and a name for each of Excel's functions in formulas. The names of
+    distributions are the same in all."""
     headings = set(languages.named("en").words)
     for page in [*pages.function_pages().values(), *pages.topics().values()]:
         for block in page.blocks:
-            if block.kind == "heading" and block.content not in languages.named("en").words.values():
+            if page.name != distribution_list.NAME and block.kind == "heading" and \
+                    block.content not in languages.named("en").words.values():
                 yield f"{page.name}: the heading {block.content} has no translation"
     groups = {title for title, _ in pages.contents()}
     formulas = [example.formula for page in pages.function_pages().values() for example in page.examples]
@@ -196,8 +198,8 @@ def outputs():
         yield f"formula: {fraction}"
     space = "{http://schemas.excel-dna.net/intellisense/1.0}"
     for language in languages.NAMES:
-        root = tree.fromstring(intellisense.make(language))
-        listed = root.findall(f"{space}FunctionInfo/{space}Function")
+        listed = [element for add_in in registration.ADD_INS
+                  for element in tree.fromstring(intellisense.make(add_in, language)).iter(f"{space}Function")]
         if [element.get("Name") for element in listed] != list(pages.function_pages()):
             yield f"help while typing ({language}): other functions than those with a page"
         for element in listed:
@@ -213,7 +215,7 @@ def outputs():
 def documents():
     """Numbers that documents repeat."""
     shown = re.search(r"Registered functions +(\d+) once", (pages.HELP.parent / "docs/diagnostics.md").read_text("utf-8"))
-    count = len(list(registration.functions()))
+    count = len(registration.functions_of("ZavrelFuncs8"))
     if shown is None or int(shown[1]) != count:
         yield f"docs/diagnostics.md: the doctor finds {count} functions"
 

@@ -44,7 +44,7 @@ TEST_CASE("formulas are calculated in the order of their dependencies, not of th
   CheckCells(*engine, "D1:D3 -> 30;9;6;");
   CHECK(report.cells[0].formula == u"=GoodSum(D2:D3)*2");
   CHECK(Shown(report.cells[0].after) == "30");
-  engine->CloseAddIn();
+  engine->CloseAddIns();
   CHECK(engine->judge().count() == 0);
 }
 
@@ -308,11 +308,11 @@ TEST_CASE("what cannot be loaded gets one clear line") {
   engine.LoadAddIn(PLANTED_FAULTS);
   CHECK(Shown(engine, "GoodSum(1)") == "1");
   CHECK_THROWS_AS(engine.Announce(5), WorkbookError);  // this add-in has no companions
-  engine.CloseAddIn(false);
+  engine.CloseAddIns(false);
   CHECK(engine.functions().empty());
   engine.LoadAddIn(PLANTED_FAULTS);
   CHECK(engine.functions().size() > 50);
-  engine.CloseAddIn();
+  engine.CloseAddIns();
   CHECK(engine.judge().count() == 0);
 }
 

@@ -33,7 +33,7 @@ class Caller {
       : engine_(PlantedEngine(std::move(workbook), std::move(options))) {}
   ~Caller() {
     for (const XLOPER12& value : to_free_) Call(xlFree, {&value});
-    engine_->CloseAddIn();
+    engine_->CloseAddIns();
     std::vector<std::string> found;
     for (const Violation& violation : engine_->judge().violations())
       found.push_back(DescribeViolation(violation));

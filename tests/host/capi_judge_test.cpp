@@ -54,7 +54,7 @@ TEST_CASE("every planted fault is reported once, by its name, formula and cell")
     const RecalculationReport report = engine->Recalculate();
     REQUIRE(report.cells.size() == 1);
     CHECK(Shown(report.cells[0].after) == fault.value);
-    engine->CloseAddIn();
+    engine->CloseAddIns();
     REQUIRE(engine->judge().count() == 1);
     const Violation& violation = engine->judge().violations()[0];
     CAPTURE(DescribeViolation(violation));
@@ -77,7 +77,7 @@ TEST_CASE("functions that behave are left alone, over many calls") {
           "caller=0 coerce=0 id=0 idof=0 abort=0 name=0 hwnd=0 inst=0 instptr=0 stack=0 set=32 "
           "workspace=32 register=32 unregister=32 count=4 unknown=2");
   }
-  engine->CloseAddIn();
+  engine->CloseAddIns();
   CHECK(engine->judge().count() == 0);
 }
 
@@ -86,7 +86,7 @@ TEST_CASE("an add-in that keeps ever more values is found out while it runs") {
   for (int i = 0; i < 20'100; ++i) Shown(*engine, "FaultLeak(A1:A3)");
   REQUIRE(engine->judge().count() == 1);
   CHECK(engine->judge().violations()[0].detail.find("keeps growing") != std::string::npos);
-  engine->CloseAddIn();
+  engine->CloseAddIns();
   CHECK(engine->judge().count() == 20'101);
   CHECK(engine->judge().violations().size() == 1000);
 }

@@ -142,12 +142,17 @@ TEST_CASE("the input changes only where that is asked for") {
 }
 
 TEST_CASE("functions lists all that the tables have, and says which ones the wizard hides") {
-  std::ifstream file(std::filesystem::path(ZAVREL_SOURCE_DIR) / "src/functions/functions.json");
-  const auto data = nlohmann::json::parse(file);
+  nlohmann::json tables;
+  for (const char* folder : {"functions", "distribution_functions"}) {
+    std::ifstream file(std::filesystem::path(ZAVREL_SOURCE_DIR) / "src" / folder /
+                       "functions.json");
+    const auto data = nlohmann::json::parse(file);
+    for (const auto& table : data["tables"]) tables.push_back(table);
+  }
   std::size_t count = 0, hidden = 0;
   const std::string listed = ZavHost({"functions"}).output;
   const std::string lines = ZavHost({"functions", "--csv"}).output;
-  for (const auto& table : data["tables"]) {
+  for (const auto& table : tables) {
     for (const auto& function : table["functions"]) {
       const std::string name = function["name"];
       const bool is_hidden = function.value("hidden", table["defaults"].value("hidden", false));
@@ -165,6 +170,22 @@ TEST_CASE("functions lists all that the tables have, and says which ones the wiz
                          " of them hidden in the function wizard\n"));
   CHECK(Contains(ZavHost({"functions", "ZavMeanI"}).output, ", hidden in the function wizard\n"));
   CHECK(ZavHost({"functions", "--language", "de"}).output != listed);
+}
+
+TEST_CASE("distributions lists them, and explains those that are named") {
+  const std::string listed = ZavHost({"distributions"}).output;
+  CHECK(Contains(listed, "  Weibull "));
+  CHECK(listed.ends_with(" distributions\n"));
+  const std::string explained = ZavHost({"distributions", "weibull", "GAMMA 3P"}).output;
+  CHECK(Contains(explained, "\nWeibull(shape, [scale])\n"));
+  CHECK(Contains(explained, "\nPearson III(shape, [scale], [location])\n"));
+  CHECK(Contains(explained, "\n  scale must be greater than 0, 1 by default\n"));
+  const auto entries = nlohmann::json::parse(ZavHost({"distributions", "--json"}).output);
+  CHECK(entries.size() > 60);
+  CHECK(entries[0]["parameters"][0]["domain"] == "must be a number");
+  const auto unknown = ZavHost({"distributions", "no such name"});
+  CHECK(unknown.exit_code == 1);
+  CHECK(Contains(unknown.errors, "there is no distribution no such name; "));
 }
 
 TEST_CASE("hostile workbooks end in one line and a non-zero exit") {

@@ -55,6 +55,8 @@ TEST_CASE("the example workbooks give what R gives") {
   } examples[] = {
       {"air-quality.xlsx", "air_quality_reference.csv", 1e-13, 1, 124,
        "Summary!B35 -> no data | Summary!E47 -> n/a"},
+      {"floods.xlsx", "floods_reference.csv", 1e-6, 0, 47,
+       "Ranking!A2 -> generalised Pareto | Fits!A2 -> location"},
       {"iris.xlsx", "iris_reference.csv", 1e-12, 1, 678, ""},
       {"nonparametric.xlsx", "nonparametric_reference.csv", 1e-12, 0, 50,
        "Mann-Whitney!B11 -> FALSE | Kruskal-Wallis!B16 -> too many arrangements |"
@@ -66,6 +68,7 @@ TEST_CASE("the example workbooks give what R gives") {
     CAPTURE(example.book);
     auto engine = ServingAddIn(
         zavhost::ReadXlsx(std::filesystem::path(ZAVREL_SOURCE_DIR) / "examples" / example.book));
+    engine->LoadAddIn(DistributionsFile());
     const zavhost::RecalculationReport report = engine->Recalculate();
     CHECK((report.warnings.empty() && report.errors.empty()));
     CHECK(CompareWith(engine->workbook(), example.reference, example.error, example.scale) ==

@@ -46,7 +46,7 @@ TEST_CASE("every announce and withdraw registers afresh for the companions that 
 
 TEST_CASE("after a close that the user cancelled, an announcement brings everything back") {
   auto engine = ServingAddIn();
-  engine->CloseAddIn(false);
+  engine->CloseAddIns(false);
   CheckFormulas(*engine, "ZavMean(1,2,3) -> #NAME?");
   engine->Announce(5);
   CheckFormulas(*engine, "ZavMean(1,2,3) -> 2");

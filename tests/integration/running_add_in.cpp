@@ -21,6 +21,10 @@ std::filesystem::path AddInFile() {
   return std::filesystem::absolute(ZAVREL_ADD_IN).make_preferred();
 }
 
+std::filesystem::path DistributionsFile() {
+  return std::filesystem::absolute(ZAVREL_DISTRIBUTIONS_ADD_IN).make_preferred();
+}
+
 std::size_t FunctionsDeclared(const char* table) {
   std::ifstream file(ZAVREL_SOURCE_DIR "/src/functions/functions.json");
   return nlohmann::json::parse(file).at("tables").at(table).at("functions").size();
@@ -51,7 +55,7 @@ std::unique_ptr<Engine> ServingAddIn(zavhost::Workbook workbook, EngineOptions o
 }
 
 void CloseClean(Engine& engine) {
-  engine.CloseAddIn();
+  engine.CloseAddIns();
   for (const zavhost::Violation& violation : engine.judge().violations()) {
     FAIL_CHECK(zavhost::DescribeViolation(violation));
   }
@@ -64,6 +68,7 @@ void InEachHost(const zavhost::Workbook& workbook, const std::function<void(Engi
     options.behaviour.external_references_only = other;
     options.behaviour.clip_whole_columns = other;
     const auto engine = ServingAddIn(workbook, std::move(options));
+    engine->LoadAddIn(DistributionsFile());
     check(*engine);
     CloseClean(*engine);
   }

@@ -21,6 +21,9 @@ using zavhost::tests::ShownCells;
 /// The add-in's file, beside the others that ship.
 std::filesystem::path AddInFile();
 
+/// That of the distributions' add-in.
+std::filesystem::path DistributionsFile();
+
 /// The number of functions in a table of functions.json.
 std::size_t FunctionsDeclared(const char* table);
 
@@ -37,7 +40,7 @@ std::unique_ptr<zavhost::Engine> ServingAddIn(zavhost::Workbook workbook = {},
 /// Closes the add-in and requires that the judge has nothing to say.
 void CloseClean(zavhost::Engine& engine);
 
-/// Has a workbook checked with the add-in serving it, by hosts that pass references and whole
+/// Has a workbook checked with both add-ins serving it, by hosts that pass references and whole
 /// columns in either way.
 void InEachHost(const zavhost::Workbook& workbook,
                 const std::function<void(zavhost::Engine&)>& check);

@@ -11,8 +11,8 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 SOURCES = {".cpp", ".h"}
 # Folders with folders of their own: each of these is a layer.
 GROUPS = ("src", "host", "companions")
-# The host knows the add-in through its exports: it shares two layers and the record of the C API with it.
-SHARED_WITH_HOST = {"contracts", "src/platform", "src/formula"}
+# The host knows the add-in through its exports: it shares these layers and the record of the C API with it.
+SHARED_WITH_HOST = {"contracts", "src/platform", "src/formula", "src/analyses"}
 RECORD = "src/excel/xloper12.h"
 
 

@@ -18,7 +18,8 @@ import make_large_workbook  # noqa: E402
 
 # Every machine with glibc has these. The linker names the loader where a library calls it.
 NEEDED = {"libc.so.6", "libm.so.6", "ld-linux-x86-64.so.2"}
-LIBRARIES = ("libZavrelFuncs8.so", "libZavrelMessages8.so", "libPdflib8.so", "libEUtilityLibrary8.so",
+ADD_INS = {"libZavrelFuncs8.so": "functions", "libZavrelDistributions8.so": "distribution_functions"}
+LIBRARIES = (*ADD_INS, "libZavrelMessages8.so", "libPdflib8.so", "libEUtilityLibrary8.so",
              "ZavrelFuncs Extensions/libNonparametricTests8.so")
 out, faults, scratch = (pathlib.Path(argument).resolve() for argument in sys.argv[1:])
 ZAVHOST = out / "zavhost"
@@ -46,13 +47,14 @@ def check_files():
         check(needed <= NEEDED, f"{name} needs {sorted(needed - NEEDED)}")
         check(not re.search("RUNPATH|RPATH", dump), f"{name} searches a path of this machine")
     check(exports_of(ZAVHOST) == {"MdCallBack12"}, f"zavhost exports {sorted(exports_of(ZAVHOST))}")
-    data = function_data.read(ROOT / "src/functions/functions.json")
-    functions = {function.export for function in data.functions}
-    exports = exports_of(out / LIBRARIES[0])
-    check(functions <= exports, f"not exported: {sorted(functions - exports)}")
-    others = {name for name in exports - functions if not name.startswith(("xlAuto", "xlAddIn"))}
-    declared = {name for group in data.entry_points for name in group.exports}
-    check(others <= declared, f"exported, but not declared: {sorted(others - declared)}")
+    for add_in, folder in ADD_INS.items():
+        data = function_data.read(ROOT / "src" / folder / "functions.json")
+        functions = {function.export for function in data.functions}
+        exports = exports_of(out / add_in)
+        check(functions <= exports, f"{add_in}: not exported: {sorted(functions - exports)}")
+        declared = {name for group in data.entry_points for name in group.exports}
+        undeclared = sorted(exports - functions - declared)
+        check(not undeclared, f"{add_in}: exported, but not declared: {undeclared}")
 
 
 def check_doctor():

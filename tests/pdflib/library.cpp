@@ -22,6 +22,14 @@ const auto binomial = PDFLIB_ENTRY(pdfBinomial);
 
 }  // namespace
 
+const ListFunctions& List() {
+  static const ListFunctions functions = {PDFLIB_ENTRY(pdfCount),    PDFLIB_ENTRY(pdfFind),
+                                          PDFLIB_ENTRY(pdfDescribe), PDFLIB_ENTRY(pdfProblem),
+                                          PDFLIB_ENTRY(pdfEvaluate), PDFLIB_ENTRY(pdfMoments),
+                                          PDFLIB_ENTRY(pdfRandom)};
+  return functions;
+}
+
 std::int16_t AskRaw(const Distribution& of, int request_code, int reserved_word, double x,
                     double* results, std::int16_t* status) {
   const auto request = static_cast<std::int16_t>(request_code);

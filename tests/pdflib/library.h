@@ -38,6 +38,17 @@ struct Reply {
 Reply Ask(const Distribution& distribution, int request, double x);
 std::int16_t AskRaw(const Distribution& of, int request_code, int reserved_word, double x,
                     double* results, std::int16_t* status);
+/// The functions that serve the whole list.
+struct ListFunctions {
+  decltype(&pdfCount) count;
+  decltype(&pdfFind) find;
+  decltype(&pdfDescribe) describe;
+  decltype(&pdfProblem) problem;
+  decltype(&pdfEvaluate) evaluate;
+  decltype(&pdfMoments) moments;
+  decltype(&pdfRandom) random;
+};
+const ListFunctions& List();
 /// results[0], whatever the code.
 double Value(const Distribution& distribution, int request, double x);
 

@@ -136,7 +136,11 @@ def discrete_lines(of):
             mp.dps = 40 + int(-math.log10(p))
             k = of.quantile(p, upper)
             mp.dps = 360
-            yield ",".join(["u" if upper else "q", repr(p), repr(float(k)), "0"])
+            if k is None:
+                k = of.most
+            elif int(float(k)) == k:
+                yield ",".join(["u" if upper else "q", repr(p), repr(float(k)), "0"])
+            k = int(float(k))
             if k not in seen:
                 seen.add(k)
                 values = [number(value(k)) for value in (of.probability, of.lower, of.upper)]

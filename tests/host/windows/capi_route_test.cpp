@@ -22,7 +22,7 @@ TEST_CASE("the callback is found in the program, or through XLCall32 when that i
   auto* times_asked = reinterpret_cast<void*>(GetProcAddress(library, "TimesAsked"));
   REQUIRE(times_asked != nullptr);
   CHECK(reinterpret_cast<int (*)()>(times_asked)() == 1);
-  engine->CloseAddIn();
+  engine->CloseAddIns();
   CHECK(engine->judge().count() == 0);
   CHECK(GetModuleHandleW(L"XLCall32") == nullptr);
 }

@@ -17,15 +17,22 @@ const std::set<std::string> kSystemLibraries = {"advapi32.dll", "bcrypt.dll",  "
                                                 "msvcrt.dll",   "ole32.dll",   "oleaut32.dll",
                                                 "user32.dll",   "version.dll", "shell32.dll"};
 
-std::set<std::string> DeclaredExports() {
-  std::ifstream file(ZAVREL_SOURCE_DIR "/src/functions/functions.json");
-  const nlohmann::json data = nlohmann::json::parse(file);
+nlohmann::json Parsed(const std::string& name) {
+  std::ifstream file(ZAVREL_SOURCE_DIR "/src/" + name);
+  return nlohmann::json::parse(file);
+}
+
+/// Those of an add-in's functions in this folder, and of the frame.
+std::set<std::string> DeclaredExports(const std::string& folder) {
+  const nlohmann::json data = Parsed(folder + "/functions.json");
   std::set<std::string> names;
   for (const auto& table : data.at("tables")) {
     for (const auto& function : table.at("functions")) names.insert(function.at("export"));
   }
-  for (const auto& group : data.at("entry_points")) {
-    for (const auto& name : group.at("exports")) names.insert(name);
+  for (const nlohmann::json& document : {data, Parsed("frame/entry_points.json")}) {
+    for (const auto& group : document.at("entry_points")) {
+      for (const auto& name : group.at("exports")) names.insert(name);
+    }
   }
   return names;
 }
@@ -45,19 +52,23 @@ std::string Joined(const std::vector<std::string>& texts) {
 
 }  // namespace
 
-TEST_CASE("the add-in exports the functions and entry points of functions.json, and nothing else") {
-  const std::set<std::string> declared = DeclaredExports();
-  const std::set<std::string> exported = PeFile(AddInFile()).exports();
-  CHECK_MESSAGE(Difference(declared, exported).empty(),
-                "not exported: " << Joined(Difference(declared, exported)));
-  CHECK_MESSAGE(Difference(exported, declared).empty(),
-                "not declared: " << Joined(Difference(exported, declared)));
+TEST_CASE("an add-in exports the functions and entry points of functions.json, and nothing else") {
+  for (const auto& [file, folder] :
+       {std::pair{AddInFile(), "functions"}, {DistributionsFile(), "distribution_functions"}}) {
+    CAPTURE(folder);
+    const std::set<std::string> declared = DeclaredExports(folder);
+    const std::set<std::string> exported = PeFile(file).exports();
+    CHECK_MESSAGE(Difference(declared, exported).empty(),
+                  "not exported: " << Joined(Difference(declared, exported)));
+    CHECK_MESSAGE(Difference(exported, declared).empty(),
+                  "not declared: " << Joined(Difference(exported, declared)));
+  }
 }
 
 TEST_CASE("every binary that ships imports system libraries only and can be placed anywhere") {
-  for (const char* name :
-       {"ZavrelFuncs8_x64.xll", "ZavHost.exe", "ZavrelMessages8_x64.DLL", "Pdflib8_x64.DLL",
-        "EUtilityLibrary8_x64.DLL", "ZavrelFuncs Extensions/NonparametricTests8_x64.DLL"}) {
+  for (const char* name : {"ZavrelFuncs8_x64.xll", "ZavrelDistributions8_x64.xll", "ZavHost.exe",
+                           "ZavrelMessages8_x64.DLL", "Pdflib8_x64.DLL", "EUtilityLibrary8_x64.DLL",
+                           "ZavrelFuncs Extensions/NonparametricTests8_x64.DLL"}) {
     CAPTURE(name);
     const PeFile binary(AddInFile().parent_path() / name);
     for (const std::string& library : binary.imported_libraries()) {
@@ -73,8 +84,10 @@ TEST_CASE("every binary that ships imports system libraries only and can be plac
   CHECK(messages.exports().empty());
   CHECK((messages.header().SizeOfCode == 0 && messages.header().AddressOfEntryPoint == 0));
   const PeFile distributions(AddInFile().parent_path() / "Pdflib8_x64.DLL");
-  CHECK(distributions.exports() ==
-        std::set<std::string>{"pdfBinomial", "pdfChisq", "pdfF", "pdfNormal", "pdfStudent"});
+  CHECK(distributions.exports() == std::set<std::string>{"pdfBinomial", "pdfChisq", "pdfCount",
+                                                         "pdfDescribe", "pdfEvaluate", "pdfF",
+                                                         "pdfFind", "pdfMoments", "pdfNormal",
+                                                         "pdfProblem", "pdfRandom", "pdfStudent"});
   const PeFile tests(AddInFile().parent_path() / "ZavrelFuncs Extensions" /
                      "NonparametricTests8_x64.DLL");
   CHECK(tests.exports() == std::set<std::string>{"MWTiesAndSums", "MWUsingNormalApproximation",

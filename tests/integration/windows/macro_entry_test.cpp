@@ -55,7 +55,7 @@ TEST_CASE("twenty openings and announcements leave no memory behind") {
   const auto round = [&] {
     engine->Announce(5);
     engine->Withdraw(5);
-    engine->CloseAddIn(false);
+    engine->CloseAddIns(false);
     engine->LoadAddIn(AddInFile());
   };
   for (int i = 0; i < 5; ++i) round();

@@ -1,0 +1,105 @@
+#include <iostream>
+
+#include "analyses/analysis.h"
+#include "host/cli/commands.h"
+#include "host/cli/text_table.h"
+#include "host/report/report_writer.h"
+#include "host/workbook/text.h"
+#include "host/xlsx/xlsx_file.h"
+
+namespace zavhost {
+namespace {
+
+using zavrel::analyses::Analysis;
+
+void PrintAnalyses() {
+  TextTable table({{"Analysis"},
+                   {"Columns", Alignment::kRight},
+                   {"--by"},
+                   {"What it shows", Alignment::kLeft, 80}});
+  for (const Analysis& analysis : zavrel::analyses::AllAnalyses()) {
+    const char* const groups[] = {"", "optional", "two groups", "groups"};
+    table.AddRow({std::string(analysis.name),
+                  std::to_string(analysis.least_variables) + " to " +
+                      std::to_string(analysis.most_variables),
+                  groups[static_cast<std::size_t>(analysis.groups)], std::string(analysis.about)});
+  }
+  std::cout << table.Render();
+}
+
+bool HasSuffix(const std::filesystem::path& file, std::u16string_view suffix) {
+  return EqualIgnoringCase(zavrel::Utf16FromPath(file.extension()), suffix);
+}
+
+Workbook ReadData(const std::filesystem::path& file) {
+  return HasSuffix(file, u".csv") ? ReadCsv(file) : ReadXlsx(file);
+}
+
+/// A file that is deleted in the end.
+class WorkingFile {
+ public:
+  explicit WorkingFile(const std::filesystem::path& target) : path_(target) {
+    path_ += ".report.xlsx";
+    std::error_code ignored;
+    std::filesystem::remove(path_, ignored);
+  }
+  ~WorkingFile() {
+    std::error_code ignored;
+    std::filesystem::remove(path_, ignored);
+  }
+  WorkingFile(const WorkingFile&) = delete;
+  WorkingFile& operator=(const WorkingFile&) = delete;
+
+  const std::filesystem::path& path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+/// Calculates the new workbook and writes it with its values.
+int Calculate(const CommandLine& line, const std::filesystem::path& written) {
+  std::unique_ptr<Engine> engine = StartEngine(line, ReadXlsx(written));
+  const RecalculationReport report = engine->Recalculate();
+  const int judged = FinishEngine(*engine);
+  if (judged != kExitSuccess) return judged;
+  XlsxChanges changes;
+  changes.cells = report.written;
+  changes.find_reference = [&engine](std::u16string_view text) {
+    return engine->FindReference(text);
+  };
+  WriteXlsx(written, line.output, engine->workbook(), changes);
+  for (const std::string& warning : report.warnings) std::cerr << "warning: " << warning << '\n';
+  for (const std::string& error : report.errors) std::cerr << "error: " << error << '\n';
+  return report.errors.empty() ? kExitSuccess : kExitWorkbook;
+}
+
+}  // namespace
+
+int ReportCommand(const CommandLine& line) {
+  if (line.list_analyses) {
+    PrintAnalyses();
+    return kExitSuccess;
+  }
+  const Analysis* const analysis = zavrel::analyses::FindAnalysis(line.analysis);
+  if (analysis == nullptr) {
+    throw WorkbookError("there is no analysis " + line.analysis +
+                        "; '" ZAVHOST_NAME " report --list' lists all of them");
+  }
+  const Workbook workbook = ReadData(line.data);
+  if (workbook.sheets.empty()) throw WorkbookError("the workbook has no sheet");
+  const DataTable table = ReadDataTable(workbook.sheets.front());
+  std::vector<std::string> notes;
+  const auto data = SelectData(table, {line.names, line.by}, notes);
+  const std::string problem = ProblemWith(*analysis, data);
+  if (!problem.empty())
+    throw WorkbookError(std::string(analysis->name) + " cannot be made: " + problem);
+  for (const std::string& note : notes) std::cerr << "note: " << note << '\n';
+  const WorkingFile working(line.output);
+  WriteReport(working.path(), table, analysis->build(data));
+  const int code = Calculate(line, working.path());
+  if (code == kExitSuccess)
+    std::cout << analysis->title << ": " << PrintablePath(line.output) << '\n';
+  return code;
+}
+
+}  // namespace zavhost

@@ -1,0 +1,88 @@
+#include "analyses/sheet_builder.h"
+
+#include <algorithm>
+
+namespace zavrel::analyses {
+namespace {
+
+constexpr std::uint32_t kRowsOfChart = 18;
+constexpr double kWidthOfLabels = 26;
+
+}  // namespace
+
+SheetBuilder::SheetBuilder(std::string name, const std::string& title, const std::string& note) {
+  sheet_.name = std::move(name);
+  Text(At(0, 0), title, Style::kTitle);
+  Text(At(1, 0), note, Style::kNote);
+  Width(0, kWidthOfLabels);
+  row_ = 3;
+}
+
+void SheetBuilder::Text(const Area& cell, std::string text, Style style) {
+  sheet_.cells.push_back({cell, std::move(text), style});
+}
+
+void SheetBuilder::Number(const Area& cell, double number, Style style) {
+  sheet_.cells.push_back({cell, number, style});
+}
+
+Area SheetBuilder::Formula(const Area& cell, std::string formula, Style style) {
+  sheet_.cells.push_back({cell, analyses::Formula{std::move(formula), false}, style});
+  return cell;
+}
+
+Area SheetBuilder::Array(const Area& area, std::string formula, Style style) {
+  sheet_.cells.push_back({area, analyses::Formula{std::move(formula), true}, style});
+  return area;
+}
+
+void SheetBuilder::Headings(const std::vector<std::string>& headings) {
+  for (std::size_t i = 0; i < headings.size(); ++i) {
+    const auto column = static_cast<std::uint16_t>(i);
+    Text(At(row_, column), headings[i], Style::kHeading);
+    if (column > 0) Width(column, std::max(12.0, static_cast<double>(headings[i].size()) + 2));
+  }
+  ++row_;
+}
+
+Area SheetBuilder::Row(const std::string& label, const std::vector<std::string>& formulas,
+                       Style style) {
+  Text(At(row_, 0), label, Style::kLabel);
+  for (std::size_t i = 0; i < formulas.size(); ++i)
+    Formula(At(row_, static_cast<std::uint16_t>(i + 1)), formulas[i], style);
+  return At(row_++, 1, 1, static_cast<std::uint16_t>(formulas.size()));
+}
+
+void SheetBuilder::Add(Chart chart) {
+  chart.place = At(row_ + 1, 0);
+  sheet_.charts.push_back(std::move(chart));
+  row_ += kRowsOfChart + 2;
+}
+
+void SheetBuilder::AddBeside(Chart chart, std::uint32_t row, std::uint16_t column) {
+  chart.place = At(row, column);
+  sheet_.charts.push_back(std::move(chart));
+}
+
+std::string Call(std::string_view function, std::initializer_list<std::string> arguments) {
+  std::string text = "=" + std::string(function) + "(";
+  bool first = true;
+  for (const std::string& argument : arguments) {
+    text += (first ? "" : ",") + argument;
+    first = false;
+  }
+  return text + ")";
+}
+
+std::string InQuotes(const std::string& text) {
+  std::string quoted = "\"";
+  for (const char c : text) quoted.append(c == '"' ? 2 : 1, c);
+  return quoted + "\"";
+}
+
+std::string InGroup(const Variable& variable, const Grouping& grouping, const Area& category) {
+  return "ZavDestack(" + variable.values.Text() + "," + grouping.values.Text() + "," +
+         category.Text() + ")";
+}
+
+}  // namespace zavrel::analyses

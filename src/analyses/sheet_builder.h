@@ -1,0 +1,59 @@
+#pragma once
+// Fills a report's sheet from top to bottom.
+
+#include <initializer_list>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "analyses/analysis.h"
+
+namespace zavrel::analyses {
+
+class SheetBuilder {
+ public:
+  /// A title and a note of what was done stand at the top.
+  SheetBuilder(std::string name, const std::string& title, const std::string& note);
+
+  /// The next free row.
+  std::uint32_t row() const { return row_; }
+  void Skip(std::uint32_t rows) { row_ += rows; }
+
+  Area At(std::uint32_t row, std::uint16_t column, std::uint32_t rows = 1,
+          std::uint16_t columns = 1) const {
+    return {sheet_.name, row, column, rows, columns};
+  }
+  void Text(const Area& cell, std::string text, Style style);
+  void Number(const Area& cell, double number, Style style);
+  Area Formula(const Area& cell, std::string formula, Style style = Style::kNumber);
+  Area Array(const Area& area, std::string formula, Style style = Style::kNumber);
+
+  /// A row of headings, the first over the labels; takes a row.
+  void Headings(const std::vector<std::string>& headings);
+  /// A label and a formula for each column behind it; takes a row.
+  Area Row(const std::string& label, const std::vector<std::string>& formulas, Style style);
+
+  void Width(std::uint16_t column, double characters) { sheet_.widths[column] = characters; }
+  /// The columns from this one on help charts and are not printed.
+  void PrintUpTo(std::uint16_t column) { sheet_.printed_columns = column; }
+  /// Below everything; takes as many rows as it has.
+  void Add(Chart chart);
+  /// Right of the rows at the given place.
+  void AddBeside(Chart chart, std::uint32_t row, std::uint16_t column);
+
+  ReportSheet Finish() && { return std::move(sheet_); }
+
+ private:
+  ReportSheet sheet_;
+  std::uint32_t row_ = 0;
+};
+
+/// "=Name(argument,argument)"
+std::string Call(std::string_view function, std::initializer_list<std::string> arguments);
+/// A text in a formula.
+std::string InQuotes(const std::string& text);
+
+/// The values of a variable in one group, for a formula. `category` is a cell with its name.
+std::string InGroup(const Variable& variable, const Grouping& grouping, const Area& category);
+
+}  // namespace zavrel::analyses
