@@ -11,8 +11,8 @@
 #include "calc/add_in.h"
 #include "calc/any_value.h"
 #include "calc/document.h"
+#include "calc/formula_entry.h"
 #include "calc/help.h"
-#include "calc/names.h"
 #include "calc/uno.h"
 #include "host/capi/callback.h"
 
@@ -31,6 +31,7 @@ constexpr std::u16string_view kFunctions = u"org.zavrel.calc.XFunctions";
 
 constexpr std::u16string_view kJob = u"com.sun.star.task.XJob";
 constexpr std::u16string_view kJobExecutor = u"com.sun.star.task.XJobExecutor";
+constexpr std::u16string_view kCallback = u"com.sun.star.awt.XCallback";
 constexpr std::u16string_view kListener = u"com.sun.star.util.XModifyListener";
 
 constexpr std::u16string_view kFactoryInterfaces[] = {kInterface, kTypeProvider, kServiceInfo,
@@ -41,6 +42,7 @@ constexpr std::u16string_view kJobInterfaces[] = {kInterface, kTypeProvider, kSe
 constexpr std::u16string_view kHelpInterfaces[] = {kInterface, kTypeProvider, kServiceInfo,
                                                    kJobExecutor};
 constexpr std::u16string_view kListenerInterfaces[] = {kInterface, kListener};
+constexpr std::u16string_view kCallbackInterfaces[] = {kInterface, kCallback};
 
 /// What LibreOffice creates by name.
 struct Implementation {
@@ -62,7 +64,8 @@ struct Object {
   std::span<const std::u16string_view> interfaces;
   const Implementation* implementation = nullptr;  // of an object, or that a factory creates
   uno_Interface* document = nullptr;  // that a listener listens to, and that outlives it
-  UnoReference context;               // the office's, of what was created in it
+  /// The office's context, of what was created in it; the document, of a callback.
+  UnoReference held;
 };
 
 Object& ObjectOf(uno_Interface* base) { return *reinterpret_cast<Object*>(base); }
@@ -113,30 +116,67 @@ std::map<uno_Interface*, Document>& Documents() {
   return documents;
 }
 
-Document& DocumentOf(uno_Interface* model) {
+/// Listens to a document; `context` is the office's.
+Document& DocumentOf(uno_Interface* model, const UnoReference& context) {
   auto& documents = Documents();
   if (const auto known = documents.find(model); known != documents.end()) return known->second;
   const UnoReference listener =
       UnoReference::Owning(NewObject(kListenerInterfaces, nullptr, model));
   uno_Interface* address = listener.get();
+  ObjectOf(address).held = UnoReference::Sharing(context.get());
   const UnoReference shared = UnoReference::Sharing(model);
   shared.As(u"com.sun.star.util.XModifyBroadcaster")
       .Call(u"com.sun.star.util.XModifyBroadcaster::addModifyListener", nullptr, {&address});
   return documents.try_emplace(model, UnoReference::Sharing(model)).first->second;
 }
 
+/// While formulas are entered, the document changes, but that is no reason to enter them again.
+bool is_entering = false;
+
+/// What is called later enters the document's doubtful formulas again, since a change may have made
+/// the doubt needless. They cannot be entered while the change is still going on.
+void EnterErrorsLater(const UnoReference& context, uno_Interface* model) {
+  const UnoReference callback = UnoReference::Owning(NewObject(kCallbackInterfaces, nullptr));
+  uno_Interface* address = callback.get();
+  ObjectOf(address).held = UnoReference::Sharing(model);
+  uno_Any nothing;
+  ConstructVoid(nothing);
+  NewService(context, u"com.sun.star.awt.AsyncCallback")
+      .As(u"com.sun.star.awt.XRequestCallback")
+      .Call(u"com.sun.star.awt.XRequestCallback::addCallback", nullptr, {&address, &nothing});
+  uno_any_destruct(&nothing, nullptr);
+}
+
+/// Nobody waits for an answer: where something fails, the errors stay.
+void AnswerCallback(const Object& callback) {
+  is_entering = true;
+  try {
+    EnterErrors(callback.held.As(u"com.sun.star.beans.XPropertySet"));
+  } catch (...) {
+  }
+  is_entering = false;
+}
+
 void AnswerListener(const Object& listener, std::u16string_view method) {
   const auto document = Documents().find(listener.document);
   if (document == Documents().end()) return;
-  if (method == u"modified") document->second.Forget();
-  if (method == u"disposing") Documents().erase(document);
+  if (method == u"disposing") {
+    Documents().erase(document);
+  } else if (method == u"modified") {
+    document->second.Forget();
+    if (is_entering || !document->second.TakeDoubt()) return;
+    try {
+      EnterErrorsLater(listener.held, listener.document);
+    } catch (...) {  // the errors stay
+    }
+  }
 }
 
 // The functions.
 
 /// The first argument is the document, which formulas do not show; then come theirs.
-Operand CallFunction(std::u16string_view name, const typelib_TypeDescription* member,
-                     void** arguments) {
+Operand CallFunction(const UnoReference& context, std::u16string_view name,
+                     const typelib_TypeDescription* member, void** arguments) {
   static AddIn& add_in = *new AddIn;  // for the life of the office: its end has no good order
   const auto* method = reinterpret_cast<const typelib_InterfaceMethodTypeDescription*>(member);
   std::vector<Operand> operands;
@@ -144,23 +184,27 @@ Operand CallFunction(std::u16string_view name, const typelib_TypeDescription* me
     operands.push_back(ToOperand(*static_cast<const uno_Any*>(arguments[i])));
   auto* model = *static_cast<uno_Interface**>(arguments[0]);
   if (model == nullptr) return Value(ErrorCode::kValue);
-  Document& document = DocumentOf(model);
+  Document& document = DocumentOf(model, context);
+  const auto doubtful = [&] {
+    document.SetInDoubt();
+    return Value(ErrorCode::kValue);
+  };
   const auto meanings = document.Resolve(name, operands);
-  if (meanings.empty()) return Value(ErrorCode::kValue);
+  if (meanings.empty()) return doubtful();
   std::optional<FilledShape> filled;
   if (AddIn::FillsRange(name)) filled = document.ShapeFilledBy(name, operands);
   Operand result = add_in.Call(name, meanings.front(), filled);
   for (const auto& other : std::span(meanings).subspan(1)) {
-    if (!IsSame(add_in.Call(name, other, filled), result)) return Value(ErrorCode::kValue);
+    if (!IsSame(add_in.Call(name, other, filled), result)) return doubtful();
   }
   return result;
 }
 
-void AnswerFunction(std::u16string_view name, const typelib_TypeDescription* member,
-                    void** arguments, uno_Any& result) {
+void AnswerFunction(const UnoReference& context, std::u16string_view name,
+                    const typelib_TypeDescription* member, void** arguments, uno_Any& result) {
   // An exception must not reach the office, which is not built with this compiler's library.
   try {
-    ConstructResult(result, CallFunction(name, member, arguments));
+    ConstructResult(result, CallFunction(context, name, member, arguments));
   } catch (...) {
     ConstructResult(result, Value(ErrorCode::kValue));
   }
@@ -188,21 +232,21 @@ void RunJob(uno_Sequence* arguments) {
       ValueNamed(*static_cast<uno_Sequence* const*>(environment->pData), u"Model");
   if (model == nullptr || model->pType->eTypeClass != typelib_TypeClass_INTERFACE) return;
   try {
-    ResolveNames(*static_cast<uno_Interface* const*>(model->pData));
+    EnterPlainNames(UnoReference::Sharing(*static_cast<uno_Interface* const*>(model->pData)));
   } catch (...) {  // no spreadsheet, or one that cannot be changed: it stays as it is
   }
 }
 
 uno_Interface* Create(const Implementation& implementation, uno_Interface* context) {
   uno_Interface* created = NewObject(implementation.interfaces, &implementation);
-  ObjectOf(created).context = UnoReference::Sharing(context);
+  ObjectOf(created).held = UnoReference::Sharing(context);
   return created;
 }
 
 /// Nobody waits for the page, and nobody can be told that it did not open.
 void ShowHelp(const Object& object) {
   try {
-    OpenHelp(object.context);
+    OpenHelp(object.held);
   } catch (...) {
   }
 }
@@ -239,7 +283,7 @@ void SAL_CALL Dispatch(uno_Interface* base, const typelib_TypeDescription* membe
   const std::size_t colons = name.rfind(u"::");
   const std::u16string_view method = name.substr(colons + 2);
   if (name.substr(0, colons) == kFunctions) {
-    AnswerFunction(method, member, arguments, *static_cast<uno_Any*>(result));
+    AnswerFunction(object.held, method, member, arguments, *static_cast<uno_Any*>(result));
   } else if (method == u"queryInterface") {
     QueryInterface(object, arguments[0], *static_cast<uno_Any*>(result));
   } else if (method == u"getTypes") {
@@ -248,6 +292,8 @@ void SAL_CALL Dispatch(uno_Interface* base, const typelib_TypeDescription* membe
     *static_cast<uno_Sequence**>(result) = NewSequence(SequenceType(u"[]byte"), nullptr, 0);
   } else if (object.implementation != nullptr) {
     AnswerImplementation(object, method, result, arguments);
+  } else if (method == u"notify") {
+    AnswerCallback(object);
   } else {
     AnswerListener(object, method);
   }

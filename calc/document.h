@@ -14,6 +14,7 @@
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "calc/call_index.h"
@@ -36,6 +37,11 @@ class Document : private RangeContents {
     is_read_ = false;
     sheet_count_ = 0;
   }
+
+  /// A call has given an error because it could not be known what it means.
+  void SetInDoubt() { is_in_doubt_ = true; }
+  /// Whether there was such a call since this was asked last.
+  bool TakeDoubt() { return std::exchange(is_in_doubt_, false); }
 
   using Operands = std::vector<zavhost::Operand>;
   /// The arguments of a call with the kinds that their cells have: all that they can be. Empty if
@@ -84,6 +90,7 @@ class Document : private RangeContents {
   bool HoldsConstants(const SheetRange& range, const zavhost::Operand& given);
 
   UnoReference model_;
+  bool is_in_doubt_ = false;
   bool is_read_ = false;
   std::size_t sheet_count_ = 0;  // 0 until counted
   std::vector<SheetCells> sheets_;

@@ -9,15 +9,6 @@
 namespace zavcalc {
 namespace {
 
-UnoReference NewService(const UnoReference& context, std::u16string_view name) {
-  UnoText service(name);
-  uno_Interface* given = context.get();
-  return context.ObjectFrom(u"com.sun.star.uno.XComponentContext::getServiceManager", {})
-      .As(u"com.sun.star.lang.XMultiComponentFactory")
-      .ObjectFrom(u"com.sun.star.lang.XMultiComponentFactory::createInstanceWithContext",
-                  {service.address(), &given});
-}
-
 /// As "de".
 std::u16string OfficeLanguage(const UnoReference& context) {
   const UnoReference settings = NewService(context, u"com.sun.star.configuration.DefaultProvider")

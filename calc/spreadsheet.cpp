@@ -88,4 +88,11 @@ std::vector<SheetRange> FormulaRanges(const UnoReference& sheet) {
           .ObjectFrom(u"com.sun.star.sheet.XCellRangesQuery::queryContentCells", {&formulas}));
 }
 
+std::vector<SheetRange> ErrorRanges(const UnoReference& sheet) {
+  std::int32_t errors = 4;  // com.sun.star.sheet.FormulaResult
+  return AddressesOf(
+      sheet.As(u"com.sun.star.sheet.XCellRangesQuery")
+          .ObjectFrom(u"com.sun.star.sheet.XCellRangesQuery::queryFormulaCells", {&errors}));
+}
+
 }  // namespace zavcalc

@@ -32,6 +32,8 @@ UnoReference ArrayAround(const UnoReference& sheet, const SheetRange& cell);
 
 /// The ranges of a sheet in which all cells have formulas.
 std::vector<SheetRange> FormulaRanges(const UnoReference& sheet);
+/// The ranges in which all cells have formulas that give errors; calculates what has not been.
+std::vector<SheetRange> ErrorRanges(const UnoReference& sheet);
 /// Calls `visit` with the column, the row and the text of each formula of a range of the sheet.
 template <class Visit>
 void VisitFormulas(const UnoReference& sheet, const SheetRange& range, const Visit& visit) {

@@ -52,6 +52,15 @@ UnoReference UnoReference::ObjectFrom(std::u16string_view member,
   return Owning(object);
 }
 
+UnoReference NewService(const UnoReference& context, std::u16string_view name) {
+  UnoText service(name);
+  uno_Interface* given = context.get();
+  return context.ObjectFrom(u"com.sun.star.uno.XComponentContext::getServiceManager", {})
+      .As(u"com.sun.star.lang.XMultiComponentFactory")
+      .ObjectFrom(u"com.sun.star.lang.XMultiComponentFactory::createInstanceWithContext",
+                  {service.address(), &given});
+}
+
 UnoReference AnyValue::Object() const {
   if (any_.pType->eTypeClass != typelib_TypeClass_INTERFACE) throw CallFailure();
   return UnoReference::Sharing(*static_cast<uno_Interface**>(any_.pData));

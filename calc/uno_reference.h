@@ -51,6 +51,9 @@ class UnoReference {
   uno_Interface* object_ = nullptr;
 };
 
+/// A new object of a service; `context` is the office's XComponentContext.
+UnoReference NewService(const UnoReference& context, std::u16string_view name);
+
 /// Owns the value that a call gives.
 class AnyValue {
  public:

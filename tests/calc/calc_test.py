@@ -11,6 +11,7 @@ import shutil
 import struct
 import subprocess
 import sys
+import time
 import zipfile
 
 import office
@@ -287,6 +288,26 @@ def check_edits(calc, steps=2000):
     return wrong
 
 
+def check_doubt(calc, patience=20):
+    """An error that another formula has caused goes when that formula does, soon after, and nothing can be undone but
+    the edits."""
+    document = calc.new()
+    sheet = document.Sheets.getByIndex(0)
+    sheet.getCellRangeByName("A1:B3").setDataArray(((0, 0), (1, 1), (2, 2)))
+    sheet.getCellRangeByName("B1").Formula = "=1>2"
+    cell = sheet.getCellRangeByName("D1")
+    cell.Formula, sheet.getCellRangeByName("D2").Formula = "=_xll.ZavMean(A1:A3)", "=_xll.ZavMean(B1:B3)"
+    before = calc_value(cell)
+    put_kind(document, sheet, 1, 0, "=2.5")
+    edits = len(document.UndoManager.getAllUndoActionTitles())
+    deadline = time.monotonic() + patience
+    while calc_value(cell) != 1 and time.monotonic() < deadline:
+        time.sleep(0.1)
+    got = (before, calc_value(cell), len(document.UndoManager.getAllUndoActionTitles()) - edits)
+    document.close(True)
+    return [] if got == ("#VALUE!", 1, 0) else [("a doubt and its end", "=ZavMean(A1:A3)", ("#VALUE!", 1, 0), got)]
+
+
 def check_million(calc, zavhost, scratch):
     """A million cells of all sizes: the bits of the host's mean."""
     source = random.Random(2)
@@ -339,6 +360,7 @@ def main():
         wrong += check_files(calc, zavhost, scratch)
         wrong += check_several_sheets(calc)
         wrong += check_edits(calc)
+        wrong += check_doubt(calc)
         wrong += check_million(calc, zavhost, scratch)
         wrong += check_removal(calc)
     for difference in wrong[:60]:

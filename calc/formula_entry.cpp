@@ -1,13 +1,15 @@
-#include "calc/names.h"
+#include "calc/formula_entry.h"
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "calc/call_sites.h"
 #include "calc/formula_text.h"
 #include "calc/function_names.h"
 #include "calc/spreadsheet.h"
@@ -43,8 +45,12 @@ bool HasPlainName(std::u16string_view formula) {
   return false;
 }
 
-/// While it lives, the document takes array formulas although its file is not writable, does not
-/// record what can be undone, and does not tell its listeners of each cell.
+bool HasPrefix(std::u16string_view formula) {
+  return formula.find(kPrefix) != std::u16string_view::npos;
+}
+
+/// While it lives, the document takes array formulas although its file is not writable, and does
+/// not tell its listeners of each cell.
 class Entering {
  public:
   explicit Entering(const UnoReference& model)
@@ -55,7 +61,6 @@ class Entering {
                   .As(u"com.sun.star.util.XLockable")),
         actions_(model.As(u"com.sun.star.document.XActionLockable")) {
     modifiable_.Call(u"com.sun.star.util.XModifiable::isModified", &was_modified_, {});
-    undo_.Call(u"com.sun.star.util.XLockable::lock", nullptr, {});
     actions_.Call(u"com.sun.star.document.XActionLockable::addActionLock", nullptr, {});
     SetReadOnlyChangeable(1);
   }
@@ -65,10 +70,21 @@ class Entering {
     try {
       SetReadOnlyChangeable(0);
       actions_.Call(u"com.sun.star.document.XActionLockable::removeActionLock", nullptr, {});
-      undo_.Call(u"com.sun.star.util.XLockable::unlock", nullptr, {});
       modifiable_.Call(u"com.sun.star.util.XModifiable::setModified", nullptr, {&was_modified_});
     } catch (const CallFailure&) {  // the document counts as modified
     }
+  }
+
+  /// Has `enter` enter a formula so that it cannot be undone. Calc records again after each one,
+  /// whether it was told not to or not.
+  template <class Enter>
+  void WithoutUndo(const Enter& enter) const {
+    undo_.Call(u"com.sun.star.util.XLockable::lock", nullptr, {});
+    try {
+      enter();
+    } catch (const CallFailure&) {  // this formula stays as it is; others do not wait for it
+    }
+    undo_.Call(u"com.sun.star.util.XLockable::unlock", nullptr, {});
   }
 
  private:
@@ -89,39 +105,44 @@ class Entering {
   sal_Bool was_modified_ = 0;
 };
 
-class Resolution {
+class FormulaEntry {
  public:
-  explicit Resolution(const UnoReference& model) : model_(model) {}
+  /// Of a document; at most so many formulas.
+  FormulaEntry(const UnoReference& model, std::size_t most) : model_(model), left_(most) {}
 
-  void ResolveIn(const UnoReference& sheet) {
-    for (const SheetRange& range : FormulaRanges(sheet)) {
-      std::map<std::int32_t, std::vector<PlainFormula>> columns;
+  /// Those in the ranges of the sheet that `is_wanted`.
+  void EnterIn(const UnoReference& sheet, const std::vector<SheetRange>& ranges,
+               bool (*is_wanted)(std::u16string_view)) {
+    for (const SheetRange& range : ranges) {
+      std::map<std::int32_t, std::vector<Formula>> columns;
       VisitFormulas(sheet, range,
                     [&](std::int32_t column, std::int32_t row, std::u16string_view text) {
-                      if (HasPlainName(text))
-                        columns[column].push_back({row, std::u16string(text)});
+                      if (left_ == 0 || !is_wanted(text)) return;
+                      columns[column].push_back({row, std::u16string(text)});
+                      --left_;
                     });
       for (const auto& [column, formulas] : columns) Enter(sheet, range.sheet, column, formulas);
     }
   }
 
  private:
-  struct PlainFormula {
+  struct Formula {
     std::int32_t row;
     std::u16string text;
   };
 
   void Enter(const UnoReference& sheet, std::int32_t index, std::int32_t column,
-             const std::vector<PlainFormula>& formulas) {
+             const std::vector<Formula>& formulas) {
     if (!entering_) entering_.emplace(model_);
     RemoveRuns(sheet, index, column, formulas);
     // Calc joins equal formulas to one group as they come, each time at the cost of the group: its
     // parts are joined at the end.
     constexpr std::int32_t kLongestGroup = 256;
     for (const bool are_joints : {false, true}) {
-      for (const PlainFormula& formula : formulas) {
-        if ((formula.row % kLongestGroup == 0) == are_joints)
-          Enter(sheet, CellAt(index, column, formula.row), formula.text);
+      for (const Formula& formula : formulas) {
+        if ((formula.row % kLongestGroup == 0) != are_joints) continue;
+        entering_->WithoutUndo(
+            [&] { Enter(sheet, CellAt(index, column, formula.row), formula.text); });
       }
     }
   }
@@ -137,8 +158,8 @@ class Resolution {
   }
 
   /// Formulas that Calc keeps together would be parted one by one, each time at the cost of all.
-  static void RemoveRuns(const UnoReference& sheet, std::int32_t index, std::int32_t column,
-                         const std::vector<PlainFormula>& formulas) {
+  void RemoveRuns(const UnoReference& sheet, std::int32_t index, std::int32_t column,
+                  const std::vector<Formula>& formulas) const {
     for (std::size_t begin = 0, end = 0; begin < formulas.size();
          begin = std::max(end, begin + 1)) {
       end = begin;
@@ -146,10 +167,13 @@ class Resolution {
              formulas[end].row - formulas[begin].row == static_cast<std::int32_t>(end - begin))
         ++end;
       if (end <= begin + 1) continue;
-      std::int32_t formula_cells = 16;  // com.sun.star.sheet.CellFlags
-      PartOf(sheet, {index, column, formulas[begin].row, column, formulas[end - 1].row})
-          .As(u"com.sun.star.sheet.XSheetOperation")
-          .Call(u"com.sun.star.sheet.XSheetOperation::clearContents", nullptr, {&formula_cells});
+      const SheetRange run{index, column, formulas[begin].row, column, formulas[end - 1].row};
+      entering_->WithoutUndo([&] {
+        std::int32_t formula_cells = 16;  // com.sun.star.sheet.CellFlags
+        PartOf(sheet, run)
+            .As(u"com.sun.star.sheet.XSheetOperation")
+            .Call(u"com.sun.star.sheet.XSheetOperation::clearContents", nullptr, {&formula_cells});
+      });
     }
   }
 
@@ -167,15 +191,23 @@ class Resolution {
   }
 
   const UnoReference& model_;
+  std::size_t left_;
   std::optional<Entering> entering_;
 };
 
 }  // namespace
 
-void ResolveNames(uno_Interface* model) {
-  const UnoReference document = UnoReference::Sharing(model);
-  Resolution resolution(document);
-  for (const NamedSheet& sheet : SheetsOf(document)) resolution.ResolveIn(sheet.range);
+void EnterPlainNames(const UnoReference& model) {
+  FormulaEntry entry(model, std::numeric_limits<std::size_t>::max());
+  for (const NamedSheet& sheet : SheetsOf(model))
+    entry.EnterIn(sheet.range, FormulaRanges(sheet.range), &HasPlainName);
+}
+
+void EnterErrors(const UnoReference& model) {
+  constexpr std::size_t kMost = 500;
+  FormulaEntry entry(model, kMost);
+  for (const NamedSheet& sheet : SheetsOf(model))
+    entry.EnterIn(sheet.range, ErrorRanges(sheet.range), &HasPrefix);
 }
 
 }  // namespace zavcalc
