@@ -80,6 +80,8 @@ enum {
   PDFLIB_WRONG_COUNT = 6 /* too many parameters, or too few, or a negative count */
 };
 
+/* NOLINTBEGIN(modernize-use-using): programs in C read this too. */
+
 /* The values that a parameter may have. */
 typedef struct pdfParameter {
   const char* name;
@@ -104,6 +106,8 @@ typedef struct pdfDescription {
   const char* formula; /* of the cumulative probability or the density */
   const char* source;
 } pdfDescription;
+
+/* NOLINTEND(modernize-use-using) */
 
 #ifdef __cplusplus
 extern "C" {

@@ -102,18 +102,18 @@ std::int16_t With(const Asked& asked, Use use) noexcept {
 }
 
 struct Request {
-  std::int16_t request;
   double (PdfDist::*value)(double) const;
+  std::int16_t request;
   bool of_probability;
 };
 
 constexpr Request kRequests[] = {
-    {PDFLIB_DENSITY, &PdfDist::Density, false},
-    {PDFLIB_LOG_DENSITY, &PdfDist::LogDensity, false},
-    {PDFLIB_CUMULATIVE, &PdfDist::Cumulative, false},
-    {PDFLIB_UPPER_TAIL, &PdfDist::UpperTail, false},
-    {PDFLIB_QUANTILE, &PdfDist::Quantile, true},
-    {PDFLIB_UPPER_QUANTILE, &PdfDist::UpperQuantile, true},
+    {&PdfDist::Density, PDFLIB_DENSITY, false},
+    {&PdfDist::LogDensity, PDFLIB_LOG_DENSITY, false},
+    {&PdfDist::Cumulative, PDFLIB_CUMULATIVE, false},
+    {&PdfDist::UpperTail, PDFLIB_UPPER_TAIL, false},
+    {&PdfDist::Quantile, PDFLIB_QUANTILE, true},
+    {&PdfDist::UpperQuantile, PDFLIB_UPPER_QUANTILE, true},
 };
 
 /// Values outside the domain are frequent in arrays, and an exception for each would take longer

@@ -78,6 +78,11 @@ class Engine::State {
     if (function == nullptr)
       throw WorkbookError("the add-in " + Utf8FromPath(add_in.loaded.file.filename()) +
                           " has no export " + name);
+    return CallFunction(add_in, function, arguments);
+  }
+
+  std::int32_t CallFunction(const AddIn& add_in, void* function,
+                            const MachineArguments& arguments) {
     judge.SetPlace({}, {});
     try {
       const ExcelApi::Entry entry(api(), CallContext::kCommand, add_in.loaded);
@@ -100,7 +105,8 @@ class Engine::State {
 
   void Close(AddIn& add_in) {
     if (!std::exchange(add_in.is_open, false)) return;
-    if (add_in.module.FindExport("xlAutoClose") != nullptr) CallCommand(add_in, "xlAutoClose", {});
+    if (void* const close = add_in.module.FindExport("xlAutoClose"))
+      CallFunction(add_in, close, {});
   }
 
   void CloseAll() {

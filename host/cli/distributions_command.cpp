@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <iostream>
 #include <span>
 
@@ -29,8 +30,9 @@ class Companion {
   }
 
   std::vector<const pdfDescription*> All() const {
-    std::vector<const pdfDescription*> all;
-    for (std::int32_t place = 0; place < count_(); ++place) all.push_back(describe_(place));
+    std::vector<const pdfDescription*> all(static_cast<std::size_t>(count_()));
+    std::ranges::generate(all,
+                          [this, place = std::int32_t{0}]() mutable { return describe_(place++); });
     return all;
   }
 

@@ -47,7 +47,7 @@ Area AddStandardized(SheetBuilder& sheet, const Data& data, std::uint32_t row,
     const auto at = static_cast<std::uint16_t>(column + i);
     sheet.Text(sheet.At(row, at), data.variables[i].name, Style::kHeading);
     sheet.Array(sheet.At(row + 1, at, rows),
-                "=(" + values + "-ZavMean(" + values + "))/ZavStdDev(" + values + ")");
+                Joined({"=(", values, "-ZavMean(", values, "))/ZavStdDev(", values, ")"}));
   }
   return sheet.At(row + 1, column, rows, CountOf(data));
 }

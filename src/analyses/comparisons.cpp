@@ -31,10 +31,7 @@ GroupTable AddGroups(SheetBuilder& sheet, const Variable& variable, const Groupi
     table.samples.push_back(InGroup(variable, grouping, names.Part(0, i)));
   const auto row = [&](const std::string& label, const char* function, const char* further,
                        Style style) {
-    std::vector<std::string> formulas;
-    for (const std::string& sample : table.samples)
-      formulas.push_back(Call(function, {sample + further}));
-    return sheet.Row(label, formulas, style);
+    return sheet.Row(label, CallForEach(function, table.samples, further), style);
   };
   sheet.Text(sheet.At(sheet.row(), 0), variable.name, Style::kHeading);
   sheet.Skip(1);

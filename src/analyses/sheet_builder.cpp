@@ -74,10 +74,20 @@ std::string Call(std::string_view function, std::initializer_list<std::string> a
   return text + ")";
 }
 
-std::string InQuotes(const std::string& text) {
-  std::string quoted = "\"";
-  for (const char c : text) quoted.append(c == '"' ? 2 : 1, c);
-  return quoted + "\"";
+std::vector<std::string> CallForEach(std::string_view function,
+                                     const std::vector<std::string>& data,
+                                     std::string_view further) {
+  std::vector<std::string> calls(data.size());
+  std::ranges::transform(data, calls.begin(), [&](const std::string& values) {
+    return Joined({"=", function, "(", values, further, ")"});
+  });
+  return calls;
+}
+
+std::string Joined(std::initializer_list<std::string_view> parts) {
+  std::string text;
+  for (const std::string_view part : parts) text += part;
+  return text;
 }
 
 std::string InGroup(const Variable& variable, const Grouping& grouping, const Area& category) {

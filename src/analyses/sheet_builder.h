@@ -50,8 +50,12 @@ class SheetBuilder {
 
 /// "=Name(argument,argument)"
 std::string Call(std::string_view function, std::initializer_list<std::string> arguments);
-/// A text in a formula.
-std::string InQuotes(const std::string& text);
+/// The same of each of some data, with further arguments behind it.
+std::vector<std::string> CallForEach(std::string_view function,
+                                     const std::vector<std::string>& data,
+                                     std::string_view further);
+/// The parts of a formula in one text.
+std::string Joined(std::initializer_list<std::string_view> parts);
 
 /// The values of a variable in one group, for a formula. `category` is a cell with its name.
 std::string InGroup(const Variable& variable, const Grouping& grouping, const Area& category);

@@ -33,10 +33,8 @@ constexpr Statistic kStatistics[] = {
 Area AddStatistics(SheetBuilder& sheet, const std::vector<std::string>& data) {
   Area means;
   for (const Statistic& statistic : kStatistics) {
-    std::vector<std::string> formulas;
-    for (const std::string& values : data)
-      formulas.push_back(Call(statistic.function, {values + statistic.further}));
-    const Area row = sheet.Row(statistic.label, formulas, statistic.style);
+    const Area row = sheet.Row(
+        statistic.label, CallForEach(statistic.function, data, statistic.further), statistic.style);
     if (statistic.function == std::string("ZavMean")) means = row;
   }
   return means;
@@ -94,21 +92,19 @@ void AddFrequencies(SheetBuilder& sheet, const Variable& variable) {
     const bool last = i + 1 == classes;
     sheet.Number(sheet.At(row, 0), i + 1, Style::kCount);
     // A class begins in the very cell that ends the one before, so that no value is in both.
-    from = sheet.Formula(sheet.At(row, 1), "=" + from).TextInSheet();
-    const std::string to =
-        sheet
-            .Formula(sheet.At(row, 2), last ? "=" + high.TextInSheet()
-                                            : "=" + low.TextInSheet() + "+" +
-                                                  std::to_string(i + 1) + "*" + width.TextInSheet())
-            .TextInSheet();
-    sheet.Formula(sheet.At(row, 3), "=(" + from + "+" + to + ")/2");
+    from = sheet.Formula(sheet.At(row, 1), Joined({"=", from})).TextInSheet();
+    const std::string end = last ? Joined({"=", high.TextInSheet()})
+                                 : Joined({"=", low.TextInSheet(), "+", std::to_string(i + 1), "*",
+                                           width.TextInSheet()});
+    const std::string to = sheet.Formula(sheet.At(row, 2), end).TextInSheet();
+    sheet.Formula(sheet.At(row, 3), Joined({"=(", from, "+", to, ")/2"}));
     sheet.Formula(sheet.At(row, 4),
                   Call("ZavCountRange", {values, from, to, "TRUE", last ? "TRUE" : "FALSE"}),
                   Style::kCount);
     sheet.Formula(sheet.At(row, 5),
-                  "=" + sheet.At(row, 4).TextInSheet() + "/" + Call("ZavCount", {values}).substr(1),
+                  Joined({"=", sheet.At(row, 4).TextInSheet(), "/ZavCount(", values, ")"}),
                   Style::kProbability);
-    sheet.Formula(sheet.At(row, 6), "=SUM(" + sheet.At(first, 5, i + 1).TextInSheet() + ")",
+    sheet.Formula(sheet.At(row, 6), Call("SUM", {sheet.At(first, 5, i + 1).TextInSheet()}),
                   Style::kProbability);
     sheet.Skip(1);
     from = to;
@@ -133,8 +129,9 @@ ReportSheet BuildSummary(const Data& data) {
   }
   const std::uint32_t heading = sheet.row();
   sheet.Headings(NamesAfter("Statistic", data));
-  std::vector<std::string> values;
-  for (const Variable& variable : data.variables) values.push_back(variable.values.Text());
+  std::vector<std::string> values(data.variables.size());
+  std::ranges::transform(data.variables, values.begin(),
+                         [](const Variable& variable) { return variable.values.Text(); });
   const Area means = AddStatistics(sheet, values);
   AddMeansChart(sheet, "Means", "",
                 sheet.At(heading, 1, 1, static_cast<std::uint16_t>(values.size())), means);

@@ -9,13 +9,13 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "fitting/goodness_of_fit.h"
-#include "fitting/rank.h"
 #include "distribution_functions/argument_lists.h"
 #include "distribution_functions/asked_distribution.h"
 #include "distribution_functions/kept_results.h"
 #include "distribution_functions/result_table.h"
 #include "excel/excel_call.h"
+#include "fitting/goodness_of_fit.h"
+#include "fitting/rank.h"
 #include "frame/session.h"
 #include "frame/worksheet_function.h"
 #include "numbers/floating_point_scope.h"
@@ -136,9 +136,9 @@ FitTestResult RunTest(FitTest test, const Description& description, ExcelData& s
   if (!given.empty()) {
     const std::string problem = ProblemWith(description, given);
     if (!problem.empty()) throw std::invalid_argument(problem);
-    std::vector<double> parameters;
+    std::vector<double> parameters(given.size());
     for (std::size_t i = 0; i < given.size(); ++i)
-      parameters.push_back(given[i] ? *given[i] : *description.parameters[i].by_default);
+      parameters[i] = given[i] ? *given[i] : *description.parameters[i].by_default;
     return DistLib::TestFit(test, description, parameters, numbers);
   }
   const Fit fit = DistLib::FitDistribution(description, numbers, {}, &UserCancelled);
