@@ -11,8 +11,14 @@ namespace zavhost {
 namespace {
 
 using zavrel::analyses::Analysis;
+using zavrel::analyses::Language;
+using zavrel::analyses::Translated;
 
-void PrintAnalyses() {
+Language LanguageOf(const CommandLine& line) {
+  return line.language == "de" ? Language::kGerman : Language::kEnglish;
+}
+
+void PrintAnalyses(Language language) {
   TextTable table({{"Analysis"},
                    {"Columns", Alignment::kRight},
                    {"--by"},
@@ -22,7 +28,8 @@ void PrintAnalyses() {
     table.AddRow({std::string(analysis.name),
                   std::to_string(analysis.least_variables) + " to " +
                       std::to_string(analysis.most_variables),
-                  groups[static_cast<std::size_t>(analysis.groups)], std::string(analysis.about)});
+                  groups[static_cast<std::size_t>(analysis.groups)],
+                  Translated(analysis.about, language)});
   }
   std::cout << table.Render();
 }
@@ -77,7 +84,7 @@ int Calculate(const CommandLine& line, const std::filesystem::path& written) {
 
 int ReportCommand(const CommandLine& line) {
   if (line.list_analyses) {
-    PrintAnalyses();
+    PrintAnalyses(LanguageOf(line));
     return kExitSuccess;
   }
   const Analysis* const analysis = zavrel::analyses::FindAnalysis(line.analysis);
@@ -89,7 +96,8 @@ int ReportCommand(const CommandLine& line) {
   if (workbook.sheets.empty()) throw WorkbookError("the workbook has no sheet");
   const DataTable table = ReadDataTable(workbook.sheets.front());
   std::vector<std::string> notes;
-  const auto data = SelectData(table, {line.names, line.by}, notes);
+  auto data = SelectData(table, {line.names, line.by}, notes);
+  data.language = LanguageOf(line);
   const std::string problem = ProblemWith(*analysis, data);
   if (!problem.empty())
     throw WorkbookError(std::string(analysis->name) + " cannot be made: " + problem);
@@ -98,7 +106,8 @@ int ReportCommand(const CommandLine& line) {
   WriteReport(working.path(), table, analysis->build(data));
   const int code = Calculate(line, working.path());
   if (code == kExitSuccess)
-    std::cout << analysis->title << ": " << PrintablePath(line.output) << '\n';
+    std::cout << Translated(analysis->title, data.language) << ": " << PrintablePath(line.output)
+              << '\n';
   return code;
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "analyses/report_sheet.h"
+#include "analyses/texts.h"
 
 namespace zavrel::analyses {
 
@@ -26,10 +27,11 @@ struct Grouping {
   std::vector<std::string> categories;  // as ZavCategoryNames orders them
 };
 
-/// What an analysis is given: columns of equal length.
+/// What an analysis is given: columns of equal length, and the language of its texts.
 struct Data {
   std::vector<Variable> variables;
   std::optional<Grouping> grouping;
+  Language language = Language::kEnglish;
 };
 
 enum class Groups { kNone, kOptional, kTwo, kSeveral };

@@ -30,7 +30,7 @@ void AddLabels(SheetBuilder& sheet, const Data& data) {
 /// A square matrix of the variables with a title; takes its rows and one more.
 Area AddMatrix(SheetBuilder& sheet, const std::string& title, const Data& data,
                std::string formula) {
-  sheet.Headings(NamesAfter(title, data));
+  sheet.Headings(NamesAfter(sheet.Say(title), data));
   AddLabels(sheet, data);
   const Area matrix =
       sheet.Array(sheet.At(sheet.row(), 1, CountOf(data), CountOf(data)), std::move(formula));
@@ -55,13 +55,13 @@ Area AddStandardized(SheetBuilder& sheet, const Data& data, std::uint32_t row,
 /// The scores of the observations as points, and for each variable a line to its loadings, made
 /// three times as long so that both can be seen.
 Chart Biplot(SheetBuilder& sheet, const Data& data, const Area& scores, const Area& vectors) {
-  Chart chart{.title = "Biplot",
-              .x_title = "Component 1",
-              .y_title = "Component 2",
-              .series = {{"observations", scores.Part(0, 0, scores.rows),
+  Chart chart{.title = sheet.Say("Biplot"),
+              .x_title = sheet.Say("Component") + " 1",
+              .y_title = sheet.Say("Component") + " 2",
+              .series = {{sheet.Say("observations"), scores.Part(0, 0, scores.rows),
                           scores.Part(0, 1, scores.rows), Series::Look::kMarkers}},
               .place = {}};
-  sheet.Headings({"Lines of the biplot", "x", "y"});
+  sheet.Headings({sheet.Say("Lines of the biplot"), "x", "y"});
   for (std::uint16_t i = 0; i < CountOf(data); ++i) {
     const std::uint32_t row = sheet.row();
     sheet.Text(sheet.At(row, 0), data.variables[i].name, Style::kLabel);
@@ -81,7 +81,7 @@ Chart Biplot(SheetBuilder& sheet, const Data& data, const Area& scores, const Ar
 }  // namespace
 
 ReportSheet BuildCovariances(const Data& data) {
-  SheetBuilder sheet("Covariances", "Covariance matrix",
+  SheetBuilder sheet(data.language, "Covariances", "Covariance matrix",
                      "The divisor is n - 1. A row with a gap is left out for the pairs that it "
                      "concerns.");
   AddMatrix(sheet, "Covariance", data,
@@ -90,7 +90,7 @@ ReportSheet BuildCovariances(const Data& data) {
 }
 
 ReportSheet BuildCorrelations(const Data& data) {
-  SheetBuilder sheet("Correlations", "Correlation matrix",
+  SheetBuilder sheet(data.language, "Correlations", "Correlation matrix",
                      "A row with a gap is left out for the pairs that it concerns.");
   AddMatrix(sheet, "Pearson", data, Call("ZavCorrelationMatrix", {"0", "0", "0", AllValues(data)}));
   AddMatrix(sheet, "Spearman", data,
@@ -99,20 +99,22 @@ ReportSheet BuildCorrelations(const Data& data) {
 }
 
 ReportSheet BuildPrincipalComponents(const Data& data) {
-  SheetBuilder sheet("Principal components", "Principal components",
+  SheetBuilder sheet(data.language, "Principal components", "Principal components",
                      "Of the correlations: each variable counts with the same weight. The sign of "
                      "a component is arbitrary.");
   const std::uint16_t count = CountOf(data);
   const Area matrix = AddMatrix(sheet, "Correlation", data,
                                 Call("ZavCorrelationMatrix", {"0", "0", "1", AllValues(data)}));
-  std::vector<std::string> components = {"Loadings"};
-  for (std::uint16_t i = 1; i <= count; ++i) components.push_back("Component " + std::to_string(i));
+  std::vector<std::string> components = {sheet.Say("Loadings")};
+  for (std::uint16_t i = 1; i <= count; ++i)
+    components.push_back(sheet.Say("Component") + " " + std::to_string(i));
   sheet.Headings(components);
   AddLabels(sheet, data);
   const Area vectors = sheet.Array(sheet.At(sheet.row(), 1, count, count),
                                    Call("ZavEigenvectors", {matrix.TextInSheet()}));
   sheet.Skip(count + 1u);
-  sheet.Headings({"Component", "Eigenvalue", "Share", "Cumulative"});
+  sheet.Headings({sheet.Say("Component"), sheet.Say("Eigenvalue"), sheet.Say("Share"),
+                  sheet.Say("Cumulative")});
   const Area values =
       sheet.Array(sheet.At(sheet.row(), 1, count), Call("ZavEigenvalues", {matrix.TextInSheet()}));
   for (std::uint16_t i = 0; i < count; ++i) {
@@ -125,12 +127,12 @@ ReportSheet BuildPrincipalComponents(const Data& data) {
                   Style::kProbability);
     sheet.Skip(1);
   }
-  sheet.Add(
-      {.title = "Scree plot",
-       .x_title = "Component",
-       .y_title = "Eigenvalue",
-       .series = {{"Eigenvalue", sheet.At(values.row, 0, count), values, Series::Look::kLine}},
-       .place = {}});
+  sheet.Add({.title = sheet.Say("Scree plot"),
+             .x_title = sheet.Say("Component"),
+             .y_title = sheet.Say("Eigenvalue"),
+             .series = {{sheet.Say("Eigenvalue"), sheet.At(values.row, 0, count), values,
+                         Series::Look::kLine}},
+             .place = {}});
   // Right of the tables and charts: the observations, as they are standardized and as scores.
   const auto right = static_cast<std::uint16_t>(count + 12);
   sheet.PrintUpTo(right);
@@ -138,7 +140,7 @@ ReportSheet BuildPrincipalComponents(const Data& data) {
   const auto score_column = static_cast<std::uint16_t>(right + count + 1);
   for (std::uint16_t i = 0; i < count; ++i) {
     sheet.Text(sheet.At(3, static_cast<std::uint16_t>(score_column + i)),
-               "Score " + std::to_string(i + 1), Style::kHeading);
+               sheet.Say("Score") + " " + std::to_string(i + 1), Style::kHeading);
   }
   // Standardized variables times eigenvectors: the signs are those of the loadings.
   const Area scores =

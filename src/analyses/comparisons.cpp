@@ -45,8 +45,8 @@ void AddMediansChart(SheetBuilder& sheet, const std::string& title, const std::s
                      const Area& names, const Area& medians) {
   sheet.Add({.title = title,
              .x_title = across,
-             .y_title = "Median",
-             .series = {{"Median", names, medians, Series::Look::kColumns}},
+             .y_title = sheet.Say("Median"),
+             .series = {{sheet.Say("Median"), names, medians, Series::Look::kColumns}},
              .place = {}});
 }
 
@@ -84,7 +84,7 @@ void AddMannWhitney(SheetBuilder& sheet, const GroupTable& table) {
 }  // namespace
 
 ReportSheet BuildTwoGroups(const Data& data) {
-  SheetBuilder sheet("Two groups", "Comparison of two groups",
+  SheetBuilder sheet(data.language, "Two groups", "Comparison of two groups",
                      "Mann-Whitney test of whether values of one group tend to be greater. The "
                      "first p-value is exact for small samples and takes no account of ties.");
   sheet.Width(0, 32);
@@ -93,13 +93,14 @@ ReportSheet BuildTwoGroups(const Data& data) {
   for (const Variable& variable : data.variables) {
     const GroupTable table = AddGroups(sheet, variable, grouping, names);
     AddMannWhitney(sheet, table);
-    AddMediansChart(sheet, "Medians of " + variable.name, grouping.name, names, table.medians);
+    AddMediansChart(sheet, sheet.Say("Medians of") + " " + variable.name, grouping.name, names,
+                    table.medians);
   }
   return std::move(sheet).Finish();
 }
 
 ReportSheet BuildSeveralGroups(const Data& data) {
-  SheetBuilder sheet("Several groups", "Comparison of several groups",
+  SheetBuilder sheet(data.language, "Several groups", "Comparison of several groups",
                      "Kruskal-Wallis test of whether values of some group tend to be greater, "
                      "corrected for ties, with the chi-square approximation of its p-value.");
   sheet.Width(0, 32);
@@ -116,13 +117,14 @@ ReportSheet BuildSeveralGroups(const Data& data) {
         sheet.Row("Degrees of freedom", {item("2")}, Style::kCount).TextInSheet();
     sheet.Row("Groups of ties", {item("4")}, Style::kCount);
     sheet.Row("p-value", {Call("ZavChisq", {df, "\"xtoq\"", statistic})}, Style::kProbability);
-    AddMediansChart(sheet, "Medians of " + variable.name, grouping.name, names, table.medians);
+    AddMediansChart(sheet, sheet.Say("Medians of") + " " + variable.name, grouping.name, names,
+                    table.medians);
   }
   return std::move(sheet).Finish();
 }
 
 ReportSheet BuildSignedRanks(const Data& data) {
-  SheetBuilder sheet("Pairs", "Comparison of pairs",
+  SheetBuilder sheet(data.language, "Pairs", "Comparison of pairs",
                      "Wilcoxon's signed-rank test of whether the differences lie about 0. "
                      "Differences of 0 and rows with a gap are left out.");
   sheet.Width(0, 34);
@@ -157,7 +159,7 @@ ReportSheet BuildSignedRanks(const Data& data) {
   sheet.Add({.title = first.name + " and " + second.name,
              .x_title = first.name,
              .y_title = second.name,
-             .series = {{"pairs", first.values, second.values, Series::Look::kMarkers}},
+             .series = {{sheet.Say("pairs"), first.values, second.values, Series::Look::kMarkers}},
              .place = {}});
   return std::move(sheet).Finish();
 }

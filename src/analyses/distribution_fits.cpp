@@ -23,32 +23,33 @@ void AddCells(SheetBuilder& sheet, const std::string& result, std::uint32_t rows
 
 void AddFit(SheetBuilder& sheet, const Variable& variable) {
   const std::string values = variable.values.Text();
-  sheet.Headings({variable.name, "AIC", "BIC", "Log-likelihood", "Parameters"});
+  sheet.Headings(
+      {variable.name, "AIC", "BIC", sheet.Say("Log-likelihood"), sheet.Say("Parameters")});
   const Area ranking = sheet.Array(sheet.At(sheet.row(), 0, kRanked, 5),
                                    Call("ZavDistRank", {values, std::to_string(kRanked)}));
   sheet.Skip(kRanked + 1);
   const std::string best = ranking.Part(0, 0).TextInSheet();
-  sheet.Headings({"Best", "Estimate", "Standard error"});
+  sheet.Headings({sheet.Say("Best"), sheet.Say("Estimate"), sheet.Say("Standard error")});
   AddCells(sheet, Call("ZavDistFit", {best, values}).substr(1), kRowsOfFit, 3);
   sheet.Skip(kRowsOfFit);
   AddCells(sheet, Call("ZavDistFitTest", {best, values}).substr(1), 2, 2);
-  sheet.Text(sheet.At(sheet.row(), 2), "test of fit, by 199 samples", Style::kNote);
+  sheet.Text(sheet.At(sheet.row(), 2), sheet.Say("test of fit, by 199 samples"), Style::kNote);
   sheet.Skip(3);
 
   constexpr std::uint16_t kQuantileColumn = 12;  // right of the chart
   sheet.PrintUpTo(kQuantileColumn);
   const std::uint32_t row = sheet.row();
   const auto count = static_cast<std::uint32_t>(variable.numbers);
-  sheet.Text(sheet.At(row, kQuantileColumn), "Quantile", Style::kHeading);
+  sheet.Text(sheet.At(row, kQuantileColumn), sheet.Say("Quantile"), Style::kHeading);
   sheet.Text(sheet.At(row, kQuantileColumn + 1), variable.name, Style::kHeading);
   const Area points =
       sheet.Array(sheet.At(row + 1, kQuantileColumn, count, 2), Call("ZavDistQQ", {best, values}));
   const Area x = points.Part(0, 0, count), y = points.Part(0, 1, count);
-  sheet.Add({.title = "Q-Q plot of " + variable.name,
-             .x_title = "Quantile of the best distribution",
+  sheet.Add({.title = sheet.Say("Q-Q plot of") + " " + variable.name,
+             .x_title = sheet.Say("Quantile of the best distribution"),
              .y_title = variable.name,
              .series = {{variable.name, x, y, Series::Look::kMarkers},
-                        {"perfect fit", x, x, Series::Look::kLine}},
+                        {sheet.Say("perfect fit"), x, x, Series::Look::kLine}},
              .place = {}});
   const std::uint32_t end = row + 1 + count;
   if (end > sheet.row()) sheet.Skip(end - sheet.row());
@@ -57,7 +58,7 @@ void AddFit(SheetBuilder& sheet, const Variable& variable) {
 }  // namespace
 
 ReportSheet BuildDistributionFits(const Data& data) {
-  SheetBuilder sheet("Distributions", "Fitting a distribution",
+  SheetBuilder sheet(data.language, "Distributions", "Fitting a distribution",
                      "By maximum likelihood, the least AIC first. A small p-value speaks against "
                      "the best one too.");
   for (const Variable& variable : data.variables) AddFit(sheet, variable);

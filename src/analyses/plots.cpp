@@ -40,7 +40,7 @@ void AddBoxPlots(SheetBuilder& sheet, const std::string& title,
   const auto rows = static_cast<std::uint32_t>(boxes.size()) * kRowsOfBox;
   for (std::size_t i = 0; i < std::size(kParts); ++i) {
     const auto column = static_cast<std::uint16_t>(kFirstColumn + 2 * i);
-    sheet.Text(sheet.At(chart_row, column), kParts[i].name, Style::kHeading);
+    sheet.Text(sheet.At(chart_row, column), sheet.Say(kParts[i].name), Style::kHeading);
     sheet.Text(sheet.At(chart_row, static_cast<std::uint16_t>(column + 1)), "", Style::kHeading);
     const std::string number = std::to_string(i + 1);
     for (std::size_t box = 0; box < boxes.size(); ++box) {
@@ -50,7 +50,7 @@ void AddBoxPlots(SheetBuilder& sheet, const std::string& title,
       sheet.Array(sheet.At(row, static_cast<std::uint16_t>(column + 1), kParts[i].rows),
                   Call("ZavBoxPlotX", {boxes[box].second, "0", number}));
     }
-    chart.series.push_back({kParts[i].name, sheet.At(chart_row + 1, column, rows),
+    chart.series.push_back({sheet.Say(kParts[i].name), sheet.At(chart_row + 1, column, rows),
                             sheet.At(chart_row + 1, static_cast<std::uint16_t>(column + 1), rows),
                             kParts[i].look});
   }
@@ -63,14 +63,14 @@ void AddBoxPlots(SheetBuilder& sheet, const std::string& title,
 }  // namespace
 
 ReportSheet BuildBoxPlots(const Data& data) {
-  SheetBuilder sheet("Box plots", "Box plots",
+  SheetBuilder sheet(data.language, "Box plots", "Box plots",
                      "Quartiles are linear between values. At most 20 outliers of a kind are "
                      "drawn.");
   std::vector<std::pair<std::string, std::string>> boxes;
   if (!data.grouping) {
     for (const Variable& variable : data.variables)
       boxes.emplace_back(variable.name, variable.values.Text());
-    AddBoxPlots(sheet, "Box plots", boxes);
+    AddBoxPlots(sheet, sheet.Say("Box plots"), boxes);
     return std::move(sheet).Finish();
   }
   const Grouping& grouping = *data.grouping;
@@ -84,13 +84,13 @@ ReportSheet BuildBoxPlots(const Data& data) {
     boxes.clear();
     for (std::uint16_t i = 0; i < groups; ++i)
       boxes.emplace_back(grouping.categories[i], InGroup(variable, grouping, names.Part(0, i)));
-    AddBoxPlots(sheet, variable.name + " by " + grouping.name, boxes);
+    AddBoxPlots(sheet, variable.name + " " + sheet.Say("by") + " " + grouping.name, boxes);
   }
   return std::move(sheet).Finish();
 }
 
 ReportSheet BuildQuantilePlots(const Data& data) {
-  SheetBuilder sheet("Q-Q plots", "Normal Q-Q plots",
+  SheetBuilder sheet(data.language, "Q-Q plots", "Normal Q-Q plots",
                      "Quantiles of the normal distribution with the data's mean and standard "
                      "deviation. Points on the line fit.");
   const std::uint32_t heading = sheet.row();
@@ -99,7 +99,7 @@ ReportSheet BuildQuantilePlots(const Data& data) {
     const Variable& variable = data.variables[i];
     const auto column = static_cast<std::uint16_t>(2 * i);
     const auto count = static_cast<std::uint32_t>(variable.numbers);
-    sheet.Text(sheet.At(heading, column), "Quantile", Style::kHeading);
+    sheet.Text(sheet.At(heading, column), sheet.Say("Quantile"), Style::kHeading);
     sheet.Width(column, 12);
     sheet.Width(static_cast<std::uint16_t>(column + 1), 16);
     sheet.Text(sheet.At(heading, static_cast<std::uint16_t>(column + 1)), variable.name,
@@ -108,11 +108,11 @@ ReportSheet BuildQuantilePlots(const Data& data) {
                                Call("ZavQQPlotZValue", {variable.values.Text(), "0"}));
     const Area y = sheet.Array(sheet.At(heading + 1, static_cast<std::uint16_t>(column + 1), count),
                                Call("ZavQQPlotSort", {variable.values.Text()}));
-    sheet.AddBeside({.title = "Normal Q-Q plot of " + variable.name,
-                     .x_title = "Normal quantile",
+    sheet.AddBeside({.title = sheet.Say("Normal Q-Q plot of") + " " + variable.name,
+                     .x_title = sheet.Say("Normal quantile"),
                      .y_title = variable.name,
                      .series = {{variable.name, x, y, Series::Look::kMarkers},
-                                {"normal distribution", x, x, Series::Look::kLine}},
+                                {sheet.Say("normal distribution"), x, x, Series::Look::kLine}},
                      .place = {}},
                     heading + static_cast<std::uint32_t>(i) * kRowsBetweenCharts, chart_column);
   }
@@ -122,7 +122,7 @@ ReportSheet BuildQuantilePlots(const Data& data) {
 ReportSheet BuildScatterPlots(const Data& data) {
   constexpr std::uint32_t kRowsOfSmallChart = 13;
   constexpr std::uint16_t kColumnsOfSmallChart = 5;
-  SheetBuilder sheet("Scatter plots", "Scatter plot matrix",
+  SheetBuilder sheet(data.language, "Scatter plots", "Scatter plot matrix",
                      "Each variable across against the ones after it. A row with a gap has no "
                      "point.");
   for (std::size_t i = 0; i < data.variables.size(); ++i) {

@@ -10,10 +10,12 @@ constexpr double kWidthOfLabels = 26;
 
 }  // namespace
 
-SheetBuilder::SheetBuilder(std::string name, const std::string& title, const std::string& note) {
-  sheet_.name = std::move(name);
-  Text(At(0, 0), title, Style::kTitle);
-  Text(At(1, 0), note, Style::kNote);
+SheetBuilder::SheetBuilder(Language language, std::string_view name, std::string_view title,
+                           std::string_view note)
+    : language_(language) {
+  sheet_.name = Say(name);
+  Text(At(0, 0), Say(title), Style::kTitle);
+  Text(At(1, 0), Say(note), Style::kNote);
   Width(0, kWidthOfLabels);
   row_ = 3;
 }
@@ -45,9 +47,9 @@ void SheetBuilder::Headings(const std::vector<std::string>& headings) {
   ++row_;
 }
 
-Area SheetBuilder::Row(const std::string& label, const std::vector<std::string>& formulas,
+Area SheetBuilder::Row(std::string_view label, const std::vector<std::string>& formulas,
                        Style style) {
-  Text(At(row_, 0), label, Style::kLabel);
+  Text(At(row_, 0), Say(label), Style::kLabel);
   for (std::size_t i = 0; i < formulas.size(); ++i)
     Formula(At(row_, static_cast<std::uint16_t>(i + 1)), formulas[i], style);
   return At(row_++, 1, 1, static_cast<std::uint16_t>(formulas.size()));

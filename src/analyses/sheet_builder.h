@@ -7,13 +7,19 @@
 #include <vector>
 
 #include "analyses/analysis.h"
+#include "analyses/texts.h"
 
 namespace zavrel::analyses {
 
 class SheetBuilder {
  public:
-  /// A title and a note of what was done stand at the top.
-  SheetBuilder(std::string name, const std::string& title, const std::string& note);
+  /// A title and a note of what was done stand at the top. These and the labels of rows are given
+  /// in English and put into the language.
+  SheetBuilder(Language language, std::string_view name, std::string_view title,
+               std::string_view note);
+
+  /// An English text of the analyses in the sheet's language.
+  std::string Say(std::string_view english) const { return Translated(english, language_); }
 
   /// The next free row.
   std::uint32_t row() const { return row_; }
@@ -31,7 +37,7 @@ class SheetBuilder {
   /// A row of headings, the first over the labels; takes a row.
   void Headings(const std::vector<std::string>& headings);
   /// A label and a formula for each column behind it; takes a row.
-  Area Row(const std::string& label, const std::vector<std::string>& formulas, Style style);
+  Area Row(std::string_view label, const std::vector<std::string>& formulas, Style style);
 
   void Width(std::uint16_t column, double characters) { sheet_.widths[column] = characters; }
   /// The columns from this one on help charts and are not printed.
@@ -44,6 +50,7 @@ class SheetBuilder {
   ReportSheet Finish() && { return std::move(sheet_); }
 
  private:
+  Language language_;
   ReportSheet sheet_;
   std::uint32_t row_ = 0;
 };

@@ -44,14 +44,15 @@ void AddMeansChart(SheetBuilder& sheet, const std::string& title, const std::str
                    const Area& names, const Area& means) {
   sheet.Add({.title = title,
              .x_title = across,
-             .y_title = "Mean",
-             .series = {{"Mean", names, means, Series::Look::kColumns}},
+             .y_title = sheet.Say("Mean"),
+             .series = {{sheet.Say("Mean"), names, means, Series::Look::kColumns}},
              .place = {}});
 }
 
 void AddGroupedStatistics(SheetBuilder& sheet, const Variable& variable, const Grouping& grouping) {
   const auto groups = static_cast<std::uint16_t>(grouping.categories.size());
-  sheet.Text(sheet.At(sheet.row(), 0), variable.name + " by " + grouping.name, Style::kHeading);
+  sheet.Text(sheet.At(sheet.row(), 0), variable.name + " " + sheet.Say("by") + " " + grouping.name,
+             Style::kHeading);
   const Area names =
       sheet.Array(sheet.At(sheet.row(), 1, 1, groups),
                   Call("ZavCategoryNames", {grouping.values.Text()}), Style::kHeading);
@@ -63,7 +64,8 @@ void AddGroupedStatistics(SheetBuilder& sheet, const Variable& variable, const G
                 std::max(12.0, static_cast<double>(grouping.categories[i].size()) + 2));
   }
   const Area means = AddStatistics(sheet, data);
-  AddMeansChart(sheet, variable.name + " by " + grouping.name, grouping.name, names, means);
+  AddMeansChart(sheet, variable.name + " " + sheet.Say("by") + " " + grouping.name, grouping.name,
+                names, means);
 }
 
 /// Sturges 1926, Journal of the American Statistical Association 21, 65-66.
@@ -83,7 +85,8 @@ void AddFrequencies(SheetBuilder& sheet, const Variable& variable) {
       {"=(" + high.TextInSheet() + "-" + low.TextInSheet() + ")/" + std::to_string(classes)},
       Style::kNumber);
   sheet.Skip(1);
-  sheet.Headings({"Class", "From", "To", "Middle", "Count", "Share", "Cumulative"});
+  sheet.Headings({sheet.Say("Class"), sheet.Say("From"), sheet.Say("To"), sheet.Say("Middle"),
+                  sheet.Say("Count"), sheet.Say("Share"), sheet.Say("Cumulative")});
   const std::uint32_t first = sheet.row();
   const Area counts = sheet.At(first, 4, classes);
   std::string from = low.TextInSheet();
@@ -109,17 +112,18 @@ void AddFrequencies(SheetBuilder& sheet, const Variable& variable) {
     sheet.Skip(1);
     from = to;
   }
-  sheet.Add({.title = "Histogram of " + variable.name,
+  sheet.Add({.title = sheet.Say("Histogram of") + " " + variable.name,
              .x_title = variable.name,
-             .y_title = "Count",
-             .series = {{"Count", sheet.At(first, 3, classes), counts, Series::Look::kColumns}},
+             .y_title = sheet.Say("Count"),
+             .series = {{sheet.Say("Count"), sheet.At(first, 3, classes), counts,
+                         Series::Look::kColumns}},
              .place = {}});
 }
 
 }  // namespace
 
 ReportSheet BuildSummary(const Data& data) {
-  SheetBuilder sheet("Summary", "Summary statistics",
+  SheetBuilder sheet(data.language, "Summary", "Summary statistics",
                      "Cells without a number are left out. Quartiles are linear between values; "
                      "variance, skewness and kurtosis are those of a sample.");
   if (data.grouping) {
@@ -128,18 +132,18 @@ ReportSheet BuildSummary(const Data& data) {
     return std::move(sheet).Finish();
   }
   const std::uint32_t heading = sheet.row();
-  sheet.Headings(NamesAfter("Statistic", data));
+  sheet.Headings(NamesAfter(sheet.Say("Statistic"), data));
   std::vector<std::string> values(data.variables.size());
   std::ranges::transform(data.variables, values.begin(),
                          [](const Variable& variable) { return variable.values.Text(); });
   const Area means = AddStatistics(sheet, values);
-  AddMeansChart(sheet, "Means", "",
+  AddMeansChart(sheet, sheet.Say("Means"), "",
                 sheet.At(heading, 1, 1, static_cast<std::uint16_t>(values.size())), means);
   return std::move(sheet).Finish();
 }
 
 ReportSheet BuildFrequencies(const Data& data) {
-  SheetBuilder sheet("Frequencies", "Frequencies",
+  SheetBuilder sheet(data.language, "Frequencies", "Frequencies",
                      "Classes of equal width from the smallest to the greatest value. A value on "
                      "a limit belongs to the class above.");
   for (const Variable& variable : data.variables) AddFrequencies(sheet, variable);
@@ -148,9 +152,9 @@ ReportSheet BuildFrequencies(const Data& data) {
 
 ReportSheet BuildPercentiles(const Data& data) {
   constexpr double kProbabilities[] = {0.01, 0.05, 0.1, 0.25, 0.5, 0.75, 0.9, 0.95, 0.99};
-  SheetBuilder sheet("Percentiles", "Percentiles",
+  SheetBuilder sheet(data.language, "Percentiles", "Percentiles",
                      "Linear between values, the definition that is usual in spreadsheets.");
-  sheet.Headings(NamesAfter("Fraction", data));
+  sheet.Headings(NamesAfter(sheet.Say("Fraction"), data));
   const std::uint32_t first = sheet.row();
   for (const double p : kProbabilities) {
     const Area fraction = sheet.At(sheet.row(), 0);
@@ -163,8 +167,11 @@ ReportSheet BuildPercentiles(const Data& data) {
     sheet.Skip(1);
   }
   const auto rows = static_cast<std::uint32_t>(std::size(kProbabilities));
-  Chart chart{
-      .title = "Percentiles", .x_title = "Fraction", .y_title = "", .series = {}, .place = {}};
+  Chart chart{.title = sheet.Say("Percentiles"),
+              .x_title = sheet.Say("Fraction"),
+              .y_title = "",
+              .series = {},
+              .place = {}};
   for (std::size_t i = 0; i < data.variables.size(); ++i) {
     chart.series.push_back({data.variables[i].name, sheet.At(first, 0, rows),
                             sheet.At(first, static_cast<std::uint16_t>(i + 1), rows),
@@ -175,11 +182,12 @@ ReportSheet BuildPercentiles(const Data& data) {
 }
 
 ReportSheet BuildOutliers(const Data& data) {
-  SheetBuilder sheet("Outliers", "Outliers",
+  SheetBuilder sheet(data.language, "Outliers", "Outliers",
                      "A value is a mild outlier from 1.5 interquartile ranges beyond a quartile, "
                      "an extreme one from 3.");
-  sheet.Headings({"Variable", "Lower quartile", "Upper quartile", "Interquartile range",
-                  "Lower limit", "Upper limit", "Mild", "Extreme"});
+  sheet.Headings({sheet.Say("Variable"), sheet.Say("Lower quartile"), sheet.Say("Upper quartile"),
+                  sheet.Say("Interquartile range"), sheet.Say("Lower limit"),
+                  sheet.Say("Upper limit"), sheet.Say("Mild"), sheet.Say("Extreme")});
   const std::uint32_t first = sheet.row();
   for (const Variable& variable : data.variables) {
     const std::string values = variable.values.Text();
@@ -201,12 +209,12 @@ ReportSheet BuildOutliers(const Data& data) {
     sheet.Skip(1);
   }
   const std::uint32_t rows = sheet.row() - first;
-  sheet.Add({.title = "Outliers",
+  sheet.Add({.title = sheet.Say("Outliers"),
              .x_title = "",
-             .y_title = "Values",
-             .series = {{"Mild", sheet.At(first, 0, rows), sheet.At(first, 6, rows),
+             .y_title = sheet.Say("Values"),
+             .series = {{sheet.Say("Mild"), sheet.At(first, 0, rows), sheet.At(first, 6, rows),
                          Series::Look::kColumns},
-                        {"Extreme", sheet.At(first, 0, rows), sheet.At(first, 7, rows),
+                        {sheet.Say("Extreme"), sheet.At(first, 0, rows), sheet.At(first, 7, rows),
                          Series::Look::kColumns}},
              .place = {}});
   return std::move(sheet).Finish();

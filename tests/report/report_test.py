@@ -8,6 +8,7 @@ import re
 import statistics
 import subprocess
 import sys
+import zipfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 program, scratch = sys.argv[1], pathlib.Path(sys.argv[2])
@@ -121,6 +122,24 @@ def check_inputs():
     check(cells["B5"] == 3 and "width, mm: 1 cell that is no number is left out" in words.stderr, f"gaps: {words.stderr}")
 
 
+def check_german():
+    """Every text of the analyses has its translation: none of the English sheet stands on the German one."""
+    for analysis, *options in (["summary"], ["percentiles"], ["outliers"], ["correlations"], ["frequencies"],
+                               ["several-groups", "--by", "Species"]):
+        texts = {}
+        for language in ("en", "de"):
+            out = scratch / f"{language}.xlsx"
+            run("report", analysis, IRIS, *options, "--language", language, "-o", out)
+            with zipfile.ZipFile(out) as package:
+                shared = package.read("xl/sharedStrings.xml").decode()
+            texts[language] = set(re.findall(r"<t[^>]*>([^<]*)</t>", shared))
+        data = {*open(IRIS, encoding="utf-8").readline().strip().split(","), "setosa", "versicolor", "virginica", ""}
+        same = (texts["en"] & texts["de"]) - data - {"Minimum", "Maximum", "Median", "Pearson", "Spearman"}
+        check(not same and len(texts["en"]) == len(texts["de"]), f"{analysis}: also in German: {same}")
+    listed = run("report", "--list", "--language", "de").stdout
+    check("Boxplots der Merkmale" in listed, "the German list")
+
+
 BAD = [
     ("x\n", "there are headings, but no rows below them"),
     ("\n1\n", "the first sheet has no headings in its first row"),
@@ -158,6 +177,7 @@ def check_refusals():
 check_values()
 check_tests()
 check_inputs()
+check_german()
 check_refusals()
 print("\n".join(problems) or "every analysis gives what R gives")
 sys.exit(1 if problems else 0)
