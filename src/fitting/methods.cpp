@@ -257,6 +257,7 @@ Values Candidates(const Parameter& parameter, const Facts& facts) {
   };
   const double deviation = facts.deviation(), median = facts.median(), range = facts.range();
   const bool any_number = parameter.domain.low == -kInfinity;
+  if (parameter.domain.high == 1) return {0.5, 0.1, 0.9, 0.01, 0.3, 0.7};
   if (named("lower", "minimum"))
     return {facts.smallest(), facts.smallest() - 0.05 * range, facts.smallest() - 0.5 * range};
   if (named("upper", "maximum", "radius"))
@@ -271,7 +272,6 @@ Values Candidates(const Parameter& parameter, const Facts& facts) {
   if (named("location", "mean", "mode"))
     return {median, facts.mean(), median - deviation, median + deviation,
             facts.smallest() - 0.1 * range};
-  if (parameter.domain.high == 1) return {0.5, 0.1, 0.9, 0.01, 0.3, 0.7};
   if (any_number) return {0.1, -0.5, 0.5, 2.0, -2.0, median, 10.0, -10.0};
   return {0.7, 2.0, 6.0, 0.2, 25.0, std::fabs(median), 150.0, 0.05};
 }
