@@ -5,15 +5,16 @@
 namespace zavrel {
 namespace {
 
-std::optional<std::u16string> NamedByHost(const XXloper& value) {
+OrFailure<std::u16string> NamedByHost(const XXloper& value) {
   const ExcelResult text = CoerceTo(value, xltypeStr);
-  if (WantsReturn(text)) return std::nullopt;
-  return std::u16string(text.ok() ? text.value.text() : std::u16string_view());
+  if (WantsReturn(text)) return Failure::Uncalculated();
+  if (!text.ok() || text.value.type() != xltypeStr) return Failure(ExcelError::kValue);
+  return std::u16string(text.value.text());
 }
 
 }  // namespace
 
-std::optional<std::u16string> CategoryNameOf(const SingleValue& cell) {
+OrFailure<std::u16string> CategoryNameOf(const SingleValue& cell) {
   switch (cell.tag) {
     case CellTag::kText:
       return std::u16string(cell.text);

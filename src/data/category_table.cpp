@@ -32,14 +32,14 @@ class CategoryTableBuilder {
  public:
   explicit CategoryTableBuilder(const CellColumns& cells) : cells_(cells) {}
 
-  std::optional<CategoryTable> Build() {
+  OrFailure<CategoryTable> Build() {
     const std::size_t count = cells_.size();
     if (count > 0) {
       indices_.Reserve(count);
       std::int32_t* index = indices_.Extend(count);
       for (std::size_t i = 0; i < count; ++i) {
-        const std::optional<std::int32_t> found = IndexOf(cells_[i]);
-        if (!found) return std::nullopt;
+        const OrFailure<std::int32_t> found = IndexOf(cells_[i]);
+        if (!found.ok()) return found.failure();
         index[i] = *found;
       }
     }
@@ -49,7 +49,7 @@ class CategoryTableBuilder {
   }
 
  private:
-  std::optional<std::int32_t> IndexOf(const SingleValue& cell) {
+  OrFailure<std::int32_t> IndexOf(const SingleValue& cell) {
     switch (cell.tag) {
       case CellTag::kBlank:
       case CellTag::kMissing:
@@ -64,9 +64,9 @@ class CategoryTableBuilder {
         const auto [known, is_new] =
             by_number_.try_emplace(std::bit_cast<std::uint64_t>(cell.number), kNoCategory);
         if (is_new) {
-          const auto name = CategoryNameOf(cell);
-          if (!name) return std::nullopt;
-          known->second = IndexOfName(*name);
+          const OrFailure<std::int32_t> index = IndexByHost(cell);
+          if (!index.ok()) return index;
+          known->second = *index;
         }
         return known->second;
       }
@@ -74,8 +74,12 @@ class CategoryTableBuilder {
       case CellTag::kInteger:
         break;
     }
-    const auto name = CategoryNameOf(cell);
-    if (!name) return std::nullopt;
+    return IndexByHost(cell);
+  }
+
+  OrFailure<std::int32_t> IndexByHost(const SingleValue& cell) {
+    const OrFailure<std::u16string> name = CategoryNameOf(cell);
+    if (!name.ok()) return name.failure();
     return IndexOfName(*name);
   }
 
@@ -129,7 +133,7 @@ class CategoryTableBuilder {
   std::unordered_map<std::uint64_t, std::int32_t> by_number_;
 };
 
-std::optional<CategoryTable> CategoryTable::Of(const CellColumns& cells) {
+OrFailure<CategoryTable> CategoryTable::Of(const CellColumns& cells) {
   return CategoryTableBuilder(cells).Build();
 }
 

@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -11,6 +10,7 @@
 #include <vector>
 
 #include "data/cell_columns.h"
+#include "excel/or_failure.h"
 #include "platform/block_pool.h"
 
 namespace zavrel {
@@ -33,8 +33,8 @@ struct Category {
 /// white space) belongs to none. Built in one pass over the cells, without an allocation per cell.
 class CategoryTable {
  public:
-  /// std::nullopt if the host, which names numbers and booleans, wants the call to end.
-  static std::optional<CategoryTable> Of(const CellColumns& cells);
+  /// A failure to name one cell is the table's: what lacks cells is no table.
+  static OrFailure<CategoryTable> Of(const CellColumns& cells);
 
   CategoryTable(CategoryTable&&) noexcept = default;
   CategoryTable& operator=(CategoryTable&&) noexcept = default;

@@ -19,12 +19,17 @@ constexpr std::int64_t kBlockCells = 1 << 15;
 constexpr std::int64_t kManyCells = std::int64_t{1} << 26;
 constexpr std::int64_t kLargeBlockCells = 1 << 20;
 
+/// What a cell can hold.
+constexpr std::uint32_t kCellTypes =
+    xltypeNum | xltypeStr | xltypeBool | xltypeErr | xltypeNil | xltypeInt | xltypeMissing;
+
 std::int64_t CellCount(const XLREF12& area) { return std::int64_t{RowsOf(area)} * ColumnsOf(area); }
 
 std::size_t Size(std::int64_t count) { return static_cast<std::size_t>(count); }
 
-/// The values of an area as the host gave them. A host that knows its sheet's used part may give
-/// fewer rows and columns than were requested: the missing ones are blank.
+/// The values of an area as the host gave them. Of whole columns and rows a host that knows its
+/// sheet's used part may give fewer rows and columns than were requested: the missing ones are
+/// blank.
 struct Block {
   XXloper value;
   std::span<const XLOPER12> cells;
@@ -39,7 +44,7 @@ struct Block {
 class AreaReader {
  public:
   AreaReader(const ReferenceView& reference, const XLREF12& area, CellSink& sink)
-      : reference_(reference), area_(area), sink_(sink) {}
+      : reference_(reference), area_(area), may_be_clipped_(IsWhole(area)), sink_(sink) {}
 
   ReadOutcome Read() {
     if (IsWholeRows(area_)) return ReadWholeRows();
@@ -60,18 +65,22 @@ class AreaReader {
     if (!read.ok()) return ReadOutcome::kUnreadable;
 
     block.value = std::move(read.value);
-    block.rows = block.columns = 1;
     if (!block.value.Is(xltypeMulti)) {
-      if (block.value.Is(xltypeRef | xltypeSRef)) return ReadOutcome::kUnreadable;
       block.cells = {&block.value.record(), 1};
-      return ReadOutcome::kRead;
+      block.rows = block.columns = 1;
+      const bool answers = CellCount(part) == 1 && block.value.Is(kCellTypes);
+      return answers ? ReadOutcome::kRead : ReadOutcome::kUnreadable;
     }
     block.cells = block.value.elements();
     block.rows = block.value.record().val.array.rows;
     block.columns = block.value.record().val.array.columns;
-    const bool fits =
-        !block.cells.empty() && block.rows <= RowsOf(part) && block.columns <= ColumnsOf(part);
-    return fits ? ReadOutcome::kRead : ReadOutcome::kUnreadable;
+    return !block.cells.empty() && Answers(block, part) ? ReadOutcome::kRead
+                                                        : ReadOutcome::kUnreadable;
+  }
+
+  bool Answers(const Block& block, const XLREF12& part) const {
+    if (may_be_clipped_) return block.rows <= RowsOf(part) && block.columns <= ColumnsOf(part);
+    return block.rows == RowsOf(part) && block.columns == ColumnsOf(part);
   }
 
   /// Calls take(block, rows requested) for each block of rows from top to bottom, while it returns
@@ -159,13 +168,18 @@ class AreaReader {
       return true;
     });
     if (outcome != ReadOutcome::kRead || columns == 0) return outcome;
-    if (IsWholeColumns(area_)) area_.rwLast = static_cast<std::int32_t>(rows - 1);
+    const std::int64_t unused_rows = IsWholeColumns(area_) ? 0 : RowsOf(area_) - rows;
+    area_.rwLast = static_cast<std::int32_t>(area_.rwFirst + rows - 1);
     area_.colLast = static_cast<std::int32_t>(columns - 1);
-    return ReadAll();
+    may_be_clipped_ = false;
+    const ReadOutcome read = ReadAll();
+    if (read != ReadOutcome::kRead || unused_rows == 0) return read;
+    return sink_.Blanks(Size(unused_rows * columns)) ? read : ReadOutcome::kUnreadable;
   }
 
   const ReferenceView& reference_;
   XLREF12 area_;
+  bool may_be_clipped_;
   CellSink& sink_;
 };
 

@@ -129,9 +129,13 @@ std::span<const double> ExcelData::SortedNumbers() {
   return {sorted_->data(), sorted_->size()};
 }
 
-const CategoryTable* ExcelData::Categories() {
-  if (!categories_) categories_ = CategoryTable::Of(cells_);
-  return categories_ ? &*categories_ : nullptr;
+OrFailure<const CategoryTable*> ExcelData::Categories() {
+  if (!categories_) {
+    OrFailure<CategoryTable> made = CategoryTable::Of(cells_);
+    if (!made.ok()) return made.failure();
+    categories_ = *std::move(made);
+  }
+  return &*categories_;
 }
 
 const IsDiscrete& ExcelData::Discreteness() {

@@ -13,6 +13,7 @@
 #include "data/cell_layout.h"
 #include "data/missing_data_policy.h"
 #include "data/statistic_cache.h"
+#include "excel/or_failure.h"
 #include "excel/xxloper.h"
 #include "platform/block_pool.h"
 #include "stats/is_discrete.h"
@@ -61,8 +62,8 @@ class ExcelData {
 
   /// The numbers alone (as under kNumbersOnly), in ascending order.
   std::span<const double> SortedNumbers();
-  /// The categories of the cells; null if the host, which names the numbers, wants the call to end.
-  const CategoryTable* Categories();
+  /// The categories of the cells, or the failure to name one of these, which nothing remembers.
+  OrFailure<const CategoryTable*> Categories();
   /// Whether the numbers look discrete.
   const IsDiscrete& Discreteness();
 

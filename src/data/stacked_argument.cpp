@@ -84,29 +84,30 @@ std::array<std::uint64_t, 3> SerialsOf(const Sources& sources) {
   return serials;
 }
 
-/// The positions of the cells with a name; std::nullopt if the host wants the call to end.
-std::optional<std::vector<std::int32_t>> PositionsOf(ExcelData& data, std::u16string_view name) {
-  const CategoryTable* categories = data.Categories();
-  if (categories == nullptr) return std::nullopt;
-  const Category* category = categories->Find(name);
-  if (category == nullptr) return std::vector<std::int32_t>();
-  return std::vector<std::int32_t>(category->positions.begin(), category->positions.end());
+using Positions = std::vector<std::int32_t>;
+
+/// The positions of the cells with a name.
+OrFailure<Positions> PositionsOf(ExcelData& data, std::u16string_view name) {
+  const OrFailure<const CategoryTable*> categories = data.Categories();
+  if (!categories.ok()) return categories.failure();
+  const Category* category = (*categories)->Find(name);
+  if (category == nullptr) return Positions();
+  return Positions(category->positions.begin(), category->positions.end());
 }
 
 /// The rows that a selection takes, in order.
-std::optional<std::vector<std::int32_t>> SelectedRows(const StackedSelection& selection,
-                                                      const Sources& sources) {
-  auto rows = PositionsOf(*sources[1], selection.first.name);
-  if (!rows || !selection.second) return rows;
-  const auto others = PositionsOf(*sources[2], selection.second->name);
-  if (!others) return std::nullopt;
-  std::vector<std::int32_t> both;
+OrFailure<Positions> SelectedRows(const StackedSelection& selection, const Sources& sources) {
+  OrFailure<Positions> rows = PositionsOf(*sources[1], selection.first.name);
+  if (!rows.ok() || !selection.second) return rows;
+  const OrFailure<Positions> others = PositionsOf(*sources[2], selection.second->name);
+  if (!others.ok()) return others;
+  Positions both;
   std::set_intersection(rows->begin(), rows->end(), others->begin(), others->end(),
                         std::back_inserter(both));
   return both;
 }
 
-CellColumns CellsAt(const ExcelData& values, const std::vector<std::int32_t>& rows) {
+CellColumns CellsAt(const ExcelData& values, const Positions& rows) {
   CellColumns cells;
   cells.Reserve(rows.size());
   const bool open = values.layout().kind == CellLayout::Kind::kOpenEnd;
@@ -135,8 +136,8 @@ DataArgument Read(std::size_t index) {
   if (known != nullptr && known->serial() == entry->selected && serials == entry->sources)
     return known;
 
-  const auto rows = SelectedRows(entry->selection, *sources);
-  if (!rows) return Failure::Uncalculated();
+  const OrFailure<Positions> rows = SelectedRows(entry->selection, *sources);
+  if (!rows.ok()) return rows.failure();
   CellColumns cells = CellsAt(*sources->front(), *rows);
   const CellLayout column{CellLayout::Kind::kComplete, cells.size(), 1};
   auto data = std::make_shared<ExcelData>(std::move(key), std::move(cells), column);

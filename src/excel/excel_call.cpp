@@ -29,6 +29,12 @@ void WriteFailure(int return_code, XLOPER12& record) {
   record.xltype = xltypeErr;
 }
 
+/// False for a text or an array that claims to be there but is not.
+bool IsReadable(const XXloper& value) {
+  if (value.Is(xltypeStr)) return value.record().val.str != nullptr;
+  return !value.Is(xltypeMulti) || !value.elements().empty();
+}
+
 int CallBack(int function, std::span<const XXloper> arguments, XLOPER12& result) {
   const Excel12Callback callback = ExcelCallback();
   if (callback == nullptr) return xlretFailed;
@@ -53,7 +59,9 @@ ExcelResult CallExcel(int function, std::span<const XXloper> arguments) {
   auto record = std::make_unique<XLOPER12>();
   const int return_code = CallBack(function, arguments, *record);
   if (return_code != xlretSuccess) WriteFailure(return_code, *record);
-  return {XXloper::FromExcelResult(std::move(record)), return_code};
+  ExcelResult result{XXloper::FromExcelResult(std::move(record)), return_code};
+  if (!IsReadable(result.value)) result = {XXloper::Error(ExcelError::kValue), xlretFailed};
+  return result;
 }
 
 ExcelResult CallExcel(int function, std::initializer_list<XXloper> arguments) {

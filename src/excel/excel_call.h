@@ -23,7 +23,7 @@ struct ExcelResult {
 
 /// Calls the function with the number `function`, with the host's messages enabled around this one
 /// call. A failed call does not throw: its value is #VALUE!, with the return code in the 32-bit
-/// word after the error code.
+/// word after the error code. A text or an array without memory is a failed call too.
 ExcelResult CallExcel(int function, std::span<const XXloper> arguments);
 ExcelResult CallExcel(int function, std::initializer_list<XXloper> arguments = {});
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "excel/coerce.h"
 #include "excel/excel_call.h"
 #include "formula/a1_reference.h"
 
@@ -46,7 +47,15 @@ OneArea::OneArea(const ReferenceView& sheet, const XLREF12& area)
   record_.val.sref.ref = area;
 }
 
-CallingRange CallingRange::Ask() { return CallingRange(CallExcel(xlfCaller).value); }
+OrFailure<CallingRange> CallingRange::Ask() {
+  ExcelResult answer = CallExcel(xlfCaller);
+  if (WantsReturn(answer)) return Failure::Uncalculated();
+  CallingRange caller(std::move(answer.value));
+  constexpr std::uint32_t kNoCell = xltypeNum | xltypeStr | xltypeMulti | xltypeErr;
+  const bool is_answer = answer.ok() && (caller.is_range() || caller.value().Is(kNoCell));
+  if (!is_answer) return Failure(ExcelError::kRef);
+  return caller;
+}
 
 std::u16string SheetNameOf(const XXloper& reference) {
   return std::u16string(CallExcel(xlSheetNm, {reference}).value.text());

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "excel/or_failure.h"
 #include "excel/xxloper.h"
 
 namespace zavrel {
@@ -58,8 +59,9 @@ class OneArea {
 class CallingRange {
  public:
   /// Asks Excel. If the call does not come from a cell (but from a macro, a conditional format, a
-  /// menu), there is no range, and Excel answers with a number, a text, an array or #REF!.
-  static CallingRange Ask();
+  /// menu), there is no range, and Excel answers with a number, a text, an array or #REF!. Fails
+  /// with #REF! if Excel gives no answer, or something else.
+  static OrFailure<CallingRange> Ask();
 
   bool is_range() const { return view_.has_value(); }
   /// Size of the range's first area, for an array formula the whole range; 0 without a range.

@@ -15,13 +15,13 @@ inline constexpr std::int32_t kMostResultRows = 65535;
 inline constexpr std::int32_t kMostResultColumns = 256;
 
 /// An array of #N/A with the rows and columns of the calling range, up to those limits; #REF! if
-/// the call does not come from cells or the host still has to calculate something. Throws
-/// std::bad_alloc.
+/// the call does not come from cells. Throws std::bad_alloc.
 inline OrFailure<XXloperArray> ArrayOfCaller() {
-  const CallingRange caller = CallingRange::Ask();
-  if (!caller.is_range()) return Failure(ExcelError::kRef);
-  return XXloperArray(std::min(caller.rows(), kMostResultRows),
-                      std::min(caller.columns(), kMostResultColumns));
+  const OrFailure<CallingRange> caller = CallingRange::Ask();
+  if (!caller.ok()) return caller.failure();
+  if (!caller->is_range()) return Failure(ExcelError::kRef);
+  return XXloperArray(std::min(caller->rows(), kMostResultRows),
+                      std::min(caller->columns(), kMostResultColumns));
 }
 
 }  // namespace zavrel

@@ -6,8 +6,8 @@
 #include <algorithm>
 
 #include "data/category_table.h"
-#include "frame/worksheet_function.h"
 #include "frame/calling_array.h"
+#include "frame/worksheet_function.h"
 #include "functions/category_arrays.h"
 #include "platform/export.h"
 #include "platform/letter_case.h"
@@ -25,9 +25,9 @@ template <class Use>
 XLOPER12* OfCategories(const char* name, const Reading& reading, const XLOPER12* data,
                        Use use) noexcept {
   return WorksheetFunction(name, reading, {data}, [&](const Parameters& read) -> CellResult {
-    const CategoryTable* categories = read.data(0).Categories();
-    if (categories == nullptr) return Failure::Uncalculated();
-    return use(*categories);
+    const OrFailure<const CategoryTable*> categories = read.data(0).Categories();
+    if (!categories.ok()) return categories.failure();
+    return use(**categories);
   });
 }
 
@@ -43,9 +43,9 @@ XLOPER12* OfPositions(const char* name, const Reading& reading, const XLOPER12* 
                       const Absent& absent = NoSuchCategory) noexcept {
   return WorksheetFunction(name, reading, {data, category_name},
                            [&](const Parameters& read) -> CellResult {
-                             const CategoryTable* categories = read.data(0).Categories();
-                             if (categories == nullptr) return Failure::Uncalculated();
-                             const Category* category = categories->Find(read.text(1));
+                             const auto categories = read.data(0).Categories();
+                             if (!categories.ok()) return categories.failure();
+                             const Category* category = (*categories)->Find(read.text(1));
                              if (category == nullptr) return absent();
                              return use(Positions(category->positions));
                            });

@@ -22,12 +22,13 @@ inline constexpr auto kMostChartPoints = static_cast<std::size_t>(kMostResultRow
 ///
 /// The points are computed in a FloatingPointScope; one that is not finite shows as #NUM!.
 template <class PointOf>
-XXloper ChartColumn(std::size_t points, PointOf point) {
-  if (points > kMostChartPoints) return XXloper::Error(ExcelError::kValue);
-  const CallingRange caller = CallingRange::Ask();
-  const std::int32_t columns = std::clamp(caller.columns(), 1, kMostResultColumns);
+OrFailure<XXloper> ChartColumn(std::size_t points, PointOf point) {
+  if (points > kMostChartPoints) return Failure(ExcelError::kValue);
+  const OrFailure<CallingRange> caller = CallingRange::Ask();
+  if (!caller.ok()) return caller.failure();
+  const std::int32_t columns = std::clamp(caller->columns(), 1, kMostResultColumns);
   const std::int32_t rows =
-      std::clamp(std::max(static_cast<std::int32_t>(points), caller.rows()), 1, kMostResultRows);
+      std::clamp(std::max(static_cast<std::int32_t>(points), caller->rows()), 1, kMostResultRows);
   const FloatingPointScope environment;
   XXloperArray column(rows, columns);
   for (std::size_t row = 0; row < points; ++row)

@@ -117,7 +117,9 @@ ZAV_EXPORT XLOPER12* ZavrelBoxPlotY(std::int32_t n, const XLOPER12* series_code)
         const std::span<const double> across = CoordinatesAcross(*series);
         if (!across.empty())
           return ChartColumn(across.size(), [&](std::size_t row) { return n + across[row]; });
-        const std::int32_t rows = std::clamp(CallingRange::Ask().rows(), 1, kMostResultRows);
+        const OrFailure<CallingRange> caller = CallingRange::Ask();
+        if (!caller.ok()) return caller.failure();
+        const std::int32_t rows = std::clamp(caller->rows(), 1, kMostResultRows);
         return ChartColumn(static_cast<std::size_t>(rows), [&](std::size_t) { return n; });
       });
 }

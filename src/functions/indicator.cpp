@@ -16,8 +16,8 @@ OrFailure<VariableCell> Indicator::Of(const SingleValue& cell) {
   constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15;  // 2^64 over the golden ratio
   std::optional<KnownNumber>& known = known_[bits * kSpread >> 56];
   if (!known || known->bits != bits) {
-    const std::optional<std::u16string> text = CategoryNameOf(cell);
-    if (!text) return Failure::Uncalculated();
+    const OrFailure<std::u16string> text = CategoryNameOf(cell);
+    if (!text.ok()) return text.failure();
     known = {bits, EqualIgnoringCase(*text, category_)};
   }
   return number(known->matches);

@@ -18,7 +18,7 @@ class Indicator {
  public:
   explicit Indicator(std::u16string category) : category_(std::move(category)) {}
 
-  /// Uncalculated if the host, asked for a number's text, wants the call to end.
+  /// Fails if the host, asked for a number's text, gives none.
   OrFailure<VariableCell> Of(const SingleValue& cell);
 
  private:

@@ -53,14 +53,14 @@ class ElementMaker {
     });
   }
   OrFailure<MacroElements> operator()(const CategoryElements& category) const {
-    bool ended = false;
+    std::optional<Failure> failure;
     MacroElements names = List<std::u16string>([&](std::size_t i) {
-      auto name = ended ? std::nullopt : CategoryNameOf(data_[i]);
-      ended = !name;
-      if (ended) return std::u16string();
-      return name->empty() ? category.blank_name : *std::move(name);
+      OrFailure<std::u16string> name = failure ? *failure : CategoryNameOf(data_[i]);
+      if (name.ok()) return name->empty() ? category.blank_name : *std::move(name);
+      failure = name.failure();
+      return std::u16string();
     });
-    if (ended) return Failure::Uncalculated();
+    if (failure) return *failure;
     return MacroElements(std::move(names));
   }
   MacroElements Positions() const {

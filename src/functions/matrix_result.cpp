@@ -39,12 +39,13 @@ XXloper WholeMatrix(const DoubleMatrix& matrix) {
                  static_cast<std::int32_t>(matrix[0].size()));
 }
 
-XXloper MatrixForCaller(const DoubleMatrix& matrix) {
-  const CallingRange caller = CallingRange::Ask();
-  const bool several = caller.is_range() && (caller.rows() > 1 || caller.columns() > 1);
+CellResult MatrixForCaller(const DoubleMatrix& matrix) {
+  const OrFailure<CallingRange> caller = CallingRange::Ask();
+  if (!caller.ok()) return caller.failure();
+  const bool several = caller->rows() > 1 || caller->columns() > 1;
   if (!several) return WholeMatrix(matrix);
-  return InArray(matrix, std::min(caller.rows(), kMostResultRows),
-                 std::min(caller.columns(), kMostResultColumns));
+  return InArray(matrix, std::min(caller->rows(), kMostResultRows),
+                 std::min(caller->columns(), kMostResultColumns));
 }
 
 }  // namespace zavrel

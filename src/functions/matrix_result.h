@@ -2,6 +2,7 @@
 // Matrices as results of worksheet functions.
 
 #include "excel/xxloper.h"
+#include "frame/cell_result.h"
 #include "numbers/double_matrix.h"
 
 namespace zavrel {
@@ -13,6 +14,6 @@ XXloper WholeMatrix(const DoubleMatrix& matrix);
 /// The matrix cut to the calling range, with at most 65535 x 256 cells; #N/A in the cells outside
 /// the matrix. If the call comes from a single cell or not from a range (Excel does not distinguish
 /// the argument of another function), the whole matrix.
-XXloper MatrixForCaller(const DoubleMatrix& matrix);
+CellResult MatrixForCaller(const DoubleMatrix& matrix);
 
 }  // namespace zavrel

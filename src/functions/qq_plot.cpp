@@ -15,7 +15,7 @@ constexpr Reading kDataAndFlag("Rd", MissingDataPolicy::kNumbersOnly);
 
 CellResult NormalQuantiles(std::size_t n, const SampleScale& scale) {
   bool failed = false;
-  XXloper column = ChartColumn(n, [&](std::size_t i) {
+  OrFailure<XXloper> column = ChartColumn(n, [&](std::size_t i) {
     const double p = (static_cast<double>(i) + 0.5) / static_cast<double>(n);
     double quantile = 0;
     failed = failed ||

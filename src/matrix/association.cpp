@@ -176,12 +176,24 @@ void CorrelateSameVariables(std::span<const VariableColumn> variables, DoubleMat
   }
 }
 
+/// Whether the work is done before another thread wakes.
+bool IsSmall(const AssociationOptions& options, std::span<const VariableColumn> variables) {
+  constexpr std::size_t kFewProducts = 50'000;
+  constexpr std::size_t kProductsPerRank = 16;  // to sort a value takes as long
+  std::size_t rows = 0;
+  for (const VariableColumn variable : variables) rows = std::max(rows, variable.size());
+  const std::size_t per_value = variables.size() + (options.use_ranks ? kProductsPerRank : 0);
+  return rows < kFewProducts && rows * variables.size() * per_value < kFewProducts;
+}
+
 }  // namespace
 
 AssociationResult CalculateAssociationMatrix(const AssociationOptions& options,
                                              std::span<const VariableColumn> variables,
                                              const AssociationKernels& kernels) {
   const FloatingPointScope environment;
+  std::optional<CallingThreadOnly> small;
+  if (IsSmall(options, variables)) small.emplace();
   auto result = Calculate(options, variables, Looked::kWhereSumsAreUnusual, kernels);
   if (!result) result = Calculate(options, variables, Looked::kEverywhere, kernels);
   if (options.pair.measure == Measure::kCorrelation && !result->error)

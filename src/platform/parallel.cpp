@@ -29,6 +29,7 @@ class Section {
 };
 
 std::atomic<bool> section_runs{false};
+thread_local int calling_thread_only = 0;
 
 std::size_t Processors() noexcept {
   static const std::size_t processors = std::max(1u, std::thread::hardware_concurrency());
@@ -37,12 +38,16 @@ std::size_t Processors() noexcept {
 
 }  // namespace
 
+CallingThreadOnly::CallingThreadOnly() noexcept { ++calling_thread_only; }
+CallingThreadOnly::~CallingThreadOnly() { --calling_thread_only; }
+
 std::size_t ParallelThreads() noexcept {
-  return section_runs.load(std::memory_order_relaxed) ? 1 : Processors();
+  const bool alone = calling_thread_only > 0 || section_runs.load(std::memory_order_relaxed);
+  return alone ? 1 : Processors();
 }
 
 void parallel::Run(std::size_t count, Task task) noexcept {
-  const std::size_t threads = std::min(count, Processors());
+  const std::size_t threads = calling_thread_only > 0 ? 1 : std::min(count, Processors());
   if (threads < 2 || section_runs.exchange(true, std::memory_order_acquire)) {
     for (std::size_t index = 0; index < count; ++index) task.run(task.object, index);
     return;

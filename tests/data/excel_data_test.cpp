@@ -189,7 +189,7 @@ TEST_CASE("the cache counts what was worked out from the latest data sets") {
   const auto data = DataOf(cells);
   cache.Put(data);
   const std::size_t before = cache.bytes();
-  CHECK(data->Categories()->size() == 5000);
+  CHECK((*data->Categories())->size() == 5000);
   CHECK(cache.bytes() == before);
   cache.Put(DataOf({1.0}, "other"));
   CHECK(cache.bytes() >= before + std::size_t{5000} * 80);

@@ -49,16 +49,23 @@ TEST_CASE("The caller is a range or whatever else Excel says") {
     });
     return CallingRange::Ask();
   };
-  const CallingRange range = answer(Reference({2, 11, 3, 5}));
-  CHECK((range.is_range() && range.rows() == 10 && range.columns() == 3));
-  for (const Cell& other : {Cell(3.0), Cell(ErrorCell{xlerrRef}), Cell(true)}) {
+  const auto range = answer(Reference({2, 11, 3, 5}));
+  REQUIRE(range.ok());
+  CHECK((range->is_range() && range->rows() == 10 && range->columns() == 3));
+  for (const Cell& other : {Cell(3.0), Cell(ErrorCell{xlerrRef})}) {
     const Argument value(other);
-    const CallingRange none = answer(value);
-    CHECK((!none.is_range() && none.rows() == 0));
-    CHECK(Shown(none.value().record()) == Shown(*static_cast<const XLOPER12*>(value)));
+    const auto none = answer(value);
+    REQUIRE(none.ok());
+    CHECK((!none->is_range() && none->rows() == 0));
+    CHECK(Shown(none->value().record()) == Shown(*static_cast<const XLOPER12*>(value)));
   }
-  excel.On(xlfCaller, [](FakeExcel::Arguments, XLOPER12&) { return xlretFailed; });
-  CHECK_FALSE(CallingRange::Ask().is_range());
+  CHECK_FALSE(answer(Argument(Cell(true))).ok());
+  for (const int code : {xlretFailed, xlretUncalced}) {
+    excel.On(xlfCaller, [code](FakeExcel::Arguments, XLOPER12&) { return code; });
+    const auto failed = CallingRange::Ask();
+    REQUIRE_FALSE(failed.ok());
+    CHECK(failed.failure().uncalculated() == (code == xlretUncalced));
+  }
 }
 
 TEST_CASE("Sheets have names and ids, if the host tells") {

@@ -1,15 +1,19 @@
 // A long day in a workbook: many calls, mixed, under the strict judge.
 #include <doctest/doctest.h>
 
+#include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <random>
+#include <thread>
 
 #include "integration/running_add_in.h"
 
 #ifdef _WIN32
 #include <windows.h>
-// The order matters: the process functions build on the basic ones.
+// The order matters: these build on the basic ones.
 #include <psapi.h>
+#include <tlhelp32.h>
 #endif
 
 namespace zavrel::tests {
@@ -39,6 +43,23 @@ std::size_t HeldMemory() {
   std::size_t resident = 0;
   std::ifstream("/proc/self/statm") >> total >> resident;
   return resident * 4096;
+#endif
+}
+
+/// The threads of this process.
+std::size_t Threads() {
+#ifdef _WIN32
+  std::size_t threads = 0;
+  const HANDLE all = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+  THREADENTRY32 thread{};
+  thread.dwSize = sizeof thread;
+  for (BOOL more = Thread32First(all, &thread); more; more = Thread32Next(all, &thread))
+    threads += thread.th32OwnerProcessID == GetCurrentProcessId() ? 1 : 0;
+  CloseHandle(all);
+  return threads;
+#else
+  const std::filesystem::directory_iterator tasks("/proc/self/task");
+  return static_cast<std::size_t>(std::distance(begin(tasks), end(tasks)));
 #endif
 }
 
@@ -156,6 +177,7 @@ TEST_CASE("a million mixed calls break no rule and hold no more memory at the en
   for (int i = kWarmingUp; i < kCalls; ++i) soak.Call();
   const std::size_t after = HeldMemory();
   CHECK(soak.engine().judge().count() == 0);
+  CHECK(Threads() <= std::thread::hardware_concurrency() + 8);
   CHECK_MESSAGE(after < before + kAllowedGrowth, before << " bytes became " << after);
   for (std::uint64_t i = 0; i < std::size(soak.untouched); ++i) CHECK(soak.untouched[i] == i + 1);
   CloseClean(soak.engine());

@@ -41,6 +41,30 @@ TEST_CASE("a section in a section runs on its thread in order") {
   CHECK(in_order);
 }
 
+TEST_CASE("small work stays on the calling thread") {
+  const auto stays = [] {
+    std::atomic<bool> stayed{true};
+    const auto own = std::this_thread::get_id();
+    for (int section = 0; section < 50; ++section) {
+      ParallelFor(8, [&](std::size_t) {
+        if (std::this_thread::get_id() != own) stayed = false;
+        std::this_thread::sleep_for(std::chrono::microseconds(50));
+      });
+    }
+    return stayed.load();
+  };
+  {
+    const CallingThreadOnly small;
+    CHECK(ParallelThreads() == 1);
+    CHECK(stays());
+    // Another thread's work is its own.
+    std::thread([] {
+      CHECK(ParallelThreads() == std::max(1u, std::thread::hardware_concurrency()));
+    }).join();
+  }
+  if (ParallelThreads() > 1) CHECK_FALSE(stays());
+}
+
 // What a section leaves behind, the next one and its results must not meet.
 TEST_CASE("sections one after the other, from two threads at once") {
   const auto many_sections = [](std::atomic<bool>& good) {

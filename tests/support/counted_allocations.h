@@ -28,9 +28,10 @@ auto Counted(Call call) {
 // Inlined, one half of a pair would look to the compiler as if it had lost the other.
 [[gnu::noinline]] void* operator new(std::size_t bytes) {
   using namespace zavrel::tests;
-  if (counting && FakeExcel::inside == 0) ++allocations;
-  const bool fails = until_failure == 0;
-  if (until_failure >= 0) --until_failure;
+  const bool counts = FakeExcel::inside == 0;
+  if (counting && counts) ++allocations;
+  const bool fails = until_failure == 0 && counts;
+  if (until_failure >= 0 && counts) --until_failure;
   if (fails) throw std::bad_alloc();
   if (void* block = std::malloc(bytes > 0 ? bytes : 1)) return block;
   throw std::bad_alloc();

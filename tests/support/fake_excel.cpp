@@ -23,18 +23,17 @@ const void* MemoryOf(const XLOPER12& value) {
   }
 }
 
-/// The part of an area in which the sheet is used; false without one.
+/// The part of an area in which the sheet is used; of one that is not its first row and column.
 template <class Sheet>
-bool Clip(const Sheet& sheet, XLREF12& area) {
-  std::int32_t row = -1;
-  std::int32_t column = -1;
+void Clip(const Sheet& sheet, XLREF12& area) {
+  std::int32_t row = area.rwFirst;
+  std::int32_t column = area.colFirst;
   for (const auto& [place, cell] : sheet) {
     row = std::max(row, place.first);
     column = std::max(column, place.second);
   }
   area.rwLast = std::min(area.rwLast, row);
   area.colLast = std::min(area.colLast, column);
-  return area.rwFirst <= area.rwLast && area.colFirst <= area.colLast;
 }
 
 }  // namespace
@@ -92,7 +91,10 @@ int FakeExcel::Call(int function, Arguments arguments, XLOPER12* result) {
   ++calls_in_bracket_;
   if (function == xlFree) {
     for (XLOPER12* record : arguments) Free(*record);
-    return xlretSuccess;
+    return free_code;
+  }
+  if (fault) {
+    if (const std::optional<int> code = fault(function, arguments, *result)) return *code;
   }
   if (const auto scripted = answers_.find(function); scripted != answers_.end())
     return scripted->second(arguments, *result);
@@ -196,10 +198,12 @@ int FakeExcel::LookUp(const XLOPER12& reference, XLOPER12& result) {
   ++lookups;
   if (const int code = answer ? answer(area) : 0; code != xlretSuccess) return code;
   const bool one_cell = area.rwFirst == area.rwLast && area.colFirst == area.colLast;
-  if (!one_cell && (!clips_to_used_part || Clip(sheet, area)))
+  if (!one_cell) {
+    if (clips_to_used_part) Clip(sheet, area);
     return GiveCells(sheet, area, result);
+  }
   const auto cell = sheet.find({area.rwFirst, area.colFirst});
-  Give(std::make_shared<Argument>(one_cell && cell != sheet.end() ? cell->second : Cell()), result);
+  Give(std::make_shared<Argument>(cell != sheet.end() ? cell->second : Cell()), result);
   return xlretSuccess;
 }
 

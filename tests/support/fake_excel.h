@@ -49,6 +49,10 @@ class FakeExcel {
 
   /// From now on calls of this function are answered so.
   void On(int function, Answer given) { answers_[function] = std::move(given); }
+  /// Before each call that is answered this says whether it is answered otherwise, and how: it
+  /// fills the result and gives the return code.
+  std::function<std::optional<int>(int function, Arguments arguments, XLOPER12& result)> fault;
+  int free_code = xlretSuccess;  // of xlFree
   /// Single values are converted by the host, "2,5" among them; every reference gives `cell`.
   void AnswerCoercions(const XXloper& cell = XXloper::Nil());
 

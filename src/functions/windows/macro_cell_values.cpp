@@ -70,7 +70,8 @@ std::u16string NameOfFirstCell(const VARIANT* range) {
   const OneArea reference(cell->sheet_id, cell->area);
   const ExcelResult value = LookUp(XXloper::FromArgument(&reference.record()));
   if (!value.ok()) return {};
-  return CategoryNameOf(SingleValueOf(value.value.record())).value_or(std::u16string());
+  OrFailure<std::u16string> name = CategoryNameOf(SingleValueOf(value.value.record()));
+  return name.ok() ? *std::move(name) : std::u16string();
 }
 
 }  // namespace
