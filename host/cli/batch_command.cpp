@@ -271,8 +271,8 @@ class BatchReport {
     const std::size_t count = CountIn(result, "differences");
     for (std::size_t i = 0; i < std::min(count, kShown); ++i) {
       const auto part = [&](const char* key) {
-        const auto& text = result["differences"][i].at(key).get_ref<const std::string&>();
-        return PrintableUtf8(Utf16FromUtf8(text));
+        const auto& value = result["differences"][i].at(key).get_ref<const std::string&>();
+        return PrintableUtf8(Utf16FromUtf8(value));
       };
       text += fmt::format("  {}!{}  {}  is stored as {} but gives {}\n", part("sheet"),
                           part("cell"), part("formula"), part("stored"), part("computed"));
