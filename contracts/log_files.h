@@ -12,12 +12,16 @@ namespace zavrel {
 /// The empty file that switches the log on.
 inline constexpr std::string_view kLogMarker = "BrennicLoggingDetail.txt";
 
-/// The second name results when an editor that hides extensions saves the first.
+/// Links do not count. The second name results when an editor that hides extensions saves the
+/// first.
 inline bool LogIsOn(const std::filesystem::path& folder) {
   const std::filesystem::path marker = folder / kLogMarker;
   std::error_code ignored;
-  return std::filesystem::is_regular_file(marker, ignored) ||
-         std::filesystem::is_regular_file(marker.native() + marker.extension().native(), ignored);
+  const auto is_file = [&](const std::filesystem::path& path) {
+    return std::filesystem::is_regular_file(std::filesystem::symlink_status(path, ignored));
+  };
+  return !folder.empty() &&
+         (is_file(marker) || is_file(marker.native() + marker.extension().native()));
 }
 
 /// `session` is the name of the writing session.

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t kErrorLimit = 1000;
 constexpr std::size_t kCircleCellsNamed = 10;
-constexpr std::int64_t kArrayCellLimit = 8'000'000;
+constexpr std::int64_t kArrayCellLimit = 1 << 21;  // two whole columns; 300 MB in all
 constexpr std::size_t kProgressStep = 256;
 // How often everything is calculated anew because dynamic arrays fill other cells than before. Each
 // array that depends on another one's shape costs one more; arrays that never settle exist.
@@ -119,13 +119,11 @@ void Recalculation::BeginPass() {
   report_.errors.clear();
   FormulaIndex& index = calculation_.formulas();
   index.Clear();
-  std::int64_t array_cells = 0;
+  array_cells_ = 0;
   for (std::uint32_t entry = 0; entry < entries_.size(); ++entry) {
     entries_[entry].state = State::kUncalculated;
     const CellRange range = RangeOf(entry);
-    array_cells += CellOf(entry).array ? std::int64_t{range.rows()} * range.columns() : 0;
-    if (array_cells > kArrayCellLimit)
-      throw WorkbookError("the array formulas of the workbook fill more than 8 million cells");
+    if (CellOf(entry).array) CountArrayCells(range);
     index.Add(entry, CellOf(entry).address.sheet, range);
   }
   for (const std::uint32_t entry : index.Finish()) {
@@ -134,6 +132,12 @@ void Recalculation::BeginPass() {
     ++done_;
   }
   MakeRoom();
+}
+
+void Recalculation::CountArrayCells(const CellRange& range) {
+  array_cells_ += std::int64_t{range.rows()} * range.columns();
+  if (array_cells_ > kArrayCellLimit)
+    throw WorkbookError("the array formulas of the workbook fill more than 2 million cells");
 }
 
 // Creates all result cells now, column by column. Results arrive in the order of dependencies, and
@@ -334,6 +338,7 @@ CellRange Recalculation::SpillRangeFor(std::uint32_t entry, const Operand& resul
 
 void Recalculation::Respill(std::uint32_t entry, const CellRange& range) {
   respilled_ = true;
+  CountArrayCells(range);
   FormulaCell& formula = workbook_.formulas[entry];
   const CellRange before = RangeOf(entry);
   for (std::int32_t column = before.first_column; column <= before.last_column; ++column) {

@@ -52,6 +52,7 @@ class Recalculation {
 
   void Select();
   void BeginPass();
+  void CountArrayCells(const CellRange& range);
   void MakeRoom();
   void CalculateFrom(std::uint32_t entry);
   void Calculate(std::uint32_t entry);
@@ -94,6 +95,7 @@ class Recalculation {
   std::map<std::uint32_t, std::uint32_t> stale_;   // by kept entry: the changed one that it reads
   std::uint32_t top_ = kNone;
   std::size_t done_ = 0;
+  std::int64_t array_cells_ = 0;  // that array formulas fill, in this pass
   bool respilled_ = false;
   RecalculationReport report_;
 };

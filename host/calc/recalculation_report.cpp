@@ -82,7 +82,7 @@ void Recalculation::WarnOfKept() {
     const auto stale = stale_.find(i);
     if (entry.before.IsBlank() || stale != stale_.end()) ++report_.doubtful;
     if (!warnings.Wants()) continue;
-    std::string line = Name(i) + " uses " + Utf8FromUtf16(uses_.Of(CellOf(i).text).foreign) +
+    std::string line = Name(i) + " uses " + PrintableUtf8(uses_.Of(CellOf(i).text).foreign) +
                        ", which this host does not compute";
     if (entry.before.IsBlank()) {
       line += ", and has no stored value";

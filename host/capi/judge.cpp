@@ -1,5 +1,7 @@
 #include "host/capi/judge.h"
 
+#include "host/workbook/text.h"
+
 namespace zavhost {
 namespace {
 
@@ -37,7 +39,8 @@ std::string DescribeViolation(const Violation& violation) {
   std::string line;
   if (!violation.cell.empty()) line += violation.cell + ": ";
   if (!violation.formula.empty()) line += violation.formula + ": ";
-  return line + violation.detail + " (" + KindText(violation.kind) + ")";
+  line += violation.detail + " (" + KindText(violation.kind) + ")";
+  return PrintableUtf8(Utf16FromUtf8(line));
 }
 
 void Judge::SetPlace(std::string cell, std::string formula) {

@@ -34,7 +34,9 @@ class ScratchFolder {
  public:
   ScratchFolder()
       : path_(zavrel::TemporaryFolder() / fmt::format("zavhost-{:08x}", std::random_device()())) {
-    fs::create_directory(path_);
+    std::error_code ignored;
+    if (!path_.has_parent_path() || !fs::create_directory(path_, ignored))
+      throw WorkbookError("there is no folder for temporary files");
     fs::permissions(path_, fs::perms::owner_all);
   }
   ~ScratchFolder() {
@@ -269,7 +271,8 @@ class BatchReport {
     const std::size_t count = CountIn(result, "differences");
     for (std::size_t i = 0; i < std::min(count, kShown); ++i) {
       const auto part = [&](const char* key) {
-        return result["differences"][i].at(key).get<std::string>();
+        const auto& value = result["differences"][i].at(key).get_ref<const std::string&>();
+        return PrintableUtf8(Utf16FromUtf8(value));
       };
       text += fmt::format("  {}!{}  {}  is stored as {} but gives {}\n", part("sheet"),
                           part("cell"), part("formula"), part("stored"), part("computed"));

@@ -43,7 +43,7 @@ std::string DisplayText(const Value& value);
 std::string ExactText(const Value& value);
 /// "1 formula", "2 formulas".
 std::string Plural(std::size_t count, std::string_view what);
-/// One field of comma-separated output.
-std::string CsvField(const std::string& text);
+/// One field of comma-separated output, with EscapedUtf8.
+std::string CsvField(const std::string& field);
 
 }  // namespace zavhost

@@ -9,6 +9,7 @@
 #include "host/cli/commands.h"
 #include "host/cli/json_value.h"
 #include "host/cli/system.h"
+#include "host/workbook/terminal_text.h"
 #include "platform/module.h"
 
 namespace zavhost {
@@ -22,8 +23,9 @@ nlohmann::ordered_json ToJson(const Value& value) {
 }
 
 std::string JsonText(const nlohmann::ordered_json& json, JsonLayout layout) {
-  return json.dump(layout == JsonLayout::kIndented ? 2 : -1, ' ', false,
-                   nlohmann::json::error_handler_t::replace);
+  const std::string text = json.dump(layout == JsonLayout::kIndented ? 2 : -1, ' ', false,
+                                     nlohmann::json::error_handler_t::replace);
+  return EscapedUtf8(text);
 }
 
 std::filesystem::path ProgramFolder() { return zavrel::HostExecutablePath().parent_path(); }
@@ -58,7 +60,8 @@ std::string Plural(std::size_t count, std::string_view what) {
   return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
 }
 
-std::string CsvField(const std::string& text) {
+std::string CsvField(const std::string& field) {
+  const std::string text = EscapedUtf8(field);
   if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
   std::string quoted = "\"";
   for (const char c : text) quoted.append(c == '"' ? 2 : 1, c);

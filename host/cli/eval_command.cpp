@@ -91,7 +91,7 @@ Array AsArray(const Operand& result) {
 
 void PrintJson(const Array& array) {
   if (array.values.size() == 1) {
-    std::cout << ToJson(array.values[0]).dump(2) << '\n';
+    std::cout << JsonText(ToJson(array.values[0]), JsonLayout::kIndented) << '\n';
     return;
   }
   auto rows = nlohmann::ordered_json::array();
@@ -100,7 +100,7 @@ void PrintJson(const Array& array) {
     for (std::int32_t column = 0; column < array.columns; ++column)
       cells.push_back(ToJson(array.At(row, column)));
   }
-  std::cout << rows.dump(2) << '\n';
+  std::cout << JsonText(rows, JsonLayout::kIndented) << '\n';
 }
 
 void PrintLines(const Array& array, OutputForm form) {

@@ -120,7 +120,7 @@ void PrintJson(const std::vector<RegisteredFunction>& functions) {
     entry["help_topic"] = Utf8FromUtf16(function.help_topic);
     list.push_back(std::move(entry));
   }
-  std::cout << list.dump(2) << '\n';
+  std::cout << JsonText(list, JsonLayout::kIndented) << '\n';
 }
 
 void PrintCsv(const std::vector<RegisteredFunction>& functions) {

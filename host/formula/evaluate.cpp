@@ -13,7 +13,7 @@ namespace {
 // calls.
 constexpr std::size_t kMaxDepth = 256;
 // The maximum number of code units of names' texts in one evaluation: a chain of names that each
-// use the next one twice grows exponentially.
+// use the next one twice, with chance in them, grows exponentially.
 constexpr std::size_t kNameTextLimit = 1'000'000;
 // The maximum number of array elements that one evaluation may read and create, 24 bytes each:
 // nested parentheses hold up to 64 arrays at a time, and a call 255.
@@ -136,7 +136,10 @@ Operand Evaluator::EvaluateName(const NameStep& step) {
 }
 
 Operand Evaluator::EvaluateDefinedName(const DefinedName& name, std::size_t position) {
-  const std::string shown = "name " + Utf8FromUtf16(name.name);
+  if (const auto known = known_names_.find(&name); known != known_names_.end())
+    return known->second;
+  const std::size_t chances = chances_;
+  const std::string shown = "name " + PrintableUtf8(name.name);
   if (std::find(open_names_.begin(), open_names_.end(), &name) != open_names_.end())
     throw FormulaError(shown + " refers to itself", position);
   name_text_ += name.text.size() + 1;
@@ -156,6 +159,7 @@ Operand Evaluator::EvaluateDefinedName(const DefinedName& name, std::size_t posi
   Operand result = Evaluate(parsed->expression(), Shift::Between({}, caller_, true), true);
   variables_.swap(variables);
   open_names_.pop_back();
+  if (chances_ == chances) known_names_.emplace(&name, result);
   return result;
 }
 
@@ -236,6 +240,7 @@ Operand Evaluator::Call(const CallStep& step, const Shift& shift, bool as_array)
     if (built_in->lazy != LazyForm::kNone) return CallLazyForm(step, shift, as_array);
   }
   const Callee callee(registered, built_in);
+  if (registered != nullptr || built_in->name.starts_with(u"RAND")) ++chances_;
   // A range that is itself an argument of an add-in's function ends with the used cells of its
   // sheet, since a million blanks would make no difference. For operators or TRANSPOSE they do
   // make a difference.

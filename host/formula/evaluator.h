@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <span>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "host/formula/elementwise.h"
@@ -68,6 +69,10 @@ class Evaluator {
   std::size_t elements_ = 0;
   double work_ = 0.0;
   std::vector<const DefinedName*> open_names_;
+  /// The names that were evaluated, since names that each use the next one twice would otherwise
+  /// take exponential time.
+  std::unordered_map<const DefinedName*, Operand> known_names_;
+  std::size_t chances_ = 0;  // calls that may give another result the next time
   std::vector<Variable> variables_;  // the innermost ones last
 };
 

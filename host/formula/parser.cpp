@@ -147,7 +147,7 @@ class Parser {
   [[noreturn]] void Unexpected() const {
     const Token& token = Peek();
     if (token.text.empty()) throw FormulaError("the formula is not complete", token.position);
-    std::string message = Utf8FromUtf16(token.text.substr(0, 20));
+    std::string message = PrintableUtf8(token.text.substr(0, 20));
     message.insert(message.begin(), '"');
     message.append("\" is unexpected here");
     throw FormulaError(message, token.position);

@@ -1,14 +1,14 @@
 #include "host/workbook/text.h"
 
+#include <algorithm>
+
+#include "host/workbook/terminal_text.h"
+
 namespace zavhost {
 
 std::string PrintableUtf8(std::u16string_view text) {
   std::u16string line(text);
-  for (char16_t& unit : line) {
-    const bool control = unit < 0x20 || (unit >= 0x7F && unit < 0xA0);
-    if (control || (unit >= 0x2028 && unit <= 0x202E) || (unit >= 0x2066 && unit <= 0x2069))
-      unit = u' ';
-  }
+  std::replace_if(line.begin(), line.end(), ActsOnTerminal, u' ');
   return Utf8FromUtf16(line);
 }
 

@@ -23,6 +23,9 @@ namespace {
 
 using Event = XmlReader::Event;
 
+// More characters than a formula can have, whatever they are.
+constexpr std::size_t kMostFormulaBytes = 1 << 16;
+
 /// A number in the form of XML schema doubles, without infinities.
 std::optional<double> ParseDouble(std::string_view text) {
   while (!text.empty() && (text.front() == ' ' || text.front() == '\n')) text.remove_prefix(1);
@@ -227,6 +230,8 @@ class SheetReader {
       return;
     }
     const auto text = static_cast<std::uint32_t>(workbook_.formula_texts.size());
+    // Of one that is too long, enough to show that.
+    scratch_.resize(std::min(scratch_.size(), kMostFormulaBytes));
     workbook_.formula_texts.push_back(Utf16FromUtf8(scratch_));
     workbook_.formulas.push_back({Address(), text, Address(), array, array && cell_.is_dynamic});
     if (shared_index) shared_.insert_or_assign(*shared_index, SharedFormula{text, Address()});

@@ -94,6 +94,17 @@ void RewriteCharts(ZipArchive& archive, const Workbook& workbook,
   }
 }
 
+/// What was not touched was copied as it is; if it is damaged, nobody shall find out later.
+void CheckWritten(std::string_view bytes, const XlsxLimits& limits) {
+  try {
+    ZipArchive written(bytes, limits);
+    written.CheckParts();
+    ReadWorkbookParts(written);
+  } catch (const WorkbookError& error) {
+    throw WorkbookError(fmt::format("it cannot be written whole: {}", error.what()));
+  }
+}
+
 std::string RewriteArchive(std::string_view bytes, const Workbook& workbook,
                            const XlsxChanges& changes, const XlsxLimits& limits) {
   ZipArchive archive(bytes, limits);
@@ -110,7 +121,9 @@ std::string RewriteArchive(std::string_view bytes, const Workbook& workbook,
   }
   if (changes.values_only) RemoveCalculationChain(archive, parts);
   if (changes.find_reference) RewriteCharts(archive, workbook, changes.find_reference);
-  return archive.Finish();
+  std::string written = archive.Finish();
+  CheckWritten(written, limits);
+  return written;
 }
 
 std::string RewriteFile(const std::filesystem::path& source, const Workbook& workbook,

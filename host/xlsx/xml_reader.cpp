@@ -12,13 +12,15 @@ namespace zavhost {
 namespace {
 
 constexpr std::size_t kMaxDepth = 200;
-constexpr std::size_t kMaxAttributes = 500;
+constexpr std::size_t kMaxAttributes = 128;  // each is compared with those before it
 
 bool IsWhiteSpace(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; }
 
-bool IsNameEnd(char c) {
-  return IsWhiteSpace(c) || c == '>' || c == '/' || c == '=' || c == '<' || c == '"' || c == '\'';
+bool IsNameStart(char c) {
+  const bool is_letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+  return is_letter || c == '_' || c == ':' || static_cast<unsigned char>(c) >= 0x80;
 }
+bool IsNamePart(char c) { return IsNameStart(c) || (c >= '0' && c <= '9') || c == '-' || c == '.'; }
 
 std::string_view LocalName(std::string_view name) {
   const std::size_t colon = name.rfind(':');
@@ -55,7 +57,10 @@ XmlReader::Event XmlReader::Next() {
     position_ = std::min(document_.find('<', position_), document_.size());
     text_ = document_.substr(begin_, position_ - begin_);
     literal_text_ = false;
-    if (!open_.empty()) return Event::kText;
+    if (!open_.empty()) {
+      CheckEntities(text_);
+      return Event::kText;
+    }
     for (const char c : text_) {
       if (!IsWhiteSpace(c)) Fail("text outside the root element");
     }
@@ -116,8 +121,9 @@ void XmlReader::SkipWhiteSpace() {
 
 std::string_view XmlReader::ReadName() {
   const std::size_t start = position_;
-  while (position_ < document_.size() && !IsNameEnd(document_[position_])) ++position_;
-  if (position_ == start) Fail("a name is missing in a tag");
+  if (position_ == document_.size() || !IsNameStart(document_[position_]))
+    Fail("a name is missing in a tag");
+  while (position_ < document_.size() && IsNamePart(document_[position_])) ++position_;
   return document_.substr(start, position_ - start);
 }
 
@@ -134,6 +140,7 @@ void XmlReader::ReadStartTag() {
   attributes_.clear();
   empty_element_ = false;
   while (true) {
+    const std::size_t end = position_;
     SkipWhiteSpace();
     if (position_ >= document_.size()) Fail("it ends in the middle of a tag");
     if (document_[position_] == '>') break;
@@ -142,6 +149,7 @@ void XmlReader::ReadStartTag() {
       ++position_;
       break;
     }
+    if (position_ == end) Fail("no white space before an attribute");
     ReadAttribute();
   }
   ++position_;
@@ -152,6 +160,7 @@ void XmlReader::ReadStartTag() {
 void XmlReader::ReadAttribute() {
   if (attributes_.size() >= kMaxAttributes) Fail("a tag has too many attributes");
   const std::string_view name = ReadName();
+  if (FindAttribute(name) != nullptr) Fail("a tag has an attribute twice");
   SkipWhiteSpace();
   if (position_ >= document_.size() || document_[position_] != '=') {
     Fail("an attribute without a value");
@@ -167,6 +176,7 @@ void XmlReader::ReadAttribute() {
   if (attributes_.back().raw.find('<') != std::string_view::npos) {
     Fail("'<' in an attribute's value");
   }
+  CheckEntities(attributes_.back().raw);
   position_ = finish + 1;
 }
 
@@ -178,6 +188,14 @@ void XmlReader::ReadEndTag() {
   ++position_;
   if (open_.empty() || open_.back() != qualified_name_) Fail("an end tag without its start tag");
   closes_ = true;
+}
+
+/// Also of what nobody reads: a file that other programs refuse is not worth computing.
+void XmlReader::CheckEntities(std::string_view raw) const {
+  std::size_t at = raw.find('&');
+  for (; at != std::string_view::npos; at = raw.find('&', at + 1)) {
+    if (!EntityAt(raw.substr(at))) Fail("an entity that XML does not define");
+  }
 }
 
 const XmlAttribute* XmlReader::FindAttribute(std::string_view name) const {

@@ -86,6 +86,7 @@ class XmlReader {
 
  private:
   [[noreturn]] void Fail(std::string_view reason) const;
+  void CheckEntities(std::string_view raw) const;
   void SkipMarkup(std::string_view opening, std::string_view closing);
   bool ReadMarkup(Event& event);
   bool ReadDeclaration();

@@ -141,6 +141,14 @@ std::string EncodeXml(std::string text, XmlEncoding encoding) {
   return bytes;
 }
 
+std::optional<XmlEntity> EntityAt(std::string_view raw) {
+  const std::size_t semicolon = raw.substr(0, 12).find(';');
+  if (semicolon == std::string_view::npos) return std::nullopt;
+  const std::optional<char32_t> code = EntityCharacter(raw.substr(1, semicolon - 1));
+  if (!code) return std::nullopt;
+  return XmlEntity{*code, semicolon + 1};
+}
+
 bool AppendDecoded(std::string_view raw, XmlPlace place, std::string& out) {
   const std::string_view special = place == XmlPlace::kAttribute ? "&\r\n\t" : "&\r";
   while (true) {
@@ -149,12 +157,10 @@ bool AppendDecoded(std::string_view raw, XmlPlace place, std::string& out) {
     if (next == std::string_view::npos) return true;
     raw.remove_prefix(next);
     if (raw.front() == '&' && place != XmlPlace::kLiteral) {
-      const std::size_t semicolon = raw.substr(0, 12).find(';');
-      if (semicolon == std::string_view::npos) return false;
-      const std::optional<char32_t> code = EntityCharacter(raw.substr(1, semicolon - 1));
-      if (!code) return false;
-      AppendUtf8(*code, out);
-      raw.remove_prefix(semicolon + 1);
+      const std::optional<XmlEntity> entity = EntityAt(raw);
+      if (!entity) return false;
+      AppendUtf8(entity->code, out);
+      raw.remove_prefix(entity->length);
     } else {
       const bool line_end = raw.starts_with("\r\n");
       out.push_back(place == XmlPlace::kAttribute ? ' ' : raw.front() == '\r' ? '\n' : raw.front());

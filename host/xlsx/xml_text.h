@@ -2,6 +2,8 @@
 // The text of XML parts: encodings, entities, and the escapes that workbooks use for characters
 // that XML does not allow.
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -20,6 +22,13 @@ struct DecodedXml {
 DecodedXml DecodeXml(std::string bytes);
 /// The reverse of DecodeXml.
 std::string EncodeXml(std::string text, XmlEncoding encoding);
+
+struct XmlEntity {
+  char32_t code;
+  std::size_t length;
+};
+/// The entity that begins with the "&" at the start of raw XML text, if XML defines it.
+std::optional<XmlEntity> EntityAt(std::string_view raw);
 
 enum class XmlPlace { kText, kAttribute, kLiteral };
 

@@ -61,6 +61,20 @@ std::uint64_t DeclaredParts(std::string_view bytes) {
   return most;
 }
 
+/// Refuses a file that ends in several ways, of which each program may take another.
+void CheckEnd(std::string_view bytes) {
+  int ends = 0;
+  const std::size_t tail = std::min(bytes.size(), kEndRecordSize + kLargestComment);
+  for (std::size_t at = bytes.find("PK\5\6", bytes.size() - tail);
+       at != std::string_view::npos && at + kEndRecordSize <= bytes.size();
+       at = bytes.find("PK\5\6", at + 1)) {
+    const std::uint64_t comment_size = LittleEndian(bytes, at + 20, 2);
+    ends += at + kEndRecordSize + comment_size == bytes.size() ? 1 : 0;
+  }
+  if (ends > 1)
+    throw WorkbookError("the file is damaged: its list of parts can be read in several ways");
+}
+
 void CheckKind(std::string_view bytes) {
   if (bytes.empty()) throw WorkbookError("the file is empty");
   if (bytes.starts_with("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1")) {
@@ -122,6 +136,7 @@ struct ZipArchive::Handle {
 ZipArchive::ZipArchive(std::string_view bytes, const XlsxLimits& limits)
     : limits_(limits), handle_(std::make_unique<Handle>()) {
   CheckKind(bytes);
+  CheckEnd(bytes);
   const std::uint64_t declared = DeclaredParts(bytes);
   if (declared > limits_.parts) {
     throw WorkbookError(
@@ -194,6 +209,24 @@ std::string ZipArchive::Read(std::string_view part) {
   }
   unpacked_ += content.size();
   return content;
+}
+
+void ZipArchive::CheckParts() {
+  std::vector<char> chunk(std::size_t{256} * 1024);
+  for (const auto& [name, index] : parts_) {
+    const std::unique_ptr<zip_file_t, FileCloser> file(zip_fopen_index(handle_->archive, index, 0));
+    if (!file) ThrowPartError(name, zip_error_code_zip(zip_get_error(handle_->archive)));
+    std::uint64_t size = 0;
+    while (true) {
+      const zip_int64_t got = zip_fread(file.get(), chunk.data(), chunk.size());
+      if (got < 0) ThrowPartError(name, zip_error_code_zip(zip_file_get_error(file.get())));
+      if (got == 0) break;
+      size += static_cast<std::uint64_t>(got);
+    }
+    zip_stat_t stat;
+    const bool is_known = zip_stat_index(handle_->archive, index, 0, &stat) == 0;
+    if (!is_known || stat.size != size) ThrowPartError(name, ZIP_ER_INCONS);
+  }
 }
 
 void ZipArchive::Replace(std::string_view part, std::string content) {

@@ -31,6 +31,8 @@ class ZipArchive {
   void Remove(std::string_view part);
   /// The archive with the replaced parts. The object cannot be used afterwards.
   std::string Finish();
+  /// Unpacks every part. Throws if one is not what the list of parts says.
+  void CheckParts();
 
  private:
   struct Handle;  // libzip's archive and source

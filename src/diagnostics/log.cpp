@@ -7,6 +7,7 @@
 #include "contracts/log_files.h"
 #include "platform/clock.h"
 #include "platform/operating_system.h"
+#include "platform/temporary_folder.h"
 #include "platform/utf.h"
 
 namespace zavrel {
@@ -25,13 +26,20 @@ std::unique_ptr<LogFile>& SessionLog() {
 
 std::atomic<LogFile*> enabled_log = nullptr;
 
+/// Deletes an earlier log. False if something else has its name: others may write to the folder
+/// too, and could have put a link there.
+bool RemoveOld(const std::filesystem::path& path) {
+  std::error_code error;
+  const std::filesystem::file_status status = std::filesystem::symlink_status(path, error);
+  if (!std::filesystem::exists(status)) return true;
+  return std::filesystem::is_regular_file(status) && std::filesystem::remove(path, error);
+}
+
 }  // namespace
 
 LogFile::LogFile(const std::filesystem::path& folder, std::string_view name, Flush flush)
     : path_(LogFileIn(folder, Utf16FromUtf8(name))) {
-  std::error_code ignored;
-  std::filesystem::remove(path_, ignored);
-  if (!LogIsOn(folder)) return;
+  if (folder.empty() || !RemoveOld(path_) || !LogIsOn(folder) || !CreateNewFile(path_)) return;
   file_.open(path_, std::ios::binary | std::ios::trunc);
   enabled_ = file_.is_open();
   Write({LocalTimeText(), "\n"});

@@ -24,7 +24,8 @@ class LogFile {
   };
 
   /// Starts a new "<name>.log" in the folder. An old file is deleted, even if the log is disabled.
-  /// The first line is the local time.
+  /// The first line is the local time. The log stays disabled without a folder, and if something
+  /// that is no file has its name: no link is followed.
   LogFile(const std::filesystem::path& folder, std::string_view name, Flush flush);
   /// Ends the thread, flushes and closes.
   ~LogFile();

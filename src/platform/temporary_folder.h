@@ -6,8 +6,12 @@
 namespace zavrel {
 
 /// The user's temporary folder. If the system names none, or one that does not exist, the user's
-/// home (profile) folder, which users can always write to and find; if that is missing too, the
-/// current folder.
+/// home (profile) folder, which users can always write to and find; empty if that is missing too.
+/// Never the current folder, which may be that of a stranger's workbook.
 std::filesystem::path TemporaryFolder();
+
+/// Creates an empty file that only the user can read. False if anything has the name, a link among
+/// it, or if the file cannot be created.
+bool CreateNewFile(const std::filesystem::path& path) noexcept;
 
 }  // namespace zavrel

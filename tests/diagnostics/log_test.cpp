@@ -34,6 +34,24 @@ TEST_CASE("the marker file switches the log on, under both of its names") {
   }
 }
 
+TEST_CASE("nothing is written without a folder or through a link") {
+  CHECK_FALSE(OpenLog({}, "Session8").enabled());
+  const LogFolder folder("BrennicLoggingDetail.txt");
+  const fs::path victim = folder.path() / "victim.txt";
+  std::ofstream(victim) << "precious";
+  std::error_code no_links;
+  fs::create_symlink(victim, folder.file(), no_links);
+  if (no_links) return;  // this system or user makes none
+  CHECK_FALSE(OpenLog(folder.path(), "Session8").enabled());
+  CHECK(fs::is_symlink(folder.file()));
+  CHECK(fs::file_size(victim) == 8);
+  // Nor is the log switched on by one.
+  fs::remove(folder.file());
+  fs::rename(folder.path() / "BrennicLoggingDetail.txt", folder.path() / "elsewhere.txt");
+  fs::create_symlink("elsewhere.txt", folder.path() / "BrennicLoggingDetail.txt");
+  CHECK_FALSE(OpenLog(folder.path(), "Session8").enabled());
+}
+
 TEST_CASE("without the marker nothing is written, and the old log goes all the same") {
   const LogFolder folder("BrennicLoggingDetail.txt.bak");
   fs::create_directory(folder.path() / "BrennicLoggingDetail.txt");  // a folder is no marker file

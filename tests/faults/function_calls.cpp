@@ -12,11 +12,6 @@
 #include "platform/utf.h"
 #include "support/quiet_services.h"
 
-namespace zavrel {
-// The add-in that the program is linked with.
-AddIn ThisAddIn();
-}  // namespace zavrel
-
 namespace zavrel::tests {
 namespace {
 
@@ -55,11 +50,11 @@ class Pool {
 };
 
 const Pool& References() {
-  static const Pool& pool = *[] {
-    auto* made = new Pool;
+  static const Pool pool = [] {
+    Pool made;
     const std::vector<Cell> numbers = {1.0, 2.0, 4.0, 3.0, 9.0, 5.0};
     const std::vector<XLREF12> areas = {Area(0, 5, 0, 0), Area(6, kRows - 1, 0, 0)};
-    made->Add(Area(0, kRows - 1, 0, 0))
+    made.Add(Area(0, kRows - 1, 0, 0))
         .Add(Area(0, kRows - 1, 1, 1))
         .Add(Area(0, kRows - 1, 2, 2))
         .Add(Area(0, kRows - 1, 0, 1))
@@ -74,10 +69,10 @@ const Pool& References() {
 }
 
 const Pool& Values() {
-  static const Pool& pool = *[] {
-    auto* made = new Pool;
-    made->Add(1.0).Add(0.5).Add(2.0).Add(12.0).Add(u"b").Add(u"2,5").Add(true).Add(0.0);
-    made->Add(std::make_unique<Argument>(xltypeMissing)).Add(3.0).Add(20.0).Add(u"mean");
+  static const Pool pool = [] {
+    Pool made;
+    made.Add(1.0).Add(0.5).Add(2.0).Add(12.0).Add(u"b").Add(u"2,5").Add(true).Add(0.0);
+    made.Add(std::make_unique<Argument>(xltypeMissing)).Add(3.0).Add(20.0).Add(u"mean");
     return made;
   }();
   return pool;

@@ -75,13 +75,19 @@ TEST_CASE("what is no formula says what is wrong and where") {
 TEST_CASE("growth is bounded") {
   Context context;
   // Each name uses the next twice: 2^40 evaluations if they were made.
-  for (int i = 0; i < 40; ++i) {
-    const std::string next = "n_" + std::to_string(i + 1);
-    context.DefineName(zavhost::Utf16FromUtf8("n_" + std::to_string(i)),
-                       zavhost::Utf16FromUtf8(next + "+" + next));
+  for (const std::string start : {"n_", "r_"}) {
+    for (int i = 0; i < 40; ++i) {
+      const std::string next = start + std::to_string(i + 1);
+      context.DefineName(zavhost::Utf16FromUtf8(start + std::to_string(i)),
+                         zavhost::Utf16FromUtf8(next + "+" + next));
+    }
   }
   context.DefineName(u"n_40", u"1");
-  CHECK(context.Evaluate(u"n_0").ends_with("expands to too long a formula"));
+  CHECK(context.Evaluate(u"n_0") == "1099511627776");
+  // What chance is in is drawn each time.
+  context.DefineName(u"r_40", u"RAND()");
+  CHECK(context.Evaluate(u"r_38+n_0*0") == "1");
+  CHECK(context.Evaluate(u"r_0").ends_with("expands to too long a formula"));
   // A chain of names, far longer than anything that nests.
   for (int i = 0; i < 5000; ++i) {
     context.DefineName(zavhost::Utf16FromUtf8("chain_" + std::to_string(i)),

@@ -282,7 +282,9 @@ TEST_CASE("formulas that fill each other's cells, and array formulas without bou
   CHECK(Joined(engine->Recalculate().errors) ==
         "Sheet1!E2: two formulas fill the same cell; the stored value is kept\n");
   CheckCells(*engine, "E2 -> 1;");
-  AddFormulas(workbook, "F1:Z1048576 = GoodSum(A1)");
+  AddFormulas(workbook, "F1:H1048576 = GoodSum(A1)");
+  CHECK_THROWS_AS(PlantedEngine(std::move(workbook))->Recalculate(), WorkbookError);
+  workbook = Spilling("F1 = SEQUENCE(1048576) | G1 = SEQUENCE(1048576) | H1 = SEQUENCE(1048576)");
   CHECK_THROWS_AS(PlantedEngine(std::move(workbook))->Recalculate(), WorkbookError);
 }
 

@@ -4,11 +4,19 @@
 #include <limits>
 
 #include "host/workbook/cell_names.h"
+#include "host/workbook/terminal_text.h"
 #include "host/workbook/text.h"
 #include "host/workbook/value.h"
 #include "host/workbook/workbook.h"
 
 using namespace zavhost;
+
+TEST_CASE("what would act on a terminal is blanked or escaped") {
+  const std::u16string text = u"a\x1B[31m\x9B\x202E\x200F\tb\n";
+  CHECK(PrintableUtf8(text) == "a [31m    b ");
+  CHECK(EscapedUtf8(Utf8FromUtf16(text)) == "a\\u001B[31m\\u009B\\u202E\\u200F\tb\n");
+  CHECK(EscapedUtf8("\xC3\xBC\xE2\x82\xAC") == "\xC3\xBC\xE2\x82\xAC");
+}
 
 TEST_CASE("General format shows fifteen digits and the shortest form") {
   for (const auto& [number, shown] : {std::pair{0.0, "0"},

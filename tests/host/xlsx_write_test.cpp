@@ -63,6 +63,29 @@ TEST_CASE("only t and v of the cells named change") {
                   {{{0, 0}, Value()}}) == R"(<row r="1"><c r="A1"><f>x</f></c></row>)");
 }
 
+TEST_CASE("a workbook that cannot be written whole is not written") {
+  const TemporaryFolder folder;
+  std::vector<ZipPart> parts;
+  for (const auto& [name, content] : OneSheetBook(R"(<row r="1"><c r="A1"><v>1</v></c></row>)"))
+    parts.push_back({.name = name, .content = content});
+  // Nobody reads this part, which is copied as the list of parts has it.
+  parts.push_back(
+      {.name = "docProps/picture.bin", .content = std::string(5000, 'x'), .declared_size = 70'000});
+  const std::filesystem::path file = folder.Put(u"book.xlsx", Zip(parts));
+  const std::string before = Bytes(file);
+  Workbook book = ReadXlsx(file);
+  book.sheets[0].Set(0, 0, 2.0);
+  const std::filesystem::path target = folder.path() / "new.xlsx";
+  for (const auto& written : {target, file}) {
+    CHECK_THROWS_WITH_AS(
+        WriteXlsx(file, written, book, {.cells = {{0, 0, 0}}}),
+        doctest::Contains("it cannot be written whole: part 'docprops/picture.bin'"),
+        WorkbookError);
+  }
+  CHECK(Bytes(file) == before);
+  CHECK_FALSE(std::filesystem::exists(target));
+}
+
 TEST_CASE("texts are escaped so that they read back the same") {
   CHECK(Rewritten("<row><c><f>x</f></c></row>", {{{0, 0}, Value(u" <a>&\r_x0041_ ")}}) ==
         R"(<row><c t="str"><f>x</f>)"

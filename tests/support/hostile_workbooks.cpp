@@ -130,6 +130,10 @@ void AddOtherFiles(Writer& writer, const fs::path& folder) {
   writer.Add("plain_zip", "a zip archive, but not", Zip({{.name = "a.txt", .content = "a"}}));
   writer.Add("open_document", "OpenDocument",
              Zip({{.name = "mimetype", .content = "x"}, {.name = "content.xml", .content = "x"}}));
+  std::string attributes;
+  for (int i = 0; i < 200; ++i) attributes += " a" + std::to_string(i) + R"(="1")";
+  writer.Add("attributes", "too many attributes",
+             ZipBook(OneSheetBook("<row r=\"1\"" + attributes + "/>")));
   fs::create_directories(folder / "folder.xlsx");
   writer.AddPath(folder / "folder.xlsx", "this is a folder");
   writer.AddPath(folder / "absent.xlsx", "no such file");
@@ -163,6 +167,13 @@ void AddArchives(Writer& writer) {
     twice.push_back({.name = name, .content = content});
     if (name == kBookPart) twice.push_back({.name = "/XL\\Workbook.xml", .content = content});
   }
+  // Each record in the comment would do as the end of the file.
+  std::string ends = ZipBook(OneSheetBook(kGoodRows));
+  constexpr int kEnds = 3, kEndSize = 22;
+  ends[ends.size() - 2] = kEnds * kEndSize;
+  for (int rest = kEnds - 1; rest >= 0; --rest)
+    ends += "PK\5\6" + std::string(16, '\0') + static_cast<char>(rest * kEndSize) + '\0';
+  writer.Add("several_ends", "can be read in several ways", ends);
   writer.Add("part_twice", "two parts named", Zip(twice));
 }
 

@@ -1,5 +1,9 @@
 #include "platform/temporary_folder.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cstdlib>
 #include <system_error>
 
@@ -11,7 +15,12 @@ std::filesystem::path TemporaryFolder() {
   if (!error) return folder;
   const char* home = std::getenv("HOME");
   if (home != nullptr && std::filesystem::is_directory(home, error)) return home;
-  return std::filesystem::current_path(error);
+  return {};
+}
+
+bool CreateNewFile(const std::filesystem::path& path) noexcept {
+  const int file = open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR);
+  return file >= 0 && close(file) == 0;
 }
 
 }  // namespace zavrel

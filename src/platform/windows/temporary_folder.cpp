@@ -23,7 +23,13 @@ std::filesystem::path TemporaryFolder() {
     return folder;
   std::filesystem::path profile = ProfileFolder();
   if (std::filesystem::is_directory(profile, ignored)) return profile;
-  return std::filesystem::current_path(ignored);
+  return {};
+}
+
+bool CreateNewFile(const std::filesystem::path& path) noexcept {
+  const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr);
+  return file != INVALID_HANDLE_VALUE && CloseHandle(file) != FALSE;
 }
 
 }  // namespace zavrel
