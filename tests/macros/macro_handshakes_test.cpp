@@ -87,19 +87,20 @@ TEST_CASE("a cell's category name") {
     const Argument value(cell);
     return CategoryNameOf(SingleValueOf(*static_cast<const XLOPER12*>(value)));
   };
-  CHECK(name(u" North\n") == u" North\n");
-  CHECK(name(2.5) == u"2,5");
-  CHECK(name(true) == u"WAHR");
-  CHECK(CategoryNameOf({.tag = CellTag::kInteger, .code = 7}) == u"7");
-  for (const Cell& nameless : {Cell(), Cell(ErrorCell{xlerrNA}), Cell(u""), Cell(3.5)})
-    CHECK(name(nameless) == u"");
-  CHECK(CategoryNameOf({}) == u"");
+  CHECK(*name(u" North\n") == u" North\n");
+  CHECK(*name(2.5) == u"2,5");
+  CHECK(*name(true) == u"WAHR");
+  CHECK(*CategoryNameOf({.tag = CellTag::kInteger, .code = 7}) == u"7");
+  for (const Cell& nameless : {Cell(), Cell(ErrorCell{xlerrNA}), Cell(u"")})
+    CHECK(*name(nameless) == u"");
+  CHECK(*CategoryNameOf({}) == u"");
+  CHECK_FALSE(name(3.5).ok());  // the host has no text for it
 
   excel.text_code = xlretUncalced;
-  CHECK_FALSE(name(2.5));
-  CHECK(name(u"text") == u"text");
+  CHECK(name(2.5).failure().uncalculated());
+  CHECK(*name(u"text") == u"text");
   excel.text_code = xlretAbort;
-  CHECK_FALSE(name(true));
+  CHECK(name(true).failure().uncalculated());
 }
 
 }  // namespace zavrel::tests
