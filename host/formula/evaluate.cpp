@@ -39,6 +39,9 @@ class Callee {
     return registered_->TakesArray(index) ? ArgumentKind::kArray : ArgumentKind::kScalar;
   }
 
+  /// Whether the same arguments may give another result the next time.
+  bool MayVary() const { return registered_ != nullptr || built_in_->name.starts_with(u"RAND"); }
+
   Operand Call(std::span<const Operand> arguments, EvaluationContext& context,
                bool as_array) const {
     if (registered_ != nullptr) return registered_->Call(arguments);
@@ -240,7 +243,7 @@ Operand Evaluator::Call(const CallStep& step, const Shift& shift, bool as_array)
     if (built_in->lazy != LazyForm::kNone) return CallLazyForm(step, shift, as_array);
   }
   const Callee callee(registered, built_in);
-  if (registered != nullptr || built_in->name.starts_with(u"RAND")) ++chances_;
+  chances_ += std::size_t{callee.MayVary()};
   // A range that is itself an argument of an add-in's function ends with the used cells of its
   // sheet, since a million blanks would make no difference. For operators or TRANSPOSE they do
   // make a difference.
