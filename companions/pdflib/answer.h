@@ -5,8 +5,8 @@
 #include <initializer_list>
 #include <stdexcept>
 
-#include "distributions/catalogue.h"
 #include "contracts/pdflib.h"
+#include "distributions/catalogue.h"
 #include "numbers/floating_point_scope.h"
 
 namespace DistLib {

@@ -72,7 +72,7 @@ class Evaluator {
   /// The names that were evaluated, since names that each use the next one twice would otherwise
   /// take exponential time.
   std::unordered_map<const DefinedName*, Operand> known_names_;
-  std::size_t chances_ = 0;  // calls that may give another result the next time
+  std::size_t chances_ = 0;          // calls that may give another result the next time
   std::vector<Variable> variables_;  // the innermost ones last
 };
 

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "distributions/catalogue.h"
 #include "data/excel_data.h"
+#include "distributions/catalogue.h"
 #include "excel/or_failure.h"
 
 namespace zavrel {

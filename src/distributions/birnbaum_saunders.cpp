@@ -10,7 +10,7 @@ struct SaundersMap {
   static bool Rises() { return true; }
   Real Forward(Real x) const { return std::exp(2 * std::asinh(shape * x / 2)); }
   Real Back(Real z) const { return 2 / shape * std::sinh(std::log(z) / 2); }
-  Real LogSlope(Real z) const {
+  Real LogSlope(Real z, Real /*x*/) const {
     const Real log_z = std::log(z);
     return std::log(std::cosh(log_z / 2)) - std::log(shape) - log_z;
   }

@@ -12,7 +12,7 @@ struct GompertzMap {
   static bool Rises() { return true; }
   Real Forward(Real x) const { return std::log1p(x / shape); }
   Real Back(Real z) const { return shape * std::expm1(z); }
-  Real LogSlope(Real z) const { return std::log(shape) + z; }
+  Real LogSlope(Real z, Real /*x*/) const { return std::log(shape) + z; }
 };
 
 class Gompertz : public Transformed<UnitExponential, GompertzMap> {

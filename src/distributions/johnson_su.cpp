@@ -11,7 +11,9 @@ struct SinhMap {
   static bool Rises() { return true; }
   Real Forward(Real x) const { return std::sinh((x - gamma) / delta); }
   Real Back(Real z) const { return gamma + delta * std::asinh(z); }
-  Real LogSlope(Real z) const { return std::log(delta) - std::log(std::hypot(1.0L, z)); }
+  Real LogSlope(Real z, Real /*x*/) const {
+    return std::log(delta) - std::log(std::hypot(1.0L, z));
+  }
 };
 
 class JohnsonSU : public Transformed<StandardNormal, SinhMap> {

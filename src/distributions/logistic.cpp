@@ -53,7 +53,7 @@ struct SkewLogisticMap {
     return y > 1 ? -y - std::log1p(-std::exp(-y)) : -std::log(std::expm1(y));
   }
   Real Back(Real z) const { return shape * (std::fmax(-z, 0) + LogRest(z)); }
-  Real LogSlope(Real z) const { return std::log(shape) - std::fmax(z, 0) - LogRest(z); }
+  Real LogSlope(Real z, Real /*x*/) const { return std::log(shape) - std::fmax(z, 0) - LogRest(z); }
 
  private:
   static Real LogRest(Real z) { return std::log1p(std::exp(-std::fabs(z))); }

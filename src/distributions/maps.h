@@ -1,7 +1,7 @@
 #pragma once
 // Monotone maps that take a core's variable x to that of another distribution, z. Each has its
-// inverse, Back, and the logarithm of the inverse's slope, log |dx/dz|, in terms of z. Logarithms
-// of constants stand in members with an initializer, to be computed once.
+// inverse, Back, and the logarithm of the inverse's slope, log |dx/dz|, where x = Back(z).
+// Logarithms of constants stand in members with an initializer, to be computed once.
 
 #include <cmath>
 
@@ -13,7 +13,7 @@ struct Identity {
   static bool Rises() { return true; }
   static Real Forward(Real x) { return x; }
   static Real Back(Real z) { return z; }
-  static Real LogSlope(Real /*z*/) { return 0; }
+  static Real LogSlope(Real /*z*/, Real /*x*/) { return 0; }
 };
 
 /// z = x^power
@@ -24,7 +24,7 @@ struct PowerMap {
   bool Rises() const { return power > 0; }
   Real Forward(Real x) const { return std::pow(x, power); }
   Real Back(Real z) const { return std::pow(z, 1 / power); }
-  Real LogSlope(Real z) const { return TimesLog(1 / power - 1, z) - log_power; }
+  Real LogSlope(Real z, Real /*x*/) const { return TimesLog(1 / power - 1, z) - log_power; }
 };
 
 /// z = factor log(x)
@@ -35,7 +35,7 @@ struct LogMap {
   bool Rises() const { return factor > 0; }
   Real Forward(Real x) const { return factor * std::log(x); }
   Real Back(Real z) const { return std::exp(z / factor); }
-  Real LogSlope(Real z) const { return z / factor - log_factor; }
+  Real LogSlope(Real z, Real /*x*/) const { return z / factor - log_factor; }
 };
 
 /// z = exp(shift + factor x)
@@ -47,7 +47,7 @@ struct ExpMap {
   bool Rises() const { return factor > 0; }
   Real Forward(Real x) const { return std::exp(shift + factor * x); }
   Real Back(Real z) const { return (std::log(z) - shift) / factor; }
-  Real LogSlope(Real z) const { return -log_factor - std::log(z); }
+  Real LogSlope(Real /*z*/, Real x) const { return -log_factor - (shift + factor * x); }
 };
 
 /// z = (exp(factor x) - 1) / divisor, x where the factor is 0; both have the same sign.
@@ -59,7 +59,7 @@ struct Expm1Map {
   static bool Rises() { return true; }
   Real Forward(Real x) const { return factor == 0 ? x : std::expm1(factor * x) / divisor; }
   Real Back(Real z) const { return factor == 0 ? z : LogBase(z) / factor; }
-  Real LogSlope(Real z) const { return factor == 0 ? 0 : log_ratio - LogBase(z); }
+  Real LogSlope(Real z, Real /*x*/) const { return factor == 0 ? 0 : log_ratio - LogBase(z); }
 
  private:
   /// The end of the support as a double may be beyond the exact one.
@@ -75,7 +75,10 @@ struct Composed {
   bool Rises() const { return first.Rises() == second.Rises(); }
   Real Forward(Real x) const { return second.Forward(first.Forward(x)); }
   Real Back(Real z) const { return first.Back(second.Back(z)); }
-  Real LogSlope(Real z) const { return second.LogSlope(z) + first.LogSlope(second.Back(z)); }
+  Real LogSlope(Real z, Real x) const {
+    const Real between = second.Back(z);
+    return second.LogSlope(z, between) + first.LogSlope(between, x);
+  }
 };
 
 }  // namespace DistLib

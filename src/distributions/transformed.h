@@ -56,7 +56,8 @@ class Transformed : public PdfDist {
   virtual std::optional<Real> StandardEntropy() const = 0;
 
   Real StandardLogDensity(Real z) const {
-    return core_.LogDensity(map_.Back(z)) + map_.LogSlope(z);
+    const Real x = map_.Back(z);
+    return core_.LogDensity(x) + map_.LogSlope(z, x);
   }
   Real LogDensityAt(Real y) const final { return StandardLogDensity(Standardized(y)) - log_scale_; }
   Real DensityAt(Real y) const final {

@@ -1,8 +1,8 @@
 // Functions on the kinds of cells: ZavCountCellsByType, ZavIsBlank, ZavGetCellValues.
 #include <utility>
 
-#include "frame/worksheet_function.h"
 #include "frame/calling_array.h"
+#include "frame/worksheet_function.h"
 #include "functions/macro_cell_values.h"
 #include "functions/put_cell.h"
 #include "functions/range_and_class.h"
