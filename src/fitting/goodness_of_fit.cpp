@@ -186,6 +186,8 @@ class Bootstrap {
       return test.Of(*MakeDistribution(description_, refit->parameters), sample).value;
     } catch (const FitCancelled&) {
       throw;
+    } catch (const std::bad_alloc&) {
+      throw;
     } catch (const std::exception&) {
       return {};
     }

@@ -1,6 +1,7 @@
 #include "fitting/likelihood.h"
 
 #include <cmath>
+#include <new>
 
 namespace DistLib {
 namespace {
@@ -13,6 +14,8 @@ double LogDensity(const PdfDist& distribution, double x) {
   try {
     const double value = distribution.LogDensity(x);
     return std::isfinite(value) ? value : -kInfinity;
+  } catch (const std::bad_alloc&) {
+    throw;  // says nothing about the density
   } catch (const std::exception&) {
     return -kInfinity;
   }
@@ -26,6 +29,8 @@ std::unique_ptr<PdfDist> LogLikelihood::Distribution(std::span<const double> par
   }
   try {
     return description_.make(parameters);
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (const std::exception&) {
     return nullptr;
   }
