@@ -54,7 +54,7 @@ std::size_t Threads() {
   THREADENTRY32 thread{};
   thread.dwSize = sizeof thread;
   for (BOOL more = Thread32First(all, &thread); more; more = Thread32Next(all, &thread))
-    threads += thread.th32OwnerProcessID == GetCurrentProcessId() ? 1 : 0;
+    if (thread.th32OwnerProcessID == GetCurrentProcessId()) ++threads;
   CloseHandle(all);
   return threads;
 #else
