@@ -39,8 +39,9 @@ same_structure() {
 # that nobody has listed ends the packing.
 notices_are_complete() {
   local library
-  # Those of the project itself have no full path.
-  grep -ohE ' /[^ ]+/lib[[:alnum:]_]+[.]a\b' "$2/build.ninja" | sed 's|.*/lib\(.*\)[.]a|\1|' | sort -u >linked.txt
+  # Those of the project itself have no full path, or one in its build folder.
+  grep -ohE ' /[^ ]+/lib[[:alnum:]_]+[.]a\b' "$2/build.ninja" | grep -vF " $2/" |
+    sed 's|.*/lib\(.*\)[.]a|\1|' | sort -u >linked.txt
   [ -s linked.txt ] || return 1
   for library in $(sed 's/^z$/zlib/;s/^zip$/libzip/;s/^md$/libmd/' linked.txt) libstdc++ Eigen Boost CLI11 JSON; do
     # By its title, once in the list and once above its notice.
