@@ -61,7 +61,7 @@ std::string Plural(std::size_t count, std::string_view what) {
 }
 
 std::string CsvField(const std::string& field) {
-  const std::string text = EscapedUtf8(field);
+  std::string text = EscapedUtf8(field);
   if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
   std::string quoted = "\"";
   for (const char c : text) quoted.append(c == '"' ? 2 : 1, c);
