@@ -99,7 +99,7 @@ OrFailure<Positions> PositionsOf(ExcelData& data, std::u16string_view name) {
 OrFailure<Positions> SelectedRows(const StackedSelection& selection, const Sources& sources) {
   OrFailure<Positions> rows = PositionsOf(*sources[1], selection.first.name);
   if (!rows.ok() || !selection.second) return rows;
-  const OrFailure<Positions> others = PositionsOf(*sources[2], selection.second->name);
+  OrFailure<Positions> others = PositionsOf(*sources[2], selection.second->name);
   if (!others.ok()) return others;
   Positions both;
   std::set_intersection(rows->begin(), rows->end(), others->begin(), others->end(),
