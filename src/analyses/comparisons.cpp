@@ -81,21 +81,38 @@ void AddMannWhitney(SheetBuilder& sheet, const GroupTable& table) {
       Style::kProbability);
 }
 
+void AddKruskalWallis(SheetBuilder& sheet, const GroupTable& table) {
+  std::string samples;
+  for (const std::string& sample : table.samples) samples += "," + sample;
+  const auto item = [&](const char* number) { return Call("ZavKWData", {number + samples}); };
+  const std::string statistic =
+      sheet.Row("H, corrected for ties", {item("0")}, Style::kNumber).TextInSheet();
+  const std::string df = sheet.Row("Degrees of freedom", {item("2")}, Style::kCount).TextInSheet();
+  sheet.Row("Groups of ties", {item("4")}, Style::kCount);
+  sheet.Row("p-value", {Call("ZavChisq", {df, "\"xtoq\"", statistic})}, Style::kProbability);
+}
+
+/// A table of the groups, a test and a chart for each variable.
+void AddComparisons(SheetBuilder& sheet, const Data& data,
+                    void (*add_test)(SheetBuilder&, const GroupTable&)) {
+  sheet.Width(0, 32);
+  const Grouping& grouping = *data.grouping;
+  const Area names = AddGroupNames(sheet, grouping);
+  for (const Variable& variable : data.variables) {
+    const GroupTable table = AddGroups(sheet, variable, grouping, names);
+    add_test(sheet, table);
+    AddMediansChart(sheet, sheet.Say("Medians of") + " " + variable.name, grouping.name, names,
+                    table.medians);
+  }
+}
+
 }  // namespace
 
 ReportSheet BuildTwoGroups(const Data& data) {
   SheetBuilder sheet(data.language, "Two groups", "Comparison of two groups",
                      "Mann-Whitney test of whether values of one group tend to be greater. The "
                      "first p-value is exact for small samples and takes no account of ties.");
-  sheet.Width(0, 32);
-  const Grouping& grouping = *data.grouping;
-  const Area names = AddGroupNames(sheet, grouping);
-  for (const Variable& variable : data.variables) {
-    const GroupTable table = AddGroups(sheet, variable, grouping, names);
-    AddMannWhitney(sheet, table);
-    AddMediansChart(sheet, sheet.Say("Medians of") + " " + variable.name, grouping.name, names,
-                    table.medians);
-  }
+  AddComparisons(sheet, data, AddMannWhitney);
   return std::move(sheet).Finish();
 }
 
@@ -103,23 +120,7 @@ ReportSheet BuildSeveralGroups(const Data& data) {
   SheetBuilder sheet(data.language, "Several groups", "Comparison of several groups",
                      "Kruskal-Wallis test of whether values of some group tend to be greater, "
                      "corrected for ties, with the chi-square approximation of its p-value.");
-  sheet.Width(0, 32);
-  const Grouping& grouping = *data.grouping;
-  const Area names = AddGroupNames(sheet, grouping);
-  for (const Variable& variable : data.variables) {
-    const GroupTable table = AddGroups(sheet, variable, grouping, names);
-    std::string samples;
-    for (const std::string& sample : table.samples) samples += "," + sample;
-    const auto item = [&](const char* number) { return Call("ZavKWData", {number + samples}); };
-    const std::string statistic =
-        sheet.Row("H, corrected for ties", {item("0")}, Style::kNumber).TextInSheet();
-    const std::string df =
-        sheet.Row("Degrees of freedom", {item("2")}, Style::kCount).TextInSheet();
-    sheet.Row("Groups of ties", {item("4")}, Style::kCount);
-    sheet.Row("p-value", {Call("ZavChisq", {df, "\"xtoq\"", statistic})}, Style::kProbability);
-    AddMediansChart(sheet, sheet.Say("Medians of") + " " + variable.name, grouping.name, names,
-                    table.medians);
-  }
+  AddComparisons(sheet, data, AddKruskalWallis);
   return std::move(sheet).Finish();
 }
 
