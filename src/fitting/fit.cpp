@@ -47,8 +47,6 @@ class Fitting {
     for (Estimate& estimate : found) {
       try {
         return FinishOnAll(std::move(estimate));
-      } catch (const FitCancelled&) {
-        throw;
       } catch (const FitError& failure) {
         if (!first_failure) first_failure = failure;
       }
@@ -235,8 +233,6 @@ std::optional<Fit> Refit(const Description& description, const Sample& sample,
     Fitting fitting(description, sample, fixed, cancelled);
     if (auto fit = fitting.RunFrom(near)) return fit;
     return fitting.Run();
-  } catch (const FitCancelled&) {
-    throw;
   } catch (const FitError&) {
     return {};
   }

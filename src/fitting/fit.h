@@ -2,6 +2,7 @@
 // Maximum-likelihood estimates of a distribution's parameters.
 
 #include <cstddef>
+#include <exception>
 #include <functional>
 #include <optional>
 #include <span>
@@ -32,10 +33,10 @@ class FitError : public std::domain_error {
   using std::domain_error::domain_error;
 };
 
-/// The caller has cancelled the computation.
-class FitCancelled : public FitError {
+/// The caller has cancelled the computation. No FitError: it says nothing about the sample.
+class FitCancelled : public std::exception {
  public:
-  FitCancelled() : FitError("the computation was cancelled") {}
+  const char* what() const noexcept override { return "the computation was cancelled"; }
 };
 
 /// Empty, or an entry for each parameter: its value, if it is not to be estimated.

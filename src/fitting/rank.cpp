@@ -29,8 +29,6 @@ std::vector<RankedFit> RankFits(std::span<const double> values, const Cancelled&
     }
     try {
       ranked.back().fit = FitDistribution(*description, values, {}, cancelled);
-    } catch (const FitCancelled&) {
-      throw;
     } catch (const FitError& failure) {
       ranked.back().why_not = failure.what();
     }
