@@ -1,6 +1,6 @@
 #include "frame/calling_cell.h"
 
-#include "macros/windows/ole_owners.h"
+#include "platform/windows/ole_owners.h"
 
 namespace zavrel {
 

@@ -2,8 +2,8 @@
 #include "excel/wide_text.h"
 #include "frame/macro_call.h"
 #include "frame/session.h"
-#include "macros/windows/ole_owners.h"
 #include "platform/export.h"
+#include "platform/windows/ole_owners.h"
 
 namespace zavrel {
 

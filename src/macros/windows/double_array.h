@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <optional>
 
-#include "macros/windows/ole_owners.h"
+#include "platform/windows/ole_owners.h"
 
 namespace zavrel {
 

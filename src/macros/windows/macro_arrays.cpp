@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "macros/windows/macro_memory.h"
-#include "macros/windows/ole_owners.h"
 #include "macros/windows/vb_array.h"
+#include "platform/windows/ole_owners.h"
 
 namespace zavrel {
 namespace {

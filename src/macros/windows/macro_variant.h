@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "macros/windows/ole_owners.h"
+#include "platform/windows/ole_owners.h"
 
 namespace zavrel {
 

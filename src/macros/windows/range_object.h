@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "excel/xloper12.h"
-#include "macros/windows/ole_owners.h"
+#include "platform/windows/ole_owners.h"
 
 namespace zavrel {
 

@@ -3,8 +3,8 @@
 
 #include <span>
 
-#include "macros/windows/ole_owners.h"
 #include "numbers/double_matrix.h"
+#include "platform/windows/ole_owners.h"
 
 namespace zavrel {
 

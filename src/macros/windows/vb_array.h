@@ -4,8 +4,8 @@
 #include <cstdint>
 
 #include "excel/xxloper.h"
-#include "macros/windows/ole_owners.h"
 #include "numbers/double_matrix.h"
+#include "platform/windows/ole_owners.h"
 
 namespace zavrel {
 

@@ -13,7 +13,7 @@
 
 #include "data/array_accessor.h"
 #include "macros/macro_status.h"
-#include "macros/windows/ole_owners.h"
+#include "platform/windows/ole_owners.h"
 
 namespace zavrel {
 

@@ -5,7 +5,7 @@
 
 #include <array>
 
-#include "macros/windows/ole_owners.h"
+#include "platform/windows/ole_owners.h"
 #include "support/macro_variant.h"
 
 namespace zavrel::tests {

@@ -1,4 +1,4 @@
-#include "macros/windows/ole_owners.h"
+#include "platform/windows/ole_owners.h"
 
 #include <climits>
 
