@@ -78,5 +78,7 @@ inline constexpr std::int32_t kMessageEigenNoConvergence = 2604;      // VekNoCo
 // VekDllLoadError: function, path of the library
 inline constexpr std::int32_t kMessageFunctionNotFound = 2605;
 inline constexpr std::int32_t kMessageValuesNotFinite = 2606;  // VekInvalidDataType
+inline constexpr std::int32_t kMessageExcelCallFailed = 2620;  // member, Excel's own text
+inline constexpr std::int32_t kMessageExcelBusy = 2621;
 
 }  // namespace zavrel::messages

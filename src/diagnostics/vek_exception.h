@@ -89,6 +89,8 @@ ZAV_VEK_MEMBER(VekCantRenameWorksheet, VekExcelError);
 ZAV_VEK_MEMBER(VekCantWriteCellValue, VekExcelError);
 ZAV_VEK_MEMBER(VekCellPartOfArrayFormula, VekExcelError);
 ZAV_VEK_MEMBER(VekDataStoredInWorkbookInvalid, VekExcelError);
+ZAV_VEK_MEMBER(VekExcelBusy, VekExcelError);
+ZAV_VEK_MEMBER(VekExcelCallFailed, VekExcelError);
 ZAV_VEK_MEMBER(VekExcelCellFormulaReadError, VekExcelError);
 ZAV_VEK_MEMBER(VekExcelCellFormulaWriteError, VekExcelError);
 ZAV_VEK_MEMBER(VekExcelUnsupportedMethodCall, VekExcelError);

@@ -35,30 +35,34 @@ class FakeObject final : public IDispatch {
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID,
                                           DISPID* id) override {
     ++calls;
-    asked_ = names[0];
-    *id = 1;
-    return objects.count(asked_) + texts.count(asked_) + numbers.count(asked_) > 0
-               ? S_OK
-               : DISP_E_UNKNOWNNAME;
+    // Like Excel's, a number that holds for all objects.
+    static std::map<std::wstring, DISPID> ids;
+    const std::wstring name = names[0];
+    *id = ids.emplace(name, static_cast<DISPID>(ids.size() + 1)).first->second;
+    names_[*id] = name;
+    return S_OK;
   }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result,
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result,
                                    EXCEPINFO*, UINT*) override {
-    if (const auto object = objects.find(asked_); object != objects.end()) {
+    const std::wstring& asked = names_[id];
+    if (objects.count(asked) + texts.count(asked) + numbers.count(asked) == 0)
+      return DISP_E_MEMBERNOTFOUND;
+    if (const auto object = objects.find(asked); object != objects.end()) {
       result->vt = VT_DISPATCH;
       result->pdispVal = object->second;
       if (object->second != nullptr) object->second->AddRef();
-    } else if (const auto number = numbers.find(asked_); number != numbers.end()) {
+    } else if (const auto number = numbers.find(asked); number != numbers.end()) {
       result->vt = VT_I4;
       result->lVal = number->second;
     } else {
       result->vt = VT_BSTR;
-      result->bstrVal = SysAllocString(texts[asked_].c_str());
+      result->bstrVal = SysAllocString(texts[asked].c_str());
     }
     return S_OK;
   }
 
  private:
-  std::wstring asked_;
+  static inline std::map<DISPID, std::wstring> names_;
 };
 
 #pragma GCC diagnostic pop

@@ -1,63 +1,60 @@
 #include "macros/windows/range_object.h"
 
+#include "diagnostics/vek_exception.h"
 #include "excel/reference.h"
 #include "macros/windows/macro_variant.h"
+#include "msexcel/windows/workbook.h"
 
 namespace zavrel {
 namespace {
 
 /// The id of a range object's sheet, which is "[Book]Sheet" in the C API.
-std::optional<std::uint64_t> SheetOf(IDispatch* range) {
-  const auto sheet = AutomationProperty(range, L"Worksheet");
-  const auto sheet_name = AutomationProperty(ObjectIn(sheet), L"Name");
-  const auto book = AutomationProperty(ObjectIn(sheet), L"Parent");
-  const auto book_name = AutomationProperty(ObjectIn(book), L"Name");
-  if (!sheet_name || sheet_name->get().vt != VT_BSTR || !book_name ||
-      book_name->get().vt != VT_BSTR) {
-    return std::nullopt;
-  }
-  return SheetIdOf(u"[" + std::u16string(BstrView(book_name->get().bstrVal)) + u"]" +
-                   std::u16string(BstrView(sheet_name->get().bstrVal)));
-}
-
-long CountOf(IDispatch* range, const wchar_t* what) {
-  const auto counted = AutomationProperty(range, what);
-  return IntegerIn(AutomationProperty(ObjectIn(counted), L"Count")).value_or(0);
+std::optional<std::uint64_t> SheetOf(const MsExcel::Range& range) {
+  const MsExcel::Worksheet sheet = range.ParentSheet();
+  return SheetIdOf(u"[" + sheet.ParentBook().Name() + u"]" + sheet.Name());
 }
 
 /// The area of `rows` and `columns` that starts at the range object's first cell. The object counts
 /// from 1.
-std::optional<XLREF12> AreaFrom(IDispatch* range, long rows, long columns) {
-  const long row = IntegerIn(AutomationProperty(range, L"Row")).value_or(0);
-  const long column = IntegerIn(AutomationProperty(range, L"Column")).value_or(0);
+std::optional<SheetArea> AreaFrom(const MsExcel::Range& range, long rows, long columns) {
+  const long row = range.Row(), column = range.Column();
   if (row < 1 || column < 1 || rows < 1 || columns < 1 || row > kExcelRows - rows + 1 ||
       column > kExcelColumns - columns + 1) {
     return std::nullopt;
   }
-  return XLREF12{static_cast<std::int32_t>(row - 1), static_cast<std::int32_t>(row + rows - 2),
-                 static_cast<std::int32_t>(column - 1),
-                 static_cast<std::int32_t>(column + columns - 2)};
+  const std::optional<std::uint64_t> sheet = SheetOf(range);
+  if (!sheet) return std::nullopt;
+  return SheetArea{
+      *sheet,
+      {static_cast<std::int32_t>(row - 1), static_cast<std::int32_t>(row + rows - 2),
+       static_cast<std::int32_t>(column - 1), static_cast<std::int32_t>(column + columns - 2)}};
 }
 
-std::optional<SheetArea> OnSheet(std::optional<std::uint64_t> sheet, std::optional<XLREF12> area) {
-  if (!sheet || !area) return std::nullopt;
-  return SheetArea{*sheet, *area};
+/// What `area_of` makes of the range object in a macro's VARIANT; nothing if there is none.
+template <class AreaOf>
+std::optional<SheetArea> OfRangeObject(const VARIANT* designator, AreaOf area_of) {
+  const auto object = CopyOf(designator);
+  if (!object || object->get().vt != VT_DISPATCH || object->get().pdispVal == nullptr)
+    return std::nullopt;
+  try {
+    return area_of(MsExcel::Range(MsExcel::Object(object->get().pdispVal)));
+  } catch (const VekExcelError&) {
+    return std::nullopt;
+  }
 }
 
 }  // namespace
 
 std::optional<SheetArea> RangeIn(const VARIANT* designator) {
-  const auto object = CopyOf(designator);
-  IDispatch* range = ObjectIn(object);
-  if (CountOf(range, L"Areas") != 1) return std::nullopt;
-  return OnSheet(SheetOf(range),
-                 AreaFrom(range, CountOf(range, L"Rows"), CountOf(range, L"Columns")));
+  return OfRangeObject(designator, [](const MsExcel::Range& range) -> std::optional<SheetArea> {
+    if (range.AreaCount() != 1) return std::nullopt;
+    return AreaFrom(range, range.RowCount(), range.ColumnCount());
+  });
 }
 
 std::optional<SheetArea> FirstCellIn(const VARIANT* designator) {
-  const auto object = CopyOf(designator);
-  IDispatch* range = ObjectIn(object);
-  return OnSheet(SheetOf(range), AreaFrom(range, 1, 1));
+  return OfRangeObject(designator,
+                       [](const MsExcel::Range& range) { return AreaFrom(range, 1, 1); });
 }
 
 }  // namespace zavrel

@@ -117,34 +117,4 @@ inline std::u16string_view BstrView(BSTR text) {
 inline constexpr LCID kCallLocale =
     MAKELCID(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), SORT_DEFAULT);
 
-/// The value of a property of an automation object, by name; std::nullopt if the object is null,
-/// fails or does not have the property.
-inline std::optional<OwnedVariant> AutomationProperty(IDispatch* object, const wchar_t* name) {
-  if (object == nullptr) return std::nullopt;
-  DISPID id = 0;
-  auto* names = const_cast<LPOLESTR>(name);
-  if (FAILED(object->GetIDsOfNames(IID_NULL, &names, 1, kCallLocale, &id))) return std::nullopt;
-  OwnedVariant result;
-  DISPPARAMS none{};
-  if (FAILED(object->Invoke(id, IID_NULL, kCallLocale, DISPATCH_PROPERTYGET, &none,
-                            result.address(), nullptr, nullptr))) {
-    return std::nullopt;
-  }
-  return result;
-}
-
-/// The object that such a property holds; null if it does not hold one.
-inline IDispatch* ObjectIn(const std::optional<OwnedVariant>& property) {
-  return property && property->get().vt == VT_DISPATCH ? property->get().pdispVal : nullptr;
-}
-
-/// The value of such a property as an integer; std::nullopt if it cannot be converted.
-inline std::optional<long> IntegerIn(const std::optional<OwnedVariant>& property) {
-  if (!property) return std::nullopt;
-  OwnedVariant number;
-  if (FAILED(VariantChangeType(number.address(), Unconst(property->get()), 0, VT_I4)))
-    return std::nullopt;
-  return number.get().lVal;
-}
-
 }  // namespace zavrel
