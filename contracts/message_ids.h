@@ -80,5 +80,7 @@ inline constexpr std::int32_t kMessageFunctionNotFound = 2605;
 inline constexpr std::int32_t kMessageValuesNotFinite = 2606;  // VekInvalidDataType
 inline constexpr std::int32_t kMessageExcelCallFailed = 2620;  // member, Excel's own text
 inline constexpr std::int32_t kMessageExcelBusy = 2621;
+inline constexpr std::int32_t kMessageStructureProtected = 2622;  // VekCantAddWorksheet: workbook
+inline constexpr std::int32_t kMessageItemCannotBeStored = 2623;  // VekParameterError: name
 
 }  // namespace zavrel::messages

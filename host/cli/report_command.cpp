@@ -12,6 +12,7 @@ namespace {
 
 using zavrel::analyses::Analysis;
 using zavrel::analyses::Language;
+using zavrel::analyses::ReportSheet;
 using zavrel::analyses::Translated;
 
 Language LanguageOf(const CommandLine& line) {
@@ -63,6 +64,27 @@ class WorkingFile {
   std::filesystem::path path_;
 };
 
+struct Report {
+  DataTable table;
+  ReportSheet sheet;
+};
+
+Report MakeReport(const CommandLine& line, const Analysis& analysis) {
+  const Workbook workbook = ReadData(line.data);
+  if (workbook.sheets.empty()) throw WorkbookError("the workbook has no sheet");
+  const Language language = LanguageOf(line);
+  try {
+    Report report{ReadDataTable(workbook.sheets.front()), {}};
+    zavrel::analyses::SelectedData selected = SelectData(report.table, {line.names, line.by});
+    selected.data.language = language;
+    report.sheet = zavrel::analyses::MakeSheet(analysis, selected.data);
+    for (const auto& note : selected.notes) std::cerr << "note: " << note.Text(language) << '\n';
+    return report;
+  } catch (const zavrel::analyses::DataProblem& problem) {
+    throw WorkbookError(std::string(analysis.name) + ": " + problem.message().Text(language));
+  }
+}
+
 /// Calculates the new workbook and writes it with its values.
 int Calculate(const CommandLine& line, const std::filesystem::path& written) {
   std::unique_ptr<Engine> engine = StartEngine(line, ReadXlsx(written));
@@ -92,22 +114,14 @@ int ReportCommand(const CommandLine& line) {
     throw WorkbookError("there is no analysis " + line.analysis +
                         "; '" ZAVHOST_NAME " report --list' lists all of them");
   }
-  const Workbook workbook = ReadData(line.data);
-  if (workbook.sheets.empty()) throw WorkbookError("the workbook has no sheet");
-  const DataTable table = ReadDataTable(workbook.sheets.front());
-  std::vector<std::string> notes;
-  auto data = SelectData(table, {line.names, line.by}, notes);
-  data.language = LanguageOf(line);
-  const std::string problem = ProblemWith(*analysis, data);
-  if (!problem.empty())
-    throw WorkbookError(std::string(analysis->name) + " cannot be made: " + problem);
-  for (const std::string& note : notes) std::cerr << "note: " << note << '\n';
+  const Report report = MakeReport(line, *analysis);
   const WorkingFile working(line.output);
-  WriteReport(working.path(), table, analysis->build(data));
+  WriteReport(working.path(), report.table, report.sheet);
   const int code = Calculate(line, working.path());
-  if (code == kExitSuccess)
-    std::cout << Translated(analysis->title, data.language) << ": " << PrintablePath(line.output)
+  if (code == kExitSuccess) {
+    std::cout << Translated(analysis->title, LanguageOf(line)) << ": " << PrintablePath(line.output)
               << '\n';
+  }
   return code;
 }
 

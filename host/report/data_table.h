@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "analyses/analysis.h"
+#include "analyses/data_table.h"
 #include "host/workbook/workbook.h"
 
 namespace zavhost {
@@ -25,18 +25,11 @@ struct DataTable {
 inline constexpr const char* kDataSheet = "Data";
 
 /// The table that begins in the first row of a sheet: columns up to the first without a heading.
-/// Throws WorkbookError if there is none.
+/// Throws DataProblem if there is none.
 DataTable ReadDataTable(const Sheet& sheet);
 
-/// What an analysis is made of.
-struct Selection {
-  std::vector<std::string> columns;  // the variables by name; all columns of numbers if empty
-  std::string by;                    // the column that divides the rows; none if empty
-};
-
-/// The variables and groups as they stand on the sheet kDataSheet. `notes` gets a line for what is
-/// left out. Throws WorkbookError for a name that is no column's, and for a column without numbers.
-zavrel::analyses::Data SelectData(const DataTable& table, const Selection& selection,
-                                  std::vector<std::string>& notes);
+/// The variables and groups as they stand on the sheet kDataSheet. Throws DataProblem.
+zavrel::analyses::SelectedData SelectData(const DataTable& table,
+                                          const zavrel::analyses::Selection& selection);
 
 }  // namespace zavhost

@@ -5,6 +5,7 @@
 #include <array>
 #include <memory>
 
+#include "analyses/looks.h"
 #include "host/workbook/text.h"
 
 namespace zavhost {
@@ -13,13 +14,14 @@ namespace {
 using zavrel::analyses::Area;
 using zavrel::analyses::Chart;
 using zavrel::analyses::Formula;
+using zavrel::analyses::Look;
 using zavrel::analyses::ReportCell;
 using zavrel::analyses::ReportSheet;
 using zavrel::analyses::Series;
 using zavrel::analyses::Style;
 
-constexpr lxw_color_t kBlue = 0x1F4E79, kRed = 0xC00000, kGrey = 0x595959;
-constexpr lxw_color_t kColours[] = {kBlue, kRed, 0x7F7F7F, 0x548235, 0xBF8F00, 0x7030A0};
+/// The library's charts before they are scaled, in points.
+constexpr double kChartWidth = 360, kChartHeight = 216;
 
 void Check(lxw_error error) {
   if (error != LXW_NO_ERROR)
@@ -50,22 +52,23 @@ class NewWorkbook {
 class Formats {
  public:
   explicit Formats(lxw_workbook* book) {
-    for (lxw_format*& format : formats_) format = workbook_add_format(book);
-    const auto at = [&](Style style) { return formats_[static_cast<std::size_t>(style)]; };
-    format_set_bold(at(Style::kTitle));
-    format_set_font_size(at(Style::kTitle), 14);
-    format_set_italic(at(Style::kNote));
-    format_set_font_color(at(Style::kNote), kGrey);
-    format_set_bold(at(Style::kHeading));
-    format_set_font_color(at(Style::kHeading), LXW_COLOR_WHITE);
-    format_set_bg_color(at(Style::kHeading), kBlue);
-    format_set_num_format(at(Style::kNumber), "0.0000");
-    format_set_num_format(at(Style::kCount), "0");
-    format_set_num_format(at(Style::kProbability), "[=0]0;[<0.0001]0.0E+00;0.0000");
+    for (std::size_t i = 0; i < formats_.size(); ++i) {
+      formats_[i] = workbook_add_format(book);
+      Apply(zavrel::analyses::LookOf(static_cast<Style>(i)), formats_[i]);
+    }
   }
   lxw_format* operator[](Style style) const { return formats_[static_cast<std::size_t>(style)]; }
 
  private:
+  static void Apply(const Look& look, lxw_format* format) {
+    if (look.bold) format_set_bold(format);
+    if (look.italic) format_set_italic(format);
+    format_set_font_size(format, look.points);
+    format_set_font_color(format, look.color);
+    if (look.fill != zavrel::analyses::kWhite) format_set_bg_color(format, look.fill);
+    format_set_num_format(format, look.number_format);
+  }
+
   std::array<lxw_format*, static_cast<std::size_t>(Style::kProbability) + 1> formats_{};
 };
 
@@ -109,15 +112,14 @@ void AddSeries(lxw_chart* chart, const Series& series, std::size_t number) {
   lxw_chart_series* const added = chart_add_series(chart, x.c_str(), y.c_str());
   if (added == nullptr) throw std::bad_alloc();
   chart_series_set_name(added, series.title.c_str());
-  const lxw_color_t colour = kColours[number % std::size(kColours)];
   lxw_chart_line line{};
   lxw_chart_fill fill{};
-  line.color = fill.color = colour;
+  line.color = fill.color = zavrel::analyses::SeriesColor(number);
   switch (series.look) {
     case Series::Look::kColumns:
       return chart_series_set_fill(added, &fill);
     case Series::Look::kLine:
-      line.width = 1.5F;
+      line.width = zavrel::analyses::kLinePoints;
       chart_series_set_marker_type(added, LXW_CHART_MARKER_NONE);
       return chart_series_set_line(added, &line);
     case Series::Look::kMarkers:
@@ -125,7 +127,7 @@ void AddSeries(lxw_chart* chart, const Series& series, std::size_t number) {
       chart_series_set_line(added, &line);
       line.none = 0;
       chart_series_set_marker_type(added, LXW_CHART_MARKER_CIRCLE);
-      chart_series_set_marker_size(added, 5);
+      chart_series_set_marker_size(added, zavrel::analyses::kMarkerPoints);
       chart_series_set_marker_line(added, &line);
       fill.none = 1;
       return chart_series_set_marker_fill(added, &fill);
@@ -148,8 +150,9 @@ void AddChart(lxw_workbook* book, lxw_worksheet* sheet, const Chart& described) 
   if (!described.y_title.empty()) chart_axis_set_name(chart->y_axis, described.y_title.c_str());
   if (described.series.size() == 1) chart_legend_set_position(chart, LXW_CHART_LEGEND_NONE);
   lxw_chart_options options{};
-  options.x_scale = described.wide ? 1.3 : 0.65;
-  options.y_scale = described.wide ? 1.1 : 0.85;
+  const auto [width, height] = zavrel::analyses::SizeOf(described);
+  options.x_scale = width / kChartWidth;
+  options.y_scale = height / kChartHeight;
   Check(worksheet_insert_chart_opt(sheet, described.place.row, described.place.column, chart,
                                    &options));
 }

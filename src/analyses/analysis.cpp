@@ -86,24 +86,44 @@ constexpr Analysis kAll[] = {
 
 constexpr std::size_t kMostGroups = 12;
 
-std::string Counted(std::size_t count, const std::string& what) {
-  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-}
-
-std::string ProblemWithGroups(const Analysis& analysis, const Data& data) {
+std::optional<Message> ProblemWithGroups(const Analysis& analysis, const Data& data) {
   if (!data.grouping) {
     const bool needed = analysis.groups == Groups::kTwo || analysis.groups == Groups::kSeveral;
-    return needed ? "it needs a column that divides the rows into groups" : "";
+    if (needed) return Message{"a column that divides the rows into groups is needed", {}};
+    return std::nullopt;
   }
-  const auto& [name, values, categories] = *data.grouping;
-  if (analysis.groups == Groups::kNone) return "it does not divide the rows into groups";
-  if (analysis.groups == Groups::kTwo && categories.size() != 2)
-    return "it compares two groups, but " + name + " has " + Counted(categories.size(), "group");
-  if (categories.size() < 2) return name + " has only " + Counted(categories.size(), "group");
-  if (categories.size() > kMostGroups)
-    return name + " has " + Counted(categories.size(), "group") + ", more than " +
-           std::to_string(kMostGroups);
-  return "";
+  const std::string& name = data.grouping->name;
+  const std::size_t count = data.grouping->categories.size();
+  if (analysis.groups == Groups::kNone)
+    return Message{"the rows are not divided into groups here", {}};
+  if (count < 2) return Message{"{0} does not have two groups", {name}};
+  if (analysis.groups == Groups::kTwo && count != 2)
+    return Message{"two groups are compared, and {0} has {1}", {name, std::to_string(count)}};
+  if (count > kMostGroups) {
+    return Message{"{0} has {1} groups, more than {2}",
+                   {name, std::to_string(count), std::to_string(kMostGroups)}};
+  }
+  return std::nullopt;
+}
+
+/// Why the analysis cannot be made of the data; nothing if it can.
+std::optional<Message> ProblemWith(const Analysis& analysis, const Data& data) {
+  const std::string count = std::to_string(data.variables.size());
+  const std::size_t least = analysis.least_variables, most = analysis.most_variables;
+  if (data.variables.size() < least)
+    return Message{"columns of numbers needed: {0}, given: {1}", {std::to_string(least), count}};
+  if (data.variables.size() > most)
+    return Message{"columns of numbers at most: {0}, given: {1}", {std::to_string(most), count}};
+  for (const Variable& variable : data.variables) {
+    if (variable.numbers < analysis.least_numbers) {
+      return Message{"{0} has fewer than {1} numbers",
+                     {variable.name, std::to_string(analysis.least_numbers)}};
+    }
+    const bool complete = variable.numbers == variable.values.rows;
+    if (analysis.build == &BuildPrincipalComponents && !complete)
+      return Message{"every row needs a number, and {0} has gaps", {variable.name}};
+  }
+  return ProblemWithGroups(analysis, data);
 }
 
 }  // namespace
@@ -115,22 +135,9 @@ const Analysis* FindAnalysis(std::string_view name) {
   return found == std::ranges::end(kAll) ? nullptr : found;
 }
 
-std::string ProblemWith(const Analysis& analysis, const Data& data) {
-  const std::size_t count = data.variables.size();
-  if (count < analysis.least_variables)
-    return "it needs " + Counted(analysis.least_variables, "column") + " of numbers, and there " +
-           (count == 1 ? "is " : "are ") + std::to_string(count);
-  if (count > analysis.most_variables)
-    return "it takes at most " + Counted(analysis.most_variables, "column") +
-           " of numbers, and there are " + std::to_string(count);
-  for (const Variable& variable : data.variables) {
-    if (variable.numbers < analysis.least_numbers)
-      return variable.name + " has only " + Counted(variable.numbers, "number");
-    const bool complete = variable.numbers == variable.values.rows;
-    if (analysis.build == &BuildPrincipalComponents && !complete)
-      return "it needs a number in every row, and " + variable.name + " has gaps";
-  }
-  return ProblemWithGroups(analysis, data);
+ReportSheet MakeSheet(const Analysis& analysis, const Data& data) {
+  if (auto problem = ProblemWith(analysis, data)) throw DataProblem(*std::move(problem));
+  return analysis.build(data);
 }
 
 }  // namespace zavrel::analyses

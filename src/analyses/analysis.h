@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -27,11 +28,13 @@ struct Grouping {
   std::vector<std::string> categories;  // as ZavCategoryNames orders them
 };
 
-/// What an analysis is given: columns of equal length, and the language of its texts.
+/// What an analysis is given: columns of equal length, the language of its texts, and the names
+/// that sheets have already, in lower case.
 struct Data {
   std::vector<Variable> variables;
   std::optional<Grouping> grouping;
   Language language = Language::kEnglish;
+  std::set<std::u16string> taken_names = {};
 };
 
 enum class Groups { kNone, kOptional, kTwo, kSeveral };
@@ -52,7 +55,7 @@ std::span<const Analysis> AllAnalyses();
 /// Null if none has the name.
 const Analysis* FindAnalysis(std::string_view name);
 
-/// Why the analysis cannot be made of the data, for people; empty if it can.
-std::string ProblemWith(const Analysis& analysis, const Data& data);
+/// The analysis of the data. Throws DataProblem if it cannot be made of them.
+ReportSheet MakeSheet(const Analysis& analysis, const Data& data);
 
 }  // namespace zavrel::analyses

@@ -81,7 +81,7 @@ Chart Biplot(SheetBuilder& sheet, const Data& data, const Area& scores, const Ar
 }  // namespace
 
 ReportSheet BuildCovariances(const Data& data) {
-  SheetBuilder sheet(data.language, "Covariances", "Covariance matrix",
+  SheetBuilder sheet(data, "Covariances", "Covariance matrix",
                      "The divisor is n - 1. A row with a gap is left out for the pairs that it "
                      "concerns.");
   AddMatrix(sheet, "Covariance", data,
@@ -90,7 +90,7 @@ ReportSheet BuildCovariances(const Data& data) {
 }
 
 ReportSheet BuildCorrelations(const Data& data) {
-  SheetBuilder sheet(data.language, "Correlations", "Correlation matrix",
+  SheetBuilder sheet(data, "Correlations", "Correlation matrix",
                      "A row with a gap is left out for the pairs that it concerns.");
   AddMatrix(sheet, "Pearson", data, Call("ZavCorrelationMatrix", {"0", "0", "0", AllValues(data)}));
   AddMatrix(sheet, "Spearman", data,
@@ -99,7 +99,7 @@ ReportSheet BuildCorrelations(const Data& data) {
 }
 
 ReportSheet BuildPrincipalComponents(const Data& data) {
-  SheetBuilder sheet(data.language, "Principal components", "Principal components",
+  SheetBuilder sheet(data, "Principal components", "Principal components",
                      "Of the correlations: each variable counts with the same weight. The sign of "
                      "a component is arbitrary.");
   const std::uint16_t count = CountOf(data);

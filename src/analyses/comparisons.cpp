@@ -109,7 +109,7 @@ void AddComparisons(SheetBuilder& sheet, const Data& data,
 }  // namespace
 
 ReportSheet BuildTwoGroups(const Data& data) {
-  SheetBuilder sheet(data.language, "Two groups", "Comparison of two groups",
+  SheetBuilder sheet(data, "Two groups", "Comparison of two groups",
                      "Mann-Whitney test of whether values of one group tend to be greater. The "
                      "first p-value is exact for small samples and takes no account of ties.");
   AddComparisons(sheet, data, AddMannWhitney);
@@ -117,7 +117,7 @@ ReportSheet BuildTwoGroups(const Data& data) {
 }
 
 ReportSheet BuildSeveralGroups(const Data& data) {
-  SheetBuilder sheet(data.language, "Several groups", "Comparison of several groups",
+  SheetBuilder sheet(data, "Several groups", "Comparison of several groups",
                      "Kruskal-Wallis test of whether values of some group tend to be greater, "
                      "corrected for ties, with the chi-square approximation of its p-value.");
   AddComparisons(sheet, data, AddKruskalWallis);
@@ -125,7 +125,7 @@ ReportSheet BuildSeveralGroups(const Data& data) {
 }
 
 ReportSheet BuildSignedRanks(const Data& data) {
-  SheetBuilder sheet(data.language, "Pairs", "Comparison of pairs",
+  SheetBuilder sheet(data, "Pairs", "Comparison of pairs",
                      "Wilcoxon's signed-rank test of whether the differences lie about 0. "
                      "Differences of 0 and rows with a gap are left out.");
   sheet.Width(0, 34);

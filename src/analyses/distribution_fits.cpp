@@ -58,7 +58,7 @@ void AddFit(SheetBuilder& sheet, const Variable& variable) {
 }  // namespace
 
 ReportSheet BuildDistributionFits(const Data& data) {
-  SheetBuilder sheet(data.language, "Distributions", "Fitting a distribution",
+  SheetBuilder sheet(data, "Distributions", "Fitting a distribution",
                      "By maximum likelihood, the least AIC first. A small p-value speaks against "
                      "the best one too.");
   for (const Variable& variable : data.variables) AddFit(sheet, variable);

@@ -63,7 +63,7 @@ void AddBoxPlots(SheetBuilder& sheet, const std::string& title,
 }  // namespace
 
 ReportSheet BuildBoxPlots(const Data& data) {
-  SheetBuilder sheet(data.language, "Box plots", "Box plots",
+  SheetBuilder sheet(data, "Box plots", "Box plots",
                      "Quartiles are linear between values. At most 20 outliers of a kind are "
                      "drawn.");
   std::vector<std::pair<std::string, std::string>> boxes;
@@ -90,7 +90,7 @@ ReportSheet BuildBoxPlots(const Data& data) {
 }
 
 ReportSheet BuildQuantilePlots(const Data& data) {
-  SheetBuilder sheet(data.language, "Q-Q plots", "Normal Q-Q plots",
+  SheetBuilder sheet(data, "Q-Q plots", "Normal Q-Q plots",
                      "Quantiles of the normal distribution with the data's mean and standard "
                      "deviation. Points on the line fit.");
   const std::uint32_t heading = sheet.row();
@@ -122,7 +122,7 @@ ReportSheet BuildQuantilePlots(const Data& data) {
 ReportSheet BuildScatterPlots(const Data& data) {
   constexpr std::uint32_t kRowsOfSmallChart = 13;
   constexpr std::uint16_t kColumnsOfSmallChart = 5;
-  SheetBuilder sheet(data.language, "Scatter plots", "Scatter plot matrix",
+  SheetBuilder sheet(data, "Scatter plots", "Scatter plot matrix",
                      "Each variable across against the ones after it. A row with a gap has no "
                      "point.");
   for (std::size_t i = 0; i < data.variables.size(); ++i) {

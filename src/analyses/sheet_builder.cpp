@@ -2,18 +2,31 @@
 
 #include <algorithm>
 
+#include "platform/letter_case.h"
+#include "platform/utf.h"
+
 namespace zavrel::analyses {
 namespace {
 
 constexpr std::uint32_t kRowsOfChart = 18;
 constexpr double kWidthOfLabels = 26;
 
+/// The name, with a number behind it if a sheet has it already. All names are short enough for it.
+std::string FreeName(const std::string& name, const std::set<std::u16string>& taken) {
+  const auto is_taken = [&](const std::string& text) {
+    return taken.contains(LowerCase(Utf16FromUtf8(text)));
+  };
+  std::string free = name;
+  for (int number = 2; is_taken(free); ++number) free = name + " (" + std::to_string(number) + ")";
+  return free;
+}
+
 }  // namespace
 
-SheetBuilder::SheetBuilder(Language language, std::string_view name, std::string_view title,
+SheetBuilder::SheetBuilder(const Data& data, std::string_view name, std::string_view title,
                            std::string_view note)
-    : language_(language) {
-  sheet_.name = Say(name);
+    : language_(data.language) {
+  sheet_.name = FreeName(Say(name), data.taken_names);
   Text(At(0, 0), Say(title), Style::kTitle);
   Text(At(1, 0), Say(note), Style::kNote);
   Width(0, kWidthOfLabels);

@@ -14,8 +14,8 @@ namespace zavrel::analyses {
 class SheetBuilder {
  public:
   /// A title and a note of what was done stand at the top. These and the labels of rows are given
-  /// in English and put into the language.
-  SheetBuilder(Language language, std::string_view name, std::string_view title,
+  /// in English and put into the data's language. Where the name is taken, it gets a number.
+  SheetBuilder(const Data& data, std::string_view name, std::string_view title,
                std::string_view note);
 
   /// An English text of the analyses in the sheet's language.

@@ -123,7 +123,7 @@ void AddFrequencies(SheetBuilder& sheet, const Variable& variable) {
 }  // namespace
 
 ReportSheet BuildSummary(const Data& data) {
-  SheetBuilder sheet(data.language, "Summary", "Summary statistics",
+  SheetBuilder sheet(data, "Summary", "Summary statistics",
                      "Cells without a number are left out. Quartiles are linear between values; "
                      "variance, skewness and kurtosis are those of a sample.");
   if (data.grouping) {
@@ -143,7 +143,7 @@ ReportSheet BuildSummary(const Data& data) {
 }
 
 ReportSheet BuildFrequencies(const Data& data) {
-  SheetBuilder sheet(data.language, "Frequencies", "Frequencies",
+  SheetBuilder sheet(data, "Frequencies", "Frequencies",
                      "Classes of equal width from the smallest to the greatest value. A value on "
                      "a limit belongs to the class above.");
   for (const Variable& variable : data.variables) AddFrequencies(sheet, variable);
@@ -152,7 +152,7 @@ ReportSheet BuildFrequencies(const Data& data) {
 
 ReportSheet BuildPercentiles(const Data& data) {
   constexpr double kProbabilities[] = {0.01, 0.05, 0.1, 0.25, 0.5, 0.75, 0.9, 0.95, 0.99};
-  SheetBuilder sheet(data.language, "Percentiles", "Percentiles",
+  SheetBuilder sheet(data, "Percentiles", "Percentiles",
                      "Linear between values, the definition that is usual in spreadsheets.");
   sheet.Headings(NamesAfter(sheet.Say("Fraction"), data));
   const std::uint32_t first = sheet.row();
@@ -182,7 +182,7 @@ ReportSheet BuildPercentiles(const Data& data) {
 }
 
 ReportSheet BuildOutliers(const Data& data) {
-  SheetBuilder sheet(data.language, "Outliers", "Outliers",
+  SheetBuilder sheet(data, "Outliers", "Outliers",
                      "A value is a mild outlier from 1.5 interquartile ranges beyond a quartile, "
                      "an extreme one from 3.");
   sheet.Headings({sheet.Say("Variable"), sheet.Say("Lower quartile"), sheet.Say("Upper quartile"),

@@ -1,6 +1,10 @@
 #include "analyses/texts.h"
 
+#include <fmt/args.h>
+#include <fmt/format.h>
+
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 namespace zavrel::analyses {
@@ -148,6 +152,8 @@ constexpr std::pair<std::string_view, std::string_view> kGermanTexts[] = {
      "rows with a gap are left out.",
      "Vorzeichen-Rang-Test von Wilcoxon, ob die Differenzen um 0 liegen. Differenzen von 0 und "
      "Zeilen mit einer Lücke zählen nicht mit."},
+    {"a column that divides the rows into groups is needed",
+     "es wird eine Spalte gebraucht, die die Zeilen in Gruppen teilt"},
     {"a scatter plot of every pair of variables", "ein Streudiagramm für jedes Paar von Merkmalen"},
     {"box plots of the variables, or of one variable by group",
      "Boxplots der Merkmale, oder eines Merkmals nach Gruppen"},
@@ -155,6 +161,10 @@ constexpr std::pair<std::string_view, std::string_view> kGermanTexts[] = {
     {"by normal approximation", "durch Normalnäherung"},
     {"classes of equal width with counts and shares, and histograms",
      "Klassen gleicher Breite mit Anzahlen und Anteilen, und Histogramme"},
+    {"column {0} has no heading", "Spalte {0} hat keine Überschrift"},
+    {"columns of numbers at most: {0}, given: {1}",
+     "Spalten mit Zahlen höchstens: {0}, gegeben: {1}"},
+    {"columns of numbers needed: {0}, given: {1}", "Spalten mit Zahlen nötig: {0}, gegeben: {1}"},
     {"count, mean, standard deviation, quartiles, skewness and kurtosis, by group too",
      "Anzahl, Mittelwert, Standardabweichung, Quartile, Schiefe und Wölbung, auch nach Gruppen"},
     {"covariances and variances, with gaps left out pair by pair",
@@ -162,6 +172,8 @@ constexpr std::pair<std::string_view, std::string_view> kGermanTexts[] = {
     {"each variable against the normal distribution", "jedes Merkmal gegen die Normalverteilung"},
     {"eigenvalues and loadings of the correlations, scores, scree plot and biplot",
      "Eigenwerte und Ladungen der Korrelationen, Werte, Scree-Diagramm und Biplot"},
+    {"every row needs a number, and {0} has gaps",
+     "jede Zeile braucht eine Zahl, und {0} hat Lücken"},
     {"nine percentiles of each variable", "neun Perzentile jedes Merkmals"},
     {"normal distribution", "Normalverteilung"},
     {"observations", "Beobachtungen"},
@@ -175,15 +187,45 @@ constexpr std::pair<std::string_view, std::string_view> kGermanTexts[] = {
      "der Kruskal-Wallis-Test, für Bindungen korrigiert"},
     {"the Mann-Whitney test, exact and with ties",
      "der Mann-Whitney-Test, exakt und mit Bindungen"},
+    {"the areas of the data do not have the same rows",
+     "die Bereiche der Daten haben nicht dieselben Zeilen"},
+    {"the column {0} has no numbers", "die Spalte {0} hat keine Zahlen"},
+    {"the data are blank", "die Daten sind leer"},
+    {"the data are in workbook {0}, and the analysis would be in {1}",
+     "die Daten sind in der Arbeitsmappe {0}, und die Auswertung käme in {1}"},
+    {"the data have merged cells", "die Daten haben verbundene Zellen"},
+    {"the data have no column of numbers", "die Daten haben keine Spalte mit Zahlen"},
+    {"the data have no column {0}", "die Daten haben keine Spalte {0}"},
     {"the distributions that fit best, the estimates of the best, and its Q-Q plot",
      "die am besten passenden Verteilungen, die Schätzwerte der besten und ihr Q-Q-Diagramm"},
+    {"the rows are not divided into groups here",
+     "die Zeilen werden hier nicht in Gruppen geteilt"},
+    {"the sheet {0} is protected", "das Blatt {0} ist geschützt"},
+    {"there are headings, but no rows below them",
+     "es gibt Überschriften, aber keine Zeilen darunter"},
+    {"there are more than {0} columns", "es sind mehr als {0} Spalten"},
+    {"there are more than {0} rows", "es sind mehr als {0} Zeilen"},
+    {"two groups are compared, and {0} has {1}", "zwei Gruppen werden verglichen, und {0} hat {1}"},
     {"values beyond 1.5 and 3 interquartile ranges",
      "Werte jenseits von 1,5 und 3 Quartilsabständen"},
     {"z, with ties and continuity", "z, mit Bindungen und Stetigkeitskorrektur"},
+    {"{0} does not have two groups", "{0} hat keine zwei Gruppen"},
+    {"{0} has fewer than {1} numbers", "{0} hat weniger als {1} Zahlen"},
+    {"{0} has numbers that are not whole: groups have names or whole numbers",
+     "{0} hat Zahlen, die nicht ganz sind: Gruppen haben Namen oder ganze Zahlen"},
+    {"{0} has {1} groups, more than {2}", "{0} hat {1} Gruppen, mehr als {2}"},
+    {"{0}: cells that are no numbers and are left out: {1}",
+     "{0}: Zellen, die keine Zahlen sind und nicht mitzählen: {1}"},
 };
 static_assert(std::ranges::is_sorted(kGermanTexts));
 
 }  // namespace
+
+std::string Message::Text(Language language) const {
+  fmt::dynamic_format_arg_store<fmt::format_context> arguments;
+  for (const std::string& value : values) arguments.push_back(std::cref(value));
+  return fmt::vformat(Translated(english, language), arguments);
+}
 
 std::string Translated(std::string_view english, Language language) {
   if (language == Language::kEnglish) return std::string(english);

@@ -119,7 +119,7 @@ def check_inputs():
     table = scratch / "mixed.csv"
     table.write_text('"width, mm",remark\n1,a\nbroken,b\n,c\n4,d\n2.5,e\n', encoding="utf-8")
     cells, words = report("summary", table)
-    check(cells["B5"] == 3 and "width, mm: 1 cell that is no number is left out" in words.stderr, f"gaps: {words.stderr}")
+    check(cells["B5"] == 3 and "width, mm: cells that are no numbers and are left out: 1" in words.stderr, f"gaps: {words.stderr}")
 
 
 def check_german():
@@ -142,9 +142,9 @@ def check_german():
 
 BAD = [
     ("x\n", "there are headings, but no rows below them"),
-    ("\n1\n", "the first sheet has no headings in its first row"),
+    ("\n1\n", "column A has no heading"),
     ("a,b\nx,y\nz,w\n", "the data have no column of numbers"),
-    ("a\n1\n", "summary cannot be made: a has only 1 number"),
+    ("a\n1\n", "summary: a has fewer than 2 numbers"),
 ]
 
 
@@ -156,10 +156,10 @@ def check_refusals():
         refused = run("report", "summary", table, "-o", out)
         check(refused.returncode == 1 and reason in refused.stderr, f"{content!r}: {refused.stderr}")
     for arguments, reason in (
-            (["two-groups", IRIS, "--by", "Species"], "it compares two groups, but Species has 3 groups"),
-            (["two-groups", IRIS], "it needs a column that divides the rows into groups"),
-            (["correlations", IRIS, "--columns", "Sepal.Length"], "it needs 2 columns of numbers, and there is 1"),
-            (["correlations", IRIS, "--by", "Species"], "it does not divide the rows into groups"),
+            (["two-groups", IRIS, "--by", "Species"], "two groups are compared, and Species has 3"),
+            (["two-groups", IRIS], "a column that divides the rows into groups is needed"),
+            (["correlations", IRIS, "--columns", "Sepal.Length"], "columns of numbers needed: 2, given: 1"),
+            (["correlations", IRIS, "--by", "Species"], "the rows are not divided into groups here"),
             (["summary", IRIS, "--columns", "Petal"], "the data have no column Petal"),
             (["principal-components", ROOT / "examples/air-quality.csv"], "has gaps"),
             (["sumary", IRIS], "there is no analysis sumary"),
