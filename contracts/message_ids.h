@@ -82,5 +82,7 @@ inline constexpr std::int32_t kMessageExcelCallFailed = 2620;  // member, Excel'
 inline constexpr std::int32_t kMessageExcelBusy = 2621;
 inline constexpr std::int32_t kMessageStructureProtected = 2622;  // VekCantAddWorksheet: workbook
 inline constexpr std::int32_t kMessageItemCannotBeStored = 2623;  // VekParameterError: name
+inline constexpr std::int32_t kMessageAnalysisImpossible = 2624;  // analysis, reason
+inline constexpr std::int32_t kMessageNoAnalysisToRepeat = 2625;  // VekAnalysisImpossible: workbook
 
 }  // namespace zavrel::messages

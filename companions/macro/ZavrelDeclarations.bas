@@ -47,6 +47,41 @@ Public Declare PtrSafe Function ZavrelWriteRangeVB Lib "ZavrelFuncs8_x64.xll" ( 
 Public Declare PtrSafe Function ZavrelWriteRangeValuesVB Lib "ZavrelFuncs8_x64.xll" _
     Alias "ZavrelWriteRangeVB" (ByRef target As Variant, ByRef values() As Variant) As Long
 
+' --- Open workbooks. Return failure numbers; after a failure the workbook is as it was. ---
+' Pass texts by StrPtr. Values that a workbook keeps: a text, a number, an array of doubles with two dimensions,
+' an array of bytes, up to 1 MB each.
+
+Public Declare PtrSafe Function ZavrelStoreInWorkbookVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal workbook As Object, ByVal name As LongPtr, ByRef value As Variant) As Long
+Public Declare PtrSafe Function ZavrelReadFromWorkbookVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal workbook As Object, ByVal name As LongPtr, ByRef value As Variant) As Long
+Public Declare PtrSafe Function ZavrelRemoveFromWorkbookVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal workbook As Object, ByVal name As LongPtr) As Long
+
+' Lifts the protection of a sheet and fills in a number, by which it is put back as it was.
+Public Declare PtrSafe Function ZavrelLiftProtectionVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal sheet As Object, ByVal password As LongPtr, ByRef number As Variant) As Long
+Public Declare PtrSafe Function ZavrelPutBackProtectionVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal number As Long) As Long
+
+' A block of formulas (in English, with "="), texts and numbers from the range's first cell on; and an array
+' formula of any length that fills the range.
+Public Declare PtrSafe Function ZavrelWriteFormulasVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef target As Variant, ByRef formulas() As Variant) As Long
+Public Declare PtrSafe Function ZavrelWriteArrayFormulaVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef target As Variant, ByVal formula As LongPtr) As Long
+
+' Analyses by their names ("summary", "box-plots"), which zavhost report --list shows. "by" is the heading of the
+' column that divides the rows into groups, or 0.
+Public Declare PtrSafe Function ZavrelRunAnalysisVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByRef data As Variant, ByVal analysis As LongPtr, ByVal by As LongPtr) As Long
+Public Declare PtrSafe Function ZavrelAskForAnalysisVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal excelApplication As Object, ByVal analysis As LongPtr) As Long
+Public Declare PtrSafe Function ZavrelRepeatAnalysisVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal workbook As Object) As Long
+Public Declare PtrSafe Function ZavrelAnalysesMenuVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal menu As LongPtr) As Long
+
 ' --- The cells of a range, which the hidden worksheet functions fill in. Return failure numbers. ---
 ' Pass variables declared "Dim v As Variant". An array variable, "Dim v() As Variant", is refused with a failure
 ' number, or shows #VALUE! when its address is used. A call that fails uses up what was arranged for it.

@@ -16,6 +16,7 @@ IDENTITY = "{7C1B0C52-6A0E-4E57-9D0E-5A60B3E8F1D4}"
 
 MAIN = "http://schemas.openxmlformats.org/spreadsheetml/2006/main"
 PACKAGE = "http://schemas.openxmlformats.org/package/2006"
+RIBBON = "http://schemas.microsoft.com/office/2009/07/customui"
 OFFICE = "http://schemas.openxmlformats.org/officeDocument/2006/relationships"
 HEAD = '<?xml version="1.0" encoding="UTF-8" standalone="yes"?>\n'
 PARTS = {
@@ -30,11 +31,23 @@ PARTS = {
     "_rels/.rels": f"""<Relationships xmlns="{PACKAGE}/relationships">
 <Relationship Id="rId1" Type="{OFFICE}/officeDocument" Target="xl/workbook.xml"/>
 <Relationship Id="rId2" Type="{PACKAGE}/relationships/metadata/core-properties" Target="docProps/core.xml"/>
+<Relationship Id="rId3" Type="http://schemas.microsoft.com/office/2007/relationships/ui/extensibility" Target="customUI/customUI14.xml"/>
 </Relationships>""",
     "docProps/core.xml": f"""<cp:coreProperties xmlns:cp="{PACKAGE}/metadata/core-properties" xmlns:dc="http://purl.org/dc/elements/1.1/">
 <dc:title>Zavrel Functions, companion</dc:title>
 <dc:description>Switches the statistics functions of Zavrel Functions on.</dc:description>
 </cp:coreProperties>""",
+    # The macros of ZavrelAnalyses.bas serve it.
+    "customUI/customUI14.xml": f"""<customUI xmlns="{RIBBON}"><ribbon><tabs><tab id="zavrelTab" label="Zavrel">
+<group id="zavrelAnalyses" getLabel="ZavrelLabel">
+<dynamicMenu id="zavrelAnalysisMenu" getLabel="ZavrelLabel" getContent="ZavrelAnalysesMenu" imageMso="ChartInsert" size="large"/>
+<button id="zavrelRepeat" getLabel="ZavrelLabel" onAction="ZavrelRepeatChosen" imageMso="Repeat" size="large"/>
+</group>
+<group id="zavrelInformation" getLabel="ZavrelLabel">
+<button id="zavrelHelp" getLabel="ZavrelLabel" onAction="ZavrelHelpChosen" imageMso="Help" size="large"/>
+<button id="zavrelAbout" getLabel="ZavrelLabel" onAction="ZavrelAboutChosen"/>
+</group>
+</tab></tabs></ribbon></customUI>""",
     "xl/workbook.xml": f"""<workbook xmlns="{MAIN}" xmlns:r="{OFFICE}">
 <workbookPr codeName="ThisWorkbook"/>
 <sheets><sheet name="Sheet1" sheetId="1" r:id="rId1"/></sheets>

@@ -37,6 +37,8 @@ Area Area::Part(std::uint32_t from_row, std::uint16_t from_column, std::uint32_t
           part_columns};
 }
 
+std::string Area::Column() const { return ColumnName(column); }
+
 std::string Area::TextInSheet() const {
   std::string text = CellName(row, column);
   if (rows > 1 || columns > 1)

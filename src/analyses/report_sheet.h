@@ -22,6 +22,8 @@ struct Area {
             std::uint16_t part_columns = 1) const;
   /// "Data!$B$2:$B$40", with quotes where the sheet's name needs them.
   std::string Text() const;
+  /// "B", of its first column.
+  std::string Column() const;
   /// "$B$2:$B$40"
   std::string TextInSheet() const;
 };

@@ -12,6 +12,10 @@ namespace {
 
 /// In the order of the English texts.
 constexpr std::pair<std::string_view, std::string_view> kGermanTexts[] = {
+    {"A cell of the column that divides the rows into groups:",
+     "Eine Zelle der Spalte, die die Zeilen in Gruppen teilt:"},
+    {"A cell of the column that divides the rows into groups; Cancel for no groups:",
+     "Eine Zelle der Spalte, die die Zeilen in Gruppen teilt; Abbrechen für keine Gruppen:"},
     {"A row with a gap is left out for the pairs that it concerns.",
      "Eine Zeile mit einer Lücke fehlt bei den Paaren, die sie betrifft."},
     {"A value is a mild outlier from 1.5 interquartile ranges beyond a quartile, an extreme one "
@@ -25,6 +29,8 @@ constexpr std::pair<std::string_view, std::string_view> kGermanTexts[] = {
     {"By maximum likelihood, the least AIC first. A small p-value speaks against the best one too.",
      "Nach größter Likelihood, das kleinste AIC zuerst. Ein kleiner p-Wert spricht auch gegen die "
      "beste."},
+    {"Cells with the data, with headings in the first row:",
+     "Zellen mit den Daten, mit Überschriften in der ersten Zeile:"},
     {"Cells without a number are left out. Quartiles are linear between values; variance, skewness "
      "and kurtosis are those of a sample.",
      "Zellen ohne Zahl zählen nicht mit. Quartile sind linear zwischen den Werten; Varianz, "
@@ -191,8 +197,6 @@ constexpr std::pair<std::string_view, std::string_view> kGermanTexts[] = {
      "die Bereiche der Daten haben nicht dieselben Zeilen"},
     {"the column {0} has no numbers", "die Spalte {0} hat keine Zahlen"},
     {"the data are blank", "die Daten sind leer"},
-    {"the data are in workbook {0}, and the analysis would be in {1}",
-     "die Daten sind in der Arbeitsmappe {0}, und die Auswertung käme in {1}"},
     {"the data have merged cells", "die Daten haben verbundene Zellen"},
     {"the data have no column of numbers", "die Daten haben keine Spalte mit Zahlen"},
     {"the data have no column {0}", "die Daten haben keine Spalte {0}"},
@@ -200,7 +204,6 @@ constexpr std::pair<std::string_view, std::string_view> kGermanTexts[] = {
      "die am besten passenden Verteilungen, die Schätzwerte der besten und ihr Q-Q-Diagramm"},
     {"the rows are not divided into groups here",
      "die Zeilen werden hier nicht in Gruppen geteilt"},
-    {"the sheet {0} is protected", "das Blatt {0} ist geschützt"},
     {"there are headings, but no rows below them",
      "es gibt Überschriften, aber keine Zeilen darunter"},
     {"there are more than {0} columns", "es sind mehr als {0} Spalten"},

@@ -123,6 +123,7 @@ ZAV_VEK_MEMBER(VekDllLoadError, VekWindowsError);
 ZAV_VEK_MEMBER(VekFileError, VekWindowsError);
 ZAV_VEK_MEMBER(VekSecurityFunctionError, VekWindowsError);
 
+ZAV_VEK_MEMBER(VekAnalysisImpossible, VekException);
 ZAV_VEK_MEMBER(VekDistributionArgsBad, VekException);
 ZAV_VEK_MEMBER(VekInvalidDataType, VekException);
 ZAV_VEK_MEMBER(VekKernelObjectError, VekException);

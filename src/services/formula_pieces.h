@@ -23,7 +23,8 @@ struct FormulaPieces {
   std::vector<Piece> pieces;  // in the order in which they are put in
 };
 
-/// The formula, with its "=", cut so that no text is longer than Excel takes; nothing if an argument is longer and has no arguments itself.
+/// The formula, with its "=", cut so that no text is longer than Excel takes; nothing if an
+/// argument is longer and has no arguments itself.
 std::optional<FormulaPieces> InPieces(std::u16string_view formula);
 
 }  // namespace zavrel::services

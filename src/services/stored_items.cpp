@@ -80,28 +80,29 @@ struct ItemWriter {
   Writer& out;
   void operator()(const std::u16string& text) const { out.AddAll(text); }
   void operator()(double number) const { out.Add(number); }
-  void operator()(const NumberArray& array) const {
-    out.Add(array.rows);
-    out.Add(array.columns);
-    out.AddAll(array.values);
+  void operator()(const DoubleMatrix& matrix) const {
+    out.Add(static_cast<std::uint32_t>(matrix.size()));
+    for (const std::vector<double>& row : matrix) out.AddAll(row);
   }
   void operator()(const Bytes& bytes) const { out.AddAll(bytes); }
 };
 
-/// Of the kind with this index in StoredItem; nothing for an array whose sizes contradict.
+DoubleMatrix ReadMatrix(Reader& in) {
+  DoubleMatrix matrix;
+  for (auto rows = in.Next<std::uint32_t>(); rows > 0 && in.ok(); --rows)
+    matrix.push_back(in.All<std::vector<double>>());
+  return matrix;
+}
+
+/// Of the kind with this index in StoredItem.
 std::optional<StoredItem> ReadItem(Reader& in, std::uint8_t kind) {
   switch (kind) {
     case 0:
       return in.All<std::u16string>();
     case 1:
       return in.Next<double>();
-    case 2: {
-      NumberArray array{in.Next<std::uint32_t>(), in.Next<std::uint32_t>(), {}};
-      array.values = in.All<std::vector<double>>();
-      const auto size = std::uint64_t{array.rows} * array.columns;
-      if (size != array.values.size()) return std::nullopt;
-      return array;
-    }
+    case 2:
+      return ReadMatrix(in);
     case 3:
       return in.All<Bytes>();
     default:
@@ -145,7 +146,11 @@ bool AppendBytes(std::u16string_view hex, Bytes& bytes) {
 struct ItemSize {
   std::size_t operator()(const std::u16string& text) const { return text.size() * 2; }
   std::size_t operator()(double) const { return sizeof(double); }
-  std::size_t operator()(const NumberArray& array) const { return array.values.size() * 8; }
+  std::size_t operator()(const DoubleMatrix& matrix) const {
+    std::size_t size = 0;
+    for (const std::vector<double>& row : matrix) size += row.size() * sizeof(double);
+    return size;
+  }
   std::size_t operator()(const Bytes& bytes) const { return bytes.size(); }
 };
 

@@ -16,20 +16,14 @@
 #include <variant>
 #include <vector>
 
-namespace zavrel::services {
+#include "numbers/double_matrix.h"
 
-/// Row by row.
-struct NumberArray {
-  std::uint32_t rows = 0;
-  std::uint32_t columns = 0;
-  std::vector<double> values;
-  bool operator==(const NumberArray&) const = default;
-};
+namespace zavrel::services {
 
 using Bytes = std::vector<std::byte>;
 
 /// A text, a number, an array of numbers, or bytes that nobody interprets.
-using StoredItem = std::variant<std::u16string, double, NumberArray, Bytes>;
+using StoredItem = std::variant<std::u16string, double, DoubleMatrix, Bytes>;
 
 /// By name.
 using StoredItems = std::map<std::u16string, StoredItem, std::less<>>;

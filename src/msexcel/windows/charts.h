@@ -68,6 +68,7 @@ class Series : public ObjectOf<Series> {
   void SetMarkerColor(long color) const { Put<"MarkerForegroundColor">(color); }
   LineFormat Line() const;
   FillFormat Fill() const;
+  void Delete() const { Call<"Delete">(); }
   /// "=SERIES(name,x,y,order)"
   std::u16string Formula() const { return Get<"Formula">().Text(); }
 };

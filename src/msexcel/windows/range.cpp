@@ -9,12 +9,11 @@ namespace {
 constexpr long kA1Style = 1;
 constexpr long kPartOfText = 2;
 
-/// What a range counts: its rows, columns or areas.
-class Counted : public ObjectOf<Counted> {
+/// The rows, columns or areas of a range.
+class Parts : public Collection<Parts, Range> {
  public:
-  static constexpr std::string_view kName = "Range";
-  using ObjectOf::ObjectOf;
-  long Count() const { return Get<"Count">().Integer(); }
+  static constexpr std::string_view kName = "Areas";
+  using Collection::Collection;
 };
 
 class Interior : public ObjectOf<Interior> {
@@ -29,9 +28,16 @@ bool AnyCell(const Answer& answer) { return answer.IsMixed() || answer.Flag(); }
 
 }  // namespace
 
-long Range::RowCount() const { return Get<"Rows">().As<Counted>().Count(); }
-long Range::ColumnCount() const { return Get<"Columns">().As<Counted>().Count(); }
-long Range::AreaCount() const { return Get<"Areas">().As<Counted>().Count(); }
+long Range::RowCount() const { return Get<"Rows">().As<Parts>().Count(); }
+long Range::ColumnCount() const { return Get<"Columns">().As<Parts>().Count(); }
+long Range::AreaCount() const { return Get<"Areas">().As<Parts>().Count(); }
+
+std::vector<Range> Range::Areas() const {
+  const Parts areas = Get<"Areas">().As<Parts>();
+  std::vector<Range> all;
+  for (long i = 1; i <= areas.Count(); ++i) all.push_back(areas.At(i));
+  return all;
+}
 
 std::u16string Range::Address(bool external) const {
   return Get<"Address">({true, true, kA1Style, external}).Text();

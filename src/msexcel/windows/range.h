@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string_view>
+#include <vector>
 
 #include "msexcel/windows/object.h"
 
@@ -35,6 +36,7 @@ class Range : public ObjectOf<Range> {
   long ColumnCount() const;
   double CellCount() const { return Get<"CountLarge">().Number(); }
   long AreaCount() const;
+  std::vector<Range> Areas() const;
   /// "$A$1:$B$2"; `external` puts the workbook and the sheet before it.
   std::u16string Address(bool external = false) const;
 

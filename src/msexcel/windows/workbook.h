@@ -43,6 +43,13 @@ class PageSetup : public ObjectOf<PageSetup> {
   using ObjectOf::ObjectOf;
 
   void SetPrintArea(std::u16string_view address) const { Put<"PrintArea">(address); }
+  void SetLandscape() const { Put<"Orientation">(2); }
+  /// On as many pages as it takes, each as wide as the cells.
+  void FitToWidth() const {
+    Put<"Zoom">(false);
+    Put<"FitToPagesWide">(1);
+    Put<"FitToPagesTall">(false);
+  }
 };
 
 class Worksheet : public ObjectOf<Worksheet> {
@@ -135,6 +142,8 @@ class Workbook : public ObjectOf<Workbook> {
 
   Application ExcelApplication() const;
   MsExcel::Worksheets Worksheets() const { return Get<"Worksheets">().As<MsExcel::Worksheets>(); }
+  /// With the sheets that are no worksheets; these have only a name.
+  MsExcel::Worksheets Sheets() const { return Get<"Sheets">().As<MsExcel::Worksheets>(); }
   MsExcel::Names Names() const { return Get<"Names">().As<MsExcel::Names>(); }
   MsExcel::Windows Windows() const { return Get<"Windows">().As<MsExcel::Windows>(); }
 

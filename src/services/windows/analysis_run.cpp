@@ -1,0 +1,170 @@
+#include "services/windows/analysis_run.h"
+
+#include <algorithm>
+
+#include "contracts/message_ids.h"
+#include "diagnostics/vek_exception.h"
+#include "platform/letter_case.h"
+#include "platform/utf.h"
+#include "services/windows/hidden_storage.h"
+#include "services/windows/report_in_workbook.h"
+#include "services/windows/try_to.h"
+#include "services/windows/workbook_table.h"
+
+namespace zavrel::services {
+namespace {
+
+using analyses::Analysis;
+using analyses::Groups;
+using analyses::Language;
+using analyses::Message;
+
+constexpr const char* kPlace = "AnalysisRun";
+/// The item of the workbook that says what "repeat" repeats: the lines of LatestRun.
+constexpr std::u16string_view kLatestRun = u"latest analysis";
+
+[[noreturn]] void ThrowImpossible(const Analysis& analysis, const Message& reason,
+                                  Language language) {
+  throw VekAnalysisImpossible(
+      kPlace, messages::kMessageAnalysisImpossible,
+      {Utf16FromUtf8(Translated(analysis.title, language)), Utf16FromUtf8(reason.Text(language))});
+}
+
+/// What the latest analysis was made of.
+struct LatestRun {
+  std::string analysis;
+  std::string sheet;
+  std::string cells;
+  std::string by;
+
+  std::u16string Text() const {
+    return Utf16FromUtf8(analysis + '\n' + sheet + '\n' + cells + '\n' + by);
+  }
+  static std::optional<LatestRun> Of(const MsExcel::Workbook& book) {
+    const auto item = HiddenStorage(book).Read(kLatestRun);
+    const auto* stored = item ? std::get_if<std::u16string>(&*item) : nullptr;
+    if (stored == nullptr) return std::nullopt;
+    const std::string text = Utf8FromUtf16(*stored);
+    LatestRun run;
+    std::string* const lines[] = {&run.analysis, &run.sheet, &run.cells, &run.by};
+    std::size_t from = 0;
+    for (std::string* line : lines) {
+      const std::size_t end = std::min(text.find('\n', from), text.size());
+      *line = text.substr(std::min(from, end), end - std::min(from, end));
+      from = end + 1;
+    }
+    return run;
+  }
+};
+
+std::set<std::u16string> SheetNames(const MsExcel::Workbook& book) {
+  std::set<std::u16string> names;
+  const MsExcel::Worksheets sheets = book.Sheets();
+  for (long i = 1; i <= sheets.Count(); ++i) names.insert(LowerCase(sheets.At(i).Name()));
+  return names;
+}
+
+std::string EscapedForXml(std::string_view text) {
+  std::string escaped;
+  for (const char c : text) {
+    if (c == '&') {
+      escaped += "&amp;";
+    } else if (c == '<') {
+      escaped += "&lt;";
+    } else if (c == '"') {
+      escaped += "&quot;";
+    } else {
+      escaped += c;
+    }
+  }
+  return escaped;
+}
+
+}  // namespace
+
+AnalysisRun::AnalysisRun(std::string_view analysis, Language language)
+    : analysis_(analyses::FindAnalysis(analysis)), language_(language) {
+  if (analysis_ == nullptr) throw VekParameterError(kPlace, messages::kMessageParameterError);
+}
+
+std::optional<MsExcel::Range> AnalysisRun::AskFor(const MsExcel::Application& application,
+                                                  std::string_view prompt,
+                                                  std::u16string_view proposal) const {
+  return application.AskForRange(Utf16FromUtf8(Translated(prompt, language_)),
+                                 Utf16FromUtf8(Translated(analysis_->title, language_)), proposal);
+}
+
+bool AnalysisRun::Ask(const MsExcel::Application& application) const {
+  std::u16string proposal;
+  if (const auto selected = application.SelectedCells()) {
+    proposal = (selected->CellCount() == 1 ? selected->CurrentRegion() : *selected).Address();
+  }
+  const auto data =
+      AskFor(application, "Cells with the data, with headings in the first row:", proposal);
+  if (!data) return false;
+  std::string by;
+  if (analysis_->groups != Groups::kNone) {
+    const bool needed = analysis_->groups != Groups::kOptional;
+    const auto cell = AskFor(
+        application,
+        needed ? "A cell of the column that divides the rows into groups:"
+               : "A cell of the column that divides the rows into groups; Cancel for no groups:",
+        u"");
+    if (!cell && needed) return false;
+    try {
+      if (cell) by = WorkbookTable(*data).NameAt(*cell);
+    } catch (const analyses::DataProblem& problem) {
+      ThrowImpossible(*analysis_, problem.message(), language_);
+    }
+  }
+  Run(*data, by);
+  return true;
+}
+
+void AnalysisRun::Run(const MsExcel::Range& data, std::string_view by) const {
+  try {
+    const WorkbookTable table(data);
+    const MsExcel::Workbook book = table.sheet().ParentBook();
+    auto selected = SelectData(table.columns(), {{}, std::string(by)},
+                               [&](std::size_t column) { return table.CategoriesOf(column); });
+    selected.data.language = language_;
+    selected.data.taken_names = SheetNames(book);
+    const MsExcel::Worksheet sheet = AddReport(table.sheet(), MakeSheet(*analysis_, selected.data));
+    try {
+      const LatestRun latest{std::string(analysis_->name), Utf8FromUtf16(table.sheet().Name()),
+                             Utf8FromUtf16(data.Address()), std::string(by)};
+      HiddenStorage(book).Store(kLatestRun, latest.Text());
+    } catch (...) {
+      TryTo([&] { sheet.Delete(); });
+      throw;
+    }
+  } catch (const analyses::DataProblem& problem) {
+    ThrowImpossible(*analysis_, problem.message(), language_);
+  }
+}
+
+void RepeatAnalysis(const MsExcel::Workbook& book, Language language) {
+  const auto latest = LatestRun::Of(book);
+  const auto sheet = latest ? book.Worksheets().Find(Utf16FromUtf8(latest->sheet)) : std::nullopt;
+  if (!sheet) {
+    throw VekAnalysisImpossible(kPlace, messages::kMessageNoAnalysisToRepeat, {book.Name()});
+  }
+  AnalysisRun(latest->analysis, language)
+      .Run(sheet->Range(Utf16FromUtf8(latest->cells)), latest->by);
+}
+
+std::u16string AnalysesMenu(Language language) {
+  std::string menu = R"(<menu xmlns="http://schemas.microsoft.com/office/2009/07/customui">)";
+  for (const Analysis& analysis : analyses::AllAnalyses()) {
+    std::string id(analysis.name);
+    std::ranges::replace(id, '-', '_');
+    menu += "<button id=\"zavrel_" + id + "\" tag=\"" + std::string(analysis.name) +
+            "\" onAction=\"ZavrelAnalysisChosen\" label=\"" +
+            EscapedForXml(Translated(analysis.title, language)) + "\" screentip=\"" +
+            EscapedForXml(Translated(analysis.title, language)) + "\" supertip=\"" +
+            EscapedForXml(Translated(analysis.about, language)) + "\"/>";
+  }
+  return Utf16FromUtf8(menu + "</menu>");
+}
+
+}  // namespace zavrel::services
