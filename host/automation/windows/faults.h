@@ -34,10 +34,10 @@ class Faults {
   void FailCall(std::size_t k, Fault fault);
   /// The next `times` calls of a member fail: "Formula" of any object, or "Range.Formula".
   void FailMember(std::u16string_view member, std::size_t times, Fault fault);
-  void Clear();
 
   std::size_t calls() const { return calls_; }
-  void ResetCalls() { calls_ = 0; }
+  /// Counts from 0 again, and forgets the faults.
+  void Reset() { *this = {}; }
 
   /// Counts a call; the fault that it has, if any.
   std::optional<Fault> Next(std::u16string_view class_name, std::u16string_view member);

@@ -29,9 +29,9 @@ class Variant {
     variant_.vt = VT_I4;
     variant_.lVal = number;
   }
-  Variant(bool boolean) noexcept : Variant() {
+  Variant(bool truth) noexcept : Variant() {
     variant_.vt = VT_BOOL;
-    variant_.boolVal = boolean ? VARIANT_TRUE : VARIANT_FALSE;
+    variant_.boolVal = truth ? VARIANT_TRUE : VARIANT_FALSE;
   }
   Variant(std::u16string_view text) : Variant() {
     variant_.bstrVal = SysAllocStringLen(reinterpret_cast<const OLECHAR*>(text.data()),
