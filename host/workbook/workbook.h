@@ -36,6 +36,7 @@ class Sheet {
   explicit Sheet(std::u16string name) : name_(std::move(name)) {}
 
   const std::u16string& name() const { return name_; }
+  void set_name(std::u16string name) { name_ = std::move(name); }
   /// The cell's value; blank where nothing is stored.
   const Value& At(std::int32_t row, std::int32_t column) const;
   /// Stores a value; cheapest if the rows of a column come in ascending order.
