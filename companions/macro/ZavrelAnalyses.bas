@@ -23,6 +23,14 @@ Failed:
     ShowProblem Err.Description
 End Sub
 
+Public Sub ZavrelHelpChosen(ByVal control As Object)
+    On Error GoTo Failed
+    ZavrelRaiseFailure ZavrelShowHelpVB(0), "ZavrelAnalyses"
+    Exit Sub
+Failed:
+    ShowProblem Err.Description
+End Sub
+
 Public Sub ZavrelAboutChosen(ByVal control As Object)
     On Error GoTo Failed
     MsgBox ZavrelText("Zavrel Functions, statistics for Excel. Version of the add-in: ", _

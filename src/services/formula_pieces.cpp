@@ -41,12 +41,12 @@ std::vector<Span> ArgumentsIn(std::u16string_view text) {
   return arguments;
 }
 
-/// A name that no formula has.
+/// A short name that the formula does not have.
 std::u16string NameOf(std::size_t piece, std::u16string_view formula) {
-  std::u16string name;
-  for (int variant = 0; name.empty() || formula.find(name) != std::u16string_view::npos; ++variant)
-    name = Utf16FromUtf8("zavpart_" + std::to_string(variant) + "_" + std::to_string(piece) + "_");
-  return name;
+  std::u16string name = u"z_";
+  const std::u16string number = Utf16FromUtf8(std::to_string(piece) + "_");
+  while (formula.find(name + number) != std::u16string_view::npos) name += u'_';
+  return name + number;
 }
 
 }  // namespace

@@ -84,6 +84,19 @@ with zipfile.ZipFile(workbook) as package:
         for target in re.findall(r'Target="([^"]+)"', package.read(part).decode()):
             check(posixpath.join(base, target) in parts, f"{part} names {target}, which is not there")
 
+# Excel calls the ribbon's macros by name, with one argument for a click and two where it awaits something.
+with zipfile.ZipFile(workbook) as package:
+    ribbon = xml.fromstring(package.read("customUI/customUI14.xml"))
+macros = b"".join(sources.values()).decode("ascii")
+for element in ribbon.iter():
+    for attribute in ("onAction", "getLabel", "getContent"):
+        if called := element.get(attribute):
+            found = re.search(rf"^Public Sub {called}\(([^)]*)\)", macros, re.MULTILINE)
+            awaited = 1 if attribute == "onAction" else 2
+            check(found and found[1].count(",") + 1 == awaited, f"the ribbon calls {called}, which is not there")
+    if element.get("getLabel"):
+        check(f'Case "{element.get("id")}": label = ' in macros, f"{element.get('id')} has no label")
+
 with tempfile.TemporaryDirectory() as scratch:
     again = pathlib.Path(scratch) / "again.xlam"
     subprocess.run([sys.executable, "-B", folder / "make_companion.py", again, *folder.glob("*.bas"), *folder.glob("*.cls")],

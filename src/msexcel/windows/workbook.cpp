@@ -5,6 +5,25 @@
 #include "msexcel/windows/application.h"
 
 namespace MsExcel {
+namespace {
+
+/// What the protection of a sheet allows.
+class Protection : public ObjectOf<Protection> {
+ public:
+  static constexpr std::string_view kName = "Protection";
+  using ObjectOf::ObjectOf;
+
+  std::array<bool, 11> Allowed() const {
+    return {Get<"AllowFormattingCells">().Flag(), Get<"AllowFormattingColumns">().Flag(),
+            Get<"AllowFormattingRows">().Flag(),  Get<"AllowInsertingColumns">().Flag(),
+            Get<"AllowInsertingRows">().Flag(),   Get<"AllowInsertingHyperlinks">().Flag(),
+            Get<"AllowDeletingColumns">().Flag(), Get<"AllowDeletingRows">().Flag(),
+            Get<"AllowSorting">().Flag(),         Get<"AllowFiltering">().Flag(),
+            Get<"AllowUsingPivotTables">().Flag()};
+  }
+};
+
+}  // namespace
 
 Workbook Worksheet::ParentBook() const { return Get<"Parent">().As<Workbook>(); }
 Application Workbook::ExcelApplication() const { return Get<"Application">().As<Application>(); }
@@ -19,34 +38,21 @@ void Worksheet::Rename(std::u16string_view name) const {
   }
 }
 
-SheetProtection::SheetProtection(const Worksheet& sheet)
-    : contents_(sheet.ProtectContents()),
-      drawing_objects_(sheet.ProtectDrawingObjects()),
-      scenarios_(sheet.ProtectScenarios()),
-      user_interface_only_(sheet.ProtectionMode()) {
-  if (!is_protected()) return;
-  const Protection allowed = sheet.Protection();
-  formatting_cells_ = allowed.AllowFormattingCells();
-  formatting_columns_ = allowed.AllowFormattingColumns();
-  formatting_rows_ = allowed.AllowFormattingRows();
-  inserting_columns_ = allowed.AllowInsertingColumns();
-  inserting_rows_ = allowed.AllowInsertingRows();
-  inserting_hyperlinks_ = allowed.AllowInsertingHyperlinks();
-  deleting_columns_ = allowed.AllowDeletingColumns();
-  deleting_rows_ = allowed.AllowDeletingRows();
-  sorting_ = allowed.AllowSorting();
-  filtering_ = allowed.AllowFiltering();
-  pivot_tables_ = allowed.AllowUsingPivotTables();
+SheetProtection Worksheet::CurrentProtection() const {
+  SheetProtection current{Get<"ProtectDrawingObjects">().Flag(), Get<"ProtectContents">().Flag(),
+                          Get<"ProtectScenarios">().Flag(), Get<"ProtectionMode">().Flag()};
+  if (current.is_protected()) current.allowed = Get<"Protection">().As<Protection>().Allowed();
+  return current;
 }
 
-void SheetProtection::PutBack(const Worksheet& sheet, std::u16string_view password) const {
-  if (!is_protected()) return;
+void Worksheet::Protect(std::u16string_view password, const SheetProtection& protection) const {
+  const auto& allowed = protection.allowed;
   // An empty password would be one; left out, the protection has none.
-  sheet.Call<"Protect">({password.empty() ? Variant::Missing() : Variant(password),
-                         drawing_objects_, contents_, scenarios_, user_interface_only_,
-                         formatting_cells_, formatting_columns_, formatting_rows_,
-                         inserting_columns_, inserting_rows_, inserting_hyperlinks_,
-                         deleting_columns_, deleting_rows_, sorting_, filtering_, pivot_tables_});
+  Call<"Protect">({password.empty() ? Variant::Missing() : Variant(password),
+                   protection.drawing_objects, protection.contents, protection.scenarios,
+                   protection.user_interface_only, allowed[0], allowed[1], allowed[2], allowed[3],
+                   allowed[4], allowed[5], allowed[6], allowed[7], allowed[8], allowed[9],
+                   allowed[10]});
 }
 
 std::optional<Worksheet> Worksheets::Find(std::u16string_view name) const {

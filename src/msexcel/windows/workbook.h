@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string_view>
 
@@ -18,23 +19,19 @@ class Workbook;
 /// XlSheetVisibility. A very hidden sheet is not in the user's list of hidden ones.
 enum class Visibility : long { kVisible = -1, kHidden = 0, kVeryHidden = 2 };
 
-/// What the protection of a sheet allows: the object of the same name.
-class Protection : public ObjectOf<Protection> {
- public:
-  static constexpr std::string_view kName = "Protection";
-  using ObjectOf::ObjectOf;
+/// How a sheet is protected, as Worksheet.Protect takes it.
+struct SheetProtection {
+  bool drawing_objects = true;
+  bool contents = true;
+  bool scenarios = true;
+  /// Only the user is kept from changes, and macros are not.
+  bool user_interface_only = false;
+  /// Formatting cells, columns, rows; inserting columns, rows, hyperlinks; deleting columns, rows;
+  /// sorting, filtering, using pivot tables.
+  std::array<bool, 11> allowed{};
 
-  bool AllowFormattingCells() const { return Get<"AllowFormattingCells">().Flag(); }
-  bool AllowFormattingColumns() const { return Get<"AllowFormattingColumns">().Flag(); }
-  bool AllowFormattingRows() const { return Get<"AllowFormattingRows">().Flag(); }
-  bool AllowInsertingColumns() const { return Get<"AllowInsertingColumns">().Flag(); }
-  bool AllowInsertingRows() const { return Get<"AllowInsertingRows">().Flag(); }
-  bool AllowInsertingHyperlinks() const { return Get<"AllowInsertingHyperlinks">().Flag(); }
-  bool AllowDeletingColumns() const { return Get<"AllowDeletingColumns">().Flag(); }
-  bool AllowDeletingRows() const { return Get<"AllowDeletingRows">().Flag(); }
-  bool AllowSorting() const { return Get<"AllowSorting">().Flag(); }
-  bool AllowFiltering() const { return Get<"AllowFiltering">().Flag(); }
-  bool AllowUsingPivotTables() const { return Get<"AllowUsingPivotTables">().Flag(); }
+  bool is_protected() const { return drawing_objects || contents || scenarios; }
+  bool operator==(const SheetProtection&) const = default;
 };
 
 class PageSetup : public ObjectOf<PageSetup> {
@@ -86,38 +83,14 @@ class Worksheet : public ObjectOf<Worksheet> {
   MsExcel::Names Names() const { return Get<"Names">().As<MsExcel::Names>(); }
   MsExcel::PageSetup PageSetup() const { return Get<"PageSetup">().As<MsExcel::PageSetup>(); }
 
-  bool ProtectContents() const { return Get<"ProtectContents">().Flag(); }
-  bool ProtectDrawingObjects() const { return Get<"ProtectDrawingObjects">().Flag(); }
-  bool ProtectScenarios() const { return Get<"ProtectScenarios">().Flag(); }
-  /// True if only the user is kept from changes, and macros are not.
-  bool ProtectionMode() const { return Get<"ProtectionMode">().Flag(); }
-  MsExcel::Protection Protection() const { return Get<"Protection">().As<MsExcel::Protection>(); }
+  SheetProtection CurrentProtection() const;
+  /// Without a password if it is empty.
+  void Protect(std::u16string_view password, const SheetProtection& protection = {}) const;
   void Unprotect(std::u16string_view password) const { Call<"Unprotect">({password}); }
 
   void Activate() const { Call<"Activate">(); }
   /// Asks the user, unless alerts are off.
   void Delete() const { Call<"Delete">(); }
-
- private:
-  friend class SheetProtection;
-};
-
-/// How a sheet is protected, as Worksheet.Protect takes it.
-class SheetProtection {
- public:
-  /// As the sheet is protected now.
-  explicit SheetProtection(const Worksheet& sheet);
-
-  bool is_protected() const { return contents_ || drawing_objects_ || scenarios_; }
-  void PutBack(const Worksheet& sheet, std::u16string_view password) const;
-
- private:
-  bool contents_, drawing_objects_, scenarios_, user_interface_only_;
-  // In the order of the method's parameters.
-  bool formatting_cells_ = false, formatting_columns_ = false, formatting_rows_ = false;
-  bool inserting_columns_ = false, inserting_rows_ = false, inserting_hyperlinks_ = false;
-  bool deleting_columns_ = false, deleting_rows_ = false;
-  bool sorting_ = false, filtering_ = false, pivot_tables_ = false;
 };
 
 class Worksheets : public Collection<Worksheets, Worksheet> {
@@ -138,6 +111,9 @@ class Workbook : public ObjectOf<Workbook> {
 
   std::u16string Name() const { return Get<"Name">().Text(); }
   std::u16string FullName() const { return Get<"FullName">().Text(); }
+  /// Keeps sheets from being added, moved and removed.
+  void Protect(std::u16string_view password) const { Call<"Protect">({password, true}); }
+  void Unprotect(std::u16string_view password) const { Call<"Unprotect">({password}); }
   bool ProtectStructure() const { return Get<"ProtectStructure">().Flag(); }
 
   Application ExcelApplication() const;

@@ -8,12 +8,12 @@
 namespace zavrel::services {
 
 LiftedProtection::LiftedProtection(const MsExcel::Worksheet& sheet, std::u16string password)
-    : sheet_(sheet), password_(std::move(password)), protection_(sheet) {
+    : sheet_(sheet), password_(std::move(password)), protection_(sheet.CurrentProtection()) {
   if (!protection_.is_protected()) return;
   try {
     sheet_.Unprotect(password_);
     // Excel itself does not always say that a password was wrong.
-    lifted_ = !MsExcel::SheetProtection(sheet_).is_protected();
+    lifted_ = !sheet_.CurrentProtection().is_protected();
   } catch (const VekExcelCallFailed&) {
     lifted_ = false;
   }
@@ -32,7 +32,7 @@ LiftedProtection::~LiftedProtection() {
 
 void LiftedProtection::PutBack() {
   if (!lifted_) return;
-  protection_.PutBack(sheet_, password_);
+  sheet_.Protect(password_, protection_);
   lifted_ = false;
 }
 
