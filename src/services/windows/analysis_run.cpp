@@ -6,6 +6,8 @@
 #include "diagnostics/vek_exception.h"
 #include "platform/letter_case.h"
 #include "platform/utf.h"
+#include "services/progress_dialog.h"
+#include "services/windows/calm_excel.h"
 #include "services/windows/hidden_storage.h"
 #include "services/windows/report_in_workbook.h"
 #include "services/windows/try_to.h"
@@ -111,36 +113,43 @@ bool AnalysisRun::Ask(const MsExcel::Application& application) const {
                : "A cell of the column that divides the rows into groups; Cancel for no groups:",
         u"");
     if (!cell && needed) return false;
-    try {
-      if (cell) by = WorkbookTable(*data).NameAt(*cell);
-    } catch (const analyses::DataProblem& problem) {
-      ThrowImpossible(*analysis_, problem.message(), language_);
-    }
+    if (cell) by = WorkbookTable::HeadingOf(*cell, *data);
   }
   Run(*data, by);
   return true;
 }
 
 void AnalysisRun::Run(const MsExcel::Range& data, std::string_view by) const {
+  const MsExcel::Application application = data.ParentSheet().ParentBook().ExcelApplication();
+  void* const window = ULongToHandle(static_cast<ULONG>(application.Hwnd()));
   try {
-    const WorkbookTable table(data);
-    const MsExcel::Workbook book = table.sheet().ParentBook();
-    auto selected = SelectData(table.columns(), {{}, std::string(by)},
-                               [&](std::size_t column) { return table.CategoriesOf(column); });
-    selected.data.language = language_;
-    selected.data.taken_names = SheetNames(book);
-    const MsExcel::Worksheet sheet = AddReport(table.sheet(), MakeSheet(*analysis_, selected.data));
-    try {
-      const LatestRun latest{std::string(analysis_->name), Utf8FromUtf16(table.sheet().Name()),
-                             Utf8FromUtf16(data.Address()), std::string(by)};
-      HiddenStorage(book).Store(kLatestRun, latest.Text());
-    } catch (...) {
-      TryTo([&] { sheet.Delete(); });
-      throw;
-    }
+    WithProgress(window, Utf16FromUtf8(Translated(analysis_->title, language_)),
+                 [&](Progress& progress) { RunWith(progress, data, by); });
   } catch (const analyses::DataProblem& problem) {
     ThrowImpossible(*analysis_, problem.message(), language_);
   }
+}
+
+void AnalysisRun::RunWith(Progress& progress, const MsExcel::Range& data,
+                          std::string_view by) const {
+  const WorkbookTable table(data, progress);
+  const MsExcel::Workbook book = table.sheet().ParentBook();
+  auto selected = SelectData(table.columns(), {{}, std::string(by)},
+                             [&](std::size_t column) { return table.CategoriesOf(column); });
+  selected.data.language = language_;
+  selected.data.taken_names = SheetNames(book);
+  CalmExcel calm(book.ExcelApplication());
+  const MsExcel::Worksheet sheet =
+      AddReport(table.sheet(), MakeSheet(*analysis_, selected.data), progress);
+  try {
+    const LatestRun latest{std::string(analysis_->name), Utf8FromUtf16(table.sheet().Name()),
+                           Utf8FromUtf16(data.Address()), std::string(by)};
+    HiddenStorage(book).Store(kLatestRun, latest.Text());
+  } catch (...) {
+    TryTo([&] { sheet.Delete(); });
+    throw;
+  }
+  calm.LeaveAt(sheet);
 }
 
 void RepeatAnalysis(const MsExcel::Workbook& book, Language language) {

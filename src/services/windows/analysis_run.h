@@ -6,6 +6,7 @@
 #include "analyses/analysis.h"
 #include "msexcel/windows/application.h"
 #include "msexcel/windows/workbook.h"
+#include "services/progress.h"
 
 namespace zavrel::services {
 
@@ -25,6 +26,7 @@ class AnalysisRun {
   void Run(const MsExcel::Range& data, std::string_view by) const;
 
  private:
+  void RunWith(Progress& progress, const MsExcel::Range& data, std::string_view by) const;
   std::optional<MsExcel::Range> AskFor(const MsExcel::Application& application,
                                        std::string_view prompt, std::u16string_view proposal) const;
 

@@ -23,6 +23,9 @@ using analyses::Style;
 /// An address of several areas may have as many characters.
 constexpr std::size_t kMostCharactersOfAddress = 255;
 
+constexpr double kShareBeforeCells = 0.4;
+constexpr double kShareBeforeCharts = 0.6;
+
 /// Excel has red in the lowest byte.
 long ExcelColor(analyses::Color color) {
   return static_cast<long>((color & 0xFF) << 16 | (color & 0xFF00) | color >> 16);
@@ -144,26 +147,33 @@ void SetUpPage(const MsExcel::Worksheet& sheet, const ReportSheet& report) {
   page.SetPrintArea(Utf16FromUtf8(printed.TextInSheet()));
 }
 
-void Fill(const MsExcel::Worksheet& sheet, const ReportSheet& report) {
+void Fill(const MsExcel::Worksheet& sheet, const ReportSheet& report, Progress& progress) {
+  progress.StepUnlessCancelled(Utf16FromUtf8(report.name), kShareBeforeCells);
   sheet.Rename(Utf16FromUtf8(report.name));
   for (const auto& [column, width] : report.widths)
     sheet.Cells().Cell(1, column + 1L).EntireColumn().SetColumnWidth(width);
   WriteFormulas(sheet.Cells().Cell(1, 1), BlockOf(report));
   ApplyStyles(sheet, report);
-  for (const analyses::Chart& chart : report.charts) AddChart(sheet, chart);
+  double share = kShareBeforeCharts;
+  for (const analyses::Chart& chart : report.charts) {
+    progress.StepUnlessCancelled(Utf16FromUtf8(chart.title), share);
+    AddChart(sheet, chart);
+    share += (1 - kShareBeforeCharts) / static_cast<double>(report.charts.size());
+  }
   SetUpPage(sheet, report);
 }
 
 }  // namespace
 
-MsExcel::Worksheet AddReport(const MsExcel::Worksheet& behind, const ReportSheet& report) {
+MsExcel::Worksheet AddReport(const MsExcel::Worksheet& behind, const ReportSheet& report,
+                             Progress& progress) {
   const MsExcel::Workbook book = behind.ParentBook();
   if (book.ProtectStructure())
     throw VekCantAddWorksheet("AddReport", messages::kMessageStructureProtected, {book.Name()});
   CalmExcel calm(book.ExcelApplication());
   const MsExcel::Worksheet sheet = book.Worksheets().AddAfter(behind);
   try {
-    Fill(sheet, report);
+    Fill(sheet, report, progress);
   } catch (...) {
     TryTo([&] { sheet.Delete(); });
     throw;

@@ -16,6 +16,8 @@ using analyses::TableColumn;
 /// Whole numbers up to here have all their digits.
 constexpr double kMostWhole = 1e15;
 
+constexpr double kShareOfReading = 0.4;
+
 bool IsWhole(double number) {
   return std::floor(number) == number && std::abs(number) < kMostWhole;
 }
@@ -56,9 +58,9 @@ Rectangle MeantBy(const MsExcel::Range& area) {
 
 }  // namespace
 
-WorkbookTable::WorkbookTable(const MsExcel::Range& cells)
+WorkbookTable::WorkbookTable(const MsExcel::Range& cells, Progress& progress)
     : sheet_(cells.ParentSheet()), sheet_name_(Utf8FromUtf16(sheet_.Name())) {
-  for (const MsExcel::Range& area : cells.Areas()) AddArea(area);
+  for (const MsExcel::Range& area : cells.Areas()) AddArea(area, progress);
   const auto differs = [&](const TableColumn& column) {
     return column.cells.row != columns_.front().cells.row ||
            column.cells.rows != columns_.front().cells.rows;
@@ -67,7 +69,7 @@ WorkbookTable::WorkbookTable(const MsExcel::Range& cells)
     throw DataProblem({"the areas of the data do not have the same rows", {}});
 }
 
-void WorkbookTable::AddArea(const MsExcel::Range& area) {
+void WorkbookTable::AddArea(const MsExcel::Range& area, Progress& progress) {
   const Rectangle meant = MeantBy(area);
   const long columns = meant.last_column - meant.column + 1;
   if (columns < 1 || meant.last_row < meant.row) throw DataProblem({"the data are blank", {}});
@@ -90,6 +92,7 @@ void WorkbookTable::AddArea(const MsExcel::Range& area) {
     TableColumn column{Utf8FromUtf16(TextOf(names.At(0, i))),
                        place.Part(1, 0, static_cast<std::uint32_t>(rows))};
     if (column.name.empty()) throw DataProblem({"column {0} has no heading", {place.Column()}});
+    progress.StepUnlessCancelled(Utf16FromUtf8(column.name), kShareOfReading * i / columns);
     for (const MsExcel::CellValue& value : ValuesOf(column.cells).values) {
       if (std::holds_alternative<double>(value)) {
         ++column.numbers;
@@ -121,13 +124,11 @@ std::vector<std::u16string> WorkbookTable::CategoriesOf(std::size_t column) cons
   return texts;
 }
 
-const std::string& WorkbookTable::NameAt(const MsExcel::Range& cell) const {
-  const long place = cell.Column() - 1;
-  const auto found = std::ranges::find_if(
-      columns_, [&](const TableColumn& column) { return column.cells.column == place; });
-  if (found == columns_.end())
-    throw DataProblem({"the data have no column {0}", {Utf8FromUtf16(cell.Address())}});
-  return found->name;
+std::string WorkbookTable::HeadingOf(const MsExcel::Range& cell, const MsExcel::Range& cells) {
+  const Rectangle table = MeantBy(cells.Areas().front());
+  const MsExcel::Range heading = cells.ParentSheet().Area(table.row, cell.Column(), 1, 1);
+  const std::u16string text = TextOf(heading.Values().values.front());
+  return Utf8FromUtf16(text.empty() ? cell.Address() : text);
 }
 
 }  // namespace zavrel::services
