@@ -207,6 +207,7 @@ std::u16string Engine::NotComputed(std::u16string_view formula) const {
 }
 
 std::optional<Reference> Engine::FindReference(std::u16string_view formula) {
+  state_->Begin();  // the workbook's names may be others by now
   try {
     return state_->calculation.FindReference(*ParseFormula(WithoutEqualsSign(formula)));
   } catch (const FormulaError&) {

@@ -158,6 +158,14 @@ constexpr Member<Application> kMembers[] = {
      [](Application& self, const Arguments&) -> Variant {
        return MakeWorkbooks(self.shared_excel());
      }},
+    {u"Windows", kProperty, "",
+     [](Application& self, const Arguments&) -> Variant {
+       return MakeWindows(self.shared_excel());
+     }},
+    {u"ActiveWindow", kProperty, "",
+     [](Application& self, const Arguments&) -> Variant {
+       return MakeActiveWindow(self.shared_excel());
+     }},
     {u"ActiveWorkbook", kProperty, "",
      [](Application& self, const Arguments&) -> Variant {
        const BookPtr& book = self.excel().active;

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "formula/a1_reference.h"
+#include "host/automation/formula_edit.h"
 #include "host/automation/windows/range.h"
 
 namespace zavhost {
@@ -87,6 +88,18 @@ ObjectPtr RangeFrom(const ExcelPtr& excel, const BookPtr& book, const SheetPtr& 
     cells.areas = {around};
   }
   return Make<RangeObject>(excel, book, cells.sheet, std::move(cells.areas));
+}
+
+void CheckFormula(const Book& book, std::u16string_view text) {
+  try {
+    ParseFormula(text);
+  } catch (const FormulaError&) {
+    Refuse();
+  }
+  if (!NamesOnlySheets(text, [&](std::u16string_view name) {
+        return name.find(u'[') != std::u16string_view::npos || book.FindSheet(name);
+      }))
+    Refuse();
 }
 
 CellRange UsedCells(Book& book, const SheetState& sheet) {

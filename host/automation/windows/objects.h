@@ -98,5 +98,11 @@ ObjectPtr MakeWorkbooks(const ExcelPtr& excel);
 ObjectPtr MakeWorkbook(const ExcelPtr& excel, const BookPtr& book);
 ObjectPtr MakeWorksheets(const ExcelPtr& excel, const BookPtr& book);
 ObjectPtr MakeWorksheet(const ExcelPtr& excel, const BookPtr& book, const SheetPtr& sheet);
+/// The names of a worksheet; of the whole workbook without one.
+ObjectPtr MakeNames(const ExcelPtr& excel, const BookPtr& book, const SheetPtr& sheet = nullptr);
+/// The windows of a workbook; of the whole application without one.
+ObjectPtr MakeWindows(const ExcelPtr& excel, const BookPtr& book = nullptr);
+/// The window in front; nothing if there is none.
+ObjectPtr MakeActiveWindow(const ExcelPtr& excel);
 
 }  // namespace zavhost

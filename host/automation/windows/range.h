@@ -28,6 +28,8 @@ class RangeObject final : public SheetObject<RangeObject> {
   const CellRange& first() const { return areas_.front(); }
   CellPosition corner() const { return {first().first_row, first().first_column}; }
   RangeUnit unit() const { return unit_; }
+  /// As a formula has it: "Sheet1!$A$1:$B$2".
+  std::u16string FormulaText() const;
 
   /// Another range of the same sheet. Refuses one that leaves it.
   ObjectPtr Of(const CellRange& area, RangeUnit unit = RangeUnit::kCells) const;
@@ -72,6 +74,9 @@ std::optional<NamedCells> CellsNamed(Book& book, const SheetPtr& sheet, std::u16
 /// The result of a Range property with both of its arguments, of any sheet of the workbook.
 ObjectPtr RangeFrom(const ExcelPtr& excel, const BookPtr& book, const SheetPtr& sheet,
                     const Arguments& given);
+
+/// Refuses what Excel does not take as a formula, here without its "=".
+void CheckFormula(const Book& book, std::u16string_view text);
 
 /// The cells of the sheet that hold something or have a style; A1 if there are none.
 CellRange UsedCells(Book& book, const SheetState& sheet);

@@ -1,6 +1,4 @@
 // What the cells of a range hold.
-#include "formula/lexer.h"
-#include "host/automation/formula_edit.h"
 #include "host/automation/windows/cell_values.h"
 #include "host/automation/windows/range.h"
 #include "host/calc/formula_text.h"
@@ -107,19 +105,6 @@ Variant GetText(Self& self, const Arguments&) {
 
 // Writing.
 
-/// Refuses what Excel does not take as a formula.
-void CheckFormula(const Self& self, std::u16string_view text) {
-  try {
-    ParseFormula(text);
-  } catch (const FormulaError&) {
-    Refuse();
-  }
-  if (!NamesOnlySheets(text, [&](std::u16string_view name) {
-        return name.find(u'[') != std::u16string_view::npos || self.book().FindSheet(name);
-      }))
-    Refuse();
-}
-
 std::u16string TextFor(const Self& self, std::u16string_view text, const CellPosition& cell) {
   const CellAddress origin{0, self.first().first_row, self.first().first_column};
   return ShownFormulaText(text, origin, {0, cell.row, cell.column});
@@ -137,7 +122,7 @@ void EnterText(const Self& self, const CellPosition& cell, std::u16string_view t
                bool is_dynamic, bool moves) {
   const bool is_text = self.sheet().styles.At(cell.row, cell.column).number_format == u"@";
   if (!is_text && text.size() > 1 && text.starts_with(u'=')) {
-    CheckFormula(self, text.substr(1));
+    CheckFormula(self.book(), text.substr(1));
     return EnterFormula(
         self, cell,
         moves ? TextFor(self, text.substr(1), cell) : ShownFormulaText(text.substr(1), {}, {}),
@@ -195,7 +180,7 @@ void PutFormulaArray(Self& self, const Arguments& given) {
   std::u16string text = given.text();
   if (text.size() > kLongestArrayFormula || self.areas().size() != 1) Refuse();
   if (text.starts_with(u'=')) text.erase(0, 1);
-  CheckFormula(self, text);
+  CheckFormula(self.book(), text);
   self.book().SetFormula(self.sheet(), self.corner(),
                          {ShownFormulaText(text, {}, {}), self.first(), false});
 }
@@ -267,7 +252,7 @@ void ReplaceIn(Self& self, const CellPosition& cell, const Arguments& given, boo
   const bool is_formula = replaced.size() > 1 && replaced.starts_with(u'=');
   if (!found || !found->formula->array || !is_formula)
     return EnterText(self, cell, replaced, found && found->formula->is_dynamic, false);
-  CheckFormula(self, replaced.substr(1));
+  CheckFormula(self.book(), replaced.substr(1));
   CellFormula formula = *found->formula;
   formula.text = replaced.substr(1);
   formula.is_new = true;

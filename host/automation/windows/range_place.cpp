@@ -285,6 +285,15 @@ std::span<const Member<RangeObject>> RangeObject::Members() {
   return all;
 }
 
+std::u16string RangeObject::FormulaText() const {
+  std::u16string text;
+  for (const CellRange& area : areas_) {
+    if (!text.empty()) text += u",";
+    text += QuotedSheetName(sheet().name) + u"!" + AreaText(area, true, true);
+  }
+  return text;
+}
+
 ObjectPtr RangeObject::Of(const CellRange& area, RangeUnit unit) const {
   return Of(std::vector{area}, unit);
 }

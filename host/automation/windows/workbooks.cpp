@@ -120,6 +120,14 @@ constexpr Member<WorkbookItself> kWorkbookMembers[] = {
      [](WorkbookItself& self, const Arguments&) -> Variant {
        return MakeWorksheets(self.shared_excel(), self.shared_book());
      }},
+    {u"Names", kProperty, "",
+     [](WorkbookItself& self, const Arguments&) -> Variant {
+       return MakeNames(self.shared_excel(), self.shared_book());
+     }},
+    {u"Windows", kProperty, "",
+     [](WorkbookItself& self, const Arguments&) -> Variant {
+       return MakeWindows(self.shared_excel(), self.shared_book());
+     }},
     {u"ActiveSheet", kProperty, "",
      [](WorkbookItself& self, const Arguments&) -> Variant {
        return MakeWorksheet(self.shared_excel(), self.shared_book(), self.book().active);

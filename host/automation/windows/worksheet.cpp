@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "host/automation/windows/chart.h"
 #include "host/automation/windows/range.h"
 
 namespace zavhost {
@@ -136,6 +137,14 @@ constexpr Member<WorksheetObject> kMembers[] = {
      [](WorksheetObject& self, const Arguments&) -> Variant {
        self.excel().Calculated(self.book());
        return MakeBeside<RangeObject>(self, std::vector{UsedCells(self.book(), self.sheet())});
+     }},
+    {u"Names", kProperty, "",
+     [](WorksheetObject& self, const Arguments&) -> Variant {
+       return MakeNames(self.shared_excel(), self.shared_book(), self.shared_sheet());
+     }},
+    {u"ChartObjects", kAccessor, "Index?v",
+     [](WorksheetObject& self, const Arguments& given) {
+       return ChartObjectsOf(self.shared_excel(), self.shared_book(), self.shared_sheet(), given);
      }},
     {u"PageSetup", kProperty, "",
      [](WorksheetObject& self, const Arguments&) -> Variant {
