@@ -3,6 +3,7 @@
 #include "contracts/message_ids.h"
 #include "diagnostics/vek_exception.h"
 #include "msexcel/windows/application.h"
+#include "platform/letter_case.h"
 
 namespace MsExcel {
 namespace {
@@ -56,11 +57,13 @@ void Worksheet::Protect(std::u16string_view password, const SheetProtection& pro
 }
 
 std::optional<Worksheet> Worksheets::Find(std::u16string_view name) const {
-  try {
-    return Named(name);
-  } catch (const zavrel::VekExcelCallFailed&) {
-    return std::nullopt;  // Excel offers no other way to ask
+  // Asked for by its name, a sheet that is not there fails like any other call.
+  const long count = Count();
+  for (long i = 1; i <= count; ++i) {
+    Worksheet sheet = At(i);
+    if (zavrel::EqualIgnoringCase(sheet.Name(), name)) return sheet;
   }
+  return std::nullopt;
 }
 
 Worksheet Worksheets::AddAfter(const Worksheet& sheet) const {

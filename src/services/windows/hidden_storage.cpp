@@ -37,12 +37,18 @@ bool Holds(const MsExcel::Range& cells, const std::vector<std::u16string>& texts
   return TextsOf(cells.Values()) == texts;
 }
 
+/// True for a single blank cell, as which a sheet without anything has its used range.
+bool IsBlank(const MsExcel::Range& used) {
+  return used.CellCount() == 1 &&
+         std::holds_alternative<std::monostate>(used.Values().values.front());
+}
+
 /// Nothing for a sheet that has nothing in it: whoever added it was stopped.
 std::optional<StorageHeading> HeadingOf(const MsExcel::Worksheet& sheet) {
   const MsExcel::CellValue value = RowsAt(sheet, 1, 1).Values().values.front();
   if (const auto* text = std::get_if<std::u16string>(&value)) {
     if (const auto heading = HeadingIn(*text)) return heading;
-  } else if (std::holds_alternative<std::monostate>(value) && sheet.UsedRange().CellCount() == 1) {
+  } else if (std::holds_alternative<std::monostate>(value) && IsBlank(sheet.UsedRange())) {
     return std::nullopt;
   }
   ThrowInvalid(sheet.ParentBook());
@@ -81,6 +87,12 @@ MsExcel::Block OneCell(std::u16string text) {
 
 void Clear(const MsExcel::Worksheet& sheet, const StorageHeading& heading) {
   if (heading.rows > 0) RowsAt(sheet, heading.first_row, heading.rows).Clear();
+}
+
+/// Excel does not delete what is hidden like this.
+void Delete(const MsExcel::Worksheet& sheet) {
+  sheet.SetVisible(MsExcel::Visibility::kVisible);
+  sheet.Delete();
 }
 
 }  // namespace
@@ -127,7 +139,7 @@ MsExcel::Worksheet HiddenStorage::AddSheet() const {
     sheet.Rename(kSheetName);
     sheet.SetVisible(MsExcel::Visibility::kVeryHidden);
   } catch (...) {
-    sheet.Delete();
+    TryTo([&] { Delete(sheet); });
     throw;
   }
   return sheet;
@@ -137,7 +149,7 @@ void HiddenStorage::Replace(const StoredItems& items) const {
   const CalmExcel calm(book_.ExcelApplication());
   const auto existing = book_.Worksheets().Find(kSheetName);
   const MsExcel::Worksheet sheet = existing ? *existing : AddSheet();
-  const auto valid = HeadingOf(sheet);
+  const auto valid = existing ? HeadingOf(sheet) : std::nullopt;
   const std::vector<std::u16string> rows = RowsOf(items);
   const StorageHeading heading{PlaceFor(rows.size(), valid),
                                static_cast<std::uint32_t>(rows.size()), ChecksumOf(rows)};
@@ -145,7 +157,7 @@ void HiddenStorage::Replace(const StoredItems& items) const {
     WriteRows(sheet, heading.first_row, rows);
     RowsAt(sheet, 1, 1).SetValues(OneCell(heading.Text()));
   } catch (...) {
-    TryTo([&] { existing ? Clear(sheet, heading) : sheet.Delete(); });
+    TryTo([&] { existing ? Clear(sheet, heading) : Delete(sheet); });
     throw;
   }
   // The new rows are valid now; old ones that cannot be cleared disturb nobody.

@@ -5,11 +5,14 @@
 namespace zavrel::services {
 
 /// A step of putting things back, after which the next one follows whatever happens: nobody could
-/// be told.
+/// be told. It is tried twice, since what is left undone here stays.
 inline void TryTo(FunctionRef<void()> step) noexcept {
-  try {
-    step();
-  } catch (...) {
+  for (int attempt = 1; attempt <= 2; ++attempt) {
+    try {
+      step();
+      return;
+    } catch (...) {
+    }
   }
 }
 

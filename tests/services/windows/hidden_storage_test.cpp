@@ -49,7 +49,9 @@ TEST_CASE("whatever call into Excel fails, the old items or the new ones are the
       CHECK(stored == !failed);
       if (stored) {
         excel.application().SetDisplayAlerts(false);
-        excel.book().Worksheets().Find(HiddenStorage::kSheetName)->Delete();
+        const auto sheet = excel.book().Worksheets().Find(HiddenStorage::kSheetName);
+        sheet->SetVisible(MsExcel::Visibility::kVisible);
+        sheet->Delete();
         excel.application().SetDisplayAlerts(true);
       }
       CHECK(excel.book().Worksheets().Count() == 1);
