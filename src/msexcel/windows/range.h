@@ -73,6 +73,8 @@ class Range : public ObjectOf<Range> {
   /// True if any cell is part of a merged one.
   bool HasMergedCells() const;
 
+  /// Of the first cell.
+  std::u16string NumberFormat() const { return Cell(1, 1).Get<"NumberFormat">().Text(); }
   void SetNumberFormat(std::u16string_view format) const { Put<"NumberFormat">(format); }
   Font CellFont() const { return Get<"Font">().As<Font>(); }
   void SetFillColor(long color) const;
@@ -81,6 +83,7 @@ class Range : public ObjectOf<Range> {
   double Left() const { return Get<"Left">().Number(); }
   double Top() const { return Get<"Top">().Number(); }
 
+  void Merge() const { Call<"Merge">(); }
   void Select() const { Call<"Select">(); }
   void Clear() const { Call<"Clear">(); }
   void ClearContents() const { Call<"ClearContents">(); }

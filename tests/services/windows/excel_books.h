@@ -17,7 +17,8 @@ namespace zavrel::services::tests {
 inline doctest::String ShownFailure(const VekException& failure) {
   std::string text = Utf8FromUtf16(failure.class_name()) + " in " + failure.place();
   for (const MessageArgument& argument : failure.arguments()) {
-    if (const auto* value = std::get_if<std::u16string>(&argument)) text += ", " + Utf8FromUtf16(*value);
+    if (const auto* value = std::get_if<std::u16string>(&argument))
+      text += ", " + Utf8FromUtf16(*value);
   }
   return text.c_str();
 }

@@ -50,7 +50,8 @@ int Threads() {
   THREADENTRY32 entry{};
   entry.dwSize = sizeof entry;
   int count = 0;
-  for (BOOL found = Thread32First(all.get(), &entry); found; found = Thread32Next(all.get(), &entry))
+  for (BOOL found = Thread32First(all.get(), &entry); found;
+       found = Thread32Next(all.get(), &entry))
     if (entry.th32OwnerProcessID == GetCurrentProcessId()) ++count;
   return count;
 }
@@ -86,8 +87,9 @@ TEST_CASE("long work without a display ends as it would without a dialog") {
 class OwnerWindow {
  public:
   OwnerWindow()
-      : window_(CreateWindowExW(0, L"STATIC", L"Zavrel test owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE,
-                                50, 50, 700, 400, nullptr, nullptr, nullptr, nullptr)) {
+      : window_(CreateWindowExW(0, L"STATIC", L"Zavrel test owner",
+                                WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 700, 400, nullptr,
+                                nullptr, nullptr, nullptr)) {
     SetForegroundWindow(window_);
   }
   ~OwnerWindow() { DestroyWindow(window_); }
