@@ -129,7 +129,7 @@ class Book {
   std::vector<std::shared_ptr<NameState>>& names() { return names_; }
   Engine& engine() { return *engine_; }
   std::optional<std::size_t> IndexOf(const SheetState& sheet) const;
-  SheetPtr FindSheet(std::u16string_view name) const;
+  SheetPtr FindSheet(std::u16string_view wanted) const;
   /// The cells of a sheet, without regard to what is not calculated yet.
   Sheet& CellsOf(const SheetState& sheet);
 

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include "host/automation/windows/chart.h"
 #include "host/automation/windows/range.h"
 
 namespace zavhost {
@@ -142,10 +141,6 @@ constexpr Member<WorksheetObject> kMembers[] = {
      [](WorksheetObject& self, const Arguments&) -> Variant {
        return MakeNames(self.shared_excel(), self.shared_book(), self.shared_sheet());
      }},
-    {u"ChartObjects", kAccessor, "Index?v",
-     [](WorksheetObject& self, const Arguments& given) {
-       return ChartObjectsOf(self.shared_excel(), self.shared_book(), self.shared_sheet(), given);
-     }},
     {u"PageSetup", kProperty, "",
      [](WorksheetObject& self, const Arguments&) -> Variant {
        return MakeBeside<PageSetup>(self);
@@ -171,11 +166,10 @@ constexpr Member<WorksheetObject> kMembers[] = {
 
 }  // namespace
 
-std::span<const Member<WorksheetObject>> WorksheetMembers() { return kMembers; }
-
 std::span<const Member<WorksheetObject>> WorksheetObject::Members() {
   static const std::vector<Member<WorksheetObject>> all =
-      Joined<WorksheetObject>({WorksheetMembers(), WorksheetProtectionMembers()});
+      Joined<WorksheetObject>({kMembers, WorksheetProtectionMembers(), WorksheetListMembers(),
+                               WorksheetPivotMembers(), WorksheetChartMembers()});
   return all;
 }
 
