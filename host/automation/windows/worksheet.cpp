@@ -8,28 +8,6 @@
 namespace zavhost {
 namespace {
 
-class PageSetup final : public SheetObject<PageSetup> {
- public:
-  static constexpr std::u16string_view kName = u"PageSetup";
-  static std::span<const Member<PageSetup>> Members();
-  using SheetObject::SheetObject;
-};
-
-constexpr Member<PageSetup> kPageSetupMembers[] = {
-    {u"PrintArea", kProperty, "",
-     [](PageSetup& self, const Arguments&) -> Variant {
-       return std::u16string_view(self.sheet().print_area);
-     },
-     's',
-     [](PageSetup& self, const Arguments& given) {
-       const std::u16string area = given.text();
-       if (!area.empty() && !CellsNamed(self.book(), self.shared_sheet(), area)) Refuse();
-       self.sheet().print_area = area;
-     }},
-};
-
-std::span<const Member<PageSetup>> PageSetup::Members() { return kPageSetupMembers; }
-
 bool IsSheetName(std::u16string_view name) {
   constexpr std::size_t kLongest = 31;
   return !name.empty() && name.size() <= kLongest && name.front() != u'\'' &&
@@ -141,10 +119,6 @@ constexpr Member<WorksheetObject> kMembers[] = {
      [](WorksheetObject& self, const Arguments&) -> Variant {
        return MakeNames(self.shared_excel(), self.shared_book(), self.shared_sheet());
      }},
-    {u"PageSetup", kProperty, "",
-     [](WorksheetObject& self, const Arguments&) -> Variant {
-       return MakeBeside<PageSetup>(self);
-     }},
     {u"Parent", kProperty, "",
      [](WorksheetObject& self, const Arguments&) -> Variant {
        return MakeWorkbook(self.shared_excel(), self.shared_book());
@@ -167,9 +141,9 @@ constexpr Member<WorksheetObject> kMembers[] = {
 }  // namespace
 
 std::span<const Member<WorksheetObject>> WorksheetObject::Members() {
-  static const std::vector<Member<WorksheetObject>> all =
-      Joined<WorksheetObject>({kMembers, WorksheetProtectionMembers(), WorksheetListMembers(),
-                               WorksheetPivotMembers(), WorksheetChartMembers()});
+  static const std::vector<Member<WorksheetObject>> all = Joined<WorksheetObject>(
+      {kMembers, WorksheetProtectionMembers(), WorksheetListMembers(), WorksheetPivotMembers(),
+       WorksheetChartMembers(), WorksheetPageMembers()});
   return all;
 }
 

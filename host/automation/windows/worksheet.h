@@ -19,6 +19,7 @@ std::span<const Member<WorksheetObject>> WorksheetProtectionMembers();
 std::span<const Member<WorksheetObject>> WorksheetListMembers();
 std::span<const Member<WorksheetObject>> WorksheetPivotMembers();
 std::span<const Member<WorksheetObject>> WorksheetChartMembers();
+std::span<const Member<WorksheetObject>> WorksheetPageMembers();
 
 /// A collection of a worksheet, or its item that the argument names.
 template <class Collection>
