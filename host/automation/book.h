@@ -66,6 +66,15 @@ struct PivotTableState {
   int refreshes = 0;
 };
 
+/// How a sheet is printed; 0 stands for FALSE.
+struct PageLayout {
+  std::u16string print_area;
+  std::int32_t orientation = 1;  // 2: landscape
+  std::int32_t zoom = 100;
+  std::int32_t pages_wide = 1;
+  std::int32_t pages_tall = 1;
+};
+
 /// What the window shows of a sheet; rows and columns from 1.
 struct SheetView {
   bool has_gridlines = true;
@@ -90,7 +99,7 @@ struct SheetState {
   std::vector<CellRange> merged;
   SheetProtection protection;
   std::int32_t enable_selection = 0;
-  std::u16string print_area;
+  PageLayout page;
   SheetView view;
   std::vector<std::shared_ptr<Chart>> charts;
   std::vector<std::shared_ptr<Table>> tables;
@@ -129,7 +138,7 @@ class Book {
   std::vector<std::shared_ptr<NameState>>& names() { return names_; }
   Engine& engine() { return *engine_; }
   std::optional<std::size_t> IndexOf(const SheetState& sheet) const;
-  SheetPtr FindSheet(std::u16string_view name) const;
+  SheetPtr FindSheet(std::u16string_view wanted) const;
   /// The cells of a sheet, without regard to what is not calculated yet.
   Sheet& CellsOf(const SheetState& sheet);
 

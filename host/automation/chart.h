@@ -32,6 +32,7 @@ struct ChartSeries {
   std::int32_t marker_size = 5;
   std::optional<std::int32_t> marker_foreground;
   std::optional<std::int32_t> marker_background;
+  std::optional<std::int32_t> fill_colour;
   bool has_line = true;
   std::optional<std::int32_t> line_colour;
   double line_weight = 1.5;

@@ -1,5 +1,8 @@
 #include "host/automation/formula_edit.h"
 
+#include <algorithm>
+#include <vector>
+
 #include "formula/lexer.h"
 #include "host/workbook/cell_names.h"
 #include "host/workbook/text.h"
@@ -60,11 +63,19 @@ std::u16string WithSheetRemoved(std::u16string_view text, std::u16string_view na
 
 bool NamesOnlySheets(std::u16string_view text,
                      const std::function<bool(std::u16string_view)>& is_known) {
-  for (const formula::Token& token : formula::Tokenize(text)) {
+  const std::vector<formula::Token> tokens = formula::Tokenize(text);
+  return std::all_of(tokens.begin(), tokens.end(), [&](const formula::Token& token) {
     const std::u16string_view prefix = PrefixOf(token);
-    if (!prefix.empty() && !is_known(Unquoted(prefix))) return false;
-  }
-  return true;
+    return prefix.empty() || is_known(Unquoted(prefix));
+  });
+}
+
+bool IsDefinedName(std::u16string_view text) {
+  constexpr std::size_t kLongest = 255;
+  const std::vector<formula::Token> tokens = formula::Tokenize(text);
+  return text.size() <= kLongest && tokens.size() == 1 &&
+         tokens.front().kind == formula::TokenKind::kName &&
+         text.find(u'!') == std::u16string_view::npos;
 }
 
 }  // namespace zavhost

@@ -16,4 +16,7 @@ std::u16string WithSheetRemoved(std::u16string_view text, std::u16string_view na
 bool NamesOnlySheets(std::u16string_view text,
                      const std::function<bool(std::u16string_view)>& is_known);
 
+/// True for what can be the name of cells or of a table.
+bool IsDefinedName(std::u16string_view text);
+
 }  // namespace zavhost

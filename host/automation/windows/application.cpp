@@ -1,4 +1,5 @@
 // Application.
+#include "host/automation/windows/cell_values.h"
 #include "host/automation/windows/range.h"
 
 namespace zavhost {
@@ -178,6 +179,9 @@ constexpr Member<Application> kMembers[] = {
        const BookPtr& book = self.excel().active;
        return book ? self.Cells(book->active, book->active->view.selection) : nullptr;
      }},
+    // Only the worksheet functions of macros are called by cells.
+    {u"Caller", kProperty, "Index?v",
+     [](Application&, const Arguments&) { return VariantOf(ErrorCode::kRef); }},
     {u"Range", kProperty, "Cell1:v Cell2?v",
      [](Application& self, const Arguments& given) -> Variant {
        const BookPtr& book = RequireBook(self.excel()).active;

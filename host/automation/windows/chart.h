@@ -39,8 +39,5 @@ class ChartItself final : public ChartPart<ChartItself> {
 /// The members of a Chart that lead to its series, axes and groups.
 Variant SeriesCollectionOf(ChartItself& self, const Arguments& given);
 Variant AxisOf(ChartItself& self, const Arguments& given);
-/// Worksheet.ChartObjects: all of a sheet's charts, or the one that the argument names.
-Variant ChartObjectsOf(const ExcelPtr& excel, const BookPtr& book, const SheetPtr& sheet,
-                       const Arguments& given);
 
 }  // namespace zavhost

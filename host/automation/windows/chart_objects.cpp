@@ -1,6 +1,9 @@
 // ChartObjects, and ChartObject: the frame of a chart on its sheet.
+#include <algorithm>
+
 #include "host/automation/windows/chart.h"
 #include "host/automation/windows/range.h"
+#include "host/automation/windows/worksheet.h"
 
 namespace zavhost {
 namespace {
@@ -117,12 +120,15 @@ constexpr Member<ChartObject> kMembers[] = {
 
 std::span<const Member<ChartObject>> ChartObject::Members() { return kMembers; }
 
+constexpr Member<WorksheetObject> kSheetMembers[] = {
+    {u"ChartObjects", kAccessor, "Index?v",
+     [](WorksheetObject& self, const Arguments& given) {
+       return CollectionOf<ChartObjects>(self, given, Item);
+     }},
+};
+
 }  // namespace
 
-Variant ChartObjectsOf(const ExcelPtr& excel, const BookPtr& book, const SheetPtr& sheet,
-                       const Arguments& given) {
-  auto all = Microsoft::WRL::ComPtr<ChartObjects>(new ChartObjects(excel, book, sheet));
-  return given.Has(0) ? Item(*all.Get(), given) : Variant(ObjectPtr(all));
-}
+std::span<const Member<WorksheetObject>> WorksheetChartMembers() { return kSheetMembers; }
 
 }  // namespace zavhost

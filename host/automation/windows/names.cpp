@@ -1,5 +1,5 @@
 // Names of a workbook or of a worksheet, and Name.
-#include "formula/lexer.h"
+#include "host/automation/formula_edit.h"
 #include "host/automation/windows/cell_values.h"
 #include "host/automation/windows/range.h"
 
@@ -66,13 +66,6 @@ std::u16string FormulaOf(const Book& book, const Variant& given) {
   return std::u16string(text.substr(1));
 }
 
-bool IsName(std::u16string_view text) {
-  constexpr std::size_t kLongest = 255;
-  const auto tokens = formula::Tokenize(text);
-  return text.size() <= kLongest && tokens.size() == 1 &&
-         tokens.front().kind == formula::TokenKind::kName;
-}
-
 Variant Item(Names& self, const Arguments& given) {
   const std::vector<NamePtr> list = self.List();
   auto place = PlaceIn(list, given[0], [](const NamePtr& name) { return FullName(*name); });
@@ -94,7 +87,7 @@ Variant Add(Names& self, const Arguments& given) {
     text.remove_prefix(mark + 1);
     if (!sheet) Refuse();
   }
-  if (!IsName(text) || !given.Has(1)) Refuse();
+  if (!IsDefinedName(text) || !given.Has(1)) Refuse();
   const std::u16string formula = FormulaOf(book, given[1]);
   const NamePtr* known = nullptr;
   for (const NamePtr& name : book.names()) {

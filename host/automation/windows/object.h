@@ -74,6 +74,7 @@ class Arguments {
 class Object : public IDispatch {
  public:
   explicit Object(ExcelPtr excel);
+  virtual ~Object();
   Object(const Object&) = delete;
   Object& operator=(const Object&) = delete;
 
@@ -91,8 +92,6 @@ class Object : public IDispatch {
   const ExcelPtr& shared_excel() const { return excel_; }
 
  protected:
-  virtual ~Object();
-
   virtual std::u16string_view class_name() const = 0;
   virtual std::size_t member_count() const = 0;
   virtual MemberShape shape(std::size_t member) const = 0;
@@ -111,6 +110,7 @@ class Object : public IDispatch {
   ULONG references_ = 0;
 };
 
+// NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding): in the order in which a row is read.
 template <class Self>
 struct Member {
   std::u16string_view name;
@@ -121,6 +121,7 @@ struct Member {
   void (*put)(Self& self, const Arguments& given) = nullptr;
 };
 
+// NOLINTBEGIN(bugprone-crtp-constructor-accessibility): others stand between this and a class.
 /// An object of a class with `static constexpr std::u16string_view kName` and
 /// `static std::span<const Member<Self>> Members()`.
 template <class Self>
@@ -143,6 +144,7 @@ class ObjectOf : public Object {
   }
 };
 
+// NOLINTEND(bugprone-crtp-constructor-accessibility)
 #pragma GCC diagnostic pop
 
 template <class Class, class... Parts>

@@ -5,6 +5,7 @@
 
 namespace zavhost {
 
+// NOLINTBEGIN(bugprone-crtp-constructor-accessibility): each stands between others and a class.
 /// An object of a workbook.
 template <class Self>
 class BookObject : public ObjectOf<Self> {
@@ -62,6 +63,8 @@ class PartObject : public SheetObject<Self> {
  private:
   PartPtr part_;
 };
+
+// NOLINTEND(bugprone-crtp-constructor-accessibility)
 
 /// Another object of the same workbook, sheet or part.
 template <class Class, class Self>

@@ -55,6 +55,12 @@ class RangeObject final : public SheetObject<RangeObject> {
   RangeUnit unit_;
 };
 
+/// A range object; nothing for a range without rows.
+template <class Self>
+Variant RowsAsObject(const Self& self, const CellRange& rows) {
+  return rows.rows() > 0 ? MakeBeside<RangeObject>(self, std::vector{rows}) : nullptr;
+}
+
 inline constexpr CellRange kWholeSheet{0, 0, kSheetRows - 1, kSheetColumns - 1};
 
 std::span<const Member<RangeObject>> RangePlaceMembers();

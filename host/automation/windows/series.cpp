@@ -1,14 +1,12 @@
-// SeriesCollection, and Series with the format of its line.
+// SeriesCollection, and Series.
 #include <algorithm>
 
 #include "host/automation/windows/cell_values.h"
-#include "host/automation/windows/chart.h"
 #include "host/automation/windows/range.h"
+#include "host/automation/windows/series.h"
 
 namespace zavhost {
 namespace {
-
-using SeriesPtr = std::shared_ptr<ChartSeries>;
 
 class SeriesCollection final : public ChartPart<SeriesCollection> {
  public:
@@ -17,63 +15,12 @@ class SeriesCollection final : public ChartPart<SeriesCollection> {
   using ChartPart::ChartPart;
 };
 
-/// An object of a series.
-template <class Self>
-class SeriesPart : public ChartPart<Self> {
- public:
-  SeriesPart(ExcelPtr excel, BookPtr book, SheetPtr sheet, std::shared_ptr<Chart> chart,
-             SeriesPtr series)
-      : ChartPart<Self>(std::move(excel), std::move(book), std::move(sheet), std::move(chart)),
-        series_(std::move(series)) {}
-  const SeriesPtr& shared_series() const { return series_; }
-  ChartSeries& series() const { return *series_; }
-  ChartSeries& ChangedSeries() const {
-    this->Changed();
-    return series();
-  }
-
- protected:
-  void CheckAlive() const override {
-    ChartPart<Self>::CheckAlive();
-    if (series_->is_deleted) throw AutomationError{kObjectGone};
-  }
-
- private:
-  SeriesPtr series_;
-};
-
 class Series final : public SeriesPart<Series> {
  public:
   static constexpr std::u16string_view kName = u"Series";
   static std::span<const Member<Series>> Members();
   using SeriesPart::SeriesPart;
 };
-
-class ChartFormat final : public SeriesPart<ChartFormat> {
- public:
-  static constexpr std::u16string_view kName = u"ChartFormat";
-  static std::span<const Member<ChartFormat>> Members();
-  using SeriesPart::SeriesPart;
-};
-
-class LineFormat final : public SeriesPart<LineFormat> {
- public:
-  static constexpr std::u16string_view kName = u"LineFormat";
-  static std::span<const Member<LineFormat>> Members();
-  using SeriesPart::SeriesPart;
-};
-
-class ColorFormat final : public SeriesPart<ColorFormat> {
- public:
-  static constexpr std::u16string_view kName = u"ColorFormat";
-  static std::span<const Member<ColorFormat>> Members();
-  using SeriesPart::SeriesPart;
-};
-
-template <class Class, class Self>
-ObjectPtr MakeOfSeries(const SeriesPart<Self>& of) {
-  return MakeBeside<Class>(of, of.shared_part(), of.shared_series());
-}
 
 // The data.
 
@@ -168,48 +115,19 @@ bool IsMarkerStyle(std::int32_t style) {
   return std::find(std::begin(kStyles), std::end(kStyles), style) != std::end(kStyles);
 }
 
-/// A colour that is automatic until it is set.
-template <std::optional<std::int32_t> ChartSeries::*kColour, class Of>
-constexpr Member<Of> Colour(std::u16string_view name) {
+template <std::optional<std::int32_t> ChartSeries::*kColour>
+constexpr Member<Series> Colour(std::u16string_view name) {
   return {name,
           kProperty,
           "",
-          [](Of& self, const Arguments&) -> Variant { return (self.series().*kColour).value_or(0); },
+          [](Series& self, const Arguments&) -> Variant {
+            return (self.series().*kColour).value_or(0);
+          },
           'i',
-          [](Of& self, const Arguments& given) {
-            self.ChangedSeries().*kColour = given.integer(); }};
+          [](Series& self, const Arguments& given) {
+            self.ChangedSeries().*kColour = given.integer();
+          }};
 }
-
-constexpr Member<ColorFormat> kColourMembers[] = {
-    Colour<&ChartSeries::line_colour, ColorFormat>(u"RGB"),
-};
-std::span<const Member<ColorFormat>> ColorFormat::Members() { return kColourMembers; }
-
-constexpr Member<LineFormat> kLineMembers[] = {
-    // TRUE is -1, a truth value of Office.
-    {u"Visible", kProperty, "",
-     [](LineFormat& self, const Arguments&) -> Variant { return self.series().has_line ? -1 : 0; },
-     'i',
-     [](LineFormat& self, const Arguments& given) {
-       self.ChangedSeries().has_line = given.integer() != 0;
-     }},
-    {u"ForeColor", kProperty, "",
-     [](LineFormat& self, const Arguments&) -> Variant { return MakeOfSeries<ColorFormat>(self); }},
-    {u"Weight", kProperty, "",
-     [](LineFormat& self, const Arguments&) -> Variant { return self.series().line_weight; }, 'n',
-     [](LineFormat& self, const Arguments& given) {
-       constexpr double kMost = 1584;
-       if (!(given.number() >= 0 && given.number() <= kMost)) Refuse();
-       self.ChangedSeries().line_weight = given.number();
-     }},
-};
-std::span<const Member<LineFormat>> LineFormat::Members() { return kLineMembers; }
-
-constexpr Member<ChartFormat> kFormatMembers[] = {
-    {u"Line", kProperty, "",
-     [](ChartFormat& self, const Arguments&) -> Variant { return MakeOfSeries<LineFormat>(self); }},
-};
-std::span<const Member<ChartFormat>> ChartFormat::Members() { return kFormatMembers; }
 
 // Series.
 
@@ -246,10 +164,13 @@ constexpr Member<Series> kMembers[] = {
        if (given.integer() < kLeast || given.integer() > kMost) Refuse();
        self.ChangedSeries().marker_size = given.integer();
      }},
-    Colour<&ChartSeries::marker_foreground, Series>(u"MarkerForegroundColor"),
-    Colour<&ChartSeries::marker_background, Series>(u"MarkerBackgroundColor"),
+    Colour<&ChartSeries::marker_foreground>(u"MarkerForegroundColor"),
+    Colour<&ChartSeries::marker_background>(u"MarkerBackgroundColor"),
     {u"Format", kProperty, "",
-     [](Series& self, const Arguments&) -> Variant { return MakeOfSeries<ChartFormat>(self); }},
+     [](Series& self, const Arguments&) -> Variant {
+       return MakeSeriesFormat(self.shared_excel(), self.shared_book(), self.shared_sheet(),
+                               self.shared_part(), self.shared_series());
+     }},
     {u"Delete", kMethod, "", Delete},
 };
 

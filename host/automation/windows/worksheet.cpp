@@ -3,33 +3,10 @@
 
 #include <algorithm>
 
-#include "host/automation/windows/chart.h"
 #include "host/automation/windows/range.h"
 
 namespace zavhost {
 namespace {
-
-class PageSetup final : public SheetObject<PageSetup> {
- public:
-  static constexpr std::u16string_view kName = u"PageSetup";
-  static std::span<const Member<PageSetup>> Members();
-  using SheetObject::SheetObject;
-};
-
-constexpr Member<PageSetup> kPageSetupMembers[] = {
-    {u"PrintArea", kProperty, "",
-     [](PageSetup& self, const Arguments&) -> Variant {
-       return std::u16string_view(self.sheet().print_area);
-     },
-     's',
-     [](PageSetup& self, const Arguments& given) {
-       const std::u16string area = given.text();
-       if (!area.empty() && !CellsNamed(self.book(), self.shared_sheet(), area)) Refuse();
-       self.sheet().print_area = area;
-     }},
-};
-
-std::span<const Member<PageSetup>> PageSetup::Members() { return kPageSetupMembers; }
 
 bool IsSheetName(std::u16string_view name) {
   constexpr std::size_t kLongest = 31;
@@ -142,14 +119,6 @@ constexpr Member<WorksheetObject> kMembers[] = {
      [](WorksheetObject& self, const Arguments&) -> Variant {
        return MakeNames(self.shared_excel(), self.shared_book(), self.shared_sheet());
      }},
-    {u"ChartObjects", kAccessor, "Index?v",
-     [](WorksheetObject& self, const Arguments& given) {
-       return ChartObjectsOf(self.shared_excel(), self.shared_book(), self.shared_sheet(), given);
-     }},
-    {u"PageSetup", kProperty, "",
-     [](WorksheetObject& self, const Arguments&) -> Variant {
-       return MakeBeside<PageSetup>(self);
-     }},
     {u"Parent", kProperty, "",
      [](WorksheetObject& self, const Arguments&) -> Variant {
        return MakeWorkbook(self.shared_excel(), self.shared_book());
@@ -171,11 +140,10 @@ constexpr Member<WorksheetObject> kMembers[] = {
 
 }  // namespace
 
-std::span<const Member<WorksheetObject>> WorksheetMembers() { return kMembers; }
-
 std::span<const Member<WorksheetObject>> WorksheetObject::Members() {
-  static const std::vector<Member<WorksheetObject>> all =
-      Joined<WorksheetObject>({WorksheetMembers(), WorksheetProtectionMembers()});
+  static const std::vector<Member<WorksheetObject>> all = Joined<WorksheetObject>(
+      {kMembers, WorksheetProtectionMembers(), WorksheetListMembers(), WorksheetPivotMembers(),
+       WorksheetChartMembers(), WorksheetPageMembers()});
   return all;
 }
 

@@ -100,6 +100,7 @@ TEST_CASE("series take ranges, texts and arrays") {
   line.Put(u"Visible", false);
   CHECK(line(u"Visible") == "0");
   line.At(u"ForeColor").Put(u"RGB", 255);
+  series.At(u"Format").At(u"Fill").At(u"ForeColor").Put(u"RGB", 128);
   CHECK(chart.At(u"SeriesCollection", {1}).At(u"Format").At(u"Line").At(u"ForeColor")(u"RGB") ==
         "255");
   CHECK(chart.Fails(u"SeriesCollection", {2}) == "800A03EC Invalid Parameter");
