@@ -70,7 +70,7 @@ class TableReader {
     if (!zavrel::IsValidUtf8(line)) return "the line is not UTF-8";
     const std::u16string text = zavrel::Utf16FromUtf8(line);
     const std::size_t sign = text.find(u" = ");
-    if (sign == std::u16string::npos) return "not of the form KEY = TEXT";
+    if (sign == std::u16string::npos || sign == 0) return "not of the form KEY = TEXT";
     const std::u16string_view key = std::u16string_view(text).substr(0, sign);
     const std::u16string_view value = std::u16string_view(text).substr(sign + 3);
     if (key[0] == u'#') return ReadError(key, value);

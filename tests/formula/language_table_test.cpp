@@ -74,6 +74,7 @@ TEST_CASE("German names are those that LibreOffice has, but for listed differenc
 TEST_CASE("a damaged table is reported by its line and not used") {
   CHECK(Wrong("# comment\n\nSUM = SOMME\r\ndecimal = ,\nlist = ;\narray column = .\n") == "");
   CHECK(Wrong("SUM = SOMME\nSUM=SOMME2\n") == "2: not of the form KEY = TEXT");
+  CHECK(Wrong(" = SOMME") == "1: not of the form KEY = TEXT");
   CHECK(Wrong("SUM = SOMME\nSUM = ADDITION\n") == "2: one of the names stands twice");
   CHECK(Wrong("SUM = SOMME\nADD = somme") == "2: one of the names stands twice");
   CHECK(Wrong("SUM = SOM ME") == "1: not the name of a function");
