@@ -79,4 +79,13 @@ inline constexpr std::int32_t kMessageEigenNoConvergence = 2604;      // VekNoCo
 inline constexpr std::int32_t kMessageFunctionNotFound = 2605;
 inline constexpr std::int32_t kMessageValuesNotFinite = 2606;  // VekInvalidDataType
 
+/// Formulas that cannot be translated: VekParameterError with the character, from 1.
+inline constexpr std::int32_t kMessageFormulaTooLong = 2607;
+inline constexpr std::int32_t kMessageFormulaUnreadable = 2608;
+inline constexpr std::int32_t kMessageFormulaUnclosed = 2609;
+inline constexpr std::int32_t kMessageFormulaUnpaired = 2610;
+inline constexpr std::int32_t kMessageLanguageUnknown = 2611;  // VekParameterError: language
+// VekErrorReadingFile: path of the table, line
+inline constexpr std::int32_t kMessageLanguageTable = 2612;
+
 }  // namespace zavrel::messages

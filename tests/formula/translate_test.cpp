@@ -13,7 +13,6 @@ namespace {
 using formula::Dialect;
 using formula::Language;
 using formula::ReferenceStyle;
-using formula::TranslationFailure;
 
 const Language& Named(const char* code) {
   static const auto english = formula::FindLanguage("en", {}).language;
