@@ -81,6 +81,20 @@ TEST_CASE("what is not the language's own stays") {
   CHECK(Translated(u"=sum(True,1.5)", kEnglish, kEnglish) == "=sum(True,1.5)");
 }
 
+TEST_CASE("a table that names some functions leaves the others in English") {
+  const auto table = formula::ReadLanguageTable(
+      "SUM = SOMME\nIF = SI\nTRUE = VRAI\nlist = ;\ndecimal = ,\narray column = \\\n"
+      "row letter = L\ndistance brackets = ()");
+  const auto& language = std::get<Language>(table);
+  const Dialect french{language}, french_r1c1{language, ReferenceStyle::kR1C1};
+  CheckBothWays(u"=IF({TRUE,1.5},SUM(1),ABS(2))", u"=SI({VRAI\\1,5};SOMME(1);ABS(2))", kEnglish,
+                french);
+  CheckBothWays(u"=ABS(WENN(1))", u"=ABS(WENN(1))", kEnglish, french);
+  CheckBothWays(u"=WENN(1;ABS(2,5))", u"=SI(1;ABS(2,5))", kGerman, french);
+  CheckBothWays(u"=Z(-1)S4", u"=L(-1)C4", kGermanR1C1, french_r1c1);
+  CHECK(Translated(u"=SUM(1)", kGerman, french) == "=SUM(1)");
+}
+
 TEST_CASE("references in R1C1 style") {
   const auto check = [](std::u16string_view en_a1, std::u16string_view en, std::u16string_view de) {
     CheckBothWays(en_a1, en, kEnglish, kEnglishR1C1);
@@ -99,6 +113,8 @@ TEST_CASE("references in R1C1 style") {
         "=zs(1)+A1+R1048577+R1C16385+Rx");
   CHECK(Translated(u"=R[-5]C", kEnglishR1C1, kEnglish) == "off sheet at 1");
   CHECK(Translated(u"=1+R:RC[16381]", kEnglishR1C1, kEnglish) == "off sheet at 5");
+  CHECK(Translated(u"=RC[-4]", kEnglishR1C1, kEnglish) == "off sheet at 1");
+  CHECK(Translated(u"=R[1048572]C", kEnglishR1C1, kEnglish) == "off sheet at 1");
   CHECK(Translated(u"=R[-5]C", kEnglishR1C1, kGermanR1C1) == "=Z(-5)S");
 }
 
