@@ -90,4 +90,13 @@ inline constexpr std::int32_t kMessageItemCannotBeStored = 2623;  // VekParamete
 inline constexpr std::int32_t kMessageAnalysisImpossible = 2624;  // analysis, reason
 inline constexpr std::int32_t kMessageNoAnalysisToRepeat = 2625;  // VekAnalysisImpossible: workbook
 
+/// Formulas that cannot be translated: VekParameterError with the character, from 1.
+inline constexpr std::int32_t kMessageFormulaTooLong = 2607;
+inline constexpr std::int32_t kMessageFormulaUnreadable = 2608;
+inline constexpr std::int32_t kMessageFormulaUnclosed = 2609;
+inline constexpr std::int32_t kMessageFormulaUnpaired = 2610;
+inline constexpr std::int32_t kMessageLanguageUnknown = 2611;  // VekParameterError: language
+// VekErrorReadingFile: path of the table, line
+inline constexpr std::int32_t kMessageLanguageTable = 2612;
+
 }  // namespace zavrel::messages

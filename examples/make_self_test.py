@@ -213,6 +213,7 @@ MACROS = [
     ("ZavrelRandVB", "From 0 to below 1?", "TRUE"),
     ("ZavrelWriteRangeVB", "{1,2;3,4} into J7:K8; then K8", "4"),
     ("ZavrelWriteRangeValuesVB", "{1,text} into J10:K10; then K10", "text"),
+    ("ZavrelTranslateFormulaVB", "SUM(A1,2.5) in German", "SUMME(A1;2,5)"),
     ("ZavrelGetCellValueCategory", "H7", "north"),
     ("ZavrelGetCellValueCategoryW", "H7", "north"),
     ("VariantIdString", f"{CELLS}; ZavCategoryNamesPrivate2", "25;north;south"),

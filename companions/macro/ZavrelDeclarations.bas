@@ -82,6 +82,14 @@ Public Declare PtrSafe Function ZavrelRepeatAnalysisVB Lib "ZavrelFuncs8_x64.xll
 Public Declare PtrSafe Function ZavrelAnalysesMenuVB Lib "ZavrelFuncs8_x64.xll" ( _
     ByVal menu As LongPtr) As Long
 
+' --- A formula in another language of Excel. Returns a failure number. ---
+' Languages: "en", "de", or the code of a table beside the add-in. style: xlA1 or xlR1C1. Pass the texts by StrPtr,
+' the String variable that the call fills by VarPtr.
+
+Public Declare PtrSafe Function ZavrelTranslateFormulaVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal formula As LongPtr, ByVal fromLanguage As LongPtr, ByVal toLanguage As LongPtr, _
+    ByVal style As Long, ByVal translated As LongPtr) As Long
+
 ' --- The cells of a range, which the hidden worksheet functions fill in. Return failure numbers. ---
 ' Pass variables declared "Dim v As Variant". An array variable, "Dim v() As Variant", is refused with a failure
 ' number, or shows #VALUE! when its address is used. A call that fails uses up what was arranged for it.

@@ -164,6 +164,10 @@ Private Function CellsOf(ByVal entryPoint As String, ByVal sheet As Worksheet) A
         Case "ZavrelGetCellValueCategoryW"
             failure = ZavrelGetCellValueCategoryW(cell, VarPtr(text))
             CellsOf = text
+        Case "ZavrelTranslateFormulaVB"
+            failure = ZavrelTranslateFormulaVB(StrPtr("SUM(A1,2.5)"), StrPtr("en"), StrPtr("de"), xlA1, _
+                VarPtr(text))
+            CellsOf = text
         Case "ZavGetCellValuesPrivate2"
             count = Calculated(sheet, "ZavGetCellValuesPrivate2(", ",1,", VariantIdString(values), _
                 VariantIdString(positions))

@@ -4,9 +4,9 @@
     words                         headings of the pages
     groups                        titles of the contents, by their English titles
     samples                       headings and texts of the examples' data that no formula contains
-    excel                         how that language's Excel shows formulas and values: the decimal sign, the
-                                  separator of arguments and rows, the separator of an array's cells, and names,
-                                  also of variables in the equivalents
+    excel, names                  how that language's Excel shows values, and variables in the equivalents
+
+Functions, errors and separators of formulas come from the add-in's own table, src/formula/languages/LANGUAGE.txt.
 """
 
 import dataclasses
@@ -17,6 +17,7 @@ import re
 from . import registration
 
 _HELP = registration.ROOT / "help"
+_TABLES = registration.ROOT / "src/formula/languages"
 NAMES = sorted(file.parent.name for file in _HELP.glob("*/language.json"))
 _TOKEN = re.compile(r'"[^"]*"|#[A-Z/0]+[!?]?|[A-Za-z_][A-Za-z_0-9.]*|\d+\.\d+|.')
 
@@ -34,7 +35,7 @@ class Language:
         return self.groups.get(english, english)
 
     def separated(self, arguments):
-        return f"{self.excel.get('arguments', ',')} ".join(arguments)
+        return f"{self.excel.get('list', ',')} ".join(arguments)
 
     def sample(self, text):
         """A cell of the examples' data."""
@@ -51,7 +52,7 @@ class Language:
         for token in _TOKEN.findall(text):
             depth += (token == "{") - (token == "}")
             if token == ",":
-                token = self.excel["cells"] if depth > 0 else self.excel["arguments"]
+                token = self.excel["array column"] if depth > 0 else self.excel["list"]
             elif re.fullmatch(r"\d+\.\d+", token):
                 token = token.replace(".", self.excel["decimal"])
             parts.append(self.excel["names"].get(token, token))
@@ -65,9 +66,18 @@ class Language:
         return self.excel["names"].get(text, text)
 
 
+def _excel(table, own):
+    """How that language's Excel writes: the settings of a table, and its names with the help's own."""
+    entries = dict(line.split(" = ") for line in table.read_text(encoding="utf-8").splitlines() if " = " in line)
+    return entries | {"names": {key: text for key, text in entries.items() if not key.islower()} | own["names"]}
+
+
 @functools.cache
 def named(name):
-    return Language(**json.loads((_HELP / name / "language.json").read_text(encoding="utf-8")))
+    fields = json.loads((_HELP / name / "language.json").read_text(encoding="utf-8"))
+    if "excel" in fields:
+        fields["excel"] = _excel(_TABLES / f"{name}.txt", fields["excel"])
+    return Language(**fields)
 
 
 def functions_in(formula):

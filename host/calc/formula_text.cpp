@@ -11,52 +11,14 @@
 namespace zavhost {
 namespace {
 
-class Mover {
- public:
-  Mover(std::int32_t rows, std::int32_t columns) : rows_(rows), columns_(columns) {}
-
-  std::u16string Move(std::u16string_view token) const {
-    const std::size_t mark = token.rfind(u'!');
-    const std::size_t prefix = mark == std::u16string_view::npos ? 0 : mark + 1;
-    const auto reference = formula::ScanA1(token.substr(prefix));
-    if (!reference || prefix + reference->length != token.size()) return std::u16string(token);
-    std::u16string moved(token.substr(0, prefix));
-    if (!Append(*reference, moved)) return moved.substr(0, prefix) + u"#REF!";
-    return moved;
-  }
-
- private:
-  bool Append(const formula::A1Reference& reference, std::u16string& text) const {
-    if (!AppendCorner(reference.first, reference, text)) return false;
-    const bool one_cell = reference.first.row == reference.last.row &&
-                          reference.first.column == reference.last.column &&
-                          reference.first.row_absolute == reference.last.row_absolute &&
-                          reference.first.column_absolute == reference.last.column_absolute;
-    if (one_cell && !reference.whole_columns && !reference.whole_rows) return true;
-    text += u':';
-    return AppendCorner(reference.last, reference, text);
-  }
-
-  bool AppendCorner(const formula::A1Corner& corner, const formula::A1Reference& reference,
-                    std::u16string& text) const {
-    const std::int32_t row = corner.row + (corner.row_absolute ? 0 : rows_);
-    const std::int32_t column = corner.column + (corner.column_absolute ? 0 : columns_);
-    if (!reference.whole_rows) {
-      if (column < 0 || column >= formula::kSheetColumns) return false;
-      if (corner.column_absolute) text += u'$';
-      text += formula::ColumnLetters(column);
-    }
-    if (!reference.whole_columns) {
-      if (row < 0 || row >= formula::kSheetRows) return false;
-      if (corner.row_absolute) text += u'$';
-      for (const char digit : std::to_string(row + 1)) text += static_cast<char16_t>(digit);
-    }
-    return true;
-  }
-
-  std::int32_t rows_;
-  std::int32_t columns_;
-};
+std::u16string MovedText(std::u16string_view token, std::int32_t rows, std::int32_t columns) {
+  const std::size_t mark = token.rfind(u'!');
+  const std::size_t prefix = mark == std::u16string_view::npos ? 0 : mark + 1;
+  const auto reference = formula::ScanA1(token.substr(prefix));
+  if (!reference || prefix + reference->length != token.size()) return std::u16string(token);
+  const auto moved = formula::Moved(*reference, rows, columns);
+  return std::u16string(token.substr(0, prefix)) + (moved ? formula::A1Text(*moved) : u"#REF!");
+}
 
 }  // namespace
 
@@ -65,12 +27,13 @@ std::u16string ShownFormulaText(std::u16string_view text, const CellAddress& ori
   if (text.size() > kLongestFormula) return std::u16string(text.substr(0, kLongestFormula));
   const bool is_moved = origin.row != cell.row || origin.column != cell.column;
   if (!is_moved && text.find(u'_') == std::u16string_view::npos) return std::u16string(text);
-  const Mover mover(cell.row - origin.row, cell.column - origin.column);
+  const std::int32_t rows = cell.row - origin.row;
+  const std::int32_t columns = cell.column - origin.column;
   std::u16string moved;
   moved.reserve(text.size() + 8);
   for (const formula::Token& token : formula::Tokenize(text)) {
     if (token.kind == formula::TokenKind::kReference) {
-      moved += is_moved ? mover.Move(token.text) : token.text;
+      moved += is_moved ? MovedText(token.text, rows, columns) : token.text;
     } else if (token.kind == formula::TokenKind::kFunction ||
                token.kind == formula::TokenKind::kName) {
       moved += WithoutFileMarks(token.text);

@@ -35,6 +35,8 @@ constexpr const char* kFooter =
     "  " ZAVHOST_NAME
     " distributions Weibull              the same for a distribution\n"
     "  " ZAVHOST_NAME
+    " formula --to de \"=SUM(A1,2.5)\"     the formula as German Excel has it\n"
+    "  " ZAVHOST_NAME
     " report summary sales.csv --by region -o REPORT.xlsx\n"
     "  " ZAVHOST_NAME
     " doctor                             check this installation\n"
@@ -85,6 +87,28 @@ void AddWorkbookOptions(CLI::App& command, CommandLine& line, Texts& texts) {
       ->type_name("MB");
   // For the processes of a batch: no help.
   command.add_flag("--part-of-batch", line.part_of_batch)->group("");
+}
+
+CLI::App* AddFormulaCommand(CLI::App& app, CommandLine& line) {
+  CLI::App* formula =
+      app.add_subcommand("formula", "Translate formulas into another language of Excel");
+  formula->add_option("formulas", line.names, "The formulas, with or without their equals signs")
+      ->required();
+  formula->add_option("--from", line.from, "The language that they are written in")
+      ->type_name("LANGUAGE")
+      ->capture_default_str();
+  formula->add_option("--to", line.to, "The language to translate them into")
+      ->type_name("LANGUAGE")
+      ->required();
+  formula->add_option("--style", line.style, "How references are written: a1 or r1c1")
+      ->check(CLI::IsMember({"a1", "r1c1"}))
+      ->capture_default_str();
+  formula->add_option("--to-style", line.to_style, "How to write them, if otherwise")
+      ->check(CLI::IsMember({"a1", "r1c1"}));
+  formula->add_option("--cell", line.cell, "The cell of the formulas, if the styles differ")
+      ->type_name("CELL")
+      ->capture_default_str();
+  return formula;
 }
 
 void AddFormOptions(CLI::App& command, bool& json, bool& csv) {
@@ -168,6 +192,8 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
                             "Show only these distributions, with their parameters and formula");
   distributions->add_flag("--json", json, "Write JSON");
 
+  CLI::App* formula = AddFormulaCommand(app, line);
+
   CLI::App* report = app.add_subcommand(
       "report", "Analyse a table: write a new workbook with live formulas and charts");
   report->add_flag("--list", line.list_analyses, "Explain the analyses and end");
@@ -216,6 +242,7 @@ ParsedCommandLine ParseCommandLine(std::vector<std::string> arguments) {
                                                           {eval, Command::kEval},
                                                           {functions, Command::kFunctions},
                                                           {distributions, Command::kDistributions},
+                                                          {formula, Command::kFormula},
                                                           {report, Command::kReport},
                                                           {doctor, Command::kDoctor}};
   for (const auto& [command, value] : commands) {

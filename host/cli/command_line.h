@@ -9,7 +9,7 @@
 
 namespace zavhost {
 
-enum class Command { kRun, kCheck, kEval, kFunctions, kDistributions, kReport, kDoctor };
+enum class Command { kRun, kCheck, kEval, kFunctions, kDistributions, kFormula, kReport, kDoctor };
 enum class OutputForm { kTable, kJson, kCsv };
 
 /// Exit codes of the program; the help lists them.
@@ -47,8 +47,14 @@ struct CommandLine {
   // eval
   std::string formula;
   std::filesystem::path data;
-  // functions, distributions; report: the columns
+  // functions, distributions; report: the columns; formula: the formulas
   std::vector<std::string> names;
+  // formula
+  std::string from = "en";
+  std::string to;
+  std::string style = "a1";
+  std::string to_style;  // empty: the same
+  std::string cell = "A1";
   // report, with `data` and `output`
   bool list_analyses = false;
   std::string analysis;

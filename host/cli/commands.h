@@ -23,6 +23,7 @@ int CheckCommand(const CommandLine& line);
 int EvalCommand(const CommandLine& line);
 int FunctionsCommand(const CommandLine& line);
 int DistributionsCommand(const CommandLine& line);
+int FormulaCommand(const CommandLine& line);
 int ReportCommand(const CommandLine& line);
 int DoctorCommand(CommandLine line);
 

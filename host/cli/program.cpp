@@ -21,6 +21,8 @@ int Dispatch(const CommandLine& line) {
       return FunctionsCommand(line);
     case Command::kDistributions:
       return DistributionsCommand(line);
+    case Command::kFormula:
+      return FormulaCommand(line);
     case Command::kReport:
       return ReportCommand(line);
     case Command::kDoctor:

@@ -49,7 +49,7 @@ _zavhost() {
   fi
   for ((i = 1; i < COMP_CWORD; i++)); do
     case ${COMP_WORDS[i]} in
-      run | check | eval | functions | distributions | report | doctor) command=${COMP_WORDS[i]}; break ;;
+      run | check | eval | functions | distributions | formula | report | doctor) command=${COMP_WORDS[i]}; break ;;
     esac
   done
 
@@ -61,8 +61,9 @@ _zavhost() {
       compopt -o filenames 2>/dev/null
       mapfile -t COMPREPLY < <(compgen -d -- "$current")
       return ;;
-    --language) mapfile -t COMPREPLY < <(compgen -W 'en de' -- "$current"); return ;;
-    --by | --columns | --digits | --jobs | --max-formulas | --memory | --timeout) return ;;
+    --language | --from | --to) mapfile -t COMPREPLY < <(compgen -W 'en de' -- "$current"); return ;;
+    --style | --to-style) mapfile -t COMPREPLY < <(compgen -W 'a1 r1c1' -- "$current"); return ;;
+    --by | --cell | --columns | --digits | --jobs | --max-formulas | --memory | --timeout) return ;;
   esac
 
   local common='--help --add-in --language --json'
@@ -73,13 +74,14 @@ _zavhost() {
     eval) options="$common --data --csv" ;;
     functions) options="$common --csv" ;;
     distributions) options='--help --json' ;;
+    formula) options='--help --from --to --style --to-style --cell' ;;
     report) options='--help --add-in --language --list --columns --by --output' ;;
     doctor) options=$common ;;
     *) options='--help --version' ;;
   esac
   case $command:$current in
     *:-*) mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current") ;;
-    :*) mapfile -t COMPREPLY < <(compgen -W 'run check eval functions distributions report doctor' -- "$current") ;;
+    :*) mapfile -t COMPREPLY < <(compgen -W 'run check eval functions distributions formula report doctor' -- "$current") ;;
     run:* | check:*) _zavhost_files '*.[xX][lL][sS][xX]' ;;
     functions:*) _zavhost_functions ;;
     distributions:*) _zavhost_distributions ;;

@@ -1,5 +1,7 @@
 #include "formula/a1_reference.h"
 
+#include <string>
+
 namespace formula {
 namespace {
 
@@ -52,6 +54,11 @@ void ScanRow(std::u16string_view text, End& end) {
   end.length = i;
 }
 
+std::u16string RowDigits(std::int32_t row) {
+  const std::string digits = std::to_string(row + 1);
+  return {digits.begin(), digits.end()};
+}
+
 End ScanEnd(std::u16string_view text) {
   End end;
   ScanColumn(text, end);
@@ -59,10 +66,26 @@ End ScanEnd(std::u16string_view text) {
   return end;
 }
 
-bool EndsHere(std::u16string_view text, std::size_t length) {
-  if (length >= text.size()) return true;
-  const char16_t next = text[length];
-  return !IsNamePart(next) && next != u'(' && next != u'!' && next != u'[' && next != u'$';
+void Shift(A1Corner& corner, const A1Reference& reference, std::int32_t rows,
+           std::int32_t columns) {
+  if (!corner.row_absolute && !reference.whole_columns) corner.row += rows;
+  if (!corner.column_absolute && !reference.whole_rows) corner.column += columns;
+}
+
+bool IsOnSheet(const A1Corner& corner) {
+  return corner.row >= 0 && corner.row < kSheetRows && corner.column >= 0 &&
+         corner.column < kSheetColumns;
+}
+
+void AppendCorner(const A1Corner& corner, const A1Reference& reference, std::u16string& text) {
+  if (!reference.whole_rows) {
+    if (corner.column_absolute) text += u'$';
+    text += ColumnLetters(corner.column);
+  }
+  if (!reference.whole_columns) {
+    if (corner.row_absolute) text += u'$';
+    text += RowDigits(corner.row);
+  }
 }
 
 }  // namespace
@@ -75,8 +98,27 @@ std::u16string ColumnLetters(std::int32_t column) {
 }
 
 std::u16string A1Text(std::int32_t row, std::int32_t column) {
-  std::u16string text = ColumnLetters(column);
-  for (const char digit : std::to_string(row + 1)) text += static_cast<char16_t>(digit);
+  return ColumnLetters(column) + RowDigits(row);
+}
+
+A1Reference Shifted(A1Reference reference, std::int32_t rows, std::int32_t columns) {
+  Shift(reference.first, reference, rows, columns);
+  Shift(reference.last, reference, rows, columns);
+  return reference;
+}
+
+std::optional<A1Reference> Moved(const A1Reference& reference, std::int32_t rows,
+                                 std::int32_t columns) {
+  const A1Reference moved = Shifted(reference, rows, columns);
+  return IsOnSheet(moved.first) && IsOnSheet(moved.last) ? std::optional(moved) : std::nullopt;
+}
+
+std::u16string A1Text(const A1Reference& reference) {
+  std::u16string text;
+  AppendCorner(reference.first, reference, text);
+  if (!reference.is_range && !reference.whole_columns && !reference.whole_rows) return text;
+  text += u':';
+  AppendCorner(reference.last, reference, text);
   return text;
 }
 
@@ -91,6 +133,12 @@ bool IsNamePart(char16_t unit) {
   return IsNameStart(unit) || IsDigit(unit) || unit == u'.' || unit == u'?';
 }
 
+bool ReferenceEnds(std::u16string_view text, std::size_t length) {
+  if (length >= text.size()) return true;
+  const char16_t next = text[length];
+  return !IsNamePart(next) && next != u'(' && next != u'!' && next != u'[' && next != u'$';
+}
+
 std::optional<A1Reference> ScanA1(std::u16string_view text) {
   const End first = ScanEnd(text);
   if (!first.has_column && !first.has_row) return std::nullopt;
@@ -101,8 +149,9 @@ std::optional<A1Reference> ScanA1(std::u16string_view text) {
     const std::u16string_view rest = text.substr(first.length + 1);
     const End last = ScanEnd(rest);
     if (last.has_column == first.has_column && last.has_row == first.has_row &&
-        EndsHere(rest, last.length)) {
+        ReferenceEnds(rest, last.length)) {
       found.last = last.corner;
+      found.is_range = true;
       found.length += 1 + last.length;
       found.whole_columns = !first.has_row;
       found.whole_rows = !first.has_column;
@@ -111,7 +160,7 @@ std::optional<A1Reference> ScanA1(std::u16string_view text) {
       return found;
     }
   }
-  if (!is_cell || !EndsHere(text, first.length)) return std::nullopt;
+  if (!is_cell || !ReferenceEnds(text, first.length)) return std::nullopt;
   return found;
 }
 

@@ -27,6 +27,7 @@ struct A1Reference {
   A1Corner last;
   bool whole_columns = false;  // "A:C": rows span the sheet
   bool whole_rows = false;     // "3:7": columns span the sheet
+  bool is_range = false;       // with ":"
   std::size_t length = 0;      // of the text, in code units
 };
 
@@ -35,10 +36,22 @@ std::u16string ColumnLetters(std::int32_t column);
 /// "B7" from zero-based numbers.
 std::u16string A1Text(std::int32_t row, std::int32_t column);
 
+/// The reference with its relative parts moved, even off the sheet.
+A1Reference Shifted(A1Reference reference, std::int32_t rows, std::int32_t columns);
+/// The same; std::nullopt if a part leaves the sheet.
+std::optional<A1Reference> Moved(const A1Reference& reference, std::int32_t rows,
+                                 std::int32_t columns);
+/// "$B7:C9": the reference without a sheet prefix.
+std::u16string A1Text(const A1Reference& reference);
+
 /// Letters, digits, "_", ".", "\", "?" and letters beyond ASCII continue a name; a digit, "." and
 /// "?" do not begin one.
 bool IsNameStart(char16_t unit);
 bool IsNamePart(char16_t unit);
+
+/// True where a reference of this length at the start of `text` does not continue as a name, a
+/// function or a prefix.
+bool ReferenceEnds(std::u16string_view text, std::size_t length);
 
 /// The longest reference without a sheet prefix at the start of `text`; std::nullopt if there is
 /// none or if it continues as a name, a function or a prefix ("A1B", "LOG10(", "A1!B2").

@@ -3,7 +3,8 @@
 #include <optional>
 
 #include "formula/a1_reference.h"
-#include "formula/error_texts.h"
+#include "formula/r1c1_reference.h"
+#include "platform/letter_case.h"
 
 namespace formula {
 namespace {
@@ -13,18 +14,15 @@ bool IsBlank(char16_t unit) {
   return unit == u' ' || unit == u'\n' || unit == u'\r' || unit == u'\t';
 }
 
-bool StartsWithNoCase(std::u16string_view text, std::u16string_view upper) {
-  if (text.size() < upper.size()) return false;
-  for (std::size_t i = 0; i < upper.size(); ++i) {
-    const char16_t unit = text[i];
-    if ((unit >= u'a' && unit <= u'z' ? unit - 0x20 : unit) != upper[i]) return false;
-  }
-  return true;
+bool StartsWithNoCase(std::u16string_view text, std::u16string_view start) {
+  return text.size() >= start.size() &&
+         zavrel::EqualIgnoringCase(text.substr(0, start.size()), start);
 }
 
 class Lexer {
  public:
-  explicit Lexer(std::u16string_view formula) : formula_(formula) {}
+  Lexer(std::u16string_view formula, const Notation& notation, ReferenceStyle style)
+      : formula_(formula), notation_(notation), style_(style) {}
 
   std::vector<Token> Run() {
     while (position_ < formula_.size()) Next();
@@ -47,10 +45,26 @@ class Lexer {
     if (unit == u'\'') return LexQuotedPrefix();
     if (unit == u'[') return LexBracket();
     if (unit == u'#') return LexHash();
-    if (IsDigit(unit) || unit == u'.') return LexNumber();
+    if (IsSeparator(unit)) {
+      const bool is_row = unit != Separator();
+      return Emit(is_row ? TokenKind::kRowSeparator : TokenKind::kSeparator, position_ + 1);
+    }
+    if (IsDigit(unit) || unit == notation_.decimal) return LexNumber();
     if (unit == u'$') return LexDollar();
     if (IsNameStart(unit)) return LexWord();
     LexSymbol(unit);
+  }
+
+  char16_t Separator() const { return in_array_ ? notation_.array_column : notation_.list; }
+  bool IsSeparator(char16_t unit) const {
+    return unit == Separator() || unit == notation_.array_row;
+  }
+
+  /// The length of the reference without a prefix at the start of `text`; 0 if there is none.
+  std::size_t ReferenceLength(std::u16string_view text) const {
+    const auto reference =
+        style_ == ReferenceStyle::kA1 ? ScanA1(text) : ScanR1C1(text, notation_.r1c1);
+    return reference ? reference->length : 0;
   }
 
   void LexWhiteSpace() {
@@ -128,22 +142,21 @@ class Lexer {
 
   void LexBehindPrefix(std::size_t start) {
     const std::u16string_view rest = formula_.substr(start);
-    if (const auto reference = ScanA1(rest)) {
-      return Emit(TokenKind::kReference, start + reference->length);
-    }
-    if (StartsWithNoCase(rest, u"#REF!")) return Emit(TokenKind::kError, start + 5);
+    if (const std::size_t length = ReferenceLength(rest); length > 0)
+      return Emit(TokenKind::kReference, start + length);
+    const std::u16string& reference_error = notation_.errors[kReferenceError];
+    if (StartsWithNoCase(rest, reference_error))
+      return Emit(TokenKind::kError, start + reference_error.size());
     if (!IsNameStart(At(start))) return Emit(TokenKind::kInvalid, start);
     LexName(start);
   }
 
   void LexHash() {
     const std::u16string_view rest = formula_.substr(position_);
-    for (const auto& [code, text] : kErrorTexts) {
+    for (const std::u16string& text : notation_.errors) {
       if (!StartsWithNoCase(rest, text)) continue;
       std::size_t length = text.size();
-      if (text == u"#REF!") {
-        if (const auto reference = ScanA1(rest.substr(length))) length += reference->length;
-      }
+      if (text == notation_.errors[kReferenceError]) length += ReferenceLength(rest.substr(length));
       return Emit(TokenKind::kError, position_ + length);
     }
     Emit(TokenKind::kOperator, position_ + 1);
@@ -151,13 +164,12 @@ class Lexer {
 
   void LexNumber() {
     const std::u16string_view rest = formula_.substr(position_);
-    if (const auto rows = ScanA1(rest)) {
-      return Emit(TokenKind::kReference, position_ + rows->length);
-    }
+    if (const std::size_t rows = ReferenceLength(rest); rows > 0)
+      return Emit(TokenKind::kReference, position_ + rows);
     std::size_t end = position_;
     std::size_t digits = 0;
     for (; IsDigit(At(end)); ++end) ++digits;
-    if (At(end) == u'.') {
+    if (At(end) == notation_.decimal) {
       for (++end; IsDigit(At(end)); ++end) ++digits;
     }
     if (digits == 0) return Emit(TokenKind::kInvalid, end);
@@ -173,19 +185,34 @@ class Lexer {
   }
 
   void LexDollar() {
-    const auto reference = ScanA1(formula_.substr(position_));
-    if (!reference) return Emit(TokenKind::kInvalid, position_ + 1);
-    Emit(TokenKind::kReference, position_ + reference->length);
+    const std::size_t length = ReferenceLength(formula_.substr(position_));
+    if (length == 0) return Emit(TokenKind::kInvalid, position_ + 1);
+    Emit(TokenKind::kReference, position_ + length);
   }
 
   void LexWord() {
-    const auto reference = ScanA1(formula_.substr(position_));
-    // "A1:Sheet2!B2" is a range of two operands: the name of a sheet called A1 would be quoted.
-    if (!reference) {
-      if (const auto prefix = EndOfPlainPrefix(position_)) return LexBehindPrefix(*prefix);
-      return LexName(position_);
+    const std::u16string_view rest = formula_.substr(position_);
+    if (in_array_) {
+      if (const std::size_t length = BooleanLength(rest); length > 0)
+        return Emit(TokenKind::kBoolean, position_ + length);
     }
-    Emit(TokenKind::kReference, position_ + reference->length);
+    // "A1:Sheet2!B2" is a range of two operands: the name of a sheet called A1 would be quoted.
+    if (const std::size_t length = ReferenceLength(rest); length > 0)
+      return Emit(TokenKind::kReference, position_ + length);
+    if (const auto prefix = EndOfPlainPrefix(position_)) return LexBehindPrefix(*prefix);
+    LexName(position_);
+  }
+
+  /// The length of the truth value at the start of `rest`; 0 if there is none. In an array the
+  /// separator behind it may be a character of names, as in {WAHR.FALSCH}.
+  std::size_t BooleanLength(std::u16string_view rest) const {
+    for (const std::u16string_view word :
+         {std::u16string_view(notation_.true_text), std::u16string_view(notation_.false_text)}) {
+      if (!StartsWithNoCase(rest, word)) continue;
+      const char16_t next = rest.size() > word.size() ? rest[word.size()] : u'\0';
+      if (!IsNamePart(next) || (in_array_ && IsSeparator(next))) return word.size();
+    }
+    return 0;
   }
 
   /// The position after a "(" that follows the word ending at `end` after blanks; std::nullopt if
@@ -210,9 +237,7 @@ class Lexer {
                    : Emit(TokenKind::kInvalid, formula_.size());
     }
     const std::u16string_view word = formula_.substr(position_, end - position_);
-    const bool is_boolean = (word.size() == 4 && StartsWithNoCase(word, u"TRUE")) ||
-                            (word.size() == 5 && StartsWithNoCase(word, u"FALSE"));
-    Emit(is_boolean ? TokenKind::kBoolean : TokenKind::kName, end);
+    Emit(BooleanLength(word) == word.size() ? TokenKind::kBoolean : TokenKind::kName, end);
   }
 
   void LexSymbol(char16_t unit) {
@@ -223,13 +248,11 @@ class Lexer {
       case u')':
         return Emit(TokenKind::kClose, position_ + 1);
       case u'{':
+        in_array_ = true;
         return Emit(TokenKind::kArrayOpen, position_ + 1);
       case u'}':
+        in_array_ = false;
         return Emit(TokenKind::kArrayClose, position_ + 1);
-      case u',':
-        return Emit(TokenKind::kSeparator, position_ + 1);
-      case u';':
-        return Emit(TokenKind::kRowSeparator, position_ + 1);
       case u'<':
         return Emit(TokenKind::kOperator, position_ + (next == u'=' || next == u'>' ? 2 : 1));
       case u'>':
@@ -279,12 +302,23 @@ class Lexer {
   }
 
   std::u16string_view formula_;
+  const Notation& notation_;
+  ReferenceStyle style_;
+  bool in_array_ = false;
   std::size_t position_ = 0;
   std::vector<Token> tokens_;
 };
 
 }  // namespace
 
-std::vector<Token> Tokenize(std::u16string_view formula) { return Lexer(formula).Run(); }
+const Notation& EnglishNotation() {
+  static const Notation english;
+  return english;
+}
+
+std::vector<Token> Tokenize(std::u16string_view formula, const Notation& notation,
+                            ReferenceStyle style) {
+  return Lexer(formula, notation, style).Run();
+}
 
 }  // namespace formula

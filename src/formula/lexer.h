@@ -1,9 +1,11 @@
 #pragma once
-// The lexer of worksheet formulas in their stored (English, A1) form.
+// The lexer of worksheet formulas, in their stored (English, A1) form or as a language shows them.
 
 #include <cstddef>
 #include <string_view>
 #include <vector>
+
+#include "formula/notation.h"
 
 namespace formula {
 
@@ -12,7 +14,8 @@ enum class TokenKind {
   kText,                 // "..." with doubled quotes; the token's text includes the quotes
   kBoolean,              // TRUE, FALSE
   kError,                // #DIV/0! and so on; also Sheet1!#REF! and #REF!A1, left by deletions
-  kReference,            // A1, $B$2:C9, A:A, 3:7, Sheet1!A1, 'My sheet'!A1:B2, S1:S3!A1, [1]S!A1
+  kReference,            // A1, $B$2:C9, A:A, 3:7, Sheet1!A1, 'My sheet'!A1:B2, S1:S3!A1, [1]S!A1;
+                         // in R1C1 style RC[-1], R1C1:R2C2, R3, Sheet1!C
   kStructuredReference,  // Table1[Column], [@Column]
   kName,                 // a defined name, with its sheet prefix if any
   kFunction,             // a name followed by "(", which is part of the token; also with blanks
@@ -25,7 +28,8 @@ enum class TokenKind {
                   // run of blanks between two operands that may be references
   kArrayOpen,     // "{"
   kArrayClose,    // "}"
-  kRowSeparator,  // ";" inside an array constant
+  kRowSeparator,  // ";" inside an array constant, and elsewhere unless it is the language's
+                  // separator of arguments
   kWhiteSpace,    // blanks, tabs and line ends that mean nothing
   kInvalid,       // characters that begin no token, or an unclosed token; lexing continues after it
 };
@@ -42,6 +46,8 @@ struct Token {
 /// A plain word (no prefix, no "\" or "?"), blanks and "(" are a function, because some programs
 /// write functions so; a defined name in an intersection with a group looks the same but is far
 /// rarer. A word that is also a cell remains a reference: "A1 (", "LOG10 (".
-std::vector<Token> Tokenize(std::u16string_view formula);
+std::vector<Token> Tokenize(std::u16string_view formula,
+                            const Notation& notation = EnglishNotation(),
+                            ReferenceStyle style = ReferenceStyle::kA1);
 
 }  // namespace formula

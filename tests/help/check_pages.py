@@ -170,10 +170,11 @@ def excel_and_headings():
         if name == "en":
             continue
         own = languages.named(name)
-        for field, missing in (("words", headings - set(own.words)), ("groups", groups - set(own.groups)),
-                               ("excel, names", used - set(own.excel["names"]))):
+        for field, missing in (("words", headings - set(own.words)), ("groups", groups - set(own.groups))):
             for text in sorted(missing):
                 yield f"help/{name}/language.json, {field}: no {text}"
+        for text in sorted(used - set(own.excel["names"])):
+            yield f"src/formula/languages/{name}.txt: no {text}"
         for text in sorted(set(own.groups) - groups):
             yield f"help/{name}/language.json, groups: {text} is not in the contents"
 
