@@ -22,7 +22,8 @@ using dense::Storage;
 
 // Peak memory in addition to operands and result, which are n x n each: row loop none; blocked
 // product 3 n^2 doubles; inverse 2 n^2; determinant n^2; eigenvalues 2 n^2, with vectors 3 n^2;
-// scores of m x p up to 3 m p + 6 p^2. The library's packing buffers add a few MB per thread.
+// scores of m x p 2 m p + 6 p^2 if m >= 2 p, otherwise up to 3 m p + 6 p^2. The library's packing
+// buffers add a few MB per thread.
 
 DoubleMatrix Numbers(std::size_t rows, std::size_t columns) {
   DoubleMatrix matrix(rows, std::vector<double>(columns));

@@ -39,8 +39,8 @@ using SelfAdjointSolver = Outcome(const double* matrix, std::size_t n, double* v
                                   double* vectors);
 
 /// U S of the thin singular value decomposition: rows x min(rows, columns), where neither is 0. X
-/// must be finite.
-using ScoreSolver = Outcome(const double* x, std::size_t rows, std::size_t columns, double* scores);
+/// must be finite, and what it holds afterwards is of no use.
+using ScoreSolver = Outcome(double* x, std::size_t rows, std::size_t columns, double* scores);
 
 struct Kernels {
   RowProduct* add_row_products;

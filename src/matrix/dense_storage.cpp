@@ -2,9 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
+#include <utility>
 
 #include "contracts/message_ids.h"
 #include "diagnostics/vek_exception.h"
+#include "platform/temporary_folder.h"
+#include "platform/utf.h"
 
 namespace zavrel::dense {
 namespace {
@@ -12,12 +16,36 @@ namespace {
 // The tile size of a transposition: a cache line of doubles, so that both sides use whole lines.
 constexpr std::size_t kTile = 8;
 
+constexpr std::size_t kLine = 64;
+
 // The storage of so large a matrix is first requested in one piece. On systems that do not
 // overcommit memory, a hopeless request then fails at once and not after filling the available
 // memory.
 constexpr std::size_t kProbedCount = std::size_t{1} << 27;
 
+SwappedArray OnDisk(std::size_t count) {
+  constexpr const char* kPlace = "dense::Storage";
+  SwapFailure failure{};
+  if (auto array = SwappedArray::Make(count, failure)) return *std::move(array);
+  if (failure == SwapFailure::kNoAddresses) throw std::bad_alloc();
+  const std::u16string folder = Utf16FromPath(TemporaryFolder());
+  if (failure == SwapFailure::kNoSpace)
+    throw VekErrorWritingFile(kPlace, messages::kMessageErrorWritingFile, {folder});
+  throw VekErrorOpeningFile(kPlace, messages::kMessageErrorOpeningFile, {folder});
+}
+
 }  // namespace
+
+Storage::Storage(Shape shape) {
+  const std::size_t count = CheckedCount(shape);
+  if (ExceedsMemoryBudget(count * sizeof(double))) {
+    numbers_ = swapped_.emplace(OnDisk(count)).elements().data();
+    return;
+  }
+  block_.Reserve(count + kLine / sizeof(double));
+  const auto address = reinterpret_cast<std::uintptr_t>(block_.data());
+  numbers_ = reinterpret_cast<double*>((address + kLine - 1) / kLine * kLine);
+}
 
 Shape ShapeOf(const DoubleMatrix& matrix, const char* place) {
   if (matrix.empty()) return {};
@@ -39,7 +67,8 @@ std::size_t SizeOfSquare(const DoubleMatrix& matrix, const char* place) {
 }
 
 DoubleMatrix MakeMatrix(Shape shape) {
-  if (CheckedCount(shape) >= kProbedCount) Storage{shape};
+  if (const std::size_t count = CheckedCount(shape); count >= kProbedCount)
+    BlockArray<double>().Reserve(count);
   DoubleMatrix matrix(shape.rows);
   for (std::vector<double>& row : matrix) row.resize(shape.columns);
   return matrix;

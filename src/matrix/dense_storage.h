@@ -5,9 +5,11 @@
 #include <cstdint>
 #include <limits>
 #include <new>
+#include <optional>
 
 #include "numbers/double_matrix.h"
 #include "platform/block_pool.h"
+#include "platform/swapped_array.h"
 
 namespace zavrel::dense {
 
@@ -29,21 +31,19 @@ inline std::size_t CheckedCount(Shape shape) {
   return shape.rows * shape.columns;
 }
 
-/// Memory for rows x columns uninitialised doubles, aligned to a cache line.
+/// Room for rows x columns uninitialised doubles, aligned to a cache line: in memory or, beyond the
+/// memory budget, on disk. Throws std::bad_alloc, and if the disk is too small or cannot be used,
+/// VekErrorWritingFile or VekErrorOpeningFile with the temporary folder.
 class Storage {
  public:
-  explicit Storage(Shape shape) {
-    constexpr std::size_t kLine = 64;
-    block_.Reserve(CheckedCount(shape) + kLine / sizeof(double));
-    const auto address = reinterpret_cast<std::uintptr_t>(block_.data());
-    numbers_ = reinterpret_cast<double*>((address + kLine - 1) / kLine * kLine);
-  }
+  explicit Storage(Shape shape);
 
   double* data() noexcept { return numbers_; }
   const double* data() const noexcept { return numbers_; }
 
  private:
   BlockArray<double> block_;
+  std::optional<SwappedArray> swapped_;  // instead of the block
   double* numbers_;
 };
 

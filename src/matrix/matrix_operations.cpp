@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
-#include <new>
+#include <exception>
 #include <utility>
 #include <vector>
 
@@ -31,20 +31,21 @@ constexpr std::size_t kRowsPerTask = 64;
 constexpr std::size_t kCopiedRowsPerTask = 256;
 constexpr std::size_t kInverseColumnsPerTask = 128;
 
-/// Calls body(begin, end) for the parts of [0, count), in parallel. The body may throw
-/// std::bad_alloc.
+/// Calls body(begin, end) for the parts of [0, count), in parallel. If calls throw, what one of
+/// them threw is thrown when all have ended.
 template <class Body>
 void ForParts(std::size_t count, std::size_t part, const Body& body) {
-  std::atomic<bool> is_out_of_memory = false;
+  std::atomic_flag has_failed;
+  std::exception_ptr failure;
   ParallelCompute((count + part - 1) / part, [&](std::size_t index) {
     const std::size_t begin = index * part;
     try {
       body(begin, std::min(begin + part, count));
-    } catch (const std::bad_alloc&) {
-      is_out_of_memory = true;
+    } catch (...) {
+      if (!has_failed.test_and_set()) failure = std::current_exception();
     }
   });
-  if (is_out_of_memory) throw std::bad_alloc();
+  if (failure != nullptr) std::rethrow_exception(failure);
 }
 
 void MultiplyByRows(const DoubleMatrix& a, const DoubleMatrix& b, Shape a_shape,

@@ -21,7 +21,7 @@ Outcome ScoresOf(const Eigen::Ref<const MatrixXd>& x, Eigen::Ref<MatrixXd> score
 
 }  // namespace
 
-Outcome SingularScores(const double* x, std::size_t rows, std::size_t columns, double* scores) {
+Outcome SingularScores(double* x, std::size_t rows, std::size_t columns, double* scores) {
   const Index count = ToIndex(rows < columns ? rows : columns);
   Eigen::Map<MatrixXd> out = View(scores, rows, rows < columns ? rows : columns);
   if (columns / kTall >= rows) {
@@ -31,8 +31,9 @@ Outcome SingularScores(const double* x, std::size_t rows, std::size_t columns, d
     return ScoresOf(lower, out);
   }
   if (rows / kTall >= columns) {
-    // X = Q R: the scores of X are Q times those of R.
-    const Eigen::HouseholderQR<MatrixXd> qr(View(x, rows, columns));
+    // X = Q R: the scores of X are Q times those of R. Both replace X in its place.
+    Eigen::Map<MatrixXd> data = View(x, rows, columns);
+    const Eigen::HouseholderQR<Eigen::Ref<MatrixXd>> qr(data);
     const MatrixXd upper = qr.matrixQR().topRows(count).triangularView<Eigen::Upper>();
     out.bottomRows(ToIndex(rows) - count).setZero();
     const Outcome outcome = ScoresOf(upper, out.topRows(count));

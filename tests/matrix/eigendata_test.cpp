@@ -203,7 +203,7 @@ TEST_CASE("A solver that does not converge") {
   kernels.self_adjoint_eigen = [](const double*, std::size_t, double*, double*) {
     return Outcome::kNoConvergence;
   };
-  kernels.singular_scores = [](const double*, std::size_t, std::size_t, double*) {
+  kernels.singular_scores = [](double*, std::size_t, std::size_t, double*) {
     return Outcome::kNoConvergence;
   };
   Eigendata kept{{7}, {{7}}};

@@ -2,10 +2,11 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <system_error>
+
+#include "platform/posix/file_descriptor.h"
 
 namespace zavrel {
 
@@ -19,8 +20,8 @@ std::filesystem::path TemporaryFolder() {
 }
 
 bool CreateNewFile(const std::filesystem::path& path) noexcept {
-  const int file = open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR);
-  return file >= 0 && close(file) == 0;
+  return static_cast<bool>(FileDescriptor(
+      open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR)));
 }
 
 }  // namespace zavrel

@@ -1,17 +1,23 @@
 #include "platform/named_mutex.h"
 
 #include "platform/utf.h"
+#include "platform/windows/private_access.h"
+#include "platform/windows/system_handle.h"
 #include "platform/windows/wide.h"
 
 namespace zavrel {
 namespace {
 
-struct CloseMutex {
-  void operator()(void* mutex) const noexcept { CloseHandle(mutex); }
-};
+std::shared_ptr<void> Owned(HANDLE mutex) {
+  const auto owner = std::make_shared<SystemHandle>(mutex);
+  return {owner, owner->get()};
+}
 
-std::unique_ptr<void, CloseMutex> CreateNamed(const std::u16string& name) {
-  return std::unique_ptr<void, CloseMutex>(CreateMutexW(nullptr, FALSE, ToWide(name).c_str()));
+/// Null if the system refuses.
+std::shared_ptr<void> CreateNamed(const std::u16string& name) {
+  PrivateAccess access;
+  if (!access) return nullptr;
+  return Owned(CreateMutexW(access.get(), FALSE, ToWide(name).c_str()));
 }
 
 }  // namespace
@@ -24,10 +30,9 @@ std::optional<NamedMutex> NamedMutex::Open(const std::u16string& name) {
 
 NamedLock::NamedLock(const std::u16string& name) {
   // The process id prevents two running programs from waiting for each other.
-  auto mutex = CreateNamed(name + u" " + Utf16FromUtf8(std::to_string(GetCurrentProcessId())));
+  mutex_ = CreateNamed(name + u" " + Utf16FromUtf8(std::to_string(GetCurrentProcessId())));
   // If the name belongs to another kind of object, use a lock without a name.
-  if (mutex == nullptr) mutex.reset(CreateMutexW(nullptr, FALSE, nullptr));
-  mutex_ = std::move(mutex);
+  if (mutex_ == nullptr) mutex_ = Owned(CreateMutexW(nullptr, FALSE, nullptr));
 }
 
 // If a thread ends while it holds the lock, the next one gets it (WAIT_ABANDONED).

@@ -4,6 +4,9 @@
 
 #include <system_error>
 
+#include "platform/windows/private_access.h"
+#include "platform/windows/system_handle.h"
+
 namespace zavrel {
 namespace {
 
@@ -27,9 +30,9 @@ std::filesystem::path TemporaryFolder() {
 }
 
 bool CreateNewFile(const std::filesystem::path& path) noexcept {
-  const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                                  FILE_ATTRIBUTE_NORMAL, nullptr);
-  return file != INVALID_HANDLE_VALUE && CloseHandle(file) != FALSE;
+  PrivateAccess access;
+  return access && SystemHandle(CreateFileW(path.c_str(), GENERIC_WRITE, 0, access.get(),
+                                            CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
 }  // namespace zavrel
