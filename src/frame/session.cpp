@@ -50,9 +50,11 @@ SessionServices SessionServices::OfThisMachine() {
       },
       .write_user_number =
           [](const std::u16string& key, const std::u16string& name, std::uint32_t number) {
-            if (auto made = RegistryKey::Create(RegistryHive::kPerUser, key)) {
-              made->WriteNumber(name, number);
-            }
+            std::string problem;
+            if (auto made = RegistryKey::Create(RegistryHive::kPerUser, key, &problem))
+              made->WriteNumber(name, number, &problem);
+            if (!problem.empty())
+              LogLine("Registry: {} cannot be written: {}\n", Utf8FromUtf16(key), problem);
           },
   };
 }

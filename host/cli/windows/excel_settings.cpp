@@ -7,6 +7,7 @@
 
 #include "host/workbook/text.h"
 #include "platform/registry.h"
+#include "platform/windows/system_handle.h"
 #include "platform/windows/wide.h"
 
 namespace zavhost {
@@ -34,28 +35,24 @@ class Snapshot {
   explicit Snapshot(DWORD kind, DWORD process = 0) {
     // While the process loads a library, the system may have to be asked again.
     for (int attempt = 0; attempt < 10; ++attempt) {
-      handle_ = CreateToolhelp32Snapshot(kind, process);
-      if (handle_ != INVALID_HANDLE_VALUE || GetLastError() != ERROR_BAD_LENGTH) return;
+      snapshot_ = zavrel::SystemHandle(CreateToolhelp32Snapshot(kind, process));
+      if (snapshot_ || GetLastError() != ERROR_BAD_LENGTH) return;
     }
   }
-  ~Snapshot() {
-    if (handle_ != INVALID_HANDLE_VALUE) CloseHandle(handle_);
-  }
-  Snapshot(const Snapshot&) = delete;
-  Snapshot& operator=(const Snapshot&) = delete;
 
   /// Calls `visit` with each entry.
   template <class Entry, class First, class Next, class Visit>
   void ForEach(First first, Next next, Visit visit) const {
     Entry entry{};
     entry.dwSize = sizeof entry;
-    if (handle_ == INVALID_HANDLE_VALUE) return;
-    for (BOOL found = first(handle_, &entry); found != 0; found = next(handle_, &entry))
+    if (!snapshot_) return;
+    for (BOOL found = first(snapshot_.get(), &entry); found != 0;
+         found = next(snapshot_.get(), &entry))
       visit(entry);
   }
 
  private:
-  HANDLE handle_ = INVALID_HANDLE_VALUE;
+  zavrel::SystemHandle snapshot_;
 };
 
 }  // namespace

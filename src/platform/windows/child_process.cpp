@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "platform/utf.h"
+#include "platform/windows/system_handle.h"
+#include "platform/windows/system_message.h"
 #include "platform/windows/wide.h"
 
 namespace zavrel {
@@ -10,24 +12,12 @@ namespace {
 
 HANDLE HandleOf(std::intptr_t process) { return reinterpret_cast<HANDLE>(process); }
 
-/// A file handle that a child inherits.
-class ChildFile {
- public:
-  ChildFile(const wchar_t* file, DWORD access, DWORD disposition) {
-    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
-    handle_ = CreateFileW(file, access, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited, disposition,
-                          0, nullptr);
-  }
-  ~ChildFile() {
-    if (handle_ != INVALID_HANDLE_VALUE) CloseHandle(handle_);
-  }
-  ChildFile(const ChildFile&) = delete;
-  ChildFile& operator=(const ChildFile&) = delete;
-  HANDLE get() const { return handle_; }
-
- private:
-  HANDLE handle_;
-};
+/// A file that a child inherits.
+SystemHandle OpenForChild(const wchar_t* file, DWORD access, DWORD disposition) {
+  SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+  return SystemHandle(CreateFileW(file, access, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited,
+                                  disposition, 0, nullptr));
+}
 
 /// The argument in quotes, as the C library of the child takes them apart again: a backslash stands
 /// for itself unless a quote follows.
@@ -58,9 +48,9 @@ HANDLE JobOfChildren() {
 }  // namespace
 
 std::optional<ChildProcess> ChildProcess::Start(const ChildCommand& command, std::string* problem) {
-  const ChildFile input(L"NUL", GENERIC_READ, OPEN_EXISTING);
-  const ChildFile output(command.output.c_str(), GENERIC_WRITE, CREATE_ALWAYS);
-  const ChildFile errors(command.errors.c_str(), GENERIC_WRITE, CREATE_ALWAYS);
+  const SystemHandle input = OpenForChild(L"NUL", GENERIC_READ, OPEN_EXISTING);
+  const SystemHandle output = OpenForChild(command.output.c_str(), GENERIC_WRITE, CREATE_ALWAYS);
+  const SystemHandle errors = OpenForChild(command.errors.c_str(), GENERIC_WRITE, CREATE_ALWAYS);
   std::wstring line = L"\"" + command.program.wstring() + L"\"";
   for (const std::string& argument : command.arguments) line += L" " + Quoted(argument);
   STARTUPINFOW startup{};
@@ -72,29 +62,28 @@ std::optional<ChildProcess> ChildProcess::Start(const ChildCommand& command, std
   PROCESS_INFORMATION process{};
   if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED, nullptr,
                       nullptr, &startup, &process)) {
-    if (problem != nullptr) *problem = "error " + std::to_string(GetLastError());
+    if (problem != nullptr) *problem = SystemMessage(GetLastError());
     return std::nullopt;
   }
   AssignProcessToJobObject(JobOfChildren(), process.hProcess);
-  ResumeThread(process.hThread);
-  CloseHandle(process.hThread);
+  const SystemHandle thread(process.hThread);
+  ResumeThread(thread.get());
   return ChildProcess(reinterpret_cast<std::intptr_t>(process.hProcess));
 }
 
 std::optional<int> ChildProcess::ExitCode() {
   if (WaitForSingleObject(HandleOf(process_), 0) == WAIT_TIMEOUT) return std::nullopt;
+  const SystemHandle process(HandleOf(std::exchange(process_, 0)));
   DWORD code = 0;
-  GetExitCodeProcess(HandleOf(process_), &code);
-  CloseHandle(HandleOf(std::exchange(process_, 0)));
+  GetExitCodeProcess(process.get(), &code);
   return static_cast<int>(code);
 }
 
 void ChildProcess::Kill() noexcept {
   if (process_ == 0) return;
-  const HANDLE process = HandleOf(std::exchange(process_, 0));
-  TerminateProcess(process, 1);
-  WaitForSingleObject(process, INFINITE);
-  CloseHandle(process);
+  const SystemHandle process(HandleOf(std::exchange(process_, 0)));
+  TerminateProcess(process.get(), 1);
+  WaitForSingleObject(process.get(), INFINITE);
 }
 
 bool LimitOwnMemory(std::uint64_t bytes) noexcept {

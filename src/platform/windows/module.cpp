@@ -1,6 +1,7 @@
 #include "platform/module.h"
 
 #include "platform/utf.h"
+#include "platform/windows/system_message.h"
 #include "platform/windows/wide.h"
 
 namespace zavrel {
@@ -18,16 +19,6 @@ std::filesystem::path PathOf(HMODULE module) {
     if (path.size() >= kLongestPath) return {};
     path.resize(path.size() * 2);
   }
-}
-
-std::string MessageOf(DWORD error) {
-  wchar_t buffer[512];
-  const DWORD length =
-      FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0,
-                     buffer, static_cast<DWORD>(std::size(buffer)), nullptr);
-  std::u16string text = FromWide({buffer, length});
-  while (!text.empty() && (text.back() <= u' ' || text.back() == u'.')) text.pop_back();
-  return text.empty() ? "error " + std::to_string(error) : Utf8FromUtf16(text);
 }
 
 // While it lives, the system opens no box about a broken library.
@@ -72,7 +63,7 @@ std::optional<Module> Module::Load(const std::filesystem::path& full_path, std::
   const HMODULE module = LoadLibraryExW(
       native.c_str(), nullptr, LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
   if (module != nullptr) return Module(module);
-  if (problem != nullptr) *problem = MessageOf(GetLastError());
+  if (problem != nullptr) *problem = SystemMessage(GetLastError());
   return std::nullopt;
 }
 

@@ -1,5 +1,6 @@
 #include "platform/registry.h"
 
+#include "platform/windows/system_message.h"
 #include "platform/windows/wide.h"
 
 namespace zavrel {
@@ -16,21 +17,29 @@ std::u16string TextOf(std::wstring_view stored) {
   return FromWide(stored.substr(0, stored.find(L'\0')));
 }
 
+bool IsDone(LSTATUS status, std::string* problem) {
+  if (status == ERROR_SUCCESS) return true;
+  if (problem != nullptr) *problem = SystemMessage(static_cast<DWORD>(status));
+  return false;
+}
+
 }  // namespace
 
-std::optional<RegistryKey> RegistryKey::Open(RegistryHive hive, const std::u16string& path) {
+std::optional<RegistryKey> RegistryKey::Open(RegistryHive hive, const std::u16string& path,
+                                             std::string* problem) {
   HKEY key = nullptr;
-  if (RegOpenKeyExW(RootOf(hive), ToWide(path).c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
-    return std::nullopt;
+  const LSTATUS status = RegOpenKeyExW(RootOf(hive), ToWide(path).c_str(), 0, KEY_READ, &key);
+  if (!IsDone(status, problem)) return std::nullopt;
   return RegistryKey(key);
 }
 
-std::optional<RegistryKey> RegistryKey::Create(RegistryHive hive, const std::u16string& path) {
+std::optional<RegistryKey> RegistryKey::Create(RegistryHive hive, const std::u16string& path,
+                                               std::string* problem) {
   HKEY key = nullptr;
-  if (RegCreateKeyExW(RootOf(hive), ToWide(path).c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
-                      KEY_READ | KEY_WRITE, nullptr, &key, nullptr) != ERROR_SUCCESS) {
-    return std::nullopt;
-  }
+  const LSTATUS status =
+      RegCreateKeyExW(RootOf(hive), ToWide(path).c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
+                      KEY_READ | KEY_WRITE, nullptr, &key, nullptr);
+  if (!IsDone(status, problem)) return std::nullopt;
   return RegistryKey(key);
 }
 
@@ -53,6 +62,15 @@ std::optional<std::u16string> RegistryKey::ReadText(const std::u16string& name) 
   }
 }
 
+std::optional<std::uint32_t> RegistryKey::ReadNumber(const std::u16string& name) const {
+  DWORD number = 0;
+  DWORD bytes = sizeof number;
+  const LSTATUS status = RegGetValueW(KeyOf(key_), nullptr, ToWide(name).c_str(), RRF_RT_REG_DWORD,
+                                      nullptr, &number, &bytes);
+  if (status != ERROR_SUCCESS) return std::nullopt;
+  return number;
+}
+
 std::vector<RegistryText> RegistryKey::ReadTexts() const {
   constexpr DWORD kLongest = 16384;  // of a name; longer texts are ignored
   std::vector<RegistryText> texts;
@@ -72,9 +90,25 @@ std::vector<RegistryText> RegistryKey::ReadTexts() const {
   }
 }
 
-bool RegistryKey::WriteNumber(const std::u16string& name, std::uint32_t number) {
-  return RegSetValueExW(KeyOf(key_), ToWide(name).c_str(), 0, REG_DWORD,
-                        reinterpret_cast<const BYTE*>(&number), sizeof number) == ERROR_SUCCESS;
+bool RegistryKey::WriteText(const std::u16string& name, const std::u16string& text,
+                            std::string* problem) {
+  const std::wstring wide = ToWide(text);
+  return IsDone(RegSetValueExW(KeyOf(key_), ToWide(name).c_str(), 0, REG_SZ,
+                               reinterpret_cast<const BYTE*>(wide.c_str()),
+                               static_cast<DWORD>((wide.size() + 1) * sizeof(wchar_t))),
+                problem);
+}
+
+bool RegistryKey::WriteNumber(const std::u16string& name, std::uint32_t number,
+                              std::string* problem) {
+  return IsDone(RegSetValueExW(KeyOf(key_), ToWide(name).c_str(), 0, REG_DWORD,
+                               reinterpret_cast<const BYTE*>(&number), sizeof number),
+                problem);
+}
+
+bool RegistryKey::DeleteValue(const std::u16string& name, std::string* problem) {
+  const LSTATUS status = RegDeleteValueW(KeyOf(key_), ToWide(name).c_str());
+  return status == ERROR_FILE_NOT_FOUND || IsDone(status, problem);
 }
 
 }  // namespace zavrel

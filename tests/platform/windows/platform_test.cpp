@@ -13,6 +13,7 @@
 #include "platform/registry.h"
 #include "platform/string_resource.h"
 #include "platform/temporary_folder.h"
+#include "platform/windows/system_handle.h"
 
 namespace zavrel {
 namespace {
@@ -32,6 +33,24 @@ TEST_CASE("registry: what is written is there, what is not text is not read as t
     auto key = RegistryKey::Create(RegistryHive::kPerUser, path);
     REQUIRE(key);
     CHECK(key->WriteNumber(u"5", 4000000000u));
+    CHECK(key->ReadNumber(u"5") == 4000000000u);
+    CHECK(key->WriteText(u"text", u"äö"));
+    CHECK_FALSE(key->ReadNumber(u"text"));
+    CHECK(key->DeleteValue(u"text"));
+    CHECK(key->DeleteValue(u"text"));
+    CHECK_FALSE(key->ReadText(u"text"));
+    CHECK(key->WriteText(u"text", u""));
+    CHECK(key->ReadText(u"text") == u"");
+    CHECK(key->DeleteValue(u"text"));
+  }
+  {
+    auto for_reading = RegistryKey::Open(RegistryHive::kPerUser, path);
+    std::string problem;
+    CHECK_FALSE(for_reading->WriteText(u"text", u"", &problem));
+    CHECK(!problem.empty());
+    problem.clear();
+    CHECK_FALSE(RegistryKey::Open(RegistryHive::kPerUser, path + u"\\missing", &problem));
+    CHECK(!problem.empty());
   }
   const wchar_t* wide_path = L"Software\\Zavrel Functions test\\platform";
   DWORD number = 0;
@@ -69,9 +88,7 @@ TEST_CASE("registry: what is written is there, what is not text is not read as t
 
 TEST_CASE("a named mutex is there for others as long as it is kept") {
   const auto exists = [] {
-    const HANDLE mutex = OpenMutexW(SYNCHRONIZE, FALSE, L"Zavrel   test mutex");
-    if (mutex != nullptr) CloseHandle(mutex);
-    return mutex != nullptr;
+    return static_cast<bool>(SystemHandle(OpenMutexW(SYNCHRONIZE, FALSE, L"Zavrel   test mutex")));
   };
   CHECK_FALSE(exists());
   {
