@@ -16,6 +16,11 @@ inline constexpr std::int32_t kMessageStartFailed = 2401;  // component
 /// The add-in works, but something of it could not be started and is missing.
 inline constexpr std::int32_t kMessageStartedPartly = 2402;  // component
 
+/// The dialog that shows the progress of long work.
+inline constexpr std::int32_t kMessageCancel = 2410;      // its button
+inline constexpr std::int32_t kMessageCancelling = 2411;  // after the button is pressed
+inline constexpr std::int32_t kMessageShare = 2412;       // percentage
+
 /// One for each member of the exception family, in its alphabetical order.
 inline constexpr std::int32_t kMessageArraySizeError = 2500;
 inline constexpr std::int32_t kMessageCantAddWorksheet = 2501;

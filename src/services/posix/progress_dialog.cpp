@@ -1,0 +1,11 @@
+#include "services/progress_dialog.h"
+
+namespace zavrel::services {
+
+class ProgressDialog::Window {};
+
+ProgressDialog::ProgressDialog(Progress&, void*, std::u16string) {}
+
+ProgressDialog::~ProgressDialog() = default;
+
+}  // namespace zavrel::services
