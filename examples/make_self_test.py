@@ -211,6 +211,7 @@ MACROS = [
     ("ZavrelFVB", "3 and 20 degrees of freedom; 0.95 quantile", "3.098391212140780"),
     ("ZavrelBinomialVB", "10 trials at 0.5; probability of at most 3", "0.171875"),
     ("ZavrelRandVB", "From 0 to below 1?", "TRUE"),
+    ("ZavrelShowHelpVB", "A name that no page can have; a failure?", "TRUE"),
     ("ZavrelWriteRangeVB", "{1,2;3,4} into J7:K8; then K8", "4"),
     ("ZavrelWriteRangeValuesVB", "{1,text} into J10:K10; then K10", "text"),
     ("ZavrelTranslateFormulaVB", "SUM(A1,2.5) in German", "SUMME(A1;2,5)"),

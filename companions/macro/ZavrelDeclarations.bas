@@ -39,6 +39,13 @@ Public Declare PtrSafe Function ZavrelGetExceptionInfoVB Lib "ZavrelFuncs8_x64.x
     ByVal message As LongPtr) As Long
 Public Declare PtrSafe Function ZavrelFuncsVersion Lib "ZavrelFuncs8_x64.xll" () As Long
 
+' --- Help ---
+
+' Opens the help at a function ("ZavMean") or another of its pages, and its contents for 0. Pass the name by
+' StrPtr. Returns a failure number.
+Public Declare PtrSafe Function ZavrelShowHelpVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal name As LongPtr) As Long
+
 ' --- Writing into a range. Returns a failure number. ---
 ' An element of a result that stands for an error or a blank is written as that error or blank.
 

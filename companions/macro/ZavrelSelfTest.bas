@@ -267,6 +267,8 @@ Private Function SessionOf(ByVal entryPoint As String, ByVal sheet As Worksheet)
             known = ZavrelGetExceptionInfoVB(CalculateEigenvaluesVB(notSymmetric, result), _
                 VarPtr(className), VarPtr(place), VarPtr(message))
             SessionOf = (known = 1 And message <> "")
+        Case "ZavrelShowHelpVB"
+            SessionOf = (ZavrelShowHelpVB(StrPtr("../")) <> 0)
         Case "InitializeXlaInformationVB"
             InitializeXlaInformationVB Application, Nothing, 8, 0, languageId, 0, 0
             SessionOf = sheet.Evaluate("ZavMean(1,2,3)")

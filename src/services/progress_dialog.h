@@ -28,8 +28,8 @@ class ProgressDialog {
   std::unique_ptr<Window> window_;
 };
 
-/// Calls work(progress) with a dialog, and returns what it returns. The dialog is gone on every
-/// path out of the work.
+/// Calls work(progress) with a dialog, and returns what it returns. The dialog is gone on every path
+/// out of the work.
 ///
 ///   WithProgress(owner, title, [&](Progress& progress) {
 ///     for (std::size_t i = 0; i < count && !progress.cancelled(); ++i) {

@@ -53,7 +53,7 @@ void BeAwareOfScreens() {
   const auto user = LoadedModule::ByName(u"user32");
   const ExportAddress address = user ? user->FindExport("SetThreadDpiAwarenessContext") : nullptr;
   if (address != nullptr)
-    AsFunction<void * WINAPI(void*)>(address)(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
+    AsFunction<void* WINAPI(void*)>(address)(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
 }
 
 void PutInMiddleOf(HWND dialog, HWND owner) {

@@ -13,9 +13,9 @@
 namespace zavrel::tests {
 namespace {
 
-const std::set<std::string> kSystemLibraries = {"advapi32.dll", "bcrypt.dll",  "kernel32.dll",
-                                                "msvcrt.dll",   "ole32.dll",   "oleaut32.dll",
-                                                "user32.dll",   "version.dll", "shell32.dll"};
+const std::set<std::string> kSystemLibraries = {
+    "advapi32.dll", "bcrypt.dll",   "comctl32.dll", "kernel32.dll", "msvcrt.dll",
+    "ole32.dll",    "oleaut32.dll", "shell32.dll",  "user32.dll",   "version.dll"};
 
 nlohmann::json Parsed(const std::string& name) {
   std::ifstream file(ZAVREL_SOURCE_DIR "/src/" + name);
