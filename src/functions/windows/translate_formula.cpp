@@ -3,9 +3,9 @@
 #include "diagnostics/vek_exception.h"
 #include "frame/macro_call.h"
 #include "functions/translated_formula.h"
-#include "macros/windows/ole_owners.h"
 #include "platform/export.h"
 #include "platform/library_identity.h"
+#include "platform/windows/ole_owners.h"
 
 namespace zavrel {
 

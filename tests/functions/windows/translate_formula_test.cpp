@@ -1,7 +1,7 @@
 // A macro's strings and the translation of its formulas.
 #include <doctest/doctest.h>
 
-#include "macros/windows/ole_owners.h"
+#include "platform/windows/ole_owners.h"
 #include "platform/export.h"
 #include "support/open_add_in.h"
 
