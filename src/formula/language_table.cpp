@@ -178,7 +178,7 @@ std::variant<Language, TableProblem> ReadLanguageTable(std::string_view table) {
 
 FoundLanguage FindLanguage(std::string_view code, const std::filesystem::path& folder) {
   static const auto german =
-      std::make_shared<const Language>(std::get<Language>(ReadLanguageTable(kGermanTable)));
+      std::make_shared<const Language>(std::get<Language>(ReadLanguageTable(GermanTable())));
   static const auto english = std::make_shared<const Language>(EnglishOf(*german));
   std::string name(code);
   for (char& c : name) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c | 0x20 : c);
