@@ -2,7 +2,7 @@
 // Long work with a dialog that says how far it is and lets the user cancel it.
 
 #include <memory>
-#include <string>
+#include <string_view>
 #include <utility>
 
 #include "services/progress.h"
@@ -17,7 +17,7 @@ class ProgressDialog {
  public:
   /// `owner_window` is the handle of a window of the calling thread, or null. `progress` must live
   /// longer.
-  ProgressDialog(Progress& progress, void* owner_window, std::u16string title);
+  ProgressDialog(Progress& progress, void* owner_window, std::u16string_view title);
   /// Enables the owner again and closes the dialog; its thread has ended afterwards.
   ~ProgressDialog();
   ProgressDialog(const ProgressDialog&) = delete;
@@ -28,8 +28,8 @@ class ProgressDialog {
   std::unique_ptr<Window> window_;
 };
 
-/// Calls work(progress) with a dialog, and returns what it returns. The dialog is gone on every path
-/// out of the work.
+/// Calls work(progress) with a dialog, and returns what it returns. The dialog is gone on every
+/// path out of the work.
 ///
 ///   WithProgress(owner, title, [&](Progress& progress) {
 ///     for (std::size_t i = 0; i < count && !progress.cancelled(); ++i) {
@@ -38,9 +38,9 @@ class ProgressDialog {
 ///     }
 ///   });
 template <class Work>
-auto WithProgress(void* owner_window, std::u16string title, Work&& work) {
+auto WithProgress(void* owner_window, std::u16string_view title, Work&& work) {
   Progress progress;
-  const ProgressDialog dialog(progress, owner_window, std::move(title));
+  const ProgressDialog dialog(progress, owner_window, title);
   return std::forward<Work>(work)(progress);
 }
 

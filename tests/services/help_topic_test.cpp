@@ -33,14 +33,15 @@ TEST_CASE("functions are found in any letter case, pages by name, paths never") 
   CHECK_FALSE(power->number);
   CHECK(FindHelpTopic(kTables, u"data-arguments")->page == u"data-arguments");
   CHECK(FindHelpTopic(kTables, u"")->page == u"index");
-  for (const std::u16string_view name : {u"../ZavMean", u"a\\b", u"C:x", u"a.b", u"ä", u"x.chm::/y"})
+  for (const std::u16string_view name :
+       {u"../ZavMean", u"a\\b", u"C:x", u"a.b", u"ä", u"x.chm::/y"})
     CHECK_FALSE(FindHelpTopic(kTables, name));
 }
 
 /// An add-in's folder with these files of help.
 class HelpFolder {
  public:
-  explicit HelpFolder(std::initializer_list<const char*> files)
+  HelpFolder(std::initializer_list<const char*> files)
       : path_(TemporaryFolder() / "zavrel help test") {
     fs::remove_all(path_);
     for (const char* const file : files) {
@@ -80,7 +81,8 @@ TEST_CASE("help is in the session's language, and in English where that has none
   const HelpFolder folder({"ZavrelFuncs8_x64.chm", "help/de/ZavrelFuncs8_x64.de.chm",
                            "help/en/ZavMean.html", "help/en/ZavMax.html", "help/de/ZavMean.html"});
   const HelpTopic mean{u"ZavMean", 12}, power{u"ZavPower", std::nullopt}, max{u"ZavMax", {}};
-  const std::vector<std::string> german = {"help/de/ZavrelFuncs8_x64.de.chm", "help/de/ZavMean.html"};
+  const std::vector<std::string> german = {"help/de/ZavrelFuncs8_x64.de.chm",
+                                           "help/de/ZavMean.html"};
   const std::vector<std::string> english = {"ZavrelFuncs8_x64.chm", "help/en/ZavMean.html"};
   std::vector<std::string> both = german;
   both.insert(both.end(), english.begin(), english.end());
@@ -88,8 +90,7 @@ TEST_CASE("help is in the session's language, and in English where that has none
     CHECK(folder.Places(mean, language) == ForThisSystem(both));
   for (const std::uint32_t language : {9u, 0x0809u, 12u, 0u})
     CHECK(folder.Places(mean, language) == ForThisSystem(english));
-  CHECK(folder.Places(max, 7) ==
-        ForThisSystem({"ZavrelFuncs8_x64.chm", "help/en/ZavMax.html"}));
+  CHECK(folder.Places(max, 7) == ForThisSystem({"ZavrelFuncs8_x64.chm", "help/en/ZavMax.html"}));
   CHECK(folder.Places(power, 7).empty());
   CHECK(HelpFolder({}).Places(mean, 7).empty());
 }

@@ -6,6 +6,7 @@
 #include <commctrl.h>
 
 #include <cmath>
+#include <string>
 #include <thread>
 
 #include "contracts/message_ids.h"
@@ -53,7 +54,7 @@ void BeAwareOfScreens() {
   const auto user = LoadedModule::ByName(u"user32");
   const ExportAddress address = user ? user->FindExport("SetThreadDpiAwarenessContext") : nullptr;
   if (address != nullptr)
-    AsFunction<void* WINAPI(void*)>(address)(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
+    AsFunction<void * WINAPI(void*)>(address)(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
 }
 
 void PutInMiddleOf(HWND dialog, HWND owner) {
@@ -195,11 +196,11 @@ class ProgressDialog::Window {
   std::thread thread_;
 };
 
-ProgressDialog::ProgressDialog(Progress& progress, void* owner_window, std::u16string title) {
+ProgressDialog::ProgressDialog(Progress& progress, void* owner_window, std::u16string_view title) {
   try {
     window_ = std::make_unique<Window>(
         progress, static_cast<HWND>(owner_window),
-        Texts{std::move(title), SessionText(messages::kMessageCancel),
+        Texts{std::u16string(title), SessionText(messages::kMessageCancel),
               SessionText(messages::kMessageCancelling), SessionText(messages::kMessageShare)});
   } catch (...) {
     progress.when_shown_ = nullptr;
