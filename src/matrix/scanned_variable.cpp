@@ -16,24 +16,24 @@ bool IsModerate(double value) {
 }
 
 /// Sums some variables of equal length, up to kMostSummed groups.
-void Sum(std::span<ScannedVariable* const> variables, const AssociationKernels& kernels) {
+void Sum(std::span<ScannedVariable* const> variables) {
   const double* columns[kMostSummed * kGroup];
   double sums[kMostSummed * kGroup];
   const std::size_t groups = (variables.size() + kGroup - 1) / kGroup;
   for (std::size_t c = 0; c < kMostSummed * kGroup; ++c)
     columns[c] = variables[std::min(c, variables.size() - 1)]->values.data();
-  kernels.sum_columns(columns, groups, variables[0]->values.size(), sums);
+  SumColumns(columns, groups, variables[0]->values.size(), sums);
   for (std::size_t c = 0; c < variables.size(); ++c) variables[c]->sum = sums[c];
 }
 
-void SumAll(std::span<ScannedVariable* const> variables, const AssociationKernels& kernels) {
+void SumAll(std::span<ScannedVariable* const> variables) {
   const std::size_t groups = (variables.size() + kGroup - 1) / kGroup;
   const std::size_t parts =
       std::max((groups + kMostSummed - 1) / kMostSummed, std::min(groups, ParallelThreads()));
   ParallelCompute(parts, [&](std::size_t part) {
     const std::size_t first = groups * part / parts * kGroup;
     const std::size_t end = std::min(groups * (part + 1) / parts * kGroup, variables.size());
-    Sum(variables.subspan(first, end - first), kernels);
+    Sum(variables.subspan(first, end - first));
   });
 }
 
@@ -63,8 +63,7 @@ std::optional<std::int32_t> ErrorAt(const ScannedVariable& variable, std::size_t
 
 }  // namespace
 
-std::vector<ScannedVariable> Scan(std::span<const VariableColumn> variables, Looked looked,
-                                  const AssociationKernels& kernels) {
+std::vector<ScannedVariable> Scan(std::span<const VariableColumn> variables, Looked looked) {
   std::vector<ScannedVariable> scanned(variables.size());
   std::size_t longest = 0;
   for (const VariableColumn values : variables) longest = std::max(longest, values.size());
@@ -73,7 +72,7 @@ std::vector<ScannedVariable> Scan(std::span<const VariableColumn> variables, Loo
     scanned[c].values = variables[c];
     if (variables[c].size() == longest) summed.push_back(&scanned[c]);
   }
-  SumAll(summed, kernels);
+  SumAll(summed);
 
   std::vector<ScannedVariable*> looked_at;
   for (ScannedVariable& variable : scanned) {
