@@ -114,6 +114,21 @@ void Pack(const double* const* columns, std::size_t rows, const double* means, P
   }
 }
 
+/// The last vector of a tile. Only the widest can be longer than what is left.
+HWY_INLINE Vector LoadLast(const double* from, hn::Mask<Tag> last) {
+  const Tag d;
+  if constexpr (kWidth > kGroup) return hn::MaskedLoad(last, d, from);
+  return hn::LoadU(d, from);
+}
+HWY_INLINE void StoreLast(Vector value, hn::Mask<Tag> last, double* to) {
+  const Tag d;
+  if constexpr (kWidth > kGroup) {
+    hn::BlendedStore(value, last, d, to);
+  } else {
+    hn::StoreU(value, d, to);
+  }
+}
+
 /// The products of a group with kVectors vectors, held in registers. Only `columns` of these are
 /// loaded and stored.
 template <std::size_t kVectors>
@@ -127,7 +142,7 @@ void AddTile(const double* a, Packed b, std::size_t rows, std::size_t columns, d
   Vector sum[kGroup][kVectors];
   for (std::size_t i = 0; i < kGroup; ++i) {
     for (std::size_t v = 0; v + 1 < kVectors; ++v) sum[i][v] = hn::LoadU(d, place(i, v));
-    sum[i][kVectors - 1] = hn::MaskedLoad(last, d, place(i, kVectors - 1));
+    sum[i][kVectors - 1] = LoadLast(place(i, kVectors - 1), last);
   }
   const double* from = b.values;
   for (std::size_t r = 0; r < rows; ++r, a += b.stride, from += b.stride) {
@@ -141,7 +156,7 @@ void AddTile(const double* a, Packed b, std::size_t rows, std::size_t columns, d
   }
   for (std::size_t i = 0; i < kGroup; ++i) {
     for (std::size_t v = 0; v + 1 < kVectors; ++v) hn::StoreU(sum[i][v], d, place(i, v));
-    hn::BlendedStore(sum[i][kVectors - 1], last, d, place(i, kVectors - 1));
+    StoreLast(sum[i][kVectors - 1], last, place(i, kVectors - 1));
   }
 }
 
@@ -163,58 +178,123 @@ void Multiply(const double* a, Packed b, std::size_t rows, std::size_t columns, 
   }
 }
 
-HWY_INLINE hn::Mask<Tag> BothPresent(Vector x, Vector y, Vector missing) {
-  return hn::And(hn::Ne(x, missing), hn::Ne(y, missing));
-}
+/// Of kOthers columns at a time, since a single sum waits for itself.
+template <std::size_t kOthers>
+struct GappedRow {
+  Vector x;
+  Vector y[kOthers];
+  hn::Mask<Tag> present[kOthers];
 
-void GappedValues(const GappedColumns& columns, GappedPairs& pairs) {
-  const Tag d;
-  const Vector missing = hn::Set(d, columns.missing);
-  for (std::size_t v = 0; v < columns.pairs; v += kWidth) {
-    Vector sum_x = hn::LoadU(d, pairs.sum_x + v);
-    Vector sum_y = hn::LoadU(d, pairs.sum_y + v);
-    for (std::size_t r = 0; r < columns.rows; ++r) {
-      const Vector x = hn::LoadU(d, columns.packed + r * kLanes + v);
-      const Vector y = hn::Set(d, columns.y[r]);
-      const auto present = BothPresent(x, y, missing);
-      // Adding 0 does not change a sum, since no sum is ever -0.
-      sum_x = hn::Add(sum_x, hn::IfThenElseZero(present, x));
-      sum_y = hn::Add(sum_y, hn::IfThenElseZero(present, y));
+  GappedRow(const GappedColumns& columns, const double* const* others, std::size_t row,
+            std::size_t lane) {
+    const Tag d;
+    const Vector missing = hn::Set(d, columns.missing);
+    x = hn::LoadU(d, columns.packed + row * kLanes + lane);
+    const auto x_present = hn::Ne(x, missing);
+    for (std::size_t p = 0; p < kOthers; ++p) {
+      y[p] = hn::Set(d, others[p][row]);
+      present[p] = hn::And(x_present, hn::Ne(y[p], missing));
     }
-    hn::StoreU(sum_x, d, pairs.sum_x + v);
-    hn::StoreU(sum_y, d, pairs.sum_y + v);
+  }
+};
+
+template <std::size_t kOthers>
+void ValuesOf(const GappedColumns& columns, const double* const* others, GappedPairs* pairs) {
+  const Tag d;
+  for (std::size_t v = 0; v < columns.lanes; v += kWidth) {
+    Vector sum_x[kOthers], sum_y[kOthers];
+    for (std::size_t p = 0; p < kOthers; ++p) {
+      sum_x[p] = hn::LoadU(d, pairs[p].sum_x + v);
+      sum_y[p] = hn::LoadU(d, pairs[p].sum_y + v);
+    }
+    for (std::size_t r = 0; r < columns.rows; ++r) {
+      const GappedRow<kOthers> row(columns, others, r, v);
+      for (std::size_t p = 0; p < kOthers; ++p) {
+        // Adding 0 does not change a sum, since no sum is ever -0.
+        sum_x[p] = hn::Add(sum_x[p], hn::IfThenElseZero(row.present[p], row.x));
+        sum_y[p] = hn::Add(sum_y[p], hn::IfThenElseZero(row.present[p], row.y[p]));
+      }
+    }
+    for (std::size_t p = 0; p < kOthers; ++p) {
+      hn::StoreU(sum_x[p], d, pairs[p].sum_x + v);
+      hn::StoreU(sum_y[p], d, pairs[p].sum_y + v);
+    }
   }
 }
 
-void GappedDeviations(const GappedColumns& columns, GappedPairs& pairs) {
+template <std::size_t kOthers>
+void DeviationsOf(const GappedColumns& columns, const double* const* others, GappedPairs* pairs) {
   const Tag d;
-  const Vector missing = hn::Set(d, columns.missing);
-  for (std::size_t v = 0; v < columns.pairs; v += kWidth) {
-    const Vector mean_x = hn::LoadU(d, pairs.mean_x + v);
-    const Vector mean_y = hn::LoadU(d, pairs.mean_y + v);
-    Vector s1_x = hn::LoadU(d, pairs.s1_x + v);
-    Vector s2_x = hn::LoadU(d, pairs.s2_x + v);
-    Vector s1_y = hn::LoadU(d, pairs.s1_y + v);
-    Vector s2_y = hn::LoadU(d, pairs.s2_y + v);
-    Vector products = hn::LoadU(d, pairs.products + v);
-    for (std::size_t r = 0; r < columns.rows; ++r) {
-      const Vector x = hn::LoadU(d, columns.packed + r * kLanes + v);
-      const Vector y = hn::Set(d, columns.y[r]);
-      const auto present = BothPresent(x, y, missing);
-      const Vector dx = hn::IfThenElseZero(present, hn::Sub(x, mean_x));
-      const Vector dy = hn::IfThenElseZero(present, hn::Sub(y, mean_y));
-      s1_x = hn::Add(s1_x, dx);
-      s2_x = hn::Add(s2_x, hn::Mul(dx, dx));
-      s1_y = hn::Add(s1_y, dy);
-      s2_y = hn::Add(s2_y, hn::Mul(dy, dy));
-      products = hn::Add(products, hn::Mul(dx, dy));
+  for (std::size_t v = 0; v < columns.lanes; v += kWidth) {
+    Vector mean_x[kOthers], mean_y[kOthers];
+    Vector s1_x[kOthers], s2_x[kOthers], s1_y[kOthers], s2_y[kOthers], products[kOthers];
+    for (std::size_t p = 0; p < kOthers; ++p) {
+      mean_x[p] = hn::LoadU(d, pairs[p].mean_x + v);
+      mean_y[p] = hn::LoadU(d, pairs[p].mean_y + v);
+      s1_x[p] = hn::LoadU(d, pairs[p].s1_x + v);
+      s2_x[p] = hn::LoadU(d, pairs[p].s2_x + v);
+      s1_y[p] = hn::LoadU(d, pairs[p].s1_y + v);
+      s2_y[p] = hn::LoadU(d, pairs[p].s2_y + v);
+      products[p] = hn::LoadU(d, pairs[p].products + v);
     }
-    hn::StoreU(s1_x, d, pairs.s1_x + v);
-    hn::StoreU(s2_x, d, pairs.s2_x + v);
-    hn::StoreU(s1_y, d, pairs.s1_y + v);
-    hn::StoreU(s2_y, d, pairs.s2_y + v);
-    hn::StoreU(products, d, pairs.products + v);
+    for (std::size_t r = 0; r < columns.rows; ++r) {
+      const GappedRow<kOthers> row(columns, others, r, v);
+      for (std::size_t p = 0; p < kOthers; ++p) {
+        const Vector dx = hn::IfThenElseZero(row.present[p], hn::Sub(row.x, mean_x[p]));
+        const Vector dy = hn::IfThenElseZero(row.present[p], hn::Sub(row.y[p], mean_y[p]));
+        s1_x[p] = hn::Add(s1_x[p], dx);
+        s2_x[p] = hn::Add(s2_x[p], hn::Mul(dx, dx));
+        s1_y[p] = hn::Add(s1_y[p], dy);
+        s2_y[p] = hn::Add(s2_y[p], hn::Mul(dy, dy));
+        products[p] = hn::Add(products[p], hn::Mul(dx, dy));
+      }
+    }
+    for (std::size_t p = 0; p < kOthers; ++p) {
+      hn::StoreU(s1_x[p], d, pairs[p].s1_x + v);
+      hn::StoreU(s2_x[p], d, pairs[p].s2_x + v);
+      hn::StoreU(s1_y[p], d, pairs[p].s1_y + v);
+      hn::StoreU(s2_y[p], d, pairs[p].s2_y + v);
+      hn::StoreU(products[p], d, pairs[p].products + v);
+    }
   }
+}
+
+void GappedValues(const GappedColumns& columns, GappedPairs* pairs) {
+  std::size_t p = 0;
+  for (; p + 2 <= columns.other_count; p += 2) ValuesOf<2>(columns, columns.others + p, pairs + p);
+  if (p < columns.other_count) ValuesOf<1>(columns, columns.others + p, pairs + p);
+}
+
+void GappedDeviations(const GappedColumns& columns, GappedPairs* pairs) {
+  std::size_t p = 0;
+  for (; p + 2 <= columns.other_count; p += 2)
+    DeviationsOf<2>(columns, columns.others + p, pairs + p);
+  if (p < columns.other_count) DeviationsOf<1>(columns, columns.others + p, pairs + p);
+}
+
+bool Mark(const double* values, std::size_t count, double missing, std::uint64_t* present) {
+  const Tag d;
+  const Vector gap = hn::Set(d, missing);
+  auto immoderate = hn::FirstN(d, 0);
+  for (std::size_t i = 0; i < count; i += kWidth) {
+    double ending[kWidth];
+    const double* from = values + i;
+    if (count - i < kWidth) {
+      for (std::size_t k = 0; k < kWidth; ++k) ending[k] = k < count - i ? from[k] : missing;
+      from = ending;
+    }
+    const Vector value = hn::LoadU(d, from);
+    const auto is_present = hn::Not(hn::Eq(value, gap));  // also a not-a-number
+    const Vector size = hn::Abs(value);
+    const auto is_moderate =
+        hn::And(hn::Lt(size, hn::Set(d, kModerateLimit)),
+                hn::Or(hn::Ge(size, hn::Set(d, kModerateFloor)), hn::Eq(size, hn::Zero(d))));
+    immoderate = hn::Or(immoderate, hn::AndNot(is_moderate, is_present));
+    std::uint8_t bits[8] = {};
+    hn::StoreMaskBits(d, is_present, bits);
+    present[i / 64] |= std::uint64_t{bits[0]} << (i % 64);
+  }
+  return hn::AllFalse(d, immoderate);
 }
 
 }  // namespace
@@ -230,6 +310,7 @@ HWY_EXPORT(Pack);
 HWY_EXPORT(Multiply);
 HWY_EXPORT(GappedValues);
 HWY_EXPORT(GappedDeviations);
+HWY_EXPORT(Mark);
 
 }  // namespace
 
@@ -247,12 +328,16 @@ void AddProducts(const double* a, Packed b, std::size_t rows, std::size_t column
   HWY_DYNAMIC_DISPATCH(Multiply)(a, b, rows, columns, sums, sums_stride);
 }
 
-void AddGappedValues(const GappedColumns& columns, GappedPairs& pairs) {
+void AddGappedValues(const GappedColumns& columns, GappedPairs* pairs) {
   HWY_DYNAMIC_DISPATCH(GappedValues)(columns, pairs);
 }
 
-void AddGappedDeviations(const GappedColumns& columns, GappedPairs& pairs) {
+void AddGappedDeviations(const GappedColumns& columns, GappedPairs* pairs) {
   HWY_DYNAMIC_DISPATCH(GappedDeviations)(columns, pairs);
+}
+
+bool MarkPresent(const double* values, std::size_t count, double missing, std::uint64_t* present) {
+  return HWY_DYNAMIC_DISPATCH(Mark)(values, count, missing, present);
 }
 
 }  // namespace zavrel

@@ -3,6 +3,7 @@
 // sum runs in observation order and nothing is fused, so all processors give the same bits.
 
 #include <cstddef>
+#include <cstdint>
 
 namespace zavrel {
 
@@ -53,18 +54,25 @@ struct GappedPairs {
   double s2_y[kLanes];
   double products[kLanes];
 };
-/// kLanes packed columns, the other one, and how many of the pairs are wanted, from the first.
+/// kLanes packed columns, and others of as many rows. Of the packed ones, the first `lanes` are
+/// wanted.
 struct GappedColumns {
   const double* packed;
-  const double* y;
+  std::size_t lanes;
+  const double* const* others;
+  std::size_t other_count;
   std::size_t rows;
-  std::size_t pairs;
   double missing;
 };
 
-/// Adds the observations in which neither value is missing to the sums of the values.
-void AddGappedValues(const GappedColumns& columns, GappedPairs& pairs);
+/// Adds the observations in which neither value is missing to the sums of the values, with a
+/// GappedPairs for each of the others.
+void AddGappedValues(const GappedColumns& columns, GappedPairs* pairs);
 /// Adds them to the sums of deviations.
-void AddGappedDeviations(const GappedColumns& columns, GappedPairs& pairs);
+void AddGappedDeviations(const GappedColumns& columns, GappedPairs* pairs);
+
+/// Sets the bit of each value that is not missing, 64 to a word; `present` holds zeros. Returns
+/// whether all of these values are 0 or from kModerateFloor to below kModerateLimit in magnitude.
+bool MarkPresent(const double* values, std::size_t count, double missing, std::uint64_t* present);
 
 }  // namespace zavrel

@@ -87,17 +87,16 @@ class UnitSums {
   }
 
   void EachBlock(decltype(AddGappedValues) add) {
-    std::size_t rows = 0;
-    for (const Variable& y : unit_.partners) rows = std::max(rows, y.rows());
-    for (std::size_t first = 0; first < rows; first += kBlockRows) {
-      Pack(first, std::min(kBlockRows, rows - first));
-      for (std::size_t p = 0; p < unit_.partners.size(); ++p) {
-        const VariableColumn y = unit_.partners[p].scanned->values;
-        if (first >= y.size()) continue;
-        add({packed_.data(), y.data() + first, std::min(kBlockRows, y.size() - first), PairsOf(p),
-             kMissingValue},
-            sums_[p]);
-      }
+    std::size_t all_rows = 0;
+    for (const Variable& y : unit_.partners) all_rows = std::max(all_rows, y.rows());
+    for (std::size_t first = 0; first < all_rows; first += kBlockRows) {
+      const std::size_t rows = std::min(kBlockRows, all_rows - first);
+      Pack(first, rows);
+      const double* partners[kPartners];
+      for (std::size_t p = 0; p < unit_.partners.size(); ++p)
+        partners[p] = Part(unit_.partners[p].scanned->values, first, rows, endings_[kLanes + p]);
+      const std::size_t last = unit_.partners.size() - 1;
+      add({packed_.data(), PairsOf(last), partners, last + 1, rows, kMissingValue}, sums_.data());
     }
   }
 
@@ -107,18 +106,22 @@ class UnitSums {
     for (std::size_t lane = 0; lane < kLanes; ++lane) {
       const VariableColumn x =
           lane < unit_.group.size() ? unit_.group[lane].scanned->values : VariableColumn();
-      const std::size_t there = x.size() > first ? std::min(rows, x.size() - first) : 0;
-      if (there == rows) {
-        columns[lane] = x.data() + first;
-      } else {
-        std::array<double, kBlockRows>& ending = endings_[lane];
-        std::fill(std::copy_n(x.end() - static_cast<std::ptrdiff_t>(there), there, ending.begin()),
-                  ending.end(), kMissingValue);
-        columns[lane] = ending.data();
-      }
+      columns[lane] = Part(x, first, rows, endings_[lane]);
     }
     for (std::size_t lane = 0; lane < kLanes; lane += kGroup)
       PackDeviations(columns + lane, rows, kNoMeans, {packed_.data() + lane, kLanes});
+  }
+
+  using BlockOfColumn = std::array<double, kBlockRows>;
+
+  /// Some rows of a column; of one that ends before them, a copy with missing values at its end.
+  static const double* Part(VariableColumn column, std::size_t first, std::size_t rows,
+                            BlockOfColumn& copy) {
+    const std::size_t there = column.size() > first ? std::min(rows, column.size() - first) : 0;
+    if (there == rows) return column.data() + first;
+    const auto begin = column.end() - static_cast<std::ptrdiff_t>(there);
+    std::fill(std::copy(begin, column.end(), copy.begin()), copy.end(), kMissingValue);
+    return copy.data();
   }
 
   void FindMeans(std::size_t p, std::size_t lane) {
@@ -146,8 +149,7 @@ class UnitSums {
   std::array<GappedPairs, kPartners> sums_{};
   std::array<std::array<std::size_t, kLanes>, kPartners> counts_{};
   std::array<double, kBlockRows * kLanes> packed_;
-  /// Of columns that end within a block.
-  std::array<std::array<double, kBlockRows>, kLanes> endings_;
+  std::array<BlockOfColumn, kLanes + kPartners> endings_;
 };
 
 /// The variables without gaps, then those with gaps, and the units of all pairs with gaps.

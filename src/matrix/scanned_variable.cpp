@@ -10,11 +10,6 @@
 namespace zavrel {
 namespace {
 
-bool IsModerate(double value) {
-  const double magnitude = std::abs(value);
-  return magnitude < kModerateLimit && (magnitude >= kModerateFloor || magnitude == 0);
-}
-
 /// Sums some variables of equal length, up to kMostSummed groups.
 void Sum(std::span<ScannedVariable* const> variables) {
   const double* columns[kMostSummed * kGroup];
@@ -38,23 +33,21 @@ void SumAll(std::span<ScannedVariable* const> variables) {
 }
 
 void ScanValues(ScannedVariable& variable) {
-  for (std::size_t i = 0; i < variable.values.size(); ++i) {
-    const double value = variable.values[i];
-    if (value == kMissingValue) continue;
-    variable.present[i / 64] |= std::uint64_t{1} << (i % 64);
-    if (IsModerate(value)) continue;
-    variable.is_moderate = false;
-    if (variable.first_error == ScannedVariable::kNoError && ErrorCodeOf(value))
-      variable.first_error = i;
-  }
+  const VariableColumn values = variable.values;
+  variable.is_moderate =
+      MarkPresent(values.data(), values.size(), kMissingValue, variable.present.data());
+  if (variable.is_moderate) return;
+  const auto error = std::find_if(values.begin(), values.end(),
+                                  [](double value) { return ErrorCodeOf(value).has_value(); });
+  if (error != values.end())
+    variable.first_error = static_cast<std::size_t>(error - values.begin());
 }
 
 bool AllPresent(const ScannedVariable& variable, std::size_t observations) {
-  const auto missing = [&](std::size_t i) { return !IsSet(variable.present, i); };
-  for (std::size_t i = 0; i < observations; ++i) {
-    if (missing(i)) return false;
-  }
-  return true;
+  const auto whole = static_cast<std::ptrdiff_t>(observations / 64);
+  const auto end = variable.present.begin() + whole;
+  return std::all_of(variable.present.begin(), end, [](std::uint64_t w) { return ~w == 0; }) &&
+         *end == (std::uint64_t{1} << (observations % 64)) - 1;
 }
 
 std::optional<std::int32_t> ErrorAt(const ScannedVariable& variable, std::size_t row) {
