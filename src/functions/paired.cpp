@@ -89,7 +89,9 @@ ZAV_EXPORT XLOPER12* ZavrelPairMedian(const XLOPER12* first, const XLOPER12* sec
         if (count == 0) return NoPair();
         const std::span<double> differences = room.all().first(count);
         RoomForPairs scratch(read);
-        SortAscending(differences, scratch.all());
+        // The automatic method looks at all values.
+        const bool looks_at_all = code == static_cast<int>(Stats::PercentileMethod::kAutomatic);
+        (looks_at_all ? SortAscending : SortMiddle)(differences, scratch.all());
         const auto median = PercentileOfSorted(differences, 0.5, static_cast<std::int16_t>(code));
         if (!median) return Failure(ExcelError::kValue);
         return *median;

@@ -83,6 +83,24 @@ void RadixSort(std::span<double> values, double* scratch) {
   if (from != values.data()) std::memcpy(values.data(), from, values.size_bytes());
 }
 
+constexpr std::size_t kSample = 2048;
+// Four standard deviations of the rank that the median has in a sample.
+constexpr std::size_t kSampleHalf = 4 * 23;
+
+/// Two keys with the median between them, nearly always.
+struct KeyRange {
+  std::uint64_t low, high;
+};
+KeyRange AroundMedian(std::span<const double> values) {
+  std::array<std::uint64_t, kSample> sample;
+  for (std::size_t i = 0; i < kSample; ++i) sample[i] = Key(values[values.size() / kSample * i]);
+  const auto low = sample.begin() + (kSample / 2 - kSampleHalf);
+  const auto high = sample.begin() + (kSample / 2 + kSampleHalf);
+  std::nth_element(sample.begin(), low, sample.end());
+  std::nth_element(low + 1, high, sample.end());
+  return {*low, *high};
+}
+
 }  // namespace
 
 void SortAscending(std::span<double> values, std::span<double> scratch) {
@@ -96,6 +114,24 @@ void SortAscending(std::span<double> values, std::span<double> scratch) {
     return;
   }
   RadixSort(values, scratch.data());
+}
+
+void SortMiddle(std::span<double> values, std::span<double> scratch) {
+  const std::size_t n = values.size();
+  if (n < 4 * kSample) return SortAscending(values, scratch);
+  const auto [low, high] = AroundMedian(values);
+  std::size_t below = 0;
+  std::size_t between = 0;
+  for (const double value : values) {
+    const std::uint64_t key = Key(value);
+    scratch[between] = value;
+    between += std::size_t{key - low <= high - low};
+    below += std::size_t{key < low};
+  }
+  if (below + 2 > n / 2 || below + between < n / 2 + 2) return SortAscending(values, scratch);
+  const std::span<double> places = values.subspan(below, between);
+  std::copy_n(scratch.begin(), between, places.begin());
+  SortAscending(places, scratch);
 }
 
 }  // namespace zavrel

@@ -12,4 +12,9 @@ namespace zavrel {
 /// `scratch` has at least as many elements as `values`; its contents do not matter.
 void SortAscending(std::span<double> values, std::span<double> scratch);
 
+/// Puts into place what stands in the middle in the same order: the values from place n / 2 - 2 to
+/// n / 2 + 1 of n. What the other places then hold is unspecified. Compares each value with two of
+/// a sample and sorts what lies between them.
+void SortMiddle(std::span<double> values, std::span<double> scratch);
+
 }  // namespace zavrel
