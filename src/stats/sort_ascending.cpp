@@ -85,7 +85,7 @@ void RadixSort(std::span<double> values, double* scratch) {
 
 constexpr std::size_t kSample = 2048;
 // Four standard deviations of the rank that the median has in a sample.
-constexpr std::size_t kSampleHalf = 4 * 23;
+constexpr std::size_t kSampleHalf = std::size_t{4} * 23;
 
 /// Two keys with the median between them, nearly always.
 struct KeyRange {
