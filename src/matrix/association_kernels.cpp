@@ -2,10 +2,10 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "matrix/association_kernels.cpp"
-#include "hwy/cache_control.h"
-#include "hwy/foreach_target.h"
+#include <hwy/cache_control.h>
+#include <hwy/foreach_target.h>
 // After foreach_target.h, which sets what it defines.
-#include "hwy/highway.h"
+#include <hwy/highway.h>
 
 HWY_BEFORE_NAMESPACE();
 namespace zavrel::HWY_NAMESPACE {

@@ -2,9 +2,9 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "matrix/dense_kernels.cpp"
-#include "hwy/foreach_target.h"
+#include <hwy/foreach_target.h>
 // After foreach_target.h, which sets what it defines.
-#include "hwy/highway.h"
+#include <hwy/highway.h>
 
 HWY_BEFORE_NAMESPACE();
 namespace zavrel::dense::HWY_NAMESPACE {
