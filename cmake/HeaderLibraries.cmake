@@ -20,6 +20,13 @@ target_link_libraries(header_fmt INTERFACE ${FMT_LIBRARY})
 zavrel_header_library(header_json nlohmann)
 zavrel_header_library(header_eigen eigen3)
 zavrel_header_library(header_boost boost)
+# Vectors, and the choice of the processor's best instructions at run time. Its vectors of a size that only the processor
+# knows cannot be members of an array, so they are left out; no processor in use ends at SSSE3.
+zavrel_header_library(header_hwy hwy)
+find_library(HWY_LIBRARY NAMES libhwy.a REQUIRED)
+target_link_libraries(header_hwy INTERFACE ${HWY_LIBRARY})
+target_compile_definitions(header_hwy INTERFACE  # not for resources, whose compiler has a shell read it
+  "$<$<COMPILE_LANGUAGE:CXX>:HWY_DISABLED_TARGETS=(HWY_SSSE3|HWY_SVE|HWY_SVE2|HWY_SVE_256|HWY_SVE2_128)>")
 # Letter case by Unicode, the same on every system.
 file(MAKE_DIRECTORY ${ZAVREL_HEADER_LINKS}/utf8proc)
 file(CREATE_LINK /usr/include/utf8proc.h ${ZAVREL_HEADER_LINKS}/utf8proc/utf8proc.h SYMBOLIC)

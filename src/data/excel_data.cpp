@@ -149,9 +149,7 @@ BlockArray<double> ExcelData::Sorted() {
   if (numbers.empty()) return sorted;
   sorted.Reserve(numbers.size());
   std::copy(numbers.begin(), numbers.end(), sorted.Extend(numbers.size()));
-  BlockArray<double> scratch;
-  scratch.Reserve(numbers.size());
-  SortAscending({sorted.data(), sorted.size()}, {scratch.Extend(numbers.size()), numbers.size()});
+  SortAscending(sorted.elements());
   return sorted;
 }
 

@@ -10,12 +10,21 @@ namespace {
 
 void ComputeInto(ExcelData& data, StatisticId id, Form form) {
   StatisticCache& cache = data.statistics();
+  const RunningSum* const first_pass = data.cells().running_sum();
+  // Most sheets ask for the mean alone. The log shows all moments.
+  if (id == StatisticId::kMean && first_pass != nullptr && EnabledLog() == nullptr) {
+    if (const auto mean = MeanAlone(*first_pass, data.NumberCount())) {
+      for (const Form either : {Form::kPopulation, Form::kSample})
+        cache.Set(either, 0, static_cast<std::size_t>(id), *mean);
+      return;
+    }
+  }
   const std::span<const double> numbers = data.Numbers(MissingDataPolicy::kNumbersOnly);
   if (!IsMoment(id)) {
     cache.Set(form, 0, static_cast<std::size_t>(id), SingleStatistic(id, numbers));
     return;
   }
-  const MomentBlocks blocks = ComputeBothForms(numbers, data.cells().running_sum());
+  const MomentBlocks blocks = ComputeBothForms(numbers, first_pass);
   LogComposedLine([&] {
     return SummaryOf(blocks.sample, data.size(), data.cells().count(CellTag::kError)).Text();
   });

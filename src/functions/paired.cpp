@@ -88,8 +88,12 @@ ZAV_EXPORT XLOPER12* ZavrelPairMedian(const XLOPER12* first, const XLOPER12* sec
         const std::size_t count = PairedDifferences(read.numbers(0), read.numbers(1), room.all());
         if (count == 0) return NoPair();
         const std::span<double> differences = room.all().first(count);
-        RoomForPairs scratch(read);
-        SortAscending(differences, scratch.all());
+        if (code == static_cast<int>(Stats::PercentileMethod::kAutomatic)) {  // looks at all
+          SortAscending(differences);
+        } else {
+          RoomForPairs scratch(read);
+          SortMiddle(differences, scratch.all());
+        }
         const auto median = PercentileOfSorted(differences, 0.5, static_cast<std::int16_t>(code));
         if (!median) return Failure(ExcelError::kValue);
         return *median;

@@ -47,8 +47,7 @@ ObservationBits CompleteObservations(std::span<const ScannedVariable> variables,
 
 /// Keeps only the complete observations, up to the length of the first variable. Copies them into
 /// `storage` unless all observations are complete.
-void DeleteListwise(std::vector<ScannedVariable>& variables, Looked looked,
-                    const AssociationKernels& kernels, Columns& storage) {
+void DeleteListwise(std::vector<ScannedVariable>& variables, Looked looked, Columns& storage) {
   if (std::none_of(variables.begin(), variables.end(),
                    [](const ScannedVariable& v) { return v.has_gaps(); }))
     return;
@@ -64,7 +63,7 @@ void DeleteListwise(std::vector<ScannedVariable>& variables, Looked looked,
       if (IsSet(complete, row)) storage[c].data()[n++] = variables[c].values[row];
     }
   });
-  variables = Scan(ViewsOf(storage), looked, kernels);
+  variables = Scan(ViewsOf(storage), looked);
 }
 
 Orders OrdersOf(std::span<const ScannedVariable> variables) {
@@ -90,7 +89,7 @@ Orders OrdersOf(std::span<const ScannedVariable> variables) {
 
 /// Replaces variables without gaps by their ranks.
 void ReplaceByRanks(std::vector<ScannedVariable>& variables, const Orders& orders,
-                    const AssociationKernels& kernels, Columns& storage) {
+                    Columns& storage) {
   std::vector<std::size_t> whole;
   for (std::size_t c = 0; c < variables.size(); ++c) {
     if (variables[c].has_gaps()) continue;
@@ -100,14 +99,13 @@ void ReplaceByRanks(std::vector<ScannedVariable>& variables, const Orders& order
   ParallelCompute(whole.size(), [&](std::size_t w) {
     RankAllInto(orders[whole[w]].elements(), storage[w].elements());
   });
-  const std::vector<ScannedVariable> ranks =
-      Scan(ViewsOf(storage), Looked::kWhereSumsAreUnusual, kernels);
+  const std::vector<ScannedVariable> ranks = Scan(ViewsOf(storage), Looked::kWhereSumsAreUnusual);
   for (std::size_t w = 0; w < whole.size(); ++w) variables[whole[w]] = ranks[w];
 }
 
 /// True if the assumptions about a variable that was not examined may be wrong.
 bool CalculateWholePairs(std::span<const ScannedVariable> variables, PairOptions options,
-                         const AssociationKernels& kernels, DoubleMatrix& matrix) {
+                         DoubleMatrix& matrix) {
   WholeVariables moderate;
   WholeVariables others;
   for (std::size_t c = 0; c < variables.size(); ++c) {
@@ -116,7 +114,7 @@ bool CalculateWholePairs(std::span<const ScannedVariable> variables, PairOptions
     kind.variables.push_back(&variables[c]);
     kind.places.push_back(c);
   }
-  const ModeratePairs pairs = CalculateModeratePairs(moderate, options, kernels, matrix);
+  const ModeratePairs pairs = CalculateModeratePairs(moderate, options, matrix);
   CalculateOtherPairs(moderate, pairs.summaries, others, options, matrix);
   return pairs.left_normal_range;
 }
@@ -133,14 +131,14 @@ bool MayHideGaps(std::span<const ScannedVariable> variables, const Orders& order
 
 /// Nothing if all variables must be examined.
 std::optional<AssociationResult> Calculate(const AssociationOptions& options,
-                                           std::span<const VariableColumn> variables, Looked looked,
-                                           const AssociationKernels& kernels) {
-  std::vector<ScannedVariable> scanned = Scan(variables, looked, kernels);
+                                           std::span<const VariableColumn> variables,
+                                           Looked looked) {
+  std::vector<ScannedVariable> scanned = Scan(variables, looked);
   AssociationResult result;
   result.error = options.listwise_deletion ? FirstErrorByRow(scanned) : FirstErrorByPair(scanned);
   if (result.error) return result;
   Columns complete;
-  if (options.listwise_deletion) DeleteListwise(scanned, looked, kernels, complete);
+  if (options.listwise_deletion) DeleteListwise(scanned, looked, complete);
 
   const std::size_t k = scanned.size();
   result.matrix.assign(k, std::vector<double>(k, ConditionDouble(kConditionNoData)));
@@ -150,11 +148,11 @@ std::optional<AssociationResult> Calculate(const AssociationOptions& options,
     must_look = MayHideGaps(scanned, orders);
     CalculateCompactedPairs(scanned, orders, false, options.pair, result.matrix);
     Columns ranks;
-    ReplaceByRanks(scanned, orders, kernels, ranks);
-    CalculateWholePairs(scanned, options.pair, kernels, result.matrix);
+    ReplaceByRanks(scanned, orders, ranks);
+    CalculateWholePairs(scanned, options.pair, result.matrix);
   } else {
-    must_look = CalculateWholePairs(scanned, options.pair, kernels, result.matrix);
-    must_look |= CalculateModerateGappedPairs(scanned, options.pair, kernels, result.matrix);
+    must_look = CalculateWholePairs(scanned, options.pair, result.matrix);
+    must_look |= CalculateModerateGappedPairs(scanned, options.pair, result.matrix);
     CalculateCompactedPairs(scanned, {}, true, options.pair, result.matrix);
   }
   if (must_look && looked != Looked::kEverywhere) return std::nullopt;
@@ -189,13 +187,12 @@ bool IsSmall(const AssociationOptions& options, std::span<const VariableColumn> 
 }  // namespace
 
 AssociationResult CalculateAssociationMatrix(const AssociationOptions& options,
-                                             std::span<const VariableColumn> variables,
-                                             const AssociationKernels& kernels) {
+                                             std::span<const VariableColumn> variables) {
   const FloatingPointScope environment;
   std::optional<CallingThreadOnly> small;
   if (IsSmall(options, variables)) small.emplace();
-  auto result = Calculate(options, variables, Looked::kWhereSumsAreUnusual, kernels);
-  if (!result) result = Calculate(options, variables, Looked::kEverywhere, kernels);
+  auto result = Calculate(options, variables, Looked::kWhereSumsAreUnusual);
+  if (!result) result = Calculate(options, variables, Looked::kEverywhere);
   if (options.pair.measure == Measure::kCorrelation && !result->error)
     CorrelateSameVariables(variables, result->matrix);
   return *std::move(result);

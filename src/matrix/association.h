@@ -6,7 +6,6 @@
 #include <span>
 #include <vector>
 
-#include "matrix/association_kernels.h"
 #include "matrix/pair_value.h"
 #include "numbers/double_matrix.h"
 
@@ -50,8 +49,7 @@ struct AssociationResult {
 ///
 /// A sum that overflows is computed again with a wider range. Results do not depend on the
 /// processor: every sum runs in observation order and no product is fused.
-AssociationResult CalculateAssociationMatrix(
-    const AssociationOptions& options, std::span<const VariableColumn> variables,
-    const AssociationKernels& kernels = ChosenAssociationKernels());
+AssociationResult CalculateAssociationMatrix(const AssociationOptions& options,
+                                             std::span<const VariableColumn> variables);
 
 }  // namespace zavrel

@@ -1,20 +1,20 @@
 #pragma once
-// Sums over observations, four columns at a time, in one version for each instruction set. Every
-// sum runs in observation order and nothing is fused, so all versions give the same bits.
+// Sums over observations, several columns at a time, with the processor's widest vectors. Every
+// sum runs in observation order and nothing is fused, so all processors give the same bits.
 
 #include <cstddef>
 #include <cstdint>
 
 namespace zavrel {
 
-/// The number of columns that are processed together. "Packed" columns are stored row by row, with
-/// kGroup values in each row.
+/// The number of columns that are packed together.
 inline constexpr std::size_t kGroup = 4;
 /// The number of groups that are summed at a time. The processor can still prefetch this many
 /// streams.
 inline constexpr std::size_t kMostSummed = 4;
-/// The number of groups by which another group is multiplied at a time.
-inline constexpr std::size_t kMostGroups = 3;
+/// The number of columns that are paired with another one at a time: the doubles of the widest
+/// vector.
+inline constexpr std::size_t kLanes = 8;
 
 /// Below this limit, no sum here overflows.
 inline constexpr double kModerateLimit = 1e70;
@@ -22,44 +22,57 @@ inline constexpr double kModerateLimit = 1e70;
 /// 1e-76.
 inline constexpr double kModerateFloor = 1e-50;
 
-/// The pairs of a packed group's columns with another column, over their common observations. The
+/// "Packed" columns are stored row by row, `stride` doubles apart.
+struct Packed {
+  double* values;
+  std::size_t stride;
+};
+
+/// Sums of up to kMostSummed `groups` of kGroup columns each.
+void SumColumns(const double* const* columns, std::size_t groups, std::size_t rows, double* sums);
+
+/// Packs the deviations of kGroup columns from their means.
+void PackDeviations(const double* const* columns, std::size_t rows, const double* means,
+                    Packed packed);
+
+/// sums[i][j] += a[r][i] b[r][j] for kGroup columns of a and `columns` of b, a multiple of kGroup.
+/// The stride is that of both. Reads, but does not use, up to kLanes - kGroup values after those of
+/// b.
+void AddProducts(const double* a, Packed b, std::size_t rows, std::size_t columns, double* sums,
+                 std::size_t sums_stride);
+
+/// The pairs of kLanes packed columns x with another column y, over their common observations. The
 /// means are computed first, and everything else from deviations.
 struct GappedPairs {
-  double mean_x[kGroup];
-  double mean_y[kGroup];
-  std::int64_t count[kGroup];
-  double sum_x[kGroup];
-  double sum_y[kGroup];
-  double s1_x[kGroup];
-  double s2_x[kGroup];
-  double s1_y[kGroup];
-  double s2_y[kGroup];
-  double products[kGroup];
+  double mean_x[kLanes];
+  double mean_y[kLanes];
+  double sum_x[kLanes];
+  double sum_y[kLanes];
+  double s1_x[kLanes];
+  double s2_x[kLanes];
+  double s1_y[kLanes];
+  double s2_y[kLanes];
+  double products[kLanes];
+};
+/// kLanes packed columns, and others of as many rows. Of the packed ones, the first `lanes` are
+/// wanted.
+struct GappedColumns {
+  const double* packed;
+  std::size_t lanes;
+  const double* const* others;
+  std::size_t other_count;
+  std::size_t rows;
+  double missing;
 };
 
-struct AssociationKernels {
-  /// Sums of up to kMostSummed `groups` of kGroup columns each.
-  void (*sum_columns)(const double* const* columns, std::size_t groups, std::size_t rows,
-                      double* sums);
-  /// Packs the deviations of kGroup columns from their means.
-  void (*pack_deviations)(const double* const* columns, std::size_t rows, const double* means,
-                          double* packed);
-  /// products[i][j] += a[r][i] b[r][j] for a packed group and 1, 2 or 3 others. `stride` is the
-  /// distance between rows of products.
-  void (*add_products[kMostGroups])(const double* a, const double* const* b, std::size_t rows,
-                                    double* products, std::size_t stride);
-  /// Adds the observations in which neither value is `missing` to counts and sums.
-  void (*add_gapped_values)(const double* packed, const double* y, std::size_t rows, double missing,
-                            GappedPairs* pairs);
-  /// Adds to the sums of deviations.
-  void (*add_gapped_deviations)(const double* packed, const double* y, std::size_t rows,
-                                double missing, GappedPairs* pairs);
-};
+/// Adds the observations in which neither value is missing to the sums of the values, with a
+/// GappedPairs for each of the others.
+void AddGappedValues(const GappedColumns& columns, GappedPairs* pairs);
+/// Adds them to the sums of deviations.
+void AddGappedDeviations(const GappedColumns& columns, GappedPairs* pairs);
 
-const AssociationKernels& BaselineAssociationKernels() noexcept;
-/// May be called only if the processor has AVX2.
-const AssociationKernels& Avx2AssociationKernels() noexcept;
-/// The fastest version that this processor can run.
-const AssociationKernels& ChosenAssociationKernels() noexcept;
+/// Sets the bit of each value that is not missing, 64 to a word; `present` holds zeros. Returns
+/// whether all of these values are 0 or from kModerateFloor to below kModerateLimit in magnitude.
+bool MarkPresent(const double* values, std::size_t count, double missing, std::uint64_t* present);
 
 }  // namespace zavrel

@@ -1,5 +1,5 @@
 #pragma once
-// The inner loops of the matrix operations, on plain memory. The same source is compiled twice: for
+// The inner loops of the matrix operations, on plain memory. Those of Eigen are compiled twice: for
 // every x86-64 processor, and for those with AVX2 and FMA.
 //
 // Nothing here is a template of the standard library, since the linker might keep an instantiation
@@ -16,8 +16,8 @@ enum class Outcome { kDone, kInvalidValues, kNoConvergence };
 
 /// Adds A x B to `out`; all are given by their rows. Each element is summed in the order of A's
 /// columns, without fused operations, so it is the same number on every processor.
-using RowProduct = void(const double* const* a, std::size_t rows, std::size_t inner,
-                        const double* const* b, std::size_t columns, double* const* out) noexcept;
+void AddRowProducts(const double* const* a, std::size_t rows, std::size_t inner,
+                    const double* const* b, std::size_t columns, double* const* out) noexcept;
 
 /// A x B, all three row by row without padding. The product is blocked, so sums have no fixed
 /// order.
@@ -43,7 +43,6 @@ using SelfAdjointSolver = Outcome(const double* matrix, std::size_t n, double* v
 using ScoreSolver = Outcome(double* x, std::size_t rows, std::size_t columns, double* scores);
 
 struct Kernels {
-  RowProduct* add_row_products;
   BlockedProduct* multiply;
   Factorization* factor;
   InverseColumns* invert_columns;
@@ -52,7 +51,6 @@ struct Kernels {
 };
 
 namespace baseline {
-RowProduct AddRowProducts;
 BlockedProduct Multiply;
 Factorization Factor;
 InverseColumns InvertColumns;
@@ -60,7 +58,6 @@ SelfAdjointSolver SelfAdjointEigen;
 ScoreSolver SingularScores;
 }  // namespace baseline
 namespace avx2 {
-RowProduct AddRowProducts;
 BlockedProduct Multiply;
 Factorization Factor;
 InverseColumns InvertColumns;
@@ -72,8 +69,7 @@ extern const Kernels kBaselineKernels;
 /// Only for processors that have AVX2 and FMA.
 extern const Kernels kAvx2Kernels;
 
-bool ProcessorHasAvx2() noexcept;
-/// The fastest version that this processor can run.
+/// The faster version of those that this processor can run.
 const Kernels& BestKernels() noexcept;
 
 }  // namespace zavrel::dense

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 
+#include "matrix/association_kernels.h"
 #include "matrix/matrix_parallel.h"
 #include "matrix/ranks.h"
 #include "numbers/error_double.h"
@@ -11,8 +13,8 @@
 namespace zavrel {
 namespace {
 
-constexpr std::size_t kBlockRows = 512;  // 16 KiB of a packed group
-constexpr std::size_t kPartners = 4;     // how many partners use a packed block
+constexpr std::size_t kBlockRows = 256;  // 16 KiB of packed columns
+constexpr std::size_t kPartners = 8;     // how many partners use a packed block
 
 struct Variable {
   const ScannedVariable* scanned;
@@ -46,79 +48,108 @@ bool IsConstantInPair(const ScannedVariable& x, const ScannedVariable& y) {
   return true;
 }
 
+/// `y` has gaps.
+std::size_t CommonObservations(const ScannedVariable& x, const ScannedVariable& y) {
+  std::size_t count = 0;
+  for (std::size_t w = 0; w < y.present.size(); ++w) {
+    const std::uint64_t both = y.present[w] & (x.has_gaps() ? x.present[w] : ~std::uint64_t{0});
+    count += static_cast<std::size_t>(std::popcount(both));
+  }
+  return count;
+}
+
 /// The sums of one unit.
 class UnitSums {
  public:
-  UnitSums(const Unit& unit, PairOptions options, const AssociationKernels& kernels)
-      : unit_(unit), options_(options), kernels_(kernels) {}
+  UnitSums(const Unit& unit, PairOptions options) : unit_(unit), options_(options) {}
 
   void CalculateInto(DoubleMatrix& matrix) {
-    EachBlock(kernels_.add_gapped_values);
-    for (std::size_t p = 0; p < unit_.partners.size(); ++p) FindMeans(sums_[p]);
-    EachBlock(kernels_.add_gapped_deviations);
-    for (std::size_t p = 0; p < unit_.partners.size(); ++p) {
-      for (std::size_t lane = 0; lane < unit_.group.size(); ++lane) {
-        const Variable& x = unit_.group[lane];
-        const Variable& y = unit_.partners[p];
-        if (&x > &y) continue;
-        SetBoth(matrix, x.place, y.place, Value(x, y, sums_[p], lane));
-      }
-    }
+    EachBlock(AddGappedValues);
+    EachPair([this](std::size_t p, std::size_t lane) { FindMeans(p, lane); });
+    EachBlock(AddGappedDeviations);
+    EachPair([&](std::size_t p, std::size_t lane) {
+      SetBoth(matrix, unit_.group[lane].place, unit_.partners[p].place, Value(p, lane));
+    });
   }
 
  private:
-  using Add = decltype(AssociationKernels::add_gapped_values);
+  /// How many variables of the group do not come after the partner.
+  std::size_t PairsOf(std::size_t p) const {
+    const auto from_first = static_cast<std::size_t>(&unit_.partners[p] - unit_.group.data());
+    return std::min(unit_.group.size(), from_first + 1);
+  }
 
-  void EachBlock(Add add) {
-    std::size_t rows = 0;
-    for (const Variable& y : unit_.partners) rows = std::max(rows, y.rows());
-    for (std::size_t first = 0; first < rows; first += kBlockRows) {
-      Pack(first, std::min(kBlockRows, rows - first));
-      for (std::size_t p = 0; p < unit_.partners.size(); ++p) {
-        const VariableColumn y = unit_.partners[p].scanned->values;
-        if (first >= y.size()) continue;
-        add(packed_.data(), y.data() + first, std::min(kBlockRows, y.size() - first), kMissingValue,
-            &sums_[p]);
-      }
+  template <class Body>
+  void EachPair(Body body) {
+    for (std::size_t p = 0; p < unit_.partners.size(); ++p) {
+      for (std::size_t lane = 0; lane < PairsOf(p); ++lane) body(p, lane);
+    }
+  }
+
+  void EachBlock(decltype(AddGappedValues) add) {
+    std::size_t all_rows = 0;
+    for (const Variable& y : unit_.partners) all_rows = std::max(all_rows, y.rows());
+    for (std::size_t first = 0; first < all_rows; first += kBlockRows) {
+      const std::size_t rows = std::min(kBlockRows, all_rows - first);
+      Pack(first, rows);
+      const double* partners[kPartners];
+      for (std::size_t p = 0; p < unit_.partners.size(); ++p)
+        partners[p] = Part(unit_.partners[p].scanned->values, first, rows, endings_[kLanes + p]);
+      const std::size_t last = unit_.partners.size() - 1;
+      add({packed_.data(), PairsOf(last), partners, last + 1, rows, kMissingValue}, sums_.data());
     }
   }
 
   void Pack(std::size_t first, std::size_t rows) {
-    for (std::size_t lane = 0; lane < kGroup; ++lane) {
+    constexpr double kNoMeans[kGroup] = {};
+    const double* columns[kLanes];
+    for (std::size_t lane = 0; lane < kLanes; ++lane) {
       const VariableColumn x =
           lane < unit_.group.size() ? unit_.group[lane].scanned->values : VariableColumn();
-      const std::size_t there = x.size() > first ? std::min(rows, x.size() - first) : 0;
-      for (std::size_t r = 0; r < there; ++r) packed_[r * kGroup + lane] = x[first + r];
-      for (std::size_t r = there; r < rows; ++r) packed_[r * kGroup + lane] = kMissingValue;
+      columns[lane] = Part(x, first, rows, endings_[lane]);
     }
+    for (std::size_t lane = 0; lane < kLanes; lane += kGroup)
+      PackDeviations(columns + lane, rows, kNoMeans, {packed_.data() + lane, kLanes});
   }
 
-  static void FindMeans(GappedPairs& sums) {
-    for (std::size_t lane = 0; lane < kGroup; ++lane) {
-      if (sums.count[lane] == 0) continue;
-      const auto n = static_cast<double>(sums.count[lane]);
-      sums.mean_x[lane] = sums.sum_x[lane] / n;
-      sums.mean_y[lane] = sums.sum_y[lane] / n;
-    }
+  using BlockOfColumn = std::array<double, kBlockRows>;
+
+  /// Some rows of a column; of one that ends before them, a copy with missing values at its end.
+  static const double* Part(VariableColumn column, std::size_t first, std::size_t rows,
+                            BlockOfColumn& copy) {
+    const std::size_t there = column.size() > first ? std::min(rows, column.size() - first) : 0;
+    if (there == rows) return column.data() + first;
+    const auto begin = column.end() - static_cast<std::ptrdiff_t>(there);
+    std::fill(std::copy(begin, column.end(), copy.begin()), copy.end(), kMissingValue);
+    return copy.data();
   }
 
-  double Value(const Variable& x, const Variable& y, const GappedPairs& sums,
-               std::size_t lane) const {
-    const auto n = static_cast<std::size_t>(sums.count[lane]);
-    const VariableSummary of_x =
-        SummaryFromSums(sums.mean_x[lane], sums.s1_x[lane], sums.s2_x[lane], n,
-                        IsConstantInPair(*x.scanned, *y.scanned), options_);
-    const VariableSummary of_y =
-        SummaryFromSums(sums.mean_y[lane], sums.s1_y[lane], sums.s2_y[lane], n,
-                        IsConstantInPair(*y.scanned, *x.scanned), options_);
+  void FindMeans(std::size_t p, std::size_t lane) {
+    counts_[p][lane] = CommonObservations(*unit_.group[lane].scanned, *unit_.partners[p].scanned);
+    if (counts_[p][lane] == 0) return;
+    const auto n = static_cast<double>(counts_[p][lane]);
+    sums_[p].mean_x[lane] = sums_[p].sum_x[lane] / n;
+    sums_[p].mean_y[lane] = sums_[p].sum_y[lane] / n;
+  }
+
+  double Value(std::size_t p, std::size_t lane) const {
+    const ScannedVariable& x = *unit_.group[lane].scanned;
+    const ScannedVariable& y = *unit_.partners[p].scanned;
+    const GappedPairs& sums = sums_[p];
+    const std::size_t n = counts_[p][lane];
+    const VariableSummary of_x = SummaryFromSums(
+        sums.mean_x[lane], sums.s1_x[lane], sums.s2_x[lane], n, IsConstantInPair(x, y), options_);
+    const VariableSummary of_y = SummaryFromSums(
+        sums.mean_y[lane], sums.s1_y[lane], sums.s2_y[lane], n, IsConstantInPair(y, x), options_);
     return PairValueFromSum(sums.products[lane], n, of_x, of_y, options_);
   }
 
   const Unit& unit_;
   PairOptions options_;
-  const AssociationKernels& kernels_;
   std::array<GappedPairs, kPartners> sums_{};
-  std::array<double, kBlockRows * kGroup> packed_;
+  std::array<std::array<std::size_t, kLanes>, kPartners> counts_{};
+  std::array<double, kBlockRows * kLanes> packed_;
+  std::array<BlockOfColumn, kLanes + kPartners> endings_;
 };
 
 /// The variables without gaps, then those with gaps, and the units of all pairs with gaps.
@@ -139,8 +170,8 @@ std::vector<Unit> UnitsOf(std::span<const Variable> order) {
                    [](const Variable& v) { return v.scanned->has_gaps(); }) -
       order.begin());
   std::vector<Unit> units;
-  for (std::size_t g = 0; g < order.size(); g += kGroup) {
-    const auto group = order.subspan(g, std::min(kGroup, order.size() - g));
+  for (std::size_t g = 0; g < order.size(); g += kLanes) {
+    const auto group = order.subspan(g, std::min(kLanes, order.size() - g));
     for (std::size_t p = std::max(g, first_gapped); p < order.size(); p += kPartners)
       units.push_back({group, order.subspan(p, std::min(kPartners, order.size() - p))});
   }
@@ -150,11 +181,11 @@ std::vector<Unit> UnitsOf(std::span<const Variable> order) {
 }  // namespace
 
 bool CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, PairOptions options,
-                                  const AssociationKernels& kernels, DoubleMatrix& matrix) {
+                                  DoubleMatrix& matrix) {
   const std::vector<Variable> order = WholeFirst(variables);
   const std::vector<Unit> units = UnitsOf(order);
   return ParallelCompute(units.size(), [&](std::size_t index) {
-    UnitSums(units[index], options, kernels).CalculateInto(matrix);
+    UnitSums(units[index], options).CalculateInto(matrix);
   });
 }
 

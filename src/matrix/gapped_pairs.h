@@ -4,7 +4,6 @@
 
 #include <span>
 
-#include "matrix/association_kernels.h"
 #include "matrix/pair_value.h"
 #include "matrix/scanned_variable.h"
 #include "numbers/double_matrix.h"
@@ -16,7 +15,7 @@ namespace zavrel {
 /// are copied; 0 is added for a missing observation. True if an operation overflowed or
 /// underflowed: some variable was not moderate, and the values are meaningless.
 bool CalculateModerateGappedPairs(std::span<const ScannedVariable> variables, PairOptions options,
-                                  const AssociationKernels& kernels, DoubleMatrix& matrix);
+                                  DoubleMatrix& matrix);
 
 /// Values of the pairs with gaps for variables of any kind: all pairs or, with `immoderate_only`,
 /// those that CalculateModerateGappedPairs omits. With `orders`, one for each variable, uses ranks.

@@ -50,15 +50,14 @@ void ForParts(std::size_t count, std::size_t part, const Body& body) {
 
 void MultiplyByRows(const DoubleMatrix& a, const DoubleMatrix& b, Shape a_shape,
                     std::size_t columns, DoubleMatrix& product) {
-  const auto& add_row_products = dense::BestKernels().add_row_products;
   std::vector<const double*> a_rows(a.size()), b_rows(b.size());
   std::vector<double*> product_rows(a.size());
   std::ranges::transform(a, a_rows.begin(), [](const auto& row) { return row.data(); });
   std::ranges::transform(b, b_rows.begin(), [](const auto& row) { return row.data(); });
   std::ranges::transform(product, product_rows.begin(), [](auto& row) { return row.data(); });
   const auto multiply = [&](std::size_t begin, std::size_t end) {
-    add_row_products(a_rows.data() + begin, end - begin, a_shape.columns, b_rows.data(), columns,
-                     product_rows.data() + begin);
+    dense::AddRowProducts(a_rows.data() + begin, end - begin, a_shape.columns, b_rows.data(),
+                          columns, product_rows.data() + begin);
   };
   if (a_shape.rows == 1 || a_shape.rows * a_shape.columns * columns < kInlineProduct) {
     multiply(0, a_shape.rows);

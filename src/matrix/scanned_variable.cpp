@@ -10,51 +10,44 @@
 namespace zavrel {
 namespace {
 
-bool IsModerate(double value) {
-  const double magnitude = std::abs(value);
-  return magnitude < kModerateLimit && (magnitude >= kModerateFloor || magnitude == 0);
-}
-
 /// Sums some variables of equal length, up to kMostSummed groups.
-void Sum(std::span<ScannedVariable* const> variables, const AssociationKernels& kernels) {
+void Sum(std::span<ScannedVariable* const> variables) {
   const double* columns[kMostSummed * kGroup];
   double sums[kMostSummed * kGroup];
   const std::size_t groups = (variables.size() + kGroup - 1) / kGroup;
   for (std::size_t c = 0; c < kMostSummed * kGroup; ++c)
     columns[c] = variables[std::min(c, variables.size() - 1)]->values.data();
-  kernels.sum_columns(columns, groups, variables[0]->values.size(), sums);
+  SumColumns(columns, groups, variables[0]->values.size(), sums);
   for (std::size_t c = 0; c < variables.size(); ++c) variables[c]->sum = sums[c];
 }
 
-void SumAll(std::span<ScannedVariable* const> variables, const AssociationKernels& kernels) {
+void SumAll(std::span<ScannedVariable* const> variables) {
   const std::size_t groups = (variables.size() + kGroup - 1) / kGroup;
   const std::size_t parts =
       std::max((groups + kMostSummed - 1) / kMostSummed, std::min(groups, ParallelThreads()));
   ParallelCompute(parts, [&](std::size_t part) {
     const std::size_t first = groups * part / parts * kGroup;
     const std::size_t end = std::min(groups * (part + 1) / parts * kGroup, variables.size());
-    Sum(variables.subspan(first, end - first), kernels);
+    Sum(variables.subspan(first, end - first));
   });
 }
 
 void ScanValues(ScannedVariable& variable) {
-  for (std::size_t i = 0; i < variable.values.size(); ++i) {
-    const double value = variable.values[i];
-    if (value == kMissingValue) continue;
-    variable.present[i / 64] |= std::uint64_t{1} << (i % 64);
-    if (IsModerate(value)) continue;
-    variable.is_moderate = false;
-    if (variable.first_error == ScannedVariable::kNoError && ErrorCodeOf(value))
-      variable.first_error = i;
-  }
+  const VariableColumn values = variable.values;
+  variable.is_moderate =
+      MarkPresent(values.data(), values.size(), kMissingValue, variable.present.data());
+  if (variable.is_moderate) return;
+  const auto error = std::find_if(values.begin(), values.end(),
+                                  [](double value) { return ErrorCodeOf(value).has_value(); });
+  if (error != values.end())
+    variable.first_error = static_cast<std::size_t>(error - values.begin());
 }
 
 bool AllPresent(const ScannedVariable& variable, std::size_t observations) {
-  const auto missing = [&](std::size_t i) { return !IsSet(variable.present, i); };
-  for (std::size_t i = 0; i < observations; ++i) {
-    if (missing(i)) return false;
-  }
-  return true;
+  const auto whole = static_cast<std::ptrdiff_t>(observations / 64);
+  const auto end = variable.present.begin() + whole;
+  return std::all_of(variable.present.begin(), end, [](std::uint64_t w) { return ~w == 0; }) &&
+         *end == (std::uint64_t{1} << (observations % 64)) - 1;
 }
 
 std::optional<std::int32_t> ErrorAt(const ScannedVariable& variable, std::size_t row) {
@@ -63,8 +56,7 @@ std::optional<std::int32_t> ErrorAt(const ScannedVariable& variable, std::size_t
 
 }  // namespace
 
-std::vector<ScannedVariable> Scan(std::span<const VariableColumn> variables, Looked looked,
-                                  const AssociationKernels& kernels) {
+std::vector<ScannedVariable> Scan(std::span<const VariableColumn> variables, Looked looked) {
   std::vector<ScannedVariable> scanned(variables.size());
   std::size_t longest = 0;
   for (const VariableColumn values : variables) longest = std::max(longest, values.size());
@@ -73,7 +65,7 @@ std::vector<ScannedVariable> Scan(std::span<const VariableColumn> variables, Loo
     scanned[c].values = variables[c];
     if (variables[c].size() == longest) summed.push_back(&scanned[c]);
   }
-  SumAll(summed, kernels);
+  SumAll(summed);
 
   std::vector<ScannedVariable*> looked_at;
   for (ScannedVariable& variable : scanned) {

@@ -11,8 +11,6 @@
 
 namespace zavrel {
 
-struct AssociationKernels;
-
 /// A bit for each observation, 64 to a word.
 using ObservationBits = std::vector<std::uint64_t>;
 
@@ -48,8 +46,7 @@ enum class Looked {
   kEverywhere,
 };
 
-std::vector<ScannedVariable> Scan(std::span<const VariableColumn> variables, Looked looked,
-                                  const AssociationKernels& kernels);
+std::vector<ScannedVariable> Scan(std::span<const VariableColumn> variables, Looked looked);
 
 /// The first cell error in this order: pair by pair (j, then i <= j), row by row up to the shorter
 /// of both, j before i.

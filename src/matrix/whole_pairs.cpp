@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "matrix/association_kernels.h"
 #include "matrix/dense_storage.h"
 #include "matrix/matrix_parallel.h"
 #include "numbers/floating_point_scope.h"
@@ -26,11 +27,9 @@ struct Tile {
 /// The variables follow; columns of ones complete the last group.
 class PairProducts {
  public:
-  PairProducts(const WholeVariables& variables, PairOptions options,
-               const AssociationKernels& kernels)
+  PairProducts(const WholeVariables& variables, PairOptions options)
       : variables_(variables),
         options_(options),
-        kernels_(kernels),
         groups_(variables.size() / kGroup + 1),
         stride_(groups_ * kGroup),
         block_rows_(std::max(kBlockBytes / (stride_ * sizeof(double)), kFewestBlockRows) /
@@ -44,7 +43,6 @@ class PairProducts {
       columns_[c + 1] = {variables.column(c).data(), 1};
       means_[c + 1] = variables.variables[c]->sum / static_cast<double>(variables.rows());
     }
-    MakeTiles();
     MakeParts();
   }
 
@@ -67,58 +65,52 @@ class PairProducts {
   /// Processes one thread's share of the tiles, one after the other. It packs all its data itself,
   /// since waiting for other threads would take longer.
   struct Part {
-    std::span<const Tile> tiles;
+    std::vector<Tile> tiles;
     dense::Storage packed;
   };
 
-  void MakeTiles() {
-    for (std::size_t a = 0; a < groups_; ++a) {
-      for (std::size_t b = a; b < groups_; b += tiles_.back().groups) {
-        const std::size_t left = groups_ - b;
-        // Takes three if one would be left over, since a tile of one group waits for its own sums.
-        tiles_.push_back({a, b, left % 2 == 1 && left > 1 ? 3 : std::min<std::size_t>(left, 2)});
-      }
-    }
-  }
-
   void MakeParts() {
     const std::size_t all = groups_ * (groups_ + 1) / 2;
-    const std::size_t count = std::clamp<std::size_t>(tiles_.size() / 2, 1, ParallelThreads());
-    std::size_t begin = 0;
+    const std::size_t count = std::clamp<std::size_t>(groups_ / 2, 1, ParallelThreads());
     std::size_t done = 0;
+    Tile next{0, 0, 0};
     for (std::size_t p = 0; p < count; ++p) {
-      // The first parts pack the most, so they get less than their share of the tiles.
-      std::size_t end = begin;
-      while (end < tiles_.size() && done + tiles_[end].groups <= all * (p + 1) / count)
-        done += tiles_[end++].groups;
-      if (begin == end) continue;
-      parts_.push_back({std::span(tiles_).subspan(begin, end - begin),
-                        dense::Storage({groups_ - tiles_[begin].a, block_rows_ * kGroup})});
-      begin = end;
+      const std::size_t end = all * (p + 1) / count;
+      // The widest vectors read a group more than there is.
+      Part part{{}, dense::Storage({groups_ - next.a + 1, block_rows_ * kGroup})};
+      while (done < end) {
+        next.groups = std::min(groups_ - next.b, end - done);
+        part.tiles.push_back(next);
+        done += next.groups;
+        next.b += next.groups;
+        if (next.b == groups_) next.b = ++next.a;
+      }
+      parts_.push_back(std::move(part));
     }
   }
 
   void AddUp(Part& part) {
+    const Packed packed{part.packed.data(), (groups_ - part.tiles.front().a) * kGroup};
+    std::fill_n(packed.values + block_rows_ * packed.stride, kLanes - kGroup, 0.0);
     for (std::size_t row = 0; row < variables_.rows(); row += block_rows_)
-      AddBlock(part, row, std::min(block_rows_, variables_.rows() - row));
+      AddBlock(part.tiles, packed, row, std::min(block_rows_, variables_.rows() - row));
   }
 
-  void AddBlock(Part& part, std::size_t first_row, std::size_t rows) {
-    const std::size_t first_group = part.tiles.front().a;
-    const auto packed = [&](std::size_t group) {
-      return part.packed.data() + (group - first_group) * block_rows_ * kGroup;
+  void AddBlock(std::span<const Tile> tiles, Packed packed, std::size_t first_row,
+                std::size_t rows) {
+    const std::size_t first_group = tiles.front().a;
+    const auto packed_group = [&](std::size_t group) {
+      return Packed{packed.values + (group - first_group) * kGroup, packed.stride};
     };
     for (std::size_t g = first_group; g < groups_; ++g) {
       const double* columns[kGroup];
       for (std::size_t lane = 0; lane < kGroup; ++lane)
         columns[lane] = columns_[g * kGroup + lane].From(first_row);
-      kernels_.pack_deviations(columns, rows, &means_[g * kGroup], packed(g));
+      PackDeviations(columns, rows, &means_[g * kGroup], packed_group(g));
     }
-    for (const Tile& tile : part.tiles) {
-      const double* b[kMostGroups];
-      for (std::size_t g = 0; g < tile.groups; ++g) b[g] = packed(tile.b + g);
-      kernels_.add_products[tile.groups - 1](
-          packed(tile.a), b, rows, sums_.data() + (tile.a * stride_ + tile.b) * kGroup, stride_);
+    for (const Tile& tile : tiles) {
+      AddProducts(packed_group(tile.a).values, packed_group(tile.b), rows, tile.groups * kGroup,
+                  sums_.data() + (tile.a * stride_ + tile.b) * kGroup, stride_);
     }
   }
 
@@ -149,7 +141,6 @@ class PairProducts {
 
   const WholeVariables& variables_;
   PairOptions options_;
-  const AssociationKernels& kernels_;
   std::size_t groups_;
   std::size_t stride_;
   std::size_t block_rows_;
@@ -157,16 +148,15 @@ class PairProducts {
   std::vector<Column> columns_;
   std::vector<double> means_;
   dense::Storage sums_;
-  std::vector<Tile> tiles_;
   std::vector<Part> parts_;
 };
 
 }  // namespace
 
 ModeratePairs CalculateModeratePairs(const WholeVariables& variables, PairOptions options,
-                                     const AssociationKernels& kernels, DoubleMatrix& matrix) {
+                                     DoubleMatrix& matrix) {
   if (variables.size() == 0) return {};
-  return PairProducts(variables, options, kernels).CalculateInto(matrix);
+  return PairProducts(variables, options).CalculateInto(matrix);
 }
 
 void CalculateOtherPairs(const WholeVariables& moderate,

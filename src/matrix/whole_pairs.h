@@ -4,7 +4,6 @@
 #include <span>
 #include <vector>
 
-#include "matrix/association_kernels.h"
 #include "matrix/pair_value.h"
 #include "matrix/scanned_variable.h"
 #include "numbers/double_matrix.h"
@@ -31,7 +30,7 @@ struct ModeratePairs {
 /// Values of all pairs of moderate variables. Each variable is summarised once; several pairs are
 /// summed at a time, from blocks of deviations that stay in the fastest cache.
 ModeratePairs CalculateModeratePairs(const WholeVariables& variables, PairOptions options,
-                                     const AssociationKernels& kernels, DoubleMatrix& matrix);
+                                     DoubleMatrix& matrix);
 
 /// Values of all pairs with at least one of `others`, for values of any kind.
 void CalculateOtherPairs(const WholeVariables& moderate,

@@ -1,5 +1,6 @@
 #include "stats/moment_block.h"
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -214,6 +215,19 @@ MomentBlocks ComputeBothForms(std::span<const double> values, const RunningSum* 
       Settled(MomentBlocks{InForm(passes, Form::kPopulation), InForm(passes, Form::kSample)});
   if (!environment.LeftNormalRange()) return blocks;
   return {ComputeMoments(values, Form::kPopulation), ComputeMoments(values, Form::kSample)};
+}
+
+std::optional<double> MeanAlone(const RunningSum& first_pass, std::size_t count) {
+  // Between these, a deviation other than 0 is at least 1e-47, half a unit in the last place of the
+  // mean. Then no sum of fourth powers overflows, and no square of a variance underflows.
+  constexpr double kSmallestMean = 1e-30;
+  constexpr double kLargestValue = 1e60;
+  if (count == 0 || !first_pass.IsFinite()) return std::nullopt;
+  if (std::max(-first_pass.minimum, first_pass.maximum) > kLargestValue) return std::nullopt;
+  const FloatingPointScope environment;
+  const double mean = Settled(first_pass.sum / static_cast<double>(count));
+  if (std::abs(mean) < kSmallestMean) return std::nullopt;
+  return mean;
 }
 
 }  // namespace zavrel

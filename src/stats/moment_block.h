@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <span>
 
 #include "numbers/error_double.h"
@@ -53,5 +54,9 @@ struct MomentBlocks {
 /// `first_pass`: the running sum of the values, if it is already known.
 MomentBlocks ComputeBothForms(std::span<const double> values,
                               const RunningSum* first_pass = nullptr);
+
+/// The mean that ComputeMoments gives, in either form, of `count` values with this running sum;
+/// nothing if only the deviations decide whether it is computed again in extended precision.
+std::optional<double> MeanAlone(const RunningSum& first_pass, std::size_t count);
 
 }  // namespace zavrel

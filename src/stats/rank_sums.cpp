@@ -9,8 +9,7 @@ namespace {
 
 std::vector<double> Sorted(std::span<const double> values) {
   std::vector<double> sorted(values.begin(), values.end());
-  std::vector<double> scratch(values.size());
-  SortAscending(sorted, scratch);
+  SortAscending(sorted);
   return sorted;
 }
 

@@ -16,6 +16,7 @@
 #include "platform/parallel.h"
 #include "stats/moment_block.h"
 #include "support/csv_lines.h"
+#include "support/each_target.h"
 #include "support/foreign_environment.h"
 
 namespace zavrel::tests {
@@ -41,15 +42,14 @@ Options OptionsOf(unsigned bits) {
   return {(bits & 1) != 0, (bits & 2) != 0, (bits & 4) != 0, (bits & 8) != 0};
 }
 
-AssociationResult Calculate(const Columns& columns, Options o,
-                            const AssociationKernels& kernels = ChosenAssociationKernels()) {
+AssociationResult Calculate(const Columns& columns, Options o) {
   const std::vector<VariableColumn> variables(columns.begin(), columns.end());
   const AssociationOptions options{
       .pair = {o.correlation ? Measure::kCorrelation : Measure::kCovariance,
                o.sample ? Form::kSample : Form::kPopulation},
       .use_ranks = o.ranks,
       .listwise_deletion = o.listwise};
-  return CalculateAssociationMatrix(options, variables, kernels);
+  return CalculateAssociationMatrix(options, variables);
 }
 
 /// One entry of the matrix of two variables.
@@ -235,7 +235,7 @@ TEST_CASE("instruction sets and threads make no difference") {
       for (const bool ranks : {false, true}) {
         const Options options{true, ranks, true, false};
         const auto bits = Bits(Calculate(columns, options).matrix);
-        CHECK(bits == Bits(Calculate(columns, options, BaselineAssociationKernels()).matrix));
+        EachTarget([&] { CHECK(bits == Bits(Calculate(columns, options).matrix)); });
         std::vector<std::uint64_t> serial;
         ParallelFor(2, [&](std::size_t index) {
           if (index == 0) serial = Bits(Calculate(columns, options).matrix);

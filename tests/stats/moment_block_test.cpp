@@ -8,6 +8,8 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <optional>
+#include <random>
 #include <vector>
 
 #include "stats/data_set_summary.h"
@@ -119,6 +121,8 @@ TEST_CASE("both forms at once are the same numbers") {
   for (const std::vector<double>& values : series) {
     RunningSum first_pass;
     for (const double value : values) first_pass.Add(value);
+    if (const auto mean = MeanAlone(first_pass, values.size()))
+      CHECK(Bits(*mean) == Bits(ComputeMoments(values, Form::kSample).mean));
     const RunningSum* const passes[] = {nullptr, &first_pass};
     for (const RunningSum* known : passes) {
       const MomentBlocks both = ComputeBothForms(values, known);
@@ -128,6 +132,26 @@ TEST_CASE("both forms at once are the same numbers") {
         CHECK(Bits(both.population[moment]) ==
               Bits(ComputeMoments(values, Form::kPopulation)[moment]));
       }
+    }
+  }
+}
+
+// Values one unit in the last place apart have the smallest deviations.
+TEST_CASE("the mean alone is that of the block, or is not known") {
+  std::mt19937_64 random(11);
+  for (int exponent = -250; exponent <= 300; exponent += 5) {
+    const double size = std::pow(10.0, exponent);
+    const double next = std::nextafter(size, 2 * size);
+    const std::vector<double> close = {size, size, next, size, next, size, size};
+    const std::vector<double> far = {size, -size / 3, size * 1e-290, 0, size / 7};
+    std::vector<double> many(1000);
+    for (double& x : many) x = random() % 1000 == 0 ? next : size;
+    for (const std::vector<double>& values : {close, far, many}) {
+      RunningSum first_pass;
+      for (const double value : values) first_pass.Add(value);
+      const std::optional<double> mean = MeanAlone(first_pass, values.size());
+      if (exponent >= -25 && exponent <= 55) CHECK(mean);
+      if (mean) CHECK(Bits(*mean) == Bits(ComputeMoments(values, Form::kSample).mean));
     }
   }
 }

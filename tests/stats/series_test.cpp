@@ -22,8 +22,7 @@ namespace {
 using Values = std::vector<double>;
 
 Values Sorted(Values values) {
-  Values scratch(values.size());
-  SortAscending(values, scratch);
+  SortAscending(values);
   return values;
 }
 

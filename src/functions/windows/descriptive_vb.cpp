@@ -38,12 +38,11 @@ std::int16_t OfArray(const char* name, SAFEARRAY** array, double* result,
 /// NaNs are left out, as they are in the moments.
 double ModeOfUnsorted(Numbers numbers, DiscreteSetting setting) {
   const auto copy = TryCopy(numbers);
-  const auto scratch = TryAllocate(numbers.size());
-  if (copy == nullptr || scratch == nullptr) return ConditionDouble(kConditionNotComputed);
+  if (copy == nullptr) return ConditionDouble(kConditionNotComputed);
   const double* end = std::remove_if(copy.get(), copy.get() + numbers.size(),
                                      [](double number) { return std::isnan(number); });
   const std::span<double> values(copy.get(), static_cast<std::size_t>(end - copy.get()));
-  SortAscending(values, {scratch.get(), values.size()});
+  SortAscending(values);
   return Mode(values, setting);
 }
 

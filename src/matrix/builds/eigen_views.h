@@ -1,11 +1,15 @@
-// The views of plain memory that the dense kernels use. Included once for each instruction set,
-// with ZAV_DENSE_NAMESPACE as its namespace.
+#pragma once
+// The views of plain memory that the functions of Eigen use. The files of this folder are compiled
+// once for each instruction set, as the namespace ZAV_EIGEN_BUILD and with another name for
+// Eigen's: if one of its inline functions were instantiated twice under the same name, the linker
+// would keep only one of the two, perhaps with instructions that a processor lacks. A test of the
+// built library checks this.
 
 #include <eigen3/Eigen/Core>
 
 #include "matrix/dense_kernels.h"
 
-namespace zavrel::dense::ZAV_DENSE_NAMESPACE {
+namespace zavrel::dense::ZAV_EIGEN_BUILD {
 namespace {
 
 using Eigen::Index;
@@ -27,4 +31,4 @@ inline Outcome ToOutcome(Eigen::ComputationInfo info) {
 }
 
 }  // namespace
-}  // namespace zavrel::dense::ZAV_DENSE_NAMESPACE
+}  // namespace zavrel::dense::ZAV_EIGEN_BUILD

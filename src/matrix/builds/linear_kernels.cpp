@@ -1,12 +1,11 @@
-// Blocked product, LU decomposition and symmetric eigen-analysis. Included once for each
-// instruction set, with ZAV_DENSE_NAMESPACE as its namespace.
+// Blocked product, LU decomposition and symmetric eigen-analysis.
 
 #include <eigen3/Eigen/Eigenvalues>
 #include <eigen3/Eigen/LU>
 
-#include "matrix/eigen_views.inl.h"
+#include "matrix/builds/eigen_views.h"
 
-namespace zavrel::dense::ZAV_DENSE_NAMESPACE {
+namespace zavrel::dense::ZAV_EIGEN_BUILD {
 
 void Multiply(const double* a, std::size_t rows, std::size_t inner, const double* b,
               std::size_t columns, double* out) {
@@ -42,4 +41,4 @@ Outcome SelfAdjointEigen(const double* matrix, std::size_t n, double* values, do
   return Outcome::kDone;
 }
 
-}  // namespace zavrel::dense::ZAV_DENSE_NAMESPACE
+}  // namespace zavrel::dense::ZAV_EIGEN_BUILD

@@ -1,12 +1,11 @@
-// Scores by singular value decomposition. Included once for each instruction set, with
-// ZAV_DENSE_NAMESPACE as its namespace. A separate file, since it takes longest to compile.
+// Scores by singular value decomposition. A separate file, since it takes longest to compile.
 
 #include <eigen3/Eigen/QR>
 #include <eigen3/Eigen/SVD>
 
-#include "matrix/eigen_views.inl.h"
+#include "matrix/builds/eigen_views.h"
 
-namespace zavrel::dense::ZAV_DENSE_NAMESPACE {
+namespace zavrel::dense::ZAV_EIGEN_BUILD {
 namespace {
 
 // A matrix with at least this many times more rows than columns is first reduced to a triangle.
@@ -43,4 +42,4 @@ Outcome SingularScores(double* x, std::size_t rows, std::size_t columns, double*
   return ScoresOf(View(x, rows, columns), out);
 }
 
-}  // namespace zavrel::dense::ZAV_DENSE_NAMESPACE
+}  // namespace zavrel::dense::ZAV_EIGEN_BUILD
