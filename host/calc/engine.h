@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -21,9 +22,12 @@ struct EngineOptions {
   /// The language id in the announcement (9 English, 7 German).
   std::uint32_t language = 9;
   /// The maximum number of formulas; more cause a WorkbookError.
-  std::size_t formula_limit = 5'000'000;
+  std::size_t formula_limit = 1'000'000;
   /// Report every formula.
   bool report_every_formula = false;
+  /// The maximum number of characters of the formulas in RecalculationReport::cells, each counted
+  /// with 64 more for the rest of its line.
+  std::size_t report_limit = std::numeric_limits<std::size_t>::max();
   /// Called from time to time with (done, total) during recalculation; may be empty.
   std::function<void(std::size_t, std::size_t)> progress;
   /// What NOW gives, as a serial number; without it the local time when the recalculation begins.
@@ -54,6 +58,7 @@ struct RecalculationReport {
   /// In the order of Workbook::formulas: the formulas that use the add-in, those that changed, and
   /// those with a problem or a doubt; all with EngineOptions::report_every_formula.
   std::vector<RecalculatedCell> cells;
+  std::size_t not_listed = 0;  // formulas beyond EngineOptions::report_limit
   // Numbers of formulas, also of those that are not in `cells`.
   std::size_t computed = 0;
   std::size_t changed = 0;            // of the computed: the file had another value

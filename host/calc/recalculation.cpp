@@ -15,6 +15,8 @@ constexpr std::size_t kErrorLimit = 1000;
 constexpr std::size_t kCircleCellsNamed = 10;
 constexpr std::int64_t kArrayCellLimit = 1 << 21;  // two whole columns; 300 MB in all
 constexpr std::size_t kProgressStep = 256;
+// Of parsed formulas that are kept, each of which takes many times its text. Most are needed once.
+constexpr std::size_t kParsedCharacters = 1 << 20;
 // How often everything is calculated anew because dynamic arrays fill other cells than before. Each
 // array that depends on another one's shape costs one more; arrays that never settle exist.
 constexpr int kMostPasses = 20;
@@ -88,14 +90,21 @@ std::string Recalculation::Name(std::uint32_t entry) const {
 
 const FormulaPtr& Recalculation::Parsed(std::uint32_t text) {
   FormulaPtr& parsed = parsed_[text];
-  if (!parsed) parsed = ParseFormula(workbook_.formula_texts[text]);
-  return parsed;
+  if (parsed) return parsed;
+  const std::u16string& formula = workbook_.formula_texts[text];
+  parsed_characters_ += formula.size();
+  if (parsed_characters_ > kParsedCharacters) {
+    std::ranges::fill(parsed_, nullptr);
+    parsed_characters_ = formula.size();
+  }
+  return parsed = ParseFormula(formula);
 }
 
 void Recalculation::Select() {
   if (workbook_.formulas.size() > options_.formula_limit) {
-    throw WorkbookError(fmt::format("the workbook has more than {} formulas to recalculate",
-                                    options_.formula_limit));
+    throw WorkbookError(
+        fmt::format("the workbook has more than {} formulas; the option --max-formulas allows more",
+                    options_.formula_limit));
   }
   entries_.resize(workbook_.formulas.size());
   for (std::uint32_t i = 0; i < entries_.size(); ++i) {

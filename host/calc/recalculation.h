@@ -89,7 +89,8 @@ class Recalculation {
   const EngineOptions& options_;
   FormulaUses uses_;
   std::vector<Entry> entries_;
-  std::vector<FormulaPtr> parsed_;                 // by text
+  std::vector<FormulaPtr> parsed_;                 // by text; not all of them
+  std::size_t parsed_characters_ = 0;              // of their texts
   std::map<std::uint32_t, std::string> problems_;  // why a formula was not computed, by entry
   std::map<std::uint32_t, std::uint32_t> doubts_;  // by entry: the entry where the doubt begins
   std::map<std::uint32_t, std::uint32_t> stale_;   // by kept entry: the changed one that it reads

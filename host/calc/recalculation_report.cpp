@@ -11,6 +11,7 @@ namespace zavhost {
 namespace {
 
 constexpr std::size_t kWarningLimit = 20;
+constexpr std::size_t kLineLength = 64;  // without the formula
 
 /// Lines of which only the first ones are shown, with the number of the others.
 class Warnings {
@@ -39,6 +40,7 @@ void Recalculation::Report() {
   WarnOfKept();
   WarnOfDependent();
   WarnOfUnreadable();
+  std::size_t left = options_.report_limit;
   for (std::uint32_t i = 0; i < entries_.size(); ++i) {
     Entry& entry = entries_[i];
     const auto problem = problems_.find(i);
@@ -56,6 +58,12 @@ void Recalculation::Report() {
     const bool is_shown = options_.report_every_formula || entry.uses_add_in || has_new_value ||
                           is_stale || problem != problems_.end() || doubt != doubts_.end();
     if (!is_shown) continue;
+    const std::size_t length = workbook_.formula_texts[CellOf(i).text].size() + kLineLength;
+    if (length > left) {
+      ++report_.not_listed;
+      continue;
+    }
+    left -= length;
     const FormulaCell& formula = CellOf(i);
     const CellAddress& cell = formula.address;
     RecalculatedCell& row = report_.cells.emplace_back();

@@ -15,6 +15,7 @@
 #include "host/cli/system.h"
 #include "host/workbook/text.h"
 #include "host/workbook/workbook.h"
+#include "host/xlsx/unfinished_file.h"
 #include "platform/child_process.h"
 #include "platform/module.h"
 #include "platform/temporary_folder.h"
@@ -104,7 +105,8 @@ class Task {
         nlohmann::ordered_json::parse(ContentOf(output_), nullptr, /*allow_exceptions=*/false);
     if (!outcome_.result.is_object()) outcome_.result = nlohmann::ordered_json::object();
     if (outcome_.message.empty() && outcome_.exit_code != kExitSuccess) Explain();
-    if (outcome_.exit_code != kExitSuccess) RemoveRemains();
+    if (outcome_.exit_code != kExitSuccess && !outcome_.item.output.empty())
+      RemoveRemains(outcome_.item.output);
     std::error_code ignored;
     fs::remove(output_, ignored);
     fs::remove(errors_, ignored);
@@ -159,20 +161,6 @@ class Task {
     if (lines == outcome_.result.end() || lines->empty()) return;
     outcome_.message = lines->front().get<std::string>();
     if (lines->size() > 1) outcome_.message += fmt::format(" (and {} more)", lines->size() - 1);
-  }
-
-  /// Deletes the unfinished file of a process that was ended while it wrote.
-  void RemoveRemains() const {
-    const fs::path& output = outcome_.item.output;
-    if (output.empty()) return;
-    std::error_code error;
-    const std::string begin = output.filename().string() + ".";
-    for (fs::directory_iterator next(fs::absolute(output).parent_path(), error);
-         !error && next != fs::directory_iterator(); next.increment(error)) {
-      const std::string name = next->path().filename().string();
-      std::error_code ignored;
-      if (name.starts_with(begin) && name.ends_with(".tmp")) fs::remove(next->path(), ignored);
-    }
   }
 
   BatchOutcome outcome_;

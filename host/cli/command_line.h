@@ -30,7 +30,7 @@ struct CommandLine {
   std::string language = "en";
   // run, check
   std::vector<std::filesystem::path> workbooks;  // or folders with workbooks
-  std::size_t formula_limit = 5'000'000;
+  std::size_t formula_limit = 1'000'000;
   bool show_every_formula = false;
   unsigned jobs = 0;             // how many at once; 0: one for each processor
   unsigned timeout_seconds = 0;  // for each workbook; 0: no limit

@@ -82,11 +82,16 @@ std::vector<std::filesystem::path> AddIns(const CommandLine& line) {
 
 }  // namespace
 
+// Characters. A million lines take more memory than a million formulas, and nobody reads them.
+constexpr std::size_t kMostListed = 8'000'000;
+
 std::unique_ptr<Engine> StartEngine(const CommandLine& line, Workbook workbook) {
   EngineOptions options;
   options.language = LanguageId(line.language);
   options.formula_limit = line.formula_limit;
   options.report_every_formula = line.show_every_formula;
+  if (line.command == Command::kRun && !line.show_every_formula)
+    options.report_limit = line.part_of_batch ? 0 : kMostListed;
   options.progress = ProgressToTerminal();
   auto engine = std::make_unique<Engine>(std::move(workbook), std::move(options));
   for (const std::filesystem::path& add_in : AddIns(line)) engine->LoadAddIn(add_in);

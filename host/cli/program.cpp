@@ -46,7 +46,13 @@ int RunProgram(std::vector<std::string> arguments) {
     return kExitError;
   }
   try {
-    return Dispatch(line);
+    const int code = Dispatch(line);
+    if (!std::cout.flush()) {
+      std::cerr << ZAVHOST_NAME
+          ": the results cannot be written to the output; is the disk full?\n";
+      return kExitError;
+    }
+    return code;
   } catch (const std::bad_alloc&) {
     std::cerr << ZAVHOST_NAME ": not enough memory\n";
   } catch (const std::exception& error) {

@@ -5,6 +5,7 @@
 #include "host/cli/text_table.h"
 #include "host/report/report_writer.h"
 #include "host/workbook/text.h"
+#include "host/xlsx/unfinished_file.h"
 #include "host/xlsx/xlsx_file.h"
 
 namespace zavhost {
@@ -43,26 +44,14 @@ Workbook ReadData(const std::filesystem::path& file) {
   return HasSuffix(file, u".csv") ? ReadCsv(file) : ReadXlsx(file);
 }
 
-/// A file that is deleted in the end.
-class WorkingFile {
- public:
-  explicit WorkingFile(const std::filesystem::path& target) : path_(target) {
-    path_ += ".report.xlsx";
-    std::error_code ignored;
-    std::filesystem::remove(path_, ignored);
+/// The new workbook. If it cannot be read, its writer did not notice that it is not whole.
+Workbook ReadBack(const std::filesystem::path& written) {
+  try {
+    return ReadXlsx(written);
+  } catch (const WorkbookError&) {
+    throw WorkbookError("the report cannot be written completely; is the disk full?");
   }
-  ~WorkingFile() {
-    std::error_code ignored;
-    std::filesystem::remove(path_, ignored);
-  }
-  WorkingFile(const WorkingFile&) = delete;
-  WorkingFile& operator=(const WorkingFile&) = delete;
-
-  const std::filesystem::path& path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
+}
 
 struct Report {
   DataTable table;
@@ -87,7 +76,7 @@ Report MakeReport(const CommandLine& line, const Analysis& analysis) {
 
 /// Calculates the new workbook and writes it with its values.
 int Calculate(const CommandLine& line, const std::filesystem::path& written) {
-  std::unique_ptr<Engine> engine = StartEngine(line, ReadXlsx(written));
+  std::unique_ptr<Engine> engine = StartEngine(line, ReadBack(written));
   const RecalculationReport report = engine->Recalculate();
   const int judged = FinishEngine(*engine);
   if (judged != kExitSuccess) return judged;
@@ -115,7 +104,7 @@ int ReportCommand(const CommandLine& line) {
                         "; '" ZAVHOST_NAME " report --list' lists all of them");
   }
   const Report report = MakeReport(line, *analysis);
-  const WorkingFile working(line.output);
+  const UnfinishedFile working(line.output);
   WriteReport(working.path(), report.table, report.sheet);
   const int code = Calculate(line, working.path());
   if (code == kExitSuccess) {

@@ -46,6 +46,9 @@ int RunCommand(const CommandLine& line) {
   } else {
     // Written at once, since a console without a buffer would write every piece separately.
     std::cout << RunReport(line, *engine, report, write) << std::flush;
+    if (report.not_listed > 0)
+      std::cerr << "note: " << Plural(report.not_listed, "more formula")
+                << " recalculated and not listed; --all lists every formula\n";
     for (const std::string& warning : report.warnings) std::cerr << "warning: " << warning << '\n';
     for (const std::string& error : report.errors) std::cerr << "error: " << error << '\n';
   }

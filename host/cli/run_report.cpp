@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <map>
-#include <set>
+#include <vector>
 
 #include "host/cli/commands.h"
 #include "host/cli/json_value.h"
@@ -36,12 +36,13 @@ std::string FormulaText(const RecalculatedCell& cell) {
 
 /// The nearest text to the left of a cell in its row that is not the result of a formula, where
 /// people usually put a description.
-std::string RowLabel(const Workbook& workbook, const std::set<CellAddress>& formulas,
+std::string RowLabel(const Workbook& workbook, const std::vector<CellAddress>& formulas,
                      CellAddress cell) {
   const std::int32_t last = std::max(0, cell.column - kLabelColumns);
   while (--cell.column >= last) {
     const Value& left = ValueIn(workbook, cell);
-    if (left.text() != nullptr && !left.text()->empty() && !formulas.contains(cell))
+    if (left.text() != nullptr && !left.text()->empty() &&
+        !std::ranges::binary_search(formulas, cell))
       return DisplayText(left);
   }
   return "";
@@ -70,8 +71,9 @@ std::string Summary(const RecalculationReport& report) {
 }
 
 std::string TableForm(const Workbook& workbook, const RecalculationReport& report) {
-  std::set<CellAddress> formulas;
-  for (const FormulaCell& formula : workbook.formulas) formulas.insert(formula.address);
+  std::vector<CellAddress> formulas;
+  for (const FormulaCell& formula : workbook.formulas) formulas.push_back(formula.address);
+  std::ranges::sort(formulas);
   std::map<std::uint32_t, TextTable> tables;
   for (const RecalculatedCell& cell : report.cells) {
     TextTable& table =
@@ -139,6 +141,7 @@ std::string JsonForm(const CommandLine& line, Engine& engine, const Recalculatio
     if (!cell.doubt.empty()) entry["doubt"] = cell.doubt;
     root["cells"].push_back(std::move(entry));
   }
+  if (report.not_listed > 0) root["not_listed"] = report.not_listed;
   root["doubtful"] = report.doubtful;
   root["warnings"] = report.warnings;
   root["errors"] = report.errors;

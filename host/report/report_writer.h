@@ -8,8 +8,7 @@
 
 namespace zavhost {
 
-/// The report's sheet, and the data on a sheet of their own. Formulas have no values yet. The file
-/// must not exist. Throws WorkbookError.
+/// The report's sheet, and the data on a sheet of their own. Formulas have no values yet. Throws WorkbookError.
 void WriteReport(const std::filesystem::path& file, const DataTable& data,
                  const zavrel::analyses::ReportSheet& report);
 

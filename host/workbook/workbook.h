@@ -126,6 +126,7 @@ class Workbook {
   /// exist); they keep the value stored in the file.
   std::vector<CellAddress> unreadable_formulas;
   bool date1904 = false;
+  std::uint64_t kept_bytes = 0;  // what its cells, texts and formulas took when they were read
   std::u16string file_name = u"Book1.xlsx";  // last component only
 
   /// The sheet with this name, in any letter case.

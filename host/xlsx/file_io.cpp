@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <fstream>
-#include <random>
 #include <system_error>
 
 #include "host/xlsx/messages.h"
@@ -14,36 +13,6 @@ namespace fs = std::filesystem;
 namespace {
 
 std::string Megabytes(std::uint64_t bytes) { return fmt::format("{} MB", (bytes >> 20) + 1); }
-
-/// A temporary file that is deleted unless it was moved to its target.
-class TemporaryFile {
- public:
-  explicit TemporaryFile(const fs::path& target) : path_(target) {
-    std::random_device random;
-    path_ += fmt::format(".{:08x}{:08x}.tmp", random(), random());
-    NoteUnfinishedFile(path_);
-  }
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-  ~TemporaryFile() {
-    std::error_code ignored;
-    if (!moved_) fs::remove(path_, ignored);
-    NoteUnfinishedFile({});
-  }
-
-  const fs::path& path() const { return path_; }
-  void MoveTo(const fs::path& target) {
-    std::error_code error;
-    fs::rename(path_, target, error);
-    if (error)
-      throw WorkbookError("the file cannot be replaced; it may be open in another program");
-    moved_ = true;
-  }
-
- private:
-  fs::path path_;
-  bool moved_ = false;
-};
 
 }  // namespace
 
@@ -81,8 +50,10 @@ void WriteFile(const fs::path& file, const std::string& bytes) {
   const fs::file_status before = fs::status(target, error);
   if (before.type() == fs::file_type::directory)
     throw WorkbookError("this is a folder, not a file");
+  if (fs::exists(before) && before.type() != fs::file_type::regular)
+    throw WorkbookError("this is not a regular file");
 
-  TemporaryFile temporary(target);
+  UnfinishedFile temporary(target);
   {
     std::ofstream stream(temporary.path(), std::ios::binary | std::ios::trunc);
     if (!stream) throw WorkbookError("files cannot be written to this folder");

@@ -59,8 +59,8 @@ std::string FindWorkbookPart(ZipArchive& archive) {
 /// Reads the workbook part, event by event.
 class WorkbookPartReader {
  public:
-  WorkbookPartReader(std::string_view xml, Relationships relationships)
-      : reader_(xml), relationships_(std::move(relationships)) {}
+  WorkbookPartReader(std::string_view xml, Relationships relationships, const XlsxLimits& limits)
+      : reader_(xml), relationships_(std::move(relationships)), limits_(limits) {}
 
   WorkbookParts Read() {
     if (reader_.Next() != XmlReader::Event::kStart || reader_.name() != "workbook") {
@@ -101,6 +101,8 @@ class WorkbookPartReader {
     if (!sheet_names_.insert(LowerCase(sheet.name)).second) {
       throw WorkbookError(fmt::format("two sheets are named '{}'", shown));
     }
+    if (sheet_names_.size() > limits_.parts)
+      throw WorkbookError(fmt::format("it has more than {} sheets", limits_.parts));
     const auto found = relationships_.find(reader_.PrefixedAttribute("id").value_or(""));
     if (found == relationships_.end() || found->second.part.empty()) {
       throw WorkbookError(fmt::format("no part is named for sheet '{}'", shown));
@@ -144,6 +146,7 @@ class WorkbookPartReader {
 
   XmlReader reader_;
   Relationships relationships_;
+  const XlsxLimits& limits_;
   WorkbookParts parts_;
   std::set<std::u16string> sheet_names_;
   std::set<std::string> sheet_parts_;
@@ -151,12 +154,26 @@ class WorkbookPartReader {
 
 }  // namespace
 
-DecodedXml ReadXmlPart(ZipArchive& archive, std::string_view part) {
+DecodedXml ReadXmlPart(ZipArchive& archive, std::string_view part, std::uint64_t limit) {
   try {
-    return DecodeXml(archive.Read(part));
+    return DecodeXml(archive.Read(part, limit));
   } catch (const XmlError& error) {
     throw DamagedPart(part, error);
   }
+}
+
+DecodedXml ReadListPart(ZipArchive& archive, std::string_view part) {
+  return ReadXmlPart(archive, part, archive.limits().list_bytes);
+}
+
+XmlWindow OpenXmlPart(ZipArchive& archive, std::string_view part) {
+  return XmlWindow([append_piece = archive.Open(part, archive.limits().part_bytes),
+                    decoder = XmlDecoder(), bytes = std::string()](std::string& text) mutable {
+    bytes.clear();
+    const bool has_more = append_piece(bytes);
+    decoder.Append(bytes, !has_more, text);
+    return has_more;
+  });
 }
 
 WorkbookError DamagedPart(std::string_view part, const XmlError& error) {
@@ -172,7 +189,7 @@ Relationships ReadRelationships(ZipArchive& archive, std::string_view of_part) {
   const std::string part = RelationshipsPart(of_part);
   Relationships relationships;
   if (!archive.Has(part)) return relationships;
-  const DecodedXml xml = ReadXmlPart(archive, part);
+  const DecodedXml xml = ReadListPart(archive, part);
   try {
     XmlReader reader(xml.text);
     while (true) {
@@ -194,7 +211,7 @@ Relationships ReadRelationships(ZipArchive& archive, std::string_view of_part) {
 std::vector<std::string> PartsOfType(ZipArchive& archive, std::string_view ending) {
   std::vector<std::string> found;
   if (!archive.Has(kContentTypesPart)) return found;
-  const DecodedXml xml = ReadXmlPart(archive, kContentTypesPart);
+  const DecodedXml xml = ReadListPart(archive, kContentTypesPart);
   try {
     XmlReader reader(xml.text);
     while (true) {
@@ -211,11 +228,13 @@ std::vector<std::string> PartsOfType(ZipArchive& archive, std::string_view endin
 
 WorkbookParts ReadWorkbookParts(ZipArchive& archive) {
   const std::string part = FindWorkbookPart(archive);
-  const DecodedXml xml = ReadXmlPart(archive, part);
+  const DecodedXml xml = ReadListPart(archive, part);
   if (const std::string missing = RelationshipsPart(part); !archive.Has(missing))
     throw WorkbookError(fmt::format("part '{}' is missing", Printable(missing)));
   try {
-    WorkbookParts parts = WorkbookPartReader(xml.text, ReadRelationships(archive, part)).Read();
+    Relationships relationships = ReadRelationships(archive, part);
+    WorkbookParts parts =
+        WorkbookPartReader(xml.text, std::move(relationships), archive.limits()).Read();
     parts.workbook = part;
     return parts;
   } catch (const XmlError& error) {

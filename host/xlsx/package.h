@@ -13,8 +13,12 @@
 
 namespace zavhost {
 
-/// A part's text in UTF-8. Throws WorkbookError with the part's name.
-DecodedXml ReadXmlPart(ZipArchive& archive, std::string_view part);
+/// A part's text in UTF-8. Throws WorkbookError with the part's name, also if it has more bytes.
+DecodedXml ReadXmlPart(ZipArchive& archive, std::string_view part, std::uint64_t limit);
+/// A part of the lists that a workbook consists of, by the limit for these.
+DecodedXml ReadListPart(ZipArchive& archive, std::string_view part);
+/// A window on a part of any size. It throws XmlError, and WorkbookError with the part's name.
+XmlWindow OpenXmlPart(ZipArchive& archive, std::string_view part);
 /// The error to throw for a part whose XML is not well formed.
 WorkbookError DamagedPart(std::string_view part, const XmlError& error);
 

@@ -42,11 +42,10 @@ std::u16string ReadRichText(XmlReader& reader, std::string& scratch) {
   return UnescapeCellText(scratch);
 }
 
-std::vector<Text> ReadSharedStrings(std::string_view xml, std::size_t limit) {
+std::vector<Text> ReadSharedStrings(XmlReader& reader, std::uint64_t limit, KeptBytes& kept) {
   std::vector<Text> strings;
   const Text empty = Text(u"");
   std::string scratch;
-  XmlReader reader(xml);
   if (reader.Next() != XmlReader::Event::kStart || reader.name() != "sst") {
     throw XmlError("it is not a table of shared texts");
   }
@@ -61,6 +60,7 @@ std::vector<Text> ReadSharedStrings(std::string_view xml, std::size_t limit) {
       throw WorkbookError(fmt::format("it holds more than {} shared texts", limit));
     }
     std::u16string text = ReadRichText(reader, scratch);
+    kept.Take(sizeof(Text) + BytesOf(text));
     strings.push_back(text.empty() ? empty : Text(std::move(text)));
   }
   return strings;

@@ -1,11 +1,12 @@
 #pragma once
 // The shared texts of a workbook, and the rich text in shared texts and cells.
 
-#include <cstddef>
-#include <string_view>
+#include <cstdint>
+#include <string>
 #include <vector>
 
 #include "host/workbook/value.h"
+#include "host/xlsx/kept_bytes.h"
 #include "host/xlsx/xml_reader.h"
 
 namespace zavhost {
@@ -15,6 +16,6 @@ namespace zavhost {
 std::u16string ReadRichText(XmlReader& reader, std::string& scratch);
 
 /// The texts of a shared-strings part. Throws XmlError, and WorkbookError for more than `limit`.
-std::vector<Text> ReadSharedStrings(std::string_view xml, std::size_t limit);
+std::vector<Text> ReadSharedStrings(XmlReader& reader, std::uint64_t limit, KeptBytes& kept);
 
 }  // namespace zavhost

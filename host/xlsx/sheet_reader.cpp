@@ -25,6 +25,8 @@ using Event = XmlReader::Event;
 
 // More characters than a formula can have, whatever they are.
 constexpr std::size_t kMostFormulaBytes = 1 << 16;
+// A number in a hash set, with its bucket.
+constexpr std::uint64_t kHiddenRowBytes = 32;
 
 /// A number in the form of XML schema doubles, without infinities.
 std::optional<double> ParseDouble(std::string_view text) {
@@ -43,8 +45,8 @@ std::optional<double> ParseDouble(std::string_view text) {
 
 class SheetReader {
  public:
-  SheetReader(std::string_view xml, std::uint32_t sheet, SheetReading& reading)
-      : reader_(xml),
+  SheetReader(XmlReader& reader, std::uint32_t sheet, SheetReading& reading)
+      : reader_(reader),
         sheet_index_(sheet),
         reading_(reading),
         workbook_(*reading.workbook),
@@ -91,7 +93,10 @@ class SheetReader {
   void ReadRows() {
     reader_.ForEachChild("row", [this] {
       const std::int32_t row = positions_.StartRow(reader_);
-      if (reader_.BooleanAttribute("hidden")) sheet_.HideRow(row);
+      if (reader_.BooleanAttribute("hidden")) {
+        reading_.kept->Take(kHiddenRowBytes);
+        sheet_.HideRow(row);
+      }
       reader_.ForEachChild("c", [this] { ReadCell(); });
     });
   }
@@ -126,6 +131,7 @@ class SheetReader {
     const auto [row, column] = cell_.position;
     if (!value.IsBlank()) {
       TakeCells(1);
+      reading_.kept->Take(sizeof(Sheet::Entry));
       sheet_.Append(row, column, std::move(value));
     } else if (cell_.has_formula) {
       sheet_.Cover({row, column, row, column});
@@ -190,6 +196,7 @@ class SheetReader {
 
   Value TextValue(std::u16string text) const {
     CheckLength(text.size());
+    reading_.kept->Take(BytesOf(text));
     return Text(std::move(text));
   }
 
@@ -224,6 +231,7 @@ class SheetReader {
     reader_.ReadText(scratch_);
     if (is_table) scratch_ = table_text;
     cell_.has_formula = true;
+    reading_.kept->Take(2 * sizeof(FormulaCell));  // their array moves when it grows
     if (scratch_.starts_with('=')) scratch_.erase(0, 1);
     if (scratch_.empty()) {
       AddMember(shared_index);
@@ -232,7 +240,9 @@ class SheetReader {
     const auto text = static_cast<std::uint32_t>(workbook_.formula_texts.size());
     // Of one that is too long, enough to show that.
     scratch_.resize(std::min(scratch_.size(), kMostFormulaBytes));
-    workbook_.formula_texts.push_back(Utf16FromUtf8(scratch_));
+    std::u16string formula = Utf16FromUtf8(scratch_);
+    reading_.kept->Take(BytesOf(formula));
+    workbook_.formula_texts.push_back(std::move(formula));
     workbook_.formulas.push_back({Address(), text, Address(), array, array && cell_.is_dynamic});
     if (shared_index) shared_.insert_or_assign(*shared_index, SharedFormula{text, Address()});
   }
@@ -308,7 +318,7 @@ class SheetReader {
     std::uint32_t shared_index;
   };
 
-  XmlReader reader_;
+  XmlReader& reader_;
   std::uint32_t sheet_index_;
   SheetReading& reading_;
   Workbook& workbook_;
@@ -322,8 +332,8 @@ class SheetReader {
 
 }  // namespace
 
-void ReadSheet(std::string_view xml, std::uint32_t sheet, SheetReading& reading) {
-  SheetReader(xml, sheet, reading).Read();
+void ReadSheet(XmlReader& reader, std::uint32_t sheet, SheetReading& reading) {
+  SheetReader(reader, sheet, reading).Read();
 }
 
 }  // namespace zavhost

@@ -2,10 +2,11 @@
 // Reads one sheet part into the workbook.
 
 #include <cstdint>
-#include <string_view>
 #include <vector>
 
 #include "host/workbook/workbook.h"
+#include "host/xlsx/kept_bytes.h"
+#include "host/xlsx/xml_reader.h"
 
 namespace zavhost {
 
@@ -15,10 +16,11 @@ struct SheetReading {
   const std::vector<Text>* shared_strings = nullptr;
   const std::vector<bool>* dynamic_marks = nullptr;  // by the number of a cell's metadata
   std::uint64_t cells_left = 0;                      // of stored cells and cells of array formulas
+  KeptBytes* kept = nullptr;
 };
 
-/// Reads values, formulas, hidden rows, filter and protection of sheet number `sheet`. Throws
-/// XmlError and WorkbookError.
-void ReadSheet(std::string_view xml, std::uint32_t sheet, SheetReading& reading);
+/// Reads from the beginning of the part: values, formulas, hidden rows, filter and protection of
+/// sheet number `sheet`. Throws XmlError and WorkbookError.
+void ReadSheet(XmlReader& reader, std::uint32_t sheet, SheetReading& reading);
 
 }  // namespace zavhost

@@ -63,6 +63,7 @@ class SheetRewriter {
 
   std::string Rewrite() {
     FindPresentCells();
+    out_.reserve(xml_.size() + xml_.size() / 8);  // most sheets hardly grow
     reader_ = XmlReader(xml_);
     reader_.Next();
     reader_.ForEachChild("sheetData", [this] { RewriteRows(); });

@@ -17,9 +17,12 @@ namespace zavhost {
 /// Limits for files; beyond them, the reader throws WorkbookError.
 struct XlsxLimits {
   std::uint64_t file_bytes = 512ull << 20;   // the file itself
-  std::uint64_t part_bytes = 256ull << 20;   // one part, unpacked
+  std::uint64_t part_bytes = 256ull << 20;   // one sheet or the shared texts, unpacked
+  std::uint64_t list_bytes = 32ull << 20;    // any other part, unpacked
   std::uint64_t total_bytes = 768ull << 20;  // all parts read, unpacked
   std::uint64_t cells = 8'000'000;
+  std::uint64_t kept_bytes = 320ull << 20;     // what is kept of cells, texts and formulas
+  std::uint64_t changed_bytes = 440ull << 20;  // the same, with changed parts and what they were
   std::size_t parts = 10'000;
 };
 

@@ -15,11 +15,12 @@ namespace zavhost {
 namespace {
 
 std::vector<Text> ReadSharedStringsPart(ZipArchive& archive, const WorkbookParts& parts,
-                                        const XlsxLimits& limits) {
+                                        const XlsxLimits& limits, KeptBytes& kept) {
   if (!parts.shared_strings) return {};
-  const DecodedXml xml = ReadXmlPart(archive, *parts.shared_strings);
   try {
-    return ReadSharedStrings(xml.text, static_cast<std::size_t>(limits.cells));
+    XmlWindow window = OpenXmlPart(archive, *parts.shared_strings);
+    XmlReader reader(window);
+    return ReadSharedStrings(reader, limits.cells, kept);
   } catch (const XmlError& error) {
     throw DamagedPart(*parts.shared_strings, error);
   }
@@ -27,9 +28,10 @@ std::vector<Text> ReadSharedStringsPart(ZipArchive& archive, const WorkbookParts
 
 void ReadSheetPart(ZipArchive& archive, const std::string& part, std::uint32_t index,
                    SheetReading& reading) {
-  const DecodedXml xml = ReadXmlPart(archive, part);
   try {
-    ReadSheet(xml.text, index, reading);
+    XmlWindow window = OpenXmlPart(archive, part);
+    XmlReader reader(window);
+    ReadSheet(reader, index, reading);
   } catch (const XmlError& error) {
     throw WorkbookError(fmt::format("sheet '{}' is damaged: {}",
                                     Printable(reading.workbook->sheets[index].name()),
@@ -39,7 +41,7 @@ void ReadSheetPart(ZipArchive& archive, const std::string& part, std::uint32_t i
 
 std::vector<bool> ReadMetadataPart(ZipArchive& archive, const WorkbookParts& parts) {
   if (!parts.metadata || !archive.Has(*parts.metadata)) return {};
-  const DecodedXml xml = ReadXmlPart(archive, *parts.metadata);
+  const DecodedXml xml = ReadListPart(archive, *parts.metadata);
   try {
     return ReadDynamicArrayMarks(xml.text);
   } catch (const XmlError& error) {
@@ -51,7 +53,7 @@ void ReadTables(ZipArchive& archive, const std::string& sheet_part, std::uint32_
                 Workbook& workbook) {
   for (const auto& [id, relationship] : ReadRelationships(archive, sheet_part)) {
     if (relationship.type != "table" || !archive.Has(relationship.part)) continue;
-    const DecodedXml xml = ReadXmlPart(archive, relationship.part);
+    const DecodedXml xml = ReadListPart(archive, relationship.part);
     try {
       std::optional<CellRange> filter;
       workbook.tables.push_back(ReadTable(xml.text, index, filter));
@@ -70,15 +72,17 @@ Workbook ReadArchive(ZipArchive& archive, const XlsxLimits& limits) {
   for (const SheetPart& sheet : parts.sheets) {
     workbook.sheets.emplace_back(sheet.name).set_has_cells(!sheet.part.empty());
   }
-  const std::vector<Text> shared_strings = ReadSharedStringsPart(archive, parts, limits);
+  KeptBytes kept(limits.kept_bytes);
+  const std::vector<Text> shared_strings = ReadSharedStringsPart(archive, parts, limits, kept);
   const std::vector<bool> dynamic_marks = ReadMetadataPart(archive, parts);
-  SheetReading reading{&workbook, &shared_strings, &dynamic_marks, limits.cells};
+  SheetReading reading{&workbook, &shared_strings, &dynamic_marks, limits.cells, &kept};
   for (std::size_t i = 0; i < parts.sheets.size(); ++i) {
     if (parts.sheets[i].part.empty()) continue;
     const auto index = static_cast<std::uint32_t>(i);
     ReadSheetPart(archive, parts.sheets[i].part, index, reading);
     ReadTables(archive, parts.sheets[i].part, index, workbook);
   }
+  workbook.kept_bytes = kept.taken();
   return workbook;
 }
 

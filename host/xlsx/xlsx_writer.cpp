@@ -39,10 +39,19 @@ ChangedSheets CollectChanges(const Workbook& workbook, const XlsxChanges& change
   return sheets;
 }
 
+/// How large a part may be that is in memory twice for a while, beside the workbook of so many
+/// bytes and what was changed before.
+std::uint64_t RoomForPart(const ZipArchive& archive, std::uint64_t kept_bytes) {
+  const std::uint64_t used = kept_bytes + archive.replaced_bytes();
+  const XlsxLimits& limits = archive.limits();
+  return std::min(limits.part_bytes, (std::max(limits.changed_bytes, used) - used) / 2);
+}
+
 /// Rewrites a part with a function of its text.
 template <class Rewrite>
-void RewritePart(ZipArchive& archive, std::string_view part, const Rewrite& rewrite) {
-  const DecodedXml xml = ReadXmlPart(archive, part);
+void RewritePart(ZipArchive& archive, std::string_view part, std::uint64_t kept_bytes,
+                 const Rewrite& rewrite) {
+  const DecodedXml xml = ReadXmlPart(archive, part, RoomForPart(archive, kept_bytes));
   try {
     std::string rewritten = rewrite(xml.text);
     if (rewritten != xml.text) archive.Replace(part, EncodeXml(std::move(rewritten), xml.encoding));
@@ -70,15 +79,16 @@ std::string WithoutElements(std::string_view xml, std::string_view name,
 
 /// Takes away the list of the cells with formulas. Excel repairs a workbook in which it names
 /// others.
-void RemoveCalculationChain(ZipArchive& archive, const WorkbookParts& parts) {
+void RemoveCalculationChain(ZipArchive& archive, const WorkbookParts& parts,
+                            std::uint64_t kept_bytes) {
   if (!parts.calculation_chain || !archive.Has(*parts.calculation_chain)) return;
   archive.Remove(*parts.calculation_chain);
-  RewritePart(archive, RelationshipsPart(parts.workbook), [](std::string_view xml) {
+  RewritePart(archive, RelationshipsPart(parts.workbook), kept_bytes, [](std::string_view xml) {
     return WithoutElements(xml, "Relationship", [](const XmlReader& reader) {
       return reader.Attribute("Type").value_or("").ends_with("/calcChain");
     });
   });
-  RewritePart(archive, kContentTypesPart, [](std::string_view xml) {
+  RewritePart(archive, kContentTypesPart, kept_bytes, [](std::string_view xml) {
     return WithoutElements(xml, "Override", [](const XmlReader& reader) {
       return reader.Attribute("ContentType").value_or("").ends_with("calcChain+xml");
     });
@@ -89,7 +99,7 @@ void RewriteCharts(ZipArchive& archive, const Workbook& workbook,
                    const FindReference& find_reference) {
   for (const std::string& part : PartsOfType(archive, "drawingml.chart+xml")) {
     if (!archive.Has(part)) continue;
-    RewritePart(archive, part,
+    RewritePart(archive, part, workbook.kept_bytes,
                 [&](std::string_view xml) { return RewriteChart(xml, workbook, find_reference); });
   }
 }
@@ -117,9 +127,9 @@ std::string RewriteArchive(std::string_view bytes, const Workbook& workbook,
     }
     const auto rewrite = [&sheet = workbook.sheets[index], &edits = of_sheet](
                              std::string_view xml) { return RewriteSheet(xml, sheet, edits); };
-    RewritePart(archive, parts.sheets[index].part, rewrite);
+    RewritePart(archive, parts.sheets[index].part, workbook.kept_bytes, rewrite);
   }
-  if (changes.values_only) RemoveCalculationChain(archive, parts);
+  if (changes.values_only) RemoveCalculationChain(archive, parts, workbook.kept_bytes);
   if (changes.find_reference) RewriteCharts(archive, workbook, changes.find_reference);
   std::string written = archive.Finish();
   CheckWritten(written, limits);

@@ -29,17 +29,45 @@ std::string_view LocalName(std::string_view name) {
 
 }  // namespace
 
+void XmlWindow::Advance(std::size_t bytes) {
+  text_.erase(0, bytes);
+  while (!is_last_ && text_.size() < 2 * kLongestMarkup) is_last_ = !append_piece_(text_);
+}
+
 XmlReader::XmlReader(std::string_view document) : document_(document) {
   if (document_.starts_with("\xEF\xBB\xBF")) position_ = 3;
 }
 
+XmlReader::XmlReader(XmlWindow& window) : window_(&window) {
+  MoveWindow();
+  if (document_.starts_with("\xEF\xBB\xBF")) position_ = 3;
+}
+
+void XmlReader::MoveWindow() {
+  window_->Advance(position_);
+  document_ = window_->text();
+  passed_ += position_;
+  position_ = 0;
+}
+
 void XmlReader::Fail(std::string_view reason) const {
-  throw XmlError(fmt::format("{} (at byte {})", reason, begin_));
+  throw XmlError(fmt::format("{} (at byte {})", reason, passed_ + begin_));
+}
+
+/// Fails since markup does not end in the document, or not in the window.
+void XmlReader::FailAtEnd(std::string_view reason) const {
+  Fail(window_ != nullptr && !window_->is_last() ? "a tag, comment or text of more than 1 MB"
+                                                 : reason);
+}
+
+std::string_view XmlReader::innermost() const {
+  return std::string_view(open_names_).substr(open_starts_.back());
 }
 
 XmlReader::Event XmlReader::Next() {
   if (closes_) {
-    open_.pop_back();
+    open_names_.resize(open_starts_.back());
+    open_starts_.pop_back();
     closes_ = false;
   }
   if (end_is_pending_) {
@@ -47,6 +75,9 @@ XmlReader::Event XmlReader::Next() {
     closes_ = true;
     return Event::kEnd;
   }
+  if (window_ != nullptr && !window_->is_last() &&
+      document_.size() - position_ < XmlWindow::kLongestMarkup)
+    MoveWindow();
   while (position_ < document_.size()) {
     begin_ = position_;
     if (document_[position_] == '<') {
@@ -54,10 +85,14 @@ XmlReader::Event XmlReader::Next() {
       if (ReadMarkup(event)) return event;
       continue;
     }
-    position_ = std::min(document_.find('<', position_), document_.size());
+    position_ = document_.find('<', position_);
+    if (position_ == std::string_view::npos) {
+      position_ = document_.size();
+      if (window_ != nullptr && !window_->is_last()) FailAtEnd({});
+    }
     text_ = document_.substr(begin_, position_ - begin_);
     literal_text_ = false;
-    if (!open_.empty()) {
+    if (depth() > 0) {
       CheckEntities(text_);
       return Event::kText;
     }
@@ -66,7 +101,7 @@ XmlReader::Event XmlReader::Next() {
     }
   }
   begin_ = position_;
-  if (!open_.empty()) Fail("it ends in the middle of an element");
+  if (depth() > 0) Fail("it ends in the middle of an element");
   if (!has_root_) Fail("it holds no element");
   return Event::kDone;
 }
@@ -102,7 +137,7 @@ bool XmlReader::ReadDeclaration() {
     return false;
   }
   if (rest != kLiteral) Fail("it declares a document type, which is not allowed in a workbook");
-  if (open_.empty()) Fail("text outside the root element");
+  if (depth() == 0) Fail("text outside the root element");
   SkipMarkup(kLiteral, "]]>");
   text_ = document_.substr(begin_ + kLiteral.size(), position_ - begin_ - kLiteral.size() - 3);
   literal_text_ = true;
@@ -111,7 +146,8 @@ bool XmlReader::ReadDeclaration() {
 
 void XmlReader::SkipMarkup(std::string_view opening, std::string_view closing) {
   const std::size_t found = document_.find(closing, position_ + opening.size());
-  if (found == std::string_view::npos) Fail(fmt::format("'{}' without '{}'", opening, closing));
+  if (found == std::string_view::npos)
+    FailAtEnd(fmt::format("'{}' without '{}'", opening, closing));
   position_ = found + closing.size();
 }
 
@@ -133,8 +169,8 @@ void XmlReader::SetName(std::string_view name) {
 }
 
 void XmlReader::ReadStartTag() {
-  if (open_.empty() && has_root_) Fail("a second root element");
-  if (open_.size() >= kMaxDepth) Fail("elements are nested too deeply");
+  if (depth() == 0 && has_root_) Fail("a second root element");
+  if (depth() >= kMaxDepth) Fail("elements are nested too deeply");
   ++position_;
   SetName(ReadName());
   attributes_.clear();
@@ -142,7 +178,7 @@ void XmlReader::ReadStartTag() {
   while (true) {
     const std::size_t end = position_;
     SkipWhiteSpace();
-    if (position_ >= document_.size()) Fail("it ends in the middle of a tag");
+    if (position_ >= document_.size()) FailAtEnd("it ends in the middle of a tag");
     if (document_[position_] == '>') break;
     if (document_.substr(position_, 2) == "/>") {
       empty_element_ = end_is_pending_ = true;
@@ -154,7 +190,8 @@ void XmlReader::ReadStartTag() {
   }
   ++position_;
   has_root_ = true;
-  open_.push_back(qualified_name_);
+  open_starts_.push_back(open_names_.size());
+  open_names_ += qualified_name_;
 }
 
 void XmlReader::ReadAttribute() {
@@ -171,7 +208,7 @@ void XmlReader::ReadAttribute() {
   if (quote != '"' && quote != '\'') Fail("an attribute's value is not in quotes");
   const std::size_t start = position_ + 1;
   const std::size_t finish = document_.find(quote, start);
-  if (finish == std::string_view::npos) Fail("an attribute's value does not end");
+  if (finish == std::string_view::npos) FailAtEnd("an attribute's value does not end");
   attributes_.push_back({name, document_.substr(start, finish - start)});
   if (attributes_.back().raw.find('<') != std::string_view::npos) {
     Fail("'<' in an attribute's value");
@@ -186,7 +223,7 @@ void XmlReader::ReadEndTag() {
   SkipWhiteSpace();
   if (position_ >= document_.size() || document_[position_] != '>') Fail("an end tag does not end");
   ++position_;
-  if (open_.empty() || open_.back() != qualified_name_) Fail("an end tag without its start tag");
+  if (depth() == 0 || innermost() != qualified_name_) Fail("an end tag without its start tag");
   closes_ = true;
 }
 
@@ -258,6 +295,7 @@ void XmlReader::ReadText(std::string& text) {
     switch (Next()) {
       case Event::kText:
         AppendText(text);
+        if (text.size() > XmlWindow::kLongestMarkup) Fail("a text of more than 1 MB");
         break;
       case Event::kStart:
         SkipElement();

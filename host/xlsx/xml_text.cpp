@@ -59,6 +59,36 @@ std::string DeclaredEncoding(std::string_view text) {
   return name;
 }
 
+/// The encoding of a part that begins so. Throws XmlError for one that is not supported.
+XmlEncoding CheckedEncoding(std::string_view bytes) {
+  const XmlEncoding encoding = DetectEncoding(bytes);
+  if (encoding != XmlEncoding::kUtf8) return encoding;
+  const std::string declared = DeclaredEncoding(bytes);
+  if (!declared.empty() && declared != "utf-8" && declared != "us-ascii") {
+    throw XmlError(fmt::format("it is encoded in '{}'; only UTF-8 and UTF-16 are supported",
+                               Printable(declared)));
+  }
+  return encoding;
+}
+
+/// How many bytes at the end begin a character that they do not end.
+std::size_t CutCharacter(std::string_view bytes, XmlEncoding encoding) {
+  if (encoding != XmlEncoding::kUtf8) {
+    const std::size_t odd = bytes.size() % 2;
+    const std::size_t high = encoding == XmlEncoding::kUtf16BigEndian ? 2 : 1;
+    if (bytes.size() < odd + 2) return odd;
+    const auto byte = static_cast<unsigned char>(bytes[bytes.size() - odd - high]);
+    return (byte & 0xFC) == 0xD8 ? odd + 2 : odd;  // the first half of a pair
+  }
+  for (std::size_t back = 1; back <= std::min<std::size_t>(bytes.size(), 3); ++back) {
+    const auto byte = static_cast<unsigned char>(bytes[bytes.size() - back]);
+    if ((byte & 0xC0) == 0x80) continue;  // not the first of its character
+    const std::size_t length = byte >= 0xF0 ? 4 : byte >= 0xE0 ? 3 : byte >= 0xC0 ? 2 : 1;
+    return length > back ? back : 0;
+  }
+  return 0;
+}
+
 void CheckCharacters(std::string_view text) {
   bool only_ascii = true;
   for (const char c : text) {
@@ -114,19 +144,29 @@ std::optional<char16_t> EscapedUnit(std::basic_string_view<Char> text) {
 
 DecodedXml DecodeXml(std::string bytes) {
   DecodedXml decoded;
-  decoded.encoding = DetectEncoding(bytes);
+  decoded.encoding = CheckedEncoding(bytes);
   if (decoded.encoding == XmlEncoding::kUtf8) {
-    const std::string declared = DeclaredEncoding(bytes);
-    if (!declared.empty() && declared != "utf-8" && declared != "us-ascii") {
-      throw XmlError(fmt::format("it is encoded in '{}'; only UTF-8 and UTF-16 are supported",
-                                 Printable(declared)));
-    }
     decoded.text = std::move(bytes);
   } else {
     decoded.text = Utf8FromUtf16Bytes(bytes, decoded.encoding == XmlEncoding::kUtf16BigEndian);
   }
   CheckCharacters(decoded.text);
   return decoded;
+}
+
+void XmlDecoder::Append(std::string_view bytes, bool is_last, std::string& text) {
+  waiting_ += bytes;
+  if (!encoding_) encoding_ = CheckedEncoding(waiting_);
+  const std::size_t whole = waiting_.size() - (is_last ? 0 : CutCharacter(waiting_, *encoding_));
+  const std::string_view ready = std::string_view(waiting_).substr(0, whole);
+  const std::size_t start = text.size();
+  if (*encoding_ == XmlEncoding::kUtf8) {
+    text += ready;
+  } else {
+    text += Utf8FromUtf16Bytes(ready, *encoding_ == XmlEncoding::kUtf16BigEndian);
+  }
+  CheckCharacters(std::string_view(text).substr(start));
+  waiting_.erase(0, whole);
 }
 
 std::string EncodeXml(std::string text, XmlEncoding encoding) {

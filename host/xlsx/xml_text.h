@@ -20,6 +20,17 @@ struct DecodedXml {
 /// A part's text in UTF-8. Throws XmlError for encodings other than UTF-8 and UTF-16, for invalid
 /// bytes and for control characters.
 DecodedXml DecodeXml(std::string bytes);
+/// The same for a part that comes piece by piece.
+class XmlDecoder {
+ public:
+  /// Appends to `text` what the bytes after the ones before stand for. The rest of a character that
+  /// is cut waits for the next piece, if there is one.
+  void Append(std::string_view bytes, bool is_last, std::string& text);
+
+ private:
+  std::optional<XmlEncoding> encoding_;
+  std::string waiting_;
+};
 /// The reverse of DecodeXml.
 std::string EncodeXml(std::string text, XmlEncoding encoding);
 

@@ -16,6 +16,7 @@ namespace {
 constexpr std::size_t kEndRecordSize = 22;
 constexpr std::size_t kLargestComment = 65'535;
 constexpr std::size_t kDirectoryEntrySize = 46;
+constexpr std::size_t kPieceSize = std::size_t{256} << 10;  // of a part that is unpacked
 
 std::string PartKey(std::string_view name) {
   std::string key(name);
@@ -118,7 +119,9 @@ zip_source_t* MakeSource(std::string_view bytes) {
 }
 
 struct FileCloser {
-  void operator()(zip_file_t* file) const { zip_fclose(file); }
+  void operator()(zip_file_t* file) const {
+    if (file != nullptr) zip_fclose(file);
+  }
 };
 
 }  // namespace
@@ -180,39 +183,59 @@ std::uint64_t ZipArchive::Find(std::string_view part) const {
   return found->second;
 }
 
-std::string ZipArchive::Read(std::string_view part) {
+void ZipArchive::CheckSize(std::string_view part, std::uint64_t size, std::uint64_t limit) const {
+  if (size > limit) {
+    throw WorkbookError(
+        fmt::format("part '{}' is too large: the limit is {} MB", Printable(part), limit >> 20));
+  }
+}
+
+void ZipArchive::CheckTotal(std::uint64_t more) const {
+  if (more > limits_.total_bytes - unpacked_) {
+    throw WorkbookError(fmt::format("its parts are too large: the limit is {} MB in all",
+                                    limits_.total_bytes >> 20));
+  }
+}
+
+ZipArchive::AppendPiece ZipArchive::Open(std::string_view part, std::uint64_t limit) {
   const std::uint64_t index = Find(part);
-  const auto check_size = [&](std::uint64_t size) {
-    if (size > limits_.part_bytes) {
-      throw WorkbookError(fmt::format("part '{}' is too large: the limit is {} MB", Printable(part),
-                                      limits_.part_bytes >> 20));
-    }
-    if (size > limits_.total_bytes - unpacked_) {
-      throw WorkbookError(fmt::format("its parts are too large: the limit is {} MB in all",
-                                      limits_.total_bytes >> 20));
-    }
-  };
   zip_stat_t stat;
   if (zip_stat_index(handle_->archive, index, 0, &stat) == 0 && (stat.valid & ZIP_STAT_SIZE) != 0) {
-    check_size(stat.size);
+    CheckSize(part, stat.size, limit);
+    CheckTotal(stat.size);
   }
-  const std::unique_ptr<zip_file_t, FileCloser> file(zip_fopen_index(handle_->archive, index, 0));
+  const std::shared_ptr<zip_file_t> file(zip_fopen_index(handle_->archive, index, 0), FileCloser());
   if (!file) ThrowPartError(part, zip_error_code_zip(zip_get_error(handle_->archive)));
+  return [this, file, limit, name = std::string(part),
+          size = std::uint64_t{0}](std::string& content) mutable {
+    const std::size_t before = content.size();
+    content.resize(before + kPieceSize);
+    const zip_int64_t got = zip_fread(file.get(), content.data() + before, kPieceSize);
+    content.resize(before + static_cast<std::size_t>(std::max<zip_int64_t>(got, 0)));
+    if (got < 0) ThrowPartError(name, zip_error_code_zip(zip_file_get_error(file.get())));
+    const auto piece = static_cast<std::uint64_t>(got);
+    size += piece;
+    CheckSize(name, size, limit);
+    CheckTotal(piece);
+    unpacked_ += piece;
+    return got > 0;
+  };
+}
+
+std::string ZipArchive::Read(std::string_view part, std::uint64_t limit) {
+  const AppendPiece append_piece = Open(part, limit);
   std::string content;
-  std::vector<char> chunk(std::size_t{256} * 1024);
-  while (true) {
-    const zip_int64_t got = zip_fread(file.get(), chunk.data(), chunk.size());
-    if (got < 0) ThrowPartError(part, zip_error_code_zip(zip_file_get_error(file.get())));
-    if (got == 0) break;
-    check_size(content.size() + static_cast<std::uint64_t>(got));
-    content.append(chunk.data(), static_cast<std::size_t>(got));
+  zip_stat_t stat;
+  if (zip_stat_index(handle_->archive, Find(part), 0, &stat) == 0 &&
+      (stat.valid & ZIP_STAT_SIZE) != 0)
+    content.reserve(stat.size + kPieceSize);  // bounded, and so is what is not a lie of it
+  while (append_piece(content)) {
   }
-  unpacked_ += content.size();
   return content;
 }
 
 void ZipArchive::CheckParts() {
-  std::vector<char> chunk(std::size_t{256} * 1024);
+  std::vector<char> chunk(kPieceSize);
   for (const auto& [name, index] : parts_) {
     const std::unique_ptr<zip_file_t, FileCloser> file(zip_fopen_index(handle_->archive, index, 0));
     if (!file) ThrowPartError(name, zip_error_code_zip(zip_get_error(handle_->archive)));
@@ -246,6 +269,12 @@ void ZipArchive::Replace(std::string_view part, std::string content) {
   if (has_stat && (stat.valid & ZIP_STAT_MTIME) != 0) {
     zip_file_set_mtime(handle_->archive, index, stat.mtime, 0);
   }
+}
+
+std::uint64_t ZipArchive::replaced_bytes() const {
+  std::uint64_t bytes = 0;
+  for (const auto& content : replacements_) bytes += content->size();
+  return bytes;
 }
 
 void ZipArchive::Remove(std::string_view part) {

@@ -3,6 +3,8 @@
 // others keep their compressed bytes.
 
 #include <cstdint>
+#include <functional>
+#include <limits>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -21,13 +23,21 @@ class ZipArchive {
   ZipArchive(const ZipArchive&) = delete;
   ZipArchive& operator=(const ZipArchive&) = delete;
 
+  const XlsxLimits& limits() const { return limits_; }
   /// Part names are compared without regard to ASCII letter case; "\" counts as "/", since some
   /// writers use it.
   bool Has(std::string_view part) const;
-  /// Unpacks a part. Throws WorkbookError if it is missing, damaged, protected or too large.
-  /// Unpacking stops at the limit, whatever size the archive declares.
-  std::string Read(std::string_view part);
+  /// Unpacks a part piece by piece: appends the next one, and returns false when there are no more.
+  using AppendPiece = std::function<bool(std::string& content)>;
+  /// Throws WorkbookError, now or with a later piece, if the part is missing, damaged, protected or
+  /// larger than `limit`. Unpacking stops there, whatever size the archive declares.
+  AppendPiece Open(std::string_view part, std::uint64_t limit);
+  /// The whole part.
+  std::string Read(std::string_view part,
+                   std::uint64_t limit = std::numeric_limits<std::uint64_t>::max());
   void Replace(std::string_view part, std::string content);
+  /// The size of all that replaces parts, which is in memory until the end.
+  std::uint64_t replaced_bytes() const;
   void Remove(std::string_view part);
   /// The archive with the replaced parts. The object cannot be used afterwards.
   std::string Finish();
@@ -39,6 +49,8 @@ class ZipArchive {
 
   void IndexParts();
   std::uint64_t Find(std::string_view part) const;
+  void CheckSize(std::string_view part, std::uint64_t size, std::uint64_t limit) const;
+  void CheckTotal(std::uint64_t more) const;
 
   XlsxLimits limits_;
   std::uint64_t unpacked_ = 0;

@@ -33,7 +33,7 @@ class ExcelDataCache {
     std::size_t entries;
     std::size_t bytes;
   };
-  static constexpr Budget kLimit{16384, std::size_t{512} << 20};
+  static constexpr Budget kLimit{16384, std::size_t{256} << 20};
   static constexpr Budget kAfterPruning{4096, std::size_t{64} << 20};
 
   explicit ExcelDataCache(Budget limit = kLimit, Budget after_pruning = kAfterPruning);

@@ -272,8 +272,10 @@ TEST_CASE("many warnings become a count, and the formula limit is one clear erro
               "D2 = GoodSum(A1) | D3 = GoodSum(A1) | D4 = GoodSum(A1) | D5 = GoodSum(A1)");
   EngineOptions options;
   options.formula_limit = 104;
-  CHECK_THROWS_WITH_AS(PlantedEngine(workbook, options)->Recalculate(),
-                       "the workbook has more than 104 formulas to recalculate", WorkbookError);
+  CHECK_THROWS_WITH_AS(
+      PlantedEngine(workbook, options)->Recalculate(),
+      "the workbook has more than 104 formulas; the option --max-formulas allows more",
+      WorkbookError);
 }
 
 TEST_CASE("formulas that fill each other's cells, and array formulas without bounds") {

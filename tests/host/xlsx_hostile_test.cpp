@@ -58,6 +58,20 @@ TEST_CASE("limits hold for the file, all parts together and the cells") {
         std::string::npos);
   CHECK(ReadingError(file, {.cells = 2}).empty());
   CHECK(ReadingError(file, {.parts = 4}).find("it has 5 parts") != std::string::npos);
+  CHECK(ReadingError(file, {.list_bytes = 100}).find("' is too large") != std::string::npos);
+  CHECK(ReadingError(file, {.part_bytes = 100}).find("sheet1.xml' is too large") !=
+        std::string::npos);
+  CHECK(ReadingError(file, {.kept_bytes = 31}).find("take more than") != std::string::npos);
+  CHECK(ReadingError(file, {.kept_bytes = 32}).empty());
+  Workbook book = ReadXlsx(file);
+  book.sheets[0].Set(0, 0, 3.0);
+  const auto write = [&](std::uint64_t bytes) {
+    WriteXlsx(file, folder.path() / "new.xlsx", book, {.cells = {{0, 0, 0}}},
+              {.changed_bytes = bytes});
+  };
+  CHECK_THROWS_AS(write(300), WorkbookError);
+  CHECK_FALSE(std::filesystem::exists(folder.path() / "new.xlsx"));
+  write(2000);
 }
 
 TEST_CASE(
@@ -71,7 +85,7 @@ TEST_CASE(
     list.push_back({.name = name, .content = content, .stored = true});
   }
   const std::string good = Zip(list);
-  for (std::size_t length = 0; length < good.size(); length += 7) {
+  for (std::size_t length = 0; length < good.size(); ++length) {
     CHECK(!ReadingError(folder.Put(u"cut.xlsx", good.substr(0, length))).empty());
   }
   int readable = 0;

@@ -170,7 +170,7 @@ def check_refusals():
     check(run("report", "summary", IRIS).returncode == 64, "no output is needed")
     listed = run("report", "--list").stdout
     check("  two-groups " in listed and "Kruskal-Wallis" in listed, "the list")
-    left = {file.name for file in scratch.iterdir() if file.name.endswith(".report.xlsx")}
+    left = {file.name for file in scratch.iterdir() if file.name.endswith(".tmp")}
     check(not left, f"left behind: {left}")
 
 

@@ -145,7 +145,7 @@ void AddArchives(Writer& writer) {
     part.is_packed = true;
     part.declared_size = 1000u << 20;
   });
-  writer.AddPacked("lying_bomb", "is too large", [](ZipPart& part) {
+  writer.AddPacked("lying_bomb", "of more than 1 MB", [](ZipPart& part) {
     part.content = DeflateBlanks(300);
     part.is_packed = true;
     part.declared_size = 1000;

@@ -10,7 +10,7 @@ namespace {
 
 /// Ends the program as the signal would, but leaves no half-written file behind.
 void OnInterrupt(int number) {
-  zavhost::DeleteUnfinishedFile();
+  zavhost::DeleteUnfinishedFiles();
   std::signal(number, SIG_DFL);
   std::raise(number);
 }
@@ -22,5 +22,7 @@ int main(int count, char** arguments) {
     // A parent that ignores a signal (nohup) wants it ignored here, too.
     if (std::signal(number, OnInterrupt) == SIG_IGN) std::signal(number, SIG_IGN);
   }
+  // Then it is a write that fails, with a message.
+  std::signal(SIGXFSZ, SIG_IGN);
   return zavhost::RunProgram(std::vector<std::string>(arguments + 1, arguments + count));
 }

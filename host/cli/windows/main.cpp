@@ -8,7 +8,7 @@ namespace {
 
 /// Leaves no half-written file behind when the user or the system ends the program.
 BOOL WINAPI OnConsoleEvent(DWORD) {
-  zavhost::DeleteUnfinishedFile();
+  zavhost::DeleteUnfinishedFiles();
   return FALSE;
 }
 

@@ -3,28 +3,49 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
-#include <iterator>
 #include <string>
 
 namespace zavhost {
 namespace {
 
-wchar_t noted[32768];
-std::atomic<bool> is_noted = false;
+struct Noted {
+  std::array<wchar_t, 32768> name;
+  std::atomic<bool> is_set;
+};
+std::array<Noted, 4> noted;
 
 }  // namespace
 
-void NoteUnfinishedFile(const std::filesystem::path& file) noexcept {
-  is_noted = false;
+void DeleteUnfinishedFiles() noexcept {
+  for (Noted& file : noted) {
+    if (file.is_set.exchange(false)) DeleteFileW(file.name.data());
+  }
+}
+
+namespace unfinished {
+
+void Note(const std::filesystem::path& file) noexcept {
   const std::wstring& name = file.native();
-  if (name.empty() || name.size() >= std::size(noted)) return;
-  *std::copy(name.begin(), name.end(), noted) = L'\0';
-  is_noted = true;
+  for (Noted& place : noted) {
+    if (place.is_set || name.size() >= place.name.size()) continue;
+    *std::copy(name.begin(), name.end(), place.name.begin()) = L'\0';
+    place.is_set = true;
+    return;
+  }
 }
 
-void DeleteUnfinishedFile() noexcept {
-  if (is_noted.exchange(false)) DeleteFileW(noted);
+void Forget(const std::filesystem::path& file) noexcept {
+  for (Noted& place : noted) {
+    if (place.is_set && file.native() == place.name.data()) place.is_set = false;
+  }
 }
 
+// A file that a program has open cannot be deleted by another one.
+int Hold(const std::filesystem::path&) noexcept { return -1; }
+void Release(int) noexcept {}
+bool MayBeHeld(const std::filesystem::path&) noexcept { return false; }
+
+}  // namespace unfinished
 }  // namespace zavhost
