@@ -240,8 +240,8 @@ std::optional<std::u16string> Fraction(double magnitude, const FormatSection& se
   const FractionTokens parts(section.tokens);
   if (parts.numerator.empty() || parts.denominator.empty()) return std::nullopt;
   magnitude *= std::pow(10.0, section.scale);
-  if (!std::isfinite(magnitude)) return std::nullopt;
   const auto [whole, ratio] = MixedNumberOf(magnitude, parts);
+  if (!std::isfinite(ratio.numerator)) return std::nullopt;  // beyond the doubles
   const bool has_whole = Placeholders(parts.whole) > 0;
   const bool has_fraction = !has_whole || ratio.numerator > 0.0;
 

@@ -4,6 +4,7 @@
 
 #include "host/workbook/cell_names.h"
 #include "host/workbook/text.h"
+#include "host/xlsx/csv_text.h"
 #include "host/xlsx/file_io.h"
 #include "host/xlsx/messages.h"
 #include "host/xlsx/xlsx_file.h"
@@ -120,20 +121,21 @@ bool IsDividedBySemicolons(std::string_view text) {
 
 }  // namespace
 
+Workbook ParseCsv(std::string_view text, std::uint64_t cells) {
+  if (text.find('\0') != std::string_view::npos || !IsValidUtf8(text)) {
+    throw WorkbookError("this is not comma-separated text in UTF-8");
+  }
+  if (IsDividedBySemicolons(text)) {
+    throw WorkbookError(
+        "the fields of this file seem to be separated by semicolons; commas are expected");
+  }
+  Workbook workbook;
+  CsvReader(text, workbook.sheets.emplace_back(u"Data"), cells).Read();
+  return workbook;
+}
+
 Workbook ReadCsv(const std::filesystem::path& file, const XlsxLimits& limits) {
-  return ReadNamed(file, [&] {
-    const std::string text = ReadFile(file, limits.part_bytes);
-    if (text.find('\0') != std::string::npos || !IsValidUtf8(text)) {
-      throw WorkbookError("this is not comma-separated text in UTF-8");
-    }
-    if (IsDividedBySemicolons(text)) {
-      throw WorkbookError(
-          "the fields of this file seem to be separated by semicolons; commas are expected");
-    }
-    Workbook workbook;
-    CsvReader(text, workbook.sheets.emplace_back(u"Data"), limits.cells).Read();
-    return workbook;
-  });
+  return ReadNamed(file, [&] { return ParseCsv(ReadFile(file, limits.part_bytes), limits.cells); });
 }
 
 }  // namespace zavhost

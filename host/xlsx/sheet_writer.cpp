@@ -121,6 +121,7 @@ class SheetRewriter {
     prefix_ = PrefixOf(reader_.qualified_name());
     const std::string data_name(reader_.qualified_name());
     if (reader_.is_empty_element()) {
+      if (cells_.empty()) return reader_.SkipElement();
       OpenEmptyElement();
       AddRowsBefore(kSheetRows);
       out_ += fmt::format("</{}>", data_name);

@@ -40,6 +40,12 @@ std::string Utf8FromUtf16Bytes(std::string_view bytes, bool big_endian) {
     const auto second = static_cast<unsigned char>(bytes[2 * i + 1]);
     units[i] = static_cast<char16_t>(big_endian ? first << 8 | second : second << 8 | first);
   }
+  for (std::u16string_view rest = units; !rest.empty();) {
+    const auto [code, length] = zavrel::FirstCharacter(rest);
+    if (length == 1 && code >= 0xD800 && code < 0xE000)
+      throw XmlError("its UTF-16 text holds half a character");
+    rest.remove_prefix(length);
+  }
   return Utf8FromUtf16(units);
 }
 
@@ -140,6 +146,22 @@ std::optional<char16_t> EscapedUnit(std::basic_string_view<Char> text) {
   return static_cast<char16_t>(unit);
 }
 
+/// Whether XML cannot hold the first character of a text.
+bool BeginsUnstorable(std::u16string_view text) {
+  const auto [code, units] = zavrel::FirstCharacter(text);
+  return (code < 0x20 && code != '\t' && code != '\n') ||
+         (units == 1 && (code >= 0xFFFE || (code >= 0xD800 && code < 0xE000)));
+}
+
+/// Whether a text would begin like an escape once it is stored: that of a character that XML cannot
+/// hold begins with the "_" that ends another one.
+bool WouldBeginEscape(std::u16string_view text) {
+  if (text.size() < 7 || !text.starts_with(u"_x")) return false;
+  std::u16string start(text.substr(0, 7));
+  if (BeginsUnstorable(text.substr(6))) start[6] = u'_';
+  return EscapedUnit(std::u16string_view(start)).has_value();
+}
+
 }  // namespace
 
 DecodedXml DecodeXml(std::string bytes) {
@@ -229,22 +251,19 @@ void AppendCellText(std::u16string_view text, std::string& out) {
   };
   for (std::size_t i = 0; i < text.size(); ++i) {
     const char16_t unit = text[i];
-    const auto [code, units] = zavrel::FirstCharacter(text.substr(i));
+    const std::u16string_view rest = text.substr(i);
+    const auto [code, units] = zavrel::FirstCharacter(rest);
     if (unit == u'&') {
       out += "&amp;";
     } else if (unit == u'<') {
       out += "&lt;";
     } else if (unit == u'>') {
       out += "&gt;";
-    } else if (units == 2) {
-      AppendUtf8(code, out);
-      ++i;
-    } else if ((unit < 0x20 && unit != u'\t' && unit != u'\n') || unit >= 0xFFFE ||
-               zavrel::IsHighSurrogate(unit) || zavrel::IsLowSurrogate(unit) ||
-               EscapedUnit(text.substr(i))) {
+    } else if (BeginsUnstorable(rest) || WouldBeginEscape(rest)) {
       append_escape(unit);
     } else {
-      AppendUtf8(unit, out);
+      AppendUtf8(code, out);
+      i += units - 1;
     }
   }
 }

@@ -3,38 +3,16 @@
 // or stands on memory of exactly the size that the value claims. What lies beyond that, or in a
 // value that claims nothing readable, a sanitizer guards.
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <memory>
-#include <span>
 #include <vector>
 
 #include "excel/xloper12.h"
+#include "fuzz/bytes.h"
 
 namespace zavrel::tests {
-
-/// Numbers out of bytes; zeros when these are used up.
-class Bytes {
- public:
-  explicit Bytes(std::span<const std::uint8_t> bytes) : rest_(bytes) {}
-
-  template <class T>
-  T Take() {
-    T value{};
-    const std::size_t count = std::min(sizeof value, rest_.size());
-    if (count > 0) std::memcpy(&value, rest_.data(), count);
-    rest_ = rest_.subspan(count);
-    return value;
-  }
-  /// 0 to `count` - 1.
-  std::size_t Below(std::size_t count) { return Take<std::uint8_t>() % count; }
-  bool empty() const { return rest_.empty(); }
-
- private:
-  std::span<const std::uint8_t> rest_;
-};
 
 /// Memory of values, one heap block for each request.
 class ValueMemory {

@@ -1,24 +1,27 @@
-// The fuzz targets over a fixed number of pseudo-random inputs, for every compiler.
+// The reading of arguments over a fixed number of pseudo-random inputs, for every compiler.
 #include <doctest/doctest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <random>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "fuzz/target.h"
 #include "support/log_folder.h"
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace {
 
 void ReadRandomInputs(int count, unsigned seed) {
+  using zavrel::tests::FuzzTarget;
+  const FuzzTarget& read = **std::ranges::find(
+      FuzzTarget::all(), std::string_view("argument_reading"), &FuzzTarget::name);
   std::mt19937 random(seed);
   for (int i = 0; i < count; ++i) {
     std::vector<std::uint8_t> input(random() % 700);
     for (std::uint8_t& byte : input) byte = static_cast<std::uint8_t>(random());
-    CHECK(LLVMFuzzerTestOneInput(input.data(), input.size()) == 0);
+    read(input);
   }
 }
 

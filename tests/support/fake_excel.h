@@ -19,7 +19,7 @@
 namespace zavrel::tests {
 
 /// A fault that a host would not forgive. Who links the fake host says what becomes of it.
-void ReportFault(const std::string& fault);
+void ReportFault(const std::string& fault);  // NOLINT(readability-redundant-declaration)
 
 /// A function as the add-in registered it.
 struct Registered {

@@ -1,22 +1,15 @@
 // Reads an argument list made of arbitrary bytes, before a host that answers from them too. Nothing
 // may crash, leak or touch what was not given, and what the caches remember must never show.
 #include <bit>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
-#include <string>
 #include <vector>
 
 #include "data/get_parameters.h"
 #include "fuzz/hostile_answers.h"
+#include "fuzz/target.h"
 
 namespace zavrel::tests {
-
-void ReportFault(const std::string& fault) {
-  std::fprintf(stderr, "argument reading: %s\n", fault.c_str());
-  std::abort();
-}
 
 namespace {
 
@@ -117,10 +110,7 @@ void ReadHostileArguments(std::span<const std::uint8_t> input) {
   if (read() != cached) ReportFault("cells that changed gave a stale result");
 }
 
+const FuzzTarget target("argument_reading", ReadHostileArguments);
+
 }  // namespace
 }  // namespace zavrel::tests
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  zavrel::tests::ReadHostileArguments({data, size});
-  return 0;
-}
