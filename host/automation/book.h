@@ -136,6 +136,7 @@ class Book {
 
   const std::vector<SheetPtr>& sheets() const { return sheets_; }
   std::vector<std::shared_ptr<NameState>>& names() { return names_; }
+  const std::vector<std::shared_ptr<NameState>>& names() const { return names_; }
   Engine& engine() { return *engine_; }
   std::optional<std::size_t> IndexOf(const SheetState& sheet) const;
   SheetPtr FindSheet(std::u16string_view wanted) const;

@@ -17,6 +17,11 @@ inline constexpr std::int32_t kAutomatic = -4105;
 inline constexpr std::int32_t kCategoryAxis = 1;
 inline constexpr std::int32_t kValueAxis = 2;
 
+/// A scatter chart, whose categories are numbers.
+constexpr bool IsScatter(std::int32_t chart_type) {
+  return chart_type == -4169 || (chart_type >= 72 && chart_type <= 75);
+}
+
 /// The values of a series: the formula of a reference without its "=", or values themselves.
 struct SeriesData {
   std::u16string reference;

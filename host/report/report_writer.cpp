@@ -1,11 +1,10 @@
 #include "host/report/report_writer.h"
 
-#include <xlsxwriter.h>
-
 #include <array>
-#include <memory>
 
 #include "analyses/looks.h"
+#include "host/report/new_workbook.h"
+#include "host/report/stored_formula.h"
 #include "host/workbook/text.h"
 
 namespace zavhost {
@@ -22,31 +21,6 @@ using zavrel::analyses::Style;
 
 /// The library's charts before they are scaled, in points.
 constexpr double kChartWidth = 360, kChartHeight = 216;
-
-void Check(lxw_error error) {
-  if (error != LXW_NO_ERROR)
-    throw WorkbookError(std::string("the report cannot be written: ") + lxw_strerror(error));
-}
-
-/// The workbook, closed without a look back if writing ends early.
-class NewWorkbook {
- public:
-  explicit NewWorkbook(const std::filesystem::path& file)
-      : book_(workbook_new(NarrowPath(file).c_str())) {
-    if (book_ == nullptr) throw WorkbookError("the report cannot be begun");
-  }
-  ~NewWorkbook() {
-    if (book_ != nullptr) lxw_workbook_free(book_);
-  }
-  NewWorkbook(const NewWorkbook&) = delete;
-  NewWorkbook& operator=(const NewWorkbook&) = delete;
-
-  lxw_workbook* get() const { return book_; }
-  void Close() { Check(workbook_close(std::exchange(book_, nullptr))); }
-
- private:
-  lxw_workbook* book_;
-};
 
 /// The formats of the styles, by their numbers.
 class Formats {
@@ -72,20 +46,6 @@ class Formats {
   std::array<lxw_format*, static_cast<std::size_t>(Style::kProbability) + 1> formats_{};
 };
 
-/// As a file stores it: with _xll. before the functions of the add-ins.
-std::string AsStored(const std::string& formula) {
-  std::string stored;
-  bool in_text = false;
-  for (std::size_t i = 0; i < formula.size(); ++i) {
-    if (formula[i] == '"') in_text = !in_text;
-    const bool begins = i == 0 || (std::isalnum(static_cast<unsigned char>(formula[i - 1])) == 0 &&
-                                   formula[i - 1] != '.' && formula[i - 1] != '_');
-    if (!in_text && begins && formula.compare(i, 3, "Zav") == 0) stored += "_xll.";
-    stored += formula[i];
-  }
-  return stored;
-}
-
 void WriteCell(lxw_worksheet* sheet, const ReportCell& cell, const Formats& formats) {
   const Area& area = cell.area;
   lxw_format* const format = formats[cell.style];
@@ -95,7 +55,7 @@ void WriteCell(lxw_worksheet* sheet, const ReportCell& cell, const Formats& form
     Check(worksheet_write_number(sheet, area.row, area.column, *number, format));
   } else {
     const auto& formula = std::get<Formula>(cell.content);
-    const std::string stored = AsStored(formula.text);
+    const std::string stored = StoredFormula(Utf16FromUtf8(formula.text));
     const auto last_column = static_cast<lxw_col_t>(area.column + area.columns - 1);
     Check(formula.is_array
               ? worksheet_write_array_formula(sheet, area.row, area.column,

@@ -120,10 +120,11 @@ class WorkbookPartReader {
     DefinedName name;
     name.name = Utf16FromUtf8(reader_.Attribute("name").value_or(""));
     name.sheet = reader_.NumberAttribute("localSheetId");
-    // Names of macros, and Excel's own names for print areas, filters and similar things.
-    const bool is_ours =
-        !reader_.BooleanAttribute("hidden") && !reader_.BooleanAttribute("function") &&
-        !reader_.BooleanAttribute("vbProcedure") && !name.name.starts_with(u"_xlnm.");
+    // Not names of macros, nor Excel's own names for print areas, filters and similar things. A
+    // hidden name counts: only the list of names does not show it.
+    const bool is_ours = !reader_.BooleanAttribute("function") &&
+                         !reader_.BooleanAttribute("vbProcedure") &&
+                         !name.name.starts_with(u"_xlnm.");
     std::string text;
     reader_.ReadText(text);
     name.text = Utf16FromUtf8(text);

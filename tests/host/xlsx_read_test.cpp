@@ -124,7 +124,8 @@ TEST_CASE("sheets come in the order of the workbook, with names, dates and prote
   CHECK(book.sheets[2].name() == u"A");
   CHECK(!book.sheets[2].is_protected());
   CHECK(book.date1904);
-  REQUIRE(book.names.size() == 2);
+  REQUIRE(book.names.size() == 3);
+  CHECK(book.FindName(u"secret", 0)->text == u"1");
   CHECK(book.FindName(u"rate", 2)->text == u"0.5");
   CHECK(book.FindName(u"rate", 1)->text == u"A!$B$1");
 }

@@ -143,10 +143,6 @@ constexpr Member<ChartItself> kMembers[] = {
 
 std::span<const Member<ChartItself>> ChartItself::Members() { return kMembers; }
 
-bool IsScatter(std::int32_t chart_type) {
-  return chart_type == -4169 || (chart_type >= 72 && chart_type <= 75);
-}
-
 bool IsChartType(std::int32_t chart_type) {
   // Areas, lines, pies, doughnuts; clustered and stacked columns and bars; lines with markers.
   constexpr std::int32_t kOthers[] = {1, 4, 5, -4120, 51, 52, 53, 57, 58, 59, 63, 64, 65, 66, 67};

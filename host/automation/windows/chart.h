@@ -25,7 +25,6 @@ ObjectPtr MakeOfChart(const ChartPart<Self>& of) {
   return MakeBeside<Class>(of, of.shared_part());
 }
 
-bool IsScatter(std::int32_t chart_type);
 /// The chart types that the host knows how to write.
 bool IsChartType(std::int32_t chart_type);
 

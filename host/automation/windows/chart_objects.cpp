@@ -1,6 +1,7 @@
 // ChartObjects, and ChartObject: the frame of a chart on its sheet.
 #include <algorithm>
 
+#include "host/automation/cell_places.h"
 #include "host/automation/windows/chart.h"
 #include "host/automation/windows/range.h"
 #include "host/automation/windows/worksheet.h"

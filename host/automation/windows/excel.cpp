@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/xlsx/xlsx_file.h"
+#include "host/automation/saved_book.h"
 
 namespace zavhost {
 
@@ -15,12 +15,8 @@ BookPtr Excel::AddBook() {
   return active = books.back();
 }
 
-BookPtr Excel::OpenBook(const std::filesystem::path& file) {
-  const bool is_csv = EqualIgnoringCase(Utf16FromPath(file.extension()), u".csv");
-  Workbook workbook = is_csv ? ReadCsv(file) : ReadXlsx(file);
-  workbook.file_name = Utf16FromPath(file.filename());
-  books.push_back(std::make_shared<Book>(std::move(workbook), std::filesystem::absolute(file),
-                                         options.add_ins));
+BookPtr Excel::Open(const std::filesystem::path& file) {
+  books.push_back(OpenBook(file, options.add_ins));
   return active = books.back();
 }
 
@@ -29,7 +25,7 @@ void Excel::CloseBook(Book& book) {
   const auto closed = std::find_if(books.begin(), books.end(),
                                    [&](const BookPtr& held) { return held.get() == &book; });
   if (closed == books.end()) return;
-  const BookPtr held = *closed;
+  const BookPtr held = std::move(*closed);
   books.erase(closed);
   if (active == held) active = books.empty() ? nullptr : books.back();
 }

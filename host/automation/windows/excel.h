@@ -40,7 +40,7 @@ struct Excel {
   std::deque<std::optional<std::u16string>> inputs;
 
   BookPtr AddBook();
-  BookPtr OpenBook(const std::filesystem::path& file);
+  BookPtr Open(const std::filesystem::path& file);
   void CloseBook(Book& book);
   /// The workbook with calculated cells, unless the user calculates.
   Book& Calculated(Book& book) const {

@@ -25,7 +25,7 @@ ExcelSession::~ExcelSession() {
 
 IDispatch* ExcelSession::application() const { return state_->application.Get(); }
 void ExcelSession::AddWorkbook() { state_->excel->AddBook(); }
-void ExcelSession::Open(const std::filesystem::path& file) { state_->excel->OpenBook(file); }
+void ExcelSession::Open(const std::filesystem::path& file) { state_->excel->Open(file); }
 
 Engine& ExcelSession::engine() const {
   Excel& excel = *state_->excel;

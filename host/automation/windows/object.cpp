@@ -102,7 +102,7 @@ struct Object::Call {
   /// The arguments by parameter, with the value of a put behind them.
   HRESULT Read(const MemberShape& member, std::vector<Variant>& values) const {
     std::vector<Parameter> parameters = ParametersOf(member.parameters);
-    UINT named = given.cNamedArgs;
+    const UINT named = given.cNamedArgs;
     if (IsPut()) {
       if (named == 0 || given.rgdispidNamedArgs[0] != DISPID_PROPERTYPUT)
         return DISP_E_PARAMNOTOPTIONAL;

@@ -110,8 +110,8 @@ class Object : public IDispatch {
   ULONG references_ = 0;
 };
 
-// NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding): in the order in which a row is read.
 template <class Self>
+// NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding): in the order in which a row is read.
 struct Member {
   std::u16string_view name;
   MemberKind kind;

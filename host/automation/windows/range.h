@@ -87,9 +87,4 @@ void CheckFormula(const Book& book, std::u16string_view text);
 /// The cells of the sheet that hold something or have a style; A1 if there are none.
 CellRange UsedCells(Book& book, const SheetState& sheet);
 
-double LeftOf(const SheetState& sheet, std::int32_t column);
-double TopOf(const SheetState& sheet, std::int32_t row);
-/// The cell at a point.
-CellPosition CellAt(const SheetState& sheet, double left, double top);
-
 }  // namespace zavhost
