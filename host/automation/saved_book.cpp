@@ -38,7 +38,7 @@ class WorkingFile {
 void SaveNames(lxw_workbook* saved, const Book& book) {
   for (const auto& defined : book.names()) {
     std::u16string name = defined->name;
-    if (defined->sheet) name = QuotedSheetName(defined->sheet->name) + u"!" + name;
+    if (defined->sheet) name.insert(0, QuotedSheetName(defined->sheet->name) + u"!");
     Check(workbook_define_name(saved, Utf8FromUtf16(name).c_str(),
                                ("=" + StoredFormula(defined->text)).c_str()));
   }

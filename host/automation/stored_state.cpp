@@ -71,8 +71,8 @@ std::string ChangedWorkbook(const std::string& xml, const Book& book) {
   for (Event event = reader.Next(); event != Event::kDone; event = reader.Next()) {
     if (event != Event::kStart) continue;
     const std::size_t behind_name = reader.begin() + 1 + reader.qualified_name().size();
-    if (reader.name() == "sheet" && sheet < book.sheets().size() &&
-        book.sheets()[sheet++]->visibility == kSheetVeryHidden) {
+    if (reader.name() == "sheet" && sheet < book.sheets().size()) {
+      if (book.sheets()[sheet++]->visibility != kSheetVeryHidden) continue;
       const std::string_view hidden = " state=\"hidden\"";
       const std::size_t place = xml.find(hidden, behind_name);
       insert(place, " state=\"veryHidden\"");

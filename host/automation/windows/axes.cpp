@@ -11,6 +11,7 @@ namespace {
 template <class Self>
 class AxisPart : public ChartPart<Self> {
  public:
+  // NOLINTNEXTLINE(bugprone-crtp-constructor-accessibility): it stands between others and a class.
   AxisPart(ExcelPtr excel, BookPtr book, SheetPtr sheet, std::shared_ptr<Chart> chart,
            std::int32_t type)
       : ChartPart<Self>(std::move(excel), std::move(book), std::move(sheet), std::move(chart)),

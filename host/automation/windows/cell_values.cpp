@@ -44,8 +44,10 @@ Variant VariantOf(const Value& value) {
   if (const double* number = value.number()) return *number;
   if (const bool* boolean = value.boolean()) return *boolean;
   if (const std::u16string* text = value.text()) return std::u16string_view(*text);
-  if (const ErrorCode* error = value.error())
-    return Variant::Error(static_cast<SCODE>(kErrorBase + static_cast<std::uint32_t>(*error)));
+  if (const ErrorCode* error = value.error()) {
+    const std::uint32_t code = kErrorBase + static_cast<std::uint32_t>(*error);
+    return Variant::Error(static_cast<SCODE>(code));
+  }
   return {};
 }
 

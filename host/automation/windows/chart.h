@@ -7,6 +7,7 @@ namespace zavhost {
 
 /// An object of a chart.
 template <class Self>
+// NOLINTNEXTLINE(bugprone-crtp-constructor-accessibility): it stands between others and a class.
 class ChartPart : public PartObject<Self, Chart> {
  public:
   using PartObject<Self, Chart>::PartObject;

@@ -21,6 +21,7 @@ class ListObjects final : public SheetObject<ListObjects> {
 template <class Self>
 class TablePart : public SheetObject<Self> {
  public:
+  // NOLINTNEXTLINE(bugprone-crtp-constructor-accessibility): it stands between others and a class.
   TablePart(ExcelPtr excel, BookPtr book, SheetPtr sheet, TablePtr table)
       : SheetObject<Self>(std::move(excel), std::move(book), std::move(sheet)),
         table_(std::move(table)) {}

@@ -61,6 +61,7 @@ constexpr char LetterOf() {
 template <class Part>
 class StylePart : public SheetObject<Part> {
  public:
+  // NOLINTNEXTLINE(bugprone-crtp-constructor-accessibility): it stands between others and a class.
   explicit StylePart(Self& range)
       : SheetObject<Part>(range.shared_excel(), range.shared_book(), range.shared_sheet()),
         range_(&range) {}

@@ -11,6 +11,7 @@ using SeriesPtr = std::shared_ptr<ChartSeries>;
 template <class Self>
 class SeriesPart : public ChartPart<Self> {
  public:
+  // NOLINTNEXTLINE(bugprone-crtp-constructor-accessibility): it stands between others and a class.
   SeriesPart(ExcelPtr excel, BookPtr book, SheetPtr sheet, std::shared_ptr<Chart> chart,
              SeriesPtr series)
       : ChartPart<Self>(std::move(excel), std::move(book), std::move(sheet), std::move(chart)),

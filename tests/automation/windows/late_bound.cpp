@@ -87,6 +87,7 @@ Outcome LateBound::Invoke(const char16_t* name, WORD flags, const std::vector<Va
   std::vector<Variant> copies(arguments.rbegin(), arguments.rend());
   copies.insert(copies.begin() + (is_put ? 1 : 0), named.size(), Variant());
   for (std::size_t i = 0; i < named.size(); ++i) copies[i + (is_put ? 1 : 0)] = named[i].value;
+  given.reserve(copies.size());
   for (const Variant& copy : copies) given.push_back(copy.get());
   DISPPARAMS parameters{given.data(), ids.data(), static_cast<UINT>(given.size()),
                         static_cast<UINT>(ids.size())};

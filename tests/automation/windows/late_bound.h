@@ -34,6 +34,7 @@ class LateBound {
   explicit LateBound(IDispatch* object) : object_(object) {}
 
   IDispatch* get() const { return object_.Get(); }
+  // NOLINTNEXTLINE(google-explicit-constructor): an object is an argument.
   operator Variant() const { return object_; }
 
   /// The raw call; `flags` as for Invoke. The last of the arguments is the value of a put.
