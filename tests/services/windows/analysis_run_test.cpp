@@ -42,14 +42,22 @@ std::string GroupsFor(const Analysis& analysis) {
   return analysis.groups == Groups::kNone ? "" : "Species";
 }
 
+/// For chart_comparison.py, which comes after this test. There is no such file yet.
+std::filesystem::path ReportFile(const Analysis& analysis, const std::string& writer) {
+  const std::filesystem::path folder = ZAVREL_REPORTS;
+  std::filesystem::create_directories(folder);
+  std::filesystem::path file = folder / (std::string(analysis.name) + "." + writer + ".xlsx");
+  std::filesystem::remove(file);
+  return file;
+}
+
 /// The description that the analysis writes, by the other writer, opened.
 void OpenReport(OpenExcel& excel, const Analysis& analysis, const Flowers& flowers) {
   Progress progress;
   const WorkbookTable table(flowers.range(DataFor(analysis)), progress);
   const auto selected = SelectData(table.columns(), {{}, GroupsFor(analysis)},
                                    [&](std::size_t column) { return table.CategoriesOf(column); });
-  const std::filesystem::path file = std::filesystem::temp_directory_path() / "report.xlsx";
-  std::filesystem::remove(file);
+  const std::filesystem::path file = ReportFile(analysis, "report");
   const zavhost::Workbook data = zavhost::ReadCsv(kIris);
   WriteReport(file, zavhost::ReadDataTable(data.sheets.front()),
               MakeSheet(analysis, selected.data));
@@ -87,6 +95,7 @@ TEST_CASE("the sheet in an open workbook is that of a report without Excel, cell
     REQUIRE(written.size() == expected.size());
     for (std::size_t i = 0; i < written.size(); ++i) CHECK(written[i] == expected[i]);
     CHECK(written.size() > 2);
+    open.book().SaveCopyAs(Utf16FromPath(ReportFile(analysis, "open")));
   }
 }
 
