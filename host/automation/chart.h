@@ -14,6 +14,7 @@ namespace zavhost {
 
 inline constexpr std::int32_t kClusteredColumns = 51;
 inline constexpr std::int32_t kAutomatic = -4105;
+inline constexpr std::int32_t kNoColour = -4142;
 inline constexpr std::int32_t kCategoryAxis = 1;
 inline constexpr std::int32_t kValueAxis = 2;
 
@@ -37,6 +38,7 @@ struct ChartSeries {
   std::int32_t marker_size = 5;
   std::optional<std::int32_t> marker_foreground;
   std::optional<std::int32_t> marker_background;
+  bool is_marker_filled = true;
   std::optional<std::int32_t> fill_colour;
   bool has_line = true;
   std::optional<std::int32_t> line_colour;

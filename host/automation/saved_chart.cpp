@@ -75,8 +75,9 @@ void SaveMarkers(lxw_chart_series* saved, const ChartSeries& series) {
     line.color = ColourOr(series.marker_foreground, series);
     chart_series_set_marker_line(saved, &line);
   }
-  if (series.marker_background) {
+  if (series.marker_background || !series.is_marker_filled) {
     lxw_chart_fill fill{};
+    fill.none = series.is_marker_filled ? 0 : 1;
     fill.color = ColourOr(series.marker_background, series);
     chart_series_set_marker_fill(saved, &fill);
   }

@@ -149,9 +149,11 @@ void ReadState(const std::string& bytes, Book& book) {
   const WorkbookParts parts = ReadWorkbookParts(archive);
   for (std::size_t i = 0; i < parts.sheets.size() && i < book.sheets().size(); ++i) {
     if (parts.sheets[i].part.empty()) continue;
-    ReadProtection(ReadXmlPart(archive, parts.sheets[i].part).text, book.sheets()[i]->protection);
+    // The sheet itself was read from the same file and found to be within its limits.
+    const DecodedXml sheet = ReadXmlPart(archive, parts.sheets[i].part, UINT64_MAX);
+    ReadProtection(sheet.text, book.sheets()[i]->protection);
   }
-  ReadWorkbookState(ReadXmlPart(archive, parts.workbook).text, book);
+  ReadWorkbookState(ReadListPart(archive, parts.workbook).text, book);
 }
 
 }  // namespace zavhost

@@ -15,8 +15,12 @@ LEFT_OUT = {"strCache", "numCache", "cNvPr", "ext", "axId", "crossAx", "printSet
 def lines_of(element, indent=0):
     """The element and what is in it, a line each."""
     name = element.tag.rpartition("}")[2]
-    if name in LEFT_OUT:
+    is_default = element.get("sourceLinked") == "1" or (name == "gapWidth" and element.get("val") == "150")
+    if name in LEFT_OUT or is_default:
         return
+    if name == "ln" and any(child.tag.endswith("}noFill") for child in element):
+        element.attrib.pop("w", None)  # of a line that is not drawn
+    name = {"strRef": "reference", "numRef": "reference"}.get(name, name)  # by what the cells hold at the moment
     attributes = [f"{key.rpartition('}')[2]}={value}" for key, value in sorted(element.items())]
     yield " " * indent + " ".join([name, *attributes, (element.text or "").strip()]).rstrip()
     for child in element:

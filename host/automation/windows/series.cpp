@@ -166,6 +166,16 @@ constexpr Member<Series> kMembers[] = {
      }},
     Colour<&ChartSeries::marker_foreground>(u"MarkerForegroundColor"),
     Colour<&ChartSeries::marker_background>(u"MarkerBackgroundColor"),
+    // Of the palette only its two special numbers.
+    {u"MarkerBackgroundColorIndex", kProperty, "",
+     [](Series& self, const Arguments&) -> Variant {
+       return self.series().is_marker_filled ? kAutomatic : kNoColour;
+     },
+     'i',
+     [](Series& self, const Arguments& given) {
+       if (given.integer() != kAutomatic && given.integer() != kNoColour) Refuse();
+       self.ChangedSeries().is_marker_filled = given.integer() == kAutomatic;
+     }},
     {u"Format", kProperty, "",
      [](Series& self, const Arguments&) -> Variant {
        return MakeSeriesFormat(self.shared_excel(), self.shared_book(), self.shared_sheet(),

@@ -66,6 +66,10 @@ class Series : public ObjectOf<Series> {
   void SetMarkerStyle(MarkerStyle style) const { Put<"MarkerStyle">(static_cast<long>(style)); }
   void SetMarkerSize(long points) const { Put<"MarkerSize">(points); }
   void SetMarkerColor(long color) const { Put<"MarkerForegroundColor">(color); }
+  void SetMarkerHollow() const {
+    constexpr long kNoColor = -4142;  // xlColorIndexNone
+    Put<"MarkerBackgroundColorIndex">(kNoColor);
+  }
   LineFormat Line() const;
   FillFormat Fill() const;
   void Delete() const { Call<"Delete">(); }

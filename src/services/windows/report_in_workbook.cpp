@@ -106,6 +106,7 @@ void AddSeries(const MsExcel::Chart& chart, const analyses::Series& described, s
     series.SetMarkerStyle(MsExcel::MarkerStyle::kCircle);
     series.SetMarkerSize(analyses::kMarkerPoints);
     series.SetMarkerColor(color);
+    series.SetMarkerHollow();
   }
 }
 
