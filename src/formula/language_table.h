@@ -4,13 +4,15 @@
 // A table is a UTF-8 text with one entry on a line, "ENGLISH = OWN". Lines that begin with "# " and
 // empty lines mean nothing. The entries may stand in any order:
 //
-//   decimal = ,                the decimal sign: . or ,
-//   list = ;                   between arguments: , or ;
-//   array column = .           between the elements of an array's row: one of . , ; or the
-//   backslash array row = ;              between the rows of an array: ; or | row letter = Z of
-//   references in R1C1 style: one letter each column letter = S distance brackets = ()     around
-//   the distances in them: () or [] #VALUE! = #WERT!           errors, by the English text SUM =
-//   SUMME                functions; TRUE and FALSE are the truth values as well
+// - decimal = ,  the decimal sign: . or ,
+// - list = ;  between arguments: , or ;
+// - array column = .  between the elements of an array's row: one of . , ; or the backslash
+// - array row = ;  between the rows of an array: ; or |
+// - row letter = Z  of references in R1C1 style: one letter
+// - column letter = S  the same
+// - distance brackets = ()  around the distances in them: () or []
+// - #VALUE! = #WERT!  errors, by the English text
+// - SUM = SUMME  functions; TRUE and FALSE are the truth values as well
 //
 // What is missing is as in English. The own names of functions and the errors must differ.
 // A table has at most 4,096 lines, a line at most 256 bytes.

@@ -20,22 +20,6 @@ bool IsOnSheet(const A1Corner& corner) {
          corner.column < formula::kSheetColumns;
 }
 
-std::u16string ColumnText(const A1Corner& corner) {
-  return (corner.column_absolute ? u"$" : u"") + formula::ColumnLetters(corner.column);
-}
-std::u16string RowText(const A1Corner& corner) {
-  return (corner.row_absolute ? u"$" : u"") +
-         zavhost::Utf16FromUtf8(std::to_string(corner.row + 1));
-}
-std::u16string CornerText(const A1Corner& corner) { return ColumnText(corner) + RowText(corner); }
-
-std::u16string TextOf(const A1Reference& reference) {
-  const auto& [first, last, whole_columns, whole_rows, length] = reference;
-  if (whole_columns) return ColumnText(first) + u':' + ColumnText(last);
-  if (whole_rows) return RowText(first) + u':' + RowText(last);
-  return CornerText(first) + u':' + CornerText(last);
-}
-
 bool AreSame(const A1Corner& a, const A1Corner& b) {
   return a.row == b.row && a.column == b.column && a.row_absolute == b.row_absolute &&
          a.column_absolute == b.column_absolute;
@@ -46,7 +30,7 @@ void CheckScan(std::u16string_view text) {
   if (!reference) return;
   Require(reference->length > 0 && reference->length <= text.size(), "a reference beyond the text");
   Require(IsOnSheet(reference->first) && IsOnSheet(reference->last), "a reference off the sheet");
-  const std::u16string written = TextOf(*reference);
+  const std::u16string written = formula::A1Text(*reference);
   const std::optional<A1Reference> again = formula::ScanA1(written);
   Require(again && again->length == written.size() && AreSame(again->first, reference->first) &&
               AreSame(again->last, reference->last) &&
