@@ -81,6 +81,7 @@ constexpr Analysis kAll[] = {
      .about = "the distributions that fit best, the estimates of the best, and its Q-Q plot",
      .most_variables = 4,
      .least_numbers = 5,
+     .of_distributions = true,
      .build = &BuildDistributionFits},
 };
 

@@ -47,6 +47,7 @@ struct Analysis {
   std::size_t most_variables = 16;
   std::size_t least_numbers = 2;  // of each variable
   Groups groups = Groups::kNone;
+  bool of_distributions = false;  // its functions are those of the second add-in
   ReportSheet (*build)(const Data& data) = nullptr;
 };
 

@@ -193,6 +193,8 @@ constexpr std::pair<std::string_view, std::string_view> kGermanTexts[] = {
      "der Kruskal-Wallis-Test, für Bindungen korrigiert"},
     {"the Mann-Whitney test, exact and with ties",
      "der Mann-Whitney-Test, exakt und mit Bindungen"},
+    {"the add-in of the distributions is not loaded",
+     "das Add-in der Verteilungen ist nicht geladen"},
     {"the areas of the data do not have the same rows",
      "die Bereiche der Daten haben nicht dieselben Zeilen"},
     {"the column {0} has no numbers", "die Spalte {0} hat keine Zahlen"},

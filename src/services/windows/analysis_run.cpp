@@ -22,6 +22,7 @@ using analyses::Language;
 using analyses::Message;
 
 constexpr const char* kPlace = "AnalysisRun";
+constexpr const wchar_t* kDistributions = L"ZavrelDistributions8_x64.xll";
 /// The item of the workbook that says what "repeat" repeats: the lines of LatestRun.
 constexpr std::u16string_view kLatestRun = u"latest analysis";
 
@@ -30,6 +31,12 @@ constexpr std::u16string_view kLatestRun = u"latest analysis";
   throw VekAnalysisImpossible(
       kPlace, messages::kMessageAnalysisImpossible,
       {Utf16FromUtf8(Translated(analysis.title, language)), Utf16FromUtf8(reason.Text(language))});
+}
+
+/// True if the second add-in is there for an analysis that needs it: Excel has loaded it into this
+/// process.
+bool HasItsFunctions(const Analysis& analysis) {
+  return !analysis.of_distributions || GetModuleHandleW(kDistributions) != nullptr;
 }
 
 /// What the latest analysis was made of.
@@ -87,6 +94,8 @@ std::string EscapedForXml(std::string_view text) {
 AnalysisRun::AnalysisRun(std::string_view analysis, Language language)
     : analysis_(analyses::FindAnalysis(analysis)), language_(language) {
   if (analysis_ == nullptr) throw VekParameterError(kPlace, messages::kMessageParameterError);
+  if (!HasItsFunctions(*analysis_))
+    ThrowImpossible(*analysis_, {"the add-in of the distributions is not loaded", {}}, language_);
 }
 
 std::optional<MsExcel::Range> AnalysisRun::AskFor(const MsExcel::Application& application,
@@ -165,6 +174,7 @@ void RepeatAnalysis(const MsExcel::Workbook& book, Language language) {
 std::u16string AnalysesMenu(Language language) {
   std::string menu = R"(<menu xmlns="http://schemas.microsoft.com/office/2009/07/customui">)";
   for (const Analysis& analysis : analyses::AllAnalyses()) {
+    if (!HasItsFunctions(analysis)) continue;
     std::string id(analysis.name);
     std::ranges::replace(id, '-', '_');
     menu += "<button id=\"zavrel_" + id + "\" tag=\"" + std::string(analysis.name) +

@@ -16,7 +16,8 @@ namespace zavrel::services {
 /// what Excel refuses; the workbook is then as it was.
 class AnalysisRun {
  public:
-  /// Throws VekParameterError if there is no such analysis.
+  /// Throws VekParameterError if there is no such analysis, and VekAnalysisImpossible if it is one
+  /// of the second add-in and that is not there.
   AnalysisRun(std::string_view analysis, analyses::Language language);
 
   /// Asks the user for the data, and for the column that divides the rows where there is one.
@@ -38,8 +39,9 @@ class AnalysisRun {
 /// VekAnalysisImpossible if it had none.
 void RepeatAnalysis(const MsExcel::Workbook& book, analyses::Language language);
 
-/// The menu of all analyses for Excel's ribbon. A chosen item calls ZavrelAnalysisChosen of the
-/// macro modules with the analysis as its tag.
+/// The menu of the analyses for Excel's ribbon; without that of the second add-in if it is not
+/// there. A chosen item calls ZavrelAnalysisChosen of the macro modules with the analysis as its
+/// tag.
 std::u16string AnalysesMenu(analyses::Language language);
 
 }  // namespace zavrel::services

@@ -31,8 +31,8 @@ class DialogTemplate {
 
   void Add(std::u16string_view window_class, DWORD style, DialogArea area, std::uint16_t id,
            std::u16string_view text = {}) {
-    const DLGITEMTEMPLATE head{style | WS_CHILD | WS_VISIBLE, 0,           area.x, area.y,
-                               area.width,                    area.height, id};
+    const DLGITEMTEMPLATE head{
+        style | WS_CHILD | WS_VISIBLE, 0, area.x, area.y, area.width, area.height, id};
     if (units_.size() % 2 != 0) units_.push_back(0);  // a control begins at a multiple of 4 bytes
     Append(&head, sizeof head);
     AppendText(window_class);

@@ -79,6 +79,14 @@ std::vector<std::string> CellsOf(const MsExcel::Worksheet& sheet) {
 
 }  // namespace
 
+TEST_CASE("distributions are only fitted where their add-in is loaded") {
+  CHECK(AnalysesMenu(Language::kGerman).find(u"distribution-fits") == std::u16string::npos);
+  CHECK(AnalysesMenu(Language::kGerman).find(u"Boxplots") != std::u16string::npos);
+  CHECK_THROWS_AS(AnalysisRun("distribution-fits", Language::kEnglish), VekAnalysisImpossible);
+  REQUIRE(LoadLibraryW(std::filesystem::path(ZAVREL_DISTRIBUTIONS_ADD_IN).c_str()));
+  CHECK(AnalysesMenu(Language::kGerman).find(u"distribution-fits") != std::u16string::npos);
+}
+
 TEST_CASE("the sheet in an open workbook is that of a report without Excel, cell by cell") {
   for (const Analysis& analysis : analyses::AllAnalyses()) {
     CAPTURE(analysis.name);

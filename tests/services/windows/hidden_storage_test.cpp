@@ -1,6 +1,8 @@
 // Items in a hidden sheet of a workbook that an emulated Excel has open.
 #include "services/windows/hidden_storage.h"
 
+#include <filesystem>
+
 #include "services/windows/excel_books.h"
 
 namespace zavrel::services::tests {
@@ -105,6 +107,21 @@ TEST_CASE("a damaged sheet, and somebody else's, is reported and left alone") {
       CHECK(storage.Read(u"a") == StoredItem(u"text"));
     }
   }
+}
+
+TEST_CASE("items go with the workbook: saved, copied, reopened") {
+  OpenExcel excel;
+  HiddenStorage(excel.book()).Store(u"a", DoubleMatrix{{1, 2}, {3, 1.01e300}});
+  HiddenStorage(excel.book()).Store(u"b", u"Größe, 'quoted' and = signs");
+  const StoredItems stored = HiddenStorage(excel.book()).ReadAll();
+  const std::filesystem::path copy = std::filesystem::temp_directory_path() / "zavrel-copy.xlsx";
+  std::filesystem::remove(copy);
+  excel.book().SaveCopyAs(Utf16FromPath(copy));
+  excel.session.Open(copy);
+  CHECK(excel.book().Name() == u"zavrel-copy.xlsx");
+  CHECK(HiddenStorage(excel.book()).ReadAll() == stored);
+  CHECK(excel.book().Worksheets().Find(HiddenStorage::kSheetName)->Visible() ==
+        MsExcel::Visibility::kVeryHidden);
 }
 
 TEST_CASE("a protected structure is said so") {
