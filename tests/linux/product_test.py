@@ -117,7 +117,7 @@ def check_interrupts():
 
 def check_memory():
     large = scratch / "large.xlsx"
-    make_large_workbook.ROWS, make_large_workbook.FORMULAS = 30_000, 100
+    make_large_workbook.ROWS, make_large_workbook.FORMULAS = 150_000, 100
     make_large_workbook.write(large)
     check(run("run", large, "--memory", "200").returncode == 0, "200 MB are not enough")
     for options in [], ["--jobs", "2"]:
