@@ -43,7 +43,7 @@ notices_are_complete() {
   grep -ohE ' /[^ ]+/lib[[:alnum:]_]+[.]a\b' "$2/build.ninja" | grep -vF " $2/" |
     sed 's|.*/lib\(.*\)[.]a|\1|' | sort -u >linked.txt
   [ -s linked.txt ] || return 1
-  for library in $(sed 's/^z$/zlib/;s/^zip$/libzip/;s/^md$/libmd/' linked.txt) libstdc++ Eigen Boost CLI11 JSON; do
+  for library in $(sed 's/^z$/zlib/;s/^zip$/libzip/;s/^md$/libmd/;s/^hwy$/Highway/' linked.txt) libstdc++ Eigen Boost CLI11 JSON; do
     # By its title, once in the list and once above its notice.
     [ "$(grep -cE "^[^ ].*$library|^$library" "$1")" -ge 2 ] || { echo "no notice of $library" >&2; return 1; }
   done
