@@ -42,6 +42,7 @@ Private Function ResultOf(ByVal entryPoint As String, ByVal sheet As Worksheet) 
     If IsEmpty(result) Then result = MatrixOf(entryPoint)
     If IsEmpty(result) Then result = CellsOf(entryPoint, sheet)
     If IsEmpty(result) Then result = CategoriesOf(entryPoint, sheet)
+    If IsEmpty(result) Then result = WorkbookOf(entryPoint)
     If IsEmpty(result) Then result = SessionOf(entryPoint, sheet)
     If IsEmpty(result) Then result = "not called: this module does not know it"
     ResultOf = result
@@ -249,6 +250,82 @@ Private Function CategoriesOf(ByVal entryPoint As String, ByVal sheet As Workshe
         Case Else: Exit Function
     End Select
     If failure <> 0 Then CategoriesOf = "failure " & failure
+End Function
+
+' What works on open workbooks, in a new one that is closed again.
+Private Function WorkbookOf(ByVal entryPoint As String) As Variant
+    Dim book As Workbook
+    Dim text As String
+    Dim failure As Long
+    Select Case entryPoint
+        Case "ZavrelAnalysesMenuVB"
+            failure = ZavrelAnalysesMenuVB(VarPtr(text))
+            WorkbookOf = (InStr(text, "box-plots") > 0)
+        Case "ZavrelAskForAnalysisVB"
+            WorkbookOf = (ZavrelAskForAnalysisVB(Application, StrPtr("none")) <> 0)
+        Case "ZavrelStoreInWorkbookVB", "ZavrelReadFromWorkbookVB", "ZavrelRemoveFromWorkbookVB", _
+                "ZavrelLiftProtectionVB", "ZavrelPutBackProtectionVB", "ZavrelWriteFormulasVB", _
+                "ZavrelWriteArrayFormulaVB", "ZavrelRunAnalysisVB", "ZavrelRepeatAnalysisVB"
+            Set book = Workbooks.Add
+            WorkbookOf = InWorkbook(entryPoint, book)
+            book.Close False
+    End Select
+    If failure <> 0 Then WorkbookOf = "failure " & failure
+End Function
+
+Private Function InWorkbook(ByVal entryPoint As String, ByVal book As Workbook) As Variant
+    Dim sheet As Worksheet
+    Dim cells As Variant, value As Variant
+    Dim formulas() As Variant
+    Dim failure As Long, before As Long
+    Set sheet = book.Worksheets(1)
+    sheet.Range("A1").Value = "x"
+    sheet.Range("A2:A9").Formula = "=ROW()"
+    Set cells = sheet.Range("A1:A9")
+    before = book.Worksheets.Count
+    value = 2.5
+    Select Case entryPoint
+        Case "ZavrelStoreInWorkbookVB"
+            failure = ZavrelStoreInWorkbookVB(book, StrPtr("name"), value)
+            InWorkbook = book.Worksheets.Count - before
+        Case "ZavrelReadFromWorkbookVB"
+            failure = ZavrelStoreInWorkbookVB(book, StrPtr("name"), value)
+            value = "nothing"
+            failure = failure + ZavrelReadFromWorkbookVB(book, StrPtr("name"), value)
+            InWorkbook = value
+        Case "ZavrelRemoveFromWorkbookVB"
+            failure = ZavrelStoreInWorkbookVB(book, StrPtr("name"), value)
+            failure = failure + ZavrelRemoveFromWorkbookVB(book, StrPtr("name"))
+            failure = failure + ZavrelReadFromWorkbookVB(book, StrPtr("name"), value)
+            InWorkbook = IsEmpty(value)
+        Case "ZavrelLiftProtectionVB"
+            sheet.Protect "secret"
+            failure = ZavrelLiftProtectionVB(sheet, StrPtr("secret"), value)
+            InWorkbook = sheet.ProtectContents
+        Case "ZavrelPutBackProtectionVB"
+            sheet.Protect "secret"
+            failure = ZavrelLiftProtectionVB(sheet, StrPtr("secret"), value)
+            failure = failure + ZavrelPutBackProtectionVB(CLng(value))
+            InWorkbook = sheet.ProtectContents
+        Case "ZavrelWriteFormulasVB"
+            ReDim formulas(1 To 1, 1 To 2)
+            formulas(1, 1) = "=1+2"
+            formulas(1, 2) = "text"
+            failure = ZavrelWriteFormulasVB(cells, formulas)
+            InWorkbook = sheet.Range("A1").Value & sheet.Range("B1").Value
+        Case "ZavrelWriteArrayFormulaVB"
+            Set cells = sheet.Range("C1:C2")
+            failure = ZavrelWriteArrayFormulaVB(cells, StrPtr("={1;2}*2"))
+            InWorkbook = sheet.Range("C2").Value
+        Case "ZavrelRunAnalysisVB"
+            failure = ZavrelRunAnalysisVB(cells, StrPtr("percentiles"), 0)
+            InWorkbook = book.Worksheets.Count - before
+        Case "ZavrelRepeatAnalysisVB"
+            failure = ZavrelRunAnalysisVB(cells, StrPtr("percentiles"), 0)
+            failure = failure + ZavrelRepeatAnalysisVB(book)
+            InWorkbook = book.Worksheets.Count - before
+    End Select
+    If failure <> 0 Then InWorkbook = "failure " & failure
 End Function
 
 ' Versions, failures, and announcing. The applications 8 and 9 have no functions of their own.

@@ -76,7 +76,7 @@ def check_macros():
     wanted = declared | {function.name for function in registration.functions() if function.macros_only}
     lines = {name for name, _, _ in make_self_test.MACROS}
     module = (modules / "ZavrelSelfTest.bas").read_bytes().decode("ascii")
-    answers = re.findall(r'^        Case "(\w+)"', module, re.M)
+    answers = re.findall(r'^        Case "(\w+)"(?!,)', module, re.M)
     check("\n" not in module.replace("\r\n", ""), "ZavrelSelfTest.bas: a line does not end in CR LF")
     check(lines == wanted, f"macros: lines and entry points differ: {sorted(lines ^ wanted)}")
     check(sorted(answers) == sorted(lines), f"macros: lines and answers differ: {sorted(set(answers) ^ lines)}")
