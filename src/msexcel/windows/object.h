@@ -105,8 +105,11 @@ struct MemberName {
 template <class Class>
 class ObjectOf : public Object {
  public:
+  // NOLINTBEGIN(bugprone-crtp-constructor-accessibility): the wrappers inherit them, with their
+  // accessibility.
   ObjectOf() = default;
   explicit ObjectOf(Object object) : Object(std::move(object)) {}
+  // NOLINTEND(bugprone-crtp-constructor-accessibility)
 
  protected:
   template <MemberName kMember>
@@ -133,6 +136,7 @@ class ObjectOf : public Object {
 
 /// A collection, whose items count from 1 and may have names.
 template <class Class, class Item>
+// NOLINTNEXTLINE(bugprone-crtp-constructor-accessibility): as above
 class Collection : public ObjectOf<Class> {
  public:
   using ObjectOf<Class>::ObjectOf;

@@ -12,13 +12,15 @@ namespace MsExcel {
 
 class Object;
 
+template <class Type>
+concept Integer = std::integral<Type> && !std::same_as<Type, bool>;
+
 /// Owns a VARIANT, made of what a call passes. Throws std::bad_alloc.
 class Variant {
  public:
   Variant() { VariantInit(&variant_); }
-  // Implicit on purpose: arguments are written as what they are.
-  template <class Number>
-  requires std::integral<Number> &&(!std::same_as<Number, bool>)Variant(Number number) : Variant() {
+  // NOLINTBEGIN(google-explicit-constructor): arguments are written as what they are.
+  Variant(Integer auto number) : Variant() {
     variant_.vt = VT_I4;
     variant_.lVal = static_cast<LONG>(number);
   }
@@ -37,6 +39,7 @@ class Variant {
   Variant(const CellValue& value);
   /// A 2-dimensional array; a block of one cell is its value.
   Variant(const Block& block);
+  // NOLINTEND(google-explicit-constructor)
   /// An optional argument that is left out while another one follows.
   static Variant Missing();
 
