@@ -25,6 +25,8 @@ class CellResult : public OrFailure<XXloper> {
   CellResult(std::same_as<std::size_t> auto count)  // NOLINT(google-explicit-constructor)
       : OrFailure<XXloper>(XXloper::Number(static_cast<double>(count))) {}
 
+  /// False if the host will call again, since something is not calculated yet.
+  bool is_final() const { return ok() || !failure().uncalculated(); }
   /// What the cell shows.
   const XXloper& shown() const { return ok() ? **this : failure().value(); }
 };

@@ -40,9 +40,12 @@ std::optional<CellResult> FillNext(Items items, std::uint64_t& slot) {
 
 template <class Items>
 CellResult FillByAddress(Items items, const char* text) {
-  const auto address = Session::Current()->Kept<MacroHandshakes>().IssuedAddress(text);
+  auto& handshakes = Session::Current()->Kept<MacroHandshakes>();
+  const auto address = handshakes.IssuedAddress(text);
   if (!address) return Failure(ExcelError::kValue);
-  return Fill(items, *address);
+  CellResult result = Fill(items, *address);
+  if (result.is_final()) handshakes.UseUp(*address);
+  return result;
 }
 
 template <class Pending, class Items>

@@ -120,11 +120,16 @@ XLOPER12* FillByAddress(const char* name, const XLOPER12* range, const XLOPER12*
                         const char* indices_address = nullptr) noexcept {
   return FromCells(name, kCells, range, class_code,
                    [&](const ExcelData& data, CellClass cell_class) -> CellResult {
-                     const auto& handshakes = Session::Current()->Kept<MacroHandshakes>();
+                     auto& handshakes = Session::Current()->Kept<MacroHandshakes>();
                      const auto values = handshakes.IssuedAddress(values_address);
                      const auto indices = handshakes.IssuedAddress(indices_address);
                      if (!values || !indices) return Failure(ExcelError::kValue);
-                     return Fill(data, cell_class, {elements(), *values, *indices});
+                     CellResult result = Fill(data, cell_class, {elements(), *values, *indices});
+                     if (result.is_final()) {
+                       handshakes.UseUp(*values);
+                       handshakes.UseUp(*indices);
+                     }
+                     return result;
                    });
 }
 

@@ -5,8 +5,8 @@
 // A macro names a VARIANT in one of two ways. It gets the VARIANT's address as a text and passes
 // that text to the worksheet function, or it enters its VARIANTs beforehand and passes the id of
 // the entry. The texts pass through formulas, where a user can write any text. So an address is
-// accepted only while it is among the latest issued, and an id only while its entry is among the
-// latest.
+// accepted once for each time it was issued, and only while it is among the latest: behind an old
+// one there may be no VARIANT any more. An id is accepted while its entry is among the latest.
 
 #include <cstddef>
 #include <cstdint>
@@ -61,12 +61,25 @@ class MacroHandshakes {
   /// The most addresses, and the most entries, that are remembered; the oldest are dropped first.
   static constexpr std::size_t kRemembered = 1024;
 
-  /// Issuing an address again makes it the latest.
-  void Issue(std::uint64_t address) { issued_.Put(address, {}); }
+  /// Issuing an address again makes it the latest, and good for one call more.
+  void Issue(std::uint64_t address) {
+    const std::size_t* const calls = issued_.Find(address);
+    issued_.Put(address, calls == nullptr ? 1 : *calls + 1);
+  }
   bool HasIssued(std::uint64_t address) const { return issued_.Find(address) != nullptr; }
   /// The address in a text, 0 for none; std::nullopt if the text is not an address or the address
   /// was not issued.
   std::optional<std::uint64_t> IssuedAddress(const char* text) const;
+  /// The call for which an address was issued is over, well or badly; 0 for none.
+  void UseUp(std::uint64_t address) {
+    const std::size_t* const calls = issued_.Find(address);
+    if (calls == nullptr) return;
+    if (*calls == 1) {
+      issued_.Remove(address);
+    } else {
+      issued_.Put(address, *calls - 1);
+    }
+  }
 
   /// Enters the arrays and returns their id, which is unique in the session.
   std::string Enter(PendingArrays arrays);
@@ -95,7 +108,7 @@ class MacroHandshakes {
   std::uint64_t& next_category_indices() { return next_category_indices_; }
 
  private:
-  LatestMap<std::uint64_t, std::monostate> issued_{kRemembered};
+  LatestMap<std::uint64_t, std::size_t> issued_{kRemembered};  // the calls that each is good for
   LatestMap<std::string, PendingArrays> entries_{kRemembered};
   std::optional<PendingCellValues> next_cell_values_;
   std::uint64_t next_category_names_ = 0;

@@ -44,6 +44,14 @@ TEST_CASE("the latest addresses count, and issuing one again makes it the latest
   CHECK((handshakes.HasIssued(8) && handshakes.HasIssued(8 * most)));
   CHECK_FALSE(handshakes.HasIssued(16));
   CHECK_FALSE(handshakes.HasIssued(0));
+  // Issued three times, 8 is good for as many calls.
+  for (int call = 1; call <= 3; ++call) {
+    CHECK(handshakes.IssuedAddress("8") == 8);
+    handshakes.UseUp(8);
+  }
+  CHECK_FALSE(handshakes.IssuedAddress("8"));
+  handshakes.UseUp(8);
+  handshakes.UseUp(0);
 }
 
 TEST_CASE("entries are found by ids of their own, the latest of them") {

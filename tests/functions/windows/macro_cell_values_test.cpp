@@ -61,6 +61,7 @@ struct Macro : OpenAddIn {
 TEST_CASE("a call that fails touches nothing") {
   Macro macro;
   const std::string values = IdOf(macro.values), indices = IdOf(macro.indices);
+  for (int call = 0; call < 10; ++call) IdOf(macro.values), IdOf(macro.indices);
   macro.HoldText();
   const std::string inside =
       std::to_string(reinterpret_cast<std::intptr_t>(&macro.values.variant) + 8);
@@ -102,7 +103,10 @@ TEST_CASE("addresses are issued for VARIANTs that last, by a session that is ope
   std::vector<VARIANT> others(1024);
   for (std::size_t i = 1; i < others.size(); ++i) IdOf(&others[i]);
   CHECK(macro.Fill(values) == "5");
-  IdOf(&others[0]);
+  CHECK(macro.Fill(values) == "5");
+  CHECK(macro.Fill(values) == "#15");  // issued twice, good for two calls
+  IdOf(macro.values);
+  for (VARIANT& other : others) IdOf(&other);
   CHECK(macro.Fill(values) == "#15");
   IdOf(macro.values);
   CHECK(macro.Fill(values) == "5");

@@ -1,8 +1,8 @@
 // A macro's strings and the translation of its formulas.
 #include <doctest/doctest.h>
 
-#include "platform/windows/ole_owners.h"
 #include "platform/export.h"
+#include "platform/windows/ole_owners.h"
 #include "support/open_add_in.h"
 
 namespace zavrel {

@@ -2,6 +2,7 @@
 // each entry is taken once.
 #include <algorithm>
 #include <deque>
+#include <map>
 #include <string>
 #include <unordered_set>
 
@@ -18,8 +19,20 @@ class Handshakes {
   void Issue(std::uint64_t address) {
     std::erase(issued_, address);
     issued_.push_back(address);
-    if (issued_.size() > MacroHandshakes::kRemembered) issued_.pop_front();
+    ++calls_[address];
+    if (issued_.size() > MacroHandshakes::kRemembered) {
+      calls_.erase(issued_.front());
+      issued_.pop_front();
+    }
     real_.Issue(address);
+  }
+
+  void UseUp(std::uint64_t address) {
+    real_.UseUp(address);
+    if (const auto calls = calls_.find(address); calls != calls_.end() && --calls->second == 0) {
+      calls_.erase(calls);
+      std::erase(issued_, address);
+    }
   }
 
   void Look(const std::string& text) {
@@ -74,6 +87,7 @@ class Handshakes {
 
   MacroHandshakes real_;
   std::deque<std::uint64_t> issued_;
+  std::map<std::uint64_t, std::size_t> calls_;  // that each is good for
   std::deque<Entry> entries_;
   std::unordered_set<std::string> ids_;
 };
@@ -83,7 +97,10 @@ void Exchange(std::span<const std::uint8_t> input) {
   Handshakes handshakes;
   int floods = 0;
   while (!bytes.empty()) {
-    switch (bytes.Below(5)) {
+    switch (bytes.Below(6)) {
+      case 5:
+        handshakes.UseUp(bytes.Take<std::uint8_t>() * std::uint64_t{8});
+        break;
       case 0:
         handshakes.Issue(bytes.Take<std::uint8_t>() * std::uint64_t{8});
         break;
