@@ -54,6 +54,16 @@ Public Declare PtrSafe Function ZavrelWriteRangeVB Lib "ZavrelFuncs8_x64.xll" ( 
 Public Declare PtrSafe Function ZavrelWriteRangeValuesVB Lib "ZavrelFuncs8_x64.xll" _
     Alias "ZavrelWriteRangeVB" (ByRef target As Variant, ByRef values() As Variant) As Long
 
+' --- Progress of a macro's own long work. Pass texts by StrPtr. ---
+' A dialog appears after a second and stays until the end, or until no step has come for a minute. A step returns 1
+' if the user has cancelled, otherwise 0; share is from 0 to 1. The others return failure numbers.
+
+Public Declare PtrSafe Function ZavrelBeginProgressVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal title As LongPtr) As Long
+Public Declare PtrSafe Function ZavrelStepProgressVB Lib "ZavrelFuncs8_x64.xll" ( _
+    ByVal text As LongPtr, ByVal share As Double) As Long
+Public Declare PtrSafe Function ZavrelEndProgressVB Lib "ZavrelFuncs8_x64.xll" () As Long
+
 ' --- Open workbooks. Return failure numbers; after a failure the workbook is as it was. ---
 ' Pass texts by StrPtr. Values that a workbook keeps: a text, a number, an array of doubles with two dimensions,
 ' an array of bytes, up to 1 MB each.

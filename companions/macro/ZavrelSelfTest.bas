@@ -252,7 +252,7 @@ Private Function CategoriesOf(ByVal entryPoint As String, ByVal sheet As Workshe
     If failure <> 0 Then CategoriesOf = "failure " & failure
 End Function
 
-' What works on open workbooks, in a new one that is closed again.
+' Progress, and what works on open workbooks, in a new one that is closed again.
 Private Function WorkbookOf(ByVal entryPoint As String) As Variant
     Dim book As Workbook
     Dim text As String
@@ -261,6 +261,14 @@ Private Function WorkbookOf(ByVal entryPoint As String) As Variant
         Case "ZavrelAnalysesMenuVB"
             failure = ZavrelAnalysesMenuVB(VarPtr(text))
             WorkbookOf = (InStr(text, "box-plots") > 0)
+        Case "ZavrelBeginProgressVB"
+            failure = ZavrelBeginProgressVB(StrPtr("Self-test"))
+            WorkbookOf = failure
+        Case "ZavrelStepProgressVB"
+            WorkbookOf = ZavrelStepProgressVB(StrPtr("Step"), 0.5)
+        Case "ZavrelEndProgressVB"
+            failure = ZavrelEndProgressVB()
+            WorkbookOf = failure
         Case "ZavrelAskForAnalysisVB"
             WorkbookOf = (ZavrelAskForAnalysisVB(Application, StrPtr("none")) <> 0)
         Case "ZavrelStoreInWorkbookVB", "ZavrelReadFromWorkbookVB", "ZavrelRemoveFromWorkbookVB", _

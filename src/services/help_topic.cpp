@@ -54,7 +54,8 @@ std::vector<HelpPlace> HelpPlaces(const std::filesystem::path& folder, const Hel
   std::vector<HelpPlace> places;
   std::error_code ignored;
   for (const HelpLanguage& language : kLanguages) {
-    if (language.id != (language_id & kPrimaryLanguage) && language.id != kLanguages[1].id) continue;
+    if (language.id != (language_id & kPrimaryLanguage) && language.id != kLanguages[1].id)
+      continue;
     const std::filesystem::path page = folder / language.pages / (topic.page + u".html");
     const bool has_page = std::filesystem::is_regular_file(page, ignored);
     const std::filesystem::path compiled = folder / language.compiled;

@@ -33,10 +33,10 @@ struct HelpPlace {
   bool operator==(const HelpPlace&) const = default;
 };
 
-/// The files below the add-in's folder that may show the page, best first: in the session's language
-/// the compiled help and the page, then the same in English. `language_id` is Windows', with or
-/// without a country. Files that are missing are left out, and on Windows also compiled help that
-/// came from the internet and was not unblocked: Windows would show empty pages of it.
+/// The files below the add-in's folder that may show the page, best first: in the session's
+/// language the compiled help and the page, then the same in English. `language_id` is Windows',
+/// with or without a country. Files that are missing are left out, and on Windows also compiled
+/// help that came from the internet and was not unblocked: Windows would show empty pages of it.
 std::vector<HelpPlace> HelpPlaces(const std::filesystem::path& folder, const HelpTopic& topic,
                                   std::uint32_t language_id);
 

@@ -5,6 +5,7 @@
 
 #include "contracts/message_ids.h"
 #include "diagnostics/vek_exception.h"
+#include "platform/clock.h"
 
 namespace zavrel::services {
 
@@ -25,6 +26,7 @@ void Progress::StepUnlessCancelled(std::u16string_view text, double share) {
 
 void Progress::Advance(double share) noexcept {
   share_.store(share, std::memory_order_relaxed);
+  told_at_.store(TickCountMilliseconds(), std::memory_order_relaxed);
   cancelled();
 }
 
@@ -36,7 +38,8 @@ bool Progress::cancelled() noexcept {
 Progress::State Progress::state() const {
   const double share = share_.load(std::memory_order_relaxed);
   const std::lock_guard lock(text_mutex_);
-  return {text_, share > 0 ? std::min(share, 1.0) : 0.0};  // not a number: nothing is done yet
+  return {text_, share > 0 ? std::min(share, 1.0) : 0.0,  // not a number: nothing is done yet
+          told_at_.load(std::memory_order_relaxed)};
 }
 
 }  // namespace zavrel::services

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <mutex>
 #include <stop_token>
@@ -31,12 +32,14 @@ class Progress {
   struct State {
     std::u16string text;
     double share;
+    std::uint32_t told_at;  // by the tick count: when the work last said something
   };
   State state() const;
   void Cancel() noexcept { stop_.request_stop(); }
 
   std::stop_source stop_;
   std::atomic<double> share_ = 0;
+  std::atomic<std::uint32_t> told_at_ = 0;
   mutable std::mutex text_mutex_;
   std::u16string text_;
   std::atomic<bool> is_shown_ = false;

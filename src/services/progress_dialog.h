@@ -1,6 +1,7 @@
 #pragma once
 // Long work with a dialog that says how far it is and lets the user cancel it.
 
+#include <cstdint>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -15,9 +16,14 @@ namespace zavrel::services {
 /// owner window is disabled. Where no window can be shown, the work goes on without one.
 class ProgressDialog {
  public:
+  /// Work that may be stopped without an end, as a macro: its dialog goes when it has said nothing
+  /// for this long.
+  static constexpr std::uint32_t kForsakenMilliseconds = 60'000;
+
   /// `owner_window` is the handle of a window of the calling thread, or null. `progress` must live
   /// longer.
-  ProgressDialog(Progress& progress, void* owner_window, std::u16string_view title);
+  ProgressDialog(Progress& progress, void* owner_window, std::u16string_view title,
+                 bool may_be_forsaken = false);
   /// Enables the owner again and closes the dialog; its thread has ended afterwards.
   ~ProgressDialog();
   ProgressDialog(const ProgressDialog&) = delete;

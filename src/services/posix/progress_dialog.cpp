@@ -4,7 +4,7 @@ namespace zavrel::services {
 
 class ProgressDialog::Window {};
 
-ProgressDialog::ProgressDialog(Progress&, void*, std::u16string_view) {}
+ProgressDialog::ProgressDialog(Progress&, void*, std::u16string_view, bool) {}
 
 ProgressDialog::~ProgressDialog() = default;
 

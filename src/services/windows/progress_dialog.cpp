@@ -12,6 +12,7 @@
 #include "contracts/message_ids.h"
 #include "diagnostics/log_line.h"
 #include "frame/session.h"
+#include "platform/clock.h"
 #include "platform/module.h"
 #include "platform/operating_system.h"
 #include "platform/windows/system_handle.h"
@@ -75,8 +76,9 @@ void PutInMiddleOf(HWND dialog, HWND owner) {
 /// thread shares that thread's input, and would be dead while it computes.
 class ProgressDialog::Window {
  public:
-  Window(Progress& progress, HWND owner, Texts texts)
+  Window(Progress& progress, HWND owner, Texts texts, bool may_be_forsaken)
       : progress_(progress),
+        may_be_forsaken_(may_be_forsaken),
         owner_(owner),
         texts_(std::move(texts)),
         has_ended_(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
@@ -153,11 +155,17 @@ class ProgressDialog::Window {
         DispatchMessageW(&message);
       }
       Refresh(dialog_);
+      if (IsForsaken()) return;
     }
   }
 
+  bool IsForsaken() const {
+    return may_be_forsaken_ &&
+           TickCountMilliseconds() - progress_.state().told_at > kForsakenMilliseconds;
+  }
+
   void Refresh(HWND dialog) {
-    const auto [text, share] = progress_.state();
+    const auto [text, share, told_at] = progress_.state();
     const bool is_cancelled = progress_.stop_.stop_requested();
     const auto percent = static_cast<std::int64_t>(std::floor(share * 100));
     Show(dialog, kStepText, is_cancelled ? texts_.cancelling : text);
@@ -188,6 +196,7 @@ class ProgressDialog::Window {
   }
 
   Progress& progress_;
+  bool may_be_forsaken_;
   DisabledWindow owner_;
   Texts texts_;
   SystemHandle has_ended_;  // the work
@@ -196,12 +205,14 @@ class ProgressDialog::Window {
   std::thread thread_;
 };
 
-ProgressDialog::ProgressDialog(Progress& progress, void* owner_window, std::u16string_view title) {
+ProgressDialog::ProgressDialog(Progress& progress, void* owner_window, std::u16string_view title,
+                               bool may_be_forsaken) {
   try {
     window_ = std::make_unique<Window>(
         progress, static_cast<HWND>(owner_window),
         Texts{std::u16string(title), SessionText(messages::kMessageCancel),
-              SessionText(messages::kMessageCancelling), SessionText(messages::kMessageShare)});
+              SessionText(messages::kMessageCancelling), SessionText(messages::kMessageShare)},
+        may_be_forsaken);
   } catch (...) {
     progress.when_shown_ = nullptr;
     LogLine("No progress dialog\n");
