@@ -43,19 +43,20 @@ TEST_CASE("formulas fill the arrays of a macro that gave them its addresses or a
                                                                               &entries[1]) == 0);
   CHECK(EntryPoint<SetArrays>("ZavrelGetCellValuesCategorySetArrayPrivateVB")(values, &seventeen,
                                                                               &entries[2]) == 0);
-  const std::string id = IdOf(values), entered = Taken(entries[0]), numeric = Taken(entries[1]),
+  const std::string entered = Taken(entries[0]), numeric = Taken(entries[1]),
                     category = Taken(entries[2]);
   const struct {
     std::string formula, text;
     const char *shown, *held;
   } cases[] = {
-      {"ZavGetCellValuesPrivate2(A1:A5,2,$,\"" + IdOf(indices) + "\")", id, "4",
+      {"ZavGetCellValuesPrivate2(A1:A5,2,$,\"" + IdOf(indices) + "\")", IdOf(values), "4",
        "values 2.5;Stra\u00dfe \u0416\U0001F600;TRUE;error 2042;"},
-      {"ZavGetCellValuesCategoryPrivate2(A1:A5,0,\"-\",$)", id, "5",
+      {"ZavGetCellValuesCategoryPrivate2(A1:A5,0,\"-\",$)", IdOf(values), "5",
        "texts 2.5;Stra\u00dfe \u0416\U0001F600;-;TRUE;-;"},
-      {"ZavGetCellValuesNumericPrivate2(A:A,0,-7,$)", id, "5", "numbers 2.5;-7;-7;-7;-7;"},
+      {"ZavGetCellValuesNumericPrivate2(A:A,0,-7,$)", IdOf(values), "5",
+       "numbers 2.5;-7;-7;-7;-7;"},
       {"ZavGetCellValuesPrivate2(A1:A5,0,\"0\",$)", IdOf(indices), "5", "numbers 2.5;-7;-7;-7;-7;"},
-      {"ZavGetCellValuesPrivate2(A1,4,$,\"\")", id, "0", "values "},
+      {"ZavGetCellValuesPrivate2(A1,4,$,\"\")", IdOf(values), "0", "values "},
       {"ZavGetCellValuesPrivate(A1:A5,0,$)", numeric, "5", "numbers 2.5;0.25;0.25;0.25;0.25;"},
       {"ZavGetCellValuesPrivate(A1:A5,0,$)", category, "5",
        "texts 2.5;Stra\u00dfe \u0416\U0001F600;17;TRUE;17;"},
