@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "msexcel/windows/variant.h"
 
@@ -142,6 +143,11 @@ class Collection : public ObjectOf<Class> {
   using ObjectOf<Class>::ObjectOf;
 
   long Count() const { return this->template Get<"Count">().Integer(); }
+  std::vector<Item> All() const {
+    std::vector<Item> items;
+    for (long i = 1, count = Count(); i <= count; ++i) items.push_back(At(i));
+    return items;
+  }
   Item At(long index) const { return this->template Get<"Item">({index}).template As<Item>(); }
   Item Named(std::u16string_view name) const {
     return this->template Get<"Item">({name}).template As<Item>();

@@ -32,12 +32,7 @@ long Range::RowCount() const { return Get<"Rows">().As<Parts>().Count(); }
 long Range::ColumnCount() const { return Get<"Columns">().As<Parts>().Count(); }
 long Range::AreaCount() const { return Get<"Areas">().As<Parts>().Count(); }
 
-std::vector<Range> Range::Areas() const {
-  const Parts areas = Get<"Areas">().As<Parts>();
-  std::vector<Range> all;
-  for (long i = 1; i <= areas.Count(); ++i) all.push_back(areas.At(i));
-  return all;
-}
+std::vector<Range> Range::Areas() const { return Get<"Areas">().As<Parts>().All(); }
 
 std::u16string Range::Address(bool external) const {
   return Get<"Address">({true, true, kA1Style, external}).Text();

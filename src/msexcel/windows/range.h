@@ -53,6 +53,9 @@ class Range : public ObjectOf<Range> {
 
   /// Dates and amounts as plain numbers.
   Block Values() const { return Get<"Value2">().Values(); }
+  /// Of one cell.
+  CellValue Value() const { return Get<"Value2">().Value(); }
+  void SetValue(const CellValue& value) const { Put<"Value2">(value); }
   void SetValues(const Block& values) const { Put<"Value2">(values); }
   /// In English, A1; constants as themselves.
   Block Formulas() const { return Get<"Formula">().Values(); }

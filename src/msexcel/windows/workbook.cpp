@@ -58,9 +58,7 @@ void Worksheet::Protect(std::u16string_view password, const SheetProtection& pro
 
 std::optional<Worksheet> Worksheets::Find(std::u16string_view name) const {
   // Asked for by its name, a sheet that is not there fails like any other call.
-  const long count = Count();
-  for (long i = 1; i <= count; ++i) {
-    Worksheet sheet = At(i);
+  for (const Worksheet& sheet : All()) {
     if (zavrel::EqualIgnoringCase(sheet.Name(), name)) return sheet;
   }
   return std::nullopt;

@@ -1,6 +1,7 @@
 #include "services/windows/analysis_run.h"
 
 #include <algorithm>
+#include <sstream>
 
 #include "contracts/message_ids.h"
 #include "diagnostics/vek_exception.h"
@@ -53,23 +54,17 @@ struct LatestRun {
     const auto item = HiddenStorage(book).Read(kLatestRun);
     const auto* stored = item ? std::get_if<std::u16string>(&*item) : nullptr;
     if (stored == nullptr) return std::nullopt;
-    const std::string text = Utf8FromUtf16(*stored);
+    std::istringstream lines(Utf8FromUtf16(*stored));
     LatestRun run;
-    std::string* const lines[] = {&run.analysis, &run.sheet, &run.cells, &run.by};
-    std::size_t from = 0;
-    for (std::string* line : lines) {
-      const std::size_t end = std::min(text.find('\n', from), text.size());
-      *line = text.substr(std::min(from, end), end - std::min(from, end));
-      from = end + 1;
-    }
+    for (std::string* line : {&run.analysis, &run.sheet, &run.cells}) std::getline(lines, *line);
+    std::getline(lines, run.by, '\0');  // a heading may have several lines
     return run;
   }
 };
 
 std::set<std::u16string> SheetNames(const MsExcel::Workbook& book) {
   std::set<std::u16string> names;
-  const MsExcel::Worksheets sheets = book.Sheets();
-  for (long i = 1; i <= sheets.Count(); ++i) names.insert(LowerCase(sheets.At(i).Name()));
+  for (const MsExcel::Worksheet& sheet : book.Sheets().All()) names.insert(LowerCase(sheet.Name()));
   return names;
 }
 

@@ -39,13 +39,12 @@ bool Holds(const MsExcel::Range& cells, const std::vector<std::u16string>& texts
 
 /// True for a single blank cell, as which a sheet without anything has its used range.
 bool IsBlank(const MsExcel::Range& used) {
-  return used.CellCount() == 1 &&
-         std::holds_alternative<std::monostate>(used.Values().values.front());
+  return used.CellCount() == 1 && std::holds_alternative<std::monostate>(used.Value());
 }
 
 /// Nothing for a sheet that has nothing in it: whoever added it was stopped.
 std::optional<StorageHeading> HeadingOf(const MsExcel::Worksheet& sheet) {
-  const MsExcel::CellValue value = RowsAt(sheet, 1, 1).Values().values.front();
+  const MsExcel::CellValue value = RowsAt(sheet, 1, 1).Value();
   if (const auto* text = std::get_if<std::u16string>(&value)) {
     if (const auto heading = HeadingIn(*text)) return heading;
   } else if (std::holds_alternative<std::monostate>(value) && IsBlank(sheet.UsedRange())) {
@@ -77,12 +76,6 @@ void WriteRows(const MsExcel::Worksheet& sheet, std::uint32_t first,
   cells.SetNumberFormat(u"@");  // digits alone would become a number
   cells.SetValues(block);
   if (!Holds(cells, rows)) ThrowInvalid(sheet.ParentBook());
-}
-
-MsExcel::Block OneCell(std::u16string text) {
-  MsExcel::Block block(1, 1);
-  block.values.front() = std::move(text);
-  return block;
 }
 
 void Clear(const MsExcel::Worksheet& sheet, const StorageHeading& heading) {
@@ -155,7 +148,7 @@ void HiddenStorage::Replace(const StoredItems& items) const {
                                static_cast<std::uint32_t>(rows.size()), ChecksumOf(rows)};
   try {
     WriteRows(sheet, heading.first_row, rows);
-    RowsAt(sheet, 1, 1).SetValues(OneCell(heading.Text()));
+    RowsAt(sheet, 1, 1).SetValue(heading.Text());
   } catch (...) {
     TryTo([&] { existing ? Clear(sheet, heading) : Delete(sheet); });
     throw;

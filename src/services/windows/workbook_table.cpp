@@ -127,7 +127,7 @@ std::vector<std::u16string> WorkbookTable::CategoriesOf(std::size_t column) cons
 std::string WorkbookTable::HeadingOf(const MsExcel::Range& cell, const MsExcel::Range& cells) {
   const Rectangle table = MeantBy(cells.Areas().front());
   const MsExcel::Range heading = cells.ParentSheet().Area(table.row, cell.Column(), 1, 1);
-  const std::u16string text = TextOf(heading.Values().values.front());
+  const std::u16string text = TextOf(heading.Value());
   return Utf8FromUtf16(text.empty() ? cell.Address() : text);
 }
 

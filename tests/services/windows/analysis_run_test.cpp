@@ -168,6 +168,7 @@ TEST_CASE("data that do not suit get a reason, and the workbook stays as it was"
 
 TEST_CASE("the user is asked for the data and the groups, and may repeat the analysis") {
   Flowers excel;
+  excel.range(u"E1").SetFormula(u"The\nspecies");
   const AnalysisRun summary("summary", Language::kEnglish);
   CHECK_FALSE(summary.Ask(excel.application()));  // Cancel
   excel.session.QueueInput(u"Data!$A$1:$E$151");
