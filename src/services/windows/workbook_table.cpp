@@ -87,7 +87,7 @@ void WorkbookTable::AddArea(const MsExcel::Range& area, Progress& progress) {
                       static_cast<std::uint16_t>(meant.column - 1), 1,
                       static_cast<std::uint16_t>(columns)};
   const MsExcel::Block names = ValuesOf(headings);
-  for (std::uint16_t i = 0; i < columns; ++i) {
+  for (std::uint16_t i = 0; i < headings.columns; ++i) {
     const Area place = headings.Part(0, i);
     TableColumn column{Utf8FromUtf16(TextOf(names.At(0, i))),
                        place.Part(1, 0, static_cast<std::uint32_t>(rows))};
