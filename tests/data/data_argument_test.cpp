@@ -213,7 +213,9 @@ TEST_CASE("two sheets with equal addresses never evict each other") {
     excel.GiveText(excel.calling_sheet == kSheets[0] ? u"[Book]First" : u"[Book]Second", result);
     return xlretSuccess;
   });
+  std::size_t ids_asked = 0;
   excel.On(xlSheetId, [&](FakeExcel::Arguments arguments, XLOPER12& result) {
+    ++ids_asked;
     result.xltype = xltypeRef;
     result.val.mref = {nullptr, kSheets[TextIn(*arguments[0]) == u"[Book]First" ? 0 : 1]};
     return xlretSuccess;
@@ -230,6 +232,7 @@ TEST_CASE("two sheets with equal addresses never evict each other") {
     }
   }
   CHECK(SessionExcelDataCache()->size() == 2);
+  CHECK(ids_asked == 2);  // once for each sheet
 }
 
 TEST_CASE("arrays and values are told apart by content, not by their fingerprint") {
@@ -244,7 +247,8 @@ TEST_CASE("arrays and values are told apart by content, not by their fingerprint
   const ArgumentPiece piece = ArgumentPiece::Of(row);
   CellColumns cells;
   cells.AppendBlanks(3);
-  const auto impostor = std::make_shared<ExcelData>(DataKey({&piece, 1}).value(), std::move(cells));
+  const auto impostor = std::make_shared<ExcelData>(
+      DataKey({&piece, 1}, SessionExcelDataCache()->sheet_ids()).value(), std::move(cells));
   SessionExcelDataCache()->Put(impostor);
   CHECK(Shown({row}) == "1 2 3");
 }
