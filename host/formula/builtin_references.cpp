@@ -2,6 +2,7 @@
 #include <string>
 #include <utility>
 
+#include "formula/notation.h"
 #include "host/formula/array_parts.h"
 #include "host/formula/builtin_groups.h"
 #include "host/formula/elementwise.h"
@@ -10,9 +11,6 @@
 
 namespace zavhost {
 namespace {
-
-/// FORMULATEXT gives #N/A beyond Excel's limit of a formula with its "=".
-constexpr std::size_t kLongestFormula = 8192;
 
 /// The number of rows or columns of a reference with one area, an array or a value.
 Operand Extent(const Operand& operand, bool of_rows) {
@@ -182,7 +180,8 @@ Operand ForCells(const BuiltInCall& call, const OfCell& of_cell) {
 Operand FormulaText(const BuiltInCall& call) {
   return ForCells(call, [&call](const CellAddress& cell) {
     const auto text = call.context.FormulaText(cell);
-    if (!text || text->size() >= kLongestFormula) return Value(ErrorCode::kNA);
+    // Excel gives #N/A beyond its limit of a formula with its "=".
+    if (!text || text->size() >= formula::kLongestFormula) return Value(ErrorCode::kNA);
     return Value(std::u16string_view(u"=" + *text));
   });
 }

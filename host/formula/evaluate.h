@@ -12,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "formula/notation.h"
 #include "host/workbook/value.h"
 #include "host/workbook/workbook.h"
 
@@ -53,8 +54,7 @@ class CallableFunction {
 class Formula;
 using FormulaPtr = std::shared_ptr<const Formula>;
 
-/// The maximum number of code units of a formula, as in Excel.
-inline constexpr std::size_t kLongestFormula = 8192;
+using formula::kLongestFormula;
 
 /// Parses a formula text without its leading "=". Throws FormulaError beyond 64 levels of nesting
 /// (as in Excel), kLongestFormula and 255 arguments of a call. External and 3-D references are

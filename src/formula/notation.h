@@ -10,6 +10,9 @@
 
 namespace formula {
 
+/// The longest formula of Excel, in UTF-16 code units.
+inline constexpr std::size_t kLongestFormula = 8192;
+
 enum class ReferenceStyle { kA1, kR1C1 };
 
 /// R[1]C[-1] in English, Z(1)S(-1) in German. The letters are capitals.

@@ -12,9 +12,6 @@
 
 namespace formula {
 
-/// The longest formula of Excel, in UTF-16 code units.
-inline constexpr std::size_t kLongestFormula = 8192;
-
 /// How a formula is written.
 struct Dialect {
   const Language& language;
