@@ -37,7 +37,6 @@ class CategoryTable {
   static OrFailure<CategoryTable> Of(const CellColumns& cells);
 
   CategoryTable(CategoryTable&&) noexcept = default;
-  CategoryTable& operator=(CategoryTable&&) noexcept = default;
 
   std::size_t size() const { return categories_.size(); }
   std::span<const Category> categories() const { return categories_; }
