@@ -140,8 +140,7 @@ class AreaReader {
       const std::int64_t used = UsedRows(block);
       bool wanted = true;
       if (used > 0) {
-        wanted = (blank_rows == 0 || sink_.Blanks(Size(blank_rows * columns))) &&
-                 Emit(block, used);
+        wanted = (blank_rows == 0 || sink_.Blanks(Size(blank_rows * columns))) && Emit(block, used);
         blank_rows = 0;
       }
       blank_rows += rows - used;

@@ -23,8 +23,7 @@ TEST_CASE("a category has the cell's text, or the host's text for it") {
   CHECK(*NameOf(Cell(2.5)) == u"2,5");
   CHECK(*NameOf(Cell(true)) == u"WAHR");
   CHECK(*NameOf(Argument(xltypeInt)) == u"0");
-  for (const Cell& nothing : {Cell(), Cell(ErrorCell{xlerrNA})})
-    CHECK(NameOf(nothing)->empty());
+  for (const Cell& nothing : {Cell(), Cell(ErrorCell{xlerrNA})}) CHECK(NameOf(nothing)->empty());
   CHECK(NameOf(Argument(xltypeMissing))->empty());
 }
 

@@ -50,7 +50,8 @@ TEST_CASE("all kinds of arguments in one call") {
   CHECK(GetParameters("R", kNumbersOnly, List{range})->parm(0) == parameters.parm(0));
 }
 
-TEST_CASE("whole columns of unequal used length are equally long, the rest of the shorter missing") {
+TEST_CASE(
+    "whole columns of unequal used length are equally long, the rest of the shorter missing") {
   FakeExcel excel;
   excel.SetColumn(0, 0, {1.0, 2.0});
   excel.SetColumn(0, 1, {10.0, Cell(), 30.0, 40.0});
@@ -62,7 +63,8 @@ TEST_CASE("whole columns of unequal used length are equally long, the rest of th
     return std::vector<double>(given.begin(), given.end());
   };
   for (const bool swapped : {false, true}) {
-    const List columns = swapped ? List{long_column, short_column} : List{short_column, long_column};
+    const List columns =
+        swapped ? List{long_column, short_column} : List{short_column, long_column};
     const auto equal = GetParameters("RR", kPositional, columns, {.lengths = Lengths::kEqual});
     REQUIRE(equal.ok());
     CHECK(numbers(*equal, swapped ? 1 : 0) ==

@@ -8,7 +8,7 @@
 #include "host/capi/callback.h"
 #include "host/capi/excel_record.h"
 #include "host/planted_add_in.h"
-#include "support/records.h"
+#include "support/counted_allocations.h"
 
 namespace zavhost::tests {
 namespace {
@@ -95,12 +95,13 @@ TEST_CASE("xlCoerce reads cells and converts values") {
       boolean(Area(1, 1, 1, 1)), error(Area(2, 2, 1, 1)), whole(WholeColumns(0, 16383));
   CHECK(caller.Shown(xlCoerce, {Reference(Area(1, 1, 0, 0))}) == "2");
   CHECK(caller.Shown(xlCoerce, {block}) == "1,five;2,TRUE;");
+  CHECK(caller.Shown(xlCoerce, {Argument(2, 1, {u"a", u"b"})}) == "a;b;");
   CHECK(caller.Call(xlCoerce, {blank}).value.xltype == xltypeNil);
   CHECK(caller.Call(xlCoerce, {first, Number(xltypeSRef)}).value.xltype == xltypeSRef);
   CHECK(caller.Call(xlCoerce, {Reference(WholeColumns(0, 0))}).value.val.array.rows == 1048576);
   const Argument half(Cell(1.5)), large(Cell(1e21)), negative(Cell(-2.7)), beyond(Cell(3e9)),
-      two(Cell(2.0)), grouped(Cell(u"1,250.5")), twelve(Cell(u"12")), word(Cell(u"many")),
-      no(Cell(u"false"));
+      two(Cell(2.0)), array(1, 3, {7.0, u"word", true}), grouped(Cell(u"1,250.5")),
+      twelve(Cell(u"12")), word(Cell(u"many")), no(Cell(u"false"));
   const struct {
     const XLOPER12* value;
     double types;
@@ -121,6 +122,10 @@ TEST_CASE("xlCoerce reads cells and converts values") {
       {boolean, xltypeStr, "TRUE"},
       {error, xltypeNum, "32: #VALUE!"},
       {error, xltypeErr, "#DIV/0!"},
+      {error, xltypeStr, "32: #VALUE!"},
+      {word, xltypeBool, "32: #VALUE!"},
+      {array, xltypeNum, "7"},
+      {array, xltypeMulti | xltypeNum, "7,word,TRUE;"},
       {blank, xltypeNum | xltypeStr, "0"},
       {whole, xltypeMulti, "32: #VALUE!"},
   };
@@ -136,8 +141,21 @@ TEST_CASE("references off the sheet, of several areas and of sheets that are not
   const XLREF12 first = Area(0, 0, 0, 0);
   CHECK(caller.Call(xlCoerce, {Reference(sheet, {first, Area(1, 1, 1, 1)})}).code == xlretFailed);
   CHECK(caller.Shown(xlCoerce, {Reference(sheet, {first})}) == "1");
-  CHECK(caller.Call(xlCoerce, {Reference(sheet + 16, {first})}).code == xlretInvXloper);
+  for (const std::uint64_t no_sheet : {sheet - 16, sheet + 1, sheet + 16}) {
+    const Reference nowhere(no_sheet, {first});
+    CHECK(caller.Call(xlCoerce, {nowhere}).code == xlretInvXloper);
+    CHECK(caller.Call(xlCoerce, {nowhere, Number(xltypeRef)}).code == xlretInvXloper);
+    CHECK(caller.Call(xlSet, {nowhere, Number(1)}).code == xlretInvXloper);
+    CHECK(caller.Call(xlSheetNm, {nowhere}).code == xlretFailed);
+  }
   CHECK(caller.Shown(xlCoerce, {Reference(0, {first})}) == "1");  // the current sheet
+
+  for (const XLREF12& area : {Area(-1, 0, 0, 0), Area(0, 0, 0, kExcelColumns),
+                              Area(0, kExcelRows, 0, 0), Area(1, 0, 0, 0)}) {
+    CHECK(caller.Call(xlCoerce, {Reference(area)}).code == xlretInvXloper);
+    caller.expected.emplace_back(
+        "xlCoerce was given a reference off the sheet as argument 1 (malformed call)");
+  }
 
   EngineOptions options;
   options.behaviour.clip_whole_columns = true;
@@ -150,6 +168,7 @@ TEST_CASE("references off the sheet, of several areas and of sheets that are not
 TEST_CASE("xlSet writes one area of a sheet that is not protected") {
   Workbook workbook = SmallWorkbook();
   workbook.sheets.emplace_back(u"Locked").set_protected(true);
+  workbook.sheets.emplace_back(u"Chart").set_has_cells(false);
   Caller caller(std::move(workbook));
   const Sheet& sheet = caller.engine().workbook().sheets[0];
   const Reference block(Area(0, 1, 3, 4));
@@ -157,11 +176,20 @@ TEST_CASE("xlSet writes one area of a sheet that is not protected") {
   CHECK(Content(sheet, "D1:E2") == "7,7;7,7;");
   CHECK(caller.Shown(xlSet, {block, Argument(1, 2, {1.0, 2.0})}) == "TRUE");
   CHECK(Content(sheet, "D1:E2") == "1,2;#N/A,#N/A;");
+  CHECK(caller.Shown(xlSet, {block, Argument(3, 1, {1.0, 2.0, 3.0})}) == "TRUE");
+  CHECK(Content(sheet, "D1:E2") == "1,#N/A;2,#N/A;");
   CHECK(caller.Shown(xlSet, {block}) == "TRUE");
   CHECK(sheet.At(0, 4).IsBlank());
   CHECK(caller.Call(xlSet, {Number(1), Number(2)}).code == xlretInvXloper);
-  const std::uint64_t locked = caller.Call(xlSheetId, {Text(u"locked")}).value.val.mref.idSheet;
-  CHECK(caller.Call(xlSet, {Reference(locked, {Area(0, 0, 0, 0)}), Number(1)}).code == xlretFailed);
+  CHECK(caller.Call(xlSet, {block, block}).code == xlretInvXloper);
+  const std::uint64_t own = caller.Call(xlSheetId, {}).value.val.mref.idSheet;
+  const Reference two_areas(own, {Area(0, 0, 0, 0), Area(2, 2, 0, 0)});
+  CHECK(caller.Call(xlSet, {two_areas, Number(1)}).code == xlretFailed);
+  CHECK(caller.Call(xlSet, {Reference(WholeColumns(0, 8)), Number(1)}).code == xlretFailed);
+  for (const char16_t* name : {u"locked", u"chart"}) {
+    const std::uint64_t id = caller.Call(xlSheetId, {Text(name)}).value.val.mref.idSheet;
+    CHECK(caller.Call(xlSet, {Reference(id, {Area(0, 0, 0, 0)}), Number(1)}).code == xlretFailed);
+  }
 }
 
 TEST_CASE("sheets by name and by id") {
@@ -172,6 +200,7 @@ TEST_CASE("sheets by name and by id") {
       {u"[book.xlsx]OTHER", "[Book.xlsx]Other"},
       {u"other", "[Book.xlsx]Other"},
       {u"[Else.xlsx]Other", "none"},
+      {u"[Book.xlsx", "none"},
       {u"third", "none"}};
   for (const auto& [name, found] : names) {
     const Answer id = caller.Call(xlSheetId, {Text(name)});
@@ -212,6 +241,7 @@ TEST_CASE("freeing is safe to repeat, and other calls answer with their codes") 
   CHECK(caller.Shown(xlAbort, {}) == "FALSE");
   CHECK(caller.Shown(xlfGetWorkspace, {Number(2)}) == "16.0");
   CHECK(caller.Shown(xlGetHwnd, {}) == "int 0");
+  CHECK(caller.Shown(xlfGetWorkspace, {Text(u"2")}) == "32: #VALUE!");
   CHECK(caller.Shown(4711, {}) == "2: #VALUE!");
   CHECK(caller.Shown(xlCoerce, {}) == "4: #VALUE!");
   CHECK(caller.Shown(xlAbort, {Number(1), Number(2)}) == "4: #VALUE!");
@@ -248,14 +278,18 @@ TEST_CASE("registration: what it takes, and where it ends") {
   CHECK(caller.Shown(xlfUnregister, {&id}) == "FALSE");
   caller.expected = {"the name AllOfIt was left behind by its function (name not deleted)"};
 
+  // Letters of any language, digits and four signs make a name.
+  CHECK(caller.Register({module, sum, type, u"\\Größe_1.a?"}).value.xltype == xltypeNum);
   const std::u16string longest(255, u'x');
   CHECK(caller.Register({module, sum, type, longest, longest}).value.xltype == xltypeNum);
   const std::vector<Cell> refused[] = {{module, u"NoSuchExport", type},
                                        {module, 60000.0, type},
+                                       {module, 70000.0, type},
                                        {u"C:\\other.xll", sum, type},
                                        {module, sum, u"PR"},
                                        {module, sum, missing},
                                        {module, sum, type, u"no name"},
+                                       {module, sum, type, u"1st"},
                                        {module, sum, type, longest + u"x"},
                                        {module, sum, type, u"N", longest + u"x"},
                                        {module, sum, type, u"N", u"", 5.0}};
@@ -268,6 +302,25 @@ TEST_CASE("registration: what it takes, and where it ends") {
     CHECK(caller.engine().refused_registrations().size() == ++count);
   }
   CHECK(caller.Register({module, sum}).code == xlretInvCount);
+}
+
+TEST_CASE("of functions with one name the latest is called, and commands are not") {
+  Caller caller;
+  const Cell module(u"PLANTED_FAULTS.xll"), missing;
+  const auto register_as = [&](const char16_t* procedure, const char16_t* type, double macro_type) {
+    return caller.Register({module, procedure, type, u"Same", missing, macro_type});
+  };
+  const Answer sum = register_as(u"GoodSum", u"BU", 1);
+  const Answer integer = register_as(u"GoodInteger", u"JJ", 1);
+  const Answer as_volatile = register_as(u"GoodInteger", u"JJ!", 1);
+  CHECK(as_volatile.value.val.num != integer.value.val.num);
+  register_as(u"GoodBoolean", u"AA", 2);
+  CHECK(Shown(caller.engine(), "Same(A3)") == "-3");
+  for (const Answer& id : {integer, as_volatile})
+    CHECK(caller.Shown(xlfUnregister, {&id.value}) == "TRUE");
+  CHECK(Shown(caller.engine(), "Same(A1:A3)") == "6");
+  CHECK(caller.Shown(xlfUnregister, {&sum.value}) == "TRUE");
+  CHECK(Shown(caller.engine(), "Same(A1:A3)") == "#NAME?");
 }
 
 TEST_CASE("a name outlives its function, until it is deleted as that of a hidden one") {
@@ -291,6 +344,60 @@ TEST_CASE("a name outlives its function, until it is deleted as that of a hidden
   CHECK(caller.Call(xlfSetName, {Text(u"Left"), Number(1)}).code == xlretFailed);
   CHECK(caller.Call(xlfSetName, {Number(1)}).code == xlretInvXloper);
   caller.expected = {"the name Left was left behind by its function (name not deleted)"};
+}
+
+TEST_CASE("without memory for its answer a call fails, and the next one is answered") {
+  Caller caller;
+  const Reference block(Area(0, 3, 0, 1));
+  const XLOPER12* const argument = block;
+  auto* pointer = const_cast<XLOPER12*>(argument);
+  for (int failures = 0, code = xlretFailed; code != xlretSuccess; ++failures) {
+    XLOPER12 answer{};
+    MdCallBack12(xlEnableXLMsgs, 0, nullptr, nullptr);
+    zavrel::tests::until_failure = failures;
+    code = MdCallBack12(xlCoerce, 1, &pointer, &answer);
+    const bool failed = zavrel::tests::until_failure < 0;
+    zavrel::tests::until_failure = -1;
+    MdCallBack12(xlDisableXLMsgs, 0, nullptr, nullptr);
+    CHECK(code == (failed ? xlretFailed : xlretSuccess));
+    CHECK((failed ? TypeOf(answer) == xltypeErr : ToArray(answer).rows == 4));
+    CHECK((failed || failures > 2));
+    caller.Call(xlFree, {&answer});
+    CHECK(caller.Shown(xlCoerce, {block}) == "1,five;2,TRUE;3,#DIV/0!;4,12;");
+  }
+}
+
+TEST_CASE("arguments that are no records are refused and found out") {
+  Caller caller;
+  const auto code_of = [&](const XLOPER12& record) {
+    return caller.Call(xlCoerce, {&record}).code;
+  };
+  XLOPER12 answer{};
+  MdCallBack12(xlEnableXLMsgs, 0, nullptr, nullptr);
+  CHECK(MdCallBack12(xlCoerce, 1, nullptr, &answer) == xlretInvXloper);
+  MdCallBack12(xlDisableXLMsgs, 0, nullptr, nullptr);
+  XLOPER12 record{};
+  record.xltype = xltypeSRef;
+  record.val.sref = {2, {0, 0, 0, 0}};
+  CHECK(code_of(record) == xlretInvXloper);
+  record.xltype = xltypeMulti;
+  record.val.array = {&answer, kExcelRows, 65};
+  CHECK(code_of(record) == xlretInvXloper);
+  CHECK(caller.Call(xlCoerce, {Reference(1, {})}).code == xlretInvXloper);
+  caller.expected = {
+      "xlCoerce was given a null pointer as argument 1 (malformed call)",
+      "xlCoerce was given a reference with a count other than 1 as argument 1 (malformed call)",
+      "xlCoerce was given an array of 1048576 rows and 65 columns as argument 1 (malformed call)",
+      "xlCoerce was given a reference with an empty list of areas as argument 1 (malformed call)"};
+}
+
+TEST_CASE("what an unloaded add-in still calls fails") {
+  Caller caller;
+  caller.engine().CloseAddIns();
+  CHECK(caller.Call(xlGetName, {}).code == xlretFailed);
+  const Answer refused = caller.Register({u"PLANTED_FAULTS.xll", u"GoodSum", u"BU"});
+  CHECK((refused.code == xlretSuccess && refused.value.xltype == xltypeErr));
+  CHECK(caller.engine().functions().empty());
 }
 
 TEST_CASE("without a host the callback fails") {

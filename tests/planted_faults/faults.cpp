@@ -156,4 +156,11 @@ PLANTED("B", double, FaultCrash) {
   return 1;
 }
 
+PLANTED("B", double, FaultDivide) {
+  volatile int one = 1, zero = 0;
+  return one / zero;
+}
+
+PLANTED("B", double, FaultIllegal) { __builtin_trap(); }
+
 PLANTED("B", double, FaultAbort) { std::abort(); }
