@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <bit>
 #include <boost/unordered/unordered_flat_map.hpp>
-#include <cstring>
+#include <numeric>
 
 #include "data/category_name.h"
+#include "data/text_words.h"
 #include "platform/letter_case.h"
 #include "platform/white_space.h"
 
@@ -43,38 +44,32 @@ class CategoryTableBuilder {
         const OrFailure<std::int32_t> found = IndexOf(cells_[i]);
         if (!found.ok()) return found.failure();
         index[i] = *found;
+        if (*found != kNoCategory) ++counts_[static_cast<std::size_t>(*found)];
       }
     }
     GatherPositions();
-    SortNames();
     return std::move(table_);
   }
 
  private:
-  /// Most of the work is here, so it takes four units at a time, of which the last may overlap. A
-  /// step is a multiplication whose halves are folded together (Wang Yi, wyhash, 2019).
+  /// A step is a multiplication whose halves are folded together (Wang Yi, wyhash, 2019).
   struct TextHash {
     using is_avalanching = void;
 
     std::size_t operator()(std::u16string_view text) const {
       std::uint64_t hash = text.size();
-      if (text.size() < kStep) {
+      if (text.size() < kWordUnits) {
         for (const char16_t unit : text) hash = hash << 16 | unit;
         return Mixed(hash);
       }
-      for (std::size_t i = 0; i + kStep < text.size(); i += kStep)
+      EachWord(text.size(), [&](std::size_t i) {
         hash = Mixed(hash ^ WordOf(text.data() + i));
-      return Mixed(hash ^ WordOf(text.data() + text.size() - kStep));
+        return true;
+      });
+      return hash;
     }
 
    private:
-    static constexpr std::size_t kStep = sizeof(std::uint64_t) / sizeof(char16_t);
-
-    static std::uint64_t WordOf(const char16_t* units) {
-      std::uint64_t word = 0;
-      std::memcpy(&word, units, sizeof word);
-      return word;
-    }
     static std::uint64_t Mixed(std::uint64_t word) {
       __extension__ using Product = unsigned __int128;
       const Product product = Product{word ^ 0xA0761D6478BD642F} * 0xE7037ED1A0B428DB;
@@ -82,12 +77,8 @@ class CategoryTableBuilder {
     }
   };
 
-  /// As whole bytes: the library's comparison of texts goes unit by unit.
-  struct SameText {
-    bool operator()(std::u16string_view a, std::u16string_view b) const {
-      return a.size() == b.size() &&
-             (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t)) == 0);
-    }
+  struct TextsAreSame {
+    bool operator()(std::u16string_view a, std::u16string_view b) const { return SameText(a, b); }
   };
 
   OrFailure<std::int32_t> IndexOf(const SingleValue& cell) {
@@ -129,27 +120,24 @@ class CategoryTableBuilder {
     if (cleaned.empty()) return kNoCategory;
     const auto [known, is_new] =
         table_.by_key_.try_emplace(LowerCase(cleaned), table_.categories_.size());
-    if (is_new) table_.categories_.push_back({std::move(cleaned)});
+    if (is_new) {
+      table_.categories_.push_back({std::move(cleaned)});
+      counts_.push_back(0);
+    }
     return static_cast<std::int32_t>(known->second);
   }
 
   void GatherPositions() {
-    std::vector<std::size_t> counts(table_.size());
-    std::size_t total = 0;
-    for (const std::int32_t index : Indices()) {
-      if (index == kNoCategory) continue;
-      ++counts[static_cast<std::size_t>(index)];
-      ++total;
-    }
+    const std::size_t total = std::accumulate(counts_.begin(), counts_.end(), std::size_t{0});
     if (total == 0) return;
     table_.positions_.Reserve(total);
     std::int32_t* next = table_.positions_.Extend(total);
     std::vector<std::int32_t*> places;
     places.reserve(table_.size());
     for (std::size_t i = 0; i < table_.size(); ++i) {
-      table_.categories_[i].positions = {next, counts[i]};
+      table_.categories_[i].positions = {next, counts_[i]};
       places.push_back(next);
-      next += counts[i];
+      next += counts_[i];
     }
     std::int32_t position = 0;
     for (const std::int32_t index : Indices()) {
@@ -158,19 +146,13 @@ class CategoryTableBuilder {
     }
   }
 
-  void SortNames() {
-    table_.sorted_names_.reserve(table_.size());
-    for (const Category& category : table_.categories_)
-      table_.sorted_names_.push_back(category.name);
-    std::sort(table_.sorted_names_.begin(), table_.sorted_names_.end());
-  }
-
   std::span<const std::int32_t> Indices() const { return {indices_.data(), indices_.size()}; }
 
   const CellColumns& cells_;
   CategoryTable table_;
+  std::vector<std::size_t> counts_;  // of the cells of each category
   BlockArray<std::int32_t> indices_;
-  boost::unordered_flat_map<std::u16string_view, std::int32_t, TextHash, SameText> by_text_;
+  boost::unordered_flat_map<std::u16string_view, std::int32_t, TextHash, TextsAreSame> by_text_;
   boost::unordered_flat_map<std::uint64_t, std::int32_t> by_number_;
 };
 
@@ -181,6 +163,15 @@ OrFailure<CategoryTable> CategoryTable::Of(const CellColumns& cells) {
 const Category* CategoryTable::Find(std::u16string_view name) const {
   const auto found = by_key_.find(CategoryKey(name));
   return found == by_key_.end() ? nullptr : &categories_[found->second];
+}
+
+std::span<const std::u16string_view> CategoryTable::SortedNames() const {
+  if (sorted_names_.empty()) {
+    sorted_names_.reserve(size());
+    for (const Category& category : categories_) sorted_names_.push_back(category.name);
+    std::sort(sorted_names_.begin(), sorted_names_.end());
+  }
+  return sorted_names_;
 }
 
 std::size_t CategoryTable::bytes() const {

@@ -43,7 +43,7 @@ class CategoryTable {
   /// The category that a name stands for, in any of its spellings; null if there is none.
   const Category* Find(std::u16string_view name) const;
   /// The names in ascending order of code units: capitals before small letters, 10 before 9.
-  std::span<const std::u16string_view> SortedNames() const { return sorted_names_; }
+  std::span<const std::u16string_view> SortedNames() const;
 
   std::size_t bytes() const;
 
@@ -53,7 +53,7 @@ class CategoryTable {
 
   std::vector<Category> categories_;
   std::unordered_map<std::u16string, std::size_t> by_key_;
-  std::vector<std::u16string_view> sorted_names_;  // views of the names in categories_
+  mutable std::vector<std::u16string_view> sorted_names_;  // once they are asked for
   BlockArray<std::int32_t> positions_;
 };
 

@@ -4,13 +4,15 @@
 #include <bit>
 #include <cstring>
 
+#include "data/equal_cells.h"
+#include "data/text_words.h"
 #include "numbers/floating_point_scope.h"
 
 namespace zavrel {
 namespace {
 
 static_assert(sizeof(CellTag) == 1);
-constexpr std::size_t kStep = 8;  // cells compared at once: one word of tags
+constexpr std::size_t kStep = 8;  // cells taken over at once: one word of tags
 
 std::uint64_t Bits(double value) { return std::bit_cast<std::uint64_t>(value); }
 
@@ -21,9 +23,10 @@ std::int32_t CodeOf(double payload) {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(Bits(payload)));
 }
 
-// A text's payload: where it begins in the pool, and its length.
-double TextPayload(std::uint64_t offset, std::uint64_t length) {
-  return std::bit_cast<double>(offset << 16 | length);
+// A text's payload: its block, where it begins there, and its length.
+constexpr std::size_t kTextBlockUnits = std::size_t{1} << 19;
+double TextPayload(std::size_t block, std::size_t begin, std::size_t length) {
+  return std::bit_cast<double>(std::uint64_t{block * kTextBlockUnits + begin} << 16 | length);
 }
 static_assert(kExcelTextLimit < (1u << 16));
 
@@ -90,14 +93,29 @@ SingleValue CellColumns::operator[](std::size_t index) const {
 
 std::u16string_view CellColumns::TextAt(std::size_t index) const {
   const std::uint64_t payload = Bits(payloads_.data()[index]);
-  return {texts_.data() + (payload >> 16), static_cast<std::size_t>(payload & 0xFFFF)};
+  const auto length = static_cast<std::size_t>(payload & 0xFFFF);
+  if (length == 0) return {};
+  const auto place = static_cast<std::size_t>(payload >> 16);
+  return {texts_[place / kTextBlockUnits].data() + place % kTextBlockUnits, length};
 }
 
 double CellColumns::StoreText(std::u16string_view text) {
-  const std::size_t offset = texts_.size();
-  if (text.empty()) return TextPayload(0, 0);
-  std::copy(text.begin(), text.end(), texts_.Extend(text.size()));
-  return TextPayload(offset, text.size());
+  if (text.empty()) return TextPayload(0, 0, 0);
+  const bool is_first = texts_.empty();
+  if (is_first || texts_.back().size() + text.size() > kTextBlockUnits) {
+    texts_.emplace_back();
+    if (!is_first) texts_.back().Reserve(kTextBlockUnits);
+  }
+  BlockArray<char16_t>& block = texts_.back();
+  const std::size_t begin = block.size();
+  CopyText(text, block.Extend(text.size()));
+  return TextPayload(texts_.size() - 1, begin, text.size());
+}
+
+std::size_t CellColumns::bytes() const {
+  std::size_t bytes = tags_.bytes() + payloads_.bytes();
+  for (const BlockArray<char16_t>& block : texts_) bytes += block.bytes();
+  return bytes;
 }
 
 void CellColumns::Reserve(std::size_t cells) {
@@ -165,7 +183,7 @@ bool CellColumns::EqualCell(std::size_t index, const XLOPER12& cell) const {
     case CellTag::kNumber:
       return Bits(value.number) == Bits(payload);
     case CellTag::kText:
-      return value.text == TextAt(index);
+      return SameText(value.text, TextAt(index));
     default:
       return value.code == CodeOf(payload);
   }
@@ -177,16 +195,7 @@ std::size_t CellColumns::CountEqual(std::size_t position, std::span<const XLOPER
   const double* payloads = payloads_.data() + position;
   std::size_t i = 0;
   while (i < count) {
-    // Runs of numbers, a word of tags at a time and without a branch per cell.
-    for (; i + kStep <= count; i += kStep) {
-      std::uint64_t difference = 0;
-      std::memcpy(&difference, tags + i, kStep);
-      for (std::size_t k = i; k < i + kStep; ++k) {
-        difference |= (cells[k].xltype & xltypeMask) ^ xltypeNum;
-        difference |= Bits(cells[k].val.num) ^ Bits(payloads[k]);
-      }
-      if (difference != 0) break;
-    }
+    i += CountEqualNumbersAndBlanks(cells.data() + i, tags + i, payloads + i, count - i);
     for (const std::size_t end = std::min(i + kStep, count); i < end; ++i) {
       if (!EqualCell(position + i, cells[i])) return i;
     }
@@ -198,9 +207,10 @@ std::size_t CellColumns::CountEqual(std::size_t position, const CellColumns& cel
   const std::size_t count = std::min(cells.size(), size() - position);
   for (std::size_t i = 0; i < count; ++i) {
     if (tag(position + i) != cells.tag(i)) return i;
-    const bool equal = tag(position + i) == CellTag::kText ? TextAt(position + i) == cells.TextAt(i)
-                                                           : Bits(payloads_.data()[position + i]) ==
-                                                                 Bits(cells.payloads_.data()[i]);
+    const bool equal =
+        tag(position + i) == CellTag::kText
+            ? SameText(TextAt(position + i), cells.TextAt(i))
+            : Bits(payloads_.data()[position + i]) == Bits(cells.payloads_.data()[i]);
     if (!equal) return i;
   }
   return count;

@@ -1,12 +1,13 @@
 #pragma once
 // Cells of a data set, stored as columns: one byte of tag and eight bytes of payload per cell,
-// texts in one pool.
+// texts in blocks.
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "excel/xloper12.h"
 #include "platform/block_pool.h"
@@ -80,7 +81,7 @@ class CellColumns {
   /// How many of the `count` cells from `position` on are blank, up to the first that is not.
   std::size_t CountBlanks(std::size_t position, std::size_t count) const;
 
-  std::size_t bytes() const { return tags_.bytes() + payloads_.bytes() + texts_.bytes(); }
+  std::size_t bytes() const;
 
  private:
   std::u16string_view TextAt(std::size_t index) const;
@@ -89,7 +90,7 @@ class CellColumns {
 
   BlockArray<CellTag> tags_;
   BlockArray<double> payloads_;
-  BlockArray<char16_t> texts_;
+  std::vector<BlockArray<char16_t>> texts_;  // so that what is stored is never moved as it grows
   std::array<std::size_t, kCellTags> counts_{};
   RunningSum running_sum_;
   bool knows_sum_ = true;

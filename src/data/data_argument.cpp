@@ -108,9 +108,10 @@ DataArgument ReadPieces(Pieces pieces, std::size_t most_cells) {
   }
   if (expected > most_cells) return Unreadable();
 
-  std::optional<std::string> key = DataKey(pieces);
-  if (!key) return Failure::Uncalculated();
   ExcelDataCache* cache = SessionExcelDataCache();
+  SheetIds unknown;
+  std::optional<std::string> key = DataKey(pieces, cache != nullptr ? cache->sheet_ids() : unknown);
+  if (!key) return Failure::Uncalculated();
   std::shared_ptr<ExcelData> known = cache != nullptr ? cache->Find(*key) : nullptr;
   if (known != nullptr && known->size() > most_cells) known = nullptr;
   CellCollector collector(known ? &known->cells() : nullptr, expected, most_cells);

@@ -7,7 +7,6 @@
 
 #include "data/cell_columns.h"
 #include "data/cell_layout.h"
-#include "excel/calling_sheet.h"
 
 namespace zavrel {
 namespace {
@@ -32,7 +31,7 @@ class Fingerprint {
 
 class KeyText {
  public:
-  KeyText() { text_.reserve(64); }
+  explicit KeyText(SheetIds& sheet_ids) : sheet_ids_(sheet_ids) { text_.reserve(64); }
 
   /// False when the host wants the call to return.
   bool AddPiece(const ArgumentPiece& piece) {
@@ -57,7 +56,7 @@ class KeyText {
 
   bool AddReference(const XLOPER12& record, const ReferenceView& reference) {
     if (!reference.sheet_id() && !calling_sheet_) {
-      const auto sheet = CallingSheetId(record);
+      const auto sheet = sheet_ids_.OfCalling(record);
       if (!sheet.ok()) return false;
       calling_sheet_ = (*sheet).value_or(0);
     }
@@ -93,14 +92,15 @@ class KeyText {
     text_ += '}';
   }
 
+  SheetIds& sheet_ids_;
   std::string text_;
   std::optional<std::uint64_t> calling_sheet_;
 };
 
 }  // namespace
 
-std::optional<std::string> DataKey(Pieces pieces) {
-  KeyText key;
+std::optional<std::string> DataKey(Pieces pieces, SheetIds& sheet_ids) {
+  KeyText key(sheet_ids);
   for (const ArgumentPiece& piece : pieces) {
     if (!key.AddPiece(piece)) return std::nullopt;
   }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "data/argument_piece.h"
+#include "data/sheet_ids.h"
 
 namespace zavrel {
 
@@ -13,6 +14,6 @@ namespace zavrel {
 /// cells.
 ///
 /// std::nullopt if the host, asked for the calling sheet, wants the call to return at once.
-std::optional<std::string> DataKey(Pieces pieces);
+std::optional<std::string> DataKey(Pieces pieces, SheetIds& sheet_ids);
 
 }  // namespace zavrel

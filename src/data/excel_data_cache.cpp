@@ -50,6 +50,7 @@ void ExcelDataCache::Clear() noexcept {
   by_key_.clear();
   entries_.clear();
   bytes_ = 0;
+  sheet_ids_.Clear();
   ReleaseKeptBlocks();
 }
 

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "data/sheet_ids.h"
 #include "data/stacked_data.h"
 
 namespace zavrel {
@@ -56,6 +57,9 @@ class ExcelDataCache {
   /// Kept as long as the session: a handle stays valid whatever data sets are dropped here.
   StackedSelections& stacked_selections() { return stacked_selections_; }
 
+  /// For the keys of data sets.
+  SheetIds& sheet_ids() { return sheet_ids_; }
+
   std::size_t size() const { return entries_.size(); }
   std::size_t bytes() const { return bytes_; }
 
@@ -79,6 +83,7 @@ class ExcelDataCache {
   Entries entries_;
   std::unordered_map<std::string_view, Entries::iterator> by_key_;  // the data sets own the keys
   std::size_t bytes_ = 0;
+  SheetIds sheet_ids_;
   StackedSelections stacked_selections_;
 };
 

@@ -5,13 +5,17 @@
 
 namespace zavrel {
 
-OrFailure<std::optional<std::uint64_t>> CallingSheetId(const XLOPER12& reference) {
-  const XXloper argument = XXloper::FromArgument(&reference);
-  const ExcelResult converted = CoerceTo(argument, xltypeRef);
+OrFailure<std::optional<std::uint64_t>> ConvertedSheetId(const XLOPER12& reference) {
+  const ExcelResult converted = CoerceTo(XXloper::FromArgument(&reference), xltypeRef);
   if (WantsReturn(converted)) return Failure::Uncalculated();
-  if (const auto view = ReferenceView::Of(converted.value.record()); view && view->sheet_id())
-    return view->sheet_id();
-  return SheetIdOf(SheetNameOf(argument));
+  const auto view = ReferenceView::Of(converted.value.record());
+  return view ? view->sheet_id() : std::nullopt;
+}
+
+OrFailure<std::optional<std::uint64_t>> CallingSheetId(const XLOPER12& reference) {
+  const auto converted = ConvertedSheetId(reference);
+  if (!converted.ok() || *converted) return converted;
+  return SheetIdOf(SheetNameOf(XXloper::FromArgument(&reference)));
 }
 
 }  // namespace zavrel

@@ -6,8 +6,11 @@
 // ways that may not match (several whole rows used to different columns, whole areas among
 // several), the rows cannot be paired and the result is #VALUE!.
 #include <limits>
+#include <string>
 
 #include "bindings/target_computation.h"
+#include "data/latest_map.h"
+#include "frame/session.h"
 #include "frame/worksheet_function.h"
 #include "functions/pairs_read.h"
 #include "numbers/numeric_range.h"
@@ -22,16 +25,34 @@ namespace {
 
 Failure NoPair() { return Failure(ExcelError::kValue); }
 
-/// A worksheet function that shows a moment of the paired differences, in the sample form.
+/// The moments of the latest differences, by the serials of the two data sets.
+struct KeptDifferences {
+  LatestMap<std::string, MomentBlock> moments{1024};
+  void Clear() noexcept { moments.Clear(); }
+};
+
+/// The moments of the paired differences, in the sample form.
+MomentBlock MomentsOfDifferences(const Parameters& read) {
+  auto& kept = Session::Current()->Kept<KeptDifferences>().moments;
+  const std::string key =
+      std::to_string(read.data(0).serial()) + ',' + std::to_string(read.data(1).serial());
+  if (const MomentBlock* known = kept.Use(key)) return *known;
+  RoomForPairs room(read);
+  const std::size_t count = PairedDifferences(read.numbers(0), read.numbers(1), room.all());
+  const MomentBlock moments = ComputeMoments(room.all().first(count), Form::kSample);
+  kept.Put(key, moments);
+  return moments;
+}
+
+/// A worksheet function that shows a moment of the paired differences.
 XLOPER12* MomentOfDifferences(const char* name, StatisticId id, const XLOPER12* first,
                               const XLOPER12* second) noexcept {
-  return WorksheetFunction(
-      name, kPairs, {first, second}, [&](const Parameters& read) -> CellResult {
-        RoomForPairs room(read);
-        const std::size_t count = PairedDifferences(read.numbers(0), read.numbers(1), room.all());
-        if (count == 0) return NoPair();
-        return ComputeMoments(room.all().first(count), Form::kSample)[id];
-      });
+  return WorksheetFunction(name, kPairs, {first, second},
+                           [&](const Parameters& read) -> CellResult {
+                             const MomentBlock moments = MomentsOfDifferences(read);
+                             if (moments.presented == 0) return NoPair();
+                             return moments[id];
+                           });
 }
 
 XLOPER12* MeanOfQuotients(const char* name, Quotient quotient, const XLOPER12* first,

@@ -1,22 +1,16 @@
 #include "stats/moment_block.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
-#include <cstdint>
 
 #include "numbers/floating_point_scope.h"
+#include "stats/power_sums.h"
 
 namespace zavrel {
 namespace {
 
 static_assert(__LDBL_MANT_DIG__ == 64,
               "the retry beyond the range of a double needs 80-bit extended precision");
-
-template <class Real>
-struct PowerSums {
-  Real s1 = 0, s2 = 0, s3 = 0, s4 = 0;
-};
 
 // Counts a value that is not a number.
 [[gnu::noinline]] void CountSkipped(double value, MomentBlock& block) {
@@ -49,40 +43,9 @@ Real FirstPass(std::span<const double> values, MomentBlock& block) {
     sum += static_cast<Real>(x);
   }
   block.valid = values.size() - block.not_a_number - block.excluded;
-  block.minimum = Settled(minimum);  // see SecondPass
+  block.minimum = Settled(minimum);
   block.maximum = Settled(maximum);
   return sum;
-}
-
-template <class Real>
-void Add(PowerSums<Real>& sums, Real d) {
-  const Real d2 = d * d;
-  sums.s1 += d;
-  sums.s2 += d2;
-  sums.s3 += d2 * d;
-  sums.s4 += d2 * d2;
-}
-
-// Deviations alternate between two sets of sums, so that one addition does not wait for the other.
-template <class Real>
-PowerSums<Real> SecondPass(std::span<const double> values, Real mean) {
-  PowerSums<Real> even;
-  PowerSums<Real> odd;
-  const std::size_t paired = values.size() & ~std::size_t{1};
-  for (std::size_t i = 0; i < paired; i += 2) {
-    const double x = values[i];
-    const double y = values[i + 1];
-    if (!std::isnan(x)) [[likely]]
-      Add(even, static_cast<Real>(x) - mean);
-    if (!std::isnan(y)) [[likely]]
-      Add(odd, static_cast<Real>(y) - mean);
-  }
-  if (paired < values.size() && !std::isnan(values.back()))
-    Add(even, static_cast<Real>(values.back()) - mean);
-  // Settles them one by one. Otherwise the compiler would pack these neighbours in pairs, and
-  // packing and unpacking takes as long as the sums themselves.
-  return {Settled(even.s1 + odd.s1), Settled(even.s2 + odd.s2), Settled(even.s3 + odd.s3),
-          Settled(even.s4 + odd.s4)};
 }
 
 /// The results in Real; a missing result is the too-few code.
@@ -151,7 +114,7 @@ struct Passes {
     if (block.valid < 1) return;
     mean /= static_cast<Real>(block.valid);
     block.mean = Finite(mean);
-    if (block.minimum != block.maximum) sums = SecondPass<Real>(values, mean);
+    if (block.minimum != block.maximum) sums = SumPowers(values, mean);
   }
 
   MomentBlock block;  // counts, minimum, maximum and mean

@@ -10,6 +10,7 @@
 #include "data/cell_reader.h"
 #include "data/data_key.h"
 #include "numbers/error_double.h"
+#include "support/each_target.h"
 #include "support/fake_excel.h"
 
 namespace zavrel::tests {
@@ -191,15 +192,17 @@ TEST_CASE("a data set is kept while its cells are the same, and replaced when on
                                    Cell(),       false,        true,
                                    ErrorCell{0}, ErrorCell{1}, 1.0,
                                    u"ab"};
-  for (const std::int32_t row : {0, 7, 8, 33, 39}) {
-    for (const Cell& content : contents) {
-      excel.Set(row, 0, content);
-      const auto changed = Data({reference});
-      CHECK(changed != data);
-      data = changed;
-      CHECK(Data({reference}) == data);
+  EachTarget([&] {
+    for (const std::int32_t row : {0, 7, 8, 33, 39}) {
+      for (const Cell& content : contents) {
+        excel.Set(row, 0, content);
+        const auto changed = Data({reference});
+        CHECK(changed != data);
+        data = changed;
+        CHECK(Data({reference}) == data);
+      }
     }
-  }
+  });
   // The replaced data sets are gone.
   CHECK(SessionExcelDataCache()->size() == 1);
 }
@@ -240,6 +243,41 @@ TEST_CASE("columns that a host leaves out are blank in every row") {
   }
 }
 
+TEST_CASE("texts of all lengths are stored whole, and one unit makes a difference") {
+  FakeExcel excel;
+  const std::u16string letters = u"abcdefghijklmnop";
+  for (std::size_t length = 1; length <= letters.size(); ++length) {
+    const std::u16string text = letters.substr(0, length);
+    const Reference reference(Area(0, 0, 0, 0));
+    excel.Set(0, 0, text);
+    const auto data = Data({reference});
+    CHECK((*data)[0].text == text);
+    CHECK(Data({reference}) == data);
+    for (std::size_t i = 0; i < length; ++i) {
+      std::u16string other = text;
+      other[i] = u'-';
+      excel.Set(0, 0, other);
+      const auto changed = Data({reference});
+      CHECK((*changed)[0].text == other);
+      CHECK(CategoryTable::Of(changed->cells())->Find(text) == nullptr);
+      excel.Set(0, 0, text);
+      CHECK((*Data({reference}))[0].text == text);
+    }
+  }
+}
+
+TEST_CASE("texts beyond what is stored together are found again") {
+  CellColumns cells;
+  std::vector<std::u16string> texts;
+  for (char16_t i = 0; i < 40; ++i) texts.emplace_back(32'767, static_cast<char16_t>(u'a' + i));
+  for (const std::u16string& text : texts) {
+    const Argument cell(1, 1, {text});
+    cells.Append({static_cast<const XLOPER12*>(cell)->val.array.lparray, 1});
+  }
+  for (std::size_t i = 0; i < texts.size(); ++i) CHECK(cells[i].text == texts[i]);
+  CHECK(cells.bytes() >= 40 * 32'767 * sizeof(char16_t));
+}
+
 TEST_CASE("two sheets with equal addresses never evict each other") {
   FakeExcel excel;
   constexpr std::uint64_t kSheets[] = {FakeExcel::kCallingSheet, FakeExcel::kCallingSheet + 1};
@@ -250,7 +288,9 @@ TEST_CASE("two sheets with equal addresses never evict each other") {
     excel.GiveText(excel.calling_sheet == kSheets[0] ? u"[Book]First" : u"[Book]Second", result);
     return xlretSuccess;
   });
+  std::size_t ids_asked = 0;
   excel.On(xlSheetId, [&](FakeExcel::Arguments arguments, XLOPER12& result) {
+    ++ids_asked;
     result.xltype = xltypeRef;
     result.val.mref = {nullptr, kSheets[TextIn(*arguments[0]) == u"[Book]First" ? 0 : 1]};
     return xlretSuccess;
@@ -267,6 +307,7 @@ TEST_CASE("two sheets with equal addresses never evict each other") {
     }
   }
   CHECK(SessionExcelDataCache()->size() == 2);
+  CHECK(ids_asked == 2);  // once for each sheet
 }
 
 TEST_CASE("arrays and values are told apart by content, not by their fingerprint") {
@@ -281,7 +322,8 @@ TEST_CASE("arrays and values are told apart by content, not by their fingerprint
   const ArgumentPiece piece = ArgumentPiece::Of(row);
   CellColumns cells;
   cells.AppendBlanks(3);
-  const auto impostor = std::make_shared<ExcelData>(DataKey({&piece, 1}).value(), std::move(cells));
+  const auto impostor = std::make_shared<ExcelData>(
+      DataKey({&piece, 1}, SessionExcelDataCache()->sheet_ids()).value(), std::move(cells));
   SessionExcelDataCache()->Put(impostor);
   CHECK(Shown({row}) == "1 2 3");
 }

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "stats/data_set_summary.h"
+#include "support/each_target.h"
 
 namespace zavrel::tests {
 namespace {
@@ -193,6 +194,34 @@ TEST_CASE("what underflows is computed again in extended precision") {
         std::vector<double>{1 * scale, 2 * scale, 4 * scale, 8 * scale}, Form::kSample);
     CHECK(block.skewness == Near(1.1376243669576889));
     CHECK(block.kurtosis == Near(3.75765595463138));
+  }
+}
+
+TEST_CASE("moments have the same bits on every processor, as if summed one by one") {
+  std::mt19937_64 random(3);
+  std::normal_distribution<double> normal(100, 15);
+  for (std::size_t count = 2; count < 60; ++count) {
+    std::vector<double> values;
+    for (std::size_t i = 0; i < count; ++i)
+      values.push_back(random() % 7 == 0 ? ConditionDouble(kConditionExcluded) : normal(random));
+    const MomentBlock first = ComputeMoments(values, Form::kPopulation);
+    double squares[2] = {}, cubes[2] = {};
+    for (std::size_t i = 0; i < count; ++i) {
+      if (std::isnan(values[i])) continue;
+      const double deviation = values[i] - first.mean, square = deviation * deviation;
+      squares[i % 2] += square;
+      cubes[i % 2] += square * deviation;
+    }
+    const auto valid = static_cast<double>(first.valid);
+    const double variance = (squares[0] + squares[1]) / valid;
+    const double skewness = (cubes[0] + cubes[1]) / (std::sqrt(variance) * variance * valid);
+    EachTarget([&] {
+      const MomentBlock block = ComputeMoments(values, Form::kPopulation);
+      if (first.valid == 0) return;
+      CHECK(Bits(block.variance) == Bits(variance));
+      if (variance > 0) CHECK(Bits(block.skewness) == Bits(skewness));
+      CHECK(Bits(block.kurtosis) == Bits(first.kurtosis));
+    });
   }
 }
 
