@@ -57,6 +57,8 @@ class LatestMap {
     latest_.clear();
   }
 
+  std::size_t size() const { return entries_.size(); }
+
  private:
   static_assert(std::is_nothrow_move_assignable_v<Value>);
 
