@@ -115,7 +115,6 @@ class XXloperArray {
   /// starts as the error `fill`. Throws std::bad_alloc.
   XXloperArray(std::int32_t rows, std::int32_t columns, ExcelError fill = ExcelError::kNA);
   XXloperArray(XXloperArray&&) noexcept = default;
-  XXloperArray& operator=(XXloperArray&&) noexcept = default;
   ~XXloperArray();
 
   /// Excel cannot show a number that is not finite: it becomes #NUM!.
