@@ -1,6 +1,7 @@
 #include "data/data_argument.h"
 
 #include <array>
+#include <boost/container/static_vector.hpp>
 #include <optional>
 #include <string>
 #include <utility>
@@ -145,11 +146,10 @@ DataArgument ReadDataArgument(Arguments arguments, std::size_t most_cells) {
   while (arguments.size() > 1 && IsOmitted(arguments.back()))
     arguments = arguments.first(arguments.size() - 1);
   if (arguments.size() > kMostPieces) return Unreadable();
-  std::array<ArgumentPiece, kMostPieces> pieces;
-  std::size_t count = 0;
-  for (const XLOPER12* argument : arguments) pieces[count++] = ArgumentPiece::Of(argument);
-  if (count == 0) pieces[count++] = ArgumentPiece::Of(nullptr);
-  return ReadPieces({pieces.data(), count}, most_cells);
+  boost::container::static_vector<ArgumentPiece, kMostPieces> pieces;
+  for (const XLOPER12* argument : arguments) pieces.push_back(ArgumentPiece::Of(argument));
+  if (pieces.empty()) pieces.push_back(ArgumentPiece::Of(nullptr));
+  return ReadPieces({pieces.data(), pieces.size()}, most_cells);
 }
 
 std::optional<Failure> ReadAreas(

@@ -198,6 +198,13 @@ struct GappedRow {
   }
 };
 
+HWY_INLINE Vector AddPresent(Vector sum, Vector value, hn::Mask<Tag> present) {
+  // The widest vectors can add under a mask.
+  if constexpr (kWidth == kLanes) return hn::IfThenElse(present, hn::Add(sum, value), sum);
+  // Adding 0 does not change a sum, since no sum is ever -0.
+  return hn::Add(sum, hn::IfThenElseZero(present, value));
+}
+
 template <std::size_t kOthers>
 void ValuesOf(const GappedColumns& columns, const double* const* others, GappedPairs* pairs) {
   const Tag d;
@@ -210,9 +217,8 @@ void ValuesOf(const GappedColumns& columns, const double* const* others, GappedP
     for (std::size_t r = 0; r < columns.rows; ++r) {
       const GappedRow<kOthers> row(columns, others, r, v);
       for (std::size_t p = 0; p < kOthers; ++p) {
-        // Adding 0 does not change a sum, since no sum is ever -0.
-        sum_x[p] = hn::Add(sum_x[p], hn::IfThenElseZero(row.present[p], row.x));
-        sum_y[p] = hn::Add(sum_y[p], hn::IfThenElseZero(row.present[p], row.y[p]));
+        sum_x[p] = AddPresent(sum_x[p], row.x, row.present[p]);
+        sum_y[p] = AddPresent(sum_y[p], row.y[p], row.present[p]);
       }
     }
     for (std::size_t p = 0; p < kOthers; ++p) {
@@ -260,9 +266,16 @@ void DeviationsOf(const GappedColumns& columns, const double* const* others, Gap
 }
 
 void GappedValues(const GappedColumns& columns, GappedPairs* pairs) {
+  constexpr std::size_t kMost = kWidth == kLanes ? 4 : 2;  // as many as there are registers for
+  constexpr decltype(&ValuesOf<1>) kForms[] = {ValuesOf<1>, ValuesOf<2>, ValuesOf<3>,
+                                               ValuesOf<kMost>};
   std::size_t p = 0;
-  for (; p + 2 <= columns.other_count; p += 2) ValuesOf<2>(columns, columns.others + p, pairs + p);
-  if (p < columns.other_count) ValuesOf<1>(columns, columns.others + p, pairs + p);
+  while (p < columns.other_count) {
+    const std::size_t left = columns.other_count - p;
+    const std::size_t taken = left < kMost ? left : kMost;
+    kForms[taken - 1](columns, columns.others + p, pairs + p);
+    p += taken;
+  }
 }
 
 void GappedDeviations(const GappedColumns& columns, GappedPairs* pairs) {
@@ -270,6 +283,12 @@ void GappedDeviations(const GappedColumns& columns, GappedPairs* pairs) {
   for (; p + 2 <= columns.other_count; p += 2)
     DeviationsOf<2>(columns, columns.others + p, pairs + p);
   if (p < columns.other_count) DeviationsOf<1>(columns, columns.others + p, pairs + p);
+}
+
+std::size_t CountBoth(const std::uint64_t* x, const std::uint64_t* y, std::size_t words) {
+  std::size_t count = 0;
+  for (std::size_t w = 0; w < words; ++w) count += hwy::PopCount(x[w] & y[w]);
+  return count;
 }
 
 bool Mark(const double* values, std::size_t count, double missing, std::uint64_t* present) {
@@ -311,6 +330,7 @@ HWY_EXPORT(Multiply);
 HWY_EXPORT(GappedValues);
 HWY_EXPORT(GappedDeviations);
 HWY_EXPORT(Mark);
+HWY_EXPORT(CountBoth);
 
 }  // namespace
 
@@ -338,6 +358,10 @@ void AddGappedDeviations(const GappedColumns& columns, GappedPairs* pairs) {
 
 bool MarkPresent(const double* values, std::size_t count, double missing, std::uint64_t* present) {
   return HWY_DYNAMIC_DISPATCH(Mark)(values, count, missing, present);
+}
+
+std::size_t CountCommonBits(std::span<const std::uint64_t> x, std::span<const std::uint64_t> y) {
+  return HWY_DYNAMIC_DISPATCH(CountBoth)(x.data(), y.data(), x.size());
 }
 
 }  // namespace zavrel

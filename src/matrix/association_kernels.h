@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 namespace zavrel {
 
@@ -74,5 +75,8 @@ void AddGappedDeviations(const GappedColumns& columns, GappedPairs* pairs);
 /// Sets the bit of each value that is not missing, 64 to a word; `present` holds zeros. Returns
 /// whether all of these values are 0 or from kModerateFloor to below kModerateLimit in magnitude.
 bool MarkPresent(const double* values, std::size_t count, double missing, std::uint64_t* present);
+
+/// How many bits are set in both of two sets of words of equal size.
+std::size_t CountCommonBits(std::span<const std::uint64_t> x, std::span<const std::uint64_t> y);
 
 }  // namespace zavrel

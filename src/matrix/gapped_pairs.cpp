@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 
 #include "matrix/association_kernels.h"
 #include "matrix/matrix_parallel.h"
@@ -14,7 +13,7 @@ namespace zavrel {
 namespace {
 
 constexpr std::size_t kBlockRows = 256;  // 16 KiB of packed columns
-constexpr std::size_t kPartners = 8;     // how many partners use a packed block
+constexpr std::size_t kPartners = 16;    // how many partners use a packed block
 
 struct Variable {
   const ScannedVariable* scanned;
@@ -50,12 +49,7 @@ bool IsConstantInPair(const ScannedVariable& x, const ScannedVariable& y) {
 
 /// `y` has gaps.
 std::size_t CommonObservations(const ScannedVariable& x, const ScannedVariable& y) {
-  std::size_t count = 0;
-  for (std::size_t w = 0; w < y.present.size(); ++w) {
-    const std::uint64_t both = y.present[w] & (x.has_gaps() ? x.present[w] : ~std::uint64_t{0});
-    count += static_cast<std::size_t>(std::popcount(both));
-  }
-  return count;
+  return CountCommonBits(x.has_gaps() ? x.present : y.present, y.present);
 }
 
 /// The sums of one unit.
