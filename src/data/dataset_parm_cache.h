@@ -37,7 +37,8 @@ class DatasetParmCache {
   /// Drops the parameters of a data set whose cells changed.
   void Forget(const ExcelData* data) noexcept;
 
-  /// Drops the least recently used parameters until the rest hold no more bytes than pruning leaves.
+  /// Drops the least recently used parameters until the rest hold no more bytes than pruning
+  /// leaves.
   void Prune() noexcept;
   void Clear() noexcept;
 
