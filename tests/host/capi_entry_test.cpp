@@ -2,6 +2,7 @@
 #include <doctest/doctest.h>
 
 #include <array>
+#include <filesystem>
 
 #include "host/capi/add_in_function.h"
 #include "host/capi/excel_api.h"
@@ -28,7 +29,7 @@ class Cells : public HostCells {
 /// A library that is no add-in and exports nothing that the host calls.
 class Host {
  public:
-  Host() : module_(zavrel::Module::Load(EUTILITY_FILE)), add_in_{&module_.value(), EUTILITY_FILE} {}
+  Host() : module_(zavrel::Module::Load(kFile)), add_in_{&module_.value(), kFile} {}
 
   const LoadedAddIn& add_in() const { return add_in_; }
 
@@ -37,6 +38,7 @@ class Host {
   ExcelApi api{cells, judge, {}};
 
  private:
+  inline static const std::filesystem::path kFile = std::filesystem::absolute(EUTILITY_FILE);
   std::optional<zavrel::Module> module_;
   LoadedAddIn add_in_;
 };
