@@ -176,7 +176,8 @@ TEST_CASE("data beside a handle are replaced when a row of the selection changes
   for (const auto& [cell, shown] : {std::pair{Cell(41.0), "7;20;41;7;"},
                                     {Cell(u"x"), "7;20;x;7;"},
                                     {Cell(u"y"), "7;20;y;7;"},
-                                    {Cell(), "7;20;-;7;"}}) {
+                                    {Cell(), "7;20;-;7;"},
+                                    {Cell(0.0), "7;20;0;7;"}}) {
     table.excel.Set(3, 0, cell);
     CHECK(Shown(read()) == shown);
     CHECK(*read() != data);
