@@ -269,13 +269,14 @@ TEST_CASE("texts of all lengths are stored whole, and one unit makes a differenc
 TEST_CASE("texts beyond what is stored together are found again") {
   CellColumns cells;
   std::vector<std::u16string> texts;
+  texts.reserve(40);
   for (char16_t i = 0; i < 40; ++i) texts.emplace_back(32'767, static_cast<char16_t>(u'a' + i));
   for (const std::u16string& text : texts) {
     const Argument cell(1, 1, {text});
     cells.Append({static_cast<const XLOPER12*>(cell)->val.array.lparray, 1});
   }
   for (std::size_t i = 0; i < texts.size(); ++i) CHECK(cells[i].text == texts[i]);
-  CHECK(cells.bytes() >= 40 * 32'767 * sizeof(char16_t));
+  CHECK(cells.bytes() >= std::size_t{40} * 32'767 * sizeof(char16_t));
 }
 
 TEST_CASE("two sheets with equal addresses never evict each other") {

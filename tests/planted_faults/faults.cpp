@@ -157,8 +157,10 @@ PLANTED("B", double, FaultCrash) {
 }
 
 PLANTED("B", double, FaultDivide) {
-  volatile int one = 1, zero = 0;
-  return one / zero;
+  const volatile int one = 1;
+  const volatile int zero = 0;
+  const int quotient = one / zero;
+  return quotient;
 }
 
 PLANTED("B", double, FaultIllegal) { __builtin_trap(); }
