@@ -43,7 +43,7 @@ Operand AddInFunction::Call(std::span<const Operand> arguments) {
 }
 
 Operand AddInFunction::CallMachineCode(const MachineArguments& arguments) {
-  const bool gives_double = type_.result == TypeLetter::kNumber && type_.result_argument == 0;
+  const bool gives_double = type_.result == TypeLetter::kNumber;
   std::uint64_t word = 0;
   double number = 0;
   try {

@@ -252,10 +252,8 @@ int ExcelApi::DispatchCommand(int function, const Arguments& arguments, XLOPER12
       return Register(arguments, result);
     case xlfUnregister:
       return Unregister(arguments, result);
-    case xlfSetName:
+    default:  // xlfSetName
       return SetName(arguments, result);
-    default:
-      return xlretInvXlfn;
   }
 }
 

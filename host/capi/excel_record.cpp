@@ -98,9 +98,9 @@ std::uint64_t SheetId(std::uint32_t sheet) { return kFirstSheetId + sheet * kShe
 
 std::optional<std::uint32_t> SheetFromId(std::uint64_t id, std::uint32_t current,
                                          const Workbook& workbook) {
-  if (id == 0) return current;
-  if (id < kFirstSheetId || (id - kFirstSheetId) % kSheetIdStep != 0) return std::nullopt;
-  const std::uint64_t sheet = (id - kFirstSheetId) / kSheetIdStep;
+  const std::uint64_t own_id = id == 0 ? SheetId(current) : id;
+  if (own_id < kFirstSheetId || (own_id - kFirstSheetId) % kSheetIdStep != 0) return std::nullopt;
+  const std::uint64_t sheet = (own_id - kFirstSheetId) / kSheetIdStep;
   if (sheet >= workbook.sheets.size()) return std::nullopt;
   return static_cast<std::uint32_t>(sheet);
 }
@@ -175,25 +175,22 @@ std::optional<CellRange> ToRange(const XLREF12& area) {
 
 std::optional<Reference> ToReference(const XLOPER12& record, std::uint32_t current_sheet,
                                      const Workbook& workbook) {
-  Reference reference;
-  if (TypeOf(record) == xltypeSRef) {
-    const std::optional<CellRange> range = ToRange(record.val.sref.ref);
-    if (!range || current_sheet >= workbook.sheets.size()) return std::nullopt;
-    reference.sheet = current_sheet;
-    reference.areas.push_back(*range);
-    return reference;
+  const bool is_local = TypeOf(record) == xltypeSRef;
+  std::span<const XLREF12> areas{&record.val.sref.ref, 1};
+  if (!is_local) {
+    const XLMREF12* external = record.val.mref.lpmref;
+    if (external == nullptr) return std::nullopt;
+    areas = {external->reftbl, external->count};
   }
   const std::optional<std::uint32_t> sheet =
-      SheetFromId(record.val.mref.idSheet, current_sheet, workbook);
-  const XLMREF12* areas = record.val.mref.lpmref;
-  if (!sheet || *sheet >= workbook.sheets.size() || areas == nullptr) return std::nullopt;
-  reference.sheet = *sheet;
-  for (std::size_t i = 0; i < areas->count; ++i) {
-    const std::optional<CellRange> range = ToRange(areas->reftbl[i]);
+      SheetFromId(is_local ? 0 : record.val.mref.idSheet, current_sheet, workbook);
+  if (!sheet || areas.empty()) return std::nullopt;
+  Reference reference{*sheet, {}};
+  for (const XLREF12& area : areas) {
+    const std::optional<CellRange> range = ToRange(area);
     if (!range) return std::nullopt;
     reference.areas.push_back(*range);
   }
-  if (reference.areas.empty()) return std::nullopt;
   return reference;
 }
 

@@ -28,9 +28,9 @@ const char* KindText(ViolationKind kind) {
     case ViolationKind::kMalformedCall:
       return "malformed call";
     case ViolationKind::kCrash:
-      return "crash";
+      break;
   }
-  return "violation";
+  return "crash";
 }
 
 }  // namespace

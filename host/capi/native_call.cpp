@@ -1,7 +1,6 @@
 #include "host/capi/native_call.h"
 
 #include <bit>
-#include <stdexcept>
 #include <utility>
 
 namespace zavhost {
@@ -19,10 +18,7 @@ using Word = std::uint64_t;
 // double into both registers of its position, so the callee finds integers and doubles. Only the
 // first argument needs its own type, since a variable argument list cannot start with it.
 
-void MachineArguments::AddInteger(std::uint64_t word) {
-  if (words_ == kLimit) throw std::length_error("too many arguments");
-  stack_[words_++] = word;
-}
+void MachineArguments::AddInteger(std::uint64_t word) { stack_.at(words_++) = word; }
 
 void MachineArguments::AddDouble(double number) {
   if (words_ == 0) doubles_ = 1;
@@ -50,8 +46,7 @@ void MachineArguments::AddInteger(std::uint64_t word) {
     integer_registers_[integers_++] = word;
     return;
   }
-  if (words_ == kLimit) throw std::length_error("too many arguments");
-  stack_[words_++] = word;
+  stack_.at(words_++) = word;
 }
 
 void MachineArguments::AddDouble(double number) {
@@ -59,8 +54,7 @@ void MachineArguments::AddDouble(double number) {
     double_registers_[doubles_++] = number;
     return;
   }
-  if (words_ == kLimit) throw std::length_error("too many arguments");
-  stack_[words_++] = std::bit_cast<std::uint64_t>(number);
+  stack_.at(words_++) = std::bit_cast<std::uint64_t>(number);
 }
 
 template <class Result>

@@ -13,7 +13,8 @@ class MachineArguments {
  public:
   static constexpr std::size_t kLimit = 60;
 
-  /// An integer of any width or a pointer, extended to a machine word.
+  /// An integer of any width or a pointer, extended to a machine word. As AddDouble throws
+  /// std::out_of_range for more arguments than the stack has room for, which no type text allows.
   void AddInteger(std::uint64_t word);
   void AddPointer(const void* pointer) { AddInteger(reinterpret_cast<std::uintptr_t>(pointer)); }
   void AddDouble(double number);

@@ -283,15 +283,10 @@ int ExcelApi::SheetIdOf(const Arguments& arguments, XLOPER12& result) {
 int ExcelApi::SheetNameOf(const Arguments& arguments, XLOPER12& result) {
   const Workbook& workbook = cells_.cells_workbook();
   const std::uint32_t type = TypeOf(arguments[0]);
-  std::optional<std::uint32_t> sheet;
-  if (type == xltypeSRef) {
-    sheet = current_sheet();
-  } else if (type == xltypeRef) {
-    sheet = SheetFromId(arguments[0].val.mref.idSheet, current_sheet(), workbook);
-  } else {
-    return xlretInvXloper;
-  }
-  if (!sheet || *sheet >= workbook.sheets.size()) return xlretFailed;
+  if (type != xltypeSRef && type != xltypeRef) return xlretInvXloper;
+  const std::optional<std::uint32_t> sheet =
+      SheetFromId(type == xltypeRef ? arguments[0].val.mref.idSheet : 0, current_sheet(), workbook);
+  if (!sheet) return xlretFailed;
   GiveText(QualifiedName(workbook, *sheet), result);
   return xlretSuccess;
 }

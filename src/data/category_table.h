@@ -37,10 +37,8 @@ class CategoryTable {
   static OrFailure<CategoryTable> Of(const CellColumns& cells);
 
   CategoryTable(CategoryTable&&) noexcept = default;
-  CategoryTable& operator=(CategoryTable&&) noexcept = default;
 
   std::size_t size() const { return categories_.size(); }
-  std::span<const Category> categories() const { return categories_; }
   /// The category that a name stands for, in any of its spellings; null if there is none.
   const Category* Find(std::u16string_view name) const;
   /// The names in ascending order of code units: capitals before small letters, 10 before 9.

@@ -39,7 +39,6 @@ struct SingleValue {
 
   std::uint16_t type() const { return ValueType(tag); }
   bool IsNumber() const { return tag == CellTag::kNumber; }
-  bool IsError() const { return tag == CellTag::kError; }
 };
 
 /// The cell that a host value stands for. A value that no cell can hold (a reference, a nested

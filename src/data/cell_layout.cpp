@@ -44,18 +44,10 @@ CellLayout LayoutOf(Pieces pieces) {
 
 std::optional<CellBlock> BlockOf(const CellLayout& layout, std::size_t cells) {
   if (layout.columns == 0) return std::nullopt;
-  switch (layout.kind) {
-    case Kind::kComplete:
-      return CellBlock{layout.rows, layout.columns};
-    case Kind::kOpenEnd:
-      if (layout.is_one_row()) return CellBlock{1, cells};
-      return CellBlock{cells / layout.columns, layout.columns};
-    case Kind::kWholeRows:
-      return CellBlock{layout.rows, cells / layout.rows};
-    case Kind::kClipped:
-      break;
-  }
-  return std::nullopt;
+  if (layout.kind == Kind::kComplete) return CellBlock{layout.rows, layout.columns};
+  if (layout.kind == Kind::kWholeRows || layout.is_one_row())
+    return CellBlock{layout.rows, cells / layout.rows};
+  return CellBlock{cells / layout.columns, layout.columns};
 }
 
 bool CanPairShorter(const CellLayout& a, std::size_t a_cells, const CellLayout& b,

@@ -100,19 +100,14 @@ class AreaReader {
     return ReadOutcome::kRead;
   }
 
-  /// Hands the block's upper left part of this size to the sink.
-  bool Emit(const Block& block, std::int64_t rows, std::int64_t columns) {
-    const std::int64_t given = std::min(rows, block.rows);
-    bool wanted = true;
-    if (block.columns == columns) {
-      wanted = sink_.Cells(block.cells.first(Size(given * columns)));
-    } else {
-      for (std::int64_t row = 0; wanted && row < given; ++row) {
-        wanted = sink_.Cells(block.Row(row).first(Size(std::min(columns, block.columns))));
-        if (columns > block.columns) wanted = wanted && sink_.Blanks(Size(columns - block.columns));
-      }
+  /// Hands the block's first rows to the sink, with the columns that a host left out.
+  bool Emit(const Block& block, std::int64_t rows) {
+    const std::int64_t left_out = ColumnsOf(area_) - block.columns;
+    if (left_out == 0) return sink_.Cells(block.cells.first(Size(rows * block.columns)));
+    for (std::int64_t row = 0; row < rows; ++row) {
+      if (!sink_.Cells(block.Row(row)) || !sink_.Blanks(Size(left_out))) return false;
     }
-    return wanted && (rows == given || sink_.Blanks(Size((rows - given) * columns)));
+    return true;
   }
 
   /// The number of rows of the block down to its last used one.
@@ -133,9 +128,8 @@ class AreaReader {
   }
 
   ReadOutcome ReadAll() {
-    return EachBlock(BlockRows(), [&](const Block& block, std::int64_t rows) {
-      return Emit(block, rows, ColumnsOf(area_));
-    });
+    return EachBlock(BlockRows(),
+                     [&](const Block& block, std::int64_t rows) { return Emit(block, rows); });
   }
 
   /// Whole columns end at their last used row.
@@ -146,8 +140,7 @@ class AreaReader {
       const std::int64_t used = UsedRows(block);
       bool wanted = true;
       if (used > 0) {
-        wanted = (blank_rows == 0 || sink_.Blanks(Size(blank_rows * columns))) &&
-                 Emit(block, used, columns);
+        wanted = (blank_rows == 0 || sink_.Blanks(Size(blank_rows * columns))) && Emit(block, used);
         blank_rows = 0;
       }
       blank_rows += rows - used;

@@ -18,7 +18,8 @@ namespace {
 
 Failure Unreadable() { return Failure(ExcelError::kRef); }
 
-/// Compares incoming cells with known ones, and collects them once they differ.
+/// Compares incoming cells with known ones, and collects them once they differ. Of a piece of one
+/// cell, takes the handle of a selection of stacked data instead.
 class CellCollector final : public CellSink {
  public:
   /// If `known` is null, every cell is new.
@@ -27,7 +28,15 @@ class CellCollector final : public CellSink {
     if (!comparing_) StartCollecting();
   }
 
+  /// Before each piece.
+  void Expect(bool one_cell) {
+    one_cell_ = one_cell;
+    handle_index_.reset();
+  }
+
   bool Cells(std::span<const XLOPER12> cells) override {
+    if (one_cell_) handle_index_ = StackedHandleIndex(TextIn(cells.front()));
+    if (handle_index_) return true;
     if (comparing_) {
       const std::size_t equal = known_->CountEqual(position_, cells);
       position_ += equal;
@@ -51,6 +60,9 @@ class CellCollector final : public CellSink {
     collected_.AppendBlanks(count);
     return true;
   }
+
+  /// The index of the selection whose handle the piece was.
+  const std::optional<std::size_t>& handle_index() const { return handle_index_; }
 
   /// Takes the cells of another data set.
   bool Cells(const CellColumns& cells) {
@@ -84,27 +96,10 @@ class CellCollector final : public CellSink {
   std::size_t expected_;
   std::size_t most_;  // at least as many as the known cells
   bool comparing_;
+  bool one_cell_ = false;
+  std::optional<std::size_t> handle_index_;
   std::size_t position_ = 0;  // known cells met again so far
   CellColumns collected_;
-};
-
-/// Passes cells on, except a single one whose text is the handle of a selection of stacked data.
-class HandleCatcher final : public CellSink {
- public:
-  explicit HandleCatcher(CellSink& sink) : sink_(sink) {}
-
-  bool Cells(std::span<const XLOPER12> cells) override {
-    if (cells.size() == 1) index_ = StackedHandleIndex(TextIn(cells.front()));
-    return index_ || sink_.Cells(cells);
-  }
-  bool Blanks(std::size_t count) override { return sink_.Blanks(count); }
-
-  /// The selection's index, if there was a handle.
-  const std::optional<std::size_t>& index() const { return index_; }
-
- private:
-  CellSink& sink_;
-  std::optional<std::size_t> index_;
 };
 
 DataArgument ReadPieces(Pieces pieces, std::size_t most_cells) {
@@ -122,14 +117,13 @@ DataArgument ReadPieces(Pieces pieces, std::size_t most_cells) {
   if (known != nullptr && known->size() > most_cells) known = nullptr;
   CellCollector collector(known ? &known->cells() : nullptr, expected, most_cells);
   for (const ArgumentPiece& piece : pieces) {
-    HandleCatcher catcher(collector);
-    const bool one_cell = IsOneCell(piece);
-    const ReadOutcome outcome = one_cell ? ReadCells(piece, catcher) : ReadCells(piece, collector);
+    collector.Expect(IsOneCell(piece));
+    const ReadOutcome outcome = ReadCells(piece, collector);
     if (outcome == ReadOutcome::kUncalculated) return Failure::Uncalculated();
     if (outcome == ReadOutcome::kUnreadable) return Unreadable();
-    if (!catcher.index()) continue;
+    if (!collector.handle_index()) continue;
 
-    DataArgument stacked = ReadStackedData(*catcher.index());
+    DataArgument stacked = ReadStackedData(*collector.handle_index());
     if (!stacked.ok()) return stacked;
     const ExcelData& selected = **stacked;
     if (pieces.size() == 1) return selected.size() <= most_cells ? stacked : Unreadable();

@@ -7,7 +7,10 @@
 
 namespace zavrel {
 
-DatasetParmCache::DatasetParmCache() { parms_.reserve(kEntries); }
+DatasetParmCache::DatasetParmCache(std::size_t bytes_after_pruning)
+    : bytes_after_pruning_(bytes_after_pruning) {
+  parms_.reserve(kEntries);
+}
 DatasetParmCache::~DatasetParmCache() = default;
 
 std::shared_ptr<const DatasetParm> DatasetParmCache::Get(const std::shared_ptr<ExcelData>& data,
@@ -35,7 +38,7 @@ void DatasetParmCache::Prune() noexcept {
   std::size_t held = 0;
   for (std::size_t i = 0; i < parms_.size(); ++i) {
     held += parms_[i]->data().bytes();
-    if (i > 0 && held > kBytesAfterPruning) {
+    if (i > 0 && held > bytes_after_pruning_) {
       parms_.resize(i);
       return;
     }

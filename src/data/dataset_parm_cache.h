@@ -26,7 +26,7 @@ class DatasetParmCache {
   /// Bytes of data sets that pruning leaves held; the latest parameter's stays even if it has more.
   static constexpr std::size_t kBytesAfterPruning = std::size_t{256} << 20;
 
-  DatasetParmCache();
+  explicit DatasetParmCache(std::size_t bytes_after_pruning = kBytesAfterPruning);
   ~DatasetParmCache();
   DatasetParmCache(const DatasetParmCache&) = delete;
   DatasetParmCache& operator=(const DatasetParmCache&) = delete;
@@ -37,13 +37,15 @@ class DatasetParmCache {
   /// Drops the parameters of a data set whose cells changed.
   void Forget(const ExcelData* data) noexcept;
 
-  /// Drops the least recently used parameters until the rest hold at most kBytesAfterPruning.
+  /// Drops the least recently used parameters until the rest hold no more bytes than pruning
+  /// leaves.
   void Prune() noexcept;
   void Clear() noexcept;
 
   std::size_t size() const { return parms_.size(); }
 
  private:
+  std::size_t bytes_after_pruning_;
   std::vector<std::shared_ptr<const DatasetParm>> parms_;  // latest used first
 };
 

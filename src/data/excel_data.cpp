@@ -24,9 +24,9 @@ bool BelongsTo(CellTag tag, CellClass cell_class) {
     case CellClass::kNonBlankNonNumber:
       return !IsBlankOrMissing(tag) && tag != CellTag::kNumber;
     case CellClass::kBlank:
-      return IsBlankOrMissing(tag);
+      break;
   }
-  return false;
+  return IsBlankOrMissing(tag);
 }
 
 ExcelData::ExcelData(std::string key, CellColumns cells, CellLayout layout)
@@ -107,7 +107,6 @@ BlockArray<double> ExcelData::NumbersOnly() const {
 
 BlockArray<double> ExcelData::Positional(bool with_errors) const {
   BlockArray<double> numbers;
-  if (size() == 0) return numbers;
   numbers.Reserve(size());
   double* next = numbers.Extend(size());
   const std::span<const double> payloads = cells_.payloads();
@@ -133,7 +132,7 @@ OrFailure<const CategoryTable*> ExcelData::Categories() {
   if (!categories_) {
     OrFailure<CategoryTable> made = CategoryTable::Of(cells_);
     if (!made.ok()) return made.failure();
-    categories_ = *std::move(made);
+    categories_.emplace(*std::move(made));
   }
   return &*categories_;
 }

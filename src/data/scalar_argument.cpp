@@ -186,9 +186,9 @@ OrFailure<ScalarValue> ReadScalar(ScalarKind kind, const XLOPER12* argument) {
     case ScalarType::kText:
       return AsVariant(ReadText(argument, kind.presence));
     case ScalarType::kBoolean:
-      return AsVariant(ReadBoolean(argument, kind.presence));
+      break;
   }
-  return NotOfThisKind();
+  return AsVariant(ReadBoolean(argument, kind.presence));
 }
 
 }  // namespace zavrel

@@ -110,12 +110,11 @@ OrFailure<Positions> SelectedRows(const StackedSelection& selection, const Sourc
 CellColumns CellsAt(const ExcelData& values, const Positions& rows) {
   CellColumns cells;
   cells.Reserve(rows.size());
-  const bool open = values.layout().kind == CellLayout::Kind::kOpenEnd;
   for (const std::int32_t row : rows) {
     const auto position = static_cast<std::size_t>(row);
     if (position < values.size()) {
       cells.AppendPart(values.cells(), position, 1);
-    } else if (open) {
+    } else {  // of whole columns, the one of the categories is the longer
       cells.AppendBlanks(1);
     }
   }

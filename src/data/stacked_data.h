@@ -27,7 +27,6 @@ class KeptArgument {
   static std::optional<KeptArgument> Of(const XLOPER12& argument);
 
   KeptArgument(KeptArgument&&) noexcept = default;
-  KeptArgument& operator=(KeptArgument&&) noexcept = default;
 
   const XLOPER12& record() const;
   /// Appends a text that only an equal argument has.

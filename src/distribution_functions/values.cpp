@@ -50,7 +50,7 @@ void PutComputed(XXloperArray& values, std::size_t index, Compute compute) {
   } catch (const std::bad_alloc&) {
     throw;
   } catch (const std::exception&) {
-    values.SetError(index, ExcelError::kNum);
+    values.SetError(index, xlerrNum);
   }
 }
 
@@ -66,7 +66,7 @@ void PutValue(XXloperArray& values, std::size_t index, const SingleValue& x,
     case CellTag::kError:
       return values.SetError(index, x.code);
     default:
-      return values.SetError(index, ExcelError::kValue);
+      return values.SetError(index, xlerrValue);
   }
 }
 

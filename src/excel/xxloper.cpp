@@ -33,20 +33,13 @@ constexpr XLOPER12 EmptyRecord(std::uint32_t type) {
   return record;
 }
 
-constexpr XLOPER12 TextRecord(XCHAR* counted) {
-  XLOPER12 record{};
-  record.val.str = counted;
-  record.xltype = xltypeStr;
-  return record;
-}
-
 // The shared records exist before any code runs and are never written to by the library. They are
 // not const because a host may mark and unmark a returned record for a moment, which needs writable
 // memory.
 constinit XLOPER12 shared_missing = EmptyRecord(xltypeMissing);
 constinit XLOPER12 shared_nil = EmptyRecord(xltypeNil);
 constinit XCHAR no_units[] = {0, 0};  // the count, and a terminator
-constinit XLOPER12 shared_empty_text = TextRecord(no_units);
+constinit XLOPER12 shared_empty_text{.val = {.str = no_units}, .xltype = xltypeStr};
 constinit XLOPER12 shared_booleans[] = {BooleanRecord(false), BooleanRecord(true)};
 constinit std::array shared_errors = {
     ErrorRecord(xlerrDiv0),   ErrorRecord(xlerrValue),       ErrorRecord(xlerrRef),
@@ -209,7 +202,7 @@ XXloper XXloper::Element(std::size_t index) const {
 XXloper XXloper::Owned() const {
   const bool is_argument = std::get_deleter<ExcelOwnsItSoDoNotFree>(record_) != nullptr;
   const bool is_excel_filled = std::get_deleter<CallExcelToFree>(record_) != nullptr;
-  return is_argument || is_excel_filled || record_->xltype != type() ? CopyOf(*this) : *this;
+  return is_argument || is_excel_filled ? CopyOf(*this) : *this;
 }
 
 struct XXloperArray::Storage {

@@ -115,7 +115,6 @@ class XXloperArray {
   /// starts as the error `fill`. Throws std::bad_alloc.
   XXloperArray(std::int32_t rows, std::int32_t columns, ExcelError fill = ExcelError::kNA);
   XXloperArray(XXloperArray&&) noexcept = default;
-  XXloperArray& operator=(XXloperArray&&) noexcept = default;
   ~XXloperArray();
 
   /// Excel cannot show a number that is not finite: it becomes #NUM!.
@@ -124,9 +123,6 @@ class XXloperArray {
   void SetText(std::size_t index, std::u16string_view text);
   void SetBoolean(std::size_t index, bool boolean);
   void SetError(std::size_t index, std::int32_t code);
-  void SetError(std::size_t index, ExcelError error) {
-    SetError(index, static_cast<std::int32_t>(error));
-  }
   void SetEmpty(std::size_t index);
   /// Copies the value. An omitted value becomes empty; a reference, an array or an unknown type
   /// becomes #VALUE!.

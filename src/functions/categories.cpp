@@ -56,13 +56,11 @@ XLOPER12* OfPositions(const char* name, const Reading& reading, const XLOPER12* 
 CellResult NamesForCaller(CategoryNames names) {
   OrFailure<XXloperArray> array = ArrayOfCaller();
   if (!array.ok()) return array.failure();
-  if (array->size() == 1 && names.size() > 1) {
-    const auto rows = std::min<std::size_t>(names.size(), kMostResultRows);
-    *array = XXloperArray(static_cast<std::int32_t>(rows), 1);
-  }
-  for (std::size_t i = 0; i < std::min(names.size(), array->size()); ++i)
-    array->SetText(i, names[i]);
-  return (*std::move(array)).Finish();
+  const bool spills = array->size() == 1 && names.size() > 1;
+  const auto rows = static_cast<std::int32_t>(std::min<std::size_t>(names.size(), kMostResultRows));
+  XXloperArray texts = spills ? XXloperArray(rows, 1) : *std::move(array);
+  for (std::size_t i = 0; i < std::min(names.size(), texts.size()); ++i) texts.SetText(i, names[i]);
+  return std::move(texts).Finish();
 }
 
 CellResult PositionsForCaller(Positions positions) {

@@ -100,11 +100,9 @@ ZAV_EXPORT const char* ZavrelDestack(const XLOPER12* values, const XLOPER12* cat
     if (!kept) return std::nullopt;
     auto first = ConditionOf(categories1, name1);
     if (!first) return std::nullopt;
-    std::optional<StackedSelection::Condition> second;
-    if (!IsOmitted(categories2) || !IsOmitted(name2)) {
-      second = ConditionOf(categories2, name2);
-      if (!second) return std::nullopt;
-    }
+    const bool has_second = !IsOmitted(categories2) || !IsOmitted(name2);
+    auto second = has_second ? ConditionOf(categories2, name2) : std::nullopt;
+    if (has_second && !second) return std::nullopt;
     return HandleOf(StackedSelection{*std::move(kept), *std::move(first), std::move(second)});
   });
 }

@@ -162,6 +162,7 @@ TEST_CASE("whole areas that come to too many cells together are refused") {
   const Reference rows(WholeRows(0, 9));
   const std::pair<const XLOPER12*, std::size_t> sizes[] = {
       {a, 40}, {twice, 80}, {b, 81}, {c, 50001}, {rows, 100}};
+  CHECK(outcome(c, 100) == ReadOutcome::kUnreadable);
   for (int round = 0; round < 2; ++round) {  // the second one finds the cells in the cache
     for (const auto& [piece, size] : sizes) {
       CHECK(outcome(piece, size - 1) == ReadOutcome::kUnreadable);
@@ -206,6 +207,42 @@ TEST_CASE("a data set is kept while its cells are the same, and replaced when on
   CHECK(SessionExcelDataCache()->size() == 1);
 }
 
+TEST_CASE("a whole column is read anew when a cell is emptied, filled, or its last one goes") {
+  FakeExcel excel;
+  constexpr std::int32_t kFarRow = 70000;  // several requests below
+  const Reference column(WholeColumns(0, 0));
+  const auto check = [&](const std::vector<double>& numbers, std::size_t size) {
+    const auto data = Data({column});
+    const auto given = data->Numbers(MissingDataPolicy::kNumbersOnly);
+    CHECK(std::vector<double>(given.begin(), given.end()) == numbers);
+    CHECK(data->size() == size);
+    CHECK(Data({column}) == data);
+  };
+  excel.SetColumn(0, 0, {1.0, 2.0});
+  excel.Set(100, 0, 3.0);
+  excel.Set(kFarRow, 0, 4.0);
+  check({1, 2, 3, 4}, kFarRow + 1);
+  excel.Set(100, 0, Cell());
+  check({1, 2, 4}, kFarRow + 1);
+  excel.Set(50000, 0, 5.0);
+  check({1, 2, 5, 4}, kFarRow + 1);
+  excel.Set(kFarRow, 0, Cell());
+  check({1, 2, 5}, 50001);
+}
+
+TEST_CASE("columns that a host leaves out are blank in every row") {
+  FakeExcel excel;
+  excel.clips_to_used_part = true;
+  excel.SetColumn(0, 0, {1.0, 2.0, 3.0});
+  const Reference columns(WholeColumns(0, 1));
+  CHECK(Shown({columns}) == "1 . 2 . 3 .");
+  const XLOPER12* const piece = columns;
+  for (std::size_t most = 1; most < 6; ++most) {
+    SessionExcelDataCache()->Clear();
+    CHECK(OutcomeOf(ReadDataArgument({&piece, 1}, most)) == ReadOutcome::kUnreadable);
+  }
+}
+
 TEST_CASE("texts of all lengths are stored whole, and one unit makes a difference") {
   FakeExcel excel;
   const std::u16string letters = u"abcdefghijklmnop";
@@ -232,13 +269,14 @@ TEST_CASE("texts of all lengths are stored whole, and one unit makes a differenc
 TEST_CASE("texts beyond what is stored together are found again") {
   CellColumns cells;
   std::vector<std::u16string> texts;
+  texts.reserve(40);
   for (char16_t i = 0; i < 40; ++i) texts.emplace_back(32'767, static_cast<char16_t>(u'a' + i));
   for (const std::u16string& text : texts) {
     const Argument cell(1, 1, {text});
     cells.Append({static_cast<const XLOPER12*>(cell)->val.array.lparray, 1});
   }
   for (std::size_t i = 0; i < texts.size(); ++i) CHECK(cells[i].text == texts[i]);
-  CHECK(cells.bytes() >= 40 * 32'767 * sizeof(char16_t));
+  CHECK(cells.bytes() >= std::size_t{40} * 32'767 * sizeof(char16_t));
 }
 
 TEST_CASE("two sheets with equal addresses never evict each other") {

@@ -215,4 +215,24 @@ TEST_CASE("the latest parameters are shared and hold their data sets") {
   CHECK(cache.size() == 0);
 }
 
+TEST_CASE("pruning lets go of the parameters that hold too much, except the latest") {
+  const auto large = [] { return DataOf(std::vector<Cell>(5000, 1.0)); };
+  DatasetParmCache cache(2 * large()->bytes());
+  const auto get = [&](const std::shared_ptr<ExcelData>& data) {
+    return cache.Get(data, kNumbersOnly, false);
+  };
+  const auto oldest = large();
+  const auto next = large();
+  const std::weak_ptr<const DatasetParm> dropped = get(oldest);
+  const auto kept = get(next);
+  get(large());
+  cache.Prune();
+  CHECK(cache.size() == 2);
+  CHECK(dropped.expired());
+  CHECK(get(next) == kept);
+  get(DataOf(std::vector<Cell>(50'000, 1.0)));
+  cache.Prune();
+  CHECK(cache.size() == 1);
+}
+
 }  // namespace zavrel::tests

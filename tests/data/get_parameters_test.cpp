@@ -50,6 +50,42 @@ TEST_CASE("all kinds of arguments in one call") {
   CHECK(GetParameters("R", kNumbersOnly, List{range})->parm(0) == parameters.parm(0));
 }
 
+TEST_CASE(
+    "whole columns of unequal used length are equally long, the rest of the shorter missing") {
+  FakeExcel excel;
+  excel.SetColumn(0, 0, {1.0, 2.0});
+  excel.SetColumn(0, 1, {10.0, Cell(), 30.0, 40.0});
+  const Reference short_column(WholeColumns(0, 0));
+  const Reference long_column(WholeColumns(1, 1));
+  const Reference three(Area(0, 2, 0, 0));
+  const auto numbers = [](const Parameters& parameters, std::size_t position) {
+    const auto given = parameters.numbers(position);
+    return std::vector<double>(given.begin(), given.end());
+  };
+  for (const bool swapped : {false, true}) {
+    const List columns =
+        swapped ? List{long_column, short_column} : List{short_column, long_column};
+    const auto equal = GetParameters("RR", kPositional, columns, {.lengths = Lengths::kEqual});
+    REQUIRE(equal.ok());
+    CHECK(numbers(*equal, swapped ? 1 : 0) ==
+          std::vector<double>{1, 2, kMissingValue, kMissingValue});
+    CHECK(numbers(*equal, swapped ? 0 : 1) == std::vector<double>{10, kMissingValue, 30, 40});
+    const auto paired = GetParameters("RR", kPositional, columns, {.lengths = Lengths::kPaired});
+    REQUIRE(paired.ok());
+    CHECK(paired->numbers(swapped ? 1 : 0).size() == 2);
+  }
+  // A range that is no whole column has no cells behind its end.
+  const auto fits = [&](MissingDataPolicy policy, const XLOPER12* a, const XLOPER12* b) {
+    return GetParameters("RDR", policy, List{a, Argument(Cell(1.0)), b},
+                         {.lengths = Lengths::kEqual})
+        .ok();
+  };
+  CHECK(fits(kPositional, three, short_column));
+  CHECK_FALSE(fits(kPositional, three, long_column));
+  CHECK(fits(kNumbersOnly, three, short_column));
+  CHECK_FALSE(fits(kNumbersOnly, three, long_column));
+}
+
 TEST_CASE("the first failure is the call's") {
   FakeExcel excel;
   excel.SetColumn(0, 0, {1.0, u"a", ErrorCell{xlerrNA}});

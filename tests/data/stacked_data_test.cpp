@@ -166,6 +166,39 @@ TEST_CASE("a handle stands for the values of its rows wherever one cell can") {
   CHECK((*Read({two}))->size() == 2);
 }
 
+TEST_CASE("data beside a handle are replaced when a row of the selection changes") {
+  Table table;
+  const Argument south(Cell(HandleOf(Selection(table.values, table.regions, u"South"))));
+  const Argument number(Cell(7.0));
+  const auto read = [&] { return Read({number, south, number}); };
+  std::shared_ptr<ExcelData> data = *read();
+  CHECK(Shown(read()) == "7;20;40;7;");
+  for (const auto& [cell, shown] : {std::pair{Cell(41.0), "7;20;41;7;"},
+                                    {Cell(u"x"), "7;20;x;7;"},
+                                    {Cell(u"y"), "7;20;y;7;"},
+                                    {Cell(), "7;20;-;7;"},
+                                    {Cell(0.0), "7;20;0;7;"}}) {
+    table.excel.Set(3, 0, cell);
+    CHECK(Shown(read()) == shown);
+    CHECK(*read() != data);
+    data = *read();
+    CHECK(*read() == data);
+  }
+  table.excel.Set(3, 1, u"North");
+  CHECK(Shown(read()) == "7;20;7;");
+}
+
+TEST_CASE("of whole columns a row beyond the last value is blank, and shapes must be the same") {
+  Table table;
+  table.excel.Set(7, 1, u"South");
+  const Reference values(WholeColumns(0, 0));
+  const Reference regions(WholeColumns(1, 1));
+  const Argument south(Cell(HandleOf(Selection(values, regions, u"South"))));
+  CHECK(Shown(Read({south})) == "20;40;-;");
+  const Argument uneven(Cell(HandleOf(Selection(table.values, regions, u"South"))));
+  CHECK(Shown(Read({uneven})) == "unreadable");
+}
+
 TEST_CASE("a handle that names nothing, and data that cannot be read") {
   Table table;
   const Argument never(Cell(u"\u0001\u0002000000005"));

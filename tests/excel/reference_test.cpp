@@ -56,7 +56,7 @@ TEST_CASE("The caller is a range or whatever else Excel says") {
     const Argument value(other);
     const auto none = answer(value);
     REQUIRE(none.ok());
-    CHECK((!none->is_range() && none->rows() == 0));
+    CHECK((!none->is_range() && none->rows() == 0 && none->columns() == 0));
     CHECK(Shown(none->value().record()) == Shown(*static_cast<const XLOPER12*>(value)));
   }
   CHECK_FALSE(answer(Argument(Cell(true))).ok());

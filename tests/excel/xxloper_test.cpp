@@ -103,10 +103,12 @@ TEST_CASE("An array holds what was set, without memory flags, and takes no index
 
   const XXloper array = std::move(builder).Finish();
   CHECK(builder.size() == 0);  // NOLINT(bugprone-use-after-move): empty by contract
+  CHECK(std::move(builder).Finish().IsMissing());
   for (const XLOPER12& element : array.elements()) CHECK(element.xltype == TypeOf(element));
   CHECK(Shown(array.record()) == "1.5,ab,#15,;TRUE,,#36,#36;");  // the last one is the fill
   CHECK(array.elements()[3].xltype == xltypeNil);
   CHECK(array.elements()[5].val.w == -7);
+  CHECK((array.Element(1).text() == u"ab" && array.Element(8).IsMissing()));
   CHECK(XXloperArray(0, -5).size() == 1);
   CHECK(XXloperArray(kLargest, 1).size() == 1048576);
 }

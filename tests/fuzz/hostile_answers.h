@@ -29,7 +29,8 @@ class HostileAnswers {
     });
   }
 
-  /// From now on every cell has another value than before.
+  /// From now on every cell has another value than before. Other questions are answered as before:
+  /// which of them are asked depends on what the session remembers of the host.
   void ChangeCells() { ++generation_; }
 
  private:
@@ -51,8 +52,9 @@ class HostileAnswers {
     return true;
   }
 
-  std::span<const std::uint8_t> Answer(const XLREF12& area, std::uint32_t salt) const {
-    std::uint32_t hash = generation_ + salt * 31;
+  /// `types` that the answer shall have; 0 for that of the cells.
+  std::span<const std::uint8_t> Answer(const XLREF12& area, std::uint32_t types) const {
+    std::uint32_t hash = types == 0 ? generation_ : types * 31;
     for (const std::int32_t place : {area.rwFirst, area.rwLast, area.colFirst, area.colLast})
       hash = (hash ^ static_cast<std::uint32_t>(place)) * 0x9E3779B1u;
     return std::span(answers_).subspan((hash >> 16) % kAnswers * kAnswerBytes, kAnswerBytes);

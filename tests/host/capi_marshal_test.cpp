@@ -13,6 +13,7 @@ TEST_CASE("arguments of every letter arrive, and results that are no values beco
       GoodMany(1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18,19,20,21,22,23,24,25,26,27,28,29,30) -> 9455
       GoodPointers(1.5,TRUE,-3,4) -> 3711.5 | GoodWide("ä€") -> ä€!
       GoodCountedWide("abc") -> cba | GoodCounted("abc") -> cba | GoodInPlaceText("abc") -> ABC
+      GoodInPlaceCounted("abc") -> ab | GoodInPlaceCountedWide("abc") -> ab
       GoodInPlaceNumber(21) -> 42 | GoodVoid("once") -> once more
       GoodTranspose({1,2,3;4,5,6}) -> 1,4;2,5;3,6; | GoodTranspose(A1:A3) -> 1,2,3;
       GoodSmallSum(A1:A7) -> 15 | GoodBoolean(FALSE) -> TRUE | GoodShort(-32768) -> -32768
@@ -32,7 +33,8 @@ TEST_CASE("values are converted, cannot be, or are taken element by element") {
       GoodBoolean("true") -> FALSE | GoodBoolean("yes") -> #VALUE! | GoodWide(1.5) -> 1.5!
       GoodWide(TRUE) -> TRUE! | GoodWide(B3) -> #VALUE! | GoodTranspose(A1:B1) -> #VALUE!
       GoodInteger(1,2) -> #VALUE! | GoodInteger({1,2;3,4}) -> -1,-2;-3,-4;
-      GoodInteger(A1:A3) -> -1;-2;-3;)");
+      GoodInteger(A1:A3) -> -1;-2;-3; | GoodSmallSum(A1:A65535) -> 15
+      GoodSmallSum(A1:A65536) -> #VALUE!)");
   const std::string long_text(254, 'x');
   CHECK(Shown(*engine, "GoodNarrow(\"" + long_text + "\")").size() == 255);
   CHECK(Shown(*engine, "GoodNarrow(\"" + long_text + "\"&\"xx\")") == "#VALUE!");
@@ -73,6 +75,19 @@ TEST_CASE("type texts") {
     CAPTURE(Utf8FromUtf16(text));
     CHECK(!refused(text).empty());
   }
+  using enum TypeLetter;
+  for (const auto& [text, letter] : {std::pair{u"1L", kBooleanPointer},
+                                     {u"1E", kNumberPointer},
+                                     {u"1M", kShortPointer},
+                                     {u"1N", kIntegerPointer},
+                                     {u"1F", kNarrowBuffer},
+                                     {u"1G", kCountedNarrowBuffer},
+                                     {u">F%", kWideBuffer},
+                                     {u"1G%", kCountedWideBuffer},
+                                     {u"1K", kSmallNumberArray},
+                                     {u"2BK%", kNumberArray}})
+    CHECK(std::get<TypeText>(ParseTypeText(text)).result == letter);
+  for (const char16_t* text : {u"1A", u"1J", u"1C%", u"1Q", u"1U"}) CHECK(!refused(text).empty());
   CHECK(refused(std::u16string(61, u'B')).empty());
   CHECK(!refused(std::u16string(62, u'B')).empty());
 }

@@ -30,8 +30,10 @@ TEST_CASE("child that crashes" * doctest::description("does nothing without its 
 }
 
 TEST_CASE("a crash names formula and cell, and has an exit code of its own") {
-  for (const auto& [formula, cause] :
-       {std::pair{"FaultCrash()", " address 0x0"}, {"FaultAbort()", "abort"}}) {
+  for (const auto& [formula, cause] : {std::pair{"FaultCrash()", " address 0x0"},
+                                       {"FaultDivide()", "integer division by zero"},
+                                       {"FaultIllegal()", "illegal instruction"},
+                                       {"FaultAbort()", "abort"}}) {
     const auto outcome = CrashWith(formula);
     CAPTURE(outcome.errors);
     CHECK(outcome.exit_code == 3);

@@ -156,4 +156,13 @@ PLANTED("B", double, FaultCrash) {
   return 1;
 }
 
+PLANTED("B", double, FaultDivide) {
+  const volatile int one = 1;
+  const volatile int zero = 0;
+  const int quotient = one / zero;
+  return quotient;
+}
+
+PLANTED("B", double, FaultIllegal) { __builtin_trap(); }
+
 PLANTED("B", double, FaultAbort) { std::abort(); }

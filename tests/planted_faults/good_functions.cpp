@@ -135,6 +135,8 @@ PLANTED("BELMN", double, GoodPointers, const double* a, const short* b, const sh
 PLANTED("1F%", void, GoodInPlaceText, XCHAR* text) {
   for (; *text != 0; ++text) *text = static_cast<XCHAR>(std::toupper(*text));
 }
+PLANTED("1G", void, GoodInPlaceCounted, unsigned char* text) { --text[0]; }
+PLANTED("1G%", void, GoodInPlaceCountedWide, XCHAR* text) { --text[0]; }
 PLANTED("1E", void, GoodInPlaceNumber, double* number) { *number *= 2; }
 PLANTED(">F", void, GoodVoid, char* text) { std::strcat(text, " more"); }
 

@@ -26,18 +26,17 @@ auto Counted(Call call) {
 
 // NOLINTBEGIN(misc-definitions-in-headers,cppcoreguidelines-*): the program's own allocator.
 // Inlined, one half of a pair would look to the compiler as if it had lost the other.
-[[gnu::noinline]] void* operator new(std::size_t bytes) {
+[[gnu::noinline]] void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
   using namespace zavrel::tests;
   const bool counts = FakeExcel::inside == 0;
   if (counting && counts) ++allocations;
   const bool fails = until_failure == 0 && counts;
   if (until_failure >= 0 && counts) --until_failure;
-  if (fails) throw std::bad_alloc();
-  if (void* block = std::malloc(bytes > 0 ? bytes : 1)) return block;
-  throw std::bad_alloc();
+  return fails ? nullptr : std::malloc(bytes > 0 ? bytes : 1);
 }
-[[gnu::noinline]] void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
-  return std::malloc(bytes > 0 ? bytes : 1);
+[[gnu::noinline]] void* operator new(std::size_t bytes) {
+  if (void* block = operator new(bytes, std::nothrow)) return block;
+  throw std::bad_alloc();
 }
 [[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
 [[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept { std::free(block); }

@@ -102,7 +102,8 @@ class Selecting {
     if (bytes_.Below(2) == 0) {
       auto second = Keep();
       if (!second) return;
-      selection.second = {*std::move(second), kNames[bytes_.Below(5)]};
+      selection.second.emplace(
+          StackedSelection::Condition{*std::move(second), kNames[bytes_.Below(5)]});
     }
     std::string description;
     selection.ForEachArgument([&](const KeptArgument& kept) { kept.AddDescription(description); });
