@@ -4,8 +4,6 @@
 #include <zip.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <cstring>
 #include <ctime>
 #include <new>
 
@@ -48,8 +46,8 @@ void CheckEnd(std::string_view bytes) {
   for (std::size_t at = bytes.find("PK\5\6", bytes.size() - tail);
        at != std::string_view::npos && at + kEndRecordSize <= bytes.size();
        at = bytes.find("PK\5\6", at + 1)) {
-    const auto low = static_cast<unsigned char>(bytes[at + 20]);
-    const auto high = static_cast<unsigned char>(bytes[at + 21]);
+    const std::size_t low = static_cast<unsigned char>(bytes[at + 20]);
+    const std::size_t high = static_cast<unsigned char>(bytes[at + 21]);
     ends += at + kEndRecordSize + (high << 8 | low) == bytes.size() ? 1 : 0;
   }
   if (ends > 1)
@@ -86,8 +84,6 @@ void CheckMemory(bool is_done) {
 }
 
 struct Deleter {
-  // NOLINTNEXTLINE(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory): as libzip does
-  void operator()(void* bytes) const { std::free(bytes); }
   void operator()(zip_t* archive) const { zip_discard(archive); }
   void operator()(zip_source_t* source) const { zip_source_free(source); }
   void operator()(zip_file_t* file) const { zip_fclose(file); }
@@ -95,16 +91,14 @@ struct Deleter {
 using Source = std::unique_ptr<zip_source_t, Deleter>;
 using File = std::unique_ptr<zip_file_t, Deleter>;
 
-/// A source that owns a copy of the bytes: libzip 1.7.3 frees its caller's buffer when it writes an
-/// archive whose beginning is unchanged.
+/// A source that holds a copy of the bytes: libzip 1.7.3 frees its caller's buffer when it writes
+/// an archive whose beginning is unchanged.
 Source MakeSource(std::string_view bytes) {
-  // NOLINTNEXTLINE(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory): libzip frees it
-  std::unique_ptr<void, Deleter> copy(std::malloc(bytes.size()));
-  CheckMemory(copy != nullptr);
-  std::memcpy(copy.get(), bytes.data(), bytes.size());
-  Source source(zip_source_buffer_create(copy.get(), bytes.size(), 1, nullptr));
-  CheckMemory(source != nullptr);
-  static_cast<void>(copy.release());
+  Source source(zip_source_buffer_create(nullptr, 0, 0, nullptr));
+  CheckMemory(source && zip_source_begin_write(source.get()) == 0 &&
+              zip_source_write(source.get(), bytes.data(), bytes.size()) ==
+                  static_cast<zip_int64_t>(bytes.size()) &&
+              zip_source_commit_write(source.get()) == 0);
   return source;
 }
 
