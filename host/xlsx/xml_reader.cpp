@@ -275,19 +275,15 @@ bool XmlReader::BooleanAttribute(std::string_view name) const {
 }
 
 bool XmlReader::NextStart() {
-  while (true) {
-    const Event event = Next();
-    if (event == Event::kStart) return true;
-    if (event == Event::kDone) return false;
-  }
+  Event event = Next();
+  while (event != Event::kStart && event != Event::kDone) event = Next();
+  return event == Event::kStart;
 }
 
 bool XmlReader::NextChild() {
-  while (true) {
-    const Event event = Next();
-    if (event == Event::kStart) return true;
-    if (event == Event::kEnd) return false;
-  }
+  Event event = Next();
+  while (event == Event::kText) event = Next();
+  return event == Event::kStart;
 }
 
 void XmlReader::SkipElement() {

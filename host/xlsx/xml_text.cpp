@@ -199,9 +199,8 @@ std::string EncodeXml(std::string text, XmlEncoding encoding) {
 
 std::optional<std::uint32_t> WholeNumber(std::string_view text, int base) {
   std::uint32_t number = 0;
-  const char* end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, number, base);
-  if (error != std::errc() || stop != end) return std::nullopt;
+  const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
+  if (error != std::errc() || stop != text.data() + text.size()) return std::nullopt;
   return number;
 }
 

@@ -232,7 +232,7 @@ void ZipArchive::Replace(std::string_view part, std::string content) {
   const std::string& held = *replacements_.back();
   Source source(zip_source_buffer(archive, held.data(), held.size(), 0));
   CheckMemory(source && zip_file_replace(archive, index, source.get(), 0) == 0);
-  static_cast<void>(source.release());
+  zip_source_keep(source.get());  // for the archive, which has taken this reference
   zip_set_file_compression(archive, index, ZIP_CM_DEFLATE, 0);
   // The old time, so that the same values give the same bytes.
   zip_file_set_mtime(archive, index, time, 0);
@@ -250,11 +250,12 @@ void ZipArchive::Remove(std::string_view part) {
 }
 
 std::string ZipArchive::Finish() {
-  if (zip_close(handle_->archive.get()) != 0) {
+  zip_t* archive = handle_->archive.release();
+  if (zip_close(archive) != 0) {
+    handle_->archive.reset(archive);
     throw WorkbookError(fmt::format("the workbook cannot be compressed again: {}",
-                                    zip_error_strerror(zip_get_error(handle_->archive.get()))));
+                                    zip_error_strerror(zip_get_error(archive))));
   }
-  static_cast<void>(handle_->archive.release());
   zip_source_t* source = handle_->source.get();
   zip_stat_t stat;
   zip_stat_init(&stat);
