@@ -211,6 +211,7 @@ BookParts WithTable(const std::string& table) {
       RelationshipsXml(RelationshipXml("rId1", "table", "../tables/table1.xml") +
                        RelationshipXml("rId2", "table", "../tables/absent.xml") +
                        RelationshipXml("rId3", "drawing", "../drawings/drawing1.xml"));
+  parts["xl/drawings/drawing1.xml"] = "<wsDr/>";
   parts["xl/tables/table1.xml"] = table;
   parts["xl/_rels/workbook.xml.rels"] =
       RelationshipsXml(RelationshipXml("rId1", "worksheet", "worksheets/sheet1.xml") +

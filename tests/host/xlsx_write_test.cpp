@@ -269,8 +269,9 @@ TEST_CASE("the range of a dynamic array formula changes with its cells") {
   book.formulas[0].array = CellRange{0, 0, 0, 1};
   book.sheets[0].Set(1, 0, Value());
   book.sheets[0].Set(0, 1, 5.0);
+  // Where no cell changes, the sheet is not even unpacked.
   const std::string before = Bytes(file);
-  WriteXlsx(file, file, book, {});
+  WriteXlsx(file, file, book, {}, {.changed_bytes = 0});
   CHECK(Bytes(file) == before);
   WriteXlsx(file, file, book, {.cells = {{0, 0, 0}, {0, 1, 0}, {0, 0, 1}}});
   CHECK(ZipArchive(Bytes(file), {}).Read(kSheetPart) ==
