@@ -10,6 +10,19 @@
 #include "host/xlsx/messages.h"
 
 namespace zavhost {
+namespace owned {
+
+// What libzip hands out, with its owners.
+struct Deleter {
+  void operator()(zip_t* archive) const { zip_discard(archive); }
+  void operator()(zip_source_t* source) const { zip_source_free(source); }
+  void operator()(zip_file_t* file) const { zip_fclose(file); }
+};
+using Archive = std::unique_ptr<zip_t, Deleter>;
+using Source = std::unique_ptr<zip_source_t, Deleter>;
+using File = std::unique_ptr<zip_file_t, Deleter>;
+
+}  // namespace owned
 namespace {
 
 constexpr std::size_t kEndRecordSize = 22;
@@ -83,18 +96,10 @@ void CheckMemory(bool is_done) {
   if (!is_done) throw std::bad_alloc();
 }
 
-struct Deleter {
-  void operator()(zip_t* archive) const { zip_discard(archive); }
-  void operator()(zip_source_t* source) const { zip_source_free(source); }
-  void operator()(zip_file_t* file) const { zip_fclose(file); }
-};
-using Source = std::unique_ptr<zip_source_t, Deleter>;
-using File = std::unique_ptr<zip_file_t, Deleter>;
-
 /// A source that holds a copy of the bytes: libzip 1.7.3 frees its caller's buffer when it writes
 /// an archive whose beginning is unchanged.
-Source MakeSource(std::string_view bytes) {
-  Source source(zip_source_buffer_create(nullptr, 0, 0, nullptr));
+owned::Source MakeSource(std::string_view bytes) {
+  owned::Source source(zip_source_buffer_create(nullptr, 0, 0, nullptr));
   CheckMemory(source && zip_source_begin_write(source.get()) == 0 &&
               zip_source_write(source.get(), bytes.data(), bytes.size()) ==
                   static_cast<zip_int64_t>(bytes.size()) &&
@@ -102,8 +107,8 @@ Source MakeSource(std::string_view bytes) {
   return source;
 }
 
-File OpenFile(zip_t* archive, std::uint64_t index, std::string_view part) {
-  File file(zip_fopen_index(archive, index, 0));
+owned::File OpenFile(zip_t* archive, std::uint64_t index, std::string_view part) {
+  owned::File file(zip_fopen_index(archive, index, 0));
   if (!file) ThrowPartError(part, zip_error_code_zip(zip_get_error(archive)));
   return file;
 }
@@ -126,8 +131,8 @@ zip_stat_t StatOf(zip_t* archive, std::uint64_t index) {
 }  // namespace
 
 struct ZipArchive::Handle {
-  Source source;  // kept for reading after the archive is closed
-  std::unique_ptr<zip_t, Deleter> archive;
+  owned::Source source;  // kept for reading after the archive is closed
+  owned::Archive archive;
 };
 
 ZipArchive::ZipArchive(std::string_view bytes, const XlsxLimits& limits)
@@ -217,7 +222,7 @@ std::string ZipArchive::Read(std::string_view part, std::uint64_t limit) {
 void ZipArchive::CheckParts() {
   std::vector<char> chunk(kPieceSize);
   for (const auto& [name, index] : parts_) {
-    const File file = OpenFile(handle_->archive.get(), index, name);
+    const owned::File file = OpenFile(handle_->archive.get(), index, name);
     std::uint64_t size = 0;
     while (const std::size_t piece = ReadPiece(file.get(), chunk.data(), name)) size += piece;
     if (size != StatOf(handle_->archive.get(), index).size) ThrowPartError(name, ZIP_ER_INCONS);
@@ -230,7 +235,7 @@ void ZipArchive::Replace(std::string_view part, std::string content) {
   const std::time_t time = StatOf(archive, index).mtime;
   replacements_.push_back(std::make_unique<std::string>(std::move(content)));
   const std::string& held = *replacements_.back();
-  Source source(zip_source_buffer(archive, held.data(), held.size(), 0));
+  owned::Source source(zip_source_buffer(archive, held.data(), held.size(), 0));
   CheckMemory(source && zip_file_replace(archive, index, source.get(), 0) == 0);
   zip_source_keep(source.get());  // for the archive, which has taken this reference
   zip_set_file_compression(archive, index, ZIP_CM_DEFLATE, 0);
