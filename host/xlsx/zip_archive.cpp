@@ -235,7 +235,7 @@ void ZipArchive::Replace(std::string_view part, std::string content) {
   const std::time_t time = StatOf(archive, index).mtime;
   replacements_.push_back(std::make_unique<std::string>(std::move(content)));
   const std::string& held = *replacements_.back();
-  owned::Source source(zip_source_buffer(archive, held.data(), held.size(), 0));
+  const owned::Source source(zip_source_buffer(archive, held.data(), held.size(), 0));
   CheckMemory(source && zip_file_replace(archive, index, source.get(), 0) == 0);
   zip_source_keep(source.get());  // for the archive, which has taken this reference
   zip_set_file_compression(archive, index, ZIP_CM_DEFLATE, 0);

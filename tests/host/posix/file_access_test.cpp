@@ -1,7 +1,6 @@
 #include <doctest/doctest.h>
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,69 +10,33 @@
 #include "host/workbook/workbook.h"
 #include "host/xlsx/file_io.h"
 #include "support/book_builder.h"
+#include "support/process_limit.h"
 
 using namespace zavhost;
 using namespace zavhost_test;
 namespace fs = std::filesystem;
 
-namespace {
-
-/// A limit of this process, while there is one.
-class Limited {
- public:
-  Limited(__rlimit_resource resource, rlim_t most) : resource_(resource) {
-    getrlimit(resource, &before_);
-    const rlimit limit{most, before_.rlim_max};
-    setrlimit(resource, &limit);
-  }
-  ~Limited() { setrlimit(resource_, &before_); }
-  Limited(const Limited&) = delete;
-  Limited& operator=(const Limited&) = delete;
-
- private:
-  __rlimit_resource resource_;
-  rlimit before_{};
-};
-
-std::string ReadingError(const fs::path& file) {
-  try {
-    ReadFile(file, 1 << 20);
-    return {};
-  } catch (const WorkbookError& error) {
-    return error.what();
-  }
-}
-
-std::string WritingError(const fs::path& file, const std::string& bytes) {
-  try {
-    WriteFile(file, bytes);
-    return {};
-  } catch (const WorkbookError& error) {
-    return error.what();
-  }
-}
-
-}  // namespace
-
 TEST_CASE("what is no regular file is neither read nor written over") {
   const TemporaryFolder folder;
   const fs::path pipe = folder.path() / "pipe.xlsx";
   REQUIRE(mkfifo(pipe.c_str(), 0600) == 0);
-  CHECK(ReadingError(pipe) == "this is not a regular file");
-  CHECK(WritingError(pipe, "whole") == "this is not a regular file");
+  CHECK_THROWS_WITH_AS(ReadFile(pipe, 100), "this is not a regular file", WorkbookError);
+  CHECK_THROWS_WITH_AS(WriteFile(pipe, "whole"), "this is not a regular file", WorkbookError);
   CHECK(fs::is_fifo(pipe));
 }
 
 TEST_CASE("a file that cannot be opened, or gives less than its size, is refused") {
   const TemporaryFolder folder;
   const fs::path file = folder.Put(u"book.xlsx", "whole");
-  CHECK(ReadingError(file).empty());
+  CHECK(ReadFile(file, 100) == "whole");
   {
-    const Limited limited(RLIMIT_NOFILE, 0);
-    CHECK(ReadingError(file) == "the file cannot be opened; are you permitted to read it?");
+    const zavrel::tests::ProcessLimit limit(RLIMIT_NOFILE, 0);
+    CHECK_THROWS_WITH_AS(ReadFile(file, 100),
+                         "the file cannot be opened; are you permitted to read it?", WorkbookError);
   }
   // The system says that each of these has a page.
-  CHECK(ReadingError("/sys/devices/system/cpu/online") == "the file cannot be read to its end");
+  CHECK_THROWS_WITH_AS(ReadFile("/sys/devices/system/cpu/online", 1 << 20),
+                       "the file cannot be read to its end", WorkbookError);
 }
 
 TEST_CASE("a full disk leaves the old file, and nothing else") {
@@ -82,14 +45,14 @@ TEST_CASE("a full disk leaves the old file, and nothing else") {
   fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
   const auto handler = std::signal(SIGXFSZ, SIG_IGN);
   {
-    const Limited limited(RLIMIT_FSIZE, 1000);
-    CHECK(WritingError(file, std::string(1001, 'x')) ==
-          "the file cannot be written completely; is the disk full?");
+    const zavrel::tests::ProcessLimit limit(RLIMIT_FSIZE, 1000);
+    CHECK_THROWS_WITH_AS(WriteFile(file, std::string(1001, 'x')),
+                         "the file cannot be written completely; is the disk full?", WorkbookError);
   }
   std::signal(SIGXFSZ, handler);
   CHECK(ReadFile(file, 100) == "old");
   CHECK(std::distance(fs::directory_iterator(folder.path()), {}) == 1);
-  CHECK(WritingError(file, "new").empty());
+  WriteFile(file, "new");
   CHECK(fs::status(file).permissions() == (fs::perms::owner_read | fs::perms::owner_write));
 }
 
@@ -128,6 +91,7 @@ TEST_CASE("nothing can be written where the current folder is gone") {
     const TemporaryFolder folder;
     fs::current_path(folder.path());
   }
-  CHECK(WritingError("book.xlsx", "whole") == "files cannot be written to this folder");
+  CHECK_THROWS_WITH_AS(WriteFile("book.xlsx", "whole"), "files cannot be written to this folder",
+                       WorkbookError);
   fs::current_path(before);
 }
