@@ -14,8 +14,6 @@
 namespace zavhost {
 namespace {
 
-using Event = XmlReader::Event;
-
 // Excel draws at most 32,000 points of a series in some kinds of charts, and never more than this.
 constexpr std::int64_t kMostPoints = 1'000'000;
 
@@ -25,8 +23,7 @@ class ChartRewriter {
       : xml_(xml), workbook_(workbook), find_reference_(find_reference), reader_(xml) {}
 
   std::string Rewrite() {
-    for (Event event = reader_.Next(); event != Event::kDone; event = reader_.Next()) {
-      if (event != Event::kStart) continue;
+    while (reader_.NextStart()) {
       if (reader_.name() == "numRef") RewriteSource("numCache", true);
       if (reader_.name() == "strRef") RewriteSource("strCache", false);
     }
@@ -48,8 +45,7 @@ class ChartRewriter {
     std::string format = "General";
     std::size_t place = 0;  // where the stored values begin and end
     std::size_t end = 0;
-    for (Event event = reader_.Next(); event != Event::kEnd; event = reader_.Next()) {
-      if (event != Event::kStart) continue;
+    while (reader_.NextChild()) {
       if (reader_.name() == "f") {
         reader_.ReadText(formula);
         place = end = reader_.end();

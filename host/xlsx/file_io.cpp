@@ -24,18 +24,16 @@ std::string ReadFile(const fs::path& file, std::uint64_t limit) {
     throw WorkbookError("this is a folder, not a file");
   if (status.type() != fs::file_type::regular) throw WorkbookError("this is not a regular file");
   const std::uint64_t size = fs::file_size(file, error);
-  if (error) throw WorkbookError("the file cannot be read");
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream) throw WorkbookError("the file cannot be opened; are you permitted to read it?");
   if (size > limit) {
     throw WorkbookError(fmt::format("the file is too large: {}; the limit is {}", Megabytes(size),
                                     Megabytes(limit - 1)));
   }
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream) throw WorkbookError("the file cannot be opened; are you permitted to read it?");
   std::string bytes(static_cast<std::size_t>(size), '\0');
   stream.read(bytes.data(), static_cast<std::streamsize>(size));
-  if (stream.bad() || stream.gcount() != static_cast<std::streamsize>(size)) {
+  if (stream.gcount() != static_cast<std::streamsize>(size))
     throw WorkbookError("the file cannot be read to its end");
-  }
   return bytes;
 }
 
@@ -67,16 +65,23 @@ void WriteFile(const fs::path& file, const std::string& bytes) {
   temporary.MoveTo(target);
 }
 
-Workbook ReadNamed(const std::filesystem::path& file, const std::function<Workbook()>& read) {
+void NamingFile(const fs::path& file, const std::function<void()>& action) {
   try {
-    Workbook workbook = read();
-    workbook.file_name = Utf16FromPath(file.filename());
-    return workbook;
+    action();
   } catch (const WorkbookError& error) {
     throw WorkbookError(fmt::format("{}: {}", PrintablePath(file), error.what()));
   } catch (const std::bad_alloc&) {
-    throw WorkbookError(fmt::format("{}: not enough memory to read it", PrintablePath(file)));
+    throw WorkbookError(fmt::format("{}: not enough memory for it", PrintablePath(file)));
   }
+}
+
+Workbook ReadNamed(const fs::path& file, const std::function<Workbook()>& read) {
+  Workbook workbook;
+  NamingFile(file, [&] {
+    workbook = read();
+    workbook.file_name = Utf16FromPath(file.filename());
+  });
+  return workbook;
 }
 
 }  // namespace zavhost

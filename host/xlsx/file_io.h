@@ -18,8 +18,9 @@ std::string ReadFile(const std::filesystem::path& file, std::uint64_t limit);
 /// unchanged. Throws WorkbookError (without the file's name).
 void WriteFile(const std::filesystem::path& file, const std::string& bytes);
 
-/// The workbook that `read` creates from a file. Failures become a WorkbookError that begins with
-/// the file's name.
+/// Failures of `action` become a WorkbookError that begins with the file's name.
+void NamingFile(const std::filesystem::path& file, const std::function<void()>& action);
+/// The workbook that `read` creates from a file.
 Workbook ReadNamed(const std::filesystem::path& file, const std::function<Workbook()>& read);
 
 }  // namespace zavhost

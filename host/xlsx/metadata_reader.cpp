@@ -12,9 +12,7 @@ std::vector<bool> ReadDynamicArrayMarks(std::string_view xml) {
   std::uint32_t types = 0;
   std::optional<std::uint32_t> dynamic_type;  // counted from 1
   XmlReader reader(xml);
-  reader.Next();
-  for (auto event = reader.Next(); event != XmlReader::Event::kDone; event = reader.Next()) {
-    if (event != XmlReader::Event::kStart) continue;
+  while (reader.NextStart()) {
     if (reader.name() == "metadataType") {
       ++types;
       if (reader.Attribute("name") == "XLDAPR") dynamic_type = types;
@@ -22,7 +20,7 @@ std::vector<bool> ReadDynamicArrayMarks(std::string_view xml) {
       reader.ForEachChild("bk", [&] {
         bool is_dynamic = false;
         reader.ForEachChild("rc", [&] {
-          is_dynamic = is_dynamic || (dynamic_type && reader.NumberAttribute("t") == dynamic_type);
+          if (dynamic_type && reader.NumberAttribute("t") == dynamic_type) is_dynamic = true;
           reader.SkipElement();
         });
         marks.push_back(is_dynamic);

@@ -41,8 +41,7 @@ std::string ResolveTarget(std::string_view folder, std::string_view target) {
 
 std::string FindWorkbookPart(ZipArchive& archive) {
   if (!archive.Has("_rels/.rels")) {
-    const bool is_open_document = archive.Has("mimetype") && archive.Has("content.xml");
-    throw WorkbookError(is_open_document
+    throw WorkbookError(archive.Has("content.xml")
                             ? "this is an OpenDocument file; save it as .xlsx"
                             : "this is a zip archive, but not an Excel workbook (.xlsx)");
   }
@@ -63,14 +62,10 @@ class WorkbookPartReader {
       : reader_(xml), relationships_(std::move(relationships)), limits_(limits) {}
 
   WorkbookParts Read() {
-    if (reader_.Next() != XmlReader::Event::kStart || reader_.name() != "workbook") {
+    reader_.Next();
+    if (reader_.name() != "workbook")
       throw WorkbookError("this is not an Excel workbook (.xlsx), but another kind of document");
-    }
-    while (true) {
-      const XmlReader::Event event = reader_.Next();
-      if (event == XmlReader::Event::kDone) break;
-      if (event == XmlReader::Event::kStart) ReadElement();
-    }
+    while (reader_.NextStart()) ReadElement();
     if (parts_.sheets.empty()) throw WorkbookError("the workbook has no sheets");
     CheckNames();
     for (const auto& [id, relationship] : relationships_) {
@@ -156,11 +151,7 @@ class WorkbookPartReader {
 }  // namespace
 
 DecodedXml ReadXmlPart(ZipArchive& archive, std::string_view part, std::uint64_t limit) {
-  try {
-    return DecodeXml(archive.Read(part, limit));
-  } catch (const XmlError& error) {
-    throw DamagedPart(part, error);
-  }
+  return NamingPart(part, [&] { return DecodeXml(archive.Read(part, limit)); });
 }
 
 DecodedXml ReadListPart(ZipArchive& archive, std::string_view part) {
@@ -191,12 +182,10 @@ Relationships ReadRelationships(ZipArchive& archive, std::string_view of_part) {
   Relationships relationships;
   if (!archive.Has(part)) return relationships;
   const DecodedXml xml = ReadListPart(archive, part);
-  try {
+  return NamingPart(part, [&] {
     XmlReader reader(xml.text);
-    while (true) {
-      const XmlReader::Event event = reader.Next();
-      if (event == XmlReader::Event::kDone) return relationships;
-      if (event != XmlReader::Event::kStart || reader.name() != "Relationship") continue;
+    while (reader.NextStart()) {
+      if (reader.name() != "Relationship") continue;
       const std::string type = reader.Attribute("Type").value_or("");
       Relationship relationship{type.substr(type.rfind('/') + 1), {}};
       if (reader.Attribute("TargetMode") != "External") {
@@ -204,27 +193,23 @@ Relationships ReadRelationships(ZipArchive& archive, std::string_view of_part) {
       }
       relationships.emplace(reader.Attribute("Id").value_or(""), std::move(relationship));
     }
-  } catch (const XmlError& error) {
-    throw DamagedPart(part, error);
-  }
+    return relationships;
+  });
 }
 
 std::vector<std::string> PartsOfType(ZipArchive& archive, std::string_view ending) {
   std::vector<std::string> found;
   if (!archive.Has(kContentTypesPart)) return found;
   const DecodedXml xml = ReadListPart(archive, kContentTypesPart);
-  try {
+  return NamingPart(kContentTypesPart, [&] {
     XmlReader reader(xml.text);
-    while (true) {
-      const XmlReader::Event event = reader.Next();
-      if (event == XmlReader::Event::kDone) return found;
-      if (event != XmlReader::Event::kStart || reader.name() != "Override") continue;
+    while (reader.NextStart()) {
+      if (reader.name() != "Override") continue;
       if (!reader.Attribute("ContentType").value_or("").ends_with(ending)) continue;
       found.push_back(ResolveTarget({}, reader.Attribute("PartName").value_or("")));
     }
-  } catch (const XmlError& error) {
-    throw DamagedPart(kContentTypesPart, error);
-  }
+    return found;
+  });
 }
 
 WorkbookParts ReadWorkbookParts(ZipArchive& archive) {
@@ -232,15 +217,12 @@ WorkbookParts ReadWorkbookParts(ZipArchive& archive) {
   const DecodedXml xml = ReadListPart(archive, part);
   if (const std::string missing = RelationshipsPart(part); !archive.Has(missing))
     throw WorkbookError(fmt::format("part '{}' is missing", Printable(missing)));
-  try {
-    Relationships relationships = ReadRelationships(archive, part);
-    WorkbookParts parts =
-        WorkbookPartReader(xml.text, std::move(relationships), archive.limits()).Read();
-    parts.workbook = part;
-    return parts;
-  } catch (const XmlError& error) {
-    throw DamagedPart(part, error);
-  }
+  Relationships relationships = ReadRelationships(archive, part);
+  WorkbookParts parts = NamingPart(part, [&] {
+    return WorkbookPartReader(xml.text, std::move(relationships), archive.limits()).Read();
+  });
+  parts.workbook = part;
+  return parts;
 }
 
 }  // namespace zavhost

@@ -13,14 +13,23 @@
 
 namespace zavhost {
 
+/// The error to throw for a part whose XML is not well formed, or not as it must be.
+WorkbookError DamagedPart(std::string_view part, const XmlError& error);
+/// The result of reading a part; an XmlError becomes the WorkbookError with the part's name.
+template <class Read>
+auto NamingPart(std::string_view part, const Read& read) {
+  try {
+    return read();
+  } catch (const XmlError& error) {
+    throw DamagedPart(part, error);
+  }
+}
 /// A part's text in UTF-8. Throws WorkbookError with the part's name, also if it has more bytes.
 DecodedXml ReadXmlPart(ZipArchive& archive, std::string_view part, std::uint64_t limit);
 /// A part of the lists that a workbook consists of, by the limit for these.
 DecodedXml ReadListPart(ZipArchive& archive, std::string_view part);
 /// A window on a part of any size. It throws XmlError, and WorkbookError with the part's name.
 XmlWindow OpenXmlPart(ZipArchive& archive, std::string_view part);
-/// The error to throw for a part whose XML is not well formed.
-WorkbookError DamagedPart(std::string_view part, const XmlError& error);
 
 struct Relationship {
   std::string type;  // the last component of its type: "worksheet"

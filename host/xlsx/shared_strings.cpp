@@ -1,6 +1,7 @@
 #include "host/xlsx/shared_strings.h"
 
-#include <fmt/format.h>
+#include <algorithm>
+#include <string_view>
 
 #include "host/workbook/workbook.h"
 #include "host/xlsx/xml_text.h"
@@ -8,7 +9,7 @@
 namespace zavhost {
 namespace {
 
-bool IsSpace(char c) { return c == ' ' || c == '\n' || c == '\t'; }
+constexpr std::string_view kSpace = " \n\t";
 
 /// At the start of a t element: appends its text, without white space at its ends unless this is
 /// preserved.
@@ -18,9 +19,8 @@ void AppendRun(XmlReader& reader, std::string& text) {
   const std::size_t start = text.size();
   reader.ReadText(text);
   if (preserved) return;
-  while (text.size() > start && IsSpace(text.back())) text.pop_back();
-  std::size_t first = start;
-  while (first < text.size() && IsSpace(text[first])) ++first;
+  const std::size_t first = std::min(text.find_first_not_of(kSpace, start), text.size());
+  text.erase(std::max(text.find_last_not_of(kSpace) + 1, first));
   text.erase(start, first - start);
 }
 
@@ -42,22 +42,16 @@ std::u16string ReadRichText(XmlReader& reader, std::string& scratch) {
   return UnescapeCellText(scratch);
 }
 
-std::vector<Text> ReadSharedStrings(XmlReader& reader, std::uint64_t limit, KeptBytes& kept) {
+std::vector<Text> ReadSharedStrings(XmlReader& reader, KeptBytes& kept) {
   std::vector<Text> strings;
   const Text empty = Text(u"");
   std::string scratch;
-  if (reader.Next() != XmlReader::Event::kStart || reader.name() != "sst") {
-    throw XmlError("it is not a table of shared texts");
-  }
-  for (XmlReader::Event event = reader.Next(); event != XmlReader::Event::kDone;
-       event = reader.Next()) {
-    if (event != XmlReader::Event::kStart) continue;
+  reader.Next();
+  if (reader.name() != "sst") throw XmlError("it is not a table of shared texts");
+  while (reader.NextStart()) {
     if (reader.name() != "si") {
       reader.SkipElement();
       continue;
-    }
-    if (strings.size() >= limit) {
-      throw WorkbookError(fmt::format("it holds more than {} shared texts", limit));
     }
     std::u16string text = ReadRichText(reader, scratch);
     kept.Take(sizeof(Text) + BytesOf(text));

@@ -1,7 +1,6 @@
 #pragma once
 // The shared texts of a workbook, and the rich text in shared texts and cells.
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -15,7 +14,8 @@ namespace zavhost {
 /// joined, and phonetic runs are omitted. `scratch` is working space.
 std::u16string ReadRichText(XmlReader& reader, std::string& scratch);
 
-/// The texts of a shared-strings part. Throws XmlError, and WorkbookError for more than `limit`.
-std::vector<Text> ReadSharedStrings(XmlReader& reader, std::uint64_t limit, KeptBytes& kept);
+/// The texts of a shared-strings part. Throws XmlError, and WorkbookError for more than may be
+/// kept.
+std::vector<Text> ReadSharedStrings(XmlReader& reader, KeptBytes& kept);
 
 }  // namespace zavhost

@@ -21,8 +21,6 @@
 namespace zavhost {
 namespace {
 
-using Event = XmlReader::Event;
-
 // More characters than a formula can have, whatever they are.
 constexpr std::size_t kMostFormulaBytes = 1 << 16;
 // A number in a hash set, with its bucket.
@@ -30,12 +28,12 @@ constexpr std::uint64_t kHiddenRowBytes = 32;
 
 /// A number in the form of XML schema doubles, without infinities.
 std::optional<double> ParseDouble(std::string_view text) {
-  while (!text.empty() && (text.front() == ' ' || text.front() == '\n')) text.remove_prefix(1);
-  while (!text.empty() && (text.back() == ' ' || text.back() == '\n')) text.remove_suffix(1);
+  text.remove_prefix(std::min(text.find_first_not_of(" \n"), text.size()));
+  text = text.substr(0, text.find_last_not_of(" \n") + 1);
   if (text.starts_with('+')) text.remove_prefix(1);
   double number = 0.0;
   const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (stop != text.data() + text.size() || text.empty()) return std::nullopt;
+  if (stop != text.data() + text.size()) return std::nullopt;
   if (error == std::errc::result_out_of_range &&
       text.find_first_of('-', 1) != std::string_view::npos)
     return 0;
@@ -53,11 +51,9 @@ class SheetReader {
         sheet_(workbook_.sheets[sheet]) {}
 
   void Read() {
-    if (reader_.Next() != Event::kStart || reader_.name() != "worksheet") {
-      throw XmlError("it is not a worksheet");
-    }
-    for (Event event = reader_.Next(); event != Event::kDone; event = reader_.Next()) {
-      if (event != Event::kStart) continue;
+    reader_.Next();
+    if (reader_.name() != "worksheet") throw XmlError("it is not a worksheet");
+    while (reader_.NextStart()) {
       if (reader_.name() == "sheetData") {
         ReadRows();
       } else {
@@ -109,8 +105,7 @@ class SheetReader {
     cell_.is_dynamic = IsDynamic(reader_.NumberAttribute("cm"));
     cell_.value.clear();
     cell_.inline_text.reset();
-    for (Event event = reader_.Next(); event != Event::kEnd; event = reader_.Next()) {
-      if (event != Event::kStart) continue;
+    while (reader_.NextChild()) {
       if (reader_.name() == "v") {
         cell_.has_value = true;
         cell_.value.clear();
@@ -181,15 +176,13 @@ class SheetReader {
   }
 
   Value SharedText() const {
-    std::uint32_t index = 0;
-    const char* end = cell_.value.data() + cell_.value.size();
-    const auto [stop, error] = std::from_chars(cell_.value.data(), end, index);
-    if (error != std::errc() || stop != end) RejectValue("the number of a shared text");
-    if (index >= reading_.shared_strings->size()) {
+    const std::optional<std::uint32_t> index = WholeNumber(cell_.value);
+    if (!index) RejectValue("the number of a shared text");
+    if (*index >= reading_.shared_strings->size()) {
       throw XmlError(fmt::format("cell {} refers to shared text {}, but there are only {}",
-                                 CellText(), index, reading_.shared_strings->size()));
+                                 CellText(), *index, reading_.shared_strings->size()));
     }
-    const Text& text = (*reading_.shared_strings)[index];
+    const Text& text = (*reading_.shared_strings)[*index];
     CheckLength(text->size());
     return text;
   }

@@ -14,8 +14,6 @@
 namespace zavhost {
 namespace {
 
-using Event = XmlReader::Event;
-
 /// A value as stored in a cell: the cell's `t` attribute (empty: none) and the content of v.
 struct StoredValue {
   std::string type;
@@ -248,8 +246,7 @@ class SheetRewriter {
     }
     // The value comes after the formula; without a formula it comes first.
     std::size_t value_place = out_.size();
-    for (Event event = reader_.Next(); event != Event::kEnd; event = reader_.Next()) {
-      if (event != Event::kStart) continue;
+    while (reader_.NextChild()) {
       const bool is_value = reader_.name() == "v" || reader_.name() == "is";
       const bool is_formula = reader_.name() == "f";
       CopyUpTo(reader_.begin());
@@ -294,7 +291,7 @@ class SheetRewriter {
           attributes.empty() ? reader_.qualified_name() : attributes.back().raw;
       const std::size_t quote = attributes.empty() ? 0 : 1;
       const std::size_t end = static_cast<std::size_t>(last.data() - xml_.data()) + last.size();
-      if (end + quote > copied_) CopyUpTo(end + quote);
+      CopyUpTo(end + quote);
       out_ += fmt::format(" t=\"{}\"", edit.raw);
     }
     CopyUpTo(reader_.end());

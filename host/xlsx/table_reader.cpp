@@ -18,16 +18,15 @@ CellRange RangeAttribute(const XmlReader& reader) {
 
 Table ReadTable(std::string_view xml, std::uint32_t sheet, std::optional<CellRange>& filter) {
   XmlReader reader(xml);
-  if (reader.Next() != XmlReader::Event::kStart || reader.name() != "table")
-    throw XmlError("it is not a table");
+  reader.Next();
+  if (reader.name() != "table") throw XmlError("it is not a table");
   Table table;
   table.name = Utf16FromUtf8(reader.Attribute("displayName").value_or(""));
   table.sheet = sheet;
   table.range = RangeAttribute(reader);
   table.heading_rows = reader.NumberAttribute("headerRowCount").value_or(1) != 0 ? 1 : 0;
   table.total_rows = reader.NumberAttribute("totalsRowCount").value_or(0) != 0 ? 1 : 0;
-  for (auto event = reader.Next(); event != XmlReader::Event::kDone; event = reader.Next()) {
-    if (event != XmlReader::Event::kStart) continue;
+  while (reader.NextStart()) {
     if (reader.name() == "autoFilter") filter = RangeAttribute(reader);
     if (reader.name() == "tableColumn")
       table.columns.push_back(UnescapeCellText(reader.Attribute("name").value_or("")));

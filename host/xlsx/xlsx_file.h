@@ -23,7 +23,7 @@ struct XlsxLimits {
   std::uint64_t cells = 8'000'000;
   std::uint64_t kept_bytes = 320ull << 20;     // what is kept of cells, texts and formulas
   std::uint64_t changed_bytes = 440ull << 20;  // the same, with changed parts and what they were
-  std::size_t parts = 10'000;
+  std::size_t parts = 10'000;                  // with those of zip archives in it
 };
 
 /// Reads a workbook: values, formulas (shared formulas as FormulaCell with one text), array

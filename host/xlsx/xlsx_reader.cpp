@@ -1,7 +1,5 @@
 #include <fmt/format.h>
 
-#include <new>
-
 #include "host/xlsx/file_io.h"
 #include "host/xlsx/messages.h"
 #include "host/xlsx/metadata_reader.h"
@@ -15,15 +13,13 @@ namespace zavhost {
 namespace {
 
 std::vector<Text> ReadSharedStringsPart(ZipArchive& archive, const WorkbookParts& parts,
-                                        const XlsxLimits& limits, KeptBytes& kept) {
+                                        KeptBytes& kept) {
   if (!parts.shared_strings) return {};
-  try {
+  return NamingPart(*parts.shared_strings, [&] {
     XmlWindow window = OpenXmlPart(archive, *parts.shared_strings);
     XmlReader reader(window);
-    return ReadSharedStrings(reader, limits.cells, kept);
-  } catch (const XmlError& error) {
-    throw DamagedPart(*parts.shared_strings, error);
-  }
+    return ReadSharedStrings(reader, kept);
+  });
 }
 
 void ReadSheetPart(ZipArchive& archive, const std::string& part, std::uint32_t index,
@@ -42,11 +38,7 @@ void ReadSheetPart(ZipArchive& archive, const std::string& part, std::uint32_t i
 std::vector<bool> ReadMetadataPart(ZipArchive& archive, const WorkbookParts& parts) {
   if (!parts.metadata || !archive.Has(*parts.metadata)) return {};
   const DecodedXml xml = ReadListPart(archive, *parts.metadata);
-  try {
-    return ReadDynamicArrayMarks(xml.text);
-  } catch (const XmlError& error) {
-    throw DamagedPart(*parts.metadata, error);
-  }
+  return NamingPart(*parts.metadata, [&] { return ReadDynamicArrayMarks(xml.text); });
 }
 
 void ReadTables(ZipArchive& archive, const std::string& sheet_part, std::uint32_t index,
@@ -54,13 +46,10 @@ void ReadTables(ZipArchive& archive, const std::string& sheet_part, std::uint32_
   for (const auto& [id, relationship] : ReadRelationships(archive, sheet_part)) {
     if (relationship.type != "table" || !archive.Has(relationship.part)) continue;
     const DecodedXml xml = ReadListPart(archive, relationship.part);
-    try {
-      std::optional<CellRange> filter;
-      workbook.tables.push_back(ReadTable(xml.text, index, filter));
-      if (filter) workbook.sheets[index].set_filter(*filter);
-    } catch (const XmlError& error) {
-      throw DamagedPart(relationship.part, error);
-    }
+    std::optional<CellRange> filter;
+    workbook.tables.push_back(
+        NamingPart(relationship.part, [&] { return ReadTable(xml.text, index, filter); }));
+    if (filter) workbook.sheets[index].set_filter(*filter);
   }
 }
 
@@ -73,7 +62,7 @@ Workbook ReadArchive(ZipArchive& archive, const XlsxLimits& limits) {
     workbook.sheets.emplace_back(sheet.name).set_has_cells(!sheet.part.empty());
   }
   KeptBytes kept(limits.kept_bytes);
-  const std::vector<Text> shared_strings = ReadSharedStringsPart(archive, parts, limits, kept);
+  const std::vector<Text> shared_strings = ReadSharedStringsPart(archive, parts, kept);
   const std::vector<bool> dynamic_marks = ReadMetadataPart(archive, parts);
   SheetReading reading{&workbook, &shared_strings, &dynamic_marks, limits.cells, &kept};
   for (std::size_t i = 0; i < parts.sheets.size(); ++i) {

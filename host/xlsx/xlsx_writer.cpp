@@ -1,8 +1,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <functional>
 #include <map>
-#include <new>
 
 #include "host/xlsx/chart_writer.h"
 #include "host/xlsx/file_io.h"
@@ -48,28 +48,21 @@ std::uint64_t RoomForPart(const ZipArchive& archive, std::uint64_t kept_bytes) {
 }
 
 /// Rewrites a part with a function of its text.
-template <class Rewrite>
 void RewritePart(ZipArchive& archive, std::string_view part, std::uint64_t kept_bytes,
-                 const Rewrite& rewrite) {
+                 const std::function<std::string(std::string_view)>& rewrite) {
   const DecodedXml xml = ReadXmlPart(archive, part, RoomForPart(archive, kept_bytes));
-  try {
-    std::string rewritten = rewrite(xml.text);
-    if (rewritten != xml.text) archive.Replace(part, EncodeXml(std::move(rewritten), xml.encoding));
-  } catch (const XmlError& error) {
-    throw DamagedPart(part, error);
-  }
+  std::string rewritten = NamingPart(part, [&] { return rewrite(xml.text); });
+  if (rewritten != xml.text) archive.Replace(part, EncodeXml(std::move(rewritten), xml.encoding));
 }
 
 /// A part without the elements of a name for which `is_unwanted` holds at their start.
-template <class IsUnwanted>
 std::string WithoutElements(std::string_view xml, std::string_view name,
-                            const IsUnwanted& is_unwanted) {
+                            const std::function<bool(const XmlReader&)>& is_unwanted) {
   std::string kept;
   std::size_t copied = 0;
   XmlReader reader(xml);
-  for (auto event = reader.Next(); event != XmlReader::Event::kDone; event = reader.Next()) {
-    if (event != XmlReader::Event::kStart || reader.name() != name || !is_unwanted(reader))
-      continue;
+  while (reader.NextStart()) {
+    if (reader.name() != name || !is_unwanted(reader)) continue;
     kept.append(xml.substr(copied, reader.begin() - copied));
     reader.SkipElement();
     copied = reader.end();
@@ -120,11 +113,9 @@ std::string RewriteArchive(std::string_view bytes, const Workbook& workbook,
   ZipArchive archive(bytes, limits);
   const WorkbookParts parts = ReadWorkbookParts(archive);
   for (const auto& [index, of_sheet] : CollectChanges(workbook, changes)) {
-    if (index >= parts.sheets.size() || index >= workbook.sheets.size() ||
-        parts.sheets[index].name != workbook.sheets[index].name() ||
-        parts.sheets[index].part.empty()) {
+    if (index >= parts.sheets.size() || parts.sheets[index].name != workbook.sheets[index].name() ||
+        parts.sheets[index].part.empty())
       throw WorkbookError("its sheets have changed since it was read");
-    }
     const auto rewrite = [&sheet = workbook.sheets[index], &edits = of_sheet](
                              std::string_view xml) { return RewriteSheet(xml, sheet, edits); };
     RewritePart(archive, parts.sheets[index].part, workbook.kept_bytes, rewrite);
@@ -136,27 +127,15 @@ std::string RewriteArchive(std::string_view bytes, const Workbook& workbook,
   return written;
 }
 
-std::string RewriteFile(const std::filesystem::path& source, const Workbook& workbook,
-                        const XlsxChanges& changes, const XlsxLimits& limits) {
-  try {
-    return RewriteArchive(ReadFile(source, limits.file_bytes), workbook, changes, limits);
-  } catch (const WorkbookError& error) {
-    throw WorkbookError(fmt::format("{}: {}", PrintablePath(source), error.what()));
-  } catch (const std::bad_alloc&) {
-    throw WorkbookError(fmt::format("{}: not enough memory to change it", PrintablePath(source)));
-  }
-}
-
 }  // namespace
 
 void WriteXlsx(const std::filesystem::path& source, const std::filesystem::path& target,
                const Workbook& workbook, const XlsxChanges& changes, const XlsxLimits& limits) {
-  const std::string bytes = RewriteFile(source, workbook, changes, limits);
-  try {
-    WriteFile(target, bytes);
-  } catch (const WorkbookError& error) {
-    throw WorkbookError(fmt::format("{}: {}", PrintablePath(target), error.what()));
-  }
+  std::string bytes;
+  NamingFile(source, [&] {
+    bytes = RewriteArchive(ReadFile(source, limits.file_bytes), workbook, changes, limits);
+  });
+  NamingFile(target, [&] { WriteFile(target, bytes); });
 }
 
 }  // namespace zavhost

@@ -2,10 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <charconv>
-#include <cstdint>
-#include <system_error>
-
 #include "host/xlsx/xml_text.h"
 
 namespace zavhost {
@@ -244,9 +240,7 @@ const XmlAttribute* XmlReader::FindAttribute(std::string_view name) const {
 
 std::string XmlReader::Decoded(const XmlAttribute& attribute) const {
   std::string value;
-  if (!AppendDecoded(attribute.raw, XmlPlace::kAttribute, value)) {
-    Fail("an entity that XML does not define");
-  }
+  AppendDecoded(attribute.raw, XmlPlace::kAttribute, value);
   return value;
 }
 
@@ -269,19 +263,27 @@ std::optional<std::string> XmlReader::PrefixedAttribute(std::string_view local_n
 std::optional<std::uint32_t> XmlReader::NumberAttribute(std::string_view name) const {
   const XmlAttribute* attribute = FindAttribute(name);
   if (attribute == nullptr) return std::nullopt;
-  const std::string_view raw = attribute->raw;
-  std::uint32_t number = 0;
-  const auto [end, error] = std::from_chars(raw.data(), raw.data() + raw.size(), number);
-  if (error != std::errc() || end != raw.data() + raw.size()) {
+  const std::optional<std::uint32_t> number = WholeNumber(attribute->raw);
+  if (!number)
     Fail(fmt::format("attribute '{}' of <{}> is not a valid whole number", name, local_name_));
-  }
   return number;
 }
 
 bool XmlReader::BooleanAttribute(std::string_view name) const {
   const XmlAttribute* attribute = FindAttribute(name);
-  return attribute != nullptr &&
-         (attribute->raw == "1" || attribute->raw == "true" || attribute->raw == "on");
+  return attribute != nullptr && (attribute->raw == "1" || attribute->raw == "true");
+}
+
+bool XmlReader::NextStart() {
+  Event event = Next();
+  while (event != Event::kStart && event != Event::kDone) event = Next();
+  return event == Event::kStart;
+}
+
+bool XmlReader::NextChild() {
+  Event event = Next();
+  while (event == Event::kText) event = Next();
+  return event == Event::kStart;
 }
 
 void XmlReader::SkipElement() {
@@ -308,7 +310,7 @@ void XmlReader::ReadText(std::string& text) {
 
 void XmlReader::AppendText(std::string& text) const {
   const XmlPlace place = literal_text_ ? XmlPlace::kLiteral : XmlPlace::kText;
-  if (!AppendDecoded(text_, place, text)) Fail("an entity that XML does not define");
+  AppendDecoded(text_, place, text);
 }
 
 }  // namespace zavhost

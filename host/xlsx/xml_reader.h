@@ -88,17 +88,21 @@ class XmlReader {
   std::optional<std::string> PrefixedAttribute(std::string_view local_name) const;
   /// The attribute as a whole number; nothing if it is absent. Throws XmlError for other values.
   std::optional<std::uint32_t> NumberAttribute(std::string_view name) const;
-  /// The attribute as a boolean ("1", "true", "on"); false if it is absent.
+  /// The attribute as a boolean ("1", "true"); false if it is absent.
   bool BooleanAttribute(std::string_view name) const;
 
+  /// Moves to the next kStart; false at the end of the document.
+  bool NextStart();
+  /// At an element's kStart, and at the kEnd of each child: moves to the kStart of the next child;
+  /// false at the element's kEnd.
+  bool NextChild();
   /// At kStart: skips to the element's kEnd.
   void SkipElement();
   /// At kStart: calls `action` at the kStart of each child with this (local) name, which it must
   /// read up to its kEnd; skips the other children and stops at the element's kEnd.
   template <typename Action>
   void ForEachChild(std::string_view name, Action action) {
-    for (Event event = Next(); event != Event::kEnd; event = Next()) {
-      if (event != Event::kStart) continue;
+    while (NextChild()) {
       if (local_name_ == name) {
         action();
       } else {

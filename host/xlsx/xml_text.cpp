@@ -54,9 +54,7 @@ std::string DeclaredEncoding(std::string_view text) {
   if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
   if (!text.starts_with("<?xml")) return {};
   const std::string_view declaration = text.substr(0, text.find("?>"));
-  const std::size_t place = declaration.find("encoding");
-  if (place == std::string_view::npos) return {};
-  const std::size_t start = declaration.find_first_of("\"'", place);
+  const std::size_t start = declaration.find_first_of("\"'", declaration.find("encoding"));
   if (start == std::string_view::npos) return {};
   const std::size_t finish = declaration.find(declaration[start], start + 1);
   std::string name(declaration.substr(start + 1, std::min<std::size_t>(finish - start - 1, 40)));
@@ -116,14 +114,10 @@ std::optional<char32_t> EntityCharacter(std::string_view name) {
   if (name == "apos") return U'\'';
   if (!name.starts_with('#')) return std::nullopt;
   name.remove_prefix(1);
-  const int base = name.starts_with('x') ? 16 : 10;
-  if (base == 16) name.remove_prefix(1);
-  std::uint32_t code = 0;
-  const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), code, base);
-  if (error != std::errc() || end != name.data() + name.size() || code == 0 || code > 0x10FFFF ||
-      (code >= 0xD800 && code <= 0xDFFF)) {
-    return std::nullopt;
-  }
+  const std::uint32_t code =
+      (name.starts_with('x') ? WholeNumber(name.substr(1), 16) : WholeNumber(name)).value_or(0);
+  const bool is_half = code >= 0xD800 && code <= 0xDFFF;
+  if (code == 0 || code > 0x10FFFF || is_half) return std::nullopt;
   return static_cast<char32_t>(code);
 }
 
@@ -203,6 +197,13 @@ std::string EncodeXml(std::string text, XmlEncoding encoding) {
   return bytes;
 }
 
+std::optional<std::uint32_t> WholeNumber(std::string_view text, int base) {
+  std::uint32_t number = 0;
+  const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
+  if (error != std::errc() || stop != text.data() + text.size()) return std::nullopt;
+  return number;
+}
+
 std::optional<XmlEntity> EntityAt(std::string_view raw) {
   const std::size_t semicolon = raw.substr(0, 12).find(';');
   if (semicolon == std::string_view::npos) return std::nullopt;
@@ -211,16 +212,15 @@ std::optional<XmlEntity> EntityAt(std::string_view raw) {
   return XmlEntity{*code, semicolon + 1};
 }
 
-bool AppendDecoded(std::string_view raw, XmlPlace place, std::string& out) {
+void AppendDecoded(std::string_view raw, XmlPlace place, std::string& out) {
   const std::string_view special = place == XmlPlace::kAttribute ? "&\r\n\t" : "&\r";
   while (true) {
     const std::size_t next = raw.find_first_of(special);
     out.append(raw.substr(0, next));
-    if (next == std::string_view::npos) return true;
+    if (next == std::string_view::npos) return;
     raw.remove_prefix(next);
-    if (raw.front() == '&' && place != XmlPlace::kLiteral) {
-      const std::optional<XmlEntity> entity = EntityAt(raw);
-      if (!entity) return false;
+    const bool may_be_entity = raw.front() == '&' && place != XmlPlace::kLiteral;
+    if (const auto entity = may_be_entity ? EntityAt(raw) : std::nullopt) {
       AppendUtf8(entity->code, out);
       raw.remove_prefix(entity->length);
     } else {
@@ -269,12 +269,9 @@ void AppendCellText(std::u16string_view text, std::string& out) {
 }
 
 bool NeedsSpacePreserved(std::u16string_view text) {
-  const auto is_space = [](char16_t unit) {
-    return unit == u' ' || unit == u'\t' || unit == u'\n';
-  };
-  return !text.empty() && (is_space(text.front()) || is_space(text.back()) ||
-                           text.find_first_of(u"\t\n") != std::u16string_view::npos ||
-                           text.find(u"  ") != std::u16string_view::npos);
+  return text.starts_with(u' ') || text.ends_with(u' ') ||
+         text.find_first_of(u"\t\n") != std::u16string_view::npos ||
+         text.find(u"  ") != std::u16string_view::npos;
 }
 
 }  // namespace zavhost

@@ -3,6 +3,7 @@
 // that XML does not allow.
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -34,6 +35,9 @@ class XmlDecoder {
 /// The reverse of DecodeXml.
 std::string EncodeXml(std::string text, XmlEncoding encoding);
 
+/// The number that a text consists of, in digits and nothing else; nothing for other texts.
+std::optional<std::uint32_t> WholeNumber(std::string_view text, int base = 10);
+
 struct XmlEntity {
   char32_t code;
   std::size_t length;
@@ -43,9 +47,9 @@ std::optional<XmlEntity> EntityAt(std::string_view raw);
 
 enum class XmlPlace { kText, kAttribute, kLiteral };
 
-/// Appends raw XML text, with resolved entities and line ends converted to "\n" as XML requires.
-/// False for entities other than character references and XML's own five.
-bool AppendDecoded(std::string_view raw, XmlPlace place, std::string& out);
+/// Appends raw XML text, with resolved entities and line ends converted to "\n" as XML requires. An
+/// "&" that begins no entity that XML defines stands for itself.
+void AppendDecoded(std::string_view raw, XmlPlace place, std::string& out);
 
 /// Decodes stored cell text: _xHHHH_ is the UTF-16 code unit HHHH.
 std::u16string UnescapeCellText(std::string_view stored);

@@ -4,18 +4,29 @@
 #include <zip.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <cstring>
+#include <ctime>
 #include <new>
 
 #include "host/xlsx/messages.h"
 
 namespace zavhost {
+namespace owned {
+
+// What libzip hands out, with its owners.
+struct Deleter {
+  void operator()(zip_t* archive) const { zip_discard(archive); }
+  void operator()(zip_source_t* source) const { zip_source_free(source); }
+  void operator()(zip_file_t* file) const { zip_fclose(file); }
+};
+using Archive = std::unique_ptr<zip_t, Deleter>;
+using Source = std::unique_ptr<zip_source_t, Deleter>;
+using File = std::unique_ptr<zip_file_t, Deleter>;
+
+}  // namespace owned
 namespace {
 
 constexpr std::size_t kEndRecordSize = 22;
 constexpr std::size_t kLargestComment = 65'535;
-constexpr std::size_t kDirectoryEntrySize = 46;
 constexpr std::size_t kPieceSize = std::size_t{256} << 10;  // of a part that is unpacked
 
 std::string PartKey(std::string_view name) {
@@ -28,38 +39,17 @@ std::string PartKey(std::string_view name) {
   return key;
 }
 
-std::uint64_t LittleEndian(std::string_view bytes, std::size_t offset, std::size_t size) {
-  std::uint64_t value = 0;
-  for (std::size_t i = size; i-- > 0;) {
-    value = value << 8 | static_cast<unsigned char>(bytes[offset + i]);
-  }
-  return value;
-}
-
-/// The largest number of parts that an end record at the end of the archive declares. libzip
-/// allocates memory for all of them before it answers any question, so this check comes first.
-std::uint64_t DeclaredParts(std::string_view bytes) {
-  std::uint64_t most = 0;
-  const std::size_t tail = std::min(bytes.size(), kEndRecordSize + kLargestComment);
-  for (std::size_t at = bytes.find("PK\5\6", bytes.size() - tail);
-       at != std::string_view::npos && at + kEndRecordSize <= bytes.size();
-       at = bytes.find("PK\5\6", at + 1)) {
-    std::uint64_t parts = LittleEndian(bytes, at + 10, 2);
-    std::uint64_t directory_size = LittleEndian(bytes, at + 12, 4);
-    if (at >= 20 && bytes.substr(at - 20, 4) == "PK\6\7") {
-      const std::uint64_t large = LittleEndian(bytes, at - 12, 8);
-      if (large < at && at - large >= 56 && bytes.substr(large, 4) == "PK\6\6") {
-        parts = std::max(parts == 0xFFFF ? 0 : parts, LittleEndian(bytes, large + 32, 8));
-        directory_size = LittleEndian(bytes, large + 40, 8);
-      }
-    }
-    // Compressed data may look like an end record; a real one is consistent.
-    if (parts <= bytes.size() / kDirectoryEntrySize &&
-        parts * kDirectoryEntrySize <= directory_size) {
-      most = std::max(most, parts);
-    }
-  }
-  return most;
+/// Refuses too many parts, also those of archives in the archive. libzip allocates memory for all
+/// entries of the list of parts before it answers any question, and whatever number it declares, so
+/// this check comes first.
+void CheckCount(std::string_view bytes, std::size_t most) {
+  constexpr std::string_view kEntry = "PK\1\2";
+  std::size_t count = 0;
+  for (std::size_t at = bytes.find(kEntry); at != std::string_view::npos;
+       at = bytes.find(kEntry, at + kEntry.size()))
+    ++count;
+  if (count > most)
+    throw WorkbookError(fmt::format("it has {} parts; at most {} are allowed", count, most));
 }
 
 /// Refuses a file that ends in several ways, of which each program may take another.
@@ -69,8 +59,9 @@ void CheckEnd(std::string_view bytes) {
   for (std::size_t at = bytes.find("PK\5\6", bytes.size() - tail);
        at != std::string_view::npos && at + kEndRecordSize <= bytes.size();
        at = bytes.find("PK\5\6", at + 1)) {
-    const std::uint64_t comment_size = LittleEndian(bytes, at + 20, 2);
-    ends += at + kEndRecordSize + comment_size == bytes.size() ? 1 : 0;
+    const std::size_t low = static_cast<unsigned char>(bytes[at + 20]);
+    const std::size_t high = static_cast<unsigned char>(bytes[at + 21]);
+    ends += at + kEndRecordSize + (high << 8 | low) == bytes.size() ? 1 : 0;
   }
   if (ends > 1)
     throw WorkbookError("the file is damaged: its list of parts can be read in several ways");
@@ -89,10 +80,8 @@ void CheckKind(std::string_view bytes) {
   const std::string name = Printable(part);
   switch (zip_code) {
     case ZIP_ER_NOPASSWD:
-    case ZIP_ER_WRONGPASSWD:
       throw WorkbookError(fmt::format("part '{}' is protected by a password", name));
     case ZIP_ER_COMPNOTSUPP:
-    case ZIP_ER_ENCRNOTSUPP:
       throw WorkbookError(
           fmt::format("part '{}' uses a compression method that is not supported", name));
     case ZIP_ER_CRC:
@@ -102,54 +91,60 @@ void CheckKind(std::string_view bytes) {
   }
 }
 
-/// A source that owns a copy of the bytes: libzip 1.7.3 frees its caller's buffer when it writes an
-/// archive whose beginning is unchanged.
-zip_source_t* MakeSource(std::string_view bytes) {
-  // NOLINTBEGIN(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory): libzip calls free().
-  void* copy = std::malloc(bytes.size());
-  if (copy == nullptr) throw std::bad_alloc();
-  std::memcpy(copy, bytes.data(), bytes.size());
-  zip_source_t* source = zip_source_buffer_create(copy, bytes.size(), 1, nullptr);
-  if (source == nullptr) {
-    std::free(copy);
-    throw std::bad_alloc();
-  }
-  // NOLINTEND(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory)
-  return source;  // NOLINT(clang-analyzer-unix.Malloc): the source frees it
+/// For what libzip refuses only when memory runs out.
+void CheckMemory(bool is_done) {
+  if (!is_done) throw std::bad_alloc();
 }
 
-struct FileCloser {
-  void operator()(zip_file_t* file) const {
-    if (file != nullptr) zip_fclose(file);
-  }
-};
+/// A source that holds a copy of the bytes: libzip 1.7.3 frees its caller's buffer when it writes
+/// an archive whose beginning is unchanged.
+owned::Source MakeSource(std::string_view bytes) {
+  owned::Source source(zip_source_buffer_create(nullptr, 0, 0, nullptr));
+  CheckMemory(source && zip_source_begin_write(source.get()) == 0 &&
+              zip_source_write(source.get(), bytes.data(), bytes.size()) ==
+                  static_cast<zip_int64_t>(bytes.size()) &&
+              zip_source_commit_write(source.get()) == 0);
+  return source;
+}
+
+owned::File OpenFile(zip_t* archive, std::uint64_t index, std::string_view part) {
+  owned::File file(zip_fopen_index(archive, index, 0));
+  if (!file) ThrowPartError(part, zip_error_code_zip(zip_get_error(archive)));
+  return file;
+}
+
+/// Unpacks the next piece of a part, of kPieceSize bytes at most. None are left at its end.
+std::size_t ReadPiece(zip_file_t* file, char* piece, std::string_view part) {
+  const zip_int64_t got = zip_fread(file, piece, kPieceSize);
+  if (got < 0) ThrowPartError(part, zip_error_code_zip(zip_file_get_error(file)));
+  return static_cast<std::size_t>(got);
+}
+
+/// What the list of parts says of a part.
+zip_stat_t StatOf(zip_t* archive, std::uint64_t index) {
+  zip_stat_t stat;
+  zip_stat_init(&stat);
+  zip_stat_index(archive, index, 0, &stat);
+  return stat;
+}
 
 }  // namespace
 
 struct ZipArchive::Handle {
-  zip_t* archive = nullptr;
-  zip_source_t* source = nullptr;  // kept for reading after the archive is closed
-
-  ~Handle() {
-    if (archive != nullptr) zip_discard(archive);
-    if (source != nullptr) zip_source_free(source);
-  }
+  owned::Source source;  // kept for reading after the archive is closed
+  owned::Archive archive;
 };
 
 ZipArchive::ZipArchive(std::string_view bytes, const XlsxLimits& limits)
     : limits_(limits), handle_(std::make_unique<Handle>()) {
   CheckKind(bytes);
   CheckEnd(bytes);
-  const std::uint64_t declared = DeclaredParts(bytes);
-  if (declared > limits_.parts) {
-    throw WorkbookError(
-        fmt::format("it has {} parts; at most {} are allowed", declared, limits_.parts));
-  }
+  CheckCount(bytes, limits_.parts);
   handle_->source = MakeSource(bytes);
-  zip_source_keep(handle_->source);
-  handle_->archive = zip_open_from_source(handle_->source, 0, nullptr);
-  if (handle_->archive == nullptr) {
-    zip_source_free(handle_->source);  // the archive would have taken this reference
+  zip_source_keep(handle_->source.get());
+  handle_->archive.reset(zip_open_from_source(handle_->source.get(), 0, nullptr));
+  if (!handle_->archive) {
+    zip_source_free(handle_->source.get());  // the archive would have taken this reference
     throw WorkbookError("the file is damaged or cut short: its list of parts cannot be read");
   }
   IndexParts();
@@ -158,14 +153,11 @@ ZipArchive::ZipArchive(std::string_view bytes, const XlsxLimits& limits)
 ZipArchive::~ZipArchive() = default;
 
 void ZipArchive::IndexParts() {
-  const auto count = static_cast<std::uint64_t>(zip_get_num_entries(handle_->archive, 0));
-  if (count > limits_.parts) {
-    throw WorkbookError(
-        fmt::format("it has {} parts; at most {} are allowed", count, limits_.parts));
-  }
+  zip_t* archive = handle_->archive.get();
+  const auto count = static_cast<std::uint64_t>(zip_get_num_entries(archive, 0));
   for (std::uint64_t i = 0; i < count; ++i) {
-    const char* name = zip_get_name(handle_->archive, i, ZIP_FL_ENC_GUESS);
-    if (name == nullptr) throw WorkbookError("the list of parts is damaged");
+    const char* name = zip_get_name(archive, i, ZIP_FL_ENC_GUESS);
+    CheckMemory(name != nullptr);
     if (!parts_.emplace(PartKey(name), i).second) {
       throw WorkbookError(
           fmt::format("it holds two parts named '{}'", Printable(std::string_view(name))));
@@ -199,36 +191,29 @@ void ZipArchive::CheckTotal(std::uint64_t more) const {
 
 ZipArchive::AppendPiece ZipArchive::Open(std::string_view part, std::uint64_t limit) {
   const std::uint64_t index = Find(part);
-  zip_stat_t stat;
-  if (zip_stat_index(handle_->archive, index, 0, &stat) == 0 && (stat.valid & ZIP_STAT_SIZE) != 0) {
-    CheckSize(part, stat.size, limit);
-    CheckTotal(stat.size);
-  }
-  const std::shared_ptr<zip_file_t> file(zip_fopen_index(handle_->archive, index, 0), FileCloser());
-  if (!file) ThrowPartError(part, zip_error_code_zip(zip_get_error(handle_->archive)));
+  const std::uint64_t declared = StatOf(handle_->archive.get(), index).size;
+  CheckSize(part, declared, limit);
+  CheckTotal(declared);
+  const std::shared_ptr<zip_file_t> file = OpenFile(handle_->archive.get(), index, part);
   return [this, file, limit, name = std::string(part),
           size = std::uint64_t{0}](std::string& content) mutable {
     const std::size_t before = content.size();
     content.resize(before + kPieceSize);
-    const zip_int64_t got = zip_fread(file.get(), content.data() + before, kPieceSize);
-    content.resize(before + static_cast<std::size_t>(std::max<zip_int64_t>(got, 0)));
-    if (got < 0) ThrowPartError(name, zip_error_code_zip(zip_file_get_error(file.get())));
-    const auto piece = static_cast<std::uint64_t>(got);
+    const std::size_t piece = ReadPiece(file.get(), content.data() + before, name);
+    content.resize(before + piece);
     size += piece;
     CheckSize(name, size, limit);
     CheckTotal(piece);
     unpacked_ += piece;
-    return got > 0;
+    return piece > 0;
   };
 }
 
 std::string ZipArchive::Read(std::string_view part, std::uint64_t limit) {
   const AppendPiece append_piece = Open(part, limit);
   std::string content;
-  zip_stat_t stat;
-  if (zip_stat_index(handle_->archive, Find(part), 0, &stat) == 0 &&
-      (stat.valid & ZIP_STAT_SIZE) != 0)
-    content.reserve(stat.size + kPieceSize);  // bounded, and so is what is not a lie of it
+  // Bounded, and so is what is not a lie of it.
+  content.reserve(StatOf(handle_->archive.get(), Find(part)).size + kPieceSize);
   while (append_piece(content)) {
   }
   return content;
@@ -237,38 +222,25 @@ std::string ZipArchive::Read(std::string_view part, std::uint64_t limit) {
 void ZipArchive::CheckParts() {
   std::vector<char> chunk(kPieceSize);
   for (const auto& [name, index] : parts_) {
-    const std::unique_ptr<zip_file_t, FileCloser> file(zip_fopen_index(handle_->archive, index, 0));
-    if (!file) ThrowPartError(name, zip_error_code_zip(zip_get_error(handle_->archive)));
+    const owned::File file = OpenFile(handle_->archive.get(), index, name);
     std::uint64_t size = 0;
-    while (true) {
-      const zip_int64_t got = zip_fread(file.get(), chunk.data(), chunk.size());
-      if (got < 0) ThrowPartError(name, zip_error_code_zip(zip_file_get_error(file.get())));
-      if (got == 0) break;
-      size += static_cast<std::uint64_t>(got);
-    }
-    zip_stat_t stat;
-    const bool is_known = zip_stat_index(handle_->archive, index, 0, &stat) == 0;
-    if (!is_known || stat.size != size) ThrowPartError(name, ZIP_ER_INCONS);
+    while (const std::size_t piece = ReadPiece(file.get(), chunk.data(), name)) size += piece;
+    if (size != StatOf(handle_->archive.get(), index).size) ThrowPartError(name, ZIP_ER_INCONS);
   }
 }
 
 void ZipArchive::Replace(std::string_view part, std::string content) {
   const std::uint64_t index = Find(part);
-  zip_stat_t stat;
-  const bool has_stat = zip_stat_index(handle_->archive, index, 0, &stat) == 0;
+  zip_t* archive = handle_->archive.get();
+  const std::time_t time = StatOf(archive, index).mtime;
   replacements_.push_back(std::make_unique<std::string>(std::move(content)));
   const std::string& held = *replacements_.back();
-  zip_source_t* source = zip_source_buffer(handle_->archive, held.data(), held.size(), 0);
-  if (source == nullptr) throw std::bad_alloc();
-  if (zip_file_replace(handle_->archive, index, source, 0) != 0) {
-    zip_source_free(source);
-    throw WorkbookError(fmt::format("part '{}' cannot be replaced", Printable(part)));
-  }
-  zip_set_file_compression(handle_->archive, index, ZIP_CM_DEFLATE, 0);
-  // A fixed time, so that the same values give the same bytes.
-  if (has_stat && (stat.valid & ZIP_STAT_MTIME) != 0) {
-    zip_file_set_mtime(handle_->archive, index, stat.mtime, 0);
-  }
+  const owned::Source source(zip_source_buffer(archive, held.data(), held.size(), 0));
+  CheckMemory(source && zip_file_replace(archive, index, source.get(), 0) == 0);
+  zip_source_keep(source.get());  // for the archive, which has taken this reference
+  zip_set_file_compression(archive, index, ZIP_CM_DEFLATE, 0);
+  // The old time, so that the same values give the same bytes.
+  zip_file_set_mtime(archive, index, time, 0);
 }
 
 std::uint64_t ZipArchive::replaced_bytes() const {
@@ -278,29 +250,25 @@ std::uint64_t ZipArchive::replaced_bytes() const {
 }
 
 void ZipArchive::Remove(std::string_view part) {
-  if (zip_delete(handle_->archive, Find(part)) != 0)
-    throw WorkbookError(fmt::format("part '{}' cannot be removed", Printable(part)));
+  CheckMemory(zip_delete(handle_->archive.get(), Find(part)) == 0);
   parts_.erase(PartKey(part));
 }
 
 std::string ZipArchive::Finish() {
-  if (zip_close(handle_->archive) != 0) {
+  zip_t* archive = handle_->archive.release();
+  if (zip_close(archive) != 0) {
+    handle_->archive.reset(archive);
     throw WorkbookError(fmt::format("the workbook cannot be compressed again: {}",
-                                    zip_error_strerror(zip_get_error(handle_->archive))));
+                                    zip_error_strerror(zip_get_error(archive))));
   }
-  handle_->archive = nullptr;
+  zip_source_t* source = handle_->source.get();
   zip_stat_t stat;
   zip_stat_init(&stat);
-  if (zip_source_stat(handle_->source, &stat) != 0 || (stat.valid & ZIP_STAT_SIZE) == 0 ||
-      zip_source_open(handle_->source) != 0) {
-    throw WorkbookError("the workbook cannot be compressed again");
-  }
+  CheckMemory(zip_source_stat(source, &stat) == 0 && zip_source_open(source) == 0);
   std::string packed(stat.size, '\0');
-  const zip_int64_t got = zip_source_read(handle_->source, packed.data(), packed.size());
-  zip_source_close(handle_->source);
-  if (got != static_cast<zip_int64_t>(packed.size())) {
-    throw WorkbookError("the workbook cannot be compressed again");
-  }
+  const zip_int64_t got = zip_source_read(source, packed.data(), packed.size());
+  zip_source_close(source);
+  CheckMemory(got == static_cast<zip_int64_t>(packed.size()));
   return packed;
 }
 

@@ -22,13 +22,13 @@ TEST_CASE("comma-separated text becomes the cells of a sheet") {
       "x,1.5,NA\r\n"
       "\n"
       "\xC3\xBC,-3e2,,true,#n/a,50%,\"\",\" 7 \"\r"
-      "last,1e5");
+      "last,1e5,False");
   const Sheet& sheet = book.sheets.at(0);
   CHECK(book.file_name == u"data.csv");
   CHECK(sheet.name() == u"Data");
   CHECK(zavhost::tests::Content(sheet, "A1:H5") ==
         "\"Name\",\"Value\",\"a \"quoted\", two\r\nlines\",,,,,;\"x\",1.5,,,,,,;,,,,,,,;"
-        "\"\u00FC\",-300,,TRUE,#N/A,0.5,,7;\"last\",100000,,,,,,;");
+        "\"\u00FC\",-300,,TRUE,#N/A,0.5,,7;\"last\",100000,FALSE,,,,,;");
   CHECK(sheet.used_range() == CellRange{0, 0, 4, 7});
 }
 
@@ -55,6 +55,9 @@ TEST_CASE("comma-separated text that cannot be used is refused in one line") {
     CHECK(error.find(words) != std::string::npos);
     CHECK(error.find('\n') == std::string::npos);
   }
+  const TemporaryFolder folder;
+  CHECK_THROWS_WITH_AS(ReadCsv(folder.Put(u"two.csv", "1,NA,2"), {.cells = 1}),
+                       doctest::Contains("more cells than the host can read"), WorkbookError);
   CHECK(!Read("").sheets.at(0).used_range());
   CHECK(Read("\"a;b\"\nc;d\n").sheets.at(0).At(1, 0) == Value(u"c;d"));
   CHECK(Read("a;b,c\n").sheets.at(0).At(0, 0) == Value(u"a;b"));

@@ -47,7 +47,7 @@ TEST_CASE("every hostile workbook ends in one clear line, soon") {
   }
 }
 
-TEST_CASE("limits hold for the file, all parts together and the cells") {
+TEST_CASE("limits hold for the file, all parts together, the sheets and the cells") {
   const TemporaryFolder folder;
   const std::string rows = "<row><c><v>1</v></c><c><v>2</v></c></row>";
   const std::filesystem::path file = folder.Put(u"book.xlsx", ZipBook(OneSheetBook(rows)));
@@ -63,6 +63,16 @@ TEST_CASE("limits hold for the file, all parts together and the cells") {
         std::string::npos);
   CHECK(ReadingError(file, {.kept_bytes = 31}).find("take more than") != std::string::npos);
   CHECK(ReadingError(file, {.kept_bytes = 32}).empty());
+  BookParts chart_sheets = OneSheetBook("");
+  std::string list;
+  for (int i = 0; i < 6; ++i)
+    list += "<sheet name='" + std::to_string(i) + "' sheetId='1' r:id='rId1'/>";
+  chart_sheets["xl/workbook.xml"] = WorkbookXml(list);
+  chart_sheets["xl/_rels/workbook.xml.rels"] =
+      RelationshipsXml(RelationshipXml("rId1", "chartsheet", "chartsheets/sheet1.xml"));
+  const std::filesystem::path charts = folder.Put(u"charts.xlsx", ZipBook(chart_sheets));
+  CHECK(ReadingError(charts, {.parts = 5}).find("it has more than 5 sheets") != std::string::npos);
+  CHECK(ReadingError(charts, {.parts = 6}).empty());
   Workbook book = ReadXlsx(file);
   book.sheets[0].Set(0, 0, 3.0);
   const auto write = [&](std::uint64_t bytes) {

@@ -3,6 +3,8 @@
 #include <bit>
 #include <cstdint>
 #include <fstream>
+#include <limits>
+#include <new>
 #include <random>
 #include <sstream>
 
@@ -61,6 +63,13 @@ TEST_CASE("only t and v of the cells named change") {
                   {{{0, 0}, -0.0}}) == R"(<row r="1"><c><!-- k --><f>x</f><v>-0</v> </c></row>)");
   CHECK(Rewritten(R"(<row r="1"><c r="A1" t="str"><f>x</f><v>1</v></c></row>)",
                   {{{0, 0}, Value()}}) == R"(<row r="1"><c r="A1"><f>x</f></c></row>)");
+  // What no file can hold as a number, and a cell that was and stays empty.
+  CHECK(Rewritten(R"(<row r="2"/><row r="1"><c r="A1"/><c r="B1" t="s"/><c r="C1"/></row>)",
+                  {{{0, 0}, std::numeric_limits<double>::infinity()},
+                   {{0, 1}, Value()},
+                   {{0, 2}, false}}) ==
+        R"(<row r="2"/><row r="1"><c r="A1" t="e"><v>#NUM!</v></c><c r="B1"/>)"
+        R"(<c r="C1" t="b"><v>0</v></c></row>)");
 }
 
 TEST_CASE("a workbook that cannot be written whole is not written") {
@@ -90,6 +99,12 @@ TEST_CASE("texts are escaped so that they read back the same") {
   CHECK(Rewritten("<row><c><f>x</f></c></row>", {{{0, 0}, Value(u" <a>&\r_x0041_ ")}}) ==
         R"(<row><c t="str"><f>x</f>)"
         R"(<v xml:space="preserve"> &lt;a&gt;&amp;_x000D__x005F_x0041_ </v></c></row>)");
+  for (const char16_t* text : {u" a", u"a ", u"a  b", u"\ta", u"a\nb"}) {
+    CHECK(Rewritten("<row><c/></row>", {{{0, 0}, Value(text)}}).find(R"( xml:space="preserve">)") !=
+          std::string::npos);
+  }
+  CHECK(Rewritten("<row><c/></row>", {{{0, 0}, Value(u"a b")}}) ==
+        R"(<row><c t="str"><v>a b</v></c></row>)");
   const TemporaryFolder folder;
   const std::filesystem::path file = folder.Put(
       u"book.xlsx", ZipBook(OneSheetBook(R"(<row><c><v>1</v></c></row><row><c t="s"/></row>)")));
@@ -143,7 +158,8 @@ TEST_CASE("cells of an array that the file lacks are made in their places") {
 TEST_CASE("every other part keeps its packed bytes, whatever it holds") {
   BookParts parts = OneSheetBook("<row><c><v>1</v></c></row>");
   parts["xl/calcChain.xml"] = R"(<calcChain><c r="A1"/></calcChain>)";
-  parts["xl/media/image1.png"] = std::string("\x89PNG\0\1\2", 7) + std::string(5'000, 'i');
+  std::string& image = parts["xl/media/image1.png"] = std::string("\x89PNG\0\1\2", 7);
+  for (std::mt19937 random(1); image.size() < 200'000;) image += static_cast<char>(random());
   parts["customXml/odd.xml"] = "<not well <formed";
   const TemporaryFolder folder;
   const std::filesystem::path source = folder.Put(u"Quelle \u00FC.xlsx", ZipBook(parts));
@@ -225,8 +241,20 @@ TEST_CASE("a failure to write names the file and leaves what was there") {
   CHECK(failure(source, folder.path()).find("this is a folder") != std::string::npos);
   CHECK(failure(source, folder.path() / "none" / "x.xlsx").find("files cannot be written") !=
         std::string::npos);
-  book.sheets[0] = Sheet(u"Renamed");
-  CHECK(failure(source, target).find("have changed since it was read") != std::string::npos);
+  // The file has become another one since it was read: other names, a chart in place of the cells,
+  // fewer sheets.
+  BookParts other = OneSheetBook("");
+  other["xl/workbook.xml"] = WorkbookXml(R"(<sheet name="Other" sheetId="1" r:id="rId1"/>)");
+  BookParts chart = OneSheetBook("");
+  chart["xl/_rels/workbook.xml.rels"] =
+      RelationshipsXml(RelationshipXml("rId1", "chartsheet", "c.xml"));
+  for (const BookParts& parts : {other, chart}) {
+    CHECK(failure(folder.Put(u"other.xlsx", ZipBook(parts)), target)
+              .find("have changed since it was read") != std::string::npos);
+  }
+  book.sheets.emplace_back(u"Second");
+  CHECK_THROWS_WITH_AS(WriteXlsx(source, target, book, {.cells = {{1, 0, 0}}}),
+                       doctest::Contains("have changed since it was read"), WorkbookError);
   CHECK(Bytes(target) == "precious");
 }
 
@@ -241,6 +269,10 @@ TEST_CASE("the range of a dynamic array formula changes with its cells") {
   book.formulas[0].array = CellRange{0, 0, 0, 1};
   book.sheets[0].Set(1, 0, Value());
   book.sheets[0].Set(0, 1, 5.0);
+  // Where no cell changes, the sheet is not even unpacked.
+  const std::string before = Bytes(file);
+  WriteXlsx(file, file, book, {}, {.changed_bytes = 0});
+  CHECK(Bytes(file) == before);
   WriteXlsx(file, file, book, {.cells = {{0, 0, 0}, {0, 1, 0}, {0, 0, 1}}});
   CHECK(ZipArchive(Bytes(file), {}).Read(kSheetPart) ==
         SheetXml(R"(<row r="1"><c r="A1" cm="1"><f t="array" ref="A1:B1">x</f><v>1</v></c>)"
@@ -250,13 +282,19 @@ TEST_CASE("the range of a dynamic array formula changes with its cells") {
 TEST_CASE("a workbook of values has no formulas and no list of their cells") {
   BookParts parts = OneSheetBook(
       R"(<row r="1"><c r="A1" s="3" cm="1"><f t="array" ref="A1">x</f><v>1</v></c><c r="B1"><v>7</v></c>)"
-      R"(<c r="C1" t="str"><f>y</f><v>a</v></c><c r="D1"><f>z</f></c><c r="E1" t="s"><v>0</v></c></row>)");
+      R"(<c r="C1" t="str"><f>y</f><v>a</v></c><c r="D1"><f>z</f></c><c r="E1" t="s"><v>0</v></c>)"
+      R"(<c r="F1" cm="1"><f t="array" ref="F1">x</f></c></row>)");
+  parts["xl/worksheets/sheet2.xml"] =
+      SheetXml(R"(<row><c><f t="shared" si="7"/><v>3</v></c></row>)");
+  parts["xl/workbook.xml"] = WorkbookXml(
+      R"(<sheet name="Data" sheetId="1" r:id="rId1"/><sheet name="More" sheetId="2" r:id="rId4"/>)");
   parts["xl/sharedStrings.xml"] = "<sst><si><t>kept</t></si></sst>";
   parts["xl/calcChain.xml"] = R"(<calcChain><c r="A1"/></calcChain>)";
   parts["xl/_rels/workbook.xml.rels"] =
       RelationshipsXml(RelationshipXml("rId1", "worksheet", "worksheets/sheet1.xml") +
                        RelationshipXml("rId2", "calcChain", "calcChain.xml") +
-                       RelationshipXml("rId3", "sharedStrings", "sharedStrings.xml"));
+                       RelationshipXml("rId3", "sharedStrings", "sharedStrings.xml") +
+                       RelationshipXml("rId4", "worksheet", "worksheets/sheet2.xml"));
   const std::string types = R"(<Types><Override PartName="/a" ContentType="b"/>)";
   const std::string chain =
       R"(<Override PartName="/xl/calcChain.xml" ContentType="x.calcChain+xml"/>)";
@@ -265,17 +303,29 @@ TEST_CASE("a workbook of values has no formulas and no list of their cells") {
   const std::filesystem::path file = folder.Put(u"book.xlsx", ZipBook(parts));
   Workbook book = ReadXlsx(file);
   book.sheets[0].Set(0, 0, 2.0);
-  WriteXlsx(file, file, book, {.cells = {{0, 0, 0}}, .values_only = true});
+  book.sheets[0].Set(0, 5, u"b");
+  WriteXlsx(file, file, book, {.cells = {{0, 0, 0}, {0, 0, 5}}, .values_only = true});
   ZipArchive archive(Bytes(file), {});
   CHECK(
       archive.Read(kSheetPart) ==
       SheetXml(
           R"(<row r="1"><c r="A1" s="3"><v>2</v></c><c r="B1"><v>7</v></c><c r="C1" t="str"><v>a</v></c>)"
-          R"(<c r="D1"></c><c r="E1" t="s"><v>0</v></c></row>)"));
+          R"(<c r="D1"></c><c r="E1" t="s"><v>0</v></c><c r="F1" t="str"><v>b</v></c></row>)"));
+  CHECK(archive.Read("xl/worksheets/sheet2.xml") == SheetXml("<row><c><v>3</v></c></row>"));
   CHECK_FALSE(archive.Has("xl/calcChain.xml"));
   CHECK(archive.Read("[Content_Types].xml") == types + "</Types>");
   CHECK(archive.Read("xl/_rels/workbook.xml.rels").find("calcChain") == std::string::npos);
   CHECK(ReadXlsx(file).formulas.empty());
+  // Without the list, or with nothing but a relationship to it, there is nothing to take away.
+  for (const char* list : {"calcChain", "unknown"}) {
+    BookParts without = OneSheetBook("<row><c><f>x</f></c></row>");
+    without["xl/_rels/workbook.xml.rels"] =
+        RelationshipsXml(RelationshipXml("rId1", "worksheet", "worksheets/sheet1.xml") +
+                         RelationshipXml("rId2", list, "calcChain.xml"));
+    const std::filesystem::path other = folder.Put(u"other.xlsx", ZipBook(without));
+    WriteXlsx(other, other, ReadXlsx(other), {.values_only = true});
+    CHECK(ReadXlsx(other).formulas.empty());
+  }
 }
 
 TEST_CASE("charts store what their cells show") {
@@ -286,28 +336,61 @@ TEST_CASE("charts store what their cells show") {
       R"(<c:val><c:numRef><c:f>cells</c:f><c:numCache><c:formatCode>0.0</c:formatCode><c:ptCount val="1"/>)"
       R"(<c:pt idx="0"><c:v>9</c:v></c:pt></c:numCache><c:extLst/></c:numRef></c:val>)";
   const std::string kept =
-      R"(<c:val><c:numRef><c:f>nothing</c:f><c:numCache/></c:numRef></c:val></c:ser></c:chart>)";
+      R"(<c:val><c:numRef><c:f>nothing</c:f><c:numCache/></c:numRef></c:val>)"
+      R"(<c:val><c:numRef><c:f>million</c:f><c:numCache/></c:numRef></c:val></c:ser></c:chart>)";
   parts["xl/charts/chart1.xml"] = before + kept;
   parts["[Content_Types].xml"] =
-      R"(<Types><Override PartName="/xl/charts/chart1.xml" ContentType="a.drawingml.chart+xml"/></Types>)";
+      R"(<Types><Override PartName="/xl/charts/chart1.xml" ContentType="a.drawingml.chart+xml"/>)"
+      R"(<Override PartName="/xl/charts/absent.xml" ContentType="a.drawingml.chart+xml"/></Types>)";
   const TemporaryFolder folder;
   const std::filesystem::path file = folder.Put(u"book.xlsx", ZipBook(parts));
   Workbook book = ReadXlsx(file);
   book.sheets[0].Set(0, 0, 0.1);
   book.sheets[0].Set(0, 1, Value(u"a<b"));
+  book.sheets[0].Set(2, 0, ErrorCode::kNA);
+  book.sheets[0].Set(1, 1, false);
+  book.sheets[0].Set(2, 1, true);
+  book.sheets[0].Set(99, 16'000, 1.0);
   XlsxChanges changes;
   changes.find_reference = [](std::u16string_view text) -> std::optional<Reference> {
-    if (text == u"cells") return Reference{0, {{0, 0, 1, 0}, {0, 1, 0, 1}, {5, 5, 5, 5}}};
-    if (text == u"name") return Reference{0, {{0, 1, 0, 1}}};
+    if (text == u"cells") return Reference{0, {{0, 0, 2, 0}, {0, 1, 2, 1}, {5, 5, 5, 5}}};
+    if (text == u"name") return Reference{0, {{0, 1, 2, 1}}};
+    if (text == u"million") return Reference{0, {{0, 0, 99, 16'000}}};
     return std::nullopt;
   };
   WriteXlsx(file, file, book, changes);
   CHECK(
       ZipArchive(Bytes(file), {}).Read("xl/charts/chart1.xml") ==
-      R"(<c:chart xmlns:c="m"><c:ser><c:tx><c:strRef><c:f>name</c:f><c:strCache><c:ptCount val="1"/>)"
-      R"(<c:pt idx="0"><c:v>a&lt;b</c:v></c:pt></c:strCache></c:strRef></c:tx>)"
-      R"(<c:val><c:numRef><c:f>cells</c:f><c:numCache><c:formatCode>0.0</c:formatCode><c:ptCount val="4"/>)"
-      R"(<c:pt idx="0"><c:v>0.1</c:v></c:pt><c:pt idx="1"><c:v>2</c:v></c:pt></c:numCache><c:extLst/>)"
+      R"(<c:chart xmlns:c="m"><c:ser><c:tx><c:strRef><c:f>name</c:f><c:strCache><c:ptCount val="3"/>)"
+      R"(<c:pt idx="0"><c:v>a&lt;b</c:v></c:pt><c:pt idx="1"><c:v>FALSE</c:v></c:pt><c:pt idx="2"><c:v>TRUE</c:v></c:pt></c:strCache></c:strRef></c:tx>)"
+      R"(<c:val><c:numRef><c:f>cells</c:f><c:numCache><c:formatCode>0.0</c:formatCode><c:ptCount val="7"/>)"
+      R"(<c:pt idx="0"><c:v>0.1</c:v></c:pt><c:pt idx="1"><c:v>2</c:v></c:pt>)"
+      R"(<c:pt idx="2"><c:v>#N/A</c:v></c:pt></c:numCache><c:extLst/>)"
       R"(</c:numRef></c:val>)" +
           kept);
+}
+
+TEST_CASE("charts that cannot be rewritten, and too little memory for their cells") {
+  BookParts parts = OneSheetBook("");
+  const TemporaryFolder folder;
+  const auto write = [&](const FindReference& find_reference) {
+    const std::filesystem::path file = folder.Put(u"book.xlsx", ZipBook(parts));
+    WriteXlsx(file, file, ReadXlsx(file), {.find_reference = find_reference});
+    return Bytes(file) == ZipBook(parts);
+  };
+  const FindReference find_nothing = [](std::u16string_view) { return std::nullopt; };
+  parts["xl/charts/chart1.xml"] = "<chart><numRef><f>x</f>";
+  parts["[Content_Types].xml"] =
+      R"(<Types><Override PartName="/xl/charts/chart1.xml" ContentType="a.drawingml.chart+xml"/></Types>)";
+  CHECK_THROWS_WITH_AS(
+      write(find_nothing),
+      doctest::Contains("book.xlsx: part 'xl/charts/chart1.xml' is damaged: it ends"),
+      WorkbookError);
+  parts["xl/charts/chart1.xml"] += "</numRef></chart>";
+  CHECK_THROWS_WITH_AS(
+      write([](std::u16string_view) -> std::optional<Reference> { throw std::bad_alloc(); }),
+      doctest::Contains("book.xlsx: not enough memory"), WorkbookError);
+  CHECK(write(find_nothing));
+  parts.erase("[Content_Types].xml");
+  CHECK(write(find_nothing));
 }
