@@ -13,7 +13,7 @@ OrFailure<std::optional<std::uint64_t>> ConvertedSheetId(const XLOPER12& referen
 }
 
 OrFailure<std::optional<std::uint64_t>> CallingSheetId(const XLOPER12& reference) {
-  const auto converted = ConvertedSheetId(reference);
+  auto converted = ConvertedSheetId(reference);
   if (!converted.ok() || *converted) return converted;
   return SheetIdOf(SheetNameOf(XXloper::FromArgument(&reference)));
 }
