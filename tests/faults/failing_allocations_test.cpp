@@ -2,7 +2,7 @@
 // next call the right one.
 #include <doctest/doctest.h>
 
-#include "faults/function_calls.h"
+#include "faults/open_functions.h"
 #include "support/counted_allocations.h"
 
 namespace zavrel::tests {

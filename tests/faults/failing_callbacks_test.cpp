@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "excel/reference.h"
-#include "faults/function_calls.h"
+#include "faults/open_functions.h"
 
 namespace zavrel::tests {
 namespace {
