@@ -43,6 +43,13 @@ HRESULT WINAPI CopyInd(VARIANT* to, const VARIANT* from) {
   return LibraryMemory::Grants() ? VariantCopyInd(to, const_cast<VARIANT*>(from)) : E_OUTOFMEMORY;
 }
 
+/// So little memory that the add-in keeps nothing in its caches.
+BOOL WINAPI MemoryStatus(MEMORYSTATUSEX* status) {
+  if (!GlobalMemoryStatusEx(status)) return FALSE;
+  status->dwMemoryLoad = 99;
+  return TRUE;
+}
+
 struct Replaced {
   const char* name;
   std::uintptr_t by;
@@ -63,9 +70,10 @@ const Replaced kReplaced[] = {By("malloc", &Malloc),
                               By("SafeArrayCreateVector", &ArrayCreateVector),
                               By("SafeArrayRedim", &ArrayRedim),
                               By("VariantChangeType", &ChangeType),
-                              By("VariantCopyInd", &CopyInd)};
+                              By("VariantCopyInd", &CopyInd),
+                              By("GlobalMemoryStatusEx", &MemoryStatus)};
 
-/// Leads one entry of a table of imports here, if it is one of an allocator.
+/// Leads one entry of a table of imports here, if it is one of these.
 void Replace(const char* name, std::uintptr_t* entry) {
   for (const Replaced& replaced : kReplaced) {
     if (std::strcmp(replaced.name, name) != 0) continue;
