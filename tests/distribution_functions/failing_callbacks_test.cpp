@@ -14,10 +14,9 @@ TEST_CASE("whichever call into the host fails, no wrong number of a distribution
   for (const Example& example : ExamplesOf(Example::Sample::kRange)) {
     CHECK_FALSE(example.Call().is_failure);
     failures += FailEachCallback(
-        add_in.excel,
-        {.name = example.name(),
-         .call = [&] { return example.Call(); },
-         .forget = [] { Session::Current()->KeepUpCaches(UpkeepMode::kClearAll); }});
+        add_in.excel, {.name = example.name(),
+                       .call = [&] { return example.Call(); },
+                       .forget = [] { Session::Current()->KeepUpCaches(UpkeepMode::kClearAll); }});
     CHECK(add_in.excel.unfreed() <= 1);  // the latest result may hold a value of the host's
   }
   CHECK(failures > 100);

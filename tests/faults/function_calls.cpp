@@ -2,6 +2,7 @@
 
 #include <doctest/doctest.h>
 
+#include <cmath>
 #include <memory>
 #include <utility>
 #include <variant>
@@ -102,7 +103,9 @@ Outcome OfRecord(const XLOPER12* record) {
   return {std::move(shown), is_failure};
 }
 
-Outcome OfNumber(double number) { return {std::to_string(number), number == -1 || number == 0}; }
+Outcome OfNumber(double number) {
+  return {std::to_string(number), number == -1 || number == 0 || std::isnan(number)};
+}
 
 }  // namespace
 

@@ -152,7 +152,8 @@ class Trial {
     if (!failed) return reached;
     ++trials_;
     if (!outcome.is_failure) Require(outcome, fault.name, place);
-    if (calls_on > 0) FAIL_CHECK(repeated_.name, ", call ", place, ", calls on: ", std::string(fault.name));
+    if (calls_on > 0)
+      FAIL_CHECK(repeated_.name, ", call ", place, ", calls on: ", std::string(fault.name));
     Require(repeated_.call(), fault.name, place);
     return true;
   }
