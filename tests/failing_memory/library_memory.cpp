@@ -1,39 +1,49 @@
 #include "failing_memory/library_memory.h"
 
 #include <atomic>
-#include <limits>
+#include <thread>
 
 #include "support/fake_excel.h"
 
 namespace zavrel::tests {
 namespace {
 
-constexpr std::int64_t kPlenty = std::numeric_limits<std::int64_t>::max();
+using Shortage = LibraryMemory::Shortage;
 
-// Threads of the add-in ask as well.
-std::atomic<std::int64_t> left{kPlenty};
-std::atomic<bool> lasting{false};
+std::atomic<bool> is_short{false};
+std::atomic<std::thread::id> short_thread;
+// Of that thread alone, except the last.
+Shortage kind;
+std::int64_t left;
 std::atomic<bool> has_failed{false};
+
+bool IsGranted() noexcept {
+  const bool is_other = std::this_thread::get_id() != short_thread.load();
+  if (kind == Shortage::kOtherThreads) return !is_other;
+  if (is_other) return true;
+  --left;
+  return left >= 0 || (kind == Shortage::kOneRequest && left < -1);
+}
 
 }  // namespace
 
 void LibraryMemory::RunOut(std::int64_t granted, Shortage shortage) {
-  has_failed = false;
-  lasting = shortage == Shortage::kLasting;
+  kind = shortage;
   left = granted;
+  short_thread = std::this_thread::get_id();
+  has_failed = false;
+  is_short = true;
 }
 
 bool LibraryMemory::Return() {
-  left = kPlenty;
+  is_short = false;
   return has_failed;
 }
 
 bool LibraryMemory::Grants() noexcept {
-  if (left.load() == kPlenty || FakeExcel::inside > 0) return true;
-  const std::int64_t before = left.fetch_sub(1);
-  const bool fails = before == 0 || (before < 0 && lasting);
-  if (fails) has_failed = true;
-  return !fails;
+  if (!is_short || FakeExcel::inside > 0 || IsGranted()) return true;
+  has_failed = true;
+  return false;
 }
 
 }  // namespace zavrel::tests

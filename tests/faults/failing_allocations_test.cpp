@@ -2,7 +2,12 @@
 // next call the right one.
 #include <doctest/doctest.h>
 
+#include <new>
+#include <string>
+
+#include "diagnostics/vek_exception.h"
 #include "faults/open_functions.h"
+#include "msexcel/cell_value.h"
 #include "support/counted_allocations.h"
 
 namespace zavrel::tests {
@@ -30,7 +35,24 @@ bool Fails(OpenFunctions& add_in, const RegisteredFunction& function, std::size_
   return true;
 }
 
+/// What is not copied for lack of memory must not be destroyed either.
+template <class Variant>
+void RequireNoCopy() {
+  const Variant text = std::u16string(40, u'x');
+  const auto copy = [&] {
+    until_failure = 0;
+    const Variant copied = text;
+    return copied.index();
+  };
+  CHECK_THROWS_AS(copy(), std::bad_alloc);
+}
+
 }  // namespace
+
+TEST_CASE("a value of one kind or another, with a text, that finds no memory for its copy") {
+  RequireNoCopy<MessageArgument>();
+  RequireNoCopy<MsExcel::CellValue>();
+}
 
 TEST_CASE("whichever allocation fails, a function gives an error or the right value") {
   OpenFunctions add_in;

@@ -9,12 +9,6 @@
 namespace zavrel::tests {
 namespace {
 
-struct Fault {
-  const char* name;
-  int code;
-  std::uint32_t type;  // of the answer that is given with success
-  enum class Content { kPlain, kOne, kFewer, kMore, kNothing, kForged } content = Content::kPlain;
-};
 using Content = Fault::Content;
 
 // The same for every call. What a call could be answered with is left out by IsAnswer.
@@ -63,7 +57,9 @@ bool IsAnswer(const Fault& fault, int function, FakeExcel::Arguments arguments) 
   if (fault.content == Content::kNothing) return false;
   constexpr std::uint32_t kNoCell = xltypeNum | xltypeStr | xltypeErr | xltypeMulti;
   if (function == xlfCaller) return (fault.type & kNoCell) != 0;
-  if (function != xlCoerce) return function == xlSheetNm && fault.type == xltypeStr;
+  if (function == xlfRegister) return (fault.type & (xltypeNum | xltypeInt)) != 0;
+  if (function == xlSheetNm || function == xlfGetWorkspace) return fault.type == xltypeStr;
+  if (function != xlCoerce) return false;
   if (arguments.size() == 2)  // a conversion
     return fault.type == static_cast<std::uint32_t>(arguments[1]->val.w);
   const auto [rows, columns] = SizeAsked(*arguments[0]);
@@ -84,7 +80,8 @@ void FillArray(Content content, const XLOPER12& asked, FakeExcel& excel, XLOPER1
   excel.GiveArray(rows, columns, result);
 }
 
-int Answer(const Fault& fault, FakeExcel::Arguments arguments, FakeExcel& excel, XLOPER12& result) {
+int AnswerOf(const Fault& fault, FakeExcel::Arguments arguments, FakeExcel& excel,
+             XLOPER12& result) {
   if (fault.code != xlretSuccess) return fault.code;
   result = {};
   result.xltype = fault.type;
@@ -107,6 +104,28 @@ int Answer(const Fault& fault, FakeExcel::Arguments arguments, FakeExcel& excel,
   return xlretSuccess;
 }
 
+}  // namespace
+
+std::span<const Fault> Faults() { return kFaults; }
+
+PlantedFault::PlantedFault(FakeExcel& excel, const Fault& fault, int place)
+    : excel_(excel), fault_(fault), left_(place) {
+  excel.fault = [this](int function, FakeExcel::Arguments arguments, XLOPER12& result) {
+    return Answer(function, arguments, result);
+  };
+}
+
+std::optional<int> PlantedFault::Answer(int function, FakeExcel::Arguments arguments,
+                                        XLOPER12& result) {
+  const bool wants_no_more = fault_.code == xlretUncalced || fault_.code == xlretAbort;
+  calls_on_ += failed_ && wants_no_more ? 1 : 0;
+  if (left_ < 0 || left_-- > 0 || IsAnswer(fault_, function, arguments)) return std::nullopt;
+  failed_ = true;
+  return AnswerOf(fault_, arguments, excel_, result);
+}
+
+namespace {
+
 /// Calls with faults, and holds each outcome against the one without a fault.
 class Trial {
  public:
@@ -116,7 +135,7 @@ class Trial {
   }
 
   int Run() {
-    for (const Fault& fault : kFaults) {
+    for (const Fault& fault : Faults()) {
       // A long computation asks hundreds of times whether it is to end.
       for (int place = 0; Fails(fault, place); place += 1 + place / 10) {
       }
@@ -132,28 +151,16 @@ class Trial {
   /// False if the function makes no call at this place.
   bool Fails(const Fault& fault, int place) {
     repeated_.forget();
-    bool reached = false;
-    bool failed = false;
-    int calls_on = 0;
-    const bool ends_call = fault.code == xlretUncalced || fault.code == xlretAbort;
-    excel_.fault = [&, left = place](int asked, FakeExcel::Arguments arguments,
-                                     XLOPER12& result) mutable -> std::optional<int> {
-      if (left-- != 0) {
-        calls_on += failed && ends_call ? 1 : 0;
-        return std::nullopt;
-      }
-      reached = true;
-      if (IsAnswer(fault, asked, arguments)) return std::nullopt;
-      failed = true;
-      return Answer(fault, arguments, excel_, result);
-    };
-    const Outcome outcome = repeated_.call();
-    excel_.fault = nullptr;
-    if (!failed) return reached;
+    Outcome outcome;
+    {
+      const PlantedFault planted(excel_, fault, place);
+      outcome = repeated_.call();
+      if (!planted.failed()) return planted.reached();
+      if (planted.calls_on() > 0)
+        FAIL_CHECK(repeated_.name, ", call ", place, ", calls on: ", std::string(fault.name));
+    }
     ++trials_;
     if (!outcome.is_failure) Require(outcome, fault.name, place);
-    if (calls_on > 0)
-      FAIL_CHECK(repeated_.name, ", call ", place, ", calls on: ", std::string(fault.name));
     Require(repeated_.call(), fault.name, place);
     return true;
   }
