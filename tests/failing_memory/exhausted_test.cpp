@@ -14,8 +14,7 @@
 #include "faults/function_calls.h"
 #include "platform/export.h"
 
-extern "C" ZAV_EXPORT int MdCallBack12(int function, int count, XLOPER12** arguments,
-                                       XLOPER12* result) {
+ZAV_EXPORT int MdCallBack12(int function, int count, XLOPER12** arguments, XLOPER12* result) {
   return zavrel::ExcelCallback()(function, count, arguments, result);
 }
 
@@ -80,8 +79,11 @@ class Trial {
   /// the first to fail: what the library takes memory for once has none either.
   void WithoutMemory() {
     std::vector<Outcome> outcomes;
-    for (std::int64_t k = 0; auto outcome = CallWithout(k, Shortage::kLasting); k = After(k))
-      outcomes.push_back(*std::move(outcome));
+    for (std::int64_t k = 0;; k = After(k)) {
+      const auto outcome = CallWithout(k, Shortage::kLasting);
+      if (!outcome) break;
+      outcomes.push_back(*outcome);
+    }
     right_ = Call();
     for (const Outcome& outcome : outcomes) Require(outcome, "without memory");
     failures_ += outcomes.size();
@@ -146,6 +148,7 @@ TEST_CASE("whenever memory is exhausted, a function gives an error or the right 
   const std::vector<RegisteredFunction> functions = FunctionsOf(add_in.excel, add_in.library());
   for (std::size_t shape = 0; shape < RegisteredFunction::kShapes; shape += 5) {
     std::vector<RepeatedCall> calls;
+    calls.reserve(functions.size());
     for (const RegisteredFunction& function : functions)
       calls.push_back({function.name() + ", shape " + std::to_string(shape), function.is_volatile(),
                        [&, shape](const auto& around) { return function.Call(shape, around); }});
@@ -156,8 +159,9 @@ TEST_CASE("whenever memory is exhausted, a function gives an error or the right 
 
 TEST_CASE("whenever memory is exhausted, no wrong number of a distribution is shown") {
   const OpenLibrary add_in(ZAVREL_DISTRIBUTIONS_ADD_IN, {});
-  std::vector<RepeatedCall> calls;
   const std::vector<Example> examples = ExamplesOf(Example::Sample::kRange, add_in.library());
+  std::vector<RepeatedCall> calls;
+  calls.reserve(examples.size());
   for (const Example& example : examples)
     calls.push_back(
         {example.name(), false, [&](const auto& around) { return example.Call(around); }});

@@ -119,7 +119,9 @@ std::optional<int> PlantedFault::Answer(int function, FakeExcel::Arguments argum
                                         XLOPER12& result) {
   const bool wants_no_more = fault_.code == xlretUncalced || fault_.code == xlretAbort;
   calls_on_ += failed_ && wants_no_more ? 1 : 0;
-  if (left_ < 0 || left_-- > 0 || IsAnswer(fault_, function, arguments)) return std::nullopt;
+  if (left_ < 0) return std::nullopt;
+  --left_;
+  if (left_ >= 0 || IsAnswer(fault_, function, arguments)) return std::nullopt;
   failed_ = true;
   return AnswerOf(fault_, arguments, excel_, result);
 }

@@ -73,7 +73,7 @@ Life WholeLife() {
 
 /// False if there is no call at this place.
 bool LivesThrough(const Fault& fault, int place, const Life& whole) {
-  Boxes boxes;
+  const Boxes boxes;
   FakeExcel excel;
   excel.registers_twice = true;
   bool reached = false;

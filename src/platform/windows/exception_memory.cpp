@@ -28,9 +28,9 @@ void Throw() noexcept {
 }  // namespace
 
 // The linker leads every call of malloc here (cmake/Shipped.cmake).
-// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): the linker's names.
+// NOLINTBEGIN(*-reserved-identifier,readability-identifier-naming): the linker's names.
 extern "C" void* __real_malloc(std::size_t bytes);
 extern "C" void* __wrap_malloc(std::size_t bytes) {
   return std::exchange(refuse_next, false) ? nullptr : __real_malloc(bytes);
 }
-// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
+// NOLINTEND(*-reserved-identifier,readability-identifier-naming)

@@ -88,7 +88,7 @@ class EntryPoint {
   template <class Around>
   Outcome Call(std::size_t shape, Around around) const {
     Prepare();
-    MacroArguments arguments(declaration_, shape, excel_);
+    const MacroArguments arguments(declaration_, shape, excel_);
     Outcome outcome;
     outcome.before = arguments.Held();
     std::uint64_t word = 0;

@@ -116,7 +116,7 @@ void MacroArguments::AddText(const std::string& name) {
 
 void MacroArguments::AddBstrPlace(BSTR text) {
   text_places_.push_back(text);
-  words_.AddPointer(shape_ == 3 ? nullptr : &text_places_.back());
+  words_.AddPointer(shape_ == 3 ? nullptr : static_cast<const void*>(&text_places_.back()));
 }
 
 void MacroArguments::AddVariant(const std::string& name) {
@@ -148,10 +148,9 @@ void MacroArguments::AddNumbers(const std::string& name) {
   } else if (is_series) {
     arrays_.push_back(MacroArray{1, 2.5, 3, 3, name == "y" ? 9.0 : 4.0, 5, 8, 13});
   } else {
-    arrays_.push_back(
-        MacroArray(DoubleMatrix{{4, 1, 2, 0.5}, {1, 3, 0, 1}, {2, 0, 5, 1}, {0.5, 1, 1, 2}}));
+    arrays_.emplace_back(DoubleMatrix{{4, 1, 2, 0.5}, {1, 3, 0, 1}, {2, 0, 5, 1}, {0.5, 1, 1, 2}});
   }
-  words_.AddPointer(&arrays_.back().array);
+  words_.AddPointer(static_cast<const void*>(&arrays_.back().array));
 }
 
 void MacroArguments::AddVariants() {
@@ -162,7 +161,7 @@ void MacroArguments::AddVariants() {
   } else {
     arrays_.push_back(FormulaBlock());
   }
-  words_.AddPointer(&arrays_.back().array);
+  words_.AddPointer(static_cast<const void*>(&arrays_.back().array));
 }
 
 std::string MacroArguments::Held() const {

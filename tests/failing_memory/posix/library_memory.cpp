@@ -20,29 +20,29 @@ void* Asked(Ask ask) noexcept {
 }  // namespace
 }  // namespace zavrel::tests
 
-// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): the C library's names.
+// NOLINTBEGIN(readability-*): the C library's own parameters have other names.
 extern "C" {
-void* __libc_malloc(std::size_t bytes);
-void* __libc_calloc(std::size_t count, std::size_t bytes);
-void* __libc_realloc(void* block, std::size_t bytes);
-void* __libc_memalign(std::size_t alignment, std::size_t bytes);
+void* LibcMalloc(std::size_t bytes) asm("__libc_malloc");
+void* LibcCalloc(std::size_t count, std::size_t bytes) asm("__libc_calloc");
+void* LibcRealloc(void* block, std::size_t bytes) asm("__libc_realloc");
+void* LibcMemalign(std::size_t alignment, std::size_t bytes) asm("__libc_memalign");
 
 [[gnu::visibility("default")]] void* malloc(std::size_t bytes) {
-  return zavrel::tests::Asked([=] { return __libc_malloc(bytes); });
+  return zavrel::tests::Asked([=] { return LibcMalloc(bytes); });
 }
 [[gnu::visibility("default")]] void* calloc(std::size_t count, std::size_t bytes) {
-  return zavrel::tests::Asked([=] { return __libc_calloc(count, bytes); });
+  return zavrel::tests::Asked([=] { return LibcCalloc(count, bytes); });
 }
 [[gnu::visibility("default")]] void* realloc(void* block, std::size_t bytes) {
-  return zavrel::tests::Asked([=] { return __libc_realloc(block, bytes); });
+  return zavrel::tests::Asked([=] { return LibcRealloc(block, bytes); });
 }
 [[gnu::visibility("default")]] void* aligned_alloc(std::size_t alignment, std::size_t bytes) {
-  return zavrel::tests::Asked([=] { return __libc_memalign(alignment, bytes); });
+  return zavrel::tests::Asked([=] { return LibcMemalign(alignment, bytes); });
 }
 [[gnu::visibility("default")]] int posix_memalign(void** block, std::size_t alignment,
                                                   std::size_t bytes) {
-  *block = zavrel::tests::Asked([=] { return __libc_memalign(alignment, bytes); });
+  *block = zavrel::tests::Asked([=] { return LibcMemalign(alignment, bytes); });
   return *block != nullptr ? 0 : ENOMEM;
 }
 }
-// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
+// NOLINTEND(readability-*)

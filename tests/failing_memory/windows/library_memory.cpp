@@ -12,6 +12,7 @@
 namespace zavrel::tests {
 namespace {
 
+// NOLINTBEGIN(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory): in their place.
 void* Malloc(std::size_t bytes) { return LibraryMemory::Grants() ? std::malloc(bytes) : nullptr; }
 void* Calloc(std::size_t count, std::size_t bytes) {
   return LibraryMemory::Grants() ? std::calloc(count, bytes) : nullptr;
@@ -19,6 +20,7 @@ void* Calloc(std::size_t count, std::size_t bytes) {
 void* Realloc(void* block, std::size_t bytes) {
   return LibraryMemory::Grants() ? std::realloc(block, bytes) : nullptr;
 }
+// NOLINTEND(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory)
 char* StrDup(const char* text) { return LibraryMemory::Grants() ? _strdup(text) : nullptr; }
 BSTR WINAPI AllocStringByteLen(LPCSTR text, UINT bytes) {
   return LibraryMemory::Grants() ? SysAllocStringByteLen(text, bytes) : nullptr;
