@@ -19,8 +19,7 @@ TEST_CASE("whichever call into the host fails, no wrong number of a distribution
                        .forget = [] { Session::Current()->KeepUpCaches(UpkeepMode::kClearAll); }});
     CHECK(add_in.excel.unfreed() <= 1);  // the latest result may hold a value of the host's
   }
-  CHECK(failures > 100);
-  MESSAGE(failures);
+  CHECK(failures > 1'000);
 }
 
 }  // namespace zavrel::tests

@@ -104,7 +104,7 @@ TEST_CASE("whichever call fails while an add-in opens and closes, the next openi
   for (const Fault& fault : Faults()) {
     for (int place = 0; LivesThrough(fault, place, whole); place += 1 + place / 2) ++failures;
   }
-  MESSAGE(failures);
+  CHECK(failures > 100);
 }
 
 }  // namespace zavrel::tests
