@@ -36,8 +36,8 @@ constexpr Reading kNameSampleParameters("SRV", MissingDataPolicy::kNumbersOnly);
 constexpr Reading kNameSampleTest("SRsllV", MissingDataPolicy::kNumbersOnly);
 constexpr Reading kSampleAndCount("Rl", MissingDataPolicy::kNumbersOnly);
 
-/// True once the user has pressed Esc or Excel wants the call to end. Excel keeps the break, so that
-/// its calculation ends too.
+/// True once the user has pressed Esc or Excel wants the call to end. Excel keeps the break, so
+/// that its calculation ends too.
 bool UserCancelled() {
   const ExcelResult answer = CallExcel(xlAbort, {XXloper::Boolean(true)});
   if (WantsReturn(answer)) return true;
