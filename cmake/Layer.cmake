@@ -1,5 +1,6 @@
 # zavrel_layer(TARGET FOLDER LIBRARIES...): the static library of a folder. What stands in its subfolder windows/
-# or posix/ belongs to that system alone; a main.cpp there is a program's and not in the library. A folder may use
+# or posix/ belongs to that system alone; a main.cpp there is a program's and not in the library, and exception_memory.cpp
+# belongs to each library that ships (Shipped.cmake). A folder may use
 # those among its LIBRARIES and, through them, what they use; a test reads the includes (tests/layers).
 if(WIN32)
   set(ZAVREL_SYSTEM windows)
@@ -8,7 +9,7 @@ else()
 endif()
 function(zavrel_layer target folder)
   file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp ${folder}/${ZAVREL_SYSTEM}/*.cpp)
-  list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+  list(FILTER sources EXCLUDE REGEX "/(main|exception_memory)\\.cpp$")
   if(NOT sources)
     file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/${target}_empty.cpp "")
     set(sources ${CMAKE_CURRENT_BINARY_DIR}/${target}_empty.cpp)

@@ -15,6 +15,7 @@
 #include "excel/arguments.h"
 #include "excel/or_failure.h"
 #include "platform/block_pool.h"
+#include "platform/variant_copies.h"
 
 namespace zavrel {
 

@@ -34,6 +34,7 @@
 #include "excel/or_failure.h"
 #include "excel/xxloper.h"
 #include "numbers/numeric_range.h"
+#include "platform/variant_copies.h"
 
 namespace zavrel {
 

@@ -8,6 +8,7 @@
 #include "platform/clock.h"
 #include "platform/operating_system.h"
 #include "platform/temporary_folder.h"
+#include "platform/thread_exceptions.h"
 #include "platform/utf.h"
 
 namespace zavrel {
@@ -75,7 +76,7 @@ void LogFile::StartFlushing() {
 }
 
 void LogFile::FlushUntilClosed() {
-  NameThisThread(kFlushThreadName);
+  if (SetUpThreadExceptions()) NameThisThread(kFlushThreadName);
   auto flushed_at = std::chrono::steady_clock::now();
   thread_runs_ = true;
   while (!closing_) {

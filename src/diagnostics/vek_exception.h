@@ -10,6 +10,8 @@
 #include <variant>
 #include <vector>
 
+#include "platform/variant_copies.h"
+
 namespace zavrel {
 
 /// A value to insert into a message text.

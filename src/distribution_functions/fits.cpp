@@ -13,6 +13,7 @@
 #include "distribution_functions/asked_distribution.h"
 #include "distribution_functions/kept_results.h"
 #include "distribution_functions/result_table.h"
+#include "excel/coerce.h"
 #include "excel/excel_call.h"
 #include "fitting/goodness_of_fit.h"
 #include "fitting/rank.h"
@@ -35,9 +36,11 @@ constexpr Reading kNameSampleParameters("SRV", MissingDataPolicy::kNumbersOnly);
 constexpr Reading kNameSampleTest("SRsllV", MissingDataPolicy::kNumbersOnly);
 constexpr Reading kSampleAndCount("Rl", MissingDataPolicy::kNumbersOnly);
 
-/// True once the user has pressed Esc. Excel keeps the break, so that its calculation ends too.
+/// True once the user has pressed Esc or Excel wants the call to end. Excel keeps the break, so
+/// that its calculation ends too.
 bool UserCancelled() {
   const ExcelResult answer = CallExcel(xlAbort, {XXloper::Boolean(true)});
+  if (WantsReturn(answer)) return true;
   return answer.ok() && answer.value.Is(xltypeBool) && answer.value.record().val.xbool != 0;
 }
 

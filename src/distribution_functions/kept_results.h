@@ -8,6 +8,7 @@
 
 #include "data/excel_data.h"
 #include "data/latest_map.h"
+#include "platform/variant_copies.h"
 
 namespace zavrel {
 

@@ -6,6 +6,7 @@
 #include <variant>
 
 #include "excel/xxloper.h"
+#include "platform/variant_copies.h"
 
 namespace zavrel {
 

@@ -9,6 +9,7 @@
 #include <variant>
 
 #include "formula/language.h"
+#include "platform/variant_copies.h"
 
 namespace formula {
 

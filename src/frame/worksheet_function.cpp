@@ -43,7 +43,8 @@ bool frame::RunWorksheetBody(const char* name, FunctionRef<void()> body,
 }
 
 const char* frame::KeepText(const std::string& text) noexcept {
-  static thread_local std::array<char, 256> kept;
+  // Not a thread_local: its first use would take memory, and end the process if there is none.
+  static std::array<char, 256> kept;
   const std::size_t size = std::min(text.size(), kept.size() - 1);
   std::copy_n(text.data(), size, kept.data());
   kept[size] = '\0';

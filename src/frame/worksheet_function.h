@@ -44,7 +44,7 @@ namespace frame {
 /// threw anything, or when the add-in is not open and the body did not run.
 bool RunWorksheetBody(const char* name, FunctionRef<void()> body, ResultText result) noexcept;
 
-/// Keeps a narrow result, at most 255 bytes, until this thread's next one.
+/// Keeps a narrow result, at most 255 bytes, until the next one. Excel's main thread only.
 const char* KeepText(const std::string& text) noexcept;
 /// A narrow result, which may be null, as the log shows it.
 std::string KeptText(const char* text);
@@ -76,7 +76,7 @@ Number PlainFunction(
 }
 
 /// A worksheet function with a narrow text as its result (C): UTF-8 of at most 255 bytes, in a
-/// buffer that lives until this thread's next such result. A null pointer, which Excel shows as
+/// buffer that lives until the next such result. A null pointer, which Excel shows as
 /// #NUM!, if the body has no text or throws.
 inline const char* TextFunction(const char* name,
                                 FunctionRef<std::optional<std::string>()> body) noexcept {

@@ -6,6 +6,8 @@
 #include <variant>
 #include <vector>
 
+#include "platform/variant_copies.h"
+
 namespace MsExcel {
 
 /// An error value by Excel's number: 7 for #DIV/0!, 42 for #N/A.

@@ -14,6 +14,6 @@ std::u16string OperatingSystemDescription();
 std::uint32_t ThreadPrimaryLanguage();
 
 /// Names the calling thread for debuggers. Systems may ignore or truncate the name.
-void NameThisThread(const std::string& name) noexcept;
+void NameThisThread(const char* name) noexcept;
 
 }  // namespace zavrel

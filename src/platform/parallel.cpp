@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <thread>
 
 #include "platform/standing_threads.h"
@@ -29,7 +30,17 @@ class Section {
 };
 
 std::atomic<bool> section_runs{false};
-thread_local int calling_thread_only = 0;
+
+// The thread whose CallingThreadOnly lives. Not a thread_local: in a library for Windows its first
+// use takes memory, and the process ends if there is none.
+std::atomic<const int*> calling_thread_only{nullptr};
+
+/// Another address in every thread.
+const int* ThisThread() noexcept { return &errno; }
+
+bool StaysHere() noexcept {
+  return calling_thread_only.load(std::memory_order_relaxed) == ThisThread();
+}
 
 std::size_t Processors() noexcept {
   static const std::size_t processors = std::max(1u, std::thread::hardware_concurrency());
@@ -38,16 +49,21 @@ std::size_t Processors() noexcept {
 
 }  // namespace
 
-CallingThreadOnly::CallingThreadOnly() noexcept { ++calling_thread_only; }
-CallingThreadOnly::~CallingThreadOnly() { --calling_thread_only; }
+CallingThreadOnly::CallingThreadOnly() noexcept {
+  const int* nobody = nullptr;
+  is_first_ = calling_thread_only.compare_exchange_strong(nobody, ThisThread());
+}
+CallingThreadOnly::~CallingThreadOnly() {
+  if (is_first_) calling_thread_only = nullptr;
+}
 
 std::size_t ParallelThreads() noexcept {
-  const bool alone = calling_thread_only > 0 || section_runs.load(std::memory_order_relaxed);
+  const bool alone = StaysHere() || section_runs.load(std::memory_order_relaxed);
   return alone ? 1 : Processors();
 }
 
 void parallel::Run(std::size_t count, Task task) noexcept {
-  const std::size_t threads = calling_thread_only > 0 ? 1 : std::min(count, Processors());
+  const std::size_t threads = StaysHere() ? 1 : std::min(count, Processors());
   if (threads < 2 || section_runs.exchange(true, std::memory_order_acquire)) {
     for (std::size_t index = 0; index < count; ++index) task.run(task.object, index);
     return;

@@ -16,13 +16,16 @@ void Run(std::size_t count, Task task) noexcept;
 }  // namespace parallel
 
 /// While it lives, what its thread hands out stays on this thread: for work that is done before
-/// another thread wakes.
+/// another thread wakes. If several threads have one at the same time, that holds for the first.
 class CallingThreadOnly {
  public:
   CallingThreadOnly() noexcept;
   ~CallingThreadOnly();
   CallingThreadOnly(const CallingThreadOnly&) = delete;
   CallingThreadOnly& operator=(const CallingThreadOnly&) = delete;
+
+ private:
+  bool is_first_ = false;
 };
 
 /// The maximum number of participating threads: one for each processor that this process may use,

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "numbers/double_matrix.h"
+#include "platform/variant_copies.h"
 
 namespace zavrel::services {
 

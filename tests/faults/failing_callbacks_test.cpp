@@ -2,188 +2,24 @@
 // gives an error or the right value, keeps nothing of the failure, and frees what it was given.
 #include <doctest/doctest.h>
 
-#include <algorithm>
-
-#include "excel/reference.h"
-#include "faults/function_calls.h"
+#include "faults/host_faults.h"
+#include "faults/open_functions.h"
 
 namespace zavrel::tests {
-namespace {
-
-struct Fault {
-  const char* name;
-  int code;
-  std::uint32_t type;  // of the answer that is given with success
-  enum class Content { kPlain, kOne, kFewer, kMore, kNothing, kForged } content = Content::kPlain;
-};
-using Content = Fault::Content;
-
-// The same for every call. What a call could be answered with is left out by IsAnswer.
-constexpr Fault kFaults[] = {
-    {"xlretAbort", xlretAbort, 0},
-    {"xlretInvXlfn", xlretInvXlfn, 0},
-    {"xlretInvCount", xlretInvCount, 0},
-    {"xlretInvXloper", xlretInvXloper, 0},
-    {"xlretStackOvfl", xlretStackOvfl, 0},
-    {"xlretFailed", xlretFailed, 0},
-    {"xlretUncalced", xlretUncalced, 0},
-    {"xlretNotThreadSafe", xlretNotThreadSafe, 0},
-    {"xlretInvAsynchronousContext", xlretInvAsynchronousContext, 0},
-    {"xlretNotClusterSafe", xlretNotClusterSafe, 0},
-    {"an undocumented code", -7, 0},
-    {"success without an answer", xlretSuccess, 0},
-    {"an error value", xlretSuccess, xltypeErr},
-    {"a number", xlretSuccess, xltypeNum},
-    {"a text", xlretSuccess, xltypeStr},
-    {"a text without memory", xlretSuccess, xltypeStr, Content::kNothing},
-    {"a boolean", xlretSuccess, xltypeBool},
-    {"an integer", xlretSuccess, xltypeInt},
-    {"nil", xlretSuccess, xltypeNil},
-    {"missing", xlretSuccess, xltypeMissing},
-    {"a reference without areas", xlretSuccess, xltypeRef, Content::kNothing},
-    {"an area off the sheet", xlretSuccess, xltypeSRef},
-    {"flow", xlretSuccess, xltypeFlow},
-    {"big data", xlretSuccess, xltypeBigData},
-    {"an array of one", xlretSuccess, xltypeMulti, Content::kOne},
-    {"an array with a row less", xlretSuccess, xltypeMulti, Content::kFewer},
-    {"an array with a row more", xlretSuccess, xltypeMulti, Content::kMore},
-    {"an array without memory", xlretSuccess, xltypeMulti, Content::kNothing},
-    {"an array of no rows", xlretSuccess, xltypeMulti, Content::kForged},
-};
-
-/// The rows and columns that a look-up asks for.
-std::pair<std::int32_t, std::int32_t> SizeAsked(const XLOPER12& asked) {
-  const auto view = ReferenceView::Of(asked);
-  if (!view) return {1, 1};
-  return {RowsOf(view->areas().front()), ColumnsOf(view->areas().front())};
-}
-
-/// Whether a call may well be answered so, in which case no function can know better.
-bool IsAnswer(const Fault& fault, int function, FakeExcel::Arguments arguments) {
-  if (fault.code != xlretSuccess || fault.content == Content::kForged) return false;
-  if (fault.content == Content::kNothing) return false;
-  constexpr std::uint32_t kNoCell = xltypeNum | xltypeStr | xltypeErr | xltypeMulti;
-  if (function == xlfCaller) return (fault.type & kNoCell) != 0;
-  if (function != xlCoerce) return function == xlSheetNm && fault.type == xltypeStr;
-  if (arguments.size() == 2)  // a conversion
-    return fault.type == static_cast<std::uint32_t>(arguments[1]->val.w);
-  const auto [rows, columns] = SizeAsked(*arguments[0]);
-  constexpr std::int32_t kWhole = 10'000;  // of these, hosts may leave out what is not used
-  if (fault.type == xltypeMulti)
-    return fault.content != Content::kMore &&
-           (rows > kWhole || columns > kWhole || rows * columns == 1);
-  constexpr std::uint32_t kCell =
-      xltypeErr | xltypeNum | xltypeStr | xltypeBool | xltypeInt | xltypeNil | xltypeMissing;
-  return (fault.type & kCell) != 0 && rows * columns == 1;
-}
-
-void FillArray(Content content, const XLOPER12& asked, FakeExcel& excel, XLOPER12& result) {
-  auto [rows, columns] = SizeAsked(asked);
-  if (content == Content::kOne) rows = columns = 1;
-  if (content == Content::kFewer) rows = std::max(1, rows - 1);
-  if (content == Content::kMore) ++rows;
-  excel.GiveArray(rows, columns, result);
-}
-
-int Answer(const Fault& fault, FakeExcel::Arguments arguments, FakeExcel& excel, XLOPER12& result) {
-  if (fault.code != xlretSuccess) return fault.code;
-  result = {};
-  result.xltype = fault.type;
-  if (fault.content == Content::kForged) {
-    excel.GiveArray(1, 1, result);
-    result.val.array.rows = 0;
-  } else if (fault.type == xltypeMulti && fault.content == Content::kNothing) {
-    result.val.array = {nullptr, 3, 1};
-  } else if (fault.type == xltypeMulti && !arguments.empty()) {
-    FillArray(fault.content, *arguments[0], excel, result);
-  } else if (fault.type == xltypeStr && fault.content == Content::kPlain) {
-    excel.GiveText(u"nobody", result);
-  } else if (fault.type == xltypeErr) {
-    result.val.err = xlerrNull;
-  } else if (fault.type == xltypeNum) {
-    result.val.num = 17;
-  } else if (fault.type == xltypeSRef) {
-    result.val.sref = {1, Area(-1, 0, 0, 0)};
-  }
-  return xlretSuccess;
-}
-
-/// Calls with shapes and faults, and holds each outcome against the one without a fault.
-class Trial {
- public:
-  Trial(OpenFunctions& add_in, const RegisteredFunction& function, std::size_t shape)
-      : add_in_(add_in), function_(function), shape_(shape) {
-    add_in_.ClearCaches();
-    right_ = function_.Call(shape_);
-  }
-
-  void Run() {
-    for (const Fault& fault : kFaults) {
-      for (int place = 0; Fails(fault, place); ++place) {
-      }
-    }
-    add_in_.ClearCaches();
-    add_in_.excel.free_code = xlretFailed;
-    Require(function_.Call(shape_), "cannot be freed", 0);
-    add_in_.excel.free_code = xlretSuccess;
-  }
-
-  static int trials() { return trials_; }
-
- private:
-  /// False if the function makes no call at this place.
-  bool Fails(const Fault& fault, int place) {
-    add_in_.ClearCaches();
-    FakeExcel& excel = add_in_.excel;
-    bool reached = false;
-    bool failed = false;
-    int calls_on = 0;
-    const bool ends_call = fault.code == xlretUncalced || fault.code == xlretAbort;
-    excel.fault = [&, left = place](int asked, FakeExcel::Arguments arguments,
-                                    XLOPER12& result) mutable -> std::optional<int> {
-      if (left-- != 0) {
-        calls_on += failed && ends_call ? 1 : 0;
-        return std::nullopt;
-      }
-      reached = true;
-      if (IsAnswer(fault, asked, arguments)) return std::nullopt;
-      failed = true;
-      return Answer(fault, arguments, excel, result);
-    };
-    const Outcome outcome = function_.Call(shape_);
-    excel.fault = nullptr;
-    if (!failed) return reached;
-    ++trials_;
-    if (!outcome.is_failure) Require(outcome, fault.name, place);
-    if (calls_on > 0) FAIL_CHECK(function_.name(), " calls on: ", fault.name);
-    Require(function_.Call(shape_), fault.name, place);
-    return true;
-  }
-
-  void Require(const Outcome& outcome, const std::string& fault, int place) {
-    if (outcome.shown == right_.shown || function_.is_volatile()) return;
-    FAIL_CHECK(function_.name(), ", shape ", shape_, ", call ", place, ": ", fault, ": ",
-               outcome.shown, " in the place of ", right_.shown);
-  }
-
-  inline static int trials_ = 0;
-
-  OpenFunctions& add_in_;
-  const RegisteredFunction& function_;
-  std::size_t shape_;
-  Outcome right_;
-};
-
-}  // namespace
 
 TEST_CASE("whichever call into the host fails, a function gives an error or the right value") {
   OpenFunctions add_in;
+  int failures = 0;
   for (const RegisteredFunction& function : FunctionsOf(add_in.excel)) {
     for (std::size_t shape = 0; shape < RegisteredFunction::kShapes; shape += 2)
-      Trial(add_in, function, shape).Run();
+      failures += FailEachCallback(add_in.excel,
+                                   {.name = function.name() + ", shape " + std::to_string(shape),
+                                    .call = [&] { return function.Call(shape); },
+                                    .forget = [&] { add_in.ClearCaches(); },
+                                    .is_volatile = function.is_volatile()});
     CHECK(add_in.excel.unfreed() <= 1);  // the latest result may hold a value of the host's
   }
-  CHECK(Trial::trials() > 10'000);
+  CHECK(failures > 10'000);
 }
 
 }  // namespace zavrel::tests

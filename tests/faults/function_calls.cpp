@@ -2,15 +2,13 @@
 
 #include <doctest/doctest.h>
 
+#include <cmath>
 #include <memory>
 #include <utility>
 #include <variant>
 
-#include "frame/session.h"
 #include "host/capi/native_call.h"
-#include "platform/module.h"
 #include "platform/utf.h"
-#include "support/quiet_services.h"
 
 namespace zavrel::tests {
 namespace {
@@ -105,22 +103,13 @@ Outcome OfRecord(const XLOPER12* record) {
   return {std::move(shown), is_failure};
 }
 
-Outcome OfNumber(double number) { return {std::to_string(number), number == -1 || number == 0}; }
+Outcome OfNumber(double number) {
+  return {std::to_string(number), number == -1 || number == 0 || std::isnan(number)};
+}
 
 }  // namespace
 
-OpenFunctions::OpenFunctions() {
-  FillSheet();
-  Session::Open(ThisAddIn(), QuietServices());
-  Announcement announcement;
-  announcement.application_id = kFunctionsCompanion;
-  announcement.language_id = 9;
-  Session::Current()->Announce(announcement);
-}
-
-OpenFunctions::~OpenFunctions() { Session::Close(); }
-
-void OpenFunctions::FillSheet() {
+void FillSheet(FakeExcel& excel) {
   const std::vector<Cell> x = {2.5, 3.5, 1.25, 4.0, 6.5, 5.25, 2.0, 8.0, 7.5, 9.0, 3.0, 5.75};
   const std::vector<Cell> y = {1.0, 2.0, 3.5, 3.0, 7.0, 4.0, 2.0, 7.0, 8.5, 8.0, 4.0, 6.0};
   const std::vector<Cell> groups = {1.0,  u"b", 2.0,  1.0, true, u"b",
@@ -135,26 +124,23 @@ void OpenFunctions::FillSheet() {
   excel.caller = Area(20, 25, 0, 1);
 }
 
-void OpenFunctions::ClearCaches() {
-  Session::Current()->KeepUpCaches(UpkeepMode::kClearAll);
-  if (excel.Has(u"ZavrelDestack")) {
-    // A handle stands in its cell as long as the selection that it names is kept.
-    using Destack = const char*(const XLOPER12*, const XLOPER12*, const XLOPER12*, const XLOPER12*,
-                                const XLOPER12*);
-    static const Argument name{Cell(u"b")};
-    static const Reference values(Area(0, kRows - 1, 0, 0));
-    static const Reference categories(Area(0, kRows - 1, 2, 2));
-    auto* const destack =
-        AsFunction<Destack>(LoadedModule::HostExecutable().FindExport("ZavrelDestack"));
-    excel.Set(kHandle.rwFirst, kHandle.colFirst,
-              Utf16FromUtf8(destack(values, categories, name, nullptr, nullptr)));
-  }
+void EnterHandle(FakeExcel& excel, const LoadedModule& add_in) {
+  // A handle stands in its cell as long as the selection that it names is kept.
+  using Destack = const char*(const XLOPER12*, const XLOPER12*, const XLOPER12*, const XLOPER12*,
+                              const XLOPER12*);
+  auto* const destack = AsFunction<Destack>(add_in.FindExport("ZavrelDestack"));
+  if (destack == nullptr) return;
+  static const Argument name{Cell(u"b")};
+  static const Reference values(Area(0, kRows - 1, 0, 0));
+  static const Reference categories(Area(0, kRows - 1, 2, 2));
+  const char* const handle = destack(values, categories, name, nullptr, nullptr);
+  excel.Set(kHandle.rwFirst, kHandle.colFirst, Utf16FromUtf8(handle));
 }
 
-RegisteredFunction::RegisteredFunction(const Registered& registered)
+RegisteredFunction::RegisteredFunction(const Registered& registered, const LoadedModule& add_in)
     : name_(Utf8FromUtf16(registered.export_name())),
       type_(std::get<zavhost::TypeText>(zavhost::ParseTypeText(registered.texts[2]))),
-      address_(LoadedModule::HostExecutable().FindExport(name_.c_str())) {
+      address_(add_in.FindExport(name_.c_str())) {
   REQUIRE_MESSAGE(address_ != nullptr, name_);
 }
 
@@ -186,9 +172,10 @@ Outcome RegisteredFunction::Call(std::size_t shape,
   }
 }
 
-std::vector<RegisteredFunction> FunctionsOf(const FakeExcel& excel) {
+std::vector<RegisteredFunction> FunctionsOf(const FakeExcel& excel, const LoadedModule& add_in) {
   std::vector<RegisteredFunction> functions;
-  for (const auto& [name, registered] : excel.functions()) functions.emplace_back(registered);
+  for (const auto& [name, registered] : excel.functions())
+    functions.emplace_back(registered, add_in);
   return functions;
 }
 

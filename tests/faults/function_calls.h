@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/capi/type_text.h"
+#include "platform/module.h"
 #include "support/fake_excel.h"
 
 namespace zavrel::tests {
@@ -18,26 +19,14 @@ struct Outcome {
   bool is_failure = false;  // an error, or what a function shows in the place of one
 };
 
-/// The add-in open in a host of the tests', with a sheet of data; everything is registered.
-class OpenFunctions {
- public:
-  OpenFunctions();
-  ~OpenFunctions();
-  OpenFunctions(const OpenFunctions&) = delete;
-  OpenFunctions& operator=(const OpenFunctions&) = delete;
-
-  /// Forgets what earlier calls left behind.
-  void ClearCaches();
-
-  FakeExcel excel;
-
- private:
-  void FillSheet();
-};
+/// Data for the functions' arguments, and the place of the formulas.
+void FillSheet(FakeExcel& excel);
+/// Selects anew, and enters, what a handle in the sheet names, if the add-in has such functions.
+void EnterHandle(FakeExcel& excel, const LoadedModule& add_in = LoadedModule::HostExecutable());
 
 class RegisteredFunction {
  public:
-  explicit RegisteredFunction(const Registered& registered);
+  RegisteredFunction(const Registered& registered, const LoadedModule& add_in);
 
   const std::string& name() const { return name_; }
   /// Gives another result at each call.
@@ -54,6 +43,7 @@ class RegisteredFunction {
   void* address_;
 };
 
-std::vector<RegisteredFunction> FunctionsOf(const FakeExcel& excel);
+std::vector<RegisteredFunction> FunctionsOf(
+    const FakeExcel& excel, const LoadedModule& add_in = LoadedModule::HostExecutable());
 
 }  // namespace zavrel::tests

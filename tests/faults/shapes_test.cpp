@@ -1,6 +1,6 @@
 #include <doctest/doctest.h>
 
-#include "faults/function_calls.h"
+#include "faults/open_functions.h"
 
 namespace zavrel::tests {
 

@@ -86,6 +86,7 @@ class FakeExcel {
   bool Has(const char16_t* export_name) const { return by_name_.count(export_name) == 1; }
   std::u16string refused_export;  // xlfRegister of this one fails
   int registrations = 0;          // ever
+  bool registers_twice = false;   // the same function, as after an unregistering that failed
   /// The names that Excel knows: of registered functions, and those that were not deleted.
   const std::set<std::u16string>& names() const { return known_; }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "excel/xxloper.h"
+#include "platform/variant_copies.h"
 
 namespace zavrel::tests {
 

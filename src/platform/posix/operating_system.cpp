@@ -17,9 +17,9 @@ std::u16string OperatingSystemDescription() {
 
 std::uint32_t ThreadPrimaryLanguage() { return 9; }
 
-void NameThisThread(const std::string& name) noexcept {
+void NameThisThread(const char* name) noexcept {
   char cut[16] = {};  // the longest name that the system accepts, with its terminator
-  std::strncpy(cut, name.c_str(), sizeof cut - 1);
+  std::strncpy(cut, name, sizeof cut - 1);
   pthread_setname_np(pthread_self(), cut);
 }
 

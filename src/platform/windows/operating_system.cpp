@@ -33,7 +33,7 @@ std::u16string OperatingSystemDescription() {
 
 std::uint32_t ThreadPrimaryLanguage() { return GetThreadLocale() & 0x3FF; }
 
-void NameThisThread(const std::string& name) noexcept {
+void NameThisThread(const char* name) noexcept {
   try {
     // Looked up, since some supported versions of Windows lack it.
     const auto library = LoadedModule::ByName(u"kernelbase");

@@ -15,6 +15,7 @@
 #include "platform/clock.h"
 #include "platform/module.h"
 #include "platform/operating_system.h"
+#include "platform/thread_exceptions.h"
 #include "platform/windows/system_handle.h"
 #include "platform/windows/wide.h"
 #include "services/windows/dialog_template.h"
@@ -116,6 +117,11 @@ class ProgressDialog::Window {
   }
 
   void Run() noexcept {
+    if (SetUpThreadExceptions()) ShowUntilEnded();
+    SetEvent(is_gone_.get());
+  }
+
+  void ShowUntilEnded() noexcept {
     try {
       NameThisThread("zavrel progress");
       if (WaitForSingleObject(has_ended_.get(), kDelayMilliseconds) == WAIT_TIMEOUT && Create()) {
@@ -124,7 +130,6 @@ class ProgressDialog::Window {
       }
     } catch (...) {  // without memory, there is no dialog
     }
-    SetEvent(is_gone_.get());
   }
 
   bool Create() {
