@@ -172,7 +172,11 @@ int ExcelApi::Call(int function, int count, XLOPER12** arguments, XLOPER12* resu
   XLOPER12 fresh;
   std::memset(&fresh, 0, sizeof fresh);
   fresh.xltype = xltypeNil;
-  const int code = CallInOrder(function, count, arguments, &fresh);
+  int code = xlretFailed;
+  try {
+    code = CallInOrder(function, count, arguments, &fresh);
+  } catch (const std::bad_alloc&) {  // nothing is thrown into an add-in
+  }
   if (code != xlretSuccess) WriteError(xlerrValue, fresh);
   // xlFree does not touch its result, which may be the freed record itself.
   if (function != xlFree) answer = fresh;
@@ -198,11 +202,7 @@ int ExcelApi::CallInOrder(int function, int count, XLOPER12** arguments, XLOPER1
   // After an add-in was told that a cell is not calculated, it must return. It may only find out
   // about further such cells.
   if (met_uncalculated_ && function != xlCoerce) return xlretUncalced;
-  try {
-    return Dispatch(function, given, *result);
-  } catch (const std::bad_alloc&) {
-    return xlretFailed;
-  }
+  return Dispatch(function, given, *result);
 }
 
 int ExcelApi::Dispatch(int function, const Arguments& arguments, XLOPER12& result) {

@@ -38,8 +38,9 @@ bool NamesFile(std::u16string_view module, const std::filesystem::path& file) {
   if (EqualIgnoringCase(module, zavrel::Utf16FromPath(file)) ||
       EqualIgnoringCase(module, zavrel::Utf16FromPath(file.filename())))
     return true;
+  const std::string name = Utf8FromUtf16(module);  // half a character would make no path
   std::error_code ignored;
-  return std::filesystem::equivalent(std::filesystem::path(module), file, ignored);
+  return std::filesystem::equivalent(std::u8string(name.begin(), name.end()), file, ignored);
 }
 
 bool IsFunctionName(std::u16string_view name) {
