@@ -20,6 +20,8 @@ if(NOT WIN32 AND NOT ZAVREL_SANITIZE)
   # The C library checks the sizes of buffers that it is given.
   target_compile_definitions(zavrel_options INTERFACE $<$<CONFIG:Release>:_FORTIFY_SOURCE=2>)
 endif()
+# The test preset switches off what AddressSanitizer remembers of threads' data in libraries: its search for leaks would
+# still look there when the library is unloaded, and crash.
 if(ZAVREL_SANITIZE)
   # The sanitizers' checks hide from GCC what is initialised; the other builds keep the warning.
   target_compile_options(zavrel_options INTERFACE -Wno-maybe-uninitialized

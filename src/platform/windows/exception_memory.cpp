@@ -2,12 +2,12 @@
 // needs memory for. Without memory, a library that had thrown nothing yet would end the process
 // instead of throwing std::bad_alloc: the reserve for exceptions is guarded by a mutex that takes
 // memory when it is first locked, and its failure is an exception again.
+#include <atomic>
 #include <cstddef>
-#include <utility>
 
 namespace {
 
-bool refuse_next = false;  // set while the loader's lock is held, so by one thread
+std::atomic<bool> refuse_next{false};  // set while the loader's lock is held, so by one thread
 
 void Throw() noexcept {
   try {
@@ -31,6 +31,8 @@ void Throw() noexcept {
 // NOLINTBEGIN(*-reserved-identifier,readability-identifier-naming): the linker's names.
 extern "C" void* __real_malloc(std::size_t bytes);
 extern "C" void* __wrap_malloc(std::size_t bytes) {
-  return std::exchange(refuse_next, false) ? nullptr : __real_malloc(bytes);
+  // Only read as a rule, since threads that allocate at the same time share it.
+  const bool refused = refuse_next.load(std::memory_order_relaxed) && refuse_next.exchange(false);
+  return refused ? nullptr : __real_malloc(bytes);
 }
 // NOLINTEND(*-reserved-identifier,readability-identifier-naming)
