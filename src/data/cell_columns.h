@@ -90,7 +90,7 @@ class CellColumns {
 
   BlockArray<CellTag> tags_;
   BlockArray<double> payloads_;
-  std::vector<BlockArray<char16_t>> texts_;  // so that what is stored is never moved as it grows
+  std::vector<BlockArray<char16_t>> texts_;  // beyond the first block, nothing stored is moved
   std::array<std::size_t, kCellTags> counts_{};
   RunningSum running_sum_;
   bool knows_sum_ = true;

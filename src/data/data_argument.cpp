@@ -110,8 +110,9 @@ DataArgument ReadPieces(Pieces pieces, std::size_t most_cells) {
   if (expected > most_cells) return Unreadable();
 
   ExcelDataCache* cache = SessionExcelDataCache();
-  SheetIds unknown;
-  std::optional<std::string> key = DataKey(pieces, cache != nullptr ? cache->sheet_ids() : unknown);
+  std::optional<SheetIds> unknown;  // only made where no session keeps them
+  std::optional<std::string> key =
+      DataKey(pieces, cache != nullptr ? cache->sheet_ids() : unknown.emplace());
   if (!key) return Failure::Uncalculated();
   std::shared_ptr<ExcelData> known = cache != nullptr ? cache->Find(*key) : nullptr;
   if (known != nullptr && known->size() > most_cells) known = nullptr;

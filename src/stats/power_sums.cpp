@@ -22,26 +22,24 @@ void SumPairs(const double* values, std::size_t count, double center, double (&s
   constexpr std::size_t kWidth = hn::MaxLanes(d);
   constexpr std::size_t kParts = 2 / kWidth;
   using Vector = hn::Vec<decltype(d)>;
-  Vector s1[kParts], s2[kParts], s3[kParts], s4[kParts];
-  for (std::size_t part = 0; part < kParts; ++part)
-    s1[part] = s2[part] = s3[part] = s4[part] = hn::Zero(d);
+  Vector sum[4][kParts];
+  for (auto& of_power : sum) {
+    for (Vector& part : of_power) part = hn::Zero(d);
+  }
   for (std::size_t i = 0; i < count; i += 2) {
     for (std::size_t part = 0; part < kParts; ++part) {
       const Vector x = hn::LoadU(d, values + i + part * kWidth);
       // What is not a number adds 0. No sum is ever -0, which that would change.
       const Vector deviation = hn::IfThenElseZero(hn::Eq(x, x), hn::Sub(x, hn::Set(d, center)));
       const Vector square = hn::Mul(deviation, deviation);
-      s1[part] = hn::Add(s1[part], deviation);
-      s2[part] = hn::Add(s2[part], square);
-      s3[part] = hn::Add(s3[part], hn::Mul(square, deviation));
-      s4[part] = hn::Add(s4[part], hn::Mul(square, square));
+      const Vector powers[4] = {deviation, square, hn::Mul(square, deviation),
+                                hn::Mul(square, square)};
+      for (std::size_t k = 0; k < 4; ++k) sum[k][part] = hn::Add(sum[k][part], powers[k]);
     }
   }
-  for (std::size_t part = 0; part < kParts; ++part) {
-    hn::StoreU(s1[part], d, sums[0] + part * kWidth);
-    hn::StoreU(s2[part], d, sums[1] + part * kWidth);
-    hn::StoreU(s3[part], d, sums[2] + part * kWidth);
-    hn::StoreU(s4[part], d, sums[3] + part * kWidth);
+  for (std::size_t k = 0; k < 4; ++k) {
+    for (std::size_t part = 0; part < kParts; ++part)
+      hn::StoreU(sum[k][part], d, sums[k] + part * kWidth);
   }
 }
 
