@@ -15,23 +15,23 @@ constexpr std::monostate kSample;
 }  // namespace
 
 Example::Example(const LoadedModule& add_in, const char* function, const std::vector<Cell>& given,
-                 Sample sample)
+                 Sample sample, std::int32_t count)
     : function_(function), address_(add_in.FindExport(function)) {
   REQUIRE_MESSAGE(address_ != nullptr, function_);
-  for (const Cell& cell : given) Give(cell, sample);
+  for (const Cell& cell : given) Give(cell, sample, count);
   values_.push_back(std::make_unique<Argument>(xltypeMissing));
   arguments_.resize(kArguments, *values_.back());
 }
 
-void Example::Give(const Cell& cell, Sample sample) {
+void Example::Give(const Cell& cell, Sample sample, std::int32_t count) {
   if (!std::holds_alternative<std::monostate>(cell)) {
     values_.push_back(std::make_unique<Argument>(cell));
   } else if (sample == Sample::kArray) {
     const std::vector<Cell> numbers = {2.5, 3.5, 1.25, 4.0, 6.5, 5.25, 2.0, 8.0, 7.5, 9.0};
-    const auto rows = static_cast<std::int32_t>(numbers.size());
-    values_.push_back(std::make_unique<Argument>(rows, 1, numbers));
+    values_.push_back(std::make_unique<Argument>(
+        count, 1, std::vector<Cell>(numbers.begin(), numbers.begin() + count)));
   } else {
-    range_ = std::make_unique<Reference>(Area(0, 9, 0, 0));
+    range_ = std::make_unique<Reference>(Area(0, count - 1, 0, 0));
     return arguments_.push_back(*range_);
   }
   arguments_.push_back(*values_.back());
@@ -50,8 +50,9 @@ Outcome Example::Call(const std::function<void(bool begins)>& around) const {
 
 std::vector<Example> ExamplesOf(Example::Sample sample, const LoadedModule& add_in) {
   std::vector<Example> examples;
-  const auto add = [&](const char* function, const std::vector<Cell>& given) {
-    examples.emplace_back(add_in, function, given, sample);
+  const auto add = [&](const char* function, const std::vector<Cell>& given,
+                       std::int32_t count = 10) {
+    examples.emplace_back(add_in, function, given, sample, count);
   };
   add("ZavrelDistDensity", {u"gamma", 2.5, 3.0, 1.0});
   add("ZavrelDistDensity", {u"gamma", kSample, 3.0, 1.0});
@@ -66,6 +67,7 @@ std::vector<Example> ExamplesOf(Example::Sample sample, const LoadedModule& add_
     add("ZavrelDistFit", {name, kSample});
   add("ZavrelDistFitTest", {u"gamma", kSample, u"AD", 2.0});
   add("ZavrelDistQQ", {u"gamma", kSample});
+  add("ZavrelDistRank", {kSample}, 2);  // fits of one parameter alone, which take less long
   return examples;
 }
 

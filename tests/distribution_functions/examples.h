@@ -10,22 +10,22 @@
 
 namespace zavrel::tests {
 
-/// A call with arguments of which the function makes something. Its sample is an array or a range
-/// of the sheet.
+/// A call with arguments of which the function makes something. Its sample, of `count` values, is
+/// an array or a range of the sheet.
 class Example {
  public:
   enum class Sample { kArray, kRange };
 
   /// An empty cell among those that are given stands for the sample.
   Example(const LoadedModule& add_in, const char* function, const std::vector<Cell>& given,
-          Sample sample);
+          Sample sample, std::int32_t count);
 
   const std::string& name() const { return function_; }
   /// `around` is told when the function itself begins and ends.
   Outcome Call(const std::function<void(bool begins)>& around = {}) const;
 
  private:
-  void Give(const Cell& cell, Sample sample);
+  void Give(const Cell& cell, Sample sample, std::int32_t count);
 
   std::string function_;
   void* address_;
@@ -34,8 +34,7 @@ class Example {
   std::vector<const XLOPER12*> arguments_;
 };
 
-/// Examples of all functions but the ranking, which takes minutes where each allocation fails, and
-/// is fits one after another.
+/// Examples of all functions.
 std::vector<Example> ExamplesOf(Example::Sample sample,
                                 const LoadedModule& add_in = LoadedModule::HostExecutable());
 
