@@ -5,24 +5,19 @@
 #include <atomic>
 #include <cstddef>
 
+#include "platform/thread_exceptions.h"
+
 namespace {
 
 std::atomic<bool> refuse_next{false};  // set while the loader's lock is held, so by one thread
-
-void Throw() noexcept {
-  try {
-    throw 0;
-  } catch (int) {  // thrown for what it leaves behind
-  }
-}
 
 /// The first throw sets up what the thread keeps of exceptions. The second finds no memory for the
 /// exception, so it locks the mutex of the reserve, which does get memory. The reserve itself is
 /// there, since constructors run from the C++ library's to those of its users.
 [[gnu::constructor]] void SetUpExceptions() noexcept {
-  Throw();
+  zavrel::ThrowOnce();
   refuse_next = true;
-  Throw();
+  zavrel::ThrowOnce();
 }
 
 }  // namespace
