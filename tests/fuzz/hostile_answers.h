@@ -64,7 +64,9 @@ class HostileAnswers {
     XLREF12 area{};
     const bool is_area =
         (wanted == nullptr || wanted->val.w == static_cast<int>(xltypeRef)) && AreaOf(source, area);
-    Bytes bytes(Answer(area, wanted != nullptr ? static_cast<std::uint32_t>(wanted->val.w) : 0));
+    // Which area is asked for its sheet depends on what the session remembers, too.
+    Bytes bytes(wanted == nullptr ? Answer(area, 0)
+                                  : Answer({}, static_cast<std::uint32_t>(wanted->val.w)));
     auto memory = std::make_shared<ValueMemory>();
     HostileValues values(bytes, *memory);
     static constexpr int kCodes[] = {xlretUncalced, xlretAbort, xlretFailed, xlretSuccess};
