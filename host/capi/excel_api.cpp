@@ -36,6 +36,7 @@ constexpr KnownFunction kFunctions[] = {
     {xlGetInstPtr, "xlGetInstPtr", 0, 0},
     {xlfSetName, "xlfSetName", 1, 2},
     {xlfCaller, "xlfCaller", 0, 0},
+    {xlfCounta, "xlfCounta", 1, kArgumentLimit},
     {xlfRegister, "xlfRegister", 3, kArgumentLimit},
     {xlfGetWorkspace, "xlfGetWorkspace", 1, 1},
     {xlfUnregister, "xlfUnregister", 1, 1},
@@ -201,19 +202,20 @@ int ExcelApi::CallInOrder(int function, int count, XLOPER12** arguments, XLOPER1
   }
   // After an add-in was told that a cell is not calculated, it must return. It may only find out
   // about further such cells.
-  if (met_uncalculated_ && function != xlCoerce) return xlretUncalced;
-  return Dispatch(function, given, *result);
+  if (met_uncalculated_ && function != xlCoerce && function != xlfCounta) return xlretUncalced;
+  const int code = Dispatch(function, given, *result);
+  if (code == xlretUncalced) met_uncalculated_ = true;
+  return code;
 }
 
 int ExcelApi::Dispatch(int function, const Arguments& arguments, XLOPER12& result) {
   switch (function) {
     case xlStack:
       return GiveInteger(64 << 10, result);
-    case xlCoerce: {
-      const int code = Coerce(arguments, result);
-      if (code == xlretUncalced) met_uncalculated_ = true;
-      return code;
-    }
+    case xlCoerce:
+      return Coerce(arguments, result);
+    case xlfCounta:
+      return CountUsed(arguments, result);
     case xlSheetId:
       return SheetIdOf(arguments, result);
     case xlSheetNm:

@@ -86,6 +86,7 @@ class ExcelApi {
   int CoerceReference(const XLOPER12& source, std::uint32_t types, XLOPER12& result);
   int CoerceRange(const Reference& reference, XLOPER12& result);
   int CoerceValue(const Value& value, std::uint32_t types, XLOPER12& result);
+  int CountUsed(const Arguments& arguments, XLOPER12& result);
   int CopyArray(const XLOPER12& source, XLOPER12& result);
   int CopyReference(const XLOPER12& source, XLOPER12& result);
   int Caller(XLOPER12& result);

@@ -166,6 +166,14 @@ std::size_t TextUnits(const Sheet& sheet, const CellRange& range) {
   return units;
 }
 
+std::size_t CountUsed(const Sheet& sheet, const CellRange& range) {
+  std::size_t used = 0;
+  VisitCells(sheet, range, [&](std::int32_t, std::int32_t, const Value& value) {
+    if (!value.IsBlank()) ++used;
+  });
+  return used;
+}
+
 std::optional<CellRange> ToRange(const XLREF12& area) {
   if (area.rwFirst < 0 || area.colFirst < 0 || area.rwLast < area.rwFirst ||
       area.colLast < area.colFirst || area.rwLast >= kExcelRows || area.colLast >= kExcelColumns)

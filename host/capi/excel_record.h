@@ -39,6 +39,8 @@ void WriteRange(const CellRange& range, XLREF12& record);
 void WriteCells(const Sheet& sheet, const CellRange& range, XLOPER12* elements, char16_t* text);
 /// The number of code units of the texts in a range as counted strings.
 std::size_t TextUnits(const Sheet& sheet, const CellRange& range);
+/// How many of a range's cells are not blank.
+std::size_t CountUsed(const Sheet& sheet, const CellRange& range);
 
 /// The range of an area; nothing if it lies outside a sheet or its corners are swapped.
 std::optional<CellRange> ToRange(const XLREF12& area);

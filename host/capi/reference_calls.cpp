@@ -180,6 +180,34 @@ int ExcelApi::CopyReference(const XLOPER12& source, XLOPER12& result) {
   return xlretSuccess;
 }
 
+// xlfCounta
+
+int ExcelApi::CountUsed(const Arguments& arguments, XLOPER12& result) {
+  std::size_t used = 0;
+  for (int i = 0; i < arguments.count; ++i) {
+    const XLOPER12& argument = arguments[i];
+    const std::uint32_t type = TypeOf(argument);
+    if (type != xltypeRef && type != xltypeSRef) {
+      const bool is_array = type == xltypeMulti;
+      const Array values = is_array ? ToArray(argument) : Array{1, 1, {ToValue(argument)}};
+      used += values.values.size() -
+              static_cast<std::size_t>(std::ranges::count_if(values.values, &Value::IsBlank));
+      continue;
+    }
+    const std::optional<Reference> reference =
+        ToReference(argument, current_sheet(), cells_.cells_workbook());
+    if (!reference) return xlretInvXloper;
+    for (const CellRange& area : reference->areas) {
+      if (context_ == CallContext::kWorksheetFunction &&
+          cells_.MeetsUncalculated(reference->sheet, area))
+        return xlretUncalced;
+      used += zavhost::CountUsed(cells_.cells_workbook().sheets[reference->sheet], area);
+    }
+  }
+  GiveValue(static_cast<double>(used), result);
+  return xlretSuccess;
+}
+
 // xlfCaller
 
 int ExcelApi::Caller(XLOPER12& result) {

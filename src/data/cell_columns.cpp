@@ -216,12 +216,4 @@ std::size_t CellColumns::CountEqual(std::size_t position, const CellColumns& cel
   return count;
 }
 
-std::size_t CellColumns::CountBlanks(std::size_t position, std::size_t count) const {
-  const std::span<const CellTag> range =
-      tags().subspan(position, std::min(count, size() - position));
-  const auto other =
-      std::find_if(range.begin(), range.end(), [](CellTag tag) { return tag != CellTag::kBlank; });
-  return static_cast<std::size_t>(other - range.begin());
-}
-
 }  // namespace zavrel

@@ -78,8 +78,6 @@ class CellColumns {
   std::size_t CountEqual(std::size_t position, std::span<const XLOPER12> cells) const;
   /// The same for the cells of other columns.
   std::size_t CountEqual(std::size_t position, const CellColumns& cells) const;
-  /// How many of the `count` cells from `position` on are blank, up to the first that is not.
-  std::size_t CountBlanks(std::size_t position, std::size_t count) const;
 
   std::size_t bytes() const;
 

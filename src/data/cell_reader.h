@@ -11,8 +11,9 @@ namespace zavrel {
 /// Takes an argument's cells in order. False refuses these cells and all further ones.
 class CellSink {
  public:
+  /// So many cells of whole columns or rows come next, which ExpectedCells could not know.
+  virtual bool Expect(std::size_t cells) = 0;
   virtual bool Cells(std::span<const XLOPER12> cells) = 0;
-  virtual bool Blanks(std::size_t count) = 0;
 
  protected:
   ~CellSink() = default;

@@ -29,9 +29,17 @@ class CellCollector final : public CellSink {
   }
 
   /// Before each piece.
-  void Expect(bool one_cell) {
+  void Begin(bool one_cell) {
     one_cell_ = one_cell;
     handle_index_.reset();
+  }
+
+  bool Expect(std::size_t cells) override {
+    expected_ += cells;
+    if (expected_ > most_) return false;
+    // Of many areas not each has the earlier ones moved.
+    if (!comparing_ && collected_.size() == 0) collected_.Reserve(expected_);
+    return true;
   }
 
   bool Cells(std::span<const XLOPER12> cells) override {
@@ -46,18 +54,6 @@ class CellCollector final : public CellSink {
     }
     if (cells.size() > most_ - collected_.size()) return false;
     collected_.Append(cells);
-    return true;
-  }
-  bool Blanks(std::size_t count) override {
-    if (comparing_) {
-      const std::size_t equal = known_->CountBlanks(position_, count);
-      position_ += equal;
-      if (equal == count) return true;
-      StartCollecting();
-      count -= equal;
-    }
-    if (count > most_ - collected_.size()) return false;
-    collected_.AppendBlanks(count);
     return true;
   }
 
@@ -118,7 +114,7 @@ DataArgument ReadPieces(Pieces pieces, std::size_t most_cells) {
   if (known != nullptr && known->size() > most_cells) known = nullptr;
   CellCollector collector(known ? &known->cells() : nullptr, expected, most_cells);
   for (const ArgumentPiece& piece : pieces) {
-    collector.Expect(IsOneCell(piece));
+    collector.Begin(IsOneCell(piece));
     const ReadOutcome outcome = ReadCells(piece, collector);
     if (outcome == ReadOutcome::kUncalculated) return Failure::Uncalculated();
     if (outcome == ReadOutcome::kUnreadable) return Unreadable();

@@ -144,6 +144,7 @@ inline constexpr int xlGetInstPtr = 19 | xlSpecial;
 inline constexpr int xlfSetName = 88;
 inline constexpr int xlfCaller = 89;
 inline constexpr int xlfRegister = 149;
+inline constexpr int xlfCounta = 169;
 inline constexpr int xlfGetWorkspace = 186;
 inline constexpr int xlfUnregister = 201;
 

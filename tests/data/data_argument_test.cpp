@@ -116,34 +116,60 @@ TEST_CASE("what is too large is refused without being read") {
   CHECK(excel.lookups == 0);
 }
 
-TEST_CASE("no request takes more than 32 MB, however many whole columns or rows are read") {
-  const auto cells_in = [](const XLREF12& area) {
-    return std::int64_t{area.rwLast - area.rwFirst + 1} * (area.colLast - area.colFirst + 1);
-  };
+TEST_CASE("of whole columns and rows the used part is read, and no other cell") {
   FakeExcel excel;
-  std::int64_t largest = 0, all = 0;
+  std::int64_t read = 0;
   excel.answer = [&](const XLREF12& asked) {
-    largest = std::max(largest, cells_in(asked));
-    all += cells_in(asked);
+    read += std::int64_t{RowsOf(asked)} * ColumnsOf(asked);
     return xlretSuccess;
   };
-  excel.SetColumn(0, 0, {1.0, 2.0});
-  // A host that gives every cell is asked twice for the used part of rows only.
-  const XLREF12 rows = WholeRows(0, 99);
-  CHECK(Shown({Reference(WholeRows(0, 1))}) == "1 2");
-  all = 0;
-  CHECK(Data({Reference(rows)})->size() == 100);
-  CHECK(all == cells_in(rows) + 2);
-
-  excel.clips_to_used_part = true;
-  for (const XLREF12& area :
-       {WholeColumns(0, 64), WholeColumns(0, 1024), WholeColumns(0, kExcelColumns - 2),
-        WholeColumns(0, kExcelColumns - 1), WholeRows(0, kExcelRows - 2)}) {
-    CAPTURE(cells_in(area));
-    CHECK(Data({Reference(area)})->NumberCount() == 2);
+  const XLREF12 sheet = WholeRows(0, kExcelRows - 1);
+  for (const auto& [row, column] : {std::pair{0, 0}, {1, 2}, {70000, 3}, {kExcelRows - 1, 0}}) {
+    excel.Set(row, column, 7.0);
+    const std::pair<XLREF12, std::int64_t> cases[] = {
+        {WholeColumns(column, column), row + 1},
+        {WholeColumns(0, kExcelColumns - 2), std::int64_t{row + 1} * (kExcelColumns - 1)},
+        {WholeRows(row, row), column + 1},
+        {WholeRows(0, row), std::int64_t{row + 1} * (column + 1)},
+        {sheet, std::int64_t{row + 1} * (column + 1)}};
+    for (const auto& [area, cells] : cases) {
+      if (cells > 1 << 22) continue;
+      CAPTURE(row);
+      CAPTURE(area.rwLast);
+      read = 0;
+      const auto data = Data({Reference(area)});
+      CHECK(data->NumberCount() == 1);
+      CHECK(data->size() == static_cast<std::size_t>(cells));
+      CHECK(read == cells);
+    }
+    excel.Set(row, column, Cell());
+    read = 0;
+    CHECK(Shown({Reference(sheet)}).empty());
+    CHECK(read == 0);
   }
-  CHECK(Shown({Reference(WholeRows(0, kExcelRows - 1))}) == "1 2");
-  CHECK(largest <= 1 << 20);
+}
+
+TEST_CASE("a host that does not count its cells gives none") {
+  FakeExcel excel;
+  excel.SetColumn(0, 0, {1.0, 2.0});
+  const Reference column(WholeColumns(0, 0));
+  int left = 0;
+  excel.fault = [&](int function, FakeExcel::Arguments, XLOPER12&) -> std::optional<int> {
+    if (function != xlfCounta || left-- != 0) return std::nullopt;
+    return xlretUncalced;
+  };
+  for (int k = 0; k <= 20; ++k) {  // the twenty-first is the last
+    left = k;
+    excel.lookups = 0;
+    CHECK(OutcomeOf({column}) == ReadOutcome::kUncalculated);
+    CHECK(excel.lookups == 0);  // told so, it returns at once
+    CHECK(Shown({column}) == "1 2");
+  }
+  excel.On(xlfCounta, [](FakeExcel::Arguments, XLOPER12& result) {
+    result = XXloper::Boolean(true).record();
+    return xlretSuccess;
+  });
+  CHECK(OutcomeOf({column}) == ReadOutcome::kUnreadable);
 }
 
 TEST_CASE("whole areas that come to too many cells together are refused") {
@@ -228,19 +254,6 @@ TEST_CASE("a whole column is read anew when a cell is emptied, filled, or its la
   check({1, 2, 5, 4}, kFarRow + 1);
   excel.Set(kFarRow, 0, Cell());
   check({1, 2, 5}, 50001);
-}
-
-TEST_CASE("columns that a host leaves out are blank in every row") {
-  FakeExcel excel;
-  excel.clips_to_used_part = true;
-  excel.SetColumn(0, 0, {1.0, 2.0, 3.0});
-  const Reference columns(WholeColumns(0, 1));
-  CHECK(Shown({columns}) == "1 . 2 . 3 .");
-  const XLOPER12* const piece = columns;
-  for (std::size_t most = 1; most < 6; ++most) {
-    SessionExcelDataCache()->Clear();
-    CHECK(OutcomeOf(ReadDataArgument({&piece, 1}, most)) == ReadOutcome::kUnreadable);
-  }
 }
 
 TEST_CASE("texts of all lengths are stored whole, and one unit makes a difference") {

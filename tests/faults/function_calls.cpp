@@ -120,7 +120,6 @@ void FillSheet(FakeExcel& excel) {
     excel.SetColumn(0, 2, groups, sheet);
   }
   excel.texts_of_numbers = {{1, u"1"}, {2, u"2"}, {0.5, u"0,5"}, {12, u"12"}, {0, u"0"}};
-  excel.clips_to_used_part = true;
   excel.caller = Area(20, 25, 0, 1);
 }
 

@@ -27,6 +27,9 @@ class HostileAnswers {
     excel.On(xlCoerce, [this](FakeExcel::Arguments arguments, XLOPER12& result) {
       return Coerce(*arguments[0], arguments.size() == 2 ? arguments[1] : nullptr, result);
     });
+    excel.On(xlfCounta, [this](FakeExcel::Arguments arguments, XLOPER12& result) {
+      return CountUsed(*arguments[0], result);
+    });
   }
 
   /// From now on every cell has another value than before. Other questions are answered as before:
@@ -81,6 +84,20 @@ class HostileAnswers {
       result = values.Any();
     }
     excel_.Give(result, std::move(memory));
+    return xlretSuccess;
+  }
+
+  /// Few rows and columns are in use, or few seem to be.
+  int CountUsed(const XLOPER12& source, XLOPER12& result) const {
+    XLREF12 area{};
+    Require(AreaOf(source, area), "asked for the used cells of what is no area");
+    Bytes bytes(Answer(area, 0));
+    static constexpr int kCodes[] = {xlretUncalced, xlretAbort, xlretFailed};
+    const std::size_t choice = bytes.Below(48);
+    if (choice < std::size(kCodes)) return kCodes[choice];
+    result.xltype = choice == 3 ? xltypeNil : xltypeNum;
+    const bool may_be_used = area.rwFirst < 40 && area.colFirst < 6;
+    result.val.num = may_be_used ? static_cast<double>(bytes.Below(3)) : 0;
     return xlretSuccess;
   }
 

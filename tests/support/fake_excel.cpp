@@ -23,19 +23,6 @@ const void* MemoryOf(const XLOPER12& value) {
   }
 }
 
-/// The part of an area in which the sheet is used; of one that is not its first row and column.
-template <class Sheet>
-void Clip(const Sheet& sheet, XLREF12& area) {
-  std::int32_t row = area.rwFirst;
-  std::int32_t column = area.colFirst;
-  for (const auto& [place, cell] : sheet) {
-    row = std::max(row, place.first);
-    column = std::max(column, place.second);
-  }
-  area.rwLast = std::min(area.rwLast, row);
-  area.colLast = std::min(area.colLast, column);
-}
-
 }  // namespace
 
 FakeExcel::FakeExcel() {
@@ -103,6 +90,8 @@ int FakeExcel::Call(int function, Arguments arguments, XLOPER12* result) {
       return arguments.size() == 2
                  ? Convert(*arguments[0], static_cast<std::uint32_t>(arguments[1]->val.w), *result)
                  : LookUp(*arguments[0], *result);
+    case xlfCounta:
+      return CountUsed(*arguments[0], *result);
     case xlfCaller:
       return TellCaller(*result);
     case xlfRegister:
@@ -191,17 +180,30 @@ int FakeExcel::ConvertToText(const XLOPER12& value, XLOPER12& result) {
   return xlretSuccess;
 }
 
+std::pair<const FakeExcel::Sheet&, XLREF12> FakeExcel::CellsOf(const XLOPER12& reference) {
+  if (reference.xltype == xltypeSRef) return {sheets_[calling_sheet], reference.val.sref.ref};
+  return {sheets_[reference.val.mref.idSheet], reference.val.mref.lpmref->reftbl[0]};
+}
+
+int FakeExcel::CountUsed(const XLOPER12& reference, XLOPER12& result) {
+  const auto [sheet, area] = CellsOf(reference);
+  result.xltype = xltypeNum;
+  result.val.num = 0;
+  for (const auto& [place, cell] : sheet) {
+    const auto [row, column] = place;
+    if (row >= area.rwFirst && row <= area.rwLast && column >= area.colFirst &&
+        column <= area.colLast)
+      ++result.val.num;
+  }
+  return xlretSuccess;
+}
+
 int FakeExcel::LookUp(const XLOPER12& reference, XLOPER12& result) {
-  const bool local = reference.xltype == xltypeSRef;
-  XLREF12 area = local ? reference.val.sref.ref : reference.val.mref.lpmref->reftbl[0];
-  const Sheet& sheet = sheets_[local ? calling_sheet : reference.val.mref.idSheet];
+  const auto [sheet, area] = CellsOf(reference);
   ++lookups;
   if (const int code = answer ? answer(area) : 0; code != xlretSuccess) return code;
   const bool one_cell = area.rwFirst == area.rwLast && area.colFirst == area.colLast;
-  if (!one_cell) {
-    if (clips_to_used_part) Clip(sheet, area);
-    return GiveCells(sheet, area, result);
-  }
+  if (!one_cell) return GiveCells(sheet, area, result);
   const auto cell = sheet.find({area.rwFirst, area.colFirst});
   Give(std::make_shared<Argument>(cell != sheet.end() ? cell->second : Cell()), result);
   return xlretSuccess;

@@ -62,7 +62,6 @@ class FakeExcel {
                  std::uint64_t sheet = kCallingSheet);
 
   std::uint64_t calling_sheet = kCallingSheet;  // of the formula that calls
-  bool clips_to_used_part = false;            // gives no rows and columns behind the last used ones
   std::function<int(const XLREF12&)> answer;  // a return code other than 0 ends a look-up
   int conversion_code = xlretSuccess;         // of what is asked for the calling sheet
   int text_code = xlretSuccess;               // of conversions to text
@@ -107,7 +106,9 @@ class FakeExcel {
   void Free(XLOPER12& record);
   int Convert(const XLOPER12& value, std::uint32_t type, XLOPER12& result);
   int ConvertToText(const XLOPER12& value, XLOPER12& result);
+  std::pair<const Sheet&, XLREF12> CellsOf(const XLOPER12& reference);
   int LookUp(const XLOPER12& reference, XLOPER12& result);
+  int CountUsed(const XLOPER12& reference, XLOPER12& result);
   int GiveCells(const Sheet& sheet, const XLREF12& area, XLOPER12& result);
   int TellCaller(XLOPER12& result) const;
   int Register(Arguments arguments, XLOPER12& result);

@@ -22,7 +22,6 @@ class Selecting {
  public:
   explicit Selecting(Bytes& bytes) : bytes_(bytes), hostile_(bytes, memory_) {
     excel_.texts_of_numbers = {{1, u"1"}, {2, u"2"}};
-    excel_.clips_to_used_part = true;
     for (std::int32_t column = 0; column < 3; ++column)
       for (std::int32_t row = 0; row < kRows; ++row) excel_.Set(row, column, AnyCell());
   }
