@@ -7,6 +7,8 @@
 #include <variant>
 #include <vector>
 
+#include "platform/variant_copies.h"
+
 namespace zavhost {
 
 enum class TypeLetter : std::uint8_t {

@@ -7,6 +7,8 @@
 #include <variant>
 #include <vector>
 
+#include "platform/variant_copies.h"
+
 namespace zavrel::analyses {
 
 /// A block of cells; rows and columns count from 0.

@@ -12,6 +12,7 @@
 #include "data/cell_columns.h"
 #include "excel/or_failure.h"
 #include "platform/function_ref.h"
+#include "platform/variant_copies.h"
 
 namespace zavrel {
 

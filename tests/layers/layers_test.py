@@ -4,6 +4,7 @@
 Header-only code links whatever it includes, so the linker alone does not keep the order.
 """
 import pathlib
+import re
 import subprocess
 import sys
 
@@ -14,6 +15,9 @@ GROUPS = ("src", "host", "companions")
 # The host knows the add-in through its exports: it shares these layers and the record of the C API with it.
 SHARED_WITH_HOST = {"contracts", "src/platform", "src/formula", "src/analyses"}
 RECORD = "src/excel/xloper12.h"
+# A header that declares a variant with a text includes this, which says why.
+VARIANT_COPIES = pathlib.Path("src/platform/variant_copies.h")
+TEXT_VARIANT = re.compile(r"std::variant<[^;{}()]*\bstd::(u16)?string\b")
 
 
 def listed_layers():
@@ -92,6 +96,9 @@ def main():
     for path, included in graph.items():
         faults += [f"{path} includes {name}, which is not below it" for name in included
                    if not is_allowed(path, name, order)]
+    faults += [f"{path} has a variant with a text and does not include {VARIANT_COPIES}" for path in graph
+               if path.suffix == ".h" and path != VARIANT_COPIES and VARIANT_COPIES not in graph[path]
+               and TEXT_VARIANT.search((ROOT / path).read_text(encoding="utf-8"))]
     if cycle := cycle_in(graph):
         faults.append("a cycle of includes: " + " -> ".join(map(str, cycle)))
 
