@@ -56,7 +56,7 @@ class Transformed : public PdfDist {
   virtual std::optional<Real> StandardEntropy() const = 0;
 
   Real StandardLogDensity(Real z) const {
-    const Real x = map_.Back(z);
+    const Real x = Back(z);
     return core_.LogDensity(x) + map_.LogSlope(z, x);
   }
   Real LogDensityAt(Real y) const final { return StandardLogDensity(Standardized(y)) - log_scale_; }
@@ -72,8 +72,11 @@ class Transformed : public PdfDist {
   Real UpperQuantileOf(Real q) const final { return ValueOf(q, map_.Rises()); }
 
   Real Standardized(Real y) const { return (y - place_.location) / place_.scale; }
+  /// The core's variable. An end of the support that is no double, exp(-20000) say, or rounding may
+  /// lead out of the core's support.
+  Real Back(Real z) const { return std::clamp<Real>(map_.Back(z), core_.kLow, core_.kHigh); }
   Real Tail(Real y, bool upper) const {
-    const Real x = map_.Back(Standardized(y));
+    const Real x = Back(Standardized(y));
     return upper ? core_.Upper(x) : core_.Lower(x);
   }
   Real ValueOf(Real probability, bool upper) const {

@@ -144,6 +144,14 @@ TEST_CASE("distributions are found by any of their names and describe themselves
   }));
 }
 
+TEST_CASE("nothing is below an end of the support that is too small for a double") {
+  const FloatingPointScope scope;
+  const auto distribution = DistLib::MakeDistribution(
+      *DistLib::FindDistribution("log-Pearson III"), std::vector{0.2890625, 29024.0, -14159.0});
+  CHECK(distribution->Cumulative(0) == 0);
+  CHECK(distribution->UpperTail(0) == 1);
+}
+
 TEST_CASE("errors name the parameter and its domain") {
   const auto error = [](const char* name, std::vector<double> parameters) -> std::string {
     try {

@@ -25,7 +25,7 @@ void CheckGeneral(double number) {
     Require(std::abs(number) > 1.7976931348623e308, "a General text is no number");
     return;
   }
-  Require(std::abs(*read - number) <= 5.1e-15 * std::abs(number) || std::abs(number) < 1e-300,
+  Require(std::abs(*read - number) <= 5.2e-15 * std::abs(number) || std::abs(number) < 1e-300,
           "a General text reads as another number");
   Require(zavhost::GeneralText(*read) == shown, "a General text changes when it is read");
 }
