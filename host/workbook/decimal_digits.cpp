@@ -5,19 +5,27 @@
 #include <cmath>
 
 namespace zavhost {
+namespace {
+
+constexpr int kShownDigits = 15;
+// So many that a number between two of fifteen digits is seen to be exactly there, which is rounded
+// away from zero.
+constexpr int kExactDigits = 40;
+
+}  // namespace
 
 DecimalDigits::DecimalDigits(double number) {
   if (number == 0.0) return;
-  char shown[32];
+  char shown[64];
   const auto end = std::to_chars(shown, shown + sizeof shown, std::fabs(number),
-                                 std::chars_format::scientific, 14);
+                                 std::chars_format::scientific, kExactDigits - 1);
   const std::string_view text(shown, static_cast<std::size_t>(end.ptr - shown));
   const std::size_t mark = text.find('e');
   digits_.append(text.substr(0, 1)).append(text.substr(2, mark - 2));
-  digits_.erase(digits_.find_last_not_of('0') + 1);
   int exponent = 0;
   std::from_chars(shown + mark + (text[mark + 1] == '+' ? 2 : 1), end.ptr, exponent);
   point_ = exponent + 1;
+  RoundTo(kShownDigits - point_);
 }
 
 void DecimalDigits::RoundTo(int places) {
