@@ -1,9 +1,11 @@
 #include <algorithm>
 #include <iostream>
+#include <unordered_set>
 
 #include "host/cli/commands.h"
 #include "host/cli/json_value.h"
 #include "host/workbook/cell_names.h"
+#include "host/workbook/text.h"
 #include "host/xlsx/xlsx_file.h"
 
 namespace zavhost {
@@ -51,11 +53,12 @@ void NameColumns(Workbook& workbook) {
   const Sheet& sheet = workbook.sheets.at(0);
   const std::optional<CellRange> used = sheet.used_range();
   if (!used || used->last_row < 1) return;
+  std::unordered_set<std::u16string> known;
   for (std::int32_t column = 0; column <= used->last_column; ++column) {
     const std::u16string heading = Utf16FromUtf8(DisplayText(sheet.At(0, column)));
     if (heading.empty()) continue;
     const std::u16string name = NameFromHeading(heading);
-    if (workbook.FindName(name, 0) != nullptr) {
+    if (!known.insert(LowerCase(name)).second) {
       std::cerr << "note: column " << column + 1 << " gets no name: an earlier column is called "
                 << PrintableUtf8(name) << '\n';
       continue;
