@@ -8,13 +8,33 @@
 namespace DistLib {
 namespace {
 
-using BurrMap = Composed<Expm1Map, PowerMap>;
+/// z = (exp(x / tail) - 1)^(1 / power), where z^power may be beyond all numbers.
+struct BurrMap {
+  Real tail;
+  Real power;
+  Real log_factor = std::log(tail) + std::log(std::fabs(power));
+
+  bool Rises() const { return power > 0; }
+  Real Forward(Real x) const {
+    const Real base = std::expm1(x / tail);
+    return std::isfinite(base) ? std::pow(base, 1 / power) : std::exp(x / tail / power);
+  }
+  Real Back(Real z) const {
+    const Real base = std::pow(z, power);
+    return tail * (std::isfinite(base) ? std::log1p(base) : power * std::log(z));
+  }
+  Real LogSlope(Real z, Real /*x*/) const {
+    const Real base = std::pow(z, power);
+    return log_factor +
+           (std::isfinite(base) ? TimesLog(power - 1, z) - std::log1p(base) : -std::log(z));
+  }
+};
 
 class Burr : public Transformed<UnitExponential, BurrMap> {
  protected:
   /// `sign` is 1 for type XII, -1 for type III.
   Burr(Real c, Real k, Real scale, int sign)
-      : Transformed({}, {{1 / k, 1}, {sign / c}}, {0, scale}), c_(c), k_(k), sign_(sign) {}
+      : Transformed({}, {k, sign * c}, {0, scale}), c_(c), k_(k), sign_(sign) {}
 
   Real c() const { return c_; }
   Real k() const { return k_; }

@@ -14,6 +14,9 @@ inline constexpr Real kRealInfinity = std::numeric_limits<Real>::infinity();
 inline constexpr Real kPi = std::numbers::pi_v<Real>;
 inline constexpr Real kEuler = std::numbers::egamma_v<Real>;
 
+/// A core's variable below it may be computed with in logarithms alone.
+inline constexpr Real kNear0 = 1e-300L;
+
 /// a log(x), 0 where a is 0.
 inline Real TimesLog(Real a, Real x) { return a == 0 ? 0 : a * std::log(x); }
 

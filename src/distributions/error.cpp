@@ -17,12 +17,17 @@ struct ErrorCore {
   Real Lower(Real x) const { return Upper(-x); }
   Real Upper(Real x) const {
     const Real power = std::pow(std::fabs(x), shape);
+    if (power < kNear0) {
+      const Real lower = Power().LowerNear0(shape * std::log(std::fabs(x)));
+      return x < 0 ? 0.5L + lower / 2 : 0.5L - lower / 2;
+    }
     return x < 0 ? 0.5L + Power().Lower(power) / 2 : Power().Upper(power) / 2;
   }
   Real Quantile(Real p) const { return 0 - UpperQuantile(p); }
   Real UpperQuantile(Real q) const {
     if (q > 0.5L) return 0 - UpperQuantile(1 - q);
     const Real power = q < 0.25L ? Power().UpperQuantile(2 * q) : Power().Quantile(1 - 2 * q);
+    if (power < kNear0) return std::exp(Power().LogQuantileNear0(std::log1p(-2 * q)) / shape);
     return std::pow(power, 1 / shape);
   }
 };

@@ -22,6 +22,16 @@ Real GammaCore::Upper(Real x) const {
 Real GammaCore::Quantile(Real p) const { return boost::math::gamma_p_inv(shape, p); }
 Real GammaCore::UpperQuantile(Real q) const { return boost::math::gamma_q_inv(shape, q); }
 
+Real GammaCore::LogDensityNear0(Real log_x) const {
+  return (shape - 1) * log_x - boost::math::lgamma(shape);
+}
+Real GammaCore::LowerNear0(Real log_x) const {
+  return std::exp(shape * log_x - boost::math::lgamma(1 + shape));
+}
+Real GammaCore::LogQuantileNear0(Real log_p) const {
+  return (log_p + boost::math::lgamma(1 + shape)) / shape;
+}
+
 Real GammaCore::RawMoment(Real power) const {
   return 1 / boost::math::tgamma_delta_ratio(shape, power);
 }

@@ -25,6 +25,9 @@ struct PowerMap {
   Real Forward(Real x) const { return std::pow(x, power); }
   Real Back(Real z) const { return std::pow(z, 1 / power); }
   Real LogSlope(Real z, Real /*x*/) const { return TimesLog(1 / power - 1, z) - log_power; }
+  // By the logarithm of x.
+  Real ForwardOfLog(Real log_x) const { return std::exp(power * log_x); }
+  Real LogBack(Real z) const { return std::log(z) / power; }
 };
 
 /// z = factor log(x)
@@ -36,6 +39,8 @@ struct LogMap {
   Real Forward(Real x) const { return factor * std::log(x); }
   Real Back(Real z) const { return std::exp(z / factor); }
   Real LogSlope(Real z, Real /*x*/) const { return z / factor - log_factor; }
+  Real ForwardOfLog(Real log_x) const { return factor * log_x; }
+  Real LogBack(Real z) const { return z / factor; }
 };
 
 /// z = exp(shift + factor x)

@@ -50,6 +50,7 @@ Real SearchedCoordinate(Real p, bool upper, Real low, Real high,
   constexpr Real kSettled = 1e-11L, kSettledGap = 1e-9L;
   constexpr Real kNarrowest = 1e-17L;
   const Real sign = upper ? -1 : 1;
+  const Real highest = high;
   Real u = std::clamp<Real>(0, low, high);
   Real longest = 2;  // doubled as often as it is reached: from afar, a step may go much too far
   for (int i = 0; i < kMostSteps; ++i) {
@@ -57,8 +58,10 @@ Real SearchedCoordinate(Real p, bool upper, Real low, Real high,
     const Real gap = std::log(p / tail);
     Real step = sign * gap * tail / slope;
     if (std::fabs(step) < kSettled && std::fabs(gap) < kSettledGap) return u + step;
-    // Where x cannot be closer to an end of the support, its tails jump.
-    if (high - low < kNarrowest * (1 + std::fabs(u))) return u;
+    // Where x cannot be closer to an end of the support, its tails jump. Behind the largest double
+    // there may be more of them.
+    if (high - low < kNarrowest * (1 + std::fabs(u)))
+      return high == highest && sign * gap > kSettledGap ? kRealInfinity : u;
     if (!(std::fabs(step) < longest)) {  // not even if tail or slope have vanished
       step = std::copysign(longest, sign * gap);
       longest *= 2;

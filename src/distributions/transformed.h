@@ -55,8 +55,17 @@ class Transformed : public PdfDist {
   virtual DistLib::Moments StandardMoments() const = 0;
   virtual std::optional<Real> StandardEntropy() const = 0;
 
+  static constexpr bool kHasLogs = requires(const Core& core, const Map& map, Real log_x) {
+    core.LowerNear0(log_x);
+    map.LogBack(log_x);
+  };
+
   Real StandardLogDensity(Real z) const {
     const Real x = Back(z);
+    if constexpr (kHasLogs) {
+      const Real log_x = x < kNear0 ? map_.LogBack(z) : kRealInfinity;
+      if (std::isfinite(log_x)) return core_.LogDensityNear0(log_x) + map_.LogSlope(z, x);
+    }
     return core_.LogDensity(x) + map_.LogSlope(z, x);
   }
   Real LogDensityAt(Real y) const final { return StandardLogDensity(Standardized(y)) - log_scale_; }
@@ -76,11 +85,24 @@ class Transformed : public PdfDist {
   /// lead out of the core's support.
   Real Back(Real z) const { return std::clamp<Real>(map_.Back(z), core_.kLow, core_.kHigh); }
   Real Tail(Real y, bool upper) const {
-    const Real x = Back(Standardized(y));
+    const Real z = Standardized(y);
+    const Real x = Back(z);
+    if constexpr (kHasLogs) {
+      if (x < kNear0) {
+        const Real lower = core_.LowerNear0(map_.LogBack(z));
+        return upper ? 1 - lower : lower;
+      }
+    }
     return upper ? core_.Upper(x) : core_.Lower(x);
   }
   Real ValueOf(Real probability, bool upper) const {
     const Real x = upper ? core_.UpperQuantile(probability) : core_.Quantile(probability);
+    if constexpr (kHasLogs) {
+      if (x < kNear0) {
+        const Real log_p = upper ? std::log1p(-probability) : std::log(probability);
+        return place_.At(map_.ForwardOfLog(core_.LogQuantileNear0(log_p)));
+      }
+    }
     return place_.At(map_.Forward(x));
   }
   static double End(const Core& core, const Map& map, const Place& place, bool highest) {

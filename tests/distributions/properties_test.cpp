@@ -146,10 +146,42 @@ TEST_CASE("distributions are found by any of their names and describe themselves
 
 TEST_CASE("nothing is below an end of the support that is too small for a double") {
   const FloatingPointScope scope;
-  const auto distribution = DistLib::MakeDistribution(
-      *DistLib::FindDistribution("log-Pearson III"), std::vector{0.2890625, 29024.0, -14159.0});
+  const auto distribution = DistLib::MakeDistribution(*DistLib::FindDistribution("log-Pearson III"),
+                                                      std::vector{0.2890625, 29024.0, -14159.0});
   CHECK(distribution->Cumulative(0) == 0);
   CHECK(distribution->UpperTail(0) == 1);
+}
+
+TEST_CASE("what is computed on the way may be beyond all numbers, though the result is not") {
+  const FloatingPointScope scope;
+  struct Far {
+    const char* name;
+    std::vector<double> parameters;
+    double x;
+    double cumulative;
+    double density;
+  };
+  // From the first term of the series; of Burr III the end of the formula.
+  const double gamma = std::tgamma(1.0001);
+  const Far far[] = {
+      {"error", {0, 1, 1e4}, 0.5, 0.5 + 0.25 / gamma, 0.5 / gamma},
+      {"error", {0, 1, 1e4}, -0.5, 0.5 - 0.25 / gamma, 0.5 / gamma},
+      {"log-gamma", {1e-4}, -20000, std::exp(-2) / gamma, 1e-4 * std::exp(-2) / gamma},
+      {"generalised gamma", {1e-4, 100}, 1e-100, 0.1 / gamma, 1e-2 * 0.1e100 / gamma},
+      {"Burr III", {1000, 1e-4}, 1e-30, 1e-3, 0.1 * 1e-3 * 1e30}};
+  for (const Far& one : far) {
+    INFO(one.name);
+    const auto distribution =
+        DistLib::MakeDistribution(*DistLib::FindDistribution(one.name), one.parameters);
+    CHECK(distribution->Cumulative(one.x) == doctest::Approx(one.cumulative).epsilon(1e-13));
+    CHECK(distribution->UpperTail(one.x) == doctest::Approx(1 - one.cumulative).epsilon(1e-13));
+    CHECK(distribution->Density(one.x) == doctest::Approx(one.density).epsilon(1e-12));
+    CHECK(distribution->Quantile(one.cumulative) == doctest::Approx(one.x).epsilon(1e-11));
+    CHECK(distribution->UpperQuantile(1 - one.cumulative) == doctest::Approx(one.x).epsilon(1e-10));
+  }
+  const auto beyond = DistLib::MakeDistribution(*DistLib::FindDistribution("noncentral F"),
+                                                std::vector{2.0, 1e-250});
+  CHECK(!std::isfinite(beyond->Quantile(0.1)));
 }
 
 TEST_CASE("errors name the parameter and its domain") {
