@@ -25,7 +25,7 @@ std::array<Noted, 4> noted;
 
 /// Locks an open file; false if another program has locked it, or nothing has its name any more.
 bool LocksExisting(int descriptor) {
-  struct stat status{};
+  struct stat status {};
   return flock(descriptor, LOCK_EX | LOCK_NB) == 0 && fstat(descriptor, &status) == 0 &&
          status.st_nlink > 0;
 }
