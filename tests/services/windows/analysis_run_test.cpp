@@ -190,7 +190,7 @@ TEST_CASE("the user is asked for the data and the groups, and may repeat the ana
   const std::vector<std::string> first = CellsOf(excel.sheet());
   RepeatAnalysis(excel.book(), Language::kEnglish);
   CHECK(excel.sheet().Name() == u"Summary (2)");
-  std::vector<std::string> second = CellsOf(excel.sheet());
+  const std::vector<std::string> second = CellsOf(excel.sheet());
   CHECK(second.size() == first.size());
   CHECK_FALSE(HiddenStorage(excel.book()).ReadAll().empty());
   // A group is needed here, and Cancel is Cancel.
