@@ -1,10 +1,12 @@
 #include <iostream>
+#include <optional>
 
 #include "analyses/analysis.h"
 #include "host/cli/commands.h"
 #include "host/cli/text_table.h"
 #include "host/report/report_writer.h"
 #include "host/workbook/text.h"
+#include "host/xlsx/file_io.h"
 #include "host/xlsx/unfinished_file.h"
 #include "host/xlsx/xlsx_file.h"
 
@@ -104,9 +106,10 @@ int ReportCommand(const CommandLine& line) {
                         "; '" ZAVHOST_NAME " report --list' lists all of them");
   }
   const Report report = MakeReport(line, *analysis);
-  const UnfinishedFile working(line.output);
-  WriteReport(working.path(), report.table, report.sheet);
-  const int code = Calculate(line, working.path());
+  std::optional<UnfinishedFile> working;
+  NamingFile(line.output, [&] { working.emplace(line.output); });
+  WriteReport(working->path(), report.table, report.sheet);
+  const int code = Calculate(line, working->path());
   if (code == kExitSuccess) {
     std::cout << Translated(analysis->title, LanguageOf(line)) << ": " << PrintablePath(line.output)
               << '\n';

@@ -29,6 +29,7 @@ bool IsTemporaryFor(std::string_view name, std::string_view target) {
 
 UnfinishedFile::UnfinishedFile(const fs::path& target) : path_(target) {
   RemoveRemains(target);
+  if (unfinished::IsWriteProtected(target)) throw WorkbookError("the file is write-protected");
   std::random_device random;
   path_ += fmt::format(".{:08x}{:08x}{}", random(), random(), kEnding);
   unfinished::Note(path_);
@@ -57,8 +58,8 @@ void RemoveRemains(const fs::path& target) noexcept {
          !error && next != fs::directory_iterator(); next.increment(error)) {
       std::error_code ignored;
       if (IsTemporaryFor(Utf8FromPath(next->path().filename()), name) &&
-          next->is_regular_file(ignored) && !unfinished::MayBeHeld(next->path()))
-        fs::remove(next->path(), ignored);
+          next->is_regular_file(ignored))
+        unfinished::RemoveUnlessHeld(next->path());
     }
   } catch (const std::exception&) {  // they stay until the next time
   }

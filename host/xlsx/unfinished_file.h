@@ -10,6 +10,7 @@ namespace zavhost {
 /// that writes to the same target if nothing of this could happen.
 class UnfinishedFile {
  public:
+  /// Throws WorkbookError (without a file's name) if the target is write-protected.
   explicit UnfinishedFile(const std::filesystem::path& target);
   ~UnfinishedFile();
   UnfinishedFile(const UnfinishedFile&) = delete;
@@ -42,8 +43,10 @@ void Forget(const std::filesystem::path& file) noexcept;
 /// system does not hold files, or this one.
 int Hold(const std::filesystem::path& file) noexcept;
 void Release(int hold) noexcept;
-/// Whether a program still holds the file, as far as the system can tell.
-bool MayBeHeld(const std::filesystem::path& file) noexcept;
+/// Deletes a file, unless a program still holds it, as far as the system can tell.
+void RemoveUnlessHeld(const std::filesystem::path& file) noexcept;
+/// Whether there is such a file, and nothing may be written to it.
+bool IsWriteProtected(const std::filesystem::path& file) noexcept;
 
 }  // namespace unfinished
 }  // namespace zavhost

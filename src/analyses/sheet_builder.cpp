@@ -21,6 +21,18 @@ std::string FreeName(const std::string& name, const std::set<std::u16string>& ta
   return free;
 }
 
+/// Has nobody take a text out of the data for a formula or a reference.
+void MakeText(std::string& text) {
+  if (text.starts_with('=')) text = ' ' + text;
+}
+
+/// The same for a chart, which can have no control characters.
+void MakeTitle(std::string& text) {
+  std::ranges::replace_if(
+      text, [](char unit) { return static_cast<unsigned char>(unit) < ' '; }, ' ');
+  MakeText(text);
+}
+
 }  // namespace
 
 SheetBuilder::SheetBuilder(const Data& data, std::string_view name, std::string_view title,
@@ -34,6 +46,7 @@ SheetBuilder::SheetBuilder(const Data& data, std::string_view name, std::string_
 }
 
 void SheetBuilder::Text(const Area& cell, std::string text, Style style) {
+  MakeText(text);
   sheet_.cells.push_back({cell, std::move(text), style});
 }
 
@@ -69,13 +82,14 @@ Area SheetBuilder::Row(std::string_view label, const std::vector<std::string>& f
 }
 
 void SheetBuilder::Add(Chart chart) {
-  chart.place = At(row_ + 1, 0);
-  sheet_.charts.push_back(std::move(chart));
+  AddBeside(std::move(chart), row_ + 1, 0);
   row_ += kRowsOfChart + 2;
 }
 
 void SheetBuilder::AddBeside(Chart chart, std::uint32_t row, std::uint16_t column) {
   chart.place = At(row, column);
+  for (std::string* const title : {&chart.title, &chart.x_title, &chart.y_title}) MakeTitle(*title);
+  for (Series& series : chart.series) MakeTitle(series.title);
   sheet_.charts.push_back(std::move(chart));
 }
 

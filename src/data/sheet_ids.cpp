@@ -11,10 +11,11 @@ OrFailure<std::optional<std::uint64_t>> SheetIds::OfCalling(const XLOPER12& refe
     if (!converted.ok() || *converted) return converted;
     host_converts_ = false;
   }
-  const std::u16string name = SheetNameOf(XXloper::FromArgument(&reference));
-  if (const std::uint64_t* known = by_name_.Use(name)) return std::optional(*known);
-  const std::optional<std::uint64_t> id = SheetIdOf(name);
-  if (id && !name.empty()) by_name_.Put(name, *id);
+  const OrFailure<std::u16string> name = SheetNameOf(XXloper::FromArgument(&reference));
+  if (!name.ok()) return name.failure();
+  if (const std::uint64_t* known = by_name_.Use(*name)) return std::optional(*known);
+  const auto id = SheetIdOf(*name);
+  if (id.ok() && *id && !name->empty()) by_name_.Put(*name, **id);
   return id;
 }
 

@@ -15,7 +15,9 @@ OrFailure<std::optional<std::uint64_t>> ConvertedSheetId(const XLOPER12& referen
 OrFailure<std::optional<std::uint64_t>> CallingSheetId(const XLOPER12& reference) {
   auto converted = ConvertedSheetId(reference);
   if (!converted.ok() || *converted) return converted;
-  return SheetIdOf(SheetNameOf(XXloper::FromArgument(&reference)));
+  const OrFailure<std::u16string> name = SheetNameOf(XXloper::FromArgument(&reference));
+  if (!name.ok()) return name.failure();
+  return SheetIdOf(*name);
 }
 
 }  // namespace zavrel

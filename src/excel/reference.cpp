@@ -57,14 +57,18 @@ OrFailure<CallingRange> CallingRange::Ask() {
   return caller;
 }
 
-std::u16string SheetNameOf(const XXloper& reference) {
-  return std::u16string(CallExcel(xlSheetNm, {reference}).value.text());
+OrFailure<std::u16string> SheetNameOf(const XXloper& reference) {
+  const ExcelResult name = CallExcel(xlSheetNm, {reference});
+  if (WantsReturn(name)) return Failure::Uncalculated();
+  return std::u16string(name.value.text());
 }
 
-std::optional<std::uint64_t> SheetIdOf(std::u16string_view sheet_name) {
+OrFailure<std::optional<std::uint64_t>> SheetIdOf(std::u16string_view sheet_name) {
   const ExcelResult sheet = CallExcel(xlSheetId, {XXloper::Text(sheet_name)});
-  if (sheet.value.type() != xltypeRef) return std::nullopt;
-  return sheet.value.record().val.mref.idSheet;
+  if (WantsReturn(sheet)) return Failure::Uncalculated();
+  if (sheet.value.type() != xltypeRef) return std::optional<std::uint64_t>();
+  const std::uint64_t id = sheet.value.record().val.mref.idSheet;
+  return id != 0 ? std::optional(id) : std::nullopt;
 }
 
 std::u16string ReferenceText(const ReferenceView& reference, std::u16string_view sheet_name) {

@@ -79,9 +79,11 @@ class CallingRange {
 };
 
 /// The name that Excel gives for the sheet of a reference, "[Book]Sheet"; empty if it gives none.
-std::u16string SheetNameOf(const XXloper& reference);
-/// The id of the sheet with this name ("[Book]Sheet", or "Sheet" in the active workbook).
-std::optional<std::uint64_t> SheetIdOf(std::u16string_view sheet_name);
+/// Uncalculated when Excel wants the call to end.
+OrFailure<std::u16string> SheetNameOf(const XXloper& reference);
+/// The id of the sheet with this name ("[Book]Sheet", or "Sheet" in the active workbook); no value
+/// for 0, by which Excel means whichever sheet is current. Uncalculated as above.
+OrFailure<std::optional<std::uint64_t>> SheetIdOf(std::u16string_view sheet_name);
 
 /// The external form: 'Sheet'!B7 for a cell, 'Sheet'!B7:C9 for a larger area, areas joined by
 /// commas. Quotes within the name are doubled. Without a sheet name, the areas alone.

@@ -7,12 +7,13 @@
 #include "contracts/message_ids.h"
 #include "diagnostics/log.h"
 #include "diagnostics/vek_exception.h"
-#include "frame/session.h"
+#include "frame/opening.h"
 
 namespace zavrel {
 namespace {
 
 bool Returns(FunctionRef<void()> body) noexcept {
+  const RunningCall running;
   try {
     body();
     return true;

@@ -107,6 +107,7 @@ void ShowFailure(const VekException& failure) noexcept {
 bool OpenAddIn(AddIn add_in, SessionServices (*services)()) noexcept {
   if (Session::Current() != nullptr) {
     LogLine("xlAutoOpen: open already\n");
+    RunningCall::closes_ = false;
     return true;
   }
   try {
@@ -141,12 +142,18 @@ bool ReopenAddIn() noexcept {
 
 void CloseAddIn() noexcept {
   if (Session::Current() == nullptr) return;
+  RunningCall::closes_ = RunningCall::running_ > 0;
+  if (RunningCall::closes_) return;
   {
     const ScopedTrace trace("xlAutoClose");
     Session::Close();
   }
   LogLine("{}: About to close log file with logFile.reset ().\n", "xlAutoClose");
   CloseLog();
+}
+
+RunningCall::~RunningCall() {
+  if (--running_ == 0 && closes_) CloseAddIn();
 }
 
 }  // namespace zavrel

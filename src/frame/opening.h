@@ -13,7 +13,24 @@ bool OpenAddIn(AddIn add_in,
 /// was never open.
 bool ReopenAddIn() noexcept;
 
-/// Closes the session, if one is open.
+/// Closes the session, if one is open; within a call, when the outermost one ends.
 void CloseAddIn() noexcept;
+
+/// A call into the add-in, while it lives: it holds what the session owns. Excel may close the
+/// add-in from within it, as a macro of an event can have it do. Excel's main thread only.
+class RunningCall {
+ public:
+  RunningCall() noexcept { ++running_; }
+  ~RunningCall();
+  RunningCall(const RunningCall&) = delete;
+  RunningCall& operator=(const RunningCall&) = delete;
+
+ private:
+  friend bool OpenAddIn(AddIn add_in, SessionServices (*services)()) noexcept;
+  friend void CloseAddIn() noexcept;
+
+  static inline int running_ = 0;
+  static inline bool closes_ = false;  // at the end of the outermost
+};
 
 }  // namespace zavrel

@@ -7,7 +7,7 @@
 #include "excel/value_text.h"
 #include "excel/wide_text.h"
 #include "frame/formula_inspection.h"
-#include "frame/session.h"
+#include "frame/opening.h"
 
 namespace zavrel {
 namespace {
@@ -34,6 +34,7 @@ XXloper Shown(const Reading& reading, const XXloper& result) {
 
 bool frame::RunWorksheetBody(const char* name, FunctionRef<void()> body,
                              ResultText result) noexcept {
+  const RunningCall running;
   Session* session = Session::Current();
   if (session == nullptr) return false;
   InspectCallingFormula();

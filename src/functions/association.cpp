@@ -88,7 +88,8 @@ ZAV_EXPORT XLOPER12* ZavrelCorrelationCoeff(const XLOPER12* x, const XLOPER12* y
     return MatrixOf(#name, Measure::measure, ZAV_THIRTY_ARGUMENTS); \
   }
 
-// A matrix with a row and a column for each variable. No variable at all: #N/A.
+// A matrix with a row and a column for each variable. No variable at all: #N/A; more than 4,096:
+// #VALUE!.
 ZAV_ASSOCIATION_MATRIX(ZavrelCovarianceMatrix, kCovariance)
 ZAV_ASSOCIATION_MATRIX(ZavrelCorrelationMatrix, kCorrelation)
 

@@ -23,6 +23,7 @@
 #include "frame/macro_call.h"
 #include "frame/worksheet_function.h"
 #include "functions/distribution_selector.h"
+#include "macros/macro_memory.h"
 #include "numbers/error_double.h"
 #include "platform/export.h"
 
@@ -42,7 +43,7 @@ struct Answer {
 template <class Ask>
 std::int32_t Property(std::int32_t selector, double x, double* value, Ask ask) {
   constexpr auto kCount = static_cast<std::int32_t>(kDistributionProperties.size());
-  if (selector < 0 || selector >= kCount || value == nullptr) return kRefused;
+  if (selector < 0 || selector >= kCount) return kRefused;
   const auto& property = kDistributionProperties[static_cast<std::size_t>(selector)];
   if (property.needs_x() && x == kMissingValue) return kRefused;
   const DistributionFunctions* const functions = DistributionCompanion();
@@ -99,6 +100,12 @@ XLOPER12* PropertyFunction(const char* name, std::string_view kinds,
           return Failure(ExcelError::kNum);
         return XXloper::Number(value);
       });
+}
+
+/// What `compute` returns, which stores a value at a macro's place.
+template <class Compute>
+std::int32_t ForMacro(const char* name, const double* place, Compute compute) noexcept {
+  return MacroStatus(name, kRefused, [&] { return IsPlaceFor(place) ? compute() : kRefused; });
 }
 
 }  // namespace
@@ -161,32 +168,30 @@ ZAV_EXPORT XLOPER12* ZavrelBinomial(const XLOPER12* n, const XLOPER12* p, const 
 
 ZAV_EXPORT std::int32_t ZavrelNormalVB(double mean, double standard_deviation,
                                        std::int32_t selector, double x, double* value) {
-  return MacroStatus("ZavrelNormalVB", kRefused,
-                     [&] { return NormalProperty(mean, standard_deviation, selector, x, value); });
+  return ForMacro("ZavrelNormalVB", value,
+                  [&] { return NormalProperty(mean, standard_deviation, selector, x, value); });
 }
 
 ZAV_EXPORT std::int32_t ZavrelStudentVB(std::int32_t df, std::int32_t selector, double x,
                                         double* value) {
-  return MacroStatus("ZavrelStudentVB", kRefused,
-                     [&] { return StudentProperty(df, selector, x, value); });
+  return ForMacro("ZavrelStudentVB", value,
+                  [&] { return StudentProperty(df, selector, x, value); });
 }
 
 ZAV_EXPORT std::int32_t ZavrelChisqVB(std::int32_t df, std::int32_t selector, double x,
                                       double* value) {
-  return MacroStatus("ZavrelChisqVB", kRefused,
-                     [&] { return ChisqProperty(df, selector, x, value); });
+  return ForMacro("ZavrelChisqVB", value, [&] { return ChisqProperty(df, selector, x, value); });
 }
 
 ZAV_EXPORT std::int32_t ZavrelFVB(std::int32_t df1, std::int32_t df2, std::int32_t selector,
                                   double x, double* value) {
-  return MacroStatus("ZavrelFVB", kRefused,
-                     [&] { return FProperty(df1, df2, selector, x, value); });
+  return ForMacro("ZavrelFVB", value, [&] { return FProperty(df1, df2, selector, x, value); });
 }
 
 ZAV_EXPORT std::int32_t ZavrelBinomialVB(std::int32_t n, double p, std::int32_t selector, double x,
                                          double* value) {
-  return MacroStatus("ZavrelBinomialVB", kRefused,
-                     [&] { return BinomialProperty(n, p, selector, x, value); });
+  return ForMacro("ZavrelBinomialVB", value,
+                  [&] { return BinomialProperty(n, p, selector, x, value); });
 }
 
 }  // namespace zavrel

@@ -8,6 +8,7 @@
 #include "frame/worksheet_function.h"
 #include "functions/indicator.h"
 #include "functions/result_column.h"
+#include "macros/macro_memory.h"
 #include "macros/macro_status.h"
 #include "numbers/floating_point_scope.h"
 #include "platform/export.h"
@@ -54,7 +55,7 @@ ZAV_EXPORT XLOPER12* ZavrelStandardize(const XLOPER12* x, const XLOPER12* mean,
 ZAV_EXPORT std::int16_t ZavrelStandardizeVB(double x, double mean, double standard_deviation,
                                             double* result) {
   return MacroStatus("ZavrelStandardizeVB", kNoNumberStatus, [&]() -> std::int16_t {
-    if (result == nullptr) return kNoNumberStatus;
+    if (!IsPlaceFor(result)) return kNoNumberStatus;
     const Standardized standardized = Standardize(x, mean, standard_deviation);
     *result = standardized.value;
     return static_cast<std::int16_t>(standardized.status);

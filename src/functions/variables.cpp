@@ -34,9 +34,11 @@ OrFailure<Variables> Variables::Of(Arguments arguments) {
 std::optional<Failure> Variables::Add(const std::shared_ptr<ExcelData>& data) {
   const std::optional<CellBlock> block = data->block();
   if (!block) return Failure(ExcelError::kValue);
+  const bool is_one = block->columns <= 1 || data->layout().is_one_row();
+  if (columns_.size() + (is_one ? 1 : block->columns) > kMost) return Failure(ExcelError::kValue);
   const std::span<const double> numbers = data->Numbers(MissingDataPolicy::kPositionalWithErrors);
   data_.push_back(data);
-  if (block->columns <= 1 || data->layout().is_one_row()) {
+  if (is_one) {
     columns_.push_back(numbers);
     return std::nullopt;
   }

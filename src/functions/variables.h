@@ -20,7 +20,10 @@ namespace zavrel {
 /// sheet is refused, because its columns are not known.
 class Variables {
  public:
-  /// The variables of all arguments; an omitted argument has none.
+  /// Their matrix has as many cells as the largest that other functions fill, and takes 700 MB.
+  static constexpr std::size_t kMost = 4096;
+
+  /// The variables of all arguments; an omitted argument has none. More than kMost: #VALUE!.
   static OrFailure<Variables> Of(Arguments arguments);
 
   /// The columns live as long as this object.

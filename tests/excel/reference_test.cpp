@@ -71,8 +71,8 @@ TEST_CASE("The caller is a range or whatever else Excel says") {
 TEST_CASE("Sheets have names and ids, if the host tells") {
   FakeExcel excel;
   const Reference cell({0, 0, 0, 0});
-  CHECK(SheetNameOf(XXloper::FromArgument(cell)).empty());
-  CHECK_FALSE(SheetIdOf(u"none"));
+  CHECK(SheetNameOf(XXloper::FromArgument(cell))->empty());
+  CHECK_FALSE(*SheetIdOf(u"none"));
   excel.On(xlSheetNm, [&](FakeExcel::Arguments, XLOPER12& result) {
     excel.GiveText(u"[Book]Data", result);
     return xlretSuccess;
@@ -83,5 +83,5 @@ TEST_CASE("Sheets have names and ids, if the host tells") {
     result.val.mref = {nullptr, 0xFFFFFFFFFFu};
     return xlretSuccess;
   });
-  CHECK(SheetIdOf(SheetNameOf(XXloper::FromArgument(cell))) == 0xFFFFFFFFFFu);
+  CHECK(*SheetIdOf(*SheetNameOf(XXloper::FromArgument(cell))) == 0xFFFFFFFFFFu);
 }

@@ -22,4 +22,27 @@ TEST_CASE("whichever call into the host fails, a function gives an error or the 
   CHECK(failures > 10'000);
 }
 
+TEST_CASE("a host that tells the calling sheet only by its name fails, too") {
+  OpenFunctions add_in;
+  FakeExcel& excel = add_in.excel;
+  excel.conversion_code = xlretFailed;
+  excel.On(xlSheetNm, [&](FakeExcel::Arguments, XLOPER12& result) {
+    excel.GiveText(u"[Book]Data", result);
+    return xlretSuccess;
+  });
+  excel.On(xlSheetId, [](FakeExcel::Arguments, XLOPER12& result) {
+    result.xltype = xltypeRef;
+    result.val.mref = {nullptr, FakeExcel::kCallingSheet};
+    return xlretSuccess;
+  });
+  int failures = 0;
+  for (const RegisteredFunction& function : FunctionsOf(excel)) {
+    if (function.name() != "ZavrelMean" && function.name() != "ZavrelDestack") continue;
+    failures += FailEachCallback(excel, {.name = function.name(),
+                                         .call = [&] { return function.Call(0); },
+                                         .forget = [&] { add_in.ClearCaches(); }});
+  }
+  CHECK(failures > 200);
+}
+
 }  // namespace zavrel::tests

@@ -5,8 +5,9 @@
 
 A limit for the size of files stands for the full disk: each write in turn is the one that fails. Processes are killed
 at random moments, and as soon as there is something on the disk. Either way the target is what it was or what it
-should become, and the next run leaves nothing else beside it.
+should become, and the next run leaves nothing else beside it. A target that is protected stays as it is.
 """
+import os
 import pathlib
 import random
 import re
@@ -109,6 +110,27 @@ def fill_output():
     check(done.returncode == 1 and "not a regular file" in done.stderr, f"/dev/full as target: {done}")
 
 
+def keep_protected():
+    """What its owner has protected against writing, a program of the owner's does not replace."""
+    folder = scratch / "protected"
+    folder.mkdir()
+    book = folder / "book.xlsx"
+    shutil.copy(BOOK, book)
+    book.chmod(0o444)
+    nobody = 65534
+    as_owner = {}
+    if os.geteuid() == 0:  # whom nothing is protected against
+        for path in folder, book:
+            os.chown(path, nobody, nobody)
+        as_owner = {"user": nobody, "group": nobody, "extra_groups": []}
+    for arguments in (["run", "--in-place", book], ["run", BOOK, "-o", book],
+                      ["report", "correlations", DATA, "-o", book]):
+        done = subprocess.run([ZAVHOST, *arguments], capture_output=True, text=True, **as_owner)
+        check(done.returncode == 1 and done.stderr == f"zavhost: {book}: the file is write-protected\n",
+              f"protected, {arguments}: {done}")
+        check(book.read_bytes() == BOOK.read_bytes() and list(folder.iterdir()) == [book], f"protected, {arguments}: changed")
+
+
 def kill(case, number):
     """Kills at a random moment, or when a file appears. Returns whether it was killed with something on the disk."""
     case.prepare()
@@ -155,6 +177,7 @@ def main():
     for case in all_cases:
         fill_disk(case)
     fill_output()
+    keep_protected()
     kill_many(all_cases)
     print("\n".join(problems))
     return 1 if problems else 0

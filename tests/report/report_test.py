@@ -120,6 +120,13 @@ def check_inputs():
     table.write_text('"width, mm",remark\n1,a\nbroken,b\n,c\n4,d\n2.5,e\n', encoding="utf-8")
     cells, words = report("summary", table)
     check(cells["B5"] == 3 and "width, mm: cells that are no numbers and are left out: 1" in words.stderr, f"gaps: {words.stderr}")
+    table.write_text("=1+1,b\x1b[31m\n1,2\n2,4\n4,3\n", encoding="utf-8")
+    made = run("report", "scatter-plots", table, "-o", book)
+    check(made.returncode == 0, f"odd headings: {made}")
+    with zipfile.ZipFile(book) as package:
+        charts = [package.read(name).decode() for name in package.namelist() if "charts/chart" in name]
+    check(any("> =1+1" in chart for chart in charts), "a heading like a formula is no title")
+    check(not any("<c:f>1+1<" in chart for chart in charts), "a heading like a formula is a reference")
 
 
 def check_german():

@@ -2,13 +2,17 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <atomic>
+#include <cerrno>
+#include <chrono>
 #include <climits>
 #include <cstring>
 #include <string>
+#include <thread>
 
 namespace zavhost {
 namespace {
@@ -18,6 +22,13 @@ struct Noted {
   std::atomic<bool> is_set;
 };
 std::array<Noted, 4> noted;
+
+/// Locks an open file; false if another program has locked it, or nothing has its name any more.
+bool LocksExisting(int descriptor) {
+  struct stat status {};
+  return flock(descriptor, LOCK_EX | LOCK_NB) == 0 && fstat(descriptor, &status) == 0 &&
+         status.st_nlink > 0;
+}
 
 }  // namespace
 
@@ -45,22 +56,31 @@ void Forget(const std::filesystem::path& file) noexcept {
   }
 }
 
+// Another program that looks for a killed one's file can lock this one before it is held. It then
+// deletes it, and another is made.
 int Hold(const std::filesystem::path& file) noexcept {
-  const int hold = open(file.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
-  if (hold >= 0) flock(hold, LOCK_EX | LOCK_NB);
-  return hold;
+  constexpr int kMostTries = 100;
+  for (int tries = 1;; ++tries) {
+    const int hold = open(file.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+    if (hold < 0 || LocksExisting(hold) || tries == kMostTries) return hold;
+    close(hold);
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
 }
 
 void Release(int hold) noexcept {
   if (hold >= 0) close(hold);
 }
 
-bool MayBeHeld(const std::filesystem::path& file) noexcept {
+void RemoveUnlessHeld(const std::filesystem::path& file) noexcept {
   const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
-  if (descriptor < 0) return true;
-  const bool is_free = flock(descriptor, LOCK_EX | LOCK_NB) == 0;
+  if (descriptor < 0) return;
+  if (LocksExisting(descriptor)) unlink(file.c_str());
   close(descriptor);
-  return !is_free;
+}
+
+bool IsWriteProtected(const std::filesystem::path& file) noexcept {
+  return faccessat(AT_FDCWD, file.c_str(), W_OK, AT_EACCESS) != 0 && errno == EACCES;
 }
 
 }  // namespace unfinished

@@ -45,7 +45,12 @@ void Forget(const std::filesystem::path& file) noexcept {
 // A file that a program has open cannot be deleted by another one.
 int Hold(const std::filesystem::path&) noexcept { return -1; }
 void Release(int) noexcept {}
-bool MayBeHeld(const std::filesystem::path&) noexcept { return false; }
+void RemoveUnlessHeld(const std::filesystem::path& file) noexcept { DeleteFileW(file.c_str()); }
+
+bool IsWriteProtected(const std::filesystem::path& file) noexcept {
+  const DWORD attributes = GetFileAttributesW(file.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+}
 
 }  // namespace unfinished
 }  // namespace zavhost

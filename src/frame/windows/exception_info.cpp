@@ -2,6 +2,7 @@
 #include "excel/wide_text.h"
 #include "frame/macro_call.h"
 #include "frame/session.h"
+#include "macros/macro_memory.h"
 #include "platform/export.h"
 #include "platform/windows/ole_owners.h"
 
@@ -21,9 +22,9 @@ ZAV_EXPORT std::int32_t ZavrelGetExceptionInfoVB(std::uint32_t failure_number, B
     OwnedBstr new_class = OwnedBstr::Wide(failure->class_name());
     OwnedBstr new_place = OwnedBstr::Wide(Utf16FromUtf8(failure->place()));
     OwnedBstr new_message = OwnedBstr::Wide(session->MessageOf(*failure));
-    new_class.HandOver(class_name);
-    new_place.HandOver(place);
-    new_message.HandOver(message);
+    if (IsPlaceFor(class_name)) new_class.HandOver(class_name);
+    if (IsPlaceFor(place)) new_place.HandOver(place);
+    if (IsPlaceFor(message)) new_message.HandOver(message);
     return 1;
   });
 }

@@ -6,6 +6,7 @@
 #include "frame/macro_call.h"
 #include "frame/session.h"
 #include "macros/macro_handshakes.h"
+#include "macros/macro_memory.h"
 #include "macros/windows/macro_variant.h"
 #include "platform/export.h"
 
@@ -24,7 +25,7 @@ using MakeId = OwnedBstr (*)(std::u16string_view text);
 /// Enters the array under a new id and hands the id over; without an open session it is empty.
 std::uint32_t Enter(const char* place, BSTR* id, MakeId make, auto make_pending) {
   return MacroCall(place, [&] {
-    if (id == nullptr) throw VekParameterError(place, messages::kMessageParameterError);
+    if (!IsPlaceFor(id)) throw VekParameterError(place, messages::kMessageParameterError);
     PendingArrays pending = make_pending();
     Session* session = Session::Current();
     make(session == nullptr

@@ -8,6 +8,7 @@
 
 #include "bindings/target_computation.h"
 #include "frame/macro_call.h"
+#include "macros/macro_memory.h"
 #include "macros/windows/vb_numbers.h"
 #include "numbers/error_double.h"
 #include "platform/export.h"
@@ -27,7 +28,7 @@ template <class Compute>
 std::int16_t OfArray(const char* name, SAFEARRAY** array, double* result,
                      Compute compute) noexcept {
   return MacroStatus(name, kNoNumberStatus, [&]() -> std::int16_t {
-    if (result == nullptr) return kNoNumberStatus;
+    if (!IsPlaceFor(result)) return kNoNumberStatus;
     // Written last: the result may be one of the array's own elements.
     const VbNumbers numbers(array);
     *result = numbers.ok() ? compute(numbers.values()) : ConditionDouble(kConditionNotComputed);

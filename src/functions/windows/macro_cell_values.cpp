@@ -11,6 +11,7 @@
 #include "frame/macro_call.h"
 #include "frame/session.h"
 #include "macros/macro_handshakes.h"
+#include "macros/macro_memory.h"
 #include "macros/windows/macro_variant.h"
 #include "macros/windows/range_object.h"
 #include "platform/export.h"
@@ -56,7 +57,7 @@ PendingCellValues Wanted(const char* place, CellElements elements, const VARIANT
 /// Enters the arrays under a new id and hands the id over. Without an open session the id is empty,
 /// and there is no entry.
 void Enter(const char* place, PendingCellValues wanted, BSTR* id) {
-  if (id == nullptr) throw VekParameterError(place, messages::kMessageParameterError);
+  if (!IsPlaceFor(id)) throw VekParameterError(place, messages::kMessageParameterError);
   Session* session = Session::Current();
   if (session == nullptr) return OwnedBstr::Ansi(u"").HandOver(id);
   MacroHandshakes& handshakes = session->Kept<MacroHandshakes>();
@@ -144,7 +145,7 @@ ZAV_EXPORT BSTR ZavrelGetCellValueCategory(const VARIANT* range) {
 ZAV_EXPORT std::uint32_t ZavrelGetCellValueCategoryW(const VARIANT* range, BSTR* name) {
   constexpr const char* kPlace = "ZavrelGetCellValueCategoryW";
   return MacroCall(kPlace, [&] {
-    if (name == nullptr) throw VekParameterError(kPlace, messages::kMessageParameterError);
+    if (!IsPlaceFor(name)) throw VekParameterError(kPlace, messages::kMessageParameterError);
     OwnedBstr::Wide(NameOfFirstCell(range)).HandOver(name);
   });
 }

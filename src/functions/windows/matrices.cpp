@@ -10,8 +10,8 @@
 
 #include "frame/macro_call.h"
 #include "functions/association_matrix.h"
+#include "macros/macro_memory.h"
 #include "macros/windows/double_array.h"
-#include "macros/windows/macro_memory.h"
 #include "macros/windows/redim_vb_array.h"
 #include "macros/windows/vb_array.h"
 #include "macros/windows/vb_numbers.h"

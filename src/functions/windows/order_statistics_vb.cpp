@@ -16,6 +16,7 @@
 
 #include "bindings/target_computation.h"
 #include "frame/macro_call.h"
+#include "macros/macro_memory.h"
 #include "macros/windows/vb_numbers.h"
 #include "numbers/error_double.h"
 #include "platform/export.h"
@@ -52,7 +53,7 @@ template <class Check>
 std::int16_t OfArray(const char* name, SAFEARRAY** array, double p, std::int16_t method,
                      double* result, Check check) noexcept {
   return MacroStatus(name, kNoNumberStatus, [&]() -> std::int16_t {
-    if (result == nullptr) return kNoNumberStatus;
+    if (!IsPlaceFor(result)) return kNoNumberStatus;
     // Written last: the result may be one of the array's own elements.
     double computed = ConditionDouble(kConditionNotComputed);
     const std::int16_t status = Compute(VbNumbers(array), p, method, check, computed);

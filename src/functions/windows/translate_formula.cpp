@@ -3,6 +3,7 @@
 #include "diagnostics/vek_exception.h"
 #include "frame/macro_call.h"
 #include "functions/translated_formula.h"
+#include "macros/macro_memory.h"
 #include "platform/export.h"
 #include "platform/library_identity.h"
 #include "platform/windows/ole_owners.h"
@@ -17,7 +18,7 @@ ZAV_EXPORT std::uint32_t ZavrelTranslateFormulaVB(BSTR formula, BSTR from, BSTR 
                                                   std::int32_t style, BSTR* translated) {
   constexpr const char* kPlace = "ZavrelTranslateFormulaVB";
   return MacroCall(kPlace, [&] {
-    if (translated == nullptr) throw VekParameterError(kPlace, messages::kMessageParameterError);
+    if (!IsPlaceFor(translated)) throw VekParameterError(kPlace, messages::kMessageParameterError);
     const std::u16string text =
         TranslatedFormula(kPlace, BstrView(formula), BstrView(from), BstrView(to), style,
                           LibraryIdentity::OfThisLibrary().folder());

@@ -8,8 +8,8 @@
 #include "diagnostics/vek_exception.h"
 #include "frame/macro_call.h"
 #include "frame/session.h"
+#include "macros/macro_memory.h"
 #include "macros/windows/double_array.h"
-#include "macros/windows/macro_memory.h"
 #include "macros/windows/macro_variant.h"
 #include "platform/export.h"
 #include "platform/utf.h"
@@ -77,11 +77,14 @@ LiftedProtections& KeptProtections() {
 
 /// What a macro's array of formulas holds; a matrix of one dimension is a row.
 MsExcel::Block FormulasIn(SAFEARRAY* array) {
+  VARTYPE type = VT_EMPTY;
+  const bool holds_variants = SUCCEEDED(SafeArrayGetVartype(array, &type)) && type == VT_VARIANT &&
+                              array->cbElements == sizeof(VARIANT) && HasItsElements(array);
   VARIANT variant;
   VariantInit(&variant);
   variant.vt = VT_ARRAY | VT_VARIANT;
   variant.parray = array;
-  const MsExcel::Block block = array == nullptr ? MsExcel::Block{} : MsExcel::BlockIn(variant);
+  const MsExcel::Block block = holds_variants ? MsExcel::BlockIn(variant) : MsExcel::Block{};
   if (block.values.empty())
     throw VekArraySizeError("ZavrelWriteFormulasVB", messages::kMessageArrayNotTwoDimensional);
   return block;
@@ -121,7 +124,7 @@ ZAV_EXPORT std::uint32_t ZavrelLiftProtectionVB(IDispatch* sheet, BSTR password,
     services::StoreItem(0.0, number);  // there is a place for it, or nothing is lifted
     services::StoreItem(
         0.0 + kept.Add(std::make_unique<services::LiftedProtection>(
-                        ObjectFrom<MsExcel::Worksheet>(sheet), std::u16string(BstrView(password)))),
+                  ObjectFrom<MsExcel::Worksheet>(sheet), std::u16string(BstrView(password)))),
         number);
   });
 }
@@ -177,6 +180,8 @@ ZAV_EXPORT std::uint32_t ZavrelRepeatAnalysisVB(IDispatch* workbook) {
 /// The menu of the analyses for the ribbon, as the XML of a dynamic menu.
 ZAV_EXPORT std::uint32_t ZavrelAnalysesMenuVB(BSTR* menu) {
   return MacroCall("ZavrelAnalysesMenuVB", [&] {
+    if (!IsPlaceFor(menu))
+      throw VekParameterError("ZavrelAnalysesMenuVB", messages::kMessageParameterError);
     OwnedBstr::Wide(services::AnalysesMenu(SessionLanguage())).HandOver(menu);
   });
 }

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "macros/windows/macro_memory.h"
+#include "macros/macro_memory.h"
 
 namespace zavrel {
 namespace {
@@ -45,15 +45,15 @@ std::optional<std::size_t> ElementCount(SAFEARRAY* array) {
 
 bool HasItsElements(SAFEARRAY* array) {
   const std::optional<std::size_t> count = ElementCount(array);
-  return count && (*count == 0 || IsReadableMemory(array->pvData, *count * sizeof(double)));
+  if (!count || *count == 0) return count.has_value();
+  constexpr std::size_t kMost = std::numeric_limits<std::ptrdiff_t>::max();
+  return array->cbElements > 0 && *count <= kMost / array->cbElements &&
+         IsReadableMemory(array->pvData, *count * array->cbElements);
 }
 
 bool CanBeDestroyed(SAFEARRAY* array) {
-  if ((array->fFeatures & kOwnsElements) == 0 || array->pvData == nullptr) return true;
-  const std::optional<std::size_t> count = ElementCount(array);
-  constexpr std::size_t kMost = std::numeric_limits<std::ptrdiff_t>::max();
-  return count && array->cbElements > 0 && *count <= kMost / array->cbElements &&
-         IsReadableMemory(array->pvData, *count * array->cbElements);
+  return (array->fFeatures & kOwnsElements) == 0 || array->pvData == nullptr ||
+         HasItsElements(array);
 }
 
 }  // namespace zavrel

@@ -20,8 +20,7 @@ bool HoldsDoubles(SAFEARRAY* array);
 /// many.
 std::optional<std::size_t> ElementCount(SAFEARRAY* array);
 
-/// True when an array of doubles has readable memory for all elements of its bounds, or no
-/// elements.
+/// True when an array has readable memory for all elements of its bounds, or no elements.
 bool HasItsElements(SAFEARRAY* array);
 
 /// True when the system finds the elements that it releases with the array, if any.

@@ -5,7 +5,7 @@
 #include <limits>
 #include <utility>
 
-#include "macros/windows/macro_memory.h"
+#include "macros/macro_memory.h"
 #include "macros/windows/vb_array.h"
 #include "platform/windows/ole_owners.h"
 

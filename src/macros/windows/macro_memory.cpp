@@ -1,4 +1,4 @@
-#include "macros/windows/macro_memory.h"
+#include "macros/macro_memory.h"
 
 #include <windows.h>
 

@@ -1,6 +1,7 @@
 #include "macros/windows/macro_variant.h"
 
-#include "macros/windows/macro_memory.h"
+#include "macros/macro_memory.h"
+#include "macros/windows/double_array.h"
 
 namespace zavrel {
 namespace {
@@ -10,6 +11,18 @@ const VARIANT* OrNull(const VARIANT* variant) {
 }
 
 bool IsReference(const VARIANT& variant) { return (variant.vt & VT_BYREF) != 0; }
+
+/// Whether the system's function, which follows a reference and an array to any address, finds
+/// them.
+bool CanBeCopied(const VARIANT& variant) {
+  const bool refers = IsReference(variant);
+  if (variant.vt == (VT_BYREF | VT_VARIANT)) return false;
+  if (refers && !IsReadableMemory(variant.byref, sizeof(LONGLONG))) return false;
+  if ((variant.vt & VT_ARRAY) == 0) return true;
+  VARIANT own = variant;
+  SAFEARRAY* const array = ArrayAt(refers ? own.pparray : &own.parray);
+  return array != nullptr && HasItsElements(array);
+}
 
 }  // namespace
 
@@ -21,9 +34,7 @@ const VARIANT* FollowReference(const VARIANT* variant) {
 
 std::optional<OwnedVariant> CopyOf(const VARIANT* variant) {
   const VARIANT* own = FollowReference(variant);
-  // The system's function follows a reference to any address.
-  if (own == nullptr || (IsReference(*own) && !IsReadableMemory(own->byref, sizeof(LONGLONG))))
-    return std::nullopt;
+  if (own == nullptr || !CanBeCopied(*own)) return std::nullopt;
   OwnedVariant copy;
   if (FAILED(VariantCopyInd(copy.address(), Unconst(*own)))) return std::nullopt;
   return copy;

@@ -11,7 +11,8 @@ namespace {
 /// The id of a range object's sheet, which is "[Book]Sheet" in the C API.
 std::optional<std::uint64_t> SheetOf(const MsExcel::Range& range) {
   const MsExcel::Worksheet sheet = range.ParentSheet();
-  return SheetIdOf(u"[" + sheet.ParentBook().Name() + u"]" + sheet.Name());
+  const auto id = SheetIdOf(u"[" + sheet.ParentBook().Name() + u"]" + sheet.Name());
+  return id.ok() ? *id : std::nullopt;
 }
 
 /// The area of `rows` and `columns` that starts at the range object's first cell. The object counts

@@ -6,8 +6,8 @@
 
 #include "contracts/message_ids.h"
 #include "diagnostics/vek_exception.h"
+#include "macros/macro_memory.h"
 #include "macros/windows/double_array.h"
-#include "macros/windows/macro_memory.h"
 #include "macros/windows/macro_variant.h"
 
 namespace zavrel {

@@ -6,8 +6,9 @@
 #include "contracts/message_ids.h"
 #include "diagnostics/vek_exception.h"
 #include "excel/double_value.h"
+#include "macros/macro_memory.h"
 #include "macros/windows/double_array.h"
-#include "macros/windows/macro_memory.h"
+#include "macros/windows/macro_variant.h"
 
 namespace zavrel {
 namespace {
@@ -104,11 +105,11 @@ XXloper BlockOfNumbers(const DoubleMatrix& matrix) {
 
 }  // namespace
 
-XXloper ExcelValueOf(const VARIANT& variant) {
-  OwnedVariant copy;
-  if (FAILED(VariantCopyInd(copy.address(), Unconst(variant))))
-    return XXloper::Error(ExcelError::kValue);
-  const VARIANT& value = copy.get();
+XXloper ExcelValueOf(const VARIANT& value) {
+  if ((value.vt & VT_BYREF) != 0) {
+    const auto copy = CopyOf(&value);
+    return copy ? ExcelValueOf(copy->get()) : XXloper::Error(ExcelError::kValue);
+  }
   switch (value.vt) {
     case VT_EMPTY:
     case VT_NULL:

@@ -16,7 +16,7 @@ inline constexpr std::uint32_t kExcelErrorStatus = 0x800A07D0u;
 /// double that stands for an error or a blank becomes that), an automation error its Excel error,
 /// and empty, null and omitted an empty value. Anything that Excel has no value for becomes
 /// #VALUE!.
-XXloper ExcelValueOf(const VARIANT& variant);
+XXloper ExcelValueOf(const VARIANT& value);
 
 /// The matrix in a two-dimensional array of doubles (the first index is the row; stored column by
 /// column). An array without elements gives a matrix without rows.

@@ -10,16 +10,15 @@ namespace {
 
 /// The array if it is a one-dimensional array of doubles, else null.
 SAFEARRAY* DoublesOrNull(SAFEARRAY** place) {
-  SAFEARRAY* array = place != nullptr ? *place : nullptr;
-  return SafeArrayGetDim(array) == 1 && HoldsDoubles(array) ? array : nullptr;
+  SAFEARRAY* const array = ArrayAt(place);
+  const bool fits = array != nullptr && array->cDims == 1 && HoldsDoubles(array);
+  return fits && HasItsElements(array) ? array : nullptr;
 }
 
 }  // namespace
 
 VbNumbers::VbNumbers(SAFEARRAY** array) : lock_(DoublesOrNull(array)) {
-  if (!lock_.ok()) return;
-  const std::size_t count = lock_.array().rgsabound[0].cElements;
-  if (count == 0 || lock_.data() != nullptr) numbers_.emplace(lock_.data(), count);
+  if (lock_.ok()) numbers_.emplace(lock_.data(), lock_.array().rgsabound[0].cElements);
 }
 
 std::unique_ptr<double[]> TryAllocate(std::size_t count) {

@@ -10,7 +10,9 @@ namespace {
 /// Excel's number of an error stands in the low word of the automation error, above this.
 constexpr SCODE kFirstError = static_cast<SCODE>(0x800A07D0);
 
+/// Nothing, if it is no number; what a reference leads to is not looked at.
 CellValue AsNumber(const VARIANT& variant) {
+  if ((variant.vt & (VT_BYREF | VT_ARRAY)) != 0) return {};
   zavrel::OwnedVariant number;
   if (FAILED(VariantChangeType(number.address(), zavrel::Unconst(variant), 0, VT_R8))) return {};
   return number.get().dblVal;

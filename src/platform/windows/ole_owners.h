@@ -51,9 +51,8 @@ class OwnedBstr {
   ~OwnedBstr() { SysFreeString(text_); }
 
   BSTR Release() { return std::exchange(text_, nullptr); }
-  /// Puts the string into the caller's place and frees the old one; a null place is ignored.
+  /// Puts the string into the caller's place and frees the old one.
   void HandOver(BSTR* place) {
-    if (place == nullptr) return;
     SysFreeString(*place);
     *place = Release();
   }

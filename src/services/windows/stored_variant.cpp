@@ -4,7 +4,7 @@
 
 #include "contracts/message_ids.h"
 #include "diagnostics/vek_exception.h"
-#include "macros/windows/macro_memory.h"
+#include "macros/macro_memory.h"
 #include "macros/windows/macro_variant.h"
 #include "macros/windows/redim_vb_array.h"
 #include "macros/windows/vb_array.h"

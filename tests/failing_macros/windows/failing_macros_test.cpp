@@ -3,6 +3,7 @@
 // leaves what its caller has as it was; nothing stays locked or behind.
 #include <doctest/doctest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <optional>
@@ -260,6 +261,21 @@ TEST_CASE("whichever memory an entry point for macros does not get, it does its 
     }
   }
   CHECK(Trial::failures() > 1'000);
+}
+
+TEST_CASE("addresses where nothing is, and arrays that claim too much, are failures") {
+  MacroExcel excel;
+  const OpenLibrary add_in;
+  for (const MacroDeclaration& declaration : MacroDeclarations()) {
+    const EntryPoint entry_point(add_in, declaration, excel);
+    const auto call = [&](std::size_t shape) { return entry_point.Call(shape, [](bool) {}); };
+    call(MacroArguments::kNowhere);
+    const bool has_array =
+        std::any_of(declaration.parameters.begin(), declaration.parameters.end(),
+                    [](const MacroParameter& parameter) { return parameter.type.ends_with("()"); });
+    const Outcome claiming = call(MacroArguments::kClaiming);
+    CHECK_MESSAGE((!has_array || claiming.is_failure), declaration.name);
+  }
 }
 
 TEST_CASE("a thread that begins without memory ends by itself") {

@@ -74,12 +74,17 @@ MacroArguments::MacroArguments(const MacroDeclaration& declaration, std::size_t 
 }
 
 MacroArguments::~MacroArguments() {
+  if (shape_ == kClaiming) {
+    for (const MacroArray& array : arrays_) array.array->rgsabound[0].cElements = 1;
+  }
   for (const BSTR text : texts_) SysFreeString(text);
   for (const BSTR text : text_places_) SysFreeString(text);
 }
 
 void MacroArguments::Add(const MacroParameter& parameter) {
   const auto& [name, type] = parameter;
+  const bool is_address = type.starts_with("ByRef") || kTextPlaces.count(name) == 1;
+  if (shape_ == kNowhere && is_address) return words_.AddPointer(reinterpret_cast<void*>(8));
   if (type == "ByVal Object") return AddObject(parameter);
   if (name == "number" && type == "ByVal Long")
     return words_.AddInteger(static_cast<std::uint64_t>(excel_.protection));
@@ -150,13 +155,14 @@ void MacroArguments::AddNumbers(const std::string& name) {
   } else {
     arrays_.emplace_back(DoubleMatrix{{4, 1, 2, 0.5}, {1, 3, 0, 1}, {2, 0, 5, 1}, {0.5, 1, 1, 2}});
   }
+  if (shape_ == kClaiming) arrays_.back().array->rgsabound[0].cElements = 0x0FFF'FFFF;
   words_.AddPointer(static_cast<const void*>(&arrays_.back().array));
 }
 
 void MacroArguments::AddVariants() {
   if (shape_ == 3) {
     arrays_.emplace_back();
-  } else if (!IsRightKind()) {
+  } else if (shape_ > 1) {
     arrays_.emplace_back(VT_DISPATCH, std::vector<ULONG>{2, 2});
   } else {
     arrays_.push_back(FormulaBlock());
@@ -169,6 +175,7 @@ std::string MacroArguments::Held() const {
   for (const double number : numbers_) shown += std::to_string(number) + "|";
   for (const MacroVariant& variant : variants_) shown += ShownVariant(variant.variant) + "|";
   for (const BSTR text : text_places_) shown += ShownString(text) + "|";
+  if (shape_ == kClaiming) return shown;
   for (const MacroArray& array : arrays_) shown += ShownArray(array.array) + "|";
   return shown;
 }

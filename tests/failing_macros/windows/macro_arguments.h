@@ -26,6 +26,9 @@ class MacroArguments {
   /// 0: what the entry point is made for; 1: the same with other contents in the places that it
   /// fills; 2: arrays of another type and rank, and no objects; 3: no arrays, and no places.
   static constexpr std::size_t kShapes = 4;
+  /// Nothing is at the addresses of arrays and places; arrays claim far more elements than they
+  /// have.
+  static constexpr std::size_t kNowhere = 4, kClaiming = 5;
 
   /// A parameter whose name says nothing here is a fault: what such an argument is like has to be
   /// added.
@@ -48,7 +51,7 @@ class MacroArguments {
   void AddNumbers(const std::string& name);
   void AddVariants();
   void AddBstrPlace(BSTR text);
-  bool IsRightKind() const { return shape_ < 2; }
+  bool IsRightKind() const { return shape_ < 2 || shape_ == kClaiming; }
 
   std::size_t shape_;
   const MacroExcel& excel_;

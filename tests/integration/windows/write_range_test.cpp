@@ -59,6 +59,12 @@ TEST_CASE("numbers and values of every kind are written into the cells of a rang
   CHECK(Write(third.variant, variants) == 0);
   const std::string shown = "#N/A,#DIV/0!,0,#NUM!,#REF!,2.5;";
   CHECK(Shown(*engine, "+Data!A10:F12") == shown + shown + shown);
+  // Elements that refer to another variable, as of a ParamArray, or to nowhere.
+  double held = 4;
+  variants.elements<VARIANT>()[0] = VariantOf(VT_BYREF | VT_R8, &held);
+  variants.elements<VARIANT>()[1] = VariantOf(VT_BYREF | VT_R8, reinterpret_cast<void*>(8));
+  CHECK(Write(third.variant, variants) == 0);
+  CHECK(Shown(*engine, "+Data!A12:B12") == "4,#VALUE!;");
   MacroArray row(VT_I4, {3});
   for (int i = 0; i < 3; ++i) row.elements<LONG>()[i] = i + 1;
   const FakeRange one_row(8, 1, 1, 3);

@@ -1,6 +1,7 @@
 // Analyses of the cells of an open workbook, in an emulated Excel.
 #include "services/windows/analysis_run.h"
 
+#include <algorithm>
 #include <filesystem>
 
 #include "host/report/report_writer.h"
@@ -107,6 +108,17 @@ TEST_CASE("the sheet in an open workbook is that of a report without Excel, cell
   }
 }
 
+TEST_CASE("a heading that begins like a formula is a text in the sheet of an analysis") {
+  const Flowers open;
+  MsExcel::Block heading(1, 1);
+  heading.values.front() = std::u16string(u"'=1+1");
+  open.range(u"A1").SetFormulas(heading);
+  AnalysisRun("summary", Language::kEnglish).Run(open.range(kTable), "");
+  const std::vector<std::string> cells = CellsOf(open.sheet());
+  CHECK(std::ranges::count(cells, " =1+1 |  =1+1") == 1);
+  CHECK(std::ranges::count(cells, "=1+1 | 2") == 0);
+}
+
 TEST_CASE("data that do not suit get a reason, and the workbook stays as it was") {
   const OpenExcel excel;
   const auto fill = [&](std::u16string_view address, std::u16string_view text) {
@@ -178,7 +190,7 @@ TEST_CASE("the user is asked for the data and the groups, and may repeat the ana
   const std::vector<std::string> first = CellsOf(excel.sheet());
   RepeatAnalysis(excel.book(), Language::kEnglish);
   CHECK(excel.sheet().Name() == u"Summary (2)");
-  std::vector<std::string> second = CellsOf(excel.sheet());
+  const std::vector<std::string> second = CellsOf(excel.sheet());
   CHECK(second.size() == first.size());
   CHECK_FALSE(HiddenStorage(excel.book()).ReadAll().empty());
   // A group is needed here, and Cancel is Cancel.
