@@ -5,6 +5,9 @@
 #include <atomic>
 #include <cstddef>
 
+#include "platform/exhausted_memory.h"
+#include "platform/thread_exceptions.h"
+
 namespace {
 
 std::atomic<bool> refuse_next{false};  // set while the loader's lock is held, so by one thread
@@ -20,7 +23,8 @@ void Throw() noexcept {
 /// exception, so it locks the mutex of the reserve, which does get memory. The reserve itself is
 /// there, since constructors run from the C++ library's to those of its users.
 [[gnu::constructor]] void SetUpExceptions() noexcept {
-  Throw();
+  zavrel::TakeOverNewHandler();
+  if (!zavrel::SetUpThreadExceptions()) return;
   refuse_next = true;
   Throw();
 }
