@@ -18,27 +18,6 @@ namespace {
 
 using Shortage = LibraryMemory::Shortage;
 
-/// An add-in as it ships, open in a host of the tests'; everything is registered.
-class OpenLibrary {
- public:
-  OpenLibrary(const char* file, std::initializer_list<const char*> companions)
-      : shipped_(file, companions) {
-    FillSheet(excel);
-    REQUIRE(shipped_.Open() == 1);
-    shipped_.Announce();
-  }
-  ~OpenLibrary() { shipped_.Close(); }
-  OpenLibrary(const OpenLibrary&) = delete;
-  OpenLibrary& operator=(const OpenLibrary&) = delete;
-
-  const LoadedModule& library() const { return shipped_.module(); }
-
-  FakeExcel excel;
-
- private:
-  ShippedLibrary shipped_;
-};
-
 /// A call that can be made again and again.
 struct RepeatedCall {
   std::string name;

@@ -3,8 +3,8 @@
 #include <filesystem>
 
 #include "failing_memory/library_memory.h"
+#include "faults/function_calls.h"
 #include "platform/export.h"
-#include "support/fake_excel.h"
 
 ZAV_EXPORT int MdCallBack12(int function, int count, XLOPER12** arguments, XLOPER12* result) {
   return zavrel::ExcelCallback()(function, count, arguments, result);
@@ -29,6 +29,13 @@ LoadedModule ShippedLibrary::Watched(const char* file) {
   REQUIRE_MESSAGE(library, file);
   LibraryMemory::Watch(*library);
   return *library;
+}
+
+OpenLibrary::OpenLibrary(const char* file, std::initializer_list<const char*> companions)
+    : shipped_(file, companions) {
+  FillSheet(excel);
+  REQUIRE(shipped_.Open() == 1);
+  shipped_.Announce();
 }
 
 }  // namespace zavrel::tests

@@ -10,6 +10,7 @@
 
 #include "excel/xloper12.h"
 #include "platform/module.h"
+#include "support/fake_excel.h"
 
 namespace zavrel::tests {
 
@@ -43,6 +44,22 @@ class ShippedLibrary {
                     const char16_t*);
   void (*withdraw_)(std::uint16_t);
   const XLOPER12* (*tell_)(const XLOPER12*);
+};
+
+/// The same, open in a host of the tests'; everything is registered.
+class OpenLibrary {
+ public:
+  OpenLibrary(const char* file, std::initializer_list<const char*> companions);
+  ~OpenLibrary() { shipped_.Close(); }
+  OpenLibrary(const OpenLibrary&) = delete;
+  OpenLibrary& operator=(const OpenLibrary&) = delete;
+
+  const LoadedModule& library() const { return shipped_.module(); }
+
+  FakeExcel excel;
+
+ private:
+  ShippedLibrary shipped_;
 };
 
 }  // namespace zavrel::tests
