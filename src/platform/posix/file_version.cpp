@@ -47,20 +47,20 @@ std::optional<FileVersion> VersionAmong(std::string_view notes) {
 
 }  // namespace
 
-std::optional<FileVersion> ReadFileVersion(const std::filesystem::path& path) {
-  const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+std::optional<FileVersion> ReadFileVersion(const std::filesystem::path& file) {
+  const FileDescriptor opened(open(file.c_str(), O_RDONLY | O_CLOEXEC));
   Elf64_Ehdr header;
-  if (!Read(file, 0, &header) || std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 ||
+  if (!Read(opened, 0, &header) || std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 ||
       header.e_ident[EI_CLASS] != ELFCLASS64 || header.e_ident[EI_DATA] != ELFDATA2LSB ||
       header.e_phentsize != sizeof(Elf64_Phdr)) {
     return std::nullopt;
   }
   std::vector<Elf64_Phdr> segments(header.e_phnum);
-  if (!Read(file, header.e_phoff, segments.data(), segments.size())) return std::nullopt;
+  if (!Read(opened, header.e_phoff, segments.data(), segments.size())) return std::nullopt;
   for (const Elf64_Phdr& segment : segments) {
     if (segment.p_type != PT_NOTE || segment.p_filesz > kLongestNotes) continue;
     std::string notes(segment.p_filesz, '\0');
-    if (!Read(file, segment.p_offset, notes.data(), notes.size())) return std::nullopt;
+    if (!Read(opened, segment.p_offset, notes.data(), notes.size())) return std::nullopt;
     if (const auto version = VersionAmong(notes)) return version;
   }
   return std::nullopt;
