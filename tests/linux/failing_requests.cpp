@@ -45,14 +45,17 @@ bool LibraryMemory::Grants() noexcept {
   return before < known->granted || (before > known->granted && known->lasting == 0);
 }
 
-// NOLINTNEXTLINE(bugprone-reserved-identifier,readability-identifier-naming): the C library's name.
-extern "C" [[gnu::visibility("default")]] int __libc_start_main(
-    Main* main, int count, char** arguments, void (*initialise)(), void (*finish)(),
-    void (*finish_loader)(), void* end_of_stack) {
+// In the place of the C library's own.
+extern "C" [[gnu::visibility("default")]] int Start(Main* main, int count, char** arguments,
+                                                    void (*initialise)(), void (*finish)(),
+                                                    void (*finish_loader)(),
+                                                    void* end_of_stack) asm("__libc_start_main");
+extern "C" int Start(Main* main, int count, char** arguments, void (*initialise)(),
+                     void (*finish)(), void (*finish_loader)(), void* end_of_stack) {
   program = main;
   void* const found = dlsym(RTLD_NEXT, "__libc_start_main");
-  return reinterpret_cast<decltype(&__libc_start_main)>(found)(
-      MainOnPlan, count, arguments, initialise, finish, finish_loader, end_of_stack);
+  return reinterpret_cast<decltype(&Start)>(found)(MainOnPlan, count, arguments, initialise, finish,
+                                                   finish_loader, end_of_stack);
 }
 
 }  // namespace zavrel::tests
