@@ -7,6 +7,7 @@
 
 #include "host/workbook/text.h"
 #include "host/workbook/workbook.h"
+#include "platform/exhausted_memory.h"
 
 namespace zavhost {
 namespace fs = std::filesystem;
@@ -45,6 +46,7 @@ std::vector<fs::path> WorkbooksIn(const fs::path& folder, const fs::path& output
 fs::path Resolved(const fs::path& file) {
   std::error_code error;
   const fs::path resolved = fs::weakly_canonical(file, error);
+  if (error == std::errc::not_enough_memory) zavrel::ThrowBadAlloc();
   return error ? file.lexically_normal() : resolved;
 }
 

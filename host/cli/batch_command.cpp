@@ -2,21 +2,25 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <fstream>
 #include <iostream>
 #include <iterator>
 #include <list>
+#include <new>
 #include <random>
 #include <thread>
 
 #include "host/cli/batch.h"
 #include "host/cli/commands.h"
+#include "host/cli/exhausted_memory.h"
 #include "host/cli/system.h"
 #include "host/workbook/text.h"
 #include "host/workbook/workbook.h"
 #include "host/xlsx/unfinished_file.h"
 #include "platform/child_process.h"
+#include "platform/exhausted_memory.h"
 #include "platform/module.h"
 #include "platform/temporary_folder.h"
 
@@ -30,30 +34,37 @@ double SecondsSince(Clock::time_point start) {
   return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-/// A folder of this process for what the others write; deleted at the end.
-class ScratchFolder {
+/// A file or an empty folder of this process for what the others write; deleted at the end.
+class ScratchPath {
  public:
-  ScratchFolder()
-      : path_(zavrel::TemporaryFolder() / fmt::format("zavhost-{:08x}", std::random_device()())) {
-    std::error_code ignored;
-    if (!path_.has_parent_path() || !fs::create_directory(path_, ignored))
-      throw WorkbookError("there is no folder for temporary files");
-    fs::permissions(path_, fs::perms::owner_all);
-  }
-  ~ScratchFolder() {
-    std::error_code ignored;
-    fs::remove_all(path_, ignored);
-  }
-  ScratchFolder(const ScratchFolder&) = delete;
-  ScratchFolder& operator=(const ScratchFolder&) = delete;
+  explicit ScratchPath(fs::path path) : path_(std::move(path)) {}
+  ~ScratchPath() { Delete(); }
+  ScratchPath(const ScratchPath&) = delete;
+  ScratchPath& operator=(const ScratchPath&) = delete;
   const fs::path& path() const { return path_; }
+  /// Takes no memory.
+  void Delete() const noexcept {
+    std::error_code ignored;
+    fs::remove(path_, ignored);
+  }
 
  private:
   fs::path path_;
 };
 
+fs::path MakeScratchFolder() {
+  fs::path path = zavrel::TemporaryFolder() / fmt::format("zavhost-{:08x}", std::random_device()());
+  std::error_code ignored;
+  if (!path.has_parent_path() || !fs::create_directory(path, ignored))
+    throw WorkbookError("there is no folder for temporary files");
+  fs::permissions(path, fs::perms::owner_all);
+  return path;
+}
+
 std::string ContentOf(const fs::path& file) {
+  errno = 0;
   std::ifstream stream(file, std::ios::binary);
+  if (!stream) zavrel::ThrowIfNoMemory();
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
@@ -76,7 +87,7 @@ class Task {
     if (!target.empty()) fs::create_directories(fs::absolute(target).parent_path(), ignored);
     std::string problem;
     process_ = zavrel::ChildProcess::Start(
-        {zavrel::HostExecutablePath(), Arguments(line), output_, errors_}, &problem);
+        {zavrel::HostExecutablePath(), Arguments(line), output_.path(), errors_.path()}, &problem);
     if (!process_) {
       outcome_.exit_code = kExitError;
       outcome_.message = "its process cannot be started: " + problem;
@@ -101,16 +112,19 @@ class Task {
 
   BatchOutcome TakeOutcome() {
     outcome_.seconds = SecondsSince(start_);
-    outcome_.result =
-        nlohmann::ordered_json::parse(ContentOf(output_), nullptr, /*allow_exceptions=*/false);
+    outcome_.result = nlohmann::ordered_json::parse(ContentOf(output_.path()), nullptr,
+                                                    /*allow_exceptions=*/false);
     if (!outcome_.result.is_object()) outcome_.result = nlohmann::ordered_json::object();
     if (outcome_.message.empty() && outcome_.exit_code != kExitSuccess) Explain();
     if (outcome_.exit_code != kExitSuccess && !outcome_.item.output.empty())
       RemoveRemains(outcome_.item.output);
-    std::error_code ignored;
-    fs::remove(output_, ignored);
-    fs::remove(errors_, ignored);
     return std::move(outcome_);
+  }
+
+  /// Deletes what the process has written, without any memory.
+  void DeleteFiles() const noexcept {
+    output_.Delete();
+    errors_.Delete();
   }
 
  private:
@@ -145,7 +159,7 @@ class Task {
       ExplainBy(code == kExitWorkbook ? "errors" : "warnings");
       return;
     }
-    outcome_.message = LastLine(ContentOf(errors_));
+    outcome_.message = LastLine(ContentOf(errors_.path()));
     for (const std::string_view program : {ZAVHOST_NAME ": ", "ZavHost: "}) {
       if (outcome_.message.starts_with(program)) outcome_.message.erase(0, program.size());
     }
@@ -164,8 +178,8 @@ class Task {
   }
 
   BatchOutcome outcome_;
-  fs::path output_;
-  fs::path errors_;
+  ScratchPath output_;
+  ScratchPath errors_;
   unsigned limit_;
   Clock::time_point start_ = Clock::now();
   std::optional<zavrel::ChildProcess> process_;
@@ -298,6 +312,47 @@ class BatchReport {
   Clock::time_point next_ = start_;
 };
 
+/// The processes that run, and their folder.
+class Processes {
+ public:
+  Processes() {
+    current_ = this;
+    std::set_new_handler(EndWithoutMemory);
+  }
+  ~Processes() { std::set_new_handler(ZavrelMemoryExhausted); }
+  Processes(const Processes&) = delete;
+  Processes& operator=(const Processes&) = delete;
+
+  std::size_t count() const { return running_.size(); }
+  void Start(const CommandLine& line, BatchItem item) {
+    running_.emplace_back(line, std::move(item), scratch_.path(), started_++);
+  }
+  void ReportEnded(BatchReport& report) {
+    for (auto task = running_.begin(); task != running_.end();) {
+      if (!task->HasEnded()) {
+        ++task;
+        continue;
+      }
+      report.Add(task->TakeOutcome());
+      task = running_.erase(task);
+    }
+  }
+
+ private:
+  /// The processes end with this one.
+  static void EndWithoutMemory() {
+    for (const Task& task : current_->running_) task.DeleteFiles();
+    current_->scratch_.Delete();
+    ZavrelMemoryExhausted();
+  }
+
+  inline static Processes* current_ = nullptr;
+
+  ScratchPath scratch_{MakeScratchFolder()};
+  std::list<Task> running_;
+  std::size_t started_ = 0;
+};
+
 }  // namespace
 
 int BatchCommand(const CommandLine& line) {
@@ -310,23 +365,12 @@ int BatchCommand(const CommandLine& line) {
   if (line.resume) std::erase_if(items, IsUpToDate);
   BatchReport report(line, items.size(), all - items.size());
   const std::size_t jobs = line.jobs > 0 ? line.jobs : zavrel::ProcessorCount();
-  const ScratchFolder scratch;
-  std::list<Task> running;
-  for (std::size_t next = 0; next < items.size() || !running.empty();) {
-    while (next < items.size() && running.size() < jobs) {
-      running.emplace_back(line, items[next], scratch.path(), next);
-      ++next;
-    }
-    for (auto task = running.begin(); task != running.end();) {
-      if (!task->HasEnded()) {
-        ++task;
-        continue;
-      }
-      report.Add(task->TakeOutcome());
-      task = running.erase(task);
-    }
+  Processes running;
+  for (std::size_t next = 0; next < items.size() || running.count() > 0;) {
+    while (next < items.size() && running.count() < jobs) running.Start(line, items[next++]);
+    running.ReportEnded(report);
     report.ShowProgress();
-    if (running.size() == jobs || next == items.size())
+    if (running.count() == jobs || next == items.size())
       std::this_thread::sleep_for(std::chrono::milliseconds(2));
   }
   return report.Finish();

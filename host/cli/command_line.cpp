@@ -41,11 +41,13 @@ constexpr const char* kFooter =
     "  " ZAVHOST_NAME
     " doctor                             check this installation\n"
     "\n"
-    "Exit codes: 0 success; 1 a file, a formula or the add-in cannot be used, or the doctor found\n"
-    "a problem; 2 the add-in broke a rule of the Excel C API; 3 it crashed; 4 circular references\n"
-    "or formulas that cannot be read; 5 a stored value is not the computed one; 6 a workbook took\n"
-    "longer than its time; 7 values may be wrong, since they depend on what this program does not\n"
-    "compute; 64 an error in the command line. Of several workbooks the worst counts.";
+    "Exit codes: 0 success; 1 a file, a formula or the add-in cannot be used, the memory was not\n"
+    "enough, or the doctor found a problem; 2 the add-in broke a rule of the Excel C API; 3 it\n"
+    "crashed; 4 circular references or formulas that cannot be read; 5 a stored value is not the\n"
+    "computed one; 6 a workbook took longer than its time; 7 values may be wrong, since they "
+    "depend\n"
+    "on what this program does not compute; 64 an error in the command line. Of several workbooks\n"
+    "the worst counts.";
 
 struct Texts {
   std::vector<std::string> workbooks;

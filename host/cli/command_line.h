@@ -14,7 +14,7 @@ enum class OutputForm { kTable, kJson, kCsv };
 
 /// Exit codes of the program; the help lists them.
 inline constexpr int kExitSuccess = 0;
-inline constexpr int kExitError = 1;        // a file, formula or add-in that cannot be used
+inline constexpr int kExitError = 1;  // a file, formula or add-in that cannot be used; no memory
 inline constexpr int kExitViolation = 2;    // the add-in broke a rule for add-ins
 inline constexpr int kExitCrash = 3;        // the add-in crashed (kCrashExitCode)
 inline constexpr int kExitWorkbook = 4;     // circular references or formulas that cannot be read

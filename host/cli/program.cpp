@@ -33,7 +33,7 @@ int Dispatch(const CommandLine& line) {
 
 }  // namespace
 
-int RunProgram(std::vector<std::string> arguments) {
+int RunProgram(std::vector<std::string> arguments) try {
   const ParsedCommandLine parsed = ParseCommandLine(std::move(arguments));
   if (!parsed.command_line) return parsed.exit_code;
   const CommandLine& line = *parsed.command_line;
@@ -45,19 +45,17 @@ int RunProgram(std::vector<std::string> arguments) {
     std::cerr << ZAVHOST_NAME ": the system does not limit the memory\n";
     return kExitError;
   }
-  try {
-    const int code = Dispatch(line);
-    if (!std::cout.flush()) {
-      std::cerr << ZAVHOST_NAME
-          ": the results cannot be written to the output; is the disk full?\n";
-      return kExitError;
-    }
-    return code;
-  } catch (const std::bad_alloc&) {
-    std::cerr << ZAVHOST_NAME ": not enough memory\n";
-  } catch (const std::exception& error) {
-    std::cerr << ZAVHOST_NAME ": " << error.what() << '\n';
+  const int code = Dispatch(line);
+  if (!std::cout.flush()) {
+    std::cerr << ZAVHOST_NAME ": the results cannot be written to the output; is the disk full?\n";
+    return kExitError;
   }
+  return code;
+} catch (const std::bad_alloc&) {
+  std::cerr << ZAVHOST_NAME ": not enough memory\n";
+  return kExitError;
+} catch (const std::exception& error) {
+  std::cerr << ZAVHOST_NAME ": " << error.what() << '\n';
   return kExitError;
 }
 

@@ -2,11 +2,13 @@
 
 #include <fmt/format.h>
 
+#include <cerrno>
 #include <fstream>
 #include <system_error>
 
 #include "host/xlsx/messages.h"
 #include "host/xlsx/unfinished_file.h"
+#include "platform/exhausted_memory.h"
 
 namespace zavhost {
 namespace fs = std::filesystem;
@@ -24,7 +26,9 @@ std::string ReadFile(const fs::path& file, std::uint64_t limit) {
     throw WorkbookError("this is a folder, not a file");
   if (status.type() != fs::file_type::regular) throw WorkbookError("this is not a regular file");
   const std::uint64_t size = fs::file_size(file, error);
+  errno = 0;
   std::ifstream stream(file, std::ios::binary);
+  if (!stream) zavrel::ThrowIfNoMemory();
   if (!stream) throw WorkbookError("the file cannot be opened; are you permitted to read it?");
   if (size > limit) {
     throw WorkbookError(fmt::format("the file is too large: {}; the limit is {}", Megabytes(size),
@@ -43,6 +47,7 @@ void WriteFile(const fs::path& file, const std::string& bytes) {
   // Replaces the target of a link, not the link itself.
   if (fs::is_symlink(file, error)) {
     const fs::path resolved = fs::canonical(file, error);
+    if (error == std::errc::not_enough_memory) zavrel::ThrowBadAlloc();
     if (!error) target = resolved;
   }
   const fs::file_status before = fs::status(target, error);
@@ -53,7 +58,9 @@ void WriteFile(const fs::path& file, const std::string& bytes) {
 
   UnfinishedFile temporary(target);
   {
+    errno = 0;
     std::ofstream stream(temporary.path(), std::ios::binary | std::ios::trunc);
+    if (!stream) zavrel::ThrowIfNoMemory();
     if (!stream) throw WorkbookError("files cannot be written to this folder");
     stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     stream.close();

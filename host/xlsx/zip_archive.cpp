@@ -4,10 +4,11 @@
 #include <zip.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <ctime>
-#include <new>
 
 #include "host/xlsx/messages.h"
+#include "platform/exhausted_memory.h"
 
 namespace zavhost {
 namespace owned {
@@ -76,8 +77,16 @@ void CheckKind(std::string_view bytes) {
   if (!bytes.starts_with("PK")) throw WorkbookError("this is not an Excel workbook (.xlsx)");
 }
 
+/// For what libzip refuses only when memory runs out.
+void CheckMemory(bool is_done) {
+  if (!is_done) zavrel::ThrowBadAlloc();
+}
+
+// libzip reports some of its failed requests for memory as damage, so errno is asked, too.
+
 [[noreturn]] void ThrowPartError(std::string_view part, int zip_code) {
   const std::string name = Printable(part);
+  zavrel::ThrowIfNoMemory();
   switch (zip_code) {
     case ZIP_ER_NOPASSWD:
       throw WorkbookError(fmt::format("part '{}' is protected by a password", name));
@@ -89,11 +98,6 @@ void CheckKind(std::string_view bytes) {
     default:
       throw WorkbookError(fmt::format("part '{}' is damaged and cannot be unpacked", name));
   }
-}
-
-/// For what libzip refuses only when memory runs out.
-void CheckMemory(bool is_done) {
-  if (!is_done) throw std::bad_alloc();
 }
 
 /// A source that holds a copy of the bytes: libzip 1.7.3 frees its caller's buffer when it writes
@@ -108,6 +112,7 @@ owned::Source MakeSource(std::string_view bytes) {
 }
 
 owned::File OpenFile(zip_t* archive, std::uint64_t index, std::string_view part) {
+  errno = 0;
   owned::File file(zip_fopen_index(archive, index, 0));
   if (!file) ThrowPartError(part, zip_error_code_zip(zip_get_error(archive)));
   return file;
@@ -115,6 +120,7 @@ owned::File OpenFile(zip_t* archive, std::uint64_t index, std::string_view part)
 
 /// Unpacks the next piece of a part, of kPieceSize bytes at most. None are left at its end.
 std::size_t ReadPiece(zip_file_t* file, char* piece, std::string_view part) {
+  errno = 0;
   const zip_int64_t got = zip_fread(file, piece, kPieceSize);
   if (got < 0) ThrowPartError(part, zip_error_code_zip(zip_file_get_error(file)));
   return static_cast<std::size_t>(got);
@@ -142,9 +148,11 @@ ZipArchive::ZipArchive(std::string_view bytes, const XlsxLimits& limits)
   CheckCount(bytes, limits_.parts);
   handle_->source = MakeSource(bytes);
   zip_source_keep(handle_->source.get());
+  errno = 0;
   handle_->archive.reset(zip_open_from_source(handle_->source.get(), 0, nullptr));
   if (!handle_->archive) {
     zip_source_free(handle_->source.get());  // the archive would have taken this reference
+    zavrel::ThrowIfNoMemory();
     throw WorkbookError("the file is damaged or cut short: its list of parts cannot be read");
   }
   IndexParts();
@@ -238,9 +246,9 @@ void ZipArchive::Replace(std::string_view part, std::string content) {
   const owned::Source source(zip_source_buffer(archive, held.data(), held.size(), 0));
   CheckMemory(source && zip_file_replace(archive, index, source.get(), 0) == 0);
   zip_source_keep(source.get());  // for the archive, which has taken this reference
-  zip_set_file_compression(archive, index, ZIP_CM_DEFLATE, 0);
   // The old time, so that the same values give the same bytes.
-  zip_file_set_mtime(archive, index, time, 0);
+  CheckMemory(zip_set_file_compression(archive, index, ZIP_CM_DEFLATE, 0) == 0 &&
+              zip_file_set_mtime(archive, index, time, 0) == 0);
 }
 
 std::uint64_t ZipArchive::replaced_bytes() const {
@@ -256,8 +264,10 @@ void ZipArchive::Remove(std::string_view part) {
 
 std::string ZipArchive::Finish() {
   zip_t* archive = handle_->archive.release();
+  errno = 0;
   if (zip_close(archive) != 0) {
     handle_->archive.reset(archive);
+    zavrel::ThrowIfNoMemory();
     throw WorkbookError(fmt::format("the workbook cannot be compressed again: {}",
                                     zip_error_strerror(zip_get_error(archive))));
   }

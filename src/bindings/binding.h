@@ -55,14 +55,15 @@ class BoundFunctions {
       : told_(told), bind_(bind) {}
 
   /// Null when a library or a function is missing. Only the first call tries to bind, and reports.
+  /// One that ends in std::bad_alloc does not count.
   const Functions* Get() {
     if (!tried_) {
-      tried_ = true;    // even if an exception ends this call
       Binding binding;  // NOLINT(misc-const-correctness): bind_ changes it
       bind_(binding, functions_);
       // The outcome is set before anything is shown: while a box is open Excel may calculate, and a
       // formula may call this function again.
       bound_ = binding.complete();
+      tried_ = true;
       binding.Report(told_);
     }
     return bound_ ? &functions_ : nullptr;

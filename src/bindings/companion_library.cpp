@@ -7,11 +7,10 @@
 namespace zavrel {
 namespace {
 
-/// Never destroyed; see the header.
-CompanionLibrary& NewOfProcess(const std::filesystem::path& folder, const std::string& product,
-                               std::int32_t version) {
+/// Never destroyed; see the header. The file is in the add-in's folder or below it.
+CompanionLibrary& NewOfProcess(const std::filesystem::path& file) {
   return *new CompanionLibrary(
-      LibraryIdentity::OfThisLibrary().folder() / folder / LibraryFileName(product, version),
+      LibraryIdentity::OfThisLibrary().folder() / file,
       [](const std::filesystem::path& path) { return Module::Load(path); });
 }
 
@@ -24,9 +23,9 @@ CompanionLibrary::CompanionLibrary(std::filesystem::path path, Loader load)
 
 const Module* CompanionLibrary::module() {
   if (!looked_) {
-    looked_ = true;
     module_ = load_(path_);
     found_ = module_.has_value();
+    looked_ = true;
   }
   return module_ ? &*module_ : nullptr;
 }
@@ -36,23 +35,24 @@ ExportAddress CompanionLibrary::FindExport(const char* name) {
 }
 
 CompanionLibrary& DistributionsLibrary() {
-  static CompanionLibrary& library = NewOfProcess("", "Pdflib", MajorVersion());
+  static CompanionLibrary& library = NewOfProcess(LibraryFileName("Pdflib", MajorVersion()));
   return library;
 }
 
 CompanionLibrary& NonparametricTestsLibrary() {
-  static CompanionLibrary& library =
-      NewOfProcess("ZavrelFuncs Extensions", "NonparametricTests", MajorVersion());
+  static CompanionLibrary& library = NewOfProcess(
+      "ZavrelFuncs Extensions" / LibraryFileName("NonparametricTests", MajorVersion()));
   return library;
 }
 
 CompanionLibrary& EUtilityLibrary() {
-  static CompanionLibrary& library = NewOfProcess("", "EUtilityLibrary", MajorVersion());
+  static CompanionLibrary& library =
+      NewOfProcess(LibraryFileName("EUtilityLibrary", MajorVersion()));
   return library;
 }
 
 CompanionLibrary& SiblingLibrary() {
-  static CompanionLibrary& library = NewOfProcess("", "QLX", kSiblingVersion);
+  static CompanionLibrary& library = NewOfProcess(LibraryFileName("QLX", kSiblingVersion));
   return library;
 }
 

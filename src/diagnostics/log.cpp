@@ -6,6 +6,7 @@
 
 #include "contracts/log_files.h"
 #include "platform/clock.h"
+#include "platform/never_destroyed.h"
 #include "platform/operating_system.h"
 #include "platform/temporary_folder.h"
 #include "platform/thread_exceptions.h"
@@ -21,7 +22,7 @@ constexpr auto kFlushPeriod = std::chrono::milliseconds(500);
 std::unique_ptr<LogFile>& SessionLog() {
   // Never destroyed: in a process that ends without closing the session, there is no flush thread
   // left to wait for.
-  static auto* log = new std::unique_ptr<LogFile>;  // NOLINT(cppcoreguidelines-owning-memory)
+  static NeverDestroyed<std::unique_ptr<LogFile>> log;
   return *log;
 }
 

@@ -56,7 +56,7 @@ void SetExcelCallback(Excel12Callback callback) {
 Excel12Callback ExcelCallback() { return excel_callback.load(std::memory_order_relaxed); }
 
 ExcelResult CallExcel(int function, std::span<const XXloper> arguments) {
-  auto record = std::make_unique<XLOPER12>();
+  std::shared_ptr<XLOPER12> record = NewExcelResult();
   const int return_code = CallBack(function, arguments, *record);
   if (return_code != xlretSuccess) WriteFailure(return_code, *record);
   ExcelResult result{XXloper::FromExcelResult(std::move(record)), return_code};
@@ -66,6 +66,11 @@ ExcelResult CallExcel(int function, std::span<const XXloper> arguments) {
 
 ExcelResult CallExcel(int function, std::initializer_list<XXloper> arguments) {
   return CallExcel(function, std::span(arguments.begin(), arguments.size()));
+}
+
+void CallExcelForNothing(int function, const XXloper& argument) noexcept {
+  XLOPER12 result{};
+  if (CallBack(function, {&argument, 1}, result) == xlretSuccess) FreeThroughExcel(&result);
 }
 
 void FreeThroughExcel(XLOPER12* record) noexcept {

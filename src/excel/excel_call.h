@@ -23,9 +23,13 @@ struct ExcelResult {
 
 /// Calls the function with the number `function`, with the host's messages enabled around this one
 /// call. A failed call does not throw: its value is #VALUE!, with the return code in the 32-bit
-/// word after the error code. A text or an array without memory is a failed call too.
+/// word after the error code. A text or an array without memory is a failed call too. Throws
+/// std::bad_alloc before Excel is called, and not after it.
 ExcelResult CallExcel(int function, std::span<const XXloper> arguments);
 ExcelResult CallExcel(int function, std::initializer_list<XXloper> arguments = {});
+
+/// Calls the function with one argument, whatever comes of it. Takes no memory.
+void CallExcelForNothing(int function, const XXloper& argument) noexcept;
 
 /// The most arguments that a call can have; a call with more fails without reaching Excel.
 inline constexpr std::size_t kMostCallArguments = 255;

@@ -6,6 +6,7 @@
 
 #include "contracts/message_ids.h"
 #include "diagnostics/vek_exception.h"
+#include "platform/never_destroyed.h"
 #include "platform/thread_slot.h"
 
 namespace zavrel {
@@ -22,8 +23,8 @@ void DestroyHolder(void* holder) {
 // Opened and closed on Excel's main thread while no worksheet function runs. Not destroyed when the
 // library is unloaded: the system's thread storage may be gone by then.
 std::optional<ThreadSlot>& Slot() {
-  static auto& slot = *new std::optional<ThreadSlot>;
-  return slot;
+  static NeverDestroyed<std::optional<ThreadSlot>> slot;
+  return *slot;
 }
 
 Holder* HolderOfThread(ThreadSlot& slot) noexcept {

@@ -140,6 +140,13 @@ void CallExcelToFree::operator()(const XLOPER12* record) const noexcept {
   FreeThroughExcel(const_cast<XLOPER12*>(record));
 }
 
+std::shared_ptr<XLOPER12> NewExcelResult() {
+  // Without memory to own it, it is freed at once, as a whole value.
+  std::shared_ptr<XLOPER12> record(new XLOPER12(EmptyRecord(xltypeNil)), CallExcelToFree{});
+  *record = {};
+  return record;
+}
+
 XXloper::XXloper() noexcept : XXloper(Missing()) {}
 
 XXloper XXloper::FromArgument(const XLOPER12* argument) {
@@ -147,8 +154,8 @@ XXloper XXloper::FromArgument(const XLOPER12* argument) {
   return XXloper(std::shared_ptr<const XLOPER12>(ArgumentOwner(), argument));
 }
 
-XXloper XXloper::FromExcelResult(std::unique_ptr<XLOPER12> record) {
-  return XXloper(std::shared_ptr<const XLOPER12>(record.release(), CallExcelToFree{}));
+XXloper XXloper::FromExcelResult(std::shared_ptr<XLOPER12> record) noexcept {
+  return XXloper(std::move(record));
 }
 
 XXloper XXloper::Number(double number) {

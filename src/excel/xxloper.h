@@ -28,6 +28,9 @@ struct CallExcelToFree {
   void operator()(const XLOPER12* record) const noexcept;
 };
 
+/// A record for Excel to fill, with all the memory that its value will need.
+std::shared_ptr<XLOPER12> NewExcelResult();
+
 /// Deleter of a record that Excel passed in as an argument: does nothing.
 struct ExcelOwnsItSoDoNotFree {
   void operator()(const XLOPER12*) const noexcept {}
@@ -60,8 +63,9 @@ class XXloper {
   /// Wraps an argument that Excel passed in, or any record that outlives the wrapper. A null
   /// pointer counts as an omitted argument. Allocates nothing.
   static XXloper FromArgument(const XLOPER12* argument);
-  /// Takes ownership of a record that Excel filled; the last holder frees it through Excel.
-  static XXloper FromExcelResult(std::unique_ptr<XLOPER12> record);
+  /// Wraps a record of NewExcelResult that Excel has filled; the last holder frees it through
+  /// Excel.
+  static XXloper FromExcelResult(std::shared_ptr<XLOPER12> record) noexcept;
 
   /// The number as it is; for a computed double use ToExcelValue (excel/double_value.h).
   static XXloper Number(double number);

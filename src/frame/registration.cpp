@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <map>
-#include <optional>
+#include <new>
 
 #include "contracts/log_files.h"
 #include "diagnostics/log_line.h"
@@ -17,6 +17,7 @@ namespace {
 
 constexpr std::uint32_t kFirstCategoryMessage = 400;  // the other categories follow it
 constexpr std::size_t kFixedArguments = 10;           // the function help is the last
+constexpr std::uint32_t kNumeric = xltypeNum | xltypeInt;
 
 std::u16string Resolve(TextReference text, const RegistrationSources& sources) {
   if (text.is_null()) return {};
@@ -55,11 +56,20 @@ bool FillArgumentHelps(const RegistrationRow& row, const RegistrationSources& so
   return true;
 }
 
-std::optional<double> NumberIn(const XXloper& value) {
-  if (value.type() == xltypeNum) return value.record().val.num;
-  if (value.type() == xltypeInt) return value.record().val.w;
-  return std::nullopt;
-}
+/// A function that Excel knows only while this lives.
+class HiddenFunction {
+ public:
+  explicit HiddenFunction(std::span<const XXloper> registration)
+      : id_(CallExcel(xlfRegister, registration).value) {}
+  ~HiddenFunction() {
+    if (id_.Is(kNumeric)) CallExcelForNothing(xlfUnregister, id_);
+  }
+  HiddenFunction(const HiddenFunction&) = delete;
+  HiddenFunction& operator=(const HiddenFunction&) = delete;
+
+ private:
+  XXloper id_;
+};
 
 /// Writes into the log what Excel refused, and its answer.
 void LogRefusal(std::string_view what, std::string_view name, const ExcelResult& answer) {
@@ -154,15 +164,13 @@ void Registration::RegisterRow(const RegistrationRow& row, const std::u16string&
 
   const std::size_t count = has_helps ? arguments.size() : kFixedArguments;
   const ExcelResult answer = CallExcel(xlfRegister, std::span(arguments).first(count));
-  const auto id = NumberIn(answer.value);
-  if (!id) return LogRefusal(kRegistrationRefused, row.visible_name, answer);
-  registered_.push_back({*id, &row});
+  if (!answer.value.Is(kNumeric)) return LogRefusal(kRegistrationRefused, row.visible_name, answer);
+  registered_.push_back({answer.value, &row});  // there is room for every row
   if (std::find(named_.begin(), named_.end(), &row) == named_.end()) named_.push_back(&row);
 }
 
-void Registration::Unregister() {
-  for (const Registered& function : registered_)
-    CallExcel(xlfUnregister, {XXloper::Number(function.id)});
+void Registration::Unregister() noexcept {
+  for (const Registered& function : registered_) CallExcelForNothing(xlfUnregister, function.id);
   registered_.clear();
 }
 
@@ -171,18 +179,16 @@ bool Registration::IsRegistered(const RegistrationRow* row) const {
                      [row](const Registered& function) { return function.row == row; });
 }
 
-void Registration::DeleteUnusedNames() {
+void Registration::DeleteUnusedNames() noexcept {
   std::erase_if(named_, [this](const RegistrationRow* row) {
-    if (IsRegistered(row)) return false;
-    DeleteName(row->visible_name);
-    return true;
+    return !IsRegistered(row) && DeleteName(row->visible_name);
   });
 }
 
 // Excel is documented to delete a name that xlfSetName is given alone, and known not to do so for a
 // worksheet function: the function wizard goes on showing it. It does so once a hidden function
 // has the name, so an export that does nothing is registered as one.
-void Registration::DeleteName(const char* visible_name) const {
+bool Registration::DeleteName(const char* visible_name) const noexcept try {
   const XXloper name = RegistrationText(Utf16FromUtf8(visible_name));
   const XXloper hidden[] = {RegistrationText(library_path_),
                             XXloper::Text(u"xlAutoRemove"),
@@ -190,10 +196,12 @@ void Registration::DeleteName(const char* visible_name) const {
                             name,
                             XXloper::Missing(),
                             XXloper::Number(0)};
-  const auto id = NumberIn(CallExcel(xlfRegister, hidden).value);
+  const HiddenFunction function(hidden);
   const ExcelResult answer = CallExcel(xlfSetName, {name});
   if (!answer.ok()) LogRefusal("Name not deleted: ", visible_name, answer);
-  if (id) CallExcel(xlfUnregister, {XXloper::Number(*id)});
+  return true;
+} catch (const std::bad_alloc&) {
+  return false;
 }
 
 }  // namespace zavrel

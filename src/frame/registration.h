@@ -46,17 +46,19 @@ class Registration {
   /// those that are always registered (bit 31), provided that what the table needs is available.
   /// Deletes the names of rows that were registered before and no longer are.
   void Register(std::uint32_t application_mask, const RegistrationSources& sources);
-  /// Unregisters everything. Excel keeps the names, which the next registration replaces.
-  void Unregister();
-  /// Deletes the names of the rows that are not registered now.
-  void DeleteUnusedNames();
+  /// Unregisters everything. Excel keeps the names, which the next registration replaces. Takes no
+  /// memory.
+  void Unregister() noexcept;
+  /// Deletes the names of the rows that are not registered now, and keeps in mind those for which
+  /// there is no memory.
+  void DeleteUnusedNames() noexcept;
 
   /// The number of functions registered now.
   std::size_t size() const { return registered_.size(); }
 
  private:
   struct Registered {
-    double id;  // Excel's
+    XXloper id;  // Excel's
     const RegistrationRow* row;
   };
 
@@ -64,7 +66,7 @@ class Registration {
   void RegisterRow(const RegistrationRow& row, const std::u16string& category,
                    const std::u16string& help_file, const RegistrationSources& sources);
   bool IsRegistered(const RegistrationRow* row) const;
-  void DeleteName(const char* visible_name) const;
+  bool DeleteName(const char* visible_name) const noexcept;
 
   FunctionTable table_;
   std::u16string library_path_;

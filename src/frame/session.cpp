@@ -6,6 +6,7 @@
 
 #include "diagnostics/log_line.h"
 #include "platform/memory_status.h"
+#include "platform/never_destroyed.h"
 #include "platform/operating_system.h"
 #include "platform/registry.h"
 #include "platform/utf.h"
@@ -25,8 +26,8 @@ constexpr const char16_t* kLanguagesKey = u"\\Languages";
 /// Never destroyed: when Excel unloads the library without closing it, or the process ends, Excel
 /// may no longer be called.
 std::unique_ptr<Session>& Slot() {
-  static auto& session = *new std::unique_ptr<Session>;
-  return session;
+  static NeverDestroyed<std::unique_ptr<Session>> session;
+  return *session;
 }
 
 std::string Describe(const Announcement& announced) {
@@ -84,12 +85,8 @@ Session::Session(AddIn add_in, SessionServices services)
 Session::~Session() {
   KeepUpCaches(UpkeepMode::kClearAll);
   SetSessionCaches(nullptr, nullptr);
-  try {
-    UnregisterAll();
-    for (Registration& table : registrations_) table.DeleteUnusedNames();
-  } catch (...) {
-    LogLine("Session: unregistering stopped\n");
-  }
+  UnregisterAll();
+  for (Registration& table : registrations_) table.DeleteUnusedNames();
 }
 
 void Session::Announce(const Announcement& announcement) {
@@ -119,7 +116,7 @@ void Session::RegisterFor(std::uint32_t application_mask) {
   is_loaded_ = NamedMutex::Open(kLoadedMutexName);
 }
 
-void Session::UnregisterAll() {
+void Session::UnregisterAll() noexcept {
   for (Registration& table : registrations_ | std::views::reverse) table.Unregister();
 }
 

@@ -90,7 +90,7 @@ class Session {
  private:
   Session(AddIn add_in, SessionServices services);
   void RegisterFor(std::uint32_t application_mask);
-  void UnregisterAll();
+  void UnregisterAll() noexcept;
   void RememberLanguage(const ApplicationRecord& record) const noexcept;
   RegistrationSources Sources() const;
   std::u16string HelpFile(unsigned application_id) const;

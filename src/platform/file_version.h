@@ -12,7 +12,7 @@ namespace zavrel {
 /// Major, minor, patch and build number.
 using FileVersion = std::array<std::uint16_t, 4>;
 
-/// Nothing if the file cannot be read or carries no version.
+/// Nothing if the file cannot be read or carries no version. Throws std::bad_alloc.
 std::optional<FileVersion> ReadFileVersion(const std::filesystem::path& file);
 
 /// "8.0.1.2".

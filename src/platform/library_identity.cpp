@@ -27,12 +27,8 @@ const LibraryIdentity& LibraryIdentity::OfThisLibrary() {
   return identity;
 }
 
-std::int32_t MajorVersion() noexcept {
-  try {
-    return static_cast<std::int32_t>(LibraryIdentity::OfThisLibrary().major_version);
-  } catch (...) {
-    return static_cast<std::int32_t>(LibraryIdentity::kNoVersion);
-  }
+std::int32_t MajorVersion() {
+  return static_cast<std::int32_t>(LibraryIdentity::OfThisLibrary().major_version);
 }
 
 std::string SessionName(std::u16string_view add_in) {

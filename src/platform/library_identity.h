@@ -23,8 +23,8 @@ struct LibraryIdentity {
   std::filesystem::path folder() const { return path.parent_path(); }
 };
 
-/// This library's major version; known even if there is no memory to read it.
-std::int32_t MajorVersion() noexcept;
+/// This library's major version.
+std::int32_t MajorVersion();
 
 /// The name of an add-in's session and its log: "VekZavrelFuncs8" for "ZavrelFuncs".
 std::string SessionName(std::u16string_view add_in);

@@ -46,7 +46,8 @@ class Module {
   /// Loads a library by its full path, or the program itself by the program's path. Imports are
   /// searched only in the library's own folder and among the system's libraries, never in the
   /// current folder or the search path. Nothing if the path is not absolute or the library cannot
-  /// be loaded; the system shows no error box, and `problem` receives its message.
+  /// be loaded; the system shows no error box, and `problem` receives its message. Throws
+  /// std::bad_alloc if there was no memory for it.
   static std::optional<Module> Load(const std::filesystem::path& full_path,
                                     std::string* problem = nullptr);
 
@@ -82,7 +83,8 @@ std::filesystem::path HostExecutablePath();
 /// refuses.
 bool PinModuleContaining(const void* address) noexcept;
 
-/// Full path of the module that contains this address; empty if there is none.
+/// Full path of the module that contains this address; empty if there is none. Throws
+/// std::bad_alloc.
 std::filesystem::path PathOfModuleContaining(const void* address);
 
 }  // namespace zavrel

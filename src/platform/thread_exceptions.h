@@ -2,14 +2,6 @@
 
 namespace zavrel {
 
-/// Throws and catches, for what the C++ library keeps from then on.
-inline void ThrowOnce() noexcept {
-  try {
-    throw 0;
-  } catch (int) {  // nothing went wrong
-  }
-}
-
 /// For the beginning of a new thread that may have to catch exceptions. What a thread keeps of them
 /// takes memory at its first one, and without memory the process would end there. False if there
 /// is no memory now: the thread has to do without its work.

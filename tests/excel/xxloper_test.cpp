@@ -130,7 +130,7 @@ TEST_CASE("A result lives until the same thread's next one; without a holder #N/
 TEST_CASE("Threads hold results of their own, and an ending thread asks Excel for nothing") {
   FakeExcel excel;
   const auto excel_result = [&] {
-    auto record = std::make_unique<XLOPER12>();
+    auto record = NewExcelResult();
     excel.GiveText(u"from Excel", *record);
     return XXloper::FromExcelResult(std::move(record));
   };

@@ -12,17 +12,16 @@ using Shortage = LibraryMemory::Shortage;
 
 std::atomic<bool> is_short{false};
 std::atomic<std::thread::id> short_thread;
-// Of that thread alone, except the last.
 Shortage kind;
-std::int64_t left;
+std::atomic<std::int64_t> left;  // of that thread
 std::atomic<bool> has_failed{false};
 
 bool IsGranted() noexcept {
   const bool is_other = std::this_thread::get_id() != short_thread.load();
   if (kind == Shortage::kOtherThreads) return !is_other;
-  if (is_other) return true;
-  --left;
-  return left >= 0 || (kind == Shortage::kOneRequest && left < -1);
+  if (is_other) return kind != Shortage::kEverywhere || left >= 0;
+  const std::int64_t now = --left;
+  return now >= 0 || (kind == Shortage::kOneRequest && now < -1);
 }
 
 }  // namespace

@@ -13,9 +13,9 @@ class LibraryMemory {
   /// Has a library ask here. To be called for every library that is to be watched.
   static void Watch(const LoadedModule& library);
 
-  enum class Shortage { kOneRequest, kLasting, kOtherThreads };
-  /// After `granted` more requests of this thread one fails, or all do; or those of all other
-  /// threads fail, and this one's do not.
+  enum class Shortage { kOneRequest, kLasting, kEverywhere, kOtherThreads };
+  /// After `granted` more requests of this thread one fails, or all of its own do, or those of all
+  /// threads. Or those of all other threads fail, and this one's do not.
   static void RunOut(std::int64_t granted, Shortage shortage);
   /// There is memory again. Whether a request has failed.
   static bool Return();

@@ -75,15 +75,20 @@ TEST_CASE("temporary folder, and where files go without one") {
   const std::string missing = (usual / "no such folder").string();
 #ifdef _WIN32
   const EnvironmentVariable no_second_folder("TEMP", missing);
-  const EnvironmentVariable no_folder("TMP", missing);
+  const char* const folder_variable = "TMP";
   const char* const home_variable = "USERPROFILE";
 #else
-  const EnvironmentVariable no_folder("TMPDIR", missing);
+  const char* const folder_variable = "TMPDIR";
   const char* const home_variable = "HOME";
 #endif
+  const EnvironmentVariable no_folder(folder_variable, missing);
   {
     const EnvironmentVariable at_home(home_variable, usual.string());
     CHECK(Plain(TemporaryFolder()) == Plain(usual));
+  }
+  {
+    const EnvironmentVariable with_separator(folder_variable, usual.string() + "/");
+    CHECK(TemporaryFolder().has_filename());
   }
   const EnvironmentVariable homeless(home_variable, missing);
   CHECK(TemporaryFolder().empty());

@@ -1,9 +1,11 @@
 // zavhost: the command line of the headless host.
 #include <csignal>
+#include <new>
 #include <string>
 #include <vector>
 
 #include "host/cli/commands.h"
+#include "host/cli/exhausted_memory.h"
 #include "host/xlsx/unfinished_file.h"
 
 namespace {
@@ -18,6 +20,7 @@ void OnInterrupt(int number) {
 }  // namespace
 
 int main(int count, char** arguments) {
+  std::set_new_handler(ZavrelMemoryExhausted);
   for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
     // A parent that ignores a signal (nohup) wants it ignored here, too.
     if (std::signal(number, OnInterrupt) == SIG_IGN) std::signal(number, SIG_IGN);

@@ -1,5 +1,8 @@
 // ZavHost.exe: the command line of the headless host.
+#include <new>
+
 #include "host/cli/commands.h"
+#include "host/cli/exhausted_memory.h"
 #include "host/workbook/text.h"
 #include "host/xlsx/unfinished_file.h"
 #include "platform/windows/wide.h"
@@ -15,6 +18,7 @@ BOOL WINAPI OnConsoleEvent(DWORD) {
 }  // namespace
 
 extern "C" int wmain(int count, wchar_t** arguments) {
+  std::set_new_handler(ZavrelMemoryExhausted);
   SetConsoleOutputCP(CP_UTF8);
   SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
   std::vector<std::string> texts;

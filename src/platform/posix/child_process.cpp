@@ -11,6 +11,8 @@
 
 #include <system_error>
 
+#include "platform/exhausted_memory.h"
+
 namespace zavrel {
 namespace {
 
@@ -22,7 +24,8 @@ class SpawnActions {
   SpawnActions& operator=(const SpawnActions&) = delete;
 
   void Open(int target, const std::filesystem::path& file, int flags) {
-    posix_spawn_file_actions_addopen(&actions_, target, file.c_str(), flags, 0600);
+    if (posix_spawn_file_actions_addopen(&actions_, target, file.c_str(), flags, 0600) != 0)
+      ThrowBadAlloc();
   }
   const posix_spawn_file_actions_t* get() const { return &actions_; }
 

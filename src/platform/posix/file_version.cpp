@@ -1,11 +1,13 @@
 #include "platform/file_version.h"
 
 #include <elf.h>
+#include <fcntl.h>
 
 #include <cstring>
-#include <fstream>
 #include <string_view>
 #include <vector>
+
+#include "platform/posix/file_descriptor.h"
 
 namespace zavrel {
 namespace {
@@ -17,10 +19,10 @@ constexpr std::uint32_t kVersionNote = 1;
 constexpr std::size_t kLongestNotes = 1 << 20;
 
 template <class Record>
-bool Read(std::istream& stream, std::uint64_t offset, Record* records, std::size_t count = 1) {
-  const auto size = static_cast<std::streamsize>(count * sizeof(Record));
-  return stream.seekg(static_cast<std::streamoff>(offset)) &&
-         stream.read(reinterpret_cast<char*>(records), size) && stream.gcount() == size;
+bool Read(const FileDescriptor& file, std::uint64_t offset, Record* records,
+          std::size_t count = 1) {
+  const std::size_t size = count * sizeof(Record);
+  return pread(file.get(), records, size, static_cast<off_t>(offset)) == static_cast<ssize_t>(size);
 }
 
 constexpr std::size_t Padded(std::size_t size) { return (size + 3) & ~std::size_t{3}; }
@@ -46,19 +48,19 @@ std::optional<FileVersion> VersionAmong(std::string_view notes) {
 }  // namespace
 
 std::optional<FileVersion> ReadFileVersion(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
+  const FileDescriptor opened(open(file.c_str(), O_RDONLY | O_CLOEXEC));
   Elf64_Ehdr header;
-  if (!Read(stream, 0, &header) || std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 ||
+  if (!Read(opened, 0, &header) || std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 ||
       header.e_ident[EI_CLASS] != ELFCLASS64 || header.e_ident[EI_DATA] != ELFDATA2LSB ||
       header.e_phentsize != sizeof(Elf64_Phdr)) {
     return std::nullopt;
   }
   std::vector<Elf64_Phdr> segments(header.e_phnum);
-  if (!Read(stream, header.e_phoff, segments.data(), segments.size())) return std::nullopt;
+  if (!Read(opened, header.e_phoff, segments.data(), segments.size())) return std::nullopt;
   for (const Elf64_Phdr& segment : segments) {
     if (segment.p_type != PT_NOTE || segment.p_filesz > kLongestNotes) continue;
     std::string notes(segment.p_filesz, '\0');
-    if (!Read(stream, segment.p_offset, notes.data(), notes.size())) return std::nullopt;
+    if (!Read(opened, segment.p_offset, notes.data(), notes.size())) return std::nullopt;
     if (const auto version = VersionAmong(notes)) return version;
   }
   return std::nullopt;

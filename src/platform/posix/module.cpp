@@ -2,8 +2,10 @@
 
 #include <dlfcn.h>
 
+#include <cerrno>
 #include <system_error>
 
+#include "platform/exhausted_memory.h"
 #include "platform/utf.h"
 
 namespace zavrel {
@@ -25,8 +27,10 @@ std::optional<Module> Module::Load(const std::filesystem::path& full_path, std::
   if (!full_path.is_absolute()) return std::nullopt;
   std::error_code ignored;
   const bool is_program = std::filesystem::equivalent(full_path, HostExecutablePath(), ignored);
+  errno = 0;
   void* handle = dlopen(is_program ? nullptr : full_path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (handle != nullptr) return Module(handle);
+  ThrowIfNoMemory();
   if (problem != nullptr) *problem = dlerror();
   return std::nullopt;
 }
@@ -54,7 +58,9 @@ std::filesystem::path PathOfModuleContaining(const void* address) {
   Dl_info info{};
   if (dladdr(address, &info) == 0 || info.dli_fname == nullptr) return {};
   std::error_code error;
-  return std::filesystem::canonical(info.dli_fname, error);
+  std::filesystem::path path = std::filesystem::canonical(info.dli_fname, error);
+  if (error == std::errc::not_enough_memory) ThrowBadAlloc();
+  return path;
 }
 
 }  // namespace zavrel

@@ -6,6 +6,8 @@
 #include <thread>
 #include <vector>
 
+#include "platform/thread_exceptions.h"
+
 namespace zavrel {
 namespace {
 
@@ -50,7 +52,7 @@ class StandingThreads {
       --waiting_;
       ++running_;
       lock.unlock();
-      work_(context_);
+      if (SetUpThreadExceptions()) work_(context_);
       lock.lock();
       if (--running_ == 0) idle_.notify_one();
     }

@@ -12,8 +12,8 @@ namespace zavrel {
 
 std::filesystem::path TemporaryFolder() {
   std::error_code error;
-  std::filesystem::path folder = std::filesystem::temp_directory_path(error);
-  if (!error) return folder;
+  const std::filesystem::path folder = std::filesystem::temp_directory_path(error);
+  if (!error) return folder.has_filename() ? folder : folder.parent_path();
   const char* home = std::getenv("HOME");
   if (home != nullptr && std::filesystem::is_directory(home, error)) return home;
   return {};

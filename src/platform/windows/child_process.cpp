@@ -48,11 +48,12 @@ HANDLE JobOfChildren() {
 }  // namespace
 
 std::optional<ChildProcess> ChildProcess::Start(const ChildCommand& command, std::string* problem) {
+  std::wstring line = L"\"" + command.program.wstring() + L"\"";
+  for (const std::string& argument : command.arguments) line += L" " + Quoted(argument);
+  // The files come last, since whoever deletes them may not be there if memory runs out before.
   const SystemHandle input = OpenForChild(L"NUL", GENERIC_READ, OPEN_EXISTING);
   const SystemHandle output = OpenForChild(command.output.c_str(), GENERIC_WRITE, CREATE_ALWAYS);
   const SystemHandle errors = OpenForChild(command.errors.c_str(), GENERIC_WRITE, CREATE_ALWAYS);
-  std::wstring line = L"\"" + command.program.wstring() + L"\"";
-  for (const std::string& argument : command.arguments) line += L" " + Quoted(argument);
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
   startup.dwFlags = STARTF_USESTDHANDLES;

@@ -4,20 +4,38 @@
 // memory when it is first locked, and its failure is an exception again.
 #include <atomic>
 #include <cstddef>
+#include <locale>
 
+#include "platform/exhausted_memory.h"
 #include "platform/thread_exceptions.h"
 
 namespace {
 
 std::atomic<bool> refuse_next{false};  // set while the loader's lock is held, so by one thread
 
+void Throw() noexcept {
+  try {
+    throw 0;
+  } catch (int) {  // thrown for what it leaves behind
+  }
+}
+
+/// The lock of all local statics and the plain locale are set up by pthread_once, which writes to
+/// a null pointer when it gets no memory.
+void SetUpWhatIsDoneOnce() noexcept {
+  [[maybe_unused]] static const bool initialised = !refuse_next.load();
+  std::locale::classic();
+}
+
 /// The first throw sets up what the thread keeps of exceptions. The second finds no memory for the
 /// exception, so it locks the mutex of the reserve, which does get memory. The reserve itself is
 /// there, since constructors run from the C++ library's to those of its users.
 [[gnu::constructor]] void SetUpExceptions() noexcept {
-  zavrel::ThrowOnce();
+  zavrel::TakeOverNewHandler();
+  if (!zavrel::SetUpThreadExceptions()) return;
+  SetUpWhatIsDoneOnce();
   refuse_next = true;
-  zavrel::ThrowOnce();
+  Throw();
 }
 
 }  // namespace

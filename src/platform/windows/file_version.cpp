@@ -5,12 +5,17 @@
 #include <cstddef>
 #include <vector>
 
+#include "platform/windows/memory_error.h"
+
 namespace zavrel {
 
 std::optional<FileVersion> ReadFileVersion(const std::filesystem::path& file) {
   DWORD unused = 0;
   const DWORD size = GetFileVersionInfoSizeW(file.c_str(), &unused);
-  if (size == 0) return std::nullopt;
+  if (size == 0) {
+    ThrowIfNoMemory(GetLastError());
+    return std::nullopt;
+  }
   std::vector<std::byte> resource(size);
   void* found = nullptr;
   UINT length = 0;

@@ -1,6 +1,7 @@
 #include "platform/module.h"
 
 #include "platform/utf.h"
+#include "platform/windows/memory_error.h"
 #include "platform/windows/system_message.h"
 #include "platform/windows/wide.h"
 
@@ -63,7 +64,9 @@ std::optional<Module> Module::Load(const std::filesystem::path& full_path, std::
   const HMODULE module = LoadLibraryExW(
       native.c_str(), nullptr, LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
   if (module != nullptr) return Module(module);
-  if (problem != nullptr) *problem = SystemMessage(GetLastError());
+  const DWORD error = GetLastError();
+  ThrowIfNoMemory(error);
+  if (problem != nullptr) *problem = SystemMessage(error);
   return std::nullopt;
 }
 

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include "platform/thread_exceptions.h"
+
 namespace zavrel {
 namespace {
 
@@ -12,7 +14,7 @@ struct Call {
 
 void CALLBACK Begin(PTP_CALLBACK_INSTANCE, void* call, PTP_WORK) {
   const Call& own = *static_cast<Call*>(call);
-  own.work(own.context);
+  if (SetUpThreadExceptions()) own.work(own.context);
 }
 
 }  // namespace

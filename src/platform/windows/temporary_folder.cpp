@@ -20,10 +20,11 @@ std::filesystem::path ProfileFolder() {
 
 std::filesystem::path TemporaryFolder() {
   std::error_code ignored;
-  wchar_t folder[MAX_PATH + 2];
-  const DWORD length = GetTempPathW(MAX_PATH + 2, folder);
-  if (length > 0 && length <= MAX_PATH + 1 && std::filesystem::is_directory(folder, ignored))
-    return folder;
+  wchar_t name[MAX_PATH + 2];
+  const DWORD length = GetTempPathW(MAX_PATH + 2, name);
+  const std::filesystem::path folder(length > 0 && length <= MAX_PATH + 1 ? name : L"");
+  if (std::filesystem::is_directory(folder, ignored))
+    return folder.has_filename() ? folder : folder.parent_path();
   std::filesystem::path profile = ProfileFolder();
   if (std::filesystem::is_directory(profile, ignored)) return profile;
   return {};
