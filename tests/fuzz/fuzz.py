@@ -19,7 +19,7 @@ import tempfile
 CORPORA = pathlib.Path(__file__).resolve().parent / "corpora"
 PACKED = "reached.packed"
 # A case that takes longer, or more memory, is a finding. A formula over eight million elements takes a minute or two.
-LIMITS = ["-timeout=600", "-report_slow_units=120", "-rss_limit_mb=3072", "-max_len=4096"]
+LIMITS = ["-timeout=600", "-report_slow_units=600", "-rss_limit_mb=3072", "-max_len=4096"]
 
 
 def unpack(packed):
