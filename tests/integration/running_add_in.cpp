@@ -30,15 +30,31 @@ std::size_t FunctionsDeclared(const char* table) {
   return nlohmann::json::parse(file).at("tables").at(table).at("functions").size();
 }
 
+namespace {
+
+/// Goes with the process, but for libraries that are still loaded from it.
+class Scratch {
+ public:
+  Scratch() {
+    std::filesystem::remove_all(folder);
+    std::filesystem::create_directories(folder);
+  }
+  ~Scratch() {
+    std::error_code ignored;
+    std::filesystem::remove_all(folder, ignored);
+  }
+  Scratch(const Scratch&) = delete;
+  Scratch& operator=(const Scratch&) = delete;
+
+  const std::filesystem::path folder =
+      std::filesystem::temp_directory_path() / ("zavrel-test-" + std::to_string(getpid()));
+};
+
+}  // namespace
+
 std::filesystem::path ScratchFolder() {
-  static const std::filesystem::path folder = [] {
-    auto made =
-        std::filesystem::temp_directory_path() / ("zavrel-test-" + std::to_string(getpid()));
-    std::filesystem::remove_all(made);
-    std::filesystem::create_directories(made);
-    return made;
-  }();
-  return folder;
+  static const Scratch scratch;
+  return scratch.folder;
 }
 
 std::unique_ptr<Engine> OpenAddIn(zavhost::Workbook workbook, EngineOptions options) {

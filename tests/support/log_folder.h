@@ -1,5 +1,7 @@
 #pragma once
 
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -15,7 +17,8 @@ namespace zavrel::tests {
 class LogFolder {
  public:
   explicit LogFolder(std::string_view marker = {})
-      : path_(TemporaryFolder() / u"zavrel log test \u00e4") {
+      : path_(TemporaryFolder() / u"zavrel log test \u00e4 ") {
+    path_ += std::to_string(getpid());  // tests run side by side
     std::filesystem::remove_all(path_);
     std::filesystem::create_directories(path_);
     if (!marker.empty()) std::ofstream(path_ / marker) << "";
