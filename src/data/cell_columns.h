@@ -46,9 +46,6 @@ struct SingleValue {
 /// empty text.
 SingleValue SingleValueOf(const XLOPER12& value);
 
-/// True for an empty cell, false for an empty text.
-inline bool IsBlankCell(const XLOPER12& value) { return (value.xltype & xltypeMask) == xltypeNil; }
-
 class CellColumns {
  public:
   std::size_t size() const { return tags_.size(); }

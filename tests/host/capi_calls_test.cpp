@@ -92,6 +92,16 @@ TEST_CASE("references off the sheet, of several areas and of sheets that are not
   CHECK(clipping.Shown(xlCoerce, {Reference(Area(2, 7, 0, 0))}) == "3;4;5;;;;");
 }
 
+TEST_CASE("xlfCounta counts cells and values that are not blank") {
+  Caller caller;
+  const std::uint64_t sheet = caller.Call(xlSheetId, {}).value.val.mref.idSheet;
+  CHECK(caller.Shown(xlfCounta, {Reference(WholeColumns(0, 0))}) == "5");
+  CHECK(caller.Shown(xlfCounta, {Reference(WholeColumns(0, kExcelColumns - 1))}) == "9");
+  CHECK(caller.Shown(xlfCounta, {Reference(sheet, {Area(0, 1, 0, 0), Area(3, 9, 0, 1)})}) == "5");
+  CHECK(caller.Shown(xlfCounta, {Argument(1, 3, {7.0, u"", Cell()}), Number(1)}) == "3");
+  CHECK(caller.Call(xlfCounta, {Reference(sheet + 16, {Area(0, 0, 0, 0)})}).code == xlretInvXloper);
+}
+
 TEST_CASE("xlSet writes one area of a sheet that is not protected") {
   Workbook workbook = SmallWorkbook();
   workbook.sheets.emplace_back(u"Locked").set_protected(true);

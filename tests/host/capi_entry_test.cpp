@@ -65,7 +65,9 @@ TEST_CASE("once told that a cell is not calculated, a function may only ask for 
   const zavrel::tests::Reference second(zavrel::tests::Area(1, 1, 0, 0));
   CHECK(call(xlCoerce, first) == xlretSuccess);
   CHECK(call(xlfCaller, nullptr) == xlretSuccess);
+  CHECK(call(xlfCounta, first) == xlretSuccess);
   CHECK(call(xlCoerce, second) == xlretUncalced);
+  CHECK(call(xlfCounta, second) == xlretUncalced);
   for (const int function : {xlfCaller, xlSheetId, xlAbort})
     CHECK(call(function, nullptr) == xlretUncalced);
   CHECK(call(xlCoerce, first) == xlretSuccess);
