@@ -5,12 +5,7 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
-#ifdef _WIN32
-#include <process.h>
-#define getpid _getpid
-#else
-#include <unistd.h>
-#endif
+#include "support/book_builder.h"
 
 namespace zavrel::tests {
 
@@ -30,31 +25,9 @@ std::size_t FunctionsDeclared(const char* table) {
   return nlohmann::json::parse(file).at("tables").at(table).at("functions").size();
 }
 
-namespace {
-
-/// Goes with the process, but for libraries that are still loaded from it.
-class Scratch {
- public:
-  Scratch() {
-    std::filesystem::remove_all(folder);
-    std::filesystem::create_directories(folder);
-  }
-  ~Scratch() {
-    std::error_code ignored;
-    std::filesystem::remove_all(folder, ignored);
-  }
-  Scratch(const Scratch&) = delete;
-  Scratch& operator=(const Scratch&) = delete;
-
-  const std::filesystem::path folder =
-      std::filesystem::temp_directory_path() / ("zavrel-test-" + std::to_string(getpid()));
-};
-
-}  // namespace
-
 std::filesystem::path ScratchFolder() {
-  static const Scratch scratch;
-  return scratch.folder;
+  static const zavhost_test::TemporaryFolder folder;  // but for libraries still loaded from it
+  return folder.path();
 }
 
 std::unique_ptr<Engine> OpenAddIn(zavhost::Workbook workbook, EngineOptions options) {
