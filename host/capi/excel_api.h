@@ -82,6 +82,8 @@ class ExcelApi {
   int DispatchCommand(int function, const Arguments& arguments, XLOPER12& result);
   void Free(const Arguments& arguments);
 
+  /// Whether the add-in has to be told of a cell that is not calculated: macros get its old value.
+  bool MeetsUncalculated(std::uint32_t sheet, const CellRange& range);
   int Coerce(const Arguments& arguments, XLOPER12& result);
   int CoerceReference(const XLOPER12& source, std::uint32_t types, XLOPER12& result);
   int CoerceRange(const Reference& reference, XLOPER12& result);

@@ -43,6 +43,10 @@ std::optional<std::uint32_t> SheetByName(std::u16string_view name, const Workboo
 
 }  // namespace
 
+bool ExcelApi::MeetsUncalculated(std::uint32_t sheet, const CellRange& range) {
+  return context_ == CallContext::kWorksheetFunction && cells_.MeetsUncalculated(sheet, range);
+}
+
 // xlCoerce
 
 int ExcelApi::Coerce(const Arguments& arguments, XLOPER12& result) {
@@ -73,9 +77,7 @@ int ExcelApi::CoerceReference(const XLOPER12& source, std::uint32_t types, XLOPE
   if (!one_cell) return CoerceRange(*reference, result);
   const CellRange top_left{range.first_row, range.first_column, range.first_row,
                            range.first_column};
-  if (context_ == CallContext::kWorksheetFunction &&
-      cells_.MeetsUncalculated(reference->sheet, top_left))
-    return xlretUncalced;
+  if (MeetsUncalculated(reference->sheet, top_left)) return xlretUncalced;
   const Sheet& sheet = cells_.cells_workbook().sheets[reference->sheet];
   return CoerceValue(sheet.At(range.first_row, range.first_column), types, result);
 }
@@ -83,9 +85,7 @@ int ExcelApi::CoerceReference(const XLOPER12& source, std::uint32_t types, XLOPE
 int ExcelApi::CoerceRange(const Reference& reference, XLOPER12& result) {
   const Sheet& sheet = cells_.cells_workbook().sheets[reference.sheet];
   CellRange range = reference.areas[0];
-  if (context_ == CallContext::kWorksheetFunction &&
-      cells_.MeetsUncalculated(reference.sheet, range))
-    return xlretUncalced;
+  if (MeetsUncalculated(reference.sheet, range)) return xlretUncalced;
   if (behaviour_.clip_whole_columns) range = sheet.Clipped(range);
   if (CellCount(range) > kCellLimit) return xlretFailed;
   const auto size = static_cast<std::size_t>(CellCount(range));
@@ -198,9 +198,7 @@ int ExcelApi::CountUsed(const Arguments& arguments, XLOPER12& result) {
         ToReference(argument, current_sheet(), cells_.cells_workbook());
     if (!reference) return xlretInvXloper;
     for (const CellRange& area : reference->areas) {
-      if (context_ == CallContext::kWorksheetFunction &&
-          cells_.MeetsUncalculated(reference->sheet, area))
-        return xlretUncalced;
+      if (MeetsUncalculated(reference->sheet, area)) return xlretUncalced;
       used += zavhost::CountUsed(cells_.cells_workbook().sheets[reference->sheet], area);
     }
   }

@@ -46,7 +46,7 @@ std::vector<fs::path> WorkbooksIn(const fs::path& folder, const fs::path& output
 fs::path Resolved(const fs::path& file) {
   std::error_code error;
   const fs::path resolved = fs::weakly_canonical(file, error);
-  if (error == std::errc::not_enough_memory) zavrel::ThrowBadAlloc();
+  zavrel::ThrowIfNoMemory(error);
   return error ? file.lexically_normal() : resolved;
 }
 

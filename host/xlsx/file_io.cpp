@@ -47,7 +47,7 @@ void WriteFile(const fs::path& file, const std::string& bytes) {
   // Replaces the target of a link, not the link itself.
   if (fs::is_symlink(file, error)) {
     const fs::path resolved = fs::canonical(file, error);
-    if (error == std::errc::not_enough_memory) zavrel::ThrowBadAlloc();
+    zavrel::ThrowIfNoMemory(error);
     if (!error) target = resolved;
   }
   const fs::file_status before = fs::status(target, error);

@@ -26,4 +26,8 @@ void ThrowIfNoMemory() {
   if (errno == ENOMEM) ThrowBadAlloc();
 }
 
+void ThrowIfNoMemory(const std::error_code& error) {
+  if (error == std::errc::not_enough_memory) ThrowBadAlloc();
+}
+
 }  // namespace zavrel

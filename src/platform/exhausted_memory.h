@@ -1,6 +1,8 @@
 #pragma once
 // Memory that is exhausted where something other than operator new asks for it.
 
+#include <system_error>
+
 namespace zavrel {
 
 /// For the loading of a library: takes over the program's new-handler, if the program has one for
@@ -14,5 +16,7 @@ void CallNewHandler();
 /// The same if errno, which was 0 before the call that failed, says that there was no memory for
 /// it.
 void ThrowIfNoMemory();
+/// The same if the error says so.
+void ThrowIfNoMemory(const std::error_code& error);
 
 }  // namespace zavrel

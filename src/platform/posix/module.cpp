@@ -59,7 +59,7 @@ std::filesystem::path PathOfModuleContaining(const void* address) {
   if (dladdr(address, &info) == 0 || info.dli_fname == nullptr) return {};
   std::error_code error;
   std::filesystem::path path = std::filesystem::canonical(info.dli_fname, error);
-  if (error == std::errc::not_enough_memory) ThrowBadAlloc();
+  ThrowIfNoMemory(error);
   return path;
 }
 
